@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace UTILS {
+
+/// White space is blank, tab, line feed, carriage return, vertical tab and form feed, in any locale.
+bool isBlank(char c);
+
+/// The text without white space at both ends; a view into the argument.
+std::string_view trimmed(std::string_view text);
+
+/// ASCII letters in lower (upper) case; every other byte, UTF-8 included, unchanged.
+std::string lowerCase(std::string_view text);
+std::string upperCase(std::string_view text);
+
+/// True when both texts are the same but for the case of ASCII letters.
+bool equalsIgnoringCase(std::string_view a, std::string_view b);
+
+/// True for "true", "t", "yes", "y", "on" and "1" in any case, blanks around them allowed.
+bool stringIsTrueToken(std::string_view text);
+
+}  // namespace UTILS
