@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <locale>
 #include <sstream>
 #include <string>
 
@@ -29,7 +30,7 @@ void setNotifyHandler(Handler handler);
 /// One message under construction; it is sent when the object dies.
 class Message {
   public:
-    explicit Message(Severity severity) : severity_(severity) {}
+    explicit Message(Severity severity) : severity_(severity) { text_.imbue(std::locale::classic()); }
     ~Message();
     Message(const Message&) = delete;
     Message& operator=(const Message&) = delete;
@@ -45,6 +46,8 @@ class Message {
     std::ostringstream text_;
 };
 
-inline Message notify(Severity severity) { return Message(severity); }
+inline Message notify(Severity severity) {
+    return Message(severity);
+}
 
 }  // namespace halNotify
