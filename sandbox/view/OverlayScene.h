@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "common/Vec3.h"
+
+namespace halCore::ZEL {
+class ZelShape;
+}
+
+namespace sandbox {
+
+/// What relative shapes are placed against, and what shapes that follow turn with.
+struct OverlayReference {
+    halCore::Vec3 position;  ///< latitude, longitude (radians), altitude (metres)
+    double heading = 0.0;    ///< radians clockwise from north
+    double pitch = 0.0;      ///< radians, nose up
+    double roll = 0.0;       ///< radians, right side down
+
+    friend bool operator==(const OverlayReference&, const OverlayReference&) = default;
+};
+
+/// The overlays that the view shows, drawn in the order in which they were added. Each change reports
+/// itself through the change callback; the view redraws by itself. Geometry is rebuilt for changed
+/// entries only, when the next frame is drawn.
+class OverlayScene {
+  public:
+    using Id = std::uint64_t;
+    using Shapes = std::vector<std::shared_ptr<halCore::ZEL::ZelShape>>;
+
+    struct Entry {
+        Id id = 0;
+        Shapes shapes;
+        std::optional<OverlayReference> reference;
+        bool shown = true;
+        std::uint64_t revision = 0;  ///< grows whenever the geometry may differ
+    };
+
+    /// Adds an entry on top and gives its id, never 0. The shapes must not be changed afterwards; replace
+    /// them. Without a reference, relative shapes that name no position of their own are not drawn.
+    Id add(Shapes shapes, std::optional<OverlayReference> reference = std::nullopt, bool shown = true);
+    /// The following do nothing for an unknown id, and report no change when nothing changed.
+    void replace(Id id, Shapes shapes);
+    void setReference(Id id, std::optional<OverlayReference> reference);
+    void setShown(Id id, bool shown);
+    void remove(Id id);
+    void clear();
+
+    bool contains(Id id) const { return entries_.contains(id); }
+    const Entry* find(Id id) const;
+    /// In drawing order, which is that of the ids.
+    const std::map<Id, Entry>& entries() const { return entries_; }
+
+    void setChangeCallback(std::function<void()> callback) { changed_ = std::move(callback); }
+
+  private:
+    void report() const;
+
+    std::map<Id, Entry> entries_;
+    Id lastId_ = 0;
+    std::uint64_t lastRevision_ = 0;
+    std::function<void()> changed_;
+};
+
+}  // namespace sandbox
