@@ -1,0 +1,68 @@
+#include "pi/ClientFunctionMap.h"
+
+#include <array>
+
+#include "pi/PIApplication.h"
+
+std::map<PIClientFunctions_t, PIClientFuncAndData_t> g_ClientMessageMap;
+
+namespace {
+
+/// The adapter of each client function, in the order of PIClientFunctions_t.
+constexpr std::array<PIClientHandler, kClientFunctionCount> kAdapters = {
+    &PIApp::PIApplication_v1_20::s_StartUp,
+    &PIApplication_v0_5_0::s_Callback,
+    &PIApplication_v0_5_0::s_Close,
+    &PIApplication_v0_5_0::s_Name,
+    &PIApplication_v0_5_0::s_CloseLocation,
+    &PIApplication_v0_5_0::s_OpenLocation,
+    &PIApplication_v0_5_0::s_FindNetworkLocation,
+    &PIApplication_v0_5_0::s_HandleConfigOption,
+    &PIApplication_v0_5_0::s_SaveConfigOptions,
+    &PIApplication_v0_5_0::s_ListenToEvents,
+    &PIApplication_v0_5_0::s_DrawOnRefresh,
+    &PIApplication_v1_0::s_LoadInHALVIS,
+    &PIApplication_v1_0::s_LoadInGrapher,
+    &PIApplication_v1_0::s_LoadInScenarioEditor,
+    &PIApplication_v1_0::s_LoadInPluginLogger,
+    &PIApplication_v1_0::s_PreDrawOnRefresh,
+    &PIApplication_v1_2::s_HandleMouseEvent,
+    &PIApplication_v1_4::s_initializeTerrainRasterSet,
+    &PIApplication_v1_4::s_parseTerrainRasterSetToken,
+    &PIApplication_v1_4::s_getTerrainRasterSetTokenString,
+    &PIApplication_v1_4::s_getTerrainRasterNode,
+    &PIApplication_v1_4::s_dereferenceTerrainRasterSet,
+    &PIApplication_v1_4::s_getTerrainRasterSetInfo,
+    &PIApplication_v1_7::s_Description,
+    &PIApplication_v1_7::s_Author,
+    &PIApplication_v1_7::s_Version,
+    &PIApplication_v1_7::s_URL,
+    &PIApplication_v1_7::s_ContactInfo,
+    &PIApplication_v1_13::s_LoadInHALVIS10,
+    &PIApp::PIApplication_v1_20::s_ConfigureCommandLine,
+    &PIApp::PIApplication_v1_24::s_LoadInGrapher10,
+};
+
+}  // namespace
+
+void ClientFunctionMap::replaceApplication(std::unique_ptr<PIApp::PIApplication_v1_24> application) {
+    // As if by a Close without a record.
+    const auto close = g_ClientMessageMap.find(PIClientFunctions_t::Close);
+    if (close != g_ClientMessageMap.end()) PIApplication_v0_5_0::s_Close(close->second.second, nullptr);
+
+    for (std::int32_t number = 0; number < kClientFunctionCount; ++number)
+        g_ClientMessageMap[static_cast<PIClientFunctions_t>(number)] = {
+            kAdapters[static_cast<std::size_t>(number)], application.get()};
+    application.release();
+}
+
+void ClientFunctionMap::forget(void* object) {
+    for (auto& [number, entry] : g_ClientMessageMap)
+        if (entry.second == object) entry.second = nullptr;
+}
+
+std::int32_t ClientFunctionMap::dispatch(std::int32_t number, PIFunctionParams_t* params) {
+    const auto at = g_ClientMessageMap.find(static_cast<PIClientFunctions_t>(number));
+    if (at == g_ClientMessageMap.end() || !at->second.first) return 0;
+    return at->second.first(at->second.second, params);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "pi/PIClientFunctions.h"
+
+class PIFunctionParams_t;
+
+namespace PIApp {
+class PIApplication_v1_24;
+}
+
+/// A static adapter: (the plug-in object, the event's record) -> status.
+using PIClientHandler = std::int32_t (*)(void* object, PIFunctionParams_t* params);
+/// An adapter and the object that it is called with.
+using PIClientFuncAndData_t = std::pair<PIClientHandler, void*>;
+
+/// The client function map, through which the host's events reach the plug-in object.
+extern std::map<PIClientFunctions_t, PIClientFuncAndData_t> g_ClientMessageMap;
+
+namespace ClientFunctionMap {
+
+/// Enters all 31 adapters with the plug-in object, in the order of their numbers. The map's object lives
+/// until the host's Close; one that was entered before and never closed is destroyed now.
+void replaceApplication(std::unique_ptr<PIApp::PIApplication_v1_24> application);
+
+/// Makes every entry that holds `object` hold null: the adapters then do nothing.
+void forget(void* object);
+
+/// Calls the adapter entered under `number`; 0 when there is none.
+std::int32_t dispatch(std::int32_t number, PIFunctionParams_t* params);
+
+}  // namespace ClientFunctionMap

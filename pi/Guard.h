@@ -1,0 +1,26 @@
+#pragma once
+
+#include <exception>
+
+#include "common/Notify.h"
+
+/// Runs one entry from the host so that no exception crosses the boundary: what was thrown becomes an
+/// error message that names the entry, and `fallback` is returned.
+template <typename Result, typename Body>
+Result guarded(const char* entry, Result fallback, Body&& body) noexcept {
+    try {
+        return body();
+    } catch (const std::exception& problem) {
+        try {
+            halNotify::notify(halNotify::Error) << entry << ": " << problem.what();
+        } catch (...) {
+            // Not even the message could be built; the neutral result is all that is left to give.
+        }
+    } catch (...) {
+        try {
+            halNotify::notify(halNotify::Error) << entry << ": unknown failure";
+        } catch (...) {
+        }
+    }
+    return fallback;
+}

@@ -1,0 +1,60 @@
+#include "pi/PIBase.h"
+
+#include <iostream>
+
+#include "pi/PIDataRecords.h"
+
+PIServiceTable* g_FunctionMap = nullptr;
+void* g_This = nullptr;
+
+PIServiceResult handle(PIServerFunctions_t service, void* args) {
+    if (!g_FunctionMap) {
+        std::cerr << "Invalid Plug-in API Support Function Map.  "
+                     "Plug-in API calls are being made outside of the context of a loaded plug-in.\n"
+                  << "API service request has not been processed." << std::endl;
+        return 0;
+    }
+    void* identity = PIBase::getOverriddenThisPointer();
+    return g_FunctionMap->handle(identity ? identity : g_This, service, args);
+}
+
+std::string PIBase::versionString() {
+    return std::to_string(majorVersion) + "." + std::to_string(minorVersion) + "." +
+           std::to_string(revisionVersion);
+}
+
+double PIBase::legacyApiVersion(std::int32_t major, std::int32_t minor, std::int32_t revision) {
+    if (major == 0) return minor * 0.01;
+    if (major == 1 && minor <= 9) return 1.0 + 0.1 * minor + 0.001 * revision;
+    if (major == 1) return 1.9 + 0.0001 * minor + 0.000001 * revision;
+    return major + 0.01 * minor + 0.0001 * revision;
+}
+
+void* PIBase::getOverriddenThisPointer() {
+    if (!g_FunctionMap) return nullptr;
+    PI_DATA_CATCHALL record;
+    record.integers.push_back(static_cast<std::int64_t>(PISelector::IdentityOverride::Query));
+    // Through the table itself: the funnel asks this very question before each call.
+    g_FunctionMap->handle(nullptr, PIServerFunctions_t::IdentityOverride, &record);
+    return record.pointers.empty() ? nullptr : record.pointers.front();
+}
+
+namespace {
+
+void changeOverride(PISelector::IdentityOverride selector, void* identity) {
+    if (!g_FunctionMap) return;
+    PI_DATA_CATCHALL record;
+    record.integers.push_back(static_cast<std::int64_t>(selector));
+    record.pointers.push_back(identity);
+    g_FunctionMap->handle(nullptr, PIServerFunctions_t::IdentityOverride, &record);
+}
+
+}  // namespace
+
+void PIBase::pushOverrideThisPointer(void* identity) {
+    changeOverride(PISelector::IdentityOverride::Push, identity);
+}
+
+void PIBase::popOverrideThisPointer() {
+    changeOverride(PISelector::IdentityOverride::Pop, nullptr);
+}
