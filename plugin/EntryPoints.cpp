@@ -1,6 +1,8 @@
 #include <cstdint>
+#include <utility>
 
 #include "pi/ClientFunctionMap.h"
+#include "pi/FunctorTwoParams.h"
 #include "pi/Guard.h"
 #include "pi/PIApplication.h"
 #include "pi/PIBase.h"
