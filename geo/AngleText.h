@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Angles as people and files write them. Radians inside; the process's locale never matters.
+namespace halCore {
+
+/// What an angle is, which decides the hemisphere letters and the range.
+enum class AngleKind { Any, Latitude, Longitude };
+
+struct AngleReadOptions {
+    /// Latitude refuses E and W, Longitude refuses N and S; Any takes all four.
+    AngleKind kind = AngleKind::Any;
+    /// Refuse more than 90 degrees for a latitude, 180 for a longitude, 360 otherwise.
+    bool checkRange = false;
+};
+
+/// Reads an angle in degrees: decimal ("-21.3", "1e-05"), degrees and minutes ("21 18.5", "21:18.5"), or
+/// degrees, minutes and seconds ("21 18 30", "21:18:30", "21°18'30\"", "21d18m30s"). The marks may also be
+/// the Unicode degree sign, primes and curly quotes; blanks may stand between the parts. A sign in front,
+/// or a hemisphere letter of either case before or after, tells the side; not both.
+///
+/// "s" behind the third number ends the seconds when "d" or "m" of the same case stand before it;
+/// otherwise it is South. With capital marks ("21D18M30S") it could be either, and is refused.
+///
+/// Returns 0 and sets `radians`; otherwise returns non-zero, leaves `radians` alone, and tells in `error`
+/// what is wrong: no number, minutes or seconds of 60 and more, a fraction before the last part, a sign
+/// together with a hemisphere, the wrong hemisphere, a value out of range, something left over.
+int readAngle(std::string_view text, double& radians, AngleReadOptions options = {},
+              std::string* error = nullptr);
+
+/// A form of degrees.
+enum class AngleFormat {
+    Decimal,               ///< 21.31
+    Degrees,               ///< 21.31°
+    DegreesMinutes,        ///< 21°18.50'
+    DegreesMinutesSeconds  ///< 21°18'30.00"
+};
+
+/// Most decimals that are written.
+inline constexpr int kMaxAnglePrecision = 12;
+
+/// Writes an angle with `precision` decimals (0 to kMaxAnglePrecision, clamped) in its last part. With
+/// kind Latitude or Longitude a letter N, S, E or W ends the text; with Any a negative angle has a sign.
+/// Minutes and seconds are never written as 60, nor zero as negative. The text reads back to within half
+/// a unit of its last decimal. Empty for a value that is not finite.
+std::string writeAngle(double radians, AngleFormat format, int precision,
+                       AngleKind hemisphere = AngleKind::Any);
+
+}  // namespace halCore
