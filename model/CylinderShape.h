@@ -1,0 +1,115 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "model/BaseFilledShape.h"
+#include "model/PUDrawPoint.h"
+#include "model/ShapeEquipment.h"
+
+namespace OverlayEditor {
+
+/// The circular shapes: a centre, one or two radii, perhaps a sector and a height. The geometry is kept
+/// as edit points; beside a point stands the number as it was set, and it is the answer until that
+/// point or the centre moves. Lengths in metres, angles in radians clockwise from north.
+class CylinderShape : public BaseFilledShape {
+  public:
+    enum Subtype {
+        Circle = 0,
+        Ellipse = 1,
+        Arc = 2,
+        Cylinder = 3,
+        Wedge = 4,
+        Sphere = 5,
+        Hemisphere = 6,
+        Ellipsoid = 7,
+        Cone = 8,
+        /// Neither name nor tool, never written as a circular shape: for derived shapes.
+        NoSubtype = 9
+    };
+
+    CylinderShape(const Preferences& preferences, Subtype subtype);
+    CylinderShape(const CylinderShape& other);
+    ~CylinderShape() override;
+
+    Shape* clone() const override;
+    Subtype subtype() const { return subtype_; }
+
+    int serialize(Serializer& serializer) override;
+    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
+    void notifyPrefsUpdate() override;
+    void fillGui() override;
+    void deleteGui() override;
+    void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
+    void clear() override;
+
+    /// Moves the centre alone: the other points stay where they are, the numbers set for them are
+    /// measured anew. Carries the height point.
+    void setCenter(const halCore::Vec3& lla);
+    /// Moves the whole shape: radii, angles and height keep their numbers.
+    void moveCenter(const halCore::Vec3& lla);
+    /// Place the axis points due east and due north at a distance; need a centre.
+    void setMajorRadius(double meters);
+    virtual void setMinorRadius(double meters);
+    void setMajorRadius(const halCore::Vec3& lla);
+    virtual void setMinorRadius(const halCore::Vec3& lla);
+    /// Makes both radii the same: the inner radius of the panel's one-radius kinds.
+    void setInnerRadius(double meters);
+    void setStartAngle(double radians);
+    void setEndAngle(double radians);
+    void setStartAnglePt(const halCore::Vec3& lla);
+    void setEndAnglePt(const halCore::Vec3& lla);
+    /// Above the centre; an ellipsoid's height of 0 or less becomes 1.
+    void setHeight(double meters);
+
+    /// The edit points, null while they do not exist. The shape's.
+    PluginUtils::PUDrawPoint* centerPt() const { return center_.get(); }
+    PluginUtils::PUDrawPoint* majorAxisPt() const { return majorAxisPoint_.get(); }
+    PluginUtils::PUDrawPoint* minorAxisPt() const { return minorAxisPoint_.get(); }
+    PluginUtils::PUDrawPoint* startAnglePt() const { return startAnglePoint_.get(); }
+    PluginUtils::PUDrawPoint* endAnglePt() const { return endAnglePoint_.get(); }
+    PluginUtils::PUDrawPoint* heightPt() const { return heightPoint_.get(); }
+
+    /// 0 where a point is missing.
+    double majorAxis() const;
+    virtual double minorAxis() const;
+    double height() const { return height_(); }
+    /// In [0, 2pi); equal bounds give an end 2pi above the start.
+    double startAngle() const;
+    double endAngle() const;
+
+    virtual bool isComplete() const;
+    /// While set (the default) an incomplete shape is not written.
+    void setRequiresAllPoints(bool required) { requiresAllPoints_ = required; }
+    /// Shows or hides the edit points; `height` also the height point.
+    virtual void setEditPointsShown(bool shown, bool height);
+    /// Puts the axis and angle points where the numbers say, after radii and angles were set apart.
+    void updatePoints();
+
+  protected:
+    double height_() const;
+
+  private:
+    struct SetNumbers {
+        std::optional<double> majorRadius, minorRadius, startAngle, endAngle, height;
+    };
+    using PointPtr = std::unique_ptr<PluginUtils::PUDrawPoint>;
+
+    void guiChanged_();
+
+    Subtype subtype_;
+    PointPtr center_;
+    PointPtr majorAxisPoint_;
+    PointPtr minorAxisPoint_;
+    PointPtr startAnglePoint_;
+    PointPtr endAnglePoint_;
+    PointPtr heightPoint_;
+    SetNumbers set_;
+    bool requiresAllPoints_ = true;
+    // Last, in this order: what touches the shape while it dies must find its data alive.
+    std::unique_ptr<CylinderPanel> panel_;
+    MouseToolPtr ownTool_;
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/Shape.h"
+
+namespace OverlayEditor {
+
+/// The document that the editor edits: an ordered list of shapes that share one attachment. It owns its
+/// shapes from addShape until removeShape or clearShapes.
+class Overlay {
+  public:
+    Overlay() = default;
+    ~Overlay();
+    Overlay(const Overlay&) = delete;
+    Overlay& operator=(const Overlay&) = delete;
+
+    /// Takes ownership; the shape takes on the attachment and is displayed at once.
+    void addShape(Shape* shape);
+    /// Gives ownership back, without hiding or deactivating; an unknown pointer is ignored.
+    void removeShape(Shape* shape);
+    /// The first shape of exactly that name, null when there is none.
+    Shape* findShape(const std::string& name) const;
+    std::vector<Shape*> shapes() const { return shapes_; }
+    /// Deletes every shape; their panels first, unless the overlay itself is going.
+    void clearShapes(bool destroying);
+
+    void setShown(bool shown);
+    void setActive(bool active);
+    unsigned long attachedPlatformId() const { return attachedPlatformId_; }
+    /// \see Shape::setAttachedPlatformId
+    void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
+
+    /// Writes every shape in order. \return 0 when at least one was written, otherwise -1
+    int serializeShapes(Serializer& serializer) const;
+
+    /// The host's overlay that is being edited; stored, never interpreted.
+    void* zelId() const { return zelId_; }
+    void setZelId(void* id) { zelId_ = id; }
+
+  private:
+    PointConverter* pointConverter_ = nullptr;
+    unsigned long attachedPlatformId_ = 0;
+    void* zelId_ = nullptr;
+    std::vector<Shape*> shapes_;
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "common/Vec3.h"
+#include "format/Serializer.h"
+#include "geo/PointConverter.h"
+#include "model/MouseTool.h"
+#include "model/Preferences.h"
+
+namespace PIGUI {
+class PICanvas;
+}
+
+namespace OverlayEditor {
+
+/// One overlay shape of the editor. It shows itself in the host's view by writing itself as overlay
+/// text and handing that to the host in place of what it showed before; every setter of a visible
+/// property ends with that refresh. It is shown exactly when it is `shown` and `active`, can be written,
+/// and the host took it.
+class Shape {
+  public:
+    virtual ~Shape();
+
+    /// A copy owned by the caller. It shows nothing until its first refresh and has a tool of its own.
+    virtual Shape* clone() const = 0;
+    /// \return 0 when the shape was written, non-zero when it is not complete
+    virtual int serialize(Serializer& serializer) = 0;
+    /// Null for a shape without a tool. The shape's.
+    virtual MouseTool* mouseTool() const { return mouseTool_; }
+    /// Builds the property panel inside the canvas, which must outlive it.
+    virtual void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) = 0;
+    /// Preferences changed: shows the panel's values anew.
+    virtual void notifyPrefsUpdate() = 0;
+    /// Copies the shape's values into its panel; does nothing without one.
+    virtual void fillGui() = 0;
+    virtual void deleteGui() = 0;
+    virtual bool canAttach() const { return true; }
+    virtual std::string name() const { return name_; }
+    virtual bool shown() const { return shown_; }
+    /// Attaches to a platform, or detaches with id 0.
+    /// \param converter converts points about the platform; kept, not owned; may be null when detaching
+    /// \param anchorCenter moves the shape so that its centre lies on the converter's reference
+    virtual void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) = 0;
+    virtual void setName(const std::string& name) { name_ = name; }
+    virtual void setShown(bool shown);
+    virtual void setActive(bool active);
+    /// Minimum and maximum corner; minimum above maximum when there is no point.
+    virtual std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const = 0;
+
+  protected:
+    /// Refreshes the shape in the host.
+    virtual void dirty_();
+    /// Removes it from the host.
+    virtual void hide_();
+
+  public:
+    bool active() const { return active_; }
+    bool showPoints() const { return showPoints_; }
+    void setShowPoints(bool shown);
+    bool anchorCenter() const { return anchorCenter_; }
+    void setAnchorCenter(bool anchored);
+    unsigned long attachedPlatformId() const { return attachedPlatformId_; }
+    /// The middle of the bounding box.
+    halCore::Vec3 centerPoint() const;
+
+  protected:
+    explicit Shape(const Preferences& preferences) : preferences_(preferences) {}
+    Shape(const Shape& other);
+    Shape& operator=(const Shape&) = delete;
+
+    static void initBounds_(std::pair<halCore::Vec3, halCore::Vec3>& bounds);
+    static void updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, halCore::Vec3>& bounds);
+
+    const Preferences& preferences_;
+
+  private:
+    bool shown_ = false;
+    bool active_ = false;
+    bool showPoints_ = true;
+    bool anchorCenter_ = true;
+
+  protected:
+    unsigned long attachedPlatformId_ = 0;
+
+  private:
+    void* hostOverlay_ = nullptr;
+
+  protected:
+    /// Set by the concrete shape, which owns the tool as its last member.
+    MouseTool* mouseTool_ = nullptr;
+    PointConverter* pointConverter_ = nullptr;
+
+  private:
+    std::string name_;
+};
+
+}  // namespace OverlayEditor
