@@ -35,6 +35,11 @@ class UnitsRegistry {
   private:
     using Index = std::unordered_map<std::string_view, std::size_t>;
 
+    /// Calls `visit` with every unit, in the order of registration.
+    template <typename Visit>
+    void visit_(Visit visit) const;
+    Units find_(const Index& added, const Units* predefined, std::string_view text) const;
+
     bool hasDefaults_ = false;
     /// How many of `added_` were there before the defaults.
     std::size_t addedBeforeDefaults_ = 0;
