@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+#include <cmath>
+#include <cstring>
 #include <system_error>
 
 #include "common/Strings.h"
@@ -46,6 +49,98 @@ bool isUnderflow(std::string_view text) {
     return leading + exponent < 0;
 }
 
+__extension__ using Uint128 = unsigned __int128;
+
+constexpr int kMostDigits = 17;
+/// The highest power of five that fits 64 bits.
+constexpr int kMostFives = 27;
+
+template <std::uint64_t Base, int Count>
+constexpr std::array<std::uint64_t, Count> powers() {
+    std::array<std::uint64_t, Count> result{};
+    std::uint64_t power = 1;
+    for (auto& entry : result) {
+        entry = power;
+        power *= Base;
+    }
+    return result;
+}
+
+constexpr auto kPowersOfFive = powers<5, kMostFives + 1>();
+constexpr auto kPowersOfTen = powers<10, kMostDigits + 1>();
+
+/// mantissa * 2^exponent * 10^scale to the nearest integer, ties to even. Exact: the product of a
+/// 53-bit mantissa and 5^scale fits 128 bits, and the rest is a shift. The result has at most 18 digits.
+std::uint64_t scaledInteger(std::uint64_t mantissa, int exponent, int scale) {
+    const Uint128 product = static_cast<Uint128>(mantissa) * kPowersOfFive[static_cast<std::size_t>(scale)];
+    const int shift = -(exponent + scale);
+    if (shift <= 0) return static_cast<std::uint64_t>(product << -shift);
+    auto integer = static_cast<std::uint64_t>(product >> shift);
+    const Uint128 rest = product - (static_cast<Uint128>(integer) << shift);
+    const Uint128 half = static_cast<Uint128>(1) << (shift - 1);
+    if (rest > half || (rest == half && (integer & 1) != 0)) ++integer;
+    return integer;
+}
+
+/// Puts `count` decimal digits of `integer` at `out`.
+void putDigits(char* out, std::uint64_t integer, int count) {
+    static constexpr char pairs[] =
+        "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445464748"
+        "49505152535455565758596061626364656667686970717273747576777879808182838485868788899091929394959697"
+        "9899";
+    for (; count >= 2; count -= 2) {
+        std::memcpy(out + count - 2, pairs + 2 * (integer % 100), 2);
+        integer /= 100;
+    }
+    if (count == 1) *out = static_cast<char>('0' + integer);
+}
+
+/// Writes numbers of everyday size, whose digits come from exact 128-bit arithmetic several times faster
+/// than from the general algorithm. Returns null for all others.
+char* writeOrdinary(char* out, double value, int digits) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const int biased = static_cast<int>(bits >> 52 & 0x7ff);
+    if (value == 0.0) {
+        if (std::signbit(value)) *out++ = '-';
+        *out++ = '0';
+        return out;
+    }
+    const int binary = biased - 1023;
+    // 1e-5 to 1e17: the decimal exponent is at least -5, and never more than the digits allow.
+    if (binary < -16 || binary > 56) return nullptr;
+    const std::uint64_t mantissa = (bits & ((1ULL << 52) - 1)) | 1ULL << 52;
+
+    // floor(log10(2) * binary) is the decimal exponent or one less.
+    int exponent = binary * 1233 >> 12;
+    if (digits - 1 - exponent > kMostFives || exponent > digits - 1) return nullptr;
+    const std::uint64_t limit = kPowersOfTen[static_cast<std::size_t>(digits)];
+    std::uint64_t integer = scaledInteger(mantissa, biased - 1075, digits - 1 - exponent);
+    if (integer >= limit) {
+        if (++exponent > digits - 1) return nullptr;
+        integer = scaledInteger(mantissa, biased - 1075, digits - 1 - exponent);
+    }
+    if (exponent < -4) return nullptr;
+
+    char text[kMostDigits + 1] = {};
+    putDigits(text, integer, digits);
+    int used = digits;
+    while (used > 1 && text[used - 1] == '0') --used;
+
+    if (value < 0.0) *out++ = '-';
+    if (exponent < 0) {
+        std::memcpy(out, "0.0000", 6);
+        out += 1 - exponent;
+        std::memcpy(out, text, kMostDigits);
+        return out + used;
+    }
+    const int whole = exponent + 1;
+    std::memcpy(out, text, kMostDigits);
+    if (used <= whole) return out + whole;
+    out[whole] = '.';
+    std::memcpy(out + whole + 1, text + whole, static_cast<std::size_t>(used - whole));
+    return out + used + 1;
+}
+
 }  // namespace
 
 std::optional<double> readNumber(std::string_view text) {
@@ -70,11 +165,16 @@ std::optional<std::int64_t> readInteger(std::string_view text) {
     return value;
 }
 
+char* writeNumber(char* out, double value, int significantDigits) {
+    significantDigits = std::clamp(significantDigits, 1, kMostDigits);
+    if (char* const end = writeOrdinary(out, value, significantDigits)) return end;
+    return std::to_chars(out, out + kMaxNumberLength, value, std::chars_format::general, significantDigits)
+        .ptr;
+}
+
 std::string writeNumber(double value, int significantDigits) {
-    std::array<char, 64> buffer;
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                      std::chars_format::general, std::clamp(significantDigits, 1, 17));
-    return std::string(buffer.data(), result.ptr);
+    std::array<char, kMaxNumberLength> buffer;
+    return std::string(buffer.data(), writeNumber(buffer.data(), value, significantDigits));
 }
 
 }  // namespace UTILS

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,5 +23,11 @@ std::optional<std::int64_t> readInteger(std::string_view text);
 
 /// Writes the shortest text that has `significantDigits` digits (as printf's %g does).
 std::string writeNumber(double value, int significantDigits = kSignificantDigits);
+
+/// Room that the longest text of a number needs.
+inline constexpr std::size_t kMaxNumberLength = 32;
+
+/// The same text at `out`, which has room for kMaxNumberLength characters; returns its end.
+char* writeNumber(char* out, double value, int significantDigits = kSignificantDigits);
 
 }  // namespace UTILS
