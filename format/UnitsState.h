@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "geo/Units.h"
+
+namespace halCore {
+class UnitsRegistry;
+}
+
+namespace halCore::ZEL {
+
+class ParsedShape;
+
+/// The units of one block. A unit that the block does not set is the reader's default: feet for
+/// altitudes and heights, yards for ranges, degrees for angles.
+class UnitsState {
+  public:
+    /// Receives a message without its line number, e.g. "Invalid rangeunits: furlongs".
+    using Reporter = std::function<void(const std::string& message)>;
+
+    bool hasAltitudeUnits() const { return altitude_.has_value(); }
+    bool hasRangeUnits() const { return range_.has_value(); }
+    bool hasAngleUnits() const { return angle_.has_value(); }
+
+    const Units& altitudeUnits() const;
+    const Units& rangeUnits() const;
+    const Units& angleUnits() const;
+
+    void setAltitudeUnits(const Units& units) { altitude_ = units; }
+    void setRangeUnits(const Units& units) { range_ = units; }
+    void setAngleUnits(const Units& units) { angle_ = units; }
+
+    /// Resolves the record's units texts. A unit that is unknown or of the wrong family is reported
+    /// and stays unset, so that the default holds.
+    static UnitsState parse(const ParsedShape& record, const UnitsRegistry& registry,
+                            const Reporter& report = {});
+
+    /// The unit that a units line names: "secs", "mins", "hrs", "sm" and "degree" first, then the
+    /// registry by abbreviation, then by name. Invalid units when nothing matches.
+    static Units resolve(std::string_view text, const UnitsRegistry& registry);
+
+  private:
+    std::optional<Units> altitude_;
+    std::optional<Units> range_;
+    std::optional<Units> angle_;
+};
+
+}  // namespace halCore::ZEL

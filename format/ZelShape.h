@@ -1,0 +1,152 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/Vec3.h"
+#include "format/ShapeType.h"
+#include "format/UnitsState.h"
+
+namespace halCore::ZEL {
+
+class TextWriter;
+
+enum class AltitudeMode { None, RelativeToGround, ClampToGround, Extrude };
+
+/// One shape of an overlay file.
+///
+/// Lengths are metres, angles radians. A position is (latitude, longitude, altitude) for an absolute
+/// shape and (east, north, up) for a relative one; which of the two is fixed at construction.
+///
+/// Almost every attribute is optional. `getX(out)` fills `out` and returns 0 when the attribute is set;
+/// otherwise it puts the default into `out` and returns 1. Only set attributes are written.
+class ZelShape {
+  public:
+    virtual ~ZelShape() = default;
+    virtual ShapeType shapeType() const = 0;
+
+    /// The keyword of a type, "" for `ShapeType::None`.
+    static std::string_view shapeTypeToString(ShapeType type);
+    /// The type of a keyword ("poly" is a polygon too), `ShapeType::None` for any other text.
+    static ShapeType stringToShapeType(std::string_view keyword);
+
+    /// Writes the shape as one block, "start" to "end". Numbers follow the stream's precision and
+    /// flags; the stream's locale has no influence. An annotation without text writes nothing, with a
+    /// message to the log.
+    void serializeToStream(std::ostream& out) const;
+
+    bool isRelative() const { return relative_; }
+    /// Whether shapes of this class can be extruded down to the ground.
+    bool canExtrude() const { return canExtrude_; }
+    /// Whether shapes of this class can follow the host platform's angles.
+    bool canFollow() const { return canFollow_; }
+
+    /// The default name is the type's keyword.
+    int getName(std::string& out) const;
+    void setName(std::string_view name) { name_ = std::string(name); }
+
+    /// Whether the name is written; true unless switched off.
+    bool serializeName() const { return serializeName_; }
+    void setSerializeName(bool serialize) { serializeName_ = serialize; }
+
+    int getDrawn(bool& out) const;
+    void setDrawn(bool drawn) { drawn_ = drawn; }
+
+    int getDepthBufferActive(bool& out) const;
+    void setDepthBufferActive(bool active) { depthBuffer_ = active; }
+
+    int getAltitudeOffset(double& metres) const;
+    void setAltitudeOffset(double metres) { altitudeOffset_ = metres; }
+
+    int getAltitudeMode(AltitudeMode& out) const;
+    void setAltitudeMode(AltitudeMode mode) { altitudeMode_ = mode; }
+
+    int getExtrudeHeight(double& metres) const;
+    void setExtrudeHeight(double metres) { extrudeHeight_ = metres; }
+
+    /// Geodetic; the point about which relative positions are placed.
+    int getReferencePosition(Vec3& out) const;
+    void setReferencePosition(const Vec3& position) { referencePosition_ = position; }
+
+    int getScale(Vec3& out) const;
+    void setScale(const Vec3& scale) { scale_ = scale; }
+
+    int getFollowYaw(bool& out) const;
+    int getFollowPitch(bool& out) const;
+    int getFollowRoll(bool& out) const;
+    void setFollowYaw(bool follow) { followYaw_ = follow; }
+    void setFollowPitch(bool follow) { followPitch_ = follow; }
+    void setFollowRoll(bool follow) { followRoll_ = follow; }
+
+    int getYawOffset(double& radians) const;
+    int getPitchOffset(double& radians) const;
+    int getRollOffset(double& radians) const;
+    void setYawOffset(double radians) { yawOffset_ = radians; }
+    void setPitchOffset(double radians) { pitchOffset_ = radians; }
+    void setRollOffset(double radians) { rollOffset_ = radians; }
+
+    /// Default "wgs84".
+    int getVerticalDatum(std::string& out) const;
+    void setVerticalDatum(std::string_view datum) { verticalDatum_ = std::string(datum); }
+
+    /// Whole comment lines, comment mark included.
+    const std::vector<std::string>& comments() const { return comments_; }
+    void addComment(std::string_view line) { comments_.emplace_back(line); }
+
+    /// The units the shape was read with; the writer uses them again.
+    const UnitsState& originalUnits() const { return units_; }
+    void setOriginalUnits(const UnitsState& units) { units_ = units; }
+
+  protected:
+    ZelShape(bool relative, bool canExtrude, bool canFollow)
+        : relative_(relative), canExtrude_(canExtrude), canFollow_(canFollow) {}
+    ZelShape(const ZelShape&) = default;
+    ZelShape& operator=(const ZelShape&) = default;
+
+    /// Writes the lines that only this type of shape has, its keyword first.
+    virtual void serializeToStream_(std::ostream& out) const = 0;
+
+    void serializeKeyword_(TextWriter& writer) const;
+    /// Three numbers and the end of the line: a position of this shape in file units.
+    void serializePosition_(TextWriter& writer, const Vec3& position) const;
+    /// One line a point, "xyz" or "lla".
+    void serializePoints_(TextWriter& writer, const std::vector<Vec3>& points) const;
+    void serializeRange_(TextWriter& writer, std::string_view keyword, double metres) const;
+    void serializeAltitude_(TextWriter& writer, std::string_view keyword, double metres) const;
+    void serializeAngle_(TextWriter& writer, std::string_view keyword, double radians) const;
+
+  private:
+    void serializeCommonLines_(TextWriter& writer) const;
+    void serializeNameLine_(TextWriter& writer) const;
+    void serializeFollow_(TextWriter& writer) const;
+
+    bool relative_;
+    bool canExtrude_;
+    bool canFollow_;
+    bool serializeName_ = true;
+    std::optional<bool> drawn_;
+    std::optional<bool> depthBuffer_;
+    std::optional<bool> followYaw_;
+    std::optional<bool> followPitch_;
+    std::optional<bool> followRoll_;
+    std::optional<AltitudeMode> altitudeMode_;
+    std::optional<std::string> name_;
+    std::optional<double> altitudeOffset_;
+    std::optional<double> extrudeHeight_;
+    std::optional<Vec3> referencePosition_;
+    std::optional<Vec3> scale_;
+    std::optional<double> yawOffset_;
+    std::optional<double> pitchOffset_;
+    std::optional<double> rollOffset_;
+    std::optional<std::string> verticalDatum_;
+    std::vector<std::string> comments_;
+    UnitsState units_;
+};
+
+using ZelShapePtr = std::shared_ptr<ZelShape>;
+
+}  // namespace halCore::ZEL
