@@ -1,0 +1,503 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <istream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/NumberText.h"
+#include "common/Vec3.h"
+#include "pi/HostContract.h"
+#include "pi/PIBase.h"
+#include "pi/PIObject.h"
+
+/// A host for tests, without a screen: it keeps what it is told, answers what the test put in, counts
+/// calls. It is the service table from its construction to its destruction; put it before what uses it.
+class FakeHost final : public PIServiceTable {
+  public:
+    using Id = PIServerFunctions_t;
+
+    struct Overlay {
+        std::string text;  ///< as loaded from a stream
+        std::string path;  ///< of a file; not read
+        std::uint64_t platform = 0;
+        bool shown = true;
+    };
+    struct Widget {
+        Id kind{};
+        void* parent = nullptr;
+        std::string caption;  ///< with its tooltip; a list's headers
+        std::int32_t style = 0;
+        FunctorTwoParams__* callback = nullptr;
+        PIObject* wrapper = nullptr;
+        std::string text;  ///< value of a text field; caption set later
+        double number = 0.0;
+        bool shown = true, enabled = true, checked = false;
+        std::vector<std::string> items;  ///< of an option menu or a list
+        std::vector<void*> itemData;
+        PIGUI::PICloseObserver* closeObserver = nullptr;
+    };
+    struct Timeout {
+        std::int64_t milliseconds = 0;
+        FunctorTwoParams__* callback = nullptr;
+    };
+    struct Platform {
+        PIData::PIPlatformHeader header;
+        PIData::PIDataPoint point;
+    };
+
+    FakeHost() : before_(g_FunctionMap) { g_FunctionMap = this; }
+    ~FakeHost() { g_FunctionMap = before_; }
+    FakeHost(const FakeHost&) = delete;
+    FakeHost& operator=(const FakeHost&) = delete;
+
+    // What the test puts in.
+    bool refuseAll = false;            ///< every call returns 0 without results
+    std::function<void(Id)> onCall;    ///< called during each call, but for calls made from within it
+    std::optional<halCore::Vec3> eye;  ///< none: the host has no eye position
+    std::function<std::optional<halCore::Vec3>(int x, int y)> pixelToLla;  ///< wins over `cursor`
+    std::optional<halCore::Vec3> cursor;                                   ///< at every pixel
+    std::uint64_t cursorPlatform = 0;
+    std::map<std::uint64_t, Platform> platforms;
+    std::vector<std::string> fileDialogAnswers;  ///< taken from the front; none left: cancelled
+    std::map<std::string, std::string> settings;
+    double visualTime = 0.0;
+
+    // What the test reads.
+    std::map<Id, int> calls;
+    int loads = 0, unloads = 0, redraws = 0, grabs = 0;
+    std::string lastText;  ///< of the overlay loaded last from a stream
+    std::map<void*, Overlay> overlays;
+    std::map<void*, Widget> widgets;
+    std::map<void*, Timeout> timeouts;
+    std::map<std::string, FunctorTwoParams__*> actions;  ///< by label
+    std::map<std::string, bool> actionChecks;
+    std::map<void*, std::string> screenTexts;
+    std::vector<std::string> notifications;  ///< "severity source: text"
+    std::vector<PIHALVIS::ZELEventObserver*> observers;
+    std::vector<PIHALVIS::ContextMenuCallbackV3*> contextMenus;
+    std::map<std::string, FunctorTwoParams__*> contextItems;  ///< by label
+    std::optional<halCore::Vec3> cameraCenter;
+    std::optional<halCore::Vec3> cameraRae;
+
+    /// The first widget whose caption, with or without its tooltip, is `caption`; null when there is none.
+    Widget* find(const std::string& caption) {
+        for (auto& [handle, widget] : widgets)
+            if (widget.caption == caption || widget.caption.substr(0, widget.caption.find('\t')) == caption)
+                return &widget;
+        return nullptr;
+    }
+    /// Does what a user's change of the widget does: calls its callback. \return what it answered
+    int activate(Widget& widget) {
+        return widget.callback ? widget.callback->Call(widget.wrapper, nullptr) : 0;
+    }
+    void type(Widget& field, const std::string& text) {
+        field.text = text;
+        activate(field);
+    }
+    /// Lets every armed timeout fire once.
+    void fireTimeouts() {
+        const auto due = std::exchange(timeouts, {});
+        for (const auto& [handle, timeout] : due) timeout.callback->Call(nullptr, nullptr);
+    }
+
+    std::int32_t hostBuildNumber() override { return 13000; }
+
+    PIServiceResult handle(void*, Id service, void* args) override {
+        if (service == Id::IdentityOverride) return 0;
+        ++calls[service];
+        if (onCall && !inside_) {
+            inside_ = true;
+            onCall(service);
+            inside_ = false;
+        }
+        if (refuseAll) return 0;
+        const auto created = create(service, args);
+        return created ? created : serve(service, args);
+    }
+
+  private:
+    template <typename Record>
+    static Record& as(void* args) {
+        return *static_cast<Record*>(static_cast<PI_DATA_BASE_CLASS*>(args));
+    }
+    void* nextHandle() { return reinterpret_cast<void*>(++handles_ * 16); }
+
+    PIServiceResult keep(Widget widget) {
+        void* const handle = nextHandle();
+        widget.shown = widget.kind != Id::CreateDialogBox;
+        widgets[handle] = std::move(widget);
+        return reinterpret_cast<PIServiceResult>(handle);
+    }
+
+    PIServiceResult create(Id service, void* args) {
+        Widget widget;
+        widget.kind = service;
+        const auto fill = [&](const auto& record) {
+            widget.parent = record.pointer;
+            if constexpr (requires { record.text; }) widget.caption = record.text;
+            if constexpr (requires { record.integer; }) widget.style = record.integer;
+            if constexpr (requires { record.function; }) widget.callback = record.function;
+            return keep(std::move(widget));
+        };
+        switch (service) {
+            case Id::CreateMenuItem:
+            case Id::CreateButton:
+            case Id::CreateRadioButton:
+            case Id::CreateCheckButton:
+            case Id::CreateOptionMenu:
+                return fill(as<PI_DATA_POINTER_STRING_AND_FUNCTION>(args));
+            case Id::CreateTextField:
+            case Id::CreateColorWell:
+            case Id::CreateSpinner:
+                return fill(as<PI_DATA_POINTER_INT_AND_FUNCTION>(args));
+            case Id::CreateList:
+            case Id::CreateGroupBox:
+                return fill(as<PI_DATA_POINTER_INT_AND_STRING>(args));
+            case Id::CreateDialogBox:
+            case Id::CreateLabel:
+                return fill(as<PI_DATA_POINTER_AND_STRING>(args));
+            case Id::CreateHorizontalMatrix:
+            case Id::CreateVerticalMatrix:
+                return fill(as<PI_DATA_POINTER_AND_INT>(args));
+            case Id::CreateSwitcher:
+            case Id::CreateCanvas:
+            case Id::CreateHorizontalFrame:
+            case Id::CreateVerticalFrame:
+                return fill(as<PI_DATA_POINTER_AND_OPTS>(args));
+            default:
+                return 0;
+        }
+    }
+
+    PIServiceResult serve(Id service, void* args) {
+        switch (service) {
+            case Id::BindWidget: {
+                const auto& record = as<PI_DATA_POINTER_AND_POINTER>(args);
+                if (record.second)
+                    widgets[record.pointer].wrapper = static_cast<PIObject*>(record.second);
+                else
+                    widgets.erase(record.pointer);
+                return 1;
+            }
+            case Id::RegistrySetValue: {
+                const auto& record = as<PI_DATA_POINTER_STRING_AND_STRING>(args);
+                settings[record.text] = record.second;
+                return 1;
+            }
+            case Id::RegistryGetValue: {
+                auto& record = as<PI_DATA_POINTER_AND_STRING>(args);
+                const auto found = settings.find(record.text);
+                record.text = found == settings.end() ? std::string() : found->second;
+                return 1;
+            }
+            case Id::DialogShow:
+                widgets[args].shown = true;
+                return 1;
+            case Id::WindowShown:
+                return widgets[args].shown ? 1 : 0;
+            case Id::WindowShow:
+                return flag(args, &Widget::shown);
+            case Id::WindowEnable:
+                return flag(args, &Widget::enabled);
+            case Id::WindowCheck:
+                return flag(args, &Widget::checked);
+            case Id::WindowMapFunction: {
+                const auto& record = as<PI_DATA_POINTER_AND_FUNCTION>(args);
+                widgets[record.pointer].callback = record.function;
+                return 1;
+            }
+            case Id::WindowSetInt: {
+                const auto& record = as<PI_DATA_POINTER_AND_INT>(args);
+                return setNumber(widgets[record.pointer], record.integer);
+            }
+            case Id::WindowSetDouble: {
+                const auto& record = as<PI_DATA_POINTER_AND_DOUBLE>(args);
+                return setNumber(widgets[record.pointer], record.real);
+            }
+            case Id::WindowSetString: {
+                const auto& record = as<PI_DATA_POINTER_AND_STRING>(args);
+                return setText(widgets[record.pointer], record.text);
+            }
+            case Id::OptionMenuAppendOption: {
+                const auto& record = as<PI_DATA_POINTER_INT_AND_STRING>(args);
+                auto& items = widgets[record.pointer].items;
+                const auto at = std::min(items.size(), static_cast<std::size_t>(record.integer));
+                items.insert(items.begin() + static_cast<std::ptrdiff_t>(at), record.text);
+                return 1;
+            }
+            case Id::OptionMenuGetOptionText: {
+                auto& record = as<PI_DATA_POINTER_INT_AND_STRING>(args);
+                const auto& items = widgets[record.pointer].items;
+                const auto index = static_cast<std::size_t>(record.integer);
+                if (index >= items.size()) return 0;
+                record.text = items[index];
+                return 1;
+            }
+            case Id::DialogRegisterCloseObserver: {
+                const auto& record = as<PI_DATA_POINTER_AND_POINTER>(args);
+                widgets[record.pointer].closeObserver = static_cast<PIGUI::PICloseObserver*>(record.second);
+                return 1;
+            }
+            case Id::GetHeader: {
+                auto& request = *static_cast<PIData::HeaderRequest*>(as<PI_DATA_STRUCT>(args).pointer);
+                const auto found = platforms.find(request.id);
+                if (found == platforms.end()) return 0;
+                request.header = found->second.header;
+                request.header.id = request.id;
+                return 1;
+            }
+            case Id::GetDataPoint: {
+                auto& request = *static_cast<PIData::DataPointRequest*>(as<PI_DATA_STRUCT>(args).pointer);
+                const auto found = platforms.find(request.id);
+                if (found == platforms.end()) return 0;
+                request.point = found->second.point;
+                return 1;
+            }
+            case Id::ForceRedraw:
+                ++redraws;
+                return 1;
+            default:
+                return serveCatchall(service, as<PI_DATA_CATCHALL>(args));
+        }
+    }
+
+    PIServiceResult serveCatchall(Id service, PI_DATA_CATCHALL& r) {
+        const std::int64_t selector = r.integers.empty() ? -1 : r.integers.front();
+        const auto is = [&](auto wanted) { return selector == static_cast<std::int64_t>(wanted); };
+        switch (service) {
+            case Id::SwitcherSetCurrent:
+                widgets[r.pointers[0]].number = static_cast<double>(r.integers[0]);
+                break;
+            case Id::MouseGrab:
+                grabs += is(PISelector::MouseGrab::Grab) ? 1 : -1;
+                break;
+            case Id::Icon:
+                if (is(PISelector::Icon::LoadPng)) r.pointers.push_back(nextHandle());
+                break;
+            case Id::FileDialog:
+                if (fileDialogAnswers.empty()) break;
+                r.strings.push_back(fileDialogAnswers.front());
+                fileDialogAnswers.erase(fileDialogAnswers.begin());
+                break;
+            case Id::WidgetValue: {
+                const Widget& widget = widgets[r.pointers[0]];
+                if (is(PISelector::WidgetValue::Text)) r.strings.push_back(widget.text);
+                if (is(PISelector::WidgetValue::Integer))
+                    r.integers.push_back(static_cast<std::int64_t>(numberOf(widget)));
+                if (is(PISelector::WidgetValue::Real)) r.doubles.push_back(numberOf(widget));
+                if (is(PISelector::WidgetValue::Checked)) r.integers.push_back(widget.checked ? 1 : 0);
+                break;
+            }
+            case Id::ListItems:
+                listItems(r, static_cast<PISelector::ListItems>(selector));
+                break;
+            case Id::GetPlatformList:
+                for (const auto& entry : platforms)
+                    r.integers.push_back(static_cast<std::int64_t>(entry.first));
+                break;
+            case Id::Clock:
+                r.doubles.push_back(is(PISelector::Clock::VisualTime) ? visualTime : 0.0);
+                break;
+            case Id::Timeout:
+                if (is(PISelector::Timeout::Cancel)) {
+                    timeouts.erase(r.pointers[0]);
+                } else {
+                    void* const handle = nextHandle();
+                    timeouts[handle] = {r.integers[1], static_cast<FunctorTwoParams__*>(r.pointers[0])};
+                    r.pointers.push_back(handle);
+                }
+                break;
+            case Id::Action:
+                if (is(PISelector::Action::Create)) {
+                    actions[r.strings[1]] = static_cast<FunctorTwoParams__*>(r.pointers[0]);
+                    r.pointers.push_back(nextHandle());
+                } else if (is(PISelector::Action::SetChecked)) {
+                    actionChecks[r.strings[1]] = r.integers[1] != 0;
+                }
+                break;
+            case Id::Notify:
+                notifications.push_back(std::to_string(r.integers[1]) + " " + r.strings[0] + ": " +
+                                        r.strings[1]);
+                break;
+            case Id::Camera:
+                if (is(PISelector::Camera::EyePosition)) return position(eye, r);
+                (is(PISelector::Camera::SetCenter) ? cameraCenter : cameraRae) =
+                    halCore::Vec3(r.doubles[0], r.doubles[1], r.doubles[2]);
+                break;
+            case Id::Cursor:
+                if (is(PISelector::Cursor::PlatformAtCursor))
+                    r.integers.push_back(static_cast<std::int64_t>(cursorPlatform));
+                else if (pixelToLla && is(PISelector::Cursor::LlaAtPixel))
+                    return position(
+                        pixelToLla(static_cast<int>(r.integers[1]), static_cast<int>(r.integers[2])), r);
+                else
+                    return position(cursor, r);
+                break;
+            case Id::OverlayFiles:
+                return overlayFiles(r, static_cast<PISelector::OverlayFiles>(selector));
+            case Id::OverlayLists:
+                for (const auto& [handle, overlay] : overlays)
+                    if (!overlay.path.empty() &&
+                        overlay.platform == (is(PISelector::OverlayLists::Attached)
+                                                 ? static_cast<std::uint64_t>(r.integers[1])
+                                                 : 0))
+                        r.pointers.push_back(handle);
+                break;
+            case Id::ScreenText:
+                if (is(PISelector::ScreenText::Remove)) {
+                    screenTexts.erase(r.pointers[0]);
+                } else {
+                    void* const handle = nextHandle();
+                    screenTexts[handle] = r.strings[0];
+                    r.pointers.push_back(handle);
+                }
+                break;
+            case Id::ContextMenu:
+                if (is(PISelector::ContextMenu::AddItem))
+                    contextItems[r.strings[0]] = static_cast<FunctorTwoParams__*>(r.pointers[1]);
+                else if (is(PISelector::ContextMenu::Register))
+                    contextMenus.push_back(static_cast<PIHALVIS::ContextMenuCallbackV3*>(r.pointers[0]));
+                else
+                    std::erase(contextMenus, r.pointers[0]);
+                break;
+            default:
+                break;
+        }
+        return 1;
+    }
+
+    PIServiceResult overlayFiles(PI_DATA_CATCHALL& r, PISelector::OverlayFiles operation) {
+        using Op = PISelector::OverlayFiles;
+        const auto add = [&](Overlay overlay) {
+            void* const handle = nextHandle();
+            overlay.platform = static_cast<std::uint64_t>(r.integers[1]);
+            overlays[handle] = std::move(overlay);
+            r.pointers.push_back(handle);
+        };
+        if (operation == Op::LoadStream) {
+            auto& stream = *static_cast<std::istream*>(r.pointers[0]);
+            lastText.assign(std::istreambuf_iterator<char>(stream), {});
+            ++loads;
+            add({lastText, {}, 0, true});
+            return 1;
+        }
+        if (operation == Op::LoadFile) {
+            add({{}, r.strings[0], 0, r.integers[2] != 0});
+            for (auto* observer : observers) observer->addedZEL(r.pointers.back());
+            return 1;
+        }
+        if (operation == Op::FindByFileName) {
+            for (const auto& [handle, overlay] : overlays)
+                if (overlay.path == r.strings[0]) return r.pointers.push_back(handle), 1;
+            return 0;
+        }
+        if (operation == Op::RegisterObserver || operation == Op::RemoveObserver) {
+            auto* observer = static_cast<PIHALVIS::ZELEventObserver*>(r.pointers[0]);
+            std::erase(observers, observer);
+            if (operation == Op::RegisterObserver) observers.push_back(observer);
+            return 1;
+        }
+        const auto found = overlays.find(r.pointers[0]);
+        if (found == overlays.end()) return 0;
+        if (operation == Op::Unload) {
+            const bool file = !found->second.path.empty();
+            overlays.erase(found);
+            ++unloads;
+            if (file)
+                for (auto* observer : observers) observer->removedZEL(r.pointers[0]);
+        }
+        if (operation == Op::Show) found->second.shown = r.integers[1] != 0;
+        if (operation == Op::FileName) r.strings.push_back(found->second.path);
+        if (operation == Op::Host) r.integers.push_back(static_cast<std::int64_t>(found->second.platform));
+        if (operation == Op::SerializeToStream)
+            *static_cast<std::ostream*>(r.pointers[1]) << found->second.text;
+        return 1;
+    }
+
+    void listItems(PI_DATA_CATCHALL& r, PISelector::ListItems operation) {
+        using Op = PISelector::ListItems;
+        Widget& list = widgets[r.pointers[0]];
+        const auto index = r.integers.size() > 1 ? static_cast<std::size_t>(r.integers[1]) : 0;
+        const auto offset = static_cast<std::ptrdiff_t>(index);
+        const bool known = index < list.items.size();
+        switch (operation) {
+            case Op::Append:
+                if (list.items.empty()) list.number = -1;
+                list.items.push_back(r.strings[0]);
+                list.itemData.push_back(r.pointers[1]);
+                r.integers.push_back(static_cast<std::int64_t>(list.items.size()) - 1);
+                break;
+            case Op::AppendHeader:
+                list.caption += "\t" + r.strings[0];
+                break;
+            case Op::Remove:
+                if (!known) break;
+                list.items.erase(list.items.begin() + offset);
+                list.itemData.erase(list.itemData.begin() + offset);
+                break;
+            case Op::Clear:
+                list.items.clear(), list.itemData.clear(), list.number = -1;
+                break;
+            case Op::Count:
+                r.integers.push_back(static_cast<std::int64_t>(list.items.size()));
+                break;
+            case Op::Selected:
+                r.integers.push_back(list.items.empty() ? -1 : static_cast<std::int64_t>(list.number));
+                break;
+            case Op::Select:
+                list.number = static_cast<double>(r.integers[1]);
+                break;
+            case Op::DeselectAll:
+                list.number = -1;
+                break;
+            case Op::GetText:
+                if (known) r.strings.push_back(list.items[index]);
+                break;
+            case Op::SetText:
+                if (known) list.items[index] = r.strings[0];
+                break;
+            case Op::GetData:
+                if (known) r.pointers.push_back(list.itemData[index]);
+                break;
+        }
+    }
+
+    PIServiceResult flag(void* args, bool Widget::*member) {
+        const auto& record = as<PI_DATA_POINTER_AND_BOOL>(args);
+        widgets[record.pointer].*member = record.flag;
+        return 1;
+    }
+    static PIServiceResult setNumber(Widget& widget, double value) {
+        widget.number = value;
+        widget.text = UTILS::writeNumber(value);
+        return 1;
+    }
+    static PIServiceResult setText(Widget& widget, const std::string& text) {
+        widget.text = text;
+        for (std::size_t i = 0; i < widget.items.size(); ++i)
+            if (widget.items[i] == text) widget.number = static_cast<double>(i);
+        return 1;
+    }
+    /// The chosen index or the colour, or the number that a text field holds.
+    static double numberOf(const Widget& widget) {
+        return widget.kind == Id::CreateTextField ? UTILS::readNumber(widget.text).value_or(0.0)
+                                                  : widget.number;
+    }
+    static PIServiceResult position(const std::optional<halCore::Vec3>& lla, PI_DATA_CATCHALL& record) {
+        if (!lla) return 0;
+        record.doubles.insert(record.doubles.end(), {lla->lat(), lla->lon(), lla->alt()});
+        return 1;
+    }
+
+    PIServiceTable* before_;
+    std::uintptr_t handles_ = 0;
+    bool inside_ = false;
+};
