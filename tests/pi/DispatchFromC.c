@@ -1,0 +1,78 @@
+/* Drives the plug-in as the plainest of hosts would: dlopen, dlsym and raw calls, no header of ours. */
+#include <dlfcn.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <string.h>
+
+/* dlsym hands out functions as object pointers, as POSIX has it and ISO C does not. */
+#pragma GCC diagnostic ignored "-Wpedantic"
+
+#define CHECK(condition) \
+    if (!(condition)) return printf("failed: %s (line %d)\n", #condition, __LINE__), 1
+
+typedef int32_t (*Dispatch)(int32_t, void*, void*, void*, void*, void*);
+
+/* A service table: a pointer to two functions. This host serves nothing. */
+struct Table {
+    void* const* functions;
+};
+static int served = 0;
+static int32_t hostBuildNumber(struct Table* table) {
+    return (void)table, 12000;
+}
+static intptr_t serve(struct Table* table, void* identity, int32_t service, void* record) {
+    (void)table, (void)identity, (void)service, (void)record;
+    return ++served, 0;
+}
+
+/* Zeroed memory is a valid empty record; static, so that what the plug-in puts into it stays reachable. */
+static char record[64][256];
+
+static int dispatchAll(Dispatch dispatch, int first) {
+    for (int32_t number = first; number <= 31; ++number) {
+        if (number == 2) continue; /* Close ends the object: the caller decides when. */
+        CHECK(dispatch(number, NULL, NULL, NULL, NULL, NULL) == 0);
+        CHECK(dispatch(number, memset(record[number + 1], 0, 256), NULL, NULL, NULL, NULL) == 0);
+    }
+    return 0;
+}
+
+int main(int count, char** arguments) {
+    void* library = count > 1 ? dlopen(arguments[1], RTLD_NOW | RTLD_LOCAL) : NULL;
+    if (!library) return printf("%s\n", count > 1 ? dlerror() : "usage: dispatch-from-c LIBRARY"), 2;
+    int32_t (*const versionEx)(int32_t) = (int32_t(*)(int32_t))dlsym(library, "HPI_VersionInfoEx");
+    const int32_t selectors[] = {0, 1, 2, 3, -1}, versions[] = {1, 20, 0, 1, 1};
+    for (int i = 0; i < 5; ++i) CHECK(versionEx(selectors[i]) == versions[i]);
+    CHECK(((double (*)(void))dlsym(library, "HPI_VersionInfo"))() == 1.902);
+    CHECK(((int32_t(*)(void))dlsym(library, "HPI_MinimumVersion"))() == 12000);
+    CHECK(((int32_t(*)(void))dlsym(library, "HPI_GetCompilerVersion"))() == 831);
+    CHECK(((int32_t(*)(void))dlsym(library, "HPI_GetBitWidth"))() == 64);
+    CHECK(((int32_t(*)(void))dlsym(library, "HPI_IsDebugMode"))() == 0);
+
+    Dispatch dispatch = (Dispatch)dlsym(library, "HPI_PluginDispatchFunction");
+    void (*const initialise)(struct Table*, void*) =
+        (void (*)(struct Table*, void*))dlsym(library, "HPI_InitializeFunctionMap");
+    void (*const cleanUp)(void) = (void (*)(void))dlsym(library, "HPI_CleanUpPlugin");
+    void* const functions[] = {(void*)hostBuildNumber, (void*)serve};
+    struct Table table = {functions};
+
+    if (dispatchAll(dispatch, -1)) return 1; /* nothing is initialised yet */
+    initialise(&table, &table);
+    CHECK(served == 0);                      /* no service before StartUp */
+    if (dispatchAll(dispatch, 1)) return 1;  /* before StartUp */
+    if (dispatchAll(dispatch, -1)) return 1; /* StartUp, then everything */
+    CHECK(served > 0);
+    CHECK(dispatch(2, record[40], NULL, NULL, NULL, NULL) == 0);
+    if (dispatchAll(dispatch, -1)) return 1; /* closed: no entry holds the dead object */
+    const int before = served;
+    cleanUp();
+    if (dispatchAll(dispatch, -1)) return 1;
+    initialise(NULL, NULL); /* a host without services: the two-line message */
+    if (dispatchAll(dispatch, -1)) return 1;
+    CHECK(dispatch(2, NULL, NULL, NULL, NULL, NULL) == 0);
+    cleanUp();
+    CHECK(served == before);
+    CHECK(dlclose(library) == 0);
+    CHECK(dlopen(arguments[1], RTLD_NOW | RTLD_NOLOAD) == NULL); /* the library is gone */
+    return puts("every number answered"), 0;
+}

@@ -1,0 +1,303 @@
+// The frame: adapters, dispatch, the funnel, callbacks and clean-up.
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "common/Notify.h"
+#include "pi/ClientFunctionMap.h"
+#include "pi/FunctorTwoParams.h"
+#include "pi/PIApplication.h"
+#include "pi/PIBase.h"
+#include "pi/PIDataRecords.h"
+#include "pi/PIObject.h"
+
+namespace {
+
+using testing::ElementsAre;
+using Slot = PIParameterName_t;
+using Event = PIClientFunctions_t;
+
+/// What happened, in order; outlives the objects that write to it.
+std::vector<std::string> g_log;
+
+class BarePlugin : public PIApp::PIApplication_v1_24 {
+  public:
+    ~BarePlugin() override { g_log.push_back("destroyed"); }
+};
+
+class FullPlugin final : public BarePlugin {
+  public:
+    int StartUp(const PIApp::CommandLineArguments& line) override {
+        return static_cast<int>(line.arguments().size());
+    }
+    int Close() override { return g_log.push_back("Close"), 5; }
+    std::string Name() const override { return "Full"; }
+    std::string Author() const override { return "somebody"; }
+    void listenToEvents(PIApplicationEvents_t event, void* data) override {
+        g_log.push_back("event " + std::to_string(static_cast<int>(event)) + (data ? " with data" : ""));
+    }
+    void preDrawOnRefresh(int width, int height) override {
+        g_log.push_back("refresh " + std::to_string(width) + "x" + std::to_string(height));
+    }
+    int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override {
+        return static_cast<int>(type) * 1000 + event.x;
+    }
+    int Callback() override { throw std::runtime_error("deliberate"); }
+};
+
+class VectorPlugin final : public BarePlugin {
+  public:
+    int StartUp(const std::vector<std::string>& arguments) override {
+        return 100 + static_cast<int>(arguments.size());
+    }
+};
+
+class PlainPlugin final : public BarePlugin {
+  public:
+    int StartUp() override { return 7; }
+};
+
+class TwoArguments final : public PIApp::CommandLineArgumentsProvider {
+  public:
+    std::vector<std::string> arguments() const override { return {"host", "--flag"}; }
+};
+
+class FrameTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        g_log.clear();
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages_.push_back(text); });
+    }
+    void TearDown() override {
+        dispatch(Event::Close);
+        g_ClientMessageMap.clear();
+        halNotify::setNotifyHandler({});
+    }
+    std::int32_t dispatch(Event event) {
+        return ClientFunctionMap::dispatch(static_cast<std::int32_t>(event), &record_);
+    }
+    template <typename Plugin>
+    void load() {
+        ClientFunctionMap::replaceApplication(std::make_unique<Plugin>());
+    }
+
+    PIFunctionParams_t record_;
+    std::vector<std::string> messages_;
+};
+
+TEST_F(FrameTest, NumbersOutsideTheMapAreIgnored) {
+    load<FullPlugin>();
+    for (const std::int32_t number : {-1, 31, INT32_MIN, INT32_MAX})
+        EXPECT_EQ(ClientFunctionMap::dispatch(number, &record_), 0);
+    EXPECT_EQ(g_ClientMessageMap.size(), 31u);
+    EXPECT_TRUE(g_log.empty());
+    EXPECT_EQ(record_.integers.size() + record_.strings.size(), 0u);
+}
+
+TEST_F(FrameTest, OperationsThatAreNotOverriddenYieldTheirDefaults) {
+    load<BarePlugin>();
+    record_.strings[Slot::InfoText] = "left over";
+    for (const Event event :
+         {Event::Name, Event::Description, Event::Author, Event::Version, Event::URL, Event::ContactInfo})
+        EXPECT_EQ(dispatch(event), 0);
+    EXPECT_EQ(record_.string(Slot::NameText), "Unknown");
+    EXPECT_EQ(record_.string(Slot::InfoText), "");
+    EXPECT_EQ(dispatch(Event::ConfigureCommandLine), 0);
+    EXPECT_NE(record_.pointers.find(Slot::CommandLineConfiguration), nullptr);
+    EXPECT_EQ(record_.pointer(Slot::CommandLineConfiguration), nullptr);
+}
+
+TEST_F(FrameTest, ArgumentsComeFromTheirSlotsAndResultsGoBack) {
+    load<FullPlugin>();
+    PIGUI::PIMouseEvent mouse;
+    mouse.x = 42;
+    record_.integers[Slot::EventCode] = 6;
+    record_.pointers[Slot::EventData] = &mouse;
+    EXPECT_EQ(dispatch(Event::HandleMouseEvent), 0);
+    EXPECT_EQ(record_.integer(Slot::Status), 6042);
+    dispatch(Event::ListenToEvents);
+    record_.integers[Slot::Width] = 800;
+    dispatch(Event::PreDrawOnRefresh);  // an absent height reads as 0
+    dispatch(Event::Name);
+    dispatch(Event::Author);
+    EXPECT_EQ(record_.string(Slot::NameText), "Full");
+    EXPECT_EQ(record_.string(Slot::InfoText), "somebody");
+    EXPECT_THAT(g_log, ElementsAre("event 6 with data", "refresh 800x0"));
+}
+
+TEST_F(FrameTest, StartUpTakesTheNewestFormThatIsOverridden) {
+    TwoArguments line;
+    const auto startUp = [&](bool offered) {
+        record_ = {};
+        if (offered) record_.pointers[Slot::CommandLineArguments] = &line;
+        EXPECT_EQ(dispatch(Event::StartUp), 0);
+        return record_.integer(Slot::Status);
+    };
+    load<FullPlugin>();
+    EXPECT_EQ(startUp(true), 2);
+    EXPECT_EQ(startUp(false), 0);  // the older adapter knows only the older forms
+    load<VectorPlugin>();
+    EXPECT_EQ(startUp(true), 102);
+    EXPECT_EQ(startUp(false), 100);
+    load<PlainPlugin>();
+    EXPECT_EQ(startUp(true), 7);
+    EXPECT_EQ(startUp(false), 7);
+}
+
+TEST_F(FrameTest, CloseEndsTheObjectAndNoEntryHoldsIt) {
+    load<FullPlugin>();
+    EXPECT_EQ(dispatch(Event::Close), 0);
+    EXPECT_EQ(record_.integer(Slot::Status), 5);
+    EXPECT_THAT(g_log, ElementsAre("Close", "destroyed"));
+    for (const auto& [number, entry] : g_ClientMessageMap) EXPECT_EQ(entry.second, nullptr);
+    for (std::int32_t number = 0; number < kClientFunctionCount; ++number)
+        EXPECT_EQ(ClientFunctionMap::dispatch(number, &record_), 0);
+    EXPECT_EQ(g_log.size(), 2u);
+}
+
+TEST_F(FrameTest, CloseWithoutARecordDestroysWithoutCallingClose) {
+    load<FullPlugin>();
+    EXPECT_EQ(ClientFunctionMap::dispatch(static_cast<std::int32_t>(Event::Close), nullptr), 0);
+    EXPECT_THAT(g_log, ElementsAre("destroyed"));
+}
+
+TEST_F(FrameTest, AnExceptionBecomesAMessage) {
+    load<FullPlugin>();
+    EXPECT_EQ(dispatch(Event::Callback), 0);
+    EXPECT_THAT(messages_, ElementsAre("Callback: deliberate"));
+}
+
+TEST(ParameterMapTest, ZeroFilledMemoryIsAnEmptyRecord) {
+    alignas(PIFunctionParams_t) unsigned char block[sizeof(PIFunctionParams_t)] = {};
+    static_assert(sizeof(block) <= 256, "hosts written in C reserve 256 bytes");
+    auto& record = *reinterpret_cast<PIFunctionParams_t*>(block);
+    EXPECT_EQ(record.integer(Slot::EventCode), 0);
+    record.strings[Slot::InfoText] = "text";
+    record.strings[Slot::NameText] = "name";
+    record.strings[Slot::InfoText] += "!";
+    EXPECT_EQ(record.strings.begin()->second, "name");  // ordered by slot
+    EXPECT_EQ(record.string(Slot::InfoText), "text!");
+    std::destroy_at(&record);
+}
+
+TEST(VersionTest, LegacyEncoding) {
+    const struct {
+        int major, minor, revision;
+        double expected;
+    } cases[] = {{0, 57, 0, 0.57},  {1, 7, 2, 1.702},     {1, 9, 0, 1.9},   {1, 10, 0, 1.901},
+                 {1, 20, 0, 1.902}, {1, 30, 4, 1.903004}, {2, 3, 4, 2.0304}};
+    for (const auto& c : cases)
+        EXPECT_DOUBLE_EQ(PIBase::legacyApiVersion(c.major, c.minor, c.revision), c.expected);
+    EXPECT_EQ(PIBase::legacyApiVersion(1, 20, 0), 1.902);  // compared exactly by hosts
+    EXPECT_EQ(PIBase::versionString(), "1.30.0");
+}
+
+/// A host that keeps identities and says who called which service.
+class IdentityHost final : public PIServiceTable {
+  public:
+    std::int32_t hostBuildNumber() override { return 13000; }
+    PIServiceResult handle(void* identity, PIServerFunctions_t service, void* args) override {
+        if (service != PIServerFunctions_t::IdentityOverride) {
+            callers.push_back(identity);
+            return 9;
+        }
+        EXPECT_EQ(identity, nullptr);
+        auto& record = *static_cast<PI_DATA_CATCHALL*>(args);
+        switch (static_cast<PISelector::IdentityOverride>(record.integers.at(0))) {
+            case PISelector::IdentityOverride::Query:
+                if (!stack.empty()) record.pointers.push_back(stack.back());
+                break;
+            case PISelector::IdentityOverride::Push:
+                stack.push_back(record.pointers.at(0));
+                break;
+            case PISelector::IdentityOverride::Pop:
+                stack.pop_back();
+                break;
+        }
+        return 1;
+    }
+    std::vector<void*> stack, callers;
+};
+
+TEST(FunnelTest, CallsCarryThePluginsIdentityOrTheOnePushedLast) {
+    IdentityHost host;
+    int own = 0, first = 0, second = 0;
+    g_FunctionMap = &host;
+    g_This = &own;
+    EXPECT_EQ(handle(PIServerFunctions_t::ForceRedraw, nullptr), 9);
+    PIBase::pushOverrideThisPointer(&first);
+    PIBase::pushOverrideThisPointer(&second);
+    handle(PIServerFunctions_t::ForceRedraw, nullptr);
+    PIBase::popOverrideThisPointer();
+    handle(PIServerFunctions_t::ForceRedraw, nullptr);
+    PIBase::popOverrideThisPointer();
+    handle(PIServerFunctions_t::ForceRedraw, nullptr);
+    g_FunctionMap = nullptr;
+    g_This = nullptr;
+    EXPECT_THAT(host.callers, ElementsAre(&own, &second, &first, &own));
+}
+
+TEST(FunnelTest, WithoutAHostTwoLinesAreWritten) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(handle(PIServerFunctions_t::ForceRedraw, nullptr), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Invalid Plug-in API Support Function Map.  Plug-in API calls are being made outside of the "
+              "context of a loaded plug-in.\nAPI service request has not been processed.\n");
+}
+
+class Target {
+  public:
+    int onCmd(PIObject*, void* data) { return *static_cast<int*>(data) + 1; }
+    CallbackList<Target> callbacks{this};
+};
+
+TEST(FunctorTest, CallbacksOutliveTheirObjectAndDoNothingThen) {
+    auto target = std::make_unique<Target>();
+    FunctorTwoParams__* functor = target->callbacks.make(&Target::onCmd);
+    int data = 3;
+    EXPECT_EQ(functor->Call(nullptr, &data), 4);
+    EXPECT_EQ((*functor)(nullptr, &data), 4);
+    EXPECT_THAT(g_FunctorList, ElementsAre(functor));
+    target.reset();
+    EXPECT_EQ(functor->Call(nullptr, &data), 0);
+    freeFunctors();
+    EXPECT_TRUE(g_FunctorList.empty());
+    freeFunctors();
+}
+
+class Collected : public PIObject {
+  public:
+    explicit Collected(std::string name, PIObject* takesAlong = nullptr)
+        : name_(std::move(name)), takesAlong_(takesAlong) {}
+    ~Collected() override {
+        g_log.push_back(name_ + (collector() ? " linked" : ""));
+        delete takesAlong_;
+    }
+
+  private:
+    std::string name_;
+    PIObject* takesAlong_;
+};
+
+TEST(GarbageCollectorTest, DeletesFromTheLastToTheFirstWithoutBackLinks) {
+    g_log.clear();
+    auto collector = std::make_unique<PIGarbageCollector>();
+    auto* first = new Collected("first");
+    auto* second = new Collected("second");
+    auto* fourth = new Collected("fourth", second);  // deletes another object of the collector's
+    collector->add(first);
+    collector->add(second);
+    auto* third = new Collected("third");
+    collector->add(third);
+    collector->add(fourth);
+    delete third;  // leaves the collector by itself
+    collector.reset();
+    EXPECT_THAT(g_log, ElementsAre("third linked", "fourth", "second linked", "first"));
+}
+
+}  // namespace
