@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <system_error>
 
 #include "common/Strings.h"
@@ -175,6 +176,17 @@ char* writeNumber(char* out, double value, int significantDigits) {
 std::string writeNumber(double value, int significantDigits) {
     std::array<char, kMaxNumberLength> buffer;
     return std::string(buffer.data(), writeNumber(buffer.data(), value, significantDigits));
+}
+
+std::string writeFixed(double value, int decimals) {
+    if (!std::isfinite(value)) return {};
+    std::array<char, std::numeric_limits<double>::max_exponent10 + 32> buffer;
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                      std::chars_format::fixed, std::clamp(decimals, 0, 17));
+    std::string_view text(buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data()));
+    const bool isZero = text.find_first_of("123456789") == std::string_view::npos;
+    if (isZero && text.starts_with('-')) text.remove_prefix(1);
+    return std::string(text);
 }
 
 }  // namespace UTILS

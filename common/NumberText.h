@@ -30,4 +30,8 @@ inline constexpr std::size_t kMaxNumberLength = 32;
 /// The same text at `out`, which has room for kMaxNumberLength characters; returns its end.
 char* writeNumber(char* out, double value, int significantDigits = kSignificantDigits);
 
+/// Writes `decimals` digits (0 to 17, clamped) behind the point, and no exponent. What rounds to zero has
+/// no sign. Empty for a value that is not finite.
+std::string writeFixed(double value, int decimals);
+
 }  // namespace UTILS
