@@ -1,0 +1,131 @@
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <gtest/gtest.h>
+
+#include "geo/Angles.h"
+#include "geo/Sodano.h"
+
+namespace {
+
+using namespace halCore;
+using GeographicLib::Geodesic;
+
+double angleBetween(double a, double b) {
+    return std::abs(std::remainder(a - b, kTwoPi));
+}
+
+TEST(Sodano, FindsNothingBetweenCoincidentPoints) {
+    for (const double lat : {-kHalfPi, -0.7, 0.0, 0.37, kHalfPi}) {
+        for (const double lon : {-kPi, 0.0, 2.76, kPi}) {
+            const auto found = Sodano::inverse(lat, lon, lat, lon);
+            EXPECT_TRUE(found.valid);
+            EXPECT_EQ(found.distance, 0.0);
+            EXPECT_EQ(found.azimuth1, 0.0);
+            EXPECT_EQ(found.azimuth2, 0.0);
+            EXPECT_EQ(found.backAzimuth(), 0.0);
+        }
+    }
+    EXPECT_EQ(Sodano::inverse(0.3, kPi, 0.3, -kPi).distance, 0.0) << "the same meridian";
+    EXPECT_LT(Sodano::inverse(kHalfPi, 0.0, kHalfPi, 2.0).distance, 1e-8) << "one pole under two longitudes";
+}
+
+TEST(Sodano, RefusesWhatIsNoPosition) {
+    for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        EXPECT_FALSE(Sodano::inverse(bad, 0, 0, 0).valid);
+        EXPECT_FALSE(Sodano::inverse(0, bad, 0, 0).valid);
+        EXPECT_FALSE(Sodano::inverse(0, 0, bad, 0).valid);
+        EXPECT_FALSE(Sodano::inverse(0, 0, 0, bad).valid);
+        EXPECT_FALSE(Sodano::direct(bad, 0, 0, 1).valid);
+        EXPECT_FALSE(Sodano::direct(0, bad, 0, 1).valid);
+        EXPECT_FALSE(Sodano::direct(0, 0, bad, 1).valid);
+        EXPECT_FALSE(Sodano::direct(0, 0, 0, bad).valid);
+    }
+    EXPECT_FALSE(Sodano::inverse(1.6, 0, 0, 0).valid);
+    EXPECT_EQ(Sodano::inverse(1.6, 0, 0, 0).distance, 0.0);
+    const Vec3 start(0.1, 0.2, 30.0);
+    EXPECT_EQ(Sodano::direct(start, std::nan(""), 5.0), start);
+}
+
+// Quarters of the ellipsoid: the equator is a circle, the meridian quadrant of WGS-84 10001965.729 m.
+TEST(Sodano, MeasuresQuarters) {
+    const auto equator = Sodano::inverse(0.0, -3.0, 0.0, -3.0 + kHalfPi);
+    EXPECT_NEAR(equator.distance, 6378137.0 * kHalfPi, 1e-5);
+    EXPECT_NEAR(equator.azimuth1, kHalfPi, 1e-15);
+    EXPECT_NEAR(equator.backAzimuth(), -kHalfPi, 1e-15);
+    const auto meridian = Sodano::inverse(0.0, 2.0, -kHalfPi, 2.0);
+    EXPECT_NEAR(meridian.distance, 10001965.729, 1e-3);
+    EXPECT_NEAR(std::abs(meridian.azimuth1), kPi, 1e-15);
+    EXPECT_NEAR(Sodano::inverse(kHalfPi, 0.0, -kHalfPi, 1.0).distance, 2 * 10001965.729, 1e-3);
+}
+
+TEST(Sodano, GoesBackwardsAndKeepsTheAltitude) {
+    const auto forth = Sodano::direct(0.4, 3.1, 1.0, 500000.0);
+    const auto back = Sodano::direct(forth.lat, forth.lon, forth.azimuth2, -500000.0);
+    EXPECT_NEAR(back.lat, 0.4, 1e-15);
+    EXPECT_LT(angleBetween(back.lon, 3.1), 2e-15);
+    EXPECT_LT(angleBetween(back.azimuth2, 1.0), 1e-15);
+    EXPECT_LT(forth.lon, 0.0) << "past the date line";
+    EXPECT_EQ(Sodano::direct(Vec3(0.4, 3.1, 123.0), 1.0, 5.0).alt(), 123.0);
+}
+
+/// Worst errors against GeographicLib over positions and directions of every kind: distances and positions
+/// in metres.
+struct Errors {
+    double inverse = 0.0;
+    double direct = 0.0;
+    double roundTrip = 0.0;
+    double azimuth = 0.0;
+};
+
+Errors measure(double distance) {
+    const Geodesic& exact = Geodesic::WGS84();
+    std::mt19937_64 random(29);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    Errors worst;
+    for (int i = 0; i < 5000; ++i) {
+        const double latitudes[] = {kHalfPi, -kHalfPi, 0.0, 1e-12, std::asin(2.0 * unit(random) - 1.0)};
+        const double longitudes[] = {kPi, -kPi, kTwoPi * unit(random) - kPi};
+        const double azimuths[] = {0.0, kHalfPi, kPi, kTwoPi * unit(random) - kPi};
+        const double lat = latitudes[std::min(i % 9, 4)];
+        const double lon = longitudes[std::min(i % 5, 2)];
+        const double azimuth = azimuths[std::min(i % 7, 3)];
+
+        const auto reached = Sodano::direct(lat, lon, azimuth, distance);
+        double lat2, lon2;
+        exact.Direct(lat * kDegreesPerRadian, lon * kDegreesPerRadian, azimuth * kDegreesPerRadian, distance,
+                     lat2, lon2);
+        double error, length, azimuth1, azimuth2;
+        exact.Inverse(lat2, lon2, reached.lat * kDegreesPerRadian, reached.lon * kDegreesPerRadian, error);
+        worst.direct = std::max(worst.direct, error);
+
+        const auto found = Sodano::inverse(lat, lon, reached.lat, reached.lon);
+        exact.Inverse(lat * kDegreesPerRadian, lon * kDegreesPerRadian, reached.lat * kDegreesPerRadian,
+                      reached.lon * kDegreesPerRadian, length, azimuth1, azimuth2);
+        worst.inverse = std::max(worst.inverse, std::abs(found.distance - length));
+        worst.roundTrip = std::max(worst.roundTrip, std::abs(found.distance - distance));
+        worst.azimuth = std::max(worst.azimuth, angleBetween(found.azimuth1, azimuth1 * kRadiansPerDegree));
+        if (std::abs(reached.lat) < 1.57)
+            worst.azimuth =
+                std::max(worst.azimuth, angleBetween(found.azimuth2, azimuth2 * kRadiansPerDegree));
+    }
+    return worst;
+}
+
+TEST(SodanoProperty, AgreesWithTheExactGeodesic) {
+    for (const double distance : {0.01, 1.0, 30.0, 1e3, 1e5, 1e6, 3e6, 1e7, 1.5e7, 1.78e7, 1.8e7, 1.95e7}) {
+        SCOPED_TRACE(distance);
+        const Errors worst = measure(distance);
+        const double bound = distance <= 1e6 ? 0.001 : 0.01;
+        EXPECT_LT(worst.inverse, bound);
+        EXPECT_LT(worst.direct, bound);
+        EXPECT_LT(worst.azimuth, 1e-8 / distance + 1e-9);
+        if (distance <= 1e6) {
+            EXPECT_LT(worst.roundTrip, std::max(1e-9 * distance, 1e-8));
+        }
+    }
+}
+
+}  // namespace
