@@ -6,7 +6,9 @@
 namespace UTILS {
 
 /// White space is blank, tab, line feed, carriage return, vertical tab and form feed, in any locale.
-bool isBlank(char c);
+constexpr bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 /// The text without white space at both ends; a view into the argument.
 std::string_view trimmed(std::string_view text);

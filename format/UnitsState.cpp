@@ -1,8 +1,23 @@
 #include "format/UnitsState.h"
 
+#include "format/ParsedShape.h"
 #include "geo/UnitsRegistry.h"
 
 namespace halCore::ZEL {
+namespace {
+
+std::optional<Units> unitsOf(const ParsedShape& record, ShapeParameter parameter, const Units& like,
+                             std::string_view field, const UnitsRegistry& registry,
+                             const UnitsState::Reporter& report) {
+    if (!record.hasValue(parameter)) return std::nullopt;
+    const std::string_view text = record.text(parameter);
+    const Units units = UnitsState::resolve(text, registry);
+    if (units.canConvert(like)) return units;
+    if (report) report(std::string("Invalid ").append(field).append(": ").append(text));
+    return std::nullopt;
+}
+
+}  // namespace
 
 const Units& UnitsState::altitudeUnits() const {
     return altitude_ ? *altitude_ : Units::FEET;
@@ -12,6 +27,16 @@ const Units& UnitsState::rangeUnits() const {
 }
 const Units& UnitsState::angleUnits() const {
     return angle_ ? *angle_ : Units::DEGREES;
+}
+
+UnitsState UnitsState::parse(const ParsedShape& record, const UnitsRegistry& registry,
+                             const Reporter& report) {
+    using P = ShapeParameter;
+    UnitsState state;
+    state.altitude_ = unitsOf(record, P::AltitudeUnits, Units::METERS, "altitudeunits", registry, report);
+    state.range_ = unitsOf(record, P::RangeUnits, Units::METERS, "rangeunits", registry, report);
+    state.angle_ = unitsOf(record, P::AngleUnits, Units::RADIANS, "angleunits", registry, report);
+    return state;
 }
 
 Units UnitsState::resolve(std::string_view text, const UnitsRegistry& registry) {

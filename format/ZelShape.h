@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/Vec3.h"
@@ -96,6 +97,7 @@ class ZelShape {
     /// Whole comment lines, comment mark included.
     const std::vector<std::string>& comments() const { return comments_; }
     void addComment(std::string_view line) { comments_.emplace_back(line); }
+    void setComments(std::vector<std::string> lines) { comments_ = std::move(lines); }
 
     /// The units the shape was read with; the writer uses them again.
     const UnitsState& originalUnits() const { return units_; }

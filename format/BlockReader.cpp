@@ -1,0 +1,406 @@
+#include "format/BlockReader.h"
+
+#include <charconv>
+#include <cstring>
+#include <iterator>
+
+#include "common/NumberText.h"
+#include "common/Strings.h"
+#include "format/FileNumber.h"
+#include "format/Keyword.h"
+#include "format/LabelText.h"
+#include "geo/Angles.h"
+#include "geo/Mgrs.h"
+
+namespace halCore::ZEL {
+namespace {
+
+constexpr std::string_view kAtLeast1 = " command requires at least 1 argument";
+constexpr std::string_view kAtLeast2 = " command requires at least 2 arguments";
+constexpr std::string_view kExactly1 = " command requires 1 argument";
+constexpr std::string_view kExactly3 = " command requires 3 arguments";
+
+std::string_view firstWord(std::string_view text) {
+    std::size_t length = 0;
+    while (length < text.size() && !UTILS::isBlank(text[length])) ++length;
+    return text.substr(0, length);
+}
+
+bool isComment(std::string_view line) {
+    return line.front() == '#' || line.front() == '/' ||
+           UTILS::equalsIgnoringCase(firstWord(line), "comment");
+}
+
+/// Degrees with 7 decimals in a field of 11: about a centimetre, as grid references are stored.
+std::string gridDegrees(double radians) {
+    char text[32];
+    const auto result = std::to_chars(std::begin(text), std::end(text), radians * kDegreesPerRadian,
+                                      std::chars_format::fixed, 7);
+    const auto length = static_cast<std::size_t>(result.ptr - text);
+    return std::string(length < 11 ? 11 - length : 0, ' ').append(text, length);
+}
+
+const char* skipBlanks(const char* p) {
+    while (*p == ' ' || *p == '\t') ++p;
+    return p;
+}
+
+bool endsLine(const char* p) {
+    return *p == '\n' || (*p == '\r' && p[1] == '\n');
+}
+
+}  // namespace
+
+void BlockReader::readLines(std::string_view text) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p != end) {
+        ++lineNumber_;
+        if (insideBlock_) {
+            if (const char* const next = readPlainPoint_(p, end)) {
+                p = next;
+                continue;
+            }
+        }
+        const auto* const stop =
+            static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+        readLine_(UTILS::trimmed(std::string_view(p, static_cast<std::size_t>(stop - p))));
+        p = stop + 1;
+    }
+}
+
+/// Nearly all lines of a large file are points written in the plainest way. They are read here, straight
+/// from the text; returns the next line, or null, and nothing done, for every other line.
+const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
+    p = skipBlanks(p);
+    bool absolute = false;
+    if (*p == 'l') {
+        absolute = true;
+        if (*++p != 'l') return nullptr;
+        if (*++p == 'a') ++p;
+    } else if (*p == 'x') {
+        if (*++p != 'y') return nullptr;
+        if (*++p == 'z') ++p;
+    } else {
+        return nullptr;
+    }
+    if (*p != ' ' && *p != '\t') return nullptr;
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    p = skipBlanks(p);
+    if (!scanPlainNumber(p, x)) return nullptr;
+    p = skipBlanks(p);
+    if (!scanPlainNumber(p, y)) return nullptr;
+    p = skipBlanks(p);
+    if (!endsLine(p)) {
+        if (!scanPlainNumber(p, z)) return nullptr;
+        p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+    } else if (*p == '\r') {
+        ++p;
+    }
+    if (absolute)
+        record_.append(ParsedShape::PointType::Absolute,
+                       Vec3(x * kRadiansPerDegree, y * kRadiansPerDegree, z));
+    else
+        record_.append(ParsedShape::PointType::Relative, Vec3(x, y, z));
+    return p + 1;
+}
+
+void BlockReader::readLine_(std::string_view line) {
+    if (line.empty()) return;
+    if (insideBlock_)
+        readInside_(line);
+    else
+        readOutside_(line);
+}
+
+void BlockReader::readOutside_(std::string_view line) {
+    if (isComment(line)) {
+        if (messages_.report() != nullptr)
+            messages_.report()->looseComments.push_back({made_, std::string(line)});
+        return;
+    }
+    tokens_.split(line);
+    const std::string_view word = tokens_[0];
+    if (word == "start")
+        openBlock_();
+    else if (word == "end")
+        error_({"end command encountered before start"});
+    else if (word != "version")
+        error_({"token \"", word, "\" detected outside of a valid start/end block"});
+}
+
+void BlockReader::readInside_(std::string_view line) {
+    if (isComment(line)) {
+        addComment_(line);
+        return;
+    }
+    tokens_.split(line);
+    readKeyword_(findKeyword(tokens_[0]));
+}
+
+void BlockReader::openBlock_() {
+    record_.reset();
+    record_.setLineNumber(lineNumber_);
+    modifiers_.clear();
+    badBlock_ = false;
+    insideBlock_ = true;
+    ++blocks_;
+}
+
+void BlockReader::closeBlock_() {
+    insideBlock_ = false;
+    if (record_.shape() == ShapeType::None) {
+        error_({"end command encountered before recognized ZEL shape type keyword"});
+        return;
+    }
+    // Its message was given with the second shape keyword.
+    if (badBlock_) return;
+    if (record_.pointType() == ParsedShape::PointType::Absolute) record_.set(ShapeParameter::Absolute, "1");
+    modifiers_.apply(record_);
+    if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, messages_)) {
+        shapes_.push_back(std::move(shape));
+        ++made_;
+    }
+}
+
+void BlockReader::finish() {
+    ParseReport* const report = messages_.report();
+    if (report == nullptr) return;
+    report->lines += lineNumber_;
+    report->blocks += blocks_;
+    report->shapes += made_;
+    if (insideBlock_) report->unterminatedBlock = record_.lineNumber();
+}
+
+void BlockReader::addComment_(std::string_view line) {
+    record_.addComment(line);
+    // An image overlay is told by comments only, so that older readers pass over it.
+    const std::string_view rest = UTILS::trimmed(line.substr(firstWord(line).size()));
+    const std::string_view second = firstWord(rest);
+    if (second.size() < 4 || !UTILS::equalsIgnoringCase(second.substr(0, 4), "kml_")) return;
+    // File names keep their case.
+    tokens_.split(line, LineTokens::Case::Keep);
+    if (UTILS::equalsIgnoringCase(second, "kml_icon")) {
+        if (tokens_.count() >= 3) record_.set(ShapeParameter::ImageFile, tokens_[2]);
+    } else if (UTILS::equalsIgnoringCase(second, "kml_groundoverlay")) {
+        record_.setShape(ShapeType::ImageOverlay);
+    } else if (UTILS::equalsIgnoringCase(second, "kml_latlonbox") && tokens_.count() >= 7) {
+        record_.set(ShapeParameter::BoxNorth, tokens_[2]);
+        record_.set(ShapeParameter::BoxSouth, tokens_[3]);
+        record_.set(ShapeParameter::BoxEast, tokens_[4]);
+        record_.set(ShapeParameter::BoxWest, tokens_[5]);
+        record_.set(ShapeParameter::ImageRotation, tokens_[6]);
+    }
+}
+
+bool BlockReader::setShape_(ShapeType type) {
+    const bool first = record_.shape() == ShapeType::None;
+    if (!first) {
+        messages_.warning(lineNumber_, "Multiple shape keywords found in single start/end block");
+        badBlock_ = true;
+    }
+    record_.setShape(type);
+    return first;
+}
+
+void BlockReader::readKeyword_(const Keyword& keyword) {
+    const std::string_view label = keyword.label.empty() ? keyword.text : keyword.label;
+    switch (keyword.action) {
+        case KeywordAction::Unknown:
+            readUnknown_();
+            break;
+        case KeywordAction::Start:
+            error_({"nested start command not allowed"});
+            break;
+        case KeywordAction::End:
+            closeBlock_();
+            break;
+        case KeywordAction::Ignore:
+            break;
+        case KeywordAction::Shape:
+            setShape_(keyword.shape);
+            break;
+        case KeywordAction::AnnotationText:
+            readAnnotation_();
+            break;
+        case KeywordAction::Box:
+            readBox_();
+            break;
+        case KeywordAction::Flag:
+            set_(keyword.parameter, keyword.parameter == ShapeParameter::Draw ? "0" : "1");
+            break;
+        case KeywordAction::Value:
+            if (hasArguments_(1, label, kExactly1)) set_(keyword.parameter, tokens_[1]);
+            break;
+        case KeywordAction::QuietValue:
+            if (tokens_.count() >= 2) set_(keyword.parameter, tokens_[1]);
+            break;
+        case KeywordAction::RestOfLine:
+            if (hasArguments_(1, label, kExactly1)) set_(keyword.parameter, tokens_.from(1));
+            break;
+        case KeywordAction::Color:
+            readColor_(keyword);
+            break;
+        case KeywordAction::AbsolutePoint:
+            if (hasArguments_(2, label, kAtLeast2))
+                record_.append(ParsedShape::PointType::Absolute, tokens_[1], tokens_[2], tokens_[3]);
+            break;
+        case KeywordAction::RelativePoint:
+            if (hasArguments_(2, label, kAtLeast2))
+                record_.append(ParsedShape::PointType::Relative, tokens_[1], tokens_[2], tokens_[3]);
+            break;
+        case KeywordAction::GridPoint:
+            readGridPoint_();
+            break;
+        case KeywordAction::AbsolutePosition:
+            if (!hasArguments_(2, label, kAtLeast2)) break;
+            record_.set(keyword.parameter, position_());
+            record_.set(ShapeParameter::Absolute, "1");
+            break;
+        case KeywordAction::RelativePosition:
+        case KeywordAction::ReferencePoint:
+            if (hasArguments_(2, label, kAtLeast2)) record_.set(keyword.parameter, position_());
+            break;
+        case KeywordAction::Half:
+            readScaled_(keyword, 0.5);
+            break;
+        case KeywordAction::Double:
+            readScaled_(keyword, 2.0);
+            break;
+        case KeywordAction::Scale:
+            if (hasArguments_(3, label, kExactly3)) record_.set(keyword.parameter, position_());
+            break;
+        case KeywordAction::Orient:
+            readOrient_();
+            break;
+        case KeywordAction::Extrude:
+            readExtrude_();
+            break;
+        case KeywordAction::ThreeD:
+            read3d_();
+            break;
+    }
+}
+
+void BlockReader::readAnnotation_() {
+    if (!hasArguments_(1, "annotation", kAtLeast1)) return;
+    setShape_(ShapeType::Annotation);
+    const std::string_view text = tokens_.from(1);
+    record_.set(ShapeParameter::AnnotationText, text);
+    record_.set(ShapeParameter::Name, labelFromText(text));
+}
+
+void BlockReader::readBox_() {
+    if (tokens_.count() < 6) {
+        error_({"latlonaltbox command requires at least 5 arguments"});
+        return;
+    }
+    setShape_(ShapeType::LatLonAltBox);
+    record_.set(ShapeParameter::BoxNorth, tokens_[1]);
+    record_.set(ShapeParameter::BoxSouth, tokens_[2]);
+    record_.set(ShapeParameter::BoxWest, tokens_[3]);
+    record_.set(ShapeParameter::BoxEast, tokens_[4]);
+    record_.set(ShapeParameter::BoxAltitude, tokens_[5]);
+    if (tokens_.count() >= 7) record_.set(ShapeParameter::BoxHeight, tokens_[6]);
+}
+
+void BlockReader::readColor_(const Keyword& keyword) {
+    // The number of words alone decides, whatever the second word says; files depend on it.
+    if (tokens_.count() == 2) {
+        const auto found = parser_.colors_.find(tokens_[1]);
+        set_(keyword.parameter,
+             found == parser_.colors_.end() ? "0xff0000ff" : std::string_view(found->second));
+    } else if (tokens_.count() == 3) {
+        const std::string_view value = tokens_[2];
+        if (value.starts_with("0x"))
+            set_(keyword.parameter, value);
+        else
+            set_(keyword.parameter, std::string("0x").append(value));
+    } else {
+        error_({keyword.text, kAtLeast1});
+    }
+}
+
+void BlockReader::readGridPoint_() {
+    // One argument is enough, whatever the message says.
+    if (!hasArguments_(1, "mgrs", kAtLeast2)) return;
+    double lat = 0.0;
+    double lon = 0.0;
+    if (Mgrs::convertMgrsToGeodetic(tokens_[1], lat, lon) != 0) {
+        error_({"Unable to convert MGRS coordinate to lat/lon"});
+        return;
+    }
+    record_.append(ParsedShape::PointType::Absolute, gridDegrees(lat), gridDegrees(lon), tokens_[2]);
+}
+
+void BlockReader::readScaled_(const Keyword& keyword, double factor) {
+    if (!hasArguments_(1, keyword.text, kExactly1)) return;
+    // Text that is no number is left for the builder to report.
+    const std::optional<double> value = readFileNumber(tokens_[1]);
+    set_(keyword.parameter, value ? UTILS::writeNumber(*value * factor, 17) : std::string(tokens_[1]));
+}
+
+void BlockReader::readOrient_() {
+    if (!hasArguments_(1, "orient", kAtLeast1)) return;
+    record_.set(ShapeParameter::OffsetCourse, tokens_[1]);
+    if (tokens_.count() >= 3) record_.set(ShapeParameter::OffsetPitch, tokens_[2]);
+    if (tokens_.count() >= 4) record_.set(ShapeParameter::OffsetRoll, tokens_[3]);
+    record_.set(ShapeParameter::Follow, std::string_view("cpr").substr(0, tokens_.count() - 1));
+}
+
+void BlockReader::readExtrude_() {
+    if (!hasArguments_(1, "extrude", kAtLeast1)) return;
+    if (UTILS::stringIsTrueToken(tokens_[1])) modifiers_.set(ShapeParameter::AltitudeMode, "extrude");
+    if (tokens_.count() >= 3) record_.set(ShapeParameter::ExtrudeHeight, tokens_[2]);
+}
+
+void BlockReader::read3d_() {
+    // Known by the beginning of the line: "3d names x" is a name too.
+    struct Entry {
+        std::string_view begin;
+        ShapeParameter parameter;
+    };
+    static constexpr Entry entries[] = {{"3d name", ShapeParameter::Name},
+                                        {"3d offsetalt", ShapeParameter::OffsetAltitude},
+                                        {"3d offsetcourse", ShapeParameter::OffsetCourse},
+                                        {"3d offsetpitch", ShapeParameter::OffsetPitch},
+                                        {"3d offsetroll", ShapeParameter::OffsetRoll},
+                                        {"3d follow", ShapeParameter::Follow}};
+    for (const Entry& entry : entries) {
+        if (!tokens_.line().starts_with(entry.begin)) continue;
+        if (hasArguments_(2, "3d", kAtLeast2)) record_.set(entry.parameter, tokens_.from(2));
+        return;
+    }
+    readUnknown_();
+}
+
+void BlockReader::readUnknown_() {
+    const std::string_view line = tokens_.line();
+    if (line.starts_with("rotate"))
+        readOrient_();
+    else if (line.starts_with("extrude"))
+        readExtrude_();
+    else if (!line.starts_with("3d billboard"))
+        error_({"Found unknown ZEL command ", line});
+}
+
+void BlockReader::set_(ShapeParameter parameter, std::string_view value) {
+    if (static_cast<std::size_t>(parameter) < kModifierCount)
+        modifiers_.set(parameter, value);
+    else
+        record_.set(parameter, value);
+}
+
+bool BlockReader::hasArguments_(std::size_t count, std::string_view label, std::string_view message) {
+    if (tokens_.count() > count) return true;
+    error_({label, message});
+    return false;
+}
+
+void BlockReader::error_(std::initializer_list<std::string_view> parts) const {
+    messages_.error(lineNumber_, parts);
+}
+
+}  // namespace halCore::ZEL

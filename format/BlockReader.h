@@ -1,0 +1,69 @@
+#pragma once
+
+#include <string_view>
+
+#include "format/LineTokens.h"
+#include "format/MessageSink.h"
+#include "format/ModifierState.h"
+#include "format/ParsedShape.h"
+#include "format/Parser.h"
+
+namespace halCore::ZEL {
+
+struct Keyword;
+
+/// The reader's state machine: takes lines, gives shapes. Outside a block until "start", inside until "end".
+class BlockReader {
+  public:
+    /// All three are only referred to.
+    BlockReader(const Parser& parser, Parser::Shapes& shapes, const MessageSink& messages)
+        : parser_(parser), shapes_(shapes), messages_(messages) {}
+
+    /// Reads whole lines: `text` is empty or ends with a line feed.
+    void readLines(std::string_view text);
+
+    /// After the last line: completes the report.
+    void finish();
+
+  private:
+    const char* readPlainPoint_(const char* p, const char* end);
+    void readLine_(std::string_view line);
+    void readOutside_(std::string_view line);
+    void readInside_(std::string_view line);
+
+    void openBlock_();
+    void closeBlock_();
+    void addComment_(std::string_view line);
+    bool setShape_(ShapeType type);
+
+    void readKeyword_(const Keyword& keyword);
+    void readAnnotation_();
+    void readBox_();
+    void readColor_(const Keyword& keyword);
+    void readGridPoint_();
+    void readScaled_(const Keyword& keyword, double factor);
+    void readOrient_();
+    void readExtrude_();
+    void read3d_();
+    void readUnknown_();
+    void set_(ShapeParameter parameter, std::string_view value);
+    /// Whether the line has `count` words besides the keyword; if not, reports `message`.
+    bool hasArguments_(std::size_t count, std::string_view label, std::string_view message);
+    PositionStrings position_() const { return {tokens_[1], tokens_[2], tokens_[3]}; }
+    void error_(std::initializer_list<std::string_view> parts) const;
+
+    const Parser& parser_;
+    Parser::Shapes& shapes_;
+    const MessageSink& messages_;
+
+    LineTokens tokens_;
+    std::size_t lineNumber_ = 0;
+    bool insideBlock_ = false;
+    bool badBlock_ = false;
+    std::size_t blocks_ = 0;
+    std::size_t made_ = 0;
+    ParsedShape record_;
+    ModifierState modifiers_;
+};
+
+}  // namespace halCore::ZEL

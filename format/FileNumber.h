@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "geo/AngleText.h"
+
+/// Numbers as the format takes them.
+namespace halCore::ZEL {
+
+/// A decimal number. One beyond 1e300 is no number: it might overflow when its unit is applied. One
+/// below 1e-250 is zero: it would lose its digits there.
+std::optional<double> readFileNumber(std::string_view text);
+
+/// A latitude or longitude in degrees, decimal or with minutes and seconds; double quotes about the whole
+/// are dropped. Radians.
+std::optional<double> readFileDegrees(std::string_view text, AngleKind kind);
+
+/// A decimal integer that fits an int.
+std::optional<int> readFileInteger(std::string_view text);
+
+/// Reads a plain decimal number ("-17.505557": no exponent, some 19 digits at most) at `p`, moves `p`
+/// behind it, and returns true; it must be followed by white space. For everything else it returns false,
+/// with `p` anywhere in the text read. The text must hold a line feed, where reading stops at the latest.
+bool scanPlainNumber(const char*& p, double& value);
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace halCore::ZEL {
+
+/// One line split at white space, its words in lower case and joined again by single blanks. A word that
+/// begins with a double quote goes on to the closing quote, white space included, and an unclosed one to
+/// the end of the line; quotes stay. Words that begin with a double quote, "#" or "/" keep their case, and
+/// so do all words behind "annotation", "comment" or "name".
+class LineTokens {
+  public:
+    enum class Case { Fold, Keep };
+
+    void split(std::string_view line, Case letters = Case::Fold);
+
+    std::size_t count() const { return count_; }
+    /// A word by its number, from 0; empty when there is none, or when it is beyond the first eight.
+    std::string_view operator[](std::size_t index) const;
+    /// The joined line from a word on.
+    std::string_view from(std::size_t index) const;
+    std::string_view line() const { return joined_; }
+
+  private:
+    /// More than any keyword uses; of the others only the number counts.
+    static constexpr std::size_t kKept = 8;
+
+    std::string joined_;
+    std::array<std::size_t, kKept> begins_{};
+    std::array<std::size_t, kKept> ends_{};
+    std::size_t count_ = 0;
+};
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,22 @@
+#include "format/MessageSink.h"
+
+namespace halCore::ZEL {
+
+void MessageSink::error(std::size_t line, std::initializer_list<std::string_view> parts) const {
+    if (report_ == nullptr && !halNotify::isNotifyEnabled(halNotify::Error)) return;
+    std::string text;
+    for (const std::string_view part : parts) text += part;
+    if (report_ != nullptr)
+        report_->messages.push_back({line, halNotify::Error, std::move(text)});
+    else
+        halNotify::notify(halNotify::Error) << "ZEL error: " << text << ", line: " << line;
+}
+
+void MessageSink::warning(std::size_t line, std::string_view text) const {
+    if (report_ != nullptr)
+        report_->messages.push_back({line, halNotify::Warning, std::string(text)});
+    else if (halNotify::isNotifyEnabled(halNotify::Warning))
+        halNotify::notify(halNotify::Warning) << text;
+}
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "common/Notify.h"
+
+namespace halCore::ZEL {
+
+struct ParseMessage {
+    /// From 1; for a message about a whole block the line of its "start".
+    std::size_t line = 0;
+    halNotify::Severity severity = halNotify::Error;
+    /// Without "ZEL error: " and without the line number.
+    std::string text;
+
+    friend bool operator==(const ParseMessage&, const ParseMessage&) = default;
+};
+
+/// A comment between blocks, which belongs to no shape.
+struct LooseComment {
+    /// The number of shapes that were made before it.
+    std::size_t shapesBefore = 0;
+    std::string line;
+};
+
+/// What a reader has to tell about a text besides its shapes.
+struct ParseReport {
+    std::vector<ParseMessage> messages;
+    std::vector<LooseComment> looseComments;
+    std::size_t lines = 0;
+    /// Blocks opened, and shapes made of them; the difference was dropped.
+    std::size_t blocks = 0;
+    std::size_t shapes = 0;
+    /// The "start" line of a last block that has no "end", otherwise 0. Its loss makes no message.
+    std::size_t unterminatedBlock = 0;
+};
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,130 @@
+#include "format/ParsedShape.h"
+
+#include "common/NumberText.h"
+#include "common/Strings.h"
+#include "format/FileNumber.h"
+#include "geo/Angles.h"
+
+namespace halCore::ZEL {
+namespace {
+
+/// What a record may keep for the next block; a larger one gives its memory back.
+constexpr std::size_t kKeptPoints = 1 << 16;
+constexpr std::size_t kKeptText = 1 << 16;
+
+constexpr std::size_t indexOf(ShapeParameter parameter) {
+    return static_cast<std::size_t>(parameter);
+}
+
+template <typename Container>
+void clear(Container& container, std::size_t kept) {
+    if (container.capacity() > kept)
+        container = Container();
+    else
+        container.clear();
+}
+
+/// 17 digits name every double.
+std::string exactText(double value) {
+    return UTILS::writeNumber(value, 17);
+}
+
+}  // namespace
+
+void ParsedShape::reset() {
+    lineNumber_ = 0;
+    shape_ = ShapeType::None;
+    pointType_ = PointType::None;
+    present_ = 0;
+    clear(texts_, kKeptText);
+    clear(points_, kKeptPoints);
+    clear(unread_, 0);
+    comments_.clear();
+}
+
+void ParsedShape::set(ShapeParameter parameter, std::string_view value) {
+    const std::size_t index = indexOf(parameter);
+    if (index >= kFirstPosition) return;
+    spans_[index] = {texts_.size(), value.size()};
+    texts_.append(value);
+    present_ |= 1ULL << index;
+}
+
+void ParsedShape::set(ShapeParameter parameter, const PositionStrings& value) {
+    const std::size_t index = indexOf(parameter);
+    if (index < kFirstPosition) return;
+    positionValues_[index - kFirstPosition] = value;
+    present_ |= 1ULL << index;
+}
+
+bool ParsedShape::accepts_(PointType type) {
+    if (type == PointType::None) return false;
+    if (pointType_ == PointType::None) pointType_ = type;
+    return pointType_ == type;
+}
+
+bool ParsedShape::append(PointType type, const PositionStrings& position) {
+    return append(type, position.x(), position.y(), position.z());
+}
+
+bool ParsedShape::append(PointType type, std::string_view x, std::string_view y, std::string_view z) {
+    if (!accepts_(type)) return false;
+    const bool absolute = type == PointType::Absolute;
+    const auto first = absolute ? readFileDegrees(x, AngleKind::Latitude) : readFileNumber(x);
+    const auto second = absolute ? readFileDegrees(y, AngleKind::Longitude) : readFileNumber(y);
+    if (first && second)
+        points_.emplace_back(*first, *second, readFileNumber(z).value_or(0.0));
+    else
+        unread_.emplace_back(pointsGiven(), PositionStrings(x, y, z));
+    return true;
+}
+
+bool ParsedShape::append(PointType type, const Vec3& point) {
+    if (!accepts_(type)) return false;
+    points_.push_back(point);
+    return true;
+}
+
+bool ParsedShape::hasValue(ShapeParameter parameter) const {
+    return (present_ >> indexOf(parameter) & 1) != 0;
+}
+
+std::string_view ParsedShape::text(ShapeParameter parameter) const {
+    const std::size_t index = indexOf(parameter);
+    if (index >= kFirstPosition || !hasValue(parameter)) return {};
+    return std::string_view(texts_).substr(spans_[index].begin, spans_[index].length);
+}
+
+std::string ParsedShape::stringValue(ShapeParameter parameter, std::string_view defaultValue) const {
+    return std::string(hasValue(parameter) ? text(parameter) : defaultValue);
+}
+
+double ParsedShape::doubleValue(ShapeParameter parameter, double defaultValue) const {
+    return readFileNumber(text(parameter)).value_or(defaultValue);
+}
+
+bool ParsedShape::boolValue(ShapeParameter parameter, bool defaultValue) const {
+    return hasValue(parameter) ? UTILS::stringIsTrueToken(text(parameter)) : defaultValue;
+}
+
+PositionStrings ParsedShape::positionValue(ShapeParameter parameter) const {
+    const std::size_t index = indexOf(parameter);
+    if (index < kFirstPosition || !hasValue(parameter)) return {};
+    return positionValues_[index - kFirstPosition];
+}
+
+std::vector<PositionStrings> ParsedShape::positions() const {
+    const double scale = pointType_ == PointType::Absolute ? kDegreesPerRadian : 1.0;
+    std::vector<PositionStrings> result;
+    result.reserve(pointsGiven());
+    auto unread = unread_.begin();
+    for (const Vec3& point : points_) {
+        for (; unread != unread_.end() && unread->first == result.size(); ++unread)
+            result.push_back(unread->second);
+        result.emplace_back(exactText(point.x() * scale), exactText(point.y() * scale), exactText(point.z()));
+    }
+    for (; unread != unread_.end(); ++unread) result.push_back(unread->second);
+    return result;
+}
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/Vec3.h"
+#include "format/PositionStrings.h"
+#include "format/ShapeParameter.h"
+#include "format/ShapeType.h"
+
+namespace halCore::ZEL {
+
+/// One block as read, before its units are known: attributes as text, in one buffer; points as numbers in
+/// file units, in one vector. Meant to be used again for block after block.
+class ParsedShape {
+  public:
+    enum class PointType { None = 0, Absolute = 1, Relative = 2 };
+
+    /// Forgets everything, but keeps its memory for the next block.
+    void reset();
+
+    /// The line of the block's "start", from 1.
+    void setLineNumber(std::size_t line) { lineNumber_ = line; }
+    std::size_t lineNumber() const { return lineNumber_; }
+
+    void setShape(ShapeType type) { shape_ = type; }
+    ShapeType shape() const { return shape_; }
+
+    void set(ShapeParameter parameter, std::string_view value);
+    void set(ShapeParameter parameter, const PositionStrings& value);
+
+    /// Adds a point. The first one decides the record's kind; false, and nothing added, for the kind None
+    /// or one other than the record's. A point whose texts are no numbers counts as given, not as read.
+    bool append(PointType type, const PositionStrings& position);
+    bool append(PointType type, std::string_view x, std::string_view y, std::string_view z);
+    /// Adds a point already read: latitude and longitude in radians, or x and y in range units; altitude
+    /// or z in altitude units.
+    bool append(PointType type, const Vec3& point);
+
+    void addComment(std::string_view line) { comments_.emplace_back(line); }
+
+    bool hasValue(ShapeParameter parameter) const;
+    std::string stringValue(ShapeParameter parameter, std::string_view defaultValue = {}) const;
+    /// The default for a text that is no number.
+    double doubleValue(ShapeParameter parameter, double defaultValue = 0.0) const;
+    bool boolValue(ShapeParameter parameter, bool defaultValue = false) const;
+    PositionStrings positionValue(ShapeParameter parameter) const;
+
+    /// The text of an attribute, empty when it is not set; valid until the record changes.
+    std::string_view text(ShapeParameter parameter) const;
+
+    /// All points given, as text (degrees for absolute ones), in file order.
+    std::vector<PositionStrings> positions() const;
+    PointType pointType() const { return pointType_; }
+    std::size_t pointsGiven() const { return points_.size() + unread_.size(); }
+    /// The points that could be read, as in `append(PointType, Vec3)`.
+    const std::vector<Vec3>& points() const { return points_; }
+    /// Whether the first point given could be read.
+    bool firstPointRead() const {
+        return !points_.empty() && (unread_.empty() || unread_.front().first != 0);
+    }
+
+    const std::vector<std::string>& comments() const { return comments_; }
+    std::vector<std::string> takeComments() { return std::exchange(comments_, {}); }
+
+  private:
+    struct Span {
+        std::size_t begin;
+        std::size_t length;
+    };
+    static_assert(kParameterCount <= 64);
+    static constexpr auto kFirstPosition = static_cast<std::size_t>(ShapeParameter::CenterAbsolute);
+
+    bool accepts_(PointType type);
+
+    std::size_t lineNumber_ = 0;
+    ShapeType shape_ = ShapeType::None;
+    PointType pointType_ = PointType::None;
+    std::uint64_t present_ = 0;
+    std::array<Span, kFirstPosition> spans_{};
+    std::string texts_;
+    std::array<PositionStrings, kParameterCount - kFirstPosition> positionValues_;
+    std::vector<Vec3> points_;
+    /// Points that could not be read, each with its number among all points given.
+    std::vector<std::pair<std::size_t, PositionStrings>> unread_;
+    std::vector<std::string> comments_;
+};
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,139 @@
+#include "format/Parser.h"
+
+#include <algorithm>
+#include <cstring>
+#include <istream>
+
+#include "common/Strings.h"
+#include "format/BlockReader.h"
+#include "format/MessageSink.h"
+#include "format/ShapeBuilder.h"
+#include "geo/UnitsRegistry.h"
+
+namespace halCore::ZEL {
+namespace {
+
+constexpr std::size_t kBlockSize = 1 << 16;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Bytes read, 0 at the end. A stream that is set to throw, or whose buffer throws, has just ended.
+std::size_t readBytes(std::istream& in, char* to, std::size_t size) {
+    try {
+        in.read(to, static_cast<std::streamsize>(size));
+    } catch (...) {
+    }
+    return static_cast<std::size_t>(in.gcount());
+}
+
+/// Hands whole lines to the reader; the beginning of a line waits for its rest.
+class LineFeeder {
+  public:
+    explicit LineFeeder(BlockReader& reader) : reader_(reader) {}
+
+    void readAll(std::istream& in) {
+        while (true) {
+            if (used_ == size_) grow_();
+            const std::size_t got = readBytes(in, buffer_.get() + used_, size_ - used_);
+            if (got == 0) break;
+            take_(got);
+        }
+        if (used_ == size_) grow_();
+        buffer_[used_] = '\n';
+        if (used_ != 0) feed_(used_ + 1);
+    }
+
+  private:
+    void take_(std::size_t got) {
+        // Only the new bytes are searched: a long line costs no more than many short ones.
+        const std::string_view fresh(buffer_.get() + used_, got);
+        const std::size_t last = fresh.rfind('\n');
+        used_ += got;
+        if (last == std::string_view::npos) return;
+        const std::size_t whole = used_ - got + last + 1;
+        feed_(whole);
+        std::memmove(buffer_.get(), buffer_.get() + whole, used_ - whole);
+        used_ -= whole;
+    }
+
+    void feed_(std::size_t size) {
+        std::string_view text(buffer_.get(), size);
+        if (atBegin_ && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+        atBegin_ = false;
+        reader_.readLines(text);
+    }
+
+    void grow_() {
+        const std::size_t size = std::max(kBlockSize, 2 * size_);
+        auto larger = std::make_unique_for_overwrite<char[]>(size);
+        if (used_ != 0) std::memcpy(larger.get(), buffer_.get(), used_);
+        buffer_ = std::move(larger);
+        size_ = size;
+    }
+
+    BlockReader& reader_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t size_ = 0;
+    std::size_t used_ = 0;
+    bool atBegin_ = true;
+};
+
+}  // namespace
+
+Parser::Parser() {
+    initZelColors_();
+}
+
+void Parser::initZelColors_() {
+    colors_ = {{"color1", "0xffffff00"}, {"cyan", "0xffffff00"},   {"color2", "0xff0000ff"},
+               {"red", "0xff0000ff"},    {"color3", "0xff00ff00"}, {"green", "0xff00ff00"},
+               {"color4", "0xffff0000"}, {"blue", "0xffff0000"},   {"color5", "0xff00ffff"},
+               {"yellow", "0xff00ffff"}, {"color6", "0xff00a5ff"}, {"orange", "0xff00a5ff"},
+               {"color7", "0xffffffff"}, {"white", "0xffffffff"},  {"black", "0xff000000"},
+               {"magenta", "0xffc000c0"}};
+}
+
+void Parser::addOverwriteColor(std::string_view name, std::string_view value) {
+    colors_.insert_or_assign(UTILS::lowerCase(name), std::string(value));
+}
+
+void Parser::parse(std::istream& in, Shapes& shapes) const {
+    parseStream_(in, shapes, nullptr);
+}
+
+void Parser::parse(std::istream& in, Shapes& shapes, ParseReport& report) const {
+    parseStream_(in, shapes, &report);
+}
+
+void Parser::parse(std::string_view text, Shapes& shapes) const {
+    parseText_(text, shapes, nullptr);
+}
+
+void Parser::parse(std::string_view text, Shapes& shapes, ParseReport& report) const {
+    parseText_(text, shapes, &report);
+}
+
+void Parser::parseStream_(std::istream& in, Shapes& shapes, ParseReport* report) const {
+    const MessageSink messages(report);
+    BlockReader reader(*this, shapes, messages);
+    LineFeeder(reader).readAll(in);
+    reader.finish();
+}
+
+void Parser::parseText_(std::string_view text, Shapes& shapes, ParseReport* report) const {
+    const MessageSink messages(report);
+    BlockReader reader(*this, shapes, messages);
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    const std::size_t whole = text.rfind('\n') + 1;
+    reader.readLines(text.substr(0, whole));
+    if (whole != text.size()) reader.readLines(std::string(text.substr(whole)) + '\n');
+    reader.finish();
+}
+
+std::shared_ptr<ZelShape> Parser::getShape_(ParsedShape& record, const MessageSink& messages) const {
+    if (registry_ != nullptr) return ShapeBuilder(record, *registry_, messages).build();
+    UnitsRegistry registry;
+    registry.registerDefaultUnits();
+    return ShapeBuilder(record, registry, messages).build();
+}
+
+}  // namespace halCore::ZEL
