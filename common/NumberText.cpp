@@ -70,6 +70,10 @@ constexpr std::array<std::uint64_t, Count> powers() {
 constexpr auto kPowersOfFive = powers<5, kMostFives + 1>();
 constexpr auto kPowersOfTen = powers<10, kMostDigits + 1>();
 
+constexpr int kLeastPower = -4;
+constexpr double kDecimalPowers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
+                                     1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
+
 /// mantissa * 2^exponent * 10^scale to the nearest integer, ties to even. Exact: the product of a
 /// 53-bit mantissa and 5^scale fits 128 bits, and the rest is a shift. The result has at most 18 digits.
 std::uint64_t scaledInteger(std::uint64_t mantissa, int exponent, int scale) {
@@ -79,22 +83,22 @@ std::uint64_t scaledInteger(std::uint64_t mantissa, int exponent, int scale) {
     auto integer = static_cast<std::uint64_t>(product >> shift);
     const Uint128 rest = product - (static_cast<Uint128>(integer) << shift);
     const Uint128 half = static_cast<Uint128>(1) << (shift - 1);
-    if (rest > half || (rest == half && (integer & 1) != 0)) ++integer;
+    // Without a branch, which nobody could predict.
+    integer += static_cast<std::uint64_t>((rest > half) | ((rest == half) & ((integer & 1) != 0)));
     return integer;
 }
 
-/// Puts `count` decimal digits of `integer` at `out`.
-void putDigits(char* out, std::uint64_t integer, int count) {
-    static constexpr char pairs[] =
-        "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445464748"
-        "49505152535455565758596061626364656667686970717273747576777879808182838485868788899091929394959697"
-        "9899";
-    for (; count >= 2; count -= 2) {
-        std::memcpy(out + count - 2, pairs + 2 * (integer % 100), 2);
-        integer /= 100;
-    }
-    if (count == 1) *out = static_cast<char>('0' + integer);
+/// The eight decimal digits of `value`, the first one in the lowest byte: the halves, then the quarters,
+/// then the digits are taken apart in parallel.
+std::uint64_t eightDigits(std::uint64_t value) {
+    const std::uint64_t fours = value / 10000 | (value % 10000) << 32;
+    const std::uint64_t hundreds = (fours * 10486 >> 20) & 0x0000007f'0000007fULL;
+    const std::uint64_t twos = ((fours - 100 * hundreds) << 16) + hundreds;
+    const std::uint64_t tens = (twos * 103 >> 10) & 0x000f'000f'000f'000fULL;
+    return tens + ((twos - 10 * tens) << 8);
 }
+
+static_assert(std::endian::native == std::endian::little, "digits are stored as little-endian words");
 
 /// Writes numbers of everyday size, whose digits come from exact 128-bit arithmetic several times faster
 /// than from the general algorithm. Returns null for all others.
@@ -113,21 +117,40 @@ char* writeOrdinary(char* out, double value, int digits) {
 
     // floor(log10(2) * binary) is the decimal exponent or one less.
     int exponent = binary * 1233 >> 12;
-    if (digits - 1 - exponent > kMostFives || exponent > digits - 1) return nullptr;
-    const std::uint64_t limit = kPowersOfTen[static_cast<std::size_t>(digits)];
+    exponent += static_cast<int>(std::abs(value) >=
+                                 kDecimalPowers[static_cast<std::size_t>(exponent + 1 - kLeastPower)]);
+    if (exponent < -4 || exponent > digits - 1 || digits - 1 - exponent > kMostFives) return nullptr;
     std::uint64_t integer = scaledInteger(mantissa, biased - 1075, digits - 1 - exponent);
-    if (integer >= limit) {
+    if (integer == kPowersOfTen[static_cast<std::size_t>(digits)]) {
+        // Rounded up to the next power of ten.
+        integer /= 10;
         if (++exponent > digits - 1) return nullptr;
-        integer = scaledInteger(mantissa, biased - 1075, digits - 1 - exponent);
     }
-    if (exponent < -4) return nullptr;
 
-    char text[kMostDigits + 1] = {};
-    putDigits(text, integer, digits);
-    int used = digits;
-    while (used > 1 && text[used - 1] == '0') --used;
+    constexpr std::uint64_t zeros = 0x30303030'30303030ULL;
+    constexpr std::uint64_t tenToEight = 100'000'000;
+    // Behind the 24 digits there is room to copy blocks of fixed size.
+    char all[3 * 8 + 16] = {};
+    const std::uint64_t low = eightDigits(integer % tenToEight);
+    const std::uint64_t middle = eightDigits(integer / tenToEight % tenToEight);
+    const std::uint64_t lowText = low | zeros;
+    const std::uint64_t middleText = middle | zeros;
+    all[7] = static_cast<char>('0' + integer / tenToEight / tenToEight);
+    std::memcpy(all + 8, &middleText, 8);
+    std::memcpy(all + 16, &lowText, 8);
+    const char* const text = all + 24 - digits;
+    // Zeros at the end are not written; the last digit is in the highest byte.
+    int used = 0;
+    if (low != 0)
+        used = digits - std::countl_zero(low) / 8;
+    else if (middle != 0)
+        used = digits - 8 - std::countl_zero(middle) / 8;
+    else
+        used = digits - 16;
+    used = std::max(used, 1);
 
-    if (value < 0.0) *out++ = '-';
+    *out = '-';
+    out += static_cast<int>(value < 0.0);
     if (exponent < 0) {
         std::memcpy(out, "0.0000", 6);
         out += 1 - exponent;
@@ -138,7 +161,7 @@ char* writeOrdinary(char* out, double value, int digits) {
     std::memcpy(out, text, kMostDigits);
     if (used <= whole) return out + whole;
     out[whole] = '.';
-    std::memcpy(out + whole + 1, text + whole, static_cast<std::size_t>(used - whole));
+    std::memcpy(out + whole + 1, text + whole, kMostDigits - 1);
     return out + used + 1;
 }
 

@@ -24,8 +24,8 @@ std::optional<std::int64_t> readInteger(std::string_view text);
 /// Writes the shortest text that has `significantDigits` digits (as printf's %g does).
 std::string writeNumber(double value, int significantDigits = kSignificantDigits);
 
-/// Room that the longest text of a number needs.
-inline constexpr std::size_t kMaxNumberLength = 32;
+/// Room for the longest text of a number, and for writing it in blocks.
+inline constexpr std::size_t kMaxNumberLength = 40;
 
 /// The same text at `out`, which has room for kMaxNumberLength characters; returns its end.
 char* writeNumber(char* out, double value, int significantDigits = kSignificantDigits);

@@ -11,7 +11,11 @@ constexpr bool isBlank(char c) {
 }
 
 /// The text without white space at both ends; a view into the argument.
-std::string_view trimmed(std::string_view text);
+constexpr std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
 
 /// ASCII letters in lower (upper) case; every other byte, UTF-8 included, unchanged.
 std::string lowerCase(std::string_view text);

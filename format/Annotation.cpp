@@ -63,7 +63,7 @@ int Annotation::getPriority(double& out) const {
 void Annotation::serializeToStream_(std::ostream& out) const {
     TextWriter writer(out);
     writer.text("annotation ").text(textFromLabel(text_.value_or(std::string()))).endLine();
-    if (position_) serializePoints_(writer, {*position_});
+    if (position_) serializePoints_(writer, {&*position_, 1});
     if (fontName_) {
         // A line without a font name is allowed, but means nothing.
         const std::string fontName = nameInLine(*fontName_);

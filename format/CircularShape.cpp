@@ -15,10 +15,7 @@ int CircularShape::getRadius(double& metres) const {
 void CircularShape::serializeCircular_(TextWriter& writer) const {
     serializeKeyword_(writer);
     serializeFillable_(writer);
-    if (center_) {
-        writer.text(isRelative() ? "centerxyz " : "centerlla ");
-        serializePosition_(writer, *center_);
-    }
+    if (center_) serializePosition_(writer, isRelative() ? "centerxyz " : "centerlla ", *center_);
     if (radius_) serializeRange_(writer, "radius ", *radius_);
 }
 
@@ -34,9 +31,7 @@ int Orbit::getCenterPosition2(Vec3& out) const {
 void Orbit::serializeToStream_(std::ostream& out) const {
     TextWriter writer(out);
     serializeCircular_(writer);
-    if (!center2_) return;
-    writer.text(isRelative() ? "centerxy2 " : "centerll2 ");
-    serializePosition_(writer, *center2_);
+    if (center2_) serializePosition_(writer, isRelative() ? "centerxy2 " : "centerll2 ", *center2_);
 }
 
 }  // namespace halCore::ZEL

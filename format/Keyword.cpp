@@ -1,5 +1,6 @@
 #include "format/Keyword.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -98,19 +99,25 @@ constexpr Keyword kUnknown;
 constexpr std::size_t kSlots = 256;
 static_assert(std::size(kKeywords) < kSlots / 2);
 
-constexpr std::size_t slotOf(std::string_view word) {
-    std::uint32_t hash = static_cast<std::uint32_t>(word.size());
-    // The first eight letters, the length and the last letter tell nearly all keywords apart.
-    for (const char c : word.substr(0, 8)) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-    hash = (hash ^ static_cast<unsigned char>(word.back())) * 16777619U;
-    return hash >> 24;
+/// The first eight letters (fewer are filled up with zeros) as one number.
+constexpr std::uint64_t beginning(std::string_view word) {
+    std::uint64_t value = 0;
+    for (std::size_t i = std::min<std::size_t>(word.size(), 8); i-- > 0;)
+        value = value << 8 | static_cast<unsigned char>(word[i]);
+    return value;
+}
+
+/// The first eight letters, the last one and the length tell the keywords apart.
+constexpr std::size_t slotOf(std::string_view word, std::uint64_t beginning) {
+    const std::uint64_t rest = word.size() << 8 | static_cast<unsigned char>(word.back());
+    return ((beginning ^ rest << 40) * 0x9e3779b97f4a7c15ULL) >> 56;
 }
 
 /// Open addressing: a keyword stands in its slot or in one of those behind it; 0 is an empty slot.
 constexpr auto makeSlots() {
     std::array<std::uint8_t, kSlots> slots{};
     for (std::size_t i = 0; i < std::size(kKeywords); ++i) {
-        std::size_t slot = slotOf(kKeywords[i].text);
+        std::size_t slot = slotOf(kKeywords[i].text, beginning(kKeywords[i].text));
         while (slots[slot] != 0) slot = (slot + 1) % kSlots;
         slots[slot] = static_cast<std::uint8_t>(i + 1);
     }
@@ -123,7 +130,8 @@ constexpr auto kSlotTable = makeSlots();
 
 const Keyword& findKeyword(std::string_view word) {
     if (word.empty()) return kUnknown;
-    for (std::size_t slot = slotOf(word); kSlotTable[slot] != 0; slot = (slot + 1) % kSlots) {
+    for (std::size_t slot = slotOf(word, beginning(word)); kSlotTable[slot] != 0;
+         slot = (slot + 1) % kSlots) {
         const Keyword& keyword = kKeywords[kSlotTable[slot] - 1U];
         if (keyword.text == word) return keyword;
     }

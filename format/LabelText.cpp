@@ -12,6 +12,10 @@ constexpr std::string_view kBreak = "\\n";
 /// Line breaks (LF, CR LF, CR) as `lineBreak`, every other white space as a blank.
 std::string onOneLine(std::string_view text, std::string_view lineBreak) {
     std::string result;
+    if (text.find_first_of("\t\n\v\f\r") == std::string_view::npos) {
+        result = text;
+        return result;
+    }
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];

@@ -1,5 +1,7 @@
 #include "format/LineTokens.h"
 
+#include <algorithm>
+
 #include "common/Strings.h"
 
 namespace halCore::ZEL {
@@ -20,44 +22,41 @@ constexpr bool endsFolding(std::string_view word) {
 }  // namespace
 
 void LineTokens::split(std::string_view line, Case letters) {
-    joined_.clear();
+    if (line.size() > capacity_) {
+        capacity_ = 2 * line.size();
+        joined_ = std::make_unique_for_overwrite<char[]>(capacity_);
+    }
+    size_ = 0;
     count_ = 0;
     bool fold = letters == Case::Fold;
     const char* p = line.data();
     const char* const end = p + line.size();
+    char* out = joined_.get();
     while (true) {
         while (p != end && UTILS::isBlank(*p)) ++p;
-        if (p == end) return;
-        const char* const begin = p;
-        if (*p == '"') {
-            ++p;
-            while (p != end && *p != '"') ++p;
-        }
-        while (p != end && !UTILS::isBlank(*p)) ++p;
-
-        if (count_ != 0) joined_ += ' ';
-        const std::size_t at = joined_.size();
-        joined_.append(begin, p);
-        if (fold && !keepsCase(*begin)) {
-            for (std::size_t i = at; i < joined_.size(); ++i) joined_[i] = lowered(joined_[i]);
-            fold = !endsFolding(std::string_view(joined_).substr(at));
+        if (p == end) break;
+        // Never more than the line has: a blank is written where one or more were read.
+        if (count_ != 0) *out++ = ' ';
+        char* const begin = out;
+        if (fold && !keepsCase(*p)) {
+            for (; p != end && !UTILS::isBlank(*p); ++p) *out++ = lowered(*p);
+            fold = !endsFolding({begin, static_cast<std::size_t>(out - begin)});
+        } else {
+            const char* const word = p;
+            if (*p == '"') {
+                ++p;
+                while (p != end && *p != '"') ++p;
+            }
+            while (p != end && !UTILS::isBlank(*p)) ++p;
+            out = std::copy(word, p, out);
         }
         if (count_ < kKept) {
-            begins_[count_] = at;
-            ends_[count_] = joined_.size();
+            begins_[count_] = static_cast<std::size_t>(begin - joined_.get());
+            ends_[count_] = static_cast<std::size_t>(out - joined_.get());
         }
         ++count_;
     }
-}
-
-std::string_view LineTokens::operator[](std::size_t index) const {
-    if (index >= count_ || index >= kKept) return {};
-    return std::string_view(joined_).substr(begins_[index], ends_[index] - begins_[index]);
-}
-
-std::string_view LineTokens::from(std::size_t index) const {
-    if (index >= count_ || index >= kKept) return {};
-    return std::string_view(joined_).substr(begins_[index]);
+    size_ = static_cast<std::size_t>(out - joined_.get());
 }
 
 }  // namespace halCore::ZEL

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
+#include <memory>
 #include <string_view>
 
 namespace halCore::ZEL {
@@ -19,16 +19,24 @@ class LineTokens {
 
     std::size_t count() const { return count_; }
     /// A word by its number, from 0; empty when there is none, or when it is beyond the first eight.
-    std::string_view operator[](std::size_t index) const;
+    std::string_view operator[](std::size_t index) const {
+        if (index >= count_ || index >= kKept) return {};
+        return {joined_.get() + begins_[index], ends_[index] - begins_[index]};
+    }
     /// The joined line from a word on.
-    std::string_view from(std::size_t index) const;
-    std::string_view line() const { return joined_; }
+    std::string_view from(std::size_t index) const {
+        if (index >= count_ || index >= kKept) return {};
+        return {joined_.get() + begins_[index], size_ - begins_[index]};
+    }
+    std::string_view line() const { return {joined_.get(), size_}; }
 
   private:
     /// More than any keyword uses; of the others only the number counts.
     static constexpr std::size_t kKept = 8;
 
-    std::string joined_;
+    std::unique_ptr<char[]> joined_;
+    std::size_t capacity_ = 0;
+    std::size_t size_ = 0;
     std::array<std::size_t, kKept> begins_{};
     std::array<std::size_t, kKept> ends_{};
     std::size_t count_ = 0;

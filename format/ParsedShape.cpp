@@ -57,12 +57,6 @@ void ParsedShape::set(ShapeParameter parameter, const PositionStrings& value) {
     present_ |= 1ULL << index;
 }
 
-bool ParsedShape::accepts_(PointType type) {
-    if (type == PointType::None) return false;
-    if (pointType_ == PointType::None) pointType_ = type;
-    return pointType_ == type;
-}
-
 bool ParsedShape::append(PointType type, const PositionStrings& position) {
     return append(type, position.x(), position.y(), position.z());
 }
@@ -77,22 +71,6 @@ bool ParsedShape::append(PointType type, std::string_view x, std::string_view y,
     else
         unread_.emplace_back(pointsGiven(), PositionStrings(x, y, z));
     return true;
-}
-
-bool ParsedShape::append(PointType type, const Vec3& point) {
-    if (!accepts_(type)) return false;
-    points_.push_back(point);
-    return true;
-}
-
-bool ParsedShape::hasValue(ShapeParameter parameter) const {
-    return (present_ >> indexOf(parameter) & 1) != 0;
-}
-
-std::string_view ParsedShape::text(ShapeParameter parameter) const {
-    const std::size_t index = indexOf(parameter);
-    if (index >= kFirstPosition || !hasValue(parameter)) return {};
-    return std::string_view(texts_).substr(spans_[index].begin, spans_[index].length);
 }
 
 std::string ParsedShape::stringValue(ShapeParameter parameter, std::string_view defaultValue) const {

@@ -39,11 +39,22 @@ class ParsedShape {
     bool append(PointType type, std::string_view x, std::string_view y, std::string_view z);
     /// Adds a point already read: latitude and longitude in radians, or x and y in range units; altitude
     /// or z in altitude units.
-    bool append(PointType type, const Vec3& point);
+    bool append(PointType type, const Vec3& point) {
+        if (!accepts_(type)) return false;
+        points_.push_back(point);
+        return true;
+    }
 
     void addComment(std::string_view line) { comments_.emplace_back(line); }
 
-    bool hasValue(ShapeParameter parameter) const;
+    bool hasValue(ShapeParameter parameter) const {
+        return (present_ >> static_cast<std::size_t>(parameter) & 1) != 0;
+    }
+    /// Whether any attribute from `first` to `last` of the enumeration is set.
+    bool hasAny(ShapeParameter first, ShapeParameter last) const {
+        return (present_ >> static_cast<std::size_t>(first) &
+                ((2ULL << (static_cast<std::size_t>(last) - static_cast<std::size_t>(first))) - 1)) != 0;
+    }
     std::string stringValue(ShapeParameter parameter, std::string_view defaultValue = {}) const;
     /// The default for a text that is no number.
     double doubleValue(ShapeParameter parameter, double defaultValue = 0.0) const;
@@ -51,7 +62,11 @@ class ParsedShape {
     PositionStrings positionValue(ShapeParameter parameter) const;
 
     /// The text of an attribute, empty when it is not set; valid until the record changes.
-    std::string_view text(ShapeParameter parameter) const;
+    std::string_view text(ShapeParameter parameter) const {
+        const auto index = static_cast<std::size_t>(parameter);
+        if (index >= kFirstPosition || !hasValue(parameter)) return {};
+        return std::string_view(texts_.data() + spans_[index].begin, spans_[index].length);
+    }
 
     /// All points given, as text (degrees for absolute ones), in file order.
     std::vector<PositionStrings> positions() const;
@@ -75,7 +90,10 @@ class ParsedShape {
     static_assert(kParameterCount <= 64);
     static constexpr auto kFirstPosition = static_cast<std::size_t>(ShapeParameter::CenterAbsolute);
 
-    bool accepts_(PointType type);
+    bool accepts_(PointType type) {
+        if (pointType_ == PointType::None) pointType_ = type;
+        return pointType_ == type && type != PointType::None;
+    }
 
     std::size_t lineNumber_ = 0;
     ShapeType shape_ = ShapeType::None;

@@ -4,6 +4,7 @@
 
 #include "common/Strings.h"
 #include "format/FileNumber.h"
+#include "format/LengthScale.h"
 #include "geo/Angles.h"
 #include "geo/UnitsRegistry.h"
 
@@ -322,15 +323,17 @@ void ShapeBuilder::setCommon_(ZelShape& shape) {
     if (record_.hasValue(P::Draw)) shape.setDrawn(record_.boolValue(P::Draw));
     if (record_.hasValue(P::DepthBuffer)) shape.setDepthBufferActive(record_.boolValue(P::DepthBuffer));
     if (const auto offset = altitude_(P::OffsetAltitude, "offsetalt")) shape.setAltitudeOffset(*offset);
-    const std::string_view mode = record_.text(P::AltitudeMode);
-    if (mode == "none")
-        shape.setAltitudeMode(AltitudeMode::None);
-    else if (mode == "relativetoground")
-        shape.setAltitudeMode(AltitudeMode::RelativeToGround);
-    else if (mode == "clamptoground")
-        shape.setAltitudeMode(AltitudeMode::ClampToGround);
-    else if (mode == "extrude")
-        shape.setAltitudeMode(AltitudeMode::Extrude);
+    if (record_.hasValue(P::AltitudeMode)) {
+        const std::string_view mode = record_.text(P::AltitudeMode);
+        if (mode == "none")
+            shape.setAltitudeMode(AltitudeMode::None);
+        else if (mode == "relativetoground")
+            shape.setAltitudeMode(AltitudeMode::RelativeToGround);
+        else if (mode == "clamptoground")
+            shape.setAltitudeMode(AltitudeMode::ClampToGround);
+        else if (mode == "extrude")
+            shape.setAltitudeMode(AltitudeMode::Extrude);
+    }
     if (const auto height = altitude_(P::ExtrudeHeight, "extrude height")) shape.setExtrudeHeight(*height);
     if (record_.hasValue(P::ReferencePoint)) {
         const PositionStrings text = record_.positionValue(P::ReferencePoint);
@@ -347,13 +350,16 @@ void ShapeBuilder::setCommon_(ZelShape& shape) {
         if (x && y && z) shape.setScale(Vec3(*x, *y, *z));
     }
     setOrientation_(shape);
-    const std::string_view datum = verticalDatum(record_.text(P::VerticalDatum));
-    if (!datum.empty()) shape.setVerticalDatum(datum);
-    shape.setComments(record_.takeComments());
+    if (record_.hasValue(P::VerticalDatum)) {
+        const std::string_view datum = verticalDatum(record_.text(P::VerticalDatum));
+        if (!datum.empty()) shape.setVerticalDatum(datum);
+    }
+    if (!record_.comments().empty()) shape.setComments(record_.takeComments());
     shape.setOriginalUnits(units_);
 }
 
 void ShapeBuilder::setOrientation_(ZelShape& shape) const {
+    if (!record_.hasAny(P::OffsetCourse, P::Follow)) return;
     const std::string_view follow = record_.text(P::Follow);
     if (follow.find('c') != std::string_view::npos) shape.setFollowYaw(true);
     if (follow.find('p') != std::string_view::npos) shape.setFollowPitch(true);
@@ -372,15 +378,17 @@ std::vector<Vec3> ShapeBuilder::points_() const {
         return points;
     }
     points.reserve(record_.points().size());
-    for (const Vec3& point : record_.points()) points.push_back(inMetres_(point));
+    const LengthScale altitude(units_.altitudeUnits());
+    if (relative_) {
+        const LengthScale range(units_.rangeUnits());
+        for (const Vec3& point : record_.points())
+            points.emplace_back(range.toMetres(point.x()), range.toMetres(point.y()),
+                                altitude.toMetres(point.z()));
+    } else {
+        for (const Vec3& point : record_.points())
+            points.emplace_back(point.lat(), point.lon(), altitude.toMetres(point.alt()));
+    }
     return points;
-}
-
-Vec3 ShapeBuilder::inMetres_(const Vec3& point) const {
-    const double z = units_.altitudeUnits().convertTo(Units::METERS, point.z());
-    if (!relative_) return Vec3(point.x(), point.y(), z);
-    const Units& range = units_.rangeUnits();
-    return Vec3(range.convertTo(Units::METERS, point.x()), range.convertTo(Units::METERS, point.y()), z);
 }
 
 std::optional<Vec3> ShapeBuilder::getPosition_(const PositionStrings& text, bool relative) const {

@@ -8,6 +8,7 @@
 #include "format/MessageSink.h"
 #include "format/ParsedShape.h"
 #include "format/ZelShapes.h"
+#include "geo/AngleText.h"
 
 namespace halCore {
 class UnitsRegistry;
@@ -52,7 +53,6 @@ class ShapeBuilder {
     void setOrientation_(ZelShape& shape) const;
 
     std::vector<Vec3> points_() const;
-    Vec3 inMetres_(const Vec3& point) const;
     std::optional<Vec3> getPosition_(const PositionStrings& text, bool relative) const;
     std::optional<Vec3> centerPosition_(P absolute, P relative) const;
     std::optional<double> degrees_(P parameter, AngleKind kind) const;

@@ -43,6 +43,22 @@ TextWriter& TextWriter::number(double value) {
     return *this;
 }
 
+TextWriter& TextWriter::line(std::string_view keyword, double x, double y, double z) {
+    constexpr std::size_t room = 3 * (UTILS::kMaxNumberLength + 1);
+    if (!general_ || keyword.size() + room > buffer_.size())
+        return text(keyword).number(x).space().number(y).space().number(z).endLine();
+    if (buffer_.size() - used_ < keyword.size() + room) flush();
+    char* p = std::copy(keyword.begin(), keyword.end(), buffer_.data() + used_);
+    p = UTILS::writeNumber(p, x, significantDigits_);
+    *p++ = ' ';
+    p = UTILS::writeNumber(p, y, significantDigits_);
+    *p++ = ' ';
+    p = UTILS::writeNumber(p, z, significantDigits_);
+    *p++ = '\n';
+    used_ = static_cast<std::size_t>(p - buffer_.data());
+    return *this;
+}
+
 TextWriter& TextWriter::numberByStream_(double value) {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());

@@ -24,6 +24,9 @@ class TextWriter {
     TextWriter& color(const Color& color) { return text(color.serialize()); }
     TextWriter& trueFalse(bool value) { return text(value ? "true" : "false"); }
 
+    /// A whole line: the keyword, its blank included, and three numbers.
+    TextWriter& line(std::string_view keyword, double x, double y, double z);
+
     TextWriter& space() { return character(' '); }
     TextWriter& endLine() { return character('\n'); }
 

@@ -6,15 +6,14 @@
 namespace halCore::ZEL {
 namespace {
 
-std::optional<Units> unitsOf(const ParsedShape& record, ShapeParameter parameter, const Units& like,
-                             std::string_view field, const UnitsRegistry& registry,
-                             const UnitsState::Reporter& report) {
-    if (!record.hasValue(parameter)) return std::nullopt;
+Units unitsOf(const ParsedShape& record, ShapeParameter parameter, const Units& like, std::string_view field,
+              const UnitsRegistry& registry, const UnitsState::Reporter& report) {
+    if (!record.hasValue(parameter)) return {};
     const std::string_view text = record.text(parameter);
     const Units units = UnitsState::resolve(text, registry);
     if (units.canConvert(like)) return units;
     if (report) report(std::string("Invalid ").append(field).append(": ").append(text));
-    return std::nullopt;
+    return {};
 }
 
 }  // namespace
@@ -33,10 +32,20 @@ UnitsState UnitsState::parse(const ParsedShape& record, const UnitsRegistry& reg
                              const Reporter& report) {
     using P = ShapeParameter;
     UnitsState state;
-    state.altitude_ = unitsOf(record, P::AltitudeUnits, Units::METERS, "altitudeunits", registry, report);
-    state.range_ = unitsOf(record, P::RangeUnits, Units::METERS, "rangeunits", registry, report);
-    state.angle_ = unitsOf(record, P::AngleUnits, Units::RADIANS, "angleunits", registry, report);
+    if (!record.hasAny(P::AltitudeUnits, P::AngleUnits)) return state;
+    state.setAltitudeUnits(
+        unitsOf(record, P::AltitudeUnits, Units::METERS, "altitudeunits", registry, report));
+    state.setRangeUnits(unitsOf(record, P::RangeUnits, Units::METERS, "rangeunits", registry, report));
+    state.setAngleUnits(unitsOf(record, P::AngleUnits, Units::RADIANS, "angleunits", registry, report));
     return state;
+}
+
+std::shared_ptr<const Units> UnitsState::shared_(const Units& units) {
+    if (!units.isValid()) return nullptr;
+    for (const Units* const common : {&Units::METERS, &Units::DEGREES, &Units::FEET, &Units::YARDS})
+        if (units == *common && units.abbreviation() == common->abbreviation())
+            return {std::shared_ptr<const Units>(), common};
+    return std::make_shared<const Units>(units);
 }
 
 Units UnitsState::resolve(std::string_view text, const UnitsRegistry& registry) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -22,17 +22,17 @@ class UnitsState {
     /// Receives a message without its line number, e.g. "Invalid rangeunits: furlongs".
     using Reporter = std::function<void(const std::string& message)>;
 
-    bool hasAltitudeUnits() const { return altitude_.has_value(); }
-    bool hasRangeUnits() const { return range_.has_value(); }
-    bool hasAngleUnits() const { return angle_.has_value(); }
+    bool hasAltitudeUnits() const { return altitude_ != nullptr; }
+    bool hasRangeUnits() const { return range_ != nullptr; }
+    bool hasAngleUnits() const { return angle_ != nullptr; }
 
     const Units& altitudeUnits() const;
     const Units& rangeUnits() const;
     const Units& angleUnits() const;
 
-    void setAltitudeUnits(const Units& units) { altitude_ = units; }
-    void setRangeUnits(const Units& units) { range_ = units; }
-    void setAngleUnits(const Units& units) { angle_ = units; }
+    void setAltitudeUnits(const Units& units) { altitude_ = shared_(units); }
+    void setRangeUnits(const Units& units) { range_ = shared_(units); }
+    void setAngleUnits(const Units& units) { angle_ = shared_(units); }
 
     /// Resolves the record's units texts. A unit that is unknown or of the wrong family is reported
     /// and stays unset, so that the default holds.
@@ -44,9 +44,12 @@ class UnitsState {
     static Units resolve(std::string_view text, const UnitsRegistry& registry);
 
   private:
-    std::optional<Units> altitude_;
-    std::optional<Units> range_;
-    std::optional<Units> angle_;
+    static std::shared_ptr<const Units> shared_(const Units& units);
+
+    // Every shape has a state and few set one: a pointer keeps it small.
+    std::shared_ptr<const Units> altitude_;
+    std::shared_ptr<const Units> range_;
+    std::shared_ptr<const Units> angle_;
 };
 
 }  // namespace halCore::ZEL

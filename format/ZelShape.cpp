@@ -8,6 +8,7 @@
 #include "common/Strings.h"
 #include "format/Annotation.h"
 #include "format/LabelText.h"
+#include "format/LengthScale.h"
 #include "format/OptionalField.h"
 #include "format/TextWriter.h"
 #include "geo/Angles.h"
@@ -151,14 +152,11 @@ void ZelShape::serializeCommonLines_(TextWriter& writer) const {
     }
     if (referencePosition_) {
         // Geodetic even for a relative shape.
-        writer.text("ref ").number(referencePosition_->lat() * kDegreesPerRadian);
-        writer.space().number(referencePosition_->lon() * kDegreesPerRadian);
-        serializeAltitude_(writer, " ", referencePosition_->alt());
+        writer.line("ref ", referencePosition_->lat() * kDegreesPerRadian,
+                    referencePosition_->lon() * kDegreesPerRadian,
+                    LengthScale(units_.altitudeUnits()).fromMetres(referencePosition_->alt()));
     }
-    if (scale_) {
-        writer.text("scale ").number(scale_->x()).space().number(scale_->y()).space().number(scale_->z());
-        writer.endLine();
-    }
+    if (scale_) writer.line("scale ", scale_->x(), scale_->y(), scale_->z());
     if (verticalDatum_) writer.text("verticaldatum ").text(nameInLine(*verticalDatum_)).endLine();
     if (units_.hasAltitudeUnits())
         writer.text("altitudeunits ").text(units_.altitudeUnits().abbreviation()).endLine();
@@ -195,24 +193,27 @@ void ZelShape::serializeKeyword_(TextWriter& writer) const {
     writer.text(shapeTypeToString(shapeType())).endLine();
 }
 
-void ZelShape::serializePosition_(TextWriter& writer, const Vec3& position) const {
-    if (relative_) {
-        const Units& range = units_.rangeUnits();
-        writer.number(Units::METERS.convertTo(range, position.x())).space();
-        writer.number(Units::METERS.convertTo(range, position.y())).space();
-    } else {
-        // Latitude and longitude are degrees whatever the angle units are.
-        writer.number(position.lat() * kDegreesPerRadian).space();
-        writer.number(position.lon() * kDegreesPerRadian).space();
-    }
-    writer.number(Units::METERS.convertTo(units_.altitudeUnits(), position.z())).endLine();
+void ZelShape::serializePosition_(TextWriter& writer, std::string_view keyword, const Vec3& position) const {
+    serializePositions_(writer, keyword, {&position, 1});
 }
 
-void ZelShape::serializePoints_(TextWriter& writer, const std::vector<Vec3>& points) const {
-    const std::string_view keyword = relative_ ? "xyz " : "lla ";
-    for (const Vec3& point : points) {
-        writer.text(keyword);
-        serializePosition_(writer, point);
+void ZelShape::serializePoints_(TextWriter& writer, std::span<const Vec3> points) const {
+    serializePositions_(writer, relative_ ? "xyz " : "lla ", points);
+}
+
+void ZelShape::serializePositions_(TextWriter& writer, std::string_view keyword,
+                                   std::span<const Vec3> positions) const {
+    const LengthScale altitude(units_.altitudeUnits());
+    if (relative_) {
+        const LengthScale range(units_.rangeUnits());
+        for (const Vec3& position : positions)
+            writer.line(keyword, range.fromMetres(position.x()), range.fromMetres(position.y()),
+                        altitude.fromMetres(position.z()));
+    } else {
+        // Latitude and longitude are degrees whatever the angle units are.
+        for (const Vec3& position : positions)
+            writer.line(keyword, position.lat() * kDegreesPerRadian, position.lon() * kDegreesPerRadian,
+                        altitude.fromMetres(position.alt()));
     }
 }
 

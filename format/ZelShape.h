@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -113,16 +114,18 @@ class ZelShape {
     virtual void serializeToStream_(std::ostream& out) const = 0;
 
     void serializeKeyword_(TextWriter& writer) const;
-    /// Three numbers and the end of the line: a position of this shape in file units.
-    void serializePosition_(TextWriter& writer, const Vec3& position) const;
+    /// One line: the keyword and a position in file units.
+    void serializePosition_(TextWriter& writer, std::string_view keyword, const Vec3& position) const;
     /// One line a point, "xyz" or "lla".
-    void serializePoints_(TextWriter& writer, const std::vector<Vec3>& points) const;
+    void serializePoints_(TextWriter& writer, std::span<const Vec3> points) const;
     void serializeRange_(TextWriter& writer, std::string_view keyword, double metres) const;
     void serializeAltitude_(TextWriter& writer, std::string_view keyword, double metres) const;
     void serializeAngle_(TextWriter& writer, std::string_view keyword, double radians) const;
 
   private:
     void serializeCommonLines_(TextWriter& writer) const;
+    void serializePositions_(TextWriter& writer, std::string_view keyword,
+                             std::span<const Vec3> positions) const;
     void serializeNameLine_(TextWriter& writer) const;
     void serializeFollow_(TextWriter& writer) const;
 
