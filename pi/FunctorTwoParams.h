@@ -48,14 +48,13 @@ class CustomCallbackFunctor final : public FunctorTwoParams__ {
 };
 
 /// The callbacks that one object has handed out. g_FunctorList owns them; this list makes them inert
-/// when the object dies. Make it the object's last member, so that it goes first.
+/// when the object dies. Make it the object's last member, so that it goes first; an object whose widgets
+/// are members behind the list calls disconnect() at the start of its destructor.
 template <typename Object>
 class CallbackList {
   public:
     explicit CallbackList(Object* object) : object_(object) {}
-    ~CallbackList() {
-        for (auto* functor : functors_) functor->disconnect();
-    }
+    ~CallbackList() { disconnect(); }
     CallbackList(const CallbackList&) = delete;
     CallbackList& operator=(const CallbackList&) = delete;
 
@@ -65,6 +64,11 @@ class CallbackList {
         functors_.push_back(functor.get());
         g_FunctorList.push_back(functor.get());
         return functor.release();
+    }
+
+    /// Makes all of them inert. A host may call a callback from inside the call that destroys its widget.
+    void disconnect() {
+        for (auto* functor : functors_) functor->disconnect();
     }
 
   private:

@@ -1,0 +1,17 @@
+#include "gui/Captions.h"
+
+#include <algorithm>
+
+namespace OverlayEditor {
+
+std::string captionName(const std::string& caption) {
+    const std::string shown = caption.substr(0, caption.find('\t'));
+    const auto last = shown.find_last_not_of(": ");
+    return last == std::string::npos ? std::string() : shown.substr(0, last + 1);
+}
+
+std::string tooltipOf(const std::string& caption) {
+    return caption.substr(std::min(caption.find('\t'), caption.size()));
+}
+
+}  // namespace OverlayEditor
