@@ -17,7 +17,9 @@ class MgrsConvert {
     static constexpr int kDigits = 5;
     static constexpr int kMaxDigits = 11;
 
-    /// The square of 10^(5 - digits) metres that holds the position, without blanks ("4QFJ1234567890").
+    /// The square of 10^(5 - digits) metres that holds the position, without blanks ("4QFJ1234567890"). A
+    /// position within 100 nm of the next square's line counts as on it, so that references round-trip.
+    /// `digits` is clamped to 0 to kMaxDigits.
     static int geodeticToMgrs(double lat, double lon, std::string& mgrs, std::string* err = nullptr);
     static int geodeticToMgrs(double lat, double lon, int digits, std::string& mgrs,
                               std::string* err = nullptr);
@@ -29,7 +31,7 @@ class MgrsConvert {
     /// "4q fj 12345 67890" into "4Q", "FJ", "12345", "67890"; a polar one into "Z", "AH", ...
     static int divideMgrs(std::string_view mgrs, std::string& gzd, std::string& squareId,
                           std::string& easting, std::string& northing, std::string* err = nullptr);
-    /// Joins the four texts to a reference that mgrsToGeodetic accepts.
+    /// Joins the four texts to a reference, which has the right form but may denote no place.
     static int combineMgrs(std::string_view gzd, std::string_view squareId, std::string_view easting,
                            std::string_view northing, std::string& mgrs, std::string* err = nullptr);
 

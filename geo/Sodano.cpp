@@ -7,6 +7,7 @@
 #include <GeographicLib/Geodesic.hpp>
 
 #include "geo/Angles.h"
+#include "geo/SinCos.h"
 #include "geo/Wgs84.h"
 
 // Notation: beta is the reduced latitude, sigma the arc on the auxiliary sphere, lambda the longitude
@@ -16,26 +17,6 @@
 
 namespace halCore::Sodano {
 namespace {
-
-struct SinCos {
-    explicit SinCos(double angle) : sin(std::sin(angle)), cos(std::cos(angle)) {}
-    SinCos(double s, double c) : sin(s), cos(c) {}
-
-    /// The sine and cosine of this angle plus a small one (below 0.01, exact to 1e-15).
-    SinCos plusSmall(double delta) const {
-        const double d2 = delta * delta;
-        const double s = delta * (1.0 - d2 * (1.0 / 6.0) * (1.0 - d2 * (1.0 / 20.0)));
-        const double versine = 0.5 * d2 * (1.0 - d2 * (1.0 / 12.0) * (1.0 - d2 * (1.0 / 30.0)));
-        return {sin + (cos * s - sin * versine), cos - (sin * s + cos * versine)};
-    }
-
-    SinCos plus(const SinCos& other) const {
-        return {sin * other.cos + cos * other.sin, cos * other.cos - sin * other.sin};
-    }
-
-    double sin;
-    double cos;
-};
 
 /// Sine and cosine of the reduced latitude: tan(beta) = (1 - f) tan(phi).
 struct Reduced : SinCos {
