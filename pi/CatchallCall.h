@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -10,7 +12,8 @@
 
 /// One service call with a catch-all record: arguments are appended in the order of the calls, then the
 /// results that the host appended behind them are read. A result that the host did not give reads as the
-/// fallback, so that a host that refuses or misbehaves yields the neutral value.
+/// fallback, so that a host that refuses or misbehaves, and a call that was not made, yield the neutral
+/// value.
 class CatchallCall {
   public:
     explicit CatchallCall(PIServerFunctions_t service) : service_(service) {}
@@ -52,16 +55,16 @@ class CatchallCall {
     std::size_t pointerResults() const { return results(record_.pointers.size(), pointerArguments_); }
 
     std::int64_t integerResult(std::size_t index, std::int64_t fallback = 0) const {
-        return resultOf(record_.integers, integerArguments_ + index, fallback);
+        return resultOf(record_.integers, integerArguments_, index, fallback);
     }
     double realResult(std::size_t index, double fallback = 0.0) const {
-        return resultOf(record_.doubles, realArguments_ + index, fallback);
+        return resultOf(record_.doubles, realArguments_, index, fallback);
     }
     std::string textResult(std::size_t index) const {
-        return resultOf(record_.strings, textArguments_ + index, std::string());
+        return resultOf(record_.strings, textArguments_, index, std::string());
     }
     void* pointerResult(std::size_t index) const {
-        return resultOf(record_.pointers, pointerArguments_ + index, static_cast<void*>(nullptr));
+        return resultOf(record_.pointers, pointerArguments_, index, static_cast<void*>(nullptr));
     }
     bool hasRealResults(std::size_t count) const {
         return results(record_.doubles.size(), realArguments_) >= count;
@@ -72,14 +75,16 @@ class CatchallCall {
         return size > arguments ? size - arguments : 0;
     }
     template <typename List, typename Value>
-    static Value resultOf(const List& list, std::size_t index, Value fallback) {
-        return index < list.size() ? list[index] : fallback;
+    static Value resultOf(const List& list, std::size_t arguments, std::size_t index, Value fallback) {
+        return index < results(list.size(), arguments) ? list[arguments + index] : fallback;
     }
+    /// Before the call everything in the lists is an argument.
+    static constexpr std::size_t kNotMade = std::numeric_limits<std::size_t>::max();
 
     PIServerFunctions_t service_;
     PI_DATA_CATCHALL record_;
-    std::size_t integerArguments_ = 0;
-    std::size_t realArguments_ = 0;
-    std::size_t textArguments_ = 0;
-    std::size_t pointerArguments_ = 0;
+    std::size_t integerArguments_ = kNotMade;
+    std::size_t realArguments_ = kNotMade;
+    std::size_t textArguments_ = kNotMade;
+    std::size_t pointerArguments_ = kNotMade;
 };

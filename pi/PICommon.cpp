@@ -31,17 +31,17 @@ std::string showDirectorySelectDialog(const FileDialogRequest& request) {
     return fileDialog(PISelector::FileDialog::Directory, request);
 }
 
-void Timeout::createTimeout(std::int32_t milliseconds, FunctorTwoParams__* callback) {
-    cancel();
+void createTimeout(Timeout& timeout, std::int32_t milliseconds, FunctorTwoParams__* callback) {
+    timeout.cancel();
     CatchallCall call(Id::Timeout, PISelector::Timeout::Create);
-    call.integer(milliseconds).pointer(callback).pointer(static_cast<PIObject*>(this)).perform();
-    handle_ = call.pointerResult(0);
+    call.integer(milliseconds).pointer(callback).pointer(static_cast<PIObject*>(&timeout)).perform();
+    timeout.handle_ = call.pointerResult(0);
 }
 
 void Timeout::cancel() {
-    if (!handle_) return;
-    CatchallCall(Id::Timeout, PISelector::Timeout::Cancel).pointer(handle_).perform();
-    handle_ = nullptr;
+    // Forgotten before the call, from within which the host may call back.
+    void* const armed = std::exchange(handle_, nullptr);
+    if (armed) CatchallCall(Id::Timeout, PISelector::Timeout::Cancel).pointer(armed).perform();
 }
 
 Action::~Action() {

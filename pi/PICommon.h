@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <locale>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "pi/FunctorTwoParams.h"
@@ -34,16 +36,18 @@ class Timeout : public PIObject {
   public:
     Timeout() = default;
     ~Timeout() override { cancel(); }
-    /// Arms the timeout; one that is armed is cancelled first, so that there is never more than one.
-    void createTimeout(std::int32_t milliseconds, FunctorTwoParams__* callback);
     void cancel();
     /// To be called first by the callback: the host forgets a timeout when it fires.
     void fired() { handle_ = nullptr; }
     bool isArmed() const { return handle_ != nullptr; }
 
   private:
+    friend void createTimeout(Timeout&, std::int32_t, FunctorTwoParams__*);
     void* handle_ = nullptr;
 };
+
+/// Arms the timeout; one that is armed is cancelled first, so that there is never more than one.
+void createTimeout(Timeout& timeout, std::int32_t milliseconds, FunctorTwoParams__* callback);
 
 /// A named command of the host's actions menu. The callback's data points to an std::int32_t: the check
 /// state that the user asks for. Destroying the object removes the action.
@@ -68,6 +72,8 @@ void setActionChecked(const std::string& owner, const std::string& label, bool c
 class Service {
   public:
     virtual ~Service();
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
     const std::string& name() const { return name_; }
     /// False when the host refused: the name is taken.
     bool registerSelf();
@@ -97,7 +103,7 @@ void notify(std::int32_t severity, const std::string& source, const std::string&
 /// A message to the host's log under construction, sent when the object dies.
 class Notify {
   public:
-    explicit Notify(std::int32_t severity) : severity_(severity) {}
+    explicit Notify(std::int32_t severity) : severity_(severity) { text_.imbue(std::locale::classic()); }
     ~Notify();
     Notify(const Notify&) = delete;
     Notify& operator=(const Notify&) = delete;

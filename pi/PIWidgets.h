@@ -160,10 +160,10 @@ class PIDialogBox : public PICanvas {
     ~PIDialogBox() override;
 
     /// Shows the box and brings it to the front.
-    void show();
-    void hide();
+    void show() override;
+    void hide() override;
     /// True after show() until hide() or the user's closing.
-    bool shown() const;
+    bool shown() const override;
     void setIcon(const PIIcon& icon);
     /// One observer a box; null removes it. The observer must outlive the box or be removed.
     void registerCloseObserver(PICloseObserver* observer);

@@ -17,10 +17,10 @@ class PIWindow : public PIObject {
   public:
     ~PIWindow() override;
 
-    void show();
-    void hide();
+    virtual void show();
+    virtual void hide();
     /// False for a hidden widget, also when only its parent is hidden.
-    bool shown() const;
+    virtual bool shown() const;
 
     void enable();
     void disable();

@@ -59,7 +59,8 @@ TEST_F(WrapperTest, AHostThatRefusesLeavesNeutralWrappers) {
     PIGUI::PIList list(&box, PIGUI::PIListSingle);
     PIGUI::PIOptionMenu menu(&box, "", nullptr);
     PIGUI::PITextField field(&box, PIGUI::PITextFieldNormal, nullptr);
-    EXPECT_EQ(host.calls.size(), 4u);  // the four creations
+    PIGUI::PICheckButton button(&box, "Check", nullptr);
+    EXPECT_EQ(host.calls.size(), 5u);  // the five creations
     box.show();
     list.clearItems();
     menu.appendOption(0, "x");
@@ -73,7 +74,9 @@ TEST_F(WrapperTest, AHostThatRefusesLeavesNeutralWrappers) {
     EXPECT_EQ(menu.getOptionText(0), "");
     EXPECT_EQ(field.getValueText(), "");
     EXPECT_EQ(field.getValueDouble(), 0.0);
-    EXPECT_EQ(host.calls.size(), 4u);  // nothing is called on a null handle
+    EXPECT_EQ(field.getValueInt(), 0);
+    EXPECT_FALSE(button.isChecked());
+    EXPECT_EQ(host.calls.size(), 5u);  // nothing is called on a null handle
 
     double latitude = 5.0;
     EXPECT_NE(PIHALVIS::getEyePosition(&latitude, nullptr, nullptr), 0);
@@ -171,13 +174,25 @@ TEST_F(WrapperTest, ATimeoutIsOneAtATime) {
     };
     {
         PICommon::Timeout timeout;
-        timeout.createTimeout(1000, nullptr);
-        timeout.createTimeout(1000, nullptr);
+        PICommon::createTimeout(timeout, 1000, nullptr);
+        PICommon::createTimeout(timeout, 1000, nullptr);
         EXPECT_THAT(cancelled, ElementsAre(reinterpret_cast<void*>(1)));
         timeout.fired();
-        timeout.createTimeout(1000, nullptr);
+        PICommon::createTimeout(timeout, 1000, nullptr);
     }
     EXPECT_THAT(cancelled, ElementsAre(reinterpret_cast<void*>(1), reinterpret_cast<void*>(3)));
+}
+
+TEST_F(WrapperTest, ADialogKnowsThatItIsShownAlsoWhenUsedAsAWindow) {
+    createWidgets();
+    PIGUI::PIDialogBox box(nullptr, "Title");
+    PIGUI::PIWindow& window = box;
+    EXPECT_FALSE(window.shown());
+    window.show();
+    EXPECT_EQ(host.calls.back(), 115);
+    EXPECT_TRUE(box.shown());
+    window.hide();
+    EXPECT_FALSE(box.shown());
 }
 
 TEST_F(WrapperTest, AServiceIsPublishedOnceAndTakenBack) {

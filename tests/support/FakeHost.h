@@ -47,6 +47,7 @@ class FakeHost final : public PIServiceTable {
     struct Timeout {
         std::int64_t milliseconds = 0;
         FunctorTwoParams__* callback = nullptr;
+        void* userData = nullptr;
     };
     struct Platform {
         PIData::PIPlatformHeader header;
@@ -105,7 +106,7 @@ class FakeHost final : public PIServiceTable {
     /// Lets every armed timeout fire once.
     void fireTimeouts() {
         const auto due = std::exchange(timeouts, {});
-        for (const auto& [handle, timeout] : due) timeout.callback->Call(nullptr, nullptr);
+        for (const auto& [handle, timeout] : due) timeout.callback->Call(nullptr, timeout.userData);
     }
 
     std::int32_t hostBuildNumber() override { return 13000; }
@@ -311,7 +312,8 @@ class FakeHost final : public PIServiceTable {
                     timeouts.erase(r.pointers[0]);
                 } else {
                     void* const handle = nextHandle();
-                    timeouts[handle] = {r.integers[1], static_cast<FunctorTwoParams__*>(r.pointers[0])};
+                    timeouts[handle] = {r.integers[1], static_cast<FunctorTwoParams__*>(r.pointers[0]),
+                                        r.pointers[1]};
                     r.pointers.push_back(handle);
                 }
                 break;
