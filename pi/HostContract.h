@@ -21,7 +21,6 @@
 //   [any time]        once the library is loaded.
 //   [after init]      between HPI_InitializeFunctionMap and HPI_CleanUpPlugin.
 //   [after start-up]  from the dispatch of StartUp (from inside it on) until the dispatch of Close returns.
-//   [in refresh]      only from within PreDrawOnRefresh or DrawOnRefresh.
 //
 // No exception crosses the boundary in either direction.
 //
@@ -32,7 +31,8 @@
 //   2. HPI_InitializeFunctionMap(table, instance): the plug-in keeps the service table and the host's
 //      handle for this instance, and makes its object. Nothing else happens yet.
 //   3. Dispatch of StartUp. From now on the plug-in calls services and the host dispatches events.
-//   4. Dispatch of Close: the plug-in takes down what it made; its object is gone when this returns.
+//   4. Dispatch of Close, never from within another dispatch, callback or service call: the plug-in takes
+//      down what it made; its object is gone when this returns. Events dispatched meanwhile do nothing.
 //      What it still owns in the host (widgets, actions, timeouts, observers, overlays, platforms, screen
 //      texts, services) the host drops then, and says so.
 //   5. HPI_CleanUpPlugin: callback objects are freed and the service table is forgotten. The host must
@@ -77,7 +77,9 @@
 // SERVICES
 //
 //   The plug-in calls PIServiceTable::handle(identity, number, record). Below: number, operation, record
-//   with its arguments -> results. "returns" speaks of the call's own result; 0 is nothing or failure.
+//   with its arguments -> results. `record` points at the class named here, and so does every pointer in
+//   it. "Returns" speaks of the call's own result: 0 is nothing or failure; where nothing is said, 1 when it
+//   was done.
 //   In a catch-all record (CATCHALL) arguments are listed by list: i integers, d doubles, s strings,
 //   p pointers. The host leaves the arguments alone and appends its results to the list of their type.
 //   Where several operations share a number the first integer is the selector (PISelector), written
@@ -129,8 +131,7 @@
 //                   CATCHALL i[Destroy] p icon. What shows the icon keeps its picture.
 //   159  option text POINTER_INT_AND_STRING menu, index -> the record's text. Returns 1.
 //   160  close observer POINTER_AND_POINTER dialog, PIGUI::PICloseObserver* or null (removes). The observer
-//   is
-//                   called after the user closed the dialog, which is hidden then.
+//                   is called after the user closed the dialog, which is hidden then.
 //   163  file dialogs  CATCHALL i[Load | Save | Directory] s title, settings group, settings key, start
 //                   directory, filter rows... -> s chosen path; nothing when cancelled. A filter row is a
 //                   text, a tab, and patterns separated by blanks. The path is remembered under group and
@@ -190,9 +191,9 @@
 //                   holds no shape. i[LoadStream], platform id p std::istream* -> p overlay, in no list.
 //                   i[Unload] p overlay.  i[Show], 0 or 1 p overlay.  i[FindByFileName] s path -> p overlay.
 //                   i[FileName] p overlay -> s path.  i[Host] p overlay -> i platform id.
-//                   i[SerializeToStream] p overlay, std::ostream*.
+//                   i[SerializeToStream] p overlay, std::ostream*. Returns 1 when all was written.
 //                   i[RegisterObserver] and i[RemoveObserver] p PIHALVIS::ZELEventObserver*: called
-//                   from inside the call that loads or unloads. Return 1.
+//                   from inside the call that loads or unloads a file, and not for streams.
 //   432  screen text CATCHALL i[Add] s record -> p text. The record's lines are "ScreenText", then
 //                   "Enabled FLOAT64 1.0", "Text STRING ...", "Font STRING file size", "PosX FLOAT64 n",
 //                   "PosY FLOAT64 n" (pixels from the corner that the alignment names), "TextColor STRING

@@ -42,10 +42,11 @@ inline constexpr std::int32_t kClientFunctionCount = 31;
 /// Names a slot of PIFunctionParams_t. A slot is found by the type of its value and this number, so the
 /// same number may name an integer and a string.
 enum class PIParameterName_t : std::int16_t {
-    Status = 0,    ///< integer: result of StartUp, Callback, Close, ConfigureCommandLine, HandleMouseEvent
-    NameText = 0,  ///< string: result of Name
-    InfoText = 3,  ///< string: result of Description, Author, Version, URL, ContactInfo
-    LocationName = 4,      ///< string: the location OpenLocation is to open
+    Status = 0,            ///< integer: result of StartUp, Callback, Close, CloseLocation, OpenLocation,
+                           ///< HandleConfigOption, SaveConfigOptions, HandleMouseEvent, ConfigureCommandLine
+    NameText = 0,          ///< string: result of Name
+    InfoText = 3,          ///< string: result of Description, Author, Version, URL, ContactInfo
+    LocationName = 4,      ///< string: the location OpenLocation is to open; result of FindNetworkLocation
     LocationPort = 5,      ///< integer: its port
     LocationProtocol = 6,  ///< integer: its PIData::PINetworkProtocol_t
     ConfigKey = 7,         ///< string: the option HandleConfigOption is given
@@ -56,5 +57,5 @@ enum class PIParameterName_t : std::int16_t {
     Width = 13,      ///< integer: width of the view in pixels, DrawOnRefresh and PreDrawOnRefresh
     Height = 14,     ///< integer: height of the view in pixels
     CommandLineConfiguration = 22,  ///< pointer: what ConfigureCommandLine is to fill
-    CommandLineArguments = 23,      ///< pointer: PIApp::CommandLineArguments of StartUp
+    CommandLineArguments = 23,      ///< pointer: const PIApp::CommandLineArgumentsProvider of StartUp
 };
