@@ -52,8 +52,10 @@ void ClientFunctionMap::replaceApplication(std::unique_ptr<PIApp::PIApplication_
 
     for (std::int32_t number = 0; number < kClientFunctionCount; ++number)
         g_ClientMessageMap[static_cast<PIClientFunctions_t>(number)] = {
-            kAdapters[static_cast<std::size_t>(number)], application.get()};
-    application.release();
+            kAdapters[static_cast<std::size_t>(number)], nullptr};
+    // Only now, when no more memory is needed: a map that is not whole must not hold the object.
+    void* const object = application.release();
+    for (auto& [number, entry] : g_ClientMessageMap) entry.second = object;
 }
 
 void ClientFunctionMap::forget(void* object) {

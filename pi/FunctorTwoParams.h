@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 class PIObject;
@@ -26,34 +27,44 @@ extern std::vector<FunctorTwoParams__*> g_FunctorList;
 /// Deletes every callback object, front to back, and empties the list; its storage is kept.
 void freeFunctors();
 
-/// Calls one member function of one object. Once disconnected it does nothing and returns 0, so that the
-/// host may still hold it when its object is gone.
+/// To be called in a catch block: makes a message of what was thrown, and returns the neutral result.
+int callbackFailed() noexcept;
+
+/// Calls one member function of one object, and lets no exception out to the host. Once the object is
+/// disconnected it does nothing and returns 0, so that the host may still hold it when its object is gone.
 template <typename Object>
 class CustomCallbackFunctor final : public FunctorTwoParams__ {
   public:
     using Handler = int (Object::*)(PIObject*, void*);
 
-    CustomCallbackFunctor(Object* object, Handler handler) : object_(object), handler_(handler) {}
+    /// \param object shared with the list that made the callback, which sets it null to disconnect
+    CustomCallbackFunctor(std::shared_ptr<Object*> object, Handler handler)
+        : object_(std::move(object)), handler_(handler) {}
 
     int operator()(PIObject* sender, void* data) override {
-        return object_ ? (object_->*handler_)(sender, data) : 0;
+        Object* const object = *object_;
+        if (!object) return 0;
+        try {
+            return (object->*handler_)(sender, data);
+        } catch (...) {
+            return callbackFailed();
+        }
     }
     int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
 
-    void disconnect() { object_ = nullptr; }
-
   private:
-    Object* object_;
+    std::shared_ptr<Object*> object_;
     Handler handler_;
 };
 
-/// The callbacks that one object has handed out. g_FunctorList owns them; this list makes them inert
-/// when the object dies. Make it the object's last member, so that it goes first; an object whose widgets
-/// are members behind the list calls disconnect() at the start of its destructor.
+/// Makes the callbacks that one object hands out. g_FunctorList owns them and may free them before the
+/// object goes; this list makes them inert when the object dies. Make it the object's last member, so that
+/// it goes first; an object whose widgets are members behind the list calls disconnect() at the start of
+/// its destructor.
 template <typename Object>
 class CallbackList {
   public:
-    explicit CallbackList(Object* object) : object_(object) {}
+    explicit CallbackList(Object* object) : object_(std::make_shared<Object*>(object)) {}
     ~CallbackList() { disconnect(); }
     CallbackList(const CallbackList&) = delete;
     CallbackList& operator=(const CallbackList&) = delete;
@@ -61,17 +72,13 @@ class CallbackList {
     /// A new callback of the object's handler, appended to g_FunctorList.
     FunctorTwoParams__* make(typename CustomCallbackFunctor<Object>::Handler handler) {
         auto functor = std::make_unique<CustomCallbackFunctor<Object>>(object_, handler);
-        functors_.push_back(functor.get());
         g_FunctorList.push_back(functor.get());
         return functor.release();
     }
 
     /// Makes all of them inert. A host may call a callback from inside the call that destroys its widget.
-    void disconnect() {
-        for (auto* functor : functors_) functor->disconnect();
-    }
+    void disconnect() { *object_ = nullptr; }
 
   private:
-    Object* object_;
-    std::vector<CustomCallbackFunctor<Object>*> functors_;
+    std::shared_ptr<Object*> object_;
 };

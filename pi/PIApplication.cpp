@@ -63,11 +63,13 @@ std::int32_t PIApplication_v0_5_0::s_Callback(void* object, PIFunctionParams_t* 
 
 std::int32_t PIApplication_v0_5_0::s_Close(void* object, PIFunctionParams_t* params) {
     if (!object) return 0;
+    // First of all: what the host dispatches while the object closes, a second Close not least, must not
+    // find an object that is half gone.
+    ClientFunctionMap::forget(object);
     adapt<PIApplication_v0_5_0>("Close", object, params, [](auto& application, auto& record) {
         record.integers[Slot::Status] = application.Close();
     });
     return guarded("Close", 0, [&] {
-        ClientFunctionMap::forget(object);
         delete static_cast<PIApp::PIApplication_v1_24*>(object);
         return 0;
     });
@@ -163,6 +165,7 @@ std::int32_t PIApplication_v1_0::s_PreDrawOnRefresh(void* object, PIFunctionPara
 
 std::int32_t PIApplication_v1_2::s_HandleMouseEvent(void* object, PIFunctionParams_t* params) {
     return adapt<PIApplication_v1_2>("HandleMouseEvent", object, params, [](auto& application, auto& record) {
+        record.integers[Slot::Status] = 0;
         const auto* event = static_cast<const PIGUI::PIMouseEvent*>(record.pointer(Slot::EventData));
         if (!event) return;
         const auto type = static_cast<PIGUI::PIMouseEventType_t>(record.integer(Slot::EventCode));

@@ -36,7 +36,8 @@ class PIApplication_v0_5_0 : public PIObject {
 
     static std::int32_t s_Callback(void* object, PIFunctionParams_t* params);
     /// Calls Close, keeps its result in the status slot, then destroys the object: the host's Close is
-    /// the object's end of life. With a null record the object is destroyed without calling Close.
+    /// the object's end of life. With a null record the object is destroyed without calling Close. No
+    /// event reaches the object from the beginning of Close on.
     static std::int32_t s_Close(void* object, PIFunctionParams_t* params);
     static std::int32_t s_Name(void* object, PIFunctionParams_t* params);
     static std::int32_t s_CloseLocation(void* object, PIFunctionParams_t* params);
@@ -77,7 +78,7 @@ class PIApplication_v1_2 : public PIApplication_v1_0 {
     /// \return non-zero when the event was consumed: the host does not use it then
     virtual int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event);
 
-    /// The result travels back in the status slot.
+    /// The result travels back in the status slot: 0 also when the event is missing or handling it failed.
     static std::int32_t s_HandleMouseEvent(void* object, PIFunctionParams_t* params);
 };
 

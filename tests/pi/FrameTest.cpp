@@ -18,6 +18,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using Slot = PIParameterName_t;
 using Event = PIClientFunctions_t;
 
@@ -166,10 +167,46 @@ TEST_F(FrameTest, CloseWithoutARecordDestroysWithoutCallingClose) {
     EXPECT_THAT(g_log, ElementsAre("destroyed"));
 }
 
+/// Its host dispatches while it closes, as hosts do that serve a call with a loop of their own.
+class ReentrantPlugin final : public BarePlugin {
+  public:
+    int Close() override {
+        g_log.push_back("Close");
+        PIFunctionParams_t record;
+        for (const Event event : {Event::Close, Event::ListenToEvents})
+            ClientFunctionMap::dispatch(static_cast<std::int32_t>(event), &record);
+        return 3;
+    }
+    void listenToEvents(PIApplicationEvents_t, void*) override { g_log.push_back("event"); }
+};
+
+TEST_F(FrameTest, NoEventReachesAnObjectThatIsClosing) {
+    load<ReentrantPlugin>();
+    EXPECT_EQ(dispatch(Event::Close), 0);
+    EXPECT_EQ(record_.integer(Slot::Status), 3);
+    EXPECT_THAT(g_log, ElementsAre("Close", "destroyed"));
+}
+
+TEST_F(FrameTest, AMouseEventThatIsMissingIsNotConsumed) {
+    load<FullPlugin>();
+    record_.integers[Slot::Status] = 1;  // left over from the event before
+    EXPECT_EQ(dispatch(Event::HandleMouseEvent), 0);
+    EXPECT_EQ(record_.integer(Slot::Status), 0);
+}
+
+class Thrower {
+  public:
+    int onCmd(PIObject*, void*) { throw std::runtime_error("deliberate"); }
+    CallbackList<Thrower> callbacks{this};
+};
+
 TEST_F(FrameTest, AnExceptionBecomesAMessage) {
     load<FullPlugin>();
     EXPECT_EQ(dispatch(Event::Callback), 0);
-    EXPECT_THAT(messages_, ElementsAre("Callback: deliberate"));
+    Thrower thrower;
+    EXPECT_EQ(thrower.callbacks.make(&Thrower::onCmd)->Call(nullptr, nullptr), 0);
+    freeFunctors();
+    EXPECT_THAT(messages_, ElementsAre("Callback: deliberate", HasSubstr(": deliberate")));
 }
 
 TEST(ParameterMapTest, ZeroFilledMemoryIsAnEmptyRecord) {
@@ -267,6 +304,12 @@ TEST(FunctorTest, CallbacksOutliveTheirObjectAndDoNothingThen) {
     EXPECT_EQ(functor->Call(nullptr, &data), 0);
     freeFunctors();
     EXPECT_TRUE(g_FunctorList.empty());
+    freeFunctors();
+}
+
+TEST(FunctorTest, AnObjectMayOutliveItsCallbacks) {
+    Target target;  // as when a host cleans up without a Close; dies after them, under AddressSanitizer too
+    target.callbacks.make(&Target::onCmd);
     freeFunctors();
 }
 
