@@ -49,18 +49,20 @@ class CylinderShape : public BaseFilledShape {
     void setCenter(const halCore::Vec3& lla);
     /// Moves the whole shape: radii, angles and height keep their numbers.
     void moveCenter(const halCore::Vec3& lla);
-    /// Place the axis points due east and due north at a distance; need a centre.
+    /// Place the axis points due east and due north at a distance; need a centre. The sign is
+    /// dropped; what is not a number is ignored.
     void setMajorRadius(double meters);
     virtual void setMinorRadius(double meters);
     void setMajorRadius(const halCore::Vec3& lla);
     virtual void setMinorRadius(const halCore::Vec3& lla);
-    /// Makes both radii the same: the inner radius of the panel's one-radius kinds.
+    /// Makes both radii the same.
     void setInnerRadius(double meters);
+    /// Place the angle points on the rim; need a centre. An end within 1e-10 of the start is the start.
     void setStartAngle(double radians);
     void setEndAngle(double radians);
     void setStartAnglePt(const halCore::Vec3& lla);
     void setEndAnglePt(const halCore::Vec3& lla);
-    /// Above the centre; an ellipsoid's height of 0 or less becomes 1.
+    /// Above the centre; needs one. An ellipsoid's height of 0 or less becomes 1.
     void setHeight(double meters);
 
     /// The edit points, null while they do not exist. The shape's.
@@ -84,18 +86,42 @@ class CylinderShape : public BaseFilledShape {
     void setRequiresAllPoints(bool required) { requiresAllPoints_ = required; }
     /// Shows or hides the edit points; `height` also the height point.
     virtual void setEditPointsShown(bool shown, bool height);
-    /// Puts the axis and angle points where the numbers say, after radii and angles were set apart.
+    /// Puts the axis points due east and due north and the angle points onto the rim, after radii and angles
+    /// were set apart. The numbers stay.
     void updatePoints();
 
   protected:
     double height_() const;
+    /// The minor radius as it was set, while its point and the centre stand.
+    std::optional<double> keptMinorRadius_() const { return kept_(minorRadius_, minorAxisPoint_); }
+    void keepMinorRadius_(double meters) { keep_(minorRadius_, meters, minorAxisPoint_); }
 
   private:
-    struct SetNumbers {
-        std::optional<double> majorRadius, minorRadius, startAngle, endAngle, height;
-    };
     using PointPtr = std::unique_ptr<PluginUtils::PUDrawPoint>;
 
+    /// A number as it was set, and where the points were that it was set for.
+    struct SetNumber {
+        double value = 0.0;
+        halCore::Vec3 center;
+        halCore::Vec3 point;
+    };
+    using Number = std::optional<SetNumber>;
+
+    /// In [0, 2pi), a hair's breadth (1e-10) below 0 is 0; 0 when a point is missing.
+    double azimuthTo_(const PointPtr& point) const;
+    /// 0 when a point is missing.
+    double distanceTo_(const PointPtr& point) const;
+    /// The number, unless its point or the centre has moved on the earth since (up or down, for a height).
+    std::optional<double> kept_(const Number& number, const PointPtr& point) const;
+    std::optional<double> keptHeight_() const;
+    void keep_(Number& number, double value, const PointPtr& point);
+    void place_(PointPtr& point, const halCore::Vec3& lla);
+    /// Puts a point at a direction and distance from the centre, at the centre's altitude.
+    void placeAt_(PointPtr& point, double azimuth, double meters);
+    void placeHeight_(double meters);
+    void placeAngle_(PointPtr& point, Number& number, double radians);
+    /// From the centre to the rim in a direction; a stand-in length while there is no radius.
+    double rimDistance_(double azimuth) const;
     void guiChanged_();
 
     Subtype subtype_;
@@ -105,8 +131,14 @@ class CylinderShape : public BaseFilledShape {
     PointPtr startAnglePoint_;
     PointPtr endAnglePoint_;
     PointPtr heightPoint_;
-    SetNumbers set_;
+    Number majorRadius_;
+    Number minorRadius_;
+    Number startAngle_;
+    Number endAngle_;
+    Number heightNumber_;
     bool requiresAllPoints_ = true;
+    /// The centre that the panel shows while there is none.
+    halCore::Vec3 shownCenter_;
     // Last, in this order: what touches the shape while it dies must find its data alive.
     std::unique_ptr<CylinderPanel> panel_;
     MouseToolPtr ownTool_;

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <cstdint>
+#include <set>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "model/Shape.h"
@@ -9,7 +13,7 @@ namespace OverlayEditor {
 
 /// The document that the editor edits: an ordered list of shapes that share one attachment. It owns its
 /// shapes from addShape until removeShape or clearShapes.
-class Overlay {
+class Overlay final : private ShapeNames {
   public:
     Overlay() = default;
     ~Overlay();
@@ -40,10 +44,31 @@ class Overlay {
     void setZelId(void* id) { zelId_ = id; }
 
   private:
+    /// A shape under its name; of equal names the one added first is first.
+    struct Entry {
+        std::string name;
+        std::uint64_t order = 0;
+        Shape* shape = nullptr;
+    };
+    struct EntryLess {
+        using is_transparent = void;
+        bool operator()(const Entry& a, const Entry& b) const {
+            return a.name != b.name ? a.name < b.name : a.order < b.order;
+        }
+        bool operator()(const Entry& a, std::string_view name) const { return a.name < name; }
+        bool operator()(std::string_view name, const Entry& b) const { return name < b.name; }
+    };
+
+    void renamed(Shape& shape, const std::string& oldName) override;
+
     PointConverter* pointConverter_ = nullptr;
     unsigned long attachedPlatformId_ = 0;
     void* zelId_ = nullptr;
     std::vector<Shape*> shapes_;
+    /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
+    std::set<Entry, EntryLess> byName_;
+    std::unordered_map<const Shape*, std::uint64_t> orders_;
+    std::uint64_t nextOrder_ = 0;
 };
 
 }  // namespace OverlayEditor

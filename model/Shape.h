@@ -15,6 +15,17 @@ class PICanvas;
 
 namespace OverlayEditor {
 
+class Shape;
+
+/// Told when a shape is renamed.
+class ShapeNames {
+  public:
+    virtual void renamed(Shape& shape, const std::string& oldName) = 0;
+
+  protected:
+    ~ShapeNames() = default;
+};
+
 /// One overlay shape of the editor. It shows itself in the host's view by writing itself as overlay
 /// text and handing that to the host in place of what it showed before; every setter of a visible
 /// property ends with that refresh. It is shown exactly when it is `shown` and `active`, can be written,
@@ -43,7 +54,7 @@ class Shape {
     /// \param converter converts points about the platform; kept, not owned; may be null when detaching
     /// \param anchorCenter moves the shape so that its centre lies on the converter's reference
     virtual void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) = 0;
-    virtual void setName(const std::string& name) { name_ = name; }
+    virtual void setName(const std::string& name);
     virtual void setShown(bool shown);
     virtual void setActive(bool active);
     /// Minimum and maximum corner; minimum above maximum when there is no point.
@@ -64,11 +75,18 @@ class Shape {
     unsigned long attachedPlatformId() const { return attachedPlatformId_; }
     /// The middle of the bounding box.
     halCore::Vec3 centerPoint() const;
+    /// Who is told of new names, null for nobody: the overlay that holds the shape. Not owned, not copied.
+    void setNames(ShapeNames* names) { names_ = names; }
 
   protected:
     explicit Shape(const Preferences& preferences) : preferences_(preferences) {}
     Shape(const Shape& other);
     Shape& operator=(const Shape&) = delete;
+
+    /// The part of setAttachedPlatformId that all shapes share: the converter is stored in any case; id 0
+    /// detaches and refreshes; a shape is never moved from one platform straight to another.
+    /// \return whether the shape has been attached just now, so that its points may have to move
+    bool takeAttachment_(unsigned long id, PointConverter* converter);
 
     static void initBounds_(std::pair<halCore::Vec3, halCore::Vec3>& bounds);
     static void updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, halCore::Vec3>& bounds);
@@ -76,6 +94,8 @@ class Shape {
     const Preferences& preferences_;
 
   private:
+    struct Loading;
+
     bool shown_ = false;
     bool active_ = false;
     bool showPoints_ = true;
@@ -86,6 +106,9 @@ class Shape {
 
   private:
     void* hostOverlay_ = nullptr;
+    /// The refresh that is waiting for the host, when there is one; the innermost, should the host call back.
+    Loading* loading_ = nullptr;
+    ShapeNames* names_ = nullptr;
 
   protected:
     /// Set by the concrete shape, which owns the tool as its last member.

@@ -1,0 +1,271 @@
+#include "format/SerializeToZel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <ostream>
+
+#include "common/Notify.h"
+#include "geo/Angles.h"
+
+namespace OverlayEditor {
+namespace {
+
+namespace ZEL = halCore::ZEL;
+
+ZEL::ZelShapePtr makeShape(Serializer::ShapeType type, bool relative) {
+    switch (type) {
+        case Serializer::Points:
+            return std::make_shared<ZEL::Points>(relative);
+        case Serializer::Line:
+            return std::make_shared<ZEL::Line>(relative);
+        case Serializer::LineSegs:
+            return std::make_shared<ZEL::LineSegs>(relative);
+        case Serializer::Polygon:
+        case Serializer::Rectangle:
+            return std::make_shared<ZEL::Polygon>(relative);
+        case Serializer::Circle:
+            return std::make_shared<ZEL::Circle>(relative);
+        case Serializer::Ellipse:
+            return std::make_shared<ZEL::Ellipse>(relative);
+        case Serializer::Arc:
+            return std::make_shared<ZEL::Arc>(relative);
+        case Serializer::Cylinder:
+        case Serializer::Wedge:
+            return std::make_shared<ZEL::Cylinder>(relative);
+        case Serializer::Sphere:
+            return std::make_shared<ZEL::Sphere>(relative);
+        case Serializer::Hemisphere:
+            return std::make_shared<ZEL::Hemisphere>(relative);
+        case Serializer::Ellipsoid:
+            return std::make_shared<ZEL::Ellipsoid>(relative);
+        case Serializer::Annotation:
+            return std::make_shared<ZEL::Annotation>(relative);
+        case Serializer::Cone:
+            return std::make_shared<ZEL::Cone>(relative);
+        case Serializer::Orbit:
+            return std::make_shared<ZEL::Orbit>(relative);
+        case Serializer::None:
+            break;
+    }
+    return nullptr;
+}
+
+/// To the nearest tenth of a micrometre. Sums of positions lose less than that on the way through radians.
+double onLengthGrid(double meters) {
+    constexpr double steps = 1e7;
+    return std::nearbyint(meters * steps) / steps;
+}
+
+/// To the nearest 1e-12 degrees. The difference of two angles loses less than that.
+double onAngleGrid(double radians) {
+    constexpr double steps = 1e12;
+    return std::nearbyint(radians * halCore::kDegreesPerRadian * steps) / steps * halCore::kRadiansPerDegree;
+}
+
+ZEL::LineStyle zelLineStyle(Serializer::LineStyle style) {
+    switch (style) {
+        case Serializer::Dashed:
+            return ZEL::LineStyle::Dashed;
+        case Serializer::Dotted:
+            return ZEL::LineStyle::Dotted;
+        case Serializer::Solid:
+            break;
+    }
+    return ZEL::LineStyle::Solid;
+}
+
+}  // namespace
+
+void SerializeToZel::beginShape(ShapeType type, unsigned long platformId) {
+    platformId_ = platformId;
+    auto shape = makeShape(type, platformId != 0);
+    if (!shape) return;
+    current_ = std::move(shape);
+    failure_ = nullptr;
+    findFaces_();
+}
+
+void SerializeToZel::findFaces_() {
+    ZEL::ZelShape* const shape = current_.get();
+    as_ = Faces{};
+    as_.pointBased = dynamic_cast<ZEL::PointBasedShape*>(shape);
+    as_.points = dynamic_cast<ZEL::Points*>(shape);
+    as_.annotation = dynamic_cast<ZEL::Annotation*>(shape);
+    as_.fillable = dynamic_cast<ZEL::FillableShape*>(shape);
+    as_.circular = dynamic_cast<ZEL::CircularShape*>(shape);
+    as_.orbit = dynamic_cast<ZEL::Orbit*>(shape);
+    as_.elliptical = dynamic_cast<ZEL::EllipticalShape*>(shape);
+    as_.ellipsoid = dynamic_cast<ZEL::Ellipsoid*>(shape);
+    as_.circularHeight = dynamic_cast<ZEL::CircularHeightShape*>(shape);
+    as_.cylinder = dynamic_cast<ZEL::Cylinder*>(shape);
+}
+
+void SerializeToZel::endShape() {
+    if (as_.annotation && !failure_) {
+        std::string text;
+        as_.annotation->getText(text);
+        if (text.empty()) failure_ = "it has no text";
+    }
+    if (current_ && failure_) {
+        if (halNotify::isNotifyEnabled(halNotify::Error)) {
+            std::string name;
+            current_->getName(name);
+            halNotify::notify(halNotify::Error)
+                << "The " << ZEL::ZelShape::shapeTypeToString(current_->shapeType()) << " \"" << name
+                << "\" cannot be written: " << failure_;
+        }
+        current_ = nullptr;
+    }
+    finished_.push_back(std::move(current_));
+    current_ = nullptr;
+    as_ = Faces{};
+}
+
+halCore::Vec3 SerializeToZel::filePosition_(const halCore::Vec3& lla) {
+    if (!std::isfinite(lla.x()) || !std::isfinite(lla.y()) || !std::isfinite(lla.z())) {
+        failure_ = "a position is not a number";
+        return {};
+    }
+    if (!current_->isRelative()) return lla;
+    if (!converter_) {
+        failure_ = "it is attached, but the platform's position is not known";
+        return {};
+    }
+    halCore::Vec3 xyz;
+    if (converter_->convertLlaToXyz(lla, xyz) != 0) {
+        failure_ = "a position cannot be expressed relative to the platform";
+        return {};
+    }
+    return {onLengthGrid(xyz.x()), onLengthGrid(xyz.y()), onLengthGrid(xyz.z())};
+}
+
+double SerializeToZel::checked_(double value) {
+    if (!std::isfinite(value)) failure_ = "a length or an angle is not a number";
+    return value;
+}
+
+void SerializeToZel::setItemName(const std::string& name) {
+    if (!current_) return;
+    if (as_.annotation)
+        as_.annotation->setLabel(name);
+    else
+        current_->setName(name);
+}
+
+void SerializeToZel::addPoint(const halCore::Vec3& lla) {
+    if (!current_) return;
+    const halCore::Vec3 position = filePosition_(lla);
+    if (as_.pointBased)
+        as_.pointBased->addPoint(position);
+    else if (as_.points)
+        as_.points->addPoint(position);
+    else if (as_.annotation)
+        as_.annotation->setPosition(position);
+    else if (as_.circular)
+        as_.circular->setCenterPosition(position);
+}
+
+void SerializeToZel::setCenterPoint2(const halCore::Vec3& lla) {
+    if (as_.orbit) as_.orbit->setCenterPosition2(filePosition_(lla));
+}
+
+void SerializeToZel::setMajorRadius(double meters) {
+    // In a file a radius is half of what an axis is.
+    if (as_.elliptical)
+        as_.elliptical->setMajorAxis(2.0 * checked_(meters));
+    else if (as_.ellipsoid)
+        as_.ellipsoid->setMajorAxis(2.0 * checked_(meters));
+    else if (as_.circular)
+        as_.circular->setRadius(checked_(meters));
+}
+
+void SerializeToZel::setMinorRadius(double meters) {
+    if (as_.elliptical)
+        as_.elliptical->setMinorAxis(2.0 * checked_(meters));
+    else if (as_.ellipsoid)
+        as_.ellipsoid->setMinorAxis(2.0 * checked_(meters));
+}
+
+void SerializeToZel::setHeight(double meters) {
+    if (as_.cylinder)
+        as_.cylinder->setHeight(checked_(meters));
+    else if (as_.circularHeight)
+        as_.circularHeight->setHeight(checked_(meters));
+}
+
+void SerializeToZel::setStartEndAngles(double startRad, double endRad) {
+    if (!as_.elliptical) return;
+    checked_(startRad);
+    checked_(endRad);
+    const double sweep = startRad > endRad ? halCore::kTwoPi - startRad + endRad : endRad - startRad;
+    const double kept = onAngleGrid(sweep);
+    as_.elliptical->setAngleStart(startRad);
+    // Equal bounds are a full turn; a sweep of 0 is no sweep to a reader.
+    as_.elliptical->setAngleSweep(kept == 0.0 ? halCore::kTwoPi : kept);
+}
+
+void SerializeToZel::setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
+    const ZEL::Color color(r, g, b, a);
+    if (as_.annotation)
+        as_.annotation->setTextColor(color);
+    else if (as_.points)
+        as_.points->setColor(color);
+    else if (as_.fillable)
+        as_.fillable->setLineColor(color);
+}
+
+void SerializeToZel::setFillColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
+    if (as_.fillable) as_.fillable->setFillColor(ZEL::Color(r, g, b, a));
+}
+
+void SerializeToZel::setFilled(bool filled) {
+    if (as_.fillable) as_.fillable->setFilled(filled);
+}
+
+void SerializeToZel::setVisible(bool visible) {
+    if (current_) current_->setDrawn(visible);
+}
+
+void SerializeToZel::setLineWidth(int pixels) {
+    if (as_.fillable) as_.fillable->setLineWidth(pixels);
+}
+
+void SerializeToZel::setPointSize(int pixels) {
+    if (as_.points) as_.points->setPointSize(pixels);
+}
+
+void SerializeToZel::setLineStyle(LineStyle style) {
+    if (as_.fillable) as_.fillable->setLineStyle(zelLineStyle(style));
+}
+
+void SerializeToZel::setFontName(const std::string& fileName) {
+    if (as_.annotation) as_.annotation->setFontName(fileName);
+}
+
+void SerializeToZel::setTextSize(int points) {
+    if (as_.annotation) as_.annotation->setTextSize(points);
+}
+
+bool SerializeToZel::hasShapes() const {
+    return std::any_of(finished_.begin(), finished_.end(),
+                       [](const auto& shape) { return shape != nullptr; });
+}
+
+void SerializeToZel::writeTo(std::ostream& stream, unsigned int) const {
+    stream << "version 2\n\n";
+    for (const auto& shape : finished_) {
+        if (!shape) continue;
+        shape->serializeToStream(stream);
+        stream << '\n';
+    }
+}
+
+void SerializeToZel::clear() {
+    current_ = nullptr;
+    as_ = Faces{};
+    failure_ = nullptr;
+    finished_.clear();
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <iosfwd>
+#include <vector>
+
+#include "format/Serializer.h"
+#include "format/ZelShapes.h"
+
+namespace OverlayEditor {
+
+/// Turns a shape's description into shapes of the overlay format, and those into text.
+///
+/// A shape with a platform becomes a relative one: its positions are converted with the point converter
+/// and kept to a tenth of a micrometre, so that a position that was read and is written again gives the
+/// same text. Angle sweeps are kept to 1e-12 degrees for the same reason. A property that the shape's
+/// class does not have is ignored. A shape that cannot be written (a number is not finite, a relative
+/// position has no converter, a label has no text) is left out with a message.
+class SerializeToZel final : public Serializer {
+  public:
+    void beginShape(ShapeType type, unsigned long platformId) override;
+    void endShape() override;
+    void setItemName(const std::string& name) override;
+    void addPoint(const halCore::Vec3& lla) override;
+    void addCorner(const halCore::Vec3& lla) override { addPoint(lla); }
+    void setCenterPoint2(const halCore::Vec3& lla) override;
+    void setMajorRadius(double meters) override;
+    void setMinorRadius(double meters) override;
+    void setHeight(double meters) override;
+    void setStartEndAngles(double startRad, double endRad) override;
+    void setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) override;
+    void setFillColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) override;
+    void setFilled(bool filled) override;
+    void setVisible(bool visible) override;
+    void setLineWidth(int pixels) override;
+    void setPointSize(int pixels) override;
+    void setLineStyle(LineStyle style) override;
+    void setFontName(const std::string& fileName) override;
+    void setTextSize(int points) override;
+
+    /// The finished shapes; null stands for one that could not be made.
+    const std::vector<halCore::ZEL::ZelShapePtr>& shapes() const { return finished_; }
+    /// Whether writeTo has a shape to write.
+    bool hasShapes() const;
+    /// Writes a whole file. Numbers follow the stream's precision; callers set UTILS::kSignificantDigits.
+    /// \param precision not used
+    void writeTo(std::ostream& stream, unsigned int precision) const;
+    /// Drops all shapes, finished and current.
+    void clear();
+
+  private:
+    /// The current shape by what it can do; null where it cannot.
+    struct Faces {
+        halCore::ZEL::PointBasedShape* pointBased = nullptr;
+        halCore::ZEL::Points* points = nullptr;
+        halCore::ZEL::Annotation* annotation = nullptr;
+        halCore::ZEL::FillableShape* fillable = nullptr;
+        halCore::ZEL::CircularShape* circular = nullptr;
+        halCore::ZEL::Orbit* orbit = nullptr;
+        halCore::ZEL::EllipticalShape* elliptical = nullptr;
+        halCore::ZEL::Ellipsoid* ellipsoid = nullptr;
+        halCore::ZEL::CircularHeightShape* circularHeight = nullptr;
+        halCore::ZEL::Cylinder* cylinder = nullptr;
+    };
+
+    void findFaces_();
+    /// The position as it stands in the file; (0, 0, 0) and a failed shape when there is none.
+    halCore::Vec3 filePosition_(const halCore::Vec3& lla);
+    /// `value`, noting that the shape cannot be written when it is not finite.
+    double checked_(double value);
+
+    halCore::ZEL::ZelShapePtr current_;
+    Faces as_;
+    const char* failure_ = nullptr;
+    unsigned long platformId_ = 0;
+    std::vector<halCore::ZEL::ZelShapePtr> finished_;
+};
+
+}  // namespace OverlayEditor

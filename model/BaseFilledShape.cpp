@@ -1,0 +1,40 @@
+#include "model/BaseFilledShape.h"
+
+#include "model/ColorBytes.h"
+
+namespace OverlayEditor {
+
+BaseFilledShape::BaseFilledShape(const BaseFilledShape& other)
+    : BaseLineShape(other), fillColor_(other.fillColor_), filled_(other.filled_) {}
+
+int BaseFilledShape::serialize(Serializer& serializer) {
+    BaseLineShape::serialize(serializer);
+    const ColorBytes color(fillColor_);
+    serializer.setFillColor(color.r, color.g, color.b, color.a);
+    serializer.setFilled(filled_);
+    return 0;
+}
+
+void BaseFilledShape::setFilled(bool filled) {
+    filled_ = filled;
+    dirty_();
+}
+
+void BaseFilledShape::setFillColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
+    fillColor_ = ColorBytes{r, g, b, a}.packed();
+    dirty_();
+}
+
+void BaseFilledShape::setOutlined(bool outlined) {
+    outlined_ = outlined;
+    dirty_();
+}
+
+void BaseFilledShape::setFillFromGui(const FillStyleGUI& gui) {
+    const bool filled = gui.filled();
+    const ColorBytes color(gui.color());
+    setFilled(filled);
+    setFillColor(color.r, color.g, color.b, color.a);
+}
+
+}  // namespace OverlayEditor

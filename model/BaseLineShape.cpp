@@ -1,0 +1,43 @@
+#include "model/BaseLineShape.h"
+
+#include <cmath>
+#include <limits>
+
+#include "model/ColorBytes.h"
+
+namespace OverlayEditor {
+
+int BaseLineShape::serialize(Serializer& serializer) {
+    const ColorBytes color(lineColor_);
+    serializer.setItemName(name());
+    serializer.setLineWidth(lineWidth_);
+    serializer.setLineColor(color.r, color.g, color.b, color.a);
+    return 0;
+}
+
+void BaseLineShape::setLineWidth(double pixels) {
+    // What does not fit the integer has no meaning as a width either; keep the nearest that does.
+    using Limits = std::numeric_limits<std::int32_t>;
+    if (std::isnan(pixels)) pixels = 0.0;
+    if (pixels >= Limits::max())
+        lineWidth_ = Limits::max();
+    else if (pixels <= Limits::min())
+        lineWidth_ = Limits::min();
+    else
+        lineWidth_ = static_cast<std::int32_t>(pixels);
+    dirty_();
+}
+
+void BaseLineShape::setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
+    lineColor_ = ColorBytes{r, g, b, a}.packed();
+    dirty_();
+}
+
+void BaseLineShape::setLineFromGui(const LineStyleGUI& gui) {
+    const ColorBytes color(gui.color());
+    const int width = gui.width();
+    setLineColor(color.r, color.g, color.b, color.a);
+    setLineWidth(width);
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,491 @@
+#include "model/CylinderShape.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "geo/Angles.h"
+#include "geo/Sodano.h"
+#include "model/Utils.h"
+
+namespace OverlayEditor {
+namespace {
+
+namespace Sodano = halCore::Sodano;
+using PluginUtils::PUDrawPoint;
+
+constexpr std::uint32_t kEditPointColor = 0xFFFF00FF;
+constexpr double kEast = halCore::kHalfPi;
+constexpr double kNorth = 0.0;
+/// Where an angle point stands while there is no radius.
+constexpr double kStandInRadius = 1000.0;
+constexpr double kSameAngle = 1e-10;
+/// Directions in which the rim is sampled for the bounding box; a multiple of four, so that the points due
+/// north, east, south and west are among them.
+constexpr int kRimSamples = 128;
+
+struct Kind {
+    const char* name;
+    Serializer::ShapeType type;
+    bool twoRadii;
+};
+
+// A wedge is written as a cylinder that has angles.
+constexpr std::array<Kind, 9> kKinds{{{"Circle", Serializer::Circle, false},
+                                      {"Ellipse", Serializer::Ellipse, true},
+                                      {"Arc", Serializer::Arc, true},
+                                      {"Cylinder", Serializer::Cylinder, true},
+                                      {"Wedge", Serializer::Cylinder, true},
+                                      {"Sphere", Serializer::Sphere, false},
+                                      {"Hemisphere", Serializer::Hemisphere, false},
+                                      {"Ellipsoid", Serializer::Ellipsoid, true},
+                                      {"Cone", Serializer::Cone, false}}};
+
+const Kind* kindOf(CylinderShape::Subtype subtype) {
+    const auto index = static_cast<std::size_t>(subtype);
+    return index < kKinds.size() ? &kKinds[index] : nullptr;
+}
+
+double normalized(double radians) {
+    if (radians >= 0.0 && radians < halCore::kTwoPi) return radians;
+    double rest = std::fmod(radians, halCore::kTwoPi);
+    if (std::abs(rest) < kSameAngle) rest = 0.0;
+    return rest < 0.0 ? rest + halCore::kTwoPi : rest;
+}
+
+std::unique_ptr<PUDrawPoint> copyOf(const std::unique_ptr<PUDrawPoint>& point) {
+    return point ? std::make_unique<PUDrawPoint>(*point) : nullptr;
+}
+
+bool samePlace(const halCore::Vec3& a, const halCore::Vec3& b) {
+    return a.lat() == b.lat() && a.lon() == b.lon();
+}
+
+}  // namespace
+
+CylinderShape::CylinderShape(const Preferences& preferences, Subtype subtype)
+    : BaseFilledShape(preferences), subtype_(subtype) {
+    const Kind* const kind = kindOf(subtype);
+    if (!kind) return;
+    setName(kind->name);
+    if (auto* const equipment = ShapeEquipment::installed())
+        mouseTool_ = (ownTool_ = equipment->makeTool(preferences, *this)).get();
+}
+
+CylinderShape::CylinderShape(const CylinderShape& other)
+    : BaseFilledShape(other),
+      subtype_(other.subtype_),
+      center_(copyOf(other.center_)),
+      majorAxisPoint_(copyOf(other.majorAxisPoint_)),
+      minorAxisPoint_(copyOf(other.minorAxisPoint_)),
+      startAnglePoint_(copyOf(other.startAnglePoint_)),
+      endAnglePoint_(copyOf(other.endAnglePoint_)),
+      heightPoint_(copyOf(other.heightPoint_)),
+      majorRadius_(other.majorRadius_),
+      minorRadius_(other.minorRadius_),
+      startAngle_(other.startAngle_),
+      endAngle_(other.endAngle_),
+      heightNumber_(other.heightNumber_),
+      requiresAllPoints_(other.requiresAllPoints_) {
+    if (!kindOf(subtype_)) return;
+    if (auto* const equipment = ShapeEquipment::installed())
+        mouseTool_ = (ownTool_ = equipment->makeTool(preferences_, *this)).get();
+}
+
+CylinderShape::~CylinderShape() {
+    mouseTool_ = nullptr;
+}
+
+Shape* CylinderShape::clone() const {
+    return new CylinderShape(*this);
+}
+
+int CylinderShape::serialize(Serializer& serializer) {
+    const Kind* const kind = kindOf(subtype_);
+    if (!kind || !center_) return 1;
+    if (requiresAllPoints_ && !isComplete()) return 1;
+    serializer.beginShape(kind->type, attachedPlatformId_);
+    serializer.addPoint(center_->getPosition());
+    if (const double major = majorAxis(); major != 0.0) serializer.setMajorRadius(major);
+    if (const double minor = minorAxis(); minor != 0.0) serializer.setMinorRadius(minor);
+    if (startAnglePoint_) serializer.setStartEndAngles(startAngle(), endAngle());
+    serializer.setHeight(height_());
+    BaseFilledShape::serialize(serializer);
+    serializer.endShape();
+    return 0;
+}
+
+bool CylinderShape::isComplete() const {
+    const Kind* const kind = kindOf(subtype_);
+    if (!kind) return true;
+    if (!center_ || majorAxis() == 0.0) return false;
+    return !kind->twoRadii || minorAxis() != 0.0;
+}
+
+// Numbers and points
+
+std::optional<double> CylinderShape::kept_(const Number& number, const PointPtr& point) const {
+    if (!number || !center_ || !point || !samePlace(number->center, center_->getPosition()) ||
+        !samePlace(number->point, point->getPosition()))
+        return std::nullopt;
+    return number->value;
+}
+
+std::optional<double> CylinderShape::keptHeight_() const {
+    if (!heightNumber_ || !center_ || !heightPoint_ ||
+        heightNumber_->center.alt() != center_->getAltitude() ||
+        heightNumber_->point.alt() != heightPoint_->getAltitude())
+        return std::nullopt;
+    return heightNumber_->value;
+}
+
+void CylinderShape::keep_(Number& number, double value, const PointPtr& point) {
+    number = SetNumber{value, center_->getPosition(), point->getPosition()};
+}
+
+void CylinderShape::place_(PointPtr& point, const halCore::Vec3& lla) {
+    if (point)
+        point->setPosition(lla);
+    else
+        point = std::make_unique<PUDrawPoint>(lla, kEditPointColor);
+}
+
+void CylinderShape::placeAt_(PointPtr& point, double azimuth, double meters) {
+    place_(point, Sodano::direct(center_->getPosition(), azimuth, meters));
+}
+
+void CylinderShape::placeHeight_(double meters) {
+    const bool isNew = !heightPoint_;
+    halCore::Vec3 top = center_->getPosition();
+    top.setAlt(top.alt() + meters);
+    place_(heightPoint_, top);
+    if (isNew) {
+        heightPoint_->setEnableDepthBuffer(false);
+        heightPoint_->hide();
+    }
+    keep_(heightNumber_, meters, heightPoint_);
+}
+
+void CylinderShape::placeAngle_(PointPtr& point, Number& number, double radians) {
+    placeAt_(point, radians, rimDistance_(radians));
+    keep_(number, radians, point);
+}
+
+double CylinderShape::rimDistance_(double azimuth) const {
+    const double east = majorAxis();
+    const double north = minorAxis();
+    if (!(east > 0.0)) return north > 0.0 ? north : kStandInRadius;
+    if (!(north > 0.0)) return east;
+    return 1.0 / std::hypot(std::sin(azimuth) / east, std::cos(azimuth) / north);
+}
+
+double CylinderShape::distanceTo_(const PointPtr& point) const {
+    return center_ && point ? Sodano::inverse(center_->getPosition(), point->getPosition()).distance : 0.0;
+}
+
+double CylinderShape::azimuthTo_(const PointPtr& point) const {
+    if (!center_ || !point) return 0.0;
+    return normalized(Sodano::inverse(center_->getPosition(), point->getPosition()).azimuth1);
+}
+
+double CylinderShape::majorAxis() const {
+    const auto kept = kept_(majorRadius_, majorAxisPoint_);
+    return kept ? *kept : distanceTo_(majorAxisPoint_);
+}
+
+double CylinderShape::minorAxis() const {
+    const auto kept = keptMinorRadius_();
+    return kept ? *kept : distanceTo_(minorAxisPoint_);
+}
+
+double CylinderShape::height_() const {
+    if (subtype_ == Sphere) return majorAxis();
+    if (!center_ || !heightPoint_) return 0.0;
+    const auto kept = keptHeight_();
+    return kept ? *kept : heightPoint_->getAltitude() - center_->getAltitude();
+}
+
+double CylinderShape::startAngle() const {
+    const auto kept = kept_(startAngle_, startAnglePoint_);
+    return kept ? *kept : azimuthTo_(startAnglePoint_);
+}
+
+double CylinderShape::endAngle() const {
+    if (!center_ || !endAnglePoint_) return 0.0;
+    const auto kept = kept_(endAngle_, endAnglePoint_);
+    const double end = kept ? *kept : azimuthTo_(endAnglePoint_);
+    return end == startAngle() ? end + halCore::kTwoPi : end;
+}
+
+// Setters
+
+void CylinderShape::setCenter(const halCore::Vec3& lla) {
+    const double height = height_();
+    place_(center_, lla);
+    if (heightPoint_) placeHeight_(height);
+    dirty_();
+}
+
+void CylinderShape::moveCenter(const halCore::Vec3& lla) {
+    if (!center_) {
+        setCenter(lla);
+        return;
+    }
+    const halCore::Vec3 from = center_->getPosition();
+    const double height = height_();
+    struct Moving {
+        PointPtr& point;
+        Number& number;
+        std::optional<double> kept;
+    };
+    const std::array<Moving, 4> moving{{{majorAxisPoint_, majorRadius_, kept_(majorRadius_, majorAxisPoint_)},
+                                        {minorAxisPoint_, minorRadius_, kept_(minorRadius_, minorAxisPoint_)},
+                                        {startAnglePoint_, startAngle_, kept_(startAngle_, startAnglePoint_)},
+                                        {endAnglePoint_, endAngle_, kept_(endAngle_, endAnglePoint_)}}};
+    // A point's number is kept from here on even if it was measured until now: moving changes no number.
+    const std::array<double, 4> numbers{majorAxis(), minorAxis(), startAngle(), azimuthTo_(endAnglePoint_)};
+    center_->setPosition(lla);
+    for (std::size_t i = 0; i < moving.size(); ++i) {
+        const auto& [point, number, kept] = moving[i];
+        if (!point) continue;
+        const halCore::Vec3 old = point->getPosition();
+        const auto way = Sodano::inverse(from, old);
+        halCore::Vec3 moved = Sodano::direct(lla, way.azimuth1, way.distance);
+        moved.setAlt(old.alt() + (lla.alt() - from.alt()));
+        point->setPosition(moved);
+        keep_(number, kept.value_or(numbers[i]), point);
+    }
+    if (heightPoint_) placeHeight_(height);
+    dirty_();
+}
+
+void CylinderShape::setMajorRadius(double meters) {
+    if (!center_ || !std::isfinite(meters)) return;
+    meters = std::abs(meters);
+    placeAt_(majorAxisPoint_, kEast, meters);
+    keep_(majorRadius_, meters, majorAxisPoint_);
+    dirty_();
+}
+
+void CylinderShape::setMinorRadius(double meters) {
+    if (!center_ || !std::isfinite(meters)) return;
+    meters = std::abs(meters);
+    placeAt_(minorAxisPoint_, kNorth, meters);
+    keep_(minorRadius_, meters, minorAxisPoint_);
+    dirty_();
+}
+
+void CylinderShape::setMajorRadius(const halCore::Vec3& lla) {
+    place_(majorAxisPoint_, lla);
+    dirty_();
+}
+
+void CylinderShape::setMinorRadius(const halCore::Vec3& lla) {
+    place_(minorAxisPoint_, lla);
+    dirty_();
+}
+
+void CylinderShape::setInnerRadius(double meters) {
+    setMajorRadius(meters);
+    setMinorRadius(meters);
+}
+
+void CylinderShape::setStartAngle(double radians) {
+    if (!center_ || !std::isfinite(radians)) return;
+    placeAngle_(startAnglePoint_, startAngle_, normalized(radians));
+    dirty_();
+}
+
+void CylinderShape::setEndAngle(double radians) {
+    if (!center_ || !std::isfinite(radians)) return;
+    double end = normalized(radians);
+    // A full turn loses a last digit on its way here.
+    const double start = startAngle();
+    if (startAnglePoint_ && std::abs(std::remainder(end - start, halCore::kTwoPi)) < kSameAngle) end = start;
+    placeAngle_(endAnglePoint_, endAngle_, end);
+    dirty_();
+}
+
+void CylinderShape::setStartAnglePt(const halCore::Vec3& lla) {
+    place_(startAnglePoint_, lla);
+    dirty_();
+}
+
+void CylinderShape::setEndAnglePt(const halCore::Vec3& lla) {
+    place_(endAnglePoint_, lla);
+    dirty_();
+}
+
+void CylinderShape::setHeight(double meters) {
+    if (!center_ || !std::isfinite(meters)) return;
+    if (subtype_ == Ellipsoid && meters <= 0.0) {
+        meters = 1.0;
+        if (panel_) panel_->setHeight(meters);
+    }
+    placeHeight_(meters);
+    dirty_();
+}
+
+void CylinderShape::updatePoints() {
+    if (!center_ || !kindOf(subtype_)) return;
+    if (majorAxisPoint_) {
+        const double radius = majorAxis();
+        placeAt_(majorAxisPoint_, kEast, radius);
+        keep_(majorRadius_, radius, majorAxisPoint_);
+    }
+    if (minorAxisPoint_) {
+        const double radius = minorAxis();
+        placeAt_(minorAxisPoint_, kNorth, radius);
+        keep_(minorRadius_, radius, minorAxisPoint_);
+    }
+    const double start = startAngle();
+    const double end = normalized(endAngle());
+    if (startAnglePoint_) placeAngle_(startAnglePoint_, startAngle_, start);
+    if (endAnglePoint_) placeAngle_(endAnglePoint_, endAngle_, end);
+    dirty_();
+}
+
+void CylinderShape::setEditPointsShown(bool shown, bool height) {
+    for (const PointPtr* point :
+         {&center_, &majorAxisPoint_, &minorAxisPoint_, &startAnglePoint_, &endAnglePoint_, &heightPoint_}) {
+        if (!*point) continue;
+        if (shown && (height || point != &heightPoint_))
+            (*point)->show();
+        else
+            (*point)->hide();
+    }
+}
+
+void CylinderShape::clear() {
+    for (PointPtr* point :
+         {&center_, &majorAxisPoint_, &minorAxisPoint_, &startAnglePoint_, &endAnglePoint_, &heightPoint_})
+        point->reset();
+    hide_();
+}
+
+void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
+    if (!takeAttachment_(id, converter)) return;
+    if (center_ && converter && anchorCenter) {
+        halCore::Vec3 reference;
+        converter->getReferenceLla(reference);
+        moveCenter(reference);
+    } else if (center_) {
+        dirty_();
+    }
+    fillGui();
+}
+
+// The part of the earth that the shape covers
+
+std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
+    std::pair<halCore::Vec3, halCore::Vec3> bounds;
+    initBounds_(bounds);
+    if (!center_) return bounds;
+    const halCore::Vec3 center = center_->getPosition();
+
+    const bool hasSector = startAnglePoint_ && (subtype_ == Arc || subtype_ == Wedge || subtype_ == Ellipse);
+    const double start = hasSector ? startAngle() : 0.0;
+    double sweep = hasSector ? endAngle() - start : halCore::kTwoPi;
+    if (sweep <= 0.0) sweep += halCore::kTwoPi;
+    const double radius = std::max(majorAxis(), minorAxis());
+
+    // An arc is only its rim; everything else holds its centre.
+    if (subtype_ != Arc || !hasSector || radius == 0.0) updateBounds_(center, bounds);
+    if (radius > 0.0) {
+        const auto toRim = [&](double azimuth) {
+            halCore::Vec3 rim = Sodano::direct(center, azimuth, rimDistance_(azimuth));
+            // The longitude next to the centre's, so that a box across 180 degrees stays one piece.
+            rim.setLon(center.lon() + halCore::wrapToPi(rim.lon() - center.lon()));
+            updateBounds_(rim, bounds);
+        };
+        constexpr double step = halCore::kTwoPi / kRimSamples;
+        toRim(start);
+        for (double at = std::ceil(start / step) * step; at < start + sweep; at += step) toRim(at);
+        toRim(start + sweep);
+        // Around a pole there is every longitude.
+        for (const double pole : {halCore::kHalfPi, -halCore::kHalfPi}) {
+            const auto way = Sodano::inverse(center.lat(), center.lon(), pole, center.lon());
+            if (hasSector || way.distance > rimDistance_(way.azimuth1)) continue;
+            updateBounds_({pole, center.lon() - halCore::kPi, center.alt()}, bounds);
+            updateBounds_({pole, center.lon() + halCore::kPi, center.alt()}, bounds);
+        }
+    }
+
+    double above = height_();
+    const double below = subtype_ == Sphere || subtype_ == Ellipsoid ? -above : 0.0;
+    if (subtype_ == Hemisphere) above = majorAxis();
+    if (subtype_ == Circle || subtype_ == Ellipse || subtype_ == Arc) above = 0.0;
+    bounds.first.setAlt(center.alt() + std::min(above, below));
+    bounds.second.setAlt(center.alt() + std::max(above, 0.0));
+    return bounds;
+}
+
+// Panel
+
+void CylinderShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
+    auto* const equipment = ShapeEquipment::installed();
+    if (!equipment || !preferences || !canvas) return;
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    fillGui();
+}
+
+void CylinderShape::deleteGui() {
+    panel_.reset();
+}
+
+void CylinderShape::notifyPrefsUpdate() {
+    if (panel_) panel_->notifyPrefsUpdate();
+    fillGui();
+}
+
+void CylinderShape::fillGui() {
+    if (!panel_) return;
+    if (center_)
+        shownCenter_ = center_->getPosition();
+    else
+        Utils::getDefaultLla(shownCenter_);
+    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
+    panel_->setDrawCheck(shown());
+    panel_->setCenterLla(shownCenter_);
+    panel_->setXradius(majorAxis());
+    panel_->setYradius(minorAxis());
+    panel_->setHeight(height_());
+    panel_->setStartEndAngles(startAngle(), endAngle());
+    panel_->lineStyle().setColor(lineColor());
+    panel_->lineStyle().setWidth(lineWidth());
+    panel_->fillStyle().setFilled(filled());
+    panel_->fillStyle().setColor(fillColor());
+}
+
+void CylinderShape::guiChanged_() {
+    if (!panel_) return;
+    const auto center = panel_->centerLla();
+    const auto x = panel_->xRadius();
+    const auto y = panel_->yRadius();
+    const auto height = panel_->height();
+    const auto start = panel_->startAngle();
+    const auto end = panel_->endAngle();
+    const bool drawn = panel_->drawCheck();
+
+    if (drawn != shown()) setShown(drawn);
+    if (center)
+        moveCenter(*center);
+    else if (!center_ && (x || y || height || start || end))
+        setCenter(shownCenter_);  // the user fills in a shape about the centre that stands in the panel
+    if (x) setMajorRadius(*x);
+    if (y) setMinorRadius(*y);
+    if (height) setHeight(*height);
+    if (start) setStartAngle(*start);
+    if (end) setEndAngle(*end);
+    if ((x || y) && (startAnglePoint_ || endAnglePoint_)) updatePoints();
+    if (!panel_) return;
+    const LineStyleGUI& line = panel_->lineStyle();
+    if (line.color() != lineColor() || line.width() != lineWidth()) setLineFromGui(line);
+    if (!panel_) return;
+    const FillStyleGUI& fill = panel_->fillStyle();
+    if (fill.filled() != filled() || fill.color() != fillColor()) setFillFromGui(fill);
+    fillGui();
+}
+
+}  // namespace OverlayEditor

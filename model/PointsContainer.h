@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+
+#include "common/Vec3.h"
+
+namespace OverlayEditor {
+
+/// A shape that is an editable list of geodetic points (radians, metres), as the point editor sees it.
+class PointsContainer {
+  public:
+    virtual ~PointsContainer() = default;
+    virtual std::size_t getNumPoints() const = 0;
+    /// Behind the last point: a position to start a new point from.
+    virtual halCore::Vec3 pointAtIndex(unsigned long index) const = 0;
+    /// Behind the last point: appends.
+    virtual void setPointAtIndex(unsigned long index, const halCore::Vec3& point) = 0;
+    /// Inserts before the point at the index; behind the last point: appends.
+    virtual void insertPointAtIndex(unsigned long index, const halCore::Vec3& point) = 0;
+    /// Behind the last point: nothing is deleted.
+    virtual void deletePointAtIndex(unsigned long index) = 0;
+};
+
+}  // namespace OverlayEditor
