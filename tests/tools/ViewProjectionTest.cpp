@@ -1,0 +1,189 @@
+#include <string>
+
+#include <GeographicLib/LocalCartesian.hpp>
+#include <gtest/gtest.h>
+
+#include "TestView.h"
+#include "tools/OpenGlView.h"
+#include "tools/PUDrawPoints.h"
+#include "tools/PointPainter.h"
+#include "tools/ViewProjection.h"
+
+namespace {
+
+using halCore::Vec3;
+using OverlayEditor::Pixel;
+using OverlayEditor::ViewProjection;
+
+struct Place {
+    const char* name;
+    double lat, lon;
+};
+constexpr Place kPlaces[] = {
+    {"Hawaii", 21.0, -158.0}, {"date line", -3.0, 180.0}, {"near the pole", 89.9, 40.0}, {"pole", 90.0, 0.0}};
+constexpr double kRanges[] = {100.0, 5e3, 1e6, 2e7};
+
+TEST(ViewProjection, PixelsAreExactAtEveryRange) {
+    for (const auto& place : kPlaces)
+        for (const double range : kRanges) {
+            SCOPED_TRACE(std::string(place.name) + " from " + std::to_string(range));
+            const TestView view(degrees(place.lat, place.lon, range));
+            const auto projection = view.projection();
+            const GeographicLib::LocalCartesian local(place.lat, place.lon, range);
+            // Ground positions a tenth of the range away from the one beneath.
+            for (const auto& [east, north] :
+                 {std::pair(0.1, 0.0), std::pair(-0.03, 0.1), std::pair(0.0, 0.0)}) {
+                double lat = 0.0, lon = 0.0, alt = 0.0;
+                local.Reverse(east * range, north * range, -range, lat, lon, alt);
+                double x = 0.0, y = 0.0, z = 0.0;
+                local.Forward(lat, lon, alt, x, y, z);
+                const auto pixel = projection.pixel(ViewProjection::toEcef(degrees(lat, lon, alt)));
+                ASSERT_TRUE(pixel);
+                const double focalPixels = TestView::kFocal * TestView::kHeight / 2.0;
+                EXPECT_NEAR(pixel->x, TestView::kWidth / 2.0 + focalPixels * x / -z, 1e-3);
+                EXPECT_NEAR(pixel->y, TestView::kHeight / 2.0 - focalPixels * y / -z, 1e-3);
+            }
+            EXPECT_NEAR(projection.metersPerPixel(ViewProjection::toEcef(degrees(place.lat, place.lon))),
+                        range / (TestView::kFocal * TestView::kHeight / 2.0), range * 1e-9);
+        }
+}
+
+TEST(ViewProjection, TheEarthHidesWhatLiesBehindTheHorizon) {
+    constexpr double kRadius = 6378137.0;
+    for (const double height : {10.0, 1e3, 1e6, 2e7}) {
+        SCOPED_TRACE(height);
+        const TestView view(degrees(0.0, 179.0, height));
+        const auto projection = view.projection();
+        // Along the equator the earth is a circle.
+        const double horizon = std::acos(kRadius / (kRadius + height));
+        const auto hidden = [&](double away, double alt) {
+            return projection.isHiddenByEarth(ViewProjection::toEcef(Vec3(0.0, 179.0 * kDegree + away, alt)));
+        };
+        for (const double side : {-1.0, 1.0}) {
+            EXPECT_FALSE(hidden(side * horizon * 0.999, 0.0));
+            EXPECT_TRUE(hidden(side * horizon * 1.001, 0.0));
+            // As far again beyond the horizon a point as high as the eye just comes into sight.
+            EXPECT_FALSE(hidden(side * horizon * 1.999, height));
+            EXPECT_TRUE(hidden(side * horizon * 2.001, height));
+        }
+        EXPECT_TRUE(hidden(std::numbers::pi, 0.0));
+        EXPECT_FALSE(hidden(0.0, height * 2.0)) << "behind the eye, not behind the earth";
+    }
+    const TestView view(degrees(10.0, 20.0, 1e5));
+    EXPECT_TRUE(view.projection().visiblePixel(degrees(10.0, 20.0, -300.0))) << "below the ground, in sight";
+    EXPECT_FALSE(view.projection().visiblePixel(degrees(-10.0, -160.0)));
+    EXPECT_FALSE(view.projection().pixel(ViewProjection::toEcef(degrees(10.0, 20.0, 2e5))))
+        << "behind the eye";
+}
+
+TEST(ViewProjection, LinesAreCutAtTheEyeAndFarOutside) {
+    const TestView view(degrees(10.0, 20.0, 1e5));
+    const auto projection = view.projection();
+    const auto below = ViewProjection::toEcef(degrees(10.0, 20.0));
+    const auto right = ViewProjection::toEcef(degrees(10.0, 20.3));
+    const auto behind = ViewProjection::toEcef(degrees(10.0, 20.01, 3e5));
+
+    const auto whole = projection.segment(below, right);
+    ASSERT_TRUE(whole);
+    EXPECT_NEAR(whole->first.x, 400.0, 1e-6);
+    EXPECT_NEAR(whole->second.x, projection.pixel(right)->x, 1e-9);
+    const auto cut = projection.segment(below, behind);
+    ASSERT_TRUE(cut);
+    EXPECT_NEAR(cut->first.x, 400.0, 1e-6);
+    EXPECT_LE(std::abs(cut->second.x), 4.0 * TestView::kWidth);
+    EXPECT_GT(cut->second.x, 400.0) << "leaves on the side to which it leans";
+    EXPECT_FALSE(projection.segment(behind, ViewProjection::toEcef(degrees(10.0, 20.0, 2e5))));
+}
+
+TEST(ViewProjection, KnowsNothingWithoutAView) {
+    const ViewProjection none;
+    EXPECT_FALSE(none.isValid());
+    EXPECT_FALSE(none.pixel(ViewProjection::toEcef(degrees(1.0, 2.0))));
+    EXPECT_FALSE(none.visiblePixel(degrees(1.0, 2.0)));
+    EXPECT_EQ(none.metersPerPixel(ViewProjection::toEcef(degrees(1.0, 2.0))), 0.0);
+    EXPECT_FALSE(ViewProjection({}, {}, {}, 800, 600).isValid()) << "empty matrices";
+}
+
+TEST(Grabbing, IsJudgedInPixels) {
+    const TestView view(degrees(21.0, 180.0, 5e4));
+    const auto projection = view.projection();
+    const auto twice = view.projection(2.0);
+    for (const double alt : {0.0, 8000.0}) {
+        const PluginUtils::PUDrawPoint point(degrees(21.01, -179.99, alt), 0xFF);
+        const auto at = *projection.visiblePixel(point.getPosition());
+        for (const auto& [away, once, dense] :
+             {std::tuple(0.0, true, true), std::tuple(7.9, true, true), std::tuple(8.1, false, true),
+              std::tuple(15.9, false, true), std::tuple(16.1, false, false)}) {
+            SCOPED_TRACE(away);
+            const auto cursor = *view.pick(at.x - away * 0.6, at.y + away * 0.8);
+            EXPECT_EQ(PluginUtils::canGrab(point, cursor, projection), once);
+            EXPECT_EQ(PluginUtils::canGrab(point, cursor, twice), dense);
+        }
+    }
+    const PluginUtils::PUDrawPoint farSide(degrees(-21.0, 0.0), 0xFF);
+    EXPECT_FALSE(PluginUtils::canGrab(farSide, *view.pick(400, 300), projection));
+    EXPECT_TRUE(PluginUtils::canGrab(farSide, degrees(-21.0, 360.0), {})) << "no view yet: the same place";
+    EXPECT_FALSE(PluginUtils::canGrab(farSide, degrees(-21.0, 0.001), {}));
+}
+
+TEST(Grabbing, TheFirstOfManyWins) {
+    const TestView view(degrees(0.0, 0.0, 1e6));
+    const auto projection = view.projection();
+    PluginUtils::PUDrawPoints points(0xFFFFFFFF);
+    std::vector<Vec3> places;
+    for (int i = 0; i < 1000; ++i) places.push_back(degrees(0.0, 0.001 * i));
+    points.setPositions(places);
+    EXPECT_EQ(points.grabbedBy(degrees(0.0, 0.0), projection), 0u);
+    const auto* const kept = &points.point(5);
+    EXPECT_EQ(points.indexOf(kept), 5u);
+
+    // What moved is found where it is now.
+    places[3] = degrees(2.0, 2.0);
+    points.setPositions(places);
+    EXPECT_EQ(points.grabbedBy(degrees(2.0, 2.0), projection), 3u);
+    points.point(4).setPosition(degrees(-2.0, 2.0));
+    EXPECT_EQ(points.grabbedBy(degrees(-2.0, 2.0), projection), 4u);
+    places.resize(10);
+    points.setPositions(places);
+    EXPECT_EQ(points.size(), 10u);
+    EXPECT_EQ(&points.point(5), kept);
+    EXPECT_FALSE(points.grabbedBy(degrees(5.0, 0.9), projection));
+    EXPECT_FALSE(points.indexOf(nullptr));
+}
+
+TEST(PixelScale, IsLearnedFromOnePlaceInBothPixels) {
+    using OverlayEditor::pixelScaleFrom;
+    EXPECT_EQ(pixelScaleFrom({400.3, 299.8}, 400, 300), 1.0);
+    EXPECT_EQ(pixelScaleFrom({801.0, 599.0}, 400, 300), 2.0);
+    EXPECT_EQ(pixelScaleFrom({150.4, 375.2}, 100, 250), 1.5);
+    EXPECT_EQ(pixelScaleFrom({800.0, 300.0}, 400, 300), 0.0) << "the view has moved in between";
+    EXPECT_EQ(pixelScaleFrom({440.0, 330.0}, 400, 300), 0.0);
+    EXPECT_EQ(pixelScaleFrom({40.0, 600.0}, 20, 300), 0.0) << "too near to the edge to tell";
+}
+
+TEST(Labels, StayInsideTheView) {
+    struct Case {
+        const char* name;
+        Pixel point;
+        bool above;
+        double left, top;
+    };
+    const Case cases[] = {
+        {"below right", {400, 300}, false, 413, 313},
+        {"above right", {400, 300}, true, 413, 267},
+        {"no room above", {400, 20}, true, 413, 33},
+        {"no room below", {400, 590}, false, 413, 557},
+        {"no room to the right", {790, 300}, false, 600, 313},
+        {"left of the view", {-100, 300}, false, 0, 313},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto box = OverlayEditor::placeLabel(c.point, 200, 20, c.above, 13, 800, 600);
+        EXPECT_EQ(box.left, c.left);
+        EXPECT_EQ(box.top, c.top);
+    }
+    EXPECT_EQ(OverlayEditor::placeLabel({100, 100}, 900, 20, false, 13, 800, 600).left, 0.0)
+        << "wider than the view: its beginning is seen";
+}
+
+}  // namespace

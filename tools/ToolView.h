@@ -1,0 +1,67 @@
+#pragma once
+
+#include <vector>
+
+#include "model/PUDrawPoint.h"
+#include "tools/PUDrawLine.h"
+#include "tools/ViewProjection.h"
+
+namespace OverlayEditor {
+
+/// What a tool wants drawn in one frame, from the back to the front. It refers to the tool's own things.
+class ToolPicture {
+  public:
+    struct Point {
+        const PluginUtils::PUDrawPoint* point;
+        halCore::Vec3 ecef;
+    };
+
+    void clear() {
+        points_.clear();
+        lines_.clear();
+    }
+    /// Hidden points and lines are left out.
+    void add(const PluginUtils::PUDrawPoint& point) {
+        if (point.isShown()) points_.push_back({&point, ViewProjection::toEcef(point.getPosition())});
+    }
+    /// The same for a point whose place is known earth-centred.
+    void add(const PluginUtils::PUDrawPoint& point, const halCore::Vec3& ecef) {
+        if (point.isShown()) points_.push_back({&point, ecef});
+    }
+    void add(const PluginUtils::PUDrawLine& line) {
+        if (line.isShown()) lines_.push_back(&line);
+    }
+
+    const std::vector<Point>& points() const { return points_; }
+    const std::vector<const PluginUtils::PUDrawLine*>& lines() const { return lines_; }
+    bool isEmpty() const { return points_.empty() && lines_.empty(); }
+
+  private:
+    std::vector<Point> points_;
+    std::vector<const PluginUtils::PUDrawLine*> lines_;
+};
+
+/// The view as the tools see it: how it looks in this frame, and where their picture goes. The host's
+/// OpenGL view unless another one is installed.
+class ToolView {
+  public:
+    virtual ~ToolView() = default;
+
+    /// In the refresh hook: the view as it is now. Not valid when nothing can be drawn.
+    virtual ViewProjection capture(int width, int height) = 0;
+    /// In the refresh hook, with what capture answered in it.
+    virtual void paint(const ViewProjection& view, const ToolPicture& picture) = 0;
+    /// A pixel of a mouse event and the ground position that the host has there; views learn from it how
+    /// many device pixels such a pixel has.
+    virtual void sawCursor(const ViewProjection& view, int x, int y, const halCore::Vec3& ground) = 0;
+
+    static ToolView& current();
+    /// Not owned; null for the host's.
+    static void install(ToolView* view);
+};
+
+/// Frees what the drawing tools hold in OpenGL: fonts. Needs a current context; to be called at close.
+/// Drawing again afterwards makes it anew.
+void releaseGraphics();
+
+}  // namespace OverlayEditor
