@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/MouseTool.h"
+#include "tools/NullMouseTool.h"
+
+namespace OverlayEditor {
+
+/// Routes the mouse events and the refreshes of the 3-D view to the one tool that is current. Tools stay
+/// owned by whoever made them; one that goes through ToolRetirement while it is current is replaced by
+/// the null tool. One manager at a time.
+class MouseManager {
+  public:
+    MouseManager();
+    /// Neither deactivates nor deletes the current tool.
+    ~MouseManager();
+    MouseManager(const MouseManager&) = delete;
+    MouseManager& operator=(const MouseManager&) = delete;
+
+    /// Retires the current tool (it gets a null draw-done callback and is deactivated) and makes this one
+    /// current. Null is the same as clearMouseTool.
+    void setCurrentMouseTool(MouseTool* tool, bool activate);
+    void clearMouseTool();
+    MouseTool* currentMouseTool() const { return current_; }
+    /// True unless the null tool is current.
+    bool isValid() const { return current_ != &nullTool_; }
+    bool isActive() const { return isValid() && current_->isActive(); }
+
+    /// \return non-zero when the tool consumed the event
+    int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event);
+    void preDrawOnRefresh(int width, int height);
+    /// For the current tool and those to come; not owned, null for nobody.
+    void setDrawDoneCallback(FunctorTwoParams__* callback);
+
+  private:
+    NullMouseTool nullTool_;
+    MouseTool* current_ = &nullTool_;
+    FunctorTwoParams__* drawDoneCallback_ = nullptr;
+};
+
+}  // namespace OverlayEditor
