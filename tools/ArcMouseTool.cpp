@@ -1,0 +1,112 @@
+#include "tools/ArcMouseTool.h"
+
+#include <array>
+#include <sstream>
+
+#include "geo/Angles.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+namespace {
+
+constexpr std::array kOrder = {CylinderMouseTool::Center, CylinderMouseTool::StartAngle,
+                               CylinderMouseTool::EndAngle, CylinderMouseTool::MajorAxis,
+                               CylinderMouseTool::MinorAxis};
+constexpr double kWedgeHeight = 500.0;
+
+}  // namespace
+
+ArcMouseTool::ArcMouseTool(const Preferences& preferences, CylinderShape& shape)
+    : CylinderMouseTool(preferences, shape, kOrder) {}
+
+ArcMouseTool::~ArcMouseTool() {
+    deactivate();
+}
+
+std::string ArcMouseTool::getPointText_(const Vec3& pos) const {
+    std::ostringstream text;
+    appendLLAText_(text, pos);
+    if (!shape_.centerPt()) return text.str();
+
+    const bool atCenter = grabbed_ == Center || grabbed_ == Height;
+    const double major = shape_.majorAxis();
+    const double minor = shape_.minorAxis();
+    if (grabbed_ == None) {
+        appendRange_(text, " Rad: ", radiusAt_(pos));
+    } else if (minor == 0.0 || major == minor) {
+        appendRange_(text, " Rad: ", major);
+    } else {
+        if (grabbed_ != MinorAxis) appendRange_(text, " XRad: ", major);
+        if (grabbed_ != MajorAxis) appendRange_(text, " YRad: ", minor);
+    }
+    if (!atCenter) text << " T: " << prefs_.unitsProvider()->formatAngle(bearingAt_(pos));
+    return text.str();
+}
+
+void ArcMouseTool::handleStartDrag_(const Vec3& pos) {
+    firstPress_ = !shape_.centerPt();
+    if (!firstPress_) return;
+    shape_.setCenter(pos);
+    updateEditPoints_();
+}
+
+void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
+    if (releasedOnPoint_(pos) || !shape_.centerPt()) {
+        handleAbortDrag_();
+        return;
+    }
+    firstPress_ = false;
+    if (!shape_.startAnglePt()) {
+        shape_.setMajorRadius(pos);
+        shape_.setStartAnglePt(pos);
+        updateEditPoints_();
+        return;
+    }
+    // Both radii only now: with a minor one the half-drawn arc would count as complete.
+    const double radius = radiusAt_(pos);
+    shape_.setMajorRadius(radius);
+    shape_.setMinorRadius(radius);
+    shape_.setEndAnglePt(pos);
+    shape_.updatePoints();
+    if (shape_.subtype() == CylinderShape::Wedge) shape_.setHeight(kWedgeHeight);
+    complete_();
+}
+
+void ArcMouseTool::handleAbortDrag_() {
+    if (firstPress_ && !shape_.startAnglePt()) resetShape_();
+    firstPress_ = false;
+}
+
+void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
+    if (grabbed == Center) {
+        shape_.moveCenter(pos);
+        return;
+    }
+    const Vec3 center = center_();
+    if (center.alt() != pos.alt()) shape_.moveCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    if (!shape_.isComplete()) {
+        shape_.setMajorRadius(pos);
+        shape_.setStartAnglePt(pos);
+        return;
+    }
+    if (grabbed == MajorAxis) shape_.setMajorRadius(radiusAt_(pos));
+    if (grabbed == MinorAxis) shape_.setMinorRadius(radiusAt_(pos));
+    if (grabbed == StartAngle) shape_.setStartAnglePt(pos);
+    if (grabbed == EndAngle) shape_.setEndAnglePt(pos);
+    shape_.updatePoints();
+}
+
+void ArcMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {
+    const double radius = radiusAt_(pos);
+    const double bearing = bearingAt_(pos);
+    rubberBand.setMajorRadius(radius);
+    rubberBand.setMinorRadius(radius);
+    // While there is no start yet, the quarter that would begin at the cursor.
+    const bool started = shape_.startAnglePt() != nullptr;
+    rubberBand.setStartAngle(started ? shape_.startAngle() : bearing);
+    rubberBand.setEndAngle(started ? bearing : bearing + halCore::kHalfPi);
+}
+
+}  // namespace OverlayEditor

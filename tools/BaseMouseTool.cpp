@@ -1,0 +1,259 @@
+#include "tools/BaseMouseTool.h"
+
+#include <cmath>
+#include <ostream>
+
+#include "geo/MgrsConvert.h"
+#include "geo/UnitTypes.h"
+#include "pi/PICommon.h"
+#include "pi/PIHALVIS.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+using PIGUI::PIMouseEvent;
+using PIGUI::PIMouseEventType_t;
+using PluginUtils::PUDrawPoint;
+
+namespace {
+
+constexpr int kWheelNotch = 120;
+constexpr double kAltitudeFactor = 1.25;
+constexpr double kFirstAltitude = 0.01;
+/// Share of the view's height, next to y = 0, in which labels go above their points.
+constexpr double kTextAboveBand = 0.05;
+
+Vec3 onGround(const Vec3& lla) {
+    return {lla.lat(), lla.lon(), 0.0};
+}
+
+}  // namespace
+
+int BaseMouseTool::handleMouseEvent(PIMouseEventType_t type, const PIMouseEvent& event) {
+    if (!isActive()) return 0;
+    checkNearPoint_();
+    switch (type) {
+        case PIMouseEventType_t::LeftPress:
+            return leftPress_(type, event);
+        case PIMouseEventType_t::LeftRelease:
+            return leftRelease_(type, event);
+        case PIMouseEventType_t::RightPress:
+            return rightPress_(type, event);
+        case PIMouseEventType_t::Motion:
+            return mouseMotion_(type, event);
+        case PIMouseEventType_t::Wheel:
+            return mouseWheel_(type, event);
+        default:
+            return 0;
+    }
+}
+
+int BaseMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
+    const bool grabs = nearPoint_ && (state_ == Hovering || grabsAgain_(event));
+    lastX_ = event.x;
+    lastY_ = event.y;
+    if (grabs) {
+        state_ = Dragging;
+        altitude_ = nearPoint_->getAltitude();
+        rememberGrab_(event);
+        removeTempGraphics_();
+        return 1;
+    }
+    if (state_ == Placing) {
+        if (const auto pos = cursorPosition_(event.x, event.y)) {
+            pressed_ = true;
+            handleStartDrag_(*pos);
+            PICommon::forceOpenGLRedraw();
+        }
+        return 1;
+    }
+    return state_ == Dragging ? 1 : 0;
+}
+
+int BaseMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent& event) {
+    if (state_ == Dragging) {
+        finishEditing_();
+        PICommon::forceOpenGLRedraw();
+        return 1;
+    }
+    if (state_ != Placing || !pressed_) return 0;
+    pressed_ = false;
+    PICommon::forceOpenGLRedraw();
+    if (const auto pos = cursorPosition_(event.x, event.y)) {
+        handleFinishDrag_(*pos);
+        return 1;
+    }
+    handleAbortDrag_();
+    return 0;
+}
+
+int BaseMouseTool::rightPress_(PIMouseEventType_t, const PIMouseEvent&) {
+    deactivate();
+    lastX_ = 0;
+    lastY_ = 0;
+    return 0;
+}
+
+int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
+    lastX_ = event.x;
+    lastY_ = event.y;
+    if (state_ == Inactive) return 0;
+    if (state_ == Dragging) {
+        const auto pos = cursorPosition_(event.x + grabOffsetX_, event.y + grabOffsetY_);
+        if (pos && nearPoint_) {
+            nearPoint_->setDescription(getPointText_(*pos));
+            handleMovePoint_(*pos);
+            PICommon::forceOpenGLRedraw();
+        }
+        return 1;
+    }
+    if (state_ == Placing) PICommon::forceOpenGLRedraw();
+    const auto pos = cursorPosition_(event.x, event.y);
+    if (!pos) return 0;
+    ToolView::current().sawCursor(view_, event.x, event.y, onGround(*pos));
+
+    if (showPoints_ && !pressed_) {
+        PUDrawPoint* const near = pointNearMouse_(*pos);
+        const bool hoversAgain = near && state_ != Hovering;
+        if (near != nearPoint_ || hoversAgain) {
+            forgetNearPoint_();
+            nearPoint_ = near;
+            PICommon::forceOpenGLRedraw();
+            if (near) {
+                near->setHighlighted(true);
+                altitude_ = near->getAltitude();
+                near->setDescription(getPointText_(near->getPosition()));
+                state_ = Hovering;
+                return 0;
+            }
+            finishEditing_();
+        }
+    }
+    return state_ == Placing ? 1 : 0;
+}
+
+int BaseMouseTool::mouseWheel_(PIMouseEventType_t, const PIMouseEvent& event) {
+    if ((event.modifiers & PIGUI::PIModifierShift) == 0) return 0;
+    altitude_ = adjustAltitude_(event.wheelDelta, altitude_);
+    if (nearPoint_) {
+        nearBeforeWheel_ = nearPoint_->getPosition();
+        const Vec3 raised(nearBeforeWheel_.lat(), nearBeforeWheel_.lon(), altitude_);
+        nearPoint_->setPosition(raised);
+        nearPoint_->setDescription(getPointText_(raised));
+    }
+    handleAltitudeChange_();
+    PICommon::forceOpenGLRedraw();
+    return event.wheelDelta != 0 ? 1 : 0;
+}
+
+void BaseMouseTool::preDrawOnRefresh(int width, int height) {
+    if (!isActive()) return;
+    checkNearPoint_();
+    picture_.clear();
+    view_ = ToolView::current().capture(width, height);
+
+    removeTempGraphics_();
+    redrawPointsForViewChange_();
+    if (state_ == Placing) {
+        // Before the first motion nobody knows where the cursor is.
+        const bool known = lastX_ != 0 || lastY_ != 0;
+        const auto pos = known ? cursorPosition_(lastX_, lastY_) : std::nullopt;
+        if (pos && cursorPoint_) {
+            cursorPoint_->setPosition(*pos);
+            cursorPoint_->setDescription(getPointText_(*pos));
+            cursorPoint_->show();
+            if (pressed_) drawTempGraphics_(*pos);
+            cursorPoint_->setDrawTextAbove(kTextAboveBand * height > lastY_);
+        } else if (cursorPoint_) {
+            cursorPoint_->hide();
+        }
+    } else if (cursorPoint_) {
+        cursorPoint_->hide();
+    }
+    finishRefresh_();
+
+    if (cursorPoint_) picture_.add(*cursorPoint_);
+    ToolView::current().paint(view_, picture_);
+    picture_.clear();
+}
+
+double BaseMouseTool::adjustAltitude_(int delta, double altitude) {
+    if (!(altitude > 0.0)) return kFirstAltitude;
+    return altitude * std::pow(kAltitudeFactor, delta / kWheelNotch);
+}
+
+std::unique_ptr<PUDrawPoint> BaseMouseTool::createEditPoint(const Vec3& pos, unsigned int rgba) {
+    auto point = std::make_unique<PUDrawPoint>(pos, rgba);
+    point->setEnableDepthBuffer(false);
+    point->setDrawAltimeter(true);
+    return point;
+}
+
+void BaseMouseTool::appendLLAText_(std::ostream& text, const Vec3& pos) const {
+    const auto& units = *prefs_.unitsProvider();
+    if (prefs_.coordinateSystem() == Preferences::MGRS) {
+        std::string mgrs;
+        std::string zone;
+        std::string square;
+        std::string easting;
+        std::string northing;
+        UTILS::MgrsConvert::geodeticToMgrs(pos.lat(), pos.lon(), mgrs);
+        UTILS::MgrsConvert::divideMgrs(mgrs, zone, square, easting, northing);
+        text << "MGRS: " << zone << ' ' << square << ' ' << easting << ' ' << northing << ' '
+             << units.formatAltitude(pos.alt());
+        return;
+    }
+    const auto abbreviation = UTILS::unitsGetAbbreviation(prefs_.altitudeUnits());
+    if (abbreviation.empty()) {
+        text.setstate(std::ios::failbit);
+        return;
+    }
+    text << "LLA: " << units.formatLatitude(pos.lat()) << ' ' << units.formatLongitude(pos.lon()) << ' '
+         << units.formatAltitude(pos.alt()) << ' ' << abbreviation;
+}
+
+void BaseMouseTool::notifyDrawDone_() {
+    if (drawDone_) (*drawDone_)(nullptr, nullptr);
+}
+
+void BaseMouseTool::forgetNearPoint_() {
+    if (!nearPoint_) return;
+    nearPoint_->setHighlighted(false);
+    nearPoint_->setDescription({});
+    nearPoint_ = nullptr;
+}
+
+std::optional<Vec3> BaseMouseTool::cursorPosition_(int x, int y) const {
+    double lat = 0.0;
+    double lon = 0.0;
+    if (PIHALVIS::getMouseCursorLLA(x, y, &lat, &lon, nullptr, PIData::PIVerticalDatum_t::WGS84) != 0)
+        return std::nullopt;
+    return Vec3(lat, lon, altitude_);
+}
+
+bool BaseMouseTool::grabsAgain_(const PIMouseEvent& event) {
+    if (state_ != Complete && state_ != Placing) return false;
+    if (!showPoints_ || event.x != lastX_ || event.y != lastY_) return false;
+    const auto pos = cursorPosition_(event.x, event.y);
+    return pos && pointNearMouse_(*pos) == nearPoint_;
+}
+
+void BaseMouseTool::rememberGrab_(const PIMouseEvent& event) {
+    grabOffsetX_ = 0;
+    grabOffsetY_ = 0;
+    const Vec3 foot = onGround(nearPoint_->getPosition());
+    const auto footPixel = view_.visiblePixel(foot);
+    const auto cursor = cursorPosition_(event.x, event.y);
+    if (!footPixel || !cursor) return;
+    const auto cursorPixel = view_.pixel(ViewProjection::toEcef(onGround(*cursor)));
+    if (!cursorPixel) return;
+    grabOffsetX_ = static_cast<int>(std::lround((footPixel->x - cursorPixel->x) / view_.pixelScale()));
+    grabOffsetY_ = static_cast<int>(std::lround((footPixel->y - cursorPixel->y) / view_.pixelScale()));
+}
+
+void BaseMouseTool::checkNearPoint_() {
+    if (nearPoint_ && !hasPoint_(nearPoint_)) nearPoint_ = nullptr;
+    if (!nearPoint_ && (state_ == Dragging || state_ == Hovering)) finishEditing_();
+}
+
+}  // namespace OverlayEditor

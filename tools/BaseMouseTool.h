@@ -1,0 +1,125 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "model/MouseTool.h"
+#include "model/PUDrawPoint.h"
+#include "model/Preferences.h"
+#include "tools/ToolView.h"
+#include "tools/ViewProjection.h"
+
+namespace OverlayEditor {
+
+/// The event sequence that all drawing tools share: placing with press, drag and release, hovering over
+/// edit points and dragging them, the working altitude, and the point that follows the cursor. A tool of
+/// a shape fills in the hooks.
+///
+/// A position is the latitude and longitude under the cursor and the working altitude. Nothing of the
+/// tool but its own fields is touched after a hook that may end in the shape's deletion.
+class BaseMouseTool : public MouseTool {
+  public:
+    enum State {
+        Inactive = 0,
+        Complete = 1,  ///< edit points can be hovered and dragged; other presses reach the host
+        Placing = 2,   ///< the cursor point follows the mouse; a press starts a point or a shape
+        Dragging = 3,  ///< an edit point
+        Hovering = 4   ///< an edit point, which is highlighted
+    };
+
+    explicit BaseMouseTool(const Preferences& preferences) : prefs_(preferences) {}
+    BaseMouseTool(const BaseMouseTool&) = delete;
+    BaseMouseTool& operator=(const BaseMouseTool&) = delete;
+
+    int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    void preDrawOnRefresh(int width, int height) override;
+    bool isActive() const override { return state_ != Inactive; }
+    void setShowPoints(bool shown) override { showPoints_ = shown; }
+    void setDrawDoneCallback(FunctorTwoParams__* callback) override { drawDone_ = callback; }
+    int leftPress_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    int leftRelease_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    int rightPress_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    int mouseWheel_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    int mouseMotion_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+
+    State state() const { return state_; }
+    /// Metres, for new and moved points.
+    double getCurrentAltitude_() const { return altitude_; }
+    const PluginUtils::PUDrawPoint* nearPoint() const { return nearPoint_; }
+    const PluginUtils::PUDrawPoint* cursorPoint() const { return cursorPoint_.get(); }
+
+  protected:
+    /// Each refresh while the left button is held in Placing, at the cursor.
+    virtual void drawTempGraphics_(const halCore::Vec3& pos) = 0;
+    /// A dragged point was released, or the cursor left a highlighted one: leads back to Complete or Placing.
+    virtual void finishEditing_() = 0;
+    /// The label of a point at that position.
+    virtual std::string getPointText_(const halCore::Vec3& pos) const = 0;
+    /// Left press on the earth in Placing.
+    virtual void handleStartDrag_(const halCore::Vec3& pos) = 0;
+    /// Left release on the earth after such a press.
+    virtual void handleFinishDrag_(const halCore::Vec3& pos) = 0;
+    /// Left release off the earth after such a press, or the tool ends before the release.
+    virtual void handleAbortDrag_() = 0;
+    /// The wheel changed the working altitude; nearPoint_ has taken it already.
+    virtual void handleAltitudeChange_() = 0;
+    /// The cursor moves while an existing point is dragged.
+    virtual void handleMovePoint_(const halCore::Vec3& pos) = 0;
+    /// The edit point under the cursor, null for none.
+    virtual PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) = 0;
+    /// Each refresh while active: adds the edit points to picture_.
+    virtual void redrawPointsForViewChange_() = 0;
+    /// Each refresh while active, and when the drag of an existing point starts.
+    virtual void removeTempGraphics_() = 0;
+
+    /// Whether nearPoint_ is still one of the shape's points: others than the tool may have removed it.
+    virtual bool hasPoint_(const PluginUtils::PUDrawPoint*) const { return true; }
+    /// The temporary graphics of this refresh are complete.
+    virtual void finishRefresh_() {}
+
+    /// Times 1.25 for each whole notch; from 0 or below always 0.01, which gives the scaling a start.
+    static double adjustAltitude_(int delta, double altitude);
+    /// Hidden, without a label, with an altimeter line and no depth test.
+    static std::unique_ptr<PluginUtils::PUDrawPoint> createEditPoint(const halCore::Vec3& pos,
+                                                                     unsigned int rgba);
+    /// Writes the coordinates as the preferences want them, "LLA: ..." or "MGRS: ...".
+    void appendLLAText_(std::ostream& text, const halCore::Vec3& pos) const;
+    /// The callback may end in this tool's retirement: nothing may follow.
+    void notifyDrawDone_();
+    /// No point is highlighted or dragged any more; its label goes.
+    void forgetNearPoint_();
+    /// Latitude, longitude and working altitude at a pixel of a mouse event, none off the earth.
+    std::optional<halCore::Vec3> cursorPosition_(int x, int y) const;
+
+    bool showPoints_ = true;
+    const Preferences& prefs_;
+    State state_ = Inactive;
+    PluginUtils::PUDrawPoint* nearPoint_ = nullptr;
+    std::unique_ptr<PluginUtils::PUDrawPoint> cursorPoint_;
+    double altitude_ = 0.0;
+    int lastX_ = 0;
+    int lastY_ = 0;
+    bool pressed_ = false;
+    FunctorTwoParams__* drawDone_ = nullptr;
+
+    /// The view in the last refresh.
+    ViewProjection view_;
+    /// What this refresh draws.
+    ToolPicture picture_;
+    /// Where nearPoint_ was before the wheel moved it.
+    halCore::Vec3 nearBeforeWheel_;
+
+  private:
+    /// After a drag its point stays highlighted; pressed again before the cursor moves, it is grabbed again.
+    bool grabsAgain_(const PIGUI::PIMouseEvent& event);
+    void rememberGrab_(const PIGUI::PIMouseEvent& event);
+    void checkNearPoint_();
+
+    /// From the cursor to the place on the ground beneath the point that was grabbed, in its pixels.
+    int grabOffsetX_ = 0;
+    int grabOffsetY_ = 0;
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,69 @@
+#include "tools/CircleMouseTool.h"
+
+#include <array>
+#include <sstream>
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+namespace {
+
+constexpr std::array kOrder = {CylinderMouseTool::Center, CylinderMouseTool::MajorAxis};
+
+}  // namespace
+
+CircleMouseTool::CircleMouseTool(const Preferences& preferences, CylinderShape& shape)
+    : CylinderMouseTool(preferences, shape, kOrder) {}
+
+CircleMouseTool::~CircleMouseTool() {
+    deactivate();
+}
+
+std::string CircleMouseTool::getPointText_(const Vec3& pos) const {
+    double radius = shape_.majorAxis();
+    if (grabbed_ == None && shape_.centerPt()) radius = radiusAt_(pos);
+    std::ostringstream text;
+    appendLLAText_(text, pos);
+    appendRange_(text, " Rad: ", radius);
+    return text.str();
+}
+
+void CircleMouseTool::handleStartDrag_(const Vec3& pos) {
+    if (shape_.centerPt()) return;
+    shape_.setCenter(pos);
+    updateEditPoints_();
+}
+
+void CircleMouseTool::handleFinishDrag_(const Vec3& pos) {
+    if (releasedOnPoint_(pos)) {
+        handleAbortDrag_();
+        return;
+    }
+    if (!shape_.centerPt() || shape_.majorAxis() != 0.0) return;
+    shape_.setMajorRadius(pos);
+    complete_();
+}
+
+void CircleMouseTool::handleAbortDrag_() {
+    if (shape_.centerPt() && shape_.majorAxis() == 0.0) resetShape_();
+}
+
+void CircleMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
+    if (grabbed == Center) {
+        const auto* const radiusPoint = shape_.majorAxisPt();
+        const Vec3 onEdge = radiusPoint ? radiusPoint->getPosition() : Vec3();
+        shape_.setCenter(pos);
+        if (radiusPoint) shape_.setMajorRadius(Vec3(onEdge.lat(), onEdge.lon(), pos.alt()));
+        return;
+    }
+    const Vec3 center = center_();
+    if (center.alt() != pos.alt()) shape_.setCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    shape_.setMajorRadius(pos);
+}
+
+void CircleMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {
+    rubberBand.setMajorRadius(pos);
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,199 @@
+#include "tools/CylinderMouseTool.h"
+
+#include <algorithm>
+#include <array>
+#include <ostream>
+
+#include "geo/Angles.h"
+#include "geo/Sodano.h"
+#include "tools/PUDrawPoints.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+using PluginUtils::PUDrawPoint;
+
+namespace {
+
+constexpr unsigned int kHeightColor = 0x00FFFFFF;
+/// How far from the centre the height handle keeps, in pixels of the mouse events.
+constexpr double kHandleDistance = 28.0;
+
+}  // namespace
+
+CylinderMouseTool::CylinderMouseTool(const Preferences& preferences, CylinderShape& shape,
+                                     std::span<const Grabbed> order)
+    : ShapeMouseTool(preferences), shape_(shape), order_(order) {}
+
+PUDrawPoint* CylinderMouseTool::pointOf_(Grabbed which) const {
+    switch (which) {
+        case Center:
+            return shape_.centerPt();
+        case MajorAxis:
+            return shape_.majorAxisPt();
+        case MinorAxis:
+            return shape_.minorAxisPt();
+        case StartAngle:
+            return shape_.startAnglePt();
+        case EndAngle:
+            return shape_.endAnglePt();
+        case Height:
+        case None:
+            break;
+    }
+    return nullptr;
+}
+
+CylinderMouseTool::Grabbed CylinderMouseTool::whichPoint_(const PUDrawPoint* point) const {
+    if (!point) return None;
+    if (point == heightHandle_.get()) return Height;
+    const auto found = std::ranges::find(order_, point, [&](Grabbed which) { return pointOf_(which); });
+    return found == order_.end() ? None : *found;
+}
+
+bool CylinderMouseTool::hasPoint_(const PUDrawPoint* point) const {
+    return whichPoint_(point) != None;
+}
+
+PUDrawPoint* CylinderMouseTool::pointNearMouse_(const Vec3& pos) {
+    grabbed_ = None;
+    for (const Grabbed which : order_) {
+        PUDrawPoint* const point = pointOf_(which);
+        if (!point || !PluginUtils::canGrab(*point, pos, view_)) continue;
+        grabbed_ = which;
+        return point;
+    }
+    updateHeightHandle_();
+    if (heightHandle_ && view_.isValid()) {
+        const auto handle = view_.pixel(heightHandlePlace_());
+        const auto cursor = view_.pixel(ViewProjection::toEcef(Vec3(pos.lat(), pos.lon(), 0.0)));
+        if (handle && cursor && view_.visiblePixel(heightHandle_->getPosition()) &&
+            distance(*handle, *cursor) <= PluginUtils::kGrabRadius * view_.pixelScale()) {
+            grabbed_ = Height;
+            return heightHandle_.get();
+        }
+    }
+    return nullptr;
+}
+
+void CylinderMouseTool::redrawPointsForViewChange_() {
+    for (const Grabbed which : order_)
+        if (const PUDrawPoint* const point = pointOf_(which)) picture_.add(*point);
+    updateHeightHandle_();
+    if (heightHandle_ && view_.visiblePixel(heightHandle_->getPosition()))
+        picture_.add(*heightHandle_, heightHandlePlace_());
+}
+
+void CylinderMouseTool::handleAltitudeChange_() {
+    if (!nearPoint_) return;
+    const Grabbed before = grabbed_;
+    grabbed_ = whichPoint_(nearPoint_);
+    // The shape itself moves its point, with what hangs on it, from where it was.
+    const Vec3 raised = nearPoint_->getPosition();
+    nearPoint_->setPosition(nearBeforeWheel_);
+    handleMovePoint_(raised);
+    grabbed_ = before;
+}
+
+void CylinderMouseTool::handleMovePoint_(const Vec3& pos) {
+    if (!shape_.centerPt() || grabbed_ == None) return;
+    if (grabbed_ == Height)
+        moveHeightHandle_(pos);
+    else
+        movePoint_(grabbed_, pos);
+    updateEditPoints_();
+    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
+}
+
+void CylinderMouseTool::moveHeightHandle_(const Vec3& pos) {
+    const Vec3 center = center_();
+    const Vec3 beneath(pos.lat(), pos.lon(), center.alt());
+    const bool lifted = pos.alt() != heightHandle_->getAltitude();
+    if (beneath != center) movePoint_(Center, beneath);
+    if (lifted) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
+    updateHeightHandle_();
+}
+
+bool CylinderMouseTool::hasHeight_() const {
+    static constexpr std::array kinds = {CylinderShape::Cylinder, CylinderShape::Wedge,
+                                         CylinderShape::Ellipsoid, CylinderShape::Cone};
+    return std::ranges::find(kinds, shape_.subtype()) != kinds.end();
+}
+
+void CylinderMouseTool::updateHeightHandle_() {
+    if (!isActive() || !hasHeight_() || !shape_.centerPt() || !shape_.isComplete()) {
+        if (heightHandle_ && nearPoint_ == heightHandle_.get()) forgetNearPoint_();
+        heightHandle_.reset();
+        return;
+    }
+    const Vec3 center = center_();
+    const Vec3 top(center.lat(), center.lon(), center.alt() + shape_.height());
+    if (!heightHandle_) heightHandle_ = createEditPoint(top, kHeightColor);
+    heightHandle_->setPosition(top);
+    if (showPoints_)
+        heightHandle_->show();
+    else
+        heightHandle_->hide();
+}
+
+Vec3 CylinderMouseTool::heightHandlePlace_() const {
+    const Vec3 top = ViewProjection::toEcef(heightHandle_->getPosition());
+    const Vec3 center = ViewProjection::toEcef(center_());
+    const auto topPixel = view_.pixel(top);
+    const auto centerPixel = view_.pixel(center);
+    const double apart = kHandleDistance * view_.pixelScale();
+    if (!topPixel || !centerPixel || distance(*topPixel, *centerPixel) >= apart) return top;
+    return view_.raised(center, apart);
+}
+
+void CylinderMouseTool::showEditPoints_(bool shown) {
+    shape_.setEditPointsShown(shown, false);
+    if (!shown) {
+        if (heightHandle_ && nearPoint_ == heightHandle_.get()) forgetNearPoint_();
+        heightHandle_.reset();
+    }
+}
+
+std::unique_ptr<BaseLineShape> CylinderMouseTool::makeRubberBand_() const {
+    return std::unique_ptr<BaseLineShape>(static_cast<CylinderShape*>(shape_.clone()));
+}
+
+bool CylinderMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3& pos) {
+    if (!shape_.centerPt()) return false;
+    auto& cylinder = static_cast<CylinderShape&>(rubberBand);
+    cylinder.setCenter(center_());
+    spanRubberBand_(cylinder, pos);
+    return true;
+}
+
+bool CylinderMouseTool::releasedOnPoint_(const Vec3& pos) {
+    const bool onPoint = pointNearMouse_(pos) != nullptr;
+    clearGrab_();
+    return onPoint;
+}
+
+void CylinderMouseTool::resetShape_() {
+    forgetNearPoint_();
+    clearGrab_();
+    shape_.clear();
+}
+
+void CylinderMouseTool::complete_() {
+    state_ = Complete;
+    updateEditPoints_();
+    shape_.fillGui();
+}
+
+double CylinderMouseTool::radiusAt_(const Vec3& pos) const {
+    return halCore::Sodano::inverse(center_(), pos).distance;
+}
+
+double CylinderMouseTool::bearingAt_(const Vec3& pos) const {
+    return halCore::wrapToTwoPi(halCore::Sodano::inverse(center_(), pos).azimuth1);
+}
+
+void CylinderMouseTool::appendRange_(std::ostream& text, std::string_view label, double meters) const {
+    text << label << prefs_.unitsProvider()->formatRange(meters);
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,29 @@
+#include "tools/MakeMouseTool.h"
+
+#include "tools/ArcMouseTool.h"
+#include "tools/CircleMouseTool.h"
+#include "tools/ThreePointMouse.h"
+
+namespace OverlayEditor {
+
+MouseToolPtr makeMouseTool(const Preferences& preferences, CylinderShape& shape) {
+    switch (shape.subtype()) {
+        case CylinderShape::Circle:
+        case CylinderShape::Sphere:
+        case CylinderShape::Hemisphere:
+        case CylinderShape::Cone:
+            return MouseToolPtr(new CircleMouseTool(preferences, shape));
+        case CylinderShape::Arc:
+        case CylinderShape::Wedge:
+            return MouseToolPtr(new ArcMouseTool(preferences, shape));
+        case CylinderShape::Ellipse:
+        case CylinderShape::Cylinder:
+        case CylinderShape::Ellipsoid:
+            return MouseToolPtr(new ThreePointMouse(preferences, shape));
+        case CylinderShape::NoSubtype:
+            break;
+    }
+    return nullptr;
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,102 @@
+#include "tools/ShapeMouseTool.h"
+
+#include "pi/PICommon.h"
+#include "pi/PIWidgets.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+namespace {
+
+constexpr unsigned int kCursorColor = 0xFFFFFFFF;
+
+}  // namespace
+
+void ShapeMouseTool::activate() {
+    if (isActive()) return;
+    cursorPoint_ = createEditPoint(Vec3(), kCursorColor);
+    state_ = restingState_();
+    pressed_ = false;
+    updateEditPoints_();
+    if (!rubberBand_) {
+        rubberBand_ = makeRubberBand_();
+        if (rubberBand_) {
+            rubberBand_->setShown(false);
+            rubberBand_->setActive(true);
+            rubberBand_->setLineColor(255, 115, 0, 255);
+        }
+        rubberBandShown_ = false;
+    }
+    PIGUI::grabMouse();
+    PICommon::forceOpenGLRedraw();
+}
+
+void ShapeMouseTool::deactivate() {
+    if (!isActive()) return;
+    if (pressed_) {
+        pressed_ = false;
+        handleAbortDrag_();
+    }
+    finishEditing_();
+    forgetNearPoint_();
+    removeTempGraphics_();
+    rubberBandShown_ = false;
+    rubberBand_.reset();
+    cursorPoint_.reset();
+    showEditPoints_(false);
+    state_ = Inactive;
+    PIGUI::ungrabMouse();
+    PICommon::forceOpenGLRedraw();
+    notifyDrawDone_();
+}
+
+void ShapeMouseTool::setShowPoints(bool shown) {
+    BaseMouseTool::setShowPoints(shown);
+    if (!isActive()) return;
+    if (!shown && state_ != Dragging) {
+        forgetNearPoint_();
+        if (state_ == Hovering) finishEditing_();
+    }
+    updateEditPoints_();
+    PICommon::forceOpenGLRedraw();
+}
+
+void ShapeMouseTool::preDrawOnRefresh(int width, int height) {
+    refreshing_ = true;
+    BaseMouseTool::preDrawOnRefresh(width, height);
+    refreshing_ = false;
+}
+
+void ShapeMouseTool::finishEditing_() {
+    clearGrab_();
+    state_ = restingState_();
+}
+
+void ShapeMouseTool::drawTempGraphics_(const Vec3& pos) {
+    if (!rubberBand_) return;
+    rubberBandWanted_ = true;
+    if (rubberBandShown_ && rubberBandAt_ == pos) return;
+    hideRubberBand_();
+    if (!shapeRubberBand_(*rubberBand_, pos)) return;
+    rubberBandAt_ = pos;
+    rubberBandShown_ = true;
+    rubberBand_->setShown(true);
+}
+
+void ShapeMouseTool::removeTempGraphics_() {
+    rubberBandWanted_ = false;
+    if (!refreshing_) hideRubberBand_();
+}
+
+void ShapeMouseTool::finishRefresh_() {
+    if (!rubberBandWanted_) hideRubberBand_();
+}
+
+void ShapeMouseTool::hideRubberBand_() {
+    if (!rubberBandShown_) return;
+    rubberBandShown_ = false;
+    rubberBand_->setShown(false);
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+
+#include "model/BaseLineShape.h"
+#include "tools/BaseMouseTool.h"
+
+namespace OverlayEditor {
+
+/// What the drawing tools have in common beside the event sequence: being activated and deactivated, the
+/// shape's edit points, and the rubber band. The rubber band is an orange copy of the shape that the host
+/// shows while the button is held; it is handed over anew only when the cursor has moved.
+///
+/// The destructor of a concrete tool calls deactivate().
+class ShapeMouseTool : public BaseMouseTool {
+  public:
+    using BaseMouseTool::BaseMouseTool;
+
+    void activate() override;
+    void deactivate() override;
+    void setShowPoints(bool shown) override;
+
+  protected:
+    void drawTempGraphics_(const halCore::Vec3& pos) override;
+    void finishEditing_() override;
+    void removeTempGraphics_() override;
+    void finishRefresh_() override;
+
+    virtual bool isComplete_() const = 0;
+    /// Shows or hides the shape's edit points.
+    virtual void showEditPoints_(bool shown) = 0;
+    /// A copy of the shape; null for a tool without a rubber band.
+    virtual std::unique_ptr<BaseLineShape> makeRubberBand_() const = 0;
+    /// Gives the rubber band its geometry for a cursor. It is not displayed meanwhile.
+    /// \return false when there is nothing to show
+    virtual bool shapeRubberBand_(BaseLineShape& rubberBand, const halCore::Vec3& pos) = 0;
+    /// Forgets which point is grabbed.
+    virtual void clearGrab_() = 0;
+
+    State restingState_() const { return isComplete_() ? Complete : Placing; }
+    void updateEditPoints_() { showEditPoints_(showPoints_); }
+
+  private:
+    void hideRubberBand_();
+
+    std::unique_ptr<BaseLineShape> rubberBand_;
+    bool rubberBandShown_ = false;
+    /// During a refresh the rubber band is hidden only at its end, and only when it was not drawn again.
+    bool rubberBandWanted_ = false;
+    bool refreshing_ = false;
+    halCore::Vec3 rubberBandAt_;
+
+  public:
+    void preDrawOnRefresh(int width, int height) override;
+};
+
+}  // namespace OverlayEditor

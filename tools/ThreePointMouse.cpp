@@ -1,0 +1,94 @@
+#include "tools/ThreePointMouse.h"
+
+#include <array>
+#include <sstream>
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+namespace {
+
+constexpr std::array kOrder = {CylinderMouseTool::Center, CylinderMouseTool::MajorAxis,
+                               CylinderMouseTool::MinorAxis};
+
+}  // namespace
+
+ThreePointMouse::ThreePointMouse(const Preferences& preferences, CylinderShape& shape)
+    : CylinderMouseTool(preferences, shape, kOrder) {}
+
+ThreePointMouse::~ThreePointMouse() {
+    deactivate();
+}
+
+std::string ThreePointMouse::getPointText_(const Vec3& pos) const {
+    std::ostringstream text;
+    appendLLAText_(text, pos);
+    if (!shape_.centerPt()) return text.str();
+
+    const double major = shape_.majorAxis();
+    const double placed = grabbed_ == None ? radiusAt_(pos) : 0.0;
+    if (major == 0.0) {
+        appendRange_(text, " Rad: ", placed);
+    } else {
+        const double minor = grabbed_ == None ? placed : shape_.minorAxis();
+        appendRange_(text, " XRad: ", major);
+        if (minor != 0.0) appendRange_(text, " YRad: ", minor);
+    }
+    return text.str();
+}
+
+void ThreePointMouse::handleStartDrag_(const Vec3& pos) {
+    firstPress_ = !shape_.centerPt();
+    if (!firstPress_) return;
+    shape_.setCenter(pos);
+    updateEditPoints_();
+}
+
+void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
+    if (releasedOnPoint_(pos) || !shape_.centerPt()) {
+        handleAbortDrag_();
+        return;
+    }
+    firstPress_ = false;
+    if (shape_.majorAxis() == 0.0) {
+        shape_.setMajorRadius(pos);
+        updateEditPoints_();
+        return;
+    }
+    shape_.setMinorRadius(radiusAt_(pos));
+    shape_.updatePoints();
+    // A cylinder and an ellipsoid get theirs from the user.
+    if (shape_.subtype() != CylinderShape::Cylinder && shape_.subtype() != CylinderShape::Ellipsoid)
+        shape_.setHeight(0.0);
+    complete_();
+}
+
+void ThreePointMouse::handleAbortDrag_() {
+    if (firstPress_ && shape_.majorAxis() == 0.0) resetShape_();
+    firstPress_ = false;
+}
+
+void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {
+    if (grabbed == Center) {
+        shape_.moveCenter(pos);
+        return;
+    }
+    const Vec3 center = center_();
+    if (center.alt() != pos.alt()) shape_.moveCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    if (!shape_.isComplete())
+        shape_.setMajorRadius(pos);
+    else if (grabbed == MajorAxis)
+        shape_.setMajorRadius(radiusAt_(pos));
+    else
+        shape_.setMinorRadius(radiusAt_(pos));
+}
+
+void ThreePointMouse::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {
+    const double radius = radiusAt_(pos);
+    const double major = shape_.majorAxis();
+    rubberBand.setMajorRadius(major == 0.0 ? radius : major);
+    rubberBand.setMinorRadius(radius);
+}
+
+}  // namespace OverlayEditor
