@@ -4,7 +4,6 @@
 #include <cstring>
 #include <iterator>
 
-#include "common/NumberText.h"
 #include "common/Strings.h"
 #include "format/FileNumber.h"
 #include "format/Keyword.h"
@@ -339,7 +338,7 @@ void BlockReader::readScaled_(const Keyword& keyword, double factor) {
     if (!hasArguments_(1, keyword.text, kExactly1)) return;
     // Text that is no number is left for the builder to report.
     const std::optional<double> value = readFileNumber(tokens_[1]);
-    set_(keyword.parameter, value ? UTILS::writeNumber(*value * factor, 17) : std::string(tokens_[1]));
+    set_(keyword.parameter, value ? exactNumberText(*value * factor) : std::string(tokens_[1]));
 }
 
 void BlockReader::readOrient_() {

@@ -40,6 +40,11 @@ std::optional<double> readFileNumber(std::string_view text) {
     return value ? limited(*value) : std::nullopt;
 }
 
+std::string exactNumberText(double value) {
+    std::array<char, 32> text;
+    return std::string(text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr);
+}
+
 std::optional<double> readFileDegrees(std::string_view text, AngleKind kind) {
     double radians = 0.0;
     if (readAngle(withoutQuotes(text), radians, {.kind = kind}) != 0) return std::nullopt;

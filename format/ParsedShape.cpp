@@ -1,6 +1,5 @@
 #include "format/ParsedShape.h"
 
-#include "common/NumberText.h"
 #include "common/Strings.h"
 #include "format/FileNumber.h"
 #include "geo/Angles.h"
@@ -22,11 +21,6 @@ void clear(Container& container, std::size_t kept) {
         container = Container();
     else
         container.clear();
-}
-
-/// 17 digits name every double.
-std::string exactText(double value) {
-    return UTILS::writeNumber(value, 17);
 }
 
 }  // namespace
@@ -99,7 +93,8 @@ std::vector<PositionStrings> ParsedShape::positions() const {
     for (const Vec3& point : points_) {
         for (; unread != unread_.end() && unread->first == result.size(); ++unread)
             result.push_back(unread->second);
-        result.emplace_back(exactText(point.x() * scale), exactText(point.y() * scale), exactText(point.z()));
+        result.emplace_back(exactNumberText(point.x() * scale), exactNumberText(point.y() * scale),
+                            exactNumberText(point.z()));
     }
     for (; unread != unread_.end(); ++unread) result.push_back(unread->second);
     return result;

@@ -11,16 +11,16 @@
 namespace halCore::ZEL {
 namespace {
 
-/// An angle in [0, 2 pi). What is nearly a whole turn is none, so that it is still 0 after it was written
-/// and read.
-double normalizedAngle(double radians) {
+/// Radians in [0, 2 pi) of an angle in file units. Whole turns are taken off in these, where 370 degrees
+/// are exactly 10. What is nearly a whole turn is none, so that it is still 0 after it was written and read.
+double normalizedAngle(double angle, const Units& units) {
     constexpr double nearlyZero = 1e-10;
     constexpr double nearlyWhole = 1e-12;
-    if (radians >= kTwoPi || radians < 0.0) {
-        radians = std::fmod(radians, kTwoPi);
-        if (std::abs(radians) < nearlyZero) radians = 0.0;
-        if (radians < 0.0) radians += kTwoPi;
-    }
+    const double turn = Units::RADIANS.convertTo(units, kTwoPi);
+    const bool outside = angle >= turn || angle < 0.0;
+    double radians = units.convertTo(Units::RADIANS, outside ? std::fmod(angle, turn) : angle);
+    if (outside && std::abs(radians) < nearlyZero) radians = 0.0;
+    if (radians < 0.0) radians += kTwoPi;
     return kTwoPi - radians < nearlyWhole ? 0.0 : radians;
 }
 
@@ -289,8 +289,8 @@ void ShapeBuilder::setCircular_(CircularShape& shape) const {
 
 void ShapeBuilder::setElliptical_(EllipticalShape& shape) const {
     double start = 0.0;
-    if (const auto angle = angle_(P::AngleStart, "anglestart")) {
-        start = normalizedAngle(*angle);
+    if (const auto angle = validateDouble_(P::AngleStart, "anglestart")) {
+        start = normalizedAngle(*angle, units_.angleUnits());
         shape.setAngleStart(start);
     }
     if (record_.hasValue(P::AngleSweep)) {
@@ -299,8 +299,8 @@ void ShapeBuilder::setElliptical_(EllipticalShape& shape) const {
             error_({label_(), " angledeg cannot be 0"});
         else if (sweep)
             shape.setAngleSweep(*sweep);
-    } else if (const auto angle = angle_(P::AngleEnd, "angleend")) {
-        const double end = normalizedAngle(*angle);
+    } else if (const auto angle = validateDouble_(P::AngleEnd, "angleend")) {
+        const double end = normalizedAngle(*angle, units_.angleUnits());
         if (end == start)
             error_({label_(), " angleend cannot be the same as anglestart"});
         else
