@@ -25,12 +25,10 @@ constexpr int kMaxDigits = 11;
 constexpr int kMaxZone = 60;
 constexpr int kSquaresToEquator = 100;
 
-/// The alphabet of the grid: without I and O.
-constexpr std::string_view kLetters = "ABCDEFGHJKLMNPQRSTUVWXYZ";
-constexpr std::string_view kBands = "CDEFGHJKLMNPQRSTUVWX";
-constexpr std::string_view kRows = "ABCDEFGHJKLMNPQRSTUV";
-/// Columns of 100 km from easting 100 km on; a set for each of three zones in turn, zone 3 first.
-constexpr std::array<std::string_view, 3> kColumns = {"STUVWXYZ", "ABCDEFGH", "JKLMNPQR"};
+constexpr int kBands = 20;
+constexpr int kFirstBand = 2;
+constexpr int kColumns = 8;
+constexpr int kRows = 20;
 
 int fail(std::string* err, std::string_view reason) {
     if (err) *err = reason;
@@ -47,10 +45,11 @@ char toUpper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Position of a letter in a set, or -1.
-int indexIn(std::string_view set, char letter) {
-    const std::size_t index = set.find(letter);
-    return index == std::string_view::npos ? -1 : static_cast<int>(index);
+/// Position in the alphabet of the grid, which is without I and O: A is 0, Z is 23; -1 for all else.
+constexpr int letterIndex(char letter) {
+    const char upper = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    if (upper < 'A' || upper > 'Z' || upper == 'I' || upper == 'O') return -1;
+    return upper - 'A' - (upper > 'I' ? 1 : 0) - (upper > 'O' ? 1 : 0);
 }
 
 /// A reference split into its parts.
@@ -108,7 +107,7 @@ int split(std::string_view text, Parts& parts, std::string* err) {
     }
     for (std::size_t i = 0; i < parts.letters.size(); ++i) parts.letters[i] = toUpper(text[i]);
     // Only the polar areas have no zone; a zone written as 0 is none.
-    const bool isPolar = indexIn("ABYZ", parts.letters[0]) >= 0;
+    const bool isPolar = parts.letters[0] <= 'B' || parts.letters[0] >= 'Y';
     if (parts.zone == 0 && (!isPolar || zoneSize > 0))
         return fail(err, "Invalid MGRS string: expected zone number.");
     text.remove_prefix(parts.letters.size());
@@ -148,43 +147,45 @@ RowRange getLatitudeBandRows_(int band, int column) {
     return isNorth ? range : RowRange{-1 - range.last, -1 - range.first};
 }
 
-/// The letters' position in the grid of a zone: the set of columns, and the row letter at the equator.
+/// The lettering of a zone: the letter of its first column, at easting 100 km, and of the row at the
+/// equator. There are three sets of columns and two of rows, in turn.
 struct GridValues {
-    std::string_view columns;
+    int firstColumn;
     int firstRow;
 };
 
 GridValues getGridValues_(int zone) {
-    return {kColumns[static_cast<std::size_t>(zone % 3)], zone % 2 == 0 ? 5 : 0};
+    return {(zone - 1) % 3 * kColumns, zone % 2 == 0 ? letterIndex('F') : letterIndex('A')};
 }
 
 int utmSquare(int zone, std::string_view letters, double easting, double northing, bool& northPole,
               double& utmEasting, double& utmNorthing, std::string* err) {
     if (zone < 1 || zone > kMaxZone) return fail(err, "Invalid MGRS coordinate: Zone is not in range 1-60");
     const auto letterAt = [letters](std::size_t i) {
-        return i < letters.size() ? toUpper(letters[i]) : '\0';
+        return letterIndex(i < letters.size() ? letters[i] : '\0');
     };
-    const int band = indexIn(kBands, letterAt(0));
-    if (band < 0) return fail(err, "Invalid MGRS coordinate: Latitude band letter is invalid.");
-    const bool isBandX = kBands[static_cast<std::size_t>(band)] == 'X';
-    if (isBandX && (zone == 32 || zone == 34 || zone == 36))
+    const int band = letterAt(0) - kFirstBand;
+    if (band < 0 || band >= kBands)
+        return fail(err, "Invalid MGRS coordinate: Latitude band letter is invalid.");
+    if (letterAt(0) == letterIndex('X') && (zone == 32 || zone == 34 || zone == 36))
         return fail(err, "Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist.");
 
     const GridValues grid = getGridValues_(zone);
-    const int column = indexIn(grid.columns, letterAt(1));
-    if (column < 0) return fail(err, "Invalid MGRS coordinate: Grid column letter is out of range.");
+    const int column = letterAt(1) - grid.firstColumn;
+    if (column < 0 || column >= kColumns)
+        return fail(err, "Invalid MGRS coordinate: Grid column letter is out of range.");
     // Zone 32V is widened to the west at the cost of 31V.
-    if (zone == 31 && letterAt(0) == 'V' && letterAt(1) > 'D')
+    if (zone == 31 && letterAt(0) == letterIndex('V') && letterAt(1) > letterIndex('D'))
         return fail(err, "Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower.");
-    const int row = letters.size() == 3 ? indexIn(kRows, letterAt(2)) : -1;
-    if (row < 0) return fail(err, "Invalid MGRS coordinate: Grid row letter is out of range.");
+    const int row = letterAt(2);
+    if (row < 0 || row >= kRows || letters.size() != 3)
+        return fail(err, "Invalid MGRS coordinate: Grid row letter is out of range.");
     if (!(easting >= 0.0 && easting < kSquare))
         return fail(err, "Invalid MGRS coordinate: Easting is out of range.");
 
     // Row letters repeat every 20 squares; the band tells which of them is meant.
     const auto [firstRow, lastRow] = getLatitudeBandRows_(band, column);
-    constexpr int period = static_cast<int>(kRows.size());
-    const int squareRow = firstRow + (row - grid.firstRow - firstRow + 100 * period) % period;
+    const int squareRow = firstRow + (row - grid.firstRow - firstRow + 100 * kRows) % kRows;
     if (!(northing >= 0.0 && northing < kSquare) || squareRow > lastRow)
         return fail(err, "Invalid MGRS coordinate: Northing is out of range.");
 
@@ -213,9 +214,10 @@ int upsSquare(std::string_view letters, double easting, double northing, bool& n
                      [letter = toUpper(letters[0])](const Area& entry) { return entry.letter == letter; });
     if (area == areas.end())
         return fail(err, "Invalid UPS coordinate: First letter of GZD must be A, B, Y, or Z.");
-    const int column = indexIn(area->columns, toUpper(letters[1]));
+    const std::size_t found = area->columns.find(toUpper(letters[1]));
+    const int column = found == std::string_view::npos ? -1 : static_cast<int>(found);
     if (column < 0) return fail(err, "Grid column letter is not valid for provided GZD.");
-    const int row = indexIn(kLetters, toUpper(letters[2]));
+    const int row = letterIndex(letters[2]);
     if (row < 0 || row >= area->rowCount)
         return fail(err, "Grid row letter is outside of the range of possible values.");
     if (!(easting >= 0.0 && easting < kSquare))

@@ -25,34 +25,50 @@ constexpr std::array kUnits = {
 #undef UNIT
 };
 
-using Order = std::array<std::uint8_t, kTexts.size()>;
-
-constexpr Order sortedBy(std::string_view Texts::*text) {
-    Order order{};
-    for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<std::uint8_t>(i);
-    std::sort(order.begin(), order.end(),
-              [text](std::uint8_t a, std::uint8_t b) { return kTexts[a].*text < kTexts[b].*text; });
-    return order;
+/// FNV-1a.
+constexpr std::uint32_t hashOf(std::string_view text) {
+    std::uint32_t hash = 2166136261u;
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
+    return hash;
 }
 
-constexpr bool isUnique(const Order& order, std::string_view Texts::*text) {
-    return std::adjacent_find(order.begin(), order.end(), [text](std::uint8_t a, std::uint8_t b) {
-               return kTexts[a].*text == kTexts[b].*text;
-           }) == order.end();
-}
+/// Finds a predefined unit by one of its texts: a hash table made at compile time.
+class Table {
+  public:
+    constexpr explicit Table(std::string_view Texts::*text) : text_(text) {
+        slots_.fill(kFree);
+        for (std::size_t i = 0; i < kTexts.size(); ++i) {
+            std::size_t slot = first(kTexts[i].*text);
+            for (; slots_[slot] != kFree; slot = next(slot))
+                isUnique_ = isUnique_ && kTexts[slots_[slot]].*text != kTexts[i].*text;
+            slots_[slot] = static_cast<std::uint8_t>(i);
+        }
+    }
+    constexpr bool isUnique() const { return isUnique_; }
 
-constexpr Order kByName = sortedBy(&Texts::name);
-constexpr Order kByAbbreviation = sortedBy(&Texts::abbreviation);
-static_assert(isUnique(kByName, &Texts::name));
-static_assert(isUnique(kByAbbreviation, &Texts::abbreviation));
+    /// The unit, or null.
+    const Units* find(std::string_view wanted) const {
+        for (std::size_t slot = first(wanted); slots_[slot] != kFree; slot = next(slot))
+            if (kTexts[slots_[slot]].*text_ == wanted) return kUnits[slots_[slot]];
+        return nullptr;
+    }
 
-/// The predefined unit, or null.
-const Units* findPredefined(const Order& order, std::string_view Texts::*text, std::string_view wanted) {
-    const auto found =
-        std::lower_bound(order.begin(), order.end(), wanted,
-                         [text](std::uint8_t i, std::string_view value) { return kTexts[i].*text < value; });
-    return found != order.end() && kTexts[*found].*text == wanted ? kUnits[*found] : nullptr;
-}
+  private:
+    static constexpr std::size_t kSlots = 256;
+    static constexpr std::uint8_t kFree = 255;
+    static_assert(kTexts.size() < kFree / 2);
+
+    static constexpr std::size_t first(std::string_view text) { return hashOf(text) % kSlots; }
+    static constexpr std::size_t next(std::size_t slot) { return (slot + 1) % kSlots; }
+
+    std::string_view Texts::*text_;
+    std::array<std::uint8_t, kSlots> slots_{};
+    bool isUnique_ = true;
+};
+
+constexpr Table kByName(&Texts::name);
+constexpr Table kByAbbreviation(&Texts::abbreviation);
+static_assert(kByName.isUnique() && kByAbbreviation.isUnique());
 
 }  // namespace
 
@@ -105,12 +121,11 @@ Units UnitsRegistry::find_(const Index& added, const Units* predefined, std::str
 }
 
 Units UnitsRegistry::unitsByName(std::string_view name) const {
-    return find_(addedByName_, findPredefined(kByName, &Texts::name, name), name);
+    return find_(addedByName_, kByName.find(name), name);
 }
 
 Units UnitsRegistry::unitsByAbbreviation(std::string_view abbreviation) const {
-    return find_(addedByAbbreviation_, findPredefined(kByAbbreviation, &Texts::abbreviation, abbreviation),
-                 abbreviation);
+    return find_(addedByAbbreviation_, kByAbbreviation.find(abbreviation), abbreviation);
 }
 
 int UnitsRegistry::unitsByName(std::string_view name, Units& out) const {

@@ -11,7 +11,7 @@
 namespace halCore {
 
 /// Finds units by name or abbreviation, matched exactly ("k" is kelvin, "kHz" kilohertz). The predefined
-/// units are looked up in tables sorted at compile time, so a registry that holds them costs nothing to
+/// units are looked up in tables made at compile time, so a registry that holds them costs nothing to
 /// make. A unit registered later wins over an earlier one of the same name or abbreviation.
 class UnitsRegistry {
   public:

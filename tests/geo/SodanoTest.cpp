@@ -1,21 +1,15 @@
 #include <algorithm>
 #include <cmath>
-#include <random>
 
-#include <GeographicLib/Geodesic.hpp>
 #include <gtest/gtest.h>
 
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
+#include "support/GeodesicErrors.h"
 
 namespace {
 
 using namespace halCore;
-using GeographicLib::Geodesic;
-
-double angleBetween(double a, double b) {
-    return std::abs(std::remainder(a - b, kTwoPi));
-}
 
 TEST(Sodano, FindsNothingBetweenCoincidentPoints) {
     for (const double lat : {-kHalfPi, -0.7, 0.0, 0.37, kHalfPi}) {
@@ -71,53 +65,10 @@ TEST(Sodano, GoesBackwardsAndKeepsTheAltitude) {
     EXPECT_EQ(Sodano::direct(Vec3(0.4, 3.1, 123.0), 1.0, 5.0).alt(), 123.0);
 }
 
-/// Worst errors against GeographicLib over positions and directions of every kind: distances and positions
-/// in metres.
-struct Errors {
-    double inverse = 0.0;
-    double direct = 0.0;
-    double roundTrip = 0.0;
-    double azimuth = 0.0;
-};
-
-Errors measure(double distance) {
-    const Geodesic& exact = Geodesic::WGS84();
-    std::mt19937_64 random(29);
-    std::uniform_real_distribution<double> unit(0.0, 1.0);
-    Errors worst;
-    for (int i = 0; i < 5000; ++i) {
-        const double latitudes[] = {kHalfPi, -kHalfPi, 0.0, 1e-12, std::asin(2.0 * unit(random) - 1.0)};
-        const double longitudes[] = {kPi, -kPi, kTwoPi * unit(random) - kPi};
-        const double azimuths[] = {0.0, kHalfPi, kPi, kTwoPi * unit(random) - kPi};
-        const double lat = latitudes[std::min(i % 9, 4)];
-        const double lon = longitudes[std::min(i % 5, 2)];
-        const double azimuth = azimuths[std::min(i % 7, 3)];
-
-        const auto reached = Sodano::direct(lat, lon, azimuth, distance);
-        double lat2, lon2;
-        exact.Direct(lat * kDegreesPerRadian, lon * kDegreesPerRadian, azimuth * kDegreesPerRadian, distance,
-                     lat2, lon2);
-        double error, length, azimuth1, azimuth2;
-        exact.Inverse(lat2, lon2, reached.lat * kDegreesPerRadian, reached.lon * kDegreesPerRadian, error);
-        worst.direct = std::max(worst.direct, error);
-
-        const auto found = Sodano::inverse(lat, lon, reached.lat, reached.lon);
-        exact.Inverse(lat * kDegreesPerRadian, lon * kDegreesPerRadian, reached.lat * kDegreesPerRadian,
-                      reached.lon * kDegreesPerRadian, length, azimuth1, azimuth2);
-        worst.inverse = std::max(worst.inverse, std::abs(found.distance - length));
-        worst.roundTrip = std::max(worst.roundTrip, std::abs(found.distance - distance));
-        worst.azimuth = std::max(worst.azimuth, angleBetween(found.azimuth1, azimuth1 * kRadiansPerDegree));
-        if (std::abs(reached.lat) < 1.57)
-            worst.azimuth =
-                std::max(worst.azimuth, angleBetween(found.azimuth2, azimuth2 * kRadiansPerDegree));
-    }
-    return worst;
-}
-
 TEST(SodanoProperty, AgreesWithTheExactGeodesic) {
     for (const double distance : {0.01, 1.0, 30.0, 1e3, 1e5, 1e6, 3e6, 1e7, 1.5e7, 1.78e7, 1.8e7, 1.95e7}) {
         SCOPED_TRACE(distance);
-        const Errors worst = measure(distance);
+        const GeodesicErrors worst = measureGeodesics(distance, 5000);
         const double bound = distance <= 1e6 ? 0.001 : 0.01;
         EXPECT_LT(worst.inverse, bound);
         EXPECT_LT(worst.direct, bound);
