@@ -53,6 +53,7 @@ class Serializer {
     virtual void setPointSize(int pixels) = 0;
     /// Not owned; null for absolute positions.
     virtual void setPointConverter(PointConverter* converter) { converter_ = converter; }
+    PointConverter* pointConverter() const { return converter_; }
     virtual void setLineStyle(LineStyle style) = 0;
     virtual void setFontName(const std::string& fileName) = 0;
     virtual void setTextSize(int points) = 0;

@@ -73,7 +73,7 @@ void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter,
 }
 
 int Overlay::serializeShapes(Serializer& serializer) const {
-    serializer.setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
+    serializer.setPointConverter(pointConverter());
     int result = -1;
     for (Shape* shape : shapes_)
         if (shape->serialize(serializer) == 0) result = 0;

@@ -33,6 +33,8 @@ class Overlay final : private ShapeNames {
     void setShown(bool shown);
     void setActive(bool active);
     unsigned long attachedPlatformId() const { return attachedPlatformId_; }
+    /// What the attached shapes' offsets count from; null when the overlay is not attached.
+    PointConverter* pointConverter() const { return attachedPlatformId_ != 0 ? pointConverter_ : nullptr; }
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
 

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/Overlay.h"
+
+namespace OverlayEditor {
+
+/// What became of saving.
+struct SaveResult {
+    /// Empty when the file was written; otherwise why not, and then an old file stands untouched.
+    std::string error;
+    /// Names of the shapes that are not in the file because they are not complete.
+    std::vector<std::string> skipped;
+};
+
+/// The text of a file with the overlay's shapes; empty when there is nothing to write.
+std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped = nullptr);
+
+/// Saves the overlay's shapes. An overlay with nothing to write is refused.
+SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path);
+
+/// Shapes that came from a file or a text, the caller's.
+struct LoadResult {
+    /// Empty when there are shapes; otherwise why there are none.
+    std::string error;
+    std::vector<std::unique_ptr<Shape>> shapes;
+};
+
+/// Reads a file into shapes that are not yet in an overlay.
+/// \param converter what relative positions count from when they do not say it themselves, and what the
+///        shapes keep; not owned, null for absolute
+/// \param platformId what the shapes are attached to
+LoadResult loadOverlayFile(const std::string& path, const Preferences& preferences, PointConverter* converter,
+                           unsigned long platformId);
+/// The same from a text. \param sourceName names it in messages
+LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
+                           const Preferences& preferences, PointConverter* converter,
+                           unsigned long platformId);
+
+}  // namespace OverlayEditor

@@ -1,0 +1,313 @@
+#include "model/ZelToSerializer.h"
+
+#include <cmath>
+#include <optional>
+
+#include "common/Notify.h"
+#include "format/Parser.h"
+#include "geo/Angles.h"
+#include "pi/PICommon.h"
+
+namespace OverlayEditor {
+namespace {
+
+namespace ZEL = halCore::ZEL;
+using halCore::Vec3;
+using Type = Serializer::ShapeType;
+
+/// A cylinder with any other sweep is a wedge.
+constexpr double kSweepOfACylinder = 0.6366197723675814;
+/// A sweep this close to a full turn is one.
+constexpr double kSameAngle = 1e-10;
+
+/// The value of an attribute that may not be set.
+template <typename Value, typename Object>
+std::optional<Value> valueOf(const Object& object, int (Object::*getter)(Value&) const) {
+    Value value{};
+    if ((object.*getter)(value) != 0) return std::nullopt;
+    return value;
+}
+
+/// Brings one shape's positions to the globe.
+class Placement {
+  public:
+    Placement(const ZEL::ZelShape& shape, const PointConverter* converter) : relative_(shape.isRelative()) {
+        if (!relative_) return;
+        if (const auto reference = valueOf(shape, &ZEL::ZelShape::getReferencePosition)) {
+            own_.emplace().setReferenceLla(*reference, 0);
+            converter_ = &*own_;
+        } else {
+            converter_ = converter;
+        }
+    }
+    Placement(const Placement&) = delete;
+    Placement& operator=(const Placement&) = delete;
+
+    bool isRelative() const { return relative_; }
+    bool isPossible() const { return !relative_ || converter_; }
+    /// False when the position is not on the globe.
+    bool toLla(const Vec3& position, Vec3& lla) const {
+        if (!relative_) {
+            lla = position;
+            return true;
+        }
+        return converter_ && converter_->convertXyzToLla(position, lla) == 0;
+    }
+
+  private:
+    bool relative_;
+    std::optional<PointConverter> own_;
+    const PointConverter* converter_ = nullptr;
+};
+
+void leaveOut(const ZEL::ZelShape& shape, const char* reason) {
+    if (!halNotify::isNotifyEnabled(halNotify::Error)) return;
+    std::string name;
+    shape.getName(name);
+    halNotify::notify(halNotify::Error) << "The " << ZEL::ZelShape::shapeTypeToString(shape.shapeType())
+                                        << " \"" << name << "\" cannot be edited and is left out: " << reason;
+}
+
+/// Whether four corners, in their order, are those of a flat box along the meridians and parallels (or along
+/// the axes, when they are offsets).
+bool isBox(const std::vector<Vec3>& p) {
+    if (p.size() != 4) return false;
+    if (p[0].z() != p[1].z() || p[0].z() != p[2].z() || p[0].z() != p[3].z()) return false;
+    const bool alongX =
+        p[0].x() == p[1].x() && p[1].y() == p[2].y() && p[2].x() == p[3].x() && p[3].y() == p[0].y();
+    const bool alongY =
+        p[0].y() == p[1].y() && p[1].x() == p[2].x() && p[2].y() == p[3].y() && p[3].x() == p[0].x();
+    return alongX || alongY;
+}
+
+const std::vector<Vec3>* pointsOf(const ZEL::ZelShape& shape) {
+    if (const auto* list = dynamic_cast<const ZEL::PointBasedShape*>(&shape)) return &list->points();
+    if (const auto* points = dynamic_cast<const ZEL::Points*>(&shape)) return &points->points();
+    return nullptr;
+}
+
+/// Where the shape stands: its centre, or a label's position. An offset that is not given is zero: such a
+/// shape stands on its platform.
+std::optional<Vec3> anchorOf(const ZEL::ZelShape& shape) {
+    std::optional<Vec3> anchor;
+    if (const auto* circular = dynamic_cast<const ZEL::CircularShape*>(&shape))
+        anchor = valueOf(*circular, &ZEL::CircularShape::getCenterPosition);
+    else if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape))
+        anchor = valueOf(*annotation, &ZEL::Annotation::getPosition);
+    if (!anchor && shape.isRelative()) anchor = Vec3();
+    return anchor;
+}
+
+std::string nameOf(const ZEL::ZelShape& shape) {
+    if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape)) return annotation->label();
+    std::string name;
+    shape.getName(name);
+    return name;
+}
+
+void lineColor(Serializer& target, const ZEL::Color& color) {
+    target.setLineColor(color.red(), color.green(), color.blue(), color.alpha());
+}
+
+void style(Serializer& target, const ZEL::ZelShape& shape) {
+    ZEL::Color line(255, 0, 0, 255);
+    int width = 1;
+    if (const auto* fillable = dynamic_cast<const ZEL::FillableShape*>(&shape)) {
+        ZEL::Color fill(255, 0, 0, 255);
+        if (const auto color = valueOf(*fillable, &ZEL::FillableShape::getLineColor)) line = fill = *color;
+        if (const auto color = valueOf(*fillable, &ZEL::FillableShape::getFillColor)) fill = *color;
+        width = valueOf(*fillable, &ZEL::FillableShape::getLineWidth).value_or(width);
+        target.setFilled(valueOf(*fillable, &ZEL::FillableShape::getFilled).value_or(false));
+        target.setFillColor(fill.red(), fill.green(), fill.blue(), fill.alpha());
+    }
+    lineColor(target, line);
+    target.setLineWidth(width);
+}
+
+struct Radii {
+    std::optional<double> major, minor;
+};
+
+/// Halves of the axes that the file sets; the radius stands in for an axis, and one axis for the other.
+Radii radiiOf(const std::optional<double>& radius, const std::optional<double>& majorAxis,
+              const std::optional<double>& minorAxis) {
+    Radii radii{radius, radius};
+    if (majorAxis) radii.major = 0.5 * *majorAxis;
+    if (minorAxis) radii.minor = 0.5 * *minorAxis;
+    if (!radii.major) radii.major = radii.minor;
+    if (!radii.minor) radii.minor = radii.major;
+    return radii;
+}
+
+void setRadii(Serializer& target, const Radii& radii) {
+    if (radii.major) target.setMajorRadius(*radii.major);
+    if (radii.minor) target.setMinorRadius(*radii.minor);
+}
+
+void elliptical(Serializer& target, const ZEL::EllipticalShape& shape, bool hasSector) {
+    setRadii(target, radiiOf(valueOf<double, ZEL::CircularShape>(shape, &ZEL::CircularShape::getRadius),
+                             valueOf(shape, &ZEL::EllipticalShape::getMajorAxis),
+                             valueOf(shape, &ZEL::EllipticalShape::getMinorAxis)));
+    const auto sweep = valueOf(shape, &ZEL::EllipticalShape::getAngleSweep);
+    if (!hasSector || !sweep) return;
+    const double start = valueOf(shape, &ZEL::EllipticalShape::getAngleStart).value_or(0.0);
+    if (std::abs(*sweep) >= halCore::kTwoPi - kSameAngle)
+        target.setStartEndAngles(start, start + halCore::kTwoPi);
+    else if (*sweep < 0.0)
+        target.setStartEndAngles(start + *sweep, start);
+    else
+        target.setStartEndAngles(start, start + *sweep);
+}
+
+void circular(Serializer& target, const ZEL::CircularShape& shape, Type type) {
+    if (const auto* ellipse = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
+        elliptical(target, *ellipse, type != Type::Cylinder);
+        if (const auto* cylinder = dynamic_cast<const ZEL::Cylinder*>(&shape))
+            if (const auto height = valueOf(*cylinder, &ZEL::Cylinder::getHeight)) target.setHeight(*height);
+        return;
+    }
+    const auto radius = valueOf(shape, &ZEL::CircularShape::getRadius);
+    if (const auto* ellipsoid = dynamic_cast<const ZEL::Ellipsoid*>(&shape))
+        setRadii(target, radiiOf(radius, valueOf(*ellipsoid, &ZEL::Ellipsoid::getMajorAxis),
+                                 valueOf(*ellipsoid, &ZEL::Ellipsoid::getMinorAxis)));
+    else if (radius)
+        target.setMajorRadius(*radius);
+    if (const auto* high = dynamic_cast<const ZEL::CircularHeightShape*>(&shape))
+        if (const auto height = valueOf(*high, &ZEL::CircularHeightShape::getHeight))
+            target.setHeight(*height);
+}
+
+void annotationStyle(Serializer& target, const ZEL::Annotation& annotation) {
+    if (const auto font = valueOf(annotation, &ZEL::Annotation::getFontName)) target.setFontName(*font);
+    if (const auto size = valueOf(annotation, &ZEL::Annotation::getTextSize)) target.setTextSize(*size);
+    if (const auto color = valueOf(annotation, &ZEL::Annotation::getTextColor)) lineColor(target, *color);
+}
+
+}  // namespace
+
+int ZelToSerializer::load(Serializer& target, std::istream& text, unsigned long platformId,
+                          const std::string& sourceName) const {
+    std::vector<ZEL::ZelShapePtr> shapes;
+    ZEL::Parser().parse(text, shapes);
+    return replay_(target, shapes, platformId, sourceName);
+}
+
+int ZelToSerializer::load(Serializer& target, std::string_view text, unsigned long platformId,
+                          const std::string& sourceName) const {
+    std::vector<ZEL::ZelShapePtr> shapes;
+    ZEL::Parser().parse(text, shapes);
+    return replay_(target, shapes, platformId, sourceName);
+}
+
+int ZelToSerializer::replay_(Serializer& target, const std::vector<ZEL::ZelShapePtr>& shapes,
+                             unsigned long platformId, const std::string& sourceName) const {
+    if (shapes.empty()) {
+        PICommon::Notify(halNotify::Error) << "Could not load " << sourceName << ", no valid shapes found\n";
+        return 1;
+    }
+    for (const auto& shape : shapes) serializeOneZel_(target, *shape, platformId);
+    return 0;
+}
+
+Serializer::ShapeType ZelToSerializer::getShapeType_(const ZEL::ZelShape& shape) const {
+    switch (shape.shapeType()) {
+        case ZEL::ShapeType::Annotation:
+            return Type::Annotation;
+        case ZEL::ShapeType::Points:
+            return Type::Points;
+        case ZEL::ShapeType::Line:
+            return Type::Line;
+        case ZEL::ShapeType::LineSegs:
+            return Type::LineSegs;
+        case ZEL::ShapeType::Polygon:
+            return Type::Polygon;
+        case ZEL::ShapeType::Arc:
+            return Type::Arc;
+        case ZEL::ShapeType::Circle:
+            return Type::Circle;
+        case ZEL::ShapeType::Ellipse:
+            return Type::Ellipse;
+        case ZEL::ShapeType::Ellipsoid:
+            return Type::Ellipsoid;
+        case ZEL::ShapeType::Cylinder:
+            return Type::Cylinder;
+        case ZEL::ShapeType::Sphere:
+            return Type::Sphere;
+        case ZEL::ShapeType::Hemisphere:
+            return Type::Hemisphere;
+        case ZEL::ShapeType::Cone:
+            return Type::Cone;
+        case ZEL::ShapeType::Orbit:
+            return Type::Orbit;
+        case ZEL::ShapeType::LatLonAltBox:
+        case ZEL::ShapeType::ImageOverlay:
+        case ZEL::ShapeType::None:
+            break;
+    }
+    return Type::None;
+}
+
+void ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
+                                       unsigned long platformId) const {
+    Type type = getShapeType_(shape);
+    if (type == Type::None) return;
+    const auto* const points = pointsOf(shape);
+    if (type == Type::Cylinder) {
+        const auto sweep = valueOf<double, ZEL::EllipticalShape>(static_cast<const ZEL::Cylinder&>(shape),
+                                                                 &ZEL::EllipticalShape::getAngleSweep);
+        if (sweep && *sweep != kSweepOfACylinder) type = Type::Wedge;
+    } else if (type == Type::Polygon && isBox(*points)) {
+        type = Type::Rectangle;
+    }
+
+    // All positions first: a shape that cannot be placed must not be begun.
+    const Placement placement(shape, target.pointConverter());
+    const auto place = [&](const Vec3& position) {
+        Vec3 lla;
+        return placement.toLla(position, lla) ? std::optional(lla) : std::nullopt;
+    };
+    const auto position = points ? std::nullopt : anchorOf(shape);
+    const bool canWait = type == Type::Annotation;  // the user can still put a label somewhere
+    if (!placement.isPossible() && !canWait)
+        return leaveOut(shape, "its position is relative to a platform, and it has none");
+    if (!points && !position && !canWait) return leaveOut(shape, "it has no center");
+    const auto anchor = position ? place(*position) : std::nullopt;
+    constexpr const char* offGlobe = "a position is not on the globe";
+    if (position && !anchor && !canWait) return leaveOut(shape, offGlobe);
+    std::vector<Vec3> placed;
+    if (points && placement.isRelative()) {
+        placed.reserve(points->size());
+        for (const Vec3& point : *points) {
+            const auto lla = place(point);
+            if (!lla) return leaveOut(shape, offGlobe);
+            placed.push_back(*lla);
+        }
+    }
+    std::optional<Vec3> secondCenter;
+    if (type == Type::Orbit) {
+        const auto second = valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2);
+        secondCenter = second ? place(*second) : std::nullopt;
+        if (!secondCenter) return leaveOut(shape, second ? offGlobe : "it has no second center");
+    }
+
+    target.beginShape(type, platformId);
+    target.setItemName(nameOf(shape));
+    style(target, shape);
+    if (points) {
+        for (const Vec3& lla : placement.isRelative() ? placed : *points)
+            type == Type::Rectangle ? target.addCorner(lla) : target.addPoint(lla);
+        if (type == Type::Points)
+            if (const auto color = valueOf(static_cast<const ZEL::Points&>(shape), &ZEL::Points::getColor))
+                lineColor(target, *color);
+    } else {
+        if (anchor) target.addPoint(*anchor);
+        if (type == Type::Annotation)
+            annotationStyle(target, static_cast<const ZEL::Annotation&>(shape));
+        else
+            circular(target, static_cast<const ZEL::CircularShape&>(shape), type);
+        if (secondCenter) target.setCenterPoint2(*secondCenter);
+    }
+    target.endShape();
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "format/Serializer.h"
+#include "format/ZelShapes.h"
+
+namespace OverlayEditor {
+
+/// Reads overlay text and replays its shapes as calls on a serializer. Every position reaches the target
+/// geodetic: offsets of a relative shape count from its own reference point, or else from the target's
+/// point converter. Boxes and image overlays have no counterpart in the editor and are left out; a relative
+/// shape with nothing to count from, or a circular one without a centre, is left out with a message.
+class ZelToSerializer {
+  public:
+    /// \param platformId passed on to the target: what the shapes are attached to there
+    /// \param sourceName for the message when the text has no shape
+    /// \return 0 when at least one shape was read, 1 otherwise
+    int load(Serializer& target, std::istream& text, unsigned long platformId,
+             const std::string& sourceName) const;
+    int load(Serializer& target, std::string_view text, unsigned long platformId,
+             const std::string& sourceName) const;
+
+  private:
+    int replay_(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
+                unsigned long platformId, const std::string& sourceName) const;
+    void serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
+                          unsigned long platformId) const;
+    Serializer::ShapeType getShapeType_(const halCore::ZEL::ZelShape& shape) const;
+};
+
+}  // namespace OverlayEditor

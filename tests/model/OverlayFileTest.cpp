@@ -1,0 +1,178 @@
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Files.h"
+#include "geo/Angles.h"
+#include "model/CylinderShape.h"
+#include "model/OverlayFile.h"
+#include "support/FakeHost.h"
+
+using halCore::Vec3;
+using OverlayEditor::CylinderShape;
+using OverlayEditor::loadOverlayFile;
+using OverlayEditor::loadOverlayText;
+using OverlayEditor::Overlay;
+using OverlayEditor::overlayText;
+using OverlayEditor::PointConverter;
+using OverlayEditor::Preferences;
+using OverlayEditor::saveOverlayFile;
+using OverlayEditor::Shape;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+class OverlayFileTest : public ::testing::Test {
+  protected:
+    std::vector<std::unique_ptr<Shape>> load(const std::string& text, PointConverter* converter = nullptr,
+                                             unsigned long platform = 0) {
+        return std::move(loadOverlayText(text, "test", preferences, converter, platform).shapes);
+    }
+    /// What saving gives after loading.
+    std::string again(const std::string& text, PointConverter* converter = nullptr,
+                      unsigned long platform = 0) {
+        Overlay overlay;
+        overlay.setAttachedPlatformId(platform, converter, false);
+        for (auto& shape : load(text, converter, platform)) overlay.addShape(shape.release());
+        return overlayText(overlay);
+    }
+
+    FakeHost host;
+    Preferences preferences;
+};
+
+std::string block(const std::string& lines) {
+    return "start\n" + lines + "end\n";
+}
+
+TEST_F(OverlayFileTest, SavedFileComesBack) {
+    const std::string path = ::testing::TempDir() + "overlay-file-test.zel";
+    Overlay overlay;
+    EXPECT_EQ(saveOverlayFile(overlay, path).error, "there is nothing to save");
+
+    auto circle = std::make_unique<CylinderShape>(preferences, CylinderShape::Circle);
+    circle->setCenter(Vec3(0.3712345678901, -2.757, 12.5));
+    circle->setMajorRadius(1234.56789);
+    circle->setName("Harbour");
+    overlay.addShape(circle.release());
+    overlay.addShape(new CylinderShape(preferences, CylinderShape::Cone));
+    const auto saved = saveOverlayFile(overlay, path);
+    EXPECT_EQ(saved.error, "");
+    EXPECT_THAT(saved.skipped, ::testing::ElementsAre("Cone"));
+
+    const auto loaded = loadOverlayFile(path, preferences, nullptr, 0);
+    EXPECT_EQ(loaded.error, "");
+    ASSERT_EQ(loaded.shapes.size(), 1U);
+    const auto& shape = dynamic_cast<const CylinderShape&>(*loaded.shapes[0]);
+    EXPECT_EQ(shape.subtype(), CylinderShape::Circle);
+    EXPECT_EQ(shape.name(), "Harbour");
+    EXPECT_NEAR(shape.centerPt()->getPosition().lat(), 0.3712345678901, 1e-15);
+    EXPECT_NEAR(shape.majorAxis(), 1234.56789, 1e-9);
+    std::string text;
+    EXPECT_EQ(UTILS::readFile(path, text), "");
+    EXPECT_EQ(again(text), text);
+    std::remove(path.c_str());
+
+    EXPECT_NE(loadOverlayFile(path, preferences, nullptr, 0).error, "");
+    EXPECT_NE(saveOverlayFile(overlay, "/nonexistent/x.zel").error, "");
+}
+
+TEST_F(OverlayFileTest, ReportsAFileWithoutShapes) {
+    for (const char* text : {"", "# only a comment\nversion 2\n"}) {
+        host.notifications.clear();
+        const auto loaded = loadOverlayText(text, "empty.zel", preferences, nullptr, 0);
+        EXPECT_EQ(loaded.error, "no valid shapes found");
+        ASSERT_EQ(host.notifications.size(), 1U);
+        EXPECT_THAT(host.notifications[0], HasSubstr("Could not load empty.zel, no valid shapes found\n"));
+    }
+    host.notifications.clear();
+    const auto box = loadOverlayText(block("latlonaltbox 1 2 3 4 5\n"), "box.zel", preferences, nullptr, 0);
+    EXPECT_NE(box.error, "");
+    EXPECT_THAT(host.notifications, IsEmpty());
+}
+
+TEST_F(OverlayFileTest, CircularShapesFromFiles) {
+    struct Case {
+        const char* lines;
+        CylinderShape::Subtype subtype;
+        double major, minor, height;
+        double start = 0.0, end = 0.0;  // degrees
+    };
+    constexpr double unset = 0.0;
+    const Case cases[] = {
+        {"circle\nradius 5\n", CylinderShape::Circle, 5, unset, 0},
+        {"circle\ndiameter 5\n", CylinderShape::Circle, 2.5, unset, 0},
+        {"sphere\nradius -5\n", CylinderShape::Sphere, 5, unset, 5},
+        {"cone\nradius 5\nheight 7\n", CylinderShape::Cone, 5, unset, 7},
+        {"ellipse\nmajoraxis 10\nminoraxis 4\n", CylinderShape::Ellipse, 5, 2, 0},
+        {"ellipse\nsemimajoraxis 10\nradius 4\n", CylinderShape::Ellipse, 10, 4, 0},
+        {"ellipse\nmajoraxis 10\n", CylinderShape::Ellipse, 5, 5, 0},
+        {"cylinder\nradius 3\nheight 4\n", CylinderShape::Cylinder, 3, 3, 4},
+        {"ellipsoid\nradius 3\nminoraxis 4\nheight 0\n", CylinderShape::Ellipsoid, 3, 2, 1},
+        {"cylinder\nradius 3\nangledeg 1\nangleunits bam\n", CylinderShape::Cylinder, 3, 3, 0},
+        {"cylinder\nradius 3\nangledeg 90\n", CylinderShape::Wedge, 3, 3, 0, 0, 90},
+        {"arc\nradius 3\nanglestart 350\nangledeg 20\n", CylinderShape::Arc, 3, 3, 0, 350, 10},
+        {"arc\nradius 3\nanglestart 10\nangledeg -30\n", CylinderShape::Arc, 3, 3, 0, 340, 10},
+        {"arc\nradius 3\nanglestart 10\nangledeg 360\n", CylinderShape::Arc, 3, 3, 0, 10, 370},
+        {"arc\nradius 3\nanglestart 10\nangledeg -800\n", CylinderShape::Arc, 3, 3, 0, 10, 370},
+        {"arc\nradius 3\n", CylinderShape::Arc, 3, 3, 0}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.lines);
+        const auto shapes =
+            load(block(std::string(c.lines) + "centerll 20 30\nrangeunits m\naltitudeunits m\n"));
+        ASSERT_EQ(shapes.size(), 1U);
+        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes[0]);
+        EXPECT_EQ(shape.subtype(), c.subtype);
+        EXPECT_DOUBLE_EQ(shape.majorAxis(), c.major);
+        EXPECT_DOUBLE_EQ(shape.minorAxis(), c.minor);
+        EXPECT_DOUBLE_EQ(shape.height(), c.height);
+        EXPECT_NEAR(shape.startAngle() * halCore::kDegreesPerRadian, c.start, 1e-12);
+        EXPECT_NEAR(shape.endAngle() * halCore::kDegreesPerRadian, c.end, 1e-12);
+        EXPECT_EQ(shape.startAnglePt() != nullptr, c.end != 0.0);
+    }
+}
+
+TEST_F(OverlayFileTest, StyleFallsBack) {
+    const auto style = [&](const std::string& lines) {
+        const auto shapes = load(block("circle\ncenterll 1 2\nradius 3\n" + lines));
+        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
+        char text[64];
+        std::snprintf(text, sizeof text, "%08x %d %08x %d", shape.lineColor(), shape.lineWidth(),
+                      shape.fillColor(), shape.filled());
+        return std::string(text);
+    };
+    EXPECT_EQ(style(""), "ff0000ff 1 ff0000ff 0");
+    EXPECT_EQ(style("linecolor blue\nfilled\n"), "0000ffff 1 0000ffff 1");
+    EXPECT_EQ(style("linewidth 7\nfillcolor hex 80112233\n"), "ff0000ff 7 33221180 0");
+}
+
+TEST_F(OverlayFileTest, RelativeShapesCountFromTheirReferenceOrThePlatform) {
+    PointConverter platform;
+    platform.setReferenceLla(Vec3(0.5, 0.6, 10.0), 3);
+    const std::string ring = block("circle\nradius 10\n");
+    {
+        // No centre: about the platform.
+        const auto shapes = load(ring, &platform, 3);
+        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
+        EXPECT_EQ(shape.centerPt()->getPosition(), Vec3(0.5, 0.6, 10.0));
+        EXPECT_EQ(shape.attachedPlatformId(), 3U);
+    }
+    {
+        const auto shapes = load(block("circle\ncenterxy 0 0\nradius 10\nref 10 20 0\n"), &platform, 3);
+        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
+        EXPECT_NEAR(shape.centerPt()->getPosition().lat(), 10 * halCore::kRadiansPerDegree, 1e-15);
+    }
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(load(ring), IsEmpty());
+    EXPECT_THAT(load(block("circle\ncenterxy 0 0\nradius 10\nref 90 0\n")), IsEmpty());
+    const std::string messages = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(messages, HasSubstr("relative to a platform"));
+    EXPECT_THAT(messages, HasSubstr("not on the globe"));
+}
+
+}  // namespace
