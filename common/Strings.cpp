@@ -39,4 +39,12 @@ bool stringIsTrueToken(std::string_view text) {
     });
 }
 
+std::string excerpt(std::string_view text) {
+    constexpr std::size_t longest = 40;
+    if (text.size() <= longest) return std::string(text);
+    std::size_t size = longest;
+    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
+    return std::string(text.substr(0, size)) + "...";
+}
+
 }  // namespace UTILS

@@ -198,15 +198,6 @@ class Reader {
     Case markCase_ = Case::None;
 };
 
-/// The text for a message, cut when it is long, not within a UTF-8 character.
-std::string excerpt(std::string_view text) {
-    constexpr std::size_t longest = 40;
-    if (text.size() <= longest) return std::string(text);
-    std::size_t size = longest;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
-    return std::string(text.substr(0, size)) + "...";
-}
-
 /// Degrees, minutes and maybe seconds with their marks; `degrees` is not negative.
 std::string writeParts(double degrees, bool hasSeconds, int precision) {
     double whole = std::floor(degrees);
@@ -250,7 +241,7 @@ int readAngle(std::string_view text, double& radians, AngleReadOptions options, 
         radians = *degrees * kRadiansPerDegree;
         return 0;
     }
-    if (error) *error = std::string("Invalid angle \"") + excerpt(text) + "\": " + reader.failure();
+    if (error) *error = std::string("Invalid angle \"") + UTILS::excerpt(text) + "\": " + reader.failure();
     return 1;
 }
 

@@ -21,9 +21,7 @@ bool assign(UnitType_t& units, UnitType_t type, bool fits) {
 }
 
 int fail(std::string* error, std::string_view text, std::string_view reason) {
-    constexpr std::size_t longest = 40;
-    if (error)
-        *error = "Invalid value \"" + std::string(text.substr(0, longest)) + "\": " + std::string(reason);
+    if (error) error->assign("Invalid value \"").append(excerpt(text)).append("\": ").append(reason);
     return 1;
 }
 

@@ -1,9 +1,7 @@
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <locale>
 #include <random>
 #include <string>
 #include <vector>
@@ -11,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "common/NumberText.h"
+#include "support/CommaLocale.h"
 
 namespace {
 
@@ -116,28 +115,8 @@ TEST(WriteFixed, RoundsAndHasNoNegativeZero) {
     EXPECT_EQ(writeFixed(HUGE_VAL, 2), "");
 }
 
-/// A decimal comma for the C and the C++ library, undone at the end.
-class CommaLocale {
-  public:
-    CommaLocale() : old_(std::locale::global(std::locale(std::locale::classic(), new Comma))) {
-        std::setlocale(LC_ALL, "de_DE.UTF-8");
-    }
-    ~CommaLocale() {
-        std::locale::global(old_);
-        std::setlocale(LC_ALL, "C");
-    }
-
-  private:
-    struct Comma : std::numpunct<char> {
-        char do_decimal_point() const override { return ','; }
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
-    std::locale old_;
-};
-
 TEST(NumberText, IgnoresTheLocale) {
-    const CommaLocale locale;
+    const test::CommaLocale locale;
     EXPECT_EQ(readNumber("1234.5"), 1234.5);
     EXPECT_EQ(readNumber("1234,5"), std::nullopt);
     EXPECT_EQ(writeNumber(1234.5), "1234.5");

@@ -1,4 +1,3 @@
-#include <clocale>
 #include <cmath>
 #include <random>
 #include <string>

@@ -84,7 +84,7 @@ TEST(Mgrs, BreaksAReferenceIntoItsParts) {
         {"19", 10000.0, 90000.0},
         {"1298", 12000.0, 98000.0},
         {"123987", 12300.0, 98700.0},
-        {"12345699", 12340.0, 56990.0 + 0.0},
+        {"12345699", 12340.0, 56990.0},
         {"123456987654", 12345.6, 98765.4},
         {"1234567890198765432109", 12345.678901, 98765.432109}};
     for (const auto& [digits, east, north] : precisions) {
@@ -235,7 +235,7 @@ TEST(MgrsProperty, KnowsTheSquaresThatGeographicLibKnows) {
     EXPECT_EQ(ownRefusals, 3 * (6 * 16 + 2 * 15) + 9 + 3 * 10);
 }
 
-/// 200,000 positions over the whole globe, each as a reference of 0 to 11 digits.
+/// 200,000 positions over the whole globe, each as references of 0 to 11 digits.
 TEST(MgrsProperty, ReadsWhatGeographicLibWrites) {
     std::mt19937_64 random(31);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
@@ -263,11 +263,13 @@ TEST(MgrsProperty, ReadsWhatGeographicLibWrites) {
         double easting, northing;
         std::string mgrs;
         UTMUPS::Forward(lat, lon, zone, north, easting, northing);
-        MGRS::Forward(zone, north, easting, northing, lat, i % 12, mgrs);
         zones.insert(zone);
-        const double apart = difference(mgrs, judge(mgrs));
-        ASSERT_GE(apart, 0.0) << mgrs;
-        worst = std::max(worst, apart);
+        for (int digits = 0; digits <= 11; ++digits) {
+            MGRS::Forward(zone, north, easting, northing, lat, digits, mgrs);
+            const double apart = difference(mgrs, judge(mgrs));
+            ASSERT_GE(apart, 0.0) << mgrs;
+            worst = std::max(worst, apart);
+        }
     }
     EXPECT_EQ(zones.size(), 61U);
     EXPECT_LT(worst, 1e-9);

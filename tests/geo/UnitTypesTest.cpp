@@ -1,4 +1,3 @@
-#include <clocale>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -6,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include "geo/MgrsConvert.h"
 #include "geo/TspiUnitsProviderAdapter.h"
 #include "geo/UnitTypes.h"
+#include "support/CommaLocale.h"
 
 namespace {
 
@@ -134,6 +135,22 @@ TEST(UnitsProvider, RefusesTheRestWithAReasonAndLeavesTheValue) {
     EXPECT_NE(provider.parseLongitude("181", value), 0);
     EXPECT_NE(provider.parseLongitude("10 N", value), 0);
     EXPECT_EQ(value, 42.0);
+}
+
+TEST(UnitsProvider, IgnoresTheLocale) {
+    const test::CommaLocale locale;
+    TspiUnitsProviderAdapter provider;
+    provider.setGeodeticUnits(UnitType_t::DegreesMinutes);
+    double value = 0.0;
+    EXPECT_EQ(provider.formatRange(1234567.5), "1234567.50");
+    EXPECT_EQ(provider.formatLatitude(-21.31 * kRadiansPerDegree), "-21\u00B018.60'");
+    EXPECT_EQ(provider.parseRange("1234.5", value), 0);
+    EXPECT_EQ(value, 1234.5);
+    EXPECT_EQ(provider.parseLatitude("21 18.6 S", value), 0);
+    EXPECT_NE(provider.parseLatitude("21 18,6 S", value), 0);
+    std::string mgrs;
+    EXPECT_EQ(MgrsConvert::geodeticToMgrs(0.0, 3.0 * kRadiansPerDegree, mgrs), 0);
+    EXPECT_EQ(mgrs, "31NEA0000000000");
 }
 
 /// Every choice of units and precision gives a text that reads back to within its last decimal.
