@@ -1,0 +1,48 @@
+#include <iostream>
+
+#include "cli/Commands.h"
+#include "cli/Input.h"
+#include "cli/Messages.h"
+#include "cli/Printable.h"
+#include "format/Parser.h"
+
+namespace cli {
+
+using halCore::ZEL::Parser;
+using halCore::ZEL::ParseReport;
+
+int check(const CheckOptions& options) {
+    Failures failures;
+    const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
+    Progress progress(totalSize(files));
+    const Parser parser;
+    std::size_t blocks = 0;
+    std::size_t shapes = 0;
+    std::size_t messages = 0;
+    std::size_t read = 0;
+    for (const std::string& file : files) {
+        Input input(file, progress);
+        ParseReport report;
+        Parser::Shapes made;
+        parser.parse(input.stream(), made, report);
+        completeMessages(report);
+        if (!report.messages.empty()) progress.hide();
+        printMessages(std::cout, file, report);
+        blocks += report.blocks;
+        shapes += report.shapes;
+        messages += report.messages.size();
+        if (const std::string error = input.error(); !error.empty())
+            failures.report(file, error);
+        else
+            ++read;
+    }
+    progress.hide();
+    if (!options.quiet)
+        std::cout << counted(read, "file") << ", " << counted(blocks, "block") << " read, "
+                  << counted(shapes, "shape") << " made, " << blocks - shapes << " dropped, "
+                  << counted(messages, "message") << '\n';
+    if (failures.any()) return kUnreadable;
+    return messages == 0 ? kClean : kMessages;
+}
+
+}  // namespace cli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// The subcommands. Each prints on the standard output, its complaints on the standard error, and returns
+/// the exit code.
+namespace cli {
+
+inline constexpr int kClean = 0;
+inline constexpr int kMessages = 1;
+inline constexpr int kUnreadable = 2;
+
+struct CheckOptions {
+    std::vector<std::string> files;
+    bool recursive = false;
+    bool quiet = false;
+};
+
+/// Every message as "FILE:LINE: message", and a summary.
+int check(const CheckOptions& options);
+
+struct InfoOptions {
+    std::vector<std::string> files;
+    bool recursive = false;
+    bool json = false;
+    bool summary = false;
+};
+
+/// What is in the files.
+int info(const InfoOptions& options);
+
+struct FormatOptions {
+    std::vector<std::string> files;
+    bool recursive = false;
+    bool inPlace = false;
+    bool force = false;
+};
+
+/// The files as the library writes them.
+int format(const FormatOptions& options);
+
+}  // namespace cli

@@ -1,0 +1,83 @@
+#include <iostream>
+#include <sstream>
+
+#include "cli/Commands.h"
+#include "cli/Input.h"
+#include "cli/Messages.h"
+#include "cli/Printable.h"
+#include "common/Files.h"
+#include "common/NumberText.h"
+#include "format/Parser.h"
+
+namespace cli {
+namespace {
+
+using halCore::ZEL::Parser;
+using halCore::ZEL::ParseReport;
+
+/// All that the format can carry: the shapes with their comments, and the comments between them.
+void write(std::ostream& out, const Parser::Shapes& shapes, const ParseReport& report) {
+    out.precision(UTILS::kSignificantDigits);
+    out << "version 2\n\n";
+    auto comment = report.looseComments.begin();
+    for (std::size_t i = 0; i <= shapes.size(); ++i) {
+        for (; comment != report.looseComments.end() && comment->shapesBefore <= i; ++comment)
+            out << comment->line << '\n';
+        if (i == shapes.size()) break;
+        shapes[i]->serializeToStream(out);
+        out << '\n';
+    }
+}
+
+/// Empty, or why the file is left as it is.
+std::string formatInPlace(const std::string& file, const std::string& text, const FormatOptions& options,
+                          ParseReport& report) {
+    Parser::Shapes shapes;
+    Parser().parse(text, shapes, report);
+    completeMessages(report);
+    if (shapes.empty()) return "There is no shape in it, not rewritten";
+    if (!report.messages.empty() && !options.force)
+        return "Not rewritten, because what the messages name would be lost (use --force to lose it)";
+    std::ostringstream out;
+    write(out, shapes, report);
+    return out.view() == text ? std::string() : UTILS::saveFile(file, out.view());
+}
+
+}  // namespace
+
+int format(const FormatOptions& options) {
+    Failures failures;
+    const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
+    Progress progress(totalSize(files));
+    bool complete = true;
+    for (const std::string& file : files) {
+        ParseReport report;
+        if (options.inPlace && file != kStandardInput) {
+            std::string text;
+            if (const std::string error = UTILS::readFile(file, text); !error.empty()) {
+                failures.report(file, error);
+                continue;
+            }
+            const std::string problem = formatInPlace(file, text, options, report);
+            progress.advance(text.size());
+            if (!problem.empty() || !report.messages.empty()) progress.hide();
+            printMessages(std::cerr, file, report);
+            if (!problem.empty()) std::cerr << "zel: " << printable(file) << ": " << problem << '\n';
+            complete = complete && problem.empty() && report.messages.empty();
+            continue;
+        }
+        Input input(file, progress);
+        Parser::Shapes shapes;
+        Parser().parse(input.stream(), shapes, report);
+        completeMessages(report);
+        progress.hide();
+        write(std::cout, shapes, report);
+        printMessages(std::cerr, file, report);
+        complete = complete && report.messages.empty();
+        if (const std::string error = input.error(); !error.empty()) failures.report(file, error);
+    }
+    if (failures.any()) return kUnreadable;
+    return complete ? kClean : kMessages;
+}
+
+}  // namespace cli

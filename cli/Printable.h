@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+/// The text with control characters as "\xNN", so that a file cannot steer the terminal. Other bytes,
+/// UTF-8 included, stay.
+std::string printable(std::string_view text);
+
+/// "1 shape", "2 shapes".
+std::string counted(std::size_t count, std::string_view what);
+
+/// How many columns a UTF-8 text takes, one for each character.
+std::size_t columns(std::string_view text);
+
+/// The text filled up with blanks to a number of columns, at the right or at the left.
+std::string padded(std::string_view text, std::size_t width);
+std::string paddedLeft(std::string_view text, std::size_t width);
+
+}  // namespace cli

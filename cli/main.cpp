@@ -1,0 +1,62 @@
+#include <exception>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/Commands.h"
+
+namespace {
+
+void addFiles(CLI::App& command, std::vector<std::string>& files, bool& recursive) {
+    command.add_option("FILE", files, "Overlay files; - is standard input")->required();
+    command.add_flag("-r,--recursive", recursive, "Take the .zel files in directories, and below");
+}
+
+int run(int argc, char** argv) {
+    CLI::App app("Checks, describes and formats ZEL overlay files.", "zel");
+    app.set_version_flag("--version", "zel " ZEL_VERSION);
+    app.require_subcommand(1);
+    app.footer("Exit codes: 0 clean, 1 with messages, 2 unreadable or wrongly called.");
+
+    cli::CheckOptions checkOptions;
+    CLI::App* const check = app.add_subcommand("check", "Print every message as FILE:LINE: message");
+    addFiles(*check, checkOptions.files, checkOptions.recursive);
+    check->add_flag("-q,--quiet", checkOptions.quiet, "Print no summary");
+
+    cli::InfoOptions infoOptions;
+    CLI::App* const info = app.add_subcommand("info", "Tell what is in the files");
+    addFiles(*info, infoOptions.files, infoOptions.recursive);
+    info->add_flag("--json", infoOptions.json, "Print JSON");
+    info->add_flag("-s,--summary", infoOptions.summary, "Do not list the shapes");
+
+    cli::FormatOptions formatOptions;
+    CLI::App* const format = app.add_subcommand("format", "Write the files as the library writes them");
+    addFiles(*format, formatOptions.files, formatOptions.recursive);
+    format->add_flag("-i,--in-place", formatOptions.inPlace, "Rewrite the files instead of printing them");
+    format->add_flag("--force", formatOptions.force,
+                     "Rewrite files with messages too, and lose what they name");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? cli::kClean : cli::kUnreadable;
+    }
+    if (check->parsed()) return cli::check(checkOptions);
+    if (info->parsed()) return cli::info(infoOptions);
+    return cli::format(formatOptions);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);
+    try {
+        const int code = run(argc, argv);
+        std::cout.flush();
+        if (std::cout) return code;
+        std::cerr << "zel: the output could not be written\n";
+    } catch (const std::exception& error) {
+        std::cerr << "zel: " << error.what() << '\n';
+    }
+    return cli::kUnreadable;
+}

@@ -1,0 +1,30 @@
+# Completion of the zel command for bash.
+_zel() {
+    local word=${COMP_WORDS[COMP_CWORD]} command= i
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        if [[ ${COMP_WORDS[i]} != -* ]]; then
+            command=${COMP_WORDS[i]}
+            break
+        fi
+    done
+    local options
+    case $command in
+        check) options='-q --quiet -r --recursive -h --help' ;;
+        info) options='-s --summary --json -r --recursive -h --help' ;;
+        format) options='-i --in-place --force -r --recursive -h --help' ;;
+        *)
+            mapfile -t COMPREPLY < <(compgen -W 'check info format -h --help --version' -- "$word")
+            return
+            ;;
+    esac
+    if [[ $word == -?* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    else
+        compopt -o filenames 2> /dev/null
+        mapfile -t COMPREPLY < <(
+            compgen -d -- "$word"
+            compgen -f -X '!*.[zZ][eE][lL]' -- "$word"
+        )
+    fi
+}
+complete -F _zel zel

@@ -1,0 +1,195 @@
+"""Runs the zel command as people and CI do: zel.py ZEL SAMPLES_DIRECTORY"""
+
+import json
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ZEL, SAMPLES = sys.argv[1:3]
+
+CIRCLE = "start\ncircle\nend\n"
+BAD = "start\nfoo\ncircle\nend\nstart\nline\nend\nstart\n"
+
+
+class Zel(unittest.TestCase):
+    def setUp(self):
+        self.directory = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, self.directory)
+
+    def path(self, name):
+        return os.path.join(self.directory, name)
+
+    def file(self, name, text):
+        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
+        with open(self.path(name), "wb") as out:
+            out.write(text if isinstance(text, bytes) else text.encode())
+        return self.path(name)
+
+    def read(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read().decode()
+
+    def zel(self, *arguments, stdin="", code=0):
+        done = subprocess.run(
+            [ZEL, *arguments], input=stdin.encode(), capture_output=True, timeout=60, cwd=self.directory
+        )
+        self.assertEqual(done.returncode, code, done.stderr)
+        return done.stdout.decode(errors="replace"), done.stderr.decode(errors="replace")
+
+    def test_check_of_the_samples(self):
+        for name, blocks in ("countries-110m.zel", 286), ("coast-110m.zel", 126):
+            out, err = self.zel("check", os.path.join(SAMPLES, name))
+            self.assertEqual(
+                out, f"1 file, {blocks} blocks read, {blocks} shapes made, 0 dropped, 0 messages\n"
+            )
+            self.assertEqual(err, "")
+
+    def test_check_names_file_and_line(self):
+        self.file("bad.zel", BAD)
+        self.file("good.zel", CIRCLE)
+        expected = (
+            "bad.zel:2: Found unknown ZEL command foo\n"
+            "bad.zel:5: line line has no points, cannot create shape\n"
+            "bad.zel:8: start without end, the block is lost\n"
+        )
+        self.assertEqual(
+            self.zel("check", "bad.zel", "good.zel", code=1)[0],
+            expected + "2 files, 4 blocks read, 2 shapes made, 2 dropped, 3 messages\n",
+        )
+        self.assertEqual(self.zel("check", "-q", "bad.zel", code=1)[0], expected)
+        self.assertEqual(
+            self.zel("check", "-q", "-", stdin=BAD, code=1)[0], expected.replace("bad.zel", "-")
+        )
+
+    def test_check_shows_control_characters(self):
+        self.file("bell.zel", b"start\ncircle\n\x1b[2J\xff\nend\n")
+        out = self.zel("check", "-q", "bell.zel", code=1)[0]
+        self.assertIn("Found unknown ZEL command \\x1b[2j", out)
+
+    def test_what_cannot_be_read(self):
+        self.file("dir/sub/a.ZEL", CIRCLE)
+        self.file("dir/not.txt", "x")
+        os.mkdir(self.path("empty"))
+        for name, reason in (
+            ("missing.zel", "No such file or directory"),
+            ("dir", "Is a directory"),
+            ("/dev/null", "Is a device, not a file"),
+        ):
+            for command in "check", "info", "format":
+                out, err = self.zel(command, name, code=2)
+                self.assertTrue(err.startswith(f"zel: {name}: {reason}"), err)
+        self.assertIn("no .zel file", self.zel("check", "-r", "empty", code=2)[1])
+        self.assertTrue(self.zel("check", "-r", "dir")[0].startswith("1 file, 1 block read"))
+        # The others are still read.
+        self.assertIn("1 file, 1 block read", self.zel("check", "none", "dir/sub/a.ZEL", code=2)[0])
+        if os.geteuid() != 0:
+            os.chmod(self.file("secret.zel", CIRCLE), 0)
+            self.assertIn("Permission denied", self.zel("check", "secret.zel", code=2)[1])
+
+    def test_wrong_calls(self):
+        for arguments in (), ("bogus",), ("check",), ("check", "--bogus", "x"):
+            self.zel(*arguments, code=2)
+        self.assertIn("check", self.zel("--help")[0])
+        self.assertIn("--in-place", self.zel("format", "--help")[0])
+        self.assertRegex(self.zel("--version")[0], r"^zel \d")
+
+    def test_info(self):
+        self.file(
+            "a.zel",
+            "start\npoints\nlla 21.3 -158 10\nlla -1 2 30\naltitudeunits m\n3d name Größe\nend\n"
+            "start\ncircle\ncenterxy 5 -6\nrangeunits m\nend\n"
+            "start\nlatlonaltbox 40 30 10 20 0\nend\n"
+            "start\nannotation My_Label\nend\n",
+        )
+        table = self.zel("info", "a.zel")[0]
+        self.assertIn("4 blocks, 4 shapes, 2 points, 0 messages", table)
+        self.assertRegex(
+            table, r"points +Größe +2 +m yd deg +lat -1 to 21.3, lon -158 to 2, alt 10 to 30 m\n"
+        )
+        self.assertIn("east 5 to 5 m, north -6 to -6 m", table)
+        self.assertNotIn("Größe", self.zel("info", "-s", "a.zel")[0])
+        (described,) = json.loads(self.zel("info", "--json", "a.zel")[0])
+        self.assertEqual(
+            described["bounds"],
+            {"south": -1, "north": 40, "west": -158, "east": 20, "altitudeMin": 0, "altitudeMax": 30},
+        )
+        self.assertEqual(described["relativeBounds"]["northMin"], -6)
+        self.assertEqual(described["kinds"], {"annotation": 1, "circle": 1, "latlonaltbox": 1, "points": 1})
+        self.assertEqual([s["name"] for s in described["list"]], ["Größe", "circle", "latlonaltbox", "My Label"])
+        self.assertEqual(described["list"][3]["bounds"], None)
+        self.file("latin1.zel", b"start\ncircle\n3d name \xe9t\xe9\nend\n")
+        self.assertEqual(json.loads(self.zel("info", "--json", "latin1.zel")[0])[0]["list"][0]["name"], "�t�")
+
+    def test_format_prints(self):
+        text = "\ufeff# Header\r\nstart\r\nRADIUS 5\r\n# Inside\r\ncircle\r\nend\r\n// Tail"
+        formatted = "version 2\n\n# Header\nstart\n# Inside\ncircle\nradius 5\nend\n\n// Tail\n"
+        self.assertEqual(self.zel("format", "-", stdin=text)[0], formatted)
+        self.assertEqual(self.zel("format", "-", stdin=formatted)[0], formatted)
+        out, err = self.zel("format", "-", stdin=BAD, code=1)
+        self.assertEqual(out, "version 2\n\n" + CIRCLE + "\n")
+        self.assertIn("-:2: Found unknown", err)
+        # Bytes that are not UTF-8 pass through.
+        self.file("latin1.zel", b"start\ncircle\n3d name \xe9\nend\n")
+        done = subprocess.run([ZEL, "format", self.path("latin1.zel")], capture_output=True, check=True)
+        self.assertEqual(done.stdout, b"version 2\n\nstart\ncircle\n3d name \xe9\nend\n\n")
+
+    def test_format_in_place(self):
+        copy = shutil.copy(os.path.join(SAMPLES, "countries-110m.zel"), self.path("c.zel"))
+        os.chmod(copy, 0o640)
+        self.zel("format", "-i", "c.zel")
+        once = self.read("c.zel")
+        self.assertIn("3d name Côte d'Ivoire\n", once)
+        self.assertEqual(os.stat(copy).st_mode & 0o777, 0o640)
+        before = os.stat(copy).st_mtime_ns
+        self.zel("format", "-i", "c.zel")
+        self.assertEqual(self.read("c.zel"), once)
+        self.assertEqual(os.stat(copy).st_mtime_ns, before)
+        self.assertTrue(self.zel("check", "c.zel")[0].startswith("1 file, 286 blocks read, 286 shapes made"))
+
+    def test_format_in_place_loses_nothing_unasked(self):
+        self.file("bad.zel", BAD)
+        self.assertIn("Not rewritten", self.zel("format", "-i", "bad.zel", code=1)[1])
+        self.assertEqual(self.read("bad.zel"), BAD)
+        self.zel("format", "-i", "--force", "bad.zel", code=1)
+        self.assertEqual(self.read("bad.zel"), "version 2\n\n" + CIRCLE + "\n")
+        self.file("none.zel", "# only a comment\n")
+        self.zel("format", "-i", "none.zel", code=1)
+        self.assertEqual(self.read("none.zel"), "# only a comment\n")
+
+    def test_output_that_cannot_be_written(self):
+        with open("/dev/full", "w") as full:
+            done = subprocess.run(
+                [ZEL, "format", os.path.join(SAMPLES, "coast-110m.zel")], stdout=full, stderr=subprocess.PIPE
+            )
+        self.assertEqual(done.returncode, 2)
+        self.assertIn(b"could not be written", done.stderr)
+
+    def test_completion_knows_the_options(self):
+        script = os.path.join(os.path.dirname(SAMPLES), "cli", "zel.bash")
+        self.file("x.zel", CIRCLE)
+        self.file("x.txt", "")
+        for words, expected in (
+            (["zel", "ch"], {"check"}),
+            (["zel", "format", "--"], {"--in-place", "--force", "--recursive", "--help"}),
+            (["zel", "info", "x"], {"x.zel"}),
+        ):
+            quoted = " ".join(f"'{word}'" for word in words)
+            command = (
+                f"source '{script}'; COMP_WORDS=({quoted}); COMP_CWORD={len(words) - 1}; "
+                '_zel; printf "%s\\n" "${COMPREPLY[@]}"'
+            )
+            done = subprocess.run(
+                ["bash", "-c", command], capture_output=True, text=True, cwd=self.directory, check=True
+            )
+            self.assertEqual(set(done.stdout.split()), expected)
+            if words[1] == "format":
+                shown = self.zel("format", "--help")[0]
+                for option in expected:
+                    self.assertIn(option, shown)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
