@@ -88,7 +88,7 @@ class Camera {
     bool bringTurning(const halCore::Vec3& grabbed, double x, double y);
 
     halCore::Vec3 center_;
-    double range_ = 3.0e7;
+    double range_ = 2.3e7;
     double azimuth_ = 0.0;
     double elevation_ = 1.5707963267948966;
     int width_ = 1;

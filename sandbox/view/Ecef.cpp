@@ -45,8 +45,9 @@ bool isHiddenByEarth(const Ecef& eye, const Ecef& point) {
     const Ecef v = toUnitSphere(point - eye);
     const double c = dot(e, e) - 1.0;
     const double b = dot(e, v);
-    // Behind the plane through the horizon circle, and inside the cone of rays that meet the sphere.
-    return c > 0.0 && b + c < -1e-12 && b * b - dot(v, v) * c > 0.0;
+    const double a = dot(v, v);
+    // The ray meets the sphere, and the point lies past the middle of the stretch inside.
+    return c > 0.0 && b < 0.0 && b * b - a * c > 0.0 && a + b > 1e-13;
 }
 
 }  // namespace sandbox

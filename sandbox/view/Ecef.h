@@ -65,8 +65,8 @@ constexpr Ecef toUnitSphere(const Ecef& p) {
 }
 
 /// Whether the ellipsoid hides `point` from `eye`. A point of the surface counts as seen up to the
-/// horizon, also when rounding puts it a hair inside; a point below the surface that faces the eye
-/// counts as seen. Agrees with the test that the overlay shaders make for every pixel.
+/// horizon, also when rounding puts it a hair inside; so does a point below the surface up to where the
+/// ray of sight is deepest. Agrees with the test that the overlay shaders make for every pixel.
 bool isHiddenByEarth(const Ecef& eye, const Ecef& point);
 
 }  // namespace sandbox

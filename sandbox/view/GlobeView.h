@@ -104,7 +104,8 @@ class GlobeView : public QOpenGLWidget {
     void reportCursor(double x, double y);
     bool listenerTakes(const ViewMouseEvent& event);
     void releaseGraphics();
-    void runRefreshHook();
+    void paintLabels(const Camera& camera);
+    void paintScreenTexts();
 
     Camera camera_;
     OverlayScene overlays_;
@@ -115,7 +116,8 @@ class GlobeView : public QOpenGLWidget {
     QImage earthImage_;
     std::unique_ptr<Layers> layers_;
     std::optional<halCore::Vec3> grabbed_;
-    QPoint lastDrag_;
+    QPointF lastDrag_;
+    bool tilting_ = false;
     std::uint64_t frameCount_ = 0;
     bool insideHook_ = false;
 };

@@ -1,0 +1,336 @@
+#include "sandbox/view/GlobeView.h"
+
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QPainter>
+#include <QWheelEvent>
+#include <cmath>
+
+#include "sandbox/view/EarthLayer.h"
+#include "sandbox/view/HookLayer.h"
+#include "sandbox/view/OverlayLayer.h"
+#include "sandbox/view/Sprites.h"
+
+namespace sandbox {
+
+/// What lives on the graphics card; made and destroyed with the context.
+struct GlobeView::Layers {
+    EarthLayer earth;
+    HookLayer hook;
+    OverlayLayer overlays;
+    Sprites sprites;
+};
+
+namespace {
+
+unsigned modifiersOf(Qt::KeyboardModifiers modifiers) {
+    return (modifiers & Qt::ShiftModifier ? unsigned{ViewMouseEvent::Shift} : 0U) |
+           (modifiers & Qt::ControlModifier ? unsigned{ViewMouseEvent::Control} : 0U) |
+           (modifiers & Qt::AltModifier ? unsigned{ViewMouseEvent::Alt} : 0U);
+}
+
+unsigned buttonsOf(Qt::MouseButtons buttons) {
+    return (buttons & Qt::LeftButton ? unsigned{ViewMouseEvent::Left} : 0U) |
+           (buttons & Qt::MiddleButton ? unsigned{ViewMouseEvent::Middle} : 0U) |
+           (buttons & Qt::RightButton ? unsigned{ViewMouseEvent::Right} : 0U);
+}
+
+ViewMouseEvent describe(const QSinglePointEvent& event, ViewMouseEvent::Kind kind) {
+    ViewMouseEvent result;
+    result.kind = kind;
+    result.x = qRound(event.position().x());
+    result.y = qRound(event.position().y());
+    result.modifiers = modifiersOf(event.modifiers());
+    result.buttons = buttonsOf(event.buttons());
+    return result;
+}
+
+std::optional<ViewMouseEvent::Kind> kindOf(Qt::MouseButton button, bool press) {
+    using Kind = ViewMouseEvent::Kind;
+    switch (button) {
+        case Qt::LeftButton:
+            return press ? Kind::LeftPress : Kind::LeftRelease;
+        case Qt::MiddleButton:
+            return press ? Kind::MiddlePress : Kind::MiddleRelease;
+        case Qt::RightButton:
+            return press ? Kind::RightPress : Kind::RightRelease;
+        default:
+            return std::nullopt;
+    }
+}
+
+QRgb rgb(const Rgba& color) {
+    return qRgba(color.r, color.g, color.b, color.a);
+}
+
+/// The direction of a platform's heading on the screen, clockwise from up.
+double screenTurn(const Camera& camera, const PlatformMarker& platform) {
+    const LocalFrame frame = localFrame(platform.position.lat(), platform.position.lon());
+    const Ecef ahead = frame.north * std::cos(platform.heading) + frame.east * std::sin(platform.heading);
+    return std::atan2(dot(ahead, camera.right()), dot(ahead, camera.up()));
+}
+
+}  // namespace
+
+QSurfaceFormat GlobeView::surfaceFormat() {
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setVersion(2, 1);
+    format.setProfile(QSurfaceFormat::CompatibilityProfile);
+    format.setDepthBufferSize(24);
+    format.setStencilBufferSize(8);
+    format.setSamples(4);
+    return format;
+}
+
+GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defaultEarthImage()) {
+    setFormat(surfaceFormat());
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    overlays_.setChangeCallback([this] { contentChanged(); });
+}
+
+GlobeView::~GlobeView() {
+    overlays_.setChangeCallback(nullptr);
+    releaseGraphics();
+}
+
+QString GlobeView::defaultEarthImage() {
+    return QStringLiteral("/usr/share/xplanet/images/earth.jpg");
+}
+
+bool GlobeView::setEarthImage(const QString& path) {
+    earthImage_ = QImage(path);
+    if (layers_) {
+        makeCurrent();
+        layers_->earth.setImage(earthImage_);
+        doneCurrent();
+    }
+    requestRedraw();
+    return !earthImage_.isNull();
+}
+
+void GlobeView::setCenter(const halCore::Vec3& geodetic) {
+    const Camera before = camera_;
+    camera_.setCenter(geodetic);
+    if (!(camera_ == before)) cameraMoved();
+}
+
+void GlobeView::setRangeAzimuthElevation(double range, double azimuth, double elevation) {
+    const Camera before = camera_;
+    camera_.setRangeAzimuthElevation(range, azimuth, elevation);
+    if (!(camera_ == before)) cameraMoved();
+}
+
+void GlobeView::cameraMoved() {
+    // Not contentChanged(): a camera that the hook moves needs the next frame, this one's view is set.
+    requestRedraw();
+    emit cameraChanged();
+}
+
+void GlobeView::setPlatform(PlatformMarker platform) {
+    const std::uint64_t id = platform.id;
+    platforms_.insert_or_assign(id, std::move(platform));
+    contentChanged();
+}
+
+void GlobeView::removePlatform(std::uint64_t id) {
+    if (platforms_.erase(id) > 0) contentChanged();
+}
+
+void GlobeView::setScreenText(ScreenText text) {
+    const std::uint64_t id = text.id;
+    screenTexts_.insert_or_assign(id, std::move(text));
+    contentChanged();
+}
+
+void GlobeView::removeScreenText(std::uint64_t id) {
+    if (screenTexts_.erase(id) > 0) contentChanged();
+}
+
+std::optional<std::uint64_t> GlobeView::platformAt(double x, double y) const {
+    constexpr double kReach = 12.0;
+    std::optional<std::uint64_t> nearest;
+    double best = kReach;
+    for (const auto& [id, platform] : platforms_) {
+        const Projected place = camera_.project(platform.position);
+        const double distance = std::hypot(place.x - x, place.y - y);
+        if (!place.visible || distance > best) continue;
+        best = distance;
+        nearest = id;
+    }
+    return nearest;
+}
+
+void GlobeView::setMouseListener(std::function<bool(const ViewMouseEvent&)> listener) {
+    mouseListener_ = std::move(listener);
+}
+
+void GlobeView::setRefreshHook(std::function<void(int, int)> hook) {
+    refreshHook_ = std::move(hook);
+    requestRedraw();
+}
+
+void GlobeView::requestRedraw() {
+    update();
+}
+
+void GlobeView::contentChanged() {
+    if (!insideHook_) requestRedraw();
+}
+
+QImage GlobeView::grabFrame() {
+    return grabFramebuffer();
+}
+
+void GlobeView::initializeGL() {
+    layers_ = std::make_unique<Layers>();
+    layers_->earth.setImage(earthImage_);
+    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &GlobeView::releaseGraphics,
+            Qt::UniqueConnection);
+}
+
+void GlobeView::releaseGraphics() {
+    if (!layers_) return;
+    makeCurrent();
+    layers_.reset();
+    doneCurrent();
+}
+
+void GlobeView::resizeGL(int width, int height) {
+    camera_.setViewport(width, height);
+    emit cameraChanged();
+}
+
+void GlobeView::paintGL() {
+    ++frameCount_;
+    // The hook may move the camera: that is for the next frame, this one keeps its view.
+    const Camera camera = camera_;
+    const double ratio = devicePixelRatio();
+    const QSize pixels = QSizeF(width() * ratio, height() * ratio).toSize();
+    if (refreshHook_) {
+        insideHook_ = true;
+        layers_->hook.record(camera, pixels, [&] { refreshHook_(width(), height()); });
+        insideHook_ = false;
+        context()->functions()->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
+    }
+    glViewport(0, 0, pixels.width(), pixels.height());
+    // The painters of the frame before leave it off.
+    glEnable(GL_MULTISAMPLE);
+    glDepthMask(GL_TRUE);
+    glClearColor(0.0F, 0.0F, 0.0F, 1.0F);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    layers_->earth.draw(camera);
+    layers_->overlays.update(overlays_);
+    layers_->overlays.draw(overlays_, camera, ratio);
+    layers_->sprites.setPixelRatio(ratio);
+    paintLabels(camera);
+    if (refreshHook_) layers_->hook.compose();
+    paintScreenTexts();
+    emit frameDrawn();
+}
+
+void GlobeView::paintLabels(const Camera& camera) {
+    const std::vector<const DrawList::Label*> labels = layers_->overlays.labels(overlays_);
+    if (labels.empty() && platforms_.empty()) return;
+    QPainter painter(this);
+    Sprites& sprites = layers_->sprites;
+    const auto inView = [&](const Projected& place) {
+        constexpr double kMargin = 500.0;
+        return place.visible && place.x > -kMargin && place.x < width() + kMargin && place.y > -kMargin &&
+               place.y < height() + kMargin;
+    };
+    for (const DrawList::Label* label : labels) {
+        const Projected place = camera.project(label->position);
+        if (!inView(place)) continue;
+        TextLook look{fontForFile(QString::fromStdString(label->fontName), label->pixelSize),
+                      rgb(label->color), rgb(label->outlineColor), label->outlineWidth};
+        sprites.drawTextCentered(painter, place.x, place.y, QString::fromStdString(label->text), look);
+    }
+    const TextLook nameLook{fontForFile(QStringLiteral("arial.ttf"), 13), 0xffffffff, 0xb0000000, 1};
+    for (const auto& [id, platform] : platforms_) {
+        const Projected place = camera.project(platform.position);
+        if (!inView(place)) continue;
+        sprites.drawSymbol(painter, place.x, place.y, platform, screenTurn(camera, platform));
+        if (!platform.name.empty())
+            sprites.drawText(painter, place.x + 12.0, place.y - 8.0, QString::fromStdString(platform.name),
+                             nameLook);
+    }
+}
+
+void GlobeView::paintScreenTexts() {
+    if (screenTexts_.empty()) return;
+    QPainter painter(this);
+    for (const auto& [id, text] : screenTexts_) {
+        const TextLook look{fontForFile(QStringLiteral("arial.ttf"), text.pixelSize), text.argb, 0xa0000000,
+                            1};
+        layers_->sprites.drawText(painter, text.x, text.y, QString::fromStdString(text.text), look);
+    }
+}
+
+bool GlobeView::listenerTakes(const ViewMouseEvent& event) {
+    return mouseListener_ && mouseListener_(event);
+}
+
+void GlobeView::reportCursor(double x, double y) {
+    const std::optional<halCore::Vec3> place = camera_.pick(x, y);
+    emit cursorMoved(place.has_value(), place ? place->lat() : 0.0, place ? place->lon() : 0.0);
+}
+
+void GlobeView::mousePressEvent(QMouseEvent* event) {
+    const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), true);
+    if (!kind || listenerTakes(describe(*event, *kind))) return;
+    if (event->button() == Qt::LeftButton)
+        grabbed_ = camera_.pick(event->position().x(), event->position().y());
+    lastDrag_ = event->position();
+    tilting_ = event->button() == Qt::MiddleButton;
+}
+
+void GlobeView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) grabbed_.reset();
+    if (event->button() == Qt::MiddleButton) tilting_ = false;
+    if (const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), false))
+        listenerTakes(describe(*event, *kind));
+}
+
+void GlobeView::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF at = event->position();
+    if (!listenerTakes(describe(*event, ViewMouseEvent::Kind::Motion))) {
+        if (grabbed_ && (event->buttons() & Qt::LeftButton)) {
+            if (camera_.bring(*grabbed_, at.x(), at.y())) cameraMoved();
+        } else if (tilting_ && (event->buttons() & Qt::MiddleButton)) {
+            constexpr double kRadiansPerPixel = 0.006;
+            const QPointF moved = at - lastDrag_;
+            setRangeAzimuthElevation(camera_.range(), camera_.azimuth() + moved.x() * kRadiansPerPixel,
+                                     camera_.elevation() - moved.y() * kRadiansPerPixel);
+        }
+    }
+    lastDrag_ = at;
+    reportCursor(at.x(), at.y());
+}
+
+void GlobeView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        listenerTakes(describe(*event, ViewMouseEvent::Kind::DoubleClick));
+        return;
+    }
+    mousePressEvent(event);
+}
+
+void GlobeView::wheelEvent(QWheelEvent* event) {
+    ViewMouseEvent described = describe(*event, ViewMouseEvent::Kind::Wheel);
+    described.wheelDelta = event->angleDelta().y();
+    event->accept();
+    if (listenerTakes(described) || described.wheelDelta == 0) return;
+    const Camera before = camera_;
+    camera_.zoom(std::pow(2.0, -described.wheelDelta / 360.0), event->position().x(), event->position().y());
+    if (!(camera_ == before)) cameraMoved();
+    reportCursor(event->position().x(), event->position().y());
+}
+
+void GlobeView::leaveEvent(QEvent*) {
+    emit cursorMoved(false, 0.0, 0.0);
+}
+
+}  // namespace sandbox

@@ -1,0 +1,452 @@
+#include "sandbox/view/ShapeGeometry.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <string>
+#include <utility>
+
+#include "format/ZelShapes.h"
+#include "sandbox/view/GeodesicPath.h"
+#include "sandbox/view/SolidGeometry.h"
+#include "sandbox/view/SurfaceFill.h"
+
+namespace sandbox {
+
+namespace {
+
+namespace ZEL = halCore::ZEL;
+using halCore::Vec3;
+
+constexpr double kPi = std::numbers::pi;
+
+Rgba rgba(const ZEL::Color& color) {
+    return {color.red(), color.green(), color.blue(), color.alpha()};
+}
+
+bool finite(const Vec3& v) {
+    return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());
+}
+
+/// Where a shape stands, and how finely it is drawn: turns its own coordinates into geodetic ones.
+class Placement {
+  public:
+    Placement(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference, double tolerance)
+        : relative_(shape.isRelative()), tolerance_(tolerance) {
+        Vec3 own;
+        if (shape.getReferencePosition(own) == 0)
+            origin_ = own;
+        else if (reference)
+            origin_ = reference->position;
+        shape.getScale(scale_);
+        bool follow = false;
+        double offset = 0.0;
+        shape.getYawOffset(offset);
+        shape.getFollowYaw(follow);
+        yaw_ = offset + (follow && reference ? reference->heading : 0.0);
+        shape.getPitchOffset(offset);
+        shape.getFollowPitch(follow);
+        pitch_ = offset + (follow && reference ? reference->pitch : 0.0);
+        shape.getRollOffset(offset);
+        shape.getFollowRoll(follow);
+        roll_ = offset + (follow && reference ? reference->roll : 0.0);
+        shape.getAltitudeOffset(altitudeOffset_);
+        ZEL::AltitudeMode mode = ZEL::AltitudeMode::None;
+        shape.getAltitudeMode(mode);
+        clamped_ = mode == ZEL::AltitudeMode::ClampToGround;
+        extruded_ = mode == ZEL::AltitudeMode::Extrude;
+        double height = 0.0;
+        if (shape.getExtrudeHeight(height) == 0) extrudeHeight_ = height;
+    }
+
+    bool relative() const { return relative_; }
+    double tolerance() const { return tolerance_; }
+    double yaw() const { return yaw_; }
+    double pitch() const { return pitch_; }
+    double roll() const { return roll_; }
+    const Vec3& scale() const { return scale_; }
+    bool clamped() const { return clamped_; }
+    bool extruded() const { return extruded_; }
+    std::optional<double> extrudeHeight() const { return extrudeHeight_; }
+
+    std::optional<Vec3> place(const Vec3& position) const {
+        if (!finite(position)) return std::nullopt;
+        Vec3 result = position;
+        if (relative_) {
+            if (!origin_) return std::nullopt;
+            const std::optional<Vec3> placed = fromFlatFrame(*origin_, turned(position));
+            if (!placed) return std::nullopt;
+            result = *placed;
+        }
+        if (std::abs(result.lat()) > kPi / 2) return std::nullopt;
+        result.setAlt(clamped_ ? 0.0 : result.alt() + altitudeOffset_);
+        return result;
+    }
+
+  private:
+    /// Scaled and turned with the body, still east, north and up.
+    Vec3 turned(const Vec3& p) const {
+        const double right = p.x() * scale_.x();
+        const double forward = p.y() * scale_.y();
+        const double up = p.z() * scale_.z();
+        if (yaw_ == 0.0 && pitch_ == 0.0 && roll_ == 0.0) return {right, forward, up};
+        // bodyFrame() at 0°/0°, where east is y, north is z and up is x.
+        const BodyFrame frame = bodyFrame(Vec3(), yaw_, pitch_, roll_);
+        const Ecef v = frame.right * right + frame.forward * forward + frame.up * up;
+        return {v.y, v.z, v.x};
+    }
+
+    bool relative_;
+    double tolerance_;
+    std::optional<Vec3> origin_;
+    Vec3 scale_{1.0, 1.0, 1.0};
+    double yaw_ = 0.0;
+    double pitch_ = 0.0;
+    double roll_ = 0.0;
+    double altitudeOffset_ = 0.0;
+    bool clamped_ = false;
+    bool extruded_ = false;
+    std::optional<double> extrudeHeight_;
+};
+
+ShapeStyle styleOf(const ZEL::FillableShape& shape) {
+    ShapeStyle style;
+    ZEL::Color color;
+    shape.getLineColor(color);
+    style.lineColor = rgba(color);
+    shape.getFillColor(color);
+    style.fillColor = rgba(color);
+    int width = 1;
+    shape.getLineWidth(width);
+    style.lineWidth = static_cast<float>(std::clamp(width, 1, 255));
+    ZEL::LineStyle stroke = ZEL::LineStyle::Solid;
+    shape.getLineStyle(stroke);
+    style.stroke = stroke == ZEL::LineStyle::Dashed   ? Stroke::Dashed
+                   : stroke == ZEL::LineStyle::Dotted ? Stroke::Dotted
+                                                      : Stroke::Solid;
+    shape.getOutlined(style.outlined);
+    shape.getFilled(style.filled);
+    return style;
+}
+
+void addLine(const GeodeticPath& path, bool closed, const ShapeStyle& style, DrawList& out) {
+    DrawList::Line line;
+    line.points = toEcef(path);
+    if (closed && line.points.size() > 2 && length(line.points.front() - line.points.back()) < 1e-6)
+        line.points.pop_back();
+    line.color = style.lineColor;
+    line.width = style.lineWidth;
+    line.stroke = style.stroke;
+    line.closed = closed;
+    out.lines.push_back(std::move(line));
+}
+
+/// An area or a line on the ground or at an altitude, with its curtain when it is extruded.
+void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& middle,
+             const Placement& placement, const ShapeStyle& style, DrawList& out) {
+    if (path.empty()) return;
+    if (style.filled && closed)
+        out.meshes.push_back(fillRing(path, style.fillColor, middle, placement.tolerance()));
+    if (placement.extruded()) {
+        const double altitude =
+            placement.extrudeHeight() ? path.front().alt() + *placement.extrudeHeight() : 0.0;
+        const Rgba color = style.filled ? style.fillColor
+                                        : Rgba{style.lineColor.r, style.lineColor.g, style.lineColor.b,
+                                               static_cast<std::uint8_t>(style.lineColor.a / 3)};
+        appendCurtain(path, altitude, closed, color, out);
+    }
+    // A line is all outline: switching the outline off is meant for areas.
+    if (style.outlined || !closed) addLine(path, closed, style, out);
+}
+
+double lengthOf(const GeodeticPath& points, bool closed) {
+    double sum = 0.0;
+    for (std::size_t i = 1; i < points.size(); ++i) sum += length(toEcef(points[i]) - toEcef(points[i - 1]));
+    if (closed && points.size() > 1) sum += length(toEcef(points.front()) - toEcef(points.back()));
+    return sum;
+}
+
+double stepFor(double meters, double tolerance) {
+    const double fine = std::clamp(meters / 20000.0, 2000.0, 100.0e3);
+    return std::max(fine, std::sqrt(8.0 * kEquatorRadius * tolerance));
+}
+
+void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement, DrawList& out) {
+    GeodeticPath points;
+    for (const Vec3& point : shape.points())
+        if (const std::optional<Vec3> placed = placement.place(point)) points.push_back(*placed);
+    if (points.size() < 2) return;
+    const ShapeStyle style = styleOf(shape);
+    ZEL::TessellationStyle tessellation = ZEL::TessellationStyle::None;
+    shape.getTessellation(tessellation);
+    const PathKind kind =
+        tessellation == ZEL::TessellationStyle::RhumbLine ? PathKind::Rhumb : PathKind::Geodesic;
+    const bool closed = shape.shapeType() == ZEL::ShapeType::Polygon;
+    const double step = stepFor(lengthOf(points, closed), placement.tolerance());
+    if (shape.shapeType() == ZEL::ShapeType::LineSegs) {
+        for (std::size_t i = 0; i + 1 < points.size(); i += 2) {
+            GeodeticPath path{points[i]};
+            appendPath(path, points[i + 1], kind, step);
+            addRing(path, false, std::nullopt, placement, style, out);
+        }
+        return;
+    }
+    if (closed) points.push_back(points.front());
+    points = simplified(points, placement.tolerance());
+    GeodeticPath path{points.front()};
+    for (std::size_t i = 1; i < points.size(); ++i) appendPath(path, points[i], kind, step);
+    addRing(path, closed, std::nullopt, placement, style, out);
+}
+
+void appendDots(const ZEL::Points& shape, const Placement& placement, DrawList& out) {
+    ZEL::Color color;
+    shape.getColor(color);
+    int size = 1;
+    shape.getPointSize(size);
+    for (const Vec3& point : shape.points()) {
+        const std::optional<Vec3> placed = placement.place(point);
+        if (!placed) continue;
+        DrawList::Line dot;
+        dot.points.push_back(toEcef(*placed));
+        dot.color = rgba(color);
+        dot.width = static_cast<float>(std::clamp(size, 1, 255));
+        out.lines.push_back(std::move(dot));
+        if (placement.extruded()) {
+            DrawList::Line stem = out.lines.back();
+            stem.width = 1.0F;
+            stem.points.push_back(toEcef(Vec3(placed->lat(), placed->lon(), 0.0)));
+            out.lines.push_back(std::move(stem));
+        }
+    }
+}
+
+void appendOrbit(const ZEL::Orbit& shape, const Vec3& center, double radius, const Placement& placement,
+                 const ShapeStyle& style, DrawList& out) {
+    Vec3 second;
+    if (shape.getCenterPosition2(second) != 0) return;
+    const std::optional<Vec3> center2 = placement.place(second);
+    if (!center2) return;
+    const DistanceAndAzimuth way = geodesicBetween(center, *center2);
+    if (way.meters < 1e-3) {
+        addRing(geodesicArc(center, radius, 0.0, 2.0 * kPi, placement.tolerance()), true, center, placement,
+                style, out);
+        return;
+    }
+    const double step = stepFor(way.meters, placement.tolerance());
+    GeodeticPath ring = geodesicArc(*center2, radius, way.azimuthAtEnd - kPi / 2, kPi, placement.tolerance());
+    const GeodeticPath back =
+        geodesicArc(center, radius, way.azimuthAtStart + kPi / 2, kPi, placement.tolerance());
+    appendPath(ring, back.front(), PathKind::Geodesic, step);
+    ring.insert(ring.end(), back.begin() + 1, back.end());
+    appendPath(ring, Vec3(ring.front()), PathKind::Geodesic, step);
+    addRing(ring, true, std::nullopt, placement, style, out);
+}
+
+/// The half axes (east, north) of a shape: from its axes, which are whole in a file, else its radius.
+std::array<double, 2> halfAxes(double major, bool hasMajor, double minor, bool hasMinor, double radius) {
+    return {hasMajor ? major / 2 : radius, hasMinor ? minor / 2 : radius};
+}
+
+void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, double radius,
+                      const Placement& placement, const ShapeStyle& style, DrawList& out) {
+    double major = 0.0;
+    double minor = 0.0;
+    const bool hasMajor = shape.getMajorAxis(major) == 0;
+    const bool hasMinor = shape.getMinorAxis(minor) == 0;
+    const auto [east, north] = halfAxes(major, hasMajor, minor, hasMinor, radius);
+    const double halfEast = std::abs(east * placement.scale().x());
+    const double halfNorth = std::abs(north * placement.scale().y());
+    if (!(halfEast > 0.0) || !(halfNorth > 0.0)) return;
+
+    double start = 0.0;
+    double sweep = 2.0 * kPi;
+    shape.getAngleStart(start);
+    if (shape.getAngleSweep(sweep) != 0) sweep = 2.0 * kPi;
+    sweep = std::clamp(sweep, -2.0 * kPi, 2.0 * kPi);
+    const bool whole = shape.shapeType() == ZEL::ShapeType::Ellipse || std::abs(sweep) > 2.0 * kPi - 1e-9;
+    if (whole) {
+        start = 0.0;
+        sweep = 2.0 * kPi;
+    }
+    GeodeticPath ring = ellipticalArc(center, halfEast, halfNorth, placement.yaw(), start + placement.yaw(),
+                                      sweep, placement.tolerance());
+    const std::size_t last = ring.size() - 1;
+
+    if (shape.shapeType() == ZEL::ShapeType::Cylinder) {
+        double height = 0.0;
+        static_cast<const ZEL::Cylinder&>(shape).getHeight(height);
+        height *= placement.scale().z();
+        std::vector<std::size_t> edges;
+        if (whole) {
+            for (std::size_t i = 0; i < 12; ++i) edges.push_back(i * last / 12);
+        } else {
+            edges = {0, last, last + 1};
+            ring.push_back(center);
+        }
+        if (height != 0.0 && !placement.clamped())
+            appendPrism(ring, height, whole ? std::optional(center) : std::nullopt, edges, style,
+                        placement.tolerance(), out);
+        else
+            addRing(ring, true, whole ? std::optional(center) : std::nullopt, placement, style, out);
+        return;
+    }
+    if (whole) {
+        addRing(ring, true, center, placement, style, out);
+        return;
+    }
+    // An arc is its curve; filled, it is the slice of pie.
+    if (style.filled) {
+        GeodeticPath slice = ring;
+        slice.push_back(center);
+        out.meshes.push_back(fillRing(slice, style.fillColor, std::nullopt, placement.tolerance()));
+    }
+    if (style.outlined || !style.filled) addLine(ring, false, style, out);
+}
+
+void appendCircular(const ZEL::CircularShape& shape, const Placement& placement, DrawList& out) {
+    Vec3 own;
+    if (shape.getCenterPosition(own) != 0 && !placement.relative()) return;
+    const std::optional<Vec3> center = placement.place(own);
+    if (!center) return;
+    double radius = 0.0;
+    shape.getRadius(radius);
+    if (!std::isfinite(radius) || radius < 0.0) return;
+    const ShapeStyle style = styleOf(shape);
+    const Vec3& scale = placement.scale();
+    if (const auto* elliptical = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
+        appendElliptical(*elliptical, *center, radius, placement, style, out);
+        return;
+    }
+    const BodyFrame frame = bodyFrame(*center, placement.yaw(), placement.pitch(), placement.roll());
+    switch (shape.shapeType()) {
+        case ZEL::ShapeType::Sphere:
+        case ZEL::ShapeType::Hemisphere:
+            if (radius > 0.0)
+                appendEllipsoid(*center, frame, {radius * scale.x(), radius * scale.y(), radius * scale.z()},
+                                shape.shapeType() == ZEL::ShapeType::Hemisphere, style, placement.tolerance(),
+                                out);
+            return;
+        case ZEL::ShapeType::Ellipsoid: {
+            const auto& ellipsoid = static_cast<const ZEL::Ellipsoid&>(shape);
+            double major = 0.0;
+            double minor = 0.0;
+            double height = 0.0;
+            const bool hasMajor = ellipsoid.getMajorAxis(major) == 0;
+            const bool hasMinor = ellipsoid.getMinorAxis(minor) == 0;
+            const auto [east, north] = halfAxes(major, hasMajor, minor, hasMinor, radius);
+            if (ellipsoid.getHeight(height) != 0 || !(height > 0.0)) height = std::max(east, north);
+            if (east > 0.0 && north > 0.0)
+                appendEllipsoid(*center, frame, {east * scale.x(), north * scale.y(), height * scale.z()},
+                                false, style, placement.tolerance(), out);
+            return;
+        }
+        case ZEL::ShapeType::Orbit:
+            appendOrbit(static_cast<const ZEL::Orbit&>(shape), *center, radius * scale.x(), placement, style,
+                        out);
+            return;
+        default:
+            break;
+    }
+    if (!(radius > 0.0)) return;
+    const GeodeticPath ring =
+        scale.x() == scale.y()
+            ? geodesicArc(*center, std::abs(radius * scale.x()), placement.yaw(), 2.0 * kPi,
+                          placement.tolerance())
+            : ellipticalArc(*center, std::abs(radius * scale.x()), std::abs(radius * scale.y()),
+                            placement.yaw(), placement.yaw(), 2.0 * kPi, placement.tolerance());
+    if (shape.shapeType() == ZEL::ShapeType::Cone) {
+        double height = 0.0;
+        static_cast<const ZEL::Cone&>(shape).getHeight(height);
+        appendCone(*center, ring, height * scale.z(), style, placement.tolerance(), out);
+        return;
+    }
+    addRing(ring, true, center, placement, style, out);
+}
+
+void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawList& out) {
+    const ShapeStyle style = styleOf(box);
+    double span = std::remainder(box.east() - box.west(), 2.0 * kPi);
+    if (span <= 0.0) span += 2.0 * kPi;
+    const double west = box.west();
+    const double north = std::clamp(std::max(box.north(), box.south()), -kPi / 2, kPi / 2);
+    const double south = std::clamp(std::min(box.north(), box.south()), -kPi / 2, kPi / 2);
+    const double altitude = placement.clamped() ? 0.0 : box.altitude();
+    // Along parallels and meridians, in pieces of a quarter of a degree at most.
+    constexpr double kPiece = kPi / 720;
+    const auto side = [](double extent) { return std::max(8, static_cast<int>(std::ceil(extent / kPiece))); };
+    const int across = side(span);
+    const int along = side(north - south);
+    GeodeticPath ring;
+    std::vector<std::size_t> corners;
+    const auto run = [&](int pieces, double lat0, double lon0, double lat1, double lon1) {
+        corners.push_back(ring.size());
+        for (int i = 0; i < pieces; ++i) {
+            const double share = static_cast<double>(i) / pieces;
+            ring.emplace_back(std::lerp(lat0, lat1, share), std::lerp(lon0, lon1, share), altitude);
+        }
+    };
+    run(across, south, west, south, west + span);
+    run(along, south, west + span, north, west + span);
+    run(across, north, west + span, north, west);
+    run(along, north, west, south, west);
+    double height = 0.0;
+    box.getHeight(height);
+    if (height != 0.0 && !placement.clamped())
+        appendPrism(ring, height, std::nullopt, corners, style, placement.tolerance(), out);
+    else
+        addRing(ring, true, std::nullopt, placement, style, out);
+}
+
+void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawList& out) {
+    Vec3 own;
+    if (shape.getPosition(own) != 0 && !placement.relative()) return;
+    const std::optional<Vec3> placed = placement.place(own);
+    if (!placed) return;
+    DrawList::Label label;
+    label.position = toEcef(*placed);
+    label.text = shape.label();
+    shape.getFontName(label.fontName);
+    shape.getTextSize(label.pixelSize);
+    label.pixelSize = std::clamp(label.pixelSize, 1, 400);
+    ZEL::Color color;
+    shape.getTextColor(color);
+    label.color = rgba(color);
+    shape.getOutlineColor(color);
+    label.outlineColor = rgba(color);
+    ZEL::OutlineThickness thickness = ZEL::OutlineThickness::None;
+    shape.getOutlineThickness(thickness);
+    label.outlineWidth = thickness == ZEL::OutlineThickness::Thick  ? 2
+                         : thickness == ZEL::OutlineThickness::Thin ? 1
+                                                                    : 0;
+    if (!label.text.empty()) out.labels.push_back(std::move(label));
+}
+
+}  // namespace
+
+void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
+                    double tolerance, DrawList& out) {
+    bool drawn = true;
+    shape.getDrawn(drawn);
+    if (!drawn) return;
+    const Placement placement(shape, reference, tolerance);
+    if (const auto* circular = dynamic_cast<const ZEL::CircularShape*>(&shape))
+        appendCircular(*circular, placement, out);
+    else if (const auto* points = dynamic_cast<const ZEL::PointBasedShape*>(&shape))
+        appendPoints(*points, placement, out);
+    else if (const auto* dots = dynamic_cast<const ZEL::Points*>(&shape))
+        appendDots(*dots, placement, out);
+    else if (const auto* box = dynamic_cast<const ZEL::LatLonAltBox*>(&shape))
+        appendBox(*box, placement, out);
+    else if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape))
+        appendLabel(*annotation, placement, out);
+}
+
+std::size_t roughSize(const ZEL::ZelShape& shape) {
+    if (const auto* points = dynamic_cast<const ZEL::PointBasedShape*>(&shape))
+        return points->points().size();
+    if (const auto* dots = dynamic_cast<const ZEL::Points*>(&shape)) return dots->points().size();
+    return shape.shapeType() == ZEL::ShapeType::Annotation ? 1 : 500;
+}
+
+}  // namespace sandbox

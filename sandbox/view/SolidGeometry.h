@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "sandbox/view/DrawList.h"
+#include "sandbox/view/GeodesicPath.h"
+
+namespace sandbox {
+
+/// The stroke and fill of a shape.
+struct ShapeStyle {
+    Rgba lineColor;
+    Rgba fillColor;
+    float lineWidth = 1.0F;
+    Stroke stroke = Stroke::Solid;
+    bool outlined = true;
+    bool filled = false;
+};
+
+/// Axes of a body: right, forward and up, turned out of east, north and up.
+struct BodyFrame {
+    Ecef right;
+    Ecef forward;
+    Ecef up;
+};
+/// Heading clockwise from north, pitch nose up, roll right side down (radians).
+BodyFrame bodyFrame(const halCore::Vec3& origin, double heading, double pitch, double roll);
+
+// `tolerance` in metres: how far straight pieces may be from the true curves of round bodies and lids.
+
+/// An ellipsoid about a centre with half axes to the right, forward and up; `dome` = its upper half.
+void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const std::array<double, 3>& half,
+                     bool dome, const ShapeStyle& style, double tolerance, DrawList& out);
+
+/// The body between a ring and the same ring raised by `height` (a prism): walls, lid and floor. Edges
+/// stand up at the given points of the ring. `middle`: as in fillRing().
+void appendPrism(const GeodeticPath& ring, double height, const std::optional<halCore::Vec3>& middle,
+                 const std::vector<std::size_t>& edges, const ShapeStyle& style, double tolerance,
+                 DrawList& out);
+
+/// A cone with its rim at the ring and its tip `height` above the centre.
+void appendCone(const halCore::Vec3& center, const GeodeticPath& ring, double height, const ShapeStyle& style,
+                double tolerance, DrawList& out);
+
+/// The curtain between a path and the same path at another altitude (its own altitude is replaced by
+/// `altitude`); open or closed.
+void appendCurtain(const GeodeticPath& path, double altitude, bool closed, Rgba color, DrawList& out);
+
+}  // namespace sandbox
