@@ -49,7 +49,7 @@ void ArcMouseTool::handleStartDrag_(const Vec3& pos) {
     firstPress_ = !shape_.centerPt();
     if (!firstPress_) return;
     shape_.setCenter(pos);
-    updateEditPoints_();
+    shapeChanged_();
 }
 
 void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
@@ -61,7 +61,7 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
     if (!shape_.startAnglePt()) {
         shape_.setMajorRadius(pos);
         shape_.setStartAnglePt(pos);
-        updateEditPoints_();
+        shapeChanged_();
         return;
     }
     // Both radii only now: with a minor one the half-drawn arc would count as complete.

@@ -32,7 +32,7 @@ std::string CircleMouseTool::getPointText_(const Vec3& pos) const {
 void CircleMouseTool::handleStartDrag_(const Vec3& pos) {
     if (shape_.centerPt()) return;
     shape_.setCenter(pos);
-    updateEditPoints_();
+    shapeChanged_();
 }
 
 void CircleMouseTool::handleFinishDrag_(const Vec3& pos) {

@@ -101,7 +101,7 @@ void CylinderMouseTool::handleMovePoint_(const Vec3& pos) {
         moveHeightHandle_(pos);
     else
         movePoint_(grabbed_, pos);
-    updateEditPoints_();
+    shapeChanged_();
     if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
 }
 
@@ -176,12 +176,17 @@ void CylinderMouseTool::resetShape_() {
     forgetNearPoint_();
     clearGrab_();
     shape_.clear();
+    shapeChanged_();
+}
+
+void CylinderMouseTool::shapeChanged_() {
+    updateEditPoints_();
+    shape_.fillGui();
 }
 
 void CylinderMouseTool::complete_() {
     state_ = Complete;
-    updateEditPoints_();
-    shape_.fillGui();
+    shapeChanged_();
 }
 
 double CylinderMouseTool::radiusAt_(const Vec3& pos) const {

@@ -53,6 +53,8 @@ class CylinderMouseTool : public ShapeMouseTool {
     bool releasedOnPoint_(const halCore::Vec3& pos);
     /// Removes the shape's geometry.
     void resetShape_();
+    /// Shows points that are new, and the values in the panel.
+    void shapeChanged_();
     /// The shape is drawn: no more placing.
     void complete_();
     halCore::Vec3 center_() const { return shape_.centerPt()->getPosition(); }

@@ -42,7 +42,7 @@ void ThreePointMouse::handleStartDrag_(const Vec3& pos) {
     firstPress_ = !shape_.centerPt();
     if (!firstPress_) return;
     shape_.setCenter(pos);
-    updateEditPoints_();
+    shapeChanged_();
 }
 
 void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
@@ -53,7 +53,7 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
     firstPress_ = false;
     if (shape_.majorAxis() == 0.0) {
         shape_.setMajorRadius(pos);
-        updateEditPoints_();
+        shapeChanged_();
         return;
     }
     shape_.setMinorRadius(radiusAt_(pos));

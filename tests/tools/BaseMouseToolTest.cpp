@@ -1,0 +1,401 @@
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TestView.h"
+#include "support/FakeHost.h"
+#include "tools/BaseMouseTool.h"
+#include "tools/MouseManager.h"
+
+namespace {
+
+using halCore::Vec3;
+using OverlayEditor::BaseMouseTool;
+using OverlayEditor::MouseManager;
+using OverlayEditor::Preferences;
+using PIGUI::PIMouseEvent;
+using Type = PIGUI::PIMouseEventType_t;
+
+/// Writes down which hooks are called, a letter each: S start, F finish, A abort of a drag, E editing
+/// finished, M move, W altitude, N point near the mouse, P redraw, T draw and R remove temporary
+/// graphics, D deactivate.
+class ProbeTool : public BaseMouseTool {
+  public:
+    using BaseMouseTool::adjustAltitude_;
+    using BaseMouseTool::appendLLAText_;
+    using BaseMouseTool::BaseMouseTool;
+    using BaseMouseTool::createEditPoint;
+
+    void activate() override {}
+    void deactivate() override {
+        hooks += 'D';
+        state_ = Inactive;
+        notifyDrawDone_();
+    }
+
+    /// Puts the tool into a state; hovering and dragging are on `existing`.
+    void put(int state, bool pressed = false) {
+        state_ = static_cast<State>(state);
+        pressed_ = pressed;
+        nearPoint_ = state == Hovering || state == Dragging ? &existing : nullptr;
+        existing.setHighlighted(nearPoint_ != nullptr);
+        hooks.clear();
+    }
+    void giveCursorPoint() { cursorPoint_ = createEditPoint(Vec3(), 0xFF); }
+    void setAltitude(double meters) { altitude_ = meters; }
+    void press() { pressed_ = true; }
+    bool isPressed() const { return pressed_; }
+    std::pair<int, int> last() const { return {lastX_, lastY_}; }
+
+    mutable std::string hooks;
+    int rest = Complete;
+    PluginUtils::PUDrawPoint existing{degrees(30.0, 40.0, 700.0), 0xFF};
+    PluginUtils::PUDrawPoint* near = nullptr;
+    Vec3 at;
+
+  protected:
+    void drawTempGraphics_(const Vec3& pos) override { note('T', pos); }
+    void finishEditing_() override {
+        hooks += 'E';
+        state_ = static_cast<State>(rest);
+    }
+    std::string getPointText_(const Vec3& pos) const override {
+        std::ostringstream text;
+        text << "alt " << pos.alt();
+        return text.str();
+    }
+    void handleStartDrag_(const Vec3& pos) override { note('S', pos); }
+    void handleFinishDrag_(const Vec3& pos) override { note('F', pos); }
+    void handleAbortDrag_() override { hooks += 'A'; }
+    void handleAltitudeChange_() override { hooks += 'W'; }
+    void handleMovePoint_(const Vec3& pos) override { note('M', pos); }
+    PluginUtils::PUDrawPoint* pointNearMouse_(const Vec3&) override {
+        hooks += 'N';
+        return near;
+    }
+    void redrawPointsForViewChange_() override { hooks += 'P'; }
+    void removeTempGraphics_() override { hooks += 'R'; }
+
+  private:
+    void note(char hook, const Vec3& pos) {
+        hooks += hook;
+        at = pos;
+    }
+};
+
+struct BaseTool : testing::Test {
+    static constexpr int kShift = PIGUI::PIModifierShift;
+
+    int send(Type type, int x = 300, int y = 200, unsigned modifiers = 0, int wheel = 0) {
+        return tool.handleMouseEvent(type, PIMouseEvent{x, y, modifiers, wheel});
+    }
+
+    FakeHost host;
+    TestView view{degrees(30.0, 40.0, 1e6)};
+    Preferences preferences;
+    ProbeTool tool{preferences};
+};
+
+TEST_F(BaseTool, AnswersEveryEventInEveryState) {
+    struct Cell {
+        int state;
+        bool pressed;
+        int result, stateAfter;
+        const char* hooks;
+    };
+    struct Row {
+        const char* name;
+        Type type;
+        bool onEarth;
+        std::vector<Cell> cells;
+    };
+    const Row rows[] = {
+        {"left press",
+         Type::LeftPress,
+         true,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 1, ""},
+          {2, false, 1, 2, "S"},
+          {2, true, 1, 2, "S"},
+          {3, false, 1, 3, ""},
+          {4, false, 1, 3, "R"}}},
+        {"left press off the earth",
+         Type::LeftPress,
+         false,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 1, ""},
+          {2, false, 1, 2, ""},
+          {2, true, 1, 2, ""},
+          {3, false, 1, 3, ""},
+          {4, false, 1, 3, "R"}}},
+        {"left release",
+         Type::LeftRelease,
+         true,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 1, ""},
+          {2, false, 0, 2, ""},
+          {2, true, 1, 2, "F"},
+          {3, false, 1, 1, "E"},
+          {4, false, 0, 4, ""}}},
+        {"left release off the earth",
+         Type::LeftRelease,
+         false,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 1, ""},
+          {2, false, 0, 2, ""},
+          {2, true, 0, 2, "A"},
+          {3, false, 1, 1, "E"},
+          {4, false, 0, 4, ""}}},
+        {"right press",
+         Type::RightPress,
+         true,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 0, "D"},
+          {2, false, 0, 0, "D"},
+          {2, true, 0, 0, "D"},
+          {3, false, 0, 0, "D"},
+          {4, false, 0, 0, "D"}}},
+        {"right press off the earth",
+         Type::RightPress,
+         false,
+         {{0, false, 0, 0, ""}, {1, false, 0, 0, "D"}, {2, true, 0, 0, "D"}, {3, false, 0, 0, "D"}}},
+        // Nothing is near: a highlighted point is left.
+        {"motion",
+         Type::Motion,
+         true,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 1, "N"},
+          {2, false, 1, 2, "N"},
+          {2, true, 1, 2, ""},
+          {3, false, 1, 3, "M"},
+          {4, false, 0, 1, "NE"}}},
+        {"motion off the earth",
+         Type::Motion,
+         false,
+         {{0, false, 0, 0, ""},
+          {1, false, 0, 1, ""},
+          {2, false, 0, 2, ""},
+          {2, true, 0, 2, ""},
+          {3, false, 1, 3, ""},
+          {4, false, 0, 4, ""}}},
+        {"wheel",
+         Type::Wheel,
+         true,
+         {{0, false, 0, 0, ""},
+          {1, false, 1, 1, "W"},
+          {2, false, 1, 2, "W"},
+          {2, true, 1, 2, "W"},
+          {3, false, 1, 3, "W"},
+          {4, false, 1, 4, "W"}}},
+        {"wheel off the earth", Type::Wheel, false, {{0, false, 0, 0, ""}, {2, true, 1, 2, "W"}}},
+        {"right release", Type::RightRelease, true, {{1, false, 0, 1, ""}, {2, true, 0, 2, ""}}},
+        {"middle press", Type::MiddlePress, true, {{2, false, 0, 2, ""}, {3, false, 0, 3, ""}}},
+        {"double click", Type::LeftDoubleClick, true, {{2, false, 0, 2, ""}, {4, false, 0, 4, ""}}},
+        {"leave", Type::Leave, false, {{2, true, 0, 2, ""}, {3, false, 0, 3, ""}}},
+        {"unknown", static_cast<Type>(99), true, {{2, false, 0, 2, ""}}},
+    };
+    for (const Row& row : rows)
+        for (const Cell& cell : row.cells) {
+            SCOPED_TRACE(std::string(row.name) + " in state " + std::to_string(cell.state) +
+                         (cell.pressed ? ", pressed" : ""));
+            host.cursor = row.onEarth ? std::optional(degrees(30.0, 40.0)) : std::nullopt;
+            tool.put(cell.state, cell.pressed);
+            EXPECT_EQ(send(row.type, 300, 200, kShift, 120), cell.result);
+            EXPECT_EQ(static_cast<int>(tool.state()), cell.stateAfter);
+            EXPECT_EQ(tool.hooks, cell.hooks);
+            if (row.type == Type::LeftRelease) {
+                EXPECT_FALSE(tool.isPressed());
+            }
+        }
+}
+
+TEST_F(BaseTool, PressedFollowsThePressOnTheEarth) {
+    tool.put(BaseMouseTool::Placing);
+    EXPECT_EQ(send(Type::LeftPress), 1);
+    EXPECT_FALSE(tool.isPressed()) << "off the earth";
+    host.cursor = degrees(1.0, 2.0);
+    tool.setAltitude(55.0);
+    EXPECT_EQ(send(Type::LeftPress), 1);
+    EXPECT_TRUE(tool.isPressed());
+    EXPECT_EQ(tool.at, degrees(1.0, 2.0, 55.0)) << "at the working altitude";
+}
+
+TEST_F(BaseTool, RightPressForgetsTheCursorAndTellsThatDrawingIsDone) {
+    struct Done : FunctorTwoParams__ {
+        int operator()(PIObject* sender, void* data) override {
+            EXPECT_FALSE(sender || data);
+            return ++calls;
+        }
+        int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
+        int calls = 0;
+    } done;
+    tool.setDrawDoneCallback(&done);
+    tool.put(BaseMouseTool::Complete);
+    send(Type::Motion, 12, 34);
+    EXPECT_EQ(tool.last(), std::pair(12, 34));
+    EXPECT_EQ(send(Type::RightPress), 0);
+    EXPECT_EQ(tool.last(), std::pair(0, 0));
+    EXPECT_EQ(done.calls, 1);
+}
+
+TEST_F(BaseTool, HoversGrabsDragsAndLeavesAPoint) {
+    host.cursor = degrees(30.0, 40.0);
+    tool.rest = BaseMouseTool::Placing;
+    tool.put(BaseMouseTool::Placing);
+    tool.near = &tool.existing;
+    EXPECT_EQ(send(Type::Motion), 0) << "onto a point, even while placing";
+    EXPECT_EQ(tool.state(), BaseMouseTool::Hovering);
+    EXPECT_TRUE(tool.existing.isHighlighted());
+    EXPECT_EQ(tool.existing.getDescription(), "alt 700");
+    EXPECT_EQ(tool.getCurrentAltitude_(), 700.0);
+    EXPECT_EQ(send(Type::Motion), 0) << "still on it";
+
+    EXPECT_EQ(send(Type::LeftPress), 1);
+    EXPECT_EQ(send(Type::Motion), 1);
+    EXPECT_EQ(tool.at, degrees(30.0, 40.0, 700.0));
+    EXPECT_EQ(send(Type::LeftRelease), 1);
+    EXPECT_EQ(tool.state(), BaseMouseTool::Placing);
+    EXPECT_EQ(send(Type::LeftPress), 1) << "pressed again without a motion in between";
+    EXPECT_EQ(tool.state(), BaseMouseTool::Dragging);
+    EXPECT_EQ(send(Type::LeftRelease), 1);
+
+    tool.near = nullptr;
+    tool.hooks.clear();
+    EXPECT_EQ(send(Type::Motion), 1);
+    EXPECT_EQ(send(Type::Motion), 1);
+    EXPECT_EQ(tool.hooks, "NEN") << "editing is finished once";
+    EXPECT_FALSE(tool.existing.isHighlighted());
+    EXPECT_EQ(tool.existing.getDescription(), "");
+
+    tool.near = &tool.existing;
+    tool.setShowPoints(false);
+    tool.hooks.clear();
+    EXPECT_EQ(send(Type::Motion), 1);
+    EXPECT_EQ(tool.hooks, "") << "points that are not shown are not looked for";
+}
+
+TEST_F(BaseTool, APointDoesNotJumpWhenItIsGrabbedOffItsCentre) {
+    view.look(degrees(29.0, 40.0, 3e5), 0.0, 0.4);
+    host.pixelToLla = [&](int x, int y) { return view.pick(x, y); };
+    for (const double alt : {0.0, 20000.0}) {
+        SCOPED_TRACE(alt);
+        tool.existing.setPosition(degrees(30.0, 40.0, alt));
+        tool.put(BaseMouseTool::Complete);
+        tool.preDrawOnRefresh(TestView::kWidth, TestView::kHeight);
+        const auto at = *view.projection().visiblePixel(tool.existing.getPosition());
+        const int x = static_cast<int>(at.x) + 5, y = static_cast<int>(at.y) - 4;
+        tool.put(BaseMouseTool::Hovering);
+        send(Type::LeftPress, x, y);
+        send(Type::Motion, x, y);
+        // What is left is the rounding to whole pixels of what the host is asked.
+        const double pixel = view.projection().metersPerPixel(
+            OverlayEditor::ViewProjection::toEcef(tool.existing.getPosition()));
+        EXPECT_NEAR(tool.at.lat(), 30.0 * kDegree, pixel / 6.3e6);
+        EXPECT_NEAR(tool.at.lon(), 40.0 * kDegree, pixel / 6.3e6);
+        EXPECT_EQ(tool.at.alt(), alt);
+    }
+}
+
+TEST_F(BaseTool, TheWheelChangesTheAltitudeByWholeNotches) {
+    struct Step {
+        int delta;
+        unsigned modifiers;
+        double from;
+        int result;
+        double to;
+    };
+    const Step steps[] = {
+        {120, 0, 100.0, 0, 100.0},          {120, PIGUI::PIModifierControl, 100.0, 0, 100.0},
+        {120, kShift, 100.0, 1, 125.0},     {240, kShift, 100.0, 1, 156.25},
+        {-120, kShift, 100.0, 1, 80.0},     {60, kShift, 100.0, 1, 100.0},
+        {-119, kShift, 100.0, 1, 100.0},    {0, kShift, 100.0, 0, 100.0},
+        {120, kShift, 0.0, 1, 0.01},        {-120, kShift, 0.0, 1, 0.01},
+        {0, kShift, 0.0, 0, 0.01},          {120, kShift, -50.0, 1, 0.01},
+        {120, kShift | 4u, 100.0, 1, 125.0}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(std::to_string(step.delta) + " from " + std::to_string(step.from));
+        tool.put(BaseMouseTool::Placing);
+        tool.setAltitude(step.from);
+        EXPECT_EQ(send(Type::Wheel, 1, 1, step.modifiers, step.delta), step.result);
+        EXPECT_DOUBLE_EQ(tool.getCurrentAltitude_(), step.to);
+    }
+    tool.put(BaseMouseTool::Hovering);
+    tool.setAltitude(700.0);
+    const int redraws = host.redraws;
+    EXPECT_EQ(send(Type::Wheel, 1, 1, kShift, 120), 1);
+    EXPECT_EQ(tool.existing.getPosition(), degrees(30.0, 40.0, 875.0));
+    EXPECT_EQ(tool.existing.getDescription(), "alt 875");
+    EXPECT_EQ(host.redraws, redraws + 1);
+}
+
+TEST_F(BaseTool, EachRefreshMovesTheCursorPoint) {
+    const auto refresh = [&] {
+        tool.hooks.clear();
+        tool.preDrawOnRefresh(TestView::kWidth, TestView::kHeight);
+        return tool.hooks;
+    };
+    EXPECT_EQ(refresh(), "") << "not active";
+    tool.put(BaseMouseTool::Placing);
+    EXPECT_EQ(refresh(), "RP") << "no cursor point";
+    tool.giveCursorPoint();
+    host.cursor = degrees(30.1, 40.1);
+    EXPECT_EQ(refresh(), "RP");
+    EXPECT_FALSE(tool.cursorPoint()->isShown()) << "nobody has seen the cursor yet";
+
+    tool.setAltitude(25.0);
+    send(Type::Motion, 400, 31);
+    EXPECT_EQ(refresh(), "RP");
+    EXPECT_EQ(tool.cursorPoint()->getPosition(), degrees(30.1, 40.1, 25.0));
+    ASSERT_EQ(view.painted.size(), 1u);
+    EXPECT_EQ(view.painted[0].label, "alt 25");
+    EXPECT_FALSE(view.painted[0].textAbove);
+    send(Type::Motion, 400, 29);
+    refresh();
+    EXPECT_TRUE(view.painted.at(0).textAbove) << "within 5% of 600";
+
+    tool.press();
+    EXPECT_EQ(refresh(), "RPT");
+    EXPECT_EQ(tool.at, degrees(30.1, 40.1, 25.0));
+    host.cursor.reset();
+    EXPECT_EQ(refresh(), "RP");
+    EXPECT_TRUE(view.painted.empty()) << "off the earth";
+    host.cursor = degrees(30.1, 40.1);
+    for (const int state : {1, 3, 4}) {
+        tool.put(BaseMouseTool::Placing);
+        refresh();
+        EXPECT_TRUE(tool.cursorPoint()->isShown());
+        tool.put(state);
+        EXPECT_EQ(refresh(), "RP");
+        EXPECT_FALSE(tool.cursorPoint()->isShown());
+    }
+}
+
+TEST_F(BaseTool, WritesCoordinatesAsThePreferencesWant) {
+    const auto text = [&](const Vec3& pos) {
+        std::ostringstream out;
+        tool.appendLLAText_(out, pos);
+        EXPECT_TRUE(out);
+        return out.str();
+    };
+    EXPECT_EQ(text(degrees(21.5, -157.25, 100.0)), "LLA: 21°30'00.00\"N 157°15'00.00\"W 100.00 m");
+    preferences.setAltitudeUnits(UTILS::UnitType_t::Kilometers);
+    preferences.setGeodeticUnits(UTILS::UnitType_t::Degrees);
+    EXPECT_EQ(text(degrees(-21.5, 157.25, 1500.0)), "LLA: -21.50 157.25 1.50 km");
+    // Of zone 31 the origin: easting 500 km, northing 0.
+    preferences.setCoordinateSystem(Preferences::MGRS);
+    EXPECT_EQ(text(degrees(0.0, 3.0, 1500.0)), "MGRS: 31N EA 00000 00000 1.50");
+    EXPECT_EQ(text(degrees(90.0, 0.0)), "MGRS: Z AH 00000 00000 0.00");
+}
+
+TEST_F(BaseTool, EditPointsStartHiddenAndUnlabelled) {
+    const auto point = ProbeTool::createEditPoint(degrees(1.0, 2.0, 3.0), 0x11223344);
+    EXPECT_EQ(point->getPosition(), degrees(1.0, 2.0, 3.0));
+    EXPECT_EQ(point->getColor(), 0x11223344u);
+    EXPECT_TRUE(point->drawsAltimeter());
+    EXPECT_FALSE(point->isDepthBufferEnabled() || point->isShown() || point->isHighlighted());
+    EXPECT_EQ(point->getDescription(), "");
+}
+
+}  // namespace
