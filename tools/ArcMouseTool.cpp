@@ -64,13 +64,13 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
         shapeChanged_();
         return;
     }
-    // Both radii only now: with a minor one the half-drawn arc would count as complete.
     const double radius = radiusAt_(pos);
     shape_.setMajorRadius(radius);
-    shape_.setMinorRadius(radius);
     shape_.setEndAnglePt(pos);
-    shape_.updatePoints();
     if (shape_.subtype() == CylinderShape::Wedge) shape_.setHeight(kWedgeHeight);
+    // Last: with a minor radius the arc counts as complete, and is shown.
+    shape_.setMinorRadius(radius);
+    if (isActive()) shape_.updatePoints();
     complete_();
 }
 
@@ -86,6 +86,7 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     }
     const Vec3 center = center_();
     if (center.alt() != pos.alt()) shape_.moveCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    if (!isActive()) return;
     if (!shape_.isComplete()) {
         shape_.setMajorRadius(pos);
         shape_.setStartAnglePt(pos);
@@ -95,7 +96,7 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     if (grabbed == MinorAxis) shape_.setMinorRadius(radiusAt_(pos));
     if (grabbed == StartAngle) shape_.setStartAnglePt(pos);
     if (grabbed == EndAngle) shape_.setEndAnglePt(pos);
-    shape_.updatePoints();
+    if (isActive()) shape_.updatePoints();
 }
 
 void ArcMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {

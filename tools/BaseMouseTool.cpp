@@ -162,8 +162,8 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
             cursorPoint_->setPosition(*pos);
             cursorPoint_->setDescription(getPointText_(*pos));
             cursorPoint_->show();
-            if (pressed_) drawTempGraphics_(*pos);
             cursorPoint_->setDrawTextAbove(kTextAboveBand * height > lastY_);
+            if (pressed_) drawTempGraphics_(*pos);
         } else if (cursorPoint_) {
             cursorPoint_->hide();
         }
@@ -171,6 +171,7 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
         cursorPoint_->hide();
     }
     finishRefresh_();
+    if (!isActive()) return;
 
     if (cursorPoint_) picture_.add(*cursorPoint_);
     ToolView::current().paint(view_, picture_);

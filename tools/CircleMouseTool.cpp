@@ -54,12 +54,12 @@ void CircleMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
         const auto* const radiusPoint = shape_.majorAxisPt();
         const Vec3 onEdge = radiusPoint ? radiusPoint->getPosition() : Vec3();
         shape_.setCenter(pos);
-        if (radiusPoint) shape_.setMajorRadius(Vec3(onEdge.lat(), onEdge.lon(), pos.alt()));
+        if (isActive() && radiusPoint) shape_.setMajorRadius(Vec3(onEdge.lat(), onEdge.lon(), pos.alt()));
         return;
     }
     const Vec3 center = center_();
     if (center.alt() != pos.alt()) shape_.setCenter(Vec3(center.lat(), center.lon(), pos.alt()));
-    shape_.setMajorRadius(pos);
+    if (isActive()) shape_.setMajorRadius(pos);
 }
 
 void CircleMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {

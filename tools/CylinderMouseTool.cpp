@@ -102,7 +102,7 @@ void CylinderMouseTool::handleMovePoint_(const Vec3& pos) {
     else
         movePoint_(grabbed_, pos);
     shapeChanged_();
-    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
+    if (isActive() && nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
 }
 
 void CylinderMouseTool::moveHeightHandle_(const Vec3& pos) {
@@ -110,7 +110,7 @@ void CylinderMouseTool::moveHeightHandle_(const Vec3& pos) {
     const Vec3 beneath(pos.lat(), pos.lon(), center.alt());
     const bool lifted = pos.alt() != heightHandle_->getAltitude();
     if (beneath != center) movePoint_(Center, beneath);
-    if (lifted) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
+    if (lifted && isActive()) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
     updateHeightHandle_();
 }
 
@@ -180,11 +180,13 @@ void CylinderMouseTool::resetShape_() {
 }
 
 void CylinderMouseTool::shapeChanged_() {
+    if (!isActive()) return;
     updateEditPoints_();
     shape_.fillGui();
 }
 
 void CylinderMouseTool::complete_() {
+    if (!isActive()) return;
     state_ = Complete;
     shapeChanged_();
 }

@@ -63,6 +63,7 @@ class CylinderMouseTool : public ShapeMouseTool {
     double bearingAt_(const halCore::Vec3& pos) const;
     void appendRange_(std::ostream& text, std::string_view label, double meters) const;
 
+    /// The host may end in its deletion whenever it changes: the tool is then not active any more.
     CylinderShape& shape_;
     Grabbed grabbed_ = None;
 

@@ -13,6 +13,14 @@ constexpr unsigned int kCursorColor = 0xFFFFFFFF;
 
 }  // namespace
 
+template <typename Operation>
+void ShapeMouseTool::withRubberBand_(Operation operation) {
+    if (!rubberBand_) return;
+    auto rubberBand = std::move(rubberBand_);
+    operation(*rubberBand);
+    if (isActive()) rubberBand_ = std::move(rubberBand);
+}
+
 void ShapeMouseTool::activate() {
     if (isActive()) return;
     cursorPoint_ = createEditPoint(Vec3(), kCursorColor);
@@ -77,11 +85,13 @@ void ShapeMouseTool::drawTempGraphics_(const Vec3& pos) {
     if (!rubberBand_) return;
     rubberBandWanted_ = true;
     if (rubberBandShown_ && rubberBandAt_ == pos) return;
-    hideRubberBand_();
-    if (!shapeRubberBand_(*rubberBand_, pos)) return;
-    rubberBandAt_ = pos;
-    rubberBandShown_ = true;
-    rubberBand_->setShown(true);
+    withRubberBand_([&](BaseLineShape& rubberBand) {
+        if (rubberBandShown_) rubberBand.setShown(false);
+        rubberBandShown_ = isActive() && shapeRubberBand_(rubberBand, pos);
+        if (!rubberBandShown_) return;
+        rubberBandAt_ = pos;
+        rubberBand.setShown(true);
+    });
 }
 
 void ShapeMouseTool::removeTempGraphics_() {
@@ -96,7 +106,7 @@ void ShapeMouseTool::finishRefresh_() {
 void ShapeMouseTool::hideRubberBand_() {
     if (!rubberBandShown_) return;
     rubberBandShown_ = false;
-    rubberBand_->setShown(false);
+    withRubberBand_([](BaseLineShape& rubberBand) { rubberBand.setShown(false); });
 }
 
 }  // namespace OverlayEditor

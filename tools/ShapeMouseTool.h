@@ -19,6 +19,7 @@ class ShapeMouseTool : public BaseMouseTool {
     void activate() override;
     void deactivate() override;
     void setShowPoints(bool shown) override;
+    void preDrawOnRefresh(int width, int height) override;
 
   protected:
     void drawTempGraphics_(const halCore::Vec3& pos) override;
@@ -42,6 +43,10 @@ class ShapeMouseTool : public BaseMouseTool {
 
   private:
     void hideRubberBand_();
+    /// Works on the rubber band. The host may end in the tool's deactivation meanwhile: the rubber band lives
+    /// until the operation is over.
+    template <typename Operation>
+    void withRubberBand_(Operation operation);
 
     std::unique_ptr<BaseLineShape> rubberBand_;
     bool rubberBandShown_ = false;
@@ -49,9 +54,6 @@ class ShapeMouseTool : public BaseMouseTool {
     bool rubberBandWanted_ = false;
     bool refreshing_ = false;
     halCore::Vec3 rubberBandAt_;
-
-  public:
-    void preDrawOnRefresh(int width, int height) override;
 };
 
 }  // namespace OverlayEditor

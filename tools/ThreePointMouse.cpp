@@ -56,11 +56,11 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
         shapeChanged_();
         return;
     }
-    shape_.setMinorRadius(radiusAt_(pos));
-    shape_.updatePoints();
     // A cylinder and an ellipsoid get theirs from the user.
     if (shape_.subtype() != CylinderShape::Cylinder && shape_.subtype() != CylinderShape::Ellipsoid)
         shape_.setHeight(0.0);
+    shape_.setMinorRadius(radiusAt_(pos));
+    if (isActive()) shape_.updatePoints();
     complete_();
 }
 
@@ -76,6 +76,7 @@ void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {
     }
     const Vec3 center = center_();
     if (center.alt() != pos.alt()) shape_.moveCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    if (!isActive()) return;
     if (!shape_.isComplete())
         shape_.setMajorRadius(pos);
     else if (grabbed == MajorAxis)

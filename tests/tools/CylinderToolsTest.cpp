@@ -1,0 +1,458 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Drawing.h"
+#include "model/Overlay.h"
+#include "tools/BaseMouseTool.h"
+#include "tools/CylinderMouseTool.h"
+
+namespace {
+
+using halCore::Vec3;
+using OverlayEditor::BaseMouseTool;
+using OverlayEditor::CylinderMouseTool;
+using OverlayEditor::CylinderShape;
+using OverlayEditor::MouseManager;
+using OverlayEditor::Overlay;
+using OverlayEditor::Preferences;
+
+constexpr double kMillimeter = 1e-3;
+
+struct CylinderTools : testing::Test {
+    /// A new shape with its tool active.
+    CylinderShape& start(CylinderShape::Subtype subtype) {
+        auto* const shape = new CylinderShape(preferences, subtype);
+        overlay.addShape(shape);
+        manager.setCurrentMouseTool(shape->mouseTool(), true);
+        mouse.frame();
+        return *shape;
+    }
+    /// A finished circle about 21N 158W with its radius point in the north.
+    CylinderShape& drawnCircle(CylinderShape::Subtype subtype = CylinderShape::Circle) {
+        auto& shape = start(subtype);
+        mouse.from("21.0N 158.0W").to("21.1N 158.0W");
+        return shape;
+    }
+    static int stateOf(const CylinderShape& shape) {
+        return static_cast<const BaseMouseTool&>(*shape.mouseTool()).state();
+    }
+    static bool isEmpty(const CylinderShape& shape) {
+        return !shape.centerPt() && !shape.majorAxisPt() && !shape.minorAxisPt() && !shape.startAnglePt() &&
+               !shape.endAnglePt() && !shape.heightPt();
+    }
+    std::size_t shownOverlays() const { return host.overlays.size(); }
+    bool rubberBandShown() const {
+        for (const auto& [handle, loaded] : host.overlays)
+            if (loaded.text.find("ff0073ff") != std::string::npos) return true;
+        return false;
+    }
+    const TestView::Painted* labelled() const {
+        for (const auto& point : view.painted)
+            if (!point.label.empty()) return &point;
+        return nullptr;
+    }
+
+    FakeHost host;
+    TestView view{degrees(21.0, -158.0, 2e5)};
+    Preferences preferences;
+    ToolEquipment equipment;
+    MouseManager manager;
+    Mouse mouse{host, view, manager};
+    Overlay overlay;
+};
+
+TEST_F(CylinderTools, ACircleIsPressedAtItsCentreAndReleasedOnItsEdge) {
+    struct Case {
+        const char *name, *center, *edge;
+    };
+    for (const auto& c :
+         {Case{"Hawaii", "21.0N 158.0W", "21.2N 157.9W"}, Case{"date line", "3.0S 179.95E", "3.1S 179.9W"},
+          Case{"pole", "89.9N 40.0E", "89.8N 170.0W"}})
+        for (const auto subtype :
+             {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Hemisphere, CylinderShape::Cone}) {
+            SCOPED_TRACE(std::string(c.name) + " " + std::to_string(subtype));
+            const Vec3 center = place(c.center);
+            view.look(Vec3(center.lat(), center.lon(), 3e5));
+            auto& shape = start(subtype);
+            EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing);
+            EXPECT_EQ(host.grabs, 1);
+            mouse.from(c.center).to(c.edge);
+            EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+            EXPECT_EQ(shape.centerPt()->getPosition(), center);
+            EXPECT_NEAR(shape.majorAxis(), geodesic(center, place(c.edge)).meters, kMillimeter);
+            EXPECT_EQ(shownOverlays(), 1u);
+            EXPECT_FALSE(rubberBandShown());
+            mouse.rightPress().frame();
+            EXPECT_EQ(host.grabs, 0);
+            EXPECT_EQ(shownOverlays(), 1u) << "it stays in the view";
+            EXPECT_TRUE(view.painted.empty() || !shape.centerPt()->isShown());
+            overlay.clearShapes(false);
+            EXPECT_EQ(shownOverlays(), 0u);
+        }
+}
+
+TEST_F(CylinderTools, TheRubberBandFollowsTheCursorOnlyWhenItMoves) {
+    auto& shape = start(CylinderShape::Circle);
+    mouse.from("21.0N 158.0W").move("21.05N 158.0W").frame();
+    EXPECT_TRUE(rubberBandShown());
+    EXPECT_EQ(shownOverlays(), 1u) << "the shape itself is not complete yet";
+    const int loads = host.loads;
+    mouse.frame().frame();
+    EXPECT_EQ(host.loads, loads);
+    mouse.move("21.06N 158.0W").frame();
+    EXPECT_EQ(host.loads, loads + 1);
+    mouse.moveOffTheEarth().frame();
+    EXPECT_FALSE(rubberBandShown());
+    mouse.move("21.06N 158.0W").frame();
+    EXPECT_TRUE(rubberBandShown());
+    EXPECT_EQ(shape.lineColor(), 0x00FF00FFu) << "only the copy is orange";
+    mouse.to("21.06N 158.0W");
+    EXPECT_FALSE(rubberBandShown());
+    EXPECT_EQ(shownOverlays(), 1u);
+}
+
+TEST_F(CylinderTools, AbortsLeaveNothing) {
+    const auto expectAborted = [&](CylinderShape& shape, const char* what) {
+        SCOPED_TRACE(what);
+        mouse.frame();
+        EXPECT_TRUE(isEmpty(shape));
+        EXPECT_EQ(shownOverlays(), 0u);
+    };
+    for (const auto subtype : {CylinderShape::Circle, CylinderShape::Arc, CylinderShape::Ellipse}) {
+        SCOPED_TRACE(subtype);
+        auto& shape = start(subtype);
+        mouse.from("21.0N 158.0W").to("21.0N 158.0W");
+        expectAborted(shape, "released on its own centre");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing);
+        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame().moveOffTheEarth().release();
+        EXPECT_EQ(mouse.result, 0);
+        expectAborted(shape, "released off the earth");
+        mouse.release();
+        expectAborted(shape, "released without a press");
+        mouse.moveOffTheEarth().press();
+        EXPECT_EQ(mouse.result, 1);
+        mouse.release();
+        EXPECT_EQ(mouse.result, 0);
+        expectAborted(shape, "pressed off the earth");
+        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame().rightPress();
+        expectAborted(shape, "right press while the button is held");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Inactive);
+        EXPECT_EQ(host.grabs, 0);
+        mouse.release();
+        EXPECT_EQ(mouse.result, 0);
+
+        manager.setCurrentMouseTool(shape.mouseTool(), true);
+        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame();
+        manager.clearMouseTool();
+        expectAborted(shape, "another tool while the button is held");
+        overlay.clearShapes(false);
+    }
+}
+
+TEST_F(CylinderTools, PressingTwiceKeepsTheFirstCentre) {
+    auto& shape = start(CylinderShape::Circle);
+    mouse.from("21.0N 158.0W").from("21.05N 158.0W").to("21.1N 158.0W");
+    EXPECT_EQ(shape.centerPt()->getPosition(), place("21.0N 158.0W"));
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+    mouse.move("20.9N 158.2W").frame().press();
+    EXPECT_EQ(mouse.result, 0) << "a complete circle leaves presses elsewhere to the host";
+}
+
+TEST_F(CylinderTools, DraggingACirclesCentreLeavesItsRadiusPoint) {
+    auto& shape = drawnCircle();
+    mouse.from("21.0N 158.0W").to("21.05N 158.1W");
+    EXPECT_NEAR(shape.centerPt()->getPosition().lat(), 21.05 * kDegree, 1e-5);
+    EXPECT_EQ(shape.majorAxisPt()->getPosition(), place("21.1N 158.0W"));
+    EXPECT_NEAR(shape.majorAxis(), geodesic(shape.centerPt()->getPosition(), place("21.1N 158.0W")).meters,
+                kMillimeter);
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+
+    mouse.from("21.1N 158.0W").to("21.2N 157.9W");
+    EXPECT_NEAR(shape.majorAxis(),
+                geodesic(shape.centerPt()->getPosition(), shape.majorAxisPt()->getPosition()).meters,
+                kMillimeter);
+    EXPECT_NEAR(shape.majorAxisPt()->getPosition().lat(), 21.2 * kDegree, 1e-5);
+    EXPECT_EQ(shownOverlays(), 1u);
+}
+
+TEST_F(CylinderTools, TheWheelLiftsTheWholeCircle) {
+    auto& shape = drawnCircle();
+    const double radius = shape.majorAxis();
+    mouse.move("21.0N 158.0W").wheel(120);
+    EXPECT_EQ(shape.centerPt()->getAltitude(), 0.01);
+    for (int i = 0; i < 50; ++i) mouse.wheel(120);
+    const double alt = shape.centerPt()->getAltitude();
+    EXPECT_NEAR(alt, 0.01 * std::pow(1.25, 50), 1e-6);
+    EXPECT_EQ(shape.majorAxisPt()->getAltitude(), alt);
+    EXPECT_NEAR(shape.majorAxis(), radius, kMillimeter);
+
+    // At the radius point the same, and what is placed next has that altitude.
+    mouse.move("20.9N 158.3W").frame().moveToPixel(400, 300 - 900.0 * 11070.0 / 2e5);
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Hovering);
+    mouse.wheel(-120);
+    EXPECT_NEAR(shape.centerPt()->getAltitude(), alt * 0.8, 1e-9);
+    EXPECT_EQ(shape.majorAxisPt()->getAltitude(), shape.centerPt()->getAltitude());
+    EXPECT_NEAR(shape.majorAxis(), radius, kMillimeter);
+}
+
+TEST_F(CylinderTools, NewPointsTakeTheWorkingAltitude) {
+    auto& shape = start(CylinderShape::Circle);
+    mouse.move("21.0N 158.0W");
+    for (int i = 0; i < 30; ++i) mouse.wheel(120);
+    const double alt = 0.01 * std::pow(1.25, 29);
+    mouse.from("21.0N 158.0W").to("21.1N 158.0W");
+    EXPECT_NEAR(shape.centerPt()->getAltitude(), alt, 1e-9);
+    EXPECT_NEAR(shape.majorAxisPt()->getAltitude(), alt, 1e-9);
+}
+
+TEST_F(CylinderTools, AnArcIsCentreStartAndEnd) {
+    for (const auto subtype : {CylinderShape::Arc, CylinderShape::Wedge}) {
+        SCOPED_TRACE(subtype);
+        auto& shape = start(subtype);
+        const Vec3 center = place("21.0N 158.0W");
+        const auto toStart = geodesic(center, place("21.2N 158.0W"));
+        const auto toEnd = geodesic(center, place("20.9N 157.85W"));
+        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame();
+        EXPECT_TRUE(rubberBandShown());
+        mouse.to("21.2N 158.0W");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing);
+        EXPECT_FALSE(shape.isComplete()) << "half an arc is none";
+        EXPECT_EQ(shownOverlays(), 0u);
+        EXPECT_NEAR(shape.majorAxis(), toStart.meters, kMillimeter);
+
+        // Released on the start: nothing happens, what is there stays.
+        mouse.from("20.9N 158.1W").to("21.2N 158.0W");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing);
+        EXPECT_FALSE(shape.endAnglePt());
+        EXPECT_TRUE(shape.centerPt());
+
+        mouse.move("21.0N 158.2W").frame().from("20.8N 158.0W").frame();
+        EXPECT_TRUE(rubberBandShown());
+        mouse.to("20.9N 157.85W");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+        EXPECT_NEAR(shape.startAngle(), toStart.bearing, 1e-9);
+        EXPECT_NEAR(shape.endAngle(), toEnd.bearing, 1e-9);
+        EXPECT_NEAR(shape.majorAxis(), toEnd.meters, kMillimeter) << "the radius follows the last point";
+        EXPECT_NEAR(shape.minorAxis(), toEnd.meters, kMillimeter);
+        EXPECT_EQ(shape.height(), subtype == CylinderShape::Wedge ? 500.0 : 0.0);
+        EXPECT_EQ(shownOverlays(), 1u);
+        overlay.clearShapes(false);
+    }
+}
+
+TEST_F(CylinderTools, AnArcsPointsAreDraggedApart) {
+    auto& shape = start(CylinderShape::Arc);
+    mouse.from("21.0N 158.0W").to("21.2N 158.0W").from("21.0N 157.9W").to("21.0N 157.8W");
+    const double radius = shape.majorAxis();
+    const double end = shape.endAngle();
+    mouse.from("21.0N 158.0W").to("20.95N 158.1W");
+    EXPECT_NEAR(shape.majorAxis(), radius, kMillimeter) << "the centre carries the whole arc";
+    EXPECT_EQ(shape.endAngle(), end);
+
+    const Vec3 center = shape.centerPt()->getPosition();
+    mouse.move(shape.startAnglePt()->getPosition()).frame().press().to("20.95N 158.3W");
+    EXPECT_NEAR(shape.startAngle(), geodesic(center, place("20.95N 158.3W")).bearing, 1e-3);
+    EXPECT_EQ(shape.endAngle(), end);
+    EXPECT_NEAR(shape.majorAxis(), radius, kMillimeter) << "an angle point changes the angle alone";
+    EXPECT_NEAR(geodesic(center, shape.startAnglePt()->getPosition()).meters, radius, 1.0)
+        << "back on the arc";
+}
+
+TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {
+    struct Case {
+        CylinderShape::Subtype subtype;
+        bool hasHeightPoint;
+    };
+    for (const auto& c : {Case{CylinderShape::Ellipse, true}, Case{CylinderShape::Cylinder, false},
+                          Case{CylinderShape::Ellipsoid, false}}) {
+        SCOPED_TRACE(c.subtype);
+        auto& shape = start(c.subtype);
+        const Vec3 center = place("21.0N 158.0W");
+        mouse.from("21.0N 158.0W").to("21.0N 157.8W");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing);
+        EXPECT_EQ(shownOverlays(), 0u);
+        mouse.from("21.02N 158.0W").move("21.05N 158.0W").frame();
+        EXPECT_TRUE(rubberBandShown());
+        mouse.to("21.1N 158.05W");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+        EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("21.0N 157.8W")).meters, kMillimeter);
+        EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.1N 158.05W")).meters, kMillimeter);
+        EXPECT_EQ(shape.heightPt() != nullptr, c.hasHeightPoint);
+        EXPECT_EQ(shape.height(), 0.0);
+        EXPECT_NEAR(geodesic(center, shape.minorAxisPt()->getPosition()).bearing, 0.0, 1e-9)
+            << "the Y point stands on its axis";
+
+        const double major = shape.majorAxis();
+        mouse.move(shape.minorAxisPt()->getPosition()).frame().press().to("21.15N 158.0W");
+        EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.15N 158.0W")).meters, 100.0);
+        EXPECT_EQ(shape.majorAxis(), major);
+        overlay.clearShapes(false);
+    }
+}
+
+TEST_F(CylinderTools, TheHeightHasAHandleBesideTheCentre) {
+    for (const auto subtype :
+         {CylinderShape::Cylinder, CylinderShape::Wedge, CylinderShape::Ellipsoid, CylinderShape::Cone}) {
+        SCOPED_TRACE(subtype);
+        auto& shape = start(subtype);
+        mouse.from("21.0N 158.0W").to("21.0N 157.8W");
+        if (!shape.isComplete()) mouse.from("21.05N 158.0W").to("21.2N 158.0W");
+        ASSERT_EQ(stateOf(shape), BaseMouseTool::Complete);
+        const double before = shape.height();
+        mouse.frame().moveToPixel(400, 300 - 28);
+        ASSERT_EQ(stateOf(shape), BaseMouseTool::Hovering);
+        const auto& tool = static_cast<const CylinderMouseTool&>(*shape.mouseTool());
+        EXPECT_EQ(tool.grabbed(), CylinderMouseTool::Height);
+        mouse.wheel(120);
+        EXPECT_DOUBLE_EQ(shape.height(), before > 0.0                          ? before * 1.25
+                                         : subtype == CylinderShape::Ellipsoid ? 0.01
+                                                                               : 0.01);
+        EXPECT_EQ(shape.centerPt()->getAltitude(), 0.0) << "the base stays";
+        const double height = shape.height();
+        mouse.frame().press().moveToPixel(450, 272).release();
+        EXPECT_EQ(shape.height(), height);
+        EXPECT_GT(shape.centerPt()->getPosition().lon(), -158.0 * kDegree) << "carried along";
+        overlay.clearShapes(false);
+    }
+    auto& sphere = drawnCircle(CylinderShape::Sphere);
+    mouse.frame().moveToPixel(400, 300 - 28);
+    EXPECT_EQ(stateOf(sphere), BaseMouseTool::Complete) << "a sphere has no height of its own";
+}
+
+TEST_F(CylinderTools, LabelsTellTheMeasures) {
+    preferences.setGeodeticUnits(UTILS::UnitType_t::Degrees);
+    preferences.setRangeUnits(UTILS::UnitType_t::Kilometers);
+    const auto label = [&] {
+        mouse.frame();
+        const auto* const point = labelled();
+        return point ? point->label : std::string();
+    };
+    auto& circle = start(CylinderShape::Circle);
+    mouse.move("21.0N 158.0W");
+    EXPECT_EQ(label(), "LLA: 21.00 -158.00 0.00 m Rad: 0.00");
+    mouse.frame().press().move("21.1N 158.0W");
+    // A tenth of a degree of the meridian at 21 degrees is 11.07 km.
+    EXPECT_EQ(label(), "LLA: 21.10 -158.00 0.00 m Rad: 11.07");
+    mouse.release().move("21.0N 158.0W");
+    EXPECT_EQ(label(), "LLA: 21.00 -158.00 0.00 m Rad: 11.07") << "hovering the centre";
+    EXPECT_EQ(stateOf(circle), BaseMouseTool::Hovering);
+
+    start(CylinderShape::Arc);
+    mouse.move("21.0N 158.0W");
+    EXPECT_EQ(label(), "LLA: 21.00 -158.00 0.00 m");
+    mouse.frame().press().move("20.9N 158.0W");
+    EXPECT_EQ(label(), "LLA: 20.90 -158.00 0.00 m Rad: 11.07 T: 180.00");
+
+    start(CylinderShape::Ellipse);
+    mouse.from("21.0N 158.0W").move("20.9N 158.0W");
+    EXPECT_EQ(label(), "LLA: 20.90 -158.00 0.00 m Rad: 11.07");
+    mouse.to("20.9N 158.0W").from("21.05N 158.0W").move("21.2N 158.0W");
+    EXPECT_EQ(label(), "LLA: 21.20 -158.00 0.00 m XRad: 11.07 YRad: 22.14");
+}
+
+TEST_F(CylinderTools, PointsAreShownOnlyWhenWanted) {
+    auto& shape = drawnCircle();
+    mouse.move("20.8N 158.2W").frame();
+    EXPECT_EQ(view.painted.size(), 2u);
+    shape.setShowPoints(false);
+    mouse.frame();
+    EXPECT_TRUE(view.painted.empty());
+    mouse.move("21.0N 158.0W");
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete) << "and cannot be hovered";
+    shape.setShowPoints(true);
+    mouse.frame().move("21.0N 158.0W").frame();
+    EXPECT_EQ(view.painted.size(), 2u);
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Hovering);
+    shape.setShowPoints(false);
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+}
+
+TEST_F(CylinderTools, PointsThatGoWhileTheyAreDraggedAreForgotten) {
+    auto& shape = drawnCircle();
+    mouse.from("21.0N 158.0W");
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Dragging);
+    shape.clear();
+    mouse.move("21.05N 158.0W").frame().wheel(120).release().frame();
+    EXPECT_TRUE(isEmpty(shape));
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing) << "to be drawn afresh";
+    mouse.from("21.0N 158.0W").to("21.1N 158.0W");
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+}
+
+/// Clears the overlay when a drawing is done, as an automatic save does.
+struct ClearsOverlay : FunctorTwoParams__ {
+    explicit ClearsOverlay(Overlay& cleared) : overlay(cleared) {}
+    int operator()(PIObject*, void*) override {
+        ++calls;
+        overlay.clearShapes(false);
+        return 1;
+    }
+    int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
+
+    Overlay& overlay;
+    int calls = 0;
+};
+
+TEST_F(CylinderTools, AShapeMayDieInItsToolsOwnEvent) {
+    ClearsOverlay done(overlay);
+    manager.setDrawDoneCallback(&done);
+    for (const auto subtype : {CylinderShape::Circle, CylinderShape::Wedge, CylinderShape::Ellipsoid}) {
+        start(subtype);
+        mouse.from("21.0N 158.0W").to("21.1N 158.0W");
+        mouse.from("21.05N 158.05W").to("21.2N 158.2W");
+        mouse.rightPress();
+        EXPECT_EQ(mouse.result, 0);
+        EXPECT_FALSE(manager.isValid());
+        EXPECT_EQ(host.grabs, 0);
+        EXPECT_EQ(shownOverlays(), 0u);
+        mouse.frame().move("21.0N 158.0W").release();
+    }
+    EXPECT_EQ(done.calls, 3);
+
+    // Stopping is not drawing done.
+    start(CylinderShape::Circle);
+    manager.clearMouseTool();
+    EXPECT_EQ(done.calls, 3);
+    EXPECT_EQ(overlay.shapes().size(), 1u);
+    manager.setDrawDoneCallback(nullptr);
+}
+
+TEST_F(CylinderTools, AShapeMayDieInTheMiddleOfADrag) {
+    for (const bool complete : {false, true}) {
+        start(CylinderShape::Circle);
+        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame();
+        if (complete) mouse.to("21.1N 158.0W").from("21.0N 158.0W").move("21.02N 158.0W").frame();
+        overlay.clearShapes(false);
+        EXPECT_FALSE(manager.isValid());
+        EXPECT_EQ(shownOverlays(), 0u);
+        EXPECT_EQ(host.grabs, 0);
+        mouse.move("21.2N 158.0W").frame().release().wheel(120).rightPress();
+    }
+    // The host clears the scenario while it is handed the rubber band.
+    start(CylinderShape::Circle);
+    mouse.from("21.0N 158.0W").move("21.1N 158.0W");
+    host.onCall = [&](FakeHost::Id service) {
+        if (service == FakeHost::Id::OverlayFiles) overlay.clearShapes(false);
+    };
+    mouse.frame();
+    host.onCall = {};
+    EXPECT_TRUE(overlay.shapes().empty());
+    EXPECT_EQ(shownOverlays(), 0u);
+    EXPECT_EQ(host.grabs, 0);
+}
+
+TEST_F(CylinderTools, ActivatingTwiceGrabsOnce) {
+    auto& shape = drawnCircle();
+    shape.mouseTool()->activate();
+    EXPECT_EQ(host.grabs, 1);
+    shape.mouseTool()->deactivate();
+    shape.mouseTool()->deactivate();
+    EXPECT_EQ(host.grabs, 0);
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Inactive);
+    manager.setCurrentMouseTool(shape.mouseTool(), true);
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete) << "a complete shape is not placed again";
+}
+
+}  // namespace

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <gtest/gtest.h>
+
+#include "TestView.h"
+#include "model/ShapeEquipment.h"
+#include "support/FakeHost.h"
+#include "tools/MakeMouseTool.h"
+#include "tools/MouseManager.h"
+
+/// Shapes with their real tools and no panels.
+class ToolEquipment final : public OverlayEditor::ShapeEquipment {
+  public:
+    ToolEquipment() { install(this); }
+    ~ToolEquipment() override { install(nullptr); }
+
+    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
+                                         OverlayEditor::CylinderShape& shape) override {
+        return OverlayEditor::makeMouseTool(preferences, shape);
+    }
+    std::unique_ptr<OverlayEditor::CylinderPanel> makePanel(const OverlayEditor::CylinderShape&,
+                                                            OverlayEditor::Preferences&, PIGUI::PICanvas&,
+                                                            OverlayEditor::PanelChange) override {
+        return nullptr;
+    }
+};
+
+/// Reads "21.3N 158.0W".
+inline halCore::Vec3 place(const std::string& text) {
+    char* rest = nullptr;
+    const double lat = std::strtod(text.c_str(), &rest);
+    const char northSouth = *rest ? *rest++ : ' ';
+    const double lon = std::strtod(rest, &rest);
+    const char eastWest = *rest;
+    EXPECT_TRUE((northSouth == 'N' || northSouth == 'S') && (eastWest == 'E' || eastWest == 'W')) << text;
+    return degrees(northSouth == 'S' ? -lat : lat, eastWest == 'W' ? -lon : lon);
+}
+
+struct Line {
+    double meters;
+    double bearing;  ///< radians in [0, 2 pi)
+};
+
+inline Line geodesic(const halCore::Vec3& from, const halCore::Vec3& to) {
+    Line line{};
+    double azimuth = 0.0, back = 0.0;
+    GeographicLib::Geodesic::WGS84().Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree,
+                                             to.lon() / kDegree, line.meters, azimuth, back);
+    line.bearing = (azimuth < 0.0 ? azimuth + 360.0 : azimuth) * kDegree;
+    return line;
+}
+
+/// The mouse of a user of the view: goes to places on the earth; the host answers with exactly these.
+class Mouse {
+  public:
+    using Type = PIGUI::PIMouseEventType_t;
+
+    Mouse(FakeHost& host, TestView& view, OverlayEditor::MouseManager& manager)
+        : view_(view), manager_(manager) {
+        host.pixelToLla = [this](int x, int y) { return x == x_ && y == y_ ? at_ : view_.pick(x, y); };
+    }
+
+    Mouse& move(const std::string& where) { return move(place(where)); }
+    Mouse& move(const halCore::Vec3& lla) {
+        const auto pixel = view_.projection().visiblePixel(halCore::Vec3(lla.lat(), lla.lon(), 0.0));
+        EXPECT_TRUE(pixel) << "not in the view";
+        if (pixel) aim(static_cast<int>(std::lround(pixel->x)), static_cast<int>(std::lround(pixel->y)), lla);
+        return *this;
+    }
+    /// Onto a pixel, wherever that is.
+    Mouse& moveToPixel(double x, double y) {
+        const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
+        aim(column, row, view_.pick(column, row));
+        return *this;
+    }
+    Mouse& moveOffTheEarth() {
+        aim(1, 1, std::nullopt);
+        return *this;
+    }
+    Mouse& press() { return send(Type::LeftPress); }
+    Mouse& release() { return send(Type::LeftRelease); }
+    Mouse& rightPress() { return send(Type::RightPress); }
+    Mouse& wheel(int delta) { return send(Type::Wheel, PIGUI::PIModifierShift, delta); }
+    Mouse& from(const std::string& where) { return move(where).frame().press().frame(); }
+    Mouse& to(const std::string& where) { return move(where).frame().release().frame(); }
+    Mouse& frame() {
+        manager_.preDrawOnRefresh(TestView::kWidth, TestView::kHeight);
+        return *this;
+    }
+
+    int result = 0;  ///< of the last event
+
+  private:
+    void aim(int x, int y, std::optional<halCore::Vec3> at) {
+        x_ = x;
+        y_ = y;
+        at_ = at;
+        send(Type::Motion);
+    }
+    Mouse& send(Type type, unsigned modifiers = 0, int delta = 0) {
+        result = manager_.handleMouseEvent(type, PIGUI::PIMouseEvent{x_, y_, modifiers, delta});
+        return *this;
+    }
+
+    TestView& view_;
+    OverlayEditor::MouseManager& manager_;
+    int x_ = 0;
+    int y_ = 0;
+    std::optional<halCore::Vec3> at_;
+};
