@@ -186,10 +186,10 @@ void BlockReader::addComment_(std::string_view line) {
     } else if (UTILS::equalsIgnoringCase(second, "kml_groundoverlay")) {
         record_.setShape(ShapeType::ImageOverlay);
     } else if (UTILS::equalsIgnoringCase(second, "kml_latlonbox") && tokens_.count() >= 7) {
-        record_.set(ShapeParameter::BoxNorth, tokens_[2]);
-        record_.set(ShapeParameter::BoxSouth, tokens_[3]);
-        record_.set(ShapeParameter::BoxEast, tokens_[4]);
-        record_.set(ShapeParameter::BoxWest, tokens_[5]);
+        record_.set(ShapeParameter::ImageNorth, tokens_[2]);
+        record_.set(ShapeParameter::ImageSouth, tokens_[3]);
+        record_.set(ShapeParameter::ImageEast, tokens_[4]);
+        record_.set(ShapeParameter::ImageWest, tokens_[5]);
         record_.set(ShapeParameter::ImageRotation, tokens_[6]);
     }
 }

@@ -241,10 +241,10 @@ std::shared_ptr<ZelShape> ShapeBuilder::buildBox_() {
 }
 
 std::shared_ptr<ZelShape> ShapeBuilder::buildImageOverlay_() {
-    const auto north = degrees_(P::BoxNorth, AngleKind::Latitude);
-    const auto south = degrees_(P::BoxSouth, AngleKind::Latitude);
-    const auto east = degrees_(P::BoxEast, AngleKind::Longitude);
-    const auto west = degrees_(P::BoxWest, AngleKind::Longitude);
+    const auto north = degrees_(P::ImageNorth, AngleKind::Latitude);
+    const auto south = degrees_(P::ImageSouth, AngleKind::Latitude);
+    const auto east = degrees_(P::ImageEast, AngleKind::Longitude);
+    const auto west = degrees_(P::ImageWest, AngleKind::Longitude);
     if (!north || !south || !east || !west || record_.text(P::ImageFile).empty()) {
         error_({"kml_groundoverlay ", name_(), " had invalid values, cannot create shape"});
         return nullptr;

@@ -51,6 +51,10 @@ enum class ShapeParameter : unsigned char {
     BoxAltitude,
     BoxHeight,
     ImageFile,
+    ImageNorth,
+    ImageSouth,
+    ImageEast,
+    ImageWest,
     ImageRotation,
 
     CenterAbsolute,
