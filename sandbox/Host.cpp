@@ -1,0 +1,330 @@
+#include "sandbox/Host.h"
+
+#include <QEvent>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMenu>
+#include <QTreeWidget>
+
+#include "common/Notify.h"
+#include "sandbox/services/ContextMenu.h"
+#include "sandbox/services/FileDialogs.h"
+#include "sandbox/services/Services.h"
+#include "sandbox/view/GlobeView.h"
+
+namespace sandbox {
+
+namespace {
+
+using PIGUI::PIMouseEventType_t;
+
+PIMouseEventType_t typeOf(ViewMouseEvent::Kind kind) {
+    switch (kind) {
+        case ViewMouseEvent::Kind::LeftPress:
+            return PIMouseEventType_t::LeftPress;
+        case ViewMouseEvent::Kind::LeftRelease:
+            return PIMouseEventType_t::LeftRelease;
+        case ViewMouseEvent::Kind::MiddlePress:
+            return PIMouseEventType_t::MiddlePress;
+        case ViewMouseEvent::Kind::MiddleRelease:
+            return PIMouseEventType_t::MiddleRelease;
+        case ViewMouseEvent::Kind::RightPress:
+            return PIMouseEventType_t::RightPress;
+        case ViewMouseEvent::Kind::RightRelease:
+            return PIMouseEventType_t::RightRelease;
+        case ViewMouseEvent::Kind::DoubleClick:
+            return PIMouseEventType_t::LeftDoubleClick;
+        case ViewMouseEvent::Kind::Wheel:
+            return PIMouseEventType_t::Wheel;
+        case ViewMouseEvent::Kind::Motion:
+            break;
+    }
+    return PIMouseEventType_t::Motion;
+}
+
+std::uint32_t modifiersOf(unsigned modifiers) {
+    return (modifiers & ViewMouseEvent::Shift ? PIGUI::PIModifierShift : 0U) |
+           (modifiers & ViewMouseEvent::Control ? PIGUI::PIModifierControl : 0U) |
+           (modifiers & ViewMouseEvent::Alt ? PIGUI::PIModifierAlt : 0U);
+}
+
+}  // namespace
+
+Host::Host(const QString& settingsFile)
+    : settings_(settingsFile, log_),
+      services_(log_, handles_),
+      window_(log_),
+      overlays_(window_.view().overlays(), scenario_, handles_, log_),
+      fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)) {
+    halNotify::setNotifyHandler([this](halNotify::Severity severity, const std::string& message) {
+        log_.add(severity, "host", QString::fromStdString(message));
+    });
+    addWidgetServices(*this);
+    addValueServices(*this);
+    addListServices(*this);
+    addDialogServices(*this);
+    addSettingsServices(*this);
+    addScenarioServices(*this);
+    addApplicationServices(*this);
+    addViewServices(*this);
+    addOverlayServices(*this);
+    addScreenServices(*this);
+    addContextMenuServices(*this);
+    connectView();
+    connectScenario();
+    connectWindow();
+}
+
+Host::~Host() {
+    closePlugins();
+    view().setMouseListener(nullptr);
+    view().setRefreshHook(nullptr);
+    halNotify::setNotifyHandler(nullptr);
+    for (LoadedOverlay* overlay : overlays_.files()) handles_.remove(overlay->handle());
+}
+
+void Host::connectView() {
+    view().setMouseListener([this](const ViewMouseEvent& event) { return passMouse(event); });
+    view().setRefreshHook([this](int width, int height) {
+        for (const auto& plugin : plugins_) plugin->preDraw(width, height);
+    });
+    view().installEventFilter(this);
+}
+
+bool Host::passMouse(const ViewMouseEvent& event) {
+    cursor_ = {event.x, event.y};
+    return tellPlugins(typeOf(event.kind),
+                       {event.x, event.y, modifiersOf(event.modifiers), event.wheelDelta});
+}
+
+bool Host::tellPlugins(PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
+    for (const auto& plugin : plugins_)
+        if (plugin->mouse(type, event)) return true;
+    return false;
+}
+
+bool Host::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &view() && event->type() == QEvent::Leave)
+        tellPlugins(PIMouseEventType_t::Leave, {cursor_.x(), cursor_.y(), 0, 0});
+    return false;
+}
+
+void Host::updateMouseGrab() {
+    if (registrations_.mouseGrabs.empty())
+        view().releaseMouse();
+    else if (QWidget::mouseGrabber() != &view())
+        view().grabMouse();
+}
+
+void Host::connectScenario() {
+    connect(&scenario_, &Scenario::platformAdded, this, [this](std::uint64_t id) {
+        showPlatform(id);
+        sendEvent(PIApplicationEvents_t::PlatformAdded, &id);
+    });
+    connect(&scenario_, &Scenario::platformMoved, this, &Host::showPlatform);
+    connect(&scenario_, &Scenario::platformRemoved, this, [this](std::uint64_t id) {
+        view().removePlatform(id);
+        sendEvent(PIApplicationEvents_t::EntityRemoved, &id);
+    });
+    connect(&scenario_, &Scenario::cleared, this, [this](PIApplicationEvents_t why) { sendEvent(why); });
+    connect(&scenario_, &Scenario::timeChanged, this,
+            [this] { sendEvent(PIApplicationEvents_t::TimeChanged); });
+}
+
+void Host::sendEvent(PIApplicationEvents_t code, const void* data) {
+    for (const auto& plugin : plugins_)
+        if (plugin->state() == Plugin::State::Started) plugin->event(code, data);
+}
+
+void Host::showPlatform(std::uint64_t id) {
+    const Scenario::Platform* platform = scenario_.find(id);
+    const auto point = scenario_.at(id, scenario_.time());
+    if (!platform || !point) {
+        view().removePlatform(id);
+        return;
+    }
+    view().setPlatform({.id = id,
+                        .name = platform->header.name,
+                        .position = {point->latRad, point->lonRad, point->altMeters},
+                        .heading = point->headingRad,
+                        .icon = platform->header.icon});
+}
+
+void Host::connectWindow() {
+    overlayPanelSoon_.setSingleShot(true);
+    overlayPanelSoon_.setInterval(0);
+    connect(&overlayPanelSoon_, &QTimer::timeout, this, &Host::refreshOverlayPanel);
+    connect(&overlays_, &OverlayFiles::filesChanged, &overlayPanelSoon_, qOverload<>(&QTimer::start));
+
+    connect(&window_, &MainWindow::openOverlayRequested, this, &Host::openOverlayByUser);
+    connect(&window_, &MainWindow::savePictureRequested, this, &Host::savePictureByUser);
+    connect(&window_, &MainWindow::addPlatformRequested, this, &Host::addPlatformByUser);
+    connect(&window_, &MainWindow::clearScenarioRequested, this,
+            [this] { scenario_.clear(PIApplicationEvents_t::ScenarioCleared); });
+    connect(&window_, &MainWindow::clockToggled, &scenario_, &Scenario::setRunning);
+    connect(&window_, &MainWindow::overlayShownChanged, this, [this](void* handle, bool shown) {
+        if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);
+    });
+    connect(&window_, &MainWindow::overlayMenuRequested, this, &Host::openOverlayMenu);
+    connect(&window_, &MainWindow::closing, this, &Host::closePlugins);
+}
+
+void Host::refreshOverlayPanel() {
+    std::vector<MainWindow::OverlayRow> rows;
+    for (const LoadedOverlay* overlay : overlays_.files()) {
+        const Scenario::Platform* platform = scenario_.find(overlay->platform);
+        rows.push_back({overlay->handle(), QFileInfo(QString::fromStdString(overlay->path)).fileName(),
+                        platform ? QString::fromStdString(platform->header.name) : QString(),
+                        overlay->shown});
+    }
+    window_.setOverlays(rows);
+}
+
+Plugin* Host::openPlugin(const std::filesystem::path& path) {
+    auto opened = PluginLibrary::open(path, ServiceTable::kHostBuildNumber);
+    if (const QString* refusal = std::get_if<QString>(&opened)) {
+        log_.add(halNotify::Error, "host", *refusal);
+        return nullptr;
+    }
+    plugins_.push_back(std::make_unique<Plugin>(std::get<PluginLibrary>(std::move(opened)), log_));
+    Plugin& plugin = *plugins_.back();
+    services_.admit(plugin);
+    plugin.initialize(services_);
+    const int status = plugin.startUp();
+    log_.add(
+        halNotify::Notice, "host",
+        QString("%1 %2 started").arg(plugin.name(), plugin.text(PIClientFunctions_t::Version)).simplified());
+    if (status != 0)
+        log_.add(halNotify::Error, "host",
+                 QString("%1: start-up failed with %2").arg(plugin.name()).arg(status));
+    return &plugin;
+}
+
+bool Host::closePlugin(Plugin& plugin) {
+    // OpenGL objects of the plug-in's may die only while the context is current.
+    if (view().isValid()) view().makeCurrent();
+    plugin.close();
+    if (view().isValid()) view().doneCurrent();
+
+    const QStringList leftovers = dropLeftovers(plugin);
+    if (!leftovers.isEmpty()) {
+        log_.add(halNotify::Warning, "host",
+                 QString("%1 left behind: %2").arg(plugin.name(), leftovers.join(", ")));
+    }
+    plugin.cleanUp();
+    services_.expel(plugin);
+    const bool gone = plugin.unload();
+    if (!gone)
+        log_.add(halNotify::Error, "host", plugin.name() + " is still in the process after its unloading");
+    std::erase_if(plugins_, [&plugin](const auto& entry) { return entry.get() == &plugin; });
+    return gone;
+}
+
+void Host::closePlugins() {
+    while (!plugins_.empty()) closePlugin(*plugins_.back());
+}
+
+QStringList Host::dropLeftovers(Plugin& plugin) {
+    QStringList names;
+    for (const HostObject* object : handles_.ownedBy(&plugin))
+        if (object->isPluginsOwn() && !object->isPartOfAnother()) names << object->describe();
+    for (const HostObject* object : handles_.ownedBy(&plugin)) handles_.remove(object->handle());
+
+    std::vector<std::uint64_t> platforms;
+    for (const auto& [id, platform] : scenario_.platforms())
+        if (platform.owner == &plugin) platforms.push_back(id);
+    for (const std::uint64_t id : platforms) {
+        names << QString("platform \"%1\"").arg(QString::fromStdString(scenario_.find(id)->header.name));
+        scenario_.remove(id);
+    }
+
+    if (const int count = overlays_.removeObservers(&plugin); count > 0)
+        names << QString("%1 overlay observer(s)").arg(count);
+    const auto callbacks = std::erase_if(registrations_.menuCallbacks,
+                                         [&plugin](const auto& entry) { return entry.owner == &plugin; });
+    if (callbacks > 0) names << QString("%1 context menu callback(s)").arg(callbacks);
+    for (auto at = registrations_.services.begin(); at != registrations_.services.end();) {
+        if (at->second.owner != &plugin) {
+            ++at;
+            continue;
+        }
+        names << QString("service \"%1\"").arg(QString::fromStdString(at->first));
+        at = registrations_.services.erase(at);
+    }
+    if (registrations_.mouseGrabs.erase(&plugin) > 0) {
+        names << "the grabbed mouse";
+        updateMouseGrab();
+    }
+    return names;
+}
+
+bool Host::openOverlay(const std::string& path) {
+    if (LoadedOverlay* loaded = overlays_.find(path)) overlays_.unload(*loaded);
+    return overlays_.loadFile(path, 0, true) != nullptr;
+}
+
+void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& globalPosition) {
+    auto* gathered = handles_.add(std::make_unique<ContextMenu>(), nullptr);
+    void* menuHandle = gathered->handle();
+    const auto forEach = [this, overlays](auto operation) {
+        return [this, overlays, operation] {
+            for (void* handle : overlays)
+                if (auto* overlay = handles_.find<LoadedOverlay>(handle)) operation(*overlay);
+        };
+    };
+    const bool any = !overlays.empty();
+    gathered->add(100, "Show", any,
+                  forEach([this](LoadedOverlay& overlay) { overlays_.show(overlay, true); }));
+    gathered->add(110, "Hide", any,
+                  forEach([this](LoadedOverlay& overlay) { overlays_.show(overlay, false); }));
+    gathered->add(900, "Unload", any, forEach([this](LoadedOverlay& overlay) { overlays_.unload(overlay); }));
+
+    PIHALVIS::ZelMenuData data;
+    data.overlays = overlays;
+    for (const auto& entry : std::vector(registrations_.menuCallbacks))
+        entry.callback->menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &data, menuHandle);
+
+    auto* menu = new QMenu(&window_);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    gathered->fill(*menu);
+    handles_.remove(menuHandle);
+    menu->popup(globalPosition);
+}
+
+void Host::openOverlayByUser() {
+    const QString path = fileDialogs_->ask(
+        {.kind = FileDialogs::Kind::Load,
+         .title = "Open Overlay",
+         .group = "Host",
+         .key = "LastOverlay",
+         .startDirectory = {},
+         .filterRows = {"Overlays\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "All files\t*"}});
+    if (!path.isEmpty()) openOverlay(path.toStdString());
+}
+
+void Host::savePictureByUser() {
+    const QImage picture = view().grabFrame();
+    const QString path = fileDialogs_->ask({.kind = FileDialogs::Kind::Save,
+                                            .title = "Save Picture",
+                                            .group = "Host",
+                                            .key = "LastPicture",
+                                            .startDirectory = {},
+                                            .filterRows = {"PNG pictures\t*.png"}});
+    if (path.isEmpty()) return;
+    if (!picture.save(path))
+        log_.add(halNotify::Error, "host", QString("picture %1 cannot be written").arg(path));
+}
+
+void Host::addPlatformByUser() {
+    const QString name = QInputDialog::getText(&window_, "Add Platform", "Name:");
+    if (name.trimmed().isEmpty()) return;
+    PIData::PIDataPoint point;
+    point.timeSeconds = scenario_.time();
+    point.latRad = view().camera().center().lat();
+    point.lonRad = view().camera().center().lon();
+    PIData::PIPlatformHeader header;
+    header.name = name.trimmed().toStdString();
+    scenario_.add(header, point);
+}
+
+}  // namespace sandbox

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QTimer>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "sandbox/HandleRegistry.h"
+#include "sandbox/Log.h"
+#include "sandbox/MainWindow.h"
+#include "sandbox/OverlayFiles.h"
+#include "sandbox/Plugin.h"
+#include "sandbox/Scenario.h"
+#include "sandbox/ServiceTable.h"
+#include "sandbox/Settings.h"
+#include "sandbox/services/PluginRegistrations.h"
+
+namespace sandbox {
+
+class FileDialogs;
+struct ViewMouseEvent;
+
+/// The stand-in host, put together: its parts, the services over them, the plug-ins that use these, and
+/// the user's own commands.
+class Host : public QObject {
+    Q_OBJECT
+
+  public:
+    /// \param settingsFile empty for the user's own place
+    explicit Host(const QString& settingsFile);
+    ~Host() override;
+
+    Log& log() { return log_; }
+    Settings& settings() { return settings_; }
+    HandleRegistry& handles() { return handles_; }
+    ServiceTable& services() { return services_; }
+    MainWindow& window() { return window_; }
+    GlobeView& view() { return window_.view(); }
+    Scenario& scenario() { return scenario_; }
+    OverlayFiles& overlays() { return overlays_; }
+    FileDialogs& fileDialogs() { return *fileDialogs_; }
+    PluginRegistrations& registrations() { return registrations_; }
+
+    /// Loads, initialises and starts a plug-in. Null when it is refused; the log says why.
+    Plugin* openPlugin(const std::filesystem::path& path);
+    /// Closes the plug-in, drops what it left behind (the log names it), cleans up and unloads.
+    /// \return whether the library is gone from the process; the object is in any case
+    bool closePlugin(Plugin& plugin);
+    void closePlugins();
+    const std::vector<std::unique_ptr<Plugin>>& plugins() const { return plugins_; }
+
+    /// The mouse's last place in the view, widget pixels; negative before the first event.
+    QPoint cursor() const { return cursor_; }
+    /// Reloads the overlay when it is loaded already.
+    bool openOverlay(const std::string& path);
+    /// Builds and pops up the menu that a right click in the overlay panel opens.
+    void openOverlayMenu(const std::vector<void*>& handles, const QPoint& globalPosition);
+
+    /// Gives the view the mouse, or takes it back, after a plug-in has grabbed or ungrabbed it.
+    void updateMouseGrab();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void connectView();
+    void connectScenario();
+    void connectWindow();
+    bool passMouse(const ViewMouseEvent& event);
+    bool tellPlugins(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event);
+    void sendEvent(PIApplicationEvents_t code, const void* data = nullptr);
+    QStringList dropLeftovers(Plugin& plugin);
+    void showPlatform(std::uint64_t id);
+    void refreshOverlayPanel();
+    void addPlatformByUser();
+    void savePictureByUser();
+    void openOverlayByUser();
+
+    Log log_;
+    Settings settings_;
+    HandleRegistry handles_;
+    ServiceTable services_;
+    MainWindow window_;
+    Scenario scenario_;
+    OverlayFiles overlays_;
+    PluginRegistrations registrations_;
+    std::unique_ptr<FileDialogs> fileDialogs_;
+    std::vector<std::unique_ptr<Plugin>> plugins_;
+    QTimer overlayPanelSoon_;
+    QPoint cursor_{-1, -1};
+};
+
+}  // namespace sandbox

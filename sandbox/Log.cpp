@@ -1,0 +1,44 @@
+#include "sandbox/Log.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "common/Notify.h"
+
+namespace sandbox {
+
+namespace {
+
+/// A plug-in that logs in a loop must not eat the memory: the oldest half goes then.
+constexpr std::size_t kMaximumEntries = 20000;
+
+}  // namespace
+
+void Log::add(int severity, const QString& source, const QString& text) {
+    if (entries_.size() >= kMaximumEntries)
+        entries_.erase(entries_.begin(), entries_.begin() + kMaximumEntries / 2);
+    entries_.push_back({severity, source, text.trimmed()});
+    const LogEntry entry = entries_.back();
+    if (echo_) {
+        std::fprintf(stderr, "%s: %s: %s\n", qPrintable(severityName(severity)), qPrintable(source),
+                     qPrintable(entry.text));
+    }
+    emit added(entry);
+}
+
+void Log::misuse(const QString& source, const QString& text) {
+    misuses_ << source + ": " + text;
+    add(halNotify::Error, source, "misuse of the host: " + text);
+}
+
+QStringList Log::takeMisuses() {
+    return std::exchange(misuses_, {});
+}
+
+QString Log::severityName(int severity) {
+    static constexpr std::array names = {"always", "fatal", "error", "warning", "notice", "info", "debug"};
+    return names[static_cast<std::size_t>(std::clamp(severity, 0, static_cast<int>(names.size()) - 1))];
+}
+
+}  // namespace sandbox

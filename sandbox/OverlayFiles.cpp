@@ -1,0 +1,185 @@
+#include "sandbox/OverlayFiles.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <numbers>
+#include <sstream>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "common/NumberText.h"
+#include "format/Parser.h"
+#include "sandbox/Log.h"
+#include "sandbox/Scenario.h"
+
+namespace sandbox {
+
+namespace {
+
+std::string wholePath(const std::string& path) {
+    std::error_code error;
+    const auto whole = std::filesystem::weakly_canonical(path, error);
+    return error ? path : whole.string();
+}
+
+std::string readAll(std::istream& stream) {
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return std::move(text).str();
+}
+
+OverlayScene::Shapes parse(const std::string& text) {
+    OverlayScene::Shapes shapes;
+    halCore::ZEL::Parser().parse(std::string_view(text), shapes);
+    return shapes;
+}
+
+}  // namespace
+
+QString LoadedOverlay::describe() const {
+    return isStream() ? QString("overlay text")
+                      : QString("overlay file %1").arg(QString::fromStdString(path));
+}
+
+OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, HandleRegistry& handles, Log& log)
+    : scene_(scene), scenario_(scenario), handles_(handles), log_(log) {
+    connect(&scenario, &Scenario::platformMoved, this, &OverlayFiles::platformChanged);
+    connect(&scenario, &Scenario::platformRemoved, this, &OverlayFiles::platformRemoved);
+}
+
+LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner) {
+    auto shapes = parse(overlay->text);
+    if (shapes.empty()) {
+        log_.add(halNotify::Error, "host", overlay->describe() + " holds no shape");
+        return nullptr;
+    }
+    overlay->sceneId = scene_.add(std::move(shapes), reference(overlay->platform), overlay->shown);
+    return handles_.add(std::move(overlay), owner);
+}
+
+LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t platform, bool shown) {
+    auto overlay = std::make_unique<LoadedOverlay>(scene_);
+    overlay->path = wholePath(path);
+    overlay->platform = platform;
+    overlay->shown = shown;
+    if (const std::string error = UTILS::readFile(path, overlay->text); !error.empty()) {
+        log_.add(halNotify::Error, "host",
+                 QString("%1 cannot be opened: %2").arg(overlay->describe(), QString::fromStdString(error)));
+        return nullptr;
+    }
+    LoadedOverlay* loaded = add(std::move(overlay), nullptr);
+    if (!loaded) return nullptr;
+    emit filesChanged();
+    void* handle = loaded->handle();
+    tell([handle](PIHALVIS::ZELEventObserver* observer) { observer->addedZEL(handle); });
+    // An observer may have unloaded it again.
+    return handles_.find<LoadedOverlay>(handle);
+}
+
+LoadedOverlay* OverlayFiles::loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner) {
+    auto overlay = std::make_unique<LoadedOverlay>(scene_);
+    overlay->text = readAll(stream);
+    overlay->platform = platform;
+    return add(std::move(overlay), owner);
+}
+
+void OverlayFiles::unload(LoadedOverlay& overlay) {
+    const bool isFile = !overlay.isStream();
+    void* handle = overlay.handle();
+    handles_.remove(handle);
+    if (!isFile) return;
+    emit filesChanged();
+    tell([handle](PIHALVIS::ZELEventObserver* observer) { observer->removedZEL(handle); });
+}
+
+void OverlayFiles::show(LoadedOverlay& overlay, bool shown) {
+    if (overlay.shown == shown) return;
+    overlay.shown = shown;
+    scene_.setShown(overlay.sceneId, shown);
+    if (!overlay.isStream()) emit filesChanged();
+}
+
+LoadedOverlay* OverlayFiles::find(const std::string& path) const {
+    if (path.empty()) return nullptr;
+    const std::string whole = wholePath(path);
+    for (LoadedOverlay* overlay : files())
+        if (overlay->path == whole) return overlay;
+    return nullptr;
+}
+
+std::vector<LoadedOverlay*> OverlayFiles::files() const {
+    auto found = handles_.all<LoadedOverlay>();
+    std::erase_if(found, [](const LoadedOverlay* overlay) { return overlay->isStream(); });
+    return found;
+}
+
+std::vector<LoadedOverlay*> OverlayFiles::streams() const {
+    auto found = handles_.all<LoadedOverlay>();
+    std::erase_if(found, [](const LoadedOverlay* overlay) { return !overlay->isStream(); });
+    return found;
+}
+
+void OverlayFiles::addObserver(PIHALVIS::ZELEventObserver* observer, Plugin* owner) {
+    observers_.push_back({observer, owner});
+}
+
+bool OverlayFiles::removeObserver(PIHALVIS::ZELEventObserver* observer) {
+    const auto at = std::ranges::find(observers_, observer, &Observer::observer);
+    if (at == observers_.end()) return false;
+    observers_.erase(at);
+    return true;
+}
+
+int OverlayFiles::removeObservers(const Plugin* owner) {
+    return static_cast<int>(
+        std::erase_if(observers_, [owner](const Observer& entry) { return entry.owner == owner; }));
+}
+
+/// An observer may add and remove observers, itself included: each is looked up again before its call.
+template <typename Event>
+void OverlayFiles::tell(Event event) {
+    for (const Observer& entry : std::vector(observers_)) {
+        if (std::ranges::find(observers_, entry.observer, &Observer::observer) != observers_.end())
+            event(entry.observer);
+    }
+}
+
+std::optional<OverlayReference> OverlayFiles::reference(std::uint64_t platform) const {
+    const auto point = scenario_.at(platform, scenario_.time());
+    if (!point) return std::nullopt;
+    return OverlayReference{
+        {point->latRad, point->lonRad, point->altMeters}, point->headingRad, point->pitchRad, point->rollRad};
+}
+
+OverlayScene::Shapes OverlayFiles::line(const PIData::PIDataPoint& from, const PIData::PIDataPoint& to,
+                                        std::uint32_t rgba) {
+    const auto point = [](const PIData::PIDataPoint& place) {
+        constexpr double degree = std::numbers::pi / 180.0;
+        return "lla " + UTILS::writeNumber(place.latRad / degree) + ' ' +
+               UTILS::writeNumber(place.lonRad / degree) + ' ' + UTILS::writeNumber(place.altMeters) + '\n';
+    };
+    // The file's colours run alpha, blue, green, red.
+    const std::uint32_t abgr =
+        (rgba & 0xff) << 24 | (rgba >> 8 & 0xff) << 16 | (rgba >> 16 & 0xff) << 8 | rgba >> 24;
+    const QString color = QString("0x%1").arg(abgr, 8, 16, QChar('0'));
+    return parse("start\nline\naltitudeunits m\nlinewidth 2\nlinecolor hex " + color.toStdString() + '\n' +
+                 point(from) + point(to) + "end\n");
+}
+
+void OverlayFiles::platformChanged(std::uint64_t id) {
+    for (const LoadedOverlay* overlay : handles_.all<LoadedOverlay>())
+        if (overlay->platform == id) scene_.setReference(overlay->sceneId, reference(id));
+}
+
+void OverlayFiles::platformRemoved(std::uint64_t id) {
+    bool changed = false;
+    for (LoadedOverlay* overlay : handles_.all<LoadedOverlay>()) {
+        if (overlay->platform != id) continue;
+        overlay->platform = 0;
+        scene_.setReference(overlay->sceneId, std::nullopt);
+        changed = changed || !overlay->isStream();
+    }
+    if (changed) emit filesChanged();
+}
+
+}  // namespace sandbox

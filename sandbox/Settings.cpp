@@ -1,0 +1,52 @@
+#include "sandbox/Settings.h"
+
+#include <QStandardPaths>
+
+#include "common/Notify.h"
+#include "sandbox/Log.h"
+
+namespace sandbox {
+
+namespace {
+
+QString ownPlace() {
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + "/settings.ini";
+}
+
+}  // namespace
+
+Settings::Settings(const QString& file, Log& log)
+    : settings_(file.isEmpty() ? ownPlace() : file, QSettings::IniFormat), log_(log) {
+    flushSoon_.setSingleShot(true);
+    flushSoon_.setInterval(500);
+    connect(&flushSoon_, &QTimer::timeout, this, &Settings::flush);
+    if (settings_.status() == QSettings::FormatError) {
+        log_.add(halNotify::Error, "host",
+                 QString("settings file %1 is damaged: its values may be lost").arg(fileName()));
+    }
+}
+
+Settings::~Settings() {
+    flush();
+}
+
+QString Settings::value(const QString& key) const {
+    return settings_.value(key).toString();
+}
+
+void Settings::setValue(const QString& key, const QString& value) {
+    if (settings_.contains(key) && settings_.value(key).toString() == value) return;
+    settings_.setValue(key, value);
+    flushSoon_.start();
+}
+
+void Settings::flush() {
+    flushSoon_.stop();
+    settings_.sync();
+    if (settings_.status() == QSettings::NoError || reported_) return;
+    reported_ = true;
+    log_.add(halNotify::Error, "host",
+             QString("settings file %1 cannot be written: settings are not kept").arg(fileName()));
+}
+
+}  // namespace sandbox

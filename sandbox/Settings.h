@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QSettings>
+#include <QTimer>
+
+namespace sandbox {
+
+class Log;
+
+/// The settings store: texts under keys, in one file that is kept between runs. A file that cannot be
+/// written is reported to the log, once; the values then hold for this run.
+class Settings : public QObject {
+    Q_OBJECT
+
+  public:
+    /// \param file an INI file; empty for the user's own place
+    Settings(const QString& file, Log& log);
+    ~Settings() override;
+
+    QString value(const QString& key) const;
+    void setValue(const QString& key, const QString& value);
+    QString fileName() const { return settings_.fileName(); }
+    /// Writes what has changed.
+    void flush();
+
+  private:
+    QSettings settings_;
+    QTimer flushSoon_;
+    Log& log_;
+    bool reported_ = false;
+};
+
+}  // namespace sandbox

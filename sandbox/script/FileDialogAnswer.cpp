@@ -1,0 +1,78 @@
+#include "sandbox/script/FileDialogAnswer.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "sandbox/script/Gestures.h"
+
+namespace sandbox {
+
+namespace {
+
+constexpr int kTickMilliseconds = 10;
+constexpr int kMaximumTicks = 500;
+
+}  // namespace
+
+FileDialogAnswer::FileDialogAnswer(QFileDialog& dialog, const QString& path, bool overwrite,
+                                   std::function<void(const QString&)> report)
+    : QObject(&dialog), dialog_(dialog), path_(path), overwrite_(overwrite), report_(std::move(report)) {
+    timer_.setInterval(kTickMilliseconds);
+    connect(&timer_, &QTimer::timeout, this, &FileDialogAnswer::act);
+    timer_.start();
+}
+
+void FileDialogAnswer::act() {
+    if (++ticks_ > kMaximumTicks) {
+        giveUp("it did not take the answer " + path_);
+        return;
+    }
+    if (!dialog_.isVisible()) return;
+    if (auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+        QAbstractButton* yes = question->button(QMessageBox::Yes);
+        if (!yes) {
+            const QString text = question->text();
+            question->reject();
+            giveUp(text.simplified());
+            return;
+        }
+        gestures::click(*(overwrite_ ? yes : question->button(QMessageBox::No)));
+        if (!overwrite_) dialog_.reject();
+        return;
+    }
+    if (typed_) return;
+    typed_ = true;
+    const auto* buttons = dialog_.findChild<QDialogButtonBox*>();
+    auto* name = dialog_.findChild<QLineEdit*>("fileNameEdit");
+    const bool saving = dialog_.acceptMode() == QFileDialog::AcceptSave;
+    auto* accept =
+        buttons ? buttons->button(saving ? QDialogButtonBox::Save : QDialogButtonBox::Open) : nullptr;
+    auto* cancel = buttons ? buttons->button(QDialogButtonBox::Cancel) : nullptr;
+    if (!accept && buttons && !buttons->buttons().isEmpty())
+        accept = qobject_cast<QPushButton*>(buttons->buttons().first());
+    if (!name || !accept || !cancel) {
+        giveUp("its parts were not found");
+        return;
+    }
+    if (path_.isEmpty()) {
+        gestures::click(*cancel);
+        return;
+    }
+    gestures::replaceText(*name, path_);
+    if (!accept->isEnabled()) {
+        giveUp("it does not accept " + path_);
+        return;
+    }
+    gestures::click(*accept);
+}
+
+void FileDialogAnswer::giveUp(const QString& why) {
+    timer_.stop();
+    report_(QString("file dialog \"%1\": %2").arg(dialog_.windowTitle(), why));
+    dialog_.reject();
+}
+
+}  // namespace sandbox

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+namespace sandbox {
+
+/// A caption of the host contract: the shown text, a tab, the tooltip.
+struct Caption {
+    QString text;
+    QString tooltip;
+
+    static Caption parse(const std::string& caption);
+
+    /// The text for widgets that take "&" as the mark of a shortcut.
+    QString escapedText() const;
+    static QString escaped(QString text) { return text.replace('&', "&&"); }
+};
+
+}  // namespace sandbox

@@ -1,0 +1,163 @@
+#include "sandbox/widgets/Containers.h"
+
+#include <QFrame>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "pi/HostStructures.h"
+#include "sandbox/widgets/Caption.h"
+
+namespace sandbox {
+
+namespace {
+
+constexpr int kSpacing = 6;
+constexpr int kMargin = 8;
+/// A column behind those that are used. It takes the width that no child of the table wants.
+constexpr int kSpareColumn = 64;
+
+QWidget* frame(std::uint32_t layoutOptions) {
+    auto* widget = new QFrame;
+    if (layoutOptions & PIGUI::PILayoutFrame) widget->setFrameShape(QFrame::StyledPanel);
+    return widget;
+}
+
+const ContainerWidget* asContainer(const HostWidget& widget) {
+    return dynamic_cast<const ContainerWidget*>(&widget);
+}
+
+bool wantsHeight(const HostWidget& child) {
+    if (const auto* container = asContainer(child)) return container->fillsHeight();
+    return (child.widget()->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag) != 0;
+}
+
+bool wantsWidth(const HostWidget& child) {
+    if (const auto* container = asContainer(child)) return container->fillsWidth();
+    return (child.widget()->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) != 0;
+}
+
+}  // namespace
+
+BoxWidget::BoxWidget(const char* kind, Direction direction, std::uint32_t layoutOptions)
+    : BoxWidget(kind, frame(layoutOptions), direction, layoutOptions) {}
+
+BoxWidget::BoxWidget(const char* kind, QWidget* widget, Direction direction, std::uint32_t layoutOptions)
+    : kind_(kind) {
+    setWidget(widget);
+    setFilling(layoutOptions);
+    layout_ = new QBoxLayout(direction == Direction::Row ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom,
+                             widget);
+    const bool tight = (layoutOptions & PIGUI::PILayoutTight) != 0;
+    const bool bordered =
+        (layoutOptions & PIGUI::PILayoutFrame) != 0 || qobject_cast<QGroupBox*>(widget) || widget->isWindow();
+    layout_->setSpacing(tight ? 0 : kSpacing);
+    const int margin = !tight && bordered ? kMargin : 0;
+    layout_->setContentsMargins(margin, margin, margin, margin);
+    // Takes what no child wants, so that the children stand together at the start.
+    layout_->addStretch(0);
+}
+
+void BoxWidget::place(HostWidget& child) {
+    const bool row = layout_->direction() == QBoxLayout::LeftToRight;
+    const bool along = row ? wantsWidth(child) : wantsHeight(child);
+    const bool across = row ? wantsHeight(child) : wantsWidth(child);
+    Qt::Alignment alignment;
+    if (!across) alignment = row ? Qt::AlignVCenter : Qt::AlignLeft;
+    layout_->insertWidget(layout_->count() - 1, child.widget(), along ? 1 : 0, alignment);
+}
+
+GroupBox::GroupBox(const QString& title, std::uint32_t layoutOptions)
+    : BoxWidget("group box", new QGroupBox(Caption::escaped(title)), Direction::Column, layoutOptions),
+      title_(title) {}
+
+bool GroupBox::setText(const QString& text) {
+    const Caption caption = Caption::parse(text.toStdString());
+    title_ = caption.text;
+    static_cast<QGroupBox*>(widget())->setTitle(caption.escapedText());
+    widget()->setToolTip(caption.tooltip);
+    return true;
+}
+
+MatrixWidget::MatrixWidget(Fill fill, int count) : fill_(fill), count_(std::max(1, count)) {
+    auto* widget = new QWidget;
+    setWidget(widget);
+    setFilling(PIGUI::PILayoutFillX);
+    layout_ = new QGridLayout(widget);
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setHorizontalSpacing(kSpacing + 2);
+    layout_->setVerticalSpacing(kSpacing);
+    layout_->setColumnStretch(kSpareColumn, 1);
+}
+
+void MatrixWidget::place(HostWidget& child) {
+    const Cell cell =
+        fill_ == Fill::ByRow ? Cell{next_ / count_, next_ % count_} : Cell{next_ % count_, next_ / count_};
+    ++next_;
+    cells_[&child] = cell;
+    Qt::Alignment alignment;
+    if (!wantsWidth(child)) alignment |= Qt::AlignLeft;
+    if (!wantsHeight(child)) alignment |= Qt::AlignVCenter;
+    if (wantsWidth(child)) {
+        layout_->setColumnStretch(cell.column, 1);
+        layout_->setColumnStretch(kSpareColumn, 0);
+    }
+    layout_->addWidget(child.widget(), cell.row, cell.column, alignment);
+}
+
+void MatrixWidget::removed(HostWidget& child) {
+    cells_.erase(&child);
+    if (cells_.empty()) next_ = 0;
+}
+
+std::optional<MatrixWidget::Cell> MatrixWidget::cellOf(const HostWidget& child) const {
+    const auto at = cells_.find(&child);
+    if (at == cells_.end()) return std::nullopt;
+    return at->second;
+}
+
+HostWidget* MatrixWidget::at(Cell cell) const {
+    for (HostWidget* child : children()) {
+        const Cell other = cells_.at(child);
+        if (other.row == cell.row && other.column == cell.column) return child;
+    }
+    return nullptr;
+}
+
+SwitcherWidget::SwitcherWidget(std::uint32_t layoutOptions) {
+    setWidget(frame(layoutOptions));
+    setFilling(layoutOptions);
+    layout_ = new QVBoxLayout(widget());
+    layout_->setContentsMargins(0, 0, 0, 0);
+}
+
+void SwitcherWidget::place(HostWidget& child) {
+    layout_->addWidget(child.widget());
+    if (current_) {
+        child.widget()->hide();
+    } else {
+        current_ = &child;
+    }
+}
+
+void SwitcherWidget::removed(HostWidget& child) {
+    if (current_ == &child) current_ = nullptr;
+}
+
+bool SwitcherWidget::setCurrent(HostWidget* child) {
+    if (std::ranges::find(children(), child) == children().end()) return false;
+    if (current_ == child) return true;
+    // Both changes in one go, so that the window does not flicker through a third layout.
+    widget()->setUpdatesEnabled(false);
+    if (current_ && current_->widget()) current_->widget()->hide();
+    current_ = child;
+    child->widget()->show();
+    widget()->setUpdatesEnabled(true);
+    return true;
+}
+
+bool SwitcherWidget::setCurrent(std::int64_t index) {
+    if (index < 0 || index >= static_cast<std::int64_t>(children().size())) return false;
+    return setCurrent(children()[static_cast<std::size_t>(index)]);
+}
+
+}  // namespace sandbox

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSpinBox>
+#include <QToolButton>
+
+#include "sandbox/widgets/HostWidget.h"
+
+namespace sandbox {
+
+class LabelWidget final : public HostWidget {
+  public:
+    explicit LabelWidget(const std::string& caption);
+    const char* kind() const override { return "label"; }
+    QString caption() const override { return label_->text(); }
+    bool setText(const QString& text) override;
+    bool setInteger(std::int32_t value) override { return setText(QString::number(value)); }
+    bool setReal(double value) override;
+    std::optional<QString> text() const override { return label_->text(); }
+
+  private:
+    QLabel* label_;
+};
+
+/// Push button, check button and radio button.
+class ButtonWidget final : public HostWidget {
+  public:
+    enum class Style { Push, Check, Radio };
+
+    ButtonWidget(Style style, const std::string& caption);
+    const char* kind() const override;
+    QString caption() const override { return caption_; }
+    Style style() const { return style_; }
+    bool setText(const QString& text) override;
+    /// A push button becomes a toggle button by its first check.
+    bool setChecked(bool checked) override;
+    std::optional<QString> text() const override { return caption_; }
+    std::optional<std::int64_t> integer() const override { return button_->isChecked() ? 1 : 0; }
+    std::optional<bool> checked() const override { return button_->isChecked(); }
+
+  private:
+    Style style_;
+    QAbstractButton* button_;
+    QString caption_;
+};
+
+/// One line of text. It calls back once the user has changed it and pressed Enter or left it.
+class TextFieldWidget final : public HostWidget {
+  public:
+    explicit TextFieldWidget(std::int32_t style);
+    const char* kind() const override { return "text field"; }
+    bool setText(const QString& text) override;
+    bool setInteger(std::int32_t value) override { return setText(QString::number(value)); }
+    bool setReal(double value) override;
+    std::optional<QString> text() const override { return field_->text(); }
+    /// 0 for a text that is no number.
+    std::optional<std::int64_t> integer() const override;
+    std::optional<double> real() const override;
+
+  private:
+    QLineEdit* field_;
+};
+
+class SpinnerWidget final : public HostWidget {
+  public:
+    explicit SpinnerWidget(std::int32_t style);
+    const char* kind() const override { return "spinner"; }
+    bool setInteger(std::int32_t value) override;
+    bool setReal(double value) override { return setInteger(static_cast<std::int32_t>(value)); }
+    bool setText(const QString& text) override;
+    std::optional<QString> text() const override { return spinner_->text(); }
+    std::optional<std::int64_t> integer() const override { return spinner_->value(); }
+    std::optional<double> real() const override { return spinner_->value(); }
+
+  private:
+    QSpinBox* spinner_;
+};
+
+/// A colour, shown on a button that opens a colour dialog. Its value is 0xRRGGBBAA.
+class ColorWellWidget final : public HostWidget {
+  public:
+    explicit ColorWellWidget(std::int32_t style);
+    const char* kind() const override { return "colour well"; }
+    bool setInteger(std::int32_t value) override;
+    std::optional<QString> text() const override;
+    std::optional<std::int64_t> integer() const override;
+
+  private:
+    void choose();
+    void show(const QColor& color);
+
+    QToolButton* button_;
+    QColor color_;
+    bool alpha_;
+};
+
+/// One choice of several; a caption stands before the menu.
+class OptionMenuWidget final : public HostWidget {
+  public:
+    explicit OptionMenuWidget(const std::string& caption);
+    const char* kind() const override { return "option menu"; }
+    QString caption() const override { return caption_; }
+    bool setInteger(std::int32_t value) override;
+    bool setText(const QString& text) override;
+    std::optional<QString> text() const override { return menu_->currentText(); }
+    std::optional<std::int64_t> integer() const override { return menu_->currentIndex(); }
+    void insertOption(std::int32_t index, const QString& text);
+    std::optional<QString> option(std::int32_t index) const;
+    QComboBox* menu() const { return menu_; }
+
+  private:
+    QComboBox* menu_;
+    QString caption_;
+};
+
+}  // namespace sandbox

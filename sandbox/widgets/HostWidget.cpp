@@ -1,0 +1,55 @@
+#include "sandbox/widgets/HostWidget.h"
+
+#include <algorithm>
+
+#include "pi/HostStructures.h"
+
+namespace sandbox {
+
+HostWidget::~HostWidget() {
+    if (parent_) parent_->release(*this);
+    if (!widget_) return;
+    // The widget may be in the middle of one of its own signals.
+    widget_->hide();
+    widget_->disconnect();
+    widget_->deleteLater();
+}
+
+QString HostWidget::describe() const {
+    const QString name = caption().trimmed();
+    return name.isEmpty() ? QString(kind()) : QString("%1 \"%2\"").arg(kind(), name);
+}
+
+void HostWidget::setShown(bool shown) {
+    if (widget_) widget_->setVisible(shown);
+}
+
+void HostWidget::activate(void* data) {
+    if (callback_) callback_->Call(wrapper_, data);
+}
+
+ContainerWidget::~ContainerWidget() {
+    for (HostWidget* child : children_) child->parent_ = nullptr;
+}
+
+void ContainerWidget::adopt(HostWidget& child) {
+    child.parent_ = this;
+    children_.push_back(&child);
+    place(child);
+}
+
+void ContainerWidget::release(HostWidget& child) {
+    std::erase(children_, &child);
+    removed(child);
+    child.parent_ = nullptr;
+}
+
+void ContainerWidget::setFilling(std::uint32_t layoutOptions) {
+    fillsWidth_ = (layoutOptions & PIGUI::PILayoutFillX) != 0;
+    fillsHeight_ = (layoutOptions & PIGUI::PILayoutFillY) != 0;
+    // Without the bit a container is never larger than its contents, whatever stands in it.
+    const auto policy = [](bool fills) { return fills ? QSizePolicy::Expanding : QSizePolicy::Maximum; };
+    widget()->setSizePolicy(policy(fillsWidth_), policy(fillsHeight_));
+}
+
+}  // namespace sandbox

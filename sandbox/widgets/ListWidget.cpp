@@ -1,0 +1,131 @@
+#include "sandbox/widgets/ListWidget.h"
+
+#include <QHeaderView>
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "pi/HostStructures.h"
+
+namespace sandbox {
+
+namespace {
+
+constexpr int kRowsShown = 6;
+
+/// A tree widget of a moderate height; it grows where there is room.
+class CompactTree final : public QTreeWidget {
+  public:
+    QSize sizeHint() const override {
+        return {260, fontMetrics().height() * (kRowsShown + 1) + 2 * frameWidth() + 8};
+    }
+    QSize minimumSizeHint() const override { return {160, fontMetrics().height() * 4}; }
+};
+
+}  // namespace
+
+ListWidget::ListWidget(std::int32_t style, const QString& headers) : list_(new CompactTree) {
+    setWidget(list_);
+    list_->setRootIsDecorated(false);
+    list_->setUniformRowHeights(true);
+    list_->setSelectionMode(style == PIGUI::PIListMultiple ? QAbstractItemView::ExtendedSelection
+                                                           : QAbstractItemView::SingleSelection);
+    if (!headers.isEmpty()) headers_ = headers.split('\t');
+    showHeaders();
+    QObject::connect(list_, &QTreeWidget::itemSelectionChanged, list_, [this] { activate(); });
+}
+
+void ListWidget::showHeaders() {
+    list_->setHeaderHidden(headers_.isEmpty());
+    if (headers_.isEmpty()) return;
+    list_->setColumnCount(std::max(list_->columnCount(), static_cast<int>(headers_.size())));
+    list_->setHeaderLabels(headers_);
+}
+
+void ListWidget::setColumns(QTreeWidgetItem& item, const QString& text) {
+    const QStringList columns = text.split('\t');
+    if (QTreeWidget* list = item.treeWidget(); list && columns.size() > list->columnCount())
+        list->setColumnCount(static_cast<int>(columns.size()));
+    const int count = std::max(static_cast<int>(columns.size()), item.columnCount());
+    for (int i = 0; i < count; ++i) item.setText(i, columns.value(i));
+}
+
+bool ListWidget::setInteger(std::int32_t value) {
+    if (value == -1) {
+        deselectAll();
+        return true;
+    }
+    if (!isIndex(value)) return false;
+    select(value);
+    return true;
+}
+
+std::optional<QString> ListWidget::text() const {
+    const int index = selected();
+    return index < 0 ? QString() : itemText(index);
+}
+
+int ListWidget::append(const QString& text, void* data) {
+    const QSignalBlocker blocker(list_);
+    auto* item = new QTreeWidgetItem(list_);
+    item->setData(0, Qt::UserRole, QVariant::fromValue(reinterpret_cast<quintptr>(data)));
+    setColumns(*item, text);
+    return count() - 1;
+}
+
+void ListWidget::appendHeader(const QString& text) {
+    headers_ << text;
+    showHeaders();
+}
+
+int ListWidget::selected() const {
+    int first = -1;
+    for (QTreeWidgetItem* item : list_->selectedItems()) {
+        const int index = list_->indexOfTopLevelItem(item);
+        if (first < 0 || index < first) first = index;
+    }
+    return first;
+}
+
+void ListWidget::select(int index) {
+    const QSignalBlocker blocker(list_);
+    QTreeWidgetItem* item = list_->topLevelItem(index);
+    list_->setCurrentItem(item, 0, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    list_->scrollToItem(item);
+}
+
+void ListWidget::deselectAll() {
+    const QSignalBlocker blocker(list_);
+    list_->clearSelection();
+}
+
+void ListWidget::remove(int index) {
+    const QSignalBlocker blocker(list_);
+    QTreeWidgetItem* item = list_->topLevelItem(index);
+    // Qt would move the selection on to a neighbour.
+    const bool wasSelected = item->isSelected();
+    delete item;
+    if (wasSelected && list_->selectionMode() == QAbstractItemView::SingleSelection) list_->clearSelection();
+}
+
+void ListWidget::clear() {
+    const QSignalBlocker blocker(list_);
+    list_->clear();
+}
+
+QString ListWidget::itemText(int index) const {
+    const QTreeWidgetItem* item = list_->topLevelItem(index);
+    QStringList columns;
+    for (int i = 0; i < item->columnCount(); ++i) columns << item->text(i);
+    while (columns.size() > 1 && columns.last().isEmpty()) columns.removeLast();
+    return columns.join('\t');
+}
+
+void ListWidget::setItemText(int index, const QString& text) {
+    setColumns(*list_->topLevelItem(index), text);
+}
+
+void* ListWidget::itemData(int index) const {
+    return reinterpret_cast<void*>(list_->topLevelItem(index)->data(0, Qt::UserRole).value<quintptr>());
+}
+
+}  // namespace sandbox
