@@ -27,7 +27,11 @@ SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path);
 struct LoadResult {
     /// Empty when there are shapes; otherwise why there are none.
     std::string error;
+    /// Whether the log says so already.
+    bool logged = false;
     std::vector<std::unique_ptr<Shape>> shapes;
+    /// Kind and name of each shape that was read but that the editor cannot hold: line "A".
+    std::vector<std::string> leftOut;
 };
 
 /// Reads a file into shapes that are not yet in an overlay.

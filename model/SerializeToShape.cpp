@@ -4,6 +4,31 @@
 
 namespace OverlayEditor {
 
+namespace {
+
+const char* kindOf(Serializer::ShapeType type) {
+    switch (type) {
+        case Serializer::Points:
+            return "points";
+        case Serializer::Line:
+            return "line";
+        case Serializer::LineSegs:
+            return "line segments";
+        case Serializer::Polygon:
+            return "polygon";
+        case Serializer::Rectangle:
+            return "rectangle";
+        case Serializer::Annotation:
+            return "annotation";
+        case Serializer::Orbit:
+            return "orbit";
+        default:
+            return "shape";
+    }
+}
+
+}  // namespace
+
 void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
     const auto cylinder = [&](CylinderShape::Subtype subtype) {
         auto shape = std::make_unique<CylinderShape>(preferences_, subtype);
@@ -12,6 +37,7 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
     };
     current_ = nullptr;
     as_ = Faces{};
+    leavingOut_ = false;
     switch (type) {
         case Circle:
             cylinder(CylinderShape::Circle);
@@ -41,6 +67,8 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
             cylinder(CylinderShape::Cone);
             break;
         default:
+            leftOut_.push_back(kindOf(type));
+            leavingOut_ = true;
             return;
     }
     current_->setAttachedPlatformId(platformId, converter_, false);
@@ -50,10 +78,14 @@ void SerializeToShape::endShape() {
     if (current_) finished_.push_back(std::move(current_));
     current_ = nullptr;
     as_ = Faces{};
+    leavingOut_ = false;
 }
 
 void SerializeToShape::setItemName(const std::string& name) {
-    if (current_) current_->setName(name);
+    if (current_)
+        current_->setName(name);
+    else if (leavingOut_)
+        leftOut_.back() += " \"" + name + "\"";
 }
 
 void SerializeToShape::addPoint(const halCore::Vec3& lla) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "format/Serializer.h"
@@ -37,6 +38,8 @@ class SerializeToShape final : public Serializer {
 
     /// Hands the finished shapes over, in their order; they are the caller's, and gone from here.
     std::vector<std::unique_ptr<Shape>> shapes();
+    /// Kind and name of each shape that was described but is of no kind that the editor has: line "A".
+    const std::vector<std::string>& leftOut() const { return leftOut_; }
     /// Deletes the finished shapes that were not taken.
     void clearShapes() { finished_.clear(); }
 
@@ -52,6 +55,8 @@ class SerializeToShape final : public Serializer {
     std::unique_ptr<Shape> current_;
     Faces as_;
     std::vector<std::unique_ptr<Shape>> finished_;
+    std::vector<std::string> leftOut_;
+    bool leavingOut_ = false;
 };
 
 }  // namespace OverlayEditor

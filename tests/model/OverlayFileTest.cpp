@@ -22,6 +22,7 @@ using OverlayEditor::PointConverter;
 using OverlayEditor::Preferences;
 using OverlayEditor::saveOverlayFile;
 using OverlayEditor::Shape;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -94,6 +95,14 @@ TEST_F(OverlayFileTest, ReportsAFileWithoutShapes) {
     const auto box = loadOverlayText(block("latlonaltbox 1 2 3 4 5\n"), "box.zel", preferences, nullptr, 0);
     EXPECT_NE(box.error, "");
     EXPECT_THAT(host.notifications, IsEmpty());
+}
+
+TEST_F(OverlayFileTest, NamesWhatTheEditorCannotHold) {
+    const auto loaded = loadOverlayText(
+        block("3d name A\ncircle\ncenterll 1 2\nradius 5\n") + block("3d name B\nlinesegs\nll 1 2\nll 3 4\n"),
+        "test", preferences, nullptr, 0);
+    EXPECT_EQ(loaded.shapes.size(), 1U);
+    EXPECT_THAT(loaded.leftOut, ElementsAre("line segments \"B\""));
 }
 
 TEST_F(OverlayFileTest, CircularShapesFromFiles) {
