@@ -1,0 +1,327 @@
+#include "gui/OverlayEditorDialog.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "common/Notify.h"
+#include "common/Strings.h"
+#include "geo/Angles.h"
+#include "geo/Sodano.h"
+#include "gui/OverlayEditorDialogWidgets.h"
+#include "pi/PIHALVIS.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+constexpr std::int32_t kFollowToolMilliseconds = 1000;
+constexpr double kNearestRangeMeters = 5000.0;
+constexpr double kFarthestRangeMeters = 7.0e6;
+
+}  // namespace
+
+/// The window manager's close button does what "Close" does.
+class OverlayEditorDialog::OverlayCloseObserver final : public PIGUI::PICloseObserver {
+  public:
+    explicit OverlayCloseObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
+    void onClose(PIObject*) override { dialog_.hide(); }
+
+  private:
+    OverlayEditorDialog& dialog_;
+};
+
+/// An overlay that the host unloads while it is edited stays in the editor; only its handle is forgotten.
+class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver {
+  public:
+    explicit ZelObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
+    void addedZEL(void*) override { dialog_.scenarioZELsChanged(); }
+    void removedZEL(void* zel) override {
+        if (zel == dialog_.overlay_->zelId()) dialog_.overlay_->setZelId(nullptr);
+        dialog_.scenarioZELsChanged();
+    }
+
+  private:
+    OverlayEditorDialog& dialog_;
+};
+
+OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager* mouseManager,
+                                         Overlay* overlay, std::vector<Shape*> prototypes)
+    : preferences_(preferences),
+      mouseManager_(mouseManager),
+      overlay_(overlay),
+      prototypes_(std::move(prototypes)),
+      closeObserver_(std::make_unique<OverlayCloseObserver>(*this)),
+      zelObserver_(std::make_unique<ZelObserver>(*this)),
+      box_(nullptr, "Overlay Editor"),
+      widgets_(std::make_unique<Widgets>(box_, callbacks_, *preferences_, prototypes_)) {
+    box_.registerCloseObserver(closeObserver_.get());
+    PIHALVIS::registerZELObserver(zelObserver_.get());
+}
+
+OverlayEditorDialog::~OverlayEditorDialog() {
+    callbacks_.disconnect();
+    PIHALVIS::removeZELObserver(zelObserver_.get());
+    timeout_.cancel();
+    editing_ = false;
+    mouseManager_->clearMouseTool();
+    cleanupPriorZEL_();
+}
+
+void OverlayEditorDialog::show() {
+    box_.show();
+    setShowEditing_(true);
+}
+
+void OverlayEditorDialog::hide() {
+    setShowEditing_(false);
+    box_.hide();
+}
+
+void OverlayEditorDialog::setShowEditing_(bool editing) {
+    editing_ = editing;
+    if (!editing) mouseManager_->clearMouseTool();
+    overlay_->setActive(editing);
+    if (overlay_->zelId()) PIHALVIS::showZELFile(overlay_->zelId(), !editing);
+    if (editing && currentShape_ && currentShape_->mouseTool())
+        mouseManager_->setCurrentMouseTool(currentShape_->mouseTool(), false);
+    updateMouseControls_();
+}
+
+// The list of shapes
+
+void OverlayEditorDialog::giveUpShapes_() {
+    mouseManager_->clearMouseTool();
+    setCurrentShape_(nullptr);
+    widgets_->list.clearItems();
+    overlay_->clearShapes(false);
+}
+
+void OverlayEditorDialog::setCurrentShapes(const std::vector<Shape*>& shapes) {
+    giveUpShapes_();
+    for (Shape* shape : shapes) {
+        overlay_->addShape(shape);
+        if (!editing_) shape->setActive(false);
+    }
+    fillList_();
+    updateMouseControls_();
+    updateListManipulationButtons_();
+}
+
+void OverlayEditorDialog::fillList_() {
+    widgets_->list.clearItems();
+    for (Shape* shape : overlay_->shapes()) widgets_->list.appendItem(shape->name(), shape);
+}
+
+Shape* OverlayEditorDialog::selectedShape_() const {
+    const std::int32_t item = widgets_->list.getSelectedItem();
+    if (item < 0) return nullptr;
+    const void* const data = widgets_->list.getItemData(item);
+    const std::vector<Shape*> shapes = overlay_->shapes();
+    const auto found = std::find(shapes.begin(), shapes.end(), data);
+    return found == shapes.end() ? nullptr : *found;
+}
+
+std::int32_t OverlayEditorDialog::itemOf_(const Shape* shape) const {
+    const std::int32_t count = widgets_->list.getNumItems();
+    for (std::int32_t item = 0; item < count; ++item)
+        if (widgets_->list.getItemData(item) == shape) return item;
+    return -1;
+}
+
+void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
+    if (shape != currentShape_) {
+        if (currentShape_) currentShape_->deleteGui();
+        currentShape_ = shape;
+        if (shape) {
+            shape->createGui(preferences_, &widgets_->panelArea);
+            shape->fillGui();
+        }
+    }
+    widgets_->name.setValue(shape ? shape->name() : std::string());
+    widgets_->name.setEnabled(shape != nullptr);
+}
+
+int OverlayEditorDialog::onCmdCurrentShapeSelection(PIObject*, void*) {
+    mouseManager_->clearMouseTool();
+    setCurrentShape_(selectedShape_());
+    updateMouseControls_();
+    updateListManipulationButtons_();
+    return 1;
+}
+
+void OverlayEditorDialog::updateListManipulationButtons_() {
+    const bool selected = widgets_->list.getSelectedItem() >= 0;
+    widgets_->center.setEnabled(selected);
+    widgets_->remove.setEnabled(selected);
+    widgets_->removeAll.setEnabled(widgets_->list.getNumItems() > 0);
+}
+
+int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
+    const Shape* const shape = selectedShape_();
+    if (!shape) return 1;
+    const auto [low, high] = shape->boundingBox();
+    if (low.lat() > high.lat()) {
+        halNotify::notify(halNotify::Warning) << "\"" << shape->name() << "\" has no position yet";
+        return 1;
+    }
+    const halCore::Vec3 center = shape->centerPoint();
+    const double extent = halCore::Sodano::inverse(low, high).distance;
+    PIHALVIS::setCameraCenterPos(center.lat(), center.lon(), 0.0);
+    PIHALVIS::setCameraRAE(std::clamp(extent, kNearestRangeMeters, kFarthestRangeMeters), 0.0,
+                           halCore::kHalfPi);
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
+    Shape* const shape = selectedShape_();
+    mouseManager_->clearMouseTool();
+    if (shape) {
+        setCurrentShape_(nullptr);
+        widgets_->list.removeItem(itemOf_(shape));
+        widgets_->list.deselectAll();
+        overlay_->removeShape(shape);
+        delete shape;
+    }
+    updateMouseControls_();
+    updateListManipulationButtons_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
+    setCurrentShapes({});
+    setFileName_({});
+    cleanupPriorZEL_();
+    return 1;
+}
+
+// Adding, naming and drawing
+
+std::string OverlayEditorDialog::getUniqueName_(const std::string& base) {
+    std::string name;
+    do {
+        name = base + " " + std::to_string(nameCounter_++);
+    } while (overlay_->findShape(name));
+    return name;
+}
+
+int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
+    const std::int32_t option = widgets_->shape.getValueInt();
+    widgets_->shape.setValue(0);
+    if (option < 1 || static_cast<std::size_t>(option) > prototypes_.size()) return 1;
+    mouseManager_->clearMouseTool();
+
+    const Shape* const prototype = prototypes_[static_cast<std::size_t>(option) - 1];
+    std::unique_ptr<Shape> made(prototype->clone());
+    made->setName(getUniqueName_(prototype->name()));
+    Shape* const shape = made.release();
+    overlay_->addShape(shape);
+    widgets_->list.deselectAll();
+    widgets_->list.setSelectedItem(widgets_->list.appendItem(shape->name(), shape));
+    setCurrentShape_(shape);
+    if (shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), true);
+    updateMouseControls_();
+    updateListManipulationButtons_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdStartDraw(PIObject*, void*) {
+    if (currentShape_ && currentShape_->mouseTool())
+        mouseManager_->setCurrentMouseTool(currentShape_->mouseTool(), true);
+    updateMouseControls_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
+    mouseManager_->clearMouseTool();
+    updateMouseControls_();
+    return 1;
+}
+
+void OverlayEditorDialog::updateMouseControls_() {
+    timeout_.cancel();
+    if (!editing_) return;
+    MouseTool* const tool = currentShape_ ? currentShape_->mouseTool() : nullptr;
+    if (!mouseManager_->isValid() && tool) mouseManager_->setCurrentMouseTool(tool, false);
+    const bool usable = mouseManager_->isValid();
+    const bool drawing = tool && mouseManager_->currentMouseTool() == tool && tool->isActive();
+    widgets_->edit.setEnabled(usable);
+    widgets_->stop.setEnabled(usable);
+    widgets_->edit.setCheck(drawing);
+    widgets_->stop.setCheck(usable && !drawing);
+    if (usable) PICommon::createTimeout(timeout_, kFollowToolMilliseconds, onTimeoutCallback_);
+}
+
+int OverlayEditorDialog::onTimeout(PIObject*, void*) {
+    timeout_.fired();
+    updateMouseControls_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
+    if (!currentShape_) return 1;
+    const std::string name = widgets_->name.getValueText();
+    if (UTILS::trimmed(name).empty()) {
+        halNotify::notify(halNotify::Warning) << "A shape needs a name";
+        widgets_->name.setValue(currentShape_->name());
+        return 1;
+    }
+    currentShape_->setName(name);
+    widgets_->list.setItemText(itemOf_(currentShape_), name);
+    return 1;
+}
+
+// Editor-wide settings
+
+int OverlayEditorDialog::onCmdAutoDelete(PIObject*, void*) {
+    preferences_->setAutoDelete(widgets_->autoDelete.isChecked());
+    return 1;
+}
+
+UTILS::UnitType_t OverlayEditorDialog::chosenUnits_(const PIGUI::PIOptionMenu& menu) const {
+    return UTILS::unitsGetTypeFromString(menu.getOptionText(menu.getValueInt()));
+}
+
+int OverlayEditorDialog::onCmdLlaUnits(PIObject*, void*) {
+    preferences_->setGeodeticUnits(chosenUnits_(widgets_->lla.menu));
+    notifyPrefsUpdate_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdAltitudeUnits(PIObject*, void*) {
+    preferences_->setAltitudeUnits(chosenUnits_(widgets_->altitude.menu));
+    notifyPrefsUpdate_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdAngleUnits(PIObject*, void*) {
+    preferences_->setAngleUnits(chosenUnits_(widgets_->angle.menu));
+    notifyPrefsUpdate_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdRangeUnits(PIObject*, void*) {
+    preferences_->setRangeUnits(chosenUnits_(widgets_->range.menu));
+    notifyPrefsUpdate_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdPrecision(PIObject*, void*) {
+    preferences_->setPrecision(widgets_->precision.getValueInt());
+    // Beyond what can be shown the preferences keep their limit.
+    if (widgets_->precision.getValueInt() != preferences_->precision())
+        widgets_->precision.setValue(preferences_->precision());
+    notifyPrefsUpdate_();
+    return 1;
+}
+
+void OverlayEditorDialog::notifyPrefsUpdate_() {
+    for (Shape* shape : overlay_->shapes()) shape->notifyPrefsUpdate();
+}
+
+int OverlayEditorDialog::onCmdDismiss(PIObject*, void*) {
+    hide();
+    return 1;
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "geo/PointConverter.h"
+#include "geo/UnitTypes.h"
+#include "model/Overlay.h"
+#include "model/Preferences.h"
+#include "pi/OverlayEditorInterface.h"
+#include "pi/PICommon.h"
+#include "pi/PIWidgets.h"
+#include "tools/MouseManager.h"
+
+namespace OverlayEditor {
+
+/// The one window of the editor: the overlay's shapes, adding and drawing them, the panel of the current
+/// one, files, units. While it is shown the overlay is edited: the host's own display of the edited overlay
+/// is hidden, and the editor's shapes are drawn in its place.
+class OverlayEditorDialog {
+  public:
+    /// The dialog is made hidden. It owns none of its arguments; all must outlive it.
+    /// \param prototypes what the "Shape:" menu offers, in its order
+    OverlayEditorDialog(Preferences* preferences, MouseManager* mouseManager, Overlay* overlay,
+                        std::vector<Shape*> prototypes);
+    /// Ends editing; the overlay keeps its shapes.
+    virtual ~OverlayEditorDialog();
+    OverlayEditorDialog(const OverlayEditorDialog&) = delete;
+    OverlayEditorDialog& operator=(const OverlayEditorDialog&) = delete;
+
+    virtual void show();
+    virtual void hide();
+    void setIcon(const PIGUI::PIIcon& icon) { box_.setIcon(icon); }
+    /// Told of every overlay that was saved; null for nobody.
+    void setServiceInterface(PluginClient::Interfaces::OverlayEditorInterface* service) {
+        service_ = service;
+    }
+
+    /// Gives up the shapes that are held and takes these, with their ownership.
+    void setCurrentShapes(const std::vector<Shape*>& shapes);
+    /// Takes overlays that the host has loaded into the editor, one after the other.
+    void loadZels(const std::vector<void*>& overlays);
+
+    void scenarioEntityRemoved(unsigned long id);
+    void scenarioZELsChanged();
+    void scenarioPlatformAdded();
+
+    int onCmdCurrentShapeSelection(PIObject* sender, void* data);
+    int onCmdCenter(PIObject* sender, void* data);
+    int onCmdDelete(PIObject* sender, void* data);
+    int onCmdClear(PIObject* sender, void* data);
+    int onCmdLoadOverlay(PIObject* sender, void* data);
+    int onCmdAutoDelete(PIObject* sender, void* data);
+    int onCmdDrawShapeSelection(PIObject* sender, void* data);
+    int onCmdStartDraw(PIObject* sender, void* data);
+    int onCmdStop(PIObject* sender, void* data);
+    int onCmdShapeName(PIObject* sender, void* data);
+    int onCmdLlaUnits(PIObject* sender, void* data);
+    int onCmdAltitudeUnits(PIObject* sender, void* data);
+    int onCmdAngleUnits(PIObject* sender, void* data);
+    int onCmdRangeUnits(PIObject* sender, void* data);
+    int onCmdPrecision(PIObject* sender, void* data);
+    int onCmdSave(PIObject* sender, void* data);
+    int onCmdSaveAs(PIObject* sender, void* data);
+    int onCmdHelp(PIObject* sender, void* data);
+    int onCmdDismiss(PIObject* sender, void* data);
+    int onTimeout(PIObject* sender, void* data);
+
+  private:
+    class OverlayCloseObserver;
+    class ZelObserver;
+    struct Widgets;
+    struct UnitsMenu;
+
+    /// A base name, a blank and a number that no shape of the overlay has.
+    std::string getUniqueName_(const std::string& base);
+    void setCurrentShape_(Shape* shape);
+    void fillList_();
+    /// The shape of the selected item, null when none is selected or the shape is gone.
+    Shape* selectedShape_() const;
+    /// The item of a shape, -1 when it has none.
+    std::int32_t itemOf_(const Shape* shape) const;
+    void selectInList_(const Shape* shape);
+    void updateListManipulationButtons_();
+    /// Lets the buttons follow the current tool, now and once a second while the dialog is shown.
+    void updateMouseControls_();
+    /// The host's own display of the edited overlay is hidden while the dialog is shown.
+    void setShowEditing_(bool editing);
+
+    UTILS::UnitType_t chosenUnits_(const PIGUI::PIOptionMenu& menu) const;
+    void notifyPrefsUpdate_();
+
+    /// Reads the whole text first; only when it holds a shape that the editor can keep, what is held is
+    /// given up. \param zel the host's overlay that the text is of, null for none \return true when loaded
+    bool loadOverlay_(const std::string& text, const std::string& fileName, void* zel);
+    /// Where the positions of an overlay on this platform count from: the platform's place now, or the ground
+    /// below the view for platform 0 and for one without a place.
+    halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
+    /// Deletes all shapes, nothing of them being shown, listed or drawn any more.
+    void giveUpShapes_();
+    /// Writes the file, and has the host show it in place of what it had loaded from it.
+    bool saveZel_(const std::string& fileName);
+    /// Lets go of the host's overlay that was edited: the host displays it again.
+    void cleanupPriorZEL_();
+    void setFileName_(const std::string& fileName);
+
+    Preferences* preferences_;
+    MouseManager* mouseManager_;
+    Overlay* overlay_;
+    std::vector<Shape*> prototypes_;
+    PluginClient::Interfaces::OverlayEditorInterface* service_ = nullptr;
+
+    Shape* currentShape_ = nullptr;
+    int nameCounter_ = 1;
+    unsigned long referencePlatform_ = 0;
+    std::unique_ptr<PointConverter> pointConverter_ = std::make_unique<PointConverter>();
+    bool editing_ = false;
+    PICommon::Timeout timeout_;
+
+    CallbackList<OverlayEditorDialog> callbacks_{this};
+    FunctorTwoParams__* const onTimeoutCallback_ = callbacks_.make(&OverlayEditorDialog::onTimeout);
+    std::unique_ptr<OverlayCloseObserver> closeObserver_;
+    std::unique_ptr<ZelObserver> zelObserver_;
+    PIGUI::PIDialogBox box_;
+    std::unique_ptr<Widgets> widgets_;
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,200 @@
+// The part of the dialog that deals with files, with the host's overlays, and with the manual.
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+#include <utility>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "gui/LaunchHtmlFile.h"
+#include "gui/OverlayEditorDialogWidgets.h"
+#include "model/OverlayFile.h"
+#include "model/Utils.h"
+#include "pi/PIData.h"
+#include "pi/PIHALVIS.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+PICommon::FileDialogRequest loadRequest() {
+    return {.title = "Load Overlay File",
+            .filters = {"Overlay Files\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "ZEL Files\t*.zel",
+                        "All Files\t*"},
+            .settingsGroup = "SETTINGS",
+            .settingsKey = "LastOverlayEditorLoadFile",
+            .startDirectory = {}};
+}
+
+PICommon::FileDialogRequest saveRequest() {
+    return {.title = "Save Overlay File",
+            .filters = {"ZEL Files\t*.zel"},
+            .settingsGroup = "SETTINGS",
+            .settingsKey = "LastOverlayEditorSaveFile",
+            .startDirectory = {}};
+}
+
+/// "a, b, c", and how many more when there are many.
+std::string listed(const std::vector<std::string>& names) {
+    constexpr std::size_t kMost = 20;
+    std::string list;
+    for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) list += (i ? ", " : "") + names[i];
+    if (names.size() > kMost) list += " and " + std::to_string(names.size() - kMost) + " more";
+    return list;
+}
+
+}  // namespace
+
+// Loading
+
+int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
+    const std::string fileName = PICommon::showFileLoadDialog(loadRequest());
+    if (fileName.empty()) return 1;
+    std::string text;
+    if (const std::string error = UTILS::readFile(fileName, text); !error.empty()) {
+        halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << error;
+        return 1;
+    }
+    loadOverlay_(text, fileName, nullptr);
+    return 1;
+}
+
+void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
+    for (void* const zel : zels) {
+        const std::string fileName = PIHALVIS::getZELFilename(zel);
+        std::ostringstream text;
+        if (PIHALVIS::serializeZELToStream(zel, text) == 0)
+            loadOverlay_(std::move(text).str(), fileName, zel);
+        else
+            halNotify::notify(halNotify::Error)
+                << "Could not load " << (fileName.empty() ? "the overlay" : fileName)
+                << ": the host gave no text of it";
+    }
+}
+
+bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::string& fileName, void* zel) {
+    const unsigned long platform = zel ? PIHALVIS::getZELHost(zel) : 0;
+    auto converter = std::make_unique<PointConverter>();
+    converter->setReferenceLla(findDefaultRefLla_(platform), platform);
+    LoadResult loaded =
+        loadOverlayText(text, fileName, *preferences_, platform ? converter.get() : nullptr, platform);
+    if (!loaded.leftOut.empty())
+        halNotify::notify(halNotify::Warning)
+            << fileName
+            << " holds what the editor cannot keep and would not save: " << listed(loaded.leftOut);
+    if (!loaded.error.empty()) {
+        if (!loaded.logged)
+            halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << loaded.error;
+        return false;
+    }
+
+    giveUpShapes_();
+    cleanupPriorZEL_();
+    pointConverter_ = std::move(converter);
+    overlay_->setAttachedPlatformId(platform, platform ? pointConverter_.get() : nullptr, false);
+    overlay_->setZelId(zel);
+    if (zel && editing_) PIHALVIS::showZELFile(zel, false);
+    std::vector<Shape*> shapes;
+    for (auto& shape : loaded.shapes) shapes.push_back(shape.release());
+    setCurrentShapes(shapes);
+    setFileName_(fileName);
+    return true;
+}
+
+halCore::Vec3 OverlayEditorDialog::findDefaultRefLla_(unsigned long platform) const {
+    PIData::PIDataPoint point;
+    if (platform != 0 && PIData::getDataPoint(platform, PIData::clockGetVisualTime(), point) == 0)
+        return {point.latRad, point.lonRad, point.altMeters};
+    halCore::Vec3 lla;
+    Utils::getDefaultLla(lla);
+    return lla;
+}
+
+void OverlayEditorDialog::cleanupPriorZEL_() {
+    setCurrentShape_(nullptr);
+    overlay_->setAttachedPlatformId(0, nullptr, false);
+    if (void* const zel = overlay_->zelId()) {
+        overlay_->setZelId(nullptr);
+        PIHALVIS::showZELFile(zel, true);
+    }
+    if (const unsigned long platform = std::exchange(referencePlatform_, 0)) PIData::removeEntity(platform);
+    pointConverter_->setReferenceLla(halCore::Vec3(), 0);
+}
+
+void OverlayEditorDialog::setFileName_(const std::string& fileName) {
+    widgets_->file.setValue(fileName);
+    widgets_->save.setEnabled(!fileName.empty());
+}
+
+// Saving
+
+int OverlayEditorDialog::onCmdSave(PIObject*, void*) {
+    const std::string fileName = widgets_->file.getValueText();
+    if (!fileName.empty()) saveZel_(fileName);
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
+    const std::string fileName = PICommon::showFileSaveDialog(saveRequest());
+    if (!fileName.empty()) saveZel_(fileName);
+    return 1;
+}
+
+bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
+    const SaveResult saved = saveOverlayFile(*overlay_, fileName);
+    if (!saved.error.empty()) {
+        halNotify::notify(halNotify::Error) << "Could not save " << fileName << ": " << saved.error;
+        return false;
+    }
+    if (!saved.skipped.empty())
+        halNotify::notify(halNotify::Warning)
+            << "Not complete, and not in " << fileName << ": " << listed(saved.skipped);
+    // Observers run inside the calls that unload and load: the overlay may not name what is gone.
+    void* const edited = overlay_->zelId();
+    void* const loaded = PIHALVIS::getZELObject(fileName);
+    overlay_->setZelId(nullptr);
+    if (loaded) PIHALVIS::unloadZELFile(loaded);
+    if (edited && edited != loaded) PIHALVIS::showZELFile(edited, true);
+
+    // While it is edited the editor's shapes are drawn in its place.
+    void* const zel = PIHALVIS::loadZELFile(fileName, overlay_->attachedPlatformId(), editing_ ? 0 : 1);
+    overlay_->setZelId(zel);
+    setFileName_(fileName);
+    if (!zel) {
+        halNotify::notify(halNotify::Error) << fileName << " is saved, but the host could not load it";
+        return true;
+    }
+    if (service_) service_->executeFunctions(zel);
+    return true;
+}
+
+// The manual
+
+int OverlayEditorDialog::onCmdHelp(PIObject*, void*) {
+    const char* const directory = std::getenv("HALVIS_DIR");
+    const std::string path =
+        std::string(directory ? directory : "") + "/doc/HALVIS/Overlay_Editor_Plugin.pdf";
+    if (!directory || !UTILS::fileIsFile(path)) {
+        halNotify::notify(halNotify::Error) << "Could not find Overlay Editor Documentation.\n";
+        return 1;
+    }
+    const std::string address = "file://" + path;
+    if (const std::string error = UTILS::LaunchHtmlFile(address); !error.empty())
+        halNotify::notify(halNotify::Error)
+            << "Error Loading Overlay Editor Documentation at " << address << " : " << error;
+    return 1;
+}
+
+// The scenario
+
+void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
+    if (id == referencePlatform_) referencePlatform_ = 0;
+    if (id != 0 && id == overlay_->attachedPlatformId()) overlay_->setAttachedPlatformId(0, nullptr, false);
+}
+
+void OverlayEditorDialog::scenarioZELsChanged() {}
+
+void OverlayEditorDialog::scenarioPlatformAdded() {}
+
+}  // namespace OverlayEditor

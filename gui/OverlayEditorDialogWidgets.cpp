@@ -1,0 +1,96 @@
+#include "gui/OverlayEditorDialogWidgets.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+constexpr std::uint32_t kFill = PIGUI::PILayoutFillX | PIGUI::PILayoutFillY;
+constexpr const char* kAutoDelete = "\tDelete any ZEL files that were automatically created on exit";
+
+}  // namespace
+
+OverlayEditorDialog::UnitsMenu::UnitsMenu(PIGUI::PICanvas& table, const std::string& text,
+                                          std::span<const UTILS::UnitType_t> choices,
+                                          UTILS::UnitType_t chosen, FunctorTwoParams__* callback)
+    : caption(&table, text), menu(&table, text.substr(text.find('\t')), callback) {
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(choices.size()); ++i) {
+        const UTILS::UnitType_t choice = choices[static_cast<std::size_t>(i)];
+        menu.appendOption(i, std::string(UTILS::unitsGetAbbreviation(choice)));
+        if (choice == chosen) menu.setValue(i);
+    }
+}
+
+OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks,
+                                      const Preferences& preferences, const std::vector<Shape*>& prototypes)
+    : listGroup(&box, "All Shapes", kFill),
+      list(&listGroup, PIGUI::PIListSingle),
+      listButtons(&listGroup, PIGUI::PILayoutFillX),
+      center(&listButtons, "Center\tCenter on the selected ZEL in HALVIS",
+             callbacks.make(&OverlayEditorDialog::onCmdCenter)),
+      remove(&listButtons, "Delete\tRemove the selected shape",
+             callbacks.make(&OverlayEditorDialog::onCmdDelete)),
+      removeAll(&listButtons, "Delete All\tRemove all shapes",
+                callbacks.make(&OverlayEditorDialog::onCmdClear)),
+
+      generalGroup(&box, "General Options"),
+      general(&generalGroup, 3),
+      fileCaption(&general, "File:\tCurrently loaded ZEL file"),
+      file(&general, PIGUI::PITextFieldReadOnly, nullptr),
+      load(&general, "...\tLoad a ZEL file from file system to edit",
+           callbacks.make(&OverlayEditorDialog::onCmdLoadOverlay)),
+      autoDeleteCaption(&general, std::string("Auto-delete:") + kAutoDelete),
+      autoDelete(&general, kAutoDelete, callbacks.make(&OverlayEditorDialog::onCmdAutoDelete)),
+      autoDeleteFiller(&general, ""),
+
+      shapeGroup(&box, "Shape Controls"),
+      shapeControls(&shapeGroup, 2),
+      shapeCaption(&shapeControls, "Shape:\tSelect a shape to add it"),
+      shape(&shapeControls, "\tSelect a shape to add it",
+            callbacks.make(&OverlayEditorDialog::onCmdDrawShapeSelection)),
+      mouseCaption(&shapeControls, "Mouse:\tEnable/disable mouse tool for drawing shape"),
+      mouseButtons(&shapeControls, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
+      edit(&mouseButtons, "Edit\tStart editing the selected Shape using the mouse controls",
+           callbacks.make(&OverlayEditorDialog::onCmdStartDraw)),
+      stop(&mouseButtons, "Stop\tStop editing the selected Shape with the mouse controls",
+           callbacks.make(&OverlayEditorDialog::onCmdStop)),
+      nameCaption(&shapeControls, "Name:\tName of the shape"),
+      name(&shapeControls, PIGUI::PITextFieldNormal, callbacks.make(&OverlayEditorDialog::onCmdShapeName)),
+      panelArea(&shapeGroup, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
+
+      unitsGroup(&box, "Units"),
+      units(&unitsGroup, 4),
+      lla(units, "LLA:\tGeodetic units for all latitude and longitude fields", UTILS::geodeticUnitTypes(),
+          preferences.geodeticUnits(), callbacks.make(&OverlayEditorDialog::onCmdLlaUnits)),
+      altitude(units, "Alt:\tAltitude units for all altitude fields", UTILS::lengthUnitTypes(),
+               preferences.altitudeUnits(), callbacks.make(&OverlayEditorDialog::onCmdAltitudeUnits)),
+      angle(units, "Ang:\tAngle format for all non-latitude/longitude angle fields", UTILS::angleUnitTypes(),
+            preferences.angleUnits(), callbacks.make(&OverlayEditorDialog::onCmdAngleUnits)),
+      range(units, "Rng:\tRange units for all non-altitude distance fields", UTILS::lengthUnitTypes(),
+            preferences.rangeUnits(), callbacks.make(&OverlayEditorDialog::onCmdRangeUnits)),
+      precisionCaption(&units, "Prec:\tDecimal points to use for precision"),
+      precision(&units, PIGUI::PISpinnerNormal, callbacks.make(&OverlayEditorDialog::onCmdPrecision)),
+
+      buttons(&box, PIGUI::PILayoutFillX),
+      save(&buttons, "Save\tSave the current shapes to the current ZEL file and reload it in HALVIS",
+           callbacks.make(&OverlayEditorDialog::onCmdSave)),
+      saveAs(&buttons, "Save As...\tSave the current shapes to a new ZEL file and load it in HALVIS",
+             callbacks.make(&OverlayEditorDialog::onCmdSaveAs)),
+      help(&buttons, "Help...\tLaunch the user manual", callbacks.make(&OverlayEditorDialog::onCmdHelp)),
+      close(&buttons, "Close\tClose this dialog", callbacks.make(&OverlayEditorDialog::onCmdDismiss)) {
+    list.mapFunction(callbacks.make(&OverlayEditorDialog::onCmdCurrentShapeSelection));
+    autoDelete.setCheck(preferences.autoDelete());
+    shape.appendOption(0, "Add");
+    std::int32_t index = 0;
+    for (const Shape* prototype : prototypes) shape.appendOption(++index, prototype->name());
+    shape.setValue(0);
+    precision.setValue(preferences.precision());
+    name.disable();
+    // The first uncheck makes a button a toggle button.
+    for (PIGUI::PIButton* toggle : {&edit, &stop}) {
+        toggle->uncheck();
+        toggle->disable();
+    }
+    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &save}) button->disable();
+}
+
+}  // namespace OverlayEditor

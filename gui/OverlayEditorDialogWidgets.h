@@ -1,0 +1,68 @@
+#pragma once
+
+#include <span>
+
+#include "gui/OverlayEditorDialog.h"
+
+namespace OverlayEditor {
+
+/// One menu of the units group, with its label.
+struct OverlayEditorDialog::UnitsMenu {
+    UnitsMenu(PIGUI::PICanvas& table, const std::string& caption, std::span<const UTILS::UnitType_t> choices,
+              UTILS::UnitType_t chosen, FunctorTwoParams__* callback);
+
+    PIGUI::PILabel caption;
+    PIGUI::PIOptionMenu menu;
+};
+
+/// The dialog's widgets, from top to bottom.
+struct OverlayEditorDialog::Widgets {
+    Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks,
+            const Preferences& preferences, const std::vector<Shape*>& prototypes);
+
+    PIGUI::PIGroupBox listGroup;
+    PIGUI::PIList list;
+    PIGUI::PIHorizontalFrame listButtons;
+    PIGUI::PIButton center;
+    PIGUI::PIButton remove;
+    PIGUI::PIButton removeAll;
+
+    PIGUI::PIGroupBox generalGroup;
+    PIGUI::PIHorizontalMatrix general;
+    PIGUI::PILabel fileCaption;
+    PIGUI::PITextField file;
+    PIGUI::PIButton load;
+    PIGUI::PILabel autoDeleteCaption;
+    PIGUI::PICheckButton autoDelete;
+    PIGUI::PILabel autoDeleteFiller;
+
+    PIGUI::PIGroupBox shapeGroup;
+    PIGUI::PIHorizontalMatrix shapeControls;
+    PIGUI::PILabel shapeCaption;
+    PIGUI::PIOptionMenu shape;
+    PIGUI::PILabel mouseCaption;
+    PIGUI::PIHorizontalFrame mouseButtons;
+    PIGUI::PIButton edit;
+    PIGUI::PIButton stop;
+    PIGUI::PILabel nameCaption;
+    PIGUI::PITextField name;
+    /// Holds the panel of the current shape.
+    PIGUI::PICanvas panelArea;
+
+    PIGUI::PIGroupBox unitsGroup;
+    PIGUI::PIHorizontalMatrix units;
+    UnitsMenu lla;
+    UnitsMenu altitude;
+    UnitsMenu angle;
+    UnitsMenu range;
+    PIGUI::PILabel precisionCaption;
+    PIGUI::PISpinner precision;
+
+    PIGUI::PIHorizontalFrame buttons;
+    PIGUI::PIButton save;
+    PIGUI::PIButton saveAs;
+    PIGUI::PIButton help;
+    PIGUI::PIButton close;
+};
+
+}  // namespace OverlayEditor
