@@ -1,13 +1,153 @@
 #include "plugin/OverlayEditorPlugin.h"
 
+#include "common/Notify.h"
+#include "model/CylinderShape.h"
+#include "pi/PIHALVIS.h"
+#include "plugin/EditorIcon.h"
+#include "plugin/RightClickObserver.h"
+#include "plugin/VSI.h"
+#include "tools/ToolView.h"
+
 namespace OverlayEditor {
+
+OverlayEditorPlugin::OverlayEditorPlugin() = default;
+
+OverlayEditorPlugin::~OverlayEditorPlugin() {
+    takeDown_();
+}
 
 std::string OverlayEditorPlugin::Name() const {
     return "OverlayEditor";
 }
-
 std::string OverlayEditorPlugin::Description() const {
     return "Overlay Editor Plug-in lets you create and edit shapes in 3-D in HALVIS.";
+}
+std::string OverlayEditorPlugin::Author() const {
+    return VSI::makerName();
+}
+std::string OverlayEditorPlugin::Version() const {
+    return VSI::version();
+}
+std::string OverlayEditorPlugin::URL() const {
+    return VSI::webAddress();
+}
+std::string OverlayEditorPlugin::ContactInfo() const {
+    return VSI::contact();
+}
+
+int OverlayEditorPlugin::StartUp() {
+    if (preferences_) return 0;
+    halNotify::setNotifyHandler([source = Name()](halNotify::Severity severity, const std::string& message) {
+        PICommon::notify(severity, source, message);
+    });
+    ShapeEquipment::install(&equipment_);
+
+    preferences_ = std::make_unique<Preferences>();
+    icon_ = std::make_unique<PIGUI::PIIcon>();
+    icon_->loadPNGByArray(editorIconPng().data(), editorIconPng().size());
+    FunctorTwoParams__* const show = callbacks_.make(&OverlayEditorPlugin::onCmdShowSettings);
+    menuItem_ = std::make_unique<PIGUI::PIMenuItem>(nullptr, "Overlay Editor...", show);
+    action_ = std::make_unique<PICommon::Action>();
+    PICommon::createAction(*action_, Name(), "Overlay Editor Dialog", show);
+    menuItem_->setIcon(*icon_);
+    mouseManager_ = std::make_unique<MouseManager>();
+    shapeRegistry_ = std::make_unique<ShapeRegistry>();
+    overlay_ = std::make_unique<Overlay>();
+    registerPrototypes_();
+    rightClickObserver_ = std::make_unique<RightClickObserver>(*this);
+    PIHALVIS::registerContextMenuCallback(rightClickObserver_.get());
+    serviceInterface_ = std::make_unique<OverlayEditorInterface>();
+    service_ = std::make_unique<PICommon::BasicService>(
+        PluginClient::Interfaces::OVERLAYEDITOR_SERVICE_NAME,
+        static_cast<PluginClient::Interfaces::OverlayEditorInterface*>(serviceInterface_.get()));
+    if (!service_->registerSelf())
+        halNotify::notify(halNotify::Warning)
+            << "The service " << service_->name() << " could not be published";
+    return 0;
+}
+
+/// The order is that of the dialog's "Shape:" menu. A kind that cannot be drawn is not offered.
+void OverlayEditorPlugin::registerPrototypes_() {
+    for (int subtype = CylinderShape::Circle; subtype <= CylinderShape::Cone; ++subtype) {
+        const CylinderShape prototype(*preferences_, static_cast<CylinderShape::Subtype>(subtype));
+        if (prototype.mouseTool()) shapeRegistry_->addPrototype(prototype);
+    }
+}
+
+int OverlayEditorPlugin::Close() {
+    takeDown_();
+    return 0;
+}
+
+void OverlayEditorPlugin::takeDown_() {
+    // Nothing that is taken down later may draw, refresh or end a drag with preferences that are gone.
+    if (mouseManager_) mouseManager_->clearMouseTool();
+    if (dialog_) dialog_->hide();
+    if (overlay_) overlay_->setActive(false);
+
+    callbacks_.disconnect();
+    action_.reset();
+    menuItem_.reset();
+
+    service_.reset();
+    if (rightClickObserver_) PIHALVIS::removeContextMenuCallback(rightClickObserver_.get());
+    rightClickObserver_.reset();
+    dialog_.reset();
+    serviceInterface_.reset();
+    preferences_.reset();
+    mouseManager_.reset();
+    overlay_.reset();
+    shapeRegistry_.reset();
+    icon_.reset();
+
+    releaseGraphics();
+    ShapeEquipment::install(nullptr);
+    halNotify::setNotifyHandler({});
+}
+
+int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
+    if (!preferences_) return 1;
+    if (!dialog_) {
+        dialog_ = std::make_unique<OverlayEditorDialog>(preferences_.get(), mouseManager_.get(),
+                                                        overlay_.get(), shapeRegistry_->getShapes());
+        dialog_->setIcon(*icon_);
+        dialog_->setServiceInterface(serviceInterface_.get());
+    }
+    dialog_->show();
+    return 1;
+}
+
+int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
+    onCmdShowSettings(sender, data);
+    if (dialog_) dialog_->loadZels(rightClickObserver_->overlays());
+    return 1;
+}
+
+void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data) {
+    if (!dialog_) return;
+    switch (event) {
+        case PIApplicationEvents_t::ScenarioCleared:
+        case PIApplicationEvents_t::ScenarioReplaced:
+        case PIApplicationEvents_t::ScenarioClosed:
+            dialog_->onCmdClear(nullptr, nullptr);
+            break;
+        case PIApplicationEvents_t::EntityRemoved:
+            if (data) dialog_->scenarioEntityRemoved(*static_cast<const std::uint64_t*>(data));
+            break;
+        case PIApplicationEvents_t::PlatformAdded:
+            dialog_->scenarioPlatformAdded();
+            break;
+        default:
+            break;
+    }
+}
+
+void OverlayEditorPlugin::preDrawOnRefresh(int widthPixels, int heightPixels) {
+    if (mouseManager_) mouseManager_->preDrawOnRefresh(widthPixels, heightPixels);
+}
+
+int OverlayEditorPlugin::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
+    return mouseManager_ ? mouseManager_->handleMouseEvent(type, event) : 0;
 }
 
 }  // namespace OverlayEditor

@@ -1,14 +1,71 @@
 #pragma once
 
+#include <memory>
+
+#include "gui/OverlayEditorDialog.h"
+#include "model/Overlay.h"
+#include "model/Preferences.h"
+#include "model/ShapeRegistry.h"
 #include "pi/PIApplication.h"
+#include "pi/PICommon.h"
+#include "pi/PIWidgets.h"
+#include "plugin/Equipment.h"
+#include "plugin/OverlayEditorInterface.h"
+#include "tools/MouseManager.h"
 
 namespace OverlayEditor {
 
-/// The one plug-in object: made by HPI_InitializeFunctionMap, destroyed by the host's Close.
+/// The one plug-in object: made by HPI_InitializeFunctionMap, destroyed by the host's Close. It owns
+/// everything that lives as long as the plug-in is started.
 class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
   public:
+    OverlayEditorPlugin();
+    /// Takes down what Close would have, when it was never called.
+    ~OverlayEditorPlugin() override;
+
+    // The forms of StartUp that bring a command line end here; the editor reads none.
+    using PIApp::PIApplication_v1_24::StartUp;
+    int StartUp() override;
+    int Callback() override { return 0; }
+    int Close() override;
     std::string Name() const override;
     std::string Description() const override;
+    std::string Author() const override;
+    std::string Version() const override;
+    std::string URL() const override;
+    std::string ContactInfo() const override;
+    void listenToEvents(PIApplicationEvents_t event, void* data) override;
+    void preDrawOnRefresh(int widthPixels, int heightPixels) override;
+    int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    void LoadInHALVIS() override {}
+    void LoadInGrapher() override {}
+    void LoadInScenarioEditor() override {}
+    void LoadInHALVIS10() override {}
+
+    /// Shows the editor dialog, which is made the first time.
+    int onCmdShowSettings(PIObject* sender, void* data);
+    /// Takes the overlays that were right-clicked last into the editor.
+    int onCmdLoadHalvisZels(PIObject* sender, void* data);
+
+  private:
+    class RightClickObserver;
+
+    void registerPrototypes_();
+    void takeDown_();
+
+    Equipment equipment_;
+    std::unique_ptr<Preferences> preferences_;
+    std::unique_ptr<PIGUI::PIIcon> icon_;
+    std::unique_ptr<PIGUI::PIMenuItem> menuItem_;
+    std::unique_ptr<PICommon::Action> action_;
+    std::unique_ptr<MouseManager> mouseManager_;
+    std::unique_ptr<ShapeRegistry> shapeRegistry_;
+    std::unique_ptr<Overlay> overlay_;
+    std::unique_ptr<RightClickObserver> rightClickObserver_;
+    std::unique_ptr<OverlayEditorInterface> serviceInterface_;
+    std::unique_ptr<PICommon::BasicService> service_;
+    std::unique_ptr<OverlayEditorDialog> dialog_;
+    CallbackList<OverlayEditorPlugin> callbacks_{this};
 };
 
 }  // namespace OverlayEditor

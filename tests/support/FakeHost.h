@@ -80,6 +80,8 @@ class FakeHost final : public PIServiceTable {
     std::map<void*, Timeout> timeouts;
     std::map<std::string, FunctorTwoParams__*> actions;  ///< by label
     std::map<std::string, bool> actionChecks;
+    std::map<std::string, void*> services;  ///< published interfaces by name
+    int icons = 0;                          ///< loaded and not destroyed
     std::map<void*, std::string> screenTexts;
     std::vector<std::string> notifications;  ///< "severity source: text"
     std::vector<PIHALVIS::ZELEventObserver*> observers;
@@ -281,7 +283,12 @@ class FakeHost final : public PIServiceTable {
                 grabs += is(PISelector::MouseGrab::Grab) ? 1 : -1;
                 break;
             case Id::Icon:
-                if (is(PISelector::Icon::LoadPng)) r.pointers.push_back(nextHandle());
+                if (is(PISelector::Icon::LoadPng)) r.pointers.push_back(nextHandle()), ++icons;
+                if (is(PISelector::Icon::Destroy)) --icons;
+                break;
+            case Id::Service:
+                if (is(PISelector::Service::Register)) services[r.strings[0]] = r.pointers[0];
+                if (is(PISelector::Service::Unregister)) services.erase(r.strings[0]);
                 break;
             case Id::FileDialog:
                 if (fileDialogAnswers.empty()) break;
@@ -321,6 +328,9 @@ class FakeHost final : public PIServiceTable {
                 if (is(PISelector::Action::Create)) {
                     actions[r.strings[1]] = static_cast<FunctorTwoParams__*>(r.pointers[0]);
                     r.pointers.push_back(nextHandle());
+                    actionLabels_[r.pointers.back()] = r.strings[1];
+                } else if (is(PISelector::Action::Destroy)) {
+                    actions.erase(actionLabels_[r.pointers[0]]);
                 } else if (is(PISelector::Action::SetChecked)) {
                     actionChecks[r.strings[1]] = r.integers[1] != 0;
                 }
@@ -501,5 +511,6 @@ class FakeHost final : public PIServiceTable {
 
     PIServiceTable* before_;
     std::uintptr_t handles_ = 0;
+    std::map<void*, std::string> actionLabels_;
     bool inside_ = false;
 };

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <vector>
+
+#include "plugin/OverlayEditorPlugin.h"
+
+namespace OverlayEditor {
+
+/// Offers "Send to Overlay Editor" in the context menu of the host's overlay list.
+class OverlayEditorPlugin::RightClickObserver final : public PIHALVIS::ContextMenuCallbackV3 {
+  public:
+    explicit RightClickObserver(OverlayEditorPlugin& plugin) : plugin_(plugin) {}
+
+    /// Each request makes a callback of its own, which lives until clean-up.
+    void menuRequested(const std::string& listName, const PIHALVIS::ContextMenuData* data,
+                       void* menu) override;
+    /// The overlays that were offered last.
+    const std::vector<void*>& overlays() const { return overlays_; }
+
+  private:
+    OverlayEditorPlugin& plugin_;
+    std::vector<void*> overlays_;
+    FunctorTwoParams__* menuCallback_ = nullptr;
+};
+
+}  // namespace OverlayEditor
