@@ -59,7 +59,8 @@ class TestView final : public OverlayEditor::ToolView {
                                                    eye_[0], eye_[1], eye_[2]);
     }
 
-    OverlayEditor::ViewProjection projection(double scale = 1.0) const {
+    /// Modelview and projection, column by column.
+    std::pair<std::array<double, 16>, std::array<double, 16>> matrices() const {
         std::array<double, 16> modelview{};
         for (std::size_t row = 0; row < 3; ++row)
             for (std::size_t column = 0; column < 3; ++column)
@@ -71,6 +72,10 @@ class TestView final : public OverlayEditor::ToolView {
         perspective[10] = -1.0;
         perspective[11] = -1.0;
         perspective[14] = -2.0;
+        return {modelview, perspective};
+    }
+    OverlayEditor::ViewProjection projection(double scale = 1.0) const {
+        const auto [modelview, perspective] = matrices();
         return {{eye_[0], eye_[1], eye_[2]}, modelview, perspective, kWidth, kHeight, scale};
     }
 
