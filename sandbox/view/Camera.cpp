@@ -10,6 +10,9 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 constexpr double kMinimumElevation = 0.02;
+/// When a place counts as under the cursor (pixels). Small, for zooming in magnifies what is left.
+constexpr double kClose = 1e-5;
+constexpr int kRounds = 20;
 
 double wrapLongitude(double longitude) {
     return std::remainder(longitude, 2.0 * kPi);
@@ -111,10 +114,10 @@ bool Camera::bringNorthUp(const halCore::Vec3& grabbed, double x, double y) {
     const double step = std::clamp(1e-5 * range_ / kEquatorRadius, 1e-11, 1e-5);
     const auto missX = [&](const Camera& camera) { return camera.project(target).x - x; };
     const auto missY = [&](const Camera& camera) { return camera.project(target).y - y; };
-    for (int round = 0; round < 12; ++round) {
+    for (int round = 0; round < kRounds; ++round) {
         const double dx = missX(*this);
         const double dy = missY(*this);
-        if (std::hypot(dx, dy) < 1e-3) return project(target).visible;
+        if (std::hypot(dx, dy) < kClose) return project(target).visible;
         Camera other = *this;
         const double latStep = center_.lat() > 0.0 ? -step : step;
         other.setCenter({center_.lat() + latStep, center_.lon(), center_.alt()});
@@ -137,9 +140,9 @@ bool Camera::bringNorthUp(const halCore::Vec3& grabbed, double x, double y) {
 
 bool Camera::bringTurning(const halCore::Vec3& grabbed, double x, double y) {
     const Ecef target = toEcef(grabbed);
-    for (int round = 0; round < 12; ++round) {
+    for (int round = 0; round < kRounds; ++round) {
         const Projected now = project(target);
-        if (now.visible && std::hypot(now.x - x, now.y - y) < 1e-3) return true;
+        if (now.visible && std::hypot(now.x - x, now.y - y) < kClose) return true;
         const std::optional<halCore::Vec3> under = pick(x, y);
         if (!under) return false;
         // The shortest turn about the earth's centre that takes the place under the pixel to the target.

@@ -101,7 +101,7 @@ QString GlobeView::defaultEarthImage() {
 }
 
 bool GlobeView::setEarthImage(const QString& path) {
-    earthImage_ = QImage(path);
+    earthImage_ = path.isEmpty() ? QImage() : QImage(path);
     if (layers_) {
         makeCurrent();
         layers_->earth.setImage(earthImage_);

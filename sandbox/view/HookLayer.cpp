@@ -101,6 +101,8 @@ void HookLayer::record(const Camera& camera, const QSize& pixels, const std::fun
     glMatrixMode(GL_MODELVIEW);
     glLoadMatrixd(camera.modelview().data());
     hook();
+    // The one state that the hook may have left behind and that a blit obeys.
+    glDisable(GL_SCISSOR_TEST);
     if (resolved_) QOpenGLFramebufferObject::blitFramebuffer(resolved_.get(), drawn_.get());
 }
 

@@ -1,0 +1,338 @@
+#include <QApplication>
+#include <QMouseEvent>
+#include <QTemporaryDir>
+#include <QWheelEvent>
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <vector>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <gtest/gtest.h>
+
+#include "format/ZelShapes.h"
+#include "sandbox/view/GlobeView.h"
+
+namespace sandbox {
+namespace {
+
+namespace ZEL = halCore::ZEL;
+using halCore::Vec3;
+
+constexpr double kDegree = std::numbers::pi / 180.0;
+
+Vec3 at(double lat, double lon) {
+    return {lat * kDegree, lon * kDegree, 0.0};
+}
+
+std::shared_ptr<ZEL::Circle> circle(const Vec3& center, double radius, const ZEL::Color& color) {
+    auto shape = std::make_shared<ZEL::Circle>(false);
+    shape->setCenterPosition(center);
+    shape->setRadius(radius);
+    shape->setLineColor(color);
+    shape->setLineWidth(3);
+    return shape;
+}
+
+const ZEL::Color kMagenta(255, 0, 255, 255);
+
+bool isMagenta(QRgb c) {
+    return qRed(c) > 200 && qGreen(c) < 60 && qBlue(c) > 200;
+}
+
+class GlobeViewTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        view.resize(640, 480);
+        view.setEarthImage(QString());  // the plain globe: dark blue
+        view.show();
+        settle();
+    }
+
+    static void settle() {
+        for (int i = 0; i < 10; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+
+    void look(const Vec3& center, double range, double azimuth = 0.0, double elevation = 90.0) {
+        view.setCenter(center);
+        view.setRangeAzimuthElevation(range, azimuth * kDegree, elevation * kDegree);
+    }
+
+    void mouse(QEvent::Type type, QPointF where, Qt::MouseButton button, Qt::MouseButtons buttons,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QMouseEvent event(type, where, view.mapToGlobal(where), button, buttons, modifiers);
+        QApplication::sendEvent(&view, &event);
+    }
+
+    void wheel(QPointF where, int delta) {
+        QWheelEvent event(where, view.mapToGlobal(where), QPoint(), QPoint(0, delta), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&view, &event);
+    }
+
+    GlobeView view;
+};
+
+struct Scene {
+    const char* what;
+    Vec3 center;
+    double radius;
+    double range, azimuth, elevation;
+};
+
+/// The line is where GeographicLib puts the circle, to half a pixel, at every distance; what is behind the
+/// earth is not drawn.
+TEST_F(GlobeViewTest, CirclesAreDrawnWhereTheyAre) {
+    const Scene scenes[] = {{"whole earth", at(15, -150), 4.0e6, 2.3e7, 0, 90},
+                            {"over the limb", at(15, -150), 9.5e6, 2.3e7, 0, 90},
+                            {"100 km", at(21.3, -158), 5.0e4, 2.0e5, 30, 50},
+                            {"50 m", at(21.3, -158), 10.0, 50.0, 0, 90},
+                            {"50 m, slanted", at(-33.9, 151.2), 10.0, 60.0, 200, 25},
+                            {"the pole", at(90, 0), 5.0e5, 3.0e6, 0, 90},
+                            {"near the pole", at(89, 100), 4.0e5, 3.0e6, 0, 70},
+                            {"180°", at(-17, 180), 1.0e5, 6.0e5, 0, 90}};
+    for (const Scene& scene : scenes) {
+        const auto id = view.overlays().add({circle(scene.center, scene.radius, kMagenta)});
+        look(scene.center, scene.range, scene.azimuth, scene.elevation);
+        const QImage frame = view.grabFrame();
+        int checked = 0;
+        for (int degrees = 0; degrees < 360; degrees += 3) {
+            double lat = 0.0, lon = 0.0;
+            GeographicLib::Geodesic::WGS84().Direct(scene.center.lat() / kDegree,
+                                                    scene.center.lon() / kDegree, degrees + 0.5, scene.radius,
+                                                    lat, lon);
+            const Projected place = view.camera().project(at(lat, lon));
+            const QPoint pixel(static_cast<int>(std::floor(place.x)), static_cast<int>(std::floor(place.y)));
+            if (!frame.rect().adjusted(2, 2, -2, -2).contains(pixel)) continue;
+            ++checked;
+            // The line is seen edge-on at the limb, and a point just there may go either way.
+            bool nearLimb = false;
+            for (const QPoint& step : {QPoint(-3, 0), QPoint(3, 0), QPoint(0, -3), QPoint(0, 3)})
+                nearLimb |= !view.camera().pick(pixel.x() + step.x(), pixel.y() + step.y());
+            if (nearLimb) continue;
+            EXPECT_EQ(isMagenta(frame.pixel(pixel)), place.visible) << scene.what << " at " << degrees;
+        }
+        EXPECT_GT(checked, 60) << scene.what;
+        view.overlays().remove(id);
+    }
+}
+
+TEST_F(GlobeViewTest, TheEarthImageLiesWhereItBelongs) {
+    // Red grows with longitude, green with latitude, in the middle of wide bands.
+    QImage map(1024, 512, QImage::Format_RGB32);
+    for (int y = 0; y < map.height(); ++y)
+        for (int x = 0; x < map.width(); ++x) map.setPixel(x, y, qRgb(x / 4, 255 - y / 2, 0));
+    QTemporaryDir folder;
+    const QString file = folder.filePath("map.png");
+    ASSERT_TRUE(map.save(file));
+    ASSERT_TRUE(view.setEarthImage(file));
+    for (const double range : {2.3e7, 3.0e6, 1.0e4}) {
+        for (const Vec3& place : {at(0, 0), at(45, 90), at(-30, -120), at(60, 170), at(10, -179)}) {
+            look(place, range);
+            const QRgb c = view.grabFrame().pixel(320, 240);
+            // The picture is lightened a little.
+            EXPECT_NEAR(qRed(c), (place.lon() / kDegree + 180.0) / 360.0 * 255.0, 6) << range;
+            EXPECT_NEAR(qGreen(c), (place.lat() / kDegree + 90.0) / 180.0 * 255.0, 10) << range;
+        }
+    }
+    EXPECT_FALSE(view.setEarthImage(folder.filePath("missing.png")));
+}
+
+TEST_F(GlobeViewTest, TranslucentAreasAndLinesBlendOnce) {
+    look(at(0, 0), 1.0e6);
+    auto area = circle(at(0, 0), 5.0e5, kMagenta);
+    area->setOutlined(false);
+    area->setFilled(true);
+    area->setFillColor(ZEL::Color(255, 255, 255, 128));
+    view.overlays().add({area});
+    const QImage before = view.grabFrame();
+    for (int x = 40; x < 600; x += 7) {
+        const auto spot = view.camera().pick(x + 0.5, 240.5);
+        ASSERT_TRUE(spot);
+        EXPECT_LT(qRed(before.pixel(x, 240)), 215) << x;
+        EXPECT_GT(qRed(before.pixel(x, 240)), 110) << x;
+    }
+    // A wide translucent zigzag: no pixel is covered twice where its segments meet.
+    auto zigzag = std::make_shared<ZEL::Line>(false);
+    for (int i = 0; i < 12; ++i) zigzag->addPoint(at(i % 2 ? 1.0 : -1.0, -2.2 + 0.4 * i));
+    zigzag->setLineWidth(9);
+    zigzag->setLineColor(ZEL::Color(255, 255, 255, 128));
+    view.overlays().clear();
+    view.overlays().add({zigzag});
+    const QImage lines = view.grabFrame();
+    int brightest = 0;
+    for (int y = 0; y < lines.height(); ++y)
+        for (int x = 0; x < lines.width(); ++x) brightest = std::max(brightest, qRed(lines.pixel(x, y)));
+    EXPECT_LT(brightest, 200);
+}
+
+TEST_F(GlobeViewTest, AnIdleViewDrawsNothing) {
+    view.overlays().add({circle(at(0, 0), 1.0e5, kMagenta)});
+    settle();
+    const auto frames = view.frameCount();
+    settle();
+    EXPECT_EQ(view.frameCount(), frames);
+    view.requestRedraw();
+    view.requestRedraw();
+    settle();
+    EXPECT_EQ(view.frameCount(), frames + 1);
+}
+
+TEST_F(GlobeViewTest, OverlaysChangedInTheHookAreInThatFrameAndAskForNoOther) {
+    look(at(0, 0), 1.0e6);
+    OverlayScene::Id rubberBand = 0;
+    view.setRefreshHook([&](int width, int height) {
+        EXPECT_EQ(width, 640);
+        EXPECT_EQ(height, 480);
+        if (rubberBand) view.overlays().remove(rubberBand);
+        auto area = circle(at(0, 0), 2.0e5, kMagenta);
+        area->setFilled(true);
+        area->setFillColor(kMagenta);
+        rubberBand = view.overlays().add({area});
+    });
+    settle();
+    const auto frames = view.frameCount();
+    settle();
+    EXPECT_EQ(view.frameCount(), frames) << "it must not redraw for ever";
+    EXPECT_TRUE(isMagenta(view.grabFrame().pixel(320, 240)));
+    EXPECT_EQ(view.overlays().entries().size(), 1U);
+}
+
+/// What the hook draws is eye-relative, lies over opaque overlays, and leaves OpenGL as it was.
+TEST_F(GlobeViewTest, TheHooksLayerLiesOnTop) {
+    look(at(21.3, -158), 100.0, 40, 50);
+    auto area = circle(at(21.3, -158), 500.0, kMagenta);
+    area->setFilled(true);
+    area->setFillColor(kMagenta);
+    view.overlays().add({area});
+    const Vec3 place = at(21.30001, -158.00002);
+    view.setRefreshHook([&](int, int) {
+        const Ecef v = toEcef(place) - view.camera().eye();
+        glColor4f(0.0F, 1.0F, 0.0F, 1.0F);
+        glPointSize(7.0F);
+        glBegin(GL_POINTS);
+        glVertex3d(v.x, v.y, v.z);
+        glEnd();
+        glMatrixMode(GL_PROJECTION);
+        for (int i = 0; i < 3; ++i) glPushMatrix();
+        glLoadIdentity();
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, 0, 1, 1);
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        glPushAttrib(GL_ALL_ATTRIB_BITS);
+    });
+    for (int i = 0; i < 40; ++i) view.grabFrame();  // stacks left unbalanced would overflow
+    const QImage frame = view.grabFrame();
+    const Projected pixel = view.camera().project(place);
+    const QRgb dot = frame.pixel(static_cast<int>(pixel.x), static_cast<int>(pixel.y));
+    EXPECT_GT(qGreen(dot), 200);
+    EXPECT_LT(qRed(dot), 60);
+    EXPECT_TRUE(isMagenta(frame.pixel(100, 400)));
+}
+
+TEST_F(GlobeViewTest, TheListenerComesFirst) {
+    look(at(0, 0), 1.0e7);
+    std::vector<ViewMouseEvent> seen;
+    bool consume = true;
+    view.setMouseListener([&](const ViewMouseEvent& event) {
+        seen.push_back(event);
+        return consume;
+    });
+    const Camera before = view.camera();
+    mouse(QEvent::MouseButtonPress, {320, 240}, Qt::LeftButton, Qt::LeftButton, Qt::ShiftModifier);
+    mouse(QEvent::MouseMove, {400, 240}, Qt::NoButton, Qt::LeftButton, Qt::ControlModifier | Qt::AltModifier);
+    mouse(QEvent::MouseButtonRelease, {400, 240}, Qt::LeftButton, Qt::NoButton);
+    mouse(QEvent::MouseButtonPress, {7, 9}, Qt::RightButton, Qt::RightButton);
+    mouse(QEvent::MouseButtonDblClick, {7, 9}, Qt::LeftButton, Qt::LeftButton);
+    wheel({320, 240}, 120);
+    EXPECT_EQ(view.camera(), before) << "consumed: the view stays";
+    using Kind = ViewMouseEvent::Kind;
+    const Kind kinds[] = {Kind::LeftPress,  Kind::Motion,      Kind::LeftRelease,
+                          Kind::RightPress, Kind::DoubleClick, Kind::Wheel};
+    ASSERT_EQ(seen.size(), std::size(kinds));
+    for (std::size_t i = 0; i < seen.size(); ++i) EXPECT_EQ(seen[i].kind, kinds[i]) << i;
+    EXPECT_EQ(seen[0].modifiers, 1U);
+    EXPECT_EQ(seen[1].modifiers, 6U);
+    EXPECT_EQ(seen[1].x, 400);
+    EXPECT_EQ(seen[1].buttons, 1U);
+    EXPECT_EQ(seen[3].y, 9);
+    EXPECT_EQ(seen[5].wheelDelta, 120);
+
+    consume = false;
+    const Vec3 grabbed = *view.camera().pick(320, 240);
+    mouse(QEvent::MouseButtonPress, {320, 240}, Qt::LeftButton, Qt::LeftButton);
+    mouse(QEvent::MouseMove, {400, 200}, Qt::NoButton, Qt::LeftButton);
+    EXPECT_NEAR(view.camera().project(grabbed).x, 400, 0.01);
+    EXPECT_NEAR(view.camera().project(grabbed).y, 200, 0.01);
+    mouse(QEvent::MouseButtonRelease, {400, 200}, Qt::LeftButton, Qt::NoButton);
+    const Camera turned = view.camera();
+    mouse(QEvent::MouseMove, {100, 100}, Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(view.camera(), turned) << "released";
+    wheel({320, 240}, 120);
+    EXPECT_LT(view.camera().range(), turned.range());
+}
+
+TEST_F(GlobeViewTest, ReportsThePositionUnderTheCursor) {
+    look(at(10, 20), 1.0e5);
+    bool onEarth = false;
+    double lat = 0.0, lon = 0.0;
+    QObject::connect(&view, &GlobeView::cursorMoved, [&](bool on, double la, double lo) {
+        onEarth = on;
+        lat = la;
+        lon = lo;
+    });
+    mouse(QEvent::MouseMove, {320, 240}, Qt::NoButton, Qt::NoButton);
+    EXPECT_TRUE(onEarth);
+    EXPECT_NEAR(lat, 10 * kDegree, 1e-9);
+    EXPECT_NEAR(lon, 20 * kDegree, 1e-9);
+    look(at(10, 20), 1.0e8);
+    mouse(QEvent::MouseMove, {1, 1}, Qt::NoButton, Qt::NoButton);
+    EXPECT_FALSE(onEarth);
+}
+
+TEST_F(GlobeViewTest, FindsPlatformsUnderThePixel) {
+    look(at(0, 0), 1.0e6);
+    view.setPlatform({7, "Ship", at(0, 0), 0.0, "ship"});
+    view.setPlatform({9, "Other", at(1, 0), 0.0, "x2"});
+    view.setPlatform({11, "Antipode", at(0, 180), 0.0, ""});
+    EXPECT_EQ(view.platformAt(323, 238), 7U);
+    const Projected other = view.camera().project(at(1, 0));
+    EXPECT_EQ(view.platformAt(other.x, other.y), 9U);
+    EXPECT_FALSE(view.platformAt(320, 400));
+    view.setPlatform({7, "Ship", at(2, 0), 0.0, "ship"});
+    EXPECT_FALSE(view.platformAt(320, 240));
+    view.removePlatform(9);
+    EXPECT_FALSE(view.platformAt(other.x, other.y));
+}
+
+TEST_F(GlobeViewTest, DrawsScreenTextsAndLabelsTheSameEachTime) {
+    look(at(0, 0), 1.0e6);
+    auto label = std::make_shared<ZEL::Annotation>(false);
+    label->setLabel("Label\nof two lines");
+    label->setPosition(at(0, 0));
+    label->setTextColor(kMagenta);
+    view.overlays().add({label});
+    view.setScreenText({1, "Screen text", 20.0, 20.0, 0xffffffff, 16});
+    const QImage first = view.grabFrame();
+    const auto count = [](const QImage& image, const QRect& where, auto&& wanted) {
+        int found = 0;
+        for (int y = where.top(); y <= where.bottom(); ++y)
+            for (int x = where.left(); x <= where.right(); ++x) found += wanted(image.pixel(x, y)) ? 1 : 0;
+        return found;
+    };
+    EXPECT_GT(count(first, {260, 210, 120, 60}, isMagenta), 50);
+    const auto isWhite = [](QRgb c) { return qRed(c) > 230 && qGreen(c) > 230 && qBlue(c) > 230; };
+    EXPECT_GT(count(first, {20, 20, 120, 24}, isWhite), 50);
+    EXPECT_EQ(first, view.grabFrame());
+    view.removeScreenText(1);
+    EXPECT_EQ(count(view.grabFrame(), {20, 20, 120, 24}, isWhite), 0);
+}
+
+}  // namespace
+}  // namespace sandbox
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
