@@ -17,6 +17,8 @@ namespace OverlayEditor {
 /// position has no converter, a label has no text) is left out with a message.
 class SerializeToZel final : public Serializer {
   public:
+    SerializeToZel();
+
     void beginShape(ShapeType type, unsigned long platformId) override;
     void endShape() override;
     void setItemName(const std::string& name) override;
@@ -68,6 +70,7 @@ class SerializeToZel final : public Serializer {
     /// `value`, noting that the shape cannot be written when it is not finite.
     double checked_(double value);
 
+    const halCore::ZEL::UnitsState units_;
     halCore::ZEL::ZelShapePtr current_;
     Faces as_;
     const char* failure_ = nullptr;

@@ -31,7 +31,7 @@ class CylinderShapeTest : public ::testing::Test {
   protected:
     std::unique_ptr<CylinderShape> make(CylinderShape::Subtype subtype) const {
         auto shape = std::make_unique<CylinderShape>(preferences, subtype);
-        shape->setCenter(degrees(21.3, -158.0, 30.479999));  // 100 feet of the format
+        shape->setCenter(degrees(21.3, -158.0, 100.0));
         return shape;
     }
     /// The text of the file with this shape alone, empty when it is not written.
@@ -54,12 +54,13 @@ TEST_F(CylinderShapeTest, CircleIsWrittenOnceItHasARadius) {
     EXPECT_FALSE(circle->isComplete());
     EXPECT_EQ(textOf(*circle), "");
 
-    circle->setMajorRadius(914.39997);
+    circle->setMajorRadius(1000);
     EXPECT_TRUE(circle->isComplete());
     EXPECT_EQ(textOf(*circle),
               "version 2\n\n"
               "start\ncircle\nlinewidth 2\nlinecolor hex 0xff00ff00\nfillcolor hex 0xa0ff00ff\n"
-              "centerlla 21.3 -158 100\nradius 1000\n3d name Circle\nend\n\n");
+              "centerlla 21.3 -158 100\nradius 1000\n"
+              "3d name Circle\naltitudeunits m\nangleunits deg\nrangeunits m\nend\n\n");
 
     circle->setRequiresAllPoints(false);
     circle->clear();
@@ -139,7 +140,7 @@ TEST_F(CylinderShapeTest, AxisPointsStandEastAndNorthAtTheCentresAltitude) {
     EXPECT_NEAR(east.azimuth1, kPi / 2, 1e-9);
     EXPECT_NEAR(north.distance, 2000.0, 1e-6);
     EXPECT_NEAR(north.azimuth1, 0.0, 1e-9);
-    EXPECT_EQ(ellipse->minorAxisPt()->getAltitude(), 30.479999);
+    EXPECT_EQ(ellipse->minorAxisPt()->getAltitude(), 100.0);
 }
 
 TEST_F(CylinderShapeTest, AnglesAreNormalizedAndEqualBoundsAreAFullTurn) {
@@ -216,8 +217,8 @@ TEST_F(CylinderShapeTest, Heights) {
 
 TEST_F(CylinderShapeTest, WritesTwoRadiusKindsWithWholeAxes) {
     const auto wedge = make(CylinderShape::Wedge);
-    wedge->setMajorRadius(457.199985);
-    wedge->setMinorRadius(914.39997);
+    wedge->setMajorRadius(500.0);
+    wedge->setMinorRadius(1000);
     wedge->setStartAngle(350.0 * halCore::kRadiansPerDegree);
     wedge->setEndAngle(20.0 * halCore::kRadiansPerDegree);
     wedge->setHeight(0.0);
@@ -226,13 +227,13 @@ TEST_F(CylinderShapeTest, WritesTwoRadiusKindsWithWholeAxes) {
               "version 2\n\n"
               "start\ncylinder\nlinewidth 2\nlinecolor hex 0xff00ff00\nfilled\nfillcolor hex 0xa0ff00ff\n"
               "centerlla 21.3 -158 100\nanglestart 350\nangledeg 30\n"
-              "majoraxis 1000\nminoraxis 2000\nheight 0\n3d name Wedge\nend\n\n");
+              "majoraxis 1000\nminoraxis 2000\nheight 0\n3d name Wedge\naltitudeunits m\nangleunits "
+              "deg\nrangeunits m\nend\n\n");
     const auto ellipsoid = make(CylinderShape::Ellipsoid);
-    ellipsoid->setMajorRadius(457.199985);
-    ellipsoid->setMinorRadius(914.39997);
+    ellipsoid->setMajorRadius(500.0);
+    ellipsoid->setMinorRadius(1000);
     ellipsoid->setHeight(0.0);
-    EXPECT_THAT(textOf(*ellipsoid),
-                ::testing::HasSubstr("height 3.28084000265223\nmajoraxis 1000\nminoraxis 2000\n"));
+    EXPECT_THAT(textOf(*ellipsoid), ::testing::HasSubstr("height 1\nmajoraxis 1000\nminoraxis 2000\n"));
 }
 
 TEST_F(CylinderShapeTest, BoundingBoxIsTheExtent) {
@@ -294,7 +295,7 @@ TEST_F(CylinderShapeTest, AttachingKeepsRadiiAndAngles) {
     arc->setEndAngle(0.9);
     arc->setAttachedPlatformId(7, &platform, false);
     EXPECT_EQ(arc->attachedPlatformId(), 7U);
-    EXPECT_EQ(arc->centerPt()->getPosition(), degrees(21.3, -158.0, 30.479999));
+    EXPECT_EQ(arc->centerPt()->getPosition(), degrees(21.3, -158.0, 100.0));
 
     arc->setAttachedPlatformId(9, &other, true);
     EXPECT_EQ(arc->attachedPlatformId(), 7U);  // never straight to another platform
