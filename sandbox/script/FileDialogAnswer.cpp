@@ -1,6 +1,8 @@
 #include "sandbox/script/FileDialogAnswer.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -66,6 +68,8 @@ void FileDialogAnswer::act() {
         giveUp("it does not accept " + path_);
         return;
     }
+    // While the list of completions is open, a click elsewhere only closes it.
+    if (name->completer() && name->completer()->popup()->isVisible()) name->completer()->popup()->hide();
     gestures::click(*accept);
 }
 
