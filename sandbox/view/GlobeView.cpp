@@ -94,6 +94,8 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
 GlobeView::~GlobeView() {
     overlays_.setChangeCallback(nullptr);
     releaseGraphics();
+    // The base class destroys the context, when this is no GlobeView any more.
+    if (context()) disconnect(context(), nullptr, this, nullptr);
 }
 
 QString GlobeView::defaultEarthImage() {
