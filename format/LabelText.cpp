@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "common/Strings.h"
+#include "format/LineTokens.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -78,7 +79,9 @@ std::string labelFromText(std::string_view text) {
 }
 
 std::string nameInLine(std::string_view name) {
-    return std::string(UTILS::trimmed(onOneLine(name, kBreak)));
+    LineTokens words;
+    words.split(onOneLine(name, kBreak), LineTokens::Case::Keep);
+    return std::string(words.line());
 }
 
 std::string labelFromTextAndName(std::string_view text, std::string_view name) {
@@ -92,8 +95,10 @@ std::string labelFromTextAndName(std::string_view text, std::string_view name) {
         const std::string_view namedRun = takeRun(named, true);
         if (namedRun.size() > meantRun.size()) return meaning;
         const std::string missing(meantRun.size() - namedRun.size(), ' ');
-        const bool last = meant.empty();
-        result.append(last ? namedRun : missing).append(last ? missing : namedRun);
+        // Where a blank is left of several, else at the text's end or in front.
+        std::size_t at = namedRun.find(' ');
+        if (at == std::string_view::npos) at = meant.empty() ? namedRun.size() : 0;
+        result.append(namedRun.substr(0, at)).append(missing).append(namedRun.substr(at));
         const std::string_view meantWord = takeRun(meant, false);
         if (takeRun(named, false) != meantWord) return meaning;
         result += meantWord;

@@ -13,8 +13,8 @@ std::string textFromLabel(std::string_view label);
 /// What such a text means: "_" is a blank and "\n" (two characters) a line break.
 std::string labelFromText(std::string_view text);
 
-/// A name as part of a line: a line break as "\n" (two characters), other white space as a blank, none
-/// at the ends.
+/// A name as part of a line, as a reader will have it: a line break as "\n" (two characters), other white
+/// space as a blank, none at the ends and, outside of quotes, no two in a row.
 std::string nameInLine(std::string_view name);
 
 /// The label of an annotation whose "3d name" is `name`: the name, underscores included, when it means

@@ -378,6 +378,27 @@ void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* conv
 
 // The part of the earth that the shape covers
 
+void CylinderShape::includeRim_(const halCore::Vec3& center, double startRad, double sweepRad,
+                                const std::function<double(double)>& distance,
+                                std::pair<halCore::Vec3, halCore::Vec3>& bounds) {
+    const auto include = [&](double azimuth) {
+        halCore::Vec3 rim = Sodano::direct(center, azimuth, distance(azimuth));
+        rim.setLon(center.lon() + halCore::wrapToPi(rim.lon() - center.lon()));
+        updateBounds_(rim, bounds);
+    };
+    constexpr double step = halCore::kTwoPi / kRimSamples;
+    include(startRad);
+    for (double at = std::ceil(startRad / step) * step; at < startRad + sweepRad; at += step) include(at);
+    include(startRad + sweepRad);
+    if (sweepRad < halCore::kTwoPi) return;
+    for (const double pole : {halCore::kHalfPi, -halCore::kHalfPi}) {
+        const auto way = Sodano::inverse(center.lat(), center.lon(), pole, center.lon());
+        if (way.distance > distance(way.azimuth1)) continue;
+        updateBounds_({pole, center.lon() - halCore::kPi, center.alt()}, bounds);
+        updateBounds_({pole, center.lon() + halCore::kPi, center.alt()}, bounds);
+    }
+}
+
 std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
     std::pair<halCore::Vec3, halCore::Vec3> bounds;
     initBounds_(bounds);
@@ -392,25 +413,9 @@ std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
 
     // An arc is only its rim; everything else holds its centre.
     if (subtype_ != Arc || !hasSector || radius == 0.0) updateBounds_(center, bounds);
-    if (radius > 0.0) {
-        const auto toRim = [&](double azimuth) {
-            halCore::Vec3 rim = Sodano::direct(center, azimuth, rimDistance_(azimuth));
-            // The longitude next to the centre's, so that a box across 180 degrees stays one piece.
-            rim.setLon(center.lon() + halCore::wrapToPi(rim.lon() - center.lon()));
-            updateBounds_(rim, bounds);
-        };
-        constexpr double step = halCore::kTwoPi / kRimSamples;
-        toRim(start);
-        for (double at = std::ceil(start / step) * step; at < start + sweep; at += step) toRim(at);
-        toRim(start + sweep);
-        // Around a pole there is every longitude.
-        for (const double pole : {halCore::kHalfPi, -halCore::kHalfPi}) {
-            const auto way = Sodano::inverse(center.lat(), center.lon(), pole, center.lon());
-            if (hasSector || way.distance > rimDistance_(way.azimuth1)) continue;
-            updateBounds_({pole, center.lon() - halCore::kPi, center.alt()}, bounds);
-            updateBounds_({pole, center.lon() + halCore::kPi, center.alt()}, bounds);
-        }
-    }
+    if (radius > 0.0)
+        includeRim_(
+            center, start, sweep, [this](double azimuth) { return rimDistance_(azimuth); }, bounds);
 
     double above = height_();
     const double below = subtype_ == Sphere || subtype_ == Ellipsoid ? -above : 0.0;

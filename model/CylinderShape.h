@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -92,6 +93,13 @@ class CylinderShape : public BaseFilledShape {
 
   protected:
     double height_() const;
+    /// Widens a box by a rim about a centre, and by every longitude when a full turn goes round a pole.
+    /// Longitudes go on beyond 180 degrees so that the box stays one piece about the centre's.
+    /// \param distance from the centre to the rim by azimuth
+    static void includeRim_(const halCore::Vec3& center, double startRad, double sweepRad,
+                            const std::function<double(double)>& distance,
+                            std::pair<halCore::Vec3, halCore::Vec3>& bounds);
+
     /// The minor radius as it was set, while its point and the centre stand.
     std::optional<double> keptMinorRadius_() const { return kept_(minorRadius_, minorAxisPoint_); }
     void keepMinorRadius_(double meters) { keep_(minorRadius_, meters, minorAxisPoint_); }

@@ -36,9 +36,8 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     LoadResult result;
     SerializeToShape target(preferences);
     target.setPointConverter(converter);
-    const bool anyShape = ZelToSerializer().load(target, text, platformId, sourceName) == 0;
+    const bool anyShape = ZelToSerializer().load(target, text, platformId, sourceName, &result.leftOut) == 0;
     result.shapes = target.shapes();
-    result.leftOut = target.leftOut();
     result.logged = !anyShape;
     if (result.shapes.empty())
         result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";

@@ -30,7 +30,7 @@ struct LoadResult {
     /// Whether the log says so already.
     bool logged = false;
     std::vector<std::unique_ptr<Shape>> shapes;
-    /// Kind and name of each shape that was read but that the editor cannot hold: line "A".
+    /// Kind and name of each shape that was read but that the editor cannot hold: latlonaltbox "A".
     std::vector<std::string> leftOut;
 };
 

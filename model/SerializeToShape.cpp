@@ -1,44 +1,44 @@
 #include "model/SerializeToShape.h"
 
+#include <type_traits>
 #include <utility>
+
+#include "model/ColorBytes.h"
 
 namespace OverlayEditor {
 
-namespace {
-
-const char* kindOf(Serializer::ShapeType type) {
-    switch (type) {
-        case Serializer::Points:
-            return "points";
-        case Serializer::Line:
-            return "line";
-        case Serializer::LineSegs:
-            return "line segments";
-        case Serializer::Polygon:
-            return "polygon";
-        case Serializer::Rectangle:
-            return "rectangle";
-        case Serializer::Annotation:
-            return "annotation";
-        case Serializer::Orbit:
-            return "orbit";
-        default:
-            return "shape";
-    }
+template <typename Concrete>
+void SerializeToShape::begin_(std::unique_ptr<Concrete> shape, Concrete* Faces::*face) {
+    as_.*face = shape.get();
+    if constexpr (std::is_base_of_v<CylinderShape, Concrete>) as_.cylinder = shape.get();
+    if constexpr (std::is_base_of_v<BaseLineShape, Concrete>) as_.line = shape.get();
+    if constexpr (std::is_base_of_v<BaseFilledShape, Concrete>) as_.filled = shape.get();
+    current_ = std::move(shape);
 }
 
-}  // namespace
-
 void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
-    const auto cylinder = [&](CylinderShape::Subtype subtype) {
-        auto shape = std::make_unique<CylinderShape>(preferences_, subtype);
-        as_ = {shape.get(), shape.get(), shape.get()};
-        current_ = std::move(shape);
+    const auto cylinder = [this](CylinderShape::Subtype subtype) {
+        begin_(std::make_unique<CylinderShape>(preferences_, subtype), &Faces::cylinder);
+    };
+    const auto polygon = [this](PolygonShape::Subtype subtype) {
+        begin_(std::make_unique<PolygonShape>(preferences_, subtype), &Faces::polygon);
     };
     current_ = nullptr;
     as_ = Faces{};
-    leavingOut_ = false;
+    corners_ = 0;
     switch (type) {
+        case Points:
+        case Line:
+        case LineSegs:
+            polygon(PolygonShape::Line);
+            break;
+        case Polygon:
+            polygon(PolygonShape::Polygon);
+            break;
+        case Rectangle:
+            begin_(std::make_unique<RectangleShape>(preferences_, RectangleShape::Rectangle),
+                   &Faces::rectangle);
+            break;
         case Circle:
             cylinder(CylinderShape::Circle);
             break;
@@ -51,9 +51,6 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
         case Cylinder:
             cylinder(CylinderShape::Cylinder);
             break;
-        case Wedge:
-            cylinder(CylinderShape::Wedge);
-            break;
         case Sphere:
             cylinder(CylinderShape::Sphere);
             break;
@@ -63,61 +60,85 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
         case Ellipsoid:
             cylinder(CylinderShape::Ellipsoid);
             break;
+        case Annotation:
+            begin_(std::make_unique<AnnotationShape>(preferences_), &Faces::annotation);
+            break;
         case Cone:
             cylinder(CylinderShape::Cone);
             break;
-        default:
-            leftOut_.push_back(kindOf(type));
-            leavingOut_ = true;
+        case Orbit:
+            begin_(std::make_unique<OrbitShape>(preferences_), &Faces::orbit);
+            break;
+        case Wedge:
+            cylinder(CylinderShape::Wedge);
+            break;
+        case None:
             return;
     }
-    current_->setAttachedPlatformId(platformId, converter_, false);
+    if (current_) current_->setAttachedPlatformId(platformId, converter_, false);
 }
 
 void SerializeToShape::endShape() {
     if (current_) finished_.push_back(std::move(current_));
     current_ = nullptr;
     as_ = Faces{};
-    leavingOut_ = false;
 }
 
 void SerializeToShape::setItemName(const std::string& name) {
-    if (current_)
-        current_->setName(name);
-    else if (leavingOut_)
-        leftOut_.back() += " \"" + name + "\"";
+    if (current_) current_->setName(name);
 }
 
 void SerializeToShape::addPoint(const halCore::Vec3& lla) {
-    if (as_.cylinder) as_.cylinder->setCenter(lla);
+    if (as_.polygon)
+        as_.polygon->addPoint(lla);
+    else if (as_.cylinder)
+        as_.cylinder->setCenter(lla);
+    else if (as_.annotation)
+        as_.annotation->setPosition(lla);
+    else if (as_.rectangle)
+        addCorner(lla);
 }
 
 void SerializeToShape::addCorner(const halCore::Vec3& lla) {
-    addPoint(lla);
+    if (!as_.rectangle) {
+        addPoint(lla);
+        return;
+    }
+    // All round: the third lies opposite of the first.
+    ++corners_;
+    if (corners_ == 1) as_.rectangle->setFirstCorner(lla);
+    if (corners_ == 3) as_.rectangle->setLastCorner(lla);
 }
 
-void SerializeToShape::setCenterPoint2(const halCore::Vec3&) {}
+void SerializeToShape::setCenterPoint2(const halCore::Vec3& lla) {
+    if (as_.orbit) as_.orbit->setCenter2(lla);
+}
 
 void SerializeToShape::setMajorRadius(double meters) {
-    if (as_.cylinder) as_.cylinder->setMajorRadius(meters);
+    // An orbit's one radius stands where its other points have the minor one.
+    if (as_.orbit)
+        as_.orbit->setMinorRadius(meters);
+    else if (as_.cylinder)
+        as_.cylinder->setMajorRadius(meters);
 }
 
 void SerializeToShape::setMinorRadius(double meters) {
-    if (as_.cylinder) as_.cylinder->setMinorRadius(meters);
+    if (as_.cylinder && !as_.orbit) as_.cylinder->setMinorRadius(meters);
 }
 
 void SerializeToShape::setHeight(double meters) {
-    if (as_.cylinder) as_.cylinder->setHeight(meters);
+    if (as_.cylinder && !as_.orbit) as_.cylinder->setHeight(meters);
 }
 
 void SerializeToShape::setStartEndAngles(double startRad, double endRad) {
-    if (!as_.cylinder) return;
+    if (!as_.cylinder || as_.orbit) return;
     as_.cylinder->setStartAngle(startRad);
     as_.cylinder->setEndAngle(endRad);
 }
 
 void SerializeToShape::setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
     if (as_.line) as_.line->setLineColor(r, g, b, a);
+    if (as_.annotation) as_.annotation->setColor(ColorBytes{r, g, b, a}.packed());
 }
 
 void SerializeToShape::setFillColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
@@ -132,9 +153,13 @@ void SerializeToShape::setLineWidth(int pixels) {
     if (as_.line) as_.line->setLineWidth(pixels);
 }
 
-void SerializeToShape::setFontName(const std::string&) {}
+void SerializeToShape::setFontName(const std::string& fileName) {
+    if (as_.annotation) as_.annotation->setFontName(fileName);
+}
 
-void SerializeToShape::setTextSize(int) {}
+void SerializeToShape::setTextSize(int points) {
+    if (as_.annotation) as_.annotation->setFontSize(points);
+}
 
 std::vector<std::unique_ptr<Shape>> SerializeToShape::shapes() {
     return std::exchange(finished_, {});

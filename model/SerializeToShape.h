@@ -5,7 +5,11 @@
 #include <vector>
 
 #include "format/Serializer.h"
+#include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
+#include "model/OrbitShape.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
 #include "model/Shape.h"
 
 namespace OverlayEditor {
@@ -38,8 +42,6 @@ class SerializeToShape final : public Serializer {
 
     /// Hands the finished shapes over, in their order; they are the caller's, and gone from here.
     std::vector<std::unique_ptr<Shape>> shapes();
-    /// Kind and name of each shape that was described but is of no kind that the editor has: line "A".
-    const std::vector<std::string>& leftOut() const { return leftOut_; }
     /// Deletes the finished shapes that were not taken.
     void clearShapes() { finished_.clear(); }
 
@@ -49,14 +51,20 @@ class SerializeToShape final : public Serializer {
         BaseLineShape* line = nullptr;
         BaseFilledShape* filled = nullptr;
         CylinderShape* cylinder = nullptr;
+        OrbitShape* orbit = nullptr;
+        PolygonShape* polygon = nullptr;
+        RectangleShape* rectangle = nullptr;
+        AnnotationShape* annotation = nullptr;
     };
+
+    template <typename Concrete>
+    void begin_(std::unique_ptr<Concrete> shape, Concrete* Faces::*face);
 
     const Preferences& preferences_;
     std::unique_ptr<Shape> current_;
     Faces as_;
+    int corners_ = 0;
     std::vector<std::unique_ptr<Shape>> finished_;
-    std::vector<std::string> leftOut_;
-    bool leavingOut_ = false;
 };
 
 }  // namespace OverlayEditor

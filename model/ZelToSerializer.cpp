@@ -60,12 +60,18 @@ class Placement {
     const PointConverter* converter_ = nullptr;
 };
 
-void leaveOut(const ZEL::ZelShape& shape, const char* reason) {
-    if (!halNotify::isNotifyEnabled(halNotify::Error)) return;
+/// Keyword and name: circle "A".
+std::string labelOf(const ZEL::ZelShape& shape) {
     std::string name;
     shape.getName(name);
-    halNotify::notify(halNotify::Error) << "The " << ZEL::ZelShape::shapeTypeToString(shape.shapeType())
-                                        << " \"" << name << "\" cannot be edited and is left out: " << reason;
+    return std::string(ZEL::ZelShape::shapeTypeToString(shape.shapeType())) + " \"" + name + "\"";
+}
+
+bool leaveOut(const ZEL::ZelShape& shape, const char* reason) {
+    if (halNotify::isNotifyEnabled(halNotify::Error))
+        halNotify::notify(halNotify::Error)
+            << "The " << labelOf(shape) << " cannot be edited and is left out: " << reason;
+    return false;
 }
 
 /// Whether four corners, in their order, are those of a flat box along the meridians and parallels (or along
@@ -186,26 +192,28 @@ void annotationStyle(Serializer& target, const ZEL::Annotation& annotation) {
 }  // namespace
 
 int ZelToSerializer::load(Serializer& target, std::istream& text, unsigned long platformId,
-                          const std::string& sourceName) const {
+                          const std::string& sourceName, std::vector<std::string>* leftOut) const {
     std::vector<ZEL::ZelShapePtr> shapes;
     ZEL::Parser().parse(text, shapes);
-    return replay_(target, shapes, platformId, sourceName);
+    return replay_(target, shapes, platformId, sourceName, leftOut);
 }
 
 int ZelToSerializer::load(Serializer& target, std::string_view text, unsigned long platformId,
-                          const std::string& sourceName) const {
+                          const std::string& sourceName, std::vector<std::string>* leftOut) const {
     std::vector<ZEL::ZelShapePtr> shapes;
     ZEL::Parser().parse(text, shapes);
-    return replay_(target, shapes, platformId, sourceName);
+    return replay_(target, shapes, platformId, sourceName, leftOut);
 }
 
 int ZelToSerializer::replay_(Serializer& target, const std::vector<ZEL::ZelShapePtr>& shapes,
-                             unsigned long platformId, const std::string& sourceName) const {
+                             unsigned long platformId, const std::string& sourceName,
+                             std::vector<std::string>* leftOut) const {
     if (shapes.empty()) {
         PICommon::Notify(halNotify::Error) << "Could not load " << sourceName << ", no valid shapes found\n";
         return 1;
     }
-    for (const auto& shape : shapes) serializeOneZel_(target, *shape, platformId);
+    for (const auto& shape : shapes)
+        if (!serializeOneZel_(target, *shape, platformId) && leftOut) leftOut->push_back(labelOf(*shape));
     return 0;
 }
 
@@ -247,10 +255,10 @@ Serializer::ShapeType ZelToSerializer::getShapeType_(const ZEL::ZelShape& shape)
     return Type::None;
 }
 
-void ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
+bool ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
                                        unsigned long platformId) const {
     Type type = getShapeType_(shape);
-    if (type == Type::None) return;
+    if (type == Type::None) return false;
     const auto* const points = pointsOf(shape);
     if (type == Type::Cylinder) {
         const auto sweep = valueOf<double, ZEL::EllipticalShape>(static_cast<const ZEL::Cylinder&>(shape),
@@ -308,6 +316,7 @@ void ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& 
         if (secondCenter) target.setCenterPoint2(*secondCenter);
     }
     target.endShape();
+    return true;
 }
 
 }  // namespace OverlayEditor

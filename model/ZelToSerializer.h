@@ -18,16 +18,19 @@ class ZelToSerializer {
   public:
     /// \param platformId passed on to the target: what the shapes are attached to there
     /// \param sourceName for the message when the text has no shape
+    /// \param leftOut when given, gets keyword and name of each shape that was left out: latlonaltbox "A"
     /// \return 0 when at least one shape was read, 1 otherwise
-    int load(Serializer& target, std::istream& text, unsigned long platformId,
-             const std::string& sourceName) const;
+    int load(Serializer& target, std::istream& text, unsigned long platformId, const std::string& sourceName,
+             std::vector<std::string>* leftOut = nullptr) const;
     int load(Serializer& target, std::string_view text, unsigned long platformId,
-             const std::string& sourceName) const;
+             const std::string& sourceName, std::vector<std::string>* leftOut = nullptr) const;
 
   private:
     int replay_(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
-                unsigned long platformId, const std::string& sourceName) const;
-    void serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
+                unsigned long platformId, const std::string& sourceName,
+                std::vector<std::string>* leftOut) const;
+    /// \return whether the target got the shape
+    bool serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
                           unsigned long platformId) const;
     Serializer::ShapeType getShapeType_(const halCore::ZEL::ZelShape& shape) const;
 };

@@ -353,7 +353,7 @@ TEST(Labels, roundTrip) {
         {"My_Track", "annotation My_Track\n3d name My_Track\n"},
         {"_", "annotation _\n3d name _\n"},
         {" ", "annotation _\n"},
-        {"a_b  c\nd", "annotation a_b__c\\nd\n3d name a_b  c\\nd\n"},
+        {"a_b  c\nd", "annotation a_b__c\\nd\n3d name a_b c\\nd\n"},
         {" a_b ", "annotation _a_b_\n3d name a_b\n"},
         {"\"quoted  text", "annotation \"quoted__text\n"},
         {"# no comment", "annotation # no comment\n"},

@@ -99,10 +99,10 @@ TEST_F(OverlayFileTest, ReportsAFileWithoutShapes) {
 
 TEST_F(OverlayFileTest, NamesWhatTheEditorCannotHold) {
     const auto loaded = loadOverlayText(
-        block("3d name A\ncircle\ncenterll 1 2\nradius 5\n") + block("3d name B\nlinesegs\nll 1 2\nll 3 4\n"),
+        block("3d name A\ncircle\ncenterll 1 2\nradius 5\n") + block("3d name B\nlatlonaltbox 4 3 1 2 0\n"),
         "test", preferences, nullptr, 0);
     EXPECT_EQ(loaded.shapes.size(), 1U);
-    EXPECT_THAT(loaded.leftOut, ElementsAre("line segments \"B\""));
+    EXPECT_THAT(loaded.leftOut, ElementsAre("latlonaltbox \"B\""));
 }
 
 TEST_F(OverlayFileTest, CircularShapesFromFiles) {

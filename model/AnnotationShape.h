@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "model/Shape.h"
+
+namespace OverlayEditor {
+
+/// A text label at one position. Its text is the shape's name.
+class AnnotationShape : public Shape {
+  public:
+    explicit AnnotationShape(const Preferences& preferences);
+    AnnotationShape(const AnnotationShape& other);
+    ~AnnotationShape() override;
+
+    Shape* clone() const override;
+
+    int serialize(Serializer& serializer) override;
+    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
+    void notifyPrefsUpdate() override;
+    void fillGui() override;
+    void deleteGui() override;
+    void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    void setName(const std::string& name) override;
+    /// A single point: the position.
+    std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
+
+    bool hasPoint() const { return hasPoint_; }
+    /// (0, 0, 0) until it is set.
+    const halCore::Vec3& position() const { return position_; }
+    /// For the tool: as setPosition, shown at once in the host and in the panel.
+    void mouseSetPosition(const halCore::Vec3& lla);
+
+    // These leave the refresh to their caller.
+    void setPosition(const halCore::Vec3& lla);
+    /// Red in the top byte, alpha in the lowest.
+    void setColor(std::uint32_t rgba) { color_ = rgba; }
+    std::uint32_t color() const { return color_; }
+    /// A font file's name.
+    void setFontName(const std::string& fileName) { fontName_ = fileName; }
+    const std::string& fontName() const { return fontName_; }
+    void setFontSize(int points) { fontSize_ = points; }
+    int fontSize() const { return fontSize_; }
+
+  private:
+    bool hasPoint_ = false;
+    halCore::Vec3 position_;
+    std::uint32_t color_ = 0xFF0000FF;
+    std::int32_t fontSize_ = 8;
+    std::string fontName_ = "arialbd.ttf";
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,135 @@
+#include "model/FreeDrawShape.h"
+
+#include <algorithm>
+
+#include "model/LongitudeWalk.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+FreeDrawShape::FreeDrawShape(const Preferences& preferences) : BaseFilledShape(preferences) {
+    setName("Free Draw");
+}
+
+FreeDrawShape::FreeDrawShape(const FreeDrawShape& other)
+    : PointsContainer(other),
+      BaseFilledShape(other),
+      lines_(other.lines_),
+      pixelPrecision_(other.pixelPrecision_) {}
+
+FreeDrawShape::~FreeDrawShape() = default;
+
+Shape* FreeDrawShape::clone() const {
+    return new FreeDrawShape(*this);
+}
+
+bool FreeDrawShape::isComplete() const {
+    return std::any_of(lines_.begin(), lines_.end(), [](const LinePoints& line) { return line.size() >= 2; });
+}
+
+int FreeDrawShape::serialize(Serializer& serializer) {
+    int result = 1;
+    for (const LinePoints& line : lines_) {
+        if (line.size() < 2) continue;
+        serializer.beginShape(Serializer::Line, 0);
+        serializer.setVisible(shown());
+        for (const Vec3& point : line) serializer.addPoint(point);
+        BaseFilledShape::serialize(serializer);
+        serializer.endShape();
+        result = 0;
+    }
+    return result;
+}
+
+void FreeDrawShape::append_(const Vec3& lla) {
+    if (lines_.empty()) lines_.emplace_back();
+    lines_.back().push_back(lla);
+}
+
+void FreeDrawShape::startLine(const Vec3& lla) {
+    lines_.push_back({lla});
+    // A single point shows nothing: the host keeps the lines it has.
+}
+
+void FreeDrawShape::addPoint(const Vec3& lla) {
+    append_(lla);
+    dirty_();
+}
+
+FreeDrawShape::Place FreeDrawShape::placeOf_(unsigned long index) const {
+    Place place{0, index};
+    while (place.line < lines_.size() && place.point >= lines_[place.line].size())
+        place.point -= lines_[place.line++].size();
+    return place;
+}
+
+std::size_t FreeDrawShape::getNumPoints() const {
+    std::size_t count = 0;
+    for (const LinePoints& line : lines_) count += line.size();
+    return count;
+}
+
+Vec3 FreeDrawShape::pointAtIndex(unsigned long index) const {
+    const Place place = placeOf_(index);
+    if (place.line < lines_.size()) return lines_[place.line][place.point];
+    Vec3 reference;
+    if (pointConverter_) pointConverter_->getReferenceLla(reference);
+    return reference;
+}
+
+void FreeDrawShape::setPointAtIndex(unsigned long index, const Vec3& point) {
+    const Place place = placeOf_(index);
+    if (place.line < lines_.size())
+        lines_[place.line][place.point] = point;
+    else
+        append_(point);
+    dirty_();
+}
+
+void FreeDrawShape::insertPointAtIndex(unsigned long index, const Vec3& point) {
+    const Place place = placeOf_(index);
+    if (place.line < lines_.size()) {
+        LinePoints& line = lines_[place.line];
+        line.insert(line.begin() + static_cast<std::ptrdiff_t>(place.point), point);
+    } else {
+        append_(point);
+    }
+    dirty_();
+}
+
+void FreeDrawShape::deletePointAtIndex(unsigned long index) {
+    const Place place = placeOf_(index);
+    if (place.line < lines_.size()) {
+        LinePoints& line = lines_[place.line];
+        line.erase(line.begin() + static_cast<std::ptrdiff_t>(place.point));
+        if (line.empty()) lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(place.line));
+    }
+    dirty_();
+}
+
+void FreeDrawShape::clear() {
+    lines_.clear();
+    hide_();
+}
+
+void FreeDrawShape::setAttachedPlatformId(unsigned long, PointConverter* converter, bool) {
+    pointConverter_ = converter;
+}
+
+std::pair<Vec3, Vec3> FreeDrawShape::boundingBox() const {
+    std::pair<Vec3, Vec3> bounds;
+    initBounds_(bounds);
+    LongitudeWalk walk;
+    for (const LinePoints& line : lines_)
+        for (const Vec3& point : line)
+            updateBounds_({point.lat(), walk.next(point.lon()), point.alt()}, bounds);
+    return bounds;
+}
+
+void FreeDrawShape::createGui(Preferences*, PIGUI::PICanvas*) {}
+void FreeDrawShape::notifyPrefsUpdate() {}
+void FreeDrawShape::fillGui() {}
+void FreeDrawShape::deleteGui() {}
+
+}  // namespace OverlayEditor

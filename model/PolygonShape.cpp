@@ -1,0 +1,113 @@
+#include "model/PolygonShape.h"
+
+#include "model/LongitudeWalk.h"
+#include "model/ReferenceMove.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+PolygonShape::PolygonShape(const Preferences& preferences, Subtype subtype)
+    : BaseFilledShape(preferences), subtype_(subtype) {
+    setName(subtype == Line ? "Line" : "Polygon");
+}
+
+PolygonShape::PolygonShape(const PolygonShape& other)
+    : PointsContainer(other), BaseFilledShape(other), subtype_(other.subtype_), points_(other.points_) {}
+
+PolygonShape::~PolygonShape() = default;
+
+Shape* PolygonShape::clone() const {
+    return new PolygonShape(*this);
+}
+
+bool PolygonShape::isComplete() const {
+    return points_.size() >= (subtype_ == Line ? 2U : 3U);
+}
+
+int PolygonShape::serialize(Serializer& serializer) {
+    if (!isComplete()) return 1;
+    serializer.beginShape(subtype_ == Line ? Serializer::Line : Serializer::Polygon, attachedPlatformId_);
+    serializer.setVisible(shown());
+    for (const Vec3& point : points_) serializer.addPoint(point);
+    BaseFilledShape::serialize(serializer);
+    serializer.endShape();
+    return 0;
+}
+
+Vec3 PolygonShape::pointAtIndex(unsigned long index) const {
+    if (index < points_.size()) return points_[index];
+    Vec3 reference;
+    if (pointConverter_) pointConverter_->getReferenceLla(reference);
+    return reference;
+}
+
+void PolygonShape::put_(unsigned long index, const Vec3& point) {
+    if (index < points_.size())
+        points_[index] = point;
+    else
+        points_.push_back(point);
+}
+
+void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) {
+    put_(index, point);
+    dirty_();
+}
+
+void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
+    mouseSetPointAtIndex(index, point);
+}
+
+void PolygonShape::insertPointAtIndex(unsigned long index, const Vec3& point) {
+    if (index < points_.size())
+        points_.insert(points_.begin() + static_cast<std::ptrdiff_t>(index), point);
+    else
+        points_.push_back(point);
+    dirty_();
+}
+
+void PolygonShape::deletePointAtIndex(unsigned long index) {
+    if (index < points_.size()) points_.erase(points_.begin() + static_cast<std::ptrdiff_t>(index));
+    dirty_();
+}
+
+void PolygonShape::clear() {
+    points_.clear();
+    hide_();
+}
+
+std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
+    std::pair<Vec3, Vec3> bounds;
+    initBounds_(bounds);
+    LongitudeWalk walk;
+    for (const Vec3& point : points_)
+        updateBounds_({point.lat(), walk.next(point.lon()), point.alt()}, bounds);
+    return bounds;
+}
+
+void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
+    if (!takeAttachment_(id, converter) || points_.empty()) return;
+    if (converter) convertAbsolutePoints_(*converter, anchorCenter);
+    dirty_();
+}
+
+void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anchorCenter) {
+    // About the target's own reference every point stays where it is.
+    if (!anchorCenter) return;
+    const ReferenceMove move(centerPoint(), target);
+    std::vector<Vec3> moved;
+    moved.reserve(points_.size());
+    for (const Vec3& point : points_) {
+        const auto there = move(point);
+        if (!there) return;
+        moved.push_back(*there);
+    }
+    points_ = std::move(moved);
+}
+
+void PolygonShape::createGui(Preferences*, PIGUI::PICanvas*) {}
+void PolygonShape::notifyPrefsUpdate() {}
+void PolygonShape::fillGui() {}
+void PolygonShape::deleteGui() {}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "model/BaseFilledShape.h"
+#include "model/PointsContainer.h"
+
+namespace OverlayEditor {
+
+/// A line or a polygon: an ordered list of geodetic points.
+class PolygonShape : public PointsContainer, public BaseFilledShape {
+  public:
+    enum Subtype { Line = 0, Polygon = 1 };
+
+    PolygonShape(const Preferences& preferences, Subtype subtype);
+    PolygonShape(const PolygonShape& other);
+    ~PolygonShape() override;
+
+    Shape* clone() const override;
+    Subtype subtype() const { return subtype_; }
+    const std::vector<halCore::Vec3>& points() const { return points_; }
+    /// A line with two points at least, a polygon with three.
+    bool isComplete() const;
+
+    int serialize(Serializer& serializer) override;
+    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
+    void notifyPrefsUpdate() override;
+    void fillGui() override;
+    void deleteGui() override;
+    void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
+    /// Removes all points; the shape disappears at once.
+    void clear() override;
+
+    std::size_t getNumPoints() const override { return points_.size(); }
+    /// Behind the last point: the converter's reference position, (0, 0, 0) without one.
+    halCore::Vec3 pointAtIndex(unsigned long index) const override;
+    void setPointAtIndex(unsigned long index, const halCore::Vec3& point) override;
+    void insertPointAtIndex(unsigned long index, const halCore::Vec3& point) override;
+    void deletePointAtIndex(unsigned long index) override;
+
+    /// For the tool while a point is dragged: as setPointAtIndex, but the tool keeps its points.
+    void mouseSetPointAtIndex(unsigned long index, const halCore::Vec3& point);
+    /// Appends without showing anything anew: for a shape under construction.
+    void addPoint(const halCore::Vec3& point) { points_.push_back(point); }
+
+  private:
+    void convertAbsolutePoints_(const PointConverter& target, bool anchorCenter);
+    void put_(unsigned long index, const halCore::Vec3& point);
+
+    Subtype subtype_;
+    std::vector<halCore::Vec3> points_;
+};
+
+}  // namespace OverlayEditor

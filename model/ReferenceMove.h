@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+
+#include "common/Vec3.h"
+#include "geo/Angles.h"
+#include "geo/PointConverter.h"
+
+namespace OverlayEditor {
+
+/// Moves a form: what lay about one position lies about the converter's reference afterwards, at the same
+/// distances to east, north and up.
+class ReferenceMove {
+  public:
+    /// \param target not owned; must outlive the object
+    ReferenceMove(const halCore::Vec3& from, const PointConverter& target) : target_(target) {
+        from_.setReferenceLla({from.lat(), halCore::wrapToPi(from.lon()), from.alt()}, 0);
+    }
+
+    /// Nothing when a point cannot be moved: a reference on a pole, a point beyond it.
+    std::optional<halCore::Vec3> operator()(const halCore::Vec3& lla) const {
+        halCore::Vec3 xyz;
+        halCore::Vec3 moved;
+        if (from_.convertLlaToXyz(lla, xyz) != 0 || target_.convertXyzToLla(xyz, moved) != 0)
+            return std::nullopt;
+        return moved;
+    }
+
+  private:
+    PointConverter from_;
+    const PointConverter& target_;
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,289 @@
+#include <cmath>
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "geo/Angles.h"
+#include "geo/Sodano.h"
+#include "model/AnnotationShape.h"
+#include "model/FreeDrawShape.h"
+#include "model/OrbitShape.h"
+#include "model/OverlayFile.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
+#include "support/FakeHost.h"
+
+using halCore::Vec3;
+using ::testing::HasSubstr;
+using namespace OverlayEditor;
+
+namespace {
+
+Vec3 degrees(double lat, double lon, double alt = 0.0) {
+    return {lat * halCore::kRadiansPerDegree, lon * halCore::kRadiansPerDegree, alt};
+}
+
+double distance(const Vec3& a, const Vec3& b) {
+    return halCore::Sodano::inverse(a, b).distance;
+}
+
+/// An overlay that shows what it is given, and a platform at 10N 20E.
+class PointShapesTest : public ::testing::Test {
+  protected:
+    PointShapesTest() { platform.setReferenceLla(degrees(10, 20, 300), 7); }
+
+    template <typename Concrete>
+    Concrete& add(std::unique_ptr<Concrete> shape) {
+        overlay.addShape(shape.get());
+        return *shape.release();
+    }
+    PolygonShape& polygon(PolygonShape::Subtype subtype) {
+        return add(std::make_unique<PolygonShape>(preferences, subtype));
+    }
+    std::vector<std::unique_ptr<Shape>> load(const std::string& text) {
+        return std::move(loadOverlayText(text, "test", preferences, nullptr, 0).shapes);
+    }
+
+    FakeHost host;
+    Preferences preferences;
+    PointConverter platform;
+    Overlay overlay;
+};
+
+TEST_F(PointShapesTest, LineAndPolygonAreShownFromTheirLeastPointsOn) {
+    for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon}) {
+        auto& shape = polygon(subtype);
+        const std::size_t least = subtype == PolygonShape::Line ? 2 : 3;
+        for (std::size_t i = 0; i < least; ++i) {
+            EXPECT_TRUE(host.overlays.empty());
+            shape.insertPointAtIndex(i, degrees(1.0 + static_cast<double>(i), 2.0, 3.0));
+        }
+        EXPECT_EQ(host.overlays.size(), 1U);
+        shape.clear();
+        EXPECT_TRUE(host.overlays.empty());
+        overlay.clearShapes(false);
+    }
+    auto& line = polygon(PolygonShape::Line);
+    line.addPoint(degrees(1, 2));
+    line.insertPointAtIndex(99, degrees(3, 4, 100));
+    EXPECT_EQ(
+        host.lastText,
+        "version 2\n\nstart\nline\nlla 1 2 0\nlla 3 4 100\nlinewidth 2\nlinecolor hex 0xff00ff00\n"
+        "fillcolor hex 0xa0ff00ff\n3d name Line\naltitudeunits m\nangleunits deg\nrangeunits m\nend\n\n");
+}
+
+TEST_F(PointShapesTest, PointsBehindTheLastAreAppendedOrIgnored) {
+    auto& line = polygon(PolygonShape::Line);
+    line.setPointAtIndex(99, degrees(1, 1));
+    line.mouseSetPointAtIndex(99, degrees(3, 3));
+    line.insertPointAtIndex(1, degrees(2, 2));
+    ASSERT_EQ(line.getNumPoints(), 3U);
+    EXPECT_EQ(line.pointAtIndex(1), degrees(2, 2));
+    EXPECT_EQ(line.pointAtIndex(5), Vec3());
+    line.deletePointAtIndex(3);
+    EXPECT_EQ(line.getNumPoints(), 3U);
+    line.deletePointAtIndex(0);
+    EXPECT_EQ(line.pointAtIndex(0), degrees(2, 2));
+    overlay.setAttachedPlatformId(7, &platform, false);
+    EXPECT_EQ(line.pointAtIndex(5), degrees(10, 20, 300));
+}
+
+TEST_F(PointShapesTest, AttachingKeepsThePointsOrMovesTheForm) {
+    PointConverter other;
+    other.setReferenceLla(degrees(-10, 20), 9);
+    auto& line = polygon(PolygonShape::Line);
+    line.addPoint(degrees(50, 179, 100));
+    line.addPoint(degrees(50, -179, 300));
+    EXPECT_NEAR(line.centerPoint().lon(), halCore::kPi, 1e-12);
+
+    const int loads = host.loads;
+    line.setAttachedPlatformId(7, &platform, false);
+    EXPECT_EQ(host.loads, loads + 1);
+    EXPECT_EQ(line.pointAtIndex(0), degrees(50, 179, 100));
+    line.setAttachedPlatformId(9, &other, false);
+    EXPECT_EQ(line.attachedPlatformId(), 7U);
+
+    line.setAttachedPlatformId(0, &other, false);
+    EXPECT_THAT(host.lastText, HasSubstr("lla 50 179 "));
+    line.setAttachedPlatformId(9, &other, true);
+    EXPECT_EQ(host.loads, loads + 3);
+    // As far apart in metres as at 50N: 2 degrees there are 143,391 m along the parallel (N cos(lat) dlon).
+    const Vec3 west = line.pointAtIndex(0);
+    const Vec3 east = line.pointAtIndex(1);
+    EXPECT_NEAR(west.lat(), -10 * halCore::kRadiansPerDegree, 1e-12);
+    EXPECT_NEAR(0.5 * (west.lon() + east.lon()), 20 * halCore::kRadiansPerDegree, 1e-12);
+    EXPECT_NEAR(distance(west, east), 143391.0, 100.0);
+    EXPECT_DOUBLE_EQ(west.alt(), -100.0);
+}
+
+TEST_F(PointShapesTest, ThousandPointsAreAttachedInOneRefresh) {
+    auto& line = polygon(PolygonShape::Line);
+    for (int i = 0; i < 1000; ++i) line.addPoint(degrees(0.01 * i, 5));
+    overlay.setAttachedPlatformId(7, &platform, true);
+    EXPECT_EQ(host.loads, 1);
+}
+
+TEST_F(PointShapesTest, LabelIsShownOnceItHasAPosition) {
+    auto& label = add(std::make_unique<AnnotationShape>(preferences));
+    EXPECT_EQ(label.name(), "Text");
+    EXPECT_TRUE(host.overlays.empty());
+    label.mouseSetPosition(degrees(1, 2));
+    EXPECT_EQ(host.lastText,
+              "version 2\n\nstart\nannotation Text\nlla 1 2 0\nfontname arialbd.ttf\nfontsize 8\n"
+              "linecolor hex 0xff0000ff\naltitudeunits m\nangleunits deg\nrangeunits m\nend\n\n");
+    label.setColor(0x11223344);
+    EXPECT_THAT(host.lastText, HasSubstr("0xff0000ff"));
+    label.setName("Two\nlines");
+    EXPECT_THAT(host.lastText, HasSubstr("annotation Two\\nlines\n"));
+    EXPECT_THAT(host.lastText, HasSubstr("0x44332211"));
+    EXPECT_EQ(label.centerPoint(), degrees(1, 2));
+
+    overlay.setAttachedPlatformId(7, &platform, true);
+    EXPECT_EQ(label.position(), degrees(10, 20, 300));
+    testing::internal::CaptureStderr();
+    label.setName("");
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("it has no text"));
+    EXPECT_TRUE(host.overlays.empty());
+}
+
+TEST_F(PointShapesTest, OrbitMeasuresItsRadiusFromTheNearerCentre) {
+    auto& orbit = add(std::make_unique<OrbitShape>(preferences));
+    orbit.setCenter(degrees(0, 0));
+    orbit.setMinorRadius(degrees(0, 1));
+    EXPECT_EQ(orbit.minorAxisPt(), nullptr);
+    EXPECT_TRUE(host.overlays.empty());
+    orbit.setCenter2(degrees(0, 2));
+    EXPECT_THAT(host.lastText, HasSubstr("radius 50\n"));
+    EXPECT_THAT(host.lastText, HasSubstr("centerll2 0 2 0\n"));
+
+    const Vec3 nearSecond = halCore::Sodano::direct(degrees(0, 2), 0.0, 1000.0);
+    orbit.setMinorRadius(nearSecond);
+    EXPECT_NEAR(orbit.minorAxis(), 1000.0, 1e-6);
+    EXPECT_EQ(orbit.minorAxisPt()->getPosition(), nearSecond);
+
+    // Due north of the first centre, but nearer the second: the number that was set decides.
+    orbit.setCenter2(degrees(0.5, 0));
+    orbit.setMinorRadius(50000.0);
+    EXPECT_EQ(orbit.minorAxis(), 50000.0);
+    EXPECT_LT(orbit.getShortestDistance_(orbit.minorAxisPt()->getPosition()), 10000.0);
+
+    overlay.setAttachedPlatformId(7, &platform, true);
+    EXPECT_EQ(orbit.minorAxis(), 50000.0);
+    EXPECT_NEAR(orbit.centerPt()->getPosition().lon(), 20 * halCore::kRadiansPerDegree, 1e-12);
+    EXPECT_LT(distance(orbit.centerPoint(), degrees(10, 20)), 10.0);
+    EXPECT_NEAR(distance(orbit.centerPt()->getPosition(), orbit.centerPt2()->getPosition()), 55290.0, 300.0);
+}
+
+TEST_F(PointShapesTest, RectangleIsWrittenAsItsCorners) {
+    auto& rectangle = add(std::make_unique<RectangleShape>(preferences, RectangleShape::Rectangle));
+    rectangle.setFirstCorner(degrees(1, 2, 5));
+    EXPECT_TRUE(host.overlays.empty());
+    rectangle.setLastCorner(degrees(3, 4, 100));
+    EXPECT_THAT(host.lastText, HasSubstr("polygon\nlla 1 2 100\nlla 1 4 100\nlla 3 4 100\nlla 3 2 100\n"));
+
+    auto& triangle = add(std::make_unique<RectangleShape>(preferences, RectangleShape::Triangle));
+    triangle.setFirstCorner(degrees(3, 4));
+    triangle.setLastCorner(degrees(1, 2));
+    EXPECT_EQ(triangle.name(), "Triangle");
+    EXPECT_THAT(host.lastText, HasSubstr("polygon\nlla 1 4 0\nlla 1 2 0\nlla 3 3 0\n"));
+}
+
+TEST_F(PointShapesTest, RectangleKeepsTheSizeThatWasSet) {
+    RectangleShape rectangle(preferences, RectangleShape::Rectangle);
+    rectangle.setFromCenter(degrees(20, 30, 7), 3000.0, 1500.5);
+    EXPECT_EQ(rectangle.width(), 3000.0);
+    EXPECT_EQ(rectangle.height(), 1500.5);
+    EXPECT_EQ(rectangle.center(), degrees(20, 30, 7));
+    // 1,500 m along the parallel, 750.25 m along the meridian from the centre.
+    EXPECT_NEAR(distance(*rectangle.firstCorner(), degrees(20, 30)), std::hypot(1500.0, 750.25), 1e-6);
+    EXPECT_LT(rectangle.firstCorner()->lat(), rectangle.lastCorner()->lat());
+    EXPECT_LT(rectangle.firstCorner()->lon(), rectangle.lastCorner()->lon());
+
+    rectangle.setAttachedPlatformId(7, &platform, true);
+    EXPECT_EQ(rectangle.width(), 3000.0);
+    EXPECT_LT(distance(rectangle.center(), degrees(10, 20)), 1e-3);
+    rectangle.setAttachedPlatformId(0, nullptr, true);
+    rectangle.setAnchorCenter(false);
+    rectangle.setAttachedPlatformId(7, &platform, true);
+    EXPECT_LT(distance(*rectangle.firstCorner(), degrees(10, 20)), 1e-3);
+
+    rectangle.setLastCorner(degrees(10.1, 20.2));
+    const auto size = RectangleGeometry::calcWidthHeight(*rectangle.firstCorner(), *rectangle.lastCorner());
+    EXPECT_EQ(rectangle.width(), size.width);
+    EXPECT_EQ(rectangle.getShortPointText_(*rectangle.lastCorner(), false).substr(0, 11), " Width: 219");
+}
+
+TEST_F(PointShapesTest, CornerFormulas) {
+    using namespace RectangleGeometry;
+    struct Case {
+        double width, height, azimuth, distance;
+    };
+    const double pi = halCore::kPi;
+    for (const Case& c :
+         {Case{3000, 4000, std::atan(0.75), 5000}, Case{-3000, 4000, -std::atan(0.75), 5000},
+          Case{3000, -4000, pi - std::atan(0.75), 5000}, Case{-3000, -4000, pi + std::atan(0.75), 5000},
+          Case{3000, 0, std::atan(3000.0), 3000}}) {
+        const auto way =
+            halCore::Sodano::inverse(degrees(20, 30), calcCornerPoint(degrees(20, 30), c.width, c.height));
+        EXPECT_NEAR(way.distance, c.distance, 1e-6);
+        EXPECT_NEAR(std::remainder(way.azimuth1 - c.azimuth, 2 * pi), 0.0, 1e-9);
+    }
+    const auto flat = cornersAbout(degrees(20, 30), {2000, 0});
+    EXPECT_NEAR(calcWidthHeight(degrees(20, 30), flat.first).height, -1.0, 1e-3);
+}
+
+TEST_F(PointShapesTest, BoxesComeBackAsRectanglesAndNothingElseDoes) {
+    const auto is = [&](const std::string& points) {
+        const auto shapes = load("start\npolygon\n" + points + "end\n");
+        return dynamic_cast<RectangleShape*>(shapes.at(0).get()) != nullptr;
+    };
+    EXPECT_TRUE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2\n"));
+    EXPECT_TRUE(is("ll 1 2\nll 3 2\nll 3 4\nll 1 4\n"));
+    EXPECT_TRUE(is("ll 3 -179\nll 3 179\nll 1 179\nll 1 -179\n"));
+    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2.5\n"));              // the last side slants
+    EXPECT_FALSE(is("ll 1 3\nll 2 4\nll 3 3\nll 2 2\n"));                // turned
+    EXPECT_FALSE(is("ll 1 2\nll 3 4\nll 1 4\nll 3 2\n"));                // crosses itself
+    EXPECT_FALSE(is("ll 1 2 9\nll 1 4\nll 3 4\nll 3 2\n"));              // not flat
+    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2\nll 1 2\n"));        // closed explicitly
+    EXPECT_TRUE(is("xy 1 2\nxy 1 4\nxy 3 4\nxy 3 2\nref 50 60 100\n"));  // offsets
+}
+
+TEST_F(PointShapesTest, FreeDrawIsLinesInARow) {
+    auto& drawing = add(std::make_unique<FreeDrawShape>(preferences));
+    EXPECT_FALSE(drawing.canAttach());
+    drawing.startLine(degrees(1, 1));
+    EXPECT_TRUE(host.overlays.empty());
+    drawing.addPoint(degrees(1, 2));
+    drawing.startLine(degrees(5, 1));
+    drawing.startLine(degrees(7, 1));
+    drawing.addPoint(degrees(7, 2));
+    EXPECT_EQ(host.overlays.size(), 1U);
+    EXPECT_EQ(drawing.getNumPoints(), 5U);
+    EXPECT_EQ(drawing.pointAtIndex(3), degrees(7, 1));
+    drawing.insertPointAtIndex(3, degrees(6, 1));
+    drawing.deletePointAtIndex(2);  // the only point of its line
+    EXPECT_EQ(drawing.lines().size(), 2U);
+    EXPECT_EQ(drawing.lines()[1].size(), 3U);
+
+    overlay.setAttachedPlatformId(7, &platform, true);
+    EXPECT_EQ(drawing.attachedPlatformId(), 0U);
+    EXPECT_EQ(drawing.pointAtIndex(99), degrees(10, 20, 300));
+    drawing.setPointAtIndex(0, degrees(0, 0));
+    const auto lines = load(host.lastText);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(dynamic_cast<PolygonShape&>(*lines[1]).getNumPoints(), 3U);
+    EXPECT_EQ(lines[1]->name(), "Free Draw");
+}
+
+TEST_F(PointShapesTest, PointsAndSegmentsBecomeLines) {
+    const auto shapes = load(
+        "start\npoints\nll 1 2\nlinecolor blue\nend\nstart\nlinesegs\nll 1 2\nll 3 4\nll 5 6\nll 7 8\nend\n");
+    ASSERT_EQ(shapes.size(), 2U);
+    EXPECT_EQ(dynamic_cast<PolygonShape&>(*shapes[0]).lineColor(), 0x0000FFFFU);
+    EXPECT_EQ(dynamic_cast<PolygonShape&>(*shapes[1]).getNumPoints(), 4U);
+    EXPECT_EQ(dynamic_cast<PolygonShape&>(*shapes[1]).subtype(), PolygonShape::Line);
+}
+
+}  // namespace
