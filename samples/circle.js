@@ -6,9 +6,8 @@
 
 const directory = args[0] || "out";
 const file = directory + "/circle.zel";
-const again = directory + "/circle-again.zel";
 makeDirectory(directory);
-for (const path of [file, again]) if (fileExists(path)) removeFile(path);
+if (fileExists(file)) removeFile(file);
 
 /// The numbers behind a keyword of the one shape in a text.
 function numbers(text, keyword) {
@@ -17,8 +16,8 @@ function numbers(text, keyword) {
     return line.split(" ").slice(1).map(Number);
 }
 
-// The Hawaiian islands from above, a bit to the side so that the dialog covers only sea.
-view.camera = { lat: 20.5, lon: -156.5, alt: 0, range: 5500000, azimuth: 0, elevation: 90 };
+// Sicily right of the middle, so that the dialog leaves it free.
+view.camera = { lat: 33, lon: 1, alt: 0, range: 9500000, azimuth: 0, elevation: 90 };
 
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
@@ -26,15 +25,17 @@ assert(editor.shown, "the editor dialog did not open");
 
 // Draw: press at the centre, drag, release on the edge; a right click ends drawing.
 editor.choose("Shape:", "Circle");
-const drawn = view.drag({ lat: 21.3, lon: -157.9 }, { lat: 21.3, lon: -147.5 }, { steps: 8 });
+const drawn = view.drag({ lat: 37.5, lon: 14 }, { lat: 37.5, lon: 26 }, { steps: 8 });
 const radius = distance(drawn.from, drawn.to);
-view.click({ lat: 30, lon: -140 }, { button: "right" });
+view.click({ lat: 20, lon: 30 }, { button: "right" });
 waitFor(() => editor.checked("Stop"), "the buttons to follow the tool");
 
 // The panel shows what the mouse did.
 editor.choose("Rng:", "km");
 assertNear(parseFloat(editor.value("Radius:")), radius / 1000, 0.006, "radius in the panel");
+editor.color("Line Color:", "FFC800FF");
 editor.check("Filled:");
+editor.color("Fill Color:", "FFC80050");
 
 answerFileDialog(file);
 editor.press("Save As...");
@@ -52,13 +53,16 @@ assertEqual(editor.items().length, 0, "shapes after Delete All");
 answerFileDialog(file);
 editor.press("...");
 waitFor(() => editor.items().length === 1, "the loaded circle");
-answerFileDialog(again);
-editor.press("Save As...");
-waitFor(() => fileExists(again), "the file saved again");
-assertEqual(readFile(again), saved, "what was loaded and saved again");
-removeFile(again);
+removeFile(file);
+editor.press("Save");
+waitFor(() => fileExists(file), "the file saved again");
+assertEqual(readFile(file), saved, "what was loaded and saved again");
 
-// A picture of it all, the circle selected.
+// A picture of it all: the circle being edited, the cursor on the point that holds its radius.
 editor.select("", editor.items()[0]);
+editor.press("Edit");
+const edge = destination(latitude, longitude, 90, radius);
+view.move(edge.lat, edge.lon);
+wait(100);
 picture(directory + "/circle.png");
 print("radius " + (radius / 1000).toFixed(3) + " km, centre " + latitude + " " + longitude);

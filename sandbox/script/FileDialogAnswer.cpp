@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kTickMilliseconds = 10;
 constexpr int kMaximumTicks = 500;
+constexpr int kTicksBetweenAttempts = 50;
 
 }  // namespace
 
@@ -45,8 +46,9 @@ void FileDialogAnswer::act() {
         if (!overwrite_) dialog_.reject();
         return;
     }
-    if (typed_) return;
-    typed_ = true;
+    // The dialog reads its directory in the background and may lose the name or the click meanwhile.
+    if (typedAt_ != 0 && ticks_ - typedAt_ < kTicksBetweenAttempts) return;
+    typedAt_ = ticks_;
     const auto* buttons = dialog_.findChild<QDialogButtonBox*>();
     auto* name = dialog_.findChild<QLineEdit*>("fileNameEdit");
     const bool saving = dialog_.acceptMode() == QFileDialog::AcceptSave;

@@ -27,7 +27,7 @@ class FileDialogAnswer : public QObject {
     bool overwrite_;
     std::function<void(const QString&)> report_;
     QTimer timer_;
-    bool typed_ = false;
+    int typedAt_ = 0;  ///< the tick of the last attempt, 0 before the first
     int ticks_ = 0;
 };
 
