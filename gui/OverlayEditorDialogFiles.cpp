@@ -56,7 +56,8 @@ int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
         halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << error;
         return 1;
     }
-    loadOverlay_(text, fileName, nullptr);
+    // A file that the host displays is edited in its place, so that it is not drawn twice.
+    loadOverlay_(text, fileName, PIHALVIS::getZELObject(fileName));
     return 1;
 }
 

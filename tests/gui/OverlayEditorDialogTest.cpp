@@ -1,0 +1,416 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "geo/Angles.h"
+#include "gui/Form.h"
+#include "gui/OverlayEditorDialog.h"
+#include "gui/TestEquipment.h"
+#include "model/CylinderShape.h"
+#include "model/ShapeRegistry.h"
+
+using halCore::kRadiansPerDegree;
+using halCore::Vec3;
+using OverlayEditor::CylinderShape;
+using OverlayEditor::MouseManager;
+using OverlayEditor::Overlay;
+using OverlayEditor::OverlayEditorDialog;
+using OverlayEditor::Preferences;
+using OverlayEditor::ShapeRegistry;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using Mouse = PIGUI::PIMouseEventType_t;
+
+namespace {
+
+constexpr const char* kTwoCircles =
+    "version 2\n\nstart\ncircle\naltitudeunits m\nrangeunits m\ncenterlla 21.3 -158 0\nradius "
+    "1852.123456789\n"
+    "3d name Inner\nend\n\nstart\ncircle\naltitudeunits m\nrangeunits m\ncenterlla 21.3 -158 0\nradius 3704\n"
+    "3d name Outer\nend\n";
+
+class OverlayEditorDialogTest : public ::testing::Test {
+  protected:
+    OverlayEditorDialogTest() {
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        host.eye = Vec3(0.4, -2.7, 1e6);
+        for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
+            registry.addPrototype(CylinderShape(preferences, subtype));
+        dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
+        std::filesystem::create_directories(directory);
+    }
+    ~OverlayEditorDialogTest() override {
+        dialog.reset();
+        overlay.clearShapes(true);
+        halNotify::setNotifyHandler({});
+        freeFunctors();
+        std::filesystem::remove_all(directory);
+    }
+
+    void press(const std::string& caption) { host.activate(*host.find(caption)); }
+    FakeHost::Widget& list() {
+        for (auto& [handle, widget] : host.widgets)
+            if (widget.kind == FakeHost::Id::CreateList) return widget;
+        throw std::runtime_error("no list");
+    }
+    void select(int item) {
+        list().number = item;
+        host.activate(list());
+    }
+    /// 1 is the first kind behind "Add".
+    CylinderShape& add(int option) {
+        form.choose("Shape:", option);
+        return static_cast<CylinderShape&>(*overlay.shapes().back());
+    }
+    CylinderShape& addCircle(double latDeg, double lonDeg, double radiusMeters) {
+        CylinderShape& shape = add(1);
+        shape.setCenter(Vec3(latDeg * kRadiansPerDegree, lonDeg * kRadiansPerDegree, 0));
+        shape.setMajorRadius(radiusMeters);
+        press("Stop");
+        return shape;
+    }
+    std::string path(const char* name) const { return directory + "/" + name; }
+    std::string contentsOf(const std::string& file) const {
+        std::string contents;
+        UTILS::readFile(file, contents);
+        return contents;
+    }
+    void write(const std::string& file, const std::string& text) const { std::ofstream(file) << text; }
+    void* fileOverlay(const std::string& file) const {
+        for (const auto& [handle, zel] : host.overlays)
+            if (zel.path == file) return handle;
+        return nullptr;
+    }
+
+    FakeHost host;
+    std::vector<std::string> messages;
+    const std::string directory = std::filesystem::temp_directory_path() / "overlayeditor-dialog-test";
+    TestEquipment equipment;
+    Preferences preferences;
+    MouseManager mouse;
+    ShapeRegistry registry;
+    Overlay overlay;
+    std::unique_ptr<OverlayEditorDialog> dialog;
+    Form form{host};
+};
+
+TEST_F(OverlayEditorDialogTest, StartsHiddenAndEmpty) {
+    EXPECT_FALSE(host.find("Overlay Editor")->shown);
+    dialog->show();
+    for (const char* caption : {"Center", "Delete", "Delete All", "Edit", "Stop", "Save"})
+        EXPECT_FALSE(host.find(caption)->enabled) << caption;
+    for (const char* caption : {"...", "Save As...", "Help...", "Close"})
+        EXPECT_TRUE(host.find(caption)->enabled) << caption;
+    EXPECT_FALSE(form.field("Name:").enabled);
+    EXPECT_THAT(form.field("Shape:").items, ElementsAre("Add", "Circle", "Sphere", "Cone"));
+    EXPECT_EQ(form.field("LLA:").items.at(static_cast<std::size_t>(form.field("LLA:").number)),
+              UTILS::unitsGetAbbreviation(preferences.geodeticUnits()));
+    EXPECT_EQ(form.field("Prec:").number, 2);
+    EXPECT_THAT(host.timeouts, IsEmpty());
+
+    form.choose("Shape:", 0);
+    EXPECT_THAT(overlay.shapes(), IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, NamesAreNumberedAcrossKindsAndNeverReused) {
+    dialog->show();
+    EXPECT_EQ(add(1).name(), "Circle 1");
+    EXPECT_EQ(add(2).name(), "Sphere 2");
+    EXPECT_EQ(add(1).name(), "Circle 3");
+    press("Delete");
+    form.choose("Shape:", 1);
+    EXPECT_THAT(list().items, ElementsAre("Circle 1", "Sphere 2", "Circle 4"));
+    EXPECT_EQ(form.field("Shape:").number, 0) << "back at Add";
+
+    form.type("Name:", "Circle 5");
+    EXPECT_THAT(list().items, ElementsAre("Circle 1", "Sphere 2", "Circle 5"));
+    EXPECT_EQ(add(1).name(), "Circle 6");
+    form.type("Name:", "  ");
+    EXPECT_EQ(form.field("Name:").text, "Circle 6");
+    EXPECT_EQ(messages.size(), 1u);
+}
+
+TEST_F(OverlayEditorDialogTest, SelectingShowsTheShapeAndItsPanel) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    add(3);
+    EXPECT_TRUE(form.has("Height:"));
+    EXPECT_TRUE(mouse.isActive());
+    select(0);
+    EXPECT_FALSE(mouse.isActive());
+    EXPECT_FALSE(form.has("Height:"));
+    EXPECT_EQ(form.field("Name:").text, "Circle 1");
+    EXPECT_EQ(form.text("Radius:"), "500.00 m");
+
+    form.type("Radius:", "5 nm");
+    EXPECT_EQ(static_cast<CylinderShape&>(*overlay.shapes()[0]).majorAxis(), 9260.0);
+    EXPECT_THAT(host.lastText, HasSubstr("radius 9260\n"));
+
+    const std::string text = host.lastText;
+    form.choose("Rng:", 6);
+    EXPECT_EQ(form.field("Rng:").items.at(6), "nm");
+    EXPECT_EQ(form.text("Radius:"), "5.00 nm");
+    form.choose("Prec:", 40);
+    EXPECT_EQ(form.field("Prec:").number, 12);
+    EXPECT_EQ(host.lastText, text) << "looking at a shape in other units changes nothing";
+}
+
+TEST_F(OverlayEditorDialogTest, CenterClampsTheCamera) {
+    dialog->show();
+    press("Center");
+    EXPECT_FALSE(host.cameraCenter);
+    add(1);
+    press("Center");
+    EXPECT_FALSE(host.cameraCenter) << "a shape without a position has no centre";
+    const std::vector<std::pair<double, double>> table = {{10.0, 5000.0}, {6e6, 7e6}};
+    for (const auto& [radius, range] : table) {
+        addCircle(21.3, -158, radius);
+        press("Center");
+        ASSERT_TRUE(host.cameraRae);
+        EXPECT_EQ(*host.cameraRae, Vec3(range, 0, halCore::kHalfPi));
+    }
+    addCircle(21.3, -158, 50e3);
+    press("Center");
+    EXPECT_NEAR(host.cameraCenter->lat(), 21.3 * kRadiansPerDegree, 1e-3);
+    EXPECT_EQ(host.cameraCenter->alt(), 0.0);
+    EXPECT_NEAR(host.cameraRae->x(), 100e3 * std::sqrt(2.0), 500) << "corner to corner";
+}
+
+TEST_F(OverlayEditorDialogTest, ButtonsFollowTheToolInOneChainOfTimeouts) {
+    dialog->show();
+    add(1);
+    EXPECT_TRUE(host.find("Edit")->checked);
+    for (int i = 0; i < 3; ++i) {
+        press("Edit");
+        host.fireTimeouts();
+        EXPECT_EQ(host.timeouts.size(), 1u);
+    }
+    EXPECT_EQ(host.timeouts.begin()->second.milliseconds, 1000);
+    mouse.handleMouseEvent(Mouse::RightPress, {});
+    host.fireTimeouts();
+    EXPECT_FALSE(host.find("Edit")->checked);
+    EXPECT_TRUE(host.find("Stop")->checked);
+    EXPECT_TRUE(mouse.isValid()) << "the current shape's tool stays current";
+
+    dialog->hide();
+    EXPECT_THAT(host.timeouts, IsEmpty());
+    EXPECT_FALSE(mouse.isValid());
+}
+
+TEST_F(OverlayEditorDialogTest, HidingEndsEditingAndShowingResumesIt) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    host.fileDialogAnswers = {path("a.zel")};
+    press("Save As...");
+    void* const zel = overlay.zelId();
+    ASSERT_TRUE(zel);
+    EXPECT_FALSE(host.overlays[zel].shown);
+    EXPECT_EQ(host.overlays.size(), 2u) << "the file and the editor's circle";
+
+    host.find("Overlay Editor")->closeObserver->onClose(nullptr);
+    EXPECT_TRUE(host.overlays[zel].shown);
+    EXPECT_EQ(host.overlays.size(), 1u);
+    dialog->show();
+    EXPECT_FALSE(host.overlays[zel].shown);
+    EXPECT_EQ(host.overlays.size(), 2u);
+    press("Close");
+    EXPECT_FALSE(host.find("Overlay Editor")->shown);
+    EXPECT_TRUE(host.overlays[zel].shown);
+}
+
+TEST_F(OverlayEditorDialogTest, DeleteWhileDrawingEndsTheTool) {
+    dialog->show();
+    host.cursor = Vec3(0.1, 0.2, 0);
+    add(1);
+    mouse.handleMouseEvent(Mouse::LeftPress, {});
+    press("Delete");
+    EXPECT_FALSE(mouse.isValid());
+    EXPECT_EQ(host.grabs, 0);
+    EXPECT_THAT(list().items, IsEmpty());
+    EXPECT_FALSE(form.has("Radius:"));
+    EXPECT_FALSE(host.find("Delete All")->enabled);
+
+    add(1);
+    add(2);
+    press("Delete All");
+    EXPECT_THAT(overlay.shapes(), IsEmpty());
+    EXPECT_THAT(host.overlays, IsEmpty());
+    EXPECT_EQ(host.grabs, 0);
+}
+
+TEST_F(OverlayEditorDialogTest, SavesReloadsAndLoadsTheSameBytes) {
+    const std::string file = path("circles.zel");
+    write(file, kTwoCircles);
+    dialog->show();
+    host.fileDialogAnswers = {file};
+    press("...");
+    EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
+    EXPECT_EQ(form.field("File:").text, file);
+    EXPECT_TRUE(host.find("Save")->enabled);
+    EXPECT_TRUE(host.find("Delete All")->enabled);
+    EXPECT_FALSE(host.find("Delete")->enabled) << "nothing is selected yet";
+
+    press("Save");
+    const std::string first = contentsOf(file);
+    EXPECT_THAT(first, HasSubstr("radius 1852.123456789\n"));
+    void* const zel = overlay.zelId();
+    EXPECT_EQ(zel, fileOverlay(file));
+    press("Save");
+    EXPECT_EQ(contentsOf(file), first);
+    EXPECT_EQ(host.overlays.count(zel), 0u) << "what was loaded from the file before is gone";
+
+    // What the host has loaded from the file is edited in its place.
+    press("Delete All");
+    EXPECT_TRUE(host.overlays[fileOverlay(file)].shown);
+    host.fileDialogAnswers = {file};
+    press("...");
+    EXPECT_EQ(overlay.zelId(), fileOverlay(file));
+    EXPECT_FALSE(host.overlays[fileOverlay(file)].shown);
+    press("Save");
+    EXPECT_EQ(contentsOf(file), first);
+
+    // Under another name: the first file is displayed by the host again, the new one is edited.
+    host.fileDialogAnswers = {path("copy.zel")};
+    press("Save As...");
+    EXPECT_EQ(contentsOf(path("copy.zel")), first);
+    EXPECT_TRUE(host.overlays[fileOverlay(file)].shown);
+    EXPECT_FALSE(host.overlays[fileOverlay(path("copy.zel"))].shown);
+    EXPECT_EQ(form.field("File:").text, path("copy.zel"));
+}
+
+TEST_F(OverlayEditorDialogTest, SavingNothingLeavesTheFileAlone) {
+    const std::string file = path("precious.zel");
+    write(file, kTwoCircles);
+    dialog->show();
+    add(1);  // never drawn
+    host.fileDialogAnswers = {file};
+    press("Save As...");
+    EXPECT_EQ(contentsOf(file), kTwoCircles);
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("Could not save " + file)));
+    EXPECT_FALSE(host.find("Save")->enabled);
+
+    messages.clear();
+    addCircle(1, 2, 3);
+    host.fileDialogAnswers = {path("no-such-directory/x.zel")};
+    press("Save As...");
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("No such file or directory")));
+    EXPECT_EQ(overlay.shapes().size(), 2u);
+
+    messages.clear();
+    host.fileDialogAnswers = {file};
+    press("Save As...");
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("Circle 1"))) << "what is not complete is named";
+    EXPECT_THAT(contentsOf(file), HasSubstr("3d name Circle 2"));
+}
+
+TEST_F(OverlayEditorDialogTest, AFileThatCannotBeLoadedCostsNothing) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    write(path("empty.zel"), "# nothing\n");
+    write(path("box.zel"), "start\nlatlonaltbox 1 2 3 4 5\nend\n");
+    for (const char* name : {"missing.zel", "empty.zel", "box.zel"}) {
+        host.fileDialogAnswers = {path(name)};
+        press("...");
+        EXPECT_EQ(overlay.shapes().size(), 1u) << name;
+        EXPECT_EQ(form.field("Name:").text, "Circle 1") << name;
+        EXPECT_EQ(form.field("File:").text, "") << name;
+    }
+    EXPECT_EQ(messages.size() + host.notifications.size(), 3u);
+    press("...");  // cancelled
+    EXPECT_EQ(overlay.shapes().size(), 1u);
+}
+
+TEST_F(OverlayEditorDialogTest, NamesWhatItCannotKeepOfAFile) {
+    dialog->show();
+    write(path("mixed.zel"),
+          std::string(kTwoCircles) + "start\nlinesegs\n3d name Fence\nll 1 2\nll 3 4\nend\n");
+    host.fileDialogAnswers = {path("mixed.zel")};
+    press("...");
+    EXPECT_EQ(overlay.shapes().size(), 2u);
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("line segments \"Fence\"")));
+}
+
+TEST_F(OverlayEditorDialogTest, TakesOverlaysFromTheHostWithTheirPlatform) {
+    host.platforms[7].point.latRad = 0.3;
+    host.overlays[&host] = {kTwoCircles, "/host/rings.zel", 7, true};
+    dialog->show();
+    dialog->loadZels({&messages, &host});
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("the host gave no text"))) << "of the unknown one";
+    EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
+    EXPECT_EQ(overlay.attachedPlatformId(), 7u);
+    EXPECT_FALSE(host.overlays[&host].shown);
+
+    dialog->scenarioEntityRemoved(7);
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
+    EXPECT_EQ(overlay.shapes().size(), 2u);
+}
+
+/// The host tells observers from inside the calls that unload and load a file.
+TEST_F(OverlayEditorDialogTest, AHostThatCallsBackWhileItServesIsSurvived) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    host.fileDialogAnswers = {path("a.zel"), path("a.zel"), path("b.zel")};
+    host.onCall = [&](FakeHost::Id) {
+        host.fireTimeouts();
+        dialog->scenarioZELsChanged();
+        dialog->scenarioPlatformAdded();
+        dialog->scenarioEntityRemoved(3);
+        mouse.handleMouseEvent(Mouse::Motion, {});
+    };
+    press("Save As...");
+    press("Edit");
+    press("...");
+    select(0);
+    press("Save As...");
+    press("Delete");
+    press("Delete All");
+    dialog->hide();
+    host.onCall = nullptr;
+    EXPECT_THAT(overlay.shapes(), IsEmpty());
+    EXPECT_THAT(host.timeouts, IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {
+    ::unsetenv("HALVIS_DIR");
+    press("Help...");
+    ::setenv("HALVIS_DIR", directory.c_str(), 1);
+    press("Help...");
+    EXPECT_THAT(messages, ElementsAre("Could not find Overlay Editor Documentation.\n",
+                                      "Could not find Overlay Editor Documentation.\n"));
+
+    messages.clear();
+    std::filesystem::create_directories(directory + "/doc/HALVIS");
+    const std::string manual = directory + "/doc/HALVIS/Overlay_Editor_Plugin.pdf";
+    write(manual, "%PDF");
+    const std::string before = ::getenv("PATH");
+    ::setenv("PATH", directory.c_str(), 1);
+    press("Help...");
+    EXPECT_THAT(messages, ElementsAre("Error Loading Overlay Editor Documentation at file://" + manual +
+                                      " : xdg-open: command not found"));
+
+    // The viewer gets the address whole, and nobody waits for it.
+    messages.clear();
+    const std::string opener = directory + "/xdg-open";
+    write(opener, "#!/bin/sh\necho \"$1\" > '" + directory + "/opened.tmp'\n/bin/mv '" + directory +
+                      "/opened.tmp' '" + directory + "/opened'\n");
+    std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    press("Help...");
+    ::setenv("PATH", before.c_str(), 1);
+    EXPECT_THAT(messages, IsEmpty());
+    for (int i = 0; i < 500 && !UTILS::fileIsFile(path("opened")); ++i) ::usleep(10000);
+    EXPECT_EQ(contentsOf(path("opened")), "file://" + manual + "\n");
+    ::unsetenv("HALVIS_DIR");
+}
+
+}  // namespace
