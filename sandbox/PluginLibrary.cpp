@@ -38,7 +38,7 @@ std::variant<PluginLibrary, QString> PluginLibrary::open(const std::filesystem::
     std::error_code error;
     PluginLibrary result;
     // An absolute path: dlopen would look for a bare name in the system's directories.
-    result.path_ = std::filesystem::absolute(path, error);
+    result.path_ = std::filesystem::absolute(path, error).lexically_normal();
     result.library_ = dlopen(result.path_.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!result.library_) return QString("%1 is refused: %2").arg(name, dlerror());
     if (const char* missing = findExports(result.library_, result.exports_))

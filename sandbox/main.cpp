@@ -4,6 +4,8 @@
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
 #include "sandbox/Host.h"
 #include "sandbox/script/ScriptRun.h"
@@ -28,8 +30,22 @@ QSize readSize(const QString& text) {
     return {parts[0].toInt(), parts[1].toInt()};
 }
 
+/// The command line without --plugin, which Qt would take for an option of its own.
+std::vector<char*> argumentsForQt(int argc, char** argv) {
+    std::vector<char*> kept;
+    for (int i = 0; i < argc; ++i) {
+        const std::string_view argument(argv[i]);
+        if (argument == "--plugin")
+            ++i;
+        else if (!argument.starts_with("--plugin="))
+            kept.push_back(argv[i]);
+    }
+    kept.push_back(nullptr);
+    return kept;
+}
+
 /// Leaves the program with a message when the command line is wrong.
-Options readCommandLine(const QApplication& application) {
+Options readCommandLine(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "A stand-in host: loads a plug-in and shows its work on a globe. Overlay files that are named on the "
@@ -37,14 +53,14 @@ Options readCommandLine(const QApplication& application) {
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption plugin("plugin", "Plug-in to load; \"none\" for none.", "file",
-                                    application.applicationDirPath() + "/../lib/OverlayEditor.so");
+                                    QApplication::applicationDirPath() + "/../lib/OverlayEditor.so");
     const QCommandLineOption settings("settings", "Settings file instead of the user's own.", "file");
     const QCommandLineOption script("script", "Script to run; see docs/scripting.md.", "file.js");
     const QCommandLineOption size("size", "Size of the window, such as 1600x1000.", "WxH", "1280x800");
     const QCommandLineOption verbose("verbose", "Copy the log to standard error.");
     parser.addOptions({plugin, settings, script, size, verbose});
     parser.addPositionalArgument("arguments", "Overlay files, or the script's arguments.", "[arguments...]");
-    parser.process(application);
+    parser.process(arguments);
 
     Options options;
     options.plugin = parser.value(plugin);
@@ -65,12 +81,16 @@ Options readCommandLine(const QApplication& application) {
 
 int main(int argc, char** argv) {
     QSurfaceFormat::setDefaultFormat(sandbox::GlobeView::surfaceFormat());
-    QApplication application(argc, argv);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+    std::vector<char*> qtArguments = argumentsForQt(argc, argv);
+    int qtArgumentCount = static_cast<int>(qtArguments.size()) - 1;
+    QApplication application(qtArgumentCount, qtArguments.data());
     QApplication::setOrganizationName("OverlayEditor");
     QApplication::setApplicationName("halvis-sandbox");
     QApplication::setApplicationVersion(SANDBOX_VERSION);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
-    const Options options = readCommandLine(application);
+    const Options options = readCommandLine(arguments);
 
     sandbox::Host host(options.settings);
     host.log().setEcho(options.verbose);

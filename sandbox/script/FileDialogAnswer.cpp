@@ -17,18 +17,20 @@ namespace {
 constexpr int kTickMilliseconds = 10;
 constexpr int kMaximumTicks = 500;
 constexpr int kTicksBetweenAttempts = 50;
+constexpr int kFocusTicks = 100;
 
 }  // namespace
 
 FileDialogAnswer::FileDialogAnswer(QFileDialog& dialog, const QString& path, bool overwrite,
                                    std::function<void(const QString&)> report)
     : QObject(&dialog), dialog_(dialog), path_(path), overwrite_(overwrite), report_(std::move(report)) {
-    timer_.setInterval(kTickMilliseconds);
-    connect(&timer_, &QTimer::timeout, this, &FileDialogAnswer::act);
-    timer_.start();
+    QTimer::singleShot(kTickMilliseconds, this, &FileDialogAnswer::act);
 }
 
 void FileDialogAnswer::act() {
+    if (gaveUp_) return;
+    // A new timer each time: a click may not return before a question that it raised is answered.
+    QTimer::singleShot(kTickMilliseconds, this, &FileDialogAnswer::act);
     if (++ticks_ > kMaximumTicks) {
         giveUp("it did not take the answer " + path_);
         return;
@@ -48,6 +50,11 @@ void FileDialogAnswer::act() {
     }
     // The dialog reads its directory in the background and may lose the name or the click meanwhile.
     if (typedAt_ != 0 && ticks_ - typedAt_ < kTicksBetweenAttempts) return;
+    // The dialog follows what is typed only while it has the focus.
+    if (!dialog_.isActiveWindow() && ticks_ < kFocusTicks) {
+        dialog_.activateWindow();
+        return;
+    }
     typedAt_ = ticks_;
     const auto* buttons = dialog_.findChild<QDialogButtonBox*>();
     auto* name = dialog_.findChild<QLineEdit*>("fileNameEdit");
@@ -65,7 +72,10 @@ void FileDialogAnswer::act() {
         gestures::click(*cancel);
         return;
     }
-    gestures::replaceText(*name, path_);
+    // In one go: letter by letter the dialog would select each directory on the way.
+    gestures::click(*name);
+    gestures::key(*name, Qt::Key_A, Qt::ControlModifier);
+    gestures::commit(*name, path_);
     if (!accept->isEnabled()) {
         giveUp("it does not accept " + path_);
         return;
@@ -76,7 +86,7 @@ void FileDialogAnswer::act() {
 }
 
 void FileDialogAnswer::giveUp(const QString& why) {
-    timer_.stop();
+    gaveUp_ = true;
     report_(QString("file dialog \"%1\": %2").arg(dialog_.windowTitle(), why));
     dialog_.reject();
 }

@@ -26,8 +26,8 @@ class FileDialogAnswer : public QObject {
     QString path_;
     bool overwrite_;
     std::function<void(const QString&)> report_;
-    QTimer timer_;
     int typedAt_ = 0;  ///< the tick of the last attempt, 0 before the first
+    bool gaveUp_ = false;
     int ticks_ = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -72,6 +73,12 @@ void type(QWidget& widget, const QString& text) {
             QCoreApplication::sendEvent(&widget, &event);
         }
     }
+}
+
+void commit(QWidget& widget, const QString& text) {
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QCoreApplication::sendEvent(&widget, &event);
 }
 
 void replaceText(QWidget& field, const QString& text) {

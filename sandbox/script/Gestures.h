@@ -22,6 +22,8 @@ void click(QWidget& widget, QPoint place, Qt::MouseButton button = Qt::LeftButto
 void key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 /// Types text, any script of the world.
 void type(QWidget& widget, const QString& text);
+/// Enters text at once, as an input method or the clipboard does.
+void commit(QWidget& widget, const QString& text);
 /// Clicks into a field and types over what is there.
 void replaceText(QWidget& field, const QString& text);
 

@@ -63,6 +63,8 @@ QImage takePicture(Host& host, const QString& what) {
     }
     QImage picture = window.grab().toImage();
     QPainter painter(&picture);
+    // A grabbed window shows the view's last frame; this is the one that is due.
+    painter.drawImage(host.view().mapTo(&window, QPoint()), host.view().grabFrame());
     for (QWidget* dialog : dialogs) {
         const QPoint place = dialog->pos() - window.pos();
         painter.setPen(Qt::NoPen);

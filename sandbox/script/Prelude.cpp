@@ -6,10 +6,9 @@ const char* const kPrelude = R"js(
 "use strict";
 
 function show_(value) { return typeof value === "string" ? '"' + value + '"' : JSON.stringify(value); }
-function place_(values) {
-    if (values.length === 2 && typeof values[0] === "number") return { lat: values[0], lon: values[1] };
-    return values.length > 0 && values[0] ? values[0] : {};
-}
+// The arguments (lat, lon, options) or (place, options) of the view's functions.
+function place_(a) { return typeof a[0] === "number" ? { lat: a[0], lon: a[1] } : a[0] || {}; }
+function options_(a) { return (typeof a[0] === "number" ? a[2] : a[1]) || {}; }
 
 // Checks
 function fail(message) { throw new Error(message); }
@@ -107,20 +106,19 @@ var anyDialog = new Dialog("");
 
 // The view
 var view = {
-    press(...a) { return $view.mouse("press", place_(a), typeof a[1] === "number" ? a[2] || {} : a[1] || {}); },
-    release(...a) { return $view.mouse("release", place_(a), typeof a[1] === "number" ? a[2] || {} : a[1] || {}); },
-    move(...a) { return $view.mouse("move", place_(a), typeof a[1] === "number" ? a[2] || {} : a[1] || {}); },
-    click(...a) { const at = view.press(...a); return view.release({ x: at.x, y: at.y }, typeof a[1] === "number" ? a[2] : a[1]); },
+    press(...a) { return $view.mouse("press", place_(a), options_(a)); },
+    release(...a) { return $view.mouse("release", place_(a), options_(a)); },
+    move(...a) { return $view.mouse("move", place_(a), options_(a)); },
+    click(...a) { const at = view.press(...a); return view.release({ x: at.x, y: at.y }, options_(a)); },
     doubleClick(...a) {
-        const options = typeof a[1] === "number" ? a[2] : a[1];
         const at = view.click(...a);
         const pixel = { x: at.x, y: at.y };
-        $view.mouse("doubleClick", pixel, options || {});
-        return view.release(pixel, options);
+        $view.mouse("doubleClick", pixel, options_(a));
+        return view.release(pixel, options_(a));
     },
     wheel(...a) {
-        const o = typeof a[1] === "number" ? a[2] : a[1];
-        return $view.mouse("wheel", place_(a), typeof o === "number" ? { notches: o } : o || {});
+        const o = options_(a);
+        return $view.mouse("wheel", place_(a), typeof o === "number" ? { notches: o } : o);
     },
     /// Presses at one place and releases at another, with moves between. Returns { from, to }.
     drag(from, to, options) {

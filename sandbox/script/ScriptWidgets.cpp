@@ -264,11 +264,10 @@ QString ScriptWidgets::value(const QString& title, const QString& path) {
 
 QString ScriptWidgets::tooltip(const QString& title, const QString& path) {
     return step([&] {
-        return finder(title)
-            .find(
-                path, [](const HostWidget& widget) { return !is<ContainerWidget>(widget); }, "widget")
-            .widget()
-            ->toolTip();
+        const WidgetFinder found = finder(title);
+        const HostWidget* control = found.findOptional(path, isControl, "control");
+        if (control && !control->widget()->toolTip().isEmpty()) return control->widget()->toolTip();
+        return found.find(path, is<LabelWidget>, "label").widget()->toolTip();
     });
 }
 

@@ -1,0 +1,2 @@
+print("one is not two");
+assertEqual(1, 2);

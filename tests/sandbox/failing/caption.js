@@ -1,0 +1,3 @@
+include("../lib/probe.js");
+open();
+probe.press("Pull");

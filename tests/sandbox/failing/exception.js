@@ -1,0 +1,2 @@
+const fine = 1;
+nonsense(fine);

@@ -1,0 +1,2 @@
+include("../lib/probe.js"); open();
+command("misuse wrong-record");

@@ -1,0 +1,1 @@
+assertEqual(plugins().length, 1);
