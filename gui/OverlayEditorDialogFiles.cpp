@@ -80,15 +80,15 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
     converter->setReferenceLla(findDefaultRefLla_(platform), platform);
     LoadResult loaded =
         loadOverlayText(text, fileName, *preferences_, platform ? converter.get() : nullptr, platform);
-    if (!loaded.leftOut.empty())
-        halNotify::notify(halNotify::Warning)
-            << fileName
-            << " holds what the editor cannot keep and would not save: " << listed(loaded.leftOut);
     if (!loaded.error.empty()) {
         if (!loaded.logged)
             halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << loaded.error;
         return false;
     }
+    if (!loaded.leftOut.empty())
+        halNotify::notify(halNotify::Warning)
+            << fileName
+            << " holds what the editor cannot keep and would not save: " << listed(loaded.leftOut);
 
     giveUpShapes_();
     cleanupPriorZEL_();

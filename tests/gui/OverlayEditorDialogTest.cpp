@@ -334,11 +334,11 @@ TEST_F(OverlayEditorDialogTest, AFileThatCannotBeLoadedCostsNothing) {
 TEST_F(OverlayEditorDialogTest, NamesWhatItCannotKeepOfAFile) {
     dialog->show();
     write(path("mixed.zel"),
-          std::string(kTwoCircles) + "start\nlinesegs\n3d name Fence\nll 1 2\nll 3 4\nend\n");
+          std::string(kTwoCircles) + "start\nlatlonaltbox 4 3 1 2 0\n3d name Fence\nend\n");
     host.fileDialogAnswers = {path("mixed.zel")};
     press("...");
     EXPECT_EQ(overlay.shapes().size(), 2u);
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("line segments \"Fence\"")));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("latlonaltbox \"Fence\"")));
 }
 
 TEST_F(OverlayEditorDialogTest, TakesOverlaysFromTheHostWithTheirPlatform) {
