@@ -153,9 +153,9 @@ class Reader {
             if (!takeAny(kDegreeMarks)) takeLetter('D');
         } else if (i == 1) {
             // Two minute marks in a row are a second mark, and out of place here.
-            if (!takeAny(kMinuteMarks)) takeLetter('M');
-        } else if (!takeAny(kSecondMarks) && !rest_.empty() && toUpper(rest_.front()) == 'S' &&
-                   caseOf(rest_.front()) == markCase_) {
+            if (!takeAny(kMinuteMarks) && !takeLetter('M') && isSideOrSeconds())
+                return refuse("S could mean seconds or south");
+        } else if (!takeAny(kSecondMarks) && isSideOrSeconds()) {
             if (markCase_ == Case::Upper && hemisphere_ == 0 && options_.kind != AngleKind::Longitude &&
                 !isHemisphereBehind(rest_.substr(1)))
                 return refuse("S could mean seconds or south");
@@ -169,10 +169,16 @@ class Reader {
         return !text.empty() && isHemisphere(text.front());
     }
 
-    void takeLetter(char letter) {
-        if (rest_.empty() || toUpper(rest_.front()) != letter) return;
+    /// Whether an S of the marks' case comes next.
+    bool isSideOrSeconds() const {
+        return !rest_.empty() && toUpper(rest_.front()) == 'S' && caseOf(rest_.front()) == markCase_;
+    }
+
+    bool takeLetter(char letter) {
+        if (rest_.empty() || toUpper(rest_.front()) != letter) return false;
         markCase_ = caseOf(rest_.front());
         rest_.remove_prefix(1);
+        return true;
     }
 
     std::optional<double> inRange(double degrees) {
@@ -246,9 +252,9 @@ int readAngle(std::string_view text, double& radians, AngleReadOptions options, 
 }
 
 std::string writeAngle(double radians, AngleFormat format, int precision, AngleKind hemisphere) {
-    if (!std::isfinite(radians)) return {};
-    precision = std::clamp(precision, 0, kMaxAnglePrecision);
     const double degrees = std::abs(radians) * kDegreesPerRadian;
+    if (!std::isfinite(degrees)) return {};
+    precision = std::clamp(precision, 0, kMaxAnglePrecision);
 
     std::string text;
     switch (format) {

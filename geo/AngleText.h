@@ -22,7 +22,8 @@ struct AngleReadOptions {
 /// or a hemisphere letter of either case before or after, tells the side; not both.
 ///
 /// "s" behind the third number ends the seconds when "d" or "m" of the same case stand before it;
-/// otherwise it is South. With capital marks ("21D18M30S") it could be either, and is refused.
+/// otherwise it is South. With capital marks ("21D18M30S"), or behind a second number without its mark
+/// ("21d30s"), it could be either, and is refused.
 ///
 /// Returns 0 and sets `radians`; otherwise returns non-zero, leaves `radians` alone, and tells in `error`
 /// what is wrong: no number, minutes or seconds of 60 and more, a fraction before the last part, a sign
@@ -44,7 +45,7 @@ inline constexpr int kMaxAnglePrecision = 12;
 /// Writes an angle with `precision` decimals (0 to kMaxAnglePrecision, clamped) in its last part. With
 /// kind Latitude or Longitude a letter N, S, E or W ends the text; with Any a negative angle has a sign.
 /// Minutes and seconds are never written as 60, nor zero as negative. The text reads back to within half
-/// a unit of its last decimal. Empty for a value that is not finite.
+/// a unit of its last decimal. Empty for a value that is not finite in degrees.
 std::string writeAngle(double radians, AngleFormat format, int precision,
                        AngleKind hemisphere = AngleKind::Any);
 

@@ -25,7 +25,7 @@ inline double wrapToTwoPi(double radians) noexcept {
     if (radians >= 0.0 && radians < kTwoPi) return radians;
     const double wrapped = std::fmod(radians, kTwoPi);
     const double positive = wrapped < 0.0 ? wrapped + kTwoPi : wrapped;
-    return positive < kTwoPi ? positive + 0.0 : 0.0;
+    return positive >= kTwoPi ? 0.0 : positive + 0.0;
 }
 
 }  // namespace halCore

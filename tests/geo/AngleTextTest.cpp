@@ -61,22 +61,12 @@ TEST(ReadAngle, TakesEveryForm) {
 }
 
 TEST(ReadAngle, TakesHemispheresOnEitherSide) {
-    const std::vector<std::pair<std::string, double>> cases = {{"21.3N", 21.3},
-                                                               {"N21.3", 21.3},
-                                                               {"21.3 s", -21.3},
-                                                               {"S 21 18 36", -21.31},
-                                                               {"158 3 w", -158.05},
-                                                               {"w158:03", -158.05},
-                                                               {"21d18m36s", 21.31},
-                                                               {"21d18m36S", -21.31},
-                                                               {"21d18m36sS", -21.31},
-                                                               {"21 18 36 s", -21.31},
-                                                               {"21\u00B018'36s", -21.31},
-                                                               {"21D18M36SN", 21.31},
-                                                               {"S21D18M36S", -21.31},
-                                                               {"158E", 158.0},
-                                                               {"2e2", 200.0},
-                                                               {"2E 2", 9999.0}};
+    const std::vector<std::pair<std::string, double>> cases = {
+        {"21.3N", 21.3},        {"N21.3", 21.3},        {"21.3 s", -21.3},          {"S 21 18 36", -21.31},
+        {"158 3 w", -158.05},   {"w158:03", -158.05},   {"21d18m36s", 21.31},       {"21d18m36S", -21.31},
+        {"21d18m36sS", -21.31}, {"21 18 36 s", -21.31}, {"21\u00B018'36s", -21.31}, {"21D18M36SN", 21.31},
+        {"S21D18M36S", -21.31}, {"21d30S", -21.5},      {"21d30ms", -21.5},         {"158E", 158.0},
+        {"2e2", 200.0},         {"2E 2", 9999.0}};
     for (const auto& [text, degrees] : cases) EXPECT_NEAR(read(text), degrees, 1e-13) << text;
     EXPECT_NEAR(read("21D18M36S", {AngleKind::Longitude}), 21.31, 1e-13) << "no longitude is south";
 }
@@ -113,6 +103,8 @@ TEST(ReadAngle, RefusesWithTheReason) {
         {"21.3.4", {}, "a number with two points"},
         {"21.3N junk", {}, "unexpected text behind the angle"},
         {"21D18M36S", {}, "S could mean seconds or south"},
+        {"21d30s", {}, "S could mean seconds or south"},
+        {"21D30 S", kLatitude, "S could mean seconds or south"},
         {"21.3\xFF", {}, "unexpected text behind the angle"},
         {"10 N", {AngleKind::Longitude}, "a longitude is E or W"},
         {"W 10", {AngleKind::Latitude}, "a latitude is N or S"},
@@ -166,6 +158,9 @@ TEST(WriteAngle, BearsAnyValueAndPrecision) {
     EXPECT_EQ(writeAngle(kDegree, AngleFormat::DegreesMinutesSeconds, -5), "1\u00B000'00\"");
     EXPECT_EQ(writeAngle(0.0, AngleFormat::DegreesMinutes, 99), "0\u00B000.000000000000'");
     EXPECT_FALSE(writeAngle(1e300, AngleFormat::DegreesMinutesSeconds, 12).empty());
+    for (const auto format :
+         {AngleFormat::Decimal, AngleFormat::DegreesMinutes, AngleFormat::DegreesMinutesSeconds})
+        EXPECT_EQ(writeAngle(1.7e308, format, 1, AngleKind::Latitude), "") << "too large in degrees";
 }
 
 /// Thousands of angles in every form and precision read back to within half of the last decimal.

@@ -26,6 +26,10 @@ TEST(Angles, WrapIntoTheirRange) {
     EXPECT_EQ(wrapToTwoPi(-1e-30), 0.0);
     EXPECT_NEAR(wrapToTwoPi(-0.5), kTwoPi - 0.5, 1e-15);
     EXPECT_FALSE(std::signbit(wrapToTwoPi(-kTwoPi)));
+    for (const double bad : {std::nan(""), HUGE_VAL}) {
+        EXPECT_TRUE(std::isnan(wrapToPi(bad)));
+        EXPECT_TRUE(std::isnan(wrapToTwoPi(bad)));
+    }
 }
 
 TEST(PointConverter, StartsWithoutPlatformAtZero) {
