@@ -95,6 +95,11 @@ double clampLatitude(double radians) {
     return std::clamp(radians, -kHalfPi, kHalfPi);
 }
 
+/// Azimuth in (-pi, pi] of a direction; atan2 alone makes south -pi when `east` is -0 or tiny.
+double azimuthOf(double east, double north) {
+    return wrapToPi(std::atan2(east, north));
+}
+
 /// The triangle of two points and the pole on the auxiliary sphere. Differences are taken before the
 /// products, so that nothing cancels when the points are close.
 struct SphereTriangle {
@@ -178,8 +183,8 @@ InverseSolution nearlyAntipodal(double lat1, double lon1, double lat2, double lo
         GeographicLib::Geodesic::WGS84().Inverse(lat1 * kDegreesPerRadian, lon1 * kDegreesPerRadian,
                                                  lat2 * kDegreesPerRadian, lon2 * kDegreesPerRadian,
                                                  result.distance, azimuth1, azimuth2);
-        result.azimuth1 = azimuth1 * kRadiansPerDegree;
-        result.azimuth2 = azimuth2 * kRadiansPerDegree;
+        result.azimuth1 = wrapToPi(azimuth1 * kRadiansPerDegree);
+        result.azimuth2 = wrapToPi(azimuth2 * kRadiansPerDegree);
         result.valid = true;
     } catch (...) {
         result = {};
@@ -218,9 +223,9 @@ InverseSolution inverse(double lat1, double lon1, double lat2, double lon2) noex
     result.valid = true;
     result.distance =
         wgs84::b * series.a1 * (triangle.arc + series.c1 * s1 + series.c2 * s2 + series.c3 * s3);
-    result.azimuth1 = std::atan2(triangle.east, triangle.north);
-    result.azimuth2 = std::atan2(beta1.cos * triangle.sinLambda,
-                                 triangle.sinDeltaBeta - beta1.cos * beta2.sin * triangle.versine);
+    result.azimuth1 = azimuthOf(triangle.east, triangle.north);
+    result.azimuth2 = azimuthOf(beta1.cos * triangle.sinLambda,
+                                triangle.sinDeltaBeta - beta1.cos * beta2.sin * triangle.versine);
     return result;
 }
 
@@ -265,7 +270,7 @@ DirectSolution direct(double lat1, double lon1, double azimuth1, double distance
     result.valid = true;
     result.lat = std::atan2(sinBeta2, (1.0 - wgs84::f) * cosBeta2);
     result.lon = wrapToPi(lon1 + (lambda - excess));
-    result.azimuth2 = std::atan2(sinAlpha0, north);
+    result.azimuth2 = azimuthOf(sinAlpha0, north);
     return result;
 }
 

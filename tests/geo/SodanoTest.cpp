@@ -52,6 +52,9 @@ TEST(Sodano, MeasuresQuarters) {
     const auto meridian = Sodano::inverse(0.0, 2.0, -kHalfPi, 2.0);
     EXPECT_NEAR(meridian.distance, 10001965.729, 1e-3);
     EXPECT_NEAR(std::abs(meridian.azimuth1), kPi, 1e-15);
+    EXPECT_EQ(Sodano::inverse(0.0, 0.0, -kHalfPi, -1.9).azimuth1, kPi) << "south is not -pi";
+    EXPECT_EQ(Sodano::inverse(kHalfPi, 0.4, -kHalfPi, 0.4).azimuth1, kPi);
+    EXPECT_EQ(Sodano::direct(0.3, 0.0, -kPi, 1000.0).azimuth2, kPi);
     EXPECT_NEAR(Sodano::inverse(kHalfPi, 0.0, -kHalfPi, 1.0).distance, 2 * 10001965.729, 1e-3);
 }
 
