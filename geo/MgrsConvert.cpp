@@ -71,6 +71,11 @@ bool isGzd(std::string_view gzd) {
     return zone.size() <= 2 && gzd.size() == 1 && isLetter(gzd.front());
 }
 
+/// Whether the position lies on the line between 31V and 32V, which belongs to 32V.
+bool isLostTo32V(int zone, double latDegrees, double easting) {
+    return zone == 31 && latDegrees >= 56.0 && latDegrees < 64.0 && easting >= 500000.0;
+}
+
 int checkNumbers(std::string_view easting, std::string_view northing, std::string* err) {
     const auto isNumber = [](std::string_view text) {
         return text.size() <= MgrsConvert::kMaxDigits && std::all_of(text.begin(), text.end(), isDigit);
@@ -99,6 +104,9 @@ int MgrsConvert::geodeticToMgrs(double lat, double lon, int digits, std::string&
         double northing = 0.0;
         GeographicLib::UTMUPS::Forward(latDegrees, lon * halCore::kDegreesPerRadian, zone, north, easting,
                                        northing);
+        if (isLostTo32V(zone, latDegrees, easting + grain))
+            GeographicLib::UTMUPS::Forward(latDegrees, lon * halCore::kDegreesPerRadian, zone, north, easting,
+                                           northing, 32);
         std::string result;
         try {
             GeographicLib::MGRS::Forward(zone, north, easting + grain, northing + grain, latDegrees, digits,

@@ -118,6 +118,18 @@ TEST(MgrsConvert, LetsNoExceptionOut) {
     EXPECT_EQ(lon, 43.0);
 }
 
+// 3 E is the edge of 31V although it is the middle of zone 31; GeographicLib gives 32VJM6564066593 for it.
+TEST(MgrsConvert, GivesTheWesternEdgeOf32VToIt) {
+    std::string mgrs;
+    for (const double degrees : {3.0, 3.0 - 1e-15, 3.0 - 1e-12}) {
+        EXPECT_EQ(MgrsConvert::geodeticToMgrs(60.0 * kRadiansPerDegree, degrees * kRadiansPerDegree, mgrs),
+                  0);
+        EXPECT_EQ(mgrs, "32VJM6564066593") << degrees;
+    }
+    EXPECT_EQ(MgrsConvert::geodeticToMgrs(60.0 * kRadiansPerDegree, 2.99999 * kRadiansPerDegree, mgrs), 0);
+    EXPECT_EQ(mgrs, "31VDG9999951411");
+}
+
 /// A reference is shown again as it was typed, at every precision, and our reader puts it to the same place.
 TEST(MgrsConvertProperty, RoundTrips) {
     std::mt19937_64 random(41);
