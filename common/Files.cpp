@@ -1,9 +1,10 @@
 #include "common/Files.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -72,15 +73,25 @@ int followLinks(std::string& path) {
     return ELOOP;
 }
 
-mode_t newFileMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
+/// Creates a file of a name of its own in the directory and opens it for writing; -1 and errno on failure.
+/// The umask applies, as mkostemp's private mode could only be widened by reading the mask, which changes
+/// it for every thread of the process.
+int createTemporary(const std::string& directory, mode_t mode, std::string& path) {
+    static std::atomic<unsigned> count = 0;
+    constexpr int maxTries = 100;
+    for (int i = 0; i < maxTries; ++i) {
+        path = directory + "/.save-" + std::to_string(::getpid()) + "-" + std::to_string(count++);
+        const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (fd >= 0 || errno != EEXIST) return fd;
+    }
+    return -1;
 }
 
-/// Gives the written temporary file its mode and brings it to the disk. 0 or errno.
-int finishFile(Descriptor& file, mode_t mode) {
-    if (::fchmod(file.get(), mode) != 0 || ::fsync(file.get()) != 0) return errno;
+/// Gives the written temporary file the old file's mode, if there was one, and brings it to the disk. 0 or
+/// errno.
+int finishFile(Descriptor& file, std::optional<mode_t> oldMode) {
+    if (oldMode && ::fchmod(file.get(), *oldMode) != 0) return errno;
+    if (::fsync(file.get()) != 0) return errno;
     return file.close();
 }
 
@@ -103,10 +114,13 @@ std::string readFile(const std::string& path, std::string& contents) {
     if (S_ISDIR(info.st_mode)) return reason(EISDIR);
     if (!S_ISREG(info.st_mode)) return "Not a regular file";
 
+    if (static_cast<std::size_t>(info.st_size) > kMaxFileSize) return reason(EFBIG);
     std::string result;
     std::size_t size = 0;
     result.resize(static_cast<std::size_t>(info.st_size) + 1);
     for (;;) {
+        // It may have grown, or not have told its size.
+        if (size > kMaxFileSize) return reason(EFBIG);
         if (size == result.size()) result.resize(2 * result.size());
         const ssize_t count = ::read(file.get(), result.data() + size, result.size() - size);
         if (count == 0) break;
@@ -125,26 +139,25 @@ std::string saveFile(const std::string& path, std::string_view contents) {
     std::string target = path;
     if (const int error = followLinks(target)) return reason(error);
 
-    mode_t mode = 0;
+    std::optional<mode_t> oldMode;
     struct stat info {};
     if (::stat(target.c_str(), &info) == 0) {
         if (S_ISDIR(info.st_mode)) return reason(EISDIR);
         if (!S_ISREG(info.st_mode)) return "Not a regular file";
         // Renaming needs no right to write the file itself, but replacing a protected one is no save.
         if (::access(target.c_str(), W_OK) != 0) return reason(errno);
-        mode = info.st_mode & 07777;
-    } else if (errno == ENOENT) {
-        mode = newFileMode();
-    } else {
+        oldMode = info.st_mode & 07777;
+    } else if (errno != ENOENT) {
         return reason(errno);
     }
 
     const std::string directory = directoryOf(target);
-    std::string temporary = directory + "/.save-XXXXXX";
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    std::string temporary;
+    // Nobody else sees the contents of a private file before it has its mode.
+    Descriptor file(createTemporary(directory, oldMode ? 0600 : 0666, temporary));
     if (!file.isOpen()) return reason(errno);
     int error = writeAll(file.get(), contents);
-    if (error == 0) error = finishFile(file, mode);
+    if (error == 0) error = finishFile(file, oldMode);
     if (error == 0 && std::rename(temporary.c_str(), target.c_str()) != 0) error = errno;
     if (error != 0) {
         ::unlink(temporary.c_str());

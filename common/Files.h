@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,8 +12,11 @@ bool fileIsFile(const std::string& path);
 /// Deletes a file; false when it could not be deleted.
 bool fileRemove(const std::string& path);
 
+/// The largest file that is read: 1 GiB. A sparse file can be of any size, and fill the memory.
+inline constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;
+
 /// Reads a whole regular file into `contents`. Returns an empty text, or why it could not be read
-/// ("No such file or directory", "Is a directory"); then `contents` is unchanged.
+/// ("No such file or directory", "Is a directory", "File too large"); then `contents` is unchanged.
 std::string readFile(const std::string& path, std::string& contents);
 
 /// The one way a file of the user's is saved: a temporary file in the same directory, every write

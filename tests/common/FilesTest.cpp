@@ -65,6 +65,10 @@ TEST_F(FilesTest, KeepsTheModeAndGivesNewFilesTheUsualOne) {
     struct stat info {};
     ASSERT_EQ(stat(file.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777, 0640U);
+    ASSERT_EQ(chmod(file.c_str(), 0666), 0);
+    ASSERT_EQ(saveFile(file, "b"), "");
+    ASSERT_EQ(stat(file.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0666U) << "in spite of the mask";
     ASSERT_EQ(chmod(file.c_str(), 0604), 0);
     ASSERT_EQ(saveFile(file, "b"), "");
     ASSERT_EQ(stat(file.c_str(), &info), 0);
@@ -125,6 +129,9 @@ TEST_F(FilesTest, TellsWhyAFileCannotBeRead) {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(readFile(path("pipe"), text), "Not a regular file");
     EXPECT_FALSE(fileIsFile(path("pipe")));
+    ASSERT_EQ(saveFile(path("sparse"), "x"), "");
+    fs::resize_file(path("sparse"), std::uintmax_t{1} << 42);
+    EXPECT_EQ(readFile(path("sparse"), text), "File too large");
     EXPECT_EQ(text, "unchanged");
 }
 
