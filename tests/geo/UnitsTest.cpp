@@ -33,6 +33,78 @@ TEST(Units, ConvertWithTheScalesAsTheyStand) {
     EXPECT_DOUBLE_EQ(Units::ATMOSPHERES.convertTo(Units::TORR, 1.0), 760.0);
 }
 
+// Sizes by definition, in the base unit of the family; ours are up to two parts in ten thousand off them.
+TEST(Units, HaveAboutTheirPhysicalSizes) {
+    const std::pair<const char*, double> sizes[] = {{"ms", 1e-3},
+                                                    {"us", 1e-6},
+                                                    {"ns", 1e-9},
+                                                    {"min", 60.0},
+                                                    {"hr", 3600.0},
+                                                    {"d", 86400.0},
+                                                    {"deg", M_PI / 180.0},
+                                                    {"mrad", 1e-3},
+                                                    {"bam", 2.0 / M_PI},
+                                                    {"mil", M_PI / 3200},
+                                                    {"km", 1e3},
+                                                    {"yd", 0.9144},
+                                                    {"mi", 1609.344},
+                                                    {"ft", 0.3048},
+                                                    {"in", 0.0254},
+                                                    {"nm", 1852.0},
+                                                    {"cm", 0.01},
+                                                    {"mm", 0.001},
+                                                    {"kyd", 914.4},
+                                                    {"fm", 1.8288},
+                                                    {"kf", 304.8},
+                                                    {"dm", 1828.8},
+                                                    {"km/hr", 1 / 3.6},
+                                                    {"kts", 1852.0 / 3600},
+                                                    {"mph", 0.44704},
+                                                    {"ft/sec", 0.3048},
+                                                    {"km/sec", 1e3},
+                                                    {"dm/hr", 1828.8 / 3600},
+                                                    {"yd/sec", 0.9144},
+                                                    {"km/(s^2)", 1e3},
+                                                    {"yd/(s^2)", 0.9144},
+                                                    {"sm/(s^2)", 1609.344},
+                                                    {"ft/(s^2)", 0.3048},
+                                                    {"in/(s^2)", 0.0254},
+                                                    {"nm/(s^2)", 1852.0},
+                                                    {"F", 5.0 / 9},
+                                                    {"k", 1.0},
+                                                    {"ra", 5.0 / 9},
+                                                    {"re", 1.25},
+                                                    {"kHz", 1e3},
+                                                    {"MHz", 1e6},
+                                                    {"rpm", 1.0 / 60},
+                                                    {"rad/sec", 0.5 / M_PI},
+                                                    {"deg/sec", 1.0 / 360},
+                                                    {"ml", 1e-3},
+                                                    {"fl oz", 0.0295735},
+                                                    {"cup", 0.236588},
+                                                    {"pt", 0.473176},
+                                                    {"qt", 0.946353},
+                                                    {"gal", 3.78541},
+                                                    {"tsp", 0.00492892},
+                                                    {"tbsp", 0.0147868},
+                                                    {"bar", 1e3},
+                                                    {"psia", 68.9476},
+                                                    {"atm", 1013.25},
+                                                    {"torr", 1.33322},
+                                                    {"Pa", 0.01},
+                                                    {"kPa", 10.0},
+                                                    {"MPa", 1e4},
+                                                    {"mV", 1e-3},
+                                                    {"uV", 1e-6},
+                                                    {"kV", 1e3},
+                                                    {"MV", 1e6},
+                                                    {"GV", 1e9}};
+    const UnitsRegistry registry = defaults();
+    for (const auto& [abbreviation, size] : sizes)
+        EXPECT_NEAR(registry.unitsByAbbreviation(abbreviation).toBaseScalar(), size, 2e-4 * size)
+            << abbreviation;
+}
+
 TEST(Units, ConvertTemperatures) {
     EXPECT_DOUBLE_EQ(Units::FAHRENHEIT.convertTo(Units::CELSIUS, 212.0), 100.0);
     EXPECT_DOUBLE_EQ(Units::CELSIUS.convertTo(Units::FAHRENHEIT, -40.0), -40.0);
