@@ -72,7 +72,8 @@ TEST(SodanoProperty, AgreesWithTheExactGeodesic) {
     for (const double distance : {0.01, 1.0, 30.0, 1e3, 1e5, 1e6, 3e6, 1e7, 1.5e7, 1.78e7, 1.8e7, 1.95e7}) {
         SCOPED_TRACE(distance);
         const GeodesicErrors worst = measureGeodesics(distance, 5000);
-        const double bound = distance <= 1e6 ? 0.001 : 0.01;
+        // What docs/geodesy.md says, well within the goals of 1 mm and 1 cm.
+        const double bound = distance <= 1e7 ? 5e-6 : 2e-4;
         EXPECT_LT(worst.inverse, bound);
         EXPECT_LT(worst.direct, bound);
         EXPECT_LT(worst.azimuth, 1e-8 / distance + 1e-9);
