@@ -9,10 +9,13 @@
 
 namespace OverlayEditor {
 
-std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped) {
+namespace {
+
+template <typename Shapes>
+std::string textOf(const Shapes& shapes, PointConverter* converter, std::vector<std::string>* skipped) {
     SerializeToZel zel;
-    zel.setPointConverter(overlay.pointConverter());
-    for (Shape* shape : overlay.shapes()) {
+    zel.setPointConverter(converter);
+    for (const auto& shape : shapes) {
         const bool written = shape->serialize(zel) == 0 && zel.shapes().back();
         if (!written && skipped) skipped->push_back(shape->name());
     }
@@ -21,6 +24,17 @@ std::string overlayText(const Overlay& overlay, std::vector<std::string>* skippe
     buffer->out().precision(UTILS::kSignificantDigits);
     zel.writeTo(buffer->out(), UTILS::kSignificantDigits);
     return buffer->text();
+}
+
+}  // namespace
+
+std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped) {
+    return textOf(overlay.shapes(), overlay.pointConverter(), skipped);
+}
+
+std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter,
+                       std::vector<std::string>* skipped) {
+    return textOf(shapes, converter, skipped);
 }
 
 SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path) {

@@ -20,6 +20,10 @@ struct SaveResult {
 /// The text of a file with the overlay's shapes; empty when there is nothing to write.
 std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped = nullptr);
 
+/// The same for shapes without an overlay. \param converter null unless they are attached
+std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter = nullptr,
+                       std::vector<std::string>* skipped = nullptr);
+
 /// Saves the overlay's shapes. An overlay with nothing to write is refused.
 SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path);
 
