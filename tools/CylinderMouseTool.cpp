@@ -77,6 +77,8 @@ PUDrawPoint* CylinderMouseTool::pointNearMouse_(const Vec3& pos) {
 }
 
 void CylinderMouseTool::redrawPointsForViewChange_() {
+    // Points that the panel made are new to the tool.
+    updateEditPoints_();
     for (const Grabbed which : order_)
         if (const PUDrawPoint* const point = pointOf_(which)) picture_.add(*point);
     updateHeightHandle_();

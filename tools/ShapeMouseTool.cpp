@@ -71,6 +71,8 @@ void ShapeMouseTool::setShowPoints(bool shown) {
 }
 
 void ShapeMouseTool::preDrawOnRefresh(int width, int height) {
+    // The panel, too, completes a shape or takes its radius away.
+    if (!pressed_ && (state_ == Placing || state_ == Complete)) state_ = restingState_();
     refreshing_ = true;
     BaseMouseTool::preDrawOnRefresh(width, height);
     refreshing_ = false;

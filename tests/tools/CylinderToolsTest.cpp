@@ -369,6 +369,23 @@ TEST_F(CylinderTools, PointsAreShownOnlyWhenWanted) {
     EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
 }
 
+TEST_F(CylinderTools, WhatThePanelSetsIsSeenByTheActiveTool) {
+    auto& shape = start(CylinderShape::Circle);
+    shape.setCenter(place("21.0N 158.0W"));
+    shape.setMajorRadius(10000.0);
+    mouse.frame();
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+    EXPECT_TRUE(shape.centerPt()->isShown() && shape.majorAxisPt()->isShown());
+    mouse.move("20.9N 158.2W").press();
+    EXPECT_EQ(mouse.result, 0) << "there is nothing left to place";
+    mouse.from("21.0N 158.0W").to("21.05N 158.0W");
+    EXPECT_NEAR(shape.centerPt()->getPosition().lat(), 21.05 * kDegree, 1e-5);
+
+    shape.setMajorRadius(0.0);
+    mouse.move("20.9N 158.2W").frame();
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing) << "the radius is wanted again";
+}
+
 TEST_F(CylinderTools, PointsThatGoWhileTheyAreDraggedAreForgotten) {
     auto& shape = drawnCircle();
     mouse.from("21.0N 158.0W");
