@@ -9,6 +9,7 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "gui/OverlayEditorDialogWidgets.h"
+#include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
 
 namespace OverlayEditor {
@@ -25,7 +26,12 @@ constexpr double kFarthestRangeMeters = 7.0e6;
 class OverlayEditorDialog::OverlayCloseObserver final : public PIGUI::PICloseObserver {
   public:
     explicit OverlayCloseObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
-    void onClose(PIObject*) override { dialog_.hide(); }
+    void onClose(PIObject*) override {
+        guarded("onClose", 0, [this] {
+            dialog_.hide();
+            return 0;
+        });
+    }
 
   private:
     OverlayEditorDialog& dialog_;
@@ -35,13 +41,20 @@ class OverlayEditorDialog::OverlayCloseObserver final : public PIGUI::PICloseObs
 class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver {
   public:
     explicit ZelObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
-    void addedZEL(void*) override { dialog_.scenarioZELsChanged(); }
+    void addedZEL(void*) override { changed_(); }
     void removedZEL(void* zel) override {
         if (zel == dialog_.overlay_->zelId()) dialog_.overlay_->setZelId(nullptr);
-        dialog_.scenarioZELsChanged();
+        changed_();
     }
 
   private:
+    void changed_() {
+        guarded("overlay observer", 0, [this] {
+            dialog_.scenarioZELsChanged();
+            return 0;
+        });
+    }
+
     OverlayEditorDialog& dialog_;
 };
 
@@ -54,7 +67,7 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
       closeObserver_(std::make_unique<OverlayCloseObserver>(*this)),
       zelObserver_(std::make_unique<ZelObserver>(*this)),
       box_(nullptr, "Overlay Editor"),
-      widgets_(std::make_unique<Widgets>(box_, callbacks_, *preferences_, prototypes_)) {
+      widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)) {
     box_.registerCloseObserver(closeObserver_.get());
     PIHALVIS::registerZELObserver(zelObserver_.get());
 }
@@ -74,6 +87,8 @@ void OverlayEditorDialog::show() {
 }
 
 void OverlayEditorDialog::hide() {
+    widgets_->attach.hideDialog();
+    if (existingZels_) existingZels_->hide();
     setShowEditing_(false);
     box_.hide();
 }
@@ -140,6 +155,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
     }
     widgets_->name.setValue(shape ? shape->name() : std::string());
     widgets_->name.setEnabled(shape != nullptr);
+    widgets_->attach.setControlsEnabled(shape && shape->canAttach());
 }
 
 int OverlayEditorDialog::onCmdCurrentShapeSelection(PIObject*, void*) {
@@ -267,7 +283,7 @@ int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
         return 1;
     }
     currentShape_->setName(name);
-    widgets_->list.setItemText(itemOf_(currentShape_), name);
+    if (const std::int32_t item = itemOf_(currentShape_); item >= 0) widgets_->list.setItemText(item, name);
     return 1;
 }
 

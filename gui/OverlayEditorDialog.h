@@ -6,6 +6,7 @@
 
 #include "geo/PointConverter.h"
 #include "geo/UnitTypes.h"
+#include "gui/SelectExistingZELDialog.h"
 #include "model/Overlay.h"
 #include "model/Preferences.h"
 #include "pi/OverlayEditorInterface.h"
@@ -51,6 +52,9 @@ class OverlayEditorDialog {
     int onCmdDelete(PIObject* sender, void* data);
     int onCmdClear(PIObject* sender, void* data);
     int onCmdLoadOverlay(PIObject* sender, void* data);
+    /// \param data the platform's id (unsigned long*), null to detach
+    int onCmdAttach(PIObject* sender, void* data);
+    int onCmdSetMouseTool(PIObject* sender, void* data);
     int onCmdAutoDelete(PIObject* sender, void* data);
     int onCmdDrawShapeSelection(PIObject* sender, void* data);
     int onCmdStartDraw(PIObject* sender, void* data);
@@ -61,6 +65,8 @@ class OverlayEditorDialog {
     int onCmdAngleUnits(PIObject* sender, void* data);
     int onCmdRangeUnits(PIObject* sender, void* data);
     int onCmdPrecision(PIObject* sender, void* data);
+    int onCmdLoadExisting(PIObject* sender, void* data);
+    int onCmdExistingZelSelected(PIObject* sender, void* data);
     int onCmdSave(PIObject* sender, void* data);
     int onCmdSaveAs(PIObject* sender, void* data);
     int onCmdHelp(PIObject* sender, void* data);
@@ -101,6 +107,8 @@ class OverlayEditorDialog {
     void giveUpShapes_();
     /// Writes the file, and has the host show it in place of what it had loaded from it.
     bool saveZel_(const std::string& fileName);
+    /// Attaches the shapes to a platform at its place now, or detaches them with 0.
+    void attach_(unsigned long platform, bool center);
     /// Lets go of the host's overlay that was edited: the host displays it again.
     void cleanupPriorZEL_();
     void setFileName_(const std::string& fileName);
@@ -124,6 +132,8 @@ class OverlayEditorDialog {
     std::unique_ptr<ZelObserver> zelObserver_;
     PIGUI::PIDialogBox box_;
     std::unique_ptr<Widgets> widgets_;
+    /// Made when it is first asked for.
+    std::unique_ptr<SelectExistingZELDialog> existingZels_;
 };
 
 }  // namespace OverlayEditor

@@ -74,6 +74,26 @@ void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
     }
 }
 
+int OverlayEditorDialog::onCmdLoadExisting(PIObject*, void*) {
+    if (!existingZels_)
+        existingZels_ = std::make_unique<SelectExistingZELDialog>(
+            callbacks_.make(&OverlayEditorDialog::onCmdExistingZelSelected));
+    existingZels_->show();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
+    std::string fileName;
+    unsigned long handle = 0;
+    if (!existingZels_ || existingZels_->getSelection(fileName, handle) != 0) {
+        halNotify::notify(halNotify::Warning) << "No overlay is selected";
+        return 1;
+    }
+    loadZels({reinterpret_cast<void*>(handle)});
+    existingZels_->hide();
+    return 1;
+}
+
 bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::string& fileName, void* zel) {
     const unsigned long platform = zel ? PIHALVIS::getZELHost(zel) : 0;
     auto converter = std::make_unique<PointConverter>();
@@ -94,6 +114,7 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
     cleanupPriorZEL_();
     pointConverter_ = std::move(converter);
     overlay_->setAttachedPlatformId(platform, platform ? pointConverter_.get() : nullptr, false);
+    widgets_->attach.setAttachPlatform(platform);
     overlay_->setZelId(zel);
     if (zel && editing_) PIHALVIS::showZELFile(zel, false);
     std::vector<Shape*> shapes;
@@ -115,6 +136,7 @@ halCore::Vec3 OverlayEditorDialog::findDefaultRefLla_(unsigned long platform) co
 void OverlayEditorDialog::cleanupPriorZEL_() {
     setCurrentShape_(nullptr);
     overlay_->setAttachedPlatformId(0, nullptr, false);
+    widgets_->attach.reset();
     if (void* const zel = overlay_->zelId()) {
         overlay_->setZelId(nullptr);
         PIHALVIS::showZELFile(zel, true);
@@ -187,15 +209,43 @@ int OverlayEditorDialog::onCmdHelp(PIObject*, void*) {
     return 1;
 }
 
-// The scenario
+// Attaching, and the scenario
 
-void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
-    if (id == referencePlatform_) referencePlatform_ = 0;
-    if (id != 0 && id == overlay_->attachedPlatformId()) overlay_->setAttachedPlatformId(0, nullptr, false);
+void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
+    // Shapes that are attached keep their reference: they are detached before it moves.
+    overlay_->setAttachedPlatformId(0, nullptr, false);
+    pointConverter_->setReferenceLla(platform ? findDefaultRefLla_(platform) : halCore::Vec3(), platform);
+    if (platform) overlay_->setAttachedPlatformId(platform, pointConverter_.get(), center);
 }
 
-void OverlayEditorDialog::scenarioZELsChanged() {}
+int OverlayEditorDialog::onCmdAttach(PIObject*, void* data) {
+    attach_(data ? *static_cast<const unsigned long*>(data) : 0, widgets_->attach.centerOnHost());
+    return 1;
+}
 
-void OverlayEditorDialog::scenarioPlatformAdded() {}
+int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
+    updateMouseControls_();
+    return 1;
+}
+
+void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
+    if (id == 0) return;
+    if (id == referencePlatform_) referencePlatform_ = 0;
+    if (id == overlay_->attachedPlatformId()) {
+        halNotify::notify(halNotify::Warning)
+            << "The platform of the edited overlay is gone; its shapes stay where they are";
+        attach_(0, false);
+        widgets_->attach.reset();
+    }
+    widgets_->attach.refreshPlatformList();
+}
+
+void OverlayEditorDialog::scenarioZELsChanged() {
+    if (existingZels_) existingZels_->refreshZELList();
+}
+
+void OverlayEditorDialog::scenarioPlatformAdded() {
+    widgets_->attach.refreshPlatformList();
+}
 
 }  // namespace OverlayEditor

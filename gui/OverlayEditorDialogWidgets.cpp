@@ -21,7 +21,8 @@ OverlayEditorDialog::UnitsMenu::UnitsMenu(PIGUI::PICanvas& table, const std::str
 }
 
 OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks,
-                                      const Preferences& preferences, const std::vector<Shape*>& prototypes)
+                                      MouseManager* mouseManager, const Preferences& preferences,
+                                      const std::vector<Shape*>& prototypes)
     : listGroup(&box, "All Shapes", kFill),
       list(&listGroup, PIGUI::PIListSingle),
       listButtons(&listGroup, PIGUI::PILayoutFillX),
@@ -38,6 +39,8 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       file(&general, PIGUI::PITextFieldReadOnly, nullptr),
       load(&general, "...\tLoad a ZEL file from file system to edit",
            callbacks.make(&OverlayEditorDialog::onCmdLoadOverlay)),
+      attach(&general, mouseManager, callbacks.make(&OverlayEditorDialog::onCmdAttach),
+             callbacks.make(&OverlayEditorDialog::onCmdSetMouseTool)),
       autoDeleteCaption(&general, std::string("Auto-delete:") + kAutoDelete),
       autoDelete(&general, kAutoDelete, callbacks.make(&OverlayEditorDialog::onCmdAutoDelete)),
       autoDeleteFiller(&general, ""),
@@ -71,6 +74,8 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       precision(&units, PIGUI::PISpinnerNormal, callbacks.make(&OverlayEditorDialog::onCmdPrecision)),
 
       buttons(&box, PIGUI::PILayoutFillX),
+      loadExisting(&buttons, "Load HALVIS...\tLoad a ZEL file currently loaded in HALVIS",
+                   callbacks.make(&OverlayEditorDialog::onCmdLoadExisting)),
       save(&buttons, "Save\tSave the current shapes to the current ZEL file and reload it in HALVIS",
            callbacks.make(&OverlayEditorDialog::onCmdSave)),
       saveAs(&buttons, "Save As...\tSave the current shapes to a new ZEL file and load it in HALVIS",
@@ -85,6 +90,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     shape.setValue(0);
     precision.setValue(preferences.precision());
     name.disable();
+    attach.setControlsEnabled(false);
     // The first uncheck makes a button a toggle button.
     for (PIGUI::PIButton* toggle : {&edit, &stop}) {
         toggle->uncheck();

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "gui/AttachedZelGui.h"
 #include "gui/OverlayEditorDialog.h"
 
 namespace OverlayEditor {
@@ -17,7 +18,7 @@ struct OverlayEditorDialog::UnitsMenu {
 
 /// The dialog's widgets, from top to bottom.
 struct OverlayEditorDialog::Widgets {
-    Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks,
+    Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks, MouseManager* mouseManager,
             const Preferences& preferences, const std::vector<Shape*>& prototypes);
 
     PIGUI::PIGroupBox listGroup;
@@ -32,6 +33,7 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PILabel fileCaption;
     PIGUI::PITextField file;
     PIGUI::PIButton load;
+    AttachedZelGui attach;
     PIGUI::PILabel autoDeleteCaption;
     PIGUI::PICheckButton autoDelete;
     PIGUI::PILabel autoDeleteFiller;
@@ -59,6 +61,7 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PISpinner precision;
 
     PIGUI::PIHorizontalFrame buttons;
+    PIGUI::PIButton loadExisting;
     PIGUI::PIButton save;
     PIGUI::PIButton saveAs;
     PIGUI::PIButton help;

@@ -1,0 +1,64 @@
+#include "gui/AttachedZelGui.h"
+
+#include "common/Notify.h"
+#include "gui/HostLists.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+constexpr const char* kTooltip =
+    "\tAttach the current ZEL to a selected platform, requires save to be effective";
+
+}  // namespace
+
+AttachedZelGui::AttachedZelGui(PIGUI::PICanvas* parent, MouseManager* mouseManager,
+                               FunctorTwoParams__* change, FunctorTwoParams__* pickChange)
+    : change_(change),
+      caption_(parent, std::string("Attach:") + kTooltip),
+      check_(parent, std::string(EMPTY_PLATFORM_NAME) + kTooltip,
+             callbacks_.make(&AttachedZelGui::onCmdSelect)),
+      filler_(parent, ""),
+      platforms_(mouseManager, callbacks_.make(&AttachedZelGui::onCmdSelected), pickChange) {
+    // Closed without a choice: the row shows again what is.
+    platforms_.setClosedCallback([this] { setAttachPlatform(platform_); });
+}
+
+void AttachedZelGui::setAttachPlatform(unsigned long id) {
+    platform_ = id;
+    // A platform's name may hold a tab, which would end the caption.
+    std::string name = id ? platformName(id) : EMPTY_PLATFORM_NAME;
+    for (char& c : name)
+        if (c == '\t' || c == '\n') c = ' ';
+    check_.setValue(name + kTooltip);
+    check_.setCheck(id != 0);
+}
+
+void AttachedZelGui::refreshPlatformList() {
+    if (platforms_.shown()) platforms_.refreshPlatformList();
+}
+
+int AttachedZelGui::onCmdSelect(PIObject*, void*) {
+    if (check_.isChecked()) {
+        platforms_.show();
+        return 1;
+    }
+    platforms_.hide();
+    reset();
+    change_->Call(&check_, nullptr);
+    return 1;
+}
+
+int AttachedZelGui::onCmdSelected(PIObject*, void*) {
+    unsigned long id = platforms_.selectedPlatform();
+    if (id == 0) {
+        halNotify::notify(halNotify::Warning) << "No platform is selected";
+        return 1;
+    }
+    setAttachPlatform(id);
+    platforms_.hide();
+    change_->Call(&check_, &id);
+    return 1;
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,155 @@
+#include "gui/SelectPlatformDialog.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "gui/HostLists.h"
+#include "pi/Guard.h"
+#include "pi/PIData.h"
+
+namespace OverlayEditor {
+
+/// The picker may outlive the dialog by an event; it is told nothing then.
+class SelectPlatformDialog::PlatformSelectListener final : public PlatformMouseListener {
+  public:
+    explicit PlatformSelectListener(SelectPlatformDialog& dialog) : dialog_(&dialog) {}
+    void platformSelected(unsigned long platformId) override {
+        if (dialog_) dialog_->picked_(platformId);
+    }
+    void deactivated() override {
+        if (dialog_) dialog_->pickingEnded_();
+    }
+    void disconnect() { dialog_ = nullptr; }
+
+  private:
+    SelectPlatformDialog* dialog_;
+};
+
+class SelectPlatformDialog::CloseObserver final : public PIGUI::PICloseObserver {
+  public:
+    explicit CloseObserver(SelectPlatformDialog& dialog) : dialog_(dialog) {}
+    void onClose(PIObject*) override {
+        guarded("onClose", 0, [this] {
+            dialog_.hide();
+            if (dialog_.closed_) dialog_.closed_();
+            return 0;
+        });
+    }
+
+  private:
+    SelectPlatformDialog& dialog_;
+};
+
+SelectPlatformDialog::SelectPlatformDialog(MouseManager* mouseManager, FunctorTwoParams__* onOk,
+                                           FunctorTwoParams__* onPick)
+    : mouseManager_(mouseManager),
+      onPick_(onPick),
+      listener_(std::make_shared<PlatformSelectListener>(*this)),
+      closeObserver_(std::make_unique<CloseObserver>(*this)),
+      pickerOwner_(new PlatformMouseTool),
+      picker_(static_cast<PlatformMouseTool*>(pickerOwner_.get())),
+      box_(nullptr, "Select Platform"),
+      list_(&box_, PIGUI::PIListSingle, "Name"),
+      centerOnHost_(&box_,
+                    "Center On Host\tMove the attached shape to center it on the host platform, otherwise "
+                    "attached shape offsets to be relative to host from current position.",
+                    nullptr),
+      buttons_(&box_, PIGUI::PILayoutFillX),
+      pick_(&buttons_, "Pick\tAllow mouse to left-click and pick the platform in HALVIS",
+            callbacks_.make(&SelectPlatformDialog::onCmdPick)),
+      refresh_(&buttons_, "Refresh\tUpdate the platform list",
+               callbacks_.make(&SelectPlatformDialog::onCmdRefresh)),
+      ok_(&buttons_, "OK\tAttach the current ZEL to the selected platform", onOk) {
+    list_.mapFunction(callbacks_.make(&SelectPlatformDialog::onCmdPlatformList));
+    // The first uncheck makes it a toggle button.
+    pick_.uncheck();
+    picker_->setListener(listener_);
+    box_.registerCloseObserver(closeObserver_.get());
+}
+
+SelectPlatformDialog::~SelectPlatformDialog() {
+    listener_->disconnect();
+    callbacks_.disconnect();
+    stopPicking_();
+}
+
+void SelectPlatformDialog::show() {
+    refreshPlatformList();
+    box_.show();
+    pick_.check();
+    onCmdPick(nullptr, nullptr);
+}
+
+void SelectPlatformDialog::hide() {
+    stopPicking_();
+    box_.hide();
+}
+
+void SelectPlatformDialog::stopPicking_() {
+    if (mouseManager_->currentMouseTool() == picker_) mouseManager_->clearMouseTool();
+}
+
+void SelectPlatformDialog::refreshPlatformList() {
+    const unsigned long selected = selectedPlatform();
+    std::vector<std::pair<std::string, std::uint64_t>> platforms;
+    for (const std::uint64_t id : PIData::getPlatformList()) platforms.emplace_back(platformName(id), id);
+    std::stable_sort(platforms.begin(), platforms.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    list_.clearItems();
+    for (const auto& [name, id] : platforms) {
+        const std::int32_t item = list_.appendItem(name, itemData(id));
+        if (id == selected) list_.setSelectedItem(item);
+    }
+}
+
+unsigned long SelectPlatformDialog::selectedPlatform() const {
+    const std::int32_t item = list_.getSelectedItem();
+    return item < 0 ? 0 : idOfItem(list_.getItemData(item));
+}
+
+void SelectPlatformDialog::select_(unsigned long platform) {
+    for (std::int32_t i = 0, count = list_.getNumItems(); i < count; ++i) {
+        if (idOfItem(list_.getItemData(i)) != platform) continue;
+        list_.deselectAll();
+        list_.setSelectedItem(i);
+        return;
+    }
+}
+
+int SelectPlatformDialog::onCmdPlatformList(PIObject*, void*) {
+    if (const unsigned long platform = selectedPlatform()) select_(platform);
+    return 1;
+}
+
+int SelectPlatformDialog::onCmdPick(PIObject*, void*) {
+    if (pick_.isChecked())
+        mouseManager_->setCurrentMouseTool(picker_, true);
+    else
+        stopPicking_();
+    if (onPick_) onPick_->Call(&pick_, nullptr);
+    return 1;
+}
+
+int SelectPlatformDialog::onCmdRefresh(PIObject*, void*) {
+    refreshPlatformList();
+    return 1;
+}
+
+void SelectPlatformDialog::picked_(unsigned long platform) {
+    if (platform == 0) return;
+    select_(platform);
+    if (selectedPlatform() != platform) {
+        refreshPlatformList();
+        select_(platform);
+    }
+    // The same platform can be picked again.
+    picker_->clearSelected();
+}
+
+void SelectPlatformDialog::pickingEnded_() {
+    pick_.uncheck();
+}
+
+}  // namespace OverlayEditor
