@@ -121,7 +121,6 @@ class OverlayEditorDialog {
 
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;
-    unsigned long referencePlatform_ = 0;
     std::unique_ptr<PointConverter> pointConverter_ = std::make_unique<PointConverter>();
     bool editing_ = false;
     PICommon::Timeout timeout_;

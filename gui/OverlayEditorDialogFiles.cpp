@@ -141,7 +141,6 @@ void OverlayEditorDialog::cleanupPriorZEL_() {
         overlay_->setZelId(nullptr);
         PIHALVIS::showZELFile(zel, true);
     }
-    if (const unsigned long platform = std::exchange(referencePlatform_, 0)) PIData::removeEntity(platform);
     pointConverter_->setReferenceLla(halCore::Vec3(), 0);
 }
 
@@ -230,7 +229,6 @@ int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
 
 void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
     if (id == 0) return;
-    if (id == referencePlatform_) referencePlatform_ = 0;
     if (id == overlay_->attachedPlatformId()) {
         halNotify::notify(halNotify::Warning)
             << "The platform of the edited overlay is gone; its shapes stay where they are";

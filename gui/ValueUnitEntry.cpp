@@ -50,7 +50,7 @@ int ValueUnitEntry::onCmdEdit(PIObject*, void*) {
     double value = 0.0;
     std::string error;
     if (parse_(text, value, error) != 0) {
-        halNotify::notify(halNotify::Warning) << name_ << " \"" << text << "\": " << error;
+        halNotify::notify(halNotify::Warning) << name_ << ": " << error;
         field_.setValue(shownText_);
         return 1;
     }

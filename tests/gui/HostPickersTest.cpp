@@ -1,0 +1,214 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Notify.h"
+#include "geo/Sodano.h"
+#include "gui/Form.h"
+#include "gui/OverlayEditorDialog.h"
+#include "gui/TestEquipment.h"
+#include "model/CylinderShape.h"
+#include "model/ShapeRegistry.h"
+
+using halCore::Vec3;
+using OverlayEditor::CylinderShape;
+using OverlayEditor::MouseManager;
+using OverlayEditor::Overlay;
+using OverlayEditor::OverlayEditorDialog;
+using OverlayEditor::Preferences;
+using OverlayEditor::ShapeRegistry;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using Mouse = PIGUI::PIMouseEventType_t;
+
+namespace {
+
+constexpr const char* kCircle =
+    "start\ncircle\naltitudeunits m\nrangeunits m\ncenterlla 21.3 -158 0\nradius 500\n3d name Ring\nend\n";
+constexpr const char* kPlatformOk = "OK\tAttach the current ZEL to the selected platform";
+constexpr const char* kZelOk = "OK\tLoad the selected existing ZEL";
+
+class HostPickersTest : public ::testing::Test {
+  protected:
+    HostPickersTest() {
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
+        dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
+        addPlatform(7, "Zulu", 0.3, -2.7);
+        addPlatform(8, "Alpha", 0.4, -2.8);
+        addPlatform(9, "Mike", 0.5, -2.6);
+        addPlatform(5, "Mike", 0.5, -2.5);
+        dialog->show();
+    }
+    ~HostPickersTest() override {
+        dialog.reset();
+        overlay.clearShapes(true);
+        halNotify::setNotifyHandler({});
+        freeFunctors();
+    }
+
+    void addPlatform(std::uint64_t id, const std::string& name, double lat, double lon) {
+        host.platforms[id].header.name = name;
+        host.platforms[id].point.latRad = lat;
+        host.platforms[id].point.lonRad = lon;
+    }
+    void press(const std::string& caption) { host.activate(*host.find(caption)); }
+    FakeHost::Widget& list(const std::string& headers) {
+        for (auto& [handle, widget] : host.widgets)
+            if (widget.kind == FakeHost::Id::CreateList && widget.caption == headers) return widget;
+        throw std::runtime_error("no list " + headers);
+    }
+    FakeHost::Widget& platforms() { return list("Name"); }
+    FakeHost::Widget& zels() { return list("ZEL File Name\tPlatform"); }
+    void attachBox(bool checked) { form.check("Attach:", checked); }
+    void pickInView(std::uint64_t pressed, std::uint64_t released) {
+        host.cursorPlatform = pressed;
+        mouse.handleMouseEvent(Mouse::LeftPress, {});
+        host.cursorPlatform = released;
+        mouse.handleMouseEvent(Mouse::LeftRelease, {});
+    }
+    CylinderShape& addCircle(const Vec3& center) {
+        form.choose("Shape:", 1);
+        auto& shape = static_cast<CylinderShape&>(*overlay.shapes().back());
+        shape.setCenter(center);
+        shape.setMajorRadius(500.0);
+        press("Stop");
+        return shape;
+    }
+
+    FakeHost host;
+    std::vector<std::string> messages;
+    TestEquipment equipment;
+    Preferences preferences;
+    MouseManager mouse;
+    ShapeRegistry registry;
+    Overlay overlay;
+    std::unique_ptr<OverlayEditorDialog> dialog;
+    Form form{host};
+};
+
+TEST_F(HostPickersTest, ListsOverlaysUnderTheirPlatformOnce) {
+    int handles[4];
+    host.overlays[&handles[0]] = {kCircle, "/a.zel", 0, true};
+    host.overlays[&handles[1]] = {kCircle, "/b.zel", 7, true};
+    host.overlays[&handles[2]] = {kCircle, "/c.zel", 8, true};
+    host.overlays[&handles[3]] = {kCircle, "", 0, true};
+    press("Load HALVIS...");
+    // In the host's order of platforms; what was loaded from a stream is in no list.
+    EXPECT_THAT(zels().items, ElementsAre("/b.zel\tZulu", "/c.zel\tAlpha", "/a.zel\tAbsolute"));
+
+    press(kZelOk);
+    EXPECT_THAT(messages, ElementsAre("No overlay is selected"));
+    zels().number = 1;
+    host.platforms.erase(7);
+    for (auto* observer : host.observers) observer->removedZEL(&handles[1]);
+    EXPECT_THAT(zels().items, ElementsAre("/c.zel\tAlpha", "/a.zel\tAbsolute"));
+    EXPECT_EQ(zels().number, 0) << "the selected overlay stays selected";
+
+    press(kZelOk);
+    EXPECT_FALSE(host.find("Select Existing ZEL")->shown);
+    EXPECT_EQ(form.field("File:").text, "/c.zel");
+    EXPECT_EQ(overlay.attachedPlatformId(), 8u);
+    EXPECT_EQ(form.field("Attach:").text.substr(0, 5), "Alpha");
+    EXPECT_TRUE(form.field("Attach:").checked);
+    EXPECT_FALSE(host.overlays[&handles[2]].shown);
+}
+
+TEST_F(HostPickersTest, SortsPlatformsAndKeepsTheHostsOrderOfEqualNames) {
+    addCircle(Vec3(0.31, -2.7, 0));
+    attachBox(true);
+    EXPECT_THAT(platforms().items, ElementsAre("Alpha", "Mike", "Mike", "Zulu"));
+    EXPECT_THAT(platforms().itemData, ElementsAre(reinterpret_cast<void*>(8), reinterpret_cast<void*>(5),
+                                                  reinterpret_cast<void*>(9), reinterpret_cast<void*>(7)));
+    press(kPlatformOk);
+    EXPECT_THAT(messages, ElementsAre("No platform is selected"));
+    EXPECT_TRUE(host.find("Select Platform")->shown);
+}
+
+TEST_F(HostPickersTest, PicksInTheView) {
+    addCircle(Vec3(0.31, -2.7, 0));
+    attachBox(true);
+    EXPECT_TRUE(host.find("Pick")->checked);
+    EXPECT_EQ(host.grabs, 1);
+    pickInView(8, 7);
+    EXPECT_EQ(platforms().number, -1) << "pressed on one, released over another";
+    pickInView(7, 7);
+    EXPECT_EQ(platforms().items.at(static_cast<std::size_t>(platforms().number)), "Zulu");
+    addPlatform(12, "Newcomer", 0, 0);
+    pickInView(12, 12);
+    EXPECT_EQ(platforms().items.at(static_cast<std::size_t>(platforms().number)), "Newcomer");
+
+    press("Edit");
+    EXPECT_FALSE(host.find("Pick")->checked) << "another tool took the mouse";
+    host.find("Pick")->checked = true;
+    press("Pick");
+    EXPECT_EQ(host.grabs, 1);
+}
+
+TEST_F(HostPickersTest, AttachesInPlaceOrCentered) {
+    const Vec3 center(0.31, -2.7, 0);
+    CylinderShape& circle = addCircle(center);
+    const auto attachTo = [&](double item) {
+        attachBox(true);
+        platforms().number = item;
+        press(kPlatformOk);
+    };
+    attachTo(3);
+    EXPECT_FALSE(host.find("Select Platform")->shown);
+    EXPECT_EQ(host.grabs, 0);
+    EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "Zulu");
+    EXPECT_EQ(circle.attachedPlatformId(), 7u);
+    EXPECT_EQ(circle.centerPt()->getPosition(), center);
+    EXPECT_THAT(host.lastText, HasSubstr("centerxyz"));
+
+    attachBox(false);
+    EXPECT_EQ(circle.attachedPlatformId(), 0u);
+    EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "None");
+    EXPECT_THAT(host.lastText, Not(HasSubstr("centerxyz")));
+    EXPECT_EQ(circle.centerPt()->getPosition(), center);
+
+    host.find("Center On Host")->checked = true;
+    attachTo(0);
+    EXPECT_EQ(circle.attachedPlatformId(), 8u);
+    EXPECT_NEAR(halCore::Sodano::inverse(circle.centerPt()->getPosition(), Vec3(0.4, -2.8, 0)).distance, 0.0,
+                1e-6);
+    EXPECT_EQ(circle.majorAxis(), 500.0);
+}
+
+TEST_F(HostPickersTest, ClosingWithoutAChoiceChangesNothing) {
+    addCircle(Vec3(0.31, -2.7, 0));
+    attachBox(true);
+    host.find("Select Platform")->closeObserver->onClose(nullptr);
+    EXPECT_FALSE(form.field("Attach:").checked);
+    EXPECT_EQ(host.grabs, 0);
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
+
+    attachBox(true);
+    press("Close");
+    EXPECT_FALSE(host.find("Select Platform")->shown);
+    EXPECT_EQ(host.grabs, 0);
+}
+
+TEST_F(HostPickersTest, APlatformThatGoesDetachesTheOverlay) {
+    const Vec3 center(0.31, -2.7, 0);
+    CylinderShape& circle = addCircle(center);
+    attachBox(true);
+    platforms().number = 3;
+    press(kPlatformOk);
+    attachBox(true);
+    host.platforms.erase(7);
+    dialog->scenarioEntityRemoved(7);
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("is gone")));
+    EXPECT_THAT(platforms().items, ElementsAre("Alpha", "Mike", "Mike"));
+    EXPECT_EQ(circle.attachedPlatformId(), 0u);
+    EXPECT_EQ(circle.centerPt()->getPosition(), center);
+    EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "None");
+}
+
+}  // namespace
