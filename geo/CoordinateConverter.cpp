@@ -9,8 +9,9 @@
 namespace halCore {
 namespace {
 
-/// A latitude that rounding alone carried beyond a pole, by a few last bits, is still the pole.
-constexpr double kLatitudeGrain = 1e-15;
+/// A latitude that rounding alone carried beyond a pole is still the pole: a tenth of a micrometre, to which
+/// offsets are kept in texts.
+constexpr double kLatitudeGrain = 2e-14;
 
 bool isFinite(const Vec3& v) {
     return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());

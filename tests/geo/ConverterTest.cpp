@@ -94,6 +94,13 @@ TEST(PointConverter, FailsAtThePolesAndForWhatIsNoNumberButWrites) {
     EXPECT_NE(converter.convertLlaToXyz(Vec3(std::nan(""), 0.0, 0.0), out), 0);
     EXPECT_NE(converter.convertXyzToLla(Vec3(0.0, 0.0, HUGE_VAL), out), 0);
 
+    // Offsets are kept in texts to a tenth of a micrometre; the pole is still the pole then.
+    ASSERT_EQ(converter.convertLlaToXyz(Vec3(kHalfPi, 0.0, 0.0), out), 0);
+    Vec3 pole;
+    EXPECT_EQ(converter.convertXyzToLla(Vec3(0.0, out.y() + 1e-7, 0.0), pole), 0);
+    EXPECT_EQ(pole.lat(), kHalfPi);
+    EXPECT_NE(converter.convertXyzToLla(Vec3(0.0, out.y() + 1e-6, 0.0), pole), 0);
+
     constexpr double metersPerRadian = 6399593.6;
     for (const double sign : {-1.0, 1.0}) {
         out = Vec3(42.0, 42.0, 42.0);
