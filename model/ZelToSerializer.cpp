@@ -180,7 +180,8 @@ void circular(Serializer& target, const ZEL::CircularShape& shape, Type type) {
         target.setMajorRadius(*radius);
     if (const auto* high = dynamic_cast<const ZEL::CircularHeightShape*>(&shape))
         if (const auto height = valueOf(*high, &ZEL::CircularHeightShape::getHeight))
-            target.setHeight(*height);
+            // An ellipsoid without a height is written with 0; set as one, it would come back as 1 high.
+            if (type != Type::Ellipsoid || *height != 0.0) target.setHeight(*height);
 }
 
 void annotationStyle(Serializer& target, const ZEL::Annotation& annotation) {

@@ -122,7 +122,8 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         {"ellipse\nsemimajoraxis 10\nradius 4\n", CylinderShape::Ellipse, 10, 4, 0},
         {"ellipse\nmajoraxis 10\n", CylinderShape::Ellipse, 5, 5, 0},
         {"cylinder\nradius 3\nheight 4\n", CylinderShape::Cylinder, 3, 3, 4},
-        {"ellipsoid\nradius 3\nminoraxis 4\nheight 0\n", CylinderShape::Ellipsoid, 3, 2, 1},
+        {"ellipsoid\nradius 3\nminoraxis 4\nheight 0\n", CylinderShape::Ellipsoid, 3, 2, 0},
+        {"ellipsoid\nradius 3\nheight -2\n", CylinderShape::Ellipsoid, 3, 3, 1},
         {"cylinder\nradius 3\nangledeg 1\nangleunits bam\n", CylinderShape::Cylinder, 3, 3, 0},
         {"cylinder\nradius 3\nangledeg 90\n", CylinderShape::Wedge, 3, 3, 0, 0, 90},
         {"arc\nradius 3\nanglestart 350\nangledeg 20\n", CylinderShape::Arc, 3, 3, 0, 350, 10},
@@ -143,6 +144,13 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         EXPECT_NEAR(shape.startAngle() * halCore::kDegreesPerRadian, c.start, 1e-12);
         EXPECT_NEAR(shape.endAngle() * halCore::kDegreesPerRadian, c.end, 1e-12);
         EXPECT_EQ(shape.startAnglePt() != nullptr, c.end != 0.0);
+
+        Overlay once, twice;
+        once.addShape(shape.clone());
+        const std::string text = overlayText(once);
+        for (auto& again : loadOverlayText(text, "test", preferences, nullptr, 0).shapes)
+            twice.addShape(again.release());
+        EXPECT_EQ(overlayText(twice), text);
     }
 }
 
