@@ -33,8 +33,9 @@ void BaseFilledShape::setOutlined(bool outlined) {
 void BaseFilledShape::setFillFromGui(const FillStyleGUI& gui) {
     const bool filled = gui.filled();
     const ColorBytes color(gui.color());
+    const Survival survives(*this);
     setFilled(filled);
-    setFillColor(color.r, color.g, color.b, color.a);
+    if (survives) setFillColor(color.r, color.g, color.b, color.a);
 }
 
 }  // namespace OverlayEditor

@@ -36,8 +36,9 @@ void BaseLineShape::setLineColor(unsigned char r, unsigned char g, unsigned char
 void BaseLineShape::setLineFromGui(const LineStyleGUI& gui) {
     const ColorBytes color(gui.color());
     const int width = gui.width();
+    const Survival survives(*this);
     setLineColor(color.r, color.g, color.b, color.a);
-    setLineWidth(width);
+    if (survives) setLineWidth(width);
 }
 
 }  // namespace OverlayEditor

@@ -287,8 +287,9 @@ void CylinderShape::setMinorRadius(const halCore::Vec3& lla) {
 }
 
 void CylinderShape::setInnerRadius(double meters) {
+    const Survival survives(*this);
     setMajorRadius(meters);
-    setMinorRadius(meters);
+    if (survives) setMinorRadius(meters);
 }
 
 void CylinderShape::setStartAngle(double radians) {
@@ -340,7 +341,8 @@ void CylinderShape::updatePoints() {
         keep_(minorRadius_, radius, minorAxisPoint_);
     }
     const double start = startAngle();
-    const double end = normalized(endAngle());
+    // Not the end angle: from a full turn that would come back a last digit beside the start.
+    const double end = kept_(endAngle_, endAnglePoint_).value_or(azimuthTo_(endAnglePoint_));
     if (startAnglePoint_) placeAngle_(startAnglePoint_, startAngle_, start);
     if (endAnglePoint_) placeAngle_(endAnglePoint_, endAngle_, end);
     dirty_();
@@ -365,15 +367,17 @@ void CylinderShape::clear() {
 }
 
 void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (!takeAttachment_(id, converter)) return;
-    if (center_ && converter && anchorCenter) {
-        halCore::Vec3 reference;
-        converter->getReferenceLla(reference);
-        moveCenter(reference);
-    } else if (center_) {
-        dirty_();
+    const Survival survives(*this);
+    if (takeAttachment_(id, converter) && center_) {
+        if (converter && anchorCenter) {
+            halCore::Vec3 reference;
+            converter->getReferenceLla(reference);
+            moveCenter(reference);
+        } else {
+            dirty_();
+        }
     }
-    fillGui();
+    if (survives) fillGui();
 }
 
 // The part of the earth that the shape covers
@@ -473,24 +477,25 @@ void CylinderShape::guiChanged_() {
     const auto end = panel_->endAngle();
     const bool drawn = panel_->drawCheck();
 
+    const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (center)
+    if (survives && center)
         moveCenter(*center);
-    else if (!center_ && (x || y || height || start || end))
+    else if (survives && !center_ && (x || y || height || start || end))
         setCenter(shownCenter_);  // the user fills in a shape about the centre that stands in the panel
-    if (x) setMajorRadius(*x);
-    if (y) setMinorRadius(*y);
-    if (height) setHeight(*height);
-    if (start) setStartAngle(*start);
-    if (end) setEndAngle(*end);
-    if ((x || y) && (startAnglePoint_ || endAnglePoint_)) updatePoints();
-    if (!panel_) return;
+    if (survives && x) setMajorRadius(*x);
+    if (survives && y) setMinorRadius(*y);
+    if (survives && height) setHeight(*height);
+    if (survives && start) setStartAngle(*start);
+    if (survives && end) setEndAngle(*end);
+    if (survives && (x || y) && (startAnglePoint_ || endAnglePoint_)) updatePoints();
+    if (!survives || !panel_) return;
     const LineStyleGUI& line = panel_->lineStyle();
     if (line.color() != lineColor() || line.width() != lineWidth()) setLineFromGui(line);
-    if (!panel_) return;
+    if (!survives || !panel_) return;
     const FillStyleGUI& fill = panel_->fillStyle();
     if (fill.filled() != filled() || fill.color() != fillColor()) setFillFromGui(fill);
-    fillGui();
+    if (survives) fillGui();
 }
 
 }  // namespace OverlayEditor

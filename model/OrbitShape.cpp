@@ -52,14 +52,20 @@ double OrbitShape::minorAxis() const {
 void OrbitShape::setMinorRadius(const Vec3& lla) {
     if (!isComplete()) return;
     const double radius = getShortestDistance_(lla);
+    const Survival survives(*this);
     setMinorRadius(radius);
+    if (!survives || !minorAxisPt()) return;
     minorAxisPt()->setPosition(lla);
     keepMinorRadius_(radius);
     dirty_();
 }
 
 void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (!takeAttachment_(id, converter)) return;
+    const Survival survives(*this);
+    if (!takeAttachment_(id, converter)) {
+        if (survives) fillGui();
+        return;
+    }
     if (isComplete() && converter && anchorCenter) {
         const Vec3 from = centerPt()->getPosition();
         const Vec3 to = centerPt2()->getPosition();
@@ -71,13 +77,13 @@ void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* convert
         const auto second = move(to);
         if (first && second) {
             moveCenter(*first);
-            setCenter2(*second);
-            fillGui();
+            if (survives) setCenter2(*second);
+            if (survives) fillGui();
             return;
         }
     }
     dirty_();
-    fillGui();
+    if (survives) fillGui();
 }
 
 std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {

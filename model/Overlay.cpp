@@ -58,18 +58,23 @@ void Overlay::clearShapes(bool destroying) {
     }
 }
 
+// Any change of a shape ends in the host, which may call back: shapes may be gone when their turn comes.
+
 void Overlay::setShown(bool shown) {
-    for (Shape* shape : shapes()) shape->setShown(shown);
+    for (Shape* shape : shapes())
+        if (orders_.contains(shape)) shape->setShown(shown);
 }
 
 void Overlay::setActive(bool active) {
-    for (Shape* shape : shapes()) shape->setActive(active);
+    for (Shape* shape : shapes())
+        if (orders_.contains(shape)) shape->setActive(active);
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
     attachedPlatformId_ = id;
     pointConverter_ = converter;
-    for (Shape* shape : shapes()) shape->setAttachedPlatformId(id, converter, anchorCenter);
+    for (Shape* shape : shapes())
+        if (orders_.contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
 }
 
 int Overlay::serializeShapes(Serializer& serializer) const {

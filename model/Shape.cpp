@@ -28,6 +28,7 @@ Shape::Shape(const Shape& other)
       name_(other.name_) {}
 
 Shape::~Shape() {
+    life_.reset();
     Shape::hide_();
 }
 
@@ -38,9 +39,10 @@ void Shape::setName(const std::string& name) {
 
 void Shape::setShown(bool shown) {
     shown_ = shown;
+    const Survival survives(*this);
     if (!shown)
         if (MouseTool* const tool = mouseTool()) tool->deactivate();
-    dirty_();
+    if (survives) dirty_();
 }
 
 void Shape::setActive(bool active) {
@@ -49,15 +51,17 @@ void Shape::setActive(bool active) {
         dirty_();
         return;
     }
+    const Survival survives(*this);
     if (MouseTool* const tool = mouseTool()) tool->deactivate();
-    hide_();
+    if (survives) hide_();
 }
 
 void Shape::setShowPoints(bool shown) {
     if (shown == showPoints_) return;
     showPoints_ = shown;
+    const Survival survives(*this);
     if (MouseTool* const tool = mouseTool()) tool->setShowPoints(shown);
-    dirty_();
+    if (survives) dirty_();
 }
 
 void Shape::setAnchorCenter(bool anchored) {
@@ -97,8 +101,9 @@ void Shape::updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, h
 }
 
 void Shape::dirty_() {
+    const Survival survives(*this);
     hide_();
-    if (!shown_ || !active_) return;
+    if (!survives || !shown_ || !active_) return;
 
     SerializeToZel serializer;
     serializer.setPointConverter(pointConverter_);

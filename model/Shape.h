@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -66,6 +67,17 @@ class Shape {
     /// Removes it from the host.
     virtual void hide_();
 
+    /// Tells after a call that may end in the host whether the shape is still there: the host may call back,
+    /// and what it calls may delete the shape.
+    class Survival {
+      public:
+        explicit Survival(const Shape& shape) : life_(shape.life_) {}
+        explicit operator bool() const { return !life_.expired(); }
+
+      private:
+        std::weak_ptr<const char> life_;
+    };
+
   public:
     bool active() const { return active_; }
     bool showPoints() const { return showPoints_; }
@@ -108,6 +120,8 @@ class Shape {
     void* hostOverlay_ = nullptr;
     /// The refresh that is waiting for the host, when there is one; the innermost, should the host call back.
     Loading* loading_ = nullptr;
+    /// Ends with the shape; what it points to means nothing.
+    std::shared_ptr<const char> life_ = std::make_shared<const char>();
     ShapeNames* names_ = nullptr;
 
   protected:

@@ -161,6 +161,13 @@ TEST_F(CylinderShapeTest, AnglesAreNormalizedAndEqualBoundsAreAFullTurn) {
     arc->setStartAngle(5.5);
     arc->setEndAngle(5.5 + kTwoPi);
     EXPECT_EQ(arc->endAngle(), 5.5 + kTwoPi);
+    for (const double start : {0.1, 1.1, 3.3}) {  // in sums with a full turn they lose a last digit
+        arc->setStartAngle(start);
+        arc->setEndAngle(start + kTwoPi);
+        arc->updatePoints();
+        EXPECT_EQ(arc->endAngle(), start + kTwoPi);
+    }
+    arc->setStartAngle(5.5);
     arc->setEndAngle(0.5);
     EXPECT_EQ(arc->endAngle(), 0.5);
 
