@@ -33,8 +33,9 @@
 //   3. Dispatch of StartUp. From now on the plug-in calls services and the host dispatches events.
 //   4. Dispatch of Close, never from within another dispatch, callback or service call: the plug-in takes
 //      down what it made; its object is gone when this returns. Events dispatched meanwhile do nothing.
-//      What it still owns in the host (widgets, actions, timeouts, observers, overlays, platforms, screen
-//      texts, services) the host drops then, and says so.
+//      What it still owns in the host (widgets, icons, actions, timeouts, observers, overlays from streams,
+//      platforms, screen texts, lines, services, a grabbed mouse) the host drops then, and says so. Overlay
+//      files are the host's and stay.
 //   5. HPI_CleanUpPlugin: callback objects are freed and the service table is forgotten. The host must
 //      not call a callback from here on. The library can be unloaded, and loaded again.
 //
@@ -61,7 +62,7 @@
 //   every mouse event of the view while the plug-in is started.
 //
 //   PreDrawOnRefresh is dispatched once a frame, before the scene is drawn, with the view's size in
-//   device pixels in integers Width and Height. A legacy-compatible OpenGL context is current; modelview
+//   the pixels of mouse events in integers Width and Height (OpenGL's viewport is in device pixels). A legacy-compatible OpenGL context is current; modelview
 //   and projection map earth-centred, earth-fixed metres (x to 0N 0E, y to 0N 90E, z to the pole) relative
 //   to the eye. Subtract the eye position in double precision before anything becomes a float. What is drawn
 //   in the hook goes to a layer of its own that ends up on top of overlays; the globe's depth is not there,
@@ -162,7 +163,8 @@
 //   248  create     CATCHALL i[Platform] p PIData::CreatePlatformRequest* -> i id
 //   250  header     STRUCT PIData::HeaderRequest*; the host fills `header`. Returns 1 when the id is known.
 //   252  frame      CATCHALL -> i PIData::CoordReferenceFrame
-//   253  remove     CATCHALL i id. Returns 1. The host dispatches EntityRemoved.
+//   253  remove     CATCHALL i id. Returns 1. The host dispatches EntityRemoved from inside the call.
+//                   Overlays that were attached to the platform stay loaded, attached to none.
 //   256  data point STRUCT PIData::DataPointRequest*; the host fills `point`. Returns 1 when the platform has
 //                   data at that time.
 //
@@ -170,7 +172,8 @@
 //   317  timeout    CATCHALL i[Create], milliseconds p callback, user data -> p timeout. Fires once; the host
 //                   forgets it then.   CATCHALL i[Cancel] p timeout
 //   319  action     CATCHALL i[Create] s owner, label p callback -> p action. Shown in the actions menu.
-//                   CATCHALL i[SetChecked], 0 or 1 s owner, label. CATCHALL i[Destroy] p action
+//                   CATCHALL i[SetChecked], 0 or 1 s owner, label: choosing an action never changes its mark,
+//                   this does; the first time gives it one. CATCHALL i[Destroy] p action
 //   322  service    CATCHALL i[Register] s name p interface. Returns 0 when the name is taken.
 //                   CATCHALL i[Unregister] s name p interface.  CATCHALL i[Find] s name -> p interface
 //   325  notify     CATCHALL i[Message], severity (halNotify's numbers) s source, text
