@@ -61,15 +61,15 @@
 //   non-zero when the plug-in consumed the event, and the host does nothing with it then. The host sends
 //   every mouse event of the view while the plug-in is started.
 //
-//   PreDrawOnRefresh is dispatched once a frame, before the scene is drawn, with the view's size in
-//   the pixels of mouse events in integers Width and Height (OpenGL's viewport is in device pixels). A legacy-compatible OpenGL context is current; modelview
-//   and projection map earth-centred, earth-fixed metres (x to 0N 0E, y to 0N 90E, z to the pole) relative
-//   to the eye. Subtract the eye position in double precision before anything becomes a float. What is drawn
-//   in the hook goes to a layer of its own that ends up on top of overlays; the globe's depth is not there,
-//   so what lies behind the globe must be left out by computation. The host saves and restores all OpenGL
-//   state. Overlays may be loaded and unloaded in the hook; this frame shows them, and no other
-//   frame is scheduled because of it. OpenGL objects may be made and deleted only in the hook, and in
-//   Close, for which the context is made current.
+//   PreDrawOnRefresh is dispatched once a frame, before the scene is drawn, with the view's size in the
+//   pixels of mouse events in integers Width and Height (OpenGL's viewport is in device pixels). A legacy-
+//   compatible OpenGL context is current; modelview and projection map earth-centred, earth-fixed metres (x
+//   to 0N 0E, y to 0N 90E, z to the pole) relative to the eye. Subtract the eye position in double precision
+//   before anything becomes a float. What is drawn in the hook goes to a layer of its own that ends up on
+//   top of overlays; the globe's depth is not there, so what lies behind the globe must be left out by
+//   computation. The host saves and restores all OpenGL state. Overlays may be loaded and unloaded in the
+//   hook; this frame shows them, and no other frame is scheduled because of it. OpenGL objects may be made
+//   and deleted only in the hook, and in Close, for which the context is made current.
 //
 //   Callbacks: the host calls FunctorTwoParams__::Call(sender, data) with the wrapper bound to the widget
 //   as sender. `data` is null but for actions (const std::int32_t*: the check state asked for) and
