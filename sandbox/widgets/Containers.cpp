@@ -48,8 +48,8 @@ BoxWidget::BoxWidget(const char* kind, QWidget* widget, Direction direction, std
     layout_ = new QBoxLayout(direction == Direction::Row ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom,
                              widget);
     const bool tight = (layoutOptions & PIGUI::PILayoutTight) != 0;
-    const bool bordered =
-        (layoutOptions & PIGUI::PILayoutFrame) != 0 || qobject_cast<QGroupBox*>(widget) || widget->isWindow();
+    const bool bordered = (layoutOptions & PIGUI::PILayoutFrame) != 0 || qobject_cast<QGroupBox*>(widget) ||
+                          widget->windowType() == Qt::Dialog;
     layout_->setSpacing(tight ? 0 : kSpacing);
     const int margin = !tight && bordered ? kMargin : 0;
     layout_->setContentsMargins(margin, margin, margin, margin);

@@ -117,7 +117,12 @@ bool ButtonWidget::setChecked(bool checked) {
 
 TextFieldWidget::TextFieldWidget(std::int32_t style) : field_(new QLineEdit) {
     setWidget(field_);
-    field_->setReadOnly(style == PIGUI::PITextFieldReadOnly);
+    if (style == PIGUI::PITextFieldReadOnly) {
+        field_->setReadOnly(true);
+        QPalette palette = field_->palette();
+        palette.setBrush(QPalette::Base, palette.window());
+        field_->setPalette(palette);
+    }
     QObject::connect(field_, &QLineEdit::editingFinished, field_, [this] {
         if (!field_->isModified()) return;
         field_->setModified(false);
