@@ -77,6 +77,7 @@ Host::Host(const QString& settingsFile)
 
 Host::~Host() {
     closePlugins();
+    view().removeEventFilter(this);
     view().setMouseListener(nullptr);
     view().setRefreshHook(nullptr);
     halNotify::setNotifyHandler(nullptr);
