@@ -52,6 +52,9 @@ void click(QWidget& widget) {
 void click(QWidget& widget, QPoint place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
     if (!widget.isVisible()) throw ScriptError{"a hidden widget cannot be clicked"};
     const QPointer<QWidget> alive(&widget);
+    // Without a window manager no click activates a window, and no field would lose the focus.
+    QWidget* const window = widget.window();
+    if (!window->isActiveWindow() && window->windowType() != Qt::Popup) QApplication::setActiveWindow(window);
     if (widget.focusPolicy() & Qt::ClickFocus) widget.setFocus(Qt::MouseFocusReason);
     mouse(widget, QEvent::MouseButtonPress, place, button, button, modifiers);
     if (alive) mouse(widget, QEvent::MouseButtonRelease, place, button, Qt::NoButton, modifiers);

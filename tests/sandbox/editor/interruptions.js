@@ -1,0 +1,83 @@
+// What a user may do in the middle of drawing a circle, and with a text that is typed but not entered yet.
+const editor = dialog("Overlay Editor");
+const work = temporaryDirectory();
+const here = { lat: 42, lon: 5 };
+const edge = { lat: 42, lon: 7 };
+view.camera = { lat: 40, lon: 6, alt: 0, range: 4000000, azimuth: 0, elevation: 90 };
+menu("Plug-ins", "Overlay Editor...");
+editor.moveTo(820, 20);
+
+function startCircle() {
+    editor.choose("Shape:", "Circle");
+    view.move(here);
+    view.press(here);
+    view.move(edge);
+    waitFor(() => overlays().some(o => o.text.includes("0xff0073ff")), "the rubber band");
+}
+function drawCircle() {
+    startCircle();
+    view.release(edge);
+    assertEqual(editor.checked("Edit"), true);
+}
+function shapesInView() { return overlays().filter(o => !o.path).length; }
+
+// A file to load, written by the text that is still in its field when the button is pressed.
+drawCircle();
+editor.type("Radius:", "123 km");
+answerFileDialog(work + "/circle.zel");
+editor.press("Save As...");
+assert(readFile(work + "/circle.zel").includes("\nradius 123000\n"), "the typed radius is saved");
+editor.press("Delete All");
+
+const interruptions = {
+    "Delete": [() => editor.press("Delete"), 0],
+    "Delete All": [() => editor.press("Delete All"), 0],
+    "load": [() => { answerFileDialog(work + "/circle.zel"); editor.press("..."); }, 1],
+    "cleared scenario": [() => clearScenario("cleared"), 0],
+};
+for (const name in interruptions) {
+    const [interrupt, left] = interruptions[name];
+    startCircle();
+    interrupt();
+    view.move(here);
+    view.release(edge);
+    wait(50);
+    assertEqual(editor.items().length, left, name);
+    assertEqual(shapesInView(), left, name + ", in the view");
+    assertEqual([editor.enabled("Edit"), editor.checked("Edit")], [false, false], name);
+    if (left) editor.press("Delete All");
+}
+
+// A right click, and closing the dialog: the circle stays, empty, and can be drawn again.
+for (const interrupt of [() => view.click(edge, { button: "right" }),
+                         () => { editor.close(); menu("Plug-ins", "Overlay Editor..."); }]) {
+    startCircle();
+    interrupt();
+    view.release(edge);
+    waitFor(() => editor.checked("Stop"), "the buttons to follow the tool");
+    assertEqual([shapesInView(), editor.value("Radius:")], [0, "0.00"]);
+    editor.press("Edit");
+    view.move(here);
+    view.drag(here, edge);
+    assertEqual(shapesInView(), 1);
+    editor.press("Delete");
+}
+
+// A radius that is typed completes the circle: presses elsewhere turn the globe again.
+editor.choose("Shape:", "Circle");
+editor.fill("Radius:", "300 km");
+wait(50);
+const before = view.camera.lon;
+view.move(here);
+view.drag(here, edge);
+assert(view.camera.lon !== before, "the globe was turned");
+assertEqual(editor.value("Radius:"), "300000.00");
+editor.press("Delete");
+
+// Closed in the middle of a drag, the plug-in is gone with all that it made.
+view.camera = { lat: 40, lon: 6, alt: 0, range: 4000000, azimuth: 0, elevation: 90 };
+startCircle();
+closePlugin("OverlayEditor");
+assertEqual([shapesInView(), dialogs().length, menuItems("Plug-ins").length], [0, 0, 0]);
+assert(!readFile("/proc/self/maps").includes("OverlayEditor.so"), "the library is unloaded");
+view.release(edge);
