@@ -77,7 +77,9 @@ Host::Host(const QString& settingsFile)
 
 Host::~Host() {
     closePlugins();
+    // The window outlives this destructor's body: nothing of its end may come back here.
     view().removeEventFilter(this);
+    window_.disconnect(this);
     view().setMouseListener(nullptr);
     view().setRefreshHook(nullptr);
     halNotify::setNotifyHandler(nullptr);
