@@ -17,6 +17,7 @@
 #include "gui/TestEquipment.h"
 #include "model/CylinderShape.h"
 #include "model/ShapeRegistry.h"
+#include "support/TemporaryDirectory.h"
 
 using halCore::kRadiansPerDegree;
 using halCore::Vec3;
@@ -48,14 +49,12 @@ class OverlayEditorDialogTest : public ::testing::Test {
         for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
             registry.addPrototype(CylinderShape(preferences, subtype));
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
-        std::filesystem::create_directories(directory);
     }
     ~OverlayEditorDialogTest() override {
         dialog.reset();
         overlay.clearShapes(true);
         halNotify::setNotifyHandler({});
         freeFunctors();
-        std::filesystem::remove_all(directory);
     }
 
     void press(const std::string& caption) { host.activate(*host.find(caption)); }
@@ -95,7 +94,8 @@ class OverlayEditorDialogTest : public ::testing::Test {
 
     FakeHost host;
     std::vector<std::string> messages;
-    const std::string directory = std::filesystem::temp_directory_path() / "overlayeditor-dialog-test";
+    const TemporaryDirectory temporary;
+    const std::string& directory = temporary.path();
     TestEquipment equipment;
     Preferences preferences;
     MouseManager mouse;

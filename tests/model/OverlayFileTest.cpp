@@ -11,6 +11,7 @@
 #include "model/CylinderShape.h"
 #include "model/OverlayFile.h"
 #include "support/FakeHost.h"
+#include "support/TemporaryDirectory.h"
 
 using halCore::Vec3;
 using OverlayEditor::CylinderShape;
@@ -52,7 +53,8 @@ std::string block(const std::string& lines) {
 }
 
 TEST_F(OverlayFileTest, SavedFileComesBack) {
-    const std::string path = ::testing::TempDir() + "overlay-file-test.zel";
+    const TemporaryDirectory temporary;
+    const std::string path = temporary.path() + "/overlay.zel";
     Overlay overlay;
     EXPECT_EQ(saveOverlayFile(overlay, path).error, "there is nothing to save");
 
@@ -78,7 +80,6 @@ TEST_F(OverlayFileTest, SavedFileComesBack) {
     EXPECT_EQ(UTILS::readFile(path, text), "");
     EXPECT_EQ(again(text), text);
     std::remove(path.c_str());
-
     EXPECT_NE(loadOverlayFile(path, preferences, nullptr, 0).error, "");
     EXPECT_NE(saveOverlayFile(overlay, "/nonexistent/x.zel").error, "");
 }

@@ -13,6 +13,7 @@
 #include "gui/Form.h"
 #include "pi/OverlayEditorInterface.h"
 #include "plugin/LoadedPlugin.h"
+#include "support/TemporaryDirectory.h"
 
 using halCore::kRadiansPerDegree;
 using halCore::Vec3;
@@ -36,9 +37,7 @@ class PluginTest : public ::testing::Test {
   protected:
     PluginTest() {
         host.pixelToLla = [](int x, int y) { return std::optional(atPixel(x, y)); };
-        std::filesystem::create_directories(directory);
     }
-    ~PluginTest() override { std::filesystem::remove_all(directory); }
 
     void openDialog(LoadedPlugin&) { host.activate(*host.find("Overlay Editor...")); }
     void addCircle() {
@@ -68,7 +67,8 @@ class PluginTest : public ::testing::Test {
 
     FakeHost host;
     Form form{host};
-    const std::string directory = std::filesystem::temp_directory_path() / "overlayeditor-plugin-test";
+    const TemporaryDirectory temporary;
+    const std::string& directory = temporary.path();
 };
 
 TEST_F(PluginTest, SaysWhoItIs) {
