@@ -53,6 +53,8 @@ bool isUnderflow(std::string_view text) {
 __extension__ using Uint128 = unsigned __int128;
 
 constexpr int kMostDigits = 17;
+/// As many as two words of eight hold.
+constexpr int kOrdinaryDigits = 16;
 /// The highest power of five that fits 64 bits.
 constexpr int kMostFives = 27;
 
@@ -119,7 +121,9 @@ char* writeOrdinary(char* out, double value, int digits) {
     int exponent = binary * 1233 >> 12;
     exponent += static_cast<int>(std::abs(value) >=
                                  kDecimalPowers[static_cast<std::size_t>(exponent + 1 - kLeastPower)]);
-    if (exponent < -4 || exponent > digits - 1 || digits - 1 - exponent > kMostFives) return nullptr;
+    if (digits > kOrdinaryDigits || exponent < -4 || exponent > digits - 1 ||
+        digits - 1 - exponent > kMostFives)
+        return nullptr;
     std::uint64_t integer = scaledInteger(mantissa, biased - 1075, digits - 1 - exponent);
     if (integer == kPowersOfTen[static_cast<std::size_t>(digits)]) {
         // Rounded up to the next power of ten.
@@ -127,26 +131,20 @@ char* writeOrdinary(char* out, double value, int digits) {
         if (++exponent > digits - 1) return nullptr;
     }
 
+    // All sixteen digits in one word, the first in its lowest byte; those in front that are not asked for
+    // are shifted out. Words, not bytes in memory: reading back what was just written in parts is slow.
     constexpr std::uint64_t zeros = 0x30303030'30303030ULL;
     constexpr std::uint64_t tenToEight = 100'000'000;
-    // Behind the 24 digits there is room to copy blocks of fixed size.
-    char all[3 * 8 + 16] = {};
     const std::uint64_t low = eightDigits(integer % tenToEight);
-    const std::uint64_t middle = eightDigits(integer / tenToEight % tenToEight);
-    const std::uint64_t lowText = low | zeros;
-    const std::uint64_t middleText = middle | zeros;
-    all[7] = static_cast<char>('0' + integer / tenToEight / tenToEight);
-    std::memcpy(all + 8, &middleText, 8);
-    std::memcpy(all + 16, &lowText, 8);
-    const char* const text = all + 24 - digits;
+    const std::uint64_t middle = eightDigits(integer / tenToEight);
+    const Uint128 text =
+        (static_cast<Uint128>(low | zeros) << 64 | (middle | zeros)) >> 8 * (kOrdinaryDigits - digits);
     // Zeros at the end are not written; the last digit is in the highest byte.
-    int used = 0;
+    int used = digits - kOrdinaryDigits;
     if (low != 0)
-        used = digits - std::countl_zero(low) / 8;
+        used += 16 - std::countl_zero(low) / 8;
     else if (middle != 0)
-        used = digits - 8 - std::countl_zero(middle) / 8;
-    else
-        used = digits - 16;
+        used += 8 - std::countl_zero(middle) / 8;
     used = std::max(used, 1);
 
     *out = '-';
@@ -154,14 +152,15 @@ char* writeOrdinary(char* out, double value, int digits) {
     if (exponent < 0) {
         std::memcpy(out, "0.0000", 6);
         out += 1 - exponent;
-        std::memcpy(out, text, kMostDigits);
+        std::memcpy(out, &text, sizeof text);
         return out + used;
     }
     const int whole = exponent + 1;
-    std::memcpy(out, text, kMostDigits);
+    std::memcpy(out, &text, sizeof text);
     if (used <= whole) return out + whole;
     out[whole] = '.';
-    std::memcpy(out + whole + 1, text + whole, kMostDigits - 1);
+    const Uint128 fraction = text >> 8 * whole;
+    std::memcpy(out + whole + 1, &fraction, sizeof fraction);
     return out + used + 1;
 }
 

@@ -8,6 +8,7 @@
 #include "format/FileNumber.h"
 #include "format/Keyword.h"
 #include "format/LabelText.h"
+#include "format/PlainNumber.h"
 #include "geo/Angles.h"
 #include "geo/Mgrs.h"
 
@@ -26,8 +27,9 @@ std::string_view firstWord(std::string_view text) {
 }
 
 bool isComment(std::string_view line) {
-    return line.front() == '#' || line.front() == '/' ||
-           UTILS::equalsIgnoringCase(firstWord(line), "comment");
+    const char first = line.front();
+    if (first == '#' || first == '/') return true;
+    return (first == 'c' || first == 'C') && UTILS::equalsIgnoringCase(firstWord(line), "comment");
 }
 
 /// Degrees with 7 decimals in a field of 11: about a centimetre, as grid references are stored.
@@ -63,6 +65,7 @@ void BlockReader::readLines(std::string_view text) {
         }
         const auto* const stop =
             static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+        limit_ = end;
         readLine_(UTILS::trimmed(std::string_view(p, static_cast<std::size_t>(stop - p))));
         p = stop + 1;
     }
@@ -88,12 +91,12 @@ const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
     double y = 0.0;
     double z = 0.0;
     p = skipBlanks(p);
-    if (!scanPlainNumber(p, x)) return nullptr;
+    if (!scanPlainNumber(p, end, x)) return nullptr;
     p = skipBlanks(p);
-    if (!scanPlainNumber(p, y)) return nullptr;
+    if (!scanPlainNumber(p, end, y)) return nullptr;
     p = skipBlanks(p);
     if (!endsLine(p)) {
-        if (!scanPlainNumber(p, z)) return nullptr;
+        if (!scanPlainNumber(p, end, z)) return nullptr;
         p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
     } else if (*p == '\r') {
         ++p;
@@ -120,7 +123,11 @@ void BlockReader::readOutside_(std::string_view line) {
             messages_.report()->looseComments.push_back({made_, std::string(line)});
         return;
     }
-    tokens_.split(line);
+    if (line == "start") {
+        openBlock_();
+        return;
+    }
+    tokens_.split(line, limit_);
     const std::string_view word = tokens_[0];
     if (word == "start")
         openBlock_();
@@ -135,8 +142,27 @@ void BlockReader::readInside_(std::string_view line) {
         addComment_(line);
         return;
     }
-    tokens_.split(line);
-    readKeyword_(findKeyword(tokens_[0]));
+    if (readSingleWord_(line)) return;
+    tokens_.split(line, limit_);
+    readKeyword_(findKeyword(tokens_[0], tokens_.beginning()));
+}
+
+/// A short word that needs nothing behind it is the whole line; false, and nothing done, for other lines.
+bool BlockReader::readSingleWord_(std::string_view line) {
+    if (line.size() > 8 || limit_ - line.data() < 8) return false;
+    const std::uint64_t text = loadEight(line.data());
+    const auto length = static_cast<unsigned>(line.size());
+    if (countBeforeBlank(text) < length) return false;
+    const Keyword& keyword = findKeyword(line, loweredEight(firstOf(text, length)));
+    switch (keyword.action) {
+        case KeywordAction::Shape:
+        case KeywordAction::End:
+        case KeywordAction::Flag:
+            readKeyword_(keyword);
+            return true;
+        default:
+            return false;
+    }
 }
 
 void BlockReader::openBlock_() {
@@ -158,7 +184,7 @@ void BlockReader::closeBlock_() {
     if (badBlock_) return;
     if (record_.pointType() == ParsedShape::PointType::Absolute) record_.set(ShapeParameter::Absolute, "1");
     modifiers_.apply(record_);
-    if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, messages_)) {
+    if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, registry_, messages_)) {
         shapes_.push_back(std::move(shape));
         ++made_;
     }
@@ -180,7 +206,7 @@ void BlockReader::addComment_(std::string_view line) {
     const std::string_view second = firstWord(rest);
     if (second.size() < 4 || !UTILS::equalsIgnoringCase(second.substr(0, 4), "kml_")) return;
     // File names keep their case.
-    tokens_.split(line, LineTokens::Case::Keep);
+    tokens_.split(line, limit_, LineTokens::Case::Keep);
     if (UTILS::equalsIgnoringCase(second, "kml_icon")) {
         if (tokens_.count() >= 3) record_.set(ShapeParameter::ImageFile, tokens_[2]);
     } else if (UTILS::equalsIgnoringCase(second, "kml_groundoverlay")) {

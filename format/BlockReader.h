@@ -15,9 +15,10 @@ struct Keyword;
 /// The reader's state machine: takes lines, gives shapes. Outside a block until "start", inside until "end".
 class BlockReader {
   public:
-    /// All three are only referred to.
-    BlockReader(const Parser& parser, Parser::Shapes& shapes, const MessageSink& messages)
-        : parser_(parser), shapes_(shapes), messages_(messages) {}
+    /// All four are only referred to.
+    BlockReader(const Parser& parser, const UnitsRegistry& registry, Parser::Shapes& shapes,
+                const MessageSink& messages)
+        : parser_(parser), registry_(registry), shapes_(shapes), messages_(messages) {}
 
     /// Reads whole lines: `text` is empty or ends with a line feed.
     void readLines(std::string_view text);
@@ -36,6 +37,7 @@ class BlockReader {
     void addComment_(std::string_view line);
     bool setShape_(ShapeType type);
 
+    bool readSingleWord_(std::string_view line);
     void readKeyword_(const Keyword& keyword);
     void readAnnotation_();
     void readBox_();
@@ -53,10 +55,13 @@ class BlockReader {
     void error_(std::initializer_list<std::string_view> parts) const;
 
     const Parser& parser_;
+    const UnitsRegistry& registry_;
     Parser::Shapes& shapes_;
     const MessageSink& messages_;
 
     LineTokens tokens_;
+    /// The end of the text that is being read.
+    const char* limit_ = nullptr;
     std::size_t lineNumber_ = 0;
     bool insideBlock_ = false;
     bool badBlock_ = false;

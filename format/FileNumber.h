@@ -23,9 +23,4 @@ std::optional<double> readFileDegrees(std::string_view text, AngleKind kind);
 /// A decimal integer that fits an int.
 std::optional<int> readFileInteger(std::string_view text);
 
-/// Reads a plain decimal number ("-17.505557": no exponent, some 19 digits at most) at `p`, moves `p`
-/// behind it, and returns true; it must be followed by white space. For everything else it returns false,
-/// with `p` anywhere in the text read. The text must hold a line feed, where reading stops at the latest.
-bool scanPlainNumber(const char*& p, double& value);
-
 }  // namespace halCore::ZEL

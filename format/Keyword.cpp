@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "format/EightBytes.h"
+
 namespace halCore::ZEL {
 namespace {
 
@@ -98,6 +100,7 @@ constexpr Keyword kUnknown;
 
 constexpr std::size_t kSlots = 256;
 static_assert(std::size(kKeywords) < kSlots / 2);
+static_assert(std::ranges::all_of(kKeywords, [](const Keyword& k) { return k.text.size() <= 24; }));
 
 /// The first eight letters (fewer are filled up with zeros) as one number.
 constexpr std::uint64_t beginning(std::string_view word) {
@@ -113,27 +116,46 @@ constexpr std::size_t slotOf(std::string_view word, std::uint64_t beginning) {
     return ((beginning ^ rest << 40) * 0x9e3779b97f4a7c15ULL) >> 56;
 }
 
-/// Open addressing: a keyword stands in its slot or in one of those behind it; 0 is an empty slot.
+/// Open addressing: a keyword stands in its slot or in one of those behind it.
+struct Slot {
+    std::uint64_t beginning = 0;
+    const Keyword* keyword = nullptr;
+};
+
 constexpr auto makeSlots() {
-    std::array<std::uint8_t, kSlots> slots{};
-    for (std::size_t i = 0; i < std::size(kKeywords); ++i) {
-        std::size_t slot = slotOf(kKeywords[i].text, beginning(kKeywords[i].text));
-        while (slots[slot] != 0) slot = (slot + 1) % kSlots;
-        slots[slot] = static_cast<std::uint8_t>(i + 1);
+    std::array<Slot, kSlots> slots{};
+    for (const Keyword& keyword : kKeywords) {
+        const std::uint64_t letters = beginning(keyword.text);
+        std::size_t slot = slotOf(keyword.text, letters);
+        while (slots[slot].keyword != nullptr) slot = (slot + 1) % kSlots;
+        slots[slot] = {letters, &keyword};
     }
     return slots;
 }
 
 constexpr auto kSlotTable = makeSlots();
 
+/// For two words of the same length, 24 letters at most, with the same beginning.
+bool sameBehindBeginning(std::string_view a, std::string_view b) {
+    const std::size_t size = a.size();
+    if (size <= 8) return true;
+    if (loadEight(a.data() + size - 8) != loadEight(b.data() + size - 8)) return false;
+    return size <= 16 || loadEight(a.data() + 8) == loadEight(b.data() + 8);
+}
+
 }  // namespace
 
 const Keyword& findKeyword(std::string_view word) {
+    return findKeyword(word, beginning(word));
+}
+
+const Keyword& findKeyword(std::string_view word, std::uint64_t beginning) {
     if (word.empty()) return kUnknown;
-    for (std::size_t slot = slotOf(word, beginning(word)); kSlotTable[slot] != 0;
+    for (std::size_t slot = slotOf(word, beginning); kSlotTable[slot].keyword != nullptr;
          slot = (slot + 1) % kSlots) {
-        const Keyword& keyword = kKeywords[kSlotTable[slot] - 1U];
-        if (keyword.text == word) return keyword;
+        const std::string_view text = kSlotTable[slot].keyword->text;
+        if (kSlotTable[slot].beginning != beginning || text.size() != word.size()) continue;
+        if (sameBehindBeginning(text, word)) return *kSlotTable[slot].keyword;
     }
     return kUnknown;
 }

@@ -21,9 +21,28 @@ constexpr bool endsFolding(std::string_view word) {
 
 }  // namespace
 
-void LineTokens::split(std::string_view line, Case letters) {
-    if (line.size() > capacity_) {
-        capacity_ = 2 * line.size();
+/// Copies a word to `out` and returns its end there; `p` moves to the word's end. Up to seven bytes more may
+/// be written.
+char* LineTokens::takeWord_(const char*& p, const char* end, const char* limit, char* out, bool fold) const {
+    while (limit - p >= 8) {
+        const std::uint64_t word = loadEight(p);
+        const unsigned count = countBeforeBlank(word);
+        storeEight(out, fold ? loweredEight(word) : word);
+        p += count;
+        out += count;
+        if (count == 8) continue;
+        if (p >= end || UTILS::isBlank(*p)) return out;
+        // A control character that is no white space is part of the word.
+        *out++ = *p++;
+    }
+    for (; p != end && !UTILS::isBlank(*p); ++p) *out++ = fold ? lowered(*p) : *p;
+    return out;
+}
+
+void LineTokens::split(std::string_view line, const char* limit, Case letters) {
+    constexpr std::size_t slack = 16;
+    if (line.size() + slack > capacity_) {
+        capacity_ = 2 * line.size() + 256;
         joined_ = std::make_unique_for_overwrite<char[]>(capacity_);
     }
     size_ = 0;
@@ -38,18 +57,14 @@ void LineTokens::split(std::string_view line, Case letters) {
         // Never more than the line has: a blank is written where one or more were read.
         if (count_ != 0) *out++ = ' ';
         char* const begin = out;
-        if (fold && !keepsCase(*p)) {
-            for (; p != end && !UTILS::isBlank(*p); ++p) *out++ = lowered(*p);
-            fold = !endsFolding({begin, static_cast<std::size_t>(out - begin)});
-        } else {
-            const char* const word = p;
-            if (*p == '"') {
-                ++p;
-                while (p != end && *p != '"') ++p;
-            }
-            while (p != end && !UTILS::isBlank(*p)) ++p;
-            out = std::copy(word, p, out);
+        if (*p == '"') {
+            const char* const quote = p++;
+            while (p != end && *p != '"') ++p;
+            out = std::copy(quote, p, out);
         }
+        const bool foldWord = fold && (out == begin && !keepsCase(*p));
+        out = takeWord_(p, end, limit, out, foldWord);
+        if (foldWord) fold = !endsFolding({begin, static_cast<std::size_t>(out - begin)});
         if (count_ < kKept) {
             begins_[count_] = static_cast<std::size_t>(begin - joined_.get());
             ends_[count_] = static_cast<std::size_t>(out - joined_.get());

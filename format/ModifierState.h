@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -13,7 +14,7 @@ class ParsedShape;
 /// The style modifiers of a block, kept apart from its record until the block ends.
 class ModifierState {
   public:
-    void clear();
+    void clear() { present_ = 0; }
     /// `parameter` is one of the modifiers, the first fifteen of the enumeration; others are ignored.
     void set(ShapeParameter parameter, std::string_view value);
     /// Writes every non-empty field into the record.
@@ -21,6 +22,8 @@ class ModifierState {
 
   private:
     std::array<std::string, kModifierCount> fields_;
+    /// One bit a field: a block sets few of them.
+    std::uint32_t present_ = 0;
 };
 
 }  // namespace halCore::ZEL

@@ -67,6 +67,11 @@ bool ParsedShape::append(PointType type, std::string_view x, std::string_view y,
     return true;
 }
 
+std::vector<Vec3> ParsedShape::takePoints() {
+    // A few are copied: their list keeps its memory for the next block.
+    return points_.capacity() > kKeptPoints ? std::exchange(points_, {}) : points_;
+}
+
 std::string ParsedShape::stringValue(ShapeParameter parameter, std::string_view defaultValue) const {
     return std::string(hasValue(parameter) ? text(parameter) : defaultValue);
 }

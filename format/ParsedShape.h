@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -50,6 +51,11 @@ class ParsedShape {
     bool hasValue(ShapeParameter parameter) const {
         return (present_ >> static_cast<std::size_t>(parameter) & 1) != 0;
     }
+    /// Whether any of some attributes is set.
+    template <std::same_as<ShapeParameter>... Parameters>
+    bool hasAnyOf(Parameters... parameters) const {
+        return (present_ & (... | (1ULL << static_cast<std::size_t>(parameters)))) != 0;
+    }
     /// Whether any attribute from `first` to `last` of the enumeration is set.
     bool hasAny(ShapeParameter first, ShapeParameter last) const {
         return (present_ >> static_cast<std::size_t>(first) &
@@ -74,6 +80,8 @@ class ParsedShape {
     std::size_t pointsGiven() const { return points_.size() + unread_.size(); }
     /// The points that could be read, as in `append(PointType, Vec3)`.
     const std::vector<Vec3>& points() const { return points_; }
+    /// The same, taken out: many are moved rather than copied.
+    std::vector<Vec3> takePoints();
     /// Whether the first point given could be read.
     bool firstPointRead() const {
         return !points_.empty() && (unread_.empty() || unread_.front().first != 0);

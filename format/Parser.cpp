@@ -77,6 +77,14 @@ class LineFeeder {
     bool atBegin_ = true;
 };
 
+/// Only a last line without a line feed is copied, to get one.
+void readText(BlockReader& reader, std::string_view text) {
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    const std::size_t whole = text.rfind('\n') + 1;
+    reader.readLines(text.substr(0, whole));
+    if (whole != text.size()) reader.readLines(std::string(text.substr(whole)) + '\n');
+}
+
 }  // namespace
 
 Parser::Parser() {
@@ -96,43 +104,34 @@ void Parser::addOverwriteColor(std::string_view name, std::string_view value) {
     colors_.insert_or_assign(UTILS::lowerCase(name), std::string(value));
 }
 
+template <typename Feed>
+void Parser::parse_(Shapes& shapes, ParseReport* report, Feed feed) const {
+    UnitsRegistry defaults;
+    if (registry_ == nullptr) defaults.registerDefaultUnits();
+    const MessageSink messages(report);
+    BlockReader reader(*this, registry_ != nullptr ? *registry_ : defaults, shapes, messages);
+    feed(reader);
+    reader.finish();
+}
+
 void Parser::parse(std::istream& in, Shapes& shapes) const {
-    parseStream_(in, shapes, nullptr);
+    parse_(shapes, nullptr, [&in](BlockReader& reader) { LineFeeder(reader).readAll(in); });
 }
 
 void Parser::parse(std::istream& in, Shapes& shapes, ParseReport& report) const {
-    parseStream_(in, shapes, &report);
+    parse_(shapes, &report, [&in](BlockReader& reader) { LineFeeder(reader).readAll(in); });
 }
 
 void Parser::parse(std::string_view text, Shapes& shapes) const {
-    parseText_(text, shapes, nullptr);
+    parse_(shapes, nullptr, [text](BlockReader& reader) { readText(reader, text); });
 }
 
 void Parser::parse(std::string_view text, Shapes& shapes, ParseReport& report) const {
-    parseText_(text, shapes, &report);
+    parse_(shapes, &report, [text](BlockReader& reader) { readText(reader, text); });
 }
 
-void Parser::parseStream_(std::istream& in, Shapes& shapes, ParseReport* report) const {
-    const MessageSink messages(report);
-    BlockReader reader(*this, shapes, messages);
-    LineFeeder(reader).readAll(in);
-    reader.finish();
-}
-
-void Parser::parseText_(std::string_view text, Shapes& shapes, ParseReport* report) const {
-    const MessageSink messages(report);
-    BlockReader reader(*this, shapes, messages);
-    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-    const std::size_t whole = text.rfind('\n') + 1;
-    reader.readLines(text.substr(0, whole));
-    if (whole != text.size()) reader.readLines(std::string(text.substr(whole)) + '\n');
-    reader.finish();
-}
-
-std::shared_ptr<ZelShape> Parser::getShape_(ParsedShape& record, const MessageSink& messages) const {
-    if (registry_ != nullptr) return ShapeBuilder(record, *registry_, messages).build();
-    UnitsRegistry registry;
-    registry.registerDefaultUnits();
+std::shared_ptr<ZelShape> Parser::getShape_(ParsedShape& record, const UnitsRegistry& registry,
+                                            const MessageSink& messages) const {
     return ShapeBuilder(record, registry, messages).build();
 }
 

@@ -52,10 +52,12 @@ class Parser {
     using Colors = std::map<std::string, std::string, std::less<>>;
 
     void initZelColors_();
-    void parseStream_(std::istream& in, Shapes& shapes, ParseReport* report) const;
-    void parseText_(std::string_view text, Shapes& shapes, ParseReport* report) const;
+    /// `feed` hands the text to the reader.
+    template <typename Feed>
+    void parse_(Shapes& shapes, ParseReport* report, Feed feed) const;
     /// The shape of a finished record; null, with a message, when it makes none.
-    std::shared_ptr<ZelShape> getShape_(ParsedShape& record, const MessageSink& messages) const;
+    std::shared_ptr<ZelShape> getShape_(ParsedShape& record, const UnitsRegistry& registry,
+                                        const MessageSink& messages) const;
 
     Colors colors_;
     const UnitsRegistry* registry_ = nullptr;

@@ -42,12 +42,12 @@ std::string joined(const PositionStrings& position) {
 }  // namespace
 
 ShapeBuilder::ShapeBuilder(ParsedShape& record, const UnitsRegistry& registry, const MessageSink& messages)
-    : record_(record),
-      messages_(messages),
-      relative_(!record.hasValue(P::Absolute)),
-      units_(UnitsState::parse(record, registry, [this](const std::string& text) {
-          error_({text, " for ", label_()});
-      })) {}
+    : record_(record), messages_(messages), relative_(!record.hasValue(P::Absolute)) {
+    if (record.hasAny(P::AltitudeUnits, P::AngleUnits))
+        units_ = UnitsState::parse(record, registry, [this](const std::string& text) {
+            error_({text, " for ", label_()});
+        });
+}
 
 std::shared_ptr<ZelShape> ShapeBuilder::build() {
     std::shared_ptr<ZelShape> shape = buildType_();
@@ -320,6 +320,15 @@ void ShapeBuilder::setHeight_(auto& shape) const {
 
 void ShapeBuilder::setCommon_(ZelShape& shape) {
     if (record_.hasValue(P::Name)) shape.setName(record_.text(P::Name));
+    if (record_.hasAnyOf(P::Draw, P::DepthBuffer, P::OffsetAltitude, P::AltitudeMode, P::ExtrudeHeight,
+                         P::ReferencePoint, P::Scale, P::VerticalDatum))
+        setPlacement_(shape);
+    if (record_.hasAny(P::OffsetCourse, P::Follow)) setOrientation_(shape);
+    if (!record_.comments().empty()) shape.setComments(record_.takeComments());
+    if (record_.hasAny(P::AltitudeUnits, P::AngleUnits)) shape.setOriginalUnits(units_);
+}
+
+void ShapeBuilder::setPlacement_(ZelShape& shape) const {
     if (record_.hasValue(P::Draw)) shape.setDrawn(record_.boolValue(P::Draw));
     if (record_.hasValue(P::DepthBuffer)) shape.setDepthBufferActive(record_.boolValue(P::DepthBuffer));
     if (const auto offset = altitude_(P::OffsetAltitude, "offsetalt")) shape.setAltitudeOffset(*offset);
@@ -349,17 +358,13 @@ void ShapeBuilder::setCommon_(ZelShape& shape) {
         const auto z = validateDouble_(text.z(), "scale z");
         if (x && y && z) shape.setScale(Vec3(*x, *y, *z));
     }
-    setOrientation_(shape);
     if (record_.hasValue(P::VerticalDatum)) {
         const std::string_view datum = verticalDatum(record_.text(P::VerticalDatum));
         if (!datum.empty()) shape.setVerticalDatum(datum);
     }
-    if (!record_.comments().empty()) shape.setComments(record_.takeComments());
-    shape.setOriginalUnits(units_);
 }
 
 void ShapeBuilder::setOrientation_(ZelShape& shape) const {
-    if (!record_.hasAny(P::OffsetCourse, P::Follow)) return;
     const std::string_view follow = record_.text(P::Follow);
     if (follow.find('c') != std::string_view::npos) shape.setFollowYaw(true);
     if (follow.find('p') != std::string_view::npos) shape.setFollowPitch(true);
@@ -377,16 +382,14 @@ std::vector<Vec3> ShapeBuilder::points_() const {
             if (const auto position = getPosition_(text, false)) points.push_back(*position);
         return points;
     }
-    points.reserve(record_.points().size());
+    points = record_.takePoints();
     const LengthScale altitude(units_.altitudeUnits());
     if (relative_) {
         const LengthScale range(units_.rangeUnits());
-        for (const Vec3& point : record_.points())
-            points.emplace_back(range.toMetres(point.x()), range.toMetres(point.y()),
-                                altitude.toMetres(point.z()));
+        for (Vec3& point : points)
+            point.set(range.toMetres(point.x()), range.toMetres(point.y()), altitude.toMetres(point.z()));
     } else {
-        for (const Vec3& point : record_.points())
-            points.emplace_back(point.lat(), point.lon(), altitude.toMetres(point.alt()));
+        for (Vec3& point : points) point.setAlt(altitude.toMetres(point.alt()));
     }
     return points;
 }

@@ -50,6 +50,7 @@ class ShapeBuilder {
     void setAxes_(auto& shape) const;
     void setHeight_(auto& shape) const;
     void setCommon_(ZelShape& shape);
+    void setPlacement_(ZelShape& shape) const;
     void setOrientation_(ZelShape& shape) const;
 
     std::vector<Vec3> points_() const;

@@ -80,11 +80,16 @@ void TextWriter::flush() {
 }
 
 void TextWriter::send_(std::string_view text) {
-    if (text.empty()) return;
+    if (text.empty() || !out_.good()) return;
     try {
-        out_.write(text.data(), static_cast<std::streamsize>(text.size()));
+        const auto size = static_cast<std::streamsize>(text.size());
+        if (out_.rdbuf()->sputn(text.data(), size) != size) out_.setstate(std::ios_base::badbit);
     } catch (...) {
         // A stream that is set to throw still tells of the failure by its state.
+        try {
+            out_.setstate(std::ios_base::badbit);
+        } catch (...) {
+        }
     }
 }
 

@@ -57,6 +57,11 @@ int ZelShape::getName(std::string& out) const {
     return 1;
 }
 
+template <typename T>
+int ZelShape::getExtra_(std::optional<T> Extras::*field, T& out, const T& defaultValue) const {
+    return getField(rare_ ? (*rare_).*field : std::nullopt, out, defaultValue);
+}
+
 int ZelShape::getDrawn(bool& out) const {
     return getField(drawn_, out, true);
 }
@@ -64,19 +69,19 @@ int ZelShape::getDepthBufferActive(bool& out) const {
     return getField(depthBuffer_, out, false);
 }
 int ZelShape::getAltitudeOffset(double& metres) const {
-    return getField(altitudeOffset_, metres, 0.0);
+    return getExtra_(&Extras::altitudeOffset, metres, 0.0);
 }
 int ZelShape::getAltitudeMode(AltitudeMode& out) const {
     return getField(altitudeMode_, out, AltitudeMode::None);
 }
 int ZelShape::getExtrudeHeight(double& metres) const {
-    return getField(extrudeHeight_, metres, 0.0);
+    return getExtra_(&Extras::extrudeHeight, metres, 0.0);
 }
 int ZelShape::getReferencePosition(Vec3& out) const {
-    return getField(referencePosition_, out, Vec3());
+    return getExtra_(&Extras::referencePosition, out, Vec3());
 }
 int ZelShape::getScale(Vec3& out) const {
-    return getField(scale_, out, Vec3(1.0, 1.0, 1.0));
+    return getExtra_(&Extras::scale, out, Vec3(1.0, 1.0, 1.0));
 }
 int ZelShape::getFollowYaw(bool& out) const {
     return getField(followYaw_, out, false);
@@ -88,16 +93,16 @@ int ZelShape::getFollowRoll(bool& out) const {
     return getField(followRoll_, out, false);
 }
 int ZelShape::getYawOffset(double& radians) const {
-    return getField(yawOffset_, radians, 0.0);
+    return getExtra_(&Extras::yawOffset, radians, 0.0);
 }
 int ZelShape::getPitchOffset(double& radians) const {
-    return getField(pitchOffset_, radians, 0.0);
+    return getExtra_(&Extras::pitchOffset, radians, 0.0);
 }
 int ZelShape::getRollOffset(double& radians) const {
-    return getField(rollOffset_, radians, 0.0);
+    return getExtra_(&Extras::rollOffset, radians, 0.0);
 }
 int ZelShape::getVerticalDatum(std::string& out) const {
-    return getField(verticalDatum_, out, "wgs84");
+    return getExtra_(&Extras::verticalDatum, out, std::string("wgs84"));
 }
 
 void ZelShape::serializeToStream(std::ostream& out) const {
@@ -127,9 +132,11 @@ void ZelShape::serializeToStream(std::ostream& out) const {
 }
 
 void ZelShape::serializeCommonLines_(TextWriter& writer) const {
+    const Extras none;
+    const Extras& rare = rare_ ? *rare_ : none;
     serializeNameLine_(writer);
     if (drawn_ && !*drawn_) writer.text("off\n");
-    if (altitudeOffset_) serializeAltitude_(writer, "3d offsetalt ", *altitudeOffset_);
+    if (rare.altitudeOffset) serializeAltitude_(writer, "3d offsetalt ", *rare.altitudeOffset);
     if (depthBuffer_) writer.text("depthbuffer ").trueFalse(*depthBuffer_).endLine();
     if (altitudeMode_) {
         switch (*altitudeMode_) {
@@ -143,26 +150,26 @@ void ZelShape::serializeCommonLines_(TextWriter& writer) const {
                 writer.text("altitudemode clamptoground\n");
                 break;
             case AltitudeMode::Extrude:
-                if (extrudeHeight_)
-                    serializeAltitude_(writer, "extrude true ", *extrudeHeight_);
+                if (rare.extrudeHeight)
+                    serializeAltitude_(writer, "extrude true ", *rare.extrudeHeight);
                 else
                     writer.text("extrude true\n");
                 break;
         }
     }
-    if (referencePosition_) {
+    if (rare.referencePosition) {
         // Geodetic even for a relative shape.
-        writer.line("ref ", referencePosition_->lat() * kDegreesPerRadian,
-                    referencePosition_->lon() * kDegreesPerRadian,
-                    LengthScale(units_.altitudeUnits()).fromMetres(referencePosition_->alt()));
+        writer.line("ref ", rare.referencePosition->lat() * kDegreesPerRadian,
+                    rare.referencePosition->lon() * kDegreesPerRadian,
+                    LengthScale(units_.altitudeUnits()).fromMetres(rare.referencePosition->alt()));
     }
-    if (scale_) writer.line("scale ", scale_->x(), scale_->y(), scale_->z());
-    if (verticalDatum_) writer.text("verticaldatum ").text(nameInLine(*verticalDatum_)).endLine();
+    if (rare.scale) writer.line("scale ", rare.scale->x(), rare.scale->y(), rare.scale->z());
+    if (rare.verticalDatum) writer.text("verticaldatum ").text(nameInLine(*rare.verticalDatum)).endLine();
     if (units_.hasAltitudeUnits())
         writer.text("altitudeunits ").text(units_.altitudeUnits().abbreviation()).endLine();
     if (units_.hasAngleUnits()) writer.text("angleunits ").text(units_.angleUnits().abbreviation()).endLine();
     if (units_.hasRangeUnits()) writer.text("rangeunits ").text(units_.rangeUnits().abbreviation()).endLine();
-    serializeFollow_(writer);
+    serializeFollow_(writer, rare);
 }
 
 void ZelShape::serializeNameLine_(TextWriter& writer) const {
@@ -178,15 +185,15 @@ void ZelShape::serializeNameLine_(TextWriter& writer) const {
     writer.text("3d name ").text(name).endLine();
 }
 
-void ZelShape::serializeFollow_(TextWriter& writer) const {
+void ZelShape::serializeFollow_(TextWriter& writer, const Extras& rare) const {
     std::string letters;
     if (followYaw_.value_or(false)) letters += 'c';
     if (followPitch_.value_or(false)) letters += 'p';
     if (followRoll_.value_or(false)) letters += 'r';
     if (!letters.empty()) writer.text("3d follow ").text(letters).endLine();
-    if (yawOffset_) serializeAngle_(writer, "3d offsetcourse ", *yawOffset_);
-    if (pitchOffset_) serializeAngle_(writer, "3d offsetpitch ", *pitchOffset_);
-    if (rollOffset_) serializeAngle_(writer, "3d offsetroll ", *rollOffset_);
+    if (rare.yawOffset) serializeAngle_(writer, "3d offsetcourse ", *rare.yawOffset);
+    if (rare.pitchOffset) serializeAngle_(writer, "3d offsetpitch ", *rare.pitchOffset);
+    if (rare.rollOffset) serializeAngle_(writer, "3d offsetroll ", *rare.rollOffset);
 }
 
 void ZelShape::serializeKeyword_(TextWriter& writer) const {

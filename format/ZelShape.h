@@ -28,6 +28,8 @@ enum class AltitudeMode { None, RelativeToGround, ClampToGround, Extrude };
 /// otherwise it puts the default into `out` and returns 1. Only set attributes are written.
 class ZelShape {
   public:
+    ZelShape(const ZelShape&) = delete;
+    ZelShape& operator=(const ZelShape&) = delete;
     virtual ~ZelShape() = default;
     virtual ShapeType shapeType() const = 0;
 
@@ -62,20 +64,20 @@ class ZelShape {
     void setDepthBufferActive(bool active) { depthBuffer_ = active; }
 
     int getAltitudeOffset(double& metres) const;
-    void setAltitudeOffset(double metres) { altitudeOffset_ = metres; }
+    void setAltitudeOffset(double metres) { extras_().altitudeOffset = metres; }
 
     int getAltitudeMode(AltitudeMode& out) const;
     void setAltitudeMode(AltitudeMode mode) { altitudeMode_ = mode; }
 
     int getExtrudeHeight(double& metres) const;
-    void setExtrudeHeight(double metres) { extrudeHeight_ = metres; }
+    void setExtrudeHeight(double metres) { extras_().extrudeHeight = metres; }
 
     /// Geodetic; the point about which relative positions are placed.
     int getReferencePosition(Vec3& out) const;
-    void setReferencePosition(const Vec3& position) { referencePosition_ = position; }
+    void setReferencePosition(const Vec3& position) { extras_().referencePosition = position; }
 
     int getScale(Vec3& out) const;
-    void setScale(const Vec3& scale) { scale_ = scale; }
+    void setScale(const Vec3& scale) { extras_().scale = scale; }
 
     int getFollowYaw(bool& out) const;
     int getFollowPitch(bool& out) const;
@@ -87,13 +89,13 @@ class ZelShape {
     int getYawOffset(double& radians) const;
     int getPitchOffset(double& radians) const;
     int getRollOffset(double& radians) const;
-    void setYawOffset(double radians) { yawOffset_ = radians; }
-    void setPitchOffset(double radians) { pitchOffset_ = radians; }
-    void setRollOffset(double radians) { rollOffset_ = radians; }
+    void setYawOffset(double radians) { extras_().yawOffset = radians; }
+    void setPitchOffset(double radians) { extras_().pitchOffset = radians; }
+    void setRollOffset(double radians) { extras_().rollOffset = radians; }
 
     /// Default "wgs84".
     int getVerticalDatum(std::string& out) const;
-    void setVerticalDatum(std::string_view datum) { verticalDatum_ = std::string(datum); }
+    void setVerticalDatum(std::string_view datum) { extras_().verticalDatum = std::string(datum); }
 
     /// Whole comment lines, comment mark included.
     const std::vector<std::string>& comments() const { return comments_; }
@@ -107,8 +109,6 @@ class ZelShape {
   protected:
     ZelShape(bool relative, bool canExtrude, bool canFollow)
         : relative_(relative), canExtrude_(canExtrude), canFollow_(canFollow) {}
-    ZelShape(const ZelShape&) = default;
-    ZelShape& operator=(const ZelShape&) = default;
 
     /// Writes the lines that only this type of shape has, its keyword first.
     virtual void serializeToStream_(std::ostream& out) const = 0;
@@ -123,11 +123,29 @@ class ZelShape {
     void serializeAngle_(TextWriter& writer, std::string_view keyword, double radians) const;
 
   private:
+    /// What few shapes set; apart from the others, so that many small shapes stay small.
+    struct Extras {
+        std::optional<double> altitudeOffset;
+        std::optional<double> extrudeHeight;
+        std::optional<Vec3> referencePosition;
+        std::optional<Vec3> scale;
+        std::optional<double> yawOffset;
+        std::optional<double> pitchOffset;
+        std::optional<double> rollOffset;
+        std::optional<std::string> verticalDatum;
+    };
+
+    Extras& extras_() {
+        if (!rare_) rare_ = std::make_unique<Extras>();
+        return *rare_;
+    }
+    template <typename T>
+    int getExtra_(std::optional<T> Extras::*field, T& out, const T& defaultValue) const;
     void serializeCommonLines_(TextWriter& writer) const;
     void serializePositions_(TextWriter& writer, std::string_view keyword,
                              std::span<const Vec3> positions) const;
     void serializeNameLine_(TextWriter& writer) const;
-    void serializeFollow_(TextWriter& writer) const;
+    void serializeFollow_(TextWriter& writer, const Extras& rare) const;
 
     bool relative_;
     bool canExtrude_;
@@ -140,16 +158,9 @@ class ZelShape {
     std::optional<bool> followRoll_;
     std::optional<AltitudeMode> altitudeMode_;
     std::optional<std::string> name_;
-    std::optional<double> altitudeOffset_;
-    std::optional<double> extrudeHeight_;
-    std::optional<Vec3> referencePosition_;
-    std::optional<Vec3> scale_;
-    std::optional<double> yawOffset_;
-    std::optional<double> pitchOffset_;
-    std::optional<double> rollOffset_;
-    std::optional<std::string> verticalDatum_;
     std::vector<std::string> comments_;
     UnitsState units_;
+    std::unique_ptr<Extras> rare_;
 };
 
 using ZelShapePtr = std::shared_ptr<ZelShape>;

@@ -8,7 +8,8 @@
 #include <string>
 
 #include "common/NumberText.h"
-#include "format/FileNumber.h"
+#include "format/PlainNumber.h"
+#include "geo/AngleText.h"
 #include "geo/Angles.h"
 
 namespace {
@@ -27,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string line = std::string(reinterpret_cast<const char*>(data), size) + "\n";
     const char* p = line.c_str();
     double plain = 0.0;
-    if (halCore::ZEL::scanPlainNumber(p, plain)) {
+    if (halCore::ZEL::scanPlainNumber(p, line.c_str() + line.size(), plain)) {
         const std::optional<double> general = UTILS::readNumber(std::string_view(line.c_str(), p));
         require(general && same(*general, plain));
         double radians = 0.0;

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "format/FileNumber.h"
 #include "format/Keyword.h"
+#include "format/PlainNumber.h"
 #include "support/ZelText.h"
 
 namespace halCore::ZEL {
@@ -252,13 +252,14 @@ TEST(PlainNumbers, areTheNearestDoubles) {
                                       {"+-1", false},
                                       {"nan", false},
                                       {"1.2.3", false}}) {
-        const std::string line = text + "\n";
-        const char* p = line.c_str();
-        double value = 0.0;
-        ASSERT_EQ(scanPlainNumber(p, value), plain) << text;
-        if (!plain) continue;
-        EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
-        EXPECT_EQ(*p, '\n');
+        for (const std::string& line : {text + "\n", text + " 12345678\n"}) {
+            const char* p = line.data();
+            double value = 0.0;
+            ASSERT_EQ(scanPlainNumber(p, line.data() + line.size(), value), plain) << text;
+            if (!plain) continue;
+            EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
+            EXPECT_EQ(p, line.data() + text.size());
+        }
     }
 }
 
