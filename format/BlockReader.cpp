@@ -26,12 +26,6 @@ std::string_view firstWord(std::string_view text) {
     return text.substr(0, length);
 }
 
-bool isComment(std::string_view line) {
-    const char first = line.front();
-    if (first == '#' || first == '/') return true;
-    return (first == 'c' || first == 'C') && UTILS::equalsIgnoringCase(firstWord(line), "comment");
-}
-
 /// Degrees with 7 decimals in a field of 11: about a centimetre, as grid references are stored.
 std::string gridDegrees(double radians) {
     char text[32];
@@ -57,35 +51,32 @@ void BlockReader::readLines(std::string_view text) {
     const char* const end = p + text.size();
     while (p != end) {
         ++lineNumber_;
-        if (insideBlock_) {
+        while (*p != '\n' && UTILS::isBlank(*p)) ++p;
+        if ((*p == 'l' || *p == 'x') && insideBlock_) {
             if (const char* const next = readPlainPoint_(p, end)) {
                 p = next;
                 continue;
             }
         }
-        const auto* const stop =
-            static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
-        limit_ = end;
-        readLine_(UTILS::trimmed(std::string_view(p, static_cast<std::size_t>(stop - p))));
-        p = stop + 1;
+        if (*p == '#' || *p == '/') {
+            const auto* const stop =
+                static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+            readComment_(p, stop);
+            p = stop + 1;
+        } else if (*p == '\n') {
+            ++p;
+        } else {
+            p = readWords_(p, end) + 1;
+        }
     }
 }
 
 /// Nearly all lines of a large file are points written in the plainest way. They are read here, straight
 /// from the text; returns the next line, or null, and nothing done, for every other line.
 const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
-    p = skipBlanks(p);
-    bool absolute = false;
-    if (*p == 'l') {
-        absolute = true;
-        if (*++p != 'l') return nullptr;
-        if (*++p == 'a') ++p;
-    } else if (*p == 'x') {
-        if (*++p != 'y') return nullptr;
-        if (*++p == 'z') ++p;
-    } else {
-        return nullptr;
-    }
+    const bool absolute = *p == 'l';
+    if (*++p != (absolute ? 'l' : 'y')) return nullptr;
+    if (*++p == (absolute ? 'a' : 'z')) ++p;
     if (*p != ' ' && *p != '\t') return nullptr;
     double x = 0.0;
     double y = 0.0;
@@ -109,60 +100,36 @@ const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
     return p + 1;
 }
 
-void BlockReader::readLine_(std::string_view line) {
-    if (line.empty()) return;
-    if (insideBlock_)
-        readInside_(line);
+const char* BlockReader::readWords_(const char* p, const char* end) {
+    const char* const stop = tokens_.split(p, end);
+    const Keyword& keyword = findKeyword(tokens_[0]);
+    if (keyword.action == KeywordAction::Comment)
+        readComment_(p, stop);
+    else if (insideBlock_)
+        readKeyword_(keyword);
     else
-        readOutside_(line);
+        readOutside_(keyword);
+    return stop;
 }
 
-void BlockReader::readOutside_(std::string_view line) {
-    if (isComment(line)) {
+void BlockReader::readOutside_(const Keyword& keyword) {
+    if (keyword.action == KeywordAction::Start)
+        openBlock_();
+    else if (keyword.action == KeywordAction::End)
+        error_({"end command encountered before start"});
+    else if (tokens_[0] != "version")
+        error_({"token \"", tokens_[0], "\" detected outside of a valid start/end block"});
+}
+
+void BlockReader::readComment_(const char* begin, const char* end) {
+    const std::string_view line = UTILS::trimmed({begin, static_cast<std::size_t>(end - begin)});
+    if (!insideBlock_) {
         if (messages_.report() != nullptr)
             messages_.report()->looseComments.push_back({made_, std::string(line)});
         return;
     }
-    if (line == "start") {
-        openBlock_();
-        return;
-    }
-    tokens_.split(line, limit_);
-    const std::string_view word = tokens_[0];
-    if (word == "start")
-        openBlock_();
-    else if (word == "end")
-        error_({"end command encountered before start"});
-    else if (word != "version")
-        error_({"token \"", word, "\" detected outside of a valid start/end block"});
-}
-
-void BlockReader::readInside_(std::string_view line) {
-    if (isComment(line)) {
-        addComment_(line);
-        return;
-    }
-    if (readSingleWord_(line)) return;
-    tokens_.split(line, limit_);
-    readKeyword_(findKeyword(tokens_[0], tokens_.beginning()));
-}
-
-/// A short word that needs nothing behind it is the whole line; false, and nothing done, for other lines.
-bool BlockReader::readSingleWord_(std::string_view line) {
-    if (line.size() > 8 || limit_ - line.data() < 8) return false;
-    const std::uint64_t text = loadEight(line.data());
-    const auto length = static_cast<unsigned>(line.size());
-    if (countBeforeBlank(text) < length) return false;
-    const Keyword& keyword = findKeyword(line, loweredEight(firstOf(text, length)));
-    switch (keyword.action) {
-        case KeywordAction::Shape:
-        case KeywordAction::End:
-        case KeywordAction::Flag:
-            readKeyword_(keyword);
-            return true;
-        default:
-            return false;
-    }
+    record_.addComment(line);
+    readImageOverlay_(line, end);
 }
 
 void BlockReader::openBlock_() {
@@ -199,14 +166,13 @@ void BlockReader::finish() {
     if (insideBlock_) report->unterminatedBlock = record_.lineNumber();
 }
 
-void BlockReader::addComment_(std::string_view line) {
-    record_.addComment(line);
-    // An image overlay is told by comments only, so that older readers pass over it.
+/// An image overlay is told by comments only, so that older readers pass over it.
+void BlockReader::readImageOverlay_(std::string_view line, const char* end) {
     const std::string_view rest = UTILS::trimmed(line.substr(firstWord(line).size()));
     const std::string_view second = firstWord(rest);
     if (second.size() < 4 || !UTILS::equalsIgnoringCase(second.substr(0, 4), "kml_")) return;
     // File names keep their case.
-    tokens_.split(line, limit_, LineTokens::Case::Keep);
+    tokens_.split(line.data(), end + 1, LineTokens::Case::Keep);
     if (UTILS::equalsIgnoringCase(second, "kml_icon")) {
         if (tokens_.count() >= 3) record_.set(ShapeParameter::ImageFile, tokens_[2]);
     } else if (UTILS::equalsIgnoringCase(second, "kml_groundoverlay")) {
@@ -243,6 +209,7 @@ void BlockReader::readKeyword_(const Keyword& keyword) {
             closeBlock_();
             break;
         case KeywordAction::Ignore:
+        case KeywordAction::Comment:
             break;
         case KeywordAction::Shape:
             setShape_(keyword.shape);

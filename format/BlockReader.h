@@ -28,16 +28,15 @@ class BlockReader {
 
   private:
     const char* readPlainPoint_(const char* p, const char* end);
-    void readLine_(std::string_view line);
-    void readOutside_(std::string_view line);
-    void readInside_(std::string_view line);
+    const char* readWords_(const char* p, const char* end);
+    void readOutside_(const Keyword& keyword);
+    void readComment_(const char* begin, const char* end);
+    void readImageOverlay_(std::string_view line, const char* end);
 
     void openBlock_();
     void closeBlock_();
-    void addComment_(std::string_view line);
     bool setShape_(ShapeType type);
 
-    bool readSingleWord_(std::string_view line);
     void readKeyword_(const Keyword& keyword);
     void readAnnotation_();
     void readBox_();
@@ -60,8 +59,6 @@ class BlockReader {
     const MessageSink& messages_;
 
     LineTokens tokens_;
-    /// The end of the text that is being read.
-    const char* limit_ = nullptr;
     std::size_t lineNumber_ = 0;
     bool insideBlock_ = false;
     bool badBlock_ = false;

@@ -3,10 +3,14 @@
 #include <charconv>
 #include <system_error>
 
+#include "format/EightBytes.h"
+
 namespace halCore::ZEL {
 
 std::optional<Color> Color::parse(std::string_view text) {
     if (!text.starts_with("0x")) return std::nullopt;
+    if (text.size() == 10)
+        if (const auto abgr = hexadecimalOf(loadEight(text.data() + 2))) return fromAbgr(*abgr);
     std::uint32_t abgr = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data() + 2, end, abgr, 16);

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 
 /// Eight characters at once, the first in the lowest byte of a word.
 namespace halCore::ZEL {
@@ -18,29 +19,31 @@ inline std::uint64_t loadEight(const char* p) {
     return word;
 }
 
-inline void storeEight(char* p, std::uint64_t word) {
-    std::memcpy(p, &word, 8);
+/// The high bit of the first byte whose character is up to ' ', and perhaps of some behind it; 0 when there
+/// is none.
+inline std::uint64_t findBlank(std::uint64_t word) {
+    // A byte borrows from the next only if it is itself below.
+    return (word - (' ' + 1) * kEachByte) & ~word & kHighBits;
 }
 
-/// The first `count` (0 to 8) characters, zeros behind them.
-inline std::uint64_t firstOf(std::uint64_t word, unsigned count) {
-    return count == 0 ? 0 : word & ~0ULL >> (64 - 8 * count);
+/// Something other than 0 if one of the characters before the blank found may be an ASCII letter in upper
+/// case: a few others, such as '_', count as well.
+inline std::uint64_t mayBeUpperCase(std::uint64_t word, std::uint64_t blank) {
+    const std::uint64_t beforeBlank = (blank & (0 - blank)) - 1;
+    return word & ~(word << 1) & 0x40 * kEachByte & beforeBlank;
 }
 
-/// How many characters stand before the first one up to ' ' (8 when there is none).
-inline unsigned countBeforeBlank(std::uint64_t word) {
-    // The high bit of a byte says that its character is above ' ': those from 0x80 on have it already.
-    const std::uint64_t above = ((word & ~kHighBits) + (0x7f - ' ') * kEachByte) | word;
-    return static_cast<unsigned>(std::countr_zero(~above & kHighBits)) / 8;
-}
-
-/// ASCII letters in lower case.
-inline std::uint64_t loweredEight(std::uint64_t word) {
-    const std::uint64_t low = word & ~kHighBits;
-    const std::uint64_t fromA = low + (0x80 - 'A') * kEachByte;
-    const std::uint64_t beyondZ = low + (0x7f - 'Z') * kEachByte;
-    const std::uint64_t upper = (fromA ^ beyondZ) & ~word & kHighBits;
-    return word | upper >> 2;
+/// The value of eight hexadecimal digits in lower case, or nothing if they are none.
+inline std::optional<std::uint32_t> hexadecimalOf(std::uint64_t word) {
+    const std::uint64_t letters = word >> 6 & kEachByte;
+    const std::uint64_t values = (word & 0x0f * kEachByte) + 9 * letters;
+    // Written again they must be the same.
+    const std::uint64_t beyondNine = (values + 6 * kEachByte) >> 4 & kEachByte;
+    if ((values & 0xf0 * kEachByte) != 0 || values + '0' * kEachByte + ('a' - '0' - 10) * beyondNine != word)
+        return std::nullopt;
+    const std::uint64_t pairs = (values << 4 | values >> 8) & 0x00ff00ff'00ff00ffULL;
+    return static_cast<std::uint32_t>((pairs & 0xff) << 24 | (pairs >> 16 & 0xff) << 16 |
+                                      (pairs >> 32 & 0xff) << 8 | (pairs >> 48 & 0xff));
 }
 
 /// How many characters are digits, from the first one on.

@@ -45,6 +45,7 @@ std::optional<double> readFileDegrees(std::string_view text, AngleKind kind) {
 }
 
 std::optional<int> readFileInteger(std::string_view text) {
+    if (text.size() == 1 && text[0] >= '0' && text[0] <= '9') return text[0] - '0';
     const std::optional<std::int64_t> value = UTILS::readInteger(text);
     if (!value || *value < std::numeric_limits<int>::min() || *value > std::numeric_limits<int>::max())
         return std::nullopt;

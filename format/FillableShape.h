@@ -5,7 +5,7 @@
 
 namespace halCore::ZEL {
 
-enum class LineStyle { Solid, Dashed, Dotted };
+enum class LineStyle : unsigned char { Solid, Dashed, Dotted };
 
 /// A shape with a line and an area that can be filled. A fill colour alone does not fill.
 class FillableShape : public OutlinedShape {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include "format/EightBytes.h"
 
@@ -19,6 +20,7 @@ constexpr Keyword shape(std::string_view text, ShapeType type) {
 constexpr Keyword kKeywords[] = {
     {"start", Action::Start},
     {"end", Action::End},
+    {"comment", Action::Comment},
 
     {"annotation", Action::AnnotationText, P::AnnotationText, ShapeType::Annotation},
     shape("circle", ShapeType::Circle),
@@ -110,6 +112,20 @@ constexpr std::uint64_t beginning(std::string_view word) {
     return value;
 }
 
+/// The same from two loads that may overlap.
+std::uint64_t quickBeginning(std::string_view word) {
+    const std::size_t size = word.size();
+    const char* const text = word.data();
+    if (size >= 8) return loadEight(text);
+    if (size >= 4) {
+        std::uint32_t first, last;
+        std::memcpy(&first, text, 4);
+        std::memcpy(&last, text + size - 4, 4);
+        return first | static_cast<std::uint64_t>(last) << 8 * (size - 4);
+    }
+    return beginning(word);
+}
+
 /// The first eight letters, the last one and the length tell the keywords apart.
 constexpr std::size_t slotOf(std::string_view word, std::uint64_t beginning) {
     const std::uint64_t rest = word.size() << 8 | static_cast<unsigned char>(word.back());
@@ -146,15 +162,12 @@ bool sameBehindBeginning(std::string_view a, std::string_view b) {
 }  // namespace
 
 const Keyword& findKeyword(std::string_view word) {
-    return findKeyword(word, beginning(word));
-}
-
-const Keyword& findKeyword(std::string_view word, std::uint64_t beginning) {
     if (word.empty()) return kUnknown;
-    for (std::size_t slot = slotOf(word, beginning); kSlotTable[slot].keyword != nullptr;
+    const std::uint64_t letters = quickBeginning(word);
+    for (std::size_t slot = slotOf(word, letters); kSlotTable[slot].keyword != nullptr;
          slot = (slot + 1) % kSlots) {
         const std::string_view text = kSlotTable[slot].keyword->text;
-        if (kSlotTable[slot].beginning != beginning || text.size() != word.size()) continue;
+        if (kSlotTable[slot].beginning != letters || text.size() != word.size()) continue;
         if (sameBehindBeginning(text, word)) return *kSlotTable[slot].keyword;
     }
     return kUnknown;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -15,6 +14,7 @@ enum class KeywordAction : unsigned char {
     Start,
     End,
     Ignore,
+    Comment,
     Shape,
     AnnotationText,
     Box,
@@ -52,8 +52,6 @@ struct Keyword {
 
 /// The keyword's entry, one with the action `Unknown` for any other word. `word` is in lower case.
 const Keyword& findKeyword(std::string_view word);
-/// The same for who has the first eight letters as a word already, the first one in the lowest byte.
-const Keyword& findKeyword(std::string_view word, std::uint64_t beginning);
 
 /// All keywords of the format, for tests and tools.
 std::span<const Keyword> allKeywords();

@@ -1,8 +1,10 @@
 #include "format/LineTokens.h"
 
-#include <algorithm>
+#include <bit>
+#include <cstring>
 
 #include "common/Strings.h"
+#include "format/EightBytes.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -15,63 +17,94 @@ constexpr bool keepsCase(char first) {
     return first == '"' || first == '#' || first == '/';
 }
 
-constexpr bool endsFolding(std::string_view word) {
-    return word == "name" || word == "comment" || word == "annotation";
+/// In any case.
+bool endsFolding(std::string_view word) {
+    switch (word.size()) {
+        case 4:
+            return lowered(word[0]) == 'n' && UTILS::equalsIgnoringCase(word, "name");
+        case 7:
+            return lowered(word[0]) == 'c' && UTILS::equalsIgnoringCase(word, "comment");
+        case 10:
+            return lowered(word[0]) == 'a' && UTILS::equalsIgnoringCase(word, "annotation");
+        default:
+            return false;
+    }
 }
 
 }  // namespace
 
-/// Copies a word to `out` and returns its end there; `p` moves to the word's end. Up to seven bytes more may
-/// be written.
-char* LineTokens::takeWord_(const char*& p, const char* end, const char* limit, char* out, bool fold) const {
-    while (limit - p >= 8) {
-        const std::uint64_t word = loadEight(p);
-        const unsigned count = countBeforeBlank(word);
-        storeEight(out, fold ? loweredEight(word) : word);
-        p += count;
-        out += count;
-        if (count == 8) continue;
-        if (p >= end || UTILS::isBlank(*p)) return out;
-        // A control character that is no white space is part of the word.
-        *out++ = *p++;
-    }
-    for (; p != end && !UTILS::isBlank(*p); ++p) *out++ = fold ? lowered(*p) : *p;
-    return out;
+const char* LineTokens::split(const char* p, const char* end, Case letters) {
+    if (const char* const stop = view_(p, end, letters)) return stop;
+    const auto* const stop =
+        static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+    split(std::string_view(p, static_cast<std::size_t>(stop - p)), letters);
+    return stop;
 }
 
-void LineTokens::split(std::string_view line, const char* limit, Case letters) {
-    constexpr std::size_t slack = 16;
-    if (line.size() + slack > capacity_) {
-        capacity_ = 2 * line.size() + 256;
-        joined_ = std::make_unique_for_overwrite<char[]>(capacity_);
-    }
-    size_ = 0;
-    count_ = 0;
+/// Views the words of a line of the ordinary form: a few words in lower case with single blanks between
+/// them. Null for every other line, and for one so close to the end that a word of eight is too far.
+const char* LineTokens::view_(const char* p, const char* end, Case letters) {
     bool fold = letters == Case::Fold;
+    std::size_t count = 0;
+    while (count < kKept && *p != '"') {
+        const char* const begin = p;
+        std::uint64_t upperCase = 0;
+        std::uint64_t blank = 0;
+        do {
+            if (end - p < 8) return nullptr;
+            const std::uint64_t text = loadEight(p);
+            blank = findBlank(text);
+            upperCase |= mayBeUpperCase(text, blank);
+            p += blank == 0 ? 8 : std::countr_zero(blank) / 8;
+        } while (blank == 0);
+        if (upperCase != 0 && fold) {
+            // Allowed only behind a word that ends the folding.
+            for (std::size_t i = 0; i < count && fold; ++i) fold = !endsFolding((*this)[i]);
+            if (fold) return nullptr;
+        }
+        begins_[count] = begin;
+        ends_[count] = p;
+        count_ = ++count;
+        if (*p == ' ' && static_cast<unsigned char>(p[1]) > ' ') {
+            ++p;
+            continue;
+        }
+        lineEnd_ = p;
+        if (*p == '\r') ++p;
+        return *p == '\n' ? p : nullptr;
+    }
+    return nullptr;
+}
+
+void LineTokens::split(std::string_view line, Case letters) {
+    line = UTILS::trimmed(line);
+    bool fold = letters == Case::Fold;
+    // Never longer than the line, so that words do not move.
+    joined_.clear();
+    joined_.reserve(line.size());
+    count_ = 0;
     const char* p = line.data();
     const char* const end = p + line.size();
-    char* out = joined_.get();
-    while (true) {
-        while (p != end && UTILS::isBlank(*p)) ++p;
-        if (p == end) break;
-        // Never more than the line has: a blank is written where one or more were read.
-        if (count_ != 0) *out++ = ' ';
-        char* const begin = out;
+    while (p != end) {
+        if (UTILS::isBlank(*p)) {
+            ++p;
+            continue;
+        }
+        if (count_ != 0) joined_ += ' ';
+        const std::size_t at = joined_.size();
+        const char* const begin = p;
         if (*p == '"') {
-            const char* const quote = p++;
+            ++p;
             while (p != end && *p != '"') ++p;
-            out = std::copy(quote, p, out);
         }
-        const bool foldWord = fold && (out == begin && !keepsCase(*p));
-        out = takeWord_(p, end, limit, out, foldWord);
-        if (foldWord) fold = !endsFolding({begin, static_cast<std::size_t>(out - begin)});
-        if (count_ < kKept) {
-            begins_[count_] = static_cast<std::size_t>(begin - joined_.get());
-            ends_[count_] = static_cast<std::size_t>(out - joined_.get());
+        while (p != end && !UTILS::isBlank(*p)) ++p;
+        joined_.append(begin, p);
+        if (fold && !keepsCase(*begin)) {
+            for (std::size_t i = at; i < joined_.size(); ++i) joined_[i] = lowered(joined_[i]);
+            fold = !endsFolding(std::string_view(joined_).substr(at));
         }
-        ++count_;
+        add_(joined_.data() + at, joined_.data() + joined_.size());
     }
-    size_ = static_cast<std::size_t>(out - joined_.get());
 }
 
 }  // namespace halCore::ZEL

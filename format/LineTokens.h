@@ -1,13 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
-#include <memory>
+#include <string>
 #include <string_view>
-
-#include "format/EightBytes.h"
 
 namespace halCore::ZEL {
 
@@ -15,43 +11,50 @@ namespace halCore::ZEL {
 /// begins with a double quote goes on to the closing quote, white space included, and an unclosed one to
 /// the end of the line; quotes stay. Words that begin with a double quote, "#" or "/" keep their case, and
 /// so do all words behind "annotation", "comment" or "name".
+///
+/// Most lines are so already: then the words are views of the text, and nothing is copied.
 class LineTokens {
   public:
     enum class Case { Fold, Keep };
 
-    /// `limit` is the end of the memory that may be read, at or behind the end of the line.
-    void split(std::string_view line, const char* limit, Case letters = Case::Fold);
+    /// Splits the line that begins at `p` and returns its line feed, which must stand before `end`.
+    const char* split(const char* p, const char* end, Case letters = Case::Fold);
+    /// The same for a line without its line feed; nothing of it is viewed.
+    void split(std::string_view line, Case letters = Case::Fold);
 
     std::size_t count() const { return count_; }
     /// A word by its number, from 0; empty when there is none, or when it is beyond the first eight.
     std::string_view operator[](std::size_t index) const {
         if (index >= count_ || index >= kKept) return {};
-        return {joined_.get() + begins_[index], ends_[index] - begins_[index]};
+        return {begins_[index], static_cast<std::size_t>(ends_[index] - begins_[index])};
     }
     /// The joined line from a word on.
     std::string_view from(std::size_t index) const {
         if (index >= count_ || index >= kKept) return {};
-        return {joined_.get() + begins_[index], size_ - begins_[index]};
+        return {begins_[index], static_cast<std::size_t>(lineEnd_ - begins_[index])};
     }
-    std::string_view line() const { return {joined_.get(), size_}; }
-    /// The first eight letters of the first word, zeros behind them.
-    std::uint64_t beginning() const { return firstOf(loadEight(joined_.get()), lengthOfFirst_()); }
+    std::string_view line() const { return from(0); }
 
   private:
     /// More than any keyword uses; of the others only the number counts.
     static constexpr std::size_t kKept = 8;
 
-    unsigned lengthOfFirst_() const {
-        return count_ == 0 ? 0 : static_cast<unsigned>(std::min<std::size_t>(ends_[0], 8));
+    const char* view_(const char* p, const char* end, Case letters);
+    void add_(const char* begin, const char* end) {
+        if (count_ < kKept) {
+            begins_[count_] = begin;
+            ends_[count_] = end;
+        }
+        ++count_;
+        lineEnd_ = end;
     }
-    char* takeWord_(const char*& p, const char* end, const char* limit, char* out, bool fold) const;
 
-    std::unique_ptr<char[]> joined_;
-    std::size_t capacity_ = 0;
-    std::size_t size_ = 0;
-    std::array<std::size_t, kKept> begins_{};
-    std::array<std::size_t, kKept> ends_{};
     std::size_t count_ = 0;
+    std::array<const char*, kKept> begins_{};
+    std::array<const char*, kKept> ends_{};
+    const char* lineEnd_ = nullptr;
+    /// The line in lower case and joined, where the text is not.
+    std::string joined_;
 };
 
 }  // namespace halCore::ZEL

@@ -8,15 +8,14 @@ namespace halCore::ZEL {
 
 void ModifierState::set(ShapeParameter parameter, std::string_view value) {
     const auto index = static_cast<std::size_t>(parameter);
-    if (index >= fields_.size()) return;
-    fields_[index] = value;
-    present_ |= 1U << index;
+    if (index < kModifierCount) fields_.set(index, value);
 }
 
 void ModifierState::apply(ParsedShape& record) const {
-    for (std::uint32_t rest = present_; rest != 0; rest &= rest - 1) {
+    for (std::uint64_t rest = fields_.present(); rest != 0; rest &= rest - 1) {
         const auto index = static_cast<std::size_t>(std::countr_zero(rest));
-        if (!fields_[index].empty()) record.set(static_cast<ShapeParameter>(index), fields_[index]);
+        const std::string_view value = fields_.get(index);
+        if (!value.empty()) record.set(static_cast<ShapeParameter>(index), value);
     }
 }
 

@@ -9,7 +9,6 @@ namespace {
 
 /// What a record may keep for the next block; a larger one gives its memory back.
 constexpr std::size_t kKeptPoints = 1 << 16;
-constexpr std::size_t kKeptText = 1 << 16;
 
 constexpr std::size_t indexOf(ShapeParameter parameter) {
     return static_cast<std::size_t>(parameter);
@@ -29,26 +28,18 @@ void ParsedShape::reset() {
     lineNumber_ = 0;
     shape_ = ShapeType::None;
     pointType_ = PointType::None;
-    present_ = 0;
-    clear(texts_, kKeptText);
+    texts_.clear();
+    positionsPresent_ = 0;
     clear(points_, kKeptPoints);
     clear(unread_, 0);
     comments_.clear();
-}
-
-void ParsedShape::set(ShapeParameter parameter, std::string_view value) {
-    const std::size_t index = indexOf(parameter);
-    if (index >= kFirstPosition) return;
-    spans_[index] = {texts_.size(), value.size()};
-    texts_.append(value);
-    present_ |= 1ULL << index;
 }
 
 void ParsedShape::set(ShapeParameter parameter, const PositionStrings& value) {
     const std::size_t index = indexOf(parameter);
     if (index < kFirstPosition) return;
     positionValues_[index - kFirstPosition] = value;
-    present_ |= 1ULL << index;
+    positionsPresent_ |= 1ULL << index;
 }
 
 bool ParsedShape::append(PointType type, const PositionStrings& position) {

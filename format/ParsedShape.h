@@ -12,6 +12,7 @@
 #include "format/PositionStrings.h"
 #include "format/ShapeParameter.h"
 #include "format/ShapeType.h"
+#include "format/TextFields.h"
 
 namespace halCore::ZEL {
 
@@ -31,7 +32,10 @@ class ParsedShape {
     void setShape(ShapeType type) { shape_ = type; }
     ShapeType shape() const { return shape_; }
 
-    void set(ShapeParameter parameter, std::string_view value);
+    void set(ShapeParameter parameter, std::string_view value) {
+        const auto index = static_cast<std::size_t>(parameter);
+        if (index < kFirstPosition) texts_.set(index, value);
+    }
     void set(ShapeParameter parameter, const PositionStrings& value);
 
     /// Adds a point. The first one decides the record's kind; false, and nothing added, for the kind None
@@ -49,16 +53,16 @@ class ParsedShape {
     void addComment(std::string_view line) { comments_.emplace_back(line); }
 
     bool hasValue(ShapeParameter parameter) const {
-        return (present_ >> static_cast<std::size_t>(parameter) & 1) != 0;
+        return (present_() >> static_cast<std::size_t>(parameter) & 1) != 0;
     }
     /// Whether any of some attributes is set.
     template <std::same_as<ShapeParameter>... Parameters>
     bool hasAnyOf(Parameters... parameters) const {
-        return (present_ & (... | (1ULL << static_cast<std::size_t>(parameters)))) != 0;
+        return (present_() & (... | (1ULL << static_cast<std::size_t>(parameters)))) != 0;
     }
     /// Whether any attribute from `first` to `last` of the enumeration is set.
     bool hasAny(ShapeParameter first, ShapeParameter last) const {
-        return (present_ >> static_cast<std::size_t>(first) &
+        return (present_() >> static_cast<std::size_t>(first) &
                 ((2ULL << (static_cast<std::size_t>(last) - static_cast<std::size_t>(first))) - 1)) != 0;
     }
     std::string stringValue(ShapeParameter parameter, std::string_view defaultValue = {}) const;
@@ -70,8 +74,7 @@ class ParsedShape {
     /// The text of an attribute, empty when it is not set; valid until the record changes.
     std::string_view text(ShapeParameter parameter) const {
         const auto index = static_cast<std::size_t>(parameter);
-        if (index >= kFirstPosition || !hasValue(parameter)) return {};
-        return std::string_view(texts_.data() + spans_[index].begin, spans_[index].length);
+        return index < kFirstPosition ? texts_.get(index) : std::string_view();
     }
 
     /// All points given, as text (degrees for absolute ones), in file order.
@@ -91,12 +94,10 @@ class ParsedShape {
     std::vector<std::string> takeComments() { return std::exchange(comments_, {}); }
 
   private:
-    struct Span {
-        std::size_t begin;
-        std::size_t length;
-    };
     static_assert(kParameterCount <= 64);
     static constexpr auto kFirstPosition = static_cast<std::size_t>(ShapeParameter::CenterAbsolute);
+
+    std::uint64_t present_() const { return texts_.present() | positionsPresent_; }
 
     bool accepts_(PointType type) {
         if (pointType_ == PointType::None) pointType_ = type;
@@ -106,9 +107,9 @@ class ParsedShape {
     std::size_t lineNumber_ = 0;
     ShapeType shape_ = ShapeType::None;
     PointType pointType_ = PointType::None;
-    std::uint64_t present_ = 0;
-    std::array<Span, kFirstPosition> spans_{};
-    std::string texts_;
+    TextFields<kFirstPosition> texts_;
+    /// A bit for each position that is set, where the enumeration has it.
+    std::uint64_t positionsPresent_ = 0;
     std::array<PositionStrings, kParameterCount - kFirstPosition> positionValues_;
     std::vector<Vec3> points_;
     /// Points that could not be read, each with its number among all points given.

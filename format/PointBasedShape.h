@@ -4,7 +4,7 @@
 
 namespace halCore::ZEL {
 
-enum class TessellationStyle { None, RhumbLine, GreatCircle };
+enum class TessellationStyle : unsigned char { None, RhumbLine, GreatCircle };
 
 /// A shape made of a list of points.
 class PointBasedShape : public FillableShape {

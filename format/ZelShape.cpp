@@ -37,6 +37,8 @@ void serializeComment(TextWriter& writer, std::string_view comment) {
 
 }  // namespace
 
+const UnitsState ZelShape::kDefaultUnits;
+
 std::string_view ZelShape::shapeTypeToString(ShapeType type) {
     const auto index = static_cast<std::size_t>(type);
     return index < kKeywords.size() ? kKeywords[index] : std::string_view();
@@ -49,8 +51,8 @@ ShapeType ZelShape::stringToShapeType(std::string_view keyword) {
 }
 
 int ZelShape::getName(std::string& out) const {
-    if (name_) {
-        out = *name_;
+    if (hasName_) {
+        out = name_;
         return 0;
     }
     out = shapeTypeToString(shapeType());
@@ -161,20 +163,22 @@ void ZelShape::serializeCommonLines_(TextWriter& writer) const {
         // Geodetic even for a relative shape.
         writer.line("ref ", rare.referencePosition->lat() * kDegreesPerRadian,
                     rare.referencePosition->lon() * kDegreesPerRadian,
-                    LengthScale(units_.altitudeUnits()).fromMetres(rare.referencePosition->alt()));
+                    LengthScale(originalUnits().altitudeUnits()).fromMetres(rare.referencePosition->alt()));
     }
     if (rare.scale) writer.line("scale ", rare.scale->x(), rare.scale->y(), rare.scale->z());
     if (rare.verticalDatum) writer.text("verticaldatum ").text(nameInLine(*rare.verticalDatum)).endLine();
-    if (units_.hasAltitudeUnits())
-        writer.text("altitudeunits ").text(units_.altitudeUnits().abbreviation()).endLine();
-    if (units_.hasAngleUnits()) writer.text("angleunits ").text(units_.angleUnits().abbreviation()).endLine();
-    if (units_.hasRangeUnits()) writer.text("rangeunits ").text(units_.rangeUnits().abbreviation()).endLine();
+    if (originalUnits().hasAltitudeUnits())
+        writer.text("altitudeunits ").text(originalUnits().altitudeUnits().abbreviation()).endLine();
+    if (originalUnits().hasAngleUnits())
+        writer.text("angleunits ").text(originalUnits().angleUnits().abbreviation()).endLine();
+    if (originalUnits().hasRangeUnits())
+        writer.text("rangeunits ").text(originalUnits().rangeUnits().abbreviation()).endLine();
     serializeFollow_(writer, rare);
 }
 
 void ZelShape::serializeNameLine_(TextWriter& writer) const {
-    if (!serializeName_ || !name_) return;
-    const std::string name = nameInLine(*name_);
+    if (!serializeName_ || !hasName_) return;
+    const std::string name = nameInLine(name_);
     if (name.empty()) return;
     if (shapeType() == ShapeType::Annotation) {
         // The text already gives this name, unless the name holds an underscore or is another one.
@@ -210,9 +214,9 @@ void ZelShape::serializePoints_(TextWriter& writer, std::span<const Vec3> points
 
 void ZelShape::serializePositions_(TextWriter& writer, std::string_view keyword,
                                    std::span<const Vec3> positions) const {
-    const LengthScale altitude(units_.altitudeUnits());
+    const LengthScale altitude(originalUnits().altitudeUnits());
     if (relative_) {
-        const LengthScale range(units_.rangeUnits());
+        const LengthScale range(originalUnits().rangeUnits());
         for (const Vec3& position : positions)
             writer.line(keyword, range.fromMetres(position.x()), range.fromMetres(position.y()),
                         altitude.fromMetres(position.z()));
@@ -225,15 +229,15 @@ void ZelShape::serializePositions_(TextWriter& writer, std::string_view keyword,
 }
 
 void ZelShape::serializeRange_(TextWriter& writer, std::string_view keyword, double metres) const {
-    writer.text(keyword).number(Units::METERS.convertTo(units_.rangeUnits(), metres)).endLine();
+    writer.text(keyword).number(Units::METERS.convertTo(originalUnits().rangeUnits(), metres)).endLine();
 }
 
 void ZelShape::serializeAltitude_(TextWriter& writer, std::string_view keyword, double metres) const {
-    writer.text(keyword).number(Units::METERS.convertTo(units_.altitudeUnits(), metres)).endLine();
+    writer.text(keyword).number(Units::METERS.convertTo(originalUnits().altitudeUnits(), metres)).endLine();
 }
 
 void ZelShape::serializeAngle_(TextWriter& writer, std::string_view keyword, double radians) const {
-    writer.text(keyword).number(Units::RADIANS.convertTo(units_.angleUnits(), radians)).endLine();
+    writer.text(keyword).number(Units::RADIANS.convertTo(originalUnits().angleUnits(), radians)).endLine();
 }
 
 }  // namespace halCore::ZEL

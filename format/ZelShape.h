@@ -17,7 +17,7 @@ namespace halCore::ZEL {
 
 class TextWriter;
 
-enum class AltitudeMode { None, RelativeToGround, ClampToGround, Extrude };
+enum class AltitudeMode : unsigned char { None, RelativeToGround, ClampToGround, Extrude };
 
 /// One shape of an overlay file.
 ///
@@ -51,7 +51,10 @@ class ZelShape {
 
     /// The default name is the type's keyword.
     int getName(std::string& out) const;
-    void setName(std::string_view name) { name_ = std::string(name); }
+    void setName(std::string_view name) {
+        name_ = name;
+        hasName_ = true;
+    }
 
     /// Whether the name is written; true unless switched off.
     bool serializeName() const { return serializeName_; }
@@ -103,8 +106,8 @@ class ZelShape {
     void setComments(std::vector<std::string> lines) { comments_ = std::move(lines); }
 
     /// The units the shape was read with; the writer uses them again.
-    const UnitsState& originalUnits() const { return units_; }
-    void setOriginalUnits(const UnitsState& units) { units_ = units; }
+    const UnitsState& originalUnits() const { return rare_ ? rare_->units : kDefaultUnits; }
+    void setOriginalUnits(const UnitsState& units) { extras_().units = units; }
 
   protected:
     ZelShape(bool relative, bool canExtrude, bool canFollow)
@@ -133,7 +136,10 @@ class ZelShape {
         std::optional<double> pitchOffset;
         std::optional<double> rollOffset;
         std::optional<std::string> verticalDatum;
+        UnitsState units;
     };
+
+    static const UnitsState kDefaultUnits;
 
     Extras& extras_() {
         if (!rare_) rare_ = std::make_unique<Extras>();
@@ -151,15 +157,15 @@ class ZelShape {
     bool canExtrude_;
     bool canFollow_;
     bool serializeName_ = true;
+    bool hasName_ = false;
     std::optional<bool> drawn_;
     std::optional<bool> depthBuffer_;
     std::optional<bool> followYaw_;
     std::optional<bool> followPitch_;
     std::optional<bool> followRoll_;
     std::optional<AltitudeMode> altitudeMode_;
-    std::optional<std::string> name_;
+    std::string name_;
     std::vector<std::string> comments_;
-    UnitsState units_;
     std::unique_ptr<Extras> rare_;
 };
 

@@ -1,4 +1,5 @@
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include "format/Peers.h"
 
@@ -8,6 +9,11 @@
 namespace {
 
 using namespace bench;
+
+/// Memory that was freed is kept: whose turn it is to ask the kernel for pages would decide otherwise.
+[[maybe_unused]] const bool kHeapIsWarm =
+    mallopt(M_TRIM_THRESHOLD, 1 << 30) != 0 && mallopt(M_MMAP_THRESHOLD, 1 << 30) != 0;
+
 using Source = const Data& (*)();
 
 std::int64_t items(const Data& data) {
