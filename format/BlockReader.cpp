@@ -8,7 +8,7 @@
 #include "format/FileNumber.h"
 #include "format/Keyword.h"
 #include "format/LabelText.h"
-#include "format/PlainNumber.h"
+#include "format/PlainPoint.h"
 #include "geo/Angles.h"
 #include "geo/Mgrs.h"
 
@@ -44,6 +44,28 @@ bool endsLine(const char* p) {
     return *p == '\n' || (*p == '\r' && p[1] == '\n');
 }
 
+/// Two or three plain numbers, whatever white space is between them; what follows a third one is passed over.
+/// Returns the line feed, or null for every other text.
+const char* scanPlainPoint(const char* p, const char* end, Vec3& point) {
+    if (*p != ' ' && *p != '\t') return nullptr;
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    p = skipBlanks(p);
+    if (!scanPlainNumber(p, end, x)) return nullptr;
+    p = skipBlanks(p);
+    if (!scanPlainNumber(p, end, y)) return nullptr;
+    p = skipBlanks(p);
+    if (!endsLine(p)) {
+        if (!scanPlainNumber(p, end, z)) return nullptr;
+        p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+    } else if (*p == '\r') {
+        ++p;
+    }
+    point.set(x, y, z);
+    return p;
+}
+
 }  // namespace
 
 void BlockReader::readLines(std::string_view text) {
@@ -77,27 +99,17 @@ const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
     const bool absolute = *p == 'l';
     if (*++p != (absolute ? 'l' : 'y')) return nullptr;
     if (*++p == (absolute ? 'a' : 'z')) ++p;
-    if (*p != ' ' && *p != '\t') return nullptr;
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
-    p = skipBlanks(p);
-    if (!scanPlainNumber(p, end, x)) return nullptr;
-    p = skipBlanks(p);
-    if (!scanPlainNumber(p, end, y)) return nullptr;
-    p = skipBlanks(p);
-    if (!endsLine(p)) {
-        if (!scanPlainNumber(p, end, z)) return nullptr;
-        p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
-    } else if (*p == '\r') {
-        ++p;
-    }
+    constexpr std::ptrdiff_t window = 80;
+    Vec3 point;
+    const char* stop = end - p >= window ? readPlainPoint(p, point) : nullptr;
+    if (stop == nullptr) stop = scanPlainPoint(p, end, point);
+    if (stop == nullptr) return nullptr;
     if (absolute)
         record_.append(ParsedShape::PointType::Absolute,
-                       Vec3(x * kRadiansPerDegree, y * kRadiansPerDegree, z));
+                       Vec3(point.x() * kRadiansPerDegree, point.y() * kRadiansPerDegree, point.z()));
     else
-        record_.append(ParsedShape::PointType::Relative, Vec3(x, y, z));
-    return p + 1;
+        record_.append(ParsedShape::PointType::Relative, point);
+    return stop + 1;
 }
 
 const char* BlockReader::readWords_(const char* p, const char* end) {

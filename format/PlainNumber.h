@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -27,16 +28,20 @@ inline std::ptrdiff_t scanDigits(const char*& p, const char* end, std::uint64_t&
     return p - begin;
 }
 
-/// Reads a plain decimal number ("-17.505557": no exponent, 19 digits at most) at `p`, moves `p` behind it,
-/// and returns true; it must be followed by white space. For everything else it returns false, with `p`
-/// anywhere in the text read. The text up to `end` must hold a line feed, where reading stops at the latest.
-///
-/// Integers up to 2^53 and powers of ten up to 10^22 are doubles, so their quotient is the nearest double to
-/// the number (W. Clinger, How to read floating point numbers accurately, 1990).
-inline bool scanPlainNumber(const char*& p, const char* end, double& value) {
+/// integer / 10^decimals, for integers up to 2^53 and at most 19 decimals. Both are doubles then, and so the
+/// quotient is the nearest double to the number (W. Clinger, How to read floating point numbers accurately,
+/// 1990).
+inline double quotient(std::uint64_t integer, std::size_t decimals) {
     constexpr std::array<double, 20> powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
                                                     1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13,
                                                     1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
+    return static_cast<double>(static_cast<std::int64_t>(integer)) / powersOfTen[decimals];
+}
+
+/// Reads a plain decimal number ("-17.505557": no exponent, 19 digits at most) at `p`, moves `p` behind it,
+/// and returns true; it must be followed by white space. For everything else it returns false, with `p`
+/// anywhere in the text read. The text up to `end` must hold a line feed, where reading stops at the latest.
+inline bool scanPlainNumber(const char*& p, const char* end, double& value) {
     const bool negative = *p == '-';
     p += static_cast<int>(negative | (*p == '+'));
     const char* const begin = p;
@@ -50,7 +55,7 @@ inline bool scanPlainNumber(const char*& p, const char* end, double& value) {
     }
     if (!UTILS::isBlank(*p) || digits == 0 || digits > 19) return false;
     if (integer <= 1ULL << 53)
-        value = static_cast<double>(integer) / powersOfTen[static_cast<std::size_t>(decimals)];
+        value = quotient(integer, static_cast<std::size_t>(decimals));
     else if (std::from_chars(begin, p, value).ptr != p)
         return false;
     value = negative ? -value : value;

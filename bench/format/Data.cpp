@@ -64,7 +64,7 @@ const Data& longNumbers() {
 }
 
 const Data& smallShapes() {
-    static const Data data = makeData(100'000, 4, false, 6);
+    static const Data data = makeData(100'000, 10, false, 6);
     return data;
 }
 

@@ -15,7 +15,7 @@ struct Position {
     double alt;
 };
 
-/// A line of a million points, or a hundred thousand polygons of four with a name, a line width and two
+/// A line of a million points, or a hundred thousand polygons of ten points with a name, a line width and two
 /// colours.
 struct Data {
     std::vector<std::vector<Position>> shapes;

@@ -263,5 +263,49 @@ TEST(PlainNumbers, areTheNearestDoubles) {
     }
 }
 
+/// Deep in a text several characters are read at once, at its end one by one: it makes no difference.
+TEST(PlainNumbers, areReadAlikeInTheMiddleAndAtTheEnd) {
+    const std::string_view forms[] = {
+        "lla 1 2 3",
+        "lla -17.505557 178.124381 123",
+        "lla -0 +1.5 -.5",
+        "lla 12345678 0.1234567890123456 7",
+        "lla 89.123456789012345 -179.12345678901234 1234567.25",
+        "lla 1.12345678901234567890 2 3",
+        "lla 123456789.5 2 3",
+        "lla 00000000000000000000012.5 2 3",
+        "lla 1  2 3",
+        "lla 1\t2 3",
+        "lla 1 2",
+        "lla 1 2 ",
+        "lla 1 2 3 4 5",
+        "lla 1 2 3\r",
+        "lla 1 2 3 ",
+        "lla 1. .2 3",
+        "lla 1.2.3 4 5",
+        "lla 1e1 2 3",
+        "lla 1 2 3e2",
+        "lla 1 2 x",
+        "lla 1- 2 3",
+        "lla -- 2 3",
+        "lla 1 2 3-",
+        "lla  1 2 3",
+        "lla 12:30 2 3",
+        "lla 1.5 2.5 3.5                                                                4",
+        "xyz 1.5 -2.25 300",
+        "xy 1.5 -2.25",
+        "LLA 1 2 3"};
+    for (const std::string_view form : forms) {
+        const std::string text = block("points\n" + std::string(form) + "\n");
+        const Parsed atTheEnd = parsed(text);
+        const Parsed inTheMiddle = parsed(text + std::string(200, '\n'));
+        EXPECT_EQ(messages(inTheMiddle.report), messages(atTheEnd.report)) << form;
+        ASSERT_EQ(inTheMiddle.shapes.size(), atTheEnd.shapes.size()) << form;
+        if (atTheEnd.shapes.empty()) continue;
+        const auto& expected = dynamic_cast<const Points&>(*atTheEnd.shapes[0]).points();
+        EXPECT_EQ(dynamic_cast<const Points&>(*inTheMiddle.shapes[0]).points(), expected) << form;
+    }
+}
+
 }  // namespace
 }  // namespace halCore::ZEL
