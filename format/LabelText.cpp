@@ -29,6 +29,16 @@ std::string onOneLine(std::string_view text, std::string_view lineBreak) {
     return result;
 }
 
+/// Whether there is nothing to change: words with single blanks between them.
+bool isAsInLine(std::string_view name) {
+    char before = ' ';
+    for (const char c : name) {
+        if (UTILS::isBlank(c) && (c != ' ' || before == ' ')) return false;
+        before = c;
+    }
+    return before != ' ' || name.empty();
+}
+
 std::string withLineBreaks(std::string_view text) {
     std::string result;
     result.reserve(text.size());
@@ -79,6 +89,7 @@ std::string labelFromText(std::string_view text) {
 }
 
 std::string nameInLine(std::string_view name) {
+    if (isAsInLine(name)) return std::string(name);
     LineTokens words;
     words.split(onOneLine(name, kBreak), LineTokens::Case::Keep);
     return std::string(words.line());
