@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "common/Vec3.h"
 #include "geo/PointConverter.h"
@@ -12,6 +13,8 @@
 /// getter answers only for a field that the user has edited since its last setter: what nobody typed is
 /// not written back, so that a value shown with two decimals keeps all of its digits.
 namespace OverlayEditor {
+
+class PolygonShape;
 
 /// Called by a panel after each edit of the user's.
 using PanelChange = std::function<void()>;
@@ -37,14 +40,23 @@ class FillStyleGUI {
     virtual std::uint32_t color() const = 0;
 };
 
-/// Panel of the circular shapes. Which fields it has depends on the subtype; setters of fields it does not
-/// have do nothing, their getters answer nothing. Lengths in metres, angles in radians.
-class CylinderPanel {
+/// What every panel has.
+class ShapePanel {
   public:
-    virtual ~CylinderPanel() = default;
+    virtual ~ShapePanel() = default;
 
     virtual void setDrawCheck(bool drawn) = 0;
     virtual bool drawCheck() const = 0;
+    /// Used to show positions relative to a platform; null for absolute. Not owned.
+    virtual void setPointConverter(PointConverter* converter) = 0;
+    /// Units or precision changed: every field is labelled and shown anew.
+    virtual void notifyPrefsUpdate() = 0;
+};
+
+/// Panel of the circular shapes. Which fields it has depends on the subtype; setters of fields it does not
+/// have do nothing, their getters answer nothing. Lengths in metres, angles in radians.
+class CylinderPanel : public ShapePanel {
+  public:
     virtual void setCenterLla(const halCore::Vec3& lla) = 0;
     virtual std::optional<halCore::Vec3> centerLla() const = 0;
     virtual void setXradius(double meters) = 0;
@@ -58,11 +70,73 @@ class CylinderPanel {
     virtual std::optional<double> endAngle() const = 0;
     virtual LineStyleGUI& lineStyle() = 0;
     virtual FillStyleGUI& fillStyle() = 0;
+};
 
-    /// Used to show the centre relative to a platform; null for absolute. Not owned.
-    virtual void setPointConverter(PointConverter* converter) = 0;
-    /// Units or precision changed: every field is labelled and shown anew.
-    virtual void notifyPrefsUpdate() = 0;
+/// Panel of the orbit. Lengths in metres.
+class OrbitPanel : public ShapePanel {
+  public:
+    virtual void setCenterLla(const halCore::Vec3& lla) = 0;
+    virtual std::optional<halCore::Vec3> centerLla() const = 0;
+    virtual void setCenterLla2(const halCore::Vec3& lla) = 0;
+    virtual std::optional<halCore::Vec3> centerLla2() const = 0;
+    virtual void setRadius(double meters) = 0;
+    virtual std::optional<double> radius() const = 0;
+    virtual LineStyleGUI& lineStyle() = 0;
+    virtual FillStyleGUI& fillStyle() = 0;
+};
+
+/// Panel of lines and polygons. Its list of points edits the shape's points itself.
+class PolygonPanel : public ShapePanel {
+  public:
+    /// Shows the shape's points; the shape must outlive the panel.
+    virtual void setShape(PolygonShape& shape) = 0;
+    /// Shows one point anew, if it is the one in view; and the number of points.
+    virtual void refreshPoint(unsigned long index) = 0;
+    virtual LineStyleGUI& lineStyle() = 0;
+    virtual FillStyleGUI& fillStyle() = 0;
+};
+
+/// Panel of rectangles and triangles: an anchor, the centre or the first corner, and the size or the other
+/// corner. Lengths in metres, width to the east and height to the north.
+class RectanglePanel : public ShapePanel {
+  public:
+    /// The position of the anchor chosen in the panel: the centre, or the first corner.
+    virtual void setAnchor(const halCore::Vec3& lla) = 0;
+    virtual std::optional<halCore::Vec3> anchor() const = 0;
+    virtual void setAnchorCenter(bool center) = 0;
+    virtual bool isAnchorCenter() const = 0;
+    virtual void setLastCorner(const halCore::Vec3& lla) = 0;
+    /// Answers while the panel's source is the other corner, and it was edited.
+    virtual std::optional<halCore::Vec3> getLastCorner() const = 0;
+    virtual void updateWidthHeight(double width, double height) = 0;
+    /// Answer while the panel's source is the size.
+    virtual std::optional<double> getWidth() const = 0;
+    virtual std::optional<double> getHeight() const = 0;
+    virtual LineStyleGUI& lineStyle() = 0;
+    virtual FillStyleGUI& fillStyle() = 0;
+};
+
+/// Panel of lines drawn by hand.
+class FreeDrawPanel : public ShapePanel {
+  public:
+    virtual void setPixelPrecision(int pixels) = 0;
+    virtual int pixelPrecision() const = 0;
+    virtual LineStyleGUI& lineStyle() = 0;
+};
+
+/// Panel of labels.
+class AnnotationPanel : public ShapePanel {
+  public:
+    virtual void setPosition(const halCore::Vec3& lla) = 0;
+    virtual std::optional<halCore::Vec3> position() const = 0;
+    /// Red in the top byte, alpha in the lowest.
+    virtual void setColor(std::uint32_t rgba) = 0;
+    virtual std::uint32_t color() const = 0;
+    /// A font file's name; one that is not on the list is kept until the user chooses another.
+    virtual void setFontName(const std::string& fileName) = 0;
+    virtual std::string fontName() const = 0;
+    virtual void setFontSize(int points) = 0;
+    virtual int fontSize() const = 0;
 };
 
 }  // namespace OverlayEditor

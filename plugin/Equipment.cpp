@@ -16,4 +16,41 @@ std::unique_ptr<CylinderPanel> Equipment::makePanel(const CylinderShape& shape, 
     return std::make_unique<CylinderGui>(shape.subtype(), preferences, canvas, std::move(change));
 }
 
+MouseToolPtr Equipment::makeTool(const Preferences& preferences, OrbitShape& shape) {
+    return makeMouseTool(preferences, shape);
+}
+MouseToolPtr Equipment::makeTool(const Preferences& preferences, PolygonShape& shape) {
+    return makeMouseTool(preferences, shape);
+}
+MouseToolPtr Equipment::makeTool(const Preferences& preferences, RectangleShape& shape) {
+    return makeMouseTool(preferences, shape);
+}
+MouseToolPtr Equipment::makeTool(const Preferences& preferences, FreeDrawShape& shape) {
+    return makeMouseTool(preferences, shape);
+}
+MouseToolPtr Equipment::makeTool(const Preferences& preferences, AnnotationShape& shape) {
+    return makeMouseTool(preferences, shape);
+}
+
+std::unique_ptr<OrbitPanel> Equipment::makePanel(const OrbitShape&, Preferences&, PIGUI::PICanvas&,
+                                                 PanelChange) {
+    return nullptr;
+}
+std::unique_ptr<PolygonPanel> Equipment::makePanel(const PolygonShape&, Preferences&, PIGUI::PICanvas&,
+                                                   PanelChange) {
+    return nullptr;
+}
+std::unique_ptr<RectanglePanel> Equipment::makePanel(const RectangleShape&, Preferences&, PIGUI::PICanvas&,
+                                                     PanelChange) {
+    return nullptr;
+}
+std::unique_ptr<FreeDrawPanel> Equipment::makePanel(const FreeDrawShape&, Preferences&, PIGUI::PICanvas&,
+                                                    PanelChange) {
+    return nullptr;
+}
+std::unique_ptr<AnnotationPanel> Equipment::makePanel(const AnnotationShape&, Preferences&, PIGUI::PICanvas&,
+                                                      PanelChange) {
+    return nullptr;
+}
+
 }  // namespace OverlayEditor

@@ -26,4 +26,24 @@ MouseToolPtr makeMouseTool(const Preferences& preferences, CylinderShape& shape)
     return nullptr;
 }
 
+MouseToolPtr makeMouseTool(const Preferences&, OrbitShape&) {
+    return nullptr;
+}
+
+MouseToolPtr makeMouseTool(const Preferences&, PolygonShape&) {
+    return nullptr;
+}
+
+MouseToolPtr makeMouseTool(const Preferences&, RectangleShape&) {
+    return nullptr;
+}
+
+MouseToolPtr makeMouseTool(const Preferences&, FreeDrawShape&) {
+    return nullptr;
+}
+
+MouseToolPtr makeMouseTool(const Preferences&, AnnotationShape&) {
+    return nullptr;
+}
+
 }  // namespace OverlayEditor

@@ -16,11 +16,57 @@ class TestEquipment final : public OverlayEditor::ShapeEquipment {
                                          OverlayEditor::CylinderShape& shape) override {
         return OverlayEditor::makeMouseTool(preferences, shape);
     }
+    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
+                                         OverlayEditor::OrbitShape& shape) override {
+        return OverlayEditor::makeMouseTool(preferences, shape);
+    }
+    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
+                                         OverlayEditor::PolygonShape& shape) override {
+        return OverlayEditor::makeMouseTool(preferences, shape);
+    }
+    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
+                                         OverlayEditor::RectangleShape& shape) override {
+        return OverlayEditor::makeMouseTool(preferences, shape);
+    }
+    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
+                                         OverlayEditor::FreeDrawShape& shape) override {
+        return OverlayEditor::makeMouseTool(preferences, shape);
+    }
+    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
+                                         OverlayEditor::AnnotationShape& shape) override {
+        return OverlayEditor::makeMouseTool(preferences, shape);
+    }
+
     std::unique_ptr<OverlayEditor::CylinderPanel> makePanel(const OverlayEditor::CylinderShape& shape,
                                                             OverlayEditor::Preferences& preferences,
                                                             PIGUI::PICanvas& canvas,
                                                             OverlayEditor::PanelChange change) override {
         return std::make_unique<OverlayEditor::CylinderGui>(shape.subtype(), preferences, canvas,
                                                             std::move(change));
+    }
+    std::unique_ptr<OverlayEditor::OrbitPanel> makePanel(const OverlayEditor::OrbitShape&,
+                                                         OverlayEditor::Preferences&, PIGUI::PICanvas&,
+                                                         OverlayEditor::PanelChange) override {
+        return nullptr;
+    }
+    std::unique_ptr<OverlayEditor::PolygonPanel> makePanel(const OverlayEditor::PolygonShape&,
+                                                           OverlayEditor::Preferences&, PIGUI::PICanvas&,
+                                                           OverlayEditor::PanelChange) override {
+        return nullptr;
+    }
+    std::unique_ptr<OverlayEditor::RectanglePanel> makePanel(const OverlayEditor::RectangleShape&,
+                                                             OverlayEditor::Preferences&, PIGUI::PICanvas&,
+                                                             OverlayEditor::PanelChange) override {
+        return nullptr;
+    }
+    std::unique_ptr<OverlayEditor::FreeDrawPanel> makePanel(const OverlayEditor::FreeDrawShape&,
+                                                            OverlayEditor::Preferences&, PIGUI::PICanvas&,
+                                                            OverlayEditor::PanelChange) override {
+        return nullptr;
+    }
+    std::unique_ptr<OverlayEditor::AnnotationPanel> makePanel(const OverlayEditor::AnnotationShape&,
+                                                              OverlayEditor::Preferences&, PIGUI::PICanvas&,
+                                                              OverlayEditor::PanelChange) override {
+        return nullptr;
     }
 };
