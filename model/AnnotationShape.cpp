@@ -6,6 +6,7 @@ namespace OverlayEditor {
 
 AnnotationShape::AnnotationShape(const Preferences& preferences) : Shape(preferences) {
     Shape::setName("Text");
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 AnnotationShape::AnnotationShape(const AnnotationShape& other)
@@ -14,9 +15,13 @@ AnnotationShape::AnnotationShape(const AnnotationShape& other)
       position_(other.position_),
       color_(other.color_),
       fontSize_(other.fontSize_),
-      fontName_(other.fontName_) {}
+      fontName_(other.fontName_) {
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
+}
 
-AnnotationShape::~AnnotationShape() = default;
+AnnotationShape::~AnnotationShape() {
+    mouseTool_ = nullptr;
+}
 
 Shape* AnnotationShape::clone() const {
     return new AnnotationShape(*this);

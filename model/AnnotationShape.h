@@ -4,6 +4,7 @@
 #include <string>
 
 #include "model/Shape.h"
+#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
@@ -49,6 +50,8 @@ class AnnotationShape : public Shape {
     std::uint32_t color_ = 0xFF0000FF;
     std::int32_t fontSize_ = 8;
     std::string fontName_ = "arialbd.ttf";
+    // Last: a tool that touches the shape while it dies must find its data alive.
+    MouseToolPtr ownTool_;
 };
 
 }  // namespace OverlayEditor

@@ -69,8 +69,7 @@ CylinderShape::CylinderShape(const Preferences& preferences, Subtype subtype)
     const Kind* const kind = kindOf(subtype);
     if (!kind) return;
     setName(kind->name);
-    if (auto* const equipment = ShapeEquipment::installed())
-        mouseTool_ = (ownTool_ = equipment->makeTool(preferences, *this)).get();
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 CylinderShape::CylinderShape(const CylinderShape& other)
@@ -88,9 +87,7 @@ CylinderShape::CylinderShape(const CylinderShape& other)
       endAngle_(other.endAngle_),
       heightNumber_(other.heightNumber_),
       requiresAllPoints_(other.requiresAllPoints_) {
-    if (!kindOf(subtype_)) return;
-    if (auto* const equipment = ShapeEquipment::installed())
-        mouseTool_ = (ownTool_ = equipment->makeTool(preferences_, *this)).get();
+    if (kindOf(subtype_)) mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 CylinderShape::~CylinderShape() {

@@ -10,15 +10,20 @@ using halCore::Vec3;
 
 FreeDrawShape::FreeDrawShape(const Preferences& preferences) : BaseFilledShape(preferences) {
     setName("Free Draw");
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 FreeDrawShape::FreeDrawShape(const FreeDrawShape& other)
     : PointsContainer(other),
       BaseFilledShape(other),
       lines_(other.lines_),
-      pixelPrecision_(other.pixelPrecision_) {}
+      pixelPrecision_(other.pixelPrecision_) {
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
+}
 
-FreeDrawShape::~FreeDrawShape() = default;
+FreeDrawShape::~FreeDrawShape() {
+    mouseTool_ = nullptr;
+}
 
 Shape* FreeDrawShape::clone() const {
     return new FreeDrawShape(*this);

@@ -5,6 +5,7 @@
 
 #include "model/BaseFilledShape.h"
 #include "model/PointsContainer.h"
+#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
@@ -65,6 +66,8 @@ class FreeDrawShape : public PointsContainer, public BaseFilledShape {
 
     std::vector<LinePoints> lines_;
     int pixelPrecision_ = kDefaultPixelPrecision;
+    // Last: a tool that touches the shape while it dies must find its data alive.
+    MouseToolPtr ownTool_;
 };
 
 }  // namespace OverlayEditor

@@ -12,11 +12,16 @@ using halCore::Vec3;
 
 OrbitShape::OrbitShape(const Preferences& preferences) : CylinderShape(preferences, NoSubtype) {
     setName("Orbit");
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
-OrbitShape::OrbitShape(const OrbitShape& other) : CylinderShape(other) {}
+OrbitShape::OrbitShape(const OrbitShape& other) : CylinderShape(other) {
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
+}
 
-OrbitShape::~OrbitShape() = default;
+OrbitShape::~OrbitShape() {
+    mouseTool_ = nullptr;
+}
 
 Shape* OrbitShape::clone() const {
     return new OrbitShape(*this);

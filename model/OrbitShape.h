@@ -42,6 +42,8 @@ class OrbitShape : public CylinderShape {
   private:
     // On an orbit it would move the second centre.
     using CylinderShape::setMajorRadius;
+    // Last: a tool that touches the shape while it dies must find its data alive.
+    MouseToolPtr ownTool_;
 };
 
 }  // namespace OverlayEditor

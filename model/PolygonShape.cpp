@@ -1,6 +1,7 @@
 #include "model/PolygonShape.h"
 
 #include "model/LongitudeWalk.h"
+#include "model/PointsTool.h"
 #include "model/ReferenceMove.h"
 
 namespace OverlayEditor {
@@ -10,12 +11,17 @@ using halCore::Vec3;
 PolygonShape::PolygonShape(const Preferences& preferences, Subtype subtype)
     : BaseFilledShape(preferences), subtype_(subtype) {
     setName(subtype == Line ? "Line" : "Polygon");
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 PolygonShape::PolygonShape(const PolygonShape& other)
-    : PointsContainer(other), BaseFilledShape(other), subtype_(other.subtype_), points_(other.points_) {}
+    : PointsContainer(other), BaseFilledShape(other), subtype_(other.subtype_), points_(other.points_) {
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
+}
 
-PolygonShape::~PolygonShape() = default;
+PolygonShape::~PolygonShape() {
+    mouseTool_ = nullptr;
+}
 
 Shape* PolygonShape::clone() const {
     return new PolygonShape(*this);
@@ -55,7 +61,19 @@ void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) 
 }
 
 void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
+    const Survival survives(*this);
     mouseSetPointAtIndex(index, point);
+    if (survives) resetToolPoints_();
+}
+
+void PolygonShape::pointsChanged_() {
+    const Survival survives(*this);
+    dirty_();
+    if (survives) resetToolPoints_();
+}
+
+void PolygonShape::resetToolPoints_() {
+    if (auto* const tool = dynamic_cast<PointsTool*>(mouseTool_)) tool->resetPoints_();
 }
 
 void PolygonShape::insertPointAtIndex(unsigned long index, const Vec3& point) {
@@ -63,17 +81,19 @@ void PolygonShape::insertPointAtIndex(unsigned long index, const Vec3& point) {
         points_.insert(points_.begin() + static_cast<std::ptrdiff_t>(index), point);
     else
         points_.push_back(point);
-    dirty_();
+    pointsChanged_();
 }
 
 void PolygonShape::deletePointAtIndex(unsigned long index) {
     if (index < points_.size()) points_.erase(points_.begin() + static_cast<std::ptrdiff_t>(index));
-    dirty_();
+    pointsChanged_();
 }
 
 void PolygonShape::clear() {
     points_.clear();
+    const Survival survives(*this);
     hide_();
+    if (survives) resetToolPoints_();
 }
 
 std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
@@ -88,7 +108,7 @@ std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
 void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
     if (!takeAttachment_(id, converter) || points_.empty()) return;
     if (converter) convertAbsolutePoints_(*converter, anchorCenter);
-    dirty_();
+    pointsChanged_();
 }
 
 void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anchorCenter) {

@@ -5,6 +5,7 @@
 
 #include "model/BaseFilledShape.h"
 #include "model/PointsContainer.h"
+#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
@@ -48,9 +49,14 @@ class PolygonShape : public PointsContainer, public BaseFilledShape {
   private:
     void convertAbsolutePoints_(const PointConverter& target, bool anchorCenter);
     void put_(unsigned long index, const halCore::Vec3& point);
+    /// Refreshes after a change of the list that the tool did not make.
+    void pointsChanged_();
+    void resetToolPoints_();
 
     Subtype subtype_;
     std::vector<halCore::Vec3> points_;
+    // Last: a tool that touches the shape while it dies must find its data alive.
+    MouseToolPtr ownTool_;
 };
 
 }  // namespace OverlayEditor

@@ -14,6 +14,7 @@ using halCore::Vec3;
 RectangleShape::RectangleShape(const Preferences& preferences, Subtype subtype)
     : BaseFilledShape(preferences), subtype_(subtype) {
     setName(subtype == Rectangle ? "Rectangle" : "Triangle");
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 RectangleShape::RectangleShape(const RectangleShape& other)
@@ -21,9 +22,13 @@ RectangleShape::RectangleShape(const RectangleShape& other)
       subtype_(other.subtype_),
       first_(other.first_),
       last_(other.last_),
-      set_(other.set_) {}
+      set_(other.set_) {
+    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
+}
 
-RectangleShape::~RectangleShape() = default;
+RectangleShape::~RectangleShape() {
+    mouseTool_ = nullptr;
+}
 
 Shape* RectangleShape::clone() const {
     return new RectangleShape(*this);

@@ -5,6 +5,7 @@
 
 #include "model/BaseFilledShape.h"
 #include "model/RectangleGeometry.h"
+#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
@@ -72,6 +73,8 @@ class RectangleShape : public BaseFilledShape {
     std::optional<halCore::Vec3> first_;
     std::optional<halCore::Vec3> last_;
     std::optional<SetSize> set_;
+    // Last: a tool that touches the shape while it dies must find its data alive.
+    MouseToolPtr ownTool_;
 };
 
 }  // namespace OverlayEditor

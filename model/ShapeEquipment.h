@@ -51,6 +51,11 @@ class ShapeEquipment {
     /// Null removes it. Not owned.
     static void install(ShapeEquipment* equipment);
     static ShapeEquipment* installed();
+    /// The tool for a shape under construction: null while nothing is installed.
+    template <typename ConcreteShape>
+    static MouseToolPtr toolFor(const Preferences& preferences, ConcreteShape& shape) {
+        return installed() ? installed()->makeTool(preferences, shape) : nullptr;
+    }
 };
 
 }  // namespace OverlayEditor
