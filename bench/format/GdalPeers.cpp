@@ -1,5 +1,6 @@
 #ifdef OE_BENCH_GDAL
 
+#include <cpl_error.h>
 #include <cpl_vsi.h>
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -7,6 +8,15 @@
 #include "format/Peers.h"
 
 namespace bench {
+namespace {
+
+/// Warnings cost time and say nothing here: GDAL finds that the polygons' last points are not their first.
+void prepareGdal() {
+    GDALAllRegister();
+    CPLSetErrorHandler(CPLQuietErrorHandler);
+}
+
+}  // namespace
 
 void provideToGdal(const std::string& file, const std::string& text) {
     VSILFILE* const out = VSIFOpenL(file.c_str(), "wb");
@@ -15,7 +25,7 @@ void provideToGdal(const std::string& file, const std::string& text) {
 }
 
 std::size_t readByGdal(const std::string& file) {
-    GDALAllRegister();
+    prepareGdal();
     GDALDatasetUniquePtr dataset(GDALDataset::Open(file.c_str(), GDAL_OF_VECTOR));
     std::size_t points = 0;
     if (!dataset) return points;
@@ -31,7 +41,7 @@ std::size_t readByGdal(const std::string& file) {
 }
 
 std::size_t writeByGdal(const Data& data, const std::string& driver, const std::string& file) {
-    GDALAllRegister();
+    prepareGdal();
     VSIUnlink(file.c_str());
     GDALDriver* const found = GetGDALDriverManager()->GetDriverByName(driver.c_str());
     GDALDatasetUniquePtr dataset(found->Create(file.c_str(), 0, 0, 0, GDT_Unknown, nullptr));

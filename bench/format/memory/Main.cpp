@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,6 +27,8 @@ double statusBytes(const std::string& key) {
 template <typename Read>
 void measure(const char* name, const Data& data, Read read) {
     std::fflush(stdout);
+    // What making the data has left in the heap is not to be used again unseen.
+    malloc_trim(0);
     const pid_t child = fork();
     if (child != 0) {
         waitpid(child, nullptr, 0);
@@ -35,8 +38,9 @@ void measure(const char* name, const Data& data, Read read) {
     std::ofstream("/proc/self/clear_refs") << 5 << std::flush;
     const double before = statusBytes("VmRSS:");
     const auto result = read();
-    const double after = statusBytes("VmRSS:");
     const double highest = statusBytes("VmHWM:");
+    malloc_trim(0);
+    const double after = statusBytes("VmRSS:");
     const auto points = static_cast<double>(data.points);
     std::printf("%-32s %8.1f bytes a point, %8.1f more while reading\n", name, (after - before) / points,
                 (highest - after) / points);
