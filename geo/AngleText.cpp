@@ -21,6 +21,9 @@ constexpr std::array<std::string_view, 4> kDegreeMarks = {"\xC2\xB0", "\xC2\xBA"
 constexpr std::array<std::string_view, 3> kMinuteMarks = {"'", "\xE2\x80\xB2", "\xE2\x80\x99"};
 constexpr std::array<std::string_view, 6> kSecondMarks = {
     "\"", "\xE2\x80\xB3", "\xE2\x80\x9D", "''", "\xE2\x80\xB2\xE2\x80\xB2", "\xE2\x80\x99\xE2\x80\x99"};
+// The marks written as words, in any case, for degrees, minutes and seconds.
+constexpr std::array<std::array<std::string_view, 3>, 3> kMarkWords = {
+    {{"deg", "degree", "degrees"}, {"min", "minute", "minutes"}, {"sec", "second", "seconds"}}};
 constexpr std::string_view kMinusSign = "\xE2\x88\x92";
 constexpr std::string_view kDegreeSign = kDegreeMarks.front();
 
@@ -149,6 +152,18 @@ class Reader {
 
     /// The mark that may end part i.
     bool readMark(std::size_t i) {
+        std::size_t letters = 0;
+        while (letters < rest_.size() && toUpper(rest_[letters]) >= 'A' && toUpper(rest_[letters]) <= 'Z')
+            ++letters;
+        // More letters than a mark and a hemisphere are a word.
+        if (letters > 2) {
+            const std::string_view word = rest_.substr(0, letters);
+            rest_.remove_prefix(letters);
+            return std::any_of(
+                       kMarkWords[i].begin(), kMarkWords[i].end(),
+                       [word](std::string_view mark) { return UTILS::equalsIgnoringCase(word, mark); }) ||
+                   refuse("unexpected text behind the angle");
+        }
         if (i == 0) {
             if (!takeAny(kDegreeMarks)) takeLetter('D');
         } else if (i == 1) {

@@ -18,8 +18,9 @@ struct AngleReadOptions {
 
 /// Reads an angle in degrees: decimal ("-21.3", "1e-05"), degrees and minutes ("21 18.5", "21:18.5"), or
 /// degrees, minutes and seconds ("21 18 30", "21:18:30", "21°18'30\"", "21d18m30s"). The marks may also be
-/// the Unicode degree sign, primes and curly quotes; blanks may stand between the parts. A sign in front,
-/// or a hemisphere letter of either case before or after, tells the side; not both.
+/// the Unicode degree sign, primes, curly quotes, and the words "deg", "min", "sec" and their long forms
+/// in any case; blanks may stand between the parts. A sign in front, or a hemisphere letter of either case
+/// before or after, tells the side; not both.
 ///
 /// "s" behind the third number ends the seconds when "d" or "m" of the same case stand before it;
 /// otherwise it is South. With capital marks ("21D18M30S"), or behind a second number without its mark

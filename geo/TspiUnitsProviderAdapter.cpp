@@ -82,10 +82,7 @@ std::string formatAngleAs(double radians, UnitType_t type, int precision, AngleK
 }
 
 int parsePosition(std::string_view text, AngleKind kind, double& radians, std::string* error) {
-    // "21.3 deg" is a plain number to the reader; no other unit is usual for a position.
-    const auto [number, unit] = split(text);
-    const bool isDegrees = unitsGetTypeFromString(unit) == UnitType_t::Degrees;
-    return halCore::readAngle(isDegrees ? number : text, radians, {.kind = kind, .checkRange = true}, error);
+    return halCore::readAngle(text, radians, {.kind = kind, .checkRange = true}, error);
 }
 
 }  // namespace

@@ -53,6 +53,8 @@ TEST(ReadAngle, TakesEveryForm) {
         {"21\xB0 30'", 21.5},
         {"21d18m36s", 21.31},
         {"21D18M36", 21.31},
+        {"21.3 deg", 21.3},
+        {"21 Degrees 18 minutes 36 SEC", 21.31},
         {"\u221221\u00B030'", -21.5},
         {"0\u00B030'S", -0.5},
         {"-0 30", -0.5},
@@ -61,12 +63,26 @@ TEST(ReadAngle, TakesEveryForm) {
 }
 
 TEST(ReadAngle, TakesHemispheresOnEitherSide) {
-    const std::vector<std::pair<std::string, double>> cases = {
-        {"21.3N", 21.3},        {"N21.3", 21.3},        {"21.3 s", -21.3},          {"S 21 18 36", -21.31},
-        {"158 3 w", -158.05},   {"w158:03", -158.05},   {"21d18m36s", 21.31},       {"21d18m36S", -21.31},
-        {"21d18m36sS", -21.31}, {"21 18 36 s", -21.31}, {"21\u00B018'36s", -21.31}, {"21D18M36SN", 21.31},
-        {"S21D18M36S", -21.31}, {"21d30S", -21.5},      {"21d30ms", -21.5},         {"158E", 158.0},
-        {"2e2", 200.0},         {"2E 2", 9999.0}};
+    const std::vector<std::pair<std::string, double>> cases = {{"21.3N", 21.3},
+                                                               {"N21.3", 21.3},
+                                                               {"21.3 s", -21.3},
+                                                               {"S 21 18 36", -21.31},
+                                                               {"158 3 w", -158.05},
+                                                               {"w158:03", -158.05},
+                                                               {"21d18m36s", 21.31},
+                                                               {"21d18m36S", -21.31},
+                                                               {"21d18m36sS", -21.31},
+                                                               {"21 18 36 s", -21.31},
+                                                               {"21\u00B018'36s", -21.31},
+                                                               {"21D18M36SN", 21.31},
+                                                               {"S21D18M36S", -21.31},
+                                                               {"21d30S", -21.5},
+                                                               {"21d30ms", -21.5},
+                                                               {"158E", 158.0},
+                                                               {"21.3 deg S", -21.3},
+                                                               {"N 21deg30min", 21.5},
+                                                               {"2e2", 200.0},
+                                                               {"2E 2", 9999.0}};
     for (const auto& [text, degrees] : cases) EXPECT_NEAR(read(text), degrees, 1e-13) << text;
     EXPECT_NEAR(read("21D18M36S", {AngleKind::Longitude}), 21.31, 1e-13) << "no longitude is south";
 }
@@ -99,7 +115,10 @@ TEST(ReadAngle, RefusesWithTheReason) {
         {"21:18:30:5", {}, "unexpected text behind the angle"},
         {"21' 18", {}, "unexpected text behind the angle"},
         {"21\"", {}, "unexpected text behind the angle"},
-        {"21.3 deg", {}, "unexpected text behind the angle"},
+        {"21.3 degN", kLatitude, "unexpected text behind the angle"},
+        {"21.3 degs", {}, "unexpected text behind the angle"},
+        {"21.3 min", {}, "unexpected text behind the angle"},
+        {"158 West", {}, "unexpected text behind the angle"},
         {"21.3.4", {}, "a number with two points"},
         {"21.3N junk", {}, "unexpected text behind the angle"},
         {"21D18M36S", {}, "S could mean seconds or south"},
