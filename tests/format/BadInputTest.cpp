@@ -1,4 +1,3 @@
-#include <fstream>
 #include <random>
 #include <sstream>
 
@@ -159,14 +158,13 @@ TEST(Repetition, isReadToItsEnd) {
 }
 
 TEST(Samples, areReadWithoutAMessageAndStayTheSame) {
-    for (const auto& [name, blocks] : {std::pair("countries-110m.zel", 286u), {"coast-110m.zel", 126u}}) {
-        std::ifstream file(OE_SOURCE_DIR "/samples/"s + name);
-        std::ostringstream text;
-        text << file.rdbuf();
-        const Parsed result = parsed(text.str());
+    for (const auto& [name, blocks] :
+         {std::pair("countries-110m.zel", 286u), {"coast-110m.zel", 126u}, {"keywords.zel", 19u}}) {
+        const std::string text = sample(name);
+        const Parsed result = parsed(text);
         EXPECT_EQ(messages(result.report), "");
         EXPECT_EQ(result.shapes.size(), blocks);
-        const std::string once = rewritten(text.str());
+        const std::string once = rewritten(text);
         EXPECT_EQ(rewritten(once), once);
         EXPECT_EQ(once.find("3d name Côte d'Ivoire\n") != std::string::npos, blocks == 286u);
     }

@@ -213,16 +213,25 @@ TEST(Values, coloursCanBeAdded) {
               "start\ncircle\nlinecolor hex 0xff800080\nfillcolor hex 0xff000001\nend\n");
 }
 
-/// Nobody adds a keyword and forgets its test: all of them stand in this file or in that of the messages.
-TEST(KeywordTable, isSearchedRightly) {
-    std::set<std::string_view> words;
-    for (const Keyword& keyword : allKeywords()) {
-        EXPECT_EQ(&findKeyword(keyword.text), &keyword);
-        EXPECT_TRUE(words.insert(keyword.text).second) << keyword.text;
+/// The sample has every keyword and every kind of shape: nobody adds one and forgets it there.
+TEST(KeywordTable, isWhatTheSampleShows) {
+    const std::string text = sample("keywords.zel");
+    std::set<std::string_view> used;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const Keyword& keyword = findKeyword(line.substr(0, line.find(' ')));
+        if (!keyword.text.empty()) used.insert(keyword.text);
     }
-    EXPECT_EQ(words.size(), 74u);
+    std::set<std::string_view> all;
+    for (const Keyword& keyword : allKeywords()) EXPECT_TRUE(all.insert(keyword.text).second);
+    EXPECT_EQ(used, all);
+    EXPECT_EQ(all.size(), 74u);
     for (const std::string_view other : {"", "l", "lll", "centerxyz2", "imageoverlay", "Circle", "radiuss"})
         EXPECT_EQ(findKeyword(other).action, KeywordAction::Unknown) << other;
+
+    std::set<ShapeType> kinds;
+    for (const auto& shape : parsed(text).shapes) kinds.insert(shape->shapeType());
+    EXPECT_EQ(kinds.size(), 16u);
 }
 
 /// The fast path gives the nearest double or leaves the number to the slow one.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fstream>
+#include <iterator>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -39,6 +41,12 @@ inline std::string rewritten(std::string_view text) {
     std::string result;
     for (const auto& shape : parsed(text).shapes) result += written(*shape);
     return result;
+}
+
+/// The text of a sample file.
+inline std::string sample(const std::string& name) {
+    std::ifstream file(OE_SOURCE_DIR "/samples/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// Lines between "start" and "end".
