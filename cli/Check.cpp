@@ -25,9 +25,9 @@ int check(const CheckOptions& options) {
         ParseReport report;
         Parser::Shapes made;
         parser.parse(input.stream(), made, report);
-        completeMessages(report);
+        report.addUnterminatedBlock();
         if (!report.messages.empty()) progress.hide();
-        printMessages(std::cout, file, report);
+        printMessages(std::cout, file, report.messages);
         blocks += report.blocks;
         shapes += report.shapes;
         messages += report.messages.size();

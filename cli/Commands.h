@@ -40,4 +40,13 @@ struct FormatOptions {
 /// The files as the library writes them.
 int format(const FormatOptions& options);
 
+struct EditOptions {
+    std::vector<std::string> files;
+    bool recursive = false;
+    bool quiet = false;
+};
+
+/// The files as the editor saves them, and what it loses of them.
+int edit(const EditOptions& options);
+
 }  // namespace cli

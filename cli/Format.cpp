@@ -34,7 +34,7 @@ std::string formatInPlace(const std::string& file, const std::string& text, cons
                           ParseReport& report) {
     Parser::Shapes shapes;
     Parser().parse(text, shapes, report);
-    completeMessages(report);
+    report.addUnterminatedBlock();
     if (shapes.empty()) return "There is no shape in it, not rewritten";
     if (!report.messages.empty() && !options.force)
         return "Not rewritten, because what the messages name would be lost (use --force to lose it)";
@@ -61,7 +61,7 @@ int format(const FormatOptions& options) {
             const std::string problem = formatInPlace(file, text, options, report);
             progress.advance(text.size());
             if (!problem.empty() || !report.messages.empty()) progress.hide();
-            printMessages(std::cerr, file, report);
+            printMessages(std::cerr, file, report.messages);
             if (!problem.empty()) std::cerr << "zel: " << printable(file) << ": " << problem << '\n';
             complete = complete && problem.empty() && report.messages.empty();
             continue;
@@ -69,10 +69,10 @@ int format(const FormatOptions& options) {
         Input input(file, progress);
         Parser::Shapes shapes;
         Parser().parse(input.stream(), shapes, report);
-        completeMessages(report);
+        report.addUnterminatedBlock();
         progress.hide();
         write(std::cout, shapes, report);
-        printMessages(std::cerr, file, report);
+        printMessages(std::cerr, file, report.messages);
         complete = complete && report.messages.empty();
         if (const std::string error = input.error(); !error.empty()) failures.report(file, error);
     }

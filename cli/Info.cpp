@@ -69,7 +69,7 @@ FileInfo describe(const std::string& file, std::istream& stream) {
     info.file = file;
     Parser::Shapes shapes;
     Parser().parse(stream, shapes, info.report);
-    completeMessages(info.report);
+    info.report.addUnterminatedBlock();
     for (const auto& shape : shapes) {
         ShapeInfo one = describe(*shape);
         ++info.kinds[one.kind];

@@ -36,6 +36,12 @@ int run(int argc, char** argv) {
     format->add_flag("--force", formatOptions.force,
                      "Rewrite files with messages too, and lose what they name");
 
+    cli::EditOptions editOptions;
+    CLI::App* const edit =
+        app.add_subcommand("edit", "Write the files as the editor saves them, and tell what it loses");
+    addFiles(*edit, editOptions.files, editOptions.recursive);
+    edit->add_flag("-q,--quiet", editOptions.quiet, "Print no summary");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -43,6 +49,7 @@ int run(int argc, char** argv) {
     }
     if (check->parsed()) return cli::check(checkOptions);
     if (info->parsed()) return cli::info(infoOptions);
+    if (edit->parsed()) return cli::edit(editOptions);
     return cli::format(formatOptions);
 }
 

@@ -12,8 +12,9 @@ _zel() {
         check) options='-q --quiet -r --recursive -h --help' ;;
         info) options='-s --summary --json -r --recursive -h --help' ;;
         format) options='-i --in-place --force -r --recursive -h --help' ;;
+        edit) options='-q --quiet -r --recursive -h --help' ;;
         *)
-            mapfile -t COMPREPLY < <(compgen -W 'check info format -h --help --version' -- "$word")
+            mapfile -t COMPREPLY < <(compgen -W 'check info format edit -h --help --version' -- "$word")
             return
             ;;
     esac

@@ -166,6 +166,7 @@ void BlockReader::closeBlock_() {
     if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, registry_, messages_)) {
         shapes_.push_back(std::move(shape));
         ++made_;
+        if (messages_.report() != nullptr) messages_.report()->shapeLines.push_back(record_.lineNumber());
     }
 }
 

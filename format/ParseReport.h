@@ -33,8 +33,16 @@ struct ParseReport {
     /// Blocks opened, and shapes made of them; the difference was dropped.
     std::size_t blocks = 0;
     std::size_t shapes = 0;
+    /// The "start" line of each shape made.
+    std::vector<std::size_t> shapeLines;
     /// The "start" line of a last block that has no "end", otherwise 0. Its loss makes no message.
     std::size_t unterminatedBlock = 0;
+
+    /// Adds the message that reading does not make.
+    void addUnterminatedBlock() {
+        if (unterminatedBlock != 0)
+            messages.push_back({unterminatedBlock, halNotify::Error, "start without end, the block is lost"});
+    }
 };
 
 }  // namespace halCore::ZEL

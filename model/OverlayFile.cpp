@@ -2,8 +2,10 @@
 
 #include "common/Files.h"
 #include "common/NumberText.h"
+#include "format/MessageSink.h"
 #include "format/SerializeToZel.h"
 #include "model/SerializeToShape.h"
+#include "model/ShapeLabel.h"
 #include "model/TextBuffer.h"
 #include "model/ZelToSerializer.h"
 
@@ -24,6 +26,25 @@ std::string textOf(const Shapes& shapes, PointConverter* converter, std::vector<
     buffer->out().precision(UTILS::kSignificantDigits);
     zel.writeTo(buffer->out(), UTILS::kSignificantDigits);
     return buffer->text();
+}
+
+/// What the reader says when it has no report to write to.
+void log(const halCore::ZEL::ParseReport& report) {
+    const halCore::ZEL::MessageSink sink(nullptr);
+    for (const auto& message : report.messages) {
+        if (message.severity == halNotify::Error)
+            sink.error(message.line, {message.text});
+        else
+            sink.warning(message.line, message.text);
+    }
+}
+
+/// Whether saving would write the shape. Lists of points need no trial.
+bool isWritten(Shape& shape, PointConverter* converter) {
+    if (const auto* const list = dynamic_cast<PolygonShape*>(&shape)) return list->isComplete();
+    SerializeToZel zel;
+    zel.setPointConverter(converter);
+    return shape.serialize(zel) == 0;
 }
 
 }  // namespace
@@ -48,10 +69,25 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
                            const Preferences& preferences, PointConverter* converter,
                            unsigned long platformId) {
     LoadResult result;
+    halCore::ZEL::Parser::Shapes read;
+    halCore::ZEL::ParseReport report;
+    halCore::ZEL::Parser().parse(text, read, report);
+    log(report);
+    report.addUnterminatedBlock();
+
     SerializeToShape target(preferences);
     target.setPointConverter(converter);
-    const bool anyShape = ZelToSerializer().load(target, text, platformId, sourceName, &result.leftOut) == 0;
+    std::vector<std::string> reasons;
+    const bool anyShape = ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) == 0;
     result.shapes = target.shapes();
+    auto shape = result.shapes.begin();
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        if (!reasons[i].empty())
+            result.leftOut.push_back(labelOf(*read[i]));
+        else if (!isWritten(**shape++, converter))
+            reasons[i] = "it is not complete";
+    }
+    result.losses = lossReport(text, read, report, reasons);
     result.logged = !anyShape;
     if (result.shapes.empty())
         result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";

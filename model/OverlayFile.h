@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "model/LossReport.h"
 #include "model/Overlay.h"
 
 namespace OverlayEditor {
@@ -36,6 +37,8 @@ struct LoadResult {
     std::vector<std::unique_ptr<Shape>> shapes;
     /// Kind and name of each shape that was read but that the editor cannot hold: latlonaltbox "A".
     std::vector<std::string> leftOut;
+    /// What saving the shapes over the file would lose or change, by line. \see lossReport
+    std::vector<halCore::ZEL::ParseMessage> losses;
 };
 
 /// Reads a file into shapes that are not yet in an overlay.

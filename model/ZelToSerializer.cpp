@@ -6,6 +6,7 @@
 #include "common/Notify.h"
 #include "format/Parser.h"
 #include "geo/Angles.h"
+#include "model/ShapeLabel.h"
 #include "pi/PICommon.h"
 
 namespace OverlayEditor {
@@ -15,7 +16,7 @@ namespace ZEL = halCore::ZEL;
 using halCore::Vec3;
 using Type = Serializer::ShapeType;
 
-/// A cylinder with any other sweep is a wedge.
+/// A cylinder with this sweep is none that is meant as a wedge's.
 constexpr double kSweepOfACylinder = 0.6366197723675814;
 /// A sweep this close to a full turn is one.
 constexpr double kSameAngle = 1e-10;
@@ -60,18 +61,11 @@ class Placement {
     const PointConverter* converter_ = nullptr;
 };
 
-/// Keyword and name: circle "A".
-std::string labelOf(const ZEL::ZelShape& shape) {
-    std::string name;
-    shape.getName(name);
-    return std::string(ZEL::ZelShape::shapeTypeToString(shape.shapeType())) + " \"" + name + "\"";
-}
-
-bool leaveOut(const ZEL::ZelShape& shape, const char* reason) {
+std::string_view leaveOut(const ZEL::ZelShape& shape, std::string_view reason) {
     if (halNotify::isNotifyEnabled(halNotify::Error))
         halNotify::notify(halNotify::Error)
             << "The " << labelOf(shape) << " cannot be edited and is left out: " << reason;
-    return false;
+    return reason;
 }
 
 /// Whether four corners, in their order, are those of a flat box along the meridians and parallels (or along
@@ -192,29 +186,30 @@ void annotationStyle(Serializer& target, const ZEL::Annotation& annotation) {
 
 }  // namespace
 
+bool isWedge(const ZEL::Cylinder& cylinder) {
+    const auto sweep = valueOf<double, ZEL::EllipticalShape>(cylinder, &ZEL::EllipticalShape::getAngleSweep);
+    return sweep && *sweep != kSweepOfACylinder;
+}
+
 int ZelToSerializer::load(Serializer& target, std::istream& text, unsigned long platformId,
-                          const std::string& sourceName, std::vector<std::string>* leftOut) const {
+                          const std::string& sourceName) const {
     std::vector<ZEL::ZelShapePtr> shapes;
     ZEL::Parser().parse(text, shapes);
-    return replay_(target, shapes, platformId, sourceName, leftOut);
+    return replay(target, shapes, platformId, sourceName);
 }
 
-int ZelToSerializer::load(Serializer& target, std::string_view text, unsigned long platformId,
-                          const std::string& sourceName, std::vector<std::string>* leftOut) const {
-    std::vector<ZEL::ZelShapePtr> shapes;
-    ZEL::Parser().parse(text, shapes);
-    return replay_(target, shapes, platformId, sourceName, leftOut);
-}
-
-int ZelToSerializer::replay_(Serializer& target, const std::vector<ZEL::ZelShapePtr>& shapes,
-                             unsigned long platformId, const std::string& sourceName,
-                             std::vector<std::string>* leftOut) const {
+int ZelToSerializer::replay(Serializer& target, const std::vector<ZEL::ZelShapePtr>& shapes,
+                            unsigned long platformId, const std::string& sourceName,
+                            std::vector<std::string>* reasons) const {
     if (shapes.empty()) {
         PICommon::Notify(halNotify::Error) << "Could not load " << sourceName << ", no valid shapes found\n";
         return 1;
     }
-    for (const auto& shape : shapes)
-        if (!serializeOneZel_(target, *shape, platformId) && leftOut) leftOut->push_back(labelOf(*shape));
+    if (reasons) reasons->reserve(reasons->size() + shapes.size());
+    for (const auto& shape : shapes) {
+        const std::string_view reason = serializeOneZel_(target, *shape, platformId);
+        if (reasons) reasons->emplace_back(reason);
+    }
     return 0;
 }
 
@@ -256,15 +251,13 @@ Serializer::ShapeType ZelToSerializer::getShapeType_(const ZEL::ZelShape& shape)
     return Type::None;
 }
 
-bool ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
-                                       unsigned long platformId) const {
+std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
+                                                   unsigned long platformId) const {
     Type type = getShapeType_(shape);
-    if (type == Type::None) return false;
+    if (type == Type::None) return "the editor has no such shape";
     const auto* const points = pointsOf(shape);
     if (type == Type::Cylinder) {
-        const auto sweep = valueOf<double, ZEL::EllipticalShape>(static_cast<const ZEL::Cylinder&>(shape),
-                                                                 &ZEL::EllipticalShape::getAngleSweep);
-        if (sweep && *sweep != kSweepOfACylinder) type = Type::Wedge;
+        if (isWedge(static_cast<const ZEL::Cylinder&>(shape))) type = Type::Wedge;
     } else if (type == Type::Polygon && isBox(*points)) {
         type = Type::Rectangle;
     }
@@ -317,7 +310,7 @@ bool ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& 
         if (secondCenter) target.setCenterPoint2(*secondCenter);
     }
     target.endShape();
-    return true;
+    return {};
 }
 
 }  // namespace OverlayEditor

@@ -10,6 +10,9 @@
 
 namespace OverlayEditor {
 
+/// Whether a file's cylinder is a wedge to the editor: it has a sweep.
+bool isWedge(const halCore::ZEL::Cylinder& cylinder);
+
 /// Reads overlay text and replays its shapes as calls on a serializer. Every position reaches the target
 /// geodetic: offsets of a relative shape count from its own reference point, or else from the target's
 /// point converter. Boxes and image overlays have no counterpart in the editor and are left out; a relative
@@ -18,20 +21,19 @@ class ZelToSerializer {
   public:
     /// \param platformId passed on to the target: what the shapes are attached to there
     /// \param sourceName for the message when the text has no shape
-    /// \param leftOut when given, gets keyword and name of each shape that was left out: latlonaltbox "A"
     /// \return 0 when at least one shape was read, 1 otherwise
-    int load(Serializer& target, std::istream& text, unsigned long platformId, const std::string& sourceName,
-             std::vector<std::string>* leftOut = nullptr) const;
-    int load(Serializer& target, std::string_view text, unsigned long platformId,
-             const std::string& sourceName, std::vector<std::string>* leftOut = nullptr) const;
+    int load(Serializer& target, std::istream& text, unsigned long platformId,
+             const std::string& sourceName) const;
+    /// The same with shapes that have been read already.
+    /// \param reasons when given, gets for each shape why it was left out; empty for one that was not
+    int replay(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
+               unsigned long platformId, const std::string& sourceName,
+               std::vector<std::string>* reasons = nullptr) const;
 
   private:
-    int replay_(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
-                unsigned long platformId, const std::string& sourceName,
-                std::vector<std::string>* leftOut) const;
-    /// \return whether the target got the shape
-    bool serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
-                          unsigned long platformId) const;
+    /// \return why the target did not get the shape; empty when it did
+    std::string_view serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
+                                      unsigned long platformId) const;
     Serializer::ShapeType getShapeType_(const halCore::ZEL::ZelShape& shape) const;
 };
 
