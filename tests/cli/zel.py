@@ -159,6 +159,17 @@ class Zel(unittest.TestCase):
         self.zel("format", "-i", "none.zel", code=1)
         self.assertEqual(self.read("none.zel"), "# only a comment\n")
 
+    def test_edit(self):
+        out, err = self.zel("edit", os.path.join(SAMPLES, "countries-110m.zel"), code=1)
+        self.assertEqual(out.count("\nstart\n"), 286)
+        self.assertIn("3d name Côte d'Ivoire\n", out)
+        self.assertTrue(err.endswith("1 file, 286 shapes saved, 286 lost, 0 changed\n"))
+        self.assertEqual(self.zel("edit", "-q", "-", stdin=out), (out, ""))
+        lines = "start\nlinesegs\nll 0 0\nll 1 1\nlinestyle dashed\nrangeunits ft\nend\nstart\nlatlonaltbox 1 0 0 1 0\nend\n"
+        err = self.zel("edit", "-", stdin=lines, code=1)[1].splitlines()
+        self.assertEqual([line.split(" ")[0] for line in err[:4]], ["-:2:", "-:5:", "-:6:", "-:8:"])
+        self.assertEqual(err[4], "1 file, 1 shape saved, 3 lost, 1 changed")
+
     def test_output_that_cannot_be_written(self):
         with open("/dev/full", "w") as full:
             done = subprocess.run(
