@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "common/Notify.h"
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "model/Utils.h"
@@ -56,6 +57,16 @@ double normalized(double radians) {
 
 std::unique_ptr<PUDrawPoint> copyOf(const std::unique_ptr<PUDrawPoint>& point) {
     return point ? std::make_unique<PUDrawPoint>(*point) : nullptr;
+}
+
+/// Beyond half the way round the earth, a point would come back from the other side.
+bool isRadius(double meters) {
+    constexpr double halfMeridian = 20003931.0;
+    if (std::abs(meters) <= halfMeridian) return true;
+    if (halNotify::isNotifyEnabled(halNotify::Warning))
+        halNotify::notify(halNotify::Warning)
+            << "A radius of " << meters << " m is refused: it reaches round more than half of the earth";
+    return false;
 }
 
 bool samePlace(const halCore::Vec3& a, const halCore::Vec3& b) {
@@ -258,7 +269,7 @@ void CylinderShape::moveCenter(const halCore::Vec3& lla) {
 }
 
 void CylinderShape::setMajorRadius(double meters) {
-    if (!center_ || !std::isfinite(meters)) return;
+    if (!center_ || !isRadius(meters)) return;
     meters = std::abs(meters);
     placeAt_(majorAxisPoint_, kEast, meters);
     keep_(majorRadius_, meters, majorAxisPoint_);
@@ -266,7 +277,7 @@ void CylinderShape::setMajorRadius(double meters) {
 }
 
 void CylinderShape::setMinorRadius(double meters) {
-    if (!center_ || !std::isfinite(meters)) return;
+    if (!center_ || !isRadius(meters)) return;
     meters = std::abs(meters);
     placeAt_(minorAxisPoint_, kNorth, meters);
     keep_(minorRadius_, meters, minorAxisPoint_);

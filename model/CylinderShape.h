@@ -51,7 +51,7 @@ class CylinderShape : public BaseFilledShape {
     /// Moves the whole shape: radii, angles and height keep their numbers.
     void moveCenter(const halCore::Vec3& lla);
     /// Place the axis points due east and due north at a distance; need a centre. The sign is
-    /// dropped; what is not a number is ignored.
+    /// dropped; what is not a number, or more than half the earth's way round, is refused.
     void setMajorRadius(double meters);
     virtual void setMinorRadius(double meters);
     void setMajorRadius(const halCore::Vec3& lla);

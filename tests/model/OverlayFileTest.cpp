@@ -193,4 +193,16 @@ TEST_F(OverlayFileTest, RelativeShapesCountFromTheirReferenceOrThePlatform) {
     EXPECT_THAT(messages, HasSubstr("not on the globe"));
 }
 
+TEST_F(OverlayFileTest, RadiusBeyondHalfTheEarthIsRefusedAndReported) {
+    const auto load = [this](const char* radius) {
+        return loadOverlayText(block("circle\ncenterlla 0 0 0\nrangeunits m\n" + std::string(radius)), "test",
+                               preferences, nullptr, 0);
+    };
+    EXPECT_TRUE(load("radius 20003931\n").losses.empty());
+    const auto tooFar = load("radius 20003932\n");
+    ASSERT_EQ(tooFar.losses.size(), 1U);
+    EXPECT_EQ(tooFar.losses[0].text, "the circle \"circle\" is not saved: it is not complete");
+    EXPECT_EQ(dynamic_cast<const CylinderShape&>(*tooFar.shapes[0]).majorAxis(), 0.0);
+}
+
 }  // namespace
