@@ -90,7 +90,6 @@ ZEL::UnitsState metricUnits() {
 SerializeToZel::SerializeToZel() : units_(metricUnits()) {}
 
 void SerializeToZel::beginShape(ShapeType type, unsigned long platformId) {
-    platformId_ = platformId;
     auto shape = makeShape(type, platformId != 0);
     if (!shape) return;
     shape->setOriginalUnits(units_);

@@ -74,7 +74,6 @@ class SerializeToZel final : public Serializer {
     halCore::ZEL::ZelShapePtr current_;
     Faces as_;
     const char* failure_ = nullptr;
-    unsigned long platformId_ = 0;
     std::vector<halCore::ZEL::ZelShapePtr> finished_;
 };
 
