@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -104,6 +105,12 @@ bool fileIsFile(const std::string& path) {
 
 bool fileRemove(const std::string& path) {
     return ::unlink(path.c_str()) == 0;
+}
+
+std::string makeDirectories(const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    return error ? error.message() : std::string();
 }
 
 std::string readFile(const std::string& path, std::string& contents) {

@@ -12,6 +12,10 @@ bool fileIsFile(const std::string& path);
 /// Deletes a file; false when it could not be deleted.
 bool fileRemove(const std::string& path);
 
+/// Makes a directory and those above it; one that is there already is fine. Returns an empty text, or why
+/// not.
+std::string makeDirectories(const std::string& path);
+
 /// The largest file that is read: 1 GiB. A sparse file can be of any size, and fill the memory.
 inline constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;
 

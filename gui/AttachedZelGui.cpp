@@ -1,7 +1,7 @@
 #include "gui/AttachedZelGui.h"
 
 #include "common/Notify.h"
-#include "gui/HostLists.h"
+#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -27,7 +27,7 @@ AttachedZelGui::AttachedZelGui(PIGUI::PICanvas* parent, MouseManager* mouseManag
 void AttachedZelGui::setAttachPlatform(unsigned long id) {
     platform_ = id;
     // A platform's name may hold a tab, which would end the caption.
-    std::string name = id ? platformName(id) : EMPTY_PLATFORM_NAME;
+    std::string name = id ? Utils::platformName(id) : EMPTY_PLATFORM_NAME;
     for (char& c : name)
         if (c == '\t' || c == '\n') c = ' ';
     check_.setValue(name + kTooltip);

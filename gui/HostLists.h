@@ -1,12 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 namespace OverlayEditor {
-
-/// The name of a platform of the host, "Unknown" when it has none.
-std::string platformName(std::uint64_t id);
 
 /// List items carry platform ids where other items carry pointers.
 inline void* itemData(std::uint64_t id) {

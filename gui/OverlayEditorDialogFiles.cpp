@@ -11,7 +11,6 @@
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/OverlayFile.h"
 #include "model/Utils.h"
-#include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 
 namespace OverlayEditor {
@@ -125,11 +124,8 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
 }
 
 halCore::Vec3 OverlayEditorDialog::findDefaultRefLla_(unsigned long platform) const {
-    PIData::PIDataPoint point;
-    if (platform != 0 && PIData::getDataPoint(platform, PIData::clockGetVisualTime(), point) == 0)
-        return {point.latRad, point.lonRad, point.altMeters};
     halCore::Vec3 lla;
-    Utils::getDefaultLla(lla);
+    if (platform == 0 || Utils::getPlatformLla(platform, lla) != 0) Utils::getDefaultLla(lla);
     return lla;
 }
 

@@ -1,6 +1,7 @@
 #include "gui/SelectExistingZELDialog.h"
 
 #include "gui/HostLists.h"
+#include "model/Utils.h"
 #include "pi/Guard.h"
 #include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
@@ -52,7 +53,7 @@ void SelectExistingZELDialog::refreshZELList() {
     for (const std::uint64_t platform : PIData::getPlatformList()) {
         const std::vector<void*> overlays = PIHALVIS::getAttachedZELFiles(platform);
         if (overlays.empty()) continue;
-        const std::string name = platformName(platform);
+        const std::string name = Utils::platformName(platform);
         for (void* const overlay : overlays) append_(overlay, name);
     }
     for (void* const overlay : PIHALVIS::getZELFiles()) append_(overlay, "Absolute");

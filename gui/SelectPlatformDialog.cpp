@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "gui/HostLists.h"
+#include "model/Utils.h"
 #include "pi/Guard.h"
 #include "pi/PIData.h"
 
@@ -94,7 +95,8 @@ void SelectPlatformDialog::stopPicking_() {
 void SelectPlatformDialog::refreshPlatformList() {
     const unsigned long selected = selectedPlatform();
     std::vector<std::pair<std::string, std::uint64_t>> platforms;
-    for (const std::uint64_t id : PIData::getPlatformList()) platforms.emplace_back(platformName(id), id);
+    for (const std::uint64_t id : PIData::getPlatformList())
+        platforms.emplace_back(Utils::platformName(id), id);
     std::stable_sort(platforms.begin(), platforms.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     list_.clearItems();

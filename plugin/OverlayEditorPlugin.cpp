@@ -53,6 +53,8 @@ int OverlayEditorPlugin::StartUp() {
     mouseManager_ = std::make_unique<MouseManager>();
     shapeRegistry_ = std::make_unique<ShapeRegistry>();
     overlay_ = std::make_unique<Overlay>();
+    quickDrawManager_ =
+        std::make_unique<QuickDrawManager>(Name(), *preferences_, *mouseManager_, *shapeRegistry_);
     registerPrototypes_();
     rightClickObserver_ = std::make_unique<RightClickObserver>(*this);
     PIHALVIS::registerContextMenuCallback(rightClickObserver_.get());
@@ -81,6 +83,7 @@ int OverlayEditorPlugin::Close() {
 
 void OverlayEditorPlugin::takeDown_() {
     // Nothing that is taken down later may draw, refresh or end a drag with preferences that are gone.
+    if (quickDrawManager_) quickDrawManager_->finishDrawing();
     if (mouseManager_) mouseManager_->clearMouseTool();
     if (dialog_) dialog_->hide();
     if (overlay_) overlay_->setActive(false);
@@ -94,6 +97,7 @@ void OverlayEditorPlugin::takeDown_() {
     rightClickObserver_.reset();
     dialog_.reset();
     serviceInterface_.reset();
+    quickDrawManager_.reset();
     preferences_.reset();
     mouseManager_.reset();
     overlay_.reset();
@@ -124,15 +128,22 @@ int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
 }
 
 void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data) {
+    const std::uint64_t id =
+        event == PIApplicationEvents_t::EntityRemoved && data ? *static_cast<const std::uint64_t*>(data) : 0;
+    // The note in the view names the platform, whether the dialog has been opened or not.
+    if (id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(id);
     if (!dialog_) return;
     switch (event) {
         case PIApplicationEvents_t::ScenarioCleared:
         case PIApplicationEvents_t::ScenarioReplaced:
         case PIApplicationEvents_t::ScenarioClosed:
+            // Before the dialog ends all drawing, at which the quick shape would be saved.
+            quickDrawManager_->cancelDrawing();
             dialog_->onCmdClear(nullptr, nullptr);
+            quickDrawManager_->removeAllShapes();
             break;
         case PIApplicationEvents_t::EntityRemoved:
-            if (data) dialog_->scenarioEntityRemoved(*static_cast<const std::uint64_t*>(data));
+            dialog_->scenarioEntityRemoved(id);
             break;
         case PIApplicationEvents_t::PlatformAdded:
             dialog_->scenarioPlatformAdded();

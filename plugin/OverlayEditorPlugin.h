@@ -12,6 +12,7 @@
 #include "plugin/Equipment.h"
 #include "plugin/OverlayEditorInterface.h"
 #include "tools/MouseManager.h"
+#include "tools/QuickDrawManager.h"
 
 namespace OverlayEditor {
 
@@ -61,6 +62,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<MouseManager> mouseManager_;
     std::unique_ptr<ShapeRegistry> shapeRegistry_;
     std::unique_ptr<Overlay> overlay_;
+    std::unique_ptr<QuickDrawManager> quickDrawManager_;
     std::unique_ptr<RightClickObserver> rightClickObserver_;
     std::unique_ptr<OverlayEditorInterface> serviceInterface_;
     std::unique_ptr<PICommon::BasicService> service_;

@@ -27,6 +27,7 @@ void MouseManager::setCurrentMouseTool(MouseTool* tool, bool activate) {
     if (current_ != tool) return;
     if (activate) tool->activate();
     if (current_ == tool) tool->setDrawDoneCallback(drawDoneCallback_);
+    if (old != tool && changeListener_) changeListener_();
 }
 
 void MouseManager::clearMouseTool() {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "model/MouseTool.h"
 #include "tools/NullMouseTool.h"
 
@@ -30,11 +33,14 @@ class MouseManager {
     void preDrawOnRefresh(int width, int height);
     /// For the current tool and those to come; not owned, null for nobody.
     void setDrawDoneCallback(FunctorTwoParams__* callback);
+    /// Told when another tool has become current, in whichever way but its retirement; empty for nobody.
+    void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
 
   private:
     NullMouseTool nullTool_;
     MouseTool* current_ = &nullTool_;
     FunctorTwoParams__* drawDoneCallback_ = nullptr;
+    std::function<void()> changeListener_;
 };
 
 }  // namespace OverlayEditor

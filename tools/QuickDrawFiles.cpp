@@ -1,0 +1,70 @@
+#include "tools/QuickDrawFiles.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+#include "common/NumberText.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+constexpr std::array<std::string_view, 6> kKinds = {"Free Draw", "Circle",    "Line",
+                                                    "Polygon",   "Rectangle", "Triangle"};
+constexpr std::string_view kExtension = ".zel";
+/// The numbers of files beyond it are not the manager's.
+constexpr long long kHighestNumber = 1'000'000'000;
+
+/// 12 for "Circle_12.zel", 0 for what is no quick shape's file.
+int numberOf(std::string_view name) {
+    if (!name.ends_with(kExtension)) return 0;
+    name.remove_suffix(kExtension.size());
+    const auto underscore = name.rfind('_');
+    if (underscore == std::string_view::npos) return 0;
+    if (std::find(kKinds.begin(), kKinds.end(), name.substr(0, underscore)) == kKinds.end()) return 0;
+    const auto number = UTILS::readInteger(name.substr(underscore + 1));
+    return number && *number > 0 && *number < kHighestNumber ? static_cast<int>(*number) : 0;
+}
+
+}  // namespace
+
+std::string quickShapeDirectory(const std::string& chosen) {
+    std::string directory = chosen;
+    if (directory.empty()) {
+        const char* const home = std::getenv("HOME");
+        directory = home && *home ? std::string(home) + "/.config/OverlayEditor/zel/" : ".";
+    }
+    while (directory.size() > 1 && directory.ends_with('/')) directory.pop_back();
+    return directory;
+}
+
+int highestQuickShapeNumber(const std::string& directory) {
+    int highest = 0;
+    std::error_code error;
+    for (std::filesystem::directory_iterator at(directory, error), end; !error && at != end;
+         at.increment(error))
+        highest = std::max(highest, numberOf(at->path().filename().native()));
+    return highest;
+}
+
+std::string attachNote(std::string platformName) {
+    // A line break would end the field.
+    std::replace_if(
+        platformName.begin(), platformName.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return "ScreenText\n"
+           "Enabled FLOAT64 1.0\n"
+           "Text STRING Attach To: " +
+           platformName +
+           "\n"
+           "Font STRING arialbd.ttf 12\n"
+           "PosX FLOAT64 0.0\n"
+           "PosY FLOAT64 25.0\n"
+           "TextColor STRING 0xffffffff\n"
+           "HAlign STRING L\n"
+           "VAlign STRING T\n";
+}
+
+}  // namespace OverlayEditor

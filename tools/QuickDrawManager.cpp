@@ -1,0 +1,500 @@
+#include "tools/QuickDrawManager.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "model/BaseLineShape.h"
+#include "model/OverlayFile.h"
+#include "model/Utils.h"
+#include "pi/Guard.h"
+#include "pi/PIHALVIS.h"
+#include "pi/PIWidgets.h"
+#include "tools/QuickDrawFiles.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+constexpr const char* kDirectoryKey = "AutoSaveZelDir";
+constexpr const char* kDirectoryDialogKey = "AutoSaveZelDirDialog";
+constexpr const char* kAttach = "Attach Quick Shape";
+constexpr const char* kPick = "Pick Attach Platform";
+
+struct ColorAction {
+    const char* label;
+    std::uint32_t rgba;
+};
+constexpr std::array<ColorAction, 8> kColors{{{"Red Shape Color", 0xFF0000FF},
+                                              {"Blue Shape Color", 0x0000FFFF},
+                                              {"Yellow Shape Color", 0xFFFF00FF},
+                                              {"Green Shape Color", 0x00FF00FF},
+                                              {"Orange Shape Color", 0xFFAA00FF},
+                                              {"Purple Shape Color", 0xFF00FFFF},
+                                              {"White Shape Color", 0xFFFFFFFF},
+                                              {"Black Shape Color", 0x000000FF}}};
+
+}  // namespace
+
+struct QuickDrawManager::Command {
+    const char* label;
+    CustomCallbackFunctor<QuickDrawManager>::Handler handler;
+};
+
+/// In the order of the actions menu.
+const std::array<QuickDrawManager::Command, QuickDrawManager::kCommandCount> QuickDrawManager::kCommands{{
+    {"Quick Free Draw", &QuickDrawManager::onCmdFreeDraw},
+    {"Quick Circle Draw", &QuickDrawManager::onCmdCircleDraw},
+    {"Quick Line Draw", &QuickDrawManager::onCmdLineDraw},
+    {"Quick Poly Draw", &QuickDrawManager::onCmdPolyDraw},
+    {"Quick Rectangle Draw", &QuickDrawManager::onCmdRectDraw},
+    {"Quick Triangle Draw", &QuickDrawManager::onCmdTriangleDraw},
+    {"Remove Last Quick Shape", &QuickDrawManager::onCmdRemoveLastQuickShape},
+    {"Remove All Quick Shapes", &QuickDrawManager::onCmdRemoveAllQuickShapes},
+    {"Set Quick Shape Directory", &QuickDrawManager::onCmdSetQuickDrawDir},
+    {kAttach, &QuickDrawManager::onCmdToggleAttachMode},
+    {kPick, &QuickDrawManager::onCmdPickAttachplatform},
+    {kColors[Red].label, &QuickDrawManager::onCmdRed},
+    {kColors[Blue].label, &QuickDrawManager::onCmdBlue},
+    {kColors[Yellow].label, &QuickDrawManager::onCmdYellow},
+    {kColors[Green].label, &QuickDrawManager::onCmdGreen},
+    {kColors[Orange].label, &QuickDrawManager::onCmdOrange},
+    {kColors[Purple].label, &QuickDrawManager::onCmdPurple},
+    {kColors[White].label, &QuickDrawManager::onCmdWhite},
+    {kColors[Black].label, &QuickDrawManager::onCmdBlack},
+}};
+
+/// The picker may outlive the manager by an event; it is told nothing then.
+class QuickDrawManager::PlatformSelectListener final : public PlatformMouseListener {
+  public:
+    explicit PlatformSelectListener(QuickDrawManager& manager) : manager_(&manager) {}
+    void platformSelected(unsigned long platformId) override {
+        if (manager_) manager_->platformPicked_(platformId);
+    }
+    void deactivated() override {
+        if (manager_) manager_->setActionChecked_(kPick, false);
+    }
+    void disconnect() { manager_ = nullptr; }
+
+  private:
+    QuickDrawManager* manager_;
+};
+
+/// Quick shapes may be unloaded, and loaded again, by others than the manager: the user, the editor's dialog.
+class QuickDrawManager::ZelObserver final : public PIHALVIS::ZELEventObserver {
+  public:
+    explicit ZelObserver(QuickDrawManager& manager) : manager_(manager) {}
+    void addedZEL(void* overlay) override {
+        guarded("addedZEL", 0, [&] {
+            manager_.zelAdded_(overlay);
+            return 0;
+        });
+    }
+    void removedZEL(void* overlay) override {
+        guarded("removedZEL", 0, [&] {
+            manager_.zelRemoved_(overlay);
+            return 0;
+        });
+    }
+
+  private:
+    QuickDrawManager& manager_;
+};
+
+QuickDrawManager::QuickDrawManager(std::string pluginName, const Preferences& preferences,
+                                   MouseManager& mouseManager, const ShapeRegistry& registry)
+    : pluginName_(std::move(pluginName)),
+      preferences_(preferences),
+      mouseManager_(mouseManager),
+      registry_(registry),
+      listener_(std::make_shared<PlatformSelectListener>(*this)),
+      pickerOwner_(new PlatformMouseTool),
+      picker_(static_cast<PlatformMouseTool*>(pickerOwner_.get())),
+      zelObserver_(std::make_unique<ZelObserver>(*this)) {
+    for (std::size_t i = 0; i < kCommandCount; ++i)
+        PICommon::createAction(actions_[i], pluginName_, kCommands[i].label,
+                               callbacks_.make(kCommands[i].handler));
+    // The first time gives an action its mark.
+    setActionChecked_(kAttach, false);
+    setActionChecked_(kPick, false);
+    setColor_(Red);
+    picker_->setListener(listener_);
+    PIHALVIS::registerZELObserver(zelObserver_.get());
+    // Another tool takes the place of the drawing tool: the drawing is over.
+    mouseManager_.setChangeListener([this] { perform_([] {}); });
+}
+
+QuickDrawManager::~QuickDrawManager() {
+    mouseManager_.setChangeListener({});
+    callbacks_.disconnect();
+    listener_->disconnect();
+    busy_ = true;
+    cancel_();
+    attachMode_ = false;
+    updateAttachNotification_();
+    deleteAllZelFiles_();
+    PIHALVIS::removeZELObserver(zelObserver_.get());
+}
+
+// One command at a time
+
+template <typename Operation>
+int QuickDrawManager::perform_(Operation operation) {
+    if (busy_) return 1;
+    struct Scope {
+        explicit Scope(bool& flag) : busy(flag) { busy = true; }
+        ~Scope() { busy = false; }
+        bool& busy;
+    };
+    const Scope scope(busy_);
+    operation();
+    settle_();
+    return 1;
+}
+
+void QuickDrawManager::settle_() {
+    for (;;) {
+        if (std::exchange(removeAllAsked_, false)) {
+            cancel_();
+            unloadAll_();
+        } else if (shape_ && !isDrawing_()) {
+            finish_();
+        } else {
+            break;
+        }
+    }
+    unloadedMeanwhile_.clear();
+}
+
+// Drawing
+
+int QuickDrawManager::onCmdFreeDraw(PIObject*, void*) {
+    return addShape_("Free Draw");
+}
+int QuickDrawManager::onCmdCircleDraw(PIObject*, void*) {
+    return addShape_("Circle");
+}
+int QuickDrawManager::onCmdLineDraw(PIObject*, void*) {
+    return addShape_("Line");
+}
+int QuickDrawManager::onCmdPolyDraw(PIObject*, void*) {
+    return addShape_("Polygon");
+}
+int QuickDrawManager::onCmdRectDraw(PIObject*, void*) {
+    return addShape_("Rectangle");
+}
+int QuickDrawManager::onCmdTriangleDraw(PIObject*, void*) {
+    return addShape_("Triangle");
+}
+
+int QuickDrawManager::addShape_(const std::string& kind) {
+    return perform_([&] {
+        if (shape_) finish_();
+        const Shape* const prototype = registry_.getShapeByName(kind);
+        std::unique_ptr<Shape> made(prototype ? prototype->clone() : nullptr);
+        MouseTool* const tool = made ? made->mouseTool() : nullptr;
+        if (!tool) {
+            halNotify::notify(halNotify::Warning) << "A shape of the kind " << kind << " cannot be drawn";
+            return;
+        }
+        kind_ = kind;
+        shape_ = made.release();
+        overlay_.setAttachedPlatformId(0, nullptr, false);
+        overlay_.addShape(shape_);
+        shape_->setShowPoints(false);
+        shape_->setName(getUniqueName_(shape_->name()));
+        shape_->setAnchorCenter(true);
+        applyColor_();
+        mouseManager_.setCurrentMouseTool(tool, true);
+        if (isDrawing_()) tool->setDrawDoneCallback(drawDone_);
+    });
+}
+
+/// Counts on with the files, so that shapes of one sitting have names of their own.
+std::string QuickDrawManager::getUniqueName_(const std::string& base) const {
+    std::string name;
+    int number = std::max(counter_, 1);
+    do {
+        name = base + " " + std::to_string(number++);
+    } while (overlay_.findShape(name));
+    return name;
+}
+
+bool QuickDrawManager::isDrawing_() const {
+    const MouseTool* const tool = shape_ ? shape_->mouseTool() : nullptr;
+    return tool && mouseManager_.currentMouseTool() == tool && tool->isActive();
+}
+
+void QuickDrawManager::endTool_() {
+    MouseTool* const tool = shape_->mouseTool();
+    tool->setDrawDoneCallback(nullptr);
+    // Another tool may have become current.
+    if (mouseManager_.currentMouseTool() == tool)
+        mouseManager_.clearMouseTool();
+    else
+        tool->deactivate();
+}
+
+void QuickDrawManager::cancel_() {
+    if (!shape_) return;
+    endTool_();
+    shape_ = nullptr;
+    overlay_.clearShapes(false);
+}
+
+void QuickDrawManager::finish_() {
+    endTool_();
+    save_();
+    shape_ = nullptr;
+    overlay_.clearShapes(false);
+}
+
+void QuickDrawManager::finishDrawing() {
+    perform_([this] {
+        if (shape_) finish_();
+    });
+}
+
+void QuickDrawManager::cancelDrawing() {
+    perform_([this] { cancel_(); });
+}
+
+int QuickDrawManager::onCmdAutoSaveCurrentShape(PIObject*, void*) {
+    finishDrawing();
+    return 1;
+}
+
+// Files
+
+void QuickDrawManager::save_() {
+    std::string text = overlayText(overlay_);
+    if (text.empty()) {
+        const auto [low, high] = shape_->boundingBox();
+        const bool begun = low.lat() <= high.lat();
+        if (begun)
+            halNotify::notify(halNotify::Warning)
+                << "\"" << shape_->name() << "\" is not complete; it is not saved";
+        return;
+    }
+    const unsigned long platform = attachShape_();
+    if (platform != 0) text = overlayText(overlay_);
+
+    std::string path;
+    if (!freePath_(path) || !UTILS::saveFile(path, text).empty()) {
+        PICommon::debugPrint("Failed to create file " + path + " for auto saving ZEL\n");
+        return;
+    }
+    created_.insert(path);
+    load_(path, platform);
+}
+
+void QuickDrawManager::load_(const std::string& path, unsigned long platform) {
+    void* const overlay = PIHALVIS::loadZELFile(path, platform, 1);
+    if (!overlay)
+        halNotify::notify(halNotify::Error) << path << " is saved, but the host could not load it";
+    else if (std::find(unloadedMeanwhile_.begin(), unloadedMeanwhile_.end(), overlay) ==
+             unloadedMeanwhile_.end())
+        adopt_(overlay, path);
+}
+
+void QuickDrawManager::adopt_(void* overlay, const std::string& path) {
+    const bool known = std::any_of(files_.begin(), files_.end(),
+                                   [&](const QuickFile& file) { return file.overlay == overlay; });
+    if (!known) files_.push_back({overlay, path});
+}
+
+void QuickDrawManager::zelAdded_(void* overlay) {
+    if (created_.empty()) return;
+    const std::string path = PIHALVIS::getZELFilename(overlay);
+    if (created_.contains(path)) adopt_(overlay, path);
+}
+
+void QuickDrawManager::zelRemoved_(void* overlay) {
+    if (busy_) unloadedMeanwhile_.push_back(overlay);
+    std::erase_if(files_, [&](const QuickFile& file) { return file.overlay == overlay; });
+}
+
+int QuickDrawManager::onCmdRemoveLastQuickShape(PIObject*, void*) {
+    return perform_([this] {
+        if (shape_) {
+            cancel_();
+            return;
+        }
+        if (files_.empty()) return;
+        const QuickFile last = std::move(files_.back());
+        files_.pop_back();
+        PIHALVIS::unloadZELFile(last.overlay);
+        if (!UTILS::fileRemove(last.path) && UTILS::fileIsFile(last.path))
+            halNotify::notify(halNotify::Warning) << last.path << " could not be deleted";
+        else
+            created_.erase(last.path);
+    });
+}
+
+int QuickDrawManager::onCmdRemoveAllQuickShapes(PIObject*, void*) {
+    removeAllShapes();
+    return 1;
+}
+
+void QuickDrawManager::removeAllShapes() {
+    removeAllAsked_ = true;
+    perform_([] {});
+}
+
+void QuickDrawManager::unloadAll_() {
+    // One by one: unloading may make the host unload others.
+    while (!files_.empty()) {
+        void* const overlay = files_.back().overlay;
+        files_.pop_back();
+        PIHALVIS::unloadZELFile(overlay);
+    }
+}
+
+void QuickDrawManager::deleteAllZelFiles_() {
+    if (!preferences_.autoDelete()) return;
+    unloadAll_();
+    for (const std::string& path : std::exchange(created_, {})) UTILS::fileRemove(path);
+}
+
+std::string QuickDrawManager::saveDir_() const {
+    return quickShapeDirectory(PIGUI::PIRegistry::getValue(kDirectoryKey));
+}
+
+bool QuickDrawManager::freePath_(std::string& path) {
+    constexpr int kTries = 100;
+    const std::string directory = saveDir_();
+    // What this fails at, saving the file will fail at too, with a message.
+    UTILS::makeDirectories(directory);
+    if (counter_ == 0) counter_ = std::max(1, highestQuickShapeNumber(directory));
+    for (int i = 0; i < kTries; ++i, ++counter_) {
+        path = directory + "/" + kind_ + "_" + std::to_string(counter_) + ".zel";
+        if (!UTILS::fileIsFile(path)) return true;
+    }
+    return false;
+}
+
+int QuickDrawManager::onCmdSetQuickDrawDir(PIObject*, void*) {
+    PICommon::FileDialogRequest request;
+    request.title = "Select Quick-Draw Shape Directory";
+    request.startDirectory = saveDir_();
+    request.settingsGroup = "SETTINGS";
+    request.settingsKey = kDirectoryDialogKey;
+    const std::string chosen = PICommon::showDirectorySelectDialog(request);
+    if (!chosen.empty()) PIGUI::PIRegistry::setValue(kDirectoryKey, chosen);
+    return 1;
+}
+
+// Colours
+
+int QuickDrawManager::onCmdRed(PIObject*, void*) {
+    return setColor_(Red);
+}
+int QuickDrawManager::onCmdBlue(PIObject*, void*) {
+    return setColor_(Blue);
+}
+int QuickDrawManager::onCmdYellow(PIObject*, void*) {
+    return setColor_(Yellow);
+}
+int QuickDrawManager::onCmdGreen(PIObject*, void*) {
+    return setColor_(Green);
+}
+int QuickDrawManager::onCmdOrange(PIObject*, void*) {
+    return setColor_(Orange);
+}
+int QuickDrawManager::onCmdPurple(PIObject*, void*) {
+    return setColor_(Purple);
+}
+int QuickDrawManager::onCmdWhite(PIObject*, void*) {
+    return setColor_(White);
+}
+int QuickDrawManager::onCmdBlack(PIObject*, void*) {
+    return setColor_(Black);
+}
+
+int QuickDrawManager::setColor_(Color color) {
+    color_ = kColors[color].rgba;
+    applyColor_();
+    for (const ColorAction& action : kColors)
+        setActionChecked_(action.label, action.label == kColors[color].label);
+    return 1;
+}
+
+void QuickDrawManager::applyColor_() {
+    auto* const shape = dynamic_cast<BaseLineShape*>(shape_);
+    if (!shape) return;
+    const auto byte = [this](int shift) { return static_cast<unsigned char>(color_ >> shift & 0xFF); };
+    shape->setLineColor(byte(24), byte(16), byte(8), byte(0));
+}
+
+void QuickDrawManager::setActionChecked_(const char* label, bool checked) {
+    PICommon::setActionChecked(pluginName_, label, checked);
+}
+
+// Attaching
+
+int QuickDrawManager::onCmdToggleAttachMode(PIObject*, void* data) {
+    attachMode_ = data ? *static_cast<const std::int32_t*>(data) != 0 : !attachMode_;
+    setActionChecked_(kAttach, attachMode_);
+    updateAttachNotification_();
+    return 1;
+}
+
+int QuickDrawManager::onCmdPickAttachplatform(PIObject*, void*) {
+    if (mouseManager_.currentMouseTool() == picker_)
+        mouseManager_.clearMouseTool();
+    else
+        mouseManager_.setCurrentMouseTool(picker_, true);
+    setActionChecked_(kPick, picker_->isActive());
+    return 1;
+}
+
+void QuickDrawManager::platformPicked_(unsigned long id) {
+    platform_ = id;
+    picker_->clearSelected();
+    updateAttachNotification_();
+}
+
+void QuickDrawManager::scenarioEntityRemoved(unsigned long id) {
+    if (id == 0 || id != platform_) return;
+    platform_ = 0;
+    updateAttachNotification_();
+    if (attachMode_)
+        halNotify::notify(halNotify::Warning)
+            << "The platform of the quick shapes is gone; pick another one to attach them";
+}
+
+void QuickDrawManager::updateAttachNotification_() {
+    const int version = ++noteVersion_;
+    if (note_) PIHALVIS::removeScreenText(std::exchange(note_, nullptr));
+    if (version != noteVersion_ || !attachMode_ || platform_ == 0) return;
+    void* const note = PIHALVIS::addScreenText(attachNote(Utils::platformName(platform_)));
+    // The host may have called back meanwhile; the newer note stands.
+    if (version == noteVersion_)
+        note_ = note;
+    else if (note)
+        PIHALVIS::removeScreenText(note);
+}
+
+unsigned long QuickDrawManager::attachShape_() {
+    if (!attachMode_) return 0;
+    const unsigned long platform = platform_;
+    halCore::Vec3 place;
+    const char* problem = nullptr;
+    if (platform == 0)
+        problem = "no platform is picked";
+    else if (!shape_->canAttach())
+        problem = "a shape of this kind cannot be attached";
+    else if (Utils::getPlatformLla(platform, place) != 0)
+        problem = "the picked platform has no position";
+    if (problem) {
+        halNotify::notify(halNotify::Warning)
+            << "\"" << shape_->name() << "\" is saved without a platform: " << problem;
+        return 0;
+    }
+    converter_.setReferenceLla(place, platform);
+    overlay_.setAttachedPlatformId(platform, &converter_, true);
+    return platform;
+}
+
+}  // namespace OverlayEditor

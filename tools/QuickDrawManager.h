@@ -1,0 +1,162 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "geo/PointConverter.h"
+#include "model/Overlay.h"
+#include "model/ShapeRegistry.h"
+#include "model/ToolRetirement.h"
+#include "pi/PICommon.h"
+#include "tools/MouseManager.h"
+#include "tools/PlatformMouseTool.h"
+
+namespace OverlayEditor {
+
+/// Draws shapes straight into the view from the host's actions menu. A shape that is finished (a right click,
+/// another tool, the next draw command) becomes a file of its own at once, which the host loads; one that is
+/// not complete is dropped. Files that were made here can be removed again.
+///
+/// The host may call back from inside each call that serves a command. One command runs at a time: a draw or
+/// remove command that comes meanwhile does nothing, and removing all is made up for afterwards.
+class QuickDrawManager {
+  public:
+    /// Creates the actions. None of the arguments is owned; all must outlive the manager.
+    /// \param pluginName owner of the actions
+    QuickDrawManager(std::string pluginName, const Preferences& preferences, MouseManager& mouseManager,
+                     const ShapeRegistry& registry);
+    /// Drops what is being drawn. The files that were made here are deleted if the preferences say so.
+    ~QuickDrawManager();
+    QuickDrawManager(const QuickDrawManager&) = delete;
+    QuickDrawManager& operator=(const QuickDrawManager&) = delete;
+
+    /// Ends drawing and saves the shape, as a right click does.
+    void finishDrawing();
+    /// Ends drawing without saving anything.
+    void cancelDrawing();
+    /// Cancels drawing and unloads all quick shapes from the host. Their files stay.
+    void removeAllShapes();
+    /// The host's scenario lost a platform: nothing is attached to it any more.
+    void scenarioEntityRemoved(unsigned long id);
+
+    // Handlers of the actions; `data` as for any action. Each returns 1.
+    int onCmdFreeDraw(PIObject* sender, void* data);
+    int onCmdCircleDraw(PIObject* sender, void* data);
+    int onCmdLineDraw(PIObject* sender, void* data);
+    int onCmdPolyDraw(PIObject* sender, void* data);
+    int onCmdRectDraw(PIObject* sender, void* data);
+    int onCmdTriangleDraw(PIObject* sender, void* data);
+    /// Cancels drawing if there is any. Otherwise the newest quick shape and its file go.
+    int onCmdRemoveLastQuickShape(PIObject* sender, void* data);
+    int onCmdRemoveAllQuickShapes(PIObject* sender, void* data);
+    int onCmdSetQuickDrawDir(PIObject* sender, void* data);
+    int onCmdToggleAttachMode(PIObject* sender, void* data);
+    int onCmdPickAttachplatform(PIObject* sender, void* data);
+    int onCmdRed(PIObject* sender, void* data);
+    int onCmdBlue(PIObject* sender, void* data);
+    int onCmdYellow(PIObject* sender, void* data);
+    int onCmdGreen(PIObject* sender, void* data);
+    int onCmdOrange(PIObject* sender, void* data);
+    int onCmdPurple(PIObject* sender, void* data);
+    int onCmdWhite(PIObject* sender, void* data);
+    int onCmdBlack(PIObject* sender, void* data);
+    /// The drawing tool's draw-done callback.
+    int onCmdAutoSaveCurrentShape(PIObject* sender, void* data);
+
+  private:
+    class PlatformSelectListener;
+    class ZelObserver;
+    struct Command;
+    /// Indices into the table of colours.
+    enum Color : std::size_t { Red, Blue, Yellow, Green, Orange, Purple, White, Black };
+
+    /// A quick shape that the host shows.
+    struct QuickFile {
+        void* overlay = nullptr;
+        std::string path;
+    };
+
+    static constexpr std::size_t kCommandCount = 19;
+    static const std::array<Command, kCommandCount> kCommands;
+
+    /// Runs a command unless one is running, and then makes up for what happened meanwhile.
+    template <typename Operation>
+    int perform_(Operation operation);
+    void settle_();
+
+    int addShape_(const std::string& kind);
+    std::string getUniqueName_(const std::string& base) const;
+    /// Its tool is current and has not been ended.
+    bool isDrawing_() const;
+    void endTool_();
+    void cancel_();
+    void finish_();
+    void save_();
+    /// Attaches the shape to the picked platform, its centre on it. \return the platform, 0 when not attached
+    unsigned long attachShape_();
+    /// Has the host show a file, and remembers both.
+    void load_(const std::string& path, unsigned long platform);
+    void adopt_(void* overlay, const std::string& path);
+    void unloadAll_();
+    /// If the preferences say so.
+    void deleteAllZelFiles_();
+
+    /// Where quick shapes are saved, without a slash at the end.
+    std::string saveDir_() const;
+    /// The first path for the kind whose number, from the counter on, is free. \return false after 100 tries;
+    /// `path` is then the one that was tried last
+    bool freePath_(std::string& path);
+
+    int setColor_(Color color);
+    void applyColor_();
+    void setActionChecked_(const char* label, bool checked);
+    void platformPicked_(unsigned long id);
+    void updateAttachNotification_();
+
+    void zelAdded_(void* overlay);
+    void zelRemoved_(void* overlay);
+
+    std::string pluginName_;
+    const Preferences& preferences_;
+    MouseManager& mouseManager_;
+    const ShapeRegistry& registry_;
+
+    /// What an attached shape's offsets count from.
+    PointConverter converter_;
+    /// Holds the shape being drawn only.
+    Overlay overlay_;
+    Shape* shape_ = nullptr;
+    std::string kind_;
+    std::uint32_t color_ = 0;
+
+    /// Newest last.
+    std::vector<QuickFile> files_;
+    /// All files that were made here and not removed again.
+    std::set<std::string> created_;
+    /// The number in file names; 0 before the first.
+    int counter_ = 0;
+
+    bool attachMode_ = false;
+    unsigned long platform_ = 0;
+    void* note_ = nullptr;
+    int noteVersion_ = 0;
+
+    bool busy_ = false;
+    bool removeAllAsked_ = false;
+    /// Overlays that the host unloaded while a command ran.
+    std::vector<void*> unloadedMeanwhile_;
+
+    std::shared_ptr<PlatformSelectListener> listener_;
+    MouseToolPtr pickerOwner_;
+    PlatformMouseTool* picker_;
+    std::unique_ptr<ZelObserver> zelObserver_;
+    CallbackList<QuickDrawManager> callbacks_{this};
+    FunctorTwoParams__* const drawDone_ = callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape);
+    std::array<PICommon::Action, kCommandCount> actions_;
+};
+
+}  // namespace OverlayEditor
