@@ -1,0 +1,441 @@
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Drawing.h"
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "model/ShapeRegistry.h"
+#include "pi/PIHALVIS.h"
+#include "support/TemporaryDirectory.h"
+#include "tools/QuickDrawManager.h"
+
+namespace {
+
+using OverlayEditor::CylinderShape;
+using OverlayEditor::MouseManager;
+using OverlayEditor::Preferences;
+using OverlayEditor::QuickDrawManager;
+using OverlayEditor::ShapeRegistry;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr std::uint64_t kShip = 77;
+
+struct QuickDraw : testing::Test {
+    QuickDraw() {
+        ::setenv("HOME", home.path().c_str(), 1);
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
+        host.platforms[kShip].header.name = "Ship";
+        host.platforms[kShip].point.latRad = 20.0 * kDegree;
+        host.platforms[kShip].point.lonRad = -150.0 * kDegree;
+        host.platforms[kShip].point.altMeters = 30.0;
+        start();
+    }
+    ~QuickDraw() override {
+        quick.reset();
+        halNotify::setNotifyHandler({});
+        freeFunctors();
+        if (homeBefore) ::setenv("HOME", homeBefore->c_str(), 1);
+    }
+
+    void start() {
+        quick = std::make_unique<QuickDrawManager>("OverlayEditor", preferences, manager, registry);
+    }
+    void command(const std::string& label, std::int32_t asked = 1) {
+        EXPECT_EQ(host.actions.at(label)->Call(nullptr, &asked), 1) << label;
+    }
+    /// Draws all of a circle but the right click.
+    void beginCircle() {
+        command("Quick Circle Draw");
+        mouse.from("21.0N 158.0W").to("21.1N 158.0W");
+    }
+    void drawCircle() {
+        beginCircle();
+        mouse.rightPress();
+    }
+    void pick(std::uint64_t platform) {
+        command("Pick Attach Platform");
+        host.cursorPlatform = platform;
+        mouse.press().release();
+    }
+    std::string path(const std::string& name) const { return directory + "/" + name; }
+    std::vector<std::string> files() const {
+        std::vector<std::string> names;
+        std::error_code none;
+        for (const auto& entry : std::filesystem::directory_iterator(directory, none))
+            names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    static std::string contents(const std::string& file) {
+        std::string text;
+        EXPECT_EQ(UTILS::readFile(file, text), "");
+        return text;
+    }
+    void make(const std::string& name) {
+        UTILS::makeDirectories(directory);
+        std::ofstream(path(name)) << "mine\n";
+    }
+    /// Files that the host shows, in the order of loading, and the number of other overlays.
+    std::vector<std::string> loaded() const {
+        std::vector<std::string> names;
+        for (const auto& [handle, overlay] : host.overlays)
+            if (!overlay.path.empty()) names.push_back(std::filesystem::path(overlay.path).filename());
+        return names;
+    }
+    std::size_t drawn() const { return host.overlays.size() - loaded().size(); }
+    void expectIdle() {
+        EXPECT_FALSE(manager.isValid());
+        EXPECT_EQ(host.grabs, 0);
+        EXPECT_EQ(drawn(), 0u);
+    }
+
+    const std::optional<std::string> homeBefore =
+        std::getenv("HOME") ? std::optional(std::getenv("HOME")) : std::nullopt;
+    const TemporaryDirectory home;
+    const std::string directory = home.path() + "/.config/OverlayEditor/zel";
+    std::vector<std::string> messages;
+    FakeHost host;
+    TestView view{degrees(21.0, -158.0, 2e5)};
+    Preferences preferences;
+    ToolEquipment equipment;
+    MouseManager manager;
+    ShapeRegistry registry;
+    Mouse mouse{host, view, manager};
+    std::unique_ptr<QuickDrawManager> quick;
+};
+
+TEST_F(QuickDraw, AFinishedShapeIsAFileThatTheHostShows) {
+    EXPECT_EQ(host.actions.size(), 19u);
+    drawCircle();
+    EXPECT_EQ(mouse.result, 0) << "the right click is the host's, too";
+    expectIdle();
+    EXPECT_THAT(loaded(), ElementsAre("Circle_1.zel"));
+    const std::string text = contents(path("Circle_1.zel"));
+    EXPECT_THAT(text, HasSubstr("3d name Circle 1\n"));
+    EXPECT_THAT(text, HasSubstr("\nlinecolor hex 0xff0000ff\n")) << "red at first";
+    EXPECT_THAT(text, HasSubstr("\ncircle\n"));
+    EXPECT_THAT(messages, IsEmpty());
+
+    // The next one, by the next command, while the first still waits for its right click.
+    beginCircle();
+    beginCircle();
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_2.zel"));
+    quick->finishDrawing();
+    expectIdle();
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_2.zel", "Circle_3.zel"));
+}
+
+TEST_F(QuickDraw, AShapeThatIsNotCompleteIsDropped) {
+    command("Quick Circle Draw");
+    mouse.rightPress();
+    expectIdle();
+    EXPECT_THAT(messages, IsEmpty()) << "nothing had been begun";
+
+    // In the middle of the drag.
+    for (const auto& end : std::vector<std::function<void()>>{
+             [&] { mouse.rightPress(); }, [&] { command("Quick Circle Draw"); },
+             [&] { command("Pick Attach Platform"); }, [&] { quick->removeAllShapes(); },
+             [&] { manager.clearMouseTool(); }}) {
+        command("Quick Circle Draw");
+        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame();
+        end();
+        mouse.frame().release();
+        quick->cancelDrawing();
+        manager.clearMouseTool();
+        expectIdle();
+    }
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(QuickDraw, AKindThatCannotBeDrawnIsAMessage) {
+    for (const char* label : {"Quick Free Draw", "Quick Line Draw", "Quick Poly Draw", "Quick Rectangle Draw",
+                              "Quick Triangle Draw"}) {
+        command(label);
+        EXPECT_FALSE(manager.isValid()) << label;
+    }
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("Free Draw"), HasSubstr("Line"), HasSubstr("Polygon"),
+                                      HasSubstr("Rectangle"), HasSubstr("Triangle")));
+}
+
+TEST_F(QuickDraw, AnotherToolEndsTheDrawing) {
+    beginCircle();
+    CylinderShape other(preferences, CylinderShape::Circle);
+    manager.setCurrentMouseTool(other.mouseTool(), true);
+    EXPECT_EQ(manager.currentMouseTool(), other.mouseTool()) << "which stays";
+    EXPECT_TRUE(other.mouseTool()->isActive());
+    EXPECT_THAT(loaded(), ElementsAre("Circle_1.zel"));
+
+    command("Quick Circle Draw");
+    EXPECT_FALSE(other.mouseTool()->isActive());
+    command("Remove Last Quick Shape");
+    expectIdle();
+}
+
+TEST_F(QuickDraw, NothingIsOverwritten) {
+    make("Circle_1.zel");
+    make("Circle_3.zel");
+    make("Circle_x.zel");
+    make("plan_2000.zel");
+    drawCircle();
+    EXPECT_THAT(loaded(), ElementsAre("Circle_4.zel")) << "counted on from the highest";
+    command("Remove Last Quick Shape");
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_3.zel", "Circle_x.zel", "plan_2000.zel"));
+    drawCircle();
+    EXPECT_THAT(loaded(), ElementsAre("Circle_4.zel")) << "the counter keeps its value";
+    EXPECT_THAT(contents(path("Circle_4.zel")), HasSubstr("3d name Circle 4\n"));
+
+    // Free at the hundredth try: 4 to 102 are taken, then 4 to 103.
+    for (int number = 5; number <= 102; ++number) make("Circle_" + std::to_string(number) + ".zel");
+    drawCircle();
+    EXPECT_THAT(loaded(), ElementsAre("Circle_4.zel", "Circle_103.zel"));
+    for (int number = 104; number <= 202; ++number) make("Circle_" + std::to_string(number) + ".zel");
+    drawCircle();
+    expectIdle();
+    EXPECT_EQ(loaded().size(), 2u);
+    EXPECT_THAT(host.notifications, ElementsAre("0 OverlayEditor: Failed to create file " +
+                                                path("Circle_202.zel") + " for auto saving ZEL\n"));
+    for (const char* name : {"Circle_1.zel", "Circle_104.zel", "Circle_202.zel"})
+        EXPECT_EQ(contents(path(name)), "mine\n");
+    drawCircle();
+    EXPECT_EQ(loaded().back(), "Circle_203.zel") << "and the next one finds its place";
+}
+
+TEST_F(QuickDraw, TheDirectory) {
+    // As chosen; only where the dialog was is remembered by the host.
+    host.fileDialogAnswers = {home.path() + "/a/b/"};
+    command("Set Quick Shape Directory");
+    command("Set Quick Shape Directory");
+    EXPECT_EQ(host.settings["AutoSaveZelDir"], home.path() + "/a/b/") << "cancelled the second time";
+    drawCircle();
+    EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/a/b/Circle_1.zel"));
+    EXPECT_EQ(host.overlays.begin()->second.path, home.path() + "/a/b/Circle_1.zel");
+
+    // A file stands in the way: one message, and drawing is over.
+    host.settings["AutoSaveZelDir"] = home.path() + "/a/b/Circle_1.zel";
+    drawCircle();
+    expectIdle();
+    EXPECT_THAT(host.notifications,
+                ElementsAre(HasSubstr("Circle_1.zel/Circle_1.zel for auto saving ZEL\n")));
+    EXPECT_THAT(messages, IsEmpty());
+
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(home.path());
+    host.settings.erase("AutoSaveZelDir");
+    for (const bool empty : {false, true}) {
+        empty ? ::setenv("HOME", "", 1) : ::unsetenv("HOME");
+        drawCircle();
+    }
+    std::filesystem::current_path(before);
+    EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/Circle_1.zel"));
+    EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/Circle_2.zel"));
+}
+
+TEST_F(QuickDraw, AHostThatRefusesTheFileGetsNoSecondTry) {
+    host.onCall = [&](auto) { host.refuseAll = UTILS::fileIsFile(path("Circle_1.zel")); };
+    drawCircle();
+    host.onCall = {};
+    host.refuseAll = false;
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("could not load it")));
+    command("Remove Last Quick Shape");
+    command("Remove All Quick Shapes");
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel"));
+}
+
+TEST_F(QuickDraw, RemovingTheLastOne) {
+    command("Remove Last Quick Shape");
+    for (int i = 0; i < 3; ++i) drawCircle();
+    beginCircle();
+    command("Remove Last Quick Shape");
+    expectIdle();
+    EXPECT_EQ(files().size(), 3u) << "only the drawing is cancelled";
+    command("Remove Last Quick Shape");
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_2.zel"));
+    EXPECT_EQ(loaded(), files());
+
+    // The user unloads the second by hand: it is no quick shape any more, its file stays.
+    const auto second = std::prev(host.overlays.end())->first;
+    host.overlays.erase(second);
+    for (auto* observer : std::vector(host.observers)) observer->removedZEL(second);
+    const int unloads = host.unloads;
+    command("Remove Last Quick Shape");
+    EXPECT_THAT(files(), ElementsAre("Circle_2.zel"));
+    EXPECT_EQ(host.unloads, unloads + 1);
+    // Loaded again, as the editor does after saving it, it is one again.
+    PIHALVIS::loadZELFile(path("Circle_2.zel"), 0, 1);
+    make("other.zel");
+    PIHALVIS::loadZELFile(path("other.zel"), 0, 1);
+    command("Remove Last Quick Shape");
+    command("Remove Last Quick Shape");
+    EXPECT_THAT(loaded(), ElementsAre("other.zel"));
+    EXPECT_THAT(files(), ElementsAre("other.zel"));
+}
+
+TEST_F(QuickDraw, RemovingAllKeepsTheFiles) {
+    drawCircle();
+    drawCircle();
+    beginCircle();
+    command("Remove All Quick Shapes");
+    expectIdle();
+    EXPECT_THAT(loaded(), IsEmpty());
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_2.zel"));
+    command("Remove Last Quick Shape");
+    EXPECT_EQ(files().size(), 2u);
+}
+
+TEST_F(QuickDraw, OnlyAutoDeleteDeletesAtTheEnd) {
+    make("Circle_1.zel");
+    for (const bool autoDelete : {false, true}) {
+        preferences.setAutoDelete(autoDelete);
+        drawCircle();
+        drawCircle();
+        command("Remove All Quick Shapes");
+        drawCircle();
+        beginCircle();
+        quick.reset();
+        expectIdle();
+        EXPECT_THAT(host.actions, IsEmpty());
+        EXPECT_THAT(host.observers, IsEmpty());
+        EXPECT_THAT(host.screenTexts, IsEmpty());
+        EXPECT_THAT(loaded(), ElementsAre("Circle_4.zel")) << "an overlay of a deleted file is unloaded";
+        EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_2.zel", "Circle_3.zel", "Circle_4.zel"))
+            << "those of others stay";
+        start();
+    }
+}
+
+TEST_F(QuickDraw, OneColorIsChecked) {
+    const std::vector<std::pair<std::string, std::string>> colors{
+        {"Red", "ff0000ff"},    {"Blue", "ffff0000"},   {"Yellow", "ff00ffff"}, {"Green", "ff00ff00"},
+        {"Orange", "ff00aaff"}, {"Purple", "ffff00ff"}, {"White", "ffffffff"},  {"Black", "ff000000"}};
+    beginCircle();
+    for (const auto& [name, hex] : colors) {
+        command(name + " Shape Color");
+        for (const auto& color : colors)
+            EXPECT_EQ(host.actionChecks.at(color.first + " Shape Color"), color.first == name) << name;
+        EXPECT_THAT(host.lastText, HasSubstr("linecolor hex 0x" + hex)) << "of the shape being drawn";
+    }
+    command("Green Shape Color");
+    mouse.rightPress();
+    EXPECT_THAT(contents(path("Circle_1.zel")), HasSubstr("linecolor hex 0xff00ff00"));
+}
+
+TEST_F(QuickDraw, AttachedShapesLieOnThePickedPlatform) {
+    EXPECT_FALSE(host.actionChecks.at("Attach Quick Shape"));
+    EXPECT_FALSE(host.actionChecks.at("Pick Attach Platform"));
+    command("Attach Quick Shape", 1);
+    EXPECT_TRUE(host.actionChecks.at("Attach Quick Shape"));
+    EXPECT_THAT(host.screenTexts, IsEmpty());
+    drawCircle();
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("no platform is picked")));
+    messages.clear();
+
+    pick(kShip);
+    EXPECT_TRUE(host.actionChecks.at("Pick Attach Platform"));
+    ASSERT_EQ(host.screenTexts.size(), 1u);
+    EXPECT_EQ(host.screenTexts.begin()->second,
+              "ScreenText\nEnabled FLOAT64 1.0\nText STRING Attach To: Ship\nFont STRING arialbd.ttf 12\n"
+              "PosX FLOAT64 0.0\nPosY FLOAT64 25.0\nTextColor STRING 0xffffffff\nHAlign STRING L\nVAlign "
+              "STRING T\n");
+    host.platforms[78].header.name = "two\nlines";
+    host.cursorPlatform = 78;
+    mouse.press().release();
+    ASSERT_EQ(host.screenTexts.size(), 1u) << "the note before is gone";
+    EXPECT_THAT(host.screenTexts.begin()->second, HasSubstr("Attach To: two lines\n"));
+    host.cursorPlatform = kShip;
+    mouse.press().release();
+
+    drawCircle();
+    EXPECT_FALSE(host.actionChecks.at("Pick Attach Platform")) << "drawing takes the mouse";
+    const auto& overlay = std::prev(host.overlays.end())->second;
+    EXPECT_EQ(overlay.platform, kShip);
+    EXPECT_THAT(contents(overlay.path), HasSubstr("\ncenterxyz 0 0 0\n"));
+    EXPECT_THAT(messages, IsEmpty());
+
+    command("Attach Quick Shape", 0);
+    EXPECT_THAT(host.screenTexts, IsEmpty());
+    drawCircle();
+    EXPECT_EQ(std::prev(host.overlays.end())->second.platform, 0u);
+    EXPECT_THAT(contents(path("Circle_3.zel")), HasSubstr("\ncenterlla 21 -158 0\n"));
+}
+
+TEST_F(QuickDraw, ThePlatformGoes) {
+    pick(kShip);
+    command("Attach Quick Shape");
+    ASSERT_EQ(host.screenTexts.size(), 1u);
+    beginCircle();
+    host.platforms.clear();
+    mouse.rightPress();
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("no position")));
+    EXPECT_EQ(std::prev(host.overlays.end())->second.platform, 0u) << "saved where it was drawn";
+
+    messages.clear();
+    quick->scenarioEntityRemoved(78);
+    EXPECT_EQ(host.screenTexts.size(), 1u);
+    quick->scenarioEntityRemoved(kShip);
+    EXPECT_THAT(host.screenTexts, IsEmpty());
+    EXPECT_EQ(messages.size(), 1u);
+    pick(99);
+    EXPECT_THAT(host.screenTexts.begin()->second, HasSubstr("Attach To: Unknown\n"));
+}
+
+TEST_F(QuickDraw, PickingIsSwitchedOnAndOffAndEndsWithTheManager) {
+    command("Pick Attach Platform");
+    EXPECT_EQ(host.grabs, 1);
+    command("Pick Attach Platform");
+    EXPECT_FALSE(host.actionChecks.at("Pick Attach Platform"));
+    expectIdle();
+    command("Pick Attach Platform");
+    quick.reset();
+    expectIdle();
+    mouse.press().release();
+}
+
+/// The host lets other commands run from inside each of its services.
+TEST_F(QuickDraw, CommandsInsideCommands) {
+    const std::vector<std::string> labels{"Quick Circle Draw",       "Remove Last Quick Shape",
+                                          "Remove All Quick Shapes", "Attach Quick Shape",
+                                          "Pick Attach Platform",    "Green Shape Color"};
+    for (const auto& label : labels) {
+        // The services are served to different depths of a command each time.
+        for (int every = 1; every <= 7; ++every) {
+            int calls = 0;
+            host.onCall = [&](auto) {
+                if (++calls % every == 0) command(label);
+            };
+            command("Attach Quick Shape", every % 2);
+            beginCircle();
+            mouse.rightPress();
+            drawCircle();
+            command("Remove Last Quick Shape");
+            command("Remove All Quick Shapes");
+            host.onCall = {};
+            quick->removeAllShapes();
+            manager.clearMouseTool();
+            expectIdle();
+            EXPECT_THAT(loaded(), IsEmpty()) << label;
+            EXPECT_LE(host.screenTexts.size(), 1u);
+        }
+    }
+    host.platforms.clear();
+    command("Attach Quick Shape", 0);
+    const auto before = files().size();
+    drawCircle();
+    EXPECT_EQ(files().size(), before + 1) << "it works afterwards";
+}
+
+}  // namespace
