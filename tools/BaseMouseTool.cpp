@@ -83,7 +83,7 @@ int BaseMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent& event) {
         handleFinishDrag_(*pos);
         return 1;
     }
-    handleAbortDrag_();
+    if (isActive()) handleAbortDrag_();
     return 0;
 }
 
@@ -151,6 +151,7 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     checkNearPoint_();
     picture_.clear();
     view_ = ToolView::current().capture(width, height);
+    if (!isActive()) return;
 
     removeTempGraphics_();
     redrawPointsForViewChange_();
@@ -229,6 +230,8 @@ std::optional<Vec3> BaseMouseTool::cursorPosition_(int x, int y) const {
     double lon = 0.0;
     if (PIHALVIS::getMouseCursorLLA(x, y, &lat, &lon, nullptr, PIData::PIVerticalDatum_t::WGS84) != 0)
         return std::nullopt;
+    // The host may have called back, and ended the tool: nobody moves a shape that is gone.
+    if (!isActive()) return std::nullopt;
     return Vec3(lat, lon, altitude_);
 }
 
