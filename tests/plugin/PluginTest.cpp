@@ -181,7 +181,7 @@ TEST_F(PluginTest, AHostThatStopsServingHalfWayIsSurvived) {
     int refuseFrom = 0;
     host.onCall = [&](auto) { host.refuseAll = ++calls >= refuseFrom && calls < refuseFrom + 40; };
     const auto session = [&] {
-        // What the host refused to destroy before is no part of this session.
+        // What the host refused to destroy the last time does not count.
         host.widgets.clear();
         host.timeouts.clear();
         host.overlays.clear();
