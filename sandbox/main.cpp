@@ -4,10 +4,15 @@
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 #include <vector>
 
+#include <unistd.h>
+
 #include "sandbox/Host.h"
+#include "sandbox/RenderCommand.h"
+#include "sandbox/SizeText.h"
 #include "sandbox/script/ScriptRun.h"
 #include "sandbox/view/GlobeView.h"
 
@@ -23,13 +28,6 @@ struct Options {
     QStringList scriptArguments;
 };
 
-/// "1600x1000"; an invalid size for any other text.
-QSize readSize(const QString& text) {
-    const QStringList parts = text.split('x');
-    if (parts.size() != 2) return {};
-    return {parts[0].toInt(), parts[1].toInt()};
-}
-
 /// The command line without --plugin, which Qt would take for an option of its own.
 std::vector<char*> argumentsForQt(int argc, char** argv) {
     std::vector<char*> kept;
@@ -42,6 +40,22 @@ std::vector<char*> argumentsForQt(int argc, char** argv) {
     }
     kept.push_back(nullptr);
     return kept;
+}
+
+/// Pictures are drawn in software, the same on every machine. Where there is no screen, the program starts
+/// again on a virtual one.
+void prepareRendering(char** argv) {
+    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
+    unsetenv("QT_SCALE_FACTOR");
+    if (getenv("DISPLAY") || getenv("WAYLAND_DISPLAY")) return;
+    const char* const screen[] = {"xvfb-run", "-a", "-s", "-screen 0 640x480x24 -noreset +extension GLX"};
+    std::vector<char*> command;
+    for (const char* word : screen) command.push_back(const_cast<char*>(word));
+    for (char** word = argv; *word; ++word) command.push_back(*word);
+    command.push_back(nullptr);
+    execvp(command.front(), command.data());
+    std::fprintf(stderr, "--render needs a screen, or xvfb-run for a virtual one\n");
+    std::exit(2);
 }
 
 /// Leaves the program with a message when the command line is wrong.
@@ -58,7 +72,8 @@ Options readCommandLine(const QStringList& arguments) {
     const QCommandLineOption script("script", "Script to run; see docs/scripting.md.", "file.js");
     const QCommandLineOption size("size", "Size of the window, such as 1600x1000.", "WxH", "1280x800");
     const QCommandLineOption verbose("verbose", "Copy the log to standard error.");
-    parser.addOptions({plugin, settings, script, size, verbose});
+    const QCommandLineOption render("render", "Draw overlay files as a picture; see --render --help.");
+    parser.addOptions({plugin, settings, script, size, verbose, render});
     parser.addPositionalArgument("arguments", "Overlay files, or the script's arguments.", "[arguments...]");
     parser.process(arguments);
 
@@ -66,7 +81,7 @@ Options readCommandLine(const QStringList& arguments) {
     options.plugin = parser.value(plugin);
     options.settings = parser.value(settings);
     options.script = parser.value(script);
-    options.size = readSize(parser.value(size));
+    options.size = sandbox::readSize(parser.value(size));
     options.verbose = parser.isSet(verbose);
     (options.script.isEmpty() ? options.overlays : options.scriptArguments) = parser.positionalArguments();
     if (options.size.width() < 320 || options.size.height() < 240) {
@@ -83,6 +98,8 @@ int main(int argc, char** argv) {
     QSurfaceFormat::setDefaultFormat(sandbox::GlobeView::surfaceFormat());
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+    const bool render = arguments.contains("--render");
+    if (render) prepareRendering(argv);
     std::vector<char*> qtArguments = argumentsForQt(argc, argv);
     int qtArgumentCount = static_cast<int>(qtArguments.size()) - 1;
     QApplication application(qtArgumentCount, qtArguments.data());
@@ -90,6 +107,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("halvis-sandbox");
     QApplication::setApplicationVersion(SANDBOX_VERSION);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
+    if (render) return sandbox::runRenderCommand(arguments);
     const Options options = readCommandLine(arguments);
 
     sandbox::Host host(options.settings);

@@ -3,24 +3,10 @@
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
-#include <QPainter>
 #include <QWheelEvent>
 #include <cmath>
 
-#include "sandbox/view/EarthLayer.h"
-#include "sandbox/view/HookLayer.h"
-#include "sandbox/view/OverlayLayer.h"
-#include "sandbox/view/Sprites.h"
-
 namespace sandbox {
-
-/// What lives on the graphics card; made and destroyed with the context.
-struct GlobeView::Layers {
-    EarthLayer earth;
-    HookLayer hook;
-    OverlayLayer overlays;
-    Sprites sprites;
-};
 
 namespace {
 
@@ -60,17 +46,6 @@ std::optional<ViewMouseEvent::Kind> kindOf(Qt::MouseButton button, bool press) {
     }
 }
 
-QRgb rgb(const Rgba& color) {
-    return qRgba(color.r, color.g, color.b, color.a);
-}
-
-/// The direction of a platform's heading on the screen, clockwise from up.
-double screenTurn(const Camera& camera, const PlatformMarker& platform) {
-    const LocalFrame frame = localFrame(platform.position.lat(), platform.position.lon());
-    const Ecef ahead = frame.north * std::cos(platform.heading) + frame.east * std::sin(platform.heading);
-    return std::atan2(dot(ahead, camera.right()), dot(ahead, camera.up()));
-}
-
 }  // namespace
 
 QSurfaceFormat GlobeView::surfaceFormat() {
@@ -104,9 +79,9 @@ QString GlobeView::defaultEarthImage() {
 
 bool GlobeView::setEarthImage(const QString& path) {
     earthImage_ = path.isEmpty() ? QImage() : QImage(path);
-    if (layers_) {
+    if (painter_) {
         makeCurrent();
-        layers_->earth.setImage(earthImage_);
+        painter_->setEarthImage(earthImage_);
         doneCurrent();
     }
     requestRedraw();
@@ -187,16 +162,16 @@ QImage GlobeView::grabFrame() {
 }
 
 void GlobeView::initializeGL() {
-    layers_ = std::make_unique<Layers>();
-    layers_->earth.setImage(earthImage_);
+    painter_ = std::make_unique<GlobePainter>();
+    painter_->setEarthImage(earthImage_);
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &GlobeView::releaseGraphics,
             Qt::UniqueConnection);
 }
 
 void GlobeView::releaseGraphics() {
-    if (!layers_) return;
+    if (!painter_) return;
     makeCurrent();
-    layers_.reset();
+    painter_.reset();
     doneCurrent();
 }
 
@@ -213,62 +188,18 @@ void GlobeView::paintGL() {
     const QSize pixels = QSizeF(width() * ratio, height() * ratio).toSize();
     if (refreshHook_) {
         insideHook_ = true;
-        layers_->hook.record(camera, pixels, [&] { refreshHook_(width(), height()); });
+        painter_->recordHook(camera, pixels, [&] { refreshHook_(width(), height()); });
         insideHook_ = false;
         context()->functions()->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
     }
-    glViewport(0, 0, pixels.width(), pixels.height());
-    // The painters of the frame before leave it off.
-    glEnable(GL_MULTISAMPLE);
-    glDepthMask(GL_TRUE);
-    glClearColor(0.0F, 0.0F, 0.0F, 1.0F);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    layers_->earth.draw(camera);
-    layers_->overlays.update(overlays_);
-    layers_->overlays.draw(overlays_, camera, ratio);
-    layers_->sprites.setPixelRatio(ratio);
-    paintLabels(camera);
-    if (refreshHook_) layers_->hook.compose();
-    paintScreenTexts();
+    painter_->draw({.camera = camera,
+                    .pixelRatio = ratio,
+                    .backdrop = {},
+                    .overlays = overlays_,
+                    .platforms = platforms_,
+                    .screenTexts = screenTexts_},
+                   *this);
     emit frameDrawn();
-}
-
-void GlobeView::paintLabels(const Camera& camera) {
-    const std::vector<const DrawList::Label*> labels = layers_->overlays.labels(overlays_);
-    if (labels.empty() && platforms_.empty()) return;
-    QPainter painter(this);
-    Sprites& sprites = layers_->sprites;
-    const auto inView = [&](const Projected& place) {
-        constexpr double kMargin = 500.0;
-        return place.visible && place.x > -kMargin && place.x < width() + kMargin && place.y > -kMargin &&
-               place.y < height() + kMargin;
-    };
-    for (const DrawList::Label* label : labels) {
-        const Projected place = camera.project(label->position);
-        if (!inView(place)) continue;
-        TextLook look{fontForFile(QString::fromStdString(label->fontName), label->pixelSize),
-                      rgb(label->color), rgb(label->outlineColor), label->outlineWidth};
-        sprites.drawTextCentered(painter, place.x, place.y, QString::fromStdString(label->text), look);
-    }
-    const TextLook nameLook{fontForFile(QStringLiteral("arial.ttf"), 13), 0xffffffff, 0xb0000000, 1};
-    for (const auto& [id, platform] : platforms_) {
-        const Projected place = camera.project(platform.position);
-        if (!inView(place)) continue;
-        sprites.drawSymbol(painter, place.x, place.y, platform, screenTurn(camera, platform));
-        if (!platform.name.empty())
-            sprites.drawText(painter, place.x + 12.0, place.y - 8.0, QString::fromStdString(platform.name),
-                             nameLook);
-    }
-}
-
-void GlobeView::paintScreenTexts() {
-    if (screenTexts_.empty()) return;
-    QPainter painter(this);
-    for (const auto& [id, text] : screenTexts_) {
-        const TextLook look{fontForFile(QStringLiteral("arial.ttf"), text.pixelSize), text.argb, 0xa0000000,
-                            1};
-        layers_->sprites.drawText(painter, text.x, text.y, QString::fromStdString(text.text), look);
-    }
 }
 
 bool GlobeView::listenerTakes(const ViewMouseEvent& event) {

@@ -9,9 +9,8 @@
 #include <optional>
 
 #include "sandbox/view/Camera.h"
+#include "sandbox/view/GlobePainter.h"
 #include "sandbox/view/OverlayScene.h"
-#include "sandbox/view/PlatformMarker.h"
-#include "sandbox/view/ScreenText.h"
 #include "sandbox/view/ViewMouseEvent.h"
 
 namespace sandbox {
@@ -97,15 +96,11 @@ class GlobeView : public QOpenGLWidget {
     void leaveEvent(QEvent* event) override;
 
   private:
-    struct Layers;
-
     void contentChanged();
     void cameraMoved();
     void reportCursor(double x, double y);
     bool listenerTakes(const ViewMouseEvent& event);
     void releaseGraphics();
-    void paintLabels(const Camera& camera);
-    void paintScreenTexts();
 
     Camera camera_;
     OverlayScene overlays_;
@@ -114,7 +109,7 @@ class GlobeView : public QOpenGLWidget {
     std::function<bool(const ViewMouseEvent&)> mouseListener_;
     std::function<void(int, int)> refreshHook_;
     QImage earthImage_;
-    std::unique_ptr<Layers> layers_;
+    std::unique_ptr<GlobePainter> painter_;  // lives and dies with the context
     std::optional<halCore::Vec3> grabbed_;
     QPointF lastDrag_;
     bool tilting_ = false;

@@ -1,0 +1,201 @@
+#include "sandbox/RenderCommand.h"
+
+#include <QColor>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <cstdio>
+#include <numbers>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "common/Files.h"
+#include "common/NumberText.h"
+#include "format/Parser.h"
+#include "sandbox/OverlayNotes.h"
+#include "sandbox/SizeText.h"
+#include "sandbox/view/Camera.h"
+#include "sandbox/view/GlobePicture.h"
+#include "sandbox/view/GlobeView.h"
+#include "sandbox/view/SceneExtent.h"
+
+namespace sandbox {
+
+namespace {
+
+constexpr double kDegree = std::numbers::pi / 180.0;
+constexpr int kMostPixels = 8192;
+
+enum Status { kGood = 0, kWithMessages = 1, kNoPicture = 2 };
+
+struct Look {
+    halCore::Vec3 center;
+    double range = 0.0;
+    double azimuth = 0.0;
+    double elevation = std::numbers::pi / 2;
+};
+
+struct RenderJob {
+    QStringList files;
+    QString output;
+    QSize size;
+    double density = 1.0;
+    std::optional<Look> look;  ///< nothing: everything that the files hold
+    Backdrop backdrop;
+    QImage earth;
+};
+
+/// A wrong command line, in the user's words.
+using Complaint = QString;
+
+std::optional<Look> readLook(const QString& text) {
+    std::vector<double> numbers;
+    for (const QString& part : text.split(',')) {
+        const std::optional<double> number = UTILS::readNumber(part.trimmed().toStdString());
+        if (!number) return std::nullopt;
+        numbers.push_back(*number);
+    }
+    if (numbers.size() < 3 || numbers.size() > 5) return std::nullopt;
+    if (std::abs(numbers[0]) > 90.0 || !(numbers[2] > 0.0)) return std::nullopt;
+    Look look{{numbers[0] * kDegree, numbers[1] * kDegree, 0.0}, numbers[2]};
+    if (numbers.size() > 3) look.azimuth = numbers[3] * kDegree;
+    if (numbers.size() > 4) look.elevation = numbers[4] * kDegree;
+    return look;
+}
+
+std::optional<Complaint> readBackground(const QString& text, RenderJob& job) {
+    if (text == "earth") {
+        job.earth = QImage(GlobeView::defaultEarthImage());
+    } else if (text == "none") {
+        job.backdrop = {.earth = false, .color = QColor(0, 0, 0, 0)};
+    } else if (QFileInfo::exists(text)) {
+        job.earth = QImage(text);
+        if (job.earth.isNull()) return QString("--background %1: no picture").arg(text);
+    } else if (const QColor color(text); color.isValid()) {
+        job.backdrop = {.earth = false, .color = color};
+    } else if (text != "plain") {
+        return QString("--background %1: expected earth, plain, none, a colour or a picture of the earth")
+            .arg(text);
+    }
+    return std::nullopt;
+}
+
+std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Draws overlay files as a picture.");
+    parser.addHelpOption();
+    const QCommandLineOption render("render", "Draw a picture instead of opening the window.");
+    const QCommandLineOption output({"o", "output"}, "Picture to write (.png).", "file");
+    const QCommandLineOption size("size", "Size of the picture, such as 1600x1000.", "WxH", "1280x800");
+    const QCommandLineOption density("density", "Pixels for each of the size's: 2 for a fine screen.",
+                                     "factor", "1");
+    const QCommandLineOption view(
+        "view", "Where to look, in degrees, and from how many metres. Without it: at all shapes.",
+        "LAT,LON,RANGE[,AZIMUTH[,ELEVATION]]");
+    const QCommandLineOption background(
+        "background",
+        "earth, plain, none (transparent), a colour such as white or #203040, or a picture of the "
+        "earth.",
+        "what", "earth");
+    parser.addOptions({render, output, size, density, view, background});
+    parser.addPositionalArgument("files", "Overlay files.", "FILE...");
+    if (!parser.parse(arguments)) return parser.errorText();
+    if (parser.isSet("help")) parser.showHelp();
+
+    RenderJob job;
+    job.files = parser.positionalArguments();
+    job.output = parser.value(output);
+    if (job.files.isEmpty()) return QString("--render: which files?");
+    if (job.output.isEmpty()) return QString("--render: -o FILE is missing");
+    job.size = readSize(parser.value(size));
+    if (job.size.isEmpty()) return QString("--size %1: expected WIDTHxHEIGHT").arg(parser.value(size));
+    job.density = UTILS::readNumber(parser.value(density).toStdString()).value_or(0.0);
+    if (job.density < 0.5 || job.density > 8.0)
+        return QString("--density %1: expected a number from 0.5 to 8").arg(parser.value(density));
+    if (std::max(job.size.width(), job.size.height()) * job.density > kMostPixels)
+        return QString("the picture is larger than %1 pixels").arg(kMostPixels);
+    if (parser.isSet(view)) {
+        job.look = readLook(parser.value(view));
+        if (!job.look)
+            return QString("--view %1: expected LAT,LON,RANGE[,AZIMUTH[,ELEVATION]]").arg(parser.value(view));
+    }
+    if (const auto complaint = readBackground(parser.value(background), job)) return *complaint;
+    return job;
+}
+
+/// Adds a file's shapes to the scene and prints what is wrong with them. False when there was anything.
+bool load(const QString& file, OverlayScene& scene) {
+    std::string text;
+    const std::string path = file.toLocal8Bit().toStdString();
+    if (const std::string error = UTILS::readFile(path, text); !error.empty()) {
+        std::fprintf(stderr, "%s: %s\n", path.c_str(), error.c_str());
+        return false;
+    }
+    OverlayScene::Shapes shapes;
+    halCore::ZEL::ParseReport report;
+    halCore::ZEL::Parser().parse(std::string_view(text), shapes, report);
+    for (const auto& message : report.messages)
+        std::fprintf(stderr, "%s:%zu: %s\n", path.c_str(), message.line, message.text.c_str());
+    if (report.unterminatedBlock > 0)
+        std::fprintf(stderr, "%s:%zu: block without \"end\"\n", path.c_str(), report.unterminatedBlock);
+    if (shapes.empty()) std::fprintf(stderr, "%s: holds no shape\n", path.c_str());
+    for (const std::string& note : notesOn(shapes))
+        std::fprintf(stderr, "%s: %s\n", path.c_str(), note.c_str());
+    const bool good = report.messages.empty() && report.unterminatedBlock == 0 && !shapes.empty();
+    scene.add(std::move(shapes));
+    return good;
+}
+
+Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
+    Camera camera;
+    camera.setViewport(job.size.width(), job.size.height());
+    if (job.look) {
+        camera.setCenter(job.look->center);
+        camera.setRangeAzimuthElevation(job.look->range, job.look->azimuth, job.look->elevation);
+        return camera;
+    }
+    std::vector<const OverlayScene::Entry*> entries;
+    for (const auto& [id, entry] : scene.entries()) entries.push_back(&entry);
+    if (const std::optional<SceneExtent> extent = extentOf(entries)) {
+        const Outlook outlook = outlookOn(*extent, camera);
+        camera.setCenter(outlook.center);
+        camera.setRange(outlook.range);
+    }
+    return camera;
+}
+
+}  // namespace
+
+int runRenderCommand(const QStringList& arguments) {
+    const auto read = readJob(arguments);
+    if (const auto* complaint = std::get_if<Complaint>(&read)) {
+        std::fprintf(stderr, "%s\n", qPrintable(*complaint));
+        return kNoPicture;
+    }
+    const RenderJob& job = std::get<RenderJob>(read);
+    OverlayScene scene;
+    bool good = true;
+    for (const QString& file : job.files) good = load(file, scene) && good;
+
+    GlobePicture picture;
+    if (!picture.error().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(picture.error()));
+        return kNoPicture;
+    }
+    picture.setEarthImage(job.earth);
+    const Camera camera = cameraFor(job, scene);
+    const QImage image = picture.draw({.camera = camera,
+                                       .pixelRatio = job.density,
+                                       .backdrop = job.backdrop,
+                                       .overlays = scene,
+                                       .platforms = {},
+                                       .screenTexts = {}});
+    if (image.isNull() || !image.save(job.output)) {
+        std::fprintf(stderr, "%s cannot be written\n", qPrintable(job.output));
+        return kNoPicture;
+    }
+    return good ? kGood : kWithMessages;
+}
+
+}  // namespace sandbox

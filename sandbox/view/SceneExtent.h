@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "common/Vec3.h"
+#include "sandbox/view/Ecef.h"
+#include "sandbox/view/OverlayScene.h"
+
+namespace sandbox {
+
+class Camera;
+
+/// A sphere around everything that overlays draw, about the smallest.
+struct SceneExtent {
+    Ecef middle;
+    double radius = 0.0;  ///< metres
+};
+
+/// Nothing when nothing is drawn. Entries that are not shown count as well.
+std::optional<SceneExtent> extentOf(std::span<const OverlayScene::Entry* const> entries);
+
+/// Where to look, and from how far, to see an extent from straight above with a margin around it.
+struct Outlook {
+    halCore::Vec3 center;
+    double range = 0.0;
+};
+/// `camera`: for the shape of its view.
+Outlook outlookOn(const SceneExtent& extent, const Camera& camera);
+
+}  // namespace sandbox
