@@ -10,35 +10,42 @@ Overlay::~Overlay() {
 }
 
 void Overlay::addShape(Shape* shape) {
-    if (!shape || orders_.contains(shape)) return;
+    if (!shape || entries_.contains(shape)) return;
     shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
     shape->setActive(true);
     shape->setShown(true);
     const std::uint64_t order = nextOrder_++;
     shapes_.push_back(shape);
-    orders_.emplace(shape, order);
-    byName_.insert({shape->name(), order, shape});
-    shape->setNames(this);
+    entries_.emplace(shape, byName_.insert({shape->name(), order, shape}).first);
+    shape->setKeeper(this);
 }
 
 void Overlay::removeShape(Shape* shape) {
-    const auto known = orders_.find(shape);
-    if (known == orders_.end()) return;
-    const std::uint64_t order = known->second;
-    // The list is sorted by order.
-    const auto at =
-        std::lower_bound(shapes_.begin(), shapes_.end(), order,
-                         [this](Shape* entry, auto wanted) { return orders_.at(entry) < wanted; });
-    shapes_.erase(at);
-    byName_.erase({shape->name(), order, shape});
-    orders_.erase(known);
-    shape->setNames(nullptr);
+    if (forget_(shape)) shape->setKeeper(nullptr);
 }
 
-void Overlay::renamed(Shape& shape, const std::string& oldName) {
-    const std::uint64_t order = orders_.at(&shape);
-    byName_.erase({oldName, order, &shape});
-    byName_.insert({shape.name(), order, &shape});
+bool Overlay::forget_(const Shape* shape) {
+    const auto known = entries_.find(shape);
+    if (known == entries_.end()) return false;
+    // The list is sorted by order.
+    const auto at =
+        std::lower_bound(shapes_.begin(), shapes_.end(), known->second->order,
+                         [this](Shape* entry, auto wanted) { return entries_.at(entry)->order < wanted; });
+    shapes_.erase(at);
+    byName_.erase(known->second);
+    entries_.erase(known);
+    return true;
+}
+
+void Overlay::deleted(const Shape* shape) {
+    forget_(shape);
+}
+
+void Overlay::renamed(Shape& shape) {
+    auto& entry = entries_.at(&shape);
+    const std::uint64_t order = entry->order;
+    byName_.erase(entry);
+    entry = byName_.insert({shape.name(), order, &shape}).first;
 }
 
 Shape* Overlay::findShape(const std::string& name) const {
@@ -50,8 +57,8 @@ void Overlay::clearShapes(bool destroying) {
     // Emptied first: a dying shape's tool, or the host, may look at the overlay.
     const std::vector<Shape*> shapes = std::exchange(shapes_, {});
     byName_.clear();
-    orders_.clear();
-    for (Shape* shape : shapes) shape->setNames(nullptr);
+    entries_.clear();
+    for (Shape* shape : shapes) shape->setKeeper(nullptr);
     for (Shape* shape : shapes) {
         if (!destroying) shape->deleteGui();
         delete shape;
@@ -62,19 +69,19 @@ void Overlay::clearShapes(bool destroying) {
 
 void Overlay::setShown(bool shown) {
     for (Shape* shape : shapes())
-        if (orders_.contains(shape)) shape->setShown(shown);
+        if (entries_.contains(shape)) shape->setShown(shown);
 }
 
 void Overlay::setActive(bool active) {
     for (Shape* shape : shapes())
-        if (orders_.contains(shape)) shape->setActive(active);
+        if (entries_.contains(shape)) shape->setActive(active);
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
     attachedPlatformId_ = id;
     pointConverter_ = converter;
     for (Shape* shape : shapes())
-        if (orders_.contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
+        if (entries_.contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
 }
 
 int Overlay::serializeShapes(Serializer& serializer) const {

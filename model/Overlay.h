@@ -13,7 +13,7 @@ namespace OverlayEditor {
 
 /// The document that the editor edits: an ordered list of shapes that share one attachment. It owns its
 /// shapes from addShape until removeShape or clearShapes.
-class Overlay final : private ShapeNames {
+class Overlay final : private ShapeKeeper {
   public:
     Overlay() = default;
     ~Overlay();
@@ -22,7 +22,8 @@ class Overlay final : private ShapeNames {
 
     /// Takes ownership; the shape takes on the attachment and is displayed at once.
     void addShape(Shape* shape);
-    /// Gives ownership back, without hiding or deactivating; an unknown pointer is ignored.
+    /// Gives ownership back, without hiding or deactivating; an unknown pointer is ignored, also one to a
+    /// shape that is gone. (A shape that somebody deletes leaves the overlay by itself.)
     void removeShape(Shape* shape);
     /// The first shape of exactly that name, null when there is none.
     Shape* findShape(const std::string& name) const;
@@ -61,15 +62,20 @@ class Overlay final : private ShapeNames {
         bool operator()(std::string_view name, const Entry& b) const { return name < b.name; }
     };
 
-    void renamed(Shape& shape, const std::string& oldName) override;
+    using Names = std::set<Entry, EntryLess>;
+
+    void renamed(Shape& shape) override;
+    void deleted(const Shape* shape) override;
+    /// Needs no more than the address. \return whether the shape was here
+    bool forget_(const Shape* shape);
 
     PointConverter* pointConverter_ = nullptr;
     unsigned long attachedPlatformId_ = 0;
     void* zelId_ = nullptr;
     std::vector<Shape*> shapes_;
     /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
-    std::set<Entry, EntryLess> byName_;
-    std::unordered_map<const Shape*, std::uint64_t> orders_;
+    Names byName_;
+    std::unordered_map<const Shape*, Names::iterator> entries_;
     std::uint64_t nextOrder_ = 0;
 };
 

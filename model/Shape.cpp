@@ -29,12 +29,13 @@ Shape::Shape(const Shape& other)
 
 Shape::~Shape() {
     life_.reset();
+    if (keeper_) keeper_->deleted(this);
     Shape::hide_();
 }
 
 void Shape::setName(const std::string& name) {
-    const std::string oldName = std::exchange(name_, name);
-    if (names_) names_->renamed(*this, oldName);
+    name_ = name;
+    if (keeper_) keeper_->renamed(*this);
 }
 
 void Shape::setShown(bool shown) {

@@ -18,13 +18,15 @@ namespace OverlayEditor {
 
 class Shape;
 
-/// Told when a shape is renamed.
-class ShapeNames {
+/// Told what happens to the shapes of a collection.
+class ShapeKeeper {
   public:
-    virtual void renamed(Shape& shape, const std::string& oldName) = 0;
+    virtual void renamed(Shape& shape) = 0;
+    /// The shape is being deleted; of the pointer only the address may be used.
+    virtual void deleted(const Shape* shape) = 0;
 
   protected:
-    ~ShapeNames() = default;
+    ~ShapeKeeper() = default;
 };
 
 /// One overlay shape of the editor. It shows itself in the host's view by writing itself as overlay
@@ -87,8 +89,9 @@ class Shape {
     unsigned long attachedPlatformId() const { return attachedPlatformId_; }
     /// The middle of the bounding box.
     halCore::Vec3 centerPoint() const;
-    /// Who is told of new names, null for nobody: the overlay that holds the shape. Not owned, not copied.
-    void setNames(ShapeNames* names) { names_ = names; }
+    /// Who is told of a new name and of the end, null for nobody: the overlay that holds the shape. Not
+    /// owned, not copied.
+    void setKeeper(ShapeKeeper* keeper) { keeper_ = keeper; }
 
   protected:
     explicit Shape(const Preferences& preferences) : preferences_(preferences) {}
@@ -122,7 +125,7 @@ class Shape {
     Loading* loading_ = nullptr;
     /// Ends with the shape; what it points to means nothing.
     std::shared_ptr<const char> life_ = std::make_shared<const char>();
-    ShapeNames* names_ = nullptr;
+    ShapeKeeper* keeper_ = nullptr;
 
   protected:
     /// Set by the concrete shape, which owns the tool as its last member.

@@ -215,6 +215,22 @@ TEST_F(ShapeTest, OverlayTakesShapesInAndGivesThemBack) {
     EXPECT_EQ(host.overlays.size(), 1U);
 }
 
+TEST_F(ShapeTest, ADeletedShapeLeavesItsOverlay) {
+    Overlay overlay;
+    auto* const first = circle("A").release();
+    auto* const second = circle("B").release();
+    overlay.addShape(first);
+    overlay.addShape(second);
+    delete first;
+    overlay.removeShape(first);
+    overlay.setShown(true);
+    EXPECT_EQ(overlay.shapes(), std::vector<Shape*>{second});
+    EXPECT_EQ(overlay.findShape("A"), nullptr);
+    overlay.removeShape(second);
+    const std::unique_ptr<Shape> mine(second);
+    EXPECT_EQ(overlay.findShape("B"), nullptr);
+}
+
 TEST_F(ShapeTest, RegistryKeepsOnePrototypeOfAName) {
     ShapeRegistry registry;
     EXPECT_EQ(registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle)), 0U);
