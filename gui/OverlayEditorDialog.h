@@ -105,6 +105,9 @@ class OverlayEditorDialog {
     halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
     /// Deletes all shapes, nothing of them being shown, listed or drawn any more.
     void giveUpShapes_();
+    /// A file with something that the editor cannot keep is copied to its name with "~" before it is
+    /// replaced. \return false when it must not be replaced, because there is no copy of it
+    bool keepOldFile_(const std::string& fileName) const;
     /// Writes the file, and has the host show it in place of what it had loaded from it.
     bool saveZel_(const std::string& fileName);
     /// Attaches the shapes to a platform at its place now, or detaches them with 0.
@@ -118,6 +121,10 @@ class OverlayEditorDialog {
     Overlay* overlay_;
     std::vector<Shape*> prototypes_;
     PluginClient::Interfaces::OverlayEditorInterface* service_ = nullptr;
+
+    /// The file that was saved last, and what was written: it holds nothing that would be lost.
+    std::string savedFile_;
+    std::string savedText_;
 
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;

@@ -159,12 +159,42 @@ int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
     return 1;
 }
 
+bool OverlayEditorDialog::keepOldFile_(const std::string& fileName) const {
+    std::string old;
+    // What cannot be read is no overlay file to keep; saving tells whether it can be replaced.
+    if (!UTILS::readFile(fileName, old).empty() || old.empty()) return true;
+    if (fileName == savedFile_ && old == savedText_) return true;
+    const LoadResult read = loadOverlayText(old, fileName, *preferences_, nullptr, 0);
+    if (read.error.empty() && !losesAnything(read.losses)) return true;
+
+    const std::string copy = fileName + "~";
+    if (const std::string error = UTILS::saveFile(copy, old); !error.empty()) {
+        halNotify::notify(halNotify::Error)
+            << "Could not save " << fileName << ": it holds what the editor "
+            << "cannot keep, and the copy " << copy << " could not be written: " << error;
+        return false;
+    }
+    std::vector<std::string> lost;
+    for (const auto& loss : read.losses)
+        if (loss.severity != halNotify::Notice)
+            lost.push_back("line " + std::to_string(loss.line) + ": " + loss.text);
+    halNotify::notify(halNotify::Warning)
+        << "The old " << fileName << " is kept as " << copy
+        << "; not in the new file: " << (lost.empty() ? "its text" : listed(lost));
+    return true;
+}
+
 bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
+    // Nothing to write must not even cost an older copy.
+    const std::string text = overlayText(*overlay_);
+    if (!text.empty() && !keepOldFile_(fileName)) return false;
     const SaveResult saved = saveOverlayFile(*overlay_, fileName);
     if (!saved.error.empty()) {
         halNotify::notify(halNotify::Error) << "Could not save " << fileName << ": " << saved.error;
         return false;
     }
+    savedFile_ = fileName;
+    savedText_ = text;
     if (!saved.skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Not complete, and not in " << fileName << ": " << listed(saved.skipped);

@@ -341,6 +341,34 @@ TEST_F(OverlayEditorDialogTest, NamesWhatItCannotKeepOfAFile) {
     EXPECT_THAT(messages, ElementsAre(HasSubstr("latlonaltbox \"Fence\"")));
 }
 
+TEST_F(OverlayEditorDialogTest, CopiesWhatItCannotKeepBeforeTheFirstSave) {
+    dialog->show();
+    const std::string file = path("mixed.zel");
+    const std::string old = std::string(kTwoCircles) + "start\nlatlonaltbox 4 3 1 2 0\n3d name Fence\nend\n";
+    write(file, old);
+    host.fileDialogAnswers = {file};
+    press("...");
+
+    // Without a copy the file is not replaced.
+    std::filesystem::create_directory(file + "~");
+    messages.clear();
+    press("Save");
+    EXPECT_EQ(contentsOf(file), old);
+    EXPECT_THAT(messages, ::testing::Contains(HasSubstr("could not be written")));
+    std::filesystem::remove(file + "~");
+
+    messages.clear();
+    press("Save");
+    EXPECT_EQ(contentsOf(file + "~"), old);
+    EXPECT_THAT(contentsOf(file), ::testing::Not(HasSubstr("Fence")));
+    EXPECT_THAT(messages, ::testing::Contains(HasSubstr("is kept as " + file + "~")));
+
+    // The second save replaces only what the editor wrote.
+    form.type("Name:", "x");
+    press("Save");
+    EXPECT_EQ(contentsOf(file + "~"), old);
+}
+
 TEST_F(OverlayEditorDialogTest, TakesOverlaysFromTheHostWithTheirPlatform) {
     host.platforms[7].point.latRad = 0.3;
     host.overlays[&host] = {kTwoCircles, "/host/rings.zel", 7, true};
