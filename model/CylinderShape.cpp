@@ -16,7 +16,6 @@ namespace {
 namespace Sodano = halCore::Sodano;
 using PluginUtils::PUDrawPoint;
 
-constexpr std::uint32_t kEditPointColor = 0xFFFF00FF;
 constexpr double kEast = halCore::kHalfPi;
 constexpr double kNorth = 0.0;
 /// Where an angle point stands while there is no radius.
@@ -156,7 +155,7 @@ void CylinderShape::place_(PointPtr& point, const halCore::Vec3& lla) {
     if (point)
         point->setPosition(lla);
     else
-        point = std::make_unique<PUDrawPoint>(lla, kEditPointColor);
+        point = std::make_unique<PUDrawPoint>(lla, PluginUtils::kEditPointColor);
 }
 
 void CylinderShape::placeAt_(PointPtr& point, double azimuth, double meters) {

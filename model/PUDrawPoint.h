@@ -7,6 +7,9 @@
 
 namespace PluginUtils {
 
+/// The points of a shape that the user can grab.
+inline constexpr std::uint32_t kEditPointColor = 0xFFFF00FF;
+
 /// An edit point: a position and how it looks in the view. It draws nothing itself; the painter of the
 /// mouse tools draws it in the host's refresh hook, and decides in pixels whether a cursor can grab it.
 class PUDrawPoint {

@@ -1,7 +1,12 @@
 #include "plugin/OverlayEditorPlugin.h"
 
 #include "common/Notify.h"
+#include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
+#include "model/FreeDrawShape.h"
+#include "model/OrbitShape.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
 #include "pi/PIHALVIS.h"
 #include "plugin/EditorIcon.h"
 #include "plugin/RightClickObserver.h"
@@ -70,10 +75,18 @@ int OverlayEditorPlugin::StartUp() {
 
 /// The order is that of the dialog's "Shape:" menu. A kind that cannot be drawn is not offered.
 void OverlayEditorPlugin::registerPrototypes_() {
-    for (int subtype = CylinderShape::Circle; subtype <= CylinderShape::Cone; ++subtype) {
-        const CylinderShape prototype(*preferences_, static_cast<CylinderShape::Subtype>(subtype));
+    const auto offer = [this](const Shape& prototype) {
         if (prototype.mouseTool()) shapeRegistry_->addPrototype(prototype);
-    }
+    };
+    offer(FreeDrawShape(*preferences_));
+    offer(AnnotationShape(*preferences_));
+    for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon})
+        offer(PolygonShape(*preferences_, subtype));
+    for (const auto subtype : {RectangleShape::Rectangle, RectangleShape::Triangle})
+        offer(RectangleShape(*preferences_, subtype));
+    for (int subtype = CylinderShape::Circle; subtype <= CylinderShape::Cone; ++subtype)
+        offer(CylinderShape(*preferences_, static_cast<CylinderShape::Subtype>(subtype)));
+    offer(OrbitShape(*preferences_));
 }
 
 int OverlayEditorPlugin::Close() {

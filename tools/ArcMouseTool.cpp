@@ -41,7 +41,7 @@ std::string ArcMouseTool::getPointText_(const Vec3& pos) const {
         if (grabbed_ != MinorAxis) appendRange_(text, " XRad: ", major);
         if (grabbed_ != MajorAxis) appendRange_(text, " YRad: ", minor);
     }
-    if (!atCenter) text << " T: " << prefs_.unitsProvider()->formatAngle(bearingAt_(pos));
+    if (!atCenter) appendBearing_(text, center_(), pos);
     return text.str();
 }
 

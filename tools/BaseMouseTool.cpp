@@ -3,7 +3,9 @@
 #include <cmath>
 #include <ostream>
 
+#include "geo/Angles.h"
 #include "geo/MgrsConvert.h"
+#include "geo/Sodano.h"
 #include "geo/UnitTypes.h"
 #include "pi/PICommon.h"
 #include "pi/PIHALVIS.h"
@@ -174,7 +176,8 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     finishRefresh_();
     if (!isActive()) return;
 
-    if (cursorPoint_) picture_.add(*cursorPoint_);
+    // A highlighted point under the cursor has a label of its own.
+    if (cursorPoint_ && !nearPoint_) picture_.add(*cursorPoint_);
     ToolView::current().paint(view_, picture_);
     picture_.clear();
 }
@@ -212,6 +215,15 @@ void BaseMouseTool::appendLLAText_(std::ostream& text, const Vec3& pos) const {
     }
     text << "LLA: " << units.formatLatitude(pos.lat()) << ' ' << units.formatLongitude(pos.lon()) << ' '
          << units.formatAltitude(pos.alt()) << ' ' << abbreviation;
+}
+
+void BaseMouseTool::appendRange_(std::ostream& text, std::string_view label, double meters) const {
+    text << label << prefs_.unitsProvider()->formatRange(meters);
+}
+
+void BaseMouseTool::appendBearing_(std::ostream& text, const Vec3& from, const Vec3& to) const {
+    const double bearing = halCore::wrapToTwoPi(halCore::Sodano::inverse(from, to).azimuth1);
+    text << " T: " << prefs_.unitsProvider()->formatAngle(bearing);
 }
 
 void BaseMouseTool::notifyDrawDone_() {

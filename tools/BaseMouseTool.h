@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "model/MouseTool.h"
 #include "model/PUDrawPoint.h"
@@ -86,6 +87,10 @@ class BaseMouseTool : public MouseTool {
                                                                      unsigned int rgba);
     /// Writes the coordinates as the preferences want them, "LLA: ..." or "MGRS: ...".
     void appendLLAText_(std::ostream& text, const halCore::Vec3& pos) const;
+    /// Writes a length in the preferences' range units.
+    void appendRange_(std::ostream& text, std::string_view label, double meters) const;
+    /// Writes the true bearing, " T: ...".
+    void appendBearing_(std::ostream& text, const halCore::Vec3& from, const halCore::Vec3& to) const;
     /// The callback may end in this tool's retirement: nothing may follow.
     void notifyDrawDone_();
     /// No point is highlighted or dragged any more; its label goes.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ostream>
 
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
@@ -86,25 +85,13 @@ void CylinderMouseTool::redrawPointsForViewChange_() {
         picture_.add(*heightHandle_, heightHandlePlace_());
 }
 
-void CylinderMouseTool::handleAltitudeChange_() {
-    if (!nearPoint_) return;
-    const Grabbed before = grabbed_;
-    grabbed_ = whichPoint_(nearPoint_);
-    // The shape itself moves its point, with what hangs on it, from where it was.
-    const Vec3 raised = nearPoint_->getPosition();
-    nearPoint_->setPosition(nearBeforeWheel_);
-    handleMovePoint_(raised);
-    grabbed_ = before;
-}
-
-void CylinderMouseTool::handleMovePoint_(const Vec3& pos) {
+void CylinderMouseTool::moveGrabbed_(const Vec3& pos) {
     if (!shape_.centerPt() || grabbed_ == None) return;
     if (grabbed_ == Height)
         moveHeightHandle_(pos);
     else
         movePoint_(grabbed_, pos);
     shapeChanged_();
-    if (isActive() && nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
 }
 
 void CylinderMouseTool::moveHeightHandle_(const Vec3& pos) {
@@ -199,10 +186,6 @@ double CylinderMouseTool::radiusAt_(const Vec3& pos) const {
 
 double CylinderMouseTool::bearingAt_(const Vec3& pos) const {
     return halCore::wrapToTwoPi(halCore::Sodano::inverse(center_(), pos).azimuth1);
-}
-
-void CylinderMouseTool::appendRange_(std::ostream& text, std::string_view label, double meters) const {
-    text << label << prefs_.unitsProvider()->formatRange(meters);
 }
 
 }  // namespace OverlayEditor

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <span>
-#include <string_view>
 
 #include "model/CylinderShape.h"
 #include "tools/ShapeMouseTool.h"
@@ -33,8 +32,6 @@ class CylinderMouseTool : public ShapeMouseTool {
     /// \param order the points that can be grabbed, the first wins; must outlive the tool
     CylinderMouseTool(const Preferences& preferences, CylinderShape& shape, std::span<const Grabbed> order);
 
-    void handleAltitudeChange_() override;
-    void handleMovePoint_(const halCore::Vec3& pos) override;
     PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) override;
     void redrawPointsForViewChange_() override;
     bool hasPoint_(const PluginUtils::PUDrawPoint* point) const override;
@@ -42,7 +39,9 @@ class CylinderMouseTool : public ShapeMouseTool {
     void showEditPoints_(bool shown) override;
     std::unique_ptr<BaseLineShape> makeRubberBand_() const override;
     bool shapeRubberBand_(BaseLineShape& rubberBand, const halCore::Vec3& pos) override;
+    void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = whichPoint_(point); }
     void clearGrab_() override { grabbed_ = None; }
+    void moveGrabbed_(const halCore::Vec3& pos) override;
 
     /// Moves the grabbed point, which is any but the height handle.
     virtual void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) = 0;
@@ -61,7 +60,6 @@ class CylinderMouseTool : public ShapeMouseTool {
     /// Metres and radians from the centre; need one.
     double radiusAt_(const halCore::Vec3& pos) const;
     double bearingAt_(const halCore::Vec3& pos) const;
-    void appendRange_(std::ostream& text, std::string_view label, double meters) const;
 
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.
     CylinderShape& shape_;

@@ -2,6 +2,7 @@
 
 #include "tools/ArcMouseTool.h"
 #include "tools/CircleMouseTool.h"
+#include "tools/PolygonMouseTool.h"
 #include "tools/ThreePointMouse.h"
 
 namespace OverlayEditor {
@@ -30,8 +31,8 @@ MouseToolPtr makeMouseTool(const Preferences&, OrbitShape&) {
     return nullptr;
 }
 
-MouseToolPtr makeMouseTool(const Preferences&, PolygonShape&) {
-    return nullptr;
+MouseToolPtr makeMouseTool(const Preferences& preferences, PolygonShape& shape) {
+    return MouseToolPtr(new PolygonMouseTool(preferences, shape));
 }
 
 MouseToolPtr makeMouseTool(const Preferences&, RectangleShape&) {

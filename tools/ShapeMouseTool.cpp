@@ -45,10 +45,12 @@ void ShapeMouseTool::deactivate() {
     if (pressed_) {
         pressed_ = false;
         handleAbortDrag_();
+        if (!isActive()) return;
     }
     finishEditing_();
     forgetNearPoint_();
     removeTempGraphics_();
+    if (!isActive()) return;
     rubberBandShown_ = false;
     rubberBand_.reset();
     cursorPoint_.reset();
@@ -81,6 +83,23 @@ void ShapeMouseTool::preDrawOnRefresh(int width, int height) {
 void ShapeMouseTool::finishEditing_() {
     clearGrab_();
     state_ = restingState_();
+}
+
+void ShapeMouseTool::handleAltitudeChange_() {
+    if (!nearPoint_) return;
+    grab_(nearPoint_);
+    // The shape itself moves its point, with what hangs on it, from where it was.
+    const Vec3 raised = nearPoint_->getPosition();
+    nearPoint_->setPosition(nearBeforeWheel_);
+    handleMovePoint_(raised);
+    if (state_ != Dragging && state_ != Hovering) clearGrab_();
+}
+
+void ShapeMouseTool::handleMovePoint_(const Vec3& pos) {
+    moveGrabbed_(pos);
+    if (!isActive()) return;
+    updateEditPoints_();
+    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
 }
 
 void ShapeMouseTool::drawTempGraphics_(const Vec3& pos) {

@@ -24,6 +24,8 @@ class ShapeMouseTool : public BaseMouseTool {
   protected:
     void drawTempGraphics_(const halCore::Vec3& pos) override;
     void finishEditing_() override;
+    void handleAltitudeChange_() override;
+    void handleMovePoint_(const halCore::Vec3& pos) override;
     void removeTempGraphics_() override;
     void finishRefresh_() override;
 
@@ -35,8 +37,11 @@ class ShapeMouseTool : public BaseMouseTool {
     /// Gives the rubber band its geometry for a cursor. It is not displayed meanwhile.
     /// \return false when there is nothing to show
     virtual bool shapeRubberBand_(BaseLineShape& rubberBand, const halCore::Vec3& pos) = 0;
-    /// Forgets which point is grabbed.
+    /// Takes one of the shape's edit points for grabbed.
+    virtual void grab_(const PluginUtils::PUDrawPoint* point) = 0;
     virtual void clearGrab_() = 0;
+    /// Moves the grabbed point, and the shape with it; nothing without one.
+    virtual void moveGrabbed_(const halCore::Vec3& pos) = 0;
 
     State restingState_() const { return isComplete_() ? Complete : Placing; }
     void updateEditPoints_() { showEditPoints_(showPoints_); }

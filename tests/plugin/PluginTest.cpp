@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -41,9 +42,10 @@ class PluginTest : public ::testing::Test {
 
     void openDialog(LoadedPlugin&) { host.activate(*host.find("Overlay Editor...")); }
     void addCircle() {
-        // The first option is "Add".
         auto& menu = form.field("Shape:");
-        menu.number = 1;
+        const auto circle = std::ranges::find(menu.items, "Circle");
+        // A host that stopped serving has no items; its user may still choose the first behind "Add".
+        menu.number = circle == menu.items.end() ? 1 : static_cast<int>(circle - menu.items.begin());
         host.activate(menu);
     }
     void drag(LoadedPlugin& plugin, int x0, int y0, int x1, int y1) {

@@ -1,0 +1,140 @@
+#include "tools/PolygonMouseTool.h"
+
+#include <sstream>
+#include <utility>
+
+#include "geo/Sodano.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+using PluginUtils::PUDrawPoint;
+
+PolygonMouseTool::PolygonMouseTool(const Preferences& preferences, PolygonShape& shape)
+    : ShapeMouseTool(preferences), shape_(shape) {}
+
+PolygonMouseTool::~PolygonMouseTool() {
+    deactivate();
+}
+
+void PolygonMouseTool::activate() {
+    if (isActive()) return;
+    ShapeMouseTool::activate();
+    // The points may have moved meanwhile.
+    resetPoints_();
+}
+
+int PolygonMouseTool::leftRelease_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
+    const bool clicked = state_ == Dragging && !moved_;
+    const int result = ShapeMouseTool::leftRelease_(type, event);
+    if (clicked && isActive() && firstPoint_) removeFirstPoint_();
+    return result;
+}
+
+void PolygonMouseTool::resetPoints_() {
+    if (!isActive()) return;
+    forgetNearPoint_();
+    if (state_ == Dragging || state_ == Hovering) finishEditing_();
+    clearGrab_();
+    firstPoint_ = firstPoint_ && shape_.getNumPoints() == 1;
+    drawn_.setPositions(shape_.points());
+}
+
+std::string PolygonMouseTool::getPointText_(const Vec3& pos) const {
+    std::ostringstream text;
+    appendLLAText_(text, pos);
+    const std::size_t index = pointIndex();
+    if (index == 0 || index > shape_.getNumPoints()) return text.str();
+    const Vec3& previous = shape_.points()[index - 1];
+    appendRange_(text, " Dist: ", halCore::Sodano::inverse(previous, pos).distance);
+    appendBearing_(text, previous, pos);
+    return text.str();
+}
+
+void PolygonMouseTool::handleStartDrag_(const Vec3& pos) {
+    if (shape_.getNumPoints() != 0) return;
+    firstPress_ = true;
+    firstPoint_ = true;
+    append_(pos);
+}
+
+void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
+    firstPress_ = false;
+    PUDrawPoint* point = pointNearMouse_(pos);
+    clearGrab_();
+    if (!point) {
+        firstPoint_ = false;
+        append_(pos);
+        if (!isActive() || drawn_.size() == 0) return;
+        point = &drawn_.point(drawn_.size() - 1);
+    }
+    // As if the cursor had been moved onto it: the next press without a motion grabs it.
+    if (!showPoints_) return;
+    grab_(point);
+    point->setHighlighted(true);
+    point->setDescription(getPointText_(point->getPosition()));
+    clearGrab_();
+    nearPoint_ = point;
+}
+
+void PolygonMouseTool::handleAbortDrag_() {
+    if (std::exchange(firstPress_, false)) removeFirstPoint_();
+}
+
+void PolygonMouseTool::append_(const Vec3& pos) {
+    removeTempGraphics_();
+    shape_.mouseSetPointAtIndex(shape_.getNumPoints(), pos);
+    if (isActive()) drawn_.setPositions(shape_.points());
+}
+
+void PolygonMouseTool::removeFirstPoint_() {
+    firstPoint_ = false;
+    shape_.deletePointAtIndex(0);
+}
+
+PUDrawPoint* PolygonMouseTool::pointNearMouse_(const Vec3& pos) {
+    grabbed_ = drawn_.grabbedBy(pos, view_);
+    return grabbed_ ? &drawn_.point(*grabbed_) : nullptr;
+}
+
+void PolygonMouseTool::redrawPointsForViewChange_() {
+    for (std::size_t i = 0; i < drawn_.size(); ++i) picture_.add(drawn_.point(i), drawn_.ecef(i));
+}
+
+void PolygonMouseTool::showEditPoints_(bool shown) {
+    if (drawn_.size() != shape_.getNumPoints()) resetPoints_();
+    if (shown == drawn_.isShown()) return;
+    if (shown)
+        drawn_.show();
+    else
+        drawn_.hide();
+}
+
+std::unique_ptr<BaseLineShape> PolygonMouseTool::makeRubberBand_() const {
+    auto line = std::make_unique<PolygonShape>(prefs_, PolygonShape::Line);
+    line->setLineWidth(shape_.lineWidth());
+    return line;
+}
+
+bool PolygonMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3& pos) {
+    if (shape_.getNumPoints() == 0) return false;
+    auto& line = static_cast<PolygonShape&>(rubberBand);
+    line.setPointAtIndex(0, shape_.points().back());
+    line.setPointAtIndex(1, pos);
+    return true;
+}
+
+void PolygonMouseTool::clearGrab_() {
+    grabbed_.reset();
+    moved_ = false;
+}
+
+void PolygonMouseTool::moveGrabbed_(const Vec3& pos) {
+    if (!grabbed_ || *grabbed_ >= shape_.getNumPoints() || *grabbed_ >= drawn_.size()) return;
+    if (shape_.points()[*grabbed_] == pos) return;
+    moved_ = true;
+    drawn_.point(*grabbed_).setPosition(pos);
+    shape_.mouseSetPointAtIndex(*grabbed_, pos);
+}
+
+}  // namespace OverlayEditor

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "model/PointsTool.h"
+#include "model/PolygonShape.h"
+#include "tools/PUDrawPoints.h"
+#include "tools/ShapeMouseTool.h"
+
+namespace OverlayEditor {
+
+/// Draws lines and polygons: each click that is not on a point appends one, until a right click. The first
+/// press places the first point, so that a drag from there draws the first segment; clicking the only
+/// point again removes it. The tool never completes by itself: a line can always be continued.
+class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
+  public:
+    PolygonMouseTool(const Preferences& preferences, PolygonShape& shape);
+    ~PolygonMouseTool() override;
+
+    void activate() override;
+    int leftRelease_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
+    /// What is highlighted or dragged is let go.
+    void resetPoints_() override;
+
+    /// Of the point that is highlighted or dragged, else of the next one to be placed.
+    std::size_t pointIndex() const { return grabbed_.value_or(shape_.getNumPoints()); }
+
+  protected:
+    std::string getPointText_(const halCore::Vec3& pos) const override;
+    void handleStartDrag_(const halCore::Vec3& pos) override;
+    void handleFinishDrag_(const halCore::Vec3& pos) override;
+    void handleAbortDrag_() override;
+    PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) override;
+    void redrawPointsForViewChange_() override;
+    bool isComplete_() const override { return false; }
+    void showEditPoints_(bool shown) override;
+    /// A line, for polygons too: it is the next segment.
+    std::unique_ptr<BaseLineShape> makeRubberBand_() const override;
+    bool shapeRubberBand_(BaseLineShape& rubberBand, const halCore::Vec3& pos) override;
+    void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = drawn_.indexOf(point); }
+    void clearGrab_() override;
+    void moveGrabbed_(const halCore::Vec3& pos) override;
+
+  private:
+    void append_(const halCore::Vec3& pos);
+    void removeFirstPoint_();
+
+    /// The host may end in its deletion whenever it changes: the tool is then not active any more.
+    PolygonShape& shape_;
+    PluginUtils::PUDrawPoints drawn_{PluginUtils::kEditPointColor};
+    std::optional<std::size_t> grabbed_;
+    bool moved_ = false;
+    /// The first point was placed by the press that is still held.
+    bool firstPress_ = false;
+    /// This tool has placed the first point, and no other yet.
+    bool firstPoint_ = false;
+};
+
+}  // namespace OverlayEditor
