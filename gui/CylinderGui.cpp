@@ -29,9 +29,7 @@ CylinderGui::CylinderGui(Subtype subtype, const Preferences& preferences, PIGUI:
                          PanelChange change)
     : change_(std::move(change)),
       table_(&canvas, 3),
-      drawCaption_(&table_, "Draw:\tDraw or hide this shape"),
-      drawCheck_(&table_, "\tDraw or hide this shape", callbacks_.make(&CylinderGui::onCmdDraw)),
-      drawFiller_(&table_, ""),
+      draw_(table_, [this] { onCmdChange(); }),
       center_(table_, preferences, [this] { onCmdChange(); }),
       xRadius_(
           table_,
@@ -53,11 +51,6 @@ std::unique_ptr<ValueUnitEntry> CylinderGui::entry_(bool wanted, const std::stri
     if (!wanted) return nullptr;
     return std::make_unique<ValueUnitEntry>(table_, caption, quantity, preferences,
                                             [this] { onCmdChange(); });
-}
-
-void CylinderGui::setDrawCheck(bool drawn) {
-    drawn_ = drawn;
-    drawCheck_.setCheck(drawn);
 }
 
 void CylinderGui::setXradius(double meters) {
@@ -87,19 +80,11 @@ std::optional<double> CylinderGui::endAngle() const {
     return endAngle_ ? endAngle_->edited() : std::nullopt;
 }
 
-void CylinderGui::setPointConverter(PointConverter*) {}
-
 void CylinderGui::notifyPrefsUpdate() {
     center_.notifyPrefsUpdate();
     for (ValueUnitEntry* entry :
          {&xRadius_, yRadius_.get(), height_.get(), startAngle_.get(), endAngle_.get()})
         if (entry) entry->notifyPrefsUpdate();
-}
-
-int CylinderGui::onCmdDraw(PIObject*, void*) {
-    drawn_ = drawCheck_.isChecked();
-    onCmdChange();
-    return 1;
 }
 
 void CylinderGui::onCmdChange() {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 
+#include "gui/DrawRow.h"
 #include "gui/PointEditGui.h"
 #include "gui/StyleWidgets.h"
 #include "gui/ValueUnitEntry.h"
@@ -18,10 +19,9 @@ class CylinderGui final : public CylinderPanel {
     /// \param change called after every edit of the user's
     CylinderGui(CylinderShape::Subtype subtype, const Preferences& preferences, PIGUI::PICanvas& canvas,
                 PanelChange change);
-    ~CylinderGui() override { callbacks_.disconnect(); }
 
-    void setDrawCheck(bool drawn) override;
-    bool drawCheck() const override { return drawn_; }
+    void setDrawCheck(bool drawn) override { draw_.setDrawCheck(drawn); }
+    bool drawCheck() const override { return draw_.drawCheck(); }
     void setCenterLla(const halCore::Vec3& lla) override { center_.setPosition(lla); }
     std::optional<halCore::Vec3> centerLla() const override { return center_.edited(); }
     void setXradius(double meters) override;
@@ -35,11 +35,9 @@ class CylinderGui final : public CylinderPanel {
     std::optional<double> endAngle() const override;
     LineStyleGUI& lineStyle() override { return lineStyle_; }
     FillStyleGUI& fillStyle() override { return fillStyle_; }
-    /// The centre is shown as a geodetic position whatever the overlay is attached to.
-    void setPointConverter(PointConverter* converter) override;
+    void setPointConverter(PointConverter* converter) override { center_.setPointConverter(converter); }
     void notifyPrefsUpdate() override;
 
-    int onCmdDraw(PIObject* sender, void* data);
     /// Every edit ends here.
     void onCmdChange();
 
@@ -49,12 +47,8 @@ class CylinderGui final : public CylinderPanel {
                                            ValueUnitEntry::Quantity quantity, const Preferences& preferences);
 
     PanelChange change_;
-    bool drawn_ = false;
-    CallbackList<CylinderGui> callbacks_{this};
     PIGUI::PIHorizontalMatrix table_;
-    PIGUI::PILabel drawCaption_;
-    PIGUI::PICheckButton drawCheck_;
-    PIGUI::PILabel drawFiller_;
+    DrawRow draw_;
     PointEditGui center_;
     ValueUnitEntry xRadius_;
     std::unique_ptr<ValueUnitEntry> yRadius_;

@@ -31,6 +31,12 @@ void LlaEditGUI::notifyPrefsUpdate() {
     alt_.notifyPrefsUpdate();
 }
 
+void LlaEditGUI::setEnabled(bool enabled) {
+    lat_.setEnabled(enabled);
+    lon_.setEnabled(enabled);
+    alt_.setEnabled(enabled);
+}
+
 void LlaEditGUI::setShown(bool shown) {
     lat_.setShown(shown);
     lon_.setShown(shown);

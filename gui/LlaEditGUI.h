@@ -14,6 +14,7 @@ class LlaEditGUI final : public PointEditor {
     std::optional<halCore::Vec3> edited() const override;
     void notifyPrefsUpdate() override;
     void setShown(bool shown) override;
+    void setEnabled(bool enabled) override;
 
   private:
     halCore::Vec3 position_;

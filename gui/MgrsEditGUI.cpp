@@ -66,6 +66,12 @@ void MgrsEditGUI::notifyPrefsUpdate() {
     alt_.notifyPrefsUpdate();
 }
 
+void MgrsEditGUI::setEnabled(bool enabled) {
+    square_.setEnabled(enabled);
+    numbers_.setEnabled(enabled);
+    alt_.setEnabled(enabled);
+}
+
 void MgrsEditGUI::setShown(bool shown) {
     for (PIGUI::PIWindow* cell : std::initializer_list<PIGUI::PIWindow*>{
              &squareCaption_, &square_, &squareUnit_, &numbersCaption_, &numbers_, &numbersUnit_})

@@ -19,6 +19,7 @@ class MgrsEditGUI final : public PointEditor {
     std::optional<halCore::Vec3> edited() const override;
     void notifyPrefsUpdate() override;
     void setShown(bool shown) override;
+    void setEnabled(bool enabled) override;
 
     /// One of the two fields was edited. Text that denotes no place is reported, and the fields show the
     /// position again.

@@ -5,27 +5,46 @@ namespace OverlayEditor {
 PointEditGui::PointEditGui(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change)
     : preferences_(preferences),
       lla_(table, preferences, change),
-      mgrs_(table, preferences, change),
-      current_(chosen_()) {}
+      xyz_(table, preferences, change),
+      mgrs_(table, preferences, change) {
+    choose_();
+}
 
 void PointEditGui::setPosition(const halCore::Vec3& lla) {
     position_ = lla;
     current_->setPosition(lla);
 }
 
+void PointEditGui::setPointConverter(PointConverter* converter) {
+    position_ = position();
+    attached_ = converter != nullptr;
+    xyz_.setPointConverter(converter);
+    choose_();
+}
+
 void PointEditGui::notifyPrefsUpdate() {
-    position_ = edited().value_or(position_);
-    PointEditor* const before = current_;
-    current_ = chosen_();
-    if (current_ != before) current_->setPosition(position_);
+    position_ = position();
+    choose_();
     current_->notifyPrefsUpdate();
 }
 
-PointEditor* PointEditGui::chosen_() {
-    const bool mgrs = preferences_.coordinateSystem() == Preferences::MGRS;
-    lla_.setShown(!mgrs);
-    mgrs_.setShown(mgrs);
-    return mgrs ? static_cast<PointEditor*>(&mgrs_) : &lla_;
+void PointEditGui::setEnabled(bool enabled) {
+    lla_.setEnabled(enabled);
+    xyz_.setEnabled(enabled);
+    mgrs_.setEnabled(enabled);
+}
+
+void PointEditGui::choose_() {
+    PointEditor* chosen = &lla_;
+    if (preferences_.coordinateSystem() == Preferences::MGRS) chosen = &mgrs_;
+    if (attached_) chosen = &xyz_;
+    if (chosen == current_) return;
+    current_ = chosen;
+    for (PointEditor* editor : {static_cast<PointEditor*>(&lla_), static_cast<PointEditor*>(&xyz_),
+                                static_cast<PointEditor*>(&mgrs_)})
+        editor->setShown(editor == current_);
+    current_->setPosition(position_);
+    current_->notifyPrefsUpdate();
 }
 
 }  // namespace OverlayEditor

@@ -4,30 +4,39 @@
 
 #include "gui/LlaEditGUI.h"
 #include "gui/MgrsEditGUI.h"
+#include "gui/XyzEditGUI.h"
 
 namespace OverlayEditor {
 
-/// One point, shown in the coordinate system that the preferences name. Rows of a panel's table of three
-/// columns.
+/// One point, rows of a panel's table of three columns: offsets while there is a converter, otherwise the
+/// coordinate system that the preferences name.
 class PointEditGui {
   public:
     /// \param change called after each edit of the user's that gave a position
     PointEditGui(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change);
 
+    /// Whose reference the point is an offset from; null for a point that is attached to nothing. Not
+    /// owned. Its reference may have moved: follow with setPosition.
+    void setPointConverter(PointConverter* converter);
     /// Radians and metres. \see PointEditor
     void setPosition(const halCore::Vec3& lla);
     std::optional<halCore::Vec3> edited() const { return current_->edited(); }
+    /// The position in view, edited or not.
+    halCore::Vec3 position() const { return edited().value_or(position_); }
     void notifyPrefsUpdate();
+    void setEnabled(bool enabled);
 
   private:
-    /// The editor of the preferences' coordinate system, the only one that is shown.
-    PointEditor* chosen_();
+    /// Shows the editor that is to be shown, and it alone.
+    void choose_();
 
     const Preferences& preferences_;
+    bool attached_ = false;
     halCore::Vec3 position_;
     LlaEditGUI lla_;
+    XyzEditGUI xyz_;
     MgrsEditGUI mgrs_;
-    PointEditor* current_;
+    PointEditor* current_ = nullptr;
 };
 
 }  // namespace OverlayEditor

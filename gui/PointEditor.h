@@ -18,6 +18,7 @@ class PointEditor {
     /// Units or precision changed: everything is shown anew.
     virtual void notifyPrefsUpdate() = 0;
     virtual void setShown(bool shown) = 0;
+    virtual void setEnabled(bool enabled) = 0;
 };
 
 }  // namespace OverlayEditor

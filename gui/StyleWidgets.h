@@ -1,36 +1,50 @@
 #pragma once
 
+#include <string>
+
+#include "gui/NumberRow.h"
 #include "model/Panels.h"
 #include "pi/PIWidgets.h"
 
 namespace OverlayEditor {
 
-/// Line width and line colour: two rows of a panel's table of three columns. What is not edited is
-/// answered as it was set, whatever the widgets can show of it.
-class LineStyleWidgets final : public LineStyleGUI {
+/// A colour with its transparency: a row of a panel's table of three columns.
+class ColorRow {
   public:
-    LineStyleWidgets(PIGUI::PICanvas& table, PanelChange change);
-    ~LineStyleWidgets() override { callbacks_.disconnect(); }
+    ColorRow(PIGUI::PICanvas& table, const std::string& caption, PanelChange change);
+    ~ColorRow() { callbacks_.disconnect(); }
+    ColorRow(const ColorRow&) = delete;
+    ColorRow& operator=(const ColorRow&) = delete;
 
-    void setColor(std::uint32_t rgba) override;
-    std::uint32_t color() const override { return color_; }
-    void setWidth(int pixels) override;
-    int width() const override { return width_; }
+    /// Red in the top byte, alpha in the lowest.
+    void setColor(std::uint32_t rgba);
+    std::uint32_t color() const { return color_; }
 
-    int onCmdWidth(PIObject* sender, void* data);
     int onCmdColor(PIObject* sender, void* data);
 
   private:
     PanelChange change_;
     std::uint32_t color_ = 0;
-    int width_ = 0;
-    CallbackList<LineStyleWidgets> callbacks_{this};
-    PIGUI::PILabel widthCaption_;
-    PIGUI::PISpinner widthField_;
-    PIGUI::PILabel widthUnit_;
-    PIGUI::PILabel colorCaption_;
-    PIGUI::PIColorWell colorWell_;
-    PIGUI::PILabel colorFiller_;
+    CallbackList<ColorRow> callbacks_{this};
+    PIGUI::PILabel caption_;
+    PIGUI::PIColorWell well_;
+    PIGUI::PILabel filler_;
+};
+
+/// Line width and line colour: two rows of a panel's table of three columns. What is not edited is
+/// answered as it was set, whatever the widgets can show of it.
+class LineStyleWidgets final : public LineStyleGUI {
+  public:
+    LineStyleWidgets(PIGUI::PICanvas& table, const PanelChange& change);
+
+    void setColor(std::uint32_t rgba) override { color_.setColor(rgba); }
+    std::uint32_t color() const override { return color_.color(); }
+    void setWidth(int pixels) override { width_.setValue(pixels); }
+    int width() const override { return width_.value(); }
+
+  private:
+    NumberRow width_;
+    ColorRow color_;
 };
 
 /// Filled flag and fill colour: two rows of a panel's table of three columns.
@@ -41,23 +55,19 @@ class FillStyleWidgets final : public FillStyleGUI {
 
     void setFilled(bool filled) override;
     bool filled() const override { return filled_; }
-    void setColor(std::uint32_t rgba) override;
-    std::uint32_t color() const override { return color_; }
+    void setColor(std::uint32_t rgba) override { color_.setColor(rgba); }
+    std::uint32_t color() const override { return color_.color(); }
 
     int onCmdFilled(PIObject* sender, void* data);
-    int onCmdColor(PIObject* sender, void* data);
 
   private:
     PanelChange change_;
-    std::uint32_t color_ = 0;
     bool filled_ = false;
     CallbackList<FillStyleWidgets> callbacks_{this};
     PIGUI::PILabel filledCaption_;
     PIGUI::PICheckButton filledCheck_;
     PIGUI::PILabel filledFiller_;
-    PIGUI::PILabel colorCaption_;
-    PIGUI::PIColorWell colorWell_;
-    PIGUI::PILabel colorFiller_;
+    ColorRow color_;
 };
 
 }  // namespace OverlayEditor

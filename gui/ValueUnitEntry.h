@@ -29,9 +29,13 @@ class ValueUnitEntry {
     /// The value that the user typed since the last setValue; nothing when there was no edit.
     std::optional<double> edited() const { return edited_ ? std::optional(value_) : std::nullopt; }
 
+    /// The value with all its digits, edited or not.
+    double value() const { return value_; }
+
     /// Units or precision changed: the unit's text and the value are shown anew.
     void notifyPrefsUpdate();
     void setShown(bool shown);
+    void setEnabled(bool enabled) { field_.setEnabled(enabled); }
 
     /// The field was edited. Text that is no value of this kind is reported, and the field shows its
     /// value again.

@@ -1,6 +1,7 @@
 #include "model/AnnotationShape.h"
 
 #include "model/ColorBytes.h"
+#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -52,22 +53,66 @@ void AnnotationShape::setPosition(const halCore::Vec3& lla) {
 
 void AnnotationShape::mouseSetPosition(const halCore::Vec3& lla) {
     setPosition(lla);
+    if (panel_) panel_->setPosition(lla);
     dirty_();
 }
 
 void AnnotationShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (!takeAttachment_(id, converter)) return;
-    if (hasPoint_ && converter && anchorCenter) converter->getReferenceLla(position_);
-    dirty_();
+    const Survival survives(*this);
+    if (takeAttachment_(id, converter)) {
+        if (hasPoint_ && converter && anchorCenter) converter->getReferenceLla(position_);
+        dirty_();
+    }
+    if (survives) fillGui();
 }
 
 std::pair<halCore::Vec3, halCore::Vec3> AnnotationShape::boundingBox() const {
     return {position_, position_};
 }
 
-void AnnotationShape::createGui(Preferences*, PIGUI::PICanvas*) {}
-void AnnotationShape::notifyPrefsUpdate() {}
-void AnnotationShape::fillGui() {}
-void AnnotationShape::deleteGui() {}
+void AnnotationShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
+    auto* const equipment = ShapeEquipment::installed();
+    if (!equipment || !preferences || !canvas) return;
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { refreshFromGui_(); });
+    fillGui();
+}
+
+void AnnotationShape::deleteGui() {
+    panel_.reset();
+}
+
+void AnnotationShape::notifyPrefsUpdate() {
+    if (panel_) panel_->notifyPrefsUpdate();
+    fillGui();
+}
+
+void AnnotationShape::fillGui() {
+    if (!panel_) return;
+    if (hasPoint_)
+        shownPosition_ = position_;
+    else
+        Utils::getDefaultLla(shownPosition_);
+    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
+    panel_->setDraw(shown());
+    panel_->setPosition(shownPosition_);
+    panel_->setColor(color_);
+    panel_->setFontName(fontName_);
+    panel_->setFontSize(fontSize_);
+}
+
+void AnnotationShape::refreshFromGui_() {
+    if (!panel_) return;
+    if (const auto position = panel_->position()) setPosition(*position);
+    setColor(panel_->color());
+    setFontName(panel_->fontName());
+    setFontSize(panel_->fontSize());
+    const bool drawn = panel_->isDrawn();
+    const Survival survives(*this);
+    if (drawn != shown())
+        setShown(drawn);
+    else
+        dirty_();
+    if (survives) fillGui();
+}
 
 }  // namespace OverlayEditor

@@ -45,12 +45,18 @@ class AnnotationShape : public Shape {
     int fontSize() const { return fontSize_; }
 
   private:
+    /// The panel was edited.
+    void refreshFromGui_();
+
     bool hasPoint_ = false;
     halCore::Vec3 position_;
     std::uint32_t color_ = 0xFF0000FF;
     std::int32_t fontSize_ = 8;
     std::string fontName_ = "arialbd.ttf";
-    // Last: a tool that touches the shape while it dies must find its data alive.
+    /// The position that the panel shows while there is none.
+    halCore::Vec3 shownPosition_;
+    // Last, in this order: what touches the shape while it dies must find its data alive.
+    std::unique_ptr<AnnotationPanel> panel_;
     MouseToolPtr ownTool_;
 };
 

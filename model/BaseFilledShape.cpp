@@ -30,6 +30,19 @@ void BaseFilledShape::setOutlined(bool outlined) {
     dirty_();
 }
 
+void BaseFilledShape::showStyles_(LineStyleGUI& line, FillStyleGUI& fill) const {
+    showLine_(line);
+    fill.setFilled(filled_);
+    fill.setColor(fillColor_);
+}
+
+void BaseFilledShape::takeStyles_(const LineStyleGUI& line, const FillStyleGUI& fill) {
+    if (lineDiffers_(line))
+        setLineFromGui(line);
+    else if (fill.filled() != filled_ || fill.color() != fillColor_)
+        setFillFromGui(fill);
+}
+
 void BaseFilledShape::setFillFromGui(const FillStyleGUI& gui) {
     const bool filled = gui.filled();
     const ColorBytes color(gui.color());

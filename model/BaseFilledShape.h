@@ -19,6 +19,11 @@ class BaseFilledShape : public BaseLineShape {
   protected:
     explicit BaseFilledShape(const Preferences& preferences) : BaseLineShape(preferences) {}
     BaseFilledShape(const BaseFilledShape& other);
+    /// Copies the styles into a panel's parts.
+    void showStyles_(LineStyleGUI& line, FillStyleGUI& fill) const;
+    /// Takes over the style that the user changed. A panel reports each edit on its own, so there is only
+    /// one; the shape and its panel may be gone afterwards.
+    void takeStyles_(const LineStyleGUI& line, const FillStyleGUI& fill);
 
   private:
     std::uint32_t fillColor_ = 0xFF00FFA0;

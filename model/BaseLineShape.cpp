@@ -33,6 +33,15 @@ void BaseLineShape::setLineColor(unsigned char r, unsigned char g, unsigned char
     dirty_();
 }
 
+void BaseLineShape::showLine_(LineStyleGUI& gui) const {
+    gui.setColor(lineColor_);
+    gui.setWidth(lineWidth_);
+}
+
+bool BaseLineShape::lineDiffers_(const LineStyleGUI& gui) const {
+    return gui.color() != lineColor_ || gui.width() != lineWidth_;
+}
+
 void BaseLineShape::setLineFromGui(const LineStyleGUI& gui) {
     const ColorBytes color(gui.color());
     const int width = gui.width();

@@ -23,6 +23,9 @@ class BaseLineShape : public Shape {
   protected:
     explicit BaseLineShape(const Preferences& preferences) : Shape(preferences) {}
     BaseLineShape(const BaseLineShape&) = default;
+    /// Copies the style into a panel's part.
+    void showLine_(LineStyleGUI& gui) const;
+    bool lineDiffers_(const LineStyleGUI& gui) const;
 
   private:
     std::uint32_t lineColor_ = 0x00FF00FF;

@@ -468,10 +468,7 @@ void CylinderShape::fillGui() {
     panel_->setYradius(minorAxis());
     panel_->setHeight(height_());
     panel_->setStartEndAngles(startAngle(), endAngle());
-    panel_->lineStyle().setColor(lineColor());
-    panel_->lineStyle().setWidth(lineWidth());
-    panel_->fillStyle().setFilled(filled());
-    panel_->fillStyle().setColor(fillColor());
+    showStyles_(panel_->lineStyle(), panel_->fillStyle());
 }
 
 void CylinderShape::guiChanged_() {
@@ -497,11 +494,7 @@ void CylinderShape::guiChanged_() {
     if (survives && end) setEndAngle(*end);
     if (survives && (x || y) && (startAnglePoint_ || endAnglePoint_)) updatePoints();
     if (!survives || !panel_) return;
-    const LineStyleGUI& line = panel_->lineStyle();
-    if (line.color() != lineColor() || line.width() != lineWidth()) setLineFromGui(line);
-    if (!survives || !panel_) return;
-    const FillStyleGUI& fill = panel_->fillStyle();
-    if (fill.filled() != filled() || fill.color() != fillColor()) setFillFromGui(fill);
+    takeStyles_(panel_->lineStyle(), panel_->fillStyle());
     if (survives) fillGui();
 }
 

@@ -132,9 +132,37 @@ std::pair<Vec3, Vec3> FreeDrawShape::boundingBox() const {
     return bounds;
 }
 
-void FreeDrawShape::createGui(Preferences*, PIGUI::PICanvas*) {}
-void FreeDrawShape::notifyPrefsUpdate() {}
-void FreeDrawShape::fillGui() {}
-void FreeDrawShape::deleteGui() {}
+void FreeDrawShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
+    auto* const equipment = ShapeEquipment::installed();
+    if (!equipment || !preferences || !canvas) return;
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    fillGui();
+}
+
+void FreeDrawShape::deleteGui() {
+    panel_.reset();
+}
+
+void FreeDrawShape::notifyPrefsUpdate() {
+    if (panel_) panel_->notifyPrefsUpdate();
+    fillGui();
+}
+
+void FreeDrawShape::fillGui() {
+    if (!panel_) return;
+    panel_->setDrawCheck(shown());
+    panel_->setPixelPrecision(pixelPrecision_);
+    showLine_(panel_->lineStyle());
+}
+
+void FreeDrawShape::guiChanged_() {
+    if (!panel_) return;
+    setPixelPrecision(panel_->pixelPrecision());
+    const bool drawn = panel_->drawCheck();
+    const Survival survives(*this);
+    if (drawn != shown()) setShown(drawn);
+    if (survives && panel_ && lineDiffers_(panel_->lineStyle())) setLineFromGui(panel_->lineStyle());
+    if (survives) fillGui();
+}
 
 }  // namespace OverlayEditor

@@ -63,10 +63,12 @@ class FreeDrawShape : public PointsContainer, public BaseFilledShape {
     /// Where a point stands; the line is lines_.size() behind the last point.
     Place placeOf_(unsigned long index) const;
     void append_(const halCore::Vec3& lla);
+    void guiChanged_();
 
     std::vector<LinePoints> lines_;
     int pixelPrecision_ = kDefaultPixelPrecision;
-    // Last: a tool that touches the shape while it dies must find its data alive.
+    // Last, in this order: what touches the shape while it dies must find its data alive.
+    std::unique_ptr<FreeDrawPanel> panel_;
     MouseToolPtr ownTool_;
 };
 

@@ -5,6 +5,7 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "model/ReferenceMove.h"
+#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -105,9 +106,59 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
     return bounds;
 }
 
-void OrbitShape::createGui(Preferences*, PIGUI::PICanvas*) {}
-void OrbitShape::notifyPrefsUpdate() {}
-void OrbitShape::fillGui() {}
-void OrbitShape::deleteGui() {}
+void OrbitShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
+    auto* const equipment = ShapeEquipment::installed();
+    if (!equipment || !preferences || !canvas) return;
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    fillGui();
+}
+
+void OrbitShape::deleteGui() {
+    panel_.reset();
+}
+
+void OrbitShape::notifyPrefsUpdate() {
+    if (panel_) panel_->notifyPrefsUpdate();
+    fillGui();
+}
+
+void OrbitShape::fillGui() {
+    if (!panel_) return;
+    Vec3 ground;
+    if (!isComplete()) Utils::getDefaultLla(ground);
+    shownCenter_ = centerPt() ? centerPt()->getPosition() : ground;
+    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
+    panel_->setDrawCheck(shown());
+    panel_->setCenterLla(shownCenter_);
+    panel_->setCenterLla2(centerPt2() ? centerPt2()->getPosition() : ground);
+    panel_->setRadius(minorAxis());
+    showStyles_(panel_->lineStyle(), panel_->fillStyle());
+}
+
+void OrbitShape::moveFirstCenter_(const Vec3& lla) {
+    const bool hasRadius = minorAxisPt() != nullptr;
+    const double radius = minorAxis();
+    const Survival survives(*this);
+    setCenter(lla);
+    if (survives && hasRadius) setMinorRadius(radius);
+}
+
+void OrbitShape::guiChanged_() {
+    if (!panel_) return;
+    const auto first = panel_->centerLla();
+    const auto second = panel_->centerLla2();
+    const auto radius = panel_->radius();
+    const bool drawn = panel_->drawCheck();
+
+    const Survival survives(*this);
+    if (drawn != shown()) setShown(drawn);
+    if (survives && first) moveFirstCenter_(*first);
+    if (survives && second) setCenter2(*second);
+    // The radius is marked from the first centre: the one that stands in the panel, if need be.
+    if (survives && radius && !centerPt()) setCenter(shownCenter_);
+    if (survives && radius) setMinorRadius(*radius);
+    if (survives && panel_) takeStyles_(panel_->lineStyle(), panel_->fillStyle());
+    if (survives) fillGui();
+}
 
 }  // namespace OverlayEditor

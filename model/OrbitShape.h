@@ -42,7 +42,14 @@ class OrbitShape : public CylinderShape {
   private:
     // On an orbit it would move the second centre.
     using CylinderShape::setMajorRadius;
-    // Last: a tool that touches the shape while it dies must find its data alive.
+    /// The second centre stays, and the radius keeps its number.
+    void moveFirstCenter_(const halCore::Vec3& lla);
+    void guiChanged_();
+
+    /// The first centre that the panel shows while there is none.
+    halCore::Vec3 shownCenter_;
+    // Last, in this order: what touches the shape while it dies must find its data alive.
+    std::unique_ptr<OrbitPanel> panel_;
     MouseToolPtr ownTool_;
 };
 

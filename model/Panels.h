@@ -45,17 +45,22 @@ class ShapePanel {
   public:
     virtual ~ShapePanel() = default;
 
-    virtual void setDrawCheck(bool drawn) = 0;
-    virtual bool drawCheck() const = 0;
     /// Used to show positions relative to a platform; null for absolute. Not owned.
     virtual void setPointConverter(PointConverter* converter) = 0;
     /// Units or precision changed: every field is labelled and shown anew.
     virtual void notifyPrefsUpdate() = 0;
 };
 
+/// A panel whose check button draws or hides the shape.
+class CheckedPanel : public ShapePanel {
+  public:
+    virtual void setDrawCheck(bool drawn) = 0;
+    virtual bool drawCheck() const = 0;
+};
+
 /// Panel of the circular shapes. Which fields it has depends on the subtype; setters of fields it does not
 /// have do nothing, their getters answer nothing. Lengths in metres, angles in radians.
-class CylinderPanel : public ShapePanel {
+class CylinderPanel : public CheckedPanel {
   public:
     virtual void setCenterLla(const halCore::Vec3& lla) = 0;
     virtual std::optional<halCore::Vec3> centerLla() const = 0;
@@ -73,7 +78,7 @@ class CylinderPanel : public ShapePanel {
 };
 
 /// Panel of the orbit. Lengths in metres.
-class OrbitPanel : public ShapePanel {
+class OrbitPanel : public CheckedPanel {
   public:
     virtual void setCenterLla(const halCore::Vec3& lla) = 0;
     virtual std::optional<halCore::Vec3> centerLla() const = 0;
@@ -86,38 +91,40 @@ class OrbitPanel : public ShapePanel {
 };
 
 /// Panel of lines and polygons. Its list of points edits the shape's points itself.
-class PolygonPanel : public ShapePanel {
+class PolygonPanel : public CheckedPanel {
   public:
     /// Shows the shape's points; the shape must outlive the panel.
     virtual void setShape(PolygonShape& shape) = 0;
-    /// Shows one point anew, if it is the one in view; and the number of points.
+    /// Goes to a point that was changed, and shows it and the number of points.
     virtual void refreshPoint(unsigned long index) = 0;
     virtual LineStyleGUI& lineStyle() = 0;
     virtual FillStyleGUI& fillStyle() = 0;
 };
 
-/// Panel of rectangles and triangles: an anchor, the centre or the first corner, and the size or the other
-/// corner. Lengths in metres, width to the east and height to the north.
-class RectanglePanel : public ShapePanel {
+/// Panel of rectangles and triangles: an anchor, the centre or the first corner, and either the size or the
+/// other corner, whichever the user has chosen. Lengths in metres, width to the east and height to the
+/// north. Once something is edited, the getters answer the rectangle that the fields describe.
+class RectanglePanel : public CheckedPanel {
   public:
-    /// The position of the anchor chosen in the panel: the centre, or the first corner.
     virtual void setAnchor(const halCore::Vec3& lla) = 0;
-    virtual std::optional<halCore::Vec3> anchor() const = 0;
     virtual void setAnchorCenter(bool center) = 0;
     virtual bool isAnchorCenter() const = 0;
     virtual void setLastCorner(const halCore::Vec3& lla) = 0;
-    /// Answers while the panel's source is the other corner, and it was edited.
-    virtual std::optional<halCore::Vec3> getLastCorner() const = 0;
     virtual void updateWidthHeight(double width, double height) = 0;
-    /// Answer while the panel's source is the size.
-    virtual std::optional<double> getWidth() const = 0;
-    virtual std::optional<double> getHeight() const = 0;
+
+    /// Whether the user has edited the anchor's position, the size or the corner since the setters.
+    virtual bool edited() const = 0;
+    virtual halCore::Vec3 anchor() const = 0;
+    virtual halCore::Vec3 getFirstCorner() const = 0;
+    virtual halCore::Vec3 getLastCorner() const = 0;
+    virtual double getWidth() const = 0;
+    virtual double getHeight() const = 0;
     virtual LineStyleGUI& lineStyle() = 0;
     virtual FillStyleGUI& fillStyle() = 0;
 };
 
 /// Panel of lines drawn by hand.
-class FreeDrawPanel : public ShapePanel {
+class FreeDrawPanel : public CheckedPanel {
   public:
     virtual void setPixelPrecision(int pixels) = 0;
     virtual int pixelPrecision() const = 0;
@@ -127,6 +134,8 @@ class FreeDrawPanel : public ShapePanel {
 /// Panel of labels.
 class AnnotationPanel : public ShapePanel {
   public:
+    virtual void setDraw(bool drawn) = 0;
+    virtual bool isDrawn() const = 0;
     virtual void setPosition(const halCore::Vec3& lla) = 0;
     virtual std::optional<halCore::Vec3> position() const = 0;
     /// Red in the top byte, alpha in the lowest.

@@ -57,7 +57,9 @@ void PolygonShape::put_(unsigned long index, const Vec3& point) {
 
 void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) {
     put_(index, point);
+    const Survival survives(*this);
     dirty_();
+    if (survives && panel_) panel_->refreshPoint(index);
 }
 
 void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
@@ -66,10 +68,11 @@ void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
     if (survives) resetToolPoints_();
 }
 
-void PolygonShape::pointsChanged_() {
+void PolygonShape::pointsChanged_(unsigned long index) {
     const Survival survives(*this);
     dirty_();
     if (survives) resetToolPoints_();
+    if (survives && panel_) panel_->refreshPoint(index);
 }
 
 void PolygonShape::resetToolPoints_() {
@@ -81,12 +84,12 @@ void PolygonShape::insertPointAtIndex(unsigned long index, const Vec3& point) {
         points_.insert(points_.begin() + static_cast<std::ptrdiff_t>(index), point);
     else
         points_.push_back(point);
-    pointsChanged_();
+    pointsChanged_(index);
 }
 
 void PolygonShape::deletePointAtIndex(unsigned long index) {
     if (index < points_.size()) points_.erase(points_.begin() + static_cast<std::ptrdiff_t>(index));
-    pointsChanged_();
+    pointsChanged_(index);
 }
 
 void PolygonShape::clear() {
@@ -94,6 +97,7 @@ void PolygonShape::clear() {
     const Survival survives(*this);
     hide_();
     if (survives) resetToolPoints_();
+    if (survives) fillGui();
 }
 
 std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
@@ -106,9 +110,13 @@ std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
 }
 
 void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (!takeAttachment_(id, converter) || points_.empty()) return;
-    if (converter) convertAbsolutePoints_(*converter, anchorCenter);
-    pointsChanged_();
+    const Survival survives(*this);
+    if (takeAttachment_(id, converter) && !points_.empty()) {
+        if (converter) convertAbsolutePoints_(*converter, anchorCenter);
+        dirty_();
+        if (survives) resetToolPoints_();
+    }
+    if (survives) fillGui();
 }
 
 void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anchorCenter) {
@@ -125,9 +133,37 @@ void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anc
     points_ = std::move(moved);
 }
 
-void PolygonShape::createGui(Preferences*, PIGUI::PICanvas*) {}
-void PolygonShape::notifyPrefsUpdate() {}
-void PolygonShape::fillGui() {}
-void PolygonShape::deleteGui() {}
+void PolygonShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
+    auto* const equipment = ShapeEquipment::installed();
+    if (!equipment || !preferences || !canvas) return;
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    fillGui();
+}
+
+void PolygonShape::deleteGui() {
+    panel_.reset();
+}
+
+void PolygonShape::notifyPrefsUpdate() {
+    if (panel_) panel_->notifyPrefsUpdate();
+    fillGui();
+}
+
+void PolygonShape::fillGui() {
+    if (!panel_) return;
+    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
+    panel_->setDrawCheck(shown());
+    panel_->setShape(*this);
+    showStyles_(panel_->lineStyle(), panel_->fillStyle());
+}
+
+void PolygonShape::guiChanged_() {
+    if (!panel_) return;
+    const bool drawn = panel_->drawCheck();
+    const Survival survives(*this);
+    if (drawn != shown()) setShown(drawn);
+    if (survives && panel_) takeStyles_(panel_->lineStyle(), panel_->fillStyle());
+    if (survives) fillGui();
+}
 
 }  // namespace OverlayEditor

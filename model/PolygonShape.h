@@ -49,13 +49,15 @@ class PolygonShape : public PointsContainer, public BaseFilledShape {
   private:
     void convertAbsolutePoints_(const PointConverter& target, bool anchorCenter);
     void put_(unsigned long index, const halCore::Vec3& point);
-    /// Refreshes after a change of the list that the tool did not make.
-    void pointsChanged_();
+    /// Refreshes after a change of the list, at an index, that the tool did not make.
+    void pointsChanged_(unsigned long index);
     void resetToolPoints_();
+    void guiChanged_();
 
     Subtype subtype_;
     std::vector<halCore::Vec3> points_;
-    // Last: a tool that touches the shape while it dies must find its data alive.
+    // Last, in this order: what touches the shape while it dies must find its data alive.
+    std::unique_ptr<PolygonPanel> panel_;
     MouseToolPtr ownTool_;
 };
 

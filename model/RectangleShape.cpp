@@ -6,6 +6,7 @@
 #include "geo/Angles.h"
 #include "model/LongitudeWalk.h"
 #include "model/ReferenceMove.h"
+#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -124,6 +125,7 @@ void RectangleShape::setFromCenter(const Vec3& center, double width, double heig
 void RectangleShape::clear() {
     first_.reset();
     last_.reset();
+    typedAnchor_.reset();
     hide_();
 }
 
@@ -137,7 +139,11 @@ std::pair<Vec3, Vec3> RectangleShape::boundingBox() const {
 }
 
 void RectangleShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchor) {
-    if (!takeAttachment_(id, converter)) return;
+    const Survival survives(*this);
+    if (!takeAttachment_(id, converter)) {
+        if (survives) fillGui();
+        return;
+    }
     if (first_ && converter && anchor) {
         const ReferenceMove move(anchorCenter() && last_ ? center() : *first_, *converter);
         const auto first = move(*first_);
@@ -153,6 +159,7 @@ void RectangleShape::setAttachedPlatformId(unsigned long id, PointConverter* con
         }
     }
     dirty_();
+    if (survives) fillGui();
 }
 
 std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst) const {
@@ -166,9 +173,68 @@ std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst)
            " Height: " + units.formatRange(std::abs(size.height)) + " " + unit;
 }
 
-void RectangleShape::createGui(Preferences*, PIGUI::PICanvas*) {}
-void RectangleShape::notifyPrefsUpdate() {}
-void RectangleShape::fillGui() {}
-void RectangleShape::deleteGui() {}
+void RectangleShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
+    auto* const equipment = ShapeEquipment::installed();
+    if (!equipment || !preferences || !canvas) return;
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    fillGui();
+}
+
+void RectangleShape::deleteGui() {
+    panel_.reset();
+}
+
+void RectangleShape::notifyPrefsUpdate() {
+    if (panel_) panel_->notifyPrefsUpdate();
+    fillGui();
+}
+
+void RectangleShape::fillGui() {
+    if (!panel_) return;
+    Vec3 anchor;
+    if (isComplete())
+        anchor = anchorCenter() ? center() : *first_;
+    else if (typedAnchor_)
+        anchor = *typedAnchor_;
+    else if (first_)
+        anchor = *first_;
+    else
+        Utils::getDefaultLla(anchor);
+    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
+    panel_->setDrawCheck(shown());
+    panel_->setAnchorCenter(anchorCenter());
+    panel_->setAnchor(anchor);
+    panel_->setLastCorner(last_.value_or(anchor));
+    panel_->updateWidthHeight(width(), height());
+    showStyles_(panel_->lineStyle(), panel_->fillStyle());
+}
+
+void RectangleShape::takeGeometry_() {
+    const RectangleGeometry::Size size{panel_->getWidth(), panel_->getHeight()};
+    const Vec3 anchor = panel_->anchor();
+    if (!isComplete() && size.width == 0.0 && size.height == 0.0) {
+        // A place without a size is no rectangle yet.
+        typedAnchor_ = anchor;
+        return;
+    }
+    const RectangleGeometry::Corners corners{panel_->getFirstCorner(), panel_->getLastCorner()};
+    first_ = corners.first;
+    last_ = corners.last;
+    set_ = SetSize{size, panel_->isAnchorCenter() ? std::optional(anchor) : std::nullopt, corners};
+    typedAnchor_.reset();
+    dirty_();
+}
+
+void RectangleShape::guiChanged_() {
+    if (!panel_) return;
+    const bool drawn = panel_->drawCheck();
+    const bool centered = panel_->isAnchorCenter();
+    const Survival survives(*this);
+    if (panel_->edited()) takeGeometry_();
+    if (survives && centered != anchorCenter()) setAnchorCenter(centered);
+    if (survives && drawn != shown()) setShown(drawn);
+    if (survives && panel_) takeStyles_(panel_->lineStyle(), panel_->fillStyle());
+    if (survives) fillGui();
+}
 
 }  // namespace OverlayEditor

@@ -68,12 +68,18 @@ class RectangleShape : public BaseFilledShape {
 
     const SetSize* kept_() const;
     void level_(double altitude);
+    /// Takes over the rectangle that the panel's fields describe.
+    void takeGeometry_();
+    void guiChanged_();
 
     Subtype subtype_;
     std::optional<halCore::Vec3> first_;
     std::optional<halCore::Vec3> last_;
     std::optional<SetSize> set_;
-    // Last: a tool that touches the shape while it dies must find its data alive.
+    /// An anchor typed before there was a size.
+    std::optional<halCore::Vec3> typedAnchor_;
+    // Last, in this order: what touches the shape while it dies must find its data alive.
+    std::unique_ptr<RectanglePanel> panel_;
     MouseToolPtr ownTool_;
 };
 

@@ -2,18 +2,13 @@
 
 #include <utility>
 
-#include "gui/CylinderGui.h"
+#include "gui/MakePanel.h"
 #include "tools/MakeMouseTool.h"
 
 namespace OverlayEditor {
 
 MouseToolPtr Equipment::makeTool(const Preferences& preferences, CylinderShape& shape) {
     return makeMouseTool(preferences, shape);
-}
-
-std::unique_ptr<CylinderPanel> Equipment::makePanel(const CylinderShape& shape, Preferences& preferences,
-                                                    PIGUI::PICanvas& canvas, PanelChange change) {
-    return std::make_unique<CylinderGui>(shape.subtype(), preferences, canvas, std::move(change));
 }
 
 MouseToolPtr Equipment::makeTool(const Preferences& preferences, OrbitShape& shape) {
@@ -32,25 +27,29 @@ MouseToolPtr Equipment::makeTool(const Preferences& preferences, AnnotationShape
     return makeMouseTool(preferences, shape);
 }
 
-std::unique_ptr<OrbitPanel> Equipment::makePanel(const OrbitShape&, Preferences&, PIGUI::PICanvas&,
-                                                 PanelChange) {
-    return nullptr;
+std::unique_ptr<CylinderPanel> Equipment::makePanel(const CylinderShape& shape, Preferences& preferences,
+                                                    PIGUI::PICanvas& canvas, PanelChange change) {
+    return makeShapePanel(shape, preferences, canvas, std::move(change));
 }
-std::unique_ptr<PolygonPanel> Equipment::makePanel(const PolygonShape&, Preferences&, PIGUI::PICanvas&,
-                                                   PanelChange) {
-    return nullptr;
+std::unique_ptr<OrbitPanel> Equipment::makePanel(const OrbitShape& shape, Preferences& preferences,
+                                                 PIGUI::PICanvas& canvas, PanelChange change) {
+    return makeShapePanel(shape, preferences, canvas, std::move(change));
 }
-std::unique_ptr<RectanglePanel> Equipment::makePanel(const RectangleShape&, Preferences&, PIGUI::PICanvas&,
-                                                     PanelChange) {
-    return nullptr;
+std::unique_ptr<PolygonPanel> Equipment::makePanel(const PolygonShape& shape, Preferences& preferences,
+                                                   PIGUI::PICanvas& canvas, PanelChange change) {
+    return makeShapePanel(shape, preferences, canvas, std::move(change));
 }
-std::unique_ptr<FreeDrawPanel> Equipment::makePanel(const FreeDrawShape&, Preferences&, PIGUI::PICanvas&,
-                                                    PanelChange) {
-    return nullptr;
+std::unique_ptr<RectanglePanel> Equipment::makePanel(const RectangleShape& shape, Preferences& preferences,
+                                                     PIGUI::PICanvas& canvas, PanelChange change) {
+    return makeShapePanel(shape, preferences, canvas, std::move(change));
 }
-std::unique_ptr<AnnotationPanel> Equipment::makePanel(const AnnotationShape&, Preferences&, PIGUI::PICanvas&,
-                                                      PanelChange) {
-    return nullptr;
+std::unique_ptr<FreeDrawPanel> Equipment::makePanel(const FreeDrawShape& shape, Preferences& preferences,
+                                                    PIGUI::PICanvas& canvas, PanelChange change) {
+    return makeShapePanel(shape, preferences, canvas, std::move(change));
+}
+std::unique_ptr<AnnotationPanel> Equipment::makePanel(const AnnotationShape& shape, Preferences& preferences,
+                                                      PIGUI::PICanvas& canvas, PanelChange change) {
+    return makeShapePanel(shape, preferences, canvas, std::move(change));
 }
 
 }  // namespace OverlayEditor

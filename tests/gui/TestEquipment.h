@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "gui/CylinderGui.h"
+#include "gui/MakePanel.h"
 #include "model/ShapeEquipment.h"
 #include "tools/MakeMouseTool.h"
 
@@ -41,32 +41,36 @@ class TestEquipment final : public OverlayEditor::ShapeEquipment {
                                                             OverlayEditor::Preferences& preferences,
                                                             PIGUI::PICanvas& canvas,
                                                             OverlayEditor::PanelChange change) override {
-        return std::make_unique<OverlayEditor::CylinderGui>(shape.subtype(), preferences, canvas,
-                                                            std::move(change));
+        return OverlayEditor::makeShapePanel(shape, preferences, canvas, std::move(change));
     }
-    std::unique_ptr<OverlayEditor::OrbitPanel> makePanel(const OverlayEditor::OrbitShape&,
-                                                         OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                         OverlayEditor::PanelChange) override {
-        return nullptr;
+    std::unique_ptr<OverlayEditor::OrbitPanel> makePanel(const OverlayEditor::OrbitShape& shape,
+                                                         OverlayEditor::Preferences& preferences,
+                                                         PIGUI::PICanvas& canvas,
+                                                         OverlayEditor::PanelChange change) override {
+        return OverlayEditor::makeShapePanel(shape, preferences, canvas, std::move(change));
     }
-    std::unique_ptr<OverlayEditor::PolygonPanel> makePanel(const OverlayEditor::PolygonShape&,
-                                                           OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                           OverlayEditor::PanelChange) override {
-        return nullptr;
+    std::unique_ptr<OverlayEditor::PolygonPanel> makePanel(const OverlayEditor::PolygonShape& shape,
+                                                           OverlayEditor::Preferences& preferences,
+                                                           PIGUI::PICanvas& canvas,
+                                                           OverlayEditor::PanelChange change) override {
+        return OverlayEditor::makeShapePanel(shape, preferences, canvas, std::move(change));
     }
-    std::unique_ptr<OverlayEditor::RectanglePanel> makePanel(const OverlayEditor::RectangleShape&,
-                                                             OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                             OverlayEditor::PanelChange) override {
-        return nullptr;
+    std::unique_ptr<OverlayEditor::RectanglePanel> makePanel(const OverlayEditor::RectangleShape& shape,
+                                                             OverlayEditor::Preferences& preferences,
+                                                             PIGUI::PICanvas& canvas,
+                                                             OverlayEditor::PanelChange change) override {
+        return OverlayEditor::makeShapePanel(shape, preferences, canvas, std::move(change));
     }
-    std::unique_ptr<OverlayEditor::FreeDrawPanel> makePanel(const OverlayEditor::FreeDrawShape&,
-                                                            OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                            OverlayEditor::PanelChange) override {
-        return nullptr;
+    std::unique_ptr<OverlayEditor::FreeDrawPanel> makePanel(const OverlayEditor::FreeDrawShape& shape,
+                                                            OverlayEditor::Preferences& preferences,
+                                                            PIGUI::PICanvas& canvas,
+                                                            OverlayEditor::PanelChange change) override {
+        return OverlayEditor::makeShapePanel(shape, preferences, canvas, std::move(change));
     }
-    std::unique_ptr<OverlayEditor::AnnotationPanel> makePanel(const OverlayEditor::AnnotationShape&,
-                                                              OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                              OverlayEditor::PanelChange) override {
-        return nullptr;
+    std::unique_ptr<OverlayEditor::AnnotationPanel> makePanel(const OverlayEditor::AnnotationShape& shape,
+                                                              OverlayEditor::Preferences& preferences,
+                                                              PIGUI::PICanvas& canvas,
+                                                              OverlayEditor::PanelChange change) override {
+        return OverlayEditor::makeShapePanel(shape, preferences, canvas, std::move(change));
     }
 };

@@ -1,0 +1,106 @@
+#include "gui/PointsGui.h"
+
+#include <algorithm>
+#include <string>
+
+#include "geo/Sodano.h"
+#include "model/Utils.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+PointsGui::PointsGui(PIGUI::PICanvas& table, const Preferences& preferences, bool closed)
+    : closed_(closed),
+      caption_(&table, "Points"),
+      buttons_(&table, PIGUI::PILayoutFillX),
+      previous_(&buttons_, "<-\tPrevious point", callbacks_.make(&PointsGui::onCmdPrevious)),
+      next_(&buttons_, "->\tNext point", callbacks_.make(&PointsGui::onCmdNext)),
+      insert_(&buttons_, "Insert\tInsert a point before the current one",
+              callbacks_.make(&PointsGui::onCmdInsert)),
+      delete_(&buttons_, "Delete\tDelete the current point", callbacks_.make(&PointsGui::onCmdDelete)),
+      filler_(&table, ""),
+      name_(&table, "Point"),
+      counter_(&table, ""),
+      counterFiller_(&table, ""),
+      point_(table, preferences, [this] { onCmdChange_(); }) {}
+
+void PointsGui::setPoints(PointsContainer& points) {
+    if (points_ != &points) index_ = 0;
+    points_ = &points;
+    show_();
+}
+
+void PointsGui::refreshPoint(unsigned long index) {
+    const unsigned long count = points_ ? points_->getNumPoints() : 0;
+    index_ = count > 0 ? std::min(index, count - 1) : 0;
+    show_();
+}
+
+void PointsGui::setPointConverter(PointConverter* converter) {
+    converter_ = converter;
+    point_.setPointConverter(converter);
+}
+
+void PointsGui::show_() {
+    if (!points_) return;
+    const unsigned long count = points_->getNumPoints();
+    index_ = std::min(index_, count);
+    const bool isNew = index_ == count;
+    name_.updateValue(isNew ? "New Point" : "Point");
+    counter_.updateValue(isNew ? std::string() : std::to_string(index_ + 1) + " of " + std::to_string(count));
+    point_.setPosition(isNew ? newPoint_() : points_->pointAtIndex(index_));
+    previous_.setEnabled(index_ > 0);
+    next_.setEnabled(!isNew);
+    delete_.setEnabled(!isNew);
+}
+
+Vec3 PointsGui::newPoint_() const {
+    const unsigned long count = points_->getNumPoints();
+    if (converter_) return points_->pointAtIndex(count);
+    if (count > 0) return points_->pointAtIndex(count - 1);
+    Vec3 ground;
+    Utils::getDefaultLla(ground);
+    return ground;
+}
+
+Vec3 PointsGui::inserted_() const {
+    const unsigned long count = points_->getNumPoints();
+    if (index_ >= count) return newPoint_();
+    const Vec3 current = points_->pointAtIndex(index_);
+    if (index_ == 0 && !closed_) return current;
+    const Vec3 before = points_->pointAtIndex((index_ + count - 1) % count);
+    const auto way = halCore::Sodano::inverse(before, current);
+    Vec3 middle = halCore::Sodano::direct(before, way.azimuth1, 0.5 * way.distance);
+    middle.setAlt(0.5 * (before.alt() + current.alt()));
+    return middle;
+}
+
+int PointsGui::onCmdPrevious(PIObject*, void*) {
+    if (index_ > 0) --index_;
+    show_();
+    return 1;
+}
+
+int PointsGui::onCmdNext(PIObject*, void*) {
+    ++index_;
+    show_();
+    return 1;
+}
+
+int PointsGui::onCmdInsert(PIObject*, void*) {
+    if (points_) points_->insertPointAtIndex(index_, inserted_());
+    return 1;
+}
+
+int PointsGui::onCmdDelete(PIObject*, void*) {
+    if (points_) points_->deletePointAtIndex(index_);
+    return 1;
+}
+
+void PointsGui::onCmdChange_() {
+    const auto edited = point_.edited();
+    if (points_ && edited) points_->setPointAtIndex(index_, *edited);
+}
+
+}  // namespace OverlayEditor
