@@ -66,7 +66,6 @@ class Placement {
     double pitch() const { return pitch_; }
     double roll() const { return roll_; }
     const Vec3& scale() const { return scale_; }
-    bool clamped() const { return clamped_; }
     bool extruded() const { return extruded_; }
     std::optional<double> extrudeHeight() const { return extrudeHeight_; }
 
@@ -80,8 +79,16 @@ class Placement {
             result = *placed;
         }
         if (std::abs(result.lat()) > kPi / 2) return std::nullopt;
-        result.setAlt(clamped_ ? 0.0 : result.alt() + altitudeOffset_);
+        result.setAlt(altitude(result.alt()));
         return result;
+    }
+    /// The altitude at which a shape's own one is drawn.
+    double altitude(double own) const { return clamped_ ? 0.0 : own + altitudeOffset_; }
+    /// Whether flat shapes and bodies lean: what lies on the ground, or reaches down to it, stands upright.
+    bool leans() const { return (pitch_ != 0.0 || roll_ != 0.0) && !clamped_ && !extruded_; }
+    /// Where an extruded shape ends: so far above its own points, or else on the ground.
+    Vec3 extrusionOf(const Vec3& p) const {
+        return {p.lat(), p.lon(), extrudeHeight_ ? p.alt() + *extrudeHeight_ : 0.0};
     }
 
   private:
@@ -142,19 +149,25 @@ void addLine(const GeodeticPath& path, bool closed, const ShapeStyle& style, Dra
     out.lines.push_back(std::move(line));
 }
 
-/// An area or a line on the ground or at an altitude, with its curtain when it is extruded.
+/// An area or a line on the ground or at an altitude; when it is extruded, with its curtain, and with its
+/// other end if that is not on the ground.
 void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& middle,
              const Placement& placement, const ShapeStyle& style, DrawList& out) {
     if (path.empty()) return;
     if (style.filled && closed)
         out.meshes.push_back(fillRing(path, style.fillColor, middle, placement.tolerance()));
     if (placement.extruded()) {
-        const double altitude =
-            placement.extrudeHeight() ? path.front().alt() + *placement.extrudeHeight() : 0.0;
+        GeodeticPath end;
+        for (const Vec3& p : path) end.push_back(placement.extrusionOf(p));
         const Rgba color = style.filled ? style.fillColor
                                         : Rgba{style.lineColor.r, style.lineColor.g, style.lineColor.b,
                                                static_cast<std::uint8_t>(style.lineColor.a / 3)};
-        appendCurtain(path, altitude, closed, color, out);
+        appendCurtain(path, end, closed, color, out);
+        if (placement.extrudeHeight()) {
+            if (style.filled && closed)
+                out.meshes.push_back(fillRing(end, style.fillColor, middle, placement.tolerance()));
+            if (style.outlined || !closed) addLine(end, closed, style, out);
+        }
     }
     // A line is all outline: switching the outline off is meant for areas.
     if (style.outlined || !closed) addLine(path, closed, style, out);
@@ -199,6 +212,14 @@ void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement,
     addRing(path, closed, std::nullopt, placement, style, out);
 }
 
+/// The line from an extruded point to its other end.
+void addStem(const Vec3& point, const Placement& placement, Rgba color, DrawList& out) {
+    DrawList::Line stem;
+    stem.points = {toEcef(point), toEcef(placement.extrusionOf(point))};
+    stem.color = color;
+    out.lines.push_back(std::move(stem));
+}
+
 void appendDots(const ZEL::Points& shape, const Placement& placement, DrawList& out) {
     ZEL::Color color;
     shape.getColor(color);
@@ -212,12 +233,7 @@ void appendDots(const ZEL::Points& shape, const Placement& placement, DrawList& 
         dot.color = rgba(color);
         dot.width = static_cast<float>(std::clamp(size, 1, 255));
         out.lines.push_back(std::move(dot));
-        if (placement.extruded()) {
-            DrawList::Line stem = out.lines.back();
-            stem.width = 1.0F;
-            stem.points.push_back(toEcef(Vec3(placed->lat(), placed->lon(), 0.0)));
-            out.lines.push_back(std::move(stem));
-        }
+        if (placement.extruded()) addStem(*placed, placement, rgba(color), out);
     }
 }
 
@@ -284,7 +300,7 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
             edges = {0, last, last + 1};
             ring.push_back(center);
         }
-        if (height != 0.0 && !placement.clamped())
+        if (height != 0.0)
             appendPrism(ring, height, whole ? std::optional(center) : std::nullopt, edges, style,
                         placement.tolerance(), out);
         else
@@ -299,31 +315,32 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
     if (style.filled) {
         GeodeticPath slice = ring;
         slice.push_back(center);
-        out.meshes.push_back(fillRing(slice, style.fillColor, std::nullopt, placement.tolerance()));
+        ShapeStyle area = style;
+        area.outlined = false;
+        addRing(slice, true, std::nullopt, placement, area, out);
+        if (style.outlined) addLine(ring, false, style, out);
+        return;
     }
-    if (style.outlined || !style.filled) addLine(ring, false, style, out);
+    addRing(ring, false, std::nullopt, placement, style, out);
 }
 
-void appendCircular(const ZEL::CircularShape& shape, const Placement& placement, DrawList& out) {
-    Vec3 own;
-    if (shape.getCenterPosition(own) != 0 && !placement.relative()) return;
-    const std::optional<Vec3> center = placement.place(own);
-    if (!center) return;
+void appendRound(const ZEL::CircularShape& shape, const Vec3& center, const Placement& placement,
+                 DrawList& out) {
     double radius = 0.0;
     shape.getRadius(radius);
     if (!std::isfinite(radius) || radius < 0.0) return;
     const ShapeStyle style = styleOf(shape);
     const Vec3& scale = placement.scale();
     if (const auto* elliptical = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
-        appendElliptical(*elliptical, *center, radius, placement, style, out);
+        appendElliptical(*elliptical, center, radius, placement, style, out);
         return;
     }
-    const BodyFrame frame = bodyFrame(*center, placement.yaw(), placement.pitch(), placement.roll());
+    const BodyFrame frame = bodyFrame(center, placement.yaw(), placement.pitch(), placement.roll());
     switch (shape.shapeType()) {
         case ZEL::ShapeType::Sphere:
         case ZEL::ShapeType::Hemisphere:
             if (radius > 0.0)
-                appendEllipsoid(*center, frame, {radius * scale.x(), radius * scale.y(), radius * scale.z()},
+                appendEllipsoid(center, frame, {radius * scale.x(), radius * scale.y(), radius * scale.z()},
                                 shape.shapeType() == ZEL::ShapeType::Hemisphere, style, placement.tolerance(),
                                 out);
             return;
@@ -337,12 +354,12 @@ void appendCircular(const ZEL::CircularShape& shape, const Placement& placement,
             const auto [east, north] = halfAxes(major, hasMajor, minor, hasMinor, radius);
             if (ellipsoid.getHeight(height) != 0 || !(height > 0.0)) height = std::max(east, north);
             if (east > 0.0 && north > 0.0)
-                appendEllipsoid(*center, frame, {east * scale.x(), north * scale.y(), height * scale.z()},
+                appendEllipsoid(center, frame, {east * scale.x(), north * scale.y(), height * scale.z()},
                                 false, style, placement.tolerance(), out);
             return;
         }
         case ZEL::ShapeType::Orbit:
-            appendOrbit(static_cast<const ZEL::Orbit&>(shape), *center, radius * scale.x(), placement, style,
+            appendOrbit(static_cast<const ZEL::Orbit&>(shape), center, radius * scale.x(), placement, style,
                         out);
             return;
         default:
@@ -351,17 +368,59 @@ void appendCircular(const ZEL::CircularShape& shape, const Placement& placement,
     if (!(radius > 0.0)) return;
     const GeodeticPath ring =
         scale.x() == scale.y()
-            ? geodesicArc(*center, std::abs(radius * scale.x()), placement.yaw(), 2.0 * kPi,
+            ? geodesicArc(center, std::abs(radius * scale.x()), placement.yaw(), 2.0 * kPi,
                           placement.tolerance())
-            : ellipticalArc(*center, std::abs(radius * scale.x()), std::abs(radius * scale.y()),
+            : ellipticalArc(center, std::abs(radius * scale.x()), std::abs(radius * scale.y()),
                             placement.yaw(), placement.yaw(), 2.0 * kPi, placement.tolerance());
     if (shape.shapeType() == ZEL::ShapeType::Cone) {
         double height = 0.0;
         static_cast<const ZEL::Cone&>(shape).getHeight(height);
-        appendCone(*center, ring, height * scale.z(), style, placement.tolerance(), out);
+        appendCone(center, ring, height * scale.z(), style, placement.tolerance(), out);
         return;
     }
     addRing(ring, true, center, placement, style, out);
+}
+
+/// Turns what was added to a list, made level, about a centre into a leaning frame.
+class Leaning {
+  public:
+    explicit Leaning(const DrawList& out) : meshes_(out.meshes.size()), lines_(out.lines.size()) {}
+
+    void apply(const Vec3& center, const Placement& placement, DrawList& out) const {
+        const Ecef origin = toEcef(center);
+        const BodyFrame level = bodyFrame(center, placement.yaw(), 0.0, 0.0);
+        const BodyFrame leaning = bodyFrame(center, placement.yaw(), placement.pitch(), placement.roll());
+        const auto turn = [&](std::vector<Ecef>& points) {
+            for (Ecef& p : points) {
+                const Ecef v = p - origin;
+                p = origin + leaning.right * dot(v, level.right) + leaning.forward * dot(v, level.forward) +
+                    leaning.up * dot(v, level.up);
+            }
+        };
+        for (std::size_t i = meshes_; i < out.meshes.size(); ++i) turn(out.meshes[i].vertices);
+        for (std::size_t i = lines_; i < out.lines.size(); ++i) turn(out.lines[i].points);
+    }
+
+  private:
+    std::size_t meshes_;
+    std::size_t lines_;
+};
+
+/// Whether pitch and roll are still to be applied: balls are made in their frame, and a racetrack is held
+/// by its two centres.
+bool isMadeLevel(ZEL::ShapeType type) {
+    return type != ZEL::ShapeType::Sphere && type != ZEL::ShapeType::Hemisphere &&
+           type != ZEL::ShapeType::Ellipsoid && type != ZEL::ShapeType::Orbit;
+}
+
+void appendCircular(const ZEL::CircularShape& shape, const Placement& placement, DrawList& out) {
+    Vec3 own;
+    if (shape.getCenterPosition(own) != 0 && !placement.relative()) return;
+    const std::optional<Vec3> center = placement.place(own);
+    if (!center) return;
+    const Leaning leaning(out);
+    appendRound(shape, *center, placement, out);
+    if (placement.leans() && isMadeLevel(shape.shapeType())) leaning.apply(*center, placement, out);
 }
 
 void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawList& out) {
@@ -371,7 +430,7 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
     const double west = box.west();
     const double north = std::clamp(std::max(box.north(), box.south()), -kPi / 2, kPi / 2);
     const double south = std::clamp(std::min(box.north(), box.south()), -kPi / 2, kPi / 2);
-    const double altitude = placement.clamped() ? 0.0 : box.altitude();
+    const double altitude = placement.altitude(box.altitude());
     // Along parallels and meridians, in pieces of a quarter of a degree at most.
     constexpr double kPiece = kPi / 720;
     const auto side = [](double extent) { return std::max(8, static_cast<int>(std::ceil(extent / kPiece))); };
@@ -392,7 +451,7 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
     run(along, north, west, south, west);
     double height = 0.0;
     box.getHeight(height);
-    if (height != 0.0 && !placement.clamped())
+    if (height != 0.0)
         appendPrism(ring, height, std::nullopt, corners, style, placement.tolerance(), out);
     else
         addRing(ring, true, std::nullopt, placement, style, out);
@@ -419,6 +478,7 @@ void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawL
     label.outlineWidth = thickness == ZEL::OutlineThickness::Thick  ? 2
                          : thickness == ZEL::OutlineThickness::Thin ? 1
                                                                     : 0;
+    if (placement.extruded()) addStem(*placed, placement, label.color, out);
     if (!label.text.empty()) out.labels.push_back(std::move(label));
 }
 

@@ -18,7 +18,9 @@ namespace sandbox {
 /// Angles of arcs are azimuths (clockwise from north). An elliptical shape has its major axis east-west
 /// and its minor axis north-south, turned clockwise by the shape's heading. Relative shapes stand in the
 /// flat east-north-up frame about the shape's own reference point, else about `reference`; with neither
-/// they are not drawn. Shapes that are not drawn ("off") or lack what they need add nothing.
+/// they are not drawn. Pitch and roll lean a shape about its centre, unless it is clamped or extruded to the
+/// ground; they do not lean an orbit or a box. Shapes that are not drawn ("off") or lack what they need add
+/// nothing.
 void appendGeometry(const halCore::ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
                     double tolerance, DrawList& out);
 

@@ -203,13 +203,14 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double h
         out.lines.push_back(edgeLine({rim[i * rim.size() / kRibs], tip}, style, false));
 }
 
-void appendCurtain(const GeodeticPath& path, double altitude, bool closed, Rgba color, DrawList& out) {
+void appendCurtain(const GeodeticPath& path, const GeodeticPath& other, bool closed, Rgba color,
+                   DrawList& out) {
     if (path.size() < 2) return;
     DrawList::Mesh mesh;
     mesh.color = color;
-    for (const halCore::Vec3& p : path) {
-        mesh.vertices.push_back(toEcef(p));
-        mesh.vertices.push_back(toEcef(halCore::Vec3(p.lat(), p.lon(), altitude)));
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        mesh.vertices.push_back(toEcef(path[i]));
+        mesh.vertices.push_back(toEcef(other[i]));
     }
     const auto count = static_cast<std::uint32_t>(path.size());
     for (std::uint32_t i = 0; i + (closed ? 0U : 1U) < count; ++i) {

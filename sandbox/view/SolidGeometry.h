@@ -44,8 +44,8 @@ void appendPrism(const GeodeticPath& ring, double height, const std::optional<ha
 void appendCone(const halCore::Vec3& center, const GeodeticPath& ring, double height, const ShapeStyle& style,
                 double tolerance, DrawList& out);
 
-/// The curtain between a path and the same path at another altitude (its own altitude is replaced by
-/// `altitude`); open or closed.
-void appendCurtain(const GeodeticPath& path, double altitude, bool closed, Rgba color, DrawList& out);
+/// The curtain between two paths with the same number of points; open or closed.
+void appendCurtain(const GeodeticPath& path, const GeodeticPath& other, bool closed, Rgba color,
+                   DrawList& out);
 
 }  // namespace sandbox

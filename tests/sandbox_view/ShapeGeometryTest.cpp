@@ -406,6 +406,117 @@ TEST(ShapeGeometry, SolidsFaceOutwards) {
     }
 }
 
+/// The lowest and the highest altitude of everything drawn, metres.
+std::pair<double, double> altitudes(const DrawList& list) {
+    std::pair<double, double> range(1e9, -1e9);
+    const auto take = [&range](const std::vector<Ecef>& points) {
+        for (const Ecef& p : points) {
+            const double altitude = toGeodetic(p).alt();
+            range = {std::min(range.first, altitude), std::max(range.second, altitude)};
+        }
+    };
+    for (const DrawList::Mesh& mesh : list.meshes) take(mesh.vertices);
+    for (const DrawList::Line& line : list.lines) take(line.points);
+    return range;
+}
+
+void expectAltitudes(const char* what, const ZEL::ZelShape& shape, double low, double high) {
+    const auto [l, h] = altitudes(geometry(shape));
+    EXPECT_NEAR(l, low, 0.05) << what;
+    EXPECT_NEAR(h, high, 0.05) << what;
+}
+
+TEST(ShapeGeometry, AltitudeModesMoveBodiesButKeepTheirHeight) {
+    ZEL::Cylinder cylinder(false);
+    cylinder.setCenterPosition(at(30, 40, 100));
+    cylinder.setRadius(500.0);
+    cylinder.setHeight(300.0);
+    cylinder.setAltitudeOffset(50.0);
+    ZEL::LatLonAltBox box(false);
+    box.setNorth(0.101);
+    box.setSouth(0.1);
+    box.setEast(0.201);
+    box.setWest(0.2);
+    box.setAltitude(100.0);
+    box.setHeight(300.0);
+    box.setAltitudeOffset(50.0);
+    for (ZEL::ZelShape* shape : {static_cast<ZEL::ZelShape*>(&cylinder), static_cast<ZEL::ZelShape*>(&box)}) {
+        expectAltitudes("offset", *shape, 150, 450);
+        shape->setAltitudeMode(ZEL::AltitudeMode::ClampToGround);
+        expectAltitudes("clamped", *shape, 0, 300);
+    }
+}
+
+TEST(ShapeGeometry, ExtrusionReachesTheGroundOrItsHeightWithALid) {
+    ZEL::Polygon polygon(false);
+    for (const Vec3& corner : {at(10, 20, 200), at(10, 20.01, 300), at(10.01, 20, 400)})
+        polygon.addPoint(corner);
+    ZEL::Arc arc(false);
+    arc.setCenterPosition(at(10, 20, 200));
+    arc.setRadius(300.0);
+    arc.setAngleSweep(1.0);
+    ZEL::Points points(false);
+    points.addPoint(at(10, 20, 200));
+    polygon.setFilled(true);
+    polygon.setAltitudeMode(ZEL::AltitudeMode::Extrude);
+    arc.setAltitudeMode(ZEL::AltitudeMode::Extrude);
+    points.setAltitudeMode(ZEL::AltitudeMode::Extrude);
+    expectAltitudes("polygon to the ground", polygon, 0, 400);
+    expectAltitudes("arc to the ground", arc, 0, 200);
+    expectAltitudes("point to the ground", points, 0, 200);
+    EXPECT_EQ(geometry(polygon).meshes.size(), 2U) << "area and curtain";
+
+    polygon.setExtrudeHeight(1000.0);
+    arc.setExtrudeHeight(1000.0);
+    points.setExtrudeHeight(1000.0);
+    expectAltitudes("polygon", polygon, 200, 1400);
+    expectAltitudes("arc", arc, 200, 1200);
+    expectAltitudes("point", points, 200, 1200);
+    const DrawList list = geometry(polygon);
+    EXPECT_EQ(list.meshes.size(), 3U) << "area, curtain and lid";
+    EXPECT_EQ(list.lines.size(), 2U);
+}
+
+TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
+    const auto expectLean = [](ZEL::CircularShape& shape, const char* what) {
+        const Vec3 center = at(0, 0, 5000);
+        shape.setCenterPosition(center);
+        shape.setRadius(1000.0);
+        // Heading east: ahead is y, the right side -z, up x.
+        shape.setYawOffset(90 * kDegree);
+        const auto heightOf = [&](double ahead, double right) {
+            double best = 1e9, height = 0.0;
+            const DrawList list = geometry(shape);
+            for (const Ecef& p : list.lines.front().points) {
+                const Ecef v = p - toEcef(center);
+                const double off = std::hypot(v.y - ahead, v.z + right);
+                if (off < best) best = off, height = v.x;
+            }
+            EXPECT_LT(best, 20.0) << what;
+            return height;
+        };
+        const double less = 1000.0 * std::cos(30 * kDegree);
+        shape.setPitchOffset(30 * kDegree);
+        EXPECT_NEAR(heightOf(less, 0), 500.0, 2.0) << what;
+        EXPECT_NEAR(heightOf(-less, 0), -500.0, 2.0) << what;
+        EXPECT_NEAR(heightOf(0, 1000), 0.0, 12.0) << what;
+        shape.setPitchOffset(0.0);
+        shape.setRollOffset(30 * kDegree);
+        EXPECT_NEAR(heightOf(0, less), -500.0, 2.0) << what;
+        EXPECT_NEAR(heightOf(0, -less), 500.0, 2.0) << what;
+        shape.setAltitudeMode(ZEL::AltitudeMode::ClampToGround);
+        expectAltitudes(what, shape, 0, 0);
+    };
+    ZEL::Circle circle(false);
+    expectLean(circle, "circle");
+    ZEL::Ellipse ellipse(false);
+    ellipse.setMajorAxis(2000.0);
+    ellipse.setMinorAxis(2000.0);
+    expectLean(ellipse, "ellipse");
+    ZEL::Cylinder cylinder(false);
+    expectLean(cylinder, "cylinder");
+}
+
 TEST(ShapeGeometry, WhatIsOffOrIncompleteIsNotDrawn) {
     ZEL::Circle off(false);
     off.setCenterPosition(at(0, 0));
