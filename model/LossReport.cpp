@@ -3,8 +3,10 @@
 #include <algorithm>
 
 #include "common/Strings.h"
+#include "format/FileNumber.h"
 #include "format/Keyword.h"
 #include "format/LineTokens.h"
+#include "format/PlainPoint.h"
 #include "format/ZelShapes.h"
 #include "geo/Units.h"
 #include "model/ShapeLabel.h"
@@ -150,6 +152,19 @@ Fate fateOfAttribute(P parameter, std::string_view value, const ZEL::ZelShape& s
     }
 }
 
+/// Of a point that belongs to the shape. The reader passes over one that is no position without a message.
+Fate fateOfPoint(const ZEL::LineTokens& tokens, const ZEL::ZelShape& shape) {
+    if (tokens.count() < 3) return kKept;  // the reader's message
+    const auto isRead = [&](std::size_t word, halCore::AngleKind kind) {
+        return shape.isRelative() ? ZEL::readFileNumber(tokens[word]).has_value()
+                                  : ZEL::readFileDegrees(tokens[word], kind).has_value();
+    };
+    if (!isRead(1, halCore::AngleKind::Latitude) || !isRead(2, halCore::AngleKind::Longitude))
+        return {halNotify::Warning, "cannot be read and is dropped"};
+    return keptIf(tokens.count() == 3 || ZEL::readFileNumber(tokens[3]),
+                  {halNotify::Warning, "loses its altitude, which cannot be read"});
+}
+
 Fate fateOfShape(const ZEL::ZelShape& shape) {
     switch (shape.shapeType()) {
         case ShapeType::Points:
@@ -168,8 +183,10 @@ Fate fateOf(const ZEL::Keyword& keyword, const ZEL::LineTokens& tokens, const ZE
         case Action::AbsolutePoint:
         case Action::GridPoint:
         case Action::RelativePoint:
-            return keptIf((hasPoints(shape) || as<ZEL::Annotation>(shape)) &&
-                          shape.isRelative() == (keyword.action == Action::RelativePoint));
+            if ((!hasPoints(shape) && !as<ZEL::Annotation>(shape)) ||
+                shape.isRelative() != (keyword.action == Action::RelativePoint))
+                return kUnused;
+            return keyword.action == Action::GridPoint ? kKept : fateOfPoint(tokens, shape);
         case Action::Flag:
         case Action::Value:
         case Action::QuietValue:
@@ -211,6 +228,7 @@ class Walk {
         : shapes_(shapes), report_(report), reasons_(reasons), losses_(losses) {}
 
     void lines(std::string_view text) {
+        end_ = text.data() + text.size();
         constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
         if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
         while (!text.empty()) {
@@ -260,7 +278,11 @@ class Walk {
     /// The lines that a large file consists of.
     bool plainPoint_(std::string_view line) const {
         if (!shape_) return line.starts_with("lla ") || line.starts_with("xyz ");
-        return pointsTaken_ && line.starts_with(shape_->isRelative() ? "xyz " : "lla ");
+        if (!pointsTaken_ || !line.starts_with(shape_->isRelative() ? "xyz " : "lla ")) return false;
+        constexpr std::ptrdiff_t window = 80;
+        const char* const numbers = line.data() + 3;
+        halCore::Vec3 point;
+        return end_ - numbers >= window && ZEL::readPlainPoint(numbers, point);
     }
 
     void comment_(std::string_view line) {
@@ -281,6 +303,7 @@ class Walk {
     std::span<const std::string> reasons_;
     std::vector<ZEL::ParseMessage>& losses_;
     ZEL::LineTokens tokens_;
+    const char* end_ = nullptr;
     std::size_t number_ = 0;
     std::size_t next_ = 0;
     bool inside_ = false;

@@ -124,6 +124,7 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         {"ellipse\nmajoraxis 10\n", CylinderShape::Ellipse, 5, 5, 0},
         {"cylinder\nradius 3\nheight 4\n", CylinderShape::Cylinder, 3, 3, 4},
         {"ellipsoid\nradius 3\nminoraxis 4\nheight 0\n", CylinderShape::Ellipsoid, 3, 2, 0},
+        {"ellipsoid\nminoraxis 10\nheight 4\n", CylinderShape::Ellipsoid, 5, 5, 4},
         {"ellipsoid\nradius 3\nheight -2\n", CylinderShape::Ellipsoid, 3, 3, 1},
         {"cylinder\nradius 3\nangledeg 1\nangleunits bam\n", CylinderShape::Cylinder, 3, 3, 0},
         {"cylinder\nradius 3\nangledeg 90\n", CylinderShape::Wedge, 3, 3, 0, 0, 90},
@@ -191,6 +192,35 @@ TEST_F(OverlayFileTest, RelativeShapesCountFromTheirReferenceOrThePlatform) {
     const std::string messages = testing::internal::GetCapturedStderr();
     EXPECT_THAT(messages, HasSubstr("relative to a platform"));
     EXPECT_THAT(messages, HasSubstr("not on the globe"));
+}
+
+TEST_F(OverlayFileTest, PointThatCannotBeReadIsReported) {
+    const auto told = [this](const std::string& point) {
+        std::string text = block("line\nlla 1 2 3\n" + point + "\nlla 4 5 6\nlla 5 6 7\n");
+        std::string all;
+        for (const auto& loss : loadOverlayText(text + text, "test", preferences, nullptr, 0).losses)
+            all += std::to_string(loss.line) + ": " + loss.text + "\n";
+        return all;
+    };
+    EXPECT_EQ(told("lla 1:30:00N 2.5e1 -7"), "");
+    EXPECT_EQ(told("ll 1 2"), "");
+    EXPECT_EQ(told("lla abc 5"),
+              "4: line \"line\": \"lla abc 5\" cannot be read and is dropped\n"
+              "11: line \"line\": \"lla abc 5\" cannot be read and is dropped\n");
+    EXPECT_THAT(told("lla 1 2 high"), HasSubstr("4: line \"line\": \"lla 1 2 high\" loses its altitude"));
+    EXPECT_THAT(told("xyz 1 2 3"), HasSubstr("means nothing here"));
+}
+
+TEST_F(OverlayFileTest, AttachedOverlayStaysRelative) {
+    PointConverter platform;
+    platform.setReferenceLla(Vec3(0.5, 0.6, 10.0), 3);
+    const std::string text = again(block("line\nxyz 10 20 5\nxyz -30 40 5\nrangeunits m\naltitudeunits m\n") +
+                                       block("circle\ncenterxy 7 8\nradius 10\n"),
+                                   &platform, 3);
+    EXPECT_THAT(text, HasSubstr("xyz 10 20 5\nxyz -30 40 5\n"));
+    EXPECT_THAT(text, HasSubstr("centerxyz "));
+    EXPECT_EQ(text.find("lla "), std::string::npos);
+    EXPECT_EQ(again(text, &platform, 3), text);
 }
 
 TEST_F(OverlayFileTest, RadiusBeyondHalfTheEarthIsRefusedAndReported) {
