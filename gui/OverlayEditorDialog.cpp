@@ -331,6 +331,14 @@ int OverlayEditorDialog::onCmdPrecision(PIObject*, void*) {
     return 1;
 }
 
+int OverlayEditorDialog::onCmdCoordinateSystem(PIObject*, void*) {
+    const std::int32_t chosen = widgets_->system.getValueInt();
+    preferences_->setCoordinateSystem(
+        preferences_->getSystemFromString(widgets_->system.getOptionText(chosen)));
+    notifyPrefsUpdate_();
+    return 1;
+}
+
 void OverlayEditorDialog::notifyPrefsUpdate_() {
     for (Shape* shape : overlay_->shapes()) shape->notifyPrefsUpdate();
 }

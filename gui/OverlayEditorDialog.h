@@ -65,6 +65,7 @@ class OverlayEditorDialog {
     int onCmdAngleUnits(PIObject* sender, void* data);
     int onCmdRangeUnits(PIObject* sender, void* data);
     int onCmdPrecision(PIObject* sender, void* data);
+    int onCmdCoordinateSystem(PIObject* sender, void* data);
     int onCmdLoadExisting(PIObject* sender, void* data);
     int onCmdExistingZelSelected(PIObject* sender, void* data);
     int onCmdSave(PIObject* sender, void* data);

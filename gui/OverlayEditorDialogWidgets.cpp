@@ -72,6 +72,9 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
             preferences.rangeUnits(), callbacks.make(&OverlayEditorDialog::onCmdRangeUnits)),
       precisionCaption(&units, "Prec:\tDecimal points to use for precision"),
       precision(&units, PIGUI::PISpinnerNormal, callbacks.make(&OverlayEditorDialog::onCmdPrecision)),
+      systemCaption(&units, "Pos:\tCoordinate system for all position fields"),
+      system(&units, "\tCoordinate system for all position fields",
+             callbacks.make(&OverlayEditorDialog::onCmdCoordinateSystem)),
 
       buttons(&box, PIGUI::PILayoutFillX),
       loadExisting(&buttons, "Load HALVIS...\tLoad a ZEL file currently loaded in HALVIS",
@@ -89,6 +92,9 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     for (const Shape* prototype : prototypes) shape.appendOption(++index, prototype->name());
     shape.setValue(0);
     precision.setValue(preferences.precision());
+    for (const auto choice : {Preferences::LLA, Preferences::MGRS})
+        system.appendOption(choice, preferences.getStringFromSystem(choice));
+    system.setValue(preferences.coordinateSystem());
     name.disable();
     attach.setControlsEnabled(false);
     // The first uncheck makes a button a toggle button.

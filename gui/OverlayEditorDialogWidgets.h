@@ -59,6 +59,8 @@ struct OverlayEditorDialog::Widgets {
     UnitsMenu range;
     PIGUI::PILabel precisionCaption;
     PIGUI::PISpinner precision;
+    PIGUI::PILabel systemCaption;
+    PIGUI::PIOptionMenu system;
 
     PIGUI::PIHorizontalFrame buttons;
     PIGUI::PIButton loadExisting;
