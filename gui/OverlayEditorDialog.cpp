@@ -78,6 +78,7 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     timeout_.cancel();
     editing_ = false;
     mouseManager_->clearMouseTool();
+    rescueUnsaved_();
     cleanupPriorZEL_();
 }
 
@@ -205,9 +206,11 @@ int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
+    if (!rescueUnsaved_()) return 1;
     setCurrentShapes({});
     setFileName_({});
     cleanupPriorZEL_();
+    keptText_.clear();
     return 1;
 }
 

@@ -25,7 +25,7 @@ class OverlayEditorDialog {
     /// \param prototypes what the "Shape:" menu offers, in its order
     OverlayEditorDialog(Preferences* preferences, MouseManager* mouseManager, Overlay* overlay,
                         std::vector<Shape*> prototypes);
-    /// Ends editing; the overlay keeps its shapes.
+    /// Ends editing; the overlay keeps its shapes. What is not saved is rescued.
     virtual ~OverlayEditorDialog();
     OverlayEditorDialog(const OverlayEditorDialog&) = delete;
     OverlayEditorDialog& operator=(const OverlayEditorDialog&) = delete;
@@ -104,6 +104,9 @@ class OverlayEditorDialog {
     /// Where the positions of an overlay on this platform count from: the platform's place now, or the ground
     /// below the view for platform 0 and for one without a place.
     halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
+    /// Shapes that changed since they were loaded or saved are written to a dated file among the quick
+    /// shapes, and the log says where. \return false when they could not be written, and would be lost
+    bool rescueUnsaved_() const;
     /// Deletes all shapes, nothing of them being shown, listed or drawn any more.
     void giveUpShapes_();
     /// A file with something that the editor cannot keep is copied to its name with "~" before it is
@@ -126,6 +129,8 @@ class OverlayEditorDialog {
     /// The file that was saved last, and what was written: it holds nothing that would be lost.
     std::string savedFile_;
     std::string savedText_;
+    /// The text of the shapes when they were last loaded or saved; empty before.
+    std::string keptText_;
 
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
+#include <iomanip>
 #include <sstream>
 #include <utility>
 
@@ -12,6 +14,7 @@
 #include "model/OverlayFile.h"
 #include "model/Utils.h"
 #include "pi/PIHALVIS.h"
+#include "tools/QuickDrawFiles.h"
 
 namespace OverlayEditor {
 
@@ -41,6 +44,18 @@ std::string listed(const std::vector<std::string>& names) {
     for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) list += (i ? ", " : "") + names[i];
     if (names.size() > kMost) list += " and " + std::to_string(names.size() - kMost) + " more";
     return list;
+}
+
+/// A file among the quick shapes that is named after the local time, and not there yet.
+std::string freeRescuePath() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    std::ostringstream stem;
+    stem << makeQuickShapeDirectory() << "/Unsaved " << std::put_time(&local, "%Y-%m-%d %H-%M-%S");
+    std::string path = stem.str() + ".zel";
+    for (int i = 2; UTILS::fileIsFile(path); ++i) path = stem.str() + " " + std::to_string(i) + ".zel";
+    return path;
 }
 
 }  // namespace
@@ -109,6 +124,7 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
             << fileName
             << " holds what the editor cannot keep and would not save: " << listed(loaded.leftOut);
 
+    if (!rescueUnsaved_()) return false;
     giveUpShapes_();
     cleanupPriorZEL_();
     pointConverter_ = std::move(converter);
@@ -119,6 +135,7 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
     std::vector<Shape*> shapes;
     for (auto& shape : loaded.shapes) shapes.push_back(shape.release());
     setCurrentShapes(shapes);
+    keptText_ = overlayText(*overlay_);
     setFileName_(fileName);
     return true;
 }
@@ -184,6 +201,19 @@ bool OverlayEditorDialog::keepOldFile_(const std::string& fileName) const {
     return true;
 }
 
+bool OverlayEditorDialog::rescueUnsaved_() const {
+    const std::string text = overlayText(*overlay_);
+    if (text.empty() || text == keptText_) return true;
+    const std::string path = freeRescuePath();
+    if (const SaveResult saved = saveOverlayFile(*overlay_, path); !saved.error.empty()) {
+        halNotify::notify(halNotify::Error)
+            << "The unsaved shapes could not be written to " << path << ": " << saved.error;
+        return false;
+    }
+    halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
+    return true;
+}
+
 bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
     // Nothing to write must not even cost an older copy.
     const std::string text = overlayText(*overlay_);
@@ -195,6 +225,7 @@ bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
     }
     savedFile_ = fileName;
     savedText_ = text;
+    keptText_ = text;
     if (!saved.skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Not complete, and not in " << fileName << ": " << listed(saved.skipped);

@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <string_view>
 
+#include "common/Files.h"
 #include "common/NumberText.h"
+#include "pi/PIWidgets.h"
 
 namespace OverlayEditor {
 
@@ -31,13 +33,19 @@ int numberOf(std::string_view name) {
 
 }  // namespace
 
-std::string quickShapeDirectory(const std::string& chosen) {
-    std::string directory = chosen;
+std::string quickShapeDirectory() {
+    std::string directory = PIGUI::PIRegistry::getValue(kQuickShapeDirectoryKey);
     if (directory.empty()) {
         const char* const home = std::getenv("HOME");
         directory = home && *home ? std::string(home) + "/.config/OverlayEditor/zel/" : ".";
     }
     while (directory.size() > 1 && directory.ends_with('/')) directory.pop_back();
+    return directory;
+}
+
+std::string makeQuickShapeDirectory() {
+    std::string directory = quickShapeDirectory();
+    UTILS::makeDirectories(directory);
     return directory;
 }
 

@@ -17,7 +17,6 @@ namespace OverlayEditor {
 
 namespace {
 
-constexpr const char* kDirectoryKey = "AutoSaveZelDir";
 constexpr const char* kDirectoryDialogKey = "AutoSaveZelDirDialog";
 constexpr const char* kAttach = "Attach Quick Shape";
 constexpr const char* kPick = "Pick Attach Platform";
@@ -357,15 +356,9 @@ void QuickDrawManager::deleteAllZelFiles_() {
     for (const std::string& path : std::exchange(created_, {})) UTILS::fileRemove(path);
 }
 
-std::string QuickDrawManager::saveDir_() const {
-    return quickShapeDirectory(PIGUI::PIRegistry::getValue(kDirectoryKey));
-}
-
 bool QuickDrawManager::freePath_(std::string& path) {
     constexpr int kTries = 100;
-    const std::string directory = saveDir_();
-    // What this fails at, saving the file will fail at too, with a message.
-    UTILS::makeDirectories(directory);
+    const std::string directory = makeQuickShapeDirectory();
     if (counter_ == 0) counter_ = std::max(1, highestQuickShapeNumber(directory));
     for (int i = 0; i < kTries; ++i, ++counter_) {
         path = directory + "/" + kind_ + "_" + std::to_string(counter_) + ".zel";
@@ -377,11 +370,11 @@ bool QuickDrawManager::freePath_(std::string& path) {
 int QuickDrawManager::onCmdSetQuickDrawDir(PIObject*, void*) {
     PICommon::FileDialogRequest request;
     request.title = "Select Quick-Draw Shape Directory";
-    request.startDirectory = saveDir_();
+    request.startDirectory = quickShapeDirectory();
     request.settingsGroup = "SETTINGS";
     request.settingsKey = kDirectoryDialogKey;
     const std::string chosen = PICommon::showDirectorySelectDialog(request);
-    if (!chosen.empty()) PIGUI::PIRegistry::setValue(kDirectoryKey, chosen);
+    if (!chosen.empty()) PIGUI::PIRegistry::setValue(kQuickShapeDirectoryKey, chosen);
     return 1;
 }
 

@@ -105,8 +105,6 @@ class QuickDrawManager {
     /// If the preferences say so.
     void deleteAllZelFiles_();
 
-    /// Where quick shapes are saved, without a slash at the end.
-    std::string saveDir_() const;
     /// The first path for the kind whose number, from the counter on, is free. \return false after 100 tries;
     /// `path` is then the one that was tried last
     bool freePath_(std::string& path);

@@ -12,6 +12,7 @@
 #include "gui/TestEquipment.h"
 #include "model/CylinderShape.h"
 #include "model/ShapeRegistry.h"
+#include "support/TemporaryDirectory.h"
 
 using halCore::Vec3;
 using OverlayEditor::CylinderShape;
@@ -38,6 +39,7 @@ class HostPickersTest : public ::testing::Test {
     HostPickersTest() {
         halNotify::setNotifyHandler(
             [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        host.settings["AutoSaveZelDir"] = temporary.path();
         registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
         addPlatform(7, "Zulu", 0.3, -2.7);
@@ -83,6 +85,7 @@ class HostPickersTest : public ::testing::Test {
     }
 
     FakeHost host;
+    const TemporaryDirectory temporary;
     std::vector<std::string> messages;
     TestEquipment equipment;
     Preferences preferences;

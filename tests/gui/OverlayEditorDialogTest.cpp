@@ -46,6 +46,7 @@ class OverlayEditorDialogTest : public ::testing::Test {
         halNotify::setNotifyHandler(
             [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
         host.eye = Vec3(0.4, -2.7, 1e6);
+        host.settings["AutoSaveZelDir"] = path("rescued");
         for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
             registry.addPrototype(CylinderShape(preferences, subtype));
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
@@ -84,6 +85,13 @@ class OverlayEditorDialogTest : public ::testing::Test {
         std::string contents;
         UTILS::readFile(file, contents);
         return contents;
+    }
+    std::vector<std::string> rescued() const {
+        std::vector<std::string> files;
+        std::error_code none;
+        for (const auto& entry : std::filesystem::directory_iterator(path("rescued"), none))
+            files.push_back(entry.path().string());
+        return files;
     }
     void write(const std::string& file, const std::string& text) const { std::ofstream(file) << text; }
     void* fileOverlay(const std::string& file) const {
@@ -407,6 +415,54 @@ TEST_F(OverlayEditorDialogTest, AHostThatCallsBackWhileItServesIsSurvived) {
     host.onCall = nullptr;
     EXPECT_THAT(overlay.shapes(), IsEmpty());
     EXPECT_THAT(host.timeouts, IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {
+    const std::string file = path("two.zel");
+    write(file, kTwoCircles);
+    dialog->show();
+    host.fileDialogAnswers = {file, file, file};
+    press("...");
+    press("...");
+    EXPECT_THAT(rescued(), IsEmpty()) << "nothing changed";
+
+    addCircle(1, 2, 500);
+    press("...");
+    ASSERT_EQ(rescued().size(), 1u);
+    EXPECT_THAT(messages.back(), HasSubstr(rescued().front()));
+    EXPECT_THAT(contentsOf(rescued().front()), HasSubstr("3d name Circle 1\n"));
+    EXPECT_EQ(overlay.shapes().size(), 2u);
+
+    unsigned long platform = 17;
+    host.platforms[platform].point.latRad = 0.3;
+    dialog->onCmdAttach(nullptr, &platform);
+    addCircle(3, 4, 600);
+    press("Delete All");
+    EXPECT_EQ(rescued().size(), 2u) << "a second one within the second gets a name of its own";
+    press("Delete All");
+
+    addCircle(5, 6, 700);
+    host.fileDialogAnswers = {path("saved.zel")};
+    press("Save As...");
+    dialog->loadZels({fileOverlay(file)});
+    EXPECT_EQ(rescued().size(), 2u) << "it is saved";
+    addCircle(7, 8, 800);
+    dialog.reset();
+    EXPECT_EQ(rescued().size(), 3u);
+}
+
+TEST_F(OverlayEditorDialogTest, KeepsTheShapesThatCannotBeRescued) {
+    write(path("rescued"), "a file where the directory should be");
+    write(path("two.zel"), kTwoCircles);
+    host.fileDialogAnswers = {path("two.zel")};
+    dialog->show();
+    const CylinderShape& mine = addCircle(1, 2, 500);
+    for (const char* caption : {"Delete All", "..."}) {
+        messages.clear();
+        press(caption);
+        EXPECT_THAT(overlay.shapes(), ElementsAre(&mine)) << caption;
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("could not be written to " + path("rescued"))));
+    }
 }
 
 TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {

@@ -37,6 +37,8 @@ Vec3 atPixel(int x, int y) {
 class PluginTest : public ::testing::Test {
   protected:
     PluginTest() {
+        // Where a host that does not serve settings leaves unsaved shapes.
+        ::setenv("HOME", directory.c_str(), 1);
         host.pixelToLla = [](int x, int y) { return std::optional(atPixel(x, y)); };
     }
 
