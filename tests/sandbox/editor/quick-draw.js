@@ -1,0 +1,132 @@
+// Quick drawing from the actions menu: every command, as a user gives it.
+const work = temporaryDirectory();
+const pictures = args[0];
+const directory = work + "/shapes";
+const here = { lat: 42, lon: 5 };
+const edge = { lat: 42, lon: 7 };
+view.camera = { lat: 40, lon: 6, alt: 0, range: 4000000, azimuth: 0, elevation: 90 };
+
+const action = label => menu("Actions", label);
+const checked = label => menuItems("Actions").find(item => item.text === label).checked;
+const quickFiles = () => overlays().filter(o => o.path).map(o => o.name);
+const shapesInView = () => overlays().filter(o => !o.path).length;
+function finish() { view.click({ lat: 30, lon: 0 }, { button: "right" }); }
+function drawCircle() {
+    action("Quick Circle Draw");
+    view.move(here);
+    view.drag(here, edge);
+    finish();
+}
+
+assertEqual(menuItems("Actions").length, 20, "nineteen quick commands and the dialog's");
+makeDirectory(directory);
+answerFileDialog(directory);
+action("Set Quick Shape Directory");
+assertEqual(setting("AutoSaveZelDir"), directory);
+
+// A circle is a file as soon as the right button is pressed.
+drawCircle();
+assertEqual([quickFiles(), shapesInView()], [["Circle_1.zel"], 0]);
+assert(readFile(directory + "/Circle_1.zel").includes("linecolor hex 0xff0000ff"), "red at first");
+
+// One colour is checked at a time; one chosen while drawing holds for the shape being drawn.
+const colors = { Red: "ff0000ff", Blue: "ffff0000", Yellow: "ff00ffff", Green: "ff00ff00",
+                 Orange: "ff00aaff", Purple: "ffff00ff", White: "ffffffff", Black: "ff000000" };
+action("Quick Circle Draw");
+view.move(here);
+view.drag(here, edge);
+for (const name in colors) {
+    action(name + " Shape Color");
+    assertEqual(Object.keys(colors).filter(color => checked(color + " Shape Color")), [name]);
+    assert(overlays().some(o => !o.path && o.text.includes(colors[name])), name);
+}
+action("Yellow Shape Color");
+finish();
+assert(readFile(directory + "/Circle_2.zel").includes(colors.Yellow), "the colour in the file");
+
+// While drawing, removing the last one only cancels; then the newest goes with its file.
+action("Quick Circle Draw");
+view.move(here);
+view.press(here);
+view.move(edge);
+action("Remove Last Quick Shape");
+view.release(edge);
+assertEqual([quickFiles(), shapesInView()], [["Circle_1.zel", "Circle_2.zel"], 0]);
+action("Remove Last Quick Shape");
+assertEqual([quickFiles(), listFiles(directory)], [["Circle_1.zel"], ["Circle_1.zel"]]);
+
+// One that the user unloads by hand is left alone.
+drawCircle();
+overlayMenu("Circle_2.zel", "Unload");
+action("Remove Last Quick Shape");
+assertEqual([quickFiles(), listFiles(directory)], [[], ["Circle_2.zel"]]);
+drawCircle();
+action("Remove All Quick Shapes");
+assertEqual([quickFiles(), listFiles(directory).length], [[], 2]);
+
+// Attached: picked in the view, named in the view, centred on the platform.
+const ship = addPlatform({ name: "Ship", lat: 38, lon: 10, alt: 0 });
+action("Attach Quick Shape");
+assertEqual([checked("Attach Quick Shape"), screenTexts()], [true, []]);
+action("Pick Attach Platform");
+assert(checked("Pick Attach Platform"));
+wait(100);
+view.move(38, 10);
+view.click(38, 10);
+assertEqual(screenTexts().map(note => note.text), ["Attach To: Ship"]);
+if (pictures) {
+    wait(200);
+    picture(pictures + "/attach-note.png");
+}
+drawCircle();
+assert(!checked("Pick Attach Platform"), "drawing ends picking");
+const attached = overlays().find(o => o.path);
+assertEqual(attached.platform, ship);
+assert(attached.text.includes("centerxyz 0 0 0"), attached.text);
+removePlatform(ship);
+assertEqual(screenTexts(), []);
+action("Attach Quick Shape");
+assert(!checked("Attach Quick Shape"));
+action("Remove All Quick Shapes");
+
+// The editor and a quick shape: whoever takes the mouse ends what the other draws, and nothing is lost.
+menu("Plug-ins", "Overlay Editor...");
+const editor = dialog("Overlay Editor");
+editor.moveTo(820, 20);
+action("Quick Circle Draw");
+view.move(here);
+view.drag(here, edge);
+const before = listFiles(directory).length;
+editor.choose("Shape:", "Circle");
+assertEqual(listFiles(directory).length, before + 1, "the quick circle is saved");
+view.move(here);
+view.drag(here, edge);
+action("Quick Circle Draw");
+waitFor(() => !editor.checked("Edit"), "the dialog to follow");
+assertEqual(editor.items().length, 1, "the editor's circle stays");
+view.move({ lat: 36, lon: 3 });
+view.drag({ lat: 36, lon: 3 }, { lat: 36, lon: 4 });
+if (pictures) picture(pictures + "/quick-and-editor.png");
+
+// A cleared scenario takes the shape being drawn and all quick shapes, but no file.
+const files = listFiles(directory).length;
+clearScenario("cleared");
+assertEqual([quickFiles(), shapesInView(), listFiles(directory).length], [[], 0, files]);
+
+// A directory that cannot be made: one message.
+editor.close();
+answerFileDialog(directory);
+action("Set Quick Shape Directory");
+setSetting("AutoSaveZelDir", directory + "/" + listFiles(directory)[0]);
+const messages = log().length;
+drawCircle();
+const said = log().slice(messages).filter(entry => entry.text.includes("Failed to create file"));
+assertEqual([said.length, shapesInView(), quickFiles()], [1, 0, []]);
+
+// Closed in the middle of a drawing that is complete: it is saved, and stays in the host.
+setSetting("AutoSaveZelDir", directory);
+action("Quick Circle Draw");
+view.move(here);
+view.drag(here, edge);
+assertEqual(closePlugin("OverlayEditor"), { gone: true, leftBehind: "" });
+assertEqual([quickFiles().length, listFiles(directory).length, shapesInView()], [1, files + 1, 0]);
