@@ -93,15 +93,20 @@ void replaceText(QWidget& field, const QString& text) {
         type(field, text);
 }
 
-void chooseFromMenuBar(QMenuBar& bar, const QStringList& path) {
-    QAction* action = findItem(bar.actions(), path.first());
+QMenu& openMenu(QMenuBar& bar, const QString& name) {
+    QAction* action = findItem(bar.actions(), name);
     click(bar, bar.actionGeometry(action).center());
     QMenu* menu = action->menu();
-    if (!menu || !menu->isVisible()) throw ScriptError{QString("menu \"%1\" did not open").arg(path.first())};
+    if (!menu || !menu->isVisible()) throw ScriptError{QString("menu \"%1\" did not open").arg(name)};
+    return *menu;
+}
+
+void chooseFromMenuBar(QMenuBar& bar, const QStringList& path) {
+    QMenu& menu = openMenu(bar, path.first());
     try {
-        chooseFromMenu(*menu, path.mid(1));
+        chooseFromMenu(menu, path.mid(1));
     } catch (const ScriptError&) {
-        menu->close();
+        menu.close();
         throw;
     }
 }

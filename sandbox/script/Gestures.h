@@ -27,6 +27,8 @@ void commit(QWidget& widget, const QString& text);
 /// Clicks into a field and types over what is there.
 void replaceText(QWidget& field, const QString& text);
 
+/// Opens a menu of the menu bar.
+QMenu& openMenu(QMenuBar& bar, const QString& name);
 /// Opens the menus named by all but the last text and chooses the item named by the last one.
 void chooseFromMenuBar(QMenuBar& bar, const QStringList& path);
 /// The same in a menu that is open.

@@ -72,6 +72,7 @@ function destination(lat, lon, azimuth, meters) { return $tools.destination(lat,
 
 // Menus and dialogs
 function menu(...path) { $widgets.menu(path); }
+function menuPicture(name, file) { $widgets.menuPicture(name, file); }
 function menuItems(name) { return $widgets.menuItems(name); }
 function dialogs() { return $widgets.dialogs(); }
 var Dialog = class {

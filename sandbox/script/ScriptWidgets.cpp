@@ -82,6 +82,15 @@ void ScriptWidgets::menu(const QStringList& path) {
     });
 }
 
+void ScriptWidgets::menuPicture(const QString& menu, const QString& path) {
+    step([&] {
+        QMenu& opened = gestures::openMenu(*host().window().menuBar(), menu);
+        const bool saved = opened.grab().save(path);
+        opened.close();
+        if (!saved) throw ScriptError{QString("%1 could not be written").arg(path)};
+    });
+}
+
 QVariantList ScriptWidgets::menuItems(const QString& menu) {
     return step([&] {
         for (const QAction* entry : host().window().menuBar()->actions()) {

@@ -18,6 +18,8 @@ class ScriptWidgets : public ScriptObject {
     using ScriptObject::ScriptObject;
 
     Q_INVOKABLE void menu(const QStringList& path);
+    /// Opens a menu of the menu bar, saves a picture of it and closes it.
+    Q_INVOKABLE void menuPicture(const QString& menu, const QString& path);
     /// Items of a menu as objects { text, enabled, checked }.
     Q_INVOKABLE QVariantList menuItems(const QString& menu);
     Q_INVOKABLE void overlayMenu(const QStringList& overlays, const QStringList& path);

@@ -78,6 +78,7 @@ if (pictures) {
     wait(200);
     picture(pictures + "/attach-note.png");
 }
+if (pictures) menuPicture("Actions", pictures + "/actions-menu.png");
 drawCircle();
 assert(!checked("Pick Attach Platform"), "drawing ends picking");
 const attached = overlays().find(o => o.path);
