@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "pi/EntryScope.h"
 #include "pi/PIApplication.h"
 
 std::map<PIClientFunctions_t, PIClientFuncAndData_t> g_ClientMessageMap;
@@ -66,5 +67,6 @@ void ClientFunctionMap::forget(void* object) {
 std::int32_t ClientFunctionMap::dispatch(std::int32_t number, PIFunctionParams_t* params) {
     const auto at = g_ClientMessageMap.find(static_cast<PIClientFunctions_t>(number));
     if (at == g_ClientMessageMap.end() || !at->second.first) return 0;
+    const EntryScope scope;
     return at->second.first(at->second.second, params);
 }

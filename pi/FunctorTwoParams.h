@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "pi/EntryScope.h"
+
 class PIObject;
 
 /// A command callback. The host calls Call(sender, data) for a widget, menu item, action or timeout.
@@ -44,6 +46,7 @@ class CustomCallbackFunctor final : public FunctorTwoParams__ {
     int operator()(PIObject* sender, void* data) override {
         Object* const object = *object_;
         if (!object) return 0;
+        const EntryScope scope;
         try {
             return (object->*handler_)(sender, data);
         } catch (...) {

@@ -1,5 +1,7 @@
 #include "plugin/OverlayEditorPlugin.h"
 
+#include <algorithm>
+
 #include "common/Notify.h"
 #include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
@@ -7,6 +9,7 @@
 #include "model/OrbitShape.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"
+#include "pi/EntryScope.h"
 #include "pi/PIHALVIS.h"
 #include "plugin/EditorIcon.h"
 #include "plugin/RightClickObserver.h"
@@ -46,6 +49,7 @@ int OverlayEditorPlugin::StartUp() {
         PICommon::notify(severity, source, message);
     });
     ShapeEquipment::install(&equipment_);
+    EntryScope::setListener([this] { handlePostponed_(); });
 
     preferences_ = std::make_unique<Preferences>();
     icon_ = std::make_unique<PIGUI::PIIcon>();
@@ -95,6 +99,8 @@ int OverlayEditorPlugin::Close() {
 }
 
 void OverlayEditorPlugin::takeDown_() {
+    EntryScope::setListener({});
+    postponed_.clear();
     // Nothing that is taken down later may draw, refresh or end a drag with preferences that are gone.
     if (quickDrawManager_) quickDrawManager_->finishDrawing();
     if (mouseManager_) mouseManager_->clearMouseTool();
@@ -141,28 +147,54 @@ int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
 }
 
 void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data) {
-    const std::uint64_t id =
-        event == PIApplicationEvents_t::EntityRemoved && data ? *static_cast<const std::uint64_t*>(data) : 0;
+    const bool aboutEntity = event == PIApplicationEvents_t::EntityRemoved;
+    const HostEvent arrived{event, aboutEntity && data ? *static_cast<const std::uint64_t*>(data) : 0};
+    // What is being done already need not be done again because of it.
+    if (handled_ == arrived) return;
+    if (EntryScope::isNested()) {
+        if (std::find(postponed_.begin(), postponed_.end(), arrived) == postponed_.end())
+            postponed_.push_back(arrived);
+        return;
+    }
+    handleEvent_(arrived);
+}
+
+void OverlayEditorPlugin::handlePostponed_() {
+    while (!postponed_.empty()) {
+        const HostEvent next = postponed_.front();
+        postponed_.erase(postponed_.begin());
+        handleEvent_(next);
+    }
+}
+
+void OverlayEditorPlugin::handleEvent_(const HostEvent& event) {
+    struct Handling {
+        ~Handling() { handled.reset(); }
+        std::optional<HostEvent>& handled;
+    };
+    handled_ = event;
+    const Handling handling{handled_};
     // The note in the view names the platform, whether the dialog has been opened or not.
-    if (id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(id);
-    if (!dialog_) return;
-    switch (event) {
-        case PIApplicationEvents_t::ScenarioCleared:
-        case PIApplicationEvents_t::ScenarioReplaced:
-        case PIApplicationEvents_t::ScenarioClosed:
-            // Before the dialog ends all drawing, at which the quick shape would be saved.
-            quickDrawManager_->cancelDrawing();
-            dialog_->onCmdClear(nullptr, nullptr);
-            quickDrawManager_->removeAllShapes();
-            break;
-        case PIApplicationEvents_t::EntityRemoved:
-            dialog_->scenarioEntityRemoved(id);
-            break;
-        case PIApplicationEvents_t::PlatformAdded:
-            dialog_->scenarioPlatformAdded();
-            break;
-        default:
-            break;
+    if (event.id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(event.id);
+    if (dialog_) {
+        switch (event.code) {
+            case PIApplicationEvents_t::ScenarioCleared:
+            case PIApplicationEvents_t::ScenarioReplaced:
+            case PIApplicationEvents_t::ScenarioClosed:
+                // Before the dialog ends all drawing, at which the quick shape would be saved.
+                quickDrawManager_->cancelDrawing();
+                dialog_->onCmdClear(nullptr, nullptr);
+                quickDrawManager_->removeAllShapes();
+                break;
+            case PIApplicationEvents_t::EntityRemoved:
+                dialog_->scenarioEntityRemoved(event.id);
+                break;
+            case PIApplicationEvents_t::PlatformAdded:
+                dialog_->scenarioPlatformAdded();
+                break;
+            default:
+                break;
+        }
     }
 }
 

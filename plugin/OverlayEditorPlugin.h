@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "gui/OverlayEditorDialog.h"
 #include "model/Overlay.h"
@@ -51,10 +54,22 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
   private:
     class RightClickObserver;
 
+    /// An event of ListenToEvents, with a copy of its data.
+    struct HostEvent {
+        PIApplicationEvents_t code{};
+        std::uint64_t id = 0;
+        bool operator==(const HostEvent&) const = default;
+    };
+
+    void handleEvent_(const HostEvent& event);
+    /// Events that came while the host served a command of the plug-in's.
+    void handlePostponed_();
     void registerPrototypes_();
     void takeDown_();
 
     Equipment equipment_;
+    std::vector<HostEvent> postponed_;
+    std::optional<HostEvent> handled_;
     std::unique_ptr<Preferences> preferences_;
     std::unique_ptr<PIGUI::PIIcon> icon_;
     std::unique_ptr<PIGUI::PIMenuItem> menuItem_;

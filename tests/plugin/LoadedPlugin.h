@@ -26,6 +26,8 @@ class LoadedPlugin {
     LoadedPlugin(const LoadedPlugin&) = delete;
     LoadedPlugin& operator=(const LoadedPlugin&) = delete;
 
+    void cleanUp() { cleanUp_(); }
+
     /// False once the library is unmapped.
     static bool isMapped() {
         void* const library = dlopen(OE_PLUGIN, RTLD_NOW | RTLD_NOLOAD);

@@ -9,15 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "common/Files.h"
-#include "geo/Angles.h"
 #include "geo/Sodano.h"
-#include "gui/Form.h"
 #include "pi/OverlayEditorInterface.h"
-#include "plugin/LoadedPlugin.h"
-#include "support/TemporaryDirectory.h"
+#include "plugin/HostedPlugin.h"
 
-using halCore::kRadiansPerDegree;
-using halCore::Vec3;
 using PluginClient::Interfaces::OVERLAYEDITOR_SERVICE_NAME;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -29,51 +24,7 @@ using Service = PluginClient::Interfaces::OverlayEditorInterface;
 
 namespace {
 
-/// A view in which a pixel is a hundredth of a degree.
-Vec3 atPixel(int x, int y) {
-    return {(20.0 + y * 0.01) * kRadiansPerDegree, (-150.0 + x * 0.01) * kRadiansPerDegree, 0.0};
-}
-
-class PluginTest : public ::testing::Test {
-  protected:
-    PluginTest() {
-        // Where a host that does not serve settings leaves unsaved shapes.
-        ::setenv("HOME", directory.c_str(), 1);
-        host.pixelToLla = [](int x, int y) { return std::optional(atPixel(x, y)); };
-    }
-
-    void openDialog(LoadedPlugin&) { host.activate(*host.find("Overlay Editor...")); }
-    void addCircle() {
-        auto& menu = form.field("Shape:");
-        const auto circle = std::ranges::find(menu.items, "Circle");
-        // A host that stopped serving has no items; its user may still choose the first behind "Add".
-        menu.number = circle == menu.items.end() ? 1 : static_cast<int>(circle - menu.items.begin());
-        host.activate(menu);
-    }
-    void drag(LoadedPlugin& plugin, int x0, int y0, int x1, int y1) {
-        plugin.mouse(Mouse::Motion, x0, y0);
-        plugin.mouse(Mouse::LeftPress, x0, y0);
-        plugin.mouse(Mouse::Motion, x1, y1);
-        plugin.mouse(Mouse::LeftRelease, x1, y1);
-    }
-    void expectNothingLeft() {
-        EXPECT_THAT(host.widgets, IsEmpty());
-        EXPECT_THAT(host.timeouts, IsEmpty());
-        EXPECT_THAT(host.actions, IsEmpty());
-        EXPECT_THAT(host.services, IsEmpty());
-        EXPECT_THAT(host.observers, IsEmpty());
-        EXPECT_THAT(host.contextMenus, IsEmpty());
-        EXPECT_EQ(host.icons, 0);
-        EXPECT_EQ(host.grabs, 0);
-        for (const auto& [handle, overlay] : host.overlays)
-            EXPECT_NE(overlay.path, "") << "only files stay:\n" << overlay.text;
-    }
-
-    FakeHost host;
-    Form form{host};
-    const TemporaryDirectory temporary;
-    const std::string& directory = temporary.path();
-};
+using PluginTest = HostedPlugin;
 
 TEST_F(PluginTest, SaysWhoItIs) {
     LoadedPlugin plugin(host);
@@ -98,7 +49,7 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
             ASSERT_EQ(host.contextMenus.size(), 1u);
             EXPECT_EQ(plugin.mouse(Mouse::LeftPress, 5, 5), 0) << "nothing is drawn yet";
 
-            openDialog(plugin);
+            openDialog();
             EXPECT_FALSE(host.find("Save")->enabled);
             EXPECT_FALSE(host.find("Edit")->enabled);
             addCircle();
@@ -144,7 +95,7 @@ TEST_F(PluginTest, CloseWithoutARecordCleansUpTheSame) {
     {
         LoadedPlugin plugin(host);
         plugin.dispatch(Function::StartUp);
-        openDialog(plugin);
+        openDialog();
         addCircle();
         plugin.mouse(Mouse::LeftPress, 10, 10);
         plugin.dispatch(Function::Close, nullptr);
@@ -176,44 +127,6 @@ TEST_F(PluginTest, AHostThatRefusesEverythingIsSurvived) {
         drag(plugin, 1, 1, 20, 20);
         plugin.dispatch(Function::Close);
     }
-    EXPECT_FALSE(LoadedPlugin::isMapped());
-}
-
-/// From the k-th call on the host refuses, and comes back after the dialog was used.
-TEST_F(PluginTest, AHostThatStopsServingHalfWayIsSurvived) {
-    int calls = 0;
-    int refuseFrom = 0;
-    host.onCall = [&](auto) { host.refuseAll = ++calls >= refuseFrom && calls < refuseFrom + 40; };
-    const auto session = [&] {
-        // What the host refused to destroy the last time does not count.
-        host.widgets.clear();
-        host.timeouts.clear();
-        host.overlays.clear();
-        host.observers.clear();
-        host.contextMenus.clear();
-        calls = 0;
-        LoadedPlugin plugin(host);
-        plugin.dispatch(Function::StartUp);
-        const auto press = [&](const char* caption) {
-            if (auto* widget = host.find(caption)) host.activate(*widget);
-        };
-        press("Overlay Editor...");
-        if (form.has("Shape:")) addCircle();
-        drag(plugin, 100, 100, 130, 100);
-        host.fileDialogAnswers = {directory + "/x.zel", directory + "/x.zel"};
-        press("Save As...");
-        press("...");
-        press("Center");
-        press("Delete");
-        press("Delete All");
-        press("Close");
-        plugin.dispatch(Function::Close);
-        return calls;
-    };
-    refuseFrom = 1 << 30;
-    const int all = session();
-    ASSERT_GT(all, 200);
-    for (refuseFrom = 1; refuseFrom <= all; refuseFrom += 13) session();
     EXPECT_FALSE(LoadedPlugin::isMapped());
 }
 

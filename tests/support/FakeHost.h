@@ -60,8 +60,10 @@ class FakeHost final : public PIServiceTable {
     FakeHost& operator=(const FakeHost&) = delete;
 
     // What the test puts in.
-    bool refuseAll = false;            ///< every call returns 0 without results
-    std::function<void(Id)> onCall;    ///< called during each call, but for calls made from within it
+    bool refuseAll = false;          ///< every call returns 0 without results
+    std::function<void(Id)> onCall;  ///< called during each call, but for calls made from within it
+    /// Asked before each call; what it answers takes the place of the service.
+    std::function<std::optional<PIServiceResult>(Id, void* args)> answer;
     std::optional<halCore::Vec3> eye;  ///< none: the host has no eye position
     std::function<std::optional<halCore::Vec3>(int x, int y)> pixelToLla;  ///< wins over `cursor`
     std::optional<halCore::Vec3> cursor;                                   ///< at every pixel
@@ -122,6 +124,8 @@ class FakeHost final : public PIServiceTable {
             inside_ = false;
         }
         if (refuseAll) return 0;
+        if (answer)
+            if (const auto given = answer(service, args)) return *given;
         const auto created = create(service, args);
         return created ? created : serve(service, args);
     }

@@ -1,0 +1,141 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Vec3.h"
+#include "geo/Angles.h"
+#include "gui/Form.h"
+#include "plugin/LoadedPlugin.h"
+#include "support/TemporaryDirectory.h"
+
+/// A host for the plug-in with a view, and what its user does.
+class HostedPlugin : public ::testing::Test {
+  protected:
+    using Function = LoadedPlugin::Function;
+    using Mouse = PIGUI::PIMouseEventType_t;
+
+    HostedPlugin() {
+        // Where a host that does not serve settings leaves unsaved shapes.
+        ::setenv("HOME", directory.c_str(), 1);
+        host.pixelToLla = [](int x, int y) { return std::optional(atPixel(x, y)); };
+        host.settings["AutoSaveZelDir"] = directory + "/quick";
+    }
+
+    /// A view in which a pixel is a hundredth of a degree.
+    static halCore::Vec3 atPixel(int x, int y) {
+        return {(20.0 + y * 0.01) * halCore::kRadiansPerDegree,
+                (-150.0 + x * 0.01) * halCore::kRadiansPerDegree, 0.0};
+    }
+    /// Presses what is there; a host that refuses has none of it.
+    void press(const char* caption) {
+        if (auto* const widget = host.find(caption)) host.activate(*widget);
+    }
+    void command(const char* label) {
+        const auto action = host.actions.find(label);
+        std::int32_t asked = 1;
+        if (action != host.actions.end()) action->second->Call(nullptr, &asked);
+    }
+    void openDialog() { press("Overlay Editor..."); }
+    void addCircle() {
+        if (!form.has("Shape:")) return;
+        // The first option is "Add"; the circle's place depends on the kinds before it.
+        auto& menu = form.field("Shape:");
+        for (std::size_t i = 0; i < menu.items.size(); ++i)
+            if (menu.items[i] == "Circle") menu.number = static_cast<double>(i);
+        host.activate(menu);
+    }
+    void drag(LoadedPlugin& plugin, int x0, int y0, int x1, int y1) {
+        plugin.mouse(Mouse::Motion, x0, y0);
+        plugin.mouse(Mouse::LeftPress, x0, y0);
+        plugin.mouse(Mouse::Motion, x1, y1);
+        refresh(plugin);
+        plugin.mouse(Mouse::LeftRelease, x1, y1);
+    }
+    void quickCircle(LoadedPlugin& plugin) {
+        command("Quick Circle Draw");
+        drag(plugin, 40, 40, 60, 40);
+        plugin.mouse(Mouse::RightPress, 0, 0);
+    }
+    static void refresh(LoadedPlugin& plugin) {
+        PIFunctionParams_t record;
+        record.integers[PIParameterName_t::Width] = 800;
+        record.integers[PIParameterName_t::Height] = 600;
+        plugin.dispatch(Function::PreDrawOnRefresh, &record);
+    }
+    void expectNothingLeft() {
+        using ::testing::IsEmpty;
+        EXPECT_THAT(host.widgets, IsEmpty());
+        EXPECT_THAT(host.timeouts, IsEmpty());
+        EXPECT_THAT(host.actions, IsEmpty());
+        EXPECT_THAT(host.services, IsEmpty());
+        EXPECT_THAT(host.observers, IsEmpty());
+        EXPECT_THAT(host.contextMenus, IsEmpty());
+        EXPECT_THAT(host.screenTexts, IsEmpty());
+        EXPECT_EQ(host.icons, 0);
+        EXPECT_EQ(host.grabs, 0);
+        for (const auto& [handle, overlay] : host.overlays)
+            EXPECT_NE(overlay.path, "") << "only files stay:\n" << overlay.text;
+    }
+    /// How often a campaign is to go round.
+    static int rounds(int usual) {
+        const char* const wanted = std::getenv("CAMPAIGN_ROUNDS");
+        return wanted ? std::atoi(wanted) : usual;
+    }
+
+    /// All that a user does in a long afternoon: every dialog, drawing, saving, quick drawing, attaching.
+    void work(LoadedPlugin& plugin) {
+        plugin.dispatch(Function::StartUp);
+        openDialog();
+        addCircle();
+        drag(plugin, 100, 100, 130, 100);
+        plugin.mouse(Mouse::Wheel, 130, 100);
+        host.fileDialogAnswers = {directory + "/x.zel", directory + "/x.zel"};
+        press("Save As...");
+        press("...");
+        press("Load HALVIS...");
+        press("Center");
+        press("Help...");
+        if (form.has("Attach:")) form.check("Attach:", true);
+        press("Pick");
+        host.cursorPlatform = kShip;
+        plugin.mouse(Mouse::LeftPress, 5, 5);
+        plugin.mouse(Mouse::LeftRelease, 5, 5);
+        press("OK");
+        plugin.mouse(Mouse::RightPress, 0, 0);
+        host.fireTimeouts();
+        quickCircle(plugin);
+        command("Attach Quick Shape");
+        command("Pick Attach Platform");
+        plugin.mouse(Mouse::LeftPress, 5, 5);
+        plugin.mouse(Mouse::LeftRelease, 5, 5);
+        command("Purple Shape Color");
+        quickCircle(plugin);
+        command("Remove Last Quick Shape");
+        quickCircle(plugin);
+        plugin.event(PIApplicationEvents_t::PlatformAdded, kShip);
+        plugin.event(PIApplicationEvents_t::EntityRemoved, kShip);
+        command("Quick Circle Draw");
+        drag(plugin, 10, 10, 20, 20);
+        plugin.event(PIApplicationEvents_t::ScenarioCleared);
+        addCircle();
+        drag(plugin, 100, 100, 130, 100);
+        quickCircle(plugin);
+        press("Delete All");
+        press("Close");
+        command("Quick Circle Draw");
+        plugin.mouse(Mouse::LeftPress, 1, 1);
+    }
+
+    static constexpr std::uint64_t kShip = 77;
+
+    FakeHost host;
+    Form form{host};
+    const TemporaryDirectory temporary;
+    const std::string& directory = temporary.path();
+};
