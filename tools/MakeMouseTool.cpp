@@ -1,5 +1,6 @@
 #include "tools/MakeMouseTool.h"
 
+#include "tools/AnnotationMouseTool.h"
 #include "tools/ArcMouseTool.h"
 #include "tools/CircleMouseTool.h"
 #include "tools/PolygonMouseTool.h"
@@ -43,8 +44,8 @@ MouseToolPtr makeMouseTool(const Preferences&, FreeDrawShape&) {
     return nullptr;
 }
 
-MouseToolPtr makeMouseTool(const Preferences&, AnnotationShape&) {
-    return nullptr;
+MouseToolPtr makeMouseTool(const Preferences& preferences, AnnotationShape& shape) {
+    return MouseToolPtr(new AnnotationMouseTool(preferences, shape));
 }
 
 }  // namespace OverlayEditor
