@@ -10,7 +10,7 @@ writeFile(work + "/kinds.zel", "version 2\n\n" +
     block("line", "lla 41 5 100\nlla 42.123456789 6 100\nlla 41 7 100\n3d name Route") +
     block("polygon", "lla 41 8 0\nlla 42 9.5 0\nlla 41 10 0\n3d name Area") +
     block("polygon", corners + "3d name Box") +
-    block("annotation Here", "centerlla 40 6 0\nfontname times.ttf\ntextsize 14") +
+    block("annotation Here", "centerlla 40 6 0\nfontname times.ttf\nfontsize 14") +
     block("orbit", "centerll 40 3\ncenterll2 40 4\nradius 20000\n3d name Orbit"));
 answerFileDialog(work + "/kinds.zel");
 editor.press("...");
@@ -57,6 +57,7 @@ assertEqual(editor.value("Radius:"), "20.00");
 assert(log().some(m => m.text.includes("wide")), "the log says why");
 
 editor.select("All Shapes", "Here");
+assertEqual([editor.value("Font:"), editor.value("Font Size:")], ["times.ttf", "14"]);
 editor.choose("Pos:", "MGRS");
 assert(editor.has("GZD:") && !editor.has("Lat:"), "the position as an MGRS reference");
 editor.fill("GZD:", "4q fj 12345 67890");

@@ -1,0 +1,202 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Notify.h"
+#include "geo/Angles.h"
+#include "gui/Form.h"
+#include "gui/TestEquipment.h"
+#include "model/AnnotationShape.h"
+#include "model/FreeDrawShape.h"
+#include "model/OrbitShape.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
+#include "pi/PIWidgets.h"
+
+using halCore::kRadiansPerDegree;
+using halCore::Vec3;
+using namespace OverlayEditor;
+
+namespace {
+
+Vec3 degrees(double lat, double lon, double alt) {
+    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, alt};
+}
+
+/// A shape with its panel, as the dialog shows it.
+class ShapePanelsTest : public ::testing::Test {
+  protected:
+    ShapePanelsTest() {
+        host.eye = degrees(10, 20, 5e6);
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+    }
+    ~ShapePanelsTest() override {
+        shape.reset();
+        halNotify::setNotifyHandler({});
+        freeFunctors();
+    }
+
+    template <typename Kind, typename... Arguments>
+    Kind& open(Arguments... arguments) {
+        auto made = std::make_unique<Kind>(preferences, arguments...);
+        Kind& kind = *made;
+        shape = std::move(made);
+        shape->setShown(true);
+        shape->setActive(true);
+        shape->createGui(&preferences, &canvas);
+        return kind;
+    }
+    void press(const std::string& caption) { host.activate(*host.find(caption)); }
+    bool enabled(const std::string& caption) { return host.find(caption)->enabled; }
+
+    FakeHost host;
+    TestEquipment equipment;
+    Preferences preferences;
+    PointConverter converter;
+    PIGUI::PICanvas canvas{nullptr};
+    Form form{host};
+    std::vector<std::string> messages;
+    std::unique_ptr<Shape> shape;
+};
+
+TEST_F(ShapePanelsTest, PointsAreSteppedInsertedAndDeleted) {
+    PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
+    EXPECT_EQ(host.find("Point")->text, "New Point");
+    EXPECT_FALSE(enabled("<-") || enabled("->"));
+    // A typed coordinate makes the new point one of the line's.
+    form.type("Lat:", "1");
+    ASSERT_EQ(line.points().size(), 1u);
+    EXPECT_NEAR(line.points()[0].lon(), 20 * kRadiansPerDegree, 1e-15) << "it starts from the view";
+    press("->");
+    form.type("Lat:", "3");
+    form.type("Alt:", "100");
+    ASSERT_EQ(line.points().size(), 2u);
+    press("Insert");
+    ASSERT_EQ(line.points().size(), 3u);
+    // The middle of a piece of a meridian, to the meridian's change of curvature; the altitude is the mean.
+    EXPECT_NEAR(line.points()[1].lat(), 2 * kRadiansPerDegree, 1e-6);
+    EXPECT_EQ(line.points()[1].alt(), 50);
+    form.type("Lon: ", "21 30 00 W");
+    EXPECT_NEAR(line.points()[1].lon(), -21.5 * kRadiansPerDegree, 1e-15);
+    press("Delete");
+    press("Delete");
+    ASSERT_EQ(line.points().size(), 1u);
+    EXPECT_FALSE(enabled("<-"));
+    EXPECT_TRUE(enabled("->"));
+    // What the mouse does appears at once.
+    line.mouseSetPointAtIndex(7, degrees(5, 6, 7));
+    EXPECT_EQ(form.text("Alt:"), "7.00 m");
+}
+
+TEST_F(ShapePanelsTest, AttachedPointsAreOffsets) {
+    PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
+    line.insertPointAtIndex(0, degrees(42, 10, 0));
+    line.insertPointAtIndex(1, degrees(42.5, 10, 1.0 / 3.0));
+    converter.setReferenceLla(degrees(42, 10, 0), 7);
+    line.setAttachedPlatformId(7, &converter, false);
+    EXPECT_FALSE(form.has("Lat:"));
+    press("<-");
+    form.type("X:", "5 nm");
+    Vec3 offset;
+    ASSERT_EQ(converter.convertLlaToXyz(line.points()[0], offset), 0);
+    EXPECT_NEAR(offset.x(), 9260, 1e-6);
+    EXPECT_NEAR(offset.y(), 0, 1e-6);
+    EXPECT_EQ(line.points()[1].alt(), 1.0 / 3.0);
+    line.setAttachedPlatformId(0, nullptr, false);
+    EXPECT_TRUE(form.has("Lat:"));
+}
+
+// A nautical mile is 1852 m, and what was typed is the number that stays.
+TEST_F(ShapePanelsTest, ARectangleIsSpannedByItsSizeOrItsCorner) {
+    RectangleShape& box = open<RectangleShape>(RectangleShape::Rectangle);
+    form.type("Lat:", "42");
+    EXPECT_FALSE(box.isComplete()) << "a place is no rectangle yet";
+    form.type("Width:         ", "2 nm");
+    form.type("Height:", "1000");
+    ASSERT_TRUE(box.isComplete());
+    EXPECT_EQ(box.width(), 3704);
+    EXPECT_EQ(box.height(), 1000);
+    EXPECT_EQ(box.center().lat(), 42 * kRadiansPerDegree);
+    EXPECT_FALSE(form.field("Width:         ").text.empty());
+
+    const Vec3 last = *box.lastCorner();
+    host.find("Center")->checked = false;
+    host.find("Corner 1")->checked = true;
+    press("Corner 1");
+    EXPECT_FALSE(box.anchorCenter());
+    EXPECT_EQ(box.lastCorner()->lat(), last.lat()) << "choosing changes nothing";
+    form.type("Width:         ", "500");
+    EXPECT_EQ(box.width(), 500);
+    EXPECT_EQ(box.height(), 1000);
+}
+
+TEST_F(ShapePanelsTest, AnOrbitKeepsItsOtherNumbers) {
+    OrbitShape& orbit = open<OrbitShape>();
+    orbit.setCenter(degrees(10, 20, 0));
+    orbit.setCenter2(degrees(11, 20, 0));
+    orbit.setMinorRadius(1234.5678901);
+    orbit.fillGui();
+    form.type("Lat:", "9");
+    EXPECT_EQ(orbit.minorAxis(), 1234.5678901);
+    EXPECT_EQ(orbit.centerPt2()->getPosition().lat(), 11 * kRadiansPerDegree);
+    form.type("Radius:", "3 km");
+    EXPECT_EQ(orbit.minorAxis(), 3000);
+}
+
+TEST_F(ShapePanelsTest, LabelsAndFreeDrawingsTakeWhatIsChosen) {
+    AnnotationShape& label = open<AnnotationShape>();
+    label.setFontName("own.ttf");
+    label.mouseSetPosition(degrees(1, 2, 3));
+    label.fillGui();
+    auto& font = form.field("Font:");
+    ASSERT_EQ(font.items.size(), 30u);
+    EXPECT_EQ(font.items[0] + " " + font.items[28] + " " + font.items[29],
+              "andalemo.ttf verdanaz.ttf own.ttf");
+    form.choose("Font Size:", 0);
+    EXPECT_EQ(messages.size(), 1u);
+    EXPECT_EQ(label.fontSize(), 8);
+    form.choose("Font Size:", 14);
+    form.choose("Font:", 16);
+    form.choose("Line Color:", 0x01020304);
+    EXPECT_EQ(label.fontName(), "impact.ttf");
+    EXPECT_EQ(label.fontSize(), 14);
+    EXPECT_EQ(label.color(), 0x01020304u);
+
+    FreeDrawShape& drawing = open<FreeDrawShape>();
+    form.choose("Pixel Precision:", 12);
+    EXPECT_EQ(drawing.pixelPrecision(), 12);
+}
+
+// The host may take the shape away while it is shown anew: its panel dies inside its own event.
+TEST_F(ShapePanelsTest, AnEditMayEndTheShape) {
+    const auto endDuring = [this](const std::function<void()>& edit) {
+        host.onCall = [this](FakeHost::Id id) {
+            if (id == FakeHost::Id::OverlayFiles) shape.reset();
+        };
+        edit();
+        host.onCall = nullptr;
+        EXPECT_EQ(shape, nullptr);
+    };
+    const auto polygon = [this] {
+        PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
+        for (int i = 0; i < 3; ++i) line.insertPointAtIndex(0, degrees(i, i, 0));
+    };
+    polygon();
+    endDuring([this] { form.type("Lat:", "5"); });
+    polygon();
+    endDuring([this] { press("Insert"); });
+    polygon();
+    endDuring([this] { form.choose("Line Width: ", 5); });
+    RectangleShape& box = open<RectangleShape>(RectangleShape::Rectangle);
+    box.setFromCenter(degrees(1, 2, 0), 10, 10);
+    box.fillGui();
+    endDuring([this] { form.type("Height:", "7"); });
+    open<AnnotationShape>().mouseSetPosition(degrees(1, 2, 3));
+    endDuring([this] { form.type("Lat:", "5"); });
+}
+
+}  // namespace
