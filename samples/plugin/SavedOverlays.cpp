@@ -1,0 +1,115 @@
+// A plug-in that works together with OverlayEditor: it says in the host's log which overlay files the editor
+// saves. It needs the contract's headers alone and links nothing. README.md in this folder walks through it.
+#include <string>
+#include <vector>
+
+#include "pi/HostContract.h"
+#include "pi/OverlayEditorInterface.h"
+
+#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace {
+
+using Editor = PluginClient::Interfaces::OverlayEditorInterface;
+using Slot = PIParameterName_t;
+
+PIServiceTable* services = nullptr;
+void* instance = nullptr;
+/// Under which the editor knows our function; 0 as long as it does not.
+std::uint64_t registered = 0;
+
+/// The editor's interface, null while no editor is started. Asked for anew each time: the editor may be
+/// closed before this plug-in, and its interface goes with it.
+Editor* findEditor() {
+    PI_DATA_CATCHALL record;
+    record.integers = {static_cast<std::int64_t>(PISelector::Service::Find)};
+    record.strings = {PluginClient::Interfaces::OVERLAYEDITOR_SERVICE_NAME};
+    if (!services->handle(instance, PIServerFunctions_t::Service, &record) || record.pointers.empty())
+        return nullptr;
+    return static_cast<Editor*>(record.pointers.back());
+}
+
+std::string fileName(void* overlay) {
+    PI_DATA_CATCHALL record;
+    record.integers = {static_cast<std::int64_t>(PISelector::OverlayFiles::FileName)};
+    record.pointers = {overlay};
+    services->handle(instance, PIServerFunctions_t::OverlayFiles, &record);
+    return record.strings.empty() ? "an overlay" : record.strings.back();
+}
+
+void say(const std::string& text) {
+    constexpr std::int64_t kNotice = 4;
+    PI_DATA_CATCHALL record;
+    record.integers = {static_cast<std::int64_t>(PISelector::Notify::Message), kNotice};
+    record.strings = {"SavedOverlays", text};
+    services->handle(instance, PIServerFunctions_t::Notify, &record);
+}
+
+void overlaySaved(const std::vector<void*>& overlays) {
+    for (void* const overlay : overlays) say("saved: " + fileName(overlay));
+}
+
+/// The plug-ins may be started in any order, and the editor may be closed and started again.
+void keepRegistered() {
+    Editor* const editor = findEditor();
+    if (!editor)
+        registered = 0;
+    else if (registered == 0)
+        registered = editor->registerNewZelFunction(overlaySaved);
+}
+
+/// The editor must not call code that is no longer there.
+void unregister() {
+    Editor* const editor = findEditor();
+    if (editor && registered != 0) editor->removeNewZelFunction(registered);
+    registered = 0;
+}
+
+}  // namespace
+
+HPI_EXPORT double HPI_VersionInfo() {
+    return 1.902;
+}
+HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
+    return selector == 1 ? 20 : selector == 2 ? 0 : 1;
+}
+HPI_EXPORT std::int32_t HPI_MinimumVersion() {
+    return 12000;
+}
+HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
+    return 831;
+}
+HPI_EXPORT std::int32_t HPI_GetBitWidth() {
+    return 64;
+}
+HPI_EXPORT std::int32_t HPI_IsDebugMode() {
+    return 0;
+}
+HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
+    services = table;
+    instance = handle;
+}
+HPI_EXPORT std::int32_t HPI_PluginDispatchFunction(std::int32_t number, PIFunctionParams_t* record, void*,
+                                                   void*, void*, void*) {
+    switch (static_cast<PIClientFunctions_t>(number)) {
+        case PIClientFunctions_t::Name:
+            if (record) record->strings[Slot::NameText] = "SavedOverlays";
+            break;
+        case PIClientFunctions_t::Description:
+            if (record) record->strings[Slot::InfoText] = "Says which overlay files the editor saves.";
+            break;
+        case PIClientFunctions_t::StartUp:
+        case PIClientFunctions_t::PreDrawOnRefresh:
+            keepRegistered();
+            break;
+        case PIClientFunctions_t::Close:
+            unregister();
+            break;
+        default:
+            break;
+    }
+    return 0;
+}
+HPI_EXPORT void HPI_CleanUpPlugin() {
+    services = nullptr;
+}
