@@ -44,6 +44,21 @@ action("Yellow Shape Color");
 finish();
 assert(readFile(directory + "/Circle_2.zel").includes(colors.Yellow), "the colour in the file");
 
+// Point by point: a line and a polygon take the same colour and number.
+const corners = [{ lat: 40, lon: 3 }, { lat: 42, lon: 5 }, { lat: 40, lon: 8 }];
+for (const [label, kind] of [["Quick Line Draw", "Line"], ["Quick Poly Draw", "Polygon"]]) {
+    action(label);
+    for (const corner of corners) {
+        view.move(corner);
+        view.click(corner);
+    }
+    finish();
+    const text = readFile(directory + "/" + kind + "_2.zel");
+    assert(text.includes("3d name " + kind + " 2\n") && text.includes(colors.Yellow), text);
+    assertEqual(text.split("\n").filter(line => line.startsWith("lla ")).length, 3, kind);
+    action("Remove Last Quick Shape");
+}
+
 // While drawing, removing the last one only cancels; then the newest goes with its file.
 action("Quick Circle Draw");
 view.move(here);
