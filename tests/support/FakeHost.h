@@ -335,6 +335,7 @@ class FakeHost final : public PIServiceTable {
                     actionLabels_[r.pointers.back()] = r.strings[1];
                 } else if (is(PISelector::Action::Destroy)) {
                     actions.erase(actionLabels_[r.pointers[0]]);
+                    actionLabels_.erase(r.pointers[0]);
                 } else if (is(PISelector::Action::SetChecked)) {
                     actionChecks[r.strings[1]] = r.integers[1] != 0;
                 }
