@@ -52,7 +52,7 @@ std::uint32_t modifiersOf(unsigned modifiers) {
 
 Host::Host(const QString& settingsFile)
     : settings_(settingsFile, log_),
-      services_(log_, handles_),
+      services_(log_, handles_, trace_),
       window_(log_),
       overlays_(window_.view().overlays(), scenario_, handles_, log_),
       fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)) {
@@ -70,6 +70,10 @@ Host::Host(const QString& settingsFile)
     addOverlayServices(*this);
     addScreenServices(*this);
     addContextMenuServices(*this);
+    connect(&log_, &Log::added, this, [this](const LogEntry& entry) {
+        trace_.note(
+            QString("log %1 %2: %3").arg(Log::severityName(entry.severity), entry.source, entry.text));
+    });
     connectView();
     connectScenario();
     connectWindow();
@@ -189,7 +193,7 @@ Plugin* Host::openPlugin(const std::filesystem::path& path) {
         log_.add(halNotify::Error, "host", *refusal);
         return nullptr;
     }
-    plugins_.push_back(std::make_unique<Plugin>(std::get<PluginLibrary>(std::move(opened)), log_));
+    plugins_.push_back(std::make_unique<Plugin>(std::get<PluginLibrary>(std::move(opened)), log_, trace_));
     Plugin& plugin = *plugins_.back();
     services_.admit(plugin);
     plugin.initialize(services_);
@@ -285,7 +289,9 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
     PIHALVIS::ZelMenuData data;
     data.overlays = overlays;
     for (const auto& entry : std::vector(registrations_.menuCallbacks))
-        entry.callback->menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &data, menuHandle);
+        entry.owner->enter("context menu requested", [&] {
+            entry.callback->menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &data, menuHandle);
+        });
 
     auto* menu = new QMenu(&window_);
     menu->setAttribute(Qt::WA_DeleteOnClose);

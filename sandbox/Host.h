@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "sandbox/CallTrace.h"
 #include "sandbox/HandleRegistry.h"
 #include "sandbox/Log.h"
 #include "sandbox/MainWindow.h"
@@ -36,6 +37,7 @@ class Host : public QObject {
     Settings& settings() { return settings_; }
     HandleRegistry& handles() { return handles_; }
     ServiceTable& services() { return services_; }
+    CallTrace& trace() { return trace_; }
     MainWindow& window() { return window_; }
     GlobeView& view() { return window_.view(); }
     Scenario& scenario() { return scenario_; }
@@ -81,6 +83,7 @@ class Host : public QObject {
     Log log_;
     Settings settings_;
     HandleRegistry handles_;
+    CallTrace trace_{handles_};
     ServiceTable services_;
     MainWindow window_;
     Scenario scenario_;

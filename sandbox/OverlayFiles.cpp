@@ -10,6 +10,7 @@
 #include "common/NumberText.h"
 #include "format/Parser.h"
 #include "sandbox/Log.h"
+#include "sandbox/Plugin.h"
 #include "sandbox/Scenario.h"
 
 namespace sandbox {
@@ -71,7 +72,7 @@ LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t pla
     if (!loaded) return nullptr;
     emit filesChanged();
     void* handle = loaded->handle();
-    tell([handle](PIHALVIS::ZELEventObserver* observer) { observer->addedZEL(handle); });
+    tell("overlay added", [handle](PIHALVIS::ZELEventObserver* observer) { observer->addedZEL(handle); });
     // An observer may have unloaded it again.
     return handles_.find<LoadedOverlay>(handle);
 }
@@ -89,7 +90,7 @@ void OverlayFiles::unload(LoadedOverlay& overlay) {
     handles_.remove(handle);
     if (!isFile) return;
     emit filesChanged();
-    tell([handle](PIHALVIS::ZELEventObserver* observer) { observer->removedZEL(handle); });
+    tell("overlay removed", [handle](PIHALVIS::ZELEventObserver* observer) { observer->removedZEL(handle); });
 }
 
 void OverlayFiles::show(LoadedOverlay& overlay, bool shown) {
@@ -137,10 +138,10 @@ int OverlayFiles::removeObservers(const Plugin* owner) {
 
 /// An observer may add and remove observers, itself included: each is looked up again before its call.
 template <typename Event>
-void OverlayFiles::tell(Event event) {
+void OverlayFiles::tell(const char* what, Event event) {
     for (const Observer& entry : std::vector(observers_)) {
         if (std::ranges::find(observers_, entry.observer, &Observer::observer) != observers_.end())
-            event(entry.observer);
+            entry.owner->enter(what, [&] { event(entry.observer); });
     }
 }
 

@@ -82,7 +82,7 @@ class OverlayFiles : public QObject {
     void platformRemoved(std::uint64_t id);
     std::optional<OverlayReference> reference(std::uint64_t platform) const;
     template <typename Event>
-    void tell(Event event);
+    void tell(const char* what, Event event);
 
     OverlayScene& scene_;
     const Scenario& scenario_;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "pi/HostObservers.h"
+#include "sandbox/CallTrace.h"
 #include "sandbox/Log.h"
 
 namespace sandbox {
@@ -24,18 +25,37 @@ class CommandLine final : public PIApp::CommandLineArgumentsProvider {
 
 }  // namespace
 
-Plugin::Plugin(PluginLibrary library, Log& log)
+Plugin::Plugin(PluginLibrary library, Log& log, CallTrace& trace)
     : library_(std::move(library)),
       log_(log),
+      trace_(trace),
       name_(QString::fromStdString(library_.path().filename().string())) {}
 
-void Plugin::dispatch(PIClientFunctions_t number, PIFunctionParams_t& params) {
+void Plugin::guard(const QString& what, const std::function<void()>& call) {
     try {
+        call();
+    } catch (...) {
+        log_.misuse(name_, "an exception left " + what);
+    }
+}
+
+void Plugin::enter(const QString& what, const std::function<void()>& call) {
+    CallTrace::Scope scope(trace_, trace_.isOpen() ? QString("host -> %1 %2").arg(name_, what) : QString());
+    guard(what, call);
+}
+
+void Plugin::dispatch(PIClientFunctions_t number, PIFunctionParams_t& params) {
+    const QString what = QString("event %1").arg(static_cast<int>(number));
+    const auto call = [&] {
         library_.exports().dispatch(static_cast<std::int32_t>(number), &params, nullptr, nullptr, nullptr,
                                     nullptr);
-    } catch (...) {
-        log_.misuse(name_, QString("an exception left event %1").arg(static_cast<int>(number)));
-    }
+    };
+    if (!trace_.isOpen()) return guard(what, call);
+    const QString arguments = CallTrace::parametersText(params);
+    CallTrace::Scope scope(trace_, QString("host -> %1 %2%3").arg(name_, what, arguments));
+    guard(what, call);
+    if (const QString results = CallTrace::parametersText(params); results != arguments)
+        scope.setResult(results.trimmed());
 }
 
 void Plugin::initialize(PIServiceTable& services) {

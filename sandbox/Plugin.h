@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <variant>
 
@@ -11,6 +12,7 @@
 
 namespace sandbox {
 
+class CallTrace;
 class Log;
 
 /// One plug-in from its loading to its unloading. Its address is the instance handle that it passes back
@@ -19,7 +21,7 @@ class Plugin {
   public:
     enum class State { Loaded, Initialized, Started, Closing, Closed, CleanedUp };
 
-    Plugin(PluginLibrary library, Log& log);
+    Plugin(PluginLibrary library, Log& log, CallTrace& trace);
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
 
@@ -46,12 +48,17 @@ class Plugin {
     /// \return whether the plug-in consumed the event
     bool mouse(PIGUI::PIMouseEventType_t type, PIGUI::PIMouseEvent event);
     void preDraw(int width, int height);
+    /// Calls into the plug-in's code in any other way, such as a callback that it registered. `what` names
+    /// the call; an exception that leaves it is reported as a misuse.
+    void enter(const QString& what, const std::function<void()>& call);
 
   private:
+    void guard(const QString& what, const std::function<void()>& call);
     void dispatch(PIClientFunctions_t number, PIFunctionParams_t& params);
 
     PluginLibrary library_;
     Log& log_;
+    CallTrace& trace_;
     QString name_;
     State state_ = State::Loaded;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "sandbox/CallTrace.h"
 #include "sandbox/Log.h"
 #include "sandbox/Plugin.h"
 
@@ -77,6 +78,30 @@ PIServiceResult ServiceTable::handle(void* identity, PIServerFunctions_t service
             &log_, [log = &log_, what] { log->misuse("plug-in", what); }, Qt::QueuedConnection);
         return 0;
     }
+    if (!trace_.isOpen()) return serve(identity, service, args);
+    const auto caller = plugins_.find(static_cast<Plugin*>(identity));
+    CallTrace::Scope scope(trace_, QString("%1 -> %2%3")
+                                       .arg(caller == plugins_.end() ? "plug-in" : (*caller)->name())
+                                       .arg(static_cast<int>(service))
+                                       .arg(operationText(service, args) + trace_.argumentsText(args)));
+    const CallTrace::Counts counts = trace_.countArguments(args);
+    const PIServiceResult result = serve(identity, service, args);
+    scope.setResult(trace_.resultText(result, args, counts));
+    return result;
+}
+
+QString ServiceTable::operationText(PIServerFunctions_t service, void* args) const {
+    std::optional<std::int64_t> selector;
+    if (shared_.contains(service) && !handles_.wasGivenOut(args)) {
+        const auto* record = dynamic_cast<PI_DATA_CATCHALL*>(static_cast<PI_DATA_BASE_CLASS*>(args));
+        if (record && !record->integers.empty()) selector = record->integers.front();
+    }
+    if (service == PIServerFunctions_t::IdentityOverride) return " (identity)";
+    const auto row = rows_.find({service, selector});
+    return row == rows_.end() ? QString() : QString(" (%1)").arg(row->second.name);
+}
+
+PIServiceResult ServiceTable::serve(void* identity, PIServerFunctions_t service, void* args) {
     if (service == PIServerFunctions_t::IdentityOverride) return overrideIdentity(args);
 
     Plugin* plugin = caller(identity, service);

@@ -17,6 +17,7 @@
 
 namespace sandbox {
 
+class CallTrace;
 class Log;
 class Plugin;
 class ServiceTable;
@@ -114,8 +115,8 @@ class ServiceTable final : public PIServiceTable {
 
     static constexpr std::int32_t kHostBuildNumber = 13000;
 
-    ServiceTable(Log& log, HandleRegistry& handles)
-        : log_(log), handles_(handles), thread_(std::this_thread::get_id()) {}
+    ServiceTable(Log& log, HandleRegistry& handles, CallTrace& trace)
+        : log_(log), handles_(handles), trace_(trace), thread_(std::this_thread::get_id()) {}
 
     std::int32_t hostBuildNumber() override { return kHostBuildNumber; }
     PIServiceResult handle(void* identity, PIServerFunctions_t service, void* args) override;
@@ -182,11 +183,15 @@ class ServiceTable final : public PIServiceTable {
 
     void insert(PIServerFunctions_t service, std::optional<std::int64_t> selector, const char* name,
                 When when, Handler handler);
+    PIServiceResult serve(void* identity, PIServerFunctions_t service, void* args);
+    /// " (name)" for the trace; empty for an unknown service.
+    QString operationText(PIServerFunctions_t service, void* args) const;
     Plugin* caller(void* identity, PIServerFunctions_t service);
     PIServiceResult overrideIdentity(void* args);
 
     Log& log_;
     HandleRegistry& handles_;
+    CallTrace& trace_;
     std::thread::id thread_;
     std::set<Plugin*> plugins_;
     std::map<Key, Row> rows_;

@@ -22,6 +22,7 @@ struct Options {
     QString plugin;
     QString settings;
     QString script;
+    QString trace;
     QSize size{1280, 800};
     bool verbose = false;
     QStringList overlays;
@@ -72,8 +73,9 @@ Options readCommandLine(const QStringList& arguments) {
     const QCommandLineOption script("script", "Script to run; see docs/scripting.md.", "file.js");
     const QCommandLineOption size("size", "Size of the window, such as 1600x1000.", "WxH", "1280x800");
     const QCommandLineOption verbose("verbose", "Copy the log to standard error.");
+    const QCommandLineOption trace("trace", "Write every service call and event to a file.", "file");
     const QCommandLineOption render("render", "Draw overlay files as a picture; see --render --help.");
-    parser.addOptions({plugin, settings, script, size, verbose, render});
+    parser.addOptions({plugin, settings, script, size, verbose, trace, render});
     parser.addPositionalArgument("arguments", "Overlay files, or the script's arguments.", "[arguments...]");
     parser.process(arguments);
 
@@ -81,6 +83,7 @@ Options readCommandLine(const QStringList& arguments) {
     options.plugin = parser.value(plugin);
     options.settings = parser.value(settings);
     options.script = parser.value(script);
+    options.trace = parser.value(trace);
     options.size = sandbox::readSize(parser.value(size));
     options.verbose = parser.isSet(verbose);
     (options.script.isEmpty() ? options.overlays : options.scriptArguments) = parser.positionalArguments();
@@ -112,6 +115,12 @@ int main(int argc, char** argv) {
 
     sandbox::Host host(options.settings);
     host.log().setEcho(options.verbose);
+    if (!options.trace.isEmpty()) {
+        if (const QString error = host.trace().open(options.trace); !error.isEmpty()) {
+            std::fprintf(stderr, "--trace %s: %s\n", qPrintable(options.trace), qPrintable(error));
+            return 2;
+        }
+    }
     host.window().resize(options.size);
     host.window().show();
     if (options.plugin != "none") host.openPlugin(options.plugin.toStdString());

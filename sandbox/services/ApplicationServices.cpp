@@ -32,18 +32,20 @@ void addTimeouts(Host& host) {
             void* data = arguments.pointer(1);
             Timeout* timeout = call.keep(std::make_unique<Timeout>());
             void* handle = timeout->handle();
+            Plugin* plugin = &call.plugin();
             timeout->timer.setSingleShot(true);
             // The host forgets the timeout first; the timer itself dies once its own signal is over.
-            QObject::connect(&timeout->timer, &QTimer::timeout, &host, [&host, handle, callback, data] {
-                QMetaObject::invokeMethod(
-                    &host,
-                    [&host, handle, callback, data] {
-                        if (!host.handles().find(handle)) return;
-                        host.handles().remove(handle);
-                        callback->Call(nullptr, data);
-                    },
-                    Qt::QueuedConnection);
-            });
+            QObject::connect(
+                &timeout->timer, &QTimer::timeout, &host, [&host, plugin, handle, callback, data] {
+                    QMetaObject::invokeMethod(
+                        &host,
+                        [&host, plugin, handle, callback, data] {
+                            if (!host.handles().find(handle)) return;
+                            host.handles().remove(handle);
+                            plugin->enter("timeout", [callback, data] { callback->Call(nullptr, data); });
+                        },
+                        Qt::QueuedConnection);
+                });
             timeout->timer.start(static_cast<int>(delay));
             arguments.give(handle);
             return 1;

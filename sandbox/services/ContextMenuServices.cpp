@@ -36,7 +36,10 @@ void addContextMenuServices(Host& host) {
                           if (!menu) return 0;
                           if (!callback) return call.misuse("a menu item needs a callback");
                           menu->add(arguments.integer(0), arguments.string(0), arguments.integer(1) != 0,
-                                    [callback] { callback->Call(nullptr, nullptr); });
+                                    [callback, plugin = &call.plugin()] {
+                                        plugin->enter("callback of a menu item",
+                                                      [callback] { callback->Call(nullptr, nullptr); });
+                                    });
                           return 1;
                       });
 }

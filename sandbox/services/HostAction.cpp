@@ -1,5 +1,6 @@
 #include "sandbox/services/HostAction.h"
 
+#include "sandbox/Plugin.h"
 #include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
@@ -35,7 +36,8 @@ void HostAction::triggered() {
         asked = action_->isChecked() ? 1 : 0;
         action_->setChecked(asked == 0);
     }
-    callback_->Call(nullptr, &asked);
+    owner()->enter("callback of " + describe(),
+                   [callback = callback_, &asked] { callback->Call(nullptr, &asked); });
 }
 
 }  // namespace sandbox

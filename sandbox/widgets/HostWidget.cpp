@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "pi/HostStructures.h"
+#include "sandbox/Plugin.h"
 
 namespace sandbox {
 
@@ -25,7 +26,9 @@ void HostWidget::setShown(bool shown) {
 }
 
 void HostWidget::activate(void* data) {
-    if (callback_) callback_->Call(wrapper_, data);
+    if (!callback_) return;
+    owner()->enter("callback of " + describe(),
+                   [callback = callback_, wrapper = wrapper_, data] { callback->Call(wrapper, data); });
 }
 
 ContainerWidget::~ContainerWidget() {
