@@ -58,10 +58,8 @@ std::unique_ptr<PUDrawPoint> copyOf(const std::unique_ptr<PUDrawPoint>& point) {
     return point ? std::make_unique<PUDrawPoint>(*point) : nullptr;
 }
 
-/// Beyond half the way round the earth, a point would come back from the other side.
-bool isRadius(double meters) {
-    constexpr double halfMeridian = 20003931.0;
-    if (std::abs(meters) <= halfMeridian) return true;
+bool accepted(double meters) {
+    if (CylinderShape::isRadius(meters)) return true;
     if (halNotify::isNotifyEnabled(halNotify::Warning))
         halNotify::notify(halNotify::Warning)
             << "A radius of " << meters << " m is refused: it reaches round more than half of the earth";
@@ -267,8 +265,13 @@ void CylinderShape::moveCenter(const halCore::Vec3& lla) {
     dirty_();
 }
 
+bool CylinderShape::isRadius(double meters) {
+    constexpr double halfMeridian = 20003931.0;
+    return std::abs(meters) <= halfMeridian;
+}
+
 void CylinderShape::setMajorRadius(double meters) {
-    if (!center_ || !isRadius(meters)) return;
+    if (!center_ || !accepted(meters)) return;
     meters = std::abs(meters);
     placeAt_(majorAxisPoint_, kEast, meters);
     keep_(majorRadius_, meters, majorAxisPoint_);
@@ -276,7 +279,7 @@ void CylinderShape::setMajorRadius(double meters) {
 }
 
 void CylinderShape::setMinorRadius(double meters) {
-    if (!center_ || !isRadius(meters)) return;
+    if (!center_ || !accepted(meters)) return;
     meters = std::abs(meters);
     placeAt_(minorAxisPoint_, kNorth, meters);
     keep_(minorRadius_, meters, minorAxisPoint_);

@@ -50,8 +50,11 @@ class CylinderShape : public BaseFilledShape {
     void setCenter(const halCore::Vec3& lla);
     /// Moves the whole shape: radii, angles and height keep their numbers.
     void moveCenter(const halCore::Vec3& lla);
+    /// Whether a length, whatever its sign, can be a radius: a number, and not beyond half the earth's way
+    /// round. There, a point would come back from the other side.
+    static bool isRadius(double meters);
     /// Place the axis points due east and due north at a distance; need a centre. The sign is
-    /// dropped; what is not a number, or more than half the earth's way round, is refused.
+    /// dropped; what is no radius is refused.
     void setMajorRadius(double meters);
     virtual void setMinorRadius(double meters);
     void setMajorRadius(const halCore::Vec3& lla);

@@ -3,229 +3,25 @@
 #include <algorithm>
 
 #include "common/Strings.h"
-#include "format/FileNumber.h"
 #include "format/Keyword.h"
 #include "format/LineTokens.h"
 #include "format/PlainPoint.h"
-#include "format/ZelShapes.h"
-#include "geo/Units.h"
+#include "model/BlockLosses.h"
 #include "model/ShapeLabel.h"
-#include "model/ZelToSerializer.h"
 
 namespace OverlayEditor {
 namespace {
 
 namespace ZEL = halCore::ZEL;
 using Action = ZEL::KeywordAction;
-using P = ZEL::ShapeParameter;
-using ZEL::ShapeType;
-
-/// What becomes of a line. Empty texts: it is kept.
-struct Fate {
-    halNotify::Severity severity = halNotify::Warning;
-    /// Follows the line's text in the message.
-    std::string_view what;
-};
-
-constexpr Fate kKept{};
-constexpr Fate kDropped{halNotify::Warning, "is dropped"};
-constexpr Fate kUnused{halNotify::Warning, "means nothing here and is dropped"};
-
-constexpr Fate keptIf(bool kept, const Fate& otherwise = kUnused) {
-    return kept ? kKept : otherwise;
-}
-
-template <typename Kind>
-const Kind* as(const ZEL::ZelShape& shape) {
-    return dynamic_cast<const Kind*>(&shape);
-}
-
-bool isSet(int getterResult) {
-    return getterResult == 0;
-}
-
-bool hasPoints(const ZEL::ZelShape& shape) {
-    return as<ZEL::PointBasedShape>(shape) || as<ZEL::Points>(shape);
-}
-
-template <typename Shape>
-bool hasBothAxes(const Shape& shape) {
-    double metres = 0.0;
-    return isSet(shape.getMajorAxis(metres)) && isSet(shape.getMinorAxis(metres));
-}
-
-Fate fateOfRadius(const ZEL::ZelShape& shape) {
-    constexpr Fate axesCount{halNotify::Warning, "is dropped, because the axes count"};
-    if (const auto* const ellipse = as<ZEL::EllipticalShape>(shape))
-        return keptIf(!hasBothAxes(*ellipse), axesCount);
-    if (const auto* const ellipsoid = as<ZEL::Ellipsoid>(shape))
-        return keptIf(!hasBothAxes(*ellipsoid), axesCount);
-    return keptIf(as<ZEL::CircularShape>(shape));
-}
-
-Fate fateOfAngle(const ZEL::ZelShape& shape) {
-    const auto* const ellipse = as<ZEL::EllipticalShape>(shape);
-    if (!ellipse) return kUnused;
-    double sweep = 0.0;
-    if (!isSet(ellipse->getAngleSweep(sweep))) return {halNotify::Warning, "is dropped without a sweep"};
-    if (const auto* const cylinder = as<ZEL::Cylinder>(shape)) return keptIf(isWedge(*cylinder), kDropped);
-    return kKept;
-}
-
-Fate fateOfHeight(const ZEL::ZelShape& shape) {
-    double height = 0.0;
-    if (const auto* const ellipsoid = as<ZEL::Ellipsoid>(shape)) {
-        ellipsoid->getHeight(height);
-        return keptIf(height >= 0.0, {halNotify::Warning, "is saved as 1 m"});
-    }
-    return keptIf(as<ZEL::Cylinder>(shape) || as<ZEL::Cone>(shape));
-}
-
-Fate fateOfUnits(const halCore::Units& units, const halCore::Units& saved) {
-    return keptIf(units == saved, {halNotify::Notice, "is not kept: saved in metres and degrees"});
-}
-
-Fate fateOfName(const ZEL::ZelShape& shape) {
-    const auto* const annotation = as<ZEL::Annotation>(shape);
-    std::string name;
-    shape.getName(name);
-    return keptIf(!annotation || annotation->label() == name,
-                  {halNotify::Warning, "is dropped, because the text counts"});
-}
-
-/// Attributes; `value` is the line's second word.
-Fate fateOfAttribute(P parameter, std::string_view value, const ZEL::ZelShape& shape) {
-    const auto& units = shape.originalUnits();
-    switch (parameter) {
-        case P::LineColor:
-            return kKept;
-        case P::LineWidth:
-        case P::FillColor:
-        case P::Filled:
-            return keptIf(as<ZEL::FillableShape>(shape));
-        case P::FontName:
-        case P::FontSize:
-            return keptIf(as<ZEL::Annotation>(shape));
-        case P::CenterAbsolute:
-        case P::CenterRelative:
-            return keptIf((as<ZEL::CircularShape>(shape) || as<ZEL::Annotation>(shape)) &&
-                          shape.isRelative() == (parameter == P::CenterRelative));
-        case P::Center2Absolute:
-        case P::Center2Relative:
-            return keptIf(as<ZEL::Orbit>(shape) && shape.isRelative() == (parameter == P::Center2Relative));
-        case P::ReferencePoint:
-            return {halNotify::Notice, shape.isRelative() ? "is used up: the positions keep their places"
-                                                          : "means nothing here and is dropped"};
-        case P::Radius:
-            return fateOfRadius(shape);
-        case P::AngleStart:
-        case P::AngleEnd:
-        case P::AngleSweep:
-            return fateOfAngle(shape);
-        case P::MajorAxis:
-        case P::MinorAxis:
-            return keptIf(as<ZEL::EllipticalShape>(shape) || as<ZEL::Ellipsoid>(shape));
-        case P::Height:
-            return fateOfHeight(shape);
-        case P::AltitudeUnits:
-            return fateOfUnits(units.altitudeUnits(), halCore::Units::METERS);
-        case P::RangeUnits:
-            return fateOfUnits(units.rangeUnits(), halCore::Units::METERS);
-        case P::AngleUnits:
-            return fateOfUnits(units.angleUnits(), halCore::Units::DEGREES);
-        // What stands for the default is not lost.
-        case P::LineStyle:
-            return keptIf(value == "solid", kDropped);
-        case P::Outline:
-            return keptIf(UTILS::stringIsTrueToken(value), kDropped);
-        case P::AltitudeMode:
-        case P::TextOutlineThickness:
-            return keptIf(value == "none", kDropped);
-        case P::VerticalDatum:
-            return keptIf(value == "wgs84", kDropped);
-        case P::DepthBuffer:
-        case P::Tessellate:
-        case P::ExtrudeHeight:
-            return keptIf(!UTILS::stringIsTrueToken(value), kDropped);
-        default:
-            return kDropped;
-    }
-}
-
-/// Of a point that belongs to the shape. The reader passes over one that is no position without a message.
-Fate fateOfPoint(const ZEL::LineTokens& tokens, const ZEL::ZelShape& shape) {
-    if (tokens.count() < 3) return kKept;  // the reader's message
-    const auto isRead = [&](std::size_t word, halCore::AngleKind kind) {
-        return shape.isRelative() ? ZEL::readFileNumber(tokens[word]).has_value()
-                                  : ZEL::readFileDegrees(tokens[word], kind).has_value();
-    };
-    if (!isRead(1, halCore::AngleKind::Latitude) || !isRead(2, halCore::AngleKind::Longitude))
-        return {halNotify::Warning, "cannot be read and is dropped"};
-    return keptIf(tokens.count() == 3 || ZEL::readFileNumber(tokens[3]),
-                  {halNotify::Warning, "loses its altitude, which cannot be read"});
-}
-
-Fate fateOfShape(const ZEL::ZelShape& shape) {
-    switch (shape.shapeType()) {
-        case ShapeType::Points:
-            return {halNotify::Warning, "becomes a line through all of its points"};
-        case ShapeType::LineSegs:
-            return {halNotify::Warning, "becomes one line through all of its points"};
-        default:
-            return kKept;
-    }
-}
-
-Fate fateOf(const ZEL::Keyword& keyword, const ZEL::LineTokens& tokens, const ZEL::ZelShape& shape) {
-    switch (keyword.action) {
-        case Action::Shape:
-            return fateOfShape(shape);
-        case Action::AbsolutePoint:
-        case Action::GridPoint:
-        case Action::RelativePoint:
-            if ((!hasPoints(shape) && !as<ZEL::Annotation>(shape)) ||
-                shape.isRelative() != (keyword.action == Action::RelativePoint))
-                return kUnused;
-            return keyword.action == Action::GridPoint ? kKept : fateOfPoint(tokens, shape);
-        case Action::Flag:
-        case Action::Value:
-        case Action::QuietValue:
-        case Action::RestOfLine:
-        case Action::Color:
-        case Action::AbsolutePosition:
-        case Action::RelativePosition:
-        case Action::ReferencePoint:
-        case Action::Half:
-        case Action::Double:
-        case Action::Extrude:
-            return fateOfAttribute(keyword.parameter, tokens[1], shape);
-        case Action::ThreeD:
-            return tokens.line().starts_with("3d name") ? fateOfName(shape) : kDropped;
-        case Action::Scale:
-        case Action::Orient:
-            return kDropped;
-        case Action::Ignore:
-            return keptIf(keyword.text == "version");
-        case Action::Unknown:
-            // Every other unknown line has its message from the reader.
-            return keptIf(!tokens.line().starts_with("rotate") && !tokens.line().starts_with("extrude"),
-                          kDropped);
-        case Action::Start:
-        case Action::End:
-        case Action::Comment:
-        case Action::AnnotationText:
-        case Action::Box:
-            break;
-    }
-    return kKept;
-}
+using PointType = BlockLosses::PointType;
 
 /// Goes through a text line by line as the reader does.
 class Walk {
   public:
     Walk(const ZEL::Parser::Shapes& shapes, const ZEL::ParseReport& report,
          std::span<const std::string> reasons, std::vector<ZEL::ParseMessage>& losses)
-        : shapes_(shapes), report_(report), reasons_(reasons), losses_(losses) {}
+        : shapes_(shapes), report_(report), reasons_(reasons), losses_(losses), block_(losses) {}
 
     void lines(std::string_view text) {
         end_ = text.data() + text.size();
@@ -251,34 +47,40 @@ class Walk {
         const ZEL::Keyword& keyword = ZEL::findKeyword(tokens_[0]);
         if (keyword.action == Action::Comment) {
             comment_(line);
-        } else if (keyword.action == Action::End) {
-            inside_ = false;
-        } else if (!inside_) {
-            if (keyword.action == Action::Start) start_();
-        } else if (shape_) {
-            const Fate fate = fateOf(keyword, tokens_, *shape_);
-            if (!fate.what.empty()) add_(fate.severity, tokens_.line(), fate.what);
+            return;
         }
+        if (!inside_ && keyword.action == Action::Start) start_();
+        if (!hasShape_) {
+            if (keyword.action == Action::End) inside_ = false;
+            return;
+        }
+        block_.line(number_, line, keyword, tokens_);
+        if (keyword.action != Action::End) return;
+        block_.finish();
+        inside_ = hasShape_ = false;
     }
 
     void start_() {
         inside_ = true;
-        shape_ = nullptr;
         if (next_ == shapes_.size() || report_.shapeLines[next_] != number_) return;
-        shape_ = shapes_[next_].get();
-        label_ = labelOf(*shape_);
-        pointsTaken_ = hasPoints(*shape_);
-        if (const std::string& reason = reasons_[next_]; !reason.empty()) {
-            losses_.push_back({number_, halNotify::Warning, "the " + label_ + " is not saved: " + reason});
-            shape_ = nullptr;
-        }
-        ++next_;
+        const ZEL::ZelShape& shape = *shapes_[next_];
+        const std::string& reason = reasons_[next_++];
+        hasShape_ = reason.empty();
+        if (hasShape_)
+            block_.start(shape);
+        else
+            losses_.push_back(
+                {number_, halNotify::Warning, "the " + labelOf(shape) + " is not saved: " + reason});
     }
 
     /// The lines that a large file consists of.
     bool plainPoint_(std::string_view line) const {
-        if (!shape_) return line.starts_with("lla ") || line.starts_with("xyz ");
-        if (!pointsTaken_ || !line.starts_with(shape_->isRelative() ? "xyz " : "lla ")) return false;
+        const auto type = line.starts_with("lla ")   ? PointType::Absolute
+                          : line.starts_with("xyz ") ? PointType::Relative
+                                                     : PointType::None;
+        if (type == PointType::None) return false;
+        if (!hasShape_) return true;
+        if (!block_.keepsPoints(type)) return false;
         constexpr std::ptrdiff_t window = 80;
         const char* const numbers = line.data() + 3;
         halCore::Vec3 point;
@@ -289,13 +91,8 @@ class Walk {
         if (!inside_)
             losses_.push_back(
                 {number_, halNotify::Warning, "the comment \"" + UTILS::excerpt(line) + "\" is dropped"});
-        else if (shape_)
-            add_(halNotify::Warning, line, "is dropped");
-    }
-
-    void add_(halNotify::Severity severity, std::string_view line, std::string_view what) {
-        losses_.push_back({number_, severity, label_ + ": \"" + UTILS::excerpt(line) + "\" "});
-        losses_.back().text += what;
+        else if (hasShape_)
+            block_.comment(number_, line);
     }
 
     const ZEL::Parser::Shapes& shapes_;
@@ -303,14 +100,13 @@ class Walk {
     std::span<const std::string> reasons_;
     std::vector<ZEL::ParseMessage>& losses_;
     ZEL::LineTokens tokens_;
+    BlockLosses block_;
     const char* end_ = nullptr;
     std::size_t number_ = 0;
     std::size_t next_ = 0;
     bool inside_ = false;
-    /// Of the block that is open; null when all of it is gone.
-    const ZEL::ZelShape* shape_ = nullptr;
-    std::string label_;
-    bool pointsTaken_ = false;
+    /// Whether the block that is open gave a shape that is saved; `block_` is in use only then.
+    bool hasShape_ = false;
 };
 
 }  // namespace

@@ -194,23 +194,6 @@ TEST_F(OverlayFileTest, RelativeShapesCountFromTheirReferenceOrThePlatform) {
     EXPECT_THAT(messages, HasSubstr("not on the globe"));
 }
 
-TEST_F(OverlayFileTest, PointThatCannotBeReadIsReported) {
-    const auto told = [this](const std::string& point) {
-        std::string text = block("line\nlla 1 2 3\n" + point + "\nlla 4 5 6\nlla 5 6 7\n");
-        std::string all;
-        for (const auto& loss : loadOverlayText(text + text, "test", preferences, nullptr, 0).losses)
-            all += std::to_string(loss.line) + ": " + loss.text + "\n";
-        return all;
-    };
-    EXPECT_EQ(told("lla 1:30:00N 2.5e1 -7"), "");
-    EXPECT_EQ(told("ll 1 2"), "");
-    EXPECT_EQ(told("lla abc 5"),
-              "4: line \"line\": \"lla abc 5\" cannot be read and is dropped\n"
-              "11: line \"line\": \"lla abc 5\" cannot be read and is dropped\n");
-    EXPECT_THAT(told("lla 1 2 high"), HasSubstr("4: line \"line\": \"lla 1 2 high\" loses its altitude"));
-    EXPECT_THAT(told("xyz 1 2 3"), HasSubstr("means nothing here"));
-}
-
 TEST_F(OverlayFileTest, AttachedOverlayStaysRelative) {
     PointConverter platform;
     platform.setReferenceLla(Vec3(0.5, 0.6, 10.0), 3);

@@ -1,0 +1,244 @@
+#include <algorithm>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "common/Strings.h"
+#include "format/Keyword.h"
+#include "model/OverlayFile.h"
+#include "support/FakeHost.h"
+
+using namespace OverlayEditor;
+using ::testing::HasSubstr;
+
+namespace {
+
+class LossReportTest : public ::testing::Test {
+  protected:
+    LossReportTest() {
+        halNotify::setNotifyHandler([](halNotify::Severity, const std::string&) {});
+    }
+    ~LossReportTest() override { halNotify::setNotifyHandler({}); }
+
+    /// The losses of one block, the "start" being line 1; without the shape's kind and name.
+    std::string lossesOf(const std::string& lines, PointConverter* converter = nullptr,
+                         unsigned long platform = 0) {
+        const std::string text = "start\n" + lines + "end\n";
+        std::string all;
+        // Twice, so that one place of each line is far from the end of the text.
+        const auto loaded = loadOverlayText(text + text, "test", preferences, converter, platform);
+        const std::size_t half = loaded.losses.size() / 2;
+        for (std::size_t i = 0; i < half; ++i) {
+            const std::string& what = loaded.losses[i].text;
+            const std::size_t name = what.find("\": ");
+            all += std::to_string(loaded.losses[i].line) + ": " +
+                   what.substr(name == std::string::npos ? 0 : name + 3) + "\n";
+        }
+        EXPECT_EQ(loaded.losses.size(), 2 * half);
+        return all;
+    }
+
+    FakeHost host;
+    Preferences preferences;
+};
+
+TEST_F(LossReportTest, NamesTheLineThatIsLost) {
+    const std::string line = "line\nlla 1 2 3\nlla 4 5 6\n";  // up to line 4
+    const std::string circle = "circle\ncenterlla 1 2 3\nrangeunits m\n";
+    const std::string label = "annotation A\n";
+    struct Case {
+        std::string lines, expected;
+    };
+    const Case cases[] = {
+        {line, ""},
+        {line + "lla 1:30:00N 2.5e1 -7\nll 1 2\nmgrs 4QFJ1234567890 100\n", ""},
+        // A point that is no position, an altitude that is no number.
+        {line + "lla abc 5\n", "5: \"lla abc 5\" cannot be read and is dropped\n"},
+        {line + "lla 1 2 high\n", "5: \"lla 1 2 high\" loses its altitude, which cannot be read\n"},
+        {line + "mgrs 4QFJ12 x\n", "5: \"mgrs 4qfj12 x\" loses its altitude, which cannot be read\n"},
+        {"circle\ncenterll 1 2 x\nradius 1\n",
+         "3: \"centerll 1 2 x\" loses its altitude, which cannot be read\n"},
+        {"orbit\ncenterll 1 2\ncenterll2 1 3 x\nradius 1\n",
+         "4: \"centerll2 1 3 x\" loses its altitude, which cannot be read\n"},
+        {"line\nxy 1 2\nxy 2 3\nref 1 2 x\n", "5: \"ref 1 2 x\" loses its altitude, which cannot be read\n"},
+        // Points of two kinds: the first one decides. A centre makes offsets count as degrees.
+        {line + "xyz 1 2 3\n", "5: \"xyz 1 2 3\" means nothing here and is dropped\n"},
+        {"line\nxyz 1 2 3\nxyz 4 5 6\nlla 7 8 9\ncenterll 1 2\n",
+         "5: \"lla 7 8 9\" means nothing here and is dropped\n"
+         "6: \"centerll 1 2\" means nothing here and is dropped\n"},
+        {"line\nmgrs nonsense\nxy 1 2\nxy 2 3\nref 1 2\n",
+         "3: Unable to convert MGRS coordinate to lat/lon\n6: \"ref 1 2\" is used up: the positions keep "
+         "their places\n"},
+        // A label has one place.
+        {label + "ll 1 2\n", ""},
+        {label + "centerll 1 2\n", ""},
+        {label + "ll 1 2\nll 3 4\n", "4: \"ll 3 4\" is dropped, because line 3 counts\n"},
+        {label + "centerll 3 4\nll 1 2\n", "3: \"centerll 3 4\" is dropped, because line 4 counts\n"},
+        {label + "ll x 2\nll 3 4\ncenterll 5 6\n",
+         "3: \"ll x 2\" cannot be read and is dropped\n4: \"ll 3 4\" means nothing here and is dropped\n"},
+        // Of attributes given again, the last one counts.
+        {circle + "radius 5\nradius 6\nradius 7\n",
+         "5: \"radius 5\" is dropped, because line 7 counts\n6: \"radius 6\" is dropped, because line 7 "
+         "counts\n"},
+        {circle + "radius 5\ndiameter 12\nradius\n",
+         "5: \"radius 5\" is dropped, because line 6 counts\n7: radius command requires 1 argument\n"},
+        {circle + "radius 5\nradius 5\nfilled\nfilled\n", ""},
+        {circle + "radius 5\nlinecolor red\nlinecolor hex ff0000ff\nlinecolor a b c\n",
+         "6: \"linecolor red\" is dropped, because line 7 counts\n"
+         "8: linecolor command requires at least 1 argument\n"},
+        {circle + "radius 5\nrangeunits ft\n",
+         "4: \"rangeunits m\" is dropped, because line 6 counts\n"
+         "6: \"rangeunits ft\" is not kept: saved in metres and degrees\n"},
+        {circle + "radius 5\n3d name A\n3d name B\n", "6: \"3d name A\" is dropped, because line 7 counts\n"},
+        {"3d name B\n" + label + "ll 1 2\n", "2: \"3d name B\" is dropped, because line 3 counts\n"},
+        {"3d name A\n" + label + "ll 1 2\n", ""},
+        {label + "ll 1 2\n3d name B\n", "4: \"3d name B\" is dropped, because the text counts\n"},
+        {"arc\ncenterll 1 2\nradius 5\nangleend 20\nangledeg 30\nanglestart 0\n",
+         "5: \"angleend 20\" is dropped, because line 6 counts\n"},
+        {line + "linestyle dashed\nlinestyle solid\n", "5: \"linestyle dashed\" is dropped\n"},
+        // Words behind those that a line needs.
+        {circle + "radius 5 km\nfilled true\n", "5: \"radius 5 km\" loses what stands behind its values\n"},
+        {"line # home\nlla 1 2 3 # door\nlla 4 5 6\n",
+         "2: \"line # home\" loses what stands behind its values\n"
+         "3: \"lla 1 2 3 # door\" loses what stands behind its values\n"},
+        // Sizes that the editor does not take as they are.
+        {circle + "radius -5\n", "5: \"radius -5\" is saved without its sign\n"},
+        {circle + "radius 20003931\n", ""},
+        {circle + "radius 20003932\n", "1: the circle \"circle\" is not saved: it is not complete\n"},
+        {"orbit\ncenterll 1 2\ncenterll2 1 3\nrangeunits m\nradius 20003932\n",
+         "6: \"radius 20003932\" is too large and is saved as 50 m\n"},
+        {"ellipsoid\ncenterll 1 2\nmajoraxis 5\nminoraxis 4\nradius 3\nheight -2\n",
+         "6: \"radius 3\" is dropped, because the axes count\n7: \"height -2\" is saved as 1 m\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.lines);
+        EXPECT_EQ(lossesOf(c.lines), c.expected);
+    }
+}
+
+std::string readSource(const std::string& path) {
+    std::string text;
+    EXPECT_EQ(UTILS::readFile(OE_SOURCE_DIR "/" + path, text), "");
+    return text;
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+/// What stands in backquotes.
+std::vector<std::string> quoted(const std::string& text) {
+    std::vector<std::string> words;
+    for (std::size_t open = text.find('`'); open != std::string::npos; open = text.find('`', open)) {
+        const std::size_t close = text.find('`', open + 1);
+        words.push_back(text.substr(open + 1, close - open - 1));
+        open = close + 1;
+    }
+    return words;
+}
+
+/// A keyword as the documentation's table has it: of "3d" the second word belongs to it.
+std::string keywordOf(const std::string& line) {
+    const std::size_t first = line.find(' ');
+    const std::string word = line.substr(0, first);
+    return word == "3d" ? line.substr(0, line.find(' ', first + 1)) : word;
+}
+
+/// The documented report on a keyword.
+struct Documented {
+    std::string report;
+    /// The value that is not reported; empty when there is none.
+    std::string harmless;
+};
+
+/// From the first and last columns of all tables.
+std::map<std::string, Documented> documentedReports() {
+    std::map<std::string, Documented> reports;
+    for (const std::string& line : linesOf(readSource("docs/format-and-editor.md"))) {
+        if (!line.starts_with("| `") || !line.ends_with(" |")) continue;
+        const std::size_t lastColumn = line.rfind("| ", line.size() - 2);
+        const std::string report = line.substr(lastColumn + 2, line.size() - lastColumn - 4);
+        const auto harmless = quoted(report);
+        for (const std::string& keyword : quoted(line.substr(0, line.find(" | ")))) {
+            const Documented entry{report.substr(0, report.find(',')),
+                                   harmless.empty() ? "" : harmless.front()};
+            EXPECT_TRUE(reports.emplace(keyword, entry).second) << keyword << " has two rows";
+        }
+    }
+    return reports;
+}
+
+TEST_F(LossReportTest, TheDocumentationHasEveryKeyword) {
+    std::set<std::string> all{"#", "/", "kml_groundoverlay"};
+    for (const auto& keyword : halCore::ZEL::allKeywords()) all.emplace(keyword.text);
+    all.erase("3d");
+    for (const char* word :
+         {"name", "offsetalt", "offsetcourse", "offsetpitch", "offsetroll", "follow", "billboard"})
+        all.emplace(std::string("3d ") + word);
+    std::set<std::string> documented;
+    for (const auto& [keyword, report] : documentedReports()) documented.insert(keyword);
+    EXPECT_EQ(documented, all);
+}
+
+TEST_F(LossReportTest, IsWhatTheDocumentationSaysOfTheSample) {
+    const std::string text = readSource("samples/keywords.zel");
+    PointConverter platform;
+    platform.setReferenceLla({0.3, 0.4, 5.0}, 7);  // for the relative blocks without a reference
+    std::map<std::size_t, halNotify::Severity> severities;
+    std::set<std::size_t> unsaved;  // the blocks, by the line of their "start"
+    for (const auto& loss : loadOverlayText(text, "sample", preferences, &platform, 7).losses) {
+        severities.emplace(loss.line, loss.severity);
+        if (loss.text.find(" is not saved: ") != std::string::npos) unsaved.insert(loss.line);
+    }
+    const auto reportOn = [&](std::size_t line) -> std::string {
+        const auto found = severities.find(line);
+        if (found == severities.end()) return "no";
+        return found->second == halNotify::Notice ? "changed" : "lost";
+    };
+
+    const auto documented = documentedReports();
+    std::set<std::string> seen;
+    std::size_t start = 0;
+    std::size_t number = 0;
+    for (const std::string& line : linesOf(text)) {
+        SCOPED_TRACE(line);
+        ++number;
+        if (line.empty()) continue;
+        if (line == "start") start = number;
+        std::string keyword = line.starts_with('/') ? "/" : keywordOf(line);
+        // Of a block that is not saved, its kind stands for all.
+        const bool tellsKind = keyword == "latlonaltbox" || line == "# kml_groundoverlay";
+        if (unsaved.contains(start) && !tellsKind) continue;
+        if (line == "# kml_groundoverlay") keyword = "kml_groundoverlay";
+        ASSERT_TRUE(documented.contains(keyword));
+        const auto& [report, harmless] = documented.at(keyword);
+        const bool isHarmless = !harmless.empty() && line == keyword + " " + harmless;
+        EXPECT_EQ(reportOn(tellsKind ? start : number), isHarmless ? "no" : report);
+        if (!isHarmless) seen.insert(keyword);
+    }
+    for (const auto& [keyword, entry] : documented) {
+        SCOPED_TRACE(keyword);
+        EXPECT_TRUE(seen.contains(keyword)) << "the sample does not show what is reported";
+        const auto withValue = [&](const std::string& value) {
+            return lossesOf("line\nll 1 2\nll 3 4\n" + keyword + " " + value + "\n");
+        };
+        if (!entry.harmless.empty()) {
+            EXPECT_EQ(withValue(entry.harmless), "");
+        } else if (entry.report != "no") {
+            for (const char* value : {"solid", "true", "false", "none", "wgs84", "meters", "degrees"})
+                EXPECT_NE(withValue(value), "") << value;
+        }
+    }
+}
+
+}  // namespace
