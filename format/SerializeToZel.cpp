@@ -93,6 +93,11 @@ void SerializeToZel::beginShape(ShapeType type, unsigned long platformId) {
     auto shape = makeShape(type, platformId != 0);
     if (!shape) return;
     shape->setOriginalUnits(units_);
+    if (referenceWritten_ && platformId != 0 && pointConverter()) {
+        halCore::Vec3 reference;
+        pointConverter()->getReferenceLla(reference);
+        shape->setReferencePosition(reference);
+    }
     current_ = std::move(shape);
     failure_ = nullptr;
     findFaces_();

@@ -19,6 +19,10 @@ class SerializeToZel final : public Serializer {
   public:
     SerializeToZel();
 
+    /// Whether relative shapes name the point converter's reference as their own, so that they have a place
+    /// without a platform. Not at first.
+    void setReferenceWritten(bool written) { referenceWritten_ = written; }
+
     void beginShape(ShapeType type, unsigned long platformId) override;
     void endShape() override;
     void setItemName(const std::string& name) override;
@@ -71,6 +75,7 @@ class SerializeToZel final : public Serializer {
     double checked_(double value);
 
     const halCore::ZEL::UnitsState units_;
+    bool referenceWritten_ = false;
     halCore::ZEL::ZelShapePtr current_;
     Faces as_;
     const char* failure_ = nullptr;

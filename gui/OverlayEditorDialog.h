@@ -116,6 +116,13 @@ class OverlayEditorDialog {
     bool saveZel_(const std::string& fileName);
     /// Attaches the shapes to a platform at its place now, or detaches them with 0.
     void attach_(unsigned long platform, bool center);
+    /// Makes the platform that stands for the reference of a file with offsets, in place of the one before.
+    /// \param ori heading, pitch and roll in radians
+    /// \return its id, 0 when the host refuses
+    unsigned long createRelativeReferencePlatform_(const halCore::Vec3& lla, const halCore::Vec3& ori);
+    void removeReferencePlatform_();
+    /// Says what the offsets of a loaded file count from, when the file itself does not.
+    void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;
     /// Lets go of the host's overlay that was edited: the host displays it again.
     void cleanupPriorZEL_();
     void setFileName_(const std::string& fileName);
@@ -134,6 +141,8 @@ class OverlayEditorDialog {
 
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;
+    /// Stands where the offsets of a loaded file count from; the editor's own, 0 for none.
+    unsigned long referencePlatform_ = 0;
     std::unique_ptr<PointConverter> pointConverter_ = std::make_unique<PointConverter>();
     bool editing_ = false;
     PICommon::Timeout timeout_;

@@ -13,6 +13,7 @@
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/OverlayFile.h"
 #include "model/Utils.h"
+#include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 #include "tools/QuickDrawFiles.h"
 
@@ -109,11 +110,11 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
 }
 
 bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::string& fileName, void* zel) {
-    const unsigned long platform = zel ? PIHALVIS::getZELHost(zel) : 0;
+    unsigned long platform = zel ? PIHALVIS::getZELHost(zel) : 0;
+    halCore::Vec3 reference = findDefaultRefLla_(platform);
     auto converter = std::make_unique<PointConverter>();
-    converter->setReferenceLla(findDefaultRefLla_(platform), platform);
-    LoadResult loaded =
-        loadOverlayText(text, fileName, *preferences_, platform ? converter.get() : nullptr, platform);
+    converter->setReferenceLla(reference, 0);
+    LoadResult loaded = loadOverlayText(text, fileName, *preferences_, converter.get(), 0);
     if (!loaded.error.empty()) {
         if (!loaded.logged)
             halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << loaded.error;
@@ -126,8 +127,25 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
 
     if (!rescueUnsaved_()) return false;
     giveUpShapes_();
+    // The reference platform goes, also when it is the one that the host has the overlay on.
+    if (platform == referencePlatform_) platform = 0;
     cleanupPriorZEL_();
+    // A reference in the file counts for more than a platform, in the host as here.
+    const bool fixed = loaded.offsets && (loaded.offsets->reference || platform == 0);
+    if (fixed) {
+        if (loaded.offsets->reference)
+            reference = *loaded.offsets->reference;
+        else
+            warnOfAssumedReference_(fileName, reference);
+        platform = createRelativeReferencePlatform_(reference, {});
+        if (platform == 0)
+            halNotify::notify(halNotify::Warning) << "The host makes no reference platform: the offsets of "
+                                                  << fileName << " become absolute positions";
+    }
+    // Without a reference in the file its absolute positions would be lost beside offsets from nothing.
+    overlay_->setReferenceWritten(fixed && (loaded.offsets->reference || loaded.offsets->mixed));
     pointConverter_ = std::move(converter);
+    pointConverter_->setReferenceLla(reference, platform);
     overlay_->setAttachedPlatformId(platform, platform ? pointConverter_.get() : nullptr, false);
     widgets_->attach.setAttachPlatform(platform);
     overlay_->setZelId(zel);
@@ -138,6 +156,41 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
     keptText_ = overlayText(*overlay_);
     setFileName_(fileName);
     return true;
+}
+
+void OverlayEditorDialog::warnOfAssumedReference_(const std::string& fileName,
+                                                  const halCore::Vec3& lla) const {
+    const auto& units = *preferences_->unitsProvider();
+    halNotify::notify(halNotify::Warning)
+        << fileName << " has offsets and no reference of its own: they are taken to count from "
+        << units.formatLatitude(lla.lat()) << ' ' << units.formatLongitude(lla.lon())
+        << " until the overlay is attached to a platform";
+}
+
+unsigned long OverlayEditorDialog::createRelativeReferencePlatform_(const halCore::Vec3& lla,
+                                                                    const halCore::Vec3& ori) {
+    removeReferencePlatform_();
+    PIData::PIPlatformHeader header;
+    header.name = "ZEL Reference Point";
+    header.icon = "x2";
+    PIData::PIDataPoint point;
+    point.timeSeconds = PIData::clockGetBegin();
+    point.latRad = lla.lat();
+    point.lonRad = lla.lon();
+    point.altMeters = lla.alt();
+    point.headingRad = ori.x();
+    point.pitchRad = ori.y();
+    point.rollRad = ori.z();
+    referencePlatform_ = PIData::createPlatform(header, point, PIData::getScenarioCoordReferenceFrame());
+    PICommon::forceOpenGLRedraw();
+    return referencePlatform_;
+}
+
+void OverlayEditorDialog::removeReferencePlatform_() {
+    const unsigned long platform = std::exchange(referencePlatform_, 0);
+    PIData::PIPlatformHeader header;
+    // The user, or a new scenario, may have removed it.
+    if (platform && PIData::getHeader(platform, header) == 0) PIData::removeEntity(platform);
 }
 
 halCore::Vec3 OverlayEditorDialog::findDefaultRefLla_(unsigned long platform) const {
@@ -154,6 +207,8 @@ void OverlayEditorDialog::cleanupPriorZEL_() {
         overlay_->setZelId(nullptr);
         PIHALVIS::showZELFile(zel, true);
     }
+    removeReferencePlatform_();
+    overlay_->setReferenceWritten(false);
     pointConverter_->setReferenceLla(halCore::Vec3(), 0);
 }
 
@@ -181,7 +236,9 @@ bool OverlayEditorDialog::keepOldFile_(const std::string& fileName) const {
     // What cannot be read is no overlay file to keep; saving tells whether it can be replaced.
     if (!UTILS::readFile(fileName, old).empty() || old.empty()) return true;
     if (fileName == savedFile_ && old == savedText_) return true;
-    const LoadResult read = loadOverlayText(old, fileName, *preferences_, nullptr, 0);
+    // Offsets are no loss, whatever they count from.
+    PointConverter anywhere;
+    const LoadResult read = loadOverlayText(old, fileName, *preferences_, &anywhere, 0);
     if (read.error.empty() && !losesAnything(read.losses)) return true;
 
     const std::string copy = fileName + "~";
@@ -270,6 +327,10 @@ int OverlayEditorDialog::onCmdHelp(PIObject*, void*) {
 void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
     // Shapes that are attached keep their reference: they are detached before it moves.
     overlay_->setAttachedPlatformId(0, nullptr, false);
+    if (platform == 0 || platform != referencePlatform_) {
+        removeReferencePlatform_();
+        overlay_->setReferenceWritten(false);
+    }
     pointConverter_->setReferenceLla(platform ? findDefaultRefLla_(platform) : halCore::Vec3(), platform);
     if (platform) overlay_->setAttachedPlatformId(platform, pointConverter_.get(), center);
 }

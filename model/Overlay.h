@@ -36,6 +36,10 @@ class Overlay final : private ShapeKeeper {
     unsigned long attachedPlatformId() const { return attachedPlatformId_; }
     /// What the attached shapes' offsets count from; null when the overlay is not attached.
     PointConverter* pointConverter() const { return attachedPlatformId_ != 0 ? pointConverter_ : nullptr; }
+    /// Whether a file of the overlay names what its offsets count from: the overlay stands about a fixed
+    /// point, not about what a platform of the scenario is. Not at first; means nothing when not attached.
+    bool referenceWritten() const { return referenceWritten_; }
+    void setReferenceWritten(bool written) { referenceWritten_ = written; }
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
 
@@ -71,6 +75,7 @@ class Overlay final : private ShapeKeeper {
 
     PointConverter* pointConverter_ = nullptr;
     unsigned long attachedPlatformId_ = 0;
+    bool referenceWritten_ = false;
     void* zelId_ = nullptr;
     std::vector<Shape*> shapes_;
     /// Find shapes by name, and their place in the order of adding, without a walk over all of them.

@@ -14,8 +14,10 @@ namespace OverlayEditor {
 namespace {
 
 template <typename Shapes>
-std::string textOf(const Shapes& shapes, PointConverter* converter, std::vector<std::string>* skipped) {
+std::string textOf(const Shapes& shapes, PointConverter* converter, bool referenceWritten,
+                   std::vector<std::string>* skipped) {
     SerializeToZel zel;
+    zel.setReferenceWritten(referenceWritten);
     zel.setPointConverter(converter);
     for (const auto& shape : shapes) {
         const bool written = shape->serialize(zel) == 0 && zel.shapes().back();
@@ -47,15 +49,30 @@ bool isWritten(Shape& shape, PointConverter* converter) {
     return shape.serialize(zel) == 0;
 }
 
+/// Adds what a shape that was read says about offsets. \param absolute whether one without them was read
+void noteOffsets(const halCore::ZEL::ZelShape& shape, bool& absolute,
+                 std::optional<LoadResult::Offsets>& offsets) {
+    if (!shape.isRelative()) {
+        absolute = true;
+        return;
+    }
+    if (!offsets) offsets.emplace();
+    halCore::Vec3 reference;
+    if (shape.getReferencePosition(reference) != 0)
+        offsets->assumed = true;
+    else if (!offsets->reference)
+        offsets->reference = reference;
+}
+
 }  // namespace
 
 std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped) {
-    return textOf(overlay.shapes(), overlay.pointConverter(), skipped);
+    return textOf(overlay.shapes(), overlay.pointConverter(), overlay.referenceWritten(), skipped);
 }
 
 std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter,
                        std::vector<std::string>* skipped) {
-    return textOf(shapes, converter, skipped);
+    return textOf(shapes, converter, false, skipped);
 }
 
 SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path) {
@@ -81,12 +98,16 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     const bool anyShape = ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) == 0;
     result.shapes = target.shapes();
     auto shape = result.shapes.begin();
+    bool absolute = false;
     for (std::size_t i = 0; i < read.size(); ++i) {
-        if (!reasons[i].empty())
+        if (!reasons[i].empty()) {
             result.leftOut.push_back(labelOf(*read[i]));
-        else if (!isWritten(**shape++, converter))
-            reasons[i] = "it is not complete";
+            continue;
+        }
+        noteOffsets(*read[i], absolute, result.offsets);
+        if (!isWritten(**shape++, converter)) reasons[i] = "it is not complete";
     }
+    if (result.offsets) result.offsets->mixed = absolute;
     result.losses = lossReport(text, read, report, reasons);
     result.logged = !anyShape;
     if (result.shapes.empty())

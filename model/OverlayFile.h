@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,14 @@ struct LoadResult {
     std::vector<std::unique_ptr<Shape>> shapes;
     /// Kind and name of each shape that was read but that the editor cannot hold: latlonaltbox "A".
     std::vector<std::string> leftOut;
+    /// Where offsets were read: what the file itself has them count from, when it says so; whether some had
+    /// nothing but the converter; and whether there are absolute positions beside them.
+    struct Offsets {
+        std::optional<halCore::Vec3> reference;
+        bool assumed = false;
+        bool mixed = false;
+    };
+    std::optional<Offsets> offsets;
     /// What saving the shapes over the file would lose or change, by line. \see lossReport
     std::vector<halCore::ZEL::ParseMessage> losses;
 };

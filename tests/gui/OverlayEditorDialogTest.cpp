@@ -377,6 +377,113 @@ TEST_F(OverlayEditorDialogTest, CopiesWhatItCannotKeepBeforeTheFirstSave) {
     EXPECT_EQ(contentsOf(file + "~"), old);
 }
 
+constexpr const char* kOffsets =
+    "start\nline\naltitudeunits m\nrangeunits m\nxyz 1000.5 2000 0\nxyz 3000 -400.25 10\n"
+    "3d name Leg\nend\n";
+
+std::string withReference(std::string text, const std::string& reference) {
+    return text.insert(text.find("xyz"), "ref " + reference + "\n");
+}
+
+TEST_F(OverlayEditorDialogTest, AFileWithOffsetsStaysOne) {
+    struct Case {
+        const char* name;
+        std::string text;
+        Vec3 reference;
+        bool written, warned;
+    };
+    const double degree = kRadiansPerDegree;
+    const std::vector<Case> table = {
+        {"own.zel",
+         withReference(kOffsets, "21.25 -158 300"),
+         {21.25 * degree, -158 * degree, 300},
+         true,
+         false},
+        {"none.zel", kOffsets, {0.4, -2.7, 0}, false, true},  // below the eye
+        // Absolute positions beside offsets hold only with a reference.
+        {"mixed.zel", kOffsets + std::string(kTwoCircles), {0.4, -2.7, 0}, true, true}};
+    dialog->show();
+    for (const auto& [name, text, reference, written, warned] : table) {
+        messages.clear();
+        const std::string file = path(name);
+        write(file, text);
+        host.fileDialogAnswers = {file};
+        press("...");
+        const std::uint64_t platform = overlay.attachedPlatformId();
+        ASSERT_EQ(host.platforms.size(), 1u) << "the one before is gone";
+        ASSERT_EQ(host.platforms.count(platform), 1u);
+        EXPECT_EQ(host.platforms[platform].header.name, "ZEL Reference Point");
+        EXPECT_EQ(host.platforms[platform].header.icon, "x2");
+        const auto& point = host.platforms[platform].point;
+        EXPECT_NEAR(point.latRad, reference.lat(), 1e-15);
+        EXPECT_NEAR(point.lonRad, reference.lon(), 1e-15);
+        EXPECT_EQ(point.altMeters, reference.alt());
+        EXPECT_EQ(form.field("Attach:").text.substr(0, 19), "ZEL Reference Point");
+        if (warned) {
+            EXPECT_THAT(messages, ElementsAre(HasSubstr("no reference of its own")));
+        } else {
+            EXPECT_THAT(messages, IsEmpty());
+            // 2000 m along the meridian, whose radius of curvature at the reference is 6344105.44 m.
+            EXPECT_NEAR(overlay.shapes().front()->boundingBox().second.lat() / degree, 21.26806268199, 1e-9);
+        }
+
+        press("Save");
+        const std::string saved = contentsOf(file);
+        EXPECT_THAT(saved, HasSubstr("xyz 1000.5 2000 0\nxyz 3000 -400.25 10\n"));
+        EXPECT_EQ(saved.find("ref ") != std::string::npos, written) << saved;
+        EXPECT_EQ(host.overlays[overlay.zelId()].platform, platform);
+        EXPECT_FALSE(UTILS::fileIsFile(file + "~")) << "nothing is lost";
+
+        // The host has it on the reference platform now.
+        host.fileDialogAnswers = {file};
+        press("...");
+        EXPECT_EQ(host.platforms.size(), 1u);
+        press("Save");
+        EXPECT_EQ(contentsOf(file), saved);
+    }
+    press("Delete All");
+    EXPECT_THAT(host.platforms, IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, TheReferencePlatformGoesWhenNothingStandsAboutIt) {
+    write(path("offsets.zel"), withReference(kOffsets, "21.25 -158"));
+    host.platforms[40].point.latRad = 0.37;
+    unsigned long other = 40;
+    dialog->show();
+    const auto load = [&] {
+        host.fileDialogAnswers = {path("offsets.zel")};
+        press("...");
+        return overlay.attachedPlatformId();
+    };
+    const auto standing = [&] { return host.platforms.size() == 2; };
+    load();
+    EXPECT_TRUE(standing());
+    dialog->onCmdAttach(nullptr, &other);
+    EXPECT_FALSE(standing());
+    host.fileDialogAnswers = {path("other.zel")};
+    press("Save As...");
+    EXPECT_THAT(contentsOf(path("other.zel")), ::testing::Not(HasSubstr("ref ")));
+
+    unsigned long same = load();
+    dialog->onCmdAttach(nullptr, &same);
+    EXPECT_TRUE(standing());
+    EXPECT_EQ(overlay.attachedPlatformId(), same);
+    dialog->onCmdAttach(nullptr, nullptr);
+    EXPECT_FALSE(standing());
+    press("Save As...");
+
+    // Removed by others: it is not removed a second time.
+    host.platforms.erase(load());
+    const int removals = host.calls[FakeHost::Id::RemoveEntity];
+    dialog->scenarioEntityRemoved(overlay.attachedPlatformId());
+    EXPECT_EQ(host.calls[FakeHost::Id::RemoveEntity], removals);
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
+
+    load();
+    dialog.reset();
+    EXPECT_FALSE(standing());
+}
+
 TEST_F(OverlayEditorDialogTest, TakesOverlaysFromTheHostWithTheirPlatform) {
     host.platforms[7].point.latRad = 0.3;
     host.overlays[&host] = {kTwoCircles, "/host/rings.zel", 7, true};

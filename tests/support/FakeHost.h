@@ -344,6 +344,15 @@ class FakeHost final : public PIServiceTable {
                 notifications.push_back(std::to_string(r.integers[1]) + " " + r.strings[0] + ": " +
                                         r.strings[1]);
                 break;
+            case Id::CreateEntity: {
+                const auto& request = *static_cast<PIData::CreatePlatformRequest*>(r.pointers[0]);
+                const std::uint64_t id = platforms.empty() ? 1 : platforms.rbegin()->first + 1;
+                platforms[id] = {request.header, request.point};
+                r.integers.push_back(static_cast<std::int64_t>(id));
+                break;
+            }
+            case Id::RemoveEntity:
+                return platforms.erase(static_cast<std::uint64_t>(r.integers[0])) ? 1 : 0;
             case Id::Camera:
                 if (is(PISelector::Camera::EyePosition)) return position(eye, r);
                 (is(PISelector::Camera::SetCenter) ? cameraCenter : cameraRae) =
