@@ -10,6 +10,7 @@
 #include "common/NumberText.h"
 #include "format/Parser.h"
 #include "sandbox/Log.h"
+#include "sandbox/OverlayNotes.h"
 #include "sandbox/Plugin.h"
 #include "sandbox/Scenario.h"
 
@@ -35,6 +36,11 @@ OverlayScene::Shapes parse(const std::string& text) {
     return shapes;
 }
 
+/// From which a file counts the names of its pictures; a text without a file counts from nowhere.
+std::string directoryOf(const LoadedOverlay& overlay) {
+    return std::filesystem::path(overlay.path).parent_path().string();
+}
+
 }  // namespace
 
 QString LoadedOverlay::describe() const {
@@ -49,12 +55,26 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
 }
 
 LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner) {
-    auto shapes = parse(overlay->text);
+    halCore::ZEL::ParseReport report;
+    OverlayScene::Shapes shapes;
+    halCore::ZEL::Parser().parse(std::string_view(overlay->text), shapes, report);
+    const auto say = [&](int severity, std::size_t line, const std::string& text) {
+        log_.add(
+            severity, "host",
+            QString("%1, line %2: %3").arg(overlay->describe()).arg(line).arg(QString::fromStdString(text)));
+    };
+    for (const auto& message : report.messages) say(message.severity, message.line, message.text);
     if (shapes.empty()) {
         log_.add(halNotify::Error, "host", overlay->describe() + " holds no shape");
         return nullptr;
     }
-    overlay->sceneId = scene_.add(std::move(shapes), reference(overlay->platform), overlay->shown);
+    if (!overlay->isStream()) {
+        for (const OverlayNote& note : notesOn(shapes, directoryOf(*overlay)))
+            say(note.isFault ? halNotify::Warning : halNotify::Notice, report.shapeLines[note.shape],
+                note.text);
+    }
+    overlay->sceneId =
+        scene_.add(std::move(shapes), reference(overlay->platform), overlay->shown, directoryOf(*overlay));
     return handles_.add(std::move(overlay), owner);
 }
 

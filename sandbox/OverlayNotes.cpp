@@ -3,28 +3,38 @@
 #include <set>
 
 #include "format/ZelShapes.h"
+#include "sandbox/view/PictureFile.h"
 
 namespace sandbox {
 
-std::vector<std::string> notesOn(const OverlayScene::Shapes& shapes) {
-    namespace ZEL = halCore::ZEL;
-    std::vector<std::string> notes;
+namespace {
+
+/// The file that a shape is or bears, or "".
+std::string pictureOf(const halCore::ZEL::ZelShape& shape) {
+    std::string picture;
+    if (const auto* overlay = dynamic_cast<const halCore::ZEL::ImageOverlay*>(&shape))
+        picture = overlay->imageFile();
+    else if (const auto* annotation = dynamic_cast<const halCore::ZEL::Annotation*>(&shape))
+        annotation->getIconFile(picture);
+    return picture;
+}
+
+}  // namespace
+
+std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::string& directory) {
+    std::vector<OverlayNote> notes;
     std::set<std::string> datums;
     std::set<std::string> pictures;
-    for (const auto& shape : shapes) {
-        if (!shape) continue;
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        if (!shapes[i]) continue;
         std::string datum;
-        if (shape->getVerticalDatum(datum) == 0 && datum != "wgs84") datums.insert(datum);
-        std::string picture;
-        if (const auto* overlay = dynamic_cast<const ZEL::ImageOverlay*>(shape.get()))
-            picture = overlay->imageFile();
-        else if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(shape.get()))
-            annotation->getIconFile(picture);
-        if (!picture.empty()) pictures.insert(picture);
+        if (shapes[i]->getVerticalDatum(datum) == 0 && datum != "wgs84" && datums.insert(datum).second)
+            notes.push_back({i, false, "heights above " + datum + " are shown above wgs84"});
+        const std::string picture = pictureOf(*shapes[i]);
+        if (!picture.empty() && pictures.insert(picture).second &&
+            !canReadPicture(findPicture(picture, directory)))
+            notes.push_back({i, true, "picture " + picture + " cannot be read"});
     }
-    for (const std::string& datum : datums)
-        notes.push_back("heights above " + datum + " are shown above wgs84");
-    for (const std::string& picture : pictures) notes.push_back("picture " + picture + " is not drawn");
     return notes;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -7,8 +8,15 @@
 
 namespace sandbox {
 
-/// What the view does not show as the shapes ask for, one sentence each: heights above another datum than
-/// WGS-84, and pictures, which it does not draw.
-std::vector<std::string> notesOn(const OverlayScene::Shapes& shapes);
+struct OverlayNote {
+    std::size_t shape = 0;  ///< the first shape that it is about
+    bool isFault = false;
+    std::string text;
+};
+
+/// What the view does not show as the shapes ask for: heights above another datum than WGS-84, and picture
+/// files that cannot be read, which are faults. One note each, in the order of the shapes.
+/// `directory`: from which the names of picture files count.
+std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::string& directory);
 
 }  // namespace sandbox

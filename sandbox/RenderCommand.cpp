@@ -140,10 +140,13 @@ bool load(const QString& file, OverlayScene& scene) {
     if (report.unterminatedBlock > 0)
         std::fprintf(stderr, "%s:%zu: block without \"end\"\n", path.c_str(), report.unterminatedBlock);
     if (shapes.empty()) std::fprintf(stderr, "%s: holds no shape\n", path.c_str());
-    for (const std::string& note : notesOn(shapes))
-        std::fprintf(stderr, "%s: %s\n", path.c_str(), note.c_str());
-    const bool good = report.messages.empty() && report.unterminatedBlock == 0 && !shapes.empty();
-    scene.add(std::move(shapes));
+    bool good = report.messages.empty() && report.unterminatedBlock == 0 && !shapes.empty();
+    const std::string directory = QFileInfo(file).absolutePath().toStdString();
+    for (const OverlayNote& note : notesOn(shapes, directory)) {
+        std::fprintf(stderr, "%s:%zu: %s\n", path.c_str(), report.shapeLines[note.shape], note.text.c_str());
+        good = good && !note.isFault;
+    }
+    scene.add(std::move(shapes), std::nullopt, true, directory);
     return good;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "sandbox/view/Ecef.h"
+#include "sandbox/view/PictureFile.h"
 
 namespace sandbox {
 
@@ -20,8 +22,8 @@ struct Rgba {
 enum class Stroke : std::uint8_t { Solid, Dashed, Dotted };
 
 /// What to draw of one overlay, worked out from its shapes and independent of OpenGL and of the camera.
-/// Positions are earth-centred metres. Within an overlay fills come first, then lines and points in the
-/// order of the shapes, then labels.
+/// Positions are earth-centred metres. Within an overlay pictures come first, then fills, then lines and
+/// points in the order of the shapes, then labels.
 ///
 /// Straight pieces between points of the surface dip below it. They are drawn nevertheless: what is not
 /// `solid` is hidden beyond the horizon only. What is `solid` is cut off where it enters the ground.
@@ -42,6 +44,14 @@ struct DrawList {
         Rgba color;
         bool solid = false;  ///< lit, outer faces only (counter-clockwise), hides other things by depth
     };
+    /// A picture on the ground. The file's path is still as the shape says it.
+    struct Picture {
+        std::vector<Ecef> vertices;
+        std::vector<std::array<float, 2>> places;  ///< of the vertices: 0 to 1 from its left, from its top
+        std::vector<std::uint32_t> triangles;
+        PictureFile file;
+        Line border;  ///< drawn in its place when it cannot be read
+    };
     struct Label {
         Ecef position;
         std::string text;  ///< UTF-8, may hold line breaks
@@ -50,8 +60,10 @@ struct DrawList {
         Rgba color;
         Rgba outlineColor{0, 0, 0, 255};
         int outlineWidth = 0;  ///< pixels
+        PictureFile icon;      ///< empty = none; like a picture's file
     };
 
+    std::vector<Picture> pictures;
     std::vector<Mesh> meshes;
     std::vector<Line> lines;
     std::vector<Label> labels;

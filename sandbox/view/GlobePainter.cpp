@@ -87,7 +87,14 @@ void GlobePainter::paintLabels(const GlobeFrame& frame, QPaintDevice& device) {
         if (!inView(place)) continue;
         TextLook look{fontForFile(QString::fromStdString(label->fontName), label->pixelSize),
                       rgb(label->color), rgb(label->outlineColor), label->outlineWidth};
-        sprites.drawTextCentered(painter, place.x, place.y, QString::fromStdString(label->text), look);
+        const QString text = QString::fromStdString(label->text);
+        if (label->icon.path.empty()) {
+            sprites.drawTextCentered(painter, place.x, place.y, text, look);
+        } else {
+            constexpr double kGap = 3.0;
+            const double width = sprites.drawIcon(painter, place.x, place.y, label->icon);
+            sprites.drawTextBeside(painter, place.x + width / 2.0 + kGap, place.y, text, look);
+        }
     }
     const TextLook nameLook{fontForFile(QStringLiteral("arial.ttf"), 13), 0xffffffff, 0xb0000000, 1};
     for (const auto& [id, platform] : frame.platforms) {

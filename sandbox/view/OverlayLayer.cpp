@@ -12,43 +12,19 @@
 
 #include "sandbox/view/Camera.h"
 #include "sandbox/view/OverlayShaders.h"
+#include "sandbox/view/PictureLayer.h"
+#include "sandbox/view/ShaderProgram.h"
 #include "sandbox/view/ShapeGeometry.h"
+#include "sandbox/view/SplitPosition.h"
 
 namespace sandbox {
 
 namespace {
 
-using Triple = std::array<float, 3>;
-
-/// A position as the graphics card holds it: high + low.
-struct Split {
-    Triple high;
-    Triple low;
-};
-
-Split split(const Ecef& p) {
-    // High is a multiple of 64 m, which a float holds exactly out to a million kilometres; low is then
-    // good to microns. (Rounding to float and subtracting what came out does not work: GCC 12 leaves the
-    // rounding out when it vectorizes the two conversions.)
-    constexpr double kStep = 64.0;
-    Split result;
-    const std::array<double, 3> value = {p.x, p.y, p.z};
-    for (std::size_t i = 0; i < 3; ++i) {
-        const double high = std::round(value[i] / kStep) * kStep;
-        result.high[i] = static_cast<float>(high);
-        result.low[i] = static_cast<float>(value[i] - high);
-    }
-    return result;
-}
-
-QVector3D vector(const Triple& v) {
-    return {v[0], v[1], v[2]};
-}
-
 struct LineVertex {
-    Triple high;
+    FloatTriple high;
     float distance;  ///< metres from the start of the line, for dashes
-    Triple low;
+    FloatTriple low;
     std::array<std::uint8_t, 4> color;
     std::uint8_t width;  ///< of the segment from here to the next vertex; 0 = none is drawn
     std::uint8_t stroke;
@@ -62,8 +38,8 @@ constexpr std::uint8_t kNoNext = 2;
 constexpr std::uint8_t kSolid = 4;
 
 struct MeshVertex {
-    Triple high;
-    Triple low;
+    FloatTriple high;
+    FloatTriple low;
     std::array<std::uint8_t, 4> color;
 };
 static_assert(sizeof(MeshVertex) == 28);
@@ -75,7 +51,7 @@ void append(std::vector<LineVertex>& out, const DrawList::Line& line) {
     const auto solid = line.solid ? kSolid : std::uint8_t{0};
     double distance = 0.0;
     const auto put = [&](const Ecef& p, std::uint8_t segmentWidth, std::uint8_t flags) {
-        const Split s = split(p);
+        const SplitPosition s = split(p);
         out.push_back({s.high,
                        static_cast<float>(distance),
                        s.low,
@@ -109,7 +85,7 @@ void append(std::vector<MeshVertex>& vertices, std::vector<std::uint32_t>& trian
             const DrawList::Mesh& mesh) {
     const auto base = static_cast<std::uint32_t>(vertices.size());
     for (const Ecef& p : mesh.vertices) {
-        const Split s = split(p);
+        const SplitPosition s = split(p);
         vertices.push_back({s.high, s.low, {mesh.color.r, mesh.color.g, mesh.color.b, mesh.color.a}});
     }
     for (const std::uint32_t index : mesh.triangles) triangles.push_back(base + index);
@@ -261,15 +237,10 @@ class LineBatch {
     int segments_ = 0;
 };
 
-std::unique_ptr<QOpenGLShaderProgram> compile(const std::string& vertex, const std::string& fragment,
-                                              std::initializer_list<const char*> attributes) {
-    auto program = std::make_unique<QOpenGLShaderProgram>();
-    program->addShaderFromSourceCode(QOpenGLShader::Vertex, vertex.c_str());
-    program->addShaderFromSourceCode(QOpenGLShader::Fragment, fragment.c_str());
-    int location = 0;
-    for (const char* name : attributes) program->bindAttributeLocation(name, location++);
-    program->link();
-    return program;
+/// For colours that are not premultiplied; keeps the picture's own alpha right.
+void setBlending() {
+    QOpenGLContext::currentContext()->functions()->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA,
+                                                                       GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
 }
 
 void setCamera(QOpenGLShaderProgram& program, const Camera& camera) {
@@ -286,7 +257,7 @@ void setCamera(QOpenGLShaderProgram& program, const Camera& camera) {
         }
     }
     program.setUniformValue("matrix", matrix);
-    const Split eye = split(camera.eye());
+    const SplitPosition eye = split(camera.eye());
     program.setUniformValue("eyeHigh", vector(eye.high));
     program.setUniformValue("eyeLow", vector(eye.low));
     const Ecef unit = toUnitSphere(camera.eye());
@@ -301,11 +272,13 @@ void setCamera(QOpenGLShaderProgram& program, const Camera& camera) {
 }  // namespace
 
 struct OverlayLayer::Level {
+    PictureBatch pictures;
     MeshBatch areas;
     MeshBatch solids;
     LineBatch lines;
 
-    explicit Level(const DrawList& list) {
+    Level(DrawList& list, PictureTextures& textures) {
+        pictures.upload(list, textures);
         for (const DrawList::Mesh& mesh : list.meshes) (mesh.solid ? solids : areas).add(mesh);
         areas.upload();
         solids.upload();
@@ -331,12 +304,18 @@ struct OverlayLayer::Chunk {
         return level;
     }
 
-    void build(const OverlayScene::Entry& entry, std::size_t level) {
+    void build(const OverlayScene::Entry& entry, std::size_t level, PictureTextures& textures) {
         if (levels[level]) return;
         DrawList list;
         for (std::size_t i = firstShape; i < lastShape; ++i)
             if (entry.shapes[i]) appendGeometry(*entry.shapes[i], entry.reference, kTolerances[level], list);
         Bounds box;
+        for (DrawList::Picture& picture : list.pictures) {
+            picture.file = findPicture(picture.file.path, entry.directory);
+            for (const Ecef& p : picture.vertices) box.add(p);
+        }
+        for (DrawList::Label& label : list.labels)
+            if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);
         for (const DrawList::Mesh& mesh : list.meshes)
             for (const Ecef& p : mesh.vertices) box.add(p);
         for (const DrawList::Line& line : list.lines)
@@ -346,7 +325,7 @@ struct OverlayLayer::Chunk {
         if (!std::any_of(levels.begin(), levels.begin() + static_cast<std::ptrdiff_t>(level),
                          [](const auto& finer) { return finer != nullptr; }))
             bounds = box;
-        levels[level] = std::make_unique<Level>(list);
+        levels[level] = std::make_unique<Level>(list, textures);
         labels = std::move(list.labels);
     }
 };
@@ -355,7 +334,7 @@ struct OverlayLayer::Item {
     std::uint64_t revision = 0;
     std::vector<Chunk> chunks;
 
-    explicit Item(const OverlayScene::Entry& entry) : revision(entry.revision) {
+    Item(const OverlayScene::Entry& entry, PictureTextures& textures) : revision(entry.revision) {
         std::size_t total = 0;
         for (const auto& shape : entry.shapes) total += shape ? roughSize(*shape) : 0;
         const std::size_t enough = std::min(kChunkSize, total / kChunks);
@@ -370,17 +349,19 @@ struct OverlayLayer::Item {
             size += more;
             chunks.back().lastShape = i + 1;
         }
-        for (Chunk& chunk : chunks) chunk.build(entry, kTolerances.size() - 1);
+        for (Chunk& chunk : chunks) chunk.build(entry, kTolerances.size() - 1, textures);
     }
 };
 
 OverlayLayer::OverlayLayer()
-    : lineProgram_(compile(std::string(kRelativeShader) + kLineVertexShader,
-                           std::string(kSightShader) + kLineFragmentShader,
-                           {"corner", "previousHigh", "previousLow", "startHigh", "startLow", "endHigh",
-                            "endLow", "nextHigh", "nextLow", "color", "style"})),
-      meshProgram_(compile(std::string(kRelativeShader) + kMeshVertexShader,
-                           std::string(kSightShader) + kMeshFragmentShader, {"high", "low", "color"})) {}
+    : lineProgram_(compileProgram(std::string(kRelativeShader) + kLineVertexShader,
+                                  std::string(kSightShader) + kLineFragmentShader,
+                                  {"corner", "previousHigh", "previousLow", "startHigh", "startLow",
+                                   "endHigh", "endLow", "nextHigh", "nextLow", "color", "style"})),
+      meshProgram_(compileProgram(std::string(kRelativeShader) + kMeshVertexShader,
+                                  std::string(kSightShader) + kMeshFragmentShader, {"high", "low", "color"})),
+      pictureProgram_(PictureBatch::compile()),
+      textures_(std::make_unique<PictureTextures>()) {}
 
 OverlayLayer::~OverlayLayer() = default;
 
@@ -389,7 +370,7 @@ void OverlayLayer::update(const OverlayScene& scene) {
     for (const auto& [id, entry] : scene.entries()) {
         if (!entry.shown) continue;
         std::unique_ptr<Item>& item = items_[id];
-        if (!item || item->revision != entry.revision) item = std::make_unique<Item>(entry);
+        if (!item || item->revision != entry.revision) item = std::make_unique<Item>(entry, *textures_);
     }
 }
 
@@ -404,8 +385,9 @@ std::vector<const DrawList::Label*> OverlayLayer::labels(const OverlayScene& sce
 }
 
 void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double pixelRatio) {
-    if (!lineProgram_->isLinked() || !meshProgram_->isLinked() || items_.empty()) return;
-    QOpenGLExtraFunctions* gl = QOpenGLContext::currentContext()->extraFunctions();
+    if (items_.empty()) return;
+    for (const auto* program : {&lineProgram_, &meshProgram_, &pictureProgram_})
+        if (!(*program)->isLinked()) return;
     lineProgram_->bind();
     setCamera(*lineProgram_, camera);
     lineProgram_->setUniformValue("viewport",
@@ -414,10 +396,13 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
     lineProgram_->setUniformValue("pixelRatio", static_cast<float>(pixelRatio));
     meshProgram_->bind();
     setCamera(*meshProgram_, camera);
-    meshProgram_->release();
+    pictureProgram_->bind();
+    setCamera(*pictureProgram_, camera);
+    pictureProgram_->setUniformValue("picture", 0);
+    pictureProgram_->release();
 
     glEnable(GL_BLEND);
-    gl->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    setBlending();
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     areaMark_ = 0;
@@ -430,7 +415,7 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
         for (Chunk& chunk : item->chunks) {
             if (chunk.bounds.outside(camera, kMargin)) continue;
             std::size_t level = chunk.wanted(camera, pixelRatio);
-            chunk.build(entry, level);
+            chunk.build(entry, level, *textures_);
             // With its tighter box the chunk may turn out to be farther away, or out of view.
             if (chunk.bounds.outside(camera, kMargin)) continue;
             levels.push_back(chunk.levels[level].get());
@@ -442,8 +427,22 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
     glDisable(GL_BLEND);
 }
 
+void OverlayLayer::drawPictures(const std::vector<Level*>& levels) {
+    if (std::ranges::all_of(levels, [](const Level* level) { return level->pictures.empty(); })) return;
+    glDepthMask(GL_FALSE);
+    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    pictureProgram_->bind();
+    for (int i = 0; i < 3; ++i) pictureProgram_->enableAttributeArray(i);
+    for (Level* level : levels)
+        if (!level->pictures.empty()) level->pictures.draw(*pictureProgram_);
+    for (int i = 0; i < 3; ++i) pictureProgram_->disableAttributeArray(i);
+    pictureProgram_->release();
+    setBlending();
+}
+
 void OverlayLayer::drawLevels(const std::vector<Level*>& levels) {
     QOpenGLExtraFunctions& gl = *QOpenGLContext::currentContext()->extraFunctions();
+    drawPictures(levels);
     meshProgram_->bind();
     for (int i = 0; i < 3; ++i) meshProgram_->enableAttributeArray(i);
     glDepthMask(GL_FALSE);

@@ -13,6 +13,7 @@ class QOpenGLShaderProgram;
 namespace sandbox {
 
 class Camera;
+class PictureTextures;
 
 /// Draws the geometry of overlays. An entry is cut into chunks of a few thousand points. A chunk's geometry
 /// is worked out in up to five levels of detail, each when it is first needed and again when the entry
@@ -44,9 +45,12 @@ class OverlayLayer {
     struct Item;
 
     void drawLevels(const std::vector<Level*>& levels);
+    void drawPictures(const std::vector<Level*>& levels);
 
     std::unique_ptr<QOpenGLShaderProgram> lineProgram_;
     std::unique_ptr<QOpenGLShaderProgram> meshProgram_;
+    std::unique_ptr<QOpenGLShaderProgram> pictureProgram_;
+    std::unique_ptr<PictureTextures> textures_;
     std::map<OverlayScene::Id, std::unique_ptr<Item>> items_;
     int areaMark_ = 0;
 };

@@ -4,9 +4,11 @@
 
 namespace sandbox {
 
-OverlayScene::Id OverlayScene::add(Shapes shapes, std::optional<OverlayReference> reference, bool shown) {
+OverlayScene::Id OverlayScene::add(Shapes shapes, std::optional<OverlayReference> reference, bool shown,
+                                   std::string directory) {
     const Id id = ++lastId_;
-    entries_.emplace(id, Entry{id, std::move(shapes), std::move(reference), shown, ++lastRevision_});
+    entries_.emplace(
+        id, Entry{id, std::move(directory), std::move(shapes), std::move(reference), shown, ++lastRevision_});
     report();
     return id;
 }

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "common/Vec3.h"
@@ -35,6 +36,7 @@ class OverlayScene {
 
     struct Entry {
         Id id = 0;
+        std::string directory;  ///< from which the shapes count the names of picture files
         Shapes shapes;
         std::optional<OverlayReference> reference;
         bool shown = true;
@@ -43,7 +45,8 @@ class OverlayScene {
 
     /// Adds an entry on top and gives its id, never 0. The shapes must not be changed afterwards; replace
     /// them. Without a reference, relative shapes that name no position of their own are not drawn.
-    Id add(Shapes shapes, std::optional<OverlayReference> reference = std::nullopt, bool shown = true);
+    Id add(Shapes shapes, std::optional<OverlayReference> reference = std::nullopt, bool shown = true,
+           std::string directory = {});
     /// The following do nothing for an unknown id, and report no change when nothing changed.
     void replace(Id id, Shapes shapes);
     void setReference(Id id, std::optional<OverlayReference> reference);

@@ -62,6 +62,32 @@ void main() {
 }
 )";
 
+inline constexpr const char* kPictureVertexShader = R"(
+attribute vec3 high;
+attribute vec3 low;
+attribute vec2 place;
+varying vec3 fromEye;
+varying vec2 at;
+void main() {
+    fromEye = relative(high, low);
+    at = place;
+    gl_Position = matrix * vec4(fromEye, 1.0);
+}
+)";
+
+/// The picture's colours are premultiplied.
+inline constexpr const char* kPictureFragmentShader = R"(
+uniform sampler2D picture;
+varying vec3 fromEye;
+varying vec2 at;
+void main() {
+    float seen = sight(fromEye, false);
+    vec4 colour = texture2D(picture, at);
+    if (seen <= 0.0) discard;
+    gl_FragColor = colour * seen;
+}
+)";
+
 /// One instance a segment: start to end, with its neighbours. `corner`: x 0 at the start and 1 at the
 /// end, y -1 and 1 at the sides. `style`: width, stroke, flags (1 no previous, 2 no next, 4 solid).
 /// Everything is laid out in pixels of the screen, so w is 1 and what varies, varies along the screen.

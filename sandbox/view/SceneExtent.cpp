@@ -25,6 +25,7 @@ std::vector<Ecef> pointsOf(std::span<const OverlayScene::Entry* const> entries, 
             appendGeometry(*shape, entry->reference, tolerance, list);
             for (const DrawList::Line& line : list.lines) take(line.points);
             for (const DrawList::Mesh& mesh : list.meshes) take(mesh.vertices);
+            for (const DrawList::Picture& picture : list.pictures) take(picture.vertices);
             for (const DrawList::Label& label : list.labels) points.push_back(label.position);
         }
     }

@@ -423,10 +423,15 @@ void appendCircular(const ZEL::CircularShape& shape, const Placement& placement,
     if (placement.leans() && isMadeLevel(shape.shapeType())) leaning.apply(*center, placement, out);
 }
 
+/// From a meridian eastwards to another; the whole way round when they are the same.
+double eastward(double west, double east) {
+    const double span = std::remainder(east - west, 2.0 * kPi);
+    return span <= 0.0 ? span + 2.0 * kPi : span;
+}
+
 void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawList& out) {
     const ShapeStyle style = styleOf(box);
-    double span = std::remainder(box.east() - box.west(), 2.0 * kPi);
-    if (span <= 0.0) span += 2.0 * kPi;
+    const double span = eastward(box.west(), box.east());
     const double west = box.west();
     const double north = std::clamp(std::max(box.north(), box.south()), -kPi / 2, kPi / 2);
     const double south = std::clamp(std::min(box.north(), box.south()), -kPi / 2, kPi / 2);
@@ -457,6 +462,58 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
         addRing(ring, true, std::nullopt, placement, style, out);
 }
 
+/// Turned counter-clockwise about its middle, in the plane of longitudes shortened as they are there.
+void appendPicture(const ZEL::ImageOverlay& shape, const Placement& placement, DrawList& out) {
+    const double north = std::max(shape.north(), shape.south());
+    const double south = std::min(shape.north(), shape.south());
+    const double span = eastward(shape.west(), shape.east());
+    double turn = 0.0;
+    shape.getRotation(turn);
+    const double midLat = 0.5 * (north + south);
+    const double shrink = std::max(std::cos(midLat), 1e-6);
+    const auto at = [&](double across, double down) {
+        const double x = (across - 0.5) * span * shrink;
+        const double y = (0.5 - down) * (north - south);
+        const double lat = midLat + y * std::cos(turn) + x * std::sin(turn);
+        const double lon = shape.west() + 0.5 * span + (x * std::cos(turn) - y * std::sin(turn)) / shrink;
+        return toEcef(Vec3(std::clamp(lat, -kPi / 2, kPi / 2), lon, placement.altitude(0.0)));
+    };
+    const auto pieces = [&](double radians) {
+        const double extent = std::abs(radians) * kEquatorRadius;
+        const double piece = std::max(std::clamp(extent / 16.0, 250.0, 150.0e3),
+                                      std::sqrt(8.0 * kEquatorRadius * placement.tolerance()));
+        return static_cast<std::uint32_t>(std::clamp(std::ceil(extent / piece), 1.0, 270.0));
+    };
+    const std::uint32_t columns = pieces(span);
+    const std::uint32_t rows = pieces(north - south);
+    DrawList::Picture picture;
+    picture.file.path = shape.imageFile();
+    for (std::uint32_t row = 0; row <= rows; ++row) {
+        for (std::uint32_t column = 0; column <= columns; ++column) {
+            const double across = static_cast<double>(column) / columns;
+            const double down = static_cast<double>(row) / rows;
+            picture.vertices.push_back(at(across, down));
+            picture.places.push_back({static_cast<float>(across), static_cast<float>(down)});
+            if (row == rows || column == columns) continue;
+            const std::uint32_t a = row * (columns + 1) + column;
+            const std::uint32_t b = a + columns + 1;
+            picture.triangles.insert(picture.triangles.end(), {a, b, b + 1, a, b + 1, a + 1});
+        }
+    }
+    const auto border = [&](double across, double down, double acrossStep, double downStep) {
+        const std::uint32_t count = downStep == 0.0 ? columns : rows;
+        for (std::uint32_t i = 0; i < count; ++i)
+            picture.border.points.push_back(at(across + acrossStep * i / count, down + downStep * i / count));
+    };
+    border(0.0, 0.0, 1.0, 0.0);
+    border(1.0, 0.0, 0.0, 1.0);
+    border(1.0, 1.0, -1.0, 0.0);
+    border(0.0, 1.0, 0.0, -1.0);
+    picture.border.closed = true;
+    picture.border.width = 2.0F;
+    out.pictures.push_back(std::move(picture));
+}
+
 void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawList& out) {
     Vec3 own;
     if (shape.getPosition(own) != 0 && !placement.relative()) return;
@@ -478,6 +535,7 @@ void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawL
     label.outlineWidth = thickness == ZEL::OutlineThickness::Thick  ? 2
                          : thickness == ZEL::OutlineThickness::Thin ? 1
                                                                     : 0;
+    shape.getIconFile(label.icon.path);
     if (placement.extruded()) addStem(*placed, placement, label.color, out);
     if (!label.text.empty()) out.labels.push_back(std::move(label));
 }
@@ -500,6 +558,8 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
         appendBox(*box, placement, out);
     else if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape))
         appendLabel(*annotation, placement, out);
+    else if (const auto* picture = dynamic_cast<const ZEL::ImageOverlay*>(&shape))
+        appendPicture(*picture, placement, out);
 }
 
 std::size_t roughSize(const ZEL::ZelShape& shape) {

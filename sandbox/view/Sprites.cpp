@@ -118,6 +118,43 @@ void Sprites::drawTextCentered(QPainter& painter, double x, double y, const QStr
     put(painter, x - image.width() / ratio_ / 2.0, y - image.height() / ratio_ / 2.0, image);
 }
 
+void Sprites::drawTextBeside(QPainter& painter, double x, double y, const QString& text,
+                             const TextLook& look) {
+    const QImage& image = this->text(text, look);
+    put(painter, x - marginOf(look), y - image.height() / ratio_ / 2.0, image);
+}
+
+double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFile& file) {
+    const QString key =
+        QLatin1String("\nicon") + QString::number(file.modified) + QString::fromStdString(file.path);
+    auto found = images_.find(key);
+    if (found == images_.end()) {
+        makeRoom();
+        constexpr int kLargest = 64;
+        constexpr int kFrame = 20;
+        QImage image = readPicture(file);
+        if (image.isNull()) {
+            image = QImage(QSize(kFrame, kFrame) * ratio_, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            QPainter frame(&image);
+            frame.setPen(QPen(Qt::red, std::round(2.0 * ratio_)));
+            frame.drawRect(image.rect().adjusted(2, 2, -3, -3));
+        } else {
+            QSizeF size = image.size();
+            if (std::max(size.width(), size.height()) > kLargest)
+                size.scale(kLargest, kLargest, Qt::KeepAspectRatio);
+            image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                        .scaled((size * ratio_).toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
+                                Qt::SmoothTransformation);
+        }
+        image.setDevicePixelRatio(ratio_);
+        found = images_.emplace(key, std::move(image)).first;
+    }
+    const double width = found->second.width() / ratio_;
+    put(painter, x - width / 2.0, y - found->second.height() / ratio_ / 2.0, found->second);
+    return width;
+}
+
 void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn) {
     const bool cross = platform.icon == "x2";
     const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / std::numbers::pi)) % 360;

@@ -33,8 +33,13 @@ class Sprites {
     void setPixelRatio(double ratio);
     /// With the text's top left corner at (x, y) in widget pixels.
     void drawText(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
+    /// Starting at x, with the middle of its height at y.
+    void drawTextBeside(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
     /// Centred on (x, y).
     void drawTextCentered(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
+    /// Centred on (x, y), in its own size if that is not more than 64 pixels; a frame when it cannot be read.
+    /// Returns its width in widget pixels.
+    double drawIcon(QPainter& painter, double x, double y, const PictureFile& file);
     /// Centred on (x, y); `turn` is clockwise on the screen, radians.
     void drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn);
 

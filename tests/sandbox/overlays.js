@@ -35,7 +35,7 @@ assertEqual(command(`load two ${work} 0 1`), "not loaded");
 assertEqual(command(`load two ${work}/empty.zel 0 1`), "not loaded");
 assert(lines().some(line => line.includes("empty.zel holds no shape")));
 assertEqual(command(`load two ${work}/bad.zel 0 0`), "loaded");
-assert(lines().some(line => line.includes("nonsense") && line.includes("line: 2")), "the parser's message");
+assert(lines().some(line => line.includes("bad.zel, line 2: ") && line.includes("nonsense")), "the parser's message");
 assertEqual(overlay("bad.zel").shown, false);
 
 // The panel shows and hides, and its menu takes the plug-ins' items by their position.

@@ -1,4 +1,6 @@
 #include <QApplication>
+#include <QDateTime>
+#include <QFile>
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QWheelEvent>
@@ -164,6 +166,81 @@ TEST_F(GlobeViewTest, TranslucentAreasAndLinesBlendOnce) {
     for (int y = 0; y < lines.height(); ++y)
         for (int x = 0; x < lines.width(); ++x) brightest = std::max(brightest, qRed(lines.pixel(x, y)));
     EXPECT_LT(brightest, 200);
+}
+
+/// A picture's four corners, turned counter-clockwise with it and across 180°; its transparent parts let the
+/// ground through.
+TEST_F(GlobeViewTest, PicturesLieWhereTheirShapesSay) {
+    QTemporaryDir folder;
+    QImage colors(64, 64, QImage::Format_ARGB32);
+    const QRgb quarters[] = {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(255, 255, 0), qRgba(255, 255, 255, 0)};
+    for (int y = 0; y < 64; ++y)
+        for (int x = 0; x < 64; ++x) colors.setPixel(x, y, quarters[y / 32 * 2 + x / 32]);
+    ASSERT_TRUE(colors.save(folder.filePath("colors.png")));
+    auto picture = std::make_shared<ZEL::ImageOverlay>(false);
+    picture->setNorth(61.0 * kDegree);
+    picture->setSouth(59.0 * kDegree);
+    picture->setWest(178.0 * kDegree);
+    picture->setEast(-178.0 * kDegree);
+    picture->setImageFile("colors.png");
+    look(at(60, 180), 1.0e6);
+    const auto spot = [&](const QImage& frame, double lat, double lon) {
+        const Projected p = view.camera().project(at(lat, lon));
+        return frame.pixel(static_cast<int>(p.x), static_cast<int>(p.y));
+    };
+    // Half a degree north and one degree west of the middle are equally far: the first quarter's middle.
+    for (const double turn : {0.0, 90.0}) {
+        picture->setRotation(turn * kDegree);
+        view.overlays().clear();
+        const QImage bare = view.grabFrame();
+        view.overlays().add({picture}, std::nullopt, true, folder.path().toStdString());
+        const QImage frame = view.grabFrame();
+        const double places[][2] = {{60.5, 179}, {60.5, -179}, {59.5, 179}, {59.5, -179}};
+        const int expected[2][4] = {{0, 1, 2, 3}, {1, 3, 0, 2}};
+        for (int i = 0; i < 4; ++i) {
+            const int quarter = expected[turn > 0.0][i];
+            const QRgb wanted = quarter < 3 ? quarters[quarter] : spot(bare, places[i][0], places[i][1]);
+            EXPECT_EQ(spot(frame, places[i][0], places[i][1]), wanted) << turn << ' ' << i;
+        }
+    }
+    // A file that is not there: its border.
+    picture->setImageFile("missing.png");
+    picture->setRotation(0.0);
+    view.overlays().clear();
+    view.overlays().add({picture}, std::nullopt, true, folder.path().toStdString());
+    const QImage frame = view.grabFrame();
+    for (const double lon : {178.0, -178.0}) EXPECT_GT(qRed(spot(frame, 60.3, lon)), 200);
+    EXPECT_LT(qRed(spot(frame, 60.5, 179)), 200);
+}
+
+/// An icon stands on its place, the text beside it; a picture that is written anew is read anew.
+TEST_F(GlobeViewTest, IconsStandOnTheirPlaces) {
+    QTemporaryDir folder;
+    const QString file = folder.filePath("my icon.png");
+    QImage icon(20, 20, QImage::Format_RGB32);
+    auto label = std::make_shared<ZEL::Annotation>(false);
+    label->setLabel("Harbour");
+    label->setPosition(at(0, 0));
+    label->setTextColor(ZEL::Color(255, 255, 255, 255));
+    label->setIconFile("\"my icon.png\"");
+    look(at(0, 0), 1.0e6);
+    for (const QRgb color : {qRgb(255, 0, 255), qRgb(0, 255, 0)}) {
+        icon.fill(color);
+        ASSERT_TRUE(icon.save(file));
+        QFile stamp(file);
+        ASSERT_TRUE(stamp.open(QIODevice::ReadWrite));
+        stamp.setFileTime(QDateTime::fromSecsSinceEpoch(qRed(color) + 1000),
+                          QFileDevice::FileModificationTime);
+        stamp.close();
+        view.overlays().clear();
+        view.overlays().add({label}, std::nullopt, true, folder.path().toStdString());
+        const QImage frame = view.grabFrame();
+        for (const QPoint& p : {QPoint(312, 232), QPoint(327, 247)}) EXPECT_EQ(frame.pixel(p), color);
+        int white = 0;
+        for (int x = 334; x < 390; ++x)
+            white += qGreen(frame.pixel(x, 240)) > 220 && qRed(frame.pixel(x, 240)) > 220;
+        EXPECT_GT(white, 5);
+    }
 }
 
 TEST_F(GlobeViewTest, AnIdleViewDrawsNothing) {
