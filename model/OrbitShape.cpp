@@ -1,6 +1,7 @@
 #include "model/OrbitShape.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
@@ -64,6 +65,53 @@ void OrbitShape::setMinorRadius(const Vec3& lla) {
     minorAxisPt()->setPosition(lla);
     keepMinorRadius_(radius);
     dirty_();
+}
+
+bool OrbitShape::radiusAtSecond_() const {
+    if (!isComplete() || !minorAxisPt()) return false;
+    const Vec3 point = minorAxisPt()->getPosition();
+    const double radius = minorAxis();
+    const auto beside = [&](const PluginUtils::PUDrawPoint& center) {
+        return std::abs(halCore::Sodano::inverse(center.getPosition(), point).distance - radius);
+    };
+    return beside(*centerPt2()) < beside(*centerPt());
+}
+
+void OrbitShape::carryRadiusPoint_(const Vec3& from, const Vec3& to) {
+    const auto way = halCore::Sodano::inverse(from, minorAxisPt()->getPosition());
+    minorAxisPt()->setPosition(halCore::Sodano::direct(to, way.azimuth1, way.distance));
+}
+
+void OrbitShape::moveFirstCenter(const Vec3& lla) {
+    if (!centerPt() || !minorAxisPt()) {
+        setCenter(lla);
+        return;
+    }
+    const double radius = minorAxis();
+    if (!radiusAtSecond_()) carryRadiusPoint_(centerPt()->getPosition(), lla);
+    centerPt()->setPosition(lla);
+    keepMinorRadius_(radius);
+    dirty_();
+}
+
+void OrbitShape::setCenter2(const Vec3& lla) {
+    if (isComplete() && minorAxisPt()) {
+        const double radius = minorAxis();
+        if (radiusAtSecond_()) carryRadiusPoint_(centerPt2()->getPosition(), lla);
+        keepMinorRadius_(radius);
+    }
+    CylinderShape::setMajorRadius(lla);
+}
+
+void OrbitShape::setAltitude(double meters) {
+    bool lifted = false;
+    for (PluginUtils::PUDrawPoint* const point : {centerPt(), centerPt2(), minorAxisPt()}) {
+        if (!point || point->getAltitude() == meters) continue;
+        const Vec3 lla = point->getPosition();
+        point->setPosition({lla.lat(), lla.lon(), meters});
+        lifted = true;
+    }
+    if (lifted) dirty_();
 }
 
 void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
@@ -135,14 +183,6 @@ void OrbitShape::fillGui() {
     showStyles_(panel_->lineStyle(), panel_->fillStyle());
 }
 
-void OrbitShape::moveFirstCenter_(const Vec3& lla) {
-    const bool hasRadius = minorAxisPt() != nullptr;
-    const double radius = minorAxis();
-    const Survival survives(*this);
-    setCenter(lla);
-    if (survives && hasRadius) setMinorRadius(radius);
-}
-
 void OrbitShape::guiChanged_() {
     if (!panel_) return;
     const auto first = panel_->centerLla();
@@ -152,7 +192,7 @@ void OrbitShape::guiChanged_() {
 
     const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && first) moveFirstCenter_(*first);
+    if (survives && first) moveFirstCenter(*first);
     if (survives && second) setCenter2(*second);
     // The radius is marked from the first centre: the one that stands in the panel, if need be.
     if (survives && radius && !centerPt()) setCenter(shownCenter_);

@@ -25,8 +25,12 @@ class OrbitShape : public CylinderShape {
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
 
-    /// The second centre; the radius keeps its number.
-    void setCenter2(const halCore::Vec3& lla) { CylinderShape::setMajorRadius(lla); }
+    /// Move one centre; the other stays, and the radius keeps its number. The radius' point goes along with
+    /// the centre that it stands about.
+    void moveFirstCenter(const halCore::Vec3& lla);
+    void setCenter2(const halCore::Vec3& lla);
+    /// Gives both centres an altitude.
+    void setAltitude(double meters);
     PluginUtils::PUDrawPoint* centerPt2() const { return majorAxisPt(); }
 
     /// Both centres are there.
@@ -42,8 +46,10 @@ class OrbitShape : public CylinderShape {
   private:
     // On an orbit it would move the second centre.
     using CylinderShape::setMajorRadius;
-    /// The second centre stays, and the radius keeps its number.
-    void moveFirstCenter_(const halCore::Vec3& lla);
+    /// The radius' point stands about the second centre, not about the first.
+    bool radiusAtSecond_() const;
+    /// Brings the radius' point to the same side of a centre's new place.
+    void carryRadiusPoint_(const halCore::Vec3& from, const halCore::Vec3& to);
     void guiChanged_();
 
     /// The first centre that the panel shows while there is none.

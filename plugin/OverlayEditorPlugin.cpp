@@ -77,11 +77,9 @@ int OverlayEditorPlugin::StartUp() {
     return 0;
 }
 
-/// The order is that of the dialog's "Shape:" menu. A kind that cannot be drawn is not offered.
+/// The order is that of the dialog's "Shape:" menu.
 void OverlayEditorPlugin::registerPrototypes_() {
-    const auto offer = [this](const Shape& prototype) {
-        if (prototype.mouseTool()) shapeRegistry_->addPrototype(prototype);
-    };
+    const auto offer = [this](const Shape& prototype) { shapeRegistry_->addPrototype(prototype); };
     offer(FreeDrawShape(*preferences_));
     offer(AnnotationShape(*preferences_));
     for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon})

@@ -3,7 +3,10 @@
 #include "tools/AnnotationMouseTool.h"
 #include "tools/ArcMouseTool.h"
 #include "tools/CircleMouseTool.h"
+#include "tools/FreeDrawMouseTool.h"
+#include "tools/OrbitMouseTool.h"
 #include "tools/PolygonMouseTool.h"
+#include "tools/RectangleMouseTool.h"
 #include "tools/ThreePointMouse.h"
 
 namespace OverlayEditor {
@@ -28,20 +31,20 @@ MouseToolPtr makeMouseTool(const Preferences& preferences, CylinderShape& shape)
     return nullptr;
 }
 
-MouseToolPtr makeMouseTool(const Preferences&, OrbitShape&) {
-    return nullptr;
+MouseToolPtr makeMouseTool(const Preferences& preferences, OrbitShape& shape) {
+    return MouseToolPtr(new OrbitMouseTool(preferences, shape));
 }
 
 MouseToolPtr makeMouseTool(const Preferences& preferences, PolygonShape& shape) {
     return MouseToolPtr(new PolygonMouseTool(preferences, shape));
 }
 
-MouseToolPtr makeMouseTool(const Preferences&, RectangleShape&) {
-    return nullptr;
+MouseToolPtr makeMouseTool(const Preferences& preferences, RectangleShape& shape) {
+    return MouseToolPtr(new RectangleMouseTool(preferences, shape));
 }
 
-MouseToolPtr makeMouseTool(const Preferences&, FreeDrawShape&) {
-    return nullptr;
+MouseToolPtr makeMouseTool(const Preferences& preferences, FreeDrawShape& shape) {
+    return MouseToolPtr(new FreeDrawMouseTool(preferences, shape));
 }
 
 MouseToolPtr makeMouseTool(const Preferences& preferences, AnnotationShape& shape) {

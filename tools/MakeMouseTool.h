@@ -11,8 +11,8 @@
 
 namespace OverlayEditor {
 
-/// The mouse tool of a shape, one overload per concrete shape. The tool keeps the references. Null for a
-/// kind that has none.
+/// The mouse tool of a shape, one overload per concrete shape. The tool keeps the references.
+/// Null for a circular shape of no subtype.
 MouseToolPtr makeMouseTool(const Preferences& preferences, CylinderShape& shape);
 MouseToolPtr makeMouseTool(const Preferences& preferences, OrbitShape& shape);
 MouseToolPtr makeMouseTool(const Preferences& preferences, PolygonShape& shape);

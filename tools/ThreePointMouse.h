@@ -7,7 +7,7 @@ namespace OverlayEditor {
 /// Draws the shapes of two radii: press at the centre, drag, release at the X radius; then press and
 /// release at the Y radius. Afterwards each axis point slides along its axis, X to the east and Y to the
 /// north, and the centre carries the whole shape.
-class ThreePointMouse final : public CylinderMouseTool {
+class ThreePointMouse : public CylinderMouseTool {
   public:
     ThreePointMouse(const Preferences& preferences, CylinderShape& shape);
     ~ThreePointMouse() override;
@@ -20,7 +20,6 @@ class ThreePointMouse final : public CylinderMouseTool {
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
 
-  private:
     /// The centre was set by the press that is still held.
     bool firstPress_ = false;
 };

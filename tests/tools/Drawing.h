@@ -11,8 +11,10 @@
 #include <gtest/gtest.h>
 
 #include "TestView.h"
+#include "model/Overlay.h"
 #include "model/ShapeEquipment.h"
 #include "support/FakeHost.h"
+#include "tools/BaseMouseTool.h"
 #include "tools/MakeMouseTool.h"
 #include "tools/MouseManager.h"
 
@@ -131,10 +133,16 @@ class Mouse {
         aim(1, 1, std::nullopt);
         return *this;
     }
+    /// The ground beneath the mouse goes, without a motion.
+    Mouse& loseTheEarth() {
+        at_.reset();
+        return *this;
+    }
     Mouse& press() { return send(Type::LeftPress); }
     Mouse& release() { return send(Type::LeftRelease); }
     Mouse& rightPress() { return send(Type::RightPress); }
     Mouse& wheel(int delta) { return send(Type::Wheel, PIGUI::PIModifierShift, delta); }
+    Mouse& plainWheel(int delta) { return send(Type::Wheel, 0, delta); }
     Mouse& from(const std::string& where) { return move(where).frame().press().frame(); }
     Mouse& to(const std::string& where) { return move(where).frame().release().frame(); }
     Mouse& frame() {
@@ -161,4 +169,41 @@ class Mouse {
     int x_ = 0;
     int y_ = 0;
     std::optional<halCore::Vec3> at_;
+};
+
+/// A view of Oahu with the mouse over it, and shapes that are drawn there.
+struct DrawingTest : testing::Test {
+    using Tool = OverlayEditor::BaseMouseTool;
+
+    /// Takes the shape; its tool becomes the current one.
+    template <typename ConcreteShape>
+    ConcreteShape& start(ConcreteShape* shape) {
+        overlay.addShape(shape);
+        manager.setCurrentMouseTool(shape->mouseTool(), true);
+        mouse.frame();
+        return *shape;
+    }
+    static Tool::State stateOf(const OverlayEditor::Shape& shape) {
+        return static_cast<const Tool&>(*shape.mouseTool()).state();
+    }
+    /// The label that is drawn, "" for none.
+    std::string label() {
+        mouse.frame();
+        for (const auto& point : view.painted)
+            if (!point.label.empty()) return point.label;
+        return {};
+    }
+    bool rubberBandShown() const {
+        for (const auto& [handle, loaded] : host.overlays)
+            if (loaded.text.find("ff0073ff") != std::string::npos) return true;
+        return false;
+    }
+
+    FakeHost host;
+    TestView view{degrees(21.0, -158.0, 2e5)};
+    OverlayEditor::Preferences preferences;
+    ToolEquipment equipment;
+    OverlayEditor::MouseManager manager;
+    Mouse mouse{host, view, manager};
+    OverlayEditor::Overlay overlay;
 };

@@ -1,0 +1,177 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Drawing.h"
+#include "model/OrbitShape.h"
+
+namespace {
+
+using OverlayEditor::OrbitShape;
+
+struct OrbitTool : DrawingTest {
+    OrbitShape& begin() { return start(new OrbitShape(preferences)); }
+    /// From 21N 158W to 21.1N 158W, the width marked west of the second centre, 5 km and some away.
+    OrbitShape& drawn() {
+        auto& orbit = begin();
+        mouse.from("21.0N 158.0W").to("21.1N 158.0W").from("21.0N 157.9W").to("21.1N 158.05W");
+        mouse.move("20.9N 158.2W").frame();
+        return orbit;
+    }
+    static bool isEmpty(const OrbitShape& orbit) {
+        return !orbit.centerPt() && !orbit.centerPt2() && !orbit.minorAxisPt();
+    }
+    const std::string& text() const { return host.lastText; }
+};
+
+TEST_F(OrbitTool, IsFirstCentreSecondCentreAndWidth) {
+    struct Case {
+        const char *name, *first, *second, *width;
+    };
+    for (const auto& c : {Case{"Hawaii", "21.0N 158.0W", "21.2N 157.9W", "21.1N 158.1W"},
+                          Case{"nearer the second", "21.0N 158.0W", "21.2N 157.9W", "21.25N 157.85W"},
+                          Case{"date line", "3.0S 179.95E", "3.1S 179.9W", "3.1S 179.99E"},
+                          Case{"pole", "89.9N 40.0E", "89.8N 130.0E", "89.95N 40.0E"}}) {
+        SCOPED_TRACE(c.name);
+        const auto first = place(c.first), second = place(c.second), width = place(c.width);
+        view.look({first.lat(), first.lon(), 3e5});
+        auto& orbit = begin();
+        mouse.from(c.first).move(c.second).frame();
+        EXPECT_TRUE(rubberBandShown());
+        mouse.to(c.second);
+        EXPECT_EQ(stateOf(orbit), Tool::Placing) << "the width is wanted";
+        EXPECT_NE(text().find("radius 50\n"), std::string::npos) << "the axis is seen at once";
+        mouse.move(c.width).frame().press().frame();
+        EXPECT_TRUE(rubberBandShown());
+        mouse.release().frame();
+        EXPECT_FALSE(rubberBandShown());
+        EXPECT_EQ(stateOf(orbit), Tool::Complete);
+        EXPECT_EQ(orbit.centerPt()->getPosition(), first);
+        EXPECT_EQ(orbit.centerPt2()->getPosition(), second);
+        EXPECT_NEAR(orbit.minorAxis(),
+                    std::min(geodesic(first, width).meters, geodesic(second, width).meters), 1e-3);
+        EXPECT_EQ(orbit.minorAxisPt()->getPosition(), width);
+        mouse.rightPress();
+        EXPECT_EQ(host.overlays.size(), 1u);
+        EXPECT_EQ(host.grabs, 0);
+        overlay.clearShapes(false);
+    }
+}
+
+TEST_F(OrbitTool, AbortsKeepWhatWasDone) {
+    auto& orbit = begin();
+    mouse.from("21.0N 158.0W").to("21.0N 158.0W");
+    EXPECT_TRUE(isEmpty(orbit)) << "released on its first centre";
+    mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame().moveOffTheEarth().release().frame();
+    EXPECT_EQ(mouse.result, 0);
+    EXPECT_TRUE(isEmpty(orbit)) << "released off the earth";
+    EXPECT_TRUE(host.overlays.empty());
+
+    mouse.from("21.0N 158.0W").to("21.1N 158.0W");
+    mouse.from("21.05N 157.9W").to("21.1N 158.0W");
+    EXPECT_FALSE(orbit.minorAxisPt()) << "released on its second centre";
+    EXPECT_TRUE(orbit.isComplete());
+    mouse.move("20.9N 158.0W").frame().press().moveOffTheEarth().release();
+    EXPECT_FALSE(orbit.minorAxisPt());
+    mouse.move("20.9N 158.0W").frame().press().move("21.1N 157.95W").frame().rightPress();
+    EXPECT_EQ(stateOf(orbit), Tool::Inactive);
+    EXPECT_FALSE(orbit.minorAxisPt());
+    ASSERT_EQ(host.overlays.size(), 1u);
+    EXPECT_NE(host.overlays.begin()->second.text.find("radius 50\n"), std::string::npos);
+
+    manager.setCurrentMouseTool(orbit.mouseTool(), true);
+    EXPECT_EQ(stateOf(orbit), Tool::Placing) << "the width is still wanted";
+    mouse.frame().from("21.1N 157.9W").to("21.1N 157.95W");
+    EXPECT_EQ(stateOf(orbit), Tool::Complete);
+
+    orbit.clear();
+    mouse.frame().from("20.9N 158.0W").move("20.9N 157.9W").frame();
+    EXPECT_NE(text().find("radius 50\n"), std::string::npos) << "a new rubber band has no old width";
+    mouse.to("20.9N 157.9W");
+    EXPECT_EQ(stateOf(orbit), Tool::Placing);
+}
+
+TEST_F(OrbitTool, CentresAreDraggedApartAndKeepTheRadius) {
+    auto& orbit = drawn();
+    const double radius = orbit.minorAxis();
+    EXPECT_NEAR(radius, geodesic(place("21.1N 158.0W"), place("21.1N 158.05W")).meters, 1e-3);
+    const auto width = orbit.minorAxisPt()->getPosition();
+    mouse.from("21.0N 158.0W").to("20.95N 157.9W");
+    EXPECT_LT(geodesic(orbit.centerPt()->getPosition(), place("20.95N 157.9W")).meters, 1.0);
+    EXPECT_EQ(orbit.centerPt2()->getPosition(), place("21.1N 158.0W"));
+    EXPECT_EQ(orbit.minorAxis(), radius);
+    EXPECT_EQ(orbit.minorAxisPt()->getPosition(), width) << "it stands about the second centre";
+
+    mouse.from("21.1N 158.0W").to("21.2N 158.1W");
+    const auto second = orbit.centerPt2()->getPosition();
+    EXPECT_LT(geodesic(second, place("21.2N 158.1W")).meters, 1.0);
+    EXPECT_EQ(orbit.minorAxis(), radius);
+    const auto way = geodesic(second, orbit.minorAxisPt()->getPosition());
+    EXPECT_NEAR(way.meters, radius, 1e-3) << "carried along";
+    EXPECT_NEAR(way.bearing, geodesic(place("21.1N 158.0W"), width).bearing, 1e-6);
+
+    mouse.move(orbit.minorAxisPt()->getPosition()).frame().press().to("20.95N 157.95W");
+    EXPECT_EQ(stateOf(orbit), Tool::Complete);
+    EXPECT_NEAR(orbit.minorAxis(), geodesic(orbit.centerPt()->getPosition(), place("20.95N 157.95W")).meters,
+                1.0);
+    mouse.move("20.8N 158.2W").frame().move(orbit.centerPt()->getPosition()).press().to("20.9N 157.9W");
+    EXPECT_NEAR(geodesic(orbit.centerPt()->getPosition(), orbit.minorAxisPt()->getPosition()).meters,
+                orbit.minorAxis(), 1e-3)
+        << "and with the first centre";
+    EXPECT_EQ(orbit.centerPt2()->getPosition(), second);
+    EXPECT_EQ(host.overlays.size(), 1u);
+}
+
+TEST_F(OrbitTool, LiftingAPointLiftsTheWholeOrbit) {
+    for (const char* point : {"21.0N 158.0W", "21.1N 158.0W", "21.1N 158.05W"}) {
+        SCOPED_TRACE(point);
+        auto& orbit = drawn();
+        const double radius = orbit.minorAxis();
+        mouse.move(point).wheel(120).wheel(240);
+        const double alt = 0.01 * 1.25 * 1.25;
+        EXPECT_EQ(orbit.centerPt()->getAltitude(), alt);
+        EXPECT_EQ(orbit.centerPt2()->getAltitude(), alt);
+        EXPECT_EQ(orbit.minorAxisPt()->getAltitude(), alt);
+        EXPECT_EQ(orbit.minorAxis(), radius);
+        overlay.clearShapes(false);
+    }
+    // Altitudes that were typed apart stay apart while a point is dragged.
+    auto& orbit = drawn();
+    orbit.setCenter2(degrees(21.1, -158.0, 100.0));
+    mouse.frame().from("21.0N 158.0W").to("20.95N 157.9W");
+    EXPECT_EQ(orbit.centerPt()->getAltitude(), 0.0);
+    EXPECT_EQ(orbit.centerPt2()->getAltitude(), 100.0);
+}
+
+TEST_F(OrbitTool, LabelsTellWayAndRadius) {
+    preferences.setGeodeticUnits(UTILS::UnitType_t::Degrees);
+    preferences.setRangeUnits(UTILS::UnitType_t::Kilometers);
+    begin();
+    mouse.move("21.0N 158.0W");
+    EXPECT_EQ(label(), "LLA: 21.00 -158.00 0.00 m");
+    mouse.frame().press().move("20.9N 158.0W");
+    // A tenth of a degree of the meridian at 21 degrees is 11.07 km.
+    EXPECT_EQ(label(), "LLA: 20.90 -158.00 0.00 m Dist: 11.07 T: 180.00");
+    mouse.to("20.9N 158.0W").move("20.8N 158.0W");
+    EXPECT_EQ(label(), "LLA: 20.80 -158.00 0.00 m Rad: 11.07");
+    mouse.press().release().move("21.0N 158.0W");
+    EXPECT_EQ(label(), "LLA: 21.00 -158.00 0.00 m Rad: 11.07");
+    mouse.move("20.9N 158.0W");
+    EXPECT_EQ(label(), "LLA: 20.90 -158.00 0.00 m Dist: 11.07 T: 180.00");
+}
+
+TEST_F(OrbitTool, PointsThatGoWhileTheyAreDraggedAreForgotten) {
+    auto& orbit = drawn();
+    mouse.from("21.1N 158.05W");
+    EXPECT_EQ(stateOf(orbit), Tool::Dragging);
+    orbit.clear();
+    mouse.move("21.05N 158.0W").frame().wheel(120).release().frame();
+    EXPECT_TRUE(isEmpty(orbit));
+    mouse.from("21.0N 158.0W").to("21.1N 158.0W").from("21.1N 158.05W");
+    overlay.clearShapes(false);
+    mouse.move("21.2N 158.0W").frame().release();
+    EXPECT_TRUE(host.overlays.empty());
+    EXPECT_EQ(host.grabs, 0);
+}
+
+}  // namespace

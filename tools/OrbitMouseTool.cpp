@@ -1,0 +1,71 @@
+#include "tools/OrbitMouseTool.h"
+
+#include <sstream>
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+using PluginUtils::PUDrawPoint;
+
+OrbitMouseTool::OrbitMouseTool(const Preferences& preferences, OrbitShape& shape)
+    : ThreePointMouse(preferences, shape), orbit_(shape) {}
+
+OrbitMouseTool::~OrbitMouseTool() {
+    deactivate();
+}
+
+std::string OrbitMouseTool::getPointText_(const Vec3& pos) const {
+    std::ostringstream text;
+    appendLLAText_(text, pos);
+    if (!orbit_.centerPt()) return text.str();
+    if (grabbed_ == MajorAxis || !orbit_.centerPt2()) {
+        appendRange_(text, " Dist: ", radiusAt_(pos));
+        appendBearing_(text, center_(), pos);
+    } else if (grabbed_ == Center) {
+        if (orbit_.minorAxisPt()) appendRange_(text, " Rad: ", orbit_.minorAxis());
+    } else {
+        appendRange_(text, " Rad: ", orbit_.getShortestDistance_(pos));
+    }
+    return text.str();
+}
+
+void OrbitMouseTool::handleFinishDrag_(const Vec3& pos) {
+    if (releasedOnPoint_(pos) || !orbit_.centerPt()) {
+        handleAbortDrag_();
+        return;
+    }
+    firstPress_ = false;
+    if (!orbit_.centerPt2())
+        orbit_.setCenter2(pos);
+    else
+        orbit_.setMinorRadius(pos);
+    if (isActive()) orbit_.setAltitude(pos.alt());
+    if (isActive()) state_ = restingState_();
+    shapeChanged_();
+}
+
+void OrbitMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
+    const PUDrawPoint* const point = grabbed == Center      ? orbit_.centerPt()
+                                     : grabbed == MajorAxis ? orbit_.centerPt2()
+                                                            : orbit_.minorAxisPt();
+    if (!point) return;
+    if (pos.alt() != point->getAltitude()) orbit_.setAltitude(pos.alt());
+    if (!isActive() || pos == point->getPosition()) return;
+    if (grabbed == Center)
+        orbit_.moveFirstCenter(pos);
+    else if (grabbed == MajorAxis)
+        orbit_.setCenter2(pos);
+    else
+        orbit_.setMinorRadius(pos);
+}
+
+void OrbitMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {
+    auto& orbit = static_cast<OrbitShape&>(rubberBand);
+    orbit.clear();
+    orbit.setCenter(center_());
+    orbit.setCenter2(orbit_.centerPt2() ? orbit_.centerPt2()->getPosition() : pos);
+    if (orbit_.centerPt2()) orbit.setMinorRadius(pos);
+    orbit.setAltitude(pos.alt());
+}
+
+}  // namespace OverlayEditor
