@@ -1,6 +1,7 @@
 #include "geo/TspiUnitsProviderAdapter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -38,13 +39,45 @@ NumberAndUnit split(std::string_view text) {
     return {trimmed(text.substr(0, last + 1)), trimmed(text.substr(last + 1))};
 }
 
+/// Units as people write them beside the names and abbreviations of the menus.
+struct Spelling {
+    std::string_view text;
+    UnitType_t type;
+};
+constexpr std::array kSpellings = {
+    Spelling{"meter", UnitType_t::Meters},
+    Spelling{"metre", UnitType_t::Meters},
+    Spelling{"metres", UnitType_t::Meters},
+    Spelling{"kilometer", UnitType_t::Kilometers},
+    Spelling{"kilometre", UnitType_t::Kilometers},
+    Spelling{"kilometres", UnitType_t::Kilometers},
+    Spelling{"yard", UnitType_t::Yards},
+    Spelling{"mile", UnitType_t::Miles},
+    Spelling{"foot", UnitType_t::Feet},
+    Spelling{"inch", UnitType_t::Inches},
+    Spelling{"nmi", UnitType_t::NauticalMiles},
+    Spelling{"nautical mile", UnitType_t::NauticalMiles},
+    Spelling{"fathom", UnitType_t::Fathoms},
+    Spelling{"data mile", UnitType_t::DataMiles},
+    Spelling{"mils", UnitType_t::Mils},
+};
+
+UnitType_t typedUnits(std::string_view text) {
+    const UnitType_t type = unitsGetTypeFromString(text);
+    if (type != UnitType_t::Invalid) return type;
+    const auto found = std::find_if(kSpellings.begin(), kSpellings.end(), [text](const Spelling& spelling) {
+        return equalsIgnoringCase(spelling.text, text);
+    });
+    return found != kSpellings.end() ? found->type : UnitType_t::Invalid;
+}
+
 std::string formatLength(double meters, UnitType_t type, int precision) {
     return writeFixed(Units::METERS.convertTo(unitsGetUnits(type), meters), precision);
 }
 
 int parseLength(std::string_view text, UnitType_t type, double& meters, std::string* error) {
     const auto [numberText, unit] = split(text);
-    if (!unit.empty()) type = unitsGetTypeFromString(unit);
+    if (!unit.empty()) type = typedUnits(unit);
     if (!unitsIsLength(type)) return fail(error, trimmed(text), "not a unit of length");
     const std::optional<double> number = readNumber(numberText);
     if (!number) return fail(error, trimmed(text), "not a number");
@@ -57,7 +90,7 @@ int parseLength(std::string_view text, UnitType_t type, double& meters, std::str
 /// An angle with a unit of measure behind it, or a plain number in `type`; none for anything else.
 std::optional<double> parseMeasuredAngle(std::string_view text, UnitType_t type) {
     const auto [numberText, unit] = split(text);
-    if (!unit.empty()) type = unitsGetTypeFromString(unit);
+    if (!unit.empty()) type = typedUnits(unit);
     if (!unitsIsAngle(type)) return std::nullopt;
     const std::optional<double> number = readNumber(numberText);
     if (!number) return std::nullopt;

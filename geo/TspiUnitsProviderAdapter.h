@@ -13,8 +13,8 @@ namespace UTILS {
 ///
 /// Formatting a value that is not finite gives an empty text. Parsing takes what was formatted and what
 /// people type: blanks around it, any number form, a unit of the same family behind it ("2.5 nm", "3
-/// feet") and, for angles, any degree form. It returns 0 and sets the value; otherwise non-zero, with the
-/// value left alone and the reason in `error`.
+/// feet", "1 mile") and, for angles, any degree form. It returns 0 and sets the value; otherwise
+/// non-zero, with the value left alone and the reason in `error`.
 class TspiUnitsProviderAdapter {
   public:
     UnitType_t rangeUnits() const { return rangeUnits_; }

@@ -13,5 +13,7 @@ inline constexpr double e2 = f * (2.0 - f);
 inline constexpr double ep2 = e2 / (1.0 - e2);
 /// Third flattening.
 inline constexpr double n = f / (2.0 - f);
+/// Half way round the earth over a pole, to the metre below. What reaches farther comes back.
+inline constexpr double halfMeridian = 20003931.0;
 
 }  // namespace halCore::wgs84

@@ -34,9 +34,9 @@ CylinderGui::CylinderGui(Subtype subtype, const Preferences& preferences, PIGUI:
       xRadius_(
           table_,
           hasTwoRadii(subtype) ? "X Radius:\tX radius for this shape" : "Radius:\tRadius for this circle",
-          Quantity::Range, preferences, [this] { onCmdChange(); }),
+          Quantity::Radius, preferences, [this] { onCmdChange(); }),
       yRadius_(
-          entry_(hasTwoRadii(subtype), "Y Radius:\tY radius for this shape", Quantity::Range, preferences)),
+          entry_(hasTwoRadii(subtype), "Y Radius:\tY radius for this shape", Quantity::Radius, preferences)),
       height_(entry_(hasHeight(subtype), "Height:\tHeight for this shape in specified units",
                      Quantity::Altitude, preferences)),
       startAngle_(entry_(hasSector(subtype), "Start Angle:\tStart angle for this shape in specified units",

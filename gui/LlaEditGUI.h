@@ -12,6 +12,7 @@ class LlaEditGUI final : public PointEditor {
 
     void setPosition(const halCore::Vec3& lla) override;
     std::optional<halCore::Vec3> edited() const override;
+    bool placeEdited() const override { return lat_.edited() || lon_.edited(); }
     void notifyPrefsUpdate() override;
     void setShown(bool shown) override;
     void setEnabled(bool enabled) override;

@@ -23,6 +23,10 @@ void splitNumbers(std::string_view text, std::string& easting, std::string& nort
     northing = rest;
 }
 
+bool isLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 }  // namespace
 
 MgrsEditGUI::MgrsEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change)
@@ -99,9 +103,14 @@ int MgrsEditGUI::onCmdEdit(PIObject*, void*) {
 std::string MgrsEditGUI::read_(const std::string& square, const std::string& numbers,
                                halCore::Vec3& lla) const {
     std::string error, gzd, squareId, easting, northing, mgrs;
-    if (UTILS::MgrsConvert::divideMgrs(square, gzd, squareId, easting, northing, &error) != 0) return error;
-    // With its digits the first field holds a whole reference, and the second is what it was before.
-    if (easting.empty()) splitNumbers(numbers, easting, northing);
+    // With letters the second field holds a whole reference, and the first is what it was before.
+    const bool whole = std::any_of(numbers.begin(), numbers.end(), isLetter);
+    if (UTILS::MgrsConvert::divideMgrs(whole ? numbers : square, gzd, squareId, easting, northing, &error) !=
+        0)
+        return error;
+    // With its digits so does the first one.
+    if (easting.empty()) splitNumbers(whole ? "" : numbers, easting, northing);
+    if (easting.empty()) return "easting and northing are missing";
     double lat = 0.0;
     double lon = 0.0;
     if (UTILS::MgrsConvert::combineMgrs(gzd, squareId, easting, northing, mgrs, &error) != 0 ||

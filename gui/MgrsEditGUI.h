@@ -9,7 +9,7 @@ namespace OverlayEditor {
 
 /// A position as an MGRS reference and an altitude: three rows of a panel's table. The reference is shown to
 /// the metre; one that is typed means the south-west corner of its square. A whole reference may be
-/// typed into the first field.
+/// typed into either field.
 class MgrsEditGUI final : public PointEditor {
   public:
     MgrsEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change);
@@ -17,6 +17,7 @@ class MgrsEditGUI final : public PointEditor {
 
     void setPosition(const halCore::Vec3& lla) override;
     std::optional<halCore::Vec3> edited() const override;
+    bool placeEdited() const override { return referenceEdited_; }
     void notifyPrefsUpdate() override;
     void setShown(bool shown) override;
     void setEnabled(bool enabled) override;

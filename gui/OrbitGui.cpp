@@ -14,7 +14,7 @@ OrbitGui::OrbitGui(const Preferences& preferences, PIGUI::PICanvas& canvas, Pane
       center1_(table_, preferences, [this] { onCmdChange(); }),
       heading2_(table_, "Center 2:\tCenter point for other end of the orbit shape"),
       center2_(table_, preferences, [this] { onCmdChange(); }),
-      radius_(table_, "Radius:\tRadius for this shape", ValueUnitEntry::Quantity::Range, preferences,
+      radius_(table_, "Radius:\tRadius for this shape", ValueUnitEntry::Quantity::Radius, preferences,
               [this] { onCmdChange(); }),
       lineStyle_(table_, [this] { onCmdChange(); }),
       fillStyle_(table_, [this] { onCmdChange(); }) {}

@@ -21,6 +21,7 @@ class PointEditGui {
     /// Radians and metres. \see PointEditor
     void setPosition(const halCore::Vec3& lla);
     std::optional<halCore::Vec3> edited() const { return current_->edited(); }
+    bool placeEdited() const { return current_->placeEdited(); }
     /// The position in view, edited or not.
     halCore::Vec3 position() const { return edited().value_or(position_); }
     void notifyPrefsUpdate();

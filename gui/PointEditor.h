@@ -15,6 +15,8 @@ class PointEditor {
     /// The position with what the user typed since the last setPosition; nothing when there was no edit.
     /// Components that nobody typed keep all of their digits.
     virtual std::optional<halCore::Vec3> edited() const = 0;
+    /// Whether more than the height was typed since the last setPosition.
+    virtual bool placeEdited() const = 0;
     /// Units or precision changed: everything is shown anew.
     virtual void notifyPrefsUpdate() = 0;
     virtual void setShown(bool shown) = 0;

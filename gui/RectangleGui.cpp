@@ -27,9 +27,9 @@ RectangleGui::RectangleGui(const Preferences& preferences, PIGUI::PICanvas& canv
       corner2Button_(&sourceChoice_, "Corner 2\tSpecify the rectangle by its corner point",
                      callbacks_.make(&RectangleGui::onCmdSource)),
       sourceFiller_(&table_, ""),
-      width_(table_, "Width:         \tWidth of the rectangle", ValueUnitEntry::Quantity::Range, preferences,
+      width_(table_, "Width:         \tWidth of the rectangle", ValueUnitEntry::Quantity::Size, preferences,
              [this] { onCmdChange(); }),
-      height_(table_, "Height:\tHeight of the rectangle", ValueUnitEntry::Quantity::Range, preferences,
+      height_(table_, "Height:\tHeight of the rectangle", ValueUnitEntry::Quantity::Size, preferences,
               [this] { onCmdChange(); }),
       cornerHeading_(table_, "Corner Point"),
       corner_(table_, preferences, [this] { onCmdChange(); }),
@@ -53,6 +53,10 @@ void RectangleGui::updateWidthHeight(double width, double height) {
 
 bool RectangleGui::edited() const {
     return anchor_.edited() || corner_.edited() || width_.edited() || height_.edited();
+}
+
+bool RectangleGui::reshaped() const {
+    return anchor_.placeEdited() || corner_.placeEdited() || width_.edited() || height_.edited();
 }
 
 Vec3 RectangleGui::anchor() const {

@@ -1,12 +1,40 @@
 #include "gui/ValueUnitEntry.h"
 
+#include <cmath>
 #include <utility>
 
 #include "common/Notify.h"
+#include "common/Strings.h"
+#include "geo/Wgs84.h"
 #include "gui/CallChange.h"
 #include "gui/Captions.h"
 
 namespace OverlayEditor {
+
+namespace {
+
+using Quantity = ValueUnitEntry::Quantity;
+
+/// Why a shape cannot have the value; empty when it can.
+std::string_view refusal(Quantity quantity, double value) {
+    constexpr double farthest = 1e9;
+    switch (quantity) {
+        case Quantity::Radius:
+            if (value <= 0.0) return "a radius is greater than 0";
+            [[fallthrough]];
+        case Quantity::Size:
+            return std::abs(value) > halCore::wgs84::halfMeridian
+                       ? "this reaches round more than half of the earth"
+                       : "";
+        case Quantity::Range:
+        case Quantity::Altitude:
+            return std::abs(value) > farthest ? "this is beyond a million kilometers" : "";
+        default:
+            return "";
+    }
+}
+
+}  // namespace
 
 ValueUnitEntry::ValueUnitEntry(PIGUI::PICanvas& table, const std::string& caption, Quantity quantity,
                                const Preferences& preferences, PanelChange change)
@@ -49,7 +77,11 @@ int ValueUnitEntry::onCmdEdit(PIObject*, void*) {
     if (text == shownText_) return 1;
     double value = 0.0;
     std::string error;
-    if (parse_(text, value, error) != 0) {
+    if (parse_(text, value, error) == 0) {
+        if (const std::string_view reason = refusal(quantity_, value); !reason.empty())
+            error.append("Invalid value \"").append(UTILS::excerpt(text)).append("\": ").append(reason);
+    }
+    if (!error.empty()) {
         halNotify::notify(halNotify::Warning) << name_ << ": " << error;
         field_.setValue(shownText_);
         return 1;
@@ -66,6 +98,8 @@ std::string ValueUnitEntry::format_() const {
     const auto& units = *preferences_.unitsProvider();
     switch (quantity_) {
         case Quantity::Range:
+        case Quantity::Radius:
+        case Quantity::Size:
             return units.formatRange(value_);
         case Quantity::Altitude:
             return units.formatAltitude(value_);
@@ -83,6 +117,8 @@ int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& 
     const auto& units = *preferences_.unitsProvider();
     switch (quantity_) {
         case Quantity::Range:
+        case Quantity::Radius:
+        case Quantity::Size:
             return units.parseRange(text, value, &error);
         case Quantity::Altitude:
             return units.parseAltitude(text, value, &error);
@@ -98,11 +134,20 @@ int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& 
 
 std::string ValueUnitEntry::unit_() const {
     const auto& units = *preferences_.unitsProvider();
-    UTILS::UnitType_t type = units.geodeticUnits();
-    if (quantity_ == Quantity::Range) type = units.rangeUnits();
-    if (quantity_ == Quantity::Altitude) type = units.altitudeUnits();
-    if (quantity_ == Quantity::Angle) type = units.angleUnits();
-    return std::string(UTILS::unitsGetAbbreviation(type));
+    switch (quantity_) {
+        case Quantity::Range:
+        case Quantity::Radius:
+        case Quantity::Size:
+            return std::string(UTILS::unitsGetAbbreviation(units.rangeUnits()));
+        case Quantity::Altitude:
+            return std::string(UTILS::unitsGetAbbreviation(units.altitudeUnits()));
+        case Quantity::Angle:
+            return std::string(UTILS::unitsGetAbbreviation(units.angleUnits()));
+        case Quantity::Latitude:
+        case Quantity::Longitude:
+            return std::string(UTILS::unitsGetAbbreviation(units.geodeticUnits()));
+    }
+    return {};
 }
 
 }  // namespace OverlayEditor

@@ -14,7 +14,9 @@ namespace OverlayEditor {
 /// are metres or radians.
 class ValueUnitEntry {
   public:
-    enum class Quantity { Range, Altitude, Angle, Latitude, Longitude };
+    /// Radius and Size are ranges too. A radius is above 0, a size of either sign; neither reaches farther
+    /// than half way round the earth. A range or an altitude is refused beyond a million kilometres.
+    enum class Quantity { Range, Radius, Size, Altitude, Angle, Latitude, Longitude };
 
     /// \param table of three columns; must outlive the entry
     /// \param change called after each edit of the user's that gave a value

@@ -16,6 +16,7 @@ class XyzEditGUI final : public PointEditor {
 
     void setPosition(const halCore::Vec3& lla) override;
     std::optional<halCore::Vec3> edited() const override;
+    bool placeEdited() const override { return x_.edited() || y_.edited(); }
     void notifyPrefsUpdate() override;
     void setShown(bool shown) override;
     void setEnabled(bool enabled) override;

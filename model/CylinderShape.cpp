@@ -8,6 +8,7 @@
 #include "common/Notify.h"
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
+#include "geo/Wgs84.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
@@ -266,8 +267,7 @@ void CylinderShape::moveCenter(const halCore::Vec3& lla) {
 }
 
 bool CylinderShape::isRadius(double meters) {
-    constexpr double halfMeridian = 20003931.0;
-    return std::abs(meters) <= halfMeridian;
+    return std::abs(meters) <= halCore::wgs84::halfMeridian;
 }
 
 void CylinderShape::setMajorRadius(double meters) {

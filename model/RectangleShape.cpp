@@ -212,6 +212,11 @@ void RectangleShape::fillGui() {
 void RectangleShape::takeGeometry_() {
     const RectangleGeometry::Size size{panel_->getWidth(), panel_->getHeight()};
     const Vec3 anchor = panel_->anchor();
+    if (isComplete() && !panel_->reshaped()) {
+        level_(anchor.alt());
+        dirty_();
+        return;
+    }
     if (!isComplete() && size.width == 0.0 && size.height == 0.0) {
         // A place without a size is no rectangle yet.
         typedAnchor_ = anchor;

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "support/FakeHost.h"
 
@@ -26,6 +27,22 @@ class Form {
         return unit ? text + " " + (at->second.text.empty() ? at->second.caption : at->second.text) : text;
     }
     void type(const std::string& label, const std::string& text) { host_.type(field(label), text); }
+    struct Field {
+        std::string label;
+        FakeHost::Widget* widget;
+    };
+    /// The text fields that can be typed into, in their order, each with the label in front of it.
+    std::vector<Field> textFields() {
+        std::vector<Field> found;
+        std::string label;
+        for (auto& [handle, widget] : host_.widgets) {
+            if (widget.kind == FakeHost::Id::CreateLabel)
+                label = widget.caption.substr(0, widget.caption.find('\t'));
+            else if (widget.kind == FakeHost::Id::CreateTextField && widget.shown && widget.enabled)
+                found.push_back({label, &widget});
+        }
+        return found;
+    }
     void check(const std::string& label, bool checked) {
         field(label).checked = checked;
         host_.activate(field(label));

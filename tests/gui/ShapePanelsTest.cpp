@@ -63,6 +63,34 @@ class ShapePanelsTest : public ::testing::Test {
     std::unique_ptr<Shape> shape;
 };
 
+TEST_F(ShapePanelsTest, EachKindHasItsFieldsInOrder) {
+    const auto captions = [this] {
+        std::string found;
+        for (const auto& [handle, widget] : host.widgets) {
+            const std::string text = widget.caption.substr(0, widget.caption.find('\t'));
+            const bool unit = widget.kind == FakeHost::Id::CreateLabel && widget.caption == text &&
+                              text != "Points" && text != "Point" && text != "Corner Point";
+            if (widget.shown && !text.empty() && !unit) found += text + "|";
+        }
+        return found;
+    };
+    const std::string line = "Line Width: |Line Color:|";
+    const std::string fill = line + "Filled:|Fill Color:|";
+    open<PolygonShape>(PolygonShape::Polygon);
+    EXPECT_EQ(captions(), "Draw:|Points|<-|->|Insert|Delete|Point|Lat:|Lon: |Alt:|" + fill);
+    open<RectangleShape>(RectangleShape::Rectangle);
+    EXPECT_EQ(captions(),
+              "Draw:|Anchor Point:|Center|Corner 1|Lat:|Lon: |Alt:|Width/Height|Corner 2|Width:         |"
+              "Height:|Corner Point|Lat:|Lon: |Alt:|" +
+                  fill);
+    open<OrbitShape>();
+    EXPECT_EQ(captions(), "Draw:|Center 1:|Lat:|Lon: |Alt:|Center 2:|Lat:|Lon: |Alt:|Radius:|" + fill);
+    open<AnnotationShape>();
+    EXPECT_EQ(captions(), "Draw:|Lat:|Lon: |Alt:|Line Color:|Font:|Font Size:|");
+    open<FreeDrawShape>();
+    EXPECT_EQ(captions(), "Draw:|Pixel Precision:|" + line);
+}
+
 TEST_F(ShapePanelsTest, PointsAreSteppedInsertedAndDeleted) {
     PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
     EXPECT_EQ(host.find("Point")->text, "New Point");
