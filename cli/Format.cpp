@@ -7,6 +7,7 @@
 #include "cli/Printable.h"
 #include "common/Files.h"
 #include "common/NumberText.h"
+#include "common/SaveFile.h"
 #include "format/Parser.h"
 
 namespace cli {

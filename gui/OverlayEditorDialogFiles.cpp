@@ -9,6 +9,7 @@
 
 #include "common/Files.h"
 #include "common/Notify.h"
+#include "common/SaveFile.h"
 #include "gui/LaunchHtmlFile.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/OverlayFile.h"

@@ -2,6 +2,7 @@
 
 #include "common/Files.h"
 #include "common/NumberText.h"
+#include "common/SaveFile.h"
 #include "format/MessageSink.h"
 #include "format/SerializeToZel.h"
 #include "model/SerializeToShape.h"

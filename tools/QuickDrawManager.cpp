@@ -5,6 +5,7 @@
 
 #include "common/Files.h"
 #include "common/Notify.h"
+#include "common/SaveFile.h"
 #include "model/BaseLineShape.h"
 #include "model/OverlayFile.h"
 #include "model/Utils.h"

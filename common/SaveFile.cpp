@@ -1,0 +1,132 @@
+#include "common/SaveFile.h"
+
+#include <array>
+#include <cerrno>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+#include "common/Descriptor.h"
+#include "common/Files.h"
+#include "common/TemporaryFile.h"
+
+namespace UTILS {
+namespace {
+
+constexpr const char* kAccessList = "system.posix_acl_access";
+
+/// Follows symbolic links, the last of which may point to a file that does not exist yet. 0 or errno.
+int followLinks(std::string& path) {
+    constexpr int maxLinks = 40;
+    for (int i = 0; i < maxLinks; ++i) {
+        std::array<char, 4096> buffer;
+        const ssize_t length = ::readlink(path.c_str(), buffer.data(), buffer.size());
+        if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
+        if (static_cast<std::size_t>(length) == buffer.size()) return ENAMETOOLONG;
+        std::string target(buffer.data(), static_cast<std::size_t>(length));
+        path = target.starts_with('/') ? target : directoryOf(path) + "/" + target;
+    }
+    return ELOOP;
+}
+
+void copyAttributes(int from, int to) {
+    // The directory's default access list is for new files.
+    ::fremovexattr(to, kAccessList);
+    const ssize_t size = ::flistxattr(from, nullptr, 0);
+    if (size <= 0) return;
+    std::string names(static_cast<std::size_t>(size), '\0');
+    const ssize_t listed = ::flistxattr(from, names.data(), names.size());
+    if (listed <= 0) return;
+    names.resize(static_cast<std::size_t>(listed));
+    for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1) {
+        const char* const name = names.c_str() + at;
+        const ssize_t length = ::fgetxattr(from, name, nullptr, 0);
+        if (length < 0) continue;
+        std::vector<char> value(static_cast<std::size_t>(length));
+        if (::fgetxattr(from, name, value.data(), value.size()) == length)
+            ::fsetxattr(to, name, value.data(), value.size(), 0);
+    }
+}
+
+/// Owner, group, permissions and attributes of a file, as far as the user may set them.
+void takeOver(const std::string& from, int to) {
+    struct stat info {};
+    if (::stat(from.c_str(), &info) != 0) return;
+    mode_t mode = info.st_mode & 07777;
+    if (::fchown(to, info.st_uid, info.st_gid) != 0) {
+        mode &= 0777;
+        // Rights of the old group are not for the user's own one.
+        if (::fchown(to, static_cast<uid_t>(-1), info.st_gid) != 0)
+            mode = (mode & ~static_cast<mode_t>(S_IRWXG)) | (mode & S_IRWXO) << 3;
+    }
+    const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (source.isOpen()) copyAttributes(source.get(), to);
+    // A file system without permissions has none to keep.
+    [[maybe_unused]] const int ignored = ::fchmod(to, mode);
+}
+
+/// \param like whose owner, permissions and attributes the new file gets; empty for those of a new one
+std::string writeAndPlace(const std::string& target, std::string_view contents, IfThere ifThere,
+                          const std::string& like) {
+    const std::string directory = directoryOf(target);
+    // Nobody else sees the contents of a private file before it has its mode.
+    const mode_t mode = like.empty() ? 0666 : 0600;
+    int error = 0;
+    // What can have no name at first may turn out to get none later, without /proc for one.
+    for (const auto kind : {TemporaryFile::Nameless, TemporaryFile::Named}) {
+        const auto file = TemporaryFile::create(directory, mode, kind);
+        if (!file) {
+            error = errno;
+            if (kind == TemporaryFile::Named)
+                return "no file can be made in " + directory + ": " + reasonOf(error);
+            continue;
+        }
+        error = file->write(contents);
+        if (error == 0 && !like.empty()) takeOver(like, file->descriptor());
+        if (error == 0) error = file->flush();
+        if (error == 0) error = file->place(target, ifThere == IfThere::Replace);
+        if (error == 0) break;
+    }
+    if (error != 0) return reasonOf(error);
+
+    // The new file stands; a file system that cannot flush directories is no failure.
+    const Descriptor folder(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.isOpen()) ::fsync(folder.get());
+    return {};
+}
+
+std::string save(const std::string& path, std::string_view contents, IfThere ifThere, std::string like) {
+    if (contents.empty()) return "Nothing to write";
+    if (path.empty()) return reasonOf(ENOENT);
+    std::string target = path;
+    if (const int error = followLinks(target)) return reasonOf(error);
+    removeAbandonedFiles(directoryOf(target));
+
+    struct stat info {};
+    if (::stat(target.c_str(), &info) == 0) {
+        if (ifThere == IfThere::Refuse) return reasonOf(EEXIST);
+        if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
+        if (!S_ISREG(info.st_mode)) return "Not a regular file";
+        // Renaming needs no right to write the file itself, but replacing a protected one is no save.
+        if (::access(target.c_str(), W_OK) != 0) return reasonOf(errno);
+        if (like.empty()) like = target;
+    } else if (errno != ENOENT) {
+        return reasonOf(errno);
+    }
+    return writeAndPlace(target, contents, ifThere, like);
+}
+
+}  // namespace
+
+std::string saveFile(const std::string& path, std::string_view contents, IfThere ifThere) {
+    return save(path, contents, ifThere, {});
+}
+
+std::string saveCopy(const std::string& original, const std::string& copy, std::string_view contents,
+                     IfThere ifThere) {
+    return save(copy, contents, ifThere, original);
+}
+
+}  // namespace UTILS

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace UTILS {
+
+/// What saving does with a file that is there.
+enum class IfThere { Replace, Refuse };
+
+/// The one way a file of the user's is saved: all of it is written to a temporary file in the same directory
+/// and flushed to disk before it takes the name, and then the directory is flushed. Whatever happens
+/// meanwhile, the disk holds the old file or the new one, whole. A symbolic link stays, and what it points to
+/// is replaced; another hard link keeps the old file. Permissions and extended attributes are kept, owner and
+/// group as far as the user may. What dead processes left of temporary files there is deleted.
+/// \return an empty text, or why it failed ("No space left on device"); then the old file stands untouched,
+///         and no temporary file is left. Empty contents are refused, as is what is no regular file or may
+///         not be written.
+std::string saveFile(const std::string& path, std::string_view contents, IfThere ifThere = IfThere::Replace);
+
+/// Saves the contents of `original` under another name, with the permissions of `original`. \return as above
+std::string saveCopy(const std::string& original, const std::string& copy, std::string_view contents,
+                     IfThere ifThere);
+
+}  // namespace UTILS
