@@ -60,6 +60,9 @@ int OverlayEditorPlugin::StartUp() {
     PICommon::createAction(*action_, Name(), "Overlay Editor Dialog", show);
     menuItem_->setIcon(*icon_);
     mouseManager_ = std::make_unique<MouseManager>();
+    hint_ = std::make_unique<ScreenNote>(
+        ScreenNote::Place{.left = 10.0, .vertical = 8.0, .bottom = true, .font = "arialbd.ttf 14"});
+    mouseManager_->setHintListener([this](std::string_view text) { hint_->show(std::string(text)); });
     shapeRegistry_ = std::make_unique<ShapeRegistry>();
     overlay_ = std::make_unique<Overlay>();
     quickDrawManager_ =
@@ -102,6 +105,8 @@ void OverlayEditorPlugin::takeDown_() {
     // Nothing that is taken down later may draw, refresh or end a drag with preferences that are gone.
     if (quickDrawManager_) quickDrawManager_->finishDrawing();
     if (mouseManager_) mouseManager_->clearMouseTool();
+    if (mouseManager_) mouseManager_->setHintListener({});
+    hint_.reset();
     if (dialog_) dialog_->hide();
     if (overlay_) overlay_->setActive(false);
 

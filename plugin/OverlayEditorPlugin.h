@@ -16,6 +16,7 @@
 #include "plugin/OverlayEditorInterface.h"
 #include "tools/MouseManager.h"
 #include "tools/QuickDrawManager.h"
+#include "tools/ScreenNote.h"
 
 namespace OverlayEditor {
 
@@ -75,6 +76,8 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<PIGUI::PIMenuItem> menuItem_;
     std::unique_ptr<PICommon::Action> action_;
     std::unique_ptr<MouseManager> mouseManager_;
+    /// What the next click does.
+    std::unique_ptr<ScreenNote> hint_;
     std::unique_ptr<ShapeRegistry> shapeRegistry_;
     std::unique_ptr<Overlay> overlay_;
     std::unique_ptr<QuickDrawManager> quickDrawManager_;

@@ -54,4 +54,9 @@ void AnnotationMouseTool::moveGrabbed_(const Vec3& pos) {
     if (grabbed_ && shape_.position() != pos) shape_.mouseSetPosition(pos);
 }
 
+std::string_view AnnotationMouseTool::placingHint_() const {
+    return pressed_ ? "Release where the label is to stand"
+                    : "Click where the label is to stand. Shift + wheel sets the altitude";
+}
+
 }  // namespace OverlayEditor

@@ -26,6 +26,7 @@ class AnnotationMouseTool final : public ShapeMouseTool {
     void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = point && hasPoint_(point); }
     void clearGrab_() override { grabbed_ = false; }
     void moveGrabbed_(const halCore::Vec3& pos) override;
+    std::string_view placingHint_() const override;
 
   private:
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.

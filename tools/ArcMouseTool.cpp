@@ -110,4 +110,13 @@ void ArcMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) c
     rubberBand.setEndAngle(started ? bearing : bearing + halCore::kHalfPi);
 }
 
+std::string_view ArcMouseTool::placingHint_() const {
+    if (shape_.startAnglePt())
+        return pressed_ ? "Release at the end of the arc. The radius follows"
+                        : "Press, drag and release at the end of the arc";
+    if (pressed_) return "Release at the start of the arc. Releasing on the centre starts again";
+    if (shape_.centerPt()) return "Press, drag and release at the start of the arc";
+    return "Press at the centre and drag to the start of the arc. Shift + wheel sets the altitude";
+}
+
 }  // namespace OverlayEditor

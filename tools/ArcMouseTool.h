@@ -19,6 +19,7 @@ class ArcMouseTool final : public CylinderMouseTool {
     void handleAbortDrag_() override;
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
+    std::string_view placingHint_() const override;
 
   private:
     /// The centre was set by the press that is still held.

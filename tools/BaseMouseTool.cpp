@@ -182,6 +182,35 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     picture_.clear();
 }
 
+std::string_view BaseMouseTool::hint() const {
+    switch (state_) {
+        case Inactive:
+            break;
+        case Complete:
+            return completeHint_();
+        case Placing:
+            return placingHint_();
+        case Dragging:
+            return "Release to leave the point here. Shift + wheel changes its altitude";
+        case Hovering:
+            return hoveringHint_();
+    }
+    return {};
+}
+
+std::string_view BaseMouseTool::placingHint_() const {
+    return pressed_ ? "Release to place the point" : "Press to place a point. Right click ends drawing";
+}
+
+std::string_view BaseMouseTool::completeHint_() const {
+    return showPoints_ ? "Drag a point to change the shape. Right click ends drawing"
+                       : "The shape is complete. Right click ends drawing";
+}
+
+std::string_view BaseMouseTool::hoveringHint_() const {
+    return "Drag to move this point. Shift + wheel changes its altitude";
+}
+
 double BaseMouseTool::adjustAltitude_(int delta, double altitude) {
     if (!(altitude > 0.0)) return kFirstAltitude;
     return altitude * std::pow(kAltitudeFactor, delta / kWheelNotch);

@@ -9,6 +9,7 @@
 #include "model/MouseTool.h"
 #include "model/PUDrawPoint.h"
 #include "model/Preferences.h"
+#include "tools/HintSource.h"
 #include "tools/ToolView.h"
 #include "tools/ViewProjection.h"
 
@@ -20,7 +21,7 @@ namespace OverlayEditor {
 ///
 /// A position is the latitude and longitude under the cursor and the working altitude. Nothing of the
 /// tool but its own fields is touched after a hook that may end in the shape's deletion.
-class BaseMouseTool : public MouseTool {
+class BaseMouseTool : public MouseTool, public HintSource {
   public:
     enum State {
         Inactive = 0,
@@ -79,6 +80,18 @@ class BaseMouseTool : public MouseTool {
     virtual bool hasPoint_(const PluginUtils::PUDrawPoint*) const { return true; }
     /// The temporary graphics of this refresh are complete.
     virtual void finishRefresh_() {}
+
+  public:
+    /// By the state; what depends on the shape is told by the hooks below.
+    std::string_view hint() const override;
+
+  protected:
+    /// In Placing: what the press, or while pressed_ the release, will do.
+    virtual std::string_view placingHint_() const;
+    /// In Complete.
+    virtual std::string_view completeHint_() const;
+    /// In Hovering, about nearPoint_.
+    virtual std::string_view hoveringHint_() const;
 
     /// Times 1.25 for each whole notch; from 0 or below always 0.01, which gives the scaling a start.
     static double adjustAltitude_(int delta, double altitude);

@@ -66,4 +66,10 @@ void CircleMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos
     rubberBand.setMajorRadius(pos);
 }
 
+std::string_view CircleMouseTool::placingHint_() const {
+    if (pressed_) return "Release on the edge. Releasing on the centre starts again";
+    if (shape_.centerPt()) return "Press, drag and release on the edge";
+    return "Press at the centre and drag to the edge. Shift + wheel sets the altitude";
+}
+
 }  // namespace OverlayEditor

@@ -18,6 +18,7 @@ class CircleMouseTool final : public CylinderMouseTool {
     void handleAbortDrag_() override;
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
+    std::string_view placingHint_() const override;
 };
 
 }  // namespace OverlayEditor

@@ -155,6 +155,18 @@ bool CylinderMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3& 
     return true;
 }
 
+std::string_view CylinderMouseTool::completeHint_() const {
+    if (showPoints_ && hasHeight_() && shape_.height() == 0.0)
+        return "No height yet: Shift + wheel on the cyan point, or \"Height:\" in the panel, gives it one";
+    return ShapeMouseTool::completeHint_();
+}
+
+std::string_view CylinderMouseTool::hoveringHint_() const {
+    if (nearPoint_ == heightHandle_.get()) return "Shift + wheel changes the height. Drag to move the shape";
+    if (nearPoint_ == shape_.centerPt()) return "Drag to move the centre. Shift + wheel changes the altitude";
+    return ShapeMouseTool::hoveringHint_();
+}
+
 bool CylinderMouseTool::releasedOnPoint_(const Vec3& pos) {
     const bool onPoint = pointNearMouse_(pos) != nullptr;
     clearGrab_();

@@ -42,6 +42,8 @@ class CylinderMouseTool : public ShapeMouseTool {
     void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = whichPoint_(point); }
     void clearGrab_() override { grabbed_ = None; }
     void moveGrabbed_(const halCore::Vec3& pos) override;
+    std::string_view completeHint_() const override;
+    std::string_view hoveringHint_() const override;
 
     /// Moves the grabbed point, which is any but the height handle.
     virtual void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) = 0;

@@ -8,7 +8,9 @@ namespace OverlayEditor {
 
 MouseManager::MouseManager() {
     ToolRetirement::setListener([this](MouseTool* tool) {
-        if (tool == current_) current_ = &nullTool_;
+        if (tool != current_) return;
+        makeCurrent_(&nullTool_);
+        reportHint_();
     });
 }
 
@@ -21,12 +23,14 @@ void MouseManager::setCurrentMouseTool(MouseTool* tool, bool activate) {
     const ToolRetirement::EventScope scope;
     if (!tool) tool = &nullTool_;
     // Current before the old one's deactivation calls into the host: if it dies there, the listener sees it.
-    MouseTool* const old = std::exchange(current_, tool);
+    MouseTool* const old = current_;
+    makeCurrent_(tool);
     old->setDrawDoneCallback(nullptr);
     old->deactivate();
     if (current_ != tool) return;
     if (activate) tool->activate();
     if (current_ == tool) tool->setDrawDoneCallback(drawDoneCallback_);
+    reportHint_();
     if (old != tool && changeListener_) changeListener_();
 }
 
@@ -36,17 +40,39 @@ void MouseManager::clearMouseTool() {
 
 int MouseManager::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
     const ToolRetirement::EventScope scope;
-    return current_->handleMouseEvent(type, event);
+    const int result = current_->handleMouseEvent(type, event);
+    reportHint_();
+    return result;
 }
 
 void MouseManager::preDrawOnRefresh(int width, int height) {
     const ToolRetirement::EventScope scope;
     current_->preDrawOnRefresh(width, height);
+    // The panel may have completed the shape.
+    reportHint_();
 }
 
 void MouseManager::setDrawDoneCallback(FunctorTwoParams__* callback) {
     drawDoneCallback_ = callback;
     current_->setDrawDoneCallback(callback);
+}
+
+void MouseManager::setHintListener(std::function<void(std::string_view)> listener) {
+    hintListener_ = std::move(listener);
+    hint_ = {};
+    reportHint_();
+}
+
+void MouseManager::makeCurrent_(MouseTool* tool) {
+    current_ = tool;
+    hints_ = dynamic_cast<const HintSource*>(tool);
+}
+
+void MouseManager::reportHint_() {
+    const std::string_view hint = hints_ ? hints_->hint() : std::string_view();
+    if (hint == hint_) return;
+    hint_ = hint;
+    if (hintListener_) hintListener_(hint);
 }
 
 }  // namespace OverlayEditor

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 #include <utility>
 
 #include "model/MouseTool.h"
+#include "tools/HintSource.h"
 #include "tools/NullMouseTool.h"
 
 namespace OverlayEditor {
@@ -35,12 +37,22 @@ class MouseManager {
     void setDrawDoneCallback(FunctorTwoParams__* callback);
     /// Told when another tool has become current, in whichever way but its retirement; empty for nobody.
     void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
+    /// Told whenever the current tool's hint has become another one, empty when there is none; an empty
+    /// function for nobody. The host may be called from it.
+    void setHintListener(std::function<void(std::string_view)> listener);
 
   private:
+    void makeCurrent_(MouseTool* tool);
+    void reportHint_();
+
     NullMouseTool nullTool_;
     MouseTool* current_ = &nullTool_;
+    /// The current tool's; null when it has none.
+    const HintSource* hints_ = nullptr;
+    std::string_view hint_;
     FunctorTwoParams__* drawDoneCallback_ = nullptr;
     std::function<void()> changeListener_;
+    std::function<void(std::string_view)> hintListener_;
 };
 
 }  // namespace OverlayEditor

@@ -3,13 +3,14 @@
 #include <memory>
 
 #include "model/MouseTool.h"
+#include "tools/HintSource.h"
 #include "tools/PlatformMouseListener.h"
 
 namespace OverlayEditor {
 
 /// Picks a platform in the view: press and release over the same one. Own it through MouseToolPtr when it
 /// can be the manager's current tool. Its listener may delete it.
-class PlatformMouseTool final : public MouseTool {
+class PlatformMouseTool final : public MouseTool, public HintSource {
   public:
     PlatformMouseTool() = default;
     /// The listener is not told.
@@ -35,6 +36,7 @@ class PlatformMouseTool final : public MouseTool {
     int rightPress_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
     int mouseWheel_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
     int mouseMotion_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
+    std::string_view hint() const override { return active_ ? "Click the platform to pick" : ""; }
 
   private:
     bool active_ = false;

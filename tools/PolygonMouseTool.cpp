@@ -137,4 +137,22 @@ void PolygonMouseTool::moveGrabbed_(const Vec3& pos) {
     shape_.mouseSetPointAtIndex(*grabbed_, pos);
 }
 
+std::string_view PolygonMouseTool::placingHint_() const {
+    if (firstPress_) return "Release here, or drag to the second point";
+    if (pressed_) return "Release to place the point";
+    switch (shape_.getNumPoints()) {
+        case 0:
+            return "Click the first point. Shift + wheel sets the altitude";
+        case 1:
+            return "Click the second point";
+        default:
+            return "Click the next point. Right click ends drawing";
+    }
+}
+
+std::string_view PolygonMouseTool::hoveringHint_() const {
+    if (firstPoint_) return "Click to remove this point, drag to move it. Shift + wheel changes its altitude";
+    return ShapeMouseTool::hoveringHint_();
+}
+
 }  // namespace OverlayEditor

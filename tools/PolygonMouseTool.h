@@ -41,6 +41,8 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = drawn_.indexOf(point); }
     void clearGrab_() override;
     void moveGrabbed_(const halCore::Vec3& pos) override;
+    std::string_view placingHint_() const override;
+    std::string_view hoveringHint_() const override;
 
   private:
     void append_(const halCore::Vec3& pos);

@@ -58,21 +58,4 @@ int highestQuickShapeNumber(const std::string& directory) {
     return highest;
 }
 
-std::string attachNote(std::string platformName) {
-    // A line break would end the field.
-    std::replace_if(
-        platformName.begin(), platformName.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    return "ScreenText\n"
-           "Enabled FLOAT64 1.0\n"
-           "Text STRING Attach To: " +
-           platformName +
-           "\n"
-           "Font STRING arialbd.ttf 12\n"
-           "PosX FLOAT64 0.0\n"
-           "PosY FLOAT64 25.0\n"
-           "TextColor STRING 0xffffffff\n"
-           "HAlign STRING L\n"
-           "VAlign STRING T\n";
-}
-
 }  // namespace OverlayEditor

@@ -17,7 +17,4 @@ std::string makeQuickShapeDirectory();
 /// The highest number in the names of the quick shapes' files in a directory ("Circle_12.zel"), 0 for none.
 int highestQuickShapeNumber(const std::string& directory);
 
-/// The host's screen-text record that names the platform to which quick shapes are attached.
-std::string attachNote(std::string platformName);
-
 }  // namespace OverlayEditor

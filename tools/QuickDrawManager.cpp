@@ -459,15 +459,11 @@ void QuickDrawManager::scenarioEntityRemoved(unsigned long id) {
 }
 
 void QuickDrawManager::updateAttachNotification_() {
-    const int version = ++noteVersion_;
-    if (note_) PIHALVIS::removeScreenText(std::exchange(note_, nullptr));
-    if (version != noteVersion_ || !attachMode_ || platform_ == 0) return;
-    void* const note = PIHALVIS::addScreenText(attachNote(Utils::platformName(platform_)));
-    // The host may have called back meanwhile; the newer note stands.
-    if (version == noteVersion_)
-        note_ = note;
-    else if (note)
-        PIHALVIS::removeScreenText(note);
+    const auto wanted = [this] { return attachMode_ ? platform_ : 0; };
+    const unsigned long platform = wanted();
+    std::string text = platform == 0 ? std::string() : "Attach To: " + Utils::platformName(platform);
+    // The host may have called back meanwhile, and what is wanted now is shown already.
+    if (platform == wanted()) note_.show(std::move(text));
 }
 
 unsigned long QuickDrawManager::attachShape_() {

@@ -14,6 +14,7 @@
 #include "pi/PICommon.h"
 #include "tools/MouseManager.h"
 #include "tools/PlatformMouseTool.h"
+#include "tools/ScreenNote.h"
 
 namespace OverlayEditor {
 
@@ -140,8 +141,7 @@ class QuickDrawManager {
 
     bool attachMode_ = false;
     unsigned long platform_ = 0;
-    void* note_ = nullptr;
-    int noteVersion_ = 0;
+    ScreenNote note_{{.left = 0.0, .vertical = 25.0}};
 
     bool busy_ = false;
     bool removeAllAsked_ = false;

@@ -92,4 +92,13 @@ void ThreePointMouse::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos
     rubberBand.setMinorRadius(radius);
 }
 
+std::string_view ThreePointMouse::placingHint_() const {
+    if (shape_.majorAxis() != 0.0)
+        return pressed_ ? "Release at the Y radius"
+                        : "Press, drag and release at the Y radius (to the north)";
+    if (pressed_) return "Release at the X radius. Releasing on the centre starts again";
+    if (shape_.centerPt()) return "Press, drag and release at the X radius (to the east)";
+    return "Press at the centre and drag to the X radius (to the east). Shift + wheel sets the altitude";
+}
+
 }  // namespace OverlayEditor

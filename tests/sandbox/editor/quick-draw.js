@@ -10,6 +10,7 @@ const action = label => menu("Actions", label);
 const checked = label => menuItems("Actions").find(item => item.text === label).checked;
 const quickFiles = () => overlays().filter(o => o.path).map(o => o.name);
 const shapesInView = () => overlays().filter(o => !o.path).length;
+const notes = () => screenTexts().map(note => note.text).sort();
 function finish() { view.click({ lat: 30, lon: 0 }, { button: "right" }); }
 function drawCircle() {
     action("Quick Circle Draw");
@@ -82,13 +83,13 @@ assertEqual([quickFiles(), listFiles(directory).length], [[], 2]);
 // Attached: picked in the view, named in the view, centred on the platform.
 const ship = addPlatform({ name: "Ship", lat: 38, lon: 10, alt: 0 });
 action("Attach Quick Shape");
-assertEqual([checked("Attach Quick Shape"), screenTexts()], [true, []]);
+assertEqual([checked("Attach Quick Shape"), notes()], [true, []]);
 action("Pick Attach Platform");
 assert(checked("Pick Attach Platform"));
 wait(100);
 view.move(38, 10);
 view.click(38, 10);
-assertEqual(screenTexts().map(note => note.text), ["Attach To: Ship"]);
+assertEqual(notes(), ["Attach To: Ship", "Click the platform to pick"]);
 if (pictures) {
     wait(200);
     picture(pictures + "/attach-note.png");
@@ -100,7 +101,7 @@ const attached = overlays().find(o => o.path);
 assertEqual(attached.platform, ship);
 assert(attached.text.includes("centerxyz 0 0 0"), attached.text);
 removePlatform(ship);
-assertEqual(screenTexts(), []);
+assertEqual(notes(), []);
 action("Attach Quick Shape");
 assert(!checked("Attach Quick Shape"));
 action("Remove All Quick Shapes");

@@ -1,0 +1,35 @@
+#include "tools/ScreenNote.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/NumberText.h"
+#include "pi/PIHALVIS.h"
+
+namespace OverlayEditor {
+
+void ScreenNote::show(std::string text) {
+    const int version = ++version_;
+    if (shown_) PIHALVIS::removeScreenText(std::exchange(shown_, nullptr));
+    if (version != version_ || text.empty()) return;
+    // A line break would end the field.
+    std::ranges::replace_if(
+        text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    const std::string record =
+        "ScreenText\n"
+        "Enabled FLOAT64 1.0\n"
+        "Text STRING " +
+        text + "\nFont STRING " + place_.font + "\nPosX FLOAT64 " + UTILS::writeFixed(place_.left, 1) +
+        "\nPosY FLOAT64 " + UTILS::writeFixed(place_.vertical, 1) +
+        "\nTextColor STRING 0xffffffff\n"
+        "HAlign STRING L\n"
+        "VAlign STRING " +
+        (place_.bottom ? "B\n" : "T\n");
+    void* const note = PIHALVIS::addScreenText(record);
+    if (version == version_)
+        shown_ = note;
+    else if (note)
+        PIHALVIS::removeScreenText(note);
+}
+
+}  // namespace OverlayEditor
