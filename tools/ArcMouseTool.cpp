@@ -58,6 +58,8 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
         return;
     }
     firstPress_ = false;
+    lift_(pos.alt());
+    if (!isActive()) return;
     if (!shape_.startAnglePt()) {
         shape_.setMajorRadius(pos);
         shape_.setStartAnglePt(pos);
@@ -84,8 +86,7 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
         shape_.moveCenter(pos);
         return;
     }
-    const Vec3 center = center_();
-    if (center.alt() != pos.alt()) shape_.moveCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    lift_(pos.alt());
     if (!isActive()) return;
     if (!shape_.isComplete()) {
         shape_.setMajorRadius(pos);

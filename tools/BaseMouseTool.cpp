@@ -45,6 +45,9 @@ int BaseMouseTool::handleMouseEvent(PIMouseEventType_t type, const PIMouseEvent&
             return mouseMotion_(type, event);
         case PIMouseEventType_t::Wheel:
             return mouseWheel_(type, event);
+        case PIMouseEventType_t::Leave:
+            leave_();
+            return 0;
         default:
             return 0;
     }
@@ -146,6 +149,15 @@ int BaseMouseTool::mouseWheel_(PIMouseEventType_t, const PIMouseEvent& event) {
     handleAltitudeChange_();
     PICommon::forceOpenGLRedraw();
     return event.wheelDelta != 0 ? 1 : 0;
+}
+
+void BaseMouseTool::leave_() {
+    lastX_ = 0;
+    lastY_ = 0;
+    if (state_ == Dragging) return;
+    forgetNearPoint_();
+    if (state_ == Hovering) finishEditing_();
+    PICommon::forceOpenGLRedraw();
 }
 
 void BaseMouseTool::preDrawOnRefresh(int width, int height) {

@@ -130,6 +130,8 @@ class BaseMouseTool : public MouseTool, public HintSource {
     halCore::Vec3 nearBeforeWheel_;
 
   private:
+    /// Nobody knows any more where the cursor is: nothing that follows it or lies under it is marked.
+    void leave_();
     /// After a drag its point stays highlighted; pressed again before the cursor moves, it is grabbed again.
     bool grabsAgain_(const PIGUI::PIMouseEvent& event);
     void rememberGrab_(const PIGUI::PIMouseEvent& event);

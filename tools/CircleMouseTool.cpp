@@ -41,7 +41,8 @@ void CircleMouseTool::handleFinishDrag_(const Vec3& pos) {
         return;
     }
     if (!shape_.centerPt() || shape_.majorAxis() != 0.0) return;
-    shape_.setMajorRadius(pos);
+    lift_(pos.alt());
+    if (isActive()) shape_.setMajorRadius(pos);
     complete_();
 }
 
@@ -57,8 +58,7 @@ void CircleMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
         if (isActive() && radiusPoint) shape_.setMajorRadius(Vec3(onEdge.lat(), onEdge.lon(), pos.alt()));
         return;
     }
-    const Vec3 center = center_();
-    if (center.alt() != pos.alt()) shape_.setCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    lift_(pos.alt());
     if (isActive()) shape_.setMajorRadius(pos);
 }
 

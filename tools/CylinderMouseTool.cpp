@@ -150,7 +150,9 @@ std::unique_ptr<BaseLineShape> CylinderMouseTool::makeRubberBand_() const {
 bool CylinderMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3& pos) {
     if (!shape_.centerPt()) return false;
     auto& cylinder = static_cast<CylinderShape&>(rubberBand);
-    cylinder.setCenter(center_());
+    // At the altitude that the wheel has given meanwhile.
+    const Vec3 center = center_();
+    cylinder.setCenter(Vec3(center.lat(), center.lon(), pos.alt()));
     spanRubberBand_(cylinder, pos);
     return true;
 }
@@ -171,6 +173,11 @@ bool CylinderMouseTool::releasedOnPoint_(const Vec3& pos) {
     const bool onPoint = pointNearMouse_(pos) != nullptr;
     clearGrab_();
     return onPoint;
+}
+
+void CylinderMouseTool::lift_(double altitude) {
+    const Vec3 center = center_();
+    if (center.alt() != altitude) shape_.moveCenter(Vec3(center.lat(), center.lon(), altitude));
 }
 
 void CylinderMouseTool::resetShape_() {

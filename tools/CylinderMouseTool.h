@@ -52,6 +52,8 @@ class CylinderMouseTool : public ShapeMouseTool {
 
     /// A release at that position is one on an edit point, and aborts.
     bool releasedOnPoint_(const halCore::Vec3& pos);
+    /// Brings the whole shape to an altitude.
+    void lift_(double altitude);
     /// Removes the shape's geometry.
     void resetShape_();
     /// Shows points that are new, and the values in the panel.

@@ -34,6 +34,10 @@ class FreeDrawMouseTool final : public ShapeMouseTool {
     void grab_(const PluginUtils::PUDrawPoint*) override {}
     void clearGrab_() override {}
     void moveGrabbed_(const halCore::Vec3&) override {}
+    std::string_view placingHint_() const override { return "Release to end the line"; }
+    std::string_view completeHint_() const override {
+        return "Press and drag to draw a line. Right click ends drawing";
+    }
 
   private:
     void rememberPlace_(const PIGUI::PIMouseEvent& event);

@@ -68,4 +68,13 @@ void OrbitMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos)
     orbit.setAltitude(pos.alt());
 }
 
+std::string_view OrbitMouseTool::placingHint_() const {
+    if (orbit_.centerPt2())
+        return pressed_ ? "Release where the rim is to pass"
+                        : "Press, drag and release where the rim is to pass";
+    if (pressed_) return "Release at the second centre. Releasing on the first one starts again";
+    if (orbit_.centerPt()) return "Press, drag and release at the second centre";
+    return "Press at the first centre and drag to the second. Shift + wheel sets the altitude";
+}
+
 }  // namespace OverlayEditor

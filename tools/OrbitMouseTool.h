@@ -19,6 +19,7 @@ class OrbitMouseTool final : public ThreePointMouse {
     bool isComplete_() const override { return orbit_.isComplete() && orbit_.minorAxisPt(); }
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
+    std::string_view placingHint_() const override;
 
   private:
     /// The base class's shape.

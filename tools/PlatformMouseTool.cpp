@@ -1,5 +1,7 @@
 #include "tools/PlatformMouseTool.h"
 
+#include <utility>
+
 #include "pi/PIHALVIS.h"
 #include "pi/PIWidgets.h"
 
@@ -42,7 +44,7 @@ int PlatformMouseTool::leftPress_(PIMouseEventType_t, const PIGUI::PIMouseEvent&
 int PlatformMouseTool::leftRelease_(PIMouseEventType_t, const PIGUI::PIMouseEvent&) {
     if (!active_) return 0;
     const unsigned long released = PIHALVIS::getMouseCursorPlatform();
-    if (released != 0 && released == pressedPlatform_) {
+    if (released != 0 && released == std::exchange(pressedPlatform_, 0)) {
         selectedPlatform_ = released;
         if (const auto listener = listener_) listener->platformSelected(released);
         return 0;

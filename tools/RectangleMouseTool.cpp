@@ -119,4 +119,10 @@ void RectangleMouseTool::shapeChanged_() {
     shape_.fillGui();
 }
 
+std::string_view RectangleMouseTool::placingHint_() const {
+    if (pressed_) return "Release at the opposite corner. Releasing on the first one starts again";
+    if (shape_.firstCorner()) return "Press, drag and release at the opposite corner";
+    return "Press at the first corner and drag to the opposite one. Shift + wheel sets the altitude";
+}
+
 }  // namespace OverlayEditor

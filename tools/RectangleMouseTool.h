@@ -31,6 +31,7 @@ class RectangleMouseTool final : public ShapeMouseTool {
     void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = grabOf_(point); }
     void clearGrab_() override { grabbed_ = None; }
     void moveGrabbed_(const halCore::Vec3& pos) override;
+    std::string_view placingHint_() const override;
 
   private:
     enum Grabbed { None, First, Last };

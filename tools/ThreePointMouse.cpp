@@ -51,6 +51,8 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
         return;
     }
     firstPress_ = false;
+    lift_(pos.alt());
+    if (!isActive()) return;
     if (shape_.majorAxis() == 0.0) {
         shape_.setMajorRadius(pos);
         shapeChanged_();
@@ -74,8 +76,7 @@ void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {
         shape_.moveCenter(pos);
         return;
     }
-    const Vec3 center = center_();
-    if (center.alt() != pos.alt()) shape_.moveCenter(Vec3(center.lat(), center.lon(), pos.alt()));
+    lift_(pos.alt());
     if (!isActive()) return;
     if (!shape_.isComplete())
         shape_.setMajorRadius(pos);

@@ -1,3 +1,4 @@
+#include <array>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -99,116 +100,79 @@ struct BaseTool : testing::Test {
 };
 
 TEST_F(BaseTool, AnswersEveryEventInEveryState) {
-    struct Cell {
+    struct State {
         int state;
         bool pressed;
-        int result, stateAfter;
-        const char* hooks;
     };
+    const State states[] = {{0, false}, {1, false}, {2, false}, {2, true}, {3, false}, {4, false}};
+    enum Earth { On, Off };
+    enum Near { Nothing, Point };
     struct Row {
         const char* name;
         Type type;
-        bool onEarth;
-        std::vector<Cell> cells;
+        Earth earth;
+        Near near;
+        unsigned modifiers;
+        /// "result state hooks" for each state; "p" behind the state: the button counts as held.
+        std::array<const char*, 6> cells;
     };
+    const auto ignored = std::array{"0 0", "0 1", "0 2", "0 2p", "0 3", "0 4"};
     const Row rows[] = {
-        {"left press",
-         Type::LeftPress,
-         true,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 1, ""},
-          {2, false, 1, 2, "S"},
-          {2, true, 1, 2, "S"},
-          {3, false, 1, 3, ""},
-          {4, false, 1, 3, "R"}}},
-        {"left press off the earth",
-         Type::LeftPress,
-         false,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 1, ""},
-          {2, false, 1, 2, ""},
-          {2, true, 1, 2, ""},
-          {3, false, 1, 3, ""},
-          {4, false, 1, 3, "R"}}},
-        {"left release",
-         Type::LeftRelease,
-         true,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 1, ""},
-          {2, false, 0, 2, ""},
-          {2, true, 1, 2, "F"},
-          {3, false, 1, 1, "E"},
-          {4, false, 0, 4, ""}}},
-        {"left release off the earth",
-         Type::LeftRelease,
-         false,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 1, ""},
-          {2, false, 0, 2, ""},
-          {2, true, 0, 2, "A"},
-          {3, false, 1, 1, "E"},
-          {4, false, 0, 4, ""}}},
-        {"right press",
-         Type::RightPress,
-         true,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 0, "D"},
-          {2, false, 0, 0, "D"},
-          {2, true, 0, 0, "D"},
-          {3, false, 0, 0, "D"},
-          {4, false, 0, 0, "D"}}},
-        {"right press off the earth",
-         Type::RightPress,
-         false,
-         {{0, false, 0, 0, ""}, {1, false, 0, 0, "D"}, {2, true, 0, 0, "D"}, {3, false, 0, 0, "D"}}},
-        // Nothing is near: a highlighted point is left.
-        {"motion",
-         Type::Motion,
-         true,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 1, "N"},
-          {2, false, 1, 2, "N"},
-          {2, true, 1, 2, ""},
-          {3, false, 1, 3, "M"},
-          {4, false, 0, 1, "NE"}}},
-        {"motion off the earth",
-         Type::Motion,
-         false,
-         {{0, false, 0, 0, ""},
-          {1, false, 0, 1, ""},
-          {2, false, 0, 2, ""},
-          {2, true, 0, 2, ""},
-          {3, false, 1, 3, ""},
-          {4, false, 0, 4, ""}}},
-        {"wheel",
-         Type::Wheel,
-         true,
-         {{0, false, 0, 0, ""},
-          {1, false, 1, 1, "W"},
-          {2, false, 1, 2, "W"},
-          {2, true, 1, 2, "W"},
-          {3, false, 1, 3, "W"},
-          {4, false, 1, 4, "W"}}},
-        {"wheel off the earth", Type::Wheel, false, {{0, false, 0, 0, ""}, {2, true, 1, 2, "W"}}},
-        {"right release", Type::RightRelease, true, {{1, false, 0, 1, ""}, {2, true, 0, 2, ""}}},
-        {"middle press", Type::MiddlePress, true, {{2, false, 0, 2, ""}, {3, false, 0, 3, ""}}},
-        {"double click", Type::LeftDoubleClick, true, {{2, false, 0, 2, ""}, {4, false, 0, 4, ""}}},
-        {"leave", Type::Leave, false, {{2, true, 0, 2, ""}, {3, false, 0, 3, ""}}},
-        {"unknown", static_cast<Type>(99), true, {{2, false, 0, 2, ""}}},
+        // clang-format off
+        //                                                    inactive complete placing  pressed  dragging hovering
+        {"left press",    Type::LeftPress,    On,  Nothing, 0, {"0 0", "0 1",   "1 2p S", "1 2p S", "1 3",   "1 3 R"}},
+        {"left press",    Type::LeftPress,    Off, Nothing, 0, {"0 0", "0 1",   "1 2",    "1 2p",   "1 3",   "1 3 R"}},
+        {"left release",  Type::LeftRelease,  On,  Nothing, 0, {"0 0", "0 1",   "0 2",    "1 2 F",  "1 1 E", "0 4"}},
+        {"left release",  Type::LeftRelease,  Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2 A",  "1 1 E", "0 4"}},
+        {"right press",   Type::RightPress,   On,  Nothing, 0, {"0 0", "0 0 D", "0 0 D",  "0 0 D",  "0 0 D", "0 0 D"}},
+        {"right press",   Type::RightPress,   Off, Nothing, 0, {"0 0", "0 0 D", "0 0 D",  "0 0 D",  "0 0 D", "0 0 D"}},
+        {"motion",        Type::Motion,       On,  Nothing, 0, {"0 0", "0 1 N", "1 2 N",  "1 2p",   "1 3 M", "0 1 NE"}},
+        {"motion",        Type::Motion,       On,  Point,   0, {"0 0", "0 4 N", "0 4 N",  "1 2p",   "1 3 M", "0 4 N"}},
+        {"motion",        Type::Motion,       Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2p",   "1 3",   "0 4"}},
+        {"wheel + shift", Type::Wheel,        On,  Nothing, 1, {"0 0", "1 1 W", "1 2 W",  "1 2p W", "1 3 W", "1 4 W"}},
+        {"wheel + shift", Type::Wheel,        Off, Nothing, 1, {"0 0", "1 1 W", "1 2 W",  "1 2p W", "1 3 W", "1 4 W"}},
+        {"wheel",         Type::Wheel,        On,  Nothing, 6, ignored},
+        {"wheel",         Type::Wheel,        Off, Nothing, 0, ignored},
+        {"right release", Type::RightRelease, On,  Nothing, 0, ignored},
+        {"middle press",  Type::MiddlePress,  On,  Point,   0, ignored},
+        {"double click",  Type::LeftDoubleClick, On, Point, 0, ignored},
+        {"leave",         Type::Leave,        Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2p",   "0 3",   "0 1 E"}},
+        {"unknown",       static_cast<Type>(99), On, Point, 1, ignored},
+        // clang-format on
     };
     for (const Row& row : rows)
-        for (const Cell& cell : row.cells) {
-            SCOPED_TRACE(std::string(row.name) + " in state " + std::to_string(cell.state) +
-                         (cell.pressed ? ", pressed" : ""));
-            host.cursor = row.onEarth ? std::optional(degrees(30.0, 40.0)) : std::nullopt;
-            tool.put(cell.state, cell.pressed);
-            EXPECT_EQ(send(row.type, 300, 200, kShift, 120), cell.result);
-            EXPECT_EQ(static_cast<int>(tool.state()), cell.stateAfter);
-            EXPECT_EQ(tool.hooks, cell.hooks);
-            if (row.type == Type::LeftRelease) {
-                EXPECT_FALSE(tool.isPressed());
-            }
+        for (std::size_t i = 0; i < std::size(states); ++i) {
+            host.cursor = row.earth == On ? std::optional(degrees(30.0, 40.0)) : std::nullopt;
+            tool.near = row.near == Point ? &tool.existing : nullptr;
+            tool.put(states[i].state, states[i].pressed);
+            std::ostringstream cell;
+            cell << send(row.type, 300, 200, row.modifiers, 120) << ' ' << tool.state();
+            if (tool.isPressed() && tool.isActive()) cell << 'p';
+            if (!tool.hooks.empty()) cell << ' ' << tool.hooks;
+            EXPECT_EQ(cell.str(), row.cells[i]) << row.name << (row.earth == On ? ", " : " off the earth, ")
+                                                << (row.near == Point ? "on a point, " : "") << "in state "
+                                                << states[i].state << (states[i].pressed ? ", pressed" : "");
         }
+}
+
+TEST_F(BaseTool, LeavingTheViewTakesAwayWhatFollowsTheCursor) {
+    host.cursor = degrees(30.1, 40.1);
+    tool.giveCursorPoint();
+    tool.put(BaseMouseTool::Placing);
+    send(Type::Motion, 400, 300);
+    tool.preDrawOnRefresh(TestView::kWidth, TestView::kHeight);
+    ASSERT_EQ(view.painted.size(), 1u);
+    const int redraws = host.redraws;
+    send(Type::Leave, 400, 300);
+    EXPECT_GT(host.redraws, redraws);
+    tool.preDrawOnRefresh(TestView::kWidth, TestView::kHeight);
+    EXPECT_TRUE(view.painted.empty());
+
+    tool.put(BaseMouseTool::Hovering);
+    tool.existing.setDescription("label");
+    send(Type::Leave, 400, 300);
+    EXPECT_FALSE(tool.existing.isHighlighted());
+    EXPECT_EQ(tool.existing.getDescription(), "");
 }
 
 TEST_F(BaseTool, PressedFollowsThePressOnTheEarth) {

@@ -6,8 +6,10 @@
 
 #include "Drawing.h"
 #include "model/AnnotationShape.h"
-#include "model/Overlay.h"
+#include "model/FreeDrawShape.h"
+#include "model/OrbitShape.h"
 #include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
 #include "tools/PlatformMouseTool.h"
 #include "tools/ScreenNote.h"
 
@@ -18,7 +20,7 @@ using OverlayEditor::PolygonShape;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-struct Hints : testing::Test {
+struct Hints : DrawingTest {
     Hints() {
         manager.setHintListener([this](std::string_view text) {
             hint = text;
@@ -26,21 +28,10 @@ struct Hints : testing::Test {
         });
     }
     template <typename Kind, typename... Arguments>
-    Kind& start(Arguments... arguments) {
-        auto* const shape = new Kind(preferences, arguments...);
-        overlay.addShape(shape);
-        manager.setCurrentMouseTool(shape->mouseTool(), true);
-        mouse.frame();
-        return *shape;
+    Kind& begin(Arguments... arguments) {
+        return start(new Kind(preferences, arguments...));
     }
 
-    FakeHost host;
-    TestView view{degrees(21.0, -158.0, 2e5)};
-    OverlayEditor::Preferences preferences;
-    ToolEquipment equipment;
-    OverlayEditor::MouseManager manager;
-    Mouse mouse{host, view, manager};
-    OverlayEditor::Overlay overlay;
     std::string hint;
     int changes = 0;
 };
@@ -67,7 +58,7 @@ TEST_F(Hints, TellTheNextStepOfEachDrawing) {
           Kind{CylinderShape::Ellipsoid, "Press at the centre", "Release at the X radius",
                "Press, drag and release at the Y radius", "Release at the Y radius", noHeight}}) {
         SCOPED_TRACE(kind.subtype);
-        auto& shape = start<CylinderShape>(kind.subtype);
+        auto& shape = begin<CylinderShape>(kind.subtype);
         EXPECT_THAT(hint, StartsWith(kind.press));
         mouse.from("21.0N 158.0W");
         EXPECT_THAT(hint, StartsWith(kind.release));
@@ -97,8 +88,8 @@ TEST_F(Hints, TellTheNextStepOfEachDrawing) {
     }
 }
 
-TEST_F(Hints, TellTheNextPointOfALine) {
-    start<PolygonShape>(PolygonShape::Line);
+TEST_F(Hints, TellTheNextPointOfTheOtherKinds) {
+    begin<PolygonShape>(PolygonShape::Line);
     EXPECT_THAT(hint, StartsWith("Click the first point"));
     mouse.from("21.0N 158.0W");
     EXPECT_THAT(hint, StartsWith("Release here"));
@@ -111,7 +102,23 @@ TEST_F(Hints, TellTheNextPointOfALine) {
     mouse.move("21.0N 158.0W");
     EXPECT_THAT(hint, StartsWith("Drag to move this point"));
 
-    start<OverlayEditor::AnnotationShape>();
+    begin<OverlayEditor::RectangleShape>(OverlayEditor::RectangleShape::Rectangle);
+    EXPECT_THAT(hint, StartsWith("Press at the first corner"));
+    mouse.from("21.0N 158.0W");
+    EXPECT_THAT(hint, StartsWith("Release at the opposite corner"));
+    mouse.to("21.1N 158.1W").move("20.9N 158.2W");
+    EXPECT_THAT(hint, StartsWith("Drag a point"));
+    begin<OverlayEditor::FreeDrawShape>();
+    EXPECT_THAT(hint, StartsWith("Press and drag"));
+    mouse.from("21.0N 158.0W");
+    EXPECT_THAT(hint, StartsWith("Release to end the line"));
+    begin<OverlayEditor::OrbitShape>();
+    EXPECT_THAT(hint, StartsWith("Press at the first centre"));
+    mouse.from("21.0N 158.0W");
+    EXPECT_THAT(hint, StartsWith("Release at the second centre"));
+    mouse.to("21.0N 157.9W").move("21.1N 158.0W");
+    EXPECT_THAT(hint, StartsWith("Press, drag and release where the rim"));
+    begin<OverlayEditor::AnnotationShape>();
     EXPECT_THAT(hint, StartsWith("Click where the label"));
     OverlayEditor::PlatformMouseTool picker;
     manager.setCurrentMouseTool(&picker, true);
@@ -121,7 +128,7 @@ TEST_F(Hints, TellTheNextPointOfALine) {
 }
 
 TEST_F(Hints, AreToldOnlyWhenTheyChange) {
-    auto& shape = start<CylinderShape>(CylinderShape::Circle);
+    auto& shape = begin<CylinderShape>(CylinderShape::Circle);
     EXPECT_EQ(changes, 1);
     for (int i = 0; i < 10; ++i) mouse.move("21.0N 158.0W").frame();
     EXPECT_EQ(changes, 1);

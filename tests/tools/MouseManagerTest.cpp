@@ -172,6 +172,10 @@ TEST_F(PlatformTool, SelectsWhatWasPressedAndReleased) {
         EXPECT_EQ(listener->selected.size(), c.told);
     }
     EXPECT_EQ(listener->selected, (std::vector<unsigned long>{5, 6}));
+    host.cursorPlatform = 6;
+    tool->handleMouseEvent(Type::LeftRelease, {});
+    EXPECT_EQ(tool->selectedPlatform(), 0ul) << "a release without a press";
+    EXPECT_EQ(listener->selected.size(), 2u);
     for (const auto type : {Type::Motion, Type::Wheel, Type::RightPress})
         EXPECT_EQ(tool->handleMouseEvent(type, {1, 1, 1, 120}), 0);
     click(5, 5);
