@@ -53,8 +53,9 @@ void AnnotationShape::setPosition(const halCore::Vec3& lla) {
 
 void AnnotationShape::mouseSetPosition(const halCore::Vec3& lla) {
     setPosition(lla);
+    const Survival survives(*this);
     if (panel_) panel_->setPosition(lla);
-    dirty_();
+    if (survives) dirty_();
 }
 
 void AnnotationShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {

@@ -332,7 +332,9 @@ void CylinderShape::setHeight(double meters) {
     if (!center_ || !std::isfinite(meters)) return;
     if (subtype_ == Ellipsoid && meters <= 0.0) {
         meters = 1.0;
+        const Survival survives(*this);
         if (panel_) panel_->setHeight(meters);
+        if (!survives) return;
     }
     placeHeight_(meters);
     dirty_();

@@ -35,7 +35,10 @@ bool FreeDrawShape::isComplete() const {
 
 int FreeDrawShape::serialize(Serializer& serializer) {
     int result = 1;
-    for (const LinePoints& line : lines_) {
+    // A line that cannot be written makes a message, and so a call into the host.
+    const Survival survives(*this);
+    for (std::size_t i = 0; survives && i < lines_.size(); ++i) {
+        const LinePoints& line = lines_[i];
         if (line.size() < 2) continue;
         serializer.beginShape(Serializer::Line, 0);
         serializer.setVisible(shown());

@@ -10,14 +10,21 @@ Overlay::~Overlay() {
 }
 
 void Overlay::addShape(Shape* shape) {
-    if (!shape || entries_.contains(shape)) return;
+    if (!shape || contains(shape)) return;
+    const Shape::Survival survives(*shape);
+    const std::uint64_t attachment = attachments_;
     shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
-    shape->setActive(true);
-    shape->setShown(true);
+    if (survives) shape->setActive(true);
+    if (survives) shape->setShown(true);
+    if (!survives || contains(shape)) return;
     const std::uint64_t order = nextOrder_++;
     shapes_.push_back(shape);
     entries_.emplace(shape, byName_.insert({shape->name(), order, shape}).first);
     shape->setKeeper(this);
+    if (attachments_ == attachment) return;
+    // The host took the chance to have the overlay attached anew.
+    shape->setAttachedPlatformId(0, nullptr, false);
+    if (survives) shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
 }
 
 void Overlay::removeShape(Shape* shape) {
@@ -55,13 +62,17 @@ Shape* Overlay::findShape(const std::string& name) const {
 
 void Overlay::clearShapes(bool destroying) {
     // Emptied first: a dying shape's tool, or the host, may look at the overlay.
-    const std::vector<Shape*> shapes = std::exchange(shapes_, {});
+    std::vector<std::pair<Shape*, Shape::Survival>> dying;
+    dying.reserve(shapes_.size());
+    for (Shape* shape : std::exchange(shapes_, {})) {
+        shape->setKeeper(nullptr);
+        dying.emplace_back(shape, *shape);
+    }
     byName_.clear();
     entries_.clear();
-    for (Shape* shape : shapes) shape->setKeeper(nullptr);
-    for (Shape* shape : shapes) {
-        if (!destroying) shape->deleteGui();
-        delete shape;
+    for (const auto& [shape, survives] : dying) {
+        if (survives && !destroying) shape->deleteGui();
+        if (survives) delete shape;
     }
 }
 
@@ -69,26 +80,29 @@ void Overlay::clearShapes(bool destroying) {
 
 void Overlay::setShown(bool shown) {
     for (Shape* shape : shapes())
-        if (entries_.contains(shape)) shape->setShown(shown);
+        if (contains(shape)) shape->setShown(shown);
 }
 
 void Overlay::setActive(bool active) {
     for (Shape* shape : shapes())
-        if (entries_.contains(shape)) shape->setActive(active);
+        if (contains(shape)) shape->setActive(active);
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
     attachedPlatformId_ = id;
     pointConverter_ = converter;
-    for (Shape* shape : shapes())
-        if (entries_.contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
+    const std::uint64_t attachment = ++attachments_;
+    for (Shape* shape : shapes()) {
+        if (attachments_ != attachment) return;  // set anew meanwhile, for all shapes
+        if (contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
+    }
 }
 
 int Overlay::serializeShapes(Serializer& serializer) const {
     serializer.setPointConverter(pointConverter());
     int result = -1;
-    for (Shape* shape : shapes_)
-        if (shape->serialize(serializer) == 0) result = 0;
+    for (Shape* shape : shapes())
+        if (contains(shape) && shape->serialize(serializer) == 0) result = 0;
     return result;
 }
 

@@ -20,7 +20,8 @@ class Overlay final : private ShapeKeeper {
     Overlay(const Overlay&) = delete;
     Overlay& operator=(const Overlay&) = delete;
 
-    /// Takes ownership; the shape takes on the attachment and is displayed at once.
+    /// Takes ownership; the shape takes on the attachment and is displayed at once. (One that somebody
+    /// deletes meanwhile does not come in.)
     void addShape(Shape* shape);
     /// Gives ownership back, without hiding or deactivating; an unknown pointer is ignored, also one to a
     /// shape that is gone. (A shape that somebody deletes leaves the overlay by itself.)
@@ -28,6 +29,8 @@ class Overlay final : private ShapeKeeper {
     /// The first shape of exactly that name, null when there is none.
     Shape* findShape(const std::string& name) const;
     std::vector<Shape*> shapes() const { return shapes_; }
+    /// Whether the shape is in the overlay; of the pointer only the address is used.
+    bool contains(const Shape* shape) const { return entries_.contains(shape); }
     /// Deletes every shape; their panels first, unless the overlay itself is going.
     void clearShapes(bool destroying);
 
@@ -82,6 +85,8 @@ class Overlay final : private ShapeKeeper {
     Names byName_;
     std::unordered_map<const Shape*, Names::iterator> entries_;
     std::uint64_t nextOrder_ = 0;
+    /// How often the attachment was set.
+    std::uint64_t attachments_ = 0;
 };
 
 }  // namespace OverlayEditor

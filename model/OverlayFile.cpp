@@ -14,22 +14,35 @@ namespace OverlayEditor {
 
 namespace {
 
-template <typename Shapes>
-std::string textOf(const Shapes& shapes, PointConverter* converter, bool referenceWritten,
-                   std::vector<std::string>* skipped) {
-    SerializeToZel zel;
-    zel.setReferenceWritten(referenceWritten);
-    zel.setPointConverter(converter);
-    for (const auto& shape : shapes) {
-        const bool written = shape->serialize(zel) == 0 && zel.shapes().back();
-        if (!written && skipped) skipped->push_back(shape->name());
+/// The text of a file, shape by shape.
+class TextOfShapes {
+  public:
+    TextOfShapes(PointConverter* converter, bool referenceWritten, std::vector<std::string>* skipped)
+        : skipped_(skipped) {
+        zel_.setReferenceWritten(referenceWritten);
+        zel_.setPointConverter(converter);
     }
-    if (!zel.hasShapes()) return {};
-    const auto buffer = TextBuffer::take();
-    buffer->out().precision(UTILS::kSignificantDigits);
-    zel.writeTo(buffer->out(), UTILS::kSignificantDigits);
-    return buffer->text();
-}
+
+    void add(Shape& shape) {
+        // Asked before: a shape that cannot be written makes a message, which may be its end.
+        std::string name = skipped_ ? shape.name() : std::string();
+        if ((shape.serialize(zel_) != 0 || !zel_.shapes().back()) && skipped_)
+            skipped_->push_back(std::move(name));
+    }
+
+    /// Empty when there is nothing to write.
+    std::string text() const {
+        if (!zel_.hasShapes()) return {};
+        const auto buffer = TextBuffer::take();
+        buffer->out().precision(UTILS::kSignificantDigits);
+        zel_.writeTo(buffer->out(), UTILS::kSignificantDigits);
+        return buffer->text();
+    }
+
+  private:
+    SerializeToZel zel_;
+    std::vector<std::string>* skipped_;
+};
 
 /// What the reader says when it has no report to write to.
 void log(const halCore::ZEL::ParseReport& report) {
@@ -68,12 +81,17 @@ void noteOffsets(const halCore::ZEL::ZelShape& shape, bool& absolute,
 }  // namespace
 
 std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped) {
-    return textOf(overlay.shapes(), overlay.pointConverter(), overlay.referenceWritten(), skipped);
+    TextOfShapes text(overlay.pointConverter(), overlay.referenceWritten(), skipped);
+    for (Shape* shape : overlay.shapes())
+        if (overlay.contains(shape)) text.add(*shape);
+    return text.text();
 }
 
 std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter,
                        std::vector<std::string>* skipped) {
-    return textOf(shapes, converter, false, skipped);
+    TextOfShapes text(converter, false, skipped);
+    for (const auto& shape : shapes) text.add(*shape);
+    return text.text();
 }
 
 SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path) {

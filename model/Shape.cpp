@@ -108,7 +108,7 @@ void Shape::dirty_() {
 
     SerializeToZel serializer;
     serializer.setPointConverter(pointConverter_);
-    if (serialize(serializer) != 0 || !serializer.hasShapes()) return;
+    if (serialize(serializer) != 0 || !survives || !serializer.hasShapes()) return;
     const auto text = TextBuffer::take();
     text->out().precision(UTILS::kSignificantDigits);
     serializer.writeTo(text->out(), static_cast<unsigned int>(std::max(preferences_.precision(), 0)));

@@ -37,6 +37,17 @@ class Shape {
   public:
     virtual ~Shape();
 
+    /// Tells after a call that may end in the host whether the shape is still there: the host may call back,
+    /// and what it calls may delete the shape.
+    class Survival {
+      public:
+        explicit Survival(const Shape& shape) : life_(shape.life_) {}
+        explicit operator bool() const { return !life_.expired(); }
+
+      private:
+        std::weak_ptr<const char> life_;
+    };
+
     /// A copy owned by the caller. It shows nothing until its first refresh and has a tool of its own.
     virtual Shape* clone() const = 0;
     /// \return 0 when the shape was written, non-zero when it is not complete
@@ -68,17 +79,6 @@ class Shape {
     virtual void dirty_();
     /// Removes it from the host.
     virtual void hide_();
-
-    /// Tells after a call that may end in the host whether the shape is still there: the host may call back,
-    /// and what it calls may delete the shape.
-    class Survival {
-      public:
-        explicit Survival(const Shape& shape) : life_(shape.life_) {}
-        explicit operator bool() const { return !life_.expired(); }
-
-      private:
-        std::weak_ptr<const char> life_;
-    };
 
   public:
     bool active() const { return active_; }
