@@ -69,6 +69,7 @@ void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
         point = &drawn_.point(drawn_.size() - 1);
     }
     // As if the cursor had been moved onto it: the next press without a motion grabs it.
+    forgetNearPoint_();
     if (!showPoints_) return;
     grab_(point);
     point->setHighlighted(true);

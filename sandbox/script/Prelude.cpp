@@ -134,6 +134,7 @@ var view = {
     },
     leave() { $view.leave(); },
     pixel(lat, lon) { return $view.pixel(lat, lon); },
+    place(x, y) { return $view.place(x, y); },
     colorAt(x, y) { return $view.colorAt(x, y); },
     cursor() { return $view.cursor(); },
     get camera() { return $view.camera(); },

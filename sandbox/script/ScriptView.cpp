@@ -149,6 +149,13 @@ QVariantMap ScriptView::pixel(double latitude, double longitude) {
     });
 }
 
+QVariant ScriptView::place(double x, double y) {
+    return step([&]() -> QVariant {
+        const auto ground = host().view().camera().pick(x, y);
+        return ground ? QVariant(position(*ground)) : QVariant::fromValue(nullptr);
+    });
+}
+
 QVariantMap ScriptView::size() {
     return {{"width", host().view().width()}, {"height", host().view().height()}};
 }

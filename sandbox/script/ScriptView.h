@@ -29,6 +29,8 @@ class ScriptView : public ScriptObject {
     Q_INVOKABLE QVariant cursor();
     /// { x, y, visible } of a position.
     Q_INVOKABLE QVariantMap pixel(double latitude, double longitude);
+    /// { lat, lon } where a pixel, fractions included, meets the earth; null when it does not.
+    Q_INVOKABLE QVariant place(double x, double y);
     Q_INVOKABLE QVariantMap size();
     Q_INVOKABLE double frameCount();
     /// The colour 0xAARRGGBB of a pixel of the next frame.

@@ -5,7 +5,7 @@ set -uo pipefail
 root=$1 sandbox=$2 plugin=$3 script=$4 failure=${5:-}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-output=$("$root/scripts/headless" "$sandbox" --settings "${SANDBOX_SETTINGS:-$work/settings.ini}" --plugin "$plugin" --size 1200x800 \
+output=$("$root/scripts/headless" "$sandbox" --settings "${SANDBOX_SETTINGS:-$work/settings.ini}" --plugin "$plugin" --size "${SANDBOX_SIZE:-1200x800}" \
     --script "$script" 2>&1)
 status=$?
 echo "$output"

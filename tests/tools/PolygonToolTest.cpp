@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,8 @@ TEST_F(PolygonTool, EachClickAppendsAPointUntilTheRightClick) {
         ASSERT_EQ(shape.getNumPoints(), 3u);
         EXPECT_EQ(shape.pointAtIndex(2), place("21.1N 157.9W"));
         EXPECT_EQ(stateOf(shape), BaseMouseTool::Placing) << "it can always be continued";
+        mouse.frame();
+        EXPECT_EQ(std::ranges::count_if(view.painted, &TestView::Painted::highlighted), 1);
         mouse.rightPress();
         EXPECT_EQ(mouse.result, 0);
         EXPECT_EQ(host.grabs, 0);

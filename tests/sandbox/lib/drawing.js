@@ -1,0 +1,302 @@
+// Every kind of shape drawn with the mouse, each of its points dragged, and lifted with the wheel. After each
+// step the text that the host shows has the numbers that the mouse meant; GeographicLib and the view's
+// picking are the judges.
+//
+//     drawEverything("hawaii", { lat: 21, lon: -158, range: 200000 })
+//
+// With an argument, pictures of it land in that directory.
+
+const editor = dialog("Overlay Editor");
+const pictures = args[0];
+const radians = degrees => degrees * Math.PI / 180;
+
+// What the host shows
+
+/// The blocks of a text: [{ kind, lines: { keyword: [[numbers...]] } }].
+function blocks(text) {
+    return text.split("start\n").slice(1).map(block => {
+        const lines = block.split("\nend")[0].split("\n");
+        const found = { kind: lines[0].split(" ")[0], lines: {} };
+        for (const line of lines.slice(1)) {
+            const [keyword, ...values] = line.split(" ");
+            (found.lines[keyword] = found.lines[keyword] || []).push(values.map(Number));
+        }
+        return found;
+    });
+}
+/// What is shown of the shape; the rubber band is orange.
+function shownBlocks() {
+    const texts = overlays().filter(o => !o.path).map(o => o.text);
+    assert(!texts.some(text => text.includes("0xff0073ff")), "no rubber band is left");
+    return texts.length ? blocks(texts[0]) : [];
+}
+const placeOf = ([lat, lon, alt]) => ({ lat, lon, alt: alt || 0 });
+
+// Where things are on the screen
+
+/// What one notch and fifty more make of nothing.
+const lift = 0.01 * Math.pow(1.25, 50);
+let middle, pixel;  // the second in metres
+const at = ([x, y]) => ({ x: middle.x + x, y: middle.y + y });
+function geodesicTo(a, b) { return geodesic(a.lat, a.lon, b.lat, b.lon); }
+function drag(from, to) { return view.drag(at(from), at(to), { steps: 3 }); }
+const away = [-260, -200];
+
+/// Where a circular shape's rim lies in a direction.
+function rim(h, azimuth) {
+    const angle = radians(azimuth);
+    return destination(h.Center.lat, h.Center.lon, azimuth,
+                       1 / Math.hypot(Math.sin(angle) / h.rx, Math.cos(angle) / h.ry));
+}
+function axesOf(h) {
+    h.X = destination(h.Center.lat, h.Center.lon, 90, h.rx);
+    h.Y = destination(h.Center.lat, h.Center.lon, 0, h.ry);
+    return h;
+}
+function sectorOf(h) {
+    axesOf(h);
+    h.Start = rim(h, h.start);
+    h.End = rim(h, h.end);
+    return h;
+}
+const bearing = (a, b) => (geodesicTo(a, b).azimuth + 360) % 360;
+
+// The kinds: how each is drawn, which answers its points by name; what becomes of them when one is dragged
+// to a place; what must stand in the file. "Height" is the handle beside the centre.
+
+const circle = {
+    points: ["Edge", "Center"],
+    draw() { const d = drag([0, 0], [150, -40]); return { Center: d.from, Edge: d.to }; },
+    dragged(h, name, to) { h[name] = to; return h; },
+    numbers(h) { return { center: h.Center, radius: distance(h.Center, h.Edge) }; }
+};
+const twoRadii = {
+    points: ["X", "Y", "Center"],
+    draw() {
+        const first = drag([0, 0], [170, 20]);
+        const second = drag([60, -50], [20, -110]);
+        return axesOf({ Center: first.from, rx: distance(first.from, first.to), ry: distance(first.from, second.to) });
+    },
+    dragged(h, name, to) {
+        if (name === "Center") h.Center = to;
+        else h[name === "X" ? "rx" : "ry"] = distance(h.Center, to);
+        return axesOf(h);
+    },
+    numbers(h) { return { center: h.Center, majoraxis: 2 * h.rx, minoraxis: 2 * h.ry }; }
+};
+const sector = {
+    points: ["Start", "End", "X", "Y", "Center"],
+    draw() {
+        const first = drag([0, 0], [-40, -120]);
+        const second = drag([90, 90], [130, 60]);
+        const radius = distance(first.from, second.to);
+        return sectorOf({ Center: first.from, rx: radius, ry: radius, start: bearing(first.from, first.to),
+                          end: bearing(first.from, second.to) });
+    },
+    dragged(h, name, to) {
+        if (name === "Center") h.Center = to;
+        if (name === "Start") h.start = bearing(h.Center, to);
+        if (name === "End") h.end = bearing(h.Center, to);
+        if (name === "X") h.rx = distance(h.Center, to);
+        if (name === "Y") h.ry = distance(h.Center, to);
+        return sectorOf(h);
+    },
+    numbers(h) {
+        return { center: h.Center, majoraxis: 2 * h.rx, minoraxis: 2 * h.ry, anglestart: h.start,
+                 angledeg: (h.end - h.start + 360) % 360 };
+    }
+};
+const corners = {
+    points: ["First", "Last"],
+    draw() { const d = drag([-60, 70], [120, -50]); return { First: d.from, Last: d.to }; },
+    dragged(h, name, to) { h[name] = to; return h; },
+    numbers(h) {
+        const corner = (lat, lon) => ({ lat: lat.lat, lon: lon.lon });
+        return { points: [h.First, corner(h.First, h.Last), h.Last, corner(h.Last, h.First)] };
+    }
+};
+const triangle = Object.assign({}, corners, {
+    numbers(h) {
+        const [low, high] = h.First.lat < h.Last.lat ? [h.First, h.Last] : [h.Last, h.First];
+        const across = ((h.Last.lon - h.First.lon + 540) % 360) - 180;
+        return { points: [{ lat: low.lat, lon: h.First.lon }, { lat: low.lat, lon: h.Last.lon },
+                          { lat: high.lat, lon: h.First.lon + across / 2 }] };
+    }
+});
+const list = {
+    points: ["0", "3", "1"],
+    draw() {
+        const h = [[-100, 60], [-20, -80], [90, -60], [110, 70]].map(place => drag(place, place).from);
+        return Object.assign({}, h);
+    },
+    dragged(h, name, to) { h[name] = to; return h; },
+    numbers(h) { return { points: [h[0], h[1], h[2], h[3]] }; }
+};
+const label = {
+    points: ["Position"],
+    draw() { return { Position: drag([0, 0], [60, -20]).to }; },
+    dragged(h, name, to) { h[name] = to; return h; },
+    numbers(h) { return { points: [h.Position] }; }
+};
+const freehand = {
+    points: [],
+    draw() {
+        const lines = [];
+        for (const top of [-60, 40]) {
+            const line = [view.press(at([-120, top]))];
+            for (let i = 1; i <= 24; ++i)
+                line.push(view.move(at([-120 + 10 * i, top + Math.round(30 * Math.sin(i / 2))])));
+            view.release();
+            lines.push(line);
+            view.move(at(away));
+            view.wheel(at(away), { notches: 1, modifiers: "shift" });
+        }
+        return { lines };
+    },
+    numbers(h) { return { lines: h.lines }; }
+};
+const orbit = {
+    points: ["First", "Width", "Second"],
+    draw() {
+        const first = drag([-90, 40], [80, -30]);
+        const second = drag([20, 80], [110, 20]);
+        return { First: first.from, Second: first.to, Width: second.to,
+                 radius: distance(first.to, second.to) };
+    },
+    /// The radius' point stands about the second centre and goes along with it.
+    dragged(h, name, to) {
+        const way = geodesicTo(h.Second, h.Width);
+        h[name] = to;
+        if (name === "Second") h.Width = destination(to.lat, to.lon, way.azimuth, way.distance);
+        if (name === "Width") h.radius = distance(h.Second, to);
+        return h;
+    },
+    numbers(h) { return { center: h.First, center2: h.Second, radius: h.radius }; }
+};
+const withHeight = kind => Object.assign({}, kind, { height: true });
+const kinds = {
+    "Free Draw": freehand, "Text": label, "Line": list, "Polygon": list, "Rectangle": corners, "Triangle": triangle,
+    "Circle": circle, "Ellipse": twoRadii, "Arc": sector, "Cylinder": withHeight(twoRadii),
+    "Wedge": withHeight(sector), "Sphere": circle, "Hemisphere": circle, "Ellipsoid": withHeight(twoRadii),
+    "Cone": withHeight(circle), "Orbit": orbit
+};
+
+/// Holds what is shown against the numbers meant. Metres; angles by the length of their arc.
+function verify(kind, h, alt, height, tolerance, what) {
+    const shown = shownBlocks();
+    const expected = kind.numbers(h);
+    const sure = tolerance + 1e-3;
+    const samePlace = (actual, place, where) => {
+        assertNear(distance(placeOf(actual), place), 0, sure, what + ", " + where);
+        assertNear(actual[2] || 0, alt, 1e-6, what + ", altitude of " + where);
+    };
+    if (expected.lines) {
+        assertEqual(shown.length, expected.lines.length, what + ", lines");
+        shown.forEach((block, i) => {
+            const points = block.lines.lla;
+            assertEqual(points.length, expected.lines[i].length, what + ", points of line " + i);
+            points.forEach((point, k) =>
+                assertNear(distance(placeOf(point), expected.lines[i][k]), 0, sure, what + ", point " + k));
+            assertEqual(points[0][2], i ? 0.01 : 0, what + ", the altitude of line " + i);
+        });
+        return;
+    }
+    assertEqual(shown.length, 1, what + ": one shape is shown");
+    const lines = shown[0].lines;
+    for (const key in expected) {
+        const value = expected[key];
+        if (key === "points") {
+            assertEqual(lines.lla.length, value.length, what + ", points");
+            value.forEach((point, i) => samePlace(lines.lla[i], point, "point " + i));
+        } else if (key === "center") {
+            samePlace(lines.centerlla[0], value, "centre");
+        } else if (key === "center2") {
+            samePlace(lines.centerll2[0], value, "second centre");
+        } else {
+            assert(lines[key], what + ": " + key + " is missing in\n" + JSON.stringify(lines));
+            let difference = lines[key][0][0] - value;
+            let allowed = key.endsWith("axis") ? 2 * sure : sure;
+            if (key.startsWith("angle")) {
+                difference = ((difference + 540) % 360) - 180;
+                allowed = 1e-6 + 2 * tolerance / Math.min(h.rx, h.ry) * 180 / Math.PI;
+            }
+            assertNear(difference, 0, allowed, what + ", " + key);
+        }
+    }
+    if (height !== undefined) assertNear((lines.height || [[0]])[0][0], height, 1e-6 + height * 1e-9, what + ", height");
+}
+
+function drawEverything(name, place) {
+    menu("Plug-ins", "Overlay Editor...");
+    // Out of the way, as far as the screen allows.
+    editor.moveTo(820, 20);
+    middle = { x: Math.round(view.size.width / 2), y: Math.round(view.size.height / 2) };
+    for (const label in kinds) {
+        const kind = kinds[label];
+        const what = name + ", " + label;
+        view.camera = { lat: place.lat, lon: place.lon, alt: 0, range: place.range, azimuth: 0, elevation: 90 };
+        editor.choose("Shape:", label);
+        pixel = distance(view.place(middle.x, middle.y), view.place(middle.x + 1, middle.y));
+        let h = kind.draw();
+        const snap = step => {
+            if (!pictures) return;
+            wait(60);
+            view.picture(pictures + "/" + name + "-" + label.replace(" ", "-") + "-" + step + ".png");
+        };
+        let height = kind.height ? (label === "Wedge" ? 500 : label === "Ellipsoid" ? undefined : 0) : undefined;
+        verify(kind, h, 0, height, 0, what + " drawn");
+        snap("drawn");
+
+        // Beside the point's middle: it keeps its distance from the cursor, and does not jump.
+        for (const point of kind.points) {
+            const from = view.pixel(h[point].lat, h[point].lon);
+            const press = { x: Math.round(from.x) + 3, y: Math.round(from.y) - 2 };
+            const [dx, dy] = point === "Center" || point === "First" || point === "0" ? [-30, 25] : [20, 15];
+            const to = view.place(from.x + dx, from.y + dy);
+            view.move(at(away));
+            view.move(press);
+            view.press(press);
+            view.move({ x: press.x + 1, y: press.y });
+            view.move({ x: press.x + dx, y: press.y + dy });
+            view.release({ x: press.x + dx, y: press.y + dy });
+            h = kind.dragged(h, point, to);
+            verify(kind, h, 0, undefined, 1.5 * pixel, what + ", " + point + " dragged");
+        }
+
+        if (kind.height) {
+            // 28 pixels above the centre on the screen.
+            const center = view.pixel(h.Center.lat, h.Center.lon);
+            const over = { x: Math.round(center.x), y: Math.round(center.y) - 28 };
+            view.move(over);
+            for (const notches of [1, 50]) view.wheel(over, { notches: height ? 1 : notches, modifiers: "shift" });
+            height = height ? height * 1.25 * 1.25 : lift;
+            verify(kind, h, 0, height, 1.5 * pixel, what + ", made higher");
+            snap("higher");
+        }
+        // Over the point that was dragged last: the wheel lifts it.
+        let alt = 0;
+        const last = kind.points[kind.points.length - 1];
+        if (last) {
+            const pixelOfLast = view.pixel(h[last].lat, h[last].lon);
+            const over = { x: Math.round(pixelOfLast.x), y: Math.round(pixelOfLast.y) };
+            view.move(at(away));
+            view.move(over);
+            for (const notches of [1, 50]) view.wheel(over, { notches, modifiers: "shift" });
+            alt = lift;
+            if (kind === list) {
+                const lifted = shownBlocks()[0].lines.lla.map(point => point[2]);
+                assertEqual(lifted.filter(value => value !== 0).length, 1, what + ": one point is lifted");
+                assertNear(lifted[Number(last)], alt, 1e-6, what + ", lifted");
+            } else {
+                verify(kind, h, alt, height, 1.5 * pixel, what + ", lifted");
+            }
+            snap("lifted");
+        }
+        view.click(at(away), { button: "right" });
+        waitFor(() => editor.checked("Stop"), "the end of drawing");
+        assertEqual(shownBlocks().length, label === "Free Draw" ? 2 : 1, what + " stays");
+        assertNear(distance(view.camera, place), 0, 1e-3, what + ": the globe has not turned");
+        editor.press("Delete All");
+        assertEqual(shownBlocks().length, 0, what + " is gone");
+    }
+}
