@@ -28,6 +28,12 @@ std::string directoryOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+std::string temporaryDirectory() {
+    std::error_code error;
+    const std::filesystem::path directory = std::filesystem::temp_directory_path(error);
+    return error ? "/tmp" : directory.native();
+}
+
 bool fileRemove(const std::string& path) {
     return ::unlink(path.c_str()) == 0;
 }

@@ -17,6 +17,9 @@ bool fileRemove(const std::string& path);
 /// Where a path's last part lies: "." for a bare name.
 std::string directoryOf(const std::string& path);
 
+/// Where temporary files go, without a slash at the end.
+std::string temporaryDirectory();
+
 /// Makes a directory and those above it; one that is there already is fine. Returns an empty text, or why
 /// not.
 std::string makeDirectories(const std::string& path);

@@ -15,6 +15,9 @@
 namespace UTILS {
 namespace {
 
+/// What saving does with a file that is there.
+enum class IfThere { Replace, Refuse };
+
 constexpr const char* kAccessList = "system.posix_acl_access";
 
 /// Follows symbolic links, the last of which may point to a file that does not exist yet. 0 or errno.
@@ -120,13 +123,24 @@ std::string save(const std::string& path, std::string_view contents, IfThere ifT
 
 }  // namespace
 
-std::string saveFile(const std::string& path, std::string_view contents, IfThere ifThere) {
-    return save(path, contents, ifThere, {});
+std::string saveFile(const std::string& path, std::string_view contents) {
+    return save(path, contents, IfThere::Replace, {});
 }
 
-std::string saveCopy(const std::string& original, const std::string& copy, std::string_view contents,
-                     IfThere ifThere) {
-    return save(copy, contents, ifThere, original);
+std::string saveNewFile(const Names& names, std::string_view contents, std::string& path) {
+    return saveCopy({}, names, contents, path);
+}
+
+std::string saveCopy(const std::string& original, const Names& names, std::string_view contents,
+                     std::string& path) {
+    const std::string taken = reasonOf(EEXIST);
+    std::string error;
+    for (int i = 0; i < kMaxNames; ++i) {
+        path = names(i);
+        error = save(path, contents, IfThere::Refuse, original);
+        if (error != taken) break;
+    }
+    return error;
 }
 
 }  // namespace UTILS

@@ -1,12 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace UTILS {
-
-/// What saving does with a file that is there.
-enum class IfThere { Replace, Refuse };
 
 /// The one way a file of the user's is saved: all of it is written to a temporary file in the same directory
 /// and flushed to disk before it takes the name, and then the directory is flushed. Whatever happens
@@ -16,10 +14,18 @@ enum class IfThere { Replace, Refuse };
 /// \return an empty text, or why it failed ("No space left on device"); then the old file stands untouched,
 ///         and no temporary file is left. Empty contents are refused, as is what is no regular file or may
 ///         not be written.
-std::string saveFile(const std::string& path, std::string_view contents, IfThere ifThere = IfThere::Replace);
+std::string saveFile(const std::string& path, std::string_view contents);
 
-/// Saves the contents of `original` under another name, with the permissions of `original`. \return as above
-std::string saveCopy(const std::string& original, const std::string& copy, std::string_view contents,
-                     IfThere ifThere);
+/// The path to try first (0), second (1), ...
+using Names = std::function<std::string(int)>;
+inline constexpr int kMaxNames = 100;
+
+/// Saves under the first name that is free, also when others look for one at the same time.
+/// \param path the name that was taken or, on failure, tried last
+/// \return as saveFile; "File exists" after kMaxNames names
+std::string saveNewFile(const Names& names, std::string_view contents, std::string& path);
+/// Saves the contents of `original` under another name, with its permissions and attributes. \see saveNewFile
+std::string saveCopy(const std::string& original, const Names& names, std::string_view contents,
+                     std::string& path);
 
 }  // namespace UTILS

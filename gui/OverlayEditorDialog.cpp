@@ -6,6 +6,7 @@
 
 #include "common/Notify.h"
 #include "common/Strings.h"
+#include "common/TemporaryFile.h"
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "gui/OverlayEditorDialogWidgets.h"
@@ -70,6 +71,9 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
       widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)) {
     box_.registerCloseObserver(closeObserver_.get());
     PIHALVIS::registerZELObserver(zelObserver_.get());
+    // Saving may have been cut short when the host ended last.
+    const std::string directory = PIGUI::PIRegistry::getValue(kSaveDirectoryKey);
+    if (!directory.empty()) UTILS::removeAbandonedFiles(directory);
 }
 
 OverlayEditorDialog::~OverlayEditorDialog() {
@@ -78,7 +82,8 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     timeout_.cancel();
     editing_ = false;
     mouseManager_->clearMouseTool();
-    rescueUnsaved_();
+    constexpr bool atAnyPlace = true;
+    rescueUnsaved_(atAnyPlace);
     cleanupPriorZEL_();
 }
 

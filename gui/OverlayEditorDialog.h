@@ -6,6 +6,7 @@
 
 #include "geo/PointConverter.h"
 #include "geo/UnitTypes.h"
+#include "gui/FileVersion.h"
 #include "gui/SelectExistingZELDialog.h"
 #include "model/Overlay.h"
 #include "model/Preferences.h"
@@ -80,6 +81,9 @@ class OverlayEditorDialog {
     struct Widgets;
     struct UnitsMenu;
 
+    /// The host's setting with the directory of the last save.
+    static constexpr const char* kSaveDirectoryKey = "OverlayEditorSaveDirectory";
+
     /// A base name, a blank and a number that no shape of the overlay has.
     std::string getUniqueName_(const std::string& base);
     void setCurrentShape_(Shape* shape);
@@ -106,11 +110,13 @@ class OverlayEditorDialog {
     halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
     /// Shapes that changed since they were loaded or saved are written to a dated file among the quick
     /// shapes, and the log says where. \return false when they could not be written, and would be lost
-    bool rescueUnsaved_() const;
+    /// \param atAnyPlace in the directory for temporary files rather than nowhere
+    bool rescueUnsaved_(bool atAnyPlace = false) const;
     /// Deletes all shapes, nothing of them being shown, listed or drawn any more.
     void giveUpShapes_();
-    /// A file with something that the editor cannot keep is copied to its name with "~" before it is
-    /// replaced. \return false when it must not be replaced, because there is no copy of it
+    /// A file with something that the editor cannot keep, or that others have written since it was loaded or
+    /// saved, is copied to its name with "~" before it is replaced.
+    /// \return false when it must not be replaced, because there is no copy of it
     bool keepOldFile_(const std::string& fileName) const;
     /// Writes the file, and has the host show it in place of what it had loaded from it.
     bool saveZel_(const std::string& fileName);
@@ -133,9 +139,10 @@ class OverlayEditorDialog {
     std::vector<Shape*> prototypes_;
     PluginClient::Interfaces::OverlayEditorInterface* service_ = nullptr;
 
-    /// The file that was saved last, and what was written: it holds nothing that would be lost.
-    std::string savedFile_;
-    std::string savedText_;
+    /// The file that was loaded or saved last.
+    FileVersion knownFile_;
+    /// What was saved last: it holds nothing that would be lost.
+    FileVersion savedFile_;
     /// The text of the shapes when they were last loaded or saved; empty before.
     std::string keptText_;
 

@@ -48,16 +48,19 @@ std::string listed(const std::vector<std::string>& names) {
     return list;
 }
 
-/// A file among the quick shapes that is named after the local time, and not there yet.
-std::string freeRescuePath() {
+/// "Unsaved 2026-11-21 16-05-09", of now.
+std::string rescueStem() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
     std::ostringstream stem;
-    stem << makeQuickShapeDirectory() << "/Unsaved " << std::put_time(&local, "%Y-%m-%d %H-%M-%S");
-    std::string path = stem.str() + ".zel";
-    for (int i = 2; UTILS::fileIsFile(path); ++i) path = stem.str() + " " + std::to_string(i) + ".zel";
-    return path;
+    stem << "Unsaved " << std::put_time(&local, "%Y-%m-%d %H-%M-%S");
+    return std::move(stem).str();
+}
+
+/// A second, third ... name: "2", "3"; nothing for the first.
+std::string numberOf(int i) {
+    return i > 0 ? std::to_string(i + 1) : std::string();
 }
 
 }  // namespace
@@ -73,7 +76,8 @@ int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
         return 1;
     }
     // A file that the host displays is edited in its place, so that it is not drawn twice.
-    loadOverlay_(text, fileName, PIHALVIS::getZELObject(fileName));
+    if (loadOverlay_(text, fileName, PIHALVIS::getZELObject(fileName)))
+        knownFile_ = FileVersion(fileName, text);
     return 1;
 }
 
@@ -81,12 +85,17 @@ void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
     for (void* const zel : zels) {
         const std::string fileName = PIHALVIS::getZELFilename(zel);
         std::ostringstream text;
-        if (PIHALVIS::serializeZELToStream(zel, text) == 0)
-            loadOverlay_(std::move(text).str(), fileName, zel);
-        else
+        if (PIHALVIS::serializeZELToStream(zel, text) != 0) {
             halNotify::notify(halNotify::Error)
                 << "Could not load " << (fileName.empty() ? "the overlay" : fileName)
                 << ": the host gave no text of it";
+            continue;
+        }
+        if (!loadOverlay_(std::move(text).str(), fileName, zel)) continue;
+        // The host's text of it may differ from the file's.
+        std::string inFile;
+        knownFile_ =
+            UTILS::readFile(fileName, inFile).empty() ? FileVersion(fileName, inFile) : FileVersion();
     }
 }
 
@@ -236,53 +245,71 @@ bool OverlayEditorDialog::keepOldFile_(const std::string& fileName) const {
     std::string old;
     // What cannot be read is no overlay file to keep; saving tells whether it can be replaced.
     if (!UTILS::readFile(fileName, old).empty() || old.empty()) return true;
-    if (fileName == savedFile_ && old == savedText_) return true;
+    if (savedFile_.is(fileName, old)) return true;
     // Offsets are no loss, whatever they count from.
     PointConverter anywhere;
     const LoadResult read = loadOverlayText(old, fileName, *preferences_, &anywhere, 0);
-    if (read.error.empty() && !losesAnything(read.losses)) return true;
+    const bool changed = knownFile_.isOf(fileName) && !knownFile_.is(fileName, old);
+    const bool lossy = !read.error.empty() || losesAnything(read.losses);
+    if (!changed && !lossy) return true;
 
-    const std::string copy = fileName + "~";
-    if (const std::string error = UTILS::saveFile(copy, old); !error.empty()) {
-        halNotify::notify(halNotify::Error)
-            << "Could not save " << fileName << ": it holds what the editor "
-            << "cannot keep, and the copy " << copy << " could not be written: " << error;
-        return false;
+    const char* const why =
+        changed ? "somebody else has written it meanwhile" : "it holds what the editor cannot keep";
+    std::string copy = fileName + "~";
+    std::string kept;
+    if (!UTILS::readFile(copy, kept).empty() || kept != old) {
+        const auto name = [&](int i) { return fileName + "~" + numberOf(i); };
+        if (const std::string error = UTILS::saveCopy(fileName, name, old, copy); !error.empty()) {
+            halNotify::notify(halNotify::Error)
+                << "Could not save " << fileName << ": " << why << ", and the copy " << copy
+                << " could not be written: " << error;
+            return false;
+        }
     }
+    halNotify::notify(halNotify::Warning) << "The old " << fileName << " is kept as " << copy << ": " << why;
+    if (!lossy) return true;
     std::vector<std::string> lost;
     for (const auto& loss : read.losses)
         if (loss.severity != halNotify::Notice)
             lost.push_back("line " + std::to_string(loss.line) + ": " + loss.text);
     halNotify::notify(halNotify::Warning)
-        << "The old " << fileName << " is kept as " << copy
-        << "; not in the new file: " << (lost.empty() ? "its text" : listed(lost));
+        << "Not in the new " << fileName << ": " << (lost.empty() ? "the old text" : listed(lost));
     return true;
 }
 
-bool OverlayEditorDialog::rescueUnsaved_() const {
+bool OverlayEditorDialog::rescueUnsaved_(bool atAnyPlace) const {
     const std::string text = overlayText(*overlay_);
     if (text.empty() || text == keptText_) return true;
-    const std::string path = freeRescuePath();
-    if (const SaveResult saved = saveOverlayFile(*overlay_, path); !saved.error.empty()) {
+    std::vector<std::string> directories{makeQuickShapeDirectory()};
+    if (atAnyPlace) directories.push_back(UTILS::temporaryDirectory());
+    const std::string stem = rescueStem();
+    for (const std::string& directory : directories) {
+        const auto name = [&](int i) {
+            return directory + "/" + stem + (i > 0 ? " " : "") + numberOf(i) + ".zel";
+        };
+        std::string path;
+        const std::string error = UTILS::saveNewFile(name, text, path);
+        if (error.empty()) {
+            halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
+            return true;
+        }
         halNotify::notify(halNotify::Error)
-            << "The unsaved shapes could not be written to " << path << ": " << saved.error;
-        return false;
+            << "The unsaved shapes could not be written to " << path << ": " << error;
     }
-    halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
-    return true;
+    return false;
 }
 
 bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
     // Nothing to write must not even cost an older copy.
     const std::string text = overlayText(*overlay_);
     if (!text.empty() && !keepOldFile_(fileName)) return false;
+    PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
     const SaveResult saved = saveOverlayFile(*overlay_, fileName);
     if (!saved.error.empty()) {
         halNotify::notify(halNotify::Error) << "Could not save " << fileName << ": " << saved.error;
         return false;
     }
-    savedFile_ = fileName;
-    savedText_ = text;
+    savedFile_ = knownFile_ = FileVersion(fileName, text);
     keptText_ = text;
     if (!saved.skipped.empty())
         halNotify::notify(halNotify::Warning)

@@ -6,6 +6,7 @@
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "common/SaveFile.h"
+#include "common/TemporaryFile.h"
 #include "model/BaseLineShape.h"
 #include "model/OverlayFile.h"
 #include "model/Utils.h"
@@ -115,6 +116,8 @@ QuickDrawManager::QuickDrawManager(std::string pluginName, const Preferences& pr
     for (std::size_t i = 0; i < kCommandCount; ++i)
         PICommon::createAction(actions_[i], pluginName_, kCommands[i].label,
                                callbacks_.make(kCommands[i].handler));
+    // Saving may have been cut short when the host ended last.
+    UTILS::removeAbandonedFiles(quickShapeDirectory());
     // The first time gives an action its mark.
     setActionChecked_(kAttach, false);
     setActionChecked_(kPick, false);
@@ -281,8 +284,9 @@ void QuickDrawManager::save_() {
     if (platform != 0) text = overlayText(overlay_);
 
     std::string path;
-    if (!freePath_(path) || !UTILS::saveFile(path, text).empty()) {
+    if (const std::string error = saveUnderFreeNumber_(text, path); !error.empty()) {
         PICommon::debugPrint("Failed to create file " + path + " for auto saving ZEL\n");
+        halNotify::notify(halNotify::Error) << "\"" << shape_->name() << "\" is not saved: " << error;
         return;
     }
     created_.insert(path);
@@ -357,15 +361,15 @@ void QuickDrawManager::deleteAllZelFiles_() {
     for (const std::string& path : std::exchange(created_, {})) UTILS::fileRemove(path);
 }
 
-bool QuickDrawManager::freePath_(std::string& path) {
-    constexpr int kTries = 100;
+std::string QuickDrawManager::saveUnderFreeNumber_(const std::string& text, std::string& path) {
     const std::string directory = makeQuickShapeDirectory();
     if (counter_ == 0) counter_ = std::max(1, highestQuickShapeNumber(directory));
-    for (int i = 0; i < kTries; ++i, ++counter_) {
-        path = directory + "/" + kind_ + "_" + std::to_string(counter_) + ".zel";
-        if (!UTILS::fileIsFile(path)) return true;
-    }
-    return false;
+    const int first = counter_;
+    const auto name = [&](int i) {
+        counter_ = first + i;
+        return directory + "/" + kind_ + "_" + std::to_string(counter_) + ".zel";
+    };
+    return UTILS::saveNewFile(name, text, path);
 }
 
 int QuickDrawManager::onCmdSetQuickDrawDir(PIObject*, void*) {

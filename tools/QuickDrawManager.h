@@ -106,9 +106,9 @@ class QuickDrawManager {
     /// If the preferences say so.
     void deleteAllZelFiles_();
 
-    /// The first path for the kind whose number, from the counter on, is free. \return false after 100 tries;
-    /// `path` is then the one that was tried last
-    bool freePath_(std::string& path);
+    /// Saves under the first number that is free for the kind, from the counter on. \return empty, or why
+    /// not; `path` is then the one that was tried last
+    std::string saveUnderFreeNumber_(const std::string& text, std::string& path);
 
     int setColor_(Color color);
     void applyColor_();

@@ -41,6 +41,11 @@ class SaveFileTest : public testing::Test {
     std::size_t entries() const {
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(directory_), {}));
     }
+    /// Under this name or, when it is taken, with a 2 behind it.
+    static std::string saveNew(const std::string& file, const std::string& text) {
+        std::string taken;
+        return saveNewFile([&](int i) { return i == 0 ? file : file + "2"; }, text, taken);
+    }
     /// The directory and what is in it belong to the user without rights.
     void giveAway() const {
         if (::geteuid() != 0) return;
@@ -101,13 +106,19 @@ TEST_F(SaveFileTest, KeepsPermissionsAndGivesNewFilesTheUsualOnes) {
         EXPECT_EQ(mode(file), kept) << "whatever the mask";
     }
 
-    // A copy of a private file is private, even over an older one that was not.
+    // A copy of a private file is private. It never replaces an older one.
     ASSERT_EQ(chmod(file.c_str(), 0600), 0);
-    for (int i = 0; i < 2; ++i) {
-        ASSERT_EQ(saveCopy(file, path("mode~"), "b", IfThere::Replace), "");
-        EXPECT_EQ(mode(path("mode~")), 0600u);
-        ASSERT_EQ(chmod(path("mode~").c_str(), 0644), 0);
+    const auto numbered = [&](int i) { return file + "~" + std::to_string(i); };
+    std::string copy;
+    for (int i = 0; i < kMaxNames; ++i) {
+        ASSERT_EQ(saveCopy(file, numbered, std::to_string(i), copy), "");
+        ASSERT_EQ(copy, numbered(i));
+        EXPECT_EQ(mode(copy), 0600u);
     }
+    EXPECT_EQ(saveCopy(file, numbered, "x", copy), "File exists");
+    EXPECT_EQ(copy, numbered(99)) << "the last one that was tried";
+    EXPECT_EQ(contents(numbered(0)), "0");
+    EXPECT_EQ(contents(copy), "99");
 }
 
 TEST_F(SaveFileTest, KeepsAttributesAndAccessLists) {
@@ -198,8 +209,6 @@ TEST_F(SaveFileTest, RefusesWhatIsNoFileOrEmpty) {
     };
     for (const auto& row : table) EXPECT_EQ(saveFile(row[0], row[1]), row[2]) << row[0];
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
-    EXPECT_EQ(saveFile(file, "x", IfThere::Refuse), "File exists");
-    EXPECT_EQ(saveCopy(file, file, "x", IfThere::Refuse), "File exists");
     EXPECT_EQ(contents(file), "old");
     EXPECT_EQ(entries(), 2u);
 }
@@ -288,15 +297,14 @@ TEST_F(SaveFileTest, AFailingSystemLeavesOneWholeFile) {
     const std::string file = path("a.zel");
     for (const bool nameless : {true, false})
         for (const Fault& fault : faults) {
-            for (const auto ifThere : {IfThere::Replace, IfThere::Refuse}) {
+            for (const bool isThere : {true, false}) {
                 fs::remove(file);
-                if (ifThere == IfThere::Replace) write(file, "old");
+                if (isThere) write(file, "old");
                 std::string reason;
-                // The child's answer goes through a pipe, for which it may need write.
                 SteppedChild child([&] {
                     if (!nameless && !makeNamelessFilesFail()) return 3;
                     if (!makeFail(fault.calls, fault.error)) return 3;
-                    reason = saveFile(file, "new", ifThere);
+                    reason = isThere ? saveFile(file, "new") : saveNew(file, "new");
                     return reason == fault.reason ? 0 : 1;
                 });
                 while (child.step()) continue;
@@ -304,7 +312,7 @@ TEST_F(SaveFileTest, AFailingSystemLeavesOneWholeFile) {
                     GTEST_SKIP() << "processes cannot be traced or restricted here";
                 EXPECT_EQ(child.result(), 0) << fault.calls.front() << " " << fault.reason;
                 const bool saved = fault.reason.empty();
-                const bool stands = saved || ifThere == IfThere::Replace;
+                const bool stands = saved || isThere;
                 EXPECT_EQ(fileIsFile(file), stands);
                 EXPECT_EQ(stands ? contents(file) : "", !stands ? "" : saved ? "new" : "old");
                 EXPECT_EQ(entries(), stands ? 1u : 0u) << fault.calls.front();
@@ -338,9 +346,9 @@ void atEveryStop(const std::function<int()>& save, const std::function<void(Step
 class Interrupted : public SaveFileTest, public testing::WithParamInterface<bool> {
   protected:
     /// In a process of its own.
-    int save(const std::string& file, const std::string& text, IfThere ifThere = IfThere::Replace) const {
+    int save(const std::string& file, const std::string& text) const {
         if (!GetParam() && !makeNamelessFilesFail()) return 3;
-        return saveFile(file, text, ifThere).empty() ? 0 : 1;
+        return saveFile(file, text).empty() ? 0 : 1;
     }
     const std::string file_ = path("a.zel");
     const std::string old_ = std::string(20'000, 'o');
@@ -402,18 +410,22 @@ TEST_P(Interrupted, TwoThatSaveTheSameFileLeaveOneWholeFile) {
 }
 
 TEST_P(Interrupted, ANewFileNeverReplacesOneThatAppearsMeanwhile) {
-    bool theirsStood = false;
-    bool placed = false;
-    atEveryStop([&] { return save(file_, new_, IfThere::Refuse); },
-                [&](SteppedChild&) { placed = !saveFile(file_, "theirs", IfThere::Refuse).empty(); },
+    std::size_t seenFirst = 0;
+    std::size_t seenSecond = 0;
+    atEveryStop([&] { return !GetParam() && !makeNamelessFilesFail() ? 3 : !saveNew(file_, new_).empty(); },
+                [&](SteppedChild&) { EXPECT_EQ(saveNew(file_, "theirs"), ""); },
                 [&](const SteppedChild& child) {
-                    ASSERT_EQ(contents(file_), child.result() == 0 ? new_ : "theirs");
-                    theirsStood = theirsStood || child.result() == 1;
-                    EXPECT_EQ(entries(), 1u);
+                    EXPECT_EQ(child.result(), 0);
+                    ++(contents(file_) == new_ ? seenFirst : seenSecond);
+                    if (entries() == 2) {
+                        EXPECT_EQ(contents(file_).size() + contents(file_ + "2").size(), new_.size() + 6);
+                    }
                     fs::remove(file_);
+                    fs::remove(file_ + "2");
+                    EXPECT_EQ(entries(), 0u);
                 });
-    EXPECT_TRUE(theirsStood);
-    EXPECT_TRUE(placed);
+    EXPECT_GT(seenFirst, 1u);
+    EXPECT_GT(seenSecond, 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(SaveFile, Interrupted, testing::Values(true, false),

@@ -357,24 +357,87 @@ TEST_F(OverlayEditorDialogTest, CopiesWhatItCannotKeepBeforeTheFirstSave) {
     host.fileDialogAnswers = {file};
     press("...");
 
-    // Without a copy the file is not replaced.
-    std::filesystem::create_directory(file + "~");
+    // An older copy stays.
+    write(file + "~", "older");
     messages.clear();
     press("Save");
-    EXPECT_EQ(contentsOf(file), old);
-    EXPECT_THAT(messages, ::testing::Contains(HasSubstr("could not be written")));
-    std::filesystem::remove(file + "~");
-
-    messages.clear();
-    press("Save");
-    EXPECT_EQ(contentsOf(file + "~"), old);
+    EXPECT_EQ(contentsOf(file + "~"), "older");
+    EXPECT_EQ(contentsOf(file + "~2"), old);
     EXPECT_THAT(contentsOf(file), ::testing::Not(HasSubstr("Fence")));
-    EXPECT_THAT(messages, ::testing::Contains(HasSubstr("is kept as " + file + "~")));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("is kept as " + file + "~2"), HasSubstr("Fence")));
 
     // The second save replaces only what the editor wrote.
     form.type("Name:", "x");
     press("Save");
-    EXPECT_EQ(contentsOf(file + "~"), old);
+    EXPECT_FALSE(UTILS::fileIsFile(file + "~3"));
+
+    // What is kept already needs no second copy.
+    write(file, old);
+    press("...");
+    std::filesystem::rename(file + "~2", file + "~");
+    press("Save");
+    EXPECT_FALSE(UTILS::fileIsFile(file + "~2"));
+}
+
+TEST_F(OverlayEditorDialogTest, WithoutACopyTheOldFileIsNotReplaced) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    const std::string file = path(std::string(255, 'n').c_str());
+    write(file, "precious, but no overlay\n");
+    host.fileDialogAnswers = {file};
+    press("Save As...");
+    EXPECT_EQ(contentsOf(file), "precious, but no overlay\n");
+    EXPECT_THAT(messages, ::testing::Contains(HasSubstr("could not be written: File name too long")));
+    EXPECT_FALSE(host.find("Save")->enabled);
+}
+
+/// Two editors, or somebody with a text editor.
+TEST_F(OverlayEditorDialogTest, KeepsWhatOthersWroteIntoTheFileMeanwhile) {
+    const std::string file = path("shared.zel");
+    const std::string theirs =
+        "version 2\n\nstart\ncircle\ncenterlla 1 2 0\nradius 5\n3d name Theirs\nend\n\n";
+    write(file, kTwoCircles);
+    dialog->show();
+    host.fileDialogAnswers = {file};
+    press("...");
+    form.type("Name:", "x");
+    write(file, theirs);
+    messages.clear();
+    press("Save");
+    EXPECT_THAT(contentsOf(file), HasSubstr("Inner"));
+    EXPECT_EQ(contentsOf(file + "~"), theirs);
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("kept as " + file + "~: somebody else has written it")));
+
+    // After a save, too; and for a file that was taken from the host.
+    press("Save");
+    write(file, theirs + "# 2\n");
+    press("Save");
+    EXPECT_EQ(contentsOf(file + "~2"), theirs + "# 2\n");
+    dialog->loadZels({fileOverlay(file)});
+    press("Save");
+    EXPECT_FALSE(UTILS::fileIsFile(file + "~3"));
+    write(file, theirs + "# 3\n");
+    press("Save");
+    EXPECT_EQ(contentsOf(file + "~3"), theirs + "# 3\n");
+
+    // A file that was deleted is written anew.
+    std::filesystem::remove(file);
+    messages.clear();
+    press("Save");
+    EXPECT_THAT(contentsOf(file), HasSubstr("Inner"));
+    EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, ClearsAwayWhatADeadProcessLeft) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    std::filesystem::create_directory(path("plans"));
+    host.fileDialogAnswers = {path("plans/a.zel")};
+    press("Save As...");
+    write(path("plans/.overlayeditor-save-1-1"), "half");
+    dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
+    EXPECT_FALSE(UTILS::fileIsFile(path("plans/.overlayeditor-save-1-1")));
+    EXPECT_TRUE(UTILS::fileIsFile(path("plans/a.zel")));
 }
 
 constexpr const char* kOffsets =
@@ -570,6 +633,20 @@ TEST_F(OverlayEditorDialogTest, KeepsTheShapesThatCannotBeRescued) {
         EXPECT_THAT(overlay.shapes(), ElementsAre(&mine)) << caption;
         EXPECT_THAT(messages, ElementsAre(HasSubstr("could not be written to " + path("rescued"))));
     }
+    // At the end of the host any place is better than none.
+    std::filesystem::create_directory(path("temporary"));
+    const char* const before = std::getenv("TMPDIR");
+    const std::string old = before ? before : "";
+    ::setenv("TMPDIR", path("temporary").c_str(), 1);
+    dialog.reset();
+    before ? ::setenv("TMPDIR", old.c_str(), 1) : ::unsetenv("TMPDIR");
+    EXPECT_THAT(messages.back(), HasSubstr("are kept in " + path("temporary/Unsaved ")));
+    std::size_t kept = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(path("temporary"))) {
+        EXPECT_THAT(contentsOf(entry.path()), HasSubstr("Circle 1"));
+        ++kept;
+    }
+    EXPECT_EQ(kept, 1u);
 }
 
 TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {

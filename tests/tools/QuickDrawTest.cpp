@@ -231,7 +231,7 @@ TEST_F(QuickDraw, TheDirectory) {
     expectIdle();
     EXPECT_THAT(host.notifications,
                 ElementsAre(HasSubstr("Circle_1.zel/Circle_1.zel for auto saving ZEL\n")));
-    EXPECT_THAT(messages, IsEmpty());
+    EXPECT_THAT(messages, ElementsAre("\"Circle 1\" is not saved: Not a directory"));
 
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(home.path());
@@ -243,6 +243,15 @@ TEST_F(QuickDraw, TheDirectory) {
     std::filesystem::current_path(before);
     EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/Circle_1.zel"));
     EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/Circle_2.zel"));
+}
+
+TEST_F(QuickDraw, WhatADeadProcessLeftIsClearedAway) {
+    const std::string left = ".overlayeditor-save-1-1";
+    make(left);
+    make("Circle_1.zel");
+    quick.reset();
+    start();
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel"));
 }
 
 TEST_F(QuickDraw, AHostThatRefusesTheFileGetsNoSecondTry) {
