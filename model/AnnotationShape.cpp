@@ -74,7 +74,7 @@ std::pair<halCore::Vec3, halCore::Vec3> AnnotationShape::boundingBox() const {
 void AnnotationShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
     auto* const equipment = ShapeEquipment::installed();
     if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { refreshFromGui_(); });
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, GuiChange([this] { refreshFromGui_(); }));
     fillGui();
 }
 

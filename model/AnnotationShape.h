@@ -11,6 +11,9 @@ namespace OverlayEditor {
 /// A text label at one position. Its text is the shape's name.
 class AnnotationShape : public Shape {
   public:
+    /// The panel calls it after each edit of the user's.
+    using GuiChange = PanelChange;
+
     explicit AnnotationShape(const Preferences& preferences);
     AnnotationShape(const AnnotationShape& other);
     ~AnnotationShape() override;

@@ -447,7 +447,7 @@ std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
 void CylinderShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
     auto* const equipment = ShapeEquipment::installed();
     if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, GuiChange([this] { guiChanged_(); }));
     fillGui();
 }
 

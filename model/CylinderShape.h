@@ -15,6 +15,9 @@ namespace OverlayEditor {
 /// point or the centre moves. Lengths in metres, angles in radians clockwise from north.
 class CylinderShape : public BaseFilledShape {
   public:
+    /// The panel calls it after each edit of the user's.
+    using GuiChange = PanelChange;
+
     enum Subtype {
         Circle = 0,
         Ellipse = 1,

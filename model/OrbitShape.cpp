@@ -157,7 +157,7 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
 void OrbitShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
     auto* const equipment = ShapeEquipment::installed();
     if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, OrbitGuiCallback([this] { guiChanged_(); }));
     fillGui();
 }
 

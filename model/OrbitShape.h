@@ -8,6 +8,9 @@ namespace OverlayEditor {
 /// first centre, the major-axis point the second one, and the minor-axis point marks the radius.
 class OrbitShape : public CylinderShape {
   public:
+    /// The panel calls it after each edit of the user's.
+    using OrbitGuiCallback = PanelChange;
+
     /// Metres; an orbit without a radius is written with this one.
     static constexpr double kDefaultRadius = 50.0;
 

@@ -136,7 +136,7 @@ void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anc
 void PolygonShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
     auto* const equipment = ShapeEquipment::installed();
     if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
+    panel_ = equipment->makePanel(*this, *preferences, *canvas, GuiChange([this] { guiChanged_(); }));
     fillGui();
 }
 

@@ -12,6 +12,9 @@ namespace OverlayEditor {
 /// A line or a polygon: an ordered list of geodetic points.
 class PolygonShape : public PointsContainer, public BaseFilledShape {
   public:
+    /// The panel calls it after each edit of the user's.
+    using GuiChange = PanelChange;
+
     enum Subtype { Line = 0, Polygon = 1 };
 
     PolygonShape(const Preferences& preferences, Subtype subtype);

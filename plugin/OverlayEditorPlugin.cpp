@@ -3,12 +3,7 @@
 #include <algorithm>
 
 #include "common/Notify.h"
-#include "model/AnnotationShape.h"
-#include "model/CylinderShape.h"
-#include "model/FreeDrawShape.h"
-#include "model/OrbitShape.h"
-#include "model/PolygonShape.h"
-#include "model/RectangleShape.h"
+#include "model/ShapeKinds.h"
 #include "pi/EntryScope.h"
 #include "pi/PIHALVIS.h"
 #include "plugin/EditorIcon.h"
@@ -67,7 +62,7 @@ int OverlayEditorPlugin::StartUp() {
     overlay_ = std::make_unique<Overlay>();
     quickDrawManager_ =
         std::make_unique<QuickDrawManager>(Name(), *preferences_, *mouseManager_, *shapeRegistry_);
-    registerPrototypes_();
+    addAllKinds(*shapeRegistry_, *preferences_);
     rightClickObserver_ = std::make_unique<RightClickObserver>(*this);
     PIHALVIS::registerContextMenuCallback(rightClickObserver_.get());
     serviceInterface_ = std::make_unique<OverlayEditorInterface>();
@@ -78,20 +73,6 @@ int OverlayEditorPlugin::StartUp() {
         halNotify::notify(halNotify::Warning)
             << "The service " << service_->name() << " could not be published";
     return 0;
-}
-
-/// The order is that of the dialog's "Shape:" menu.
-void OverlayEditorPlugin::registerPrototypes_() {
-    const auto offer = [this](const Shape& prototype) { shapeRegistry_->addPrototype(prototype); };
-    offer(FreeDrawShape(*preferences_));
-    offer(AnnotationShape(*preferences_));
-    for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon})
-        offer(PolygonShape(*preferences_, subtype));
-    for (const auto subtype : {RectangleShape::Rectangle, RectangleShape::Triangle})
-        offer(RectangleShape(*preferences_, subtype));
-    for (int subtype = CylinderShape::Circle; subtype <= CylinderShape::Cone; ++subtype)
-        offer(CylinderShape(*preferences_, static_cast<CylinderShape::Subtype>(subtype)));
-    offer(OrbitShape(*preferences_));
 }
 
 int OverlayEditorPlugin::Close() {

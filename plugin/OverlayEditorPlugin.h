@@ -65,7 +65,6 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     void handleEvent_(const HostEvent& event);
     /// Events that came while the host served a command of the plug-in's.
     void handlePostponed_();
-    void registerPrototypes_();
     void takeDown_();
 
     Equipment equipment_;
