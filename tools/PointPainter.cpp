@@ -106,7 +106,10 @@ void PointPainter::paint(const ToolPicture& picture) {
     dots.reserve(picture.points().size());
     for (const auto& entry : picture.points()) {
         const auto pixel = view_.pixel(entry.ecef);
-        if (!pixel || !view_.visiblePixel(entry.point->getPosition())) continue;
+        // What lies below the ground is seen where the ground above it is.
+        const Vec3& lla = entry.point->getPosition();
+        const Vec3 seen = lla.alt() < 0.0 ? ViewProjection::toEcef(atAltitude(lla, 0.0)) : entry.ecef;
+        if (!pixel || view_.isHiddenByEarth(seen)) continue;
         drawAltimeter_(entry);
         dots.push_back({*pixel, entry.point});
     }

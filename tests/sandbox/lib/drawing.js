@@ -124,7 +124,7 @@ const triangle = Object.assign({}, corners, {
     }
 });
 const list = {
-    points: ["0", "3", "1"],
+    points: ["0", "3", "2", "1"],
     draw() {
         const h = [[-100, 60], [-20, -80], [90, -60], [110, 70]].map(place => drag(place, place).from);
         return Object.assign({}, h);
