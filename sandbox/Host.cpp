@@ -4,13 +4,18 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMenu>
-#include <QTreeWidget>
+#include <numbers>
 
 #include "common/Notify.h"
+#include "sandbox/ClockBar.h"
+#include "sandbox/OverlayPanel.h"
+#include "sandbox/OverlayTextWindow.h"
+#include "sandbox/UserFiles.h"
 #include "sandbox/services/ContextMenu.h"
 #include "sandbox/services/FileDialogs.h"
 #include "sandbox/services/Services.h"
 #include "sandbox/view/GlobeView.h"
+#include "sandbox/view/SceneExtent.h"
 
 namespace sandbox {
 
@@ -55,7 +60,10 @@ Host::Host(const QString& settingsFile)
       services_(log_, handles_, trace_),
       window_(log_),
       overlays_(window_.view().overlays(), scenario_, handles_, log_),
-      fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)) {
+      fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)),
+      files_(std::make_unique<UserFiles>(overlays_, scenario_, window_, *fileDialogs_, settings_, log_)),
+      tracks_(window_.view().overlays(), scenario_),
+      clockBar_(new ClockBar(scenario_)) {
     halNotify::setNotifyHandler([this](halNotify::Severity severity, const std::string& message) {
         log_.add(severity, "host", QString::fromStdString(message));
     });
@@ -147,9 +155,11 @@ void Host::showPlatform(std::uint64_t id) {
     const Scenario::Platform* platform = scenario_.find(id);
     const auto point = scenario_.at(id, scenario_.time());
     if (!platform || !point) {
+        if (view().platforms().contains(id)) overlayPanelSoon_.start();
         view().removePlatform(id);
         return;
     }
+    if (!view().platforms().contains(id)) overlayPanelSoon_.start();
     view().setPlatform({.id = id,
                         .name = platform->header.name,
                         .position = {point->latRad, point->lonRad, point->altMeters},
@@ -161,30 +171,66 @@ void Host::connectWindow() {
     overlayPanelSoon_.setSingleShot(true);
     overlayPanelSoon_.setInterval(0);
     connect(&overlayPanelSoon_, &QTimer::timeout, this, &Host::refreshOverlayPanel);
-    connect(&overlays_, &OverlayFiles::filesChanged, &overlayPanelSoon_, qOverload<>(&QTimer::start));
+    const auto refreshSoon = [this] { overlayPanelSoon_.start(); };
+    connect(&overlays_, &OverlayFiles::filesChanged, this, refreshSoon);
+    connect(&scenario_, &Scenario::platformAdded, this, refreshSoon);
+    connect(&scenario_, &Scenario::platformRemoved, this, refreshSoon);
 
-    connect(&window_, &MainWindow::openOverlayRequested, this, &Host::openOverlayByUser);
     connect(&window_, &MainWindow::savePictureRequested, this, &Host::savePictureByUser);
     connect(&window_, &MainWindow::addPlatformRequested, this, &Host::addPlatformByUser);
     connect(&window_, &MainWindow::clearScenarioRequested, this,
             [this] { scenario_.clear(PIApplicationEvents_t::ScenarioCleared); });
-    connect(&window_, &MainWindow::clockToggled, &scenario_, &Scenario::setRunning);
-    connect(&window_, &MainWindow::overlayShownChanged, this, [this](void* handle, bool shown) {
+    connect(&window_, &MainWindow::tracksToggled, &tracks_, &TrackLines::setShown);
+    window_.addToolBar(Qt::BottomToolBarArea, clockBar_);
+    window_.scenarioMenu().addAction(&clockBar_->playAction());
+    window_.viewMenu().addAction(clockBar_->toggleViewAction());
+    const OverlayPanel& panel = window_.overlayPanel();
+    connect(&panel, &OverlayPanel::overlayShownChanged, this, [this](void* handle, bool shown) {
         if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);
     });
-    connect(&window_, &MainWindow::overlayMenuRequested, this, &Host::openOverlayMenu);
+    connect(&panel, &OverlayPanel::overlayMenuRequested, this, &Host::openOverlayMenu);
+    connect(&panel, &OverlayPanel::platformMenuRequested, this, &Host::openPlatformMenu);
+    connect(&panel, &OverlayPanel::overlayActivated, this, [this](void* handle) { showOverlays({handle}); });
+    connect(&panel, &OverlayPanel::platformActivated, this, &Host::showPlatformFromAbove);
     connect(&window_, &MainWindow::closing, this, &Host::closePlugins);
 }
 
 void Host::refreshOverlayPanel() {
-    std::vector<MainWindow::OverlayRow> rows;
+    std::vector<OverlayPanel::PlatformRow> platforms;
+    for (const auto& [id, platform] : scenario_.platforms())
+        platforms.push_back(
+            {id, QString::fromStdString(platform.header.name), view().platforms().contains(id)});
+    std::vector<OverlayPanel::OverlayRow> overlays;
     for (const LoadedOverlay* overlay : overlays_.files()) {
-        const Scenario::Platform* platform = scenario_.find(overlay->platform);
-        rows.push_back({overlay->handle(), QFileInfo(QString::fromStdString(overlay->path)).fileName(),
-                        platform ? QString::fromStdString(platform->header.name) : QString(),
-                        overlay->shown});
+        const QString path = QString::fromStdString(overlay->path);
+        overlays.push_back({overlay->handle(), QFileInfo(path).fileName(), path, overlay->platform,
+                            overlay->shown, static_cast<int>(overlay->messages.size())});
     }
-    window_.setOverlays(rows);
+    window_.overlayPanel().setRows(platforms, overlays);
+}
+
+void Host::showOverlays(const std::vector<void*>& handles) {
+    std::vector<const OverlayScene::Entry*> entries;
+    for (void* handle : handles)
+        if (const auto* overlay = handles_.find<LoadedOverlay>(handle))
+            entries.push_back(view().overlays().find(overlay->sceneId));
+    const auto extent = extentOf(entries);
+    if (!extent) {
+        log_.add(halNotify::Notice, "host", "nothing to see: the overlay draws nothing");
+        return;
+    }
+    const Outlook outlook = outlookOn(*extent, view().camera());
+    view().setCenter(outlook.center);
+    view().setRangeAzimuthElevation(outlook.range, 0.0, std::numbers::pi / 2.0);
+}
+
+void Host::showPlatformFromAbove(std::uint64_t id) {
+    const auto point = scenario_.at(id, scenario_.time());
+    if (!point) return;
+    constexpr double kPlatformRange = 100e3;
+    view().setCenter({point->latRad, point->lonRad, 0.0});
+    view().setRangeAzimuthElevation(std::min(view().camera().range(), kPlatformRange), 0.0,
+                                    std::numbers::pi / 2.0);
 }
 
 Plugin* Host::openPlugin(const std::filesystem::path& path) {
@@ -265,11 +311,6 @@ QStringList Host::dropLeftovers(Plugin& plugin) {
     return names;
 }
 
-bool Host::openOverlay(const std::string& path) {
-    if (LoadedOverlay* loaded = overlays_.find(path)) overlays_.unload(*loaded);
-    return overlays_.loadFile(path, 0, true) != nullptr;
-}
-
 void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& globalPosition) {
     auto* gathered = handles_.add(std::make_unique<ContextMenu>(), nullptr);
     void* menuHandle = gathered->handle();
@@ -280,10 +321,14 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
         };
     };
     const bool any = !overlays.empty();
+    gathered->add(90, "Zoom To", any, [this, overlays] { showOverlays(overlays); });
     gathered->add(100, "Show", any,
                   forEach([this](LoadedOverlay& overlay) { overlays_.show(overlay, true); }));
     gathered->add(110, "Hide", any,
                   forEach([this](LoadedOverlay& overlay) { overlays_.show(overlay, false); }));
+    gathered->add(120, "Show Text", any, forEach([this](LoadedOverlay& overlay) {
+                      (new OverlayTextWindow(overlay, &window_))->show();
+                  }));
     gathered->add(900, "Unload", any, forEach([this](LoadedOverlay& overlay) { overlays_.unload(overlay); }));
 
     PIHALVIS::ZelMenuData data;
@@ -300,15 +345,12 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
     menu->popup(globalPosition);
 }
 
-void Host::openOverlayByUser() {
-    const QString path = fileDialogs_->ask(
-        {.kind = FileDialogs::Kind::Load,
-         .title = "Open Overlay",
-         .group = "Host",
-         .key = "LastOverlay",
-         .startDirectory = {},
-         .filterRows = {"Overlays\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "All files\t*"}});
-    if (!path.isEmpty()) openOverlay(path.toStdString());
+void Host::openPlatformMenu(std::uint64_t id, const QPoint& globalPosition) {
+    auto* menu = new QMenu(&window_);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction("Zoom To", this, [this, id] { showPlatformFromAbove(id); });
+    menu->addAction("Remove", this, [this, id] { scenario_.remove(id); });
+    menu->popup(globalPosition);
 }
 
 void Host::savePictureByUser() {

@@ -13,14 +13,17 @@
 #include "sandbox/MainWindow.h"
 #include "sandbox/OverlayFiles.h"
 #include "sandbox/Plugin.h"
-#include "sandbox/Scenario.h"
 #include "sandbox/ServiceTable.h"
 #include "sandbox/Settings.h"
+#include "sandbox/TrackLines.h"
+#include "sandbox/scenario/Scenario.h"
 #include "sandbox/services/PluginRegistrations.h"
 
 namespace sandbox {
 
+class ClockBar;
 class FileDialogs;
+class UserFiles;
 struct ViewMouseEvent;
 
 /// The stand-in host, put together: its parts, the services over them, the plug-ins that use these, and
@@ -55,10 +58,13 @@ class Host : public QObject {
 
     /// The mouse's last place in the view, widget pixels; negative before the first event.
     QPoint cursor() const { return cursor_; }
-    /// Reloads the overlay when it is loaded already.
-    bool openOverlay(const std::string& path);
+    UserFiles& files() { return *files_; }
     /// Builds and pops up the menu that a right click in the overlay panel opens.
     void openOverlayMenu(const std::vector<void*>& handles, const QPoint& globalPosition);
+    void openPlatformMenu(std::uint64_t id, const QPoint& globalPosition);
+    /// Turns the view to everything that the overlays draw, as near as it can see it all.
+    void showOverlays(const std::vector<void*>& handles);
+    void showPlatformFromAbove(std::uint64_t id);
 
     /// Gives the view the mouse, or takes it back, after a plug-in has grabbed or ungrabbed it.
     void updateMouseGrab();
@@ -78,7 +84,6 @@ class Host : public QObject {
     void refreshOverlayPanel();
     void addPlatformByUser();
     void savePictureByUser();
-    void openOverlayByUser();
 
     Log log_;
     Settings settings_;
@@ -90,6 +95,9 @@ class Host : public QObject {
     OverlayFiles overlays_;
     PluginRegistrations registrations_;
     std::unique_ptr<FileDialogs> fileDialogs_;
+    std::unique_ptr<UserFiles> files_;
+    TrackLines tracks_;
+    ClockBar* clockBar_;
     std::vector<std::unique_ptr<Plugin>> plugins_;
     QTimer overlayPanelSoon_;
     QPoint cursor_{-1, -1};

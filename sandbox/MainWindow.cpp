@@ -2,29 +2,27 @@
 
 #include <QCloseEvent>
 #include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
-#include <QSignalBlocker>
 #include <QStatusBar>
-#include <QTreeWidget>
 
 #include "common/Notify.h"
 #include "sandbox/Log.h"
+#include "sandbox/OverlayPanel.h"
 #include "sandbox/PositionText.h"
 #include "sandbox/view/GlobeView.h"
+#include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
 
 namespace {
 
-constexpr int kHandleRole = Qt::UserRole;
 constexpr int kLogLinesShown = 2000;
-
-void* handleOf(const QTreeWidgetItem& item) {
-    return reinterpret_cast<void*>(item.data(0, kHandleRole).value<quintptr>());
-}
 
 }  // namespace
 
@@ -32,6 +30,7 @@ MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
     setWindowTitle("HALVIS Sandbox");
     setCentralWidget(view_);
     setContextMenuPolicy(Qt::NoContextMenu);
+    setAcceptDrops(true);
     buildMenus();
     buildPanels(log);
 
@@ -49,15 +48,22 @@ MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
 void MainWindow::buildMenus() {
     QMenu* file = menuBar()->addMenu("&File");
     file->addAction("&Open Overlay...", QKeySequence::Open, this, &MainWindow::openOverlayRequested);
+    file->addAction("Open &Platforms...", this, &MainWindow::openPlatformsRequested);
+    recentMenu_ = file->addMenu("Open &Recent");
+    recentMenu_->setToolTipsVisible(true);
+    setRecentFiles({});
+    file->addSeparator();
     file->addAction("Save &Picture...", this, &MainWindow::savePictureRequested);
     file->addSeparator();
     file->addAction("&Quit", QKeySequence::Quit, this, &QWidget::close);
 
-    QMenu* scenario = menuBar()->addMenu("&Scenario");
-    scenario->addAction("&Add Platform...", this, &MainWindow::addPlatformRequested);
-    scenario->addAction("&Run Clock", this, &MainWindow::clockToggled)->setCheckable(true);
-    scenario->addSeparator();
-    scenario->addAction("&Clear Scenario", this, &MainWindow::clearScenarioRequested);
+    scenarioMenu_ = menuBar()->addMenu("&Scenario");
+    scenarioMenu_->addAction("&Add Platform...", this, &MainWindow::addPlatformRequested);
+    QAction* tracks = scenarioMenu_->addAction("Show &Tracks", this, &MainWindow::tracksToggled);
+    tracks->setCheckable(true);
+    tracks->setChecked(true);
+    scenarioMenu_->addSeparator();
+    scenarioMenu_->addAction("&Clear Scenario", this, &MainWindow::clearScenarioRequested);
 
     pluginMenu_ = menuBar()->addMenu("&Plug-ins");
     pluginMenu_->setToolTipsVisible(true);
@@ -65,23 +71,10 @@ void MainWindow::buildMenus() {
 }
 
 void MainWindow::buildPanels(const Log& log) {
-    overlayList_ = new QTreeWidget;
-    overlayList_->setHeaderLabels({"Overlay", "Platform"});
-    overlayList_->setRootIsDecorated(false);
-    overlayList_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    overlayList_->setContextMenuPolicy(Qt::CustomContextMenu);
-    overlayList_->header()->setStretchLastSection(true);
-    connect(overlayList_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) {
-        emit overlayShownChanged(handleOf(*item), item->checkState(0) == Qt::Checked);
-    });
-    connect(overlayList_, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
-        std::vector<void*> handles;
-        for (const QTreeWidgetItem* item : overlayList_->selectedItems()) handles.push_back(handleOf(*item));
-        emit overlayMenuRequested(handles, overlayList_->viewport()->mapToGlobal(position));
-    });
+    overlayPanel_ = new OverlayPanel;
     auto* overlays = new QDockWidget("Overlays", this);
     overlays->setObjectName("Overlays");
-    overlays->setWidget(overlayList_);
+    overlays->setWidget(overlayPanel_);
     addDockWidget(Qt::RightDockWidgetArea, overlays);
 
     logText_ = new QPlainTextEdit;
@@ -98,9 +91,9 @@ void MainWindow::buildPanels(const Log& log) {
     resizeDocks({overlays}, {240}, Qt::Horizontal);
     resizeDocks({messages}, {96}, Qt::Vertical);
 
-    QMenu* panels = menuBar()->addMenu("&View");
-    panels->addAction(overlays->toggleViewAction());
-    panels->addAction(messages->toggleViewAction());
+    viewMenu_ = menuBar()->addMenu("&View");
+    viewMenu_->addAction(overlays->toggleViewAction());
+    viewMenu_->addAction(messages->toggleViewAction());
 }
 
 void MainWindow::appendLogEntry(const LogEntry& entry) {
@@ -115,18 +108,26 @@ void MainWindow::appendLogEntry(const LogEntry& entry) {
         logText_->appendPlainText(line);
 }
 
-void MainWindow::setOverlays(const std::vector<OverlayRow>& rows) {
-    const QSignalBlocker blocker(overlayList_);
-    std::vector<void*> selected;
-    for (const QTreeWidgetItem* item : overlayList_->selectedItems()) selected.push_back(handleOf(*item));
-    overlayList_->clear();
-    for (const OverlayRow& row : rows) {
-        auto* item = new QTreeWidgetItem(overlayList_, {row.name, row.detail});
-        item->setData(0, kHandleRole, QVariant::fromValue(reinterpret_cast<quintptr>(row.handle)));
-        item->setCheckState(0, row.shown ? Qt::Checked : Qt::Unchecked);
-        item->setToolTip(0, row.name);
-        item->setSelected(std::find(selected.begin(), selected.end(), row.handle) != selected.end());
+void MainWindow::setRecentFiles(const QStringList& paths) {
+    recentMenu_->clear();
+    recentMenu_->setEnabled(!paths.isEmpty());
+    for (const QString& path : paths) {
+        QAction* action = recentMenu_->addAction(Caption::escaped(QFileInfo(path).fileName()), this,
+                                                 [this, path] { emit filesGiven({path}); });
+        action->setToolTip(path);
     }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    QStringList paths;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile()) paths << url.toLocalFile();
+    event->acceptProposedAction();
+    emit filesGiven(paths);
 }
 
 void MainWindow::showCursor(bool onEarth, double latitude, double longitude) {

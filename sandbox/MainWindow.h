@@ -7,12 +7,12 @@
 class QLabel;
 class QMenu;
 class QPlainTextEdit;
-class QTreeWidget;
 
 namespace sandbox {
 
 class GlobeView;
 class Log;
+class OverlayPanel;
 struct LogEntry;
 
 /// The host's window: the globe, menus, the panels of overlays and messages, the status bar. It holds no
@@ -21,22 +21,18 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// A line of the overlay panel.
-    struct OverlayRow {
-        void* handle = nullptr;
-        QString name;
-        QString detail;
-        bool shown = true;
-    };
-
     explicit MainWindow(const Log& log);
 
     GlobeView& view() { return *view_; }
     QMenu& pluginMenu() { return *pluginMenu_; }
     QMenu& actionsMenu() { return *actionsMenu_; }
-    QTreeWidget& overlayList() { return *overlayList_; }
+    OverlayPanel& overlayPanel() { return *overlayPanel_; }
 
-    void setOverlays(const std::vector<OverlayRow>& rows);
+    QMenu& scenarioMenu() { return *scenarioMenu_; }
+    QMenu& viewMenu() { return *viewMenu_; }
+
+    /// The files of the "Open Recent" menu, latest first.
+    void setRecentFiles(const QStringList& paths);
     /// The text of the status bar about the cursor and the camera.
     QString statusText() const;
 
@@ -45,14 +41,17 @@ class MainWindow : public QMainWindow {
     void savePictureRequested();
     void addPlatformRequested();
     void clearScenarioRequested();
-    void clockToggled(bool running);
-    void overlayShownChanged(void* handle, bool shown);
-    void overlayMenuRequested(const std::vector<void*>& handles, const QPoint& globalPosition);
+    void openPlatformsRequested();
+    /// Files were dropped on the window, or chosen among the recent ones.
+    void filesGiven(const QStringList& paths);
+    void tracksToggled(bool shown);
     /// The window is about to close.
     void closing();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     void buildMenus();
@@ -64,7 +63,10 @@ class MainWindow : public QMainWindow {
     GlobeView* view_;
     QMenu* pluginMenu_ = nullptr;
     QMenu* actionsMenu_ = nullptr;
-    QTreeWidget* overlayList_ = nullptr;
+    QMenu* scenarioMenu_ = nullptr;
+    QMenu* viewMenu_ = nullptr;
+    QMenu* recentMenu_ = nullptr;
+    OverlayPanel* overlayPanel_ = nullptr;
     QPlainTextEdit* logText_ = nullptr;
     QLabel* positionLabel_ = nullptr;
     QLabel* rangeLabel_ = nullptr;

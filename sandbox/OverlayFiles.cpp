@@ -12,7 +12,7 @@
 #include "sandbox/Log.h"
 #include "sandbox/OverlayNotes.h"
 #include "sandbox/Plugin.h"
-#include "sandbox/Scenario.h"
+#include "sandbox/scenario/Scenario.h"
 
 namespace sandbox {
 
@@ -54,25 +54,30 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
     connect(&scenario, &Scenario::platformRemoved, this, &OverlayFiles::platformRemoved);
 }
 
-LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner) {
+OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
     halCore::ZEL::ParseReport report;
     OverlayScene::Shapes shapes;
-    halCore::ZEL::Parser().parse(std::string_view(overlay->text), shapes, report);
-    const auto say = [&](int severity, std::size_t line, const std::string& text) {
+    halCore::ZEL::Parser().parse(std::string_view(overlay.text), shapes, report);
+    report.addUnterminatedBlock();
+    overlay.messages = std::move(report.messages);
+    if (!overlay.isStream()) {
+        for (OverlayNote& note : notesOn(shapes, directoryOf(overlay)))
+            overlay.messages.push_back({report.shapeLines[note.shape],
+                                        note.isFault ? halNotify::Warning : halNotify::Notice,
+                                        std::move(note.text)});
+    }
+    const QString source = overlay.isStream() ? overlay.describe() : QString::fromStdString(overlay.path);
+    for (const auto& message : overlay.messages)
         log_.add(
-            severity, "host",
-            QString("%1, line %2: %3").arg(overlay->describe()).arg(line).arg(QString::fromStdString(text)));
-    };
-    for (const auto& message : report.messages) say(message.severity, message.line, message.text);
-    if (shapes.empty()) {
-        log_.add(halNotify::Error, "host", overlay->describe() + " holds no shape");
-        return nullptr;
-    }
-    if (!overlay->isStream()) {
-        for (const OverlayNote& note : notesOn(shapes, directoryOf(*overlay)))
-            say(note.isFault ? halNotify::Warning : halNotify::Notice, report.shapeLines[note.shape],
-                note.text);
-    }
+            message.severity, "host",
+            QString("%1:%2: %3").arg(source).arg(message.line).arg(QString::fromStdString(message.text)));
+    if (shapes.empty()) log_.add(halNotify::Error, "host", overlay.describe() + " holds no shape");
+    return shapes;
+}
+
+LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner) {
+    auto shapes = read(*overlay);
+    if (shapes.empty()) return nullptr;
     overlay->sceneId =
         scene_.add(std::move(shapes), reference(overlay->platform), overlay->shown, directoryOf(*overlay));
     return handles_.add(std::move(overlay), owner);
@@ -95,6 +100,24 @@ LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t pla
     tell("overlay added", [handle](PIHALVIS::ZELEventObserver* observer) { observer->addedZEL(handle); });
     // An observer may have unloaded it again.
     return handles_.find<LoadedOverlay>(handle);
+}
+
+bool OverlayFiles::reload(LoadedOverlay& overlay) {
+    LoadedOverlay fresh(scene_);
+    fresh.path = overlay.path;
+    if (const std::string error = UTILS::readFile(overlay.path, fresh.text); !error.empty()) {
+        log_.add(halNotify::Error, "host",
+                 QString("%1 cannot be opened: %2").arg(overlay.describe(), QString::fromStdString(error)));
+        return false;
+    }
+    if (fresh.text == overlay.text) return true;
+    auto shapes = read(fresh);
+    if (shapes.empty()) return false;
+    overlay.text = std::move(fresh.text);
+    overlay.messages = std::move(fresh.messages);
+    scene_.replace(overlay.sceneId, std::move(shapes));
+    emit filesChanged();
+    return true;
 }
 
 LoadedOverlay* OverlayFiles::loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner) {
@@ -172,19 +195,19 @@ std::optional<OverlayReference> OverlayFiles::reference(std::uint64_t platform) 
         {point->latRad, point->lonRad, point->altMeters}, point->headingRad, point->pitchRad, point->rollRad};
 }
 
-OverlayScene::Shapes OverlayFiles::line(const PIData::PIDataPoint& from, const PIData::PIDataPoint& to,
-                                        std::uint32_t rgba) {
-    const auto point = [](const PIData::PIDataPoint& place) {
-        constexpr double degree = std::numbers::pi / 180.0;
-        return "lla " + UTILS::writeNumber(place.latRad / degree) + ' ' +
-               UTILS::writeNumber(place.lonRad / degree) + ' ' + UTILS::writeNumber(place.altMeters) + '\n';
-    };
+OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
+                                        int width) {
+    constexpr double degree = std::numbers::pi / 180.0;
     // The file's colours run alpha, blue, green, red.
     const std::uint32_t abgr =
         (rgba & 0xff) << 24 | (rgba >> 8 & 0xff) << 16 | (rgba >> 16 & 0xff) << 8 | rgba >> 24;
     const QString color = QString("0x%1").arg(abgr, 8, 16, QChar('0'));
-    return parse("start\nline\naltitudeunits m\nlinewidth 2\nlinecolor hex " + color.toStdString() + '\n' +
-                 point(from) + point(to) + "end\n");
+    std::string text = "start\nline\naltitudeunits m\nlinewidth " + std::to_string(width) +
+                       "\nlinecolor hex " + color.toStdString() + '\n';
+    for (const PIData::PIDataPoint& place : places)
+        text += "lla " + UTILS::writeNumber(place.latRad / degree) + ' ' +
+                UTILS::writeNumber(place.lonRad / degree) + ' ' + UTILS::writeNumber(place.altMeters) + '\n';
+    return parse(text + "end\n");
 }
 
 void OverlayFiles::platformChanged(std::uint64_t id) {

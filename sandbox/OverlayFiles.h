@@ -3,9 +3,11 @@
 #include <QObject>
 #include <cstdint>
 #include <istream>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "format/ParseReport.h"
 #include "pi/HostObservers.h"
 #include "pi/HostStructures.h"
 #include "sandbox/HandleRegistry.h"
@@ -26,9 +28,10 @@ class LoadedOverlay final : public HostObject {
     bool isPluginsOwn() const override { return isStream(); }
     bool isStream() const { return path.empty(); }
 
-    std::string path;            ///< absolute; empty for a stream
-    std::string text;            ///< as it was read
-    std::uint64_t platform = 0;  ///< that it is attached to, or 0
+    std::string path;                                  ///< absolute; empty for a stream
+    std::string text;                                  ///< as it was read
+    std::vector<halCore::ZEL::ParseMessage> messages;  ///< of its reading
+    std::uint64_t platform = 0;                        ///< that it is attached to, or 0
     bool shown = true;
     OverlayScene::Id sceneId = 0;
 
@@ -48,6 +51,9 @@ class OverlayFiles : public QObject {
     LoadedOverlay* loadFile(const std::string& path, std::uint64_t platform, bool shown);
     /// Cheap enough for every mouse move: nothing but the scene hears of it. Null when there is no shape.
     LoadedOverlay* loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner);
+    /// Reads the file again; the overlay stays what it is to those who know it. What was read last stands
+    /// when the file cannot be read or holds no shape: false then.
+    bool reload(LoadedOverlay& overlay);
     void unload(LoadedOverlay& overlay);
     void show(LoadedOverlay& overlay, bool shown);
 
@@ -63,9 +69,9 @@ class OverlayFiles : public QObject {
     /// Removes the plug-in's observers. \return how many there were
     int removeObservers(const Plugin* owner);
 
-    /// A line between two places on or above the ground.
-    static OverlayScene::Shapes line(const PIData::PIDataPoint& from, const PIData::PIDataPoint& to,
-                                     std::uint32_t rgba);
+    /// A line along places on or above the ground, `width` pixels wide.
+    static OverlayScene::Shapes line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
+                                     int width);
 
   signals:
     /// The files or what is shown of them have changed.
@@ -77,6 +83,7 @@ class OverlayFiles : public QObject {
         Plugin* owner;
     };
 
+    OverlayScene::Shapes read(LoadedOverlay& overlay);
     LoadedOverlay* add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner);
     void platformChanged(std::uint64_t id);
     void platformRemoved(std::uint64_t id);

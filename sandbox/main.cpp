@@ -13,6 +13,7 @@
 #include "sandbox/Host.h"
 #include "sandbox/RenderCommand.h"
 #include "sandbox/SizeText.h"
+#include "sandbox/UserFiles.h"
 #include "sandbox/script/ScriptRun.h"
 #include "sandbox/view/GlobeView.h"
 
@@ -124,7 +125,7 @@ int main(int argc, char** argv) {
     host.window().resize(options.size);
     host.window().show();
     if (options.plugin != "none") host.openPlugin(options.plugin.toStdString());
-    for (const QString& overlay : options.overlays) host.openOverlay(overlay.toStdString());
+    for (const QString& overlay : options.overlays) host.files().open(overlay);
     if (options.script.isEmpty()) return QApplication::exec();
 
     sandbox::ScriptRun run(host, options.script, options.scriptArguments);

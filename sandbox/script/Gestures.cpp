@@ -139,8 +139,12 @@ void chooseOption(QComboBox& menu, int index) {
 void clickItem(QTreeWidget& list, int index, Qt::KeyboardModifiers modifiers) {
     QTreeWidgetItem* item = list.topLevelItem(index);
     if (!item) throw ScriptError{QString("the list has no item %1").arg(index)};
-    list.scrollToItem(item);
-    QRect place = list.visualItemRect(item);
+    clickItem(list, *item, modifiers);
+}
+
+void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers) {
+    list.scrollToItem(&item);
+    QRect place = list.visualItemRect(&item);
     place.setWidth(std::min(place.width(), list.columnWidth(0)));
     list.setFocus(Qt::MouseFocusReason);
     click(*list.viewport(), place.center(), Qt::LeftButton, modifiers);

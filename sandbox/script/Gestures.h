@@ -10,6 +10,7 @@
 class QColorDialog;
 class QComboBox;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace sandbox::gestures {
 
@@ -35,6 +36,7 @@ void chooseFromMenuBar(QMenuBar& bar, const QStringList& path);
 void chooseFromMenu(QMenu& menu, const QStringList& path);
 void chooseOption(QComboBox& menu, int index);
 void clickItem(QTreeWidget& list, int index, Qt::KeyboardModifiers modifiers = {});
+void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers = {});
 /// Enters a colour (and its opacity, where the dialog has it) and confirms.
 void enterColor(QColorDialog& dialog, const QColor& color);
 

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "sandbox/Host.h"
+#include "sandbox/UserFiles.h"
 #include "sandbox/script/ScriptRun.h"
 #include "sandbox/view/GlobeView.h"
 
@@ -74,7 +75,8 @@ QVariantList ScriptScene::platforms() {
     return step([&] {
         QVariantList result;
         for (const auto& [id, platform] : host().scenario().platforms()) {
-            const auto point = host().scenario().at(id, host().scenario().time()).value_or(platform.point);
+            const auto point =
+                host().scenario().at(id, host().scenario().time()).value_or(platform.track.points().front());
             result << QVariantMap{{"id", static_cast<double>(id)},
                                   {"name", QString::fromStdString(platform.header.name)},
                                   {"icon", QString::fromStdString(platform.header.icon)},
@@ -120,7 +122,7 @@ QVariantList ScriptScene::overlays() {
 bool ScriptScene::openOverlay(const QString& path, double platform) {
     return step([&] {
         const auto id = static_cast<std::uint64_t>(platform);
-        if (id == 0) return host().openOverlay(path.toStdString());
+        if (id == 0) return host().files().open(path);
         if (!host().scenario().find(id)) throw ScriptError{QString("there is no platform %1").arg(id)};
         return host().overlays().loadFile(path.toStdString(), id, true) != nullptr;
     });

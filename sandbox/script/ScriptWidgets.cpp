@@ -7,6 +7,7 @@
 #include <QTreeWidget>
 
 #include "sandbox/Host.h"
+#include "sandbox/OverlayPanel.h"
 #include "sandbox/script/Gestures.h"
 #include "sandbox/script/ScriptRun.h"
 #include "sandbox/widgets/Controls.h"
@@ -59,14 +60,13 @@ QColor readColor(const QString& text) {
                   static_cast<int>(rgba >> 8 & 255), static_cast<int>(rgba & 255));
 }
 
-QTreeWidgetItem& overlayItem(QTreeWidget& list, const QString& name) {
+QTreeWidgetItem& overlayItem(const OverlayPanel& panel, const QString& name) {
+    if (QTreeWidgetItem* item = panel.findOverlay(name)) return *item;
     QStringList there;
-    for (int i = 0; i < list.topLevelItemCount(); ++i) {
-        QTreeWidgetItem* item = list.topLevelItem(i);
-        if (item->text(0) == name) return *item;
+    for (QTreeWidgetItem* item : panel.findItems("*", Qt::MatchWildcard | Qt::MatchRecursive))
         there << item->text(0);
-    }
-    throw ScriptError{QString("the overlay panel shows no \"%1\", but: %2").arg(name, there.join(", "))};
+    throw ScriptError{
+        QString("the overlay panel shows no single \"%1\", but: %2").arg(name, there.join(", "))};
 }
 
 }  // namespace
@@ -112,13 +112,13 @@ QVariantList ScriptWidgets::menuItems(const QString& menu) {
 void ScriptWidgets::overlayMenu(const QStringList& overlays, const QStringList& path) {
     step([&] {
         run().settle();
-        QTreeWidget& list = host().window().overlayList();
+        OverlayPanel& list = host().window().overlayPanel();
         QPoint place(4, list.viewport()->height() - 4);
         list.clearSelection();
         Qt::KeyboardModifiers modifiers;
         for (const QString& name : overlays) {
             QTreeWidgetItem& item = overlayItem(list, name);
-            gestures::clickItem(list, list.indexOfTopLevelItem(&item), modifiers);
+            gestures::clickItem(list, item, modifiers);
             modifiers = Qt::ControlModifier;
             place = list.visualItemRect(&item).center();
         }
@@ -138,7 +138,7 @@ void ScriptWidgets::overlayMenu(const QStringList& overlays, const QStringList& 
 void ScriptWidgets::tickOverlay(const QString& overlay, bool shown) {
     step([&] {
         run().settle();
-        QTreeWidget& list = host().window().overlayList();
+        OverlayPanel& list = host().window().overlayPanel();
         QTreeWidgetItem& item = overlayItem(list, overlay);
         if ((item.checkState(0) == Qt::Checked) == shown) return;
         list.setCurrentItem(&item);

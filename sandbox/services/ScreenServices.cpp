@@ -1,3 +1,4 @@
+#include <array>
 #include <QEvent>
 #include <QFontMetrics>
 
@@ -89,7 +90,7 @@ class AnimatedLine final : public HostObject {
         const double time = host_.scenario().time();
         const auto from = host_.scenario().at(from_, time);
         const auto to = host_.scenario().at(to_, time);
-        if (from && to) scene_ = scene.add(OverlayFiles::line(*from, *to, rgba_));
+        if (from && to) scene_ = scene.add(OverlayFiles::line(std::array{*from, *to}, rgba_, 2));
     }
 
     Host& host_;

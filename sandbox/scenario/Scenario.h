@@ -10,6 +10,8 @@
 
 #include "pi/HostStructures.h"
 #include "pi/PIEvents.h"
+#include "sandbox/scenario/PlatformFile.h"
+#include "sandbox/scenario/Track.h"
 
 namespace sandbox {
 
@@ -23,22 +25,33 @@ class Scenario : public QObject {
   public:
     struct Platform {
         PIData::PIPlatformHeader header;
-        PIData::PIDataPoint point;  ///< where it is at the point's own time
-        Plugin* owner = nullptr;    ///< who created it through a service
+        Track track;
+        std::string file;         ///< that it was loaded from; empty for all others
+        Plugin* owner = nullptr;  ///< who created it through a service
     };
 
     Scenario();
 
     static constexpr int kReferenceYear = 2026;
-    double beginTime() const { return 0.0; }
+    /// What the tracks of loaded platforms span; both 0 without any.
+    double beginTime() const { return begin_; }
+    double endTime() const { return end_; }
     double time() const { return time_; }
     void setTime(double seconds);
-    /// Lets the clock run with the wall clock.
+
+    /// Lets the clock run, `rate` times as fast as the clock on the wall. It stops by itself where the
+    /// tracks end, but goes on when it is started there.
     void setRunning(bool running);
+    bool isRunning() const { return tick_.isActive(); }
+    void setRate(double rate);
+    double rate() const { return rate_; }
 
     /// \return the new platform's id, never 0
     std::uint64_t add(const PIData::PIPlatformHeader& header, const PIData::PIDataPoint& point,
                       Plugin* owner = nullptr);
+    /// Adds a file's platforms. Those that were loaded from the same file under the same name get the new
+    /// track and stay what overlays are attached to; the clock goes to the begin when it is outside.
+    void load(const std::string& file, std::vector<PlatformFile::Platform> platforms);
     /// False for an unknown id, as below.
     bool move(std::uint64_t id, const PIData::PIDataPoint& point);
     bool remove(std::uint64_t id);
@@ -48,22 +61,31 @@ class Scenario : public QObject {
     /// In the order of their creation.
     const std::map<std::uint64_t, Platform>& platforms() const { return platforms_; }
     const Platform* find(std::uint64_t id) const;
-    /// A platform's place at a time: with a speed it follows the geodesic that its heading starts. It has
-    /// data from its point's time on, without a speed at all times.
+    /// A platform's place at a time, if it has one then; see Track.
     std::optional<PIData::PIDataPoint> at(std::uint64_t id, double seconds) const;
 
   signals:
     void platformAdded(std::uint64_t id);
     /// Also sent as time passes for a platform with a speed.
     void platformMoved(std::uint64_t id);
+    /// It was given another track.
+    void trackChanged(std::uint64_t id);
     void platformRemoved(std::uint64_t id);
     void cleared(PIApplicationEvents_t why);
     void timeChanged();
+    /// The clock was started, stopped or given another rate, or the tracks span another time.
+    void clockChanged();
 
   private:
+    void tick();
+    void updateSpan();
+
     std::map<std::uint64_t, Platform> platforms_;
     std::uint64_t lastId_ = 0;
     double time_ = 0.0;
+    double begin_ = 0.0;
+    double end_ = 0.0;
+    double rate_ = 1.0;
     QTimer tick_;
     QElapsedTimer sinceTick_;
 };

@@ -1,0 +1,152 @@
+#include "sandbox/UserFiles.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <map>
+#include <utility>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "sandbox/Log.h"
+#include "sandbox/MainWindow.h"
+#include "sandbox/OverlayFiles.h"
+#include "sandbox/Settings.h"
+#include "sandbox/scenario/Scenario.h"
+#include "sandbox/services/FileDialogs.h"
+
+namespace sandbox {
+
+namespace {
+
+constexpr int kRecentFiles = 10;
+const char* const kRecentKey = "Host/RecentFiles";
+/// Programs write a file in several steps, or put another in its place.
+constexpr int kSettleMilliseconds = 200;
+
+}  // namespace
+
+UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& window, FileDialogs& dialogs,
+                     Settings& settings, Log& log)
+    : overlays_(overlays),
+      scenario_(scenario),
+      window_(window),
+      dialogs_(dialogs),
+      settings_(settings),
+      log_(log) {
+    connect(&window_, &MainWindow::openOverlayRequested, this, [this] {
+        ask("Open Overlay", "LastOverlay",
+            {"Overlays\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "All files\t*"});
+    });
+    connect(&window_, &MainWindow::openPlatformsRequested, this,
+            [this] { ask("Open Platforms", "LastPlatforms", {"Platforms\t*.csv"}); });
+    connect(&window_, &MainWindow::filesGiven, this, [this](const QStringList& paths) {
+        for (const QString& path : paths) open(path);
+    });
+    connect(&overlays_, &OverlayFiles::filesChanged, this, &UserFiles::watch);
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& path) {
+        changed_.insert(path);
+        readSoon_.start();
+    });
+    readSoon_.setSingleShot(true);
+    readSoon_.setInterval(kSettleMilliseconds);
+    connect(&readSoon_, &QTimer::timeout, this, &UserFiles::readChanged);
+    window_.setRecentFiles(recent());
+}
+
+bool UserFiles::open(const QString& path) {
+    const QString whole = QFileInfo(path).absoluteFilePath();
+    const bool opened =
+        whole.endsWith(".csv", Qt::CaseInsensitive) ? openPlatforms(whole) : openOverlay(whole);
+    if (opened) remember(whole);
+    return opened;
+}
+
+bool UserFiles::openOverlay(const QString& path) {
+    if (LoadedOverlay* loaded = overlays_.find(path.toStdString())) return overlays_.reload(*loaded);
+    return overlays_.loadFile(path.toStdString(), 0, true) != nullptr;
+}
+
+bool UserFiles::openPlatforms(const QString& path) {
+    std::string text;
+    if (const std::string error = UTILS::readFile(path.toStdString(), text); !error.empty()) {
+        log_.add(halNotify::Error, "host",
+                 QString("platform file %1 cannot be opened: %2").arg(path, QString::fromStdString(error)));
+        return false;
+    }
+    PlatformFile file = readPlatformFile(text, Scenario::kReferenceYear);
+    for (const PlatformFile::Message& message : file.messages)
+        log_.add(halNotify::Error, "host",
+                 QString("%1:%2: %3").arg(path).arg(message.line).arg(QString::fromStdString(message.text)));
+    if (file.platforms.empty()) {
+        log_.add(halNotify::Error, "host", QString("platform file %1 holds no platform").arg(path));
+        return false;
+    }
+    std::map<std::string, std::string> overlays;
+    for (const PlatformFile::Platform& platform : file.platforms)
+        if (!platform.overlay.empty()) overlays[platform.name] = platform.overlay;
+    scenario_.load(path.toStdString(), std::move(file.platforms));
+    for (const auto& [id, platform] : scenario_.platforms())
+        if (const auto at = overlays.find(platform.header.name);
+            at != overlays.end() && platform.file == path.toStdString())
+            attach(QFileInfo(path).dir().absoluteFilePath(QString::fromStdString(at->second)), id);
+    platformFiles_.insert(path);
+    watch();
+    return true;
+}
+
+void UserFiles::attach(const QString& path, std::uint64_t platform) {
+    const std::string overlay = path.toStdString();
+    for (const LoadedOverlay* loaded : overlays_.files())
+        if (loaded->path == overlay && loaded->platform == platform) return;
+    overlays_.loadFile(overlay, platform, true);
+}
+
+void UserFiles::ask(const QString& title, const QString& key, const QStringList& filterRows) {
+    const QString path = dialogs_.ask({.kind = FileDialogs::Kind::Load,
+                                       .title = title,
+                                       .group = "Host",
+                                       .key = key,
+                                       .startDirectory = {},
+                                       .filterRows = filterRows});
+    if (!path.isEmpty()) open(path);
+}
+
+QStringList UserFiles::recent() const {
+    return settings_.value(kRecentKey).split('\n', Qt::SkipEmptyParts);
+}
+
+void UserFiles::remember(const QString& path) {
+    QStringList paths = recent();
+    paths.removeAll(path);
+    paths.prepend(path);
+    paths = paths.mid(0, kRecentFiles);
+    settings_.setValue(kRecentKey, paths.join('\n'));
+    window_.setRecentFiles(paths);
+}
+
+void UserFiles::watch() {
+    QSet<QString> wanted = platformFiles_;
+    for (const LoadedOverlay* overlay : overlays_.files())
+        wanted.insert(QString::fromStdString(overlay->path));
+    for (const QString& path : watcher_.files())
+        if (!wanted.remove(path)) watcher_.removePath(path);
+    for (const QString& path : wanted)
+        if (QFileInfo::exists(path)) watcher_.addPath(path);
+}
+
+void UserFiles::readChanged() {
+    for (const QString& path : std::exchange(changed_, {})) {
+        if (!QFileInfo::exists(path)) {
+            log_.add(halNotify::Warning, "host", path + " is gone from the disk; it stays as it was read");
+            continue;
+        }
+        if (platformFiles_.contains(path))
+            openPlatforms(path);
+        else if (LoadedOverlay* loaded = overlays_.find(path.toStdString()))
+            overlays_.reload(*loaded);
+    }
+    // A file that was replaced is not watched any more.
+    watch();
+}
+
+}  // namespace sandbox

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+#include <QTimer>
+
+namespace sandbox {
+
+class FileDialogs;
+class Log;
+class MainWindow;
+class OverlayFiles;
+class Scenario;
+class Settings;
+
+/// The files that the user opens: overlays and platforms. Everything that is wrong with one goes to the
+/// log, with its line; what is good is shown. Files that change on disk are read again, and the menu of
+/// recent ones is kept in the settings.
+class UserFiles : public QObject {
+    Q_OBJECT
+
+  public:
+    UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& window, FileDialogs& dialogs,
+              Settings& settings, Log& log);
+
+    /// Opens platforms by ".csv", overlays by every other name; what is open already is read again.
+    /// \return whether anything of it is shown now
+    bool open(const QString& path);
+
+  private:
+    bool openPlatforms(const QString& path);
+    bool openOverlay(const QString& path);
+    void attach(const QString& path, std::uint64_t platform);
+    void ask(const QString& title, const QString& key, const QStringList& filterRows);
+    void remember(const QString& path);
+    QStringList recent() const;
+    void watch();
+    void readChanged();
+
+    OverlayFiles& overlays_;
+    Scenario& scenario_;
+    MainWindow& window_;
+    FileDialogs& dialogs_;
+    Settings& settings_;
+    Log& log_;
+    QSet<QString> platformFiles_;
+    QFileSystemWatcher watcher_;
+    QSet<QString> changed_;
+    QTimer readSoon_;
+};
+
+}  // namespace sandbox

@@ -1,0 +1,234 @@
+#include "sandbox/scenario/PlatformFile.h"
+
+#include <QDateTime>
+#include <QTimeZone>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <numbers>
+#include <optional>
+#include <utility>
+
+#include <GeographicLib/Geodesic.hpp>
+
+#include "common/NumberText.h"
+#include "common/Strings.h"
+
+namespace sandbox {
+
+namespace {
+
+using PIData::PIDataPoint;
+
+constexpr double kDegree = std::numbers::pi / 180.0;
+constexpr double kNotGiven = std::numeric_limits<double>::quiet_NaN();
+
+enum Column { Time, Name, Latitude, Longitude, Altitude, Heading, Speed, Icon, Overlay, kColumnCount };
+
+constexpr std::pair<std::string_view, Column> kColumnNames[] = {
+    {"time", Time},           {"name", Name},      {"latitude", Latitude}, {"lat", Latitude},
+    {"longitude", Longitude}, {"lon", Longitude},  {"altitude", Altitude}, {"alt", Altitude},
+    {"heading", Heading},     {"course", Heading}, {"speed", Speed},       {"icon", Icon},
+    {"overlay", Overlay},
+};
+constexpr Column kNeeded[] = {Time, Name, Latitude, Longitude};
+
+std::string_view nameOf(Column column) {
+    for (const auto& [name, which] : kColumnNames)
+        if (which == column) return name;
+    return {};
+}
+
+/// The fields of a row without the white space and quotes around them; nothing when a quote is not closed.
+std::optional<std::vector<std::string>> fieldsOf(std::string_view row, char separator) {
+    std::vector<std::string> fields;
+    std::size_t at = 0;
+    while (true) {
+        while (at < row.size() && UTILS::isBlank(row[at])) ++at;
+        std::string field;
+        if (at < row.size() && row[at] == '"') {
+            for (++at; at < row.size(); ++at) {
+                if (row[at] != '"') {
+                    field += row[at];
+                } else if (at + 1 < row.size() && row[at + 1] == '"') {
+                    field += row[at++];
+                } else {
+                    break;
+                }
+            }
+            if (at++ == row.size()) return std::nullopt;
+        }
+        const std::size_t end = std::min(row.find(separator, at), row.size());
+        field += UTILS::trimmed(row.substr(std::min(at, end), end - std::min(at, end)));
+        fields.push_back(std::move(field));
+        if (end == row.size()) return fields;
+        at = end + 1;
+    }
+}
+
+/// Reads the rows of one file; every row is good or gives one message.
+class Reader {
+  public:
+    explicit Reader(int year) : yearBegin_(QDate(year, 1, 1), QTime(0, 0), QTimeZone::utc()) {}
+
+    void readLine(std::size_t line, std::string_view row) {
+        row = UTILS::trimmed(row);
+        if (row.empty() || row.front() == '#') return;
+        if (!hasHeader_) {
+            hasHeader_ = true;
+            separator_ = row.find(',') == std::string_view::npos && row.find(';') != std::string_view::npos
+                             ? ';'
+                             : ',';
+        }
+        const auto fields = fieldsOf(row, separator_);
+        std::string problem = "a quote is not closed";
+        if (fields) problem = columns_.empty() ? readHeader(*fields) : readRow(*fields);
+        if (!problem.empty()) file_.messages.push_back({line, std::move(problem)});
+    }
+
+    /// Whether rows can be told apart: false once the first row was not the columns' names.
+    bool isReadable() const { return !hasHeader_ || !columns_.empty(); }
+
+    PlatformFile finish() {
+        for (Rows& rows : rows_)
+            file_.platforms.push_back({std::move(rows.name), std::move(rows.icon), std::move(rows.overlay),
+                                       finished(std::move(rows.points))});
+        return std::move(file_);
+    }
+
+  private:
+    struct Rows {
+        std::string name;
+        std::string icon;
+        std::string overlay;
+        std::vector<PIDataPoint> points;
+    };
+
+    std::string readHeader(const std::vector<std::string>& fields) {
+        std::vector<std::optional<Column>> columns;
+        std::array<bool, kColumnCount> found{};
+        for (const std::string& field : fields) {
+            columns.emplace_back();
+            for (const auto& [name, column] : kColumnNames)
+                if (UTILS::equalsIgnoringCase(field, name)) columns.back() = column;
+            if (!columns.back()) continue;
+            if (std::exchange(found[*columns.back()], true)) return "two columns \"" + field + '"';
+        }
+        for (const Column column : kNeeded)
+            if (!found[column])
+                return "no column \"" + std::string(nameOf(column)) +
+                       "\"; the first row must name the columns";
+        columns_ = std::move(columns);
+        return {};
+    }
+
+    /// A number in its range into `out`; an empty text leaves `out` as it is, if it may be left out.
+    static std::string readField(std::string_view text, Column column, double low, double high, double& out) {
+        if (text.empty() && column != Latitude && column != Longitude) return {};
+        const auto number = UTILS::readNumber(text);
+        if (!number || !(*number >= low && *number <= high))
+            return std::string(nameOf(column)) + ": expected a number between " + UTILS::writeNumber(low) +
+                   " and " + UTILS::writeNumber(high) + ", found \"" + UTILS::excerpt(text) + '"';
+        out = *number;
+        return {};
+    }
+
+    std::string readTime(const std::string& text, double& out) const {
+        if (const auto seconds = UTILS::readNumber(text)) {
+            out = *seconds;
+            return {};
+        }
+        QDateTime time = QDateTime::fromString(QString::fromStdString(text), Qt::ISODateWithMs);
+        if (!time.isValid())
+            return "time: expected ISO 8601 or seconds, found \"" + UTILS::excerpt(text) + '"';
+        if (time.timeSpec() == Qt::LocalTime) time.setTimeZone(QTimeZone::utc());
+        out = static_cast<double>(yearBegin_.msecsTo(time)) / 1000.0;
+        return {};
+    }
+
+    std::string readRow(const std::vector<std::string>& fields) {
+        if (fields.size() > columns_.size())
+            return std::to_string(fields.size()) + " fields for " + std::to_string(columns_.size()) +
+                   " columns";
+        std::array<std::string, kColumnCount> texts;
+        for (std::size_t i = 0; i < fields.size(); ++i)
+            if (columns_[i]) texts[*columns_[i]] = fields[i];
+        if (texts[Name].empty()) return "no name";
+
+        PIDataPoint point;
+        point.speedMetersPerSecond = kNotGiven;
+        double latitude = 0.0, longitude = 0.0, heading = kNotGiven;
+        constexpr double kHuge = 1e9;
+        std::string problem = readTime(texts[Time], point.timeSeconds);
+        const auto read = [&](Column column, double low, double high, double& out) {
+            if (problem.empty()) problem = readField(texts[column], column, low, high, out);
+        };
+        read(Latitude, -90.0, 90.0, latitude);
+        read(Longitude, -180.0, 360.0, longitude);
+        read(Altitude, -kHuge, kHuge, point.altMeters);
+        read(Heading, -360.0, 360.0, heading);
+        read(Speed, 0.0, kHuge, point.speedMetersPerSecond);
+        if (!problem.empty()) return problem;
+        point.latRad = latitude * kDegree;
+        point.lonRad = longitude * kDegree;
+        point.headingRad = heading * kDegree;
+
+        const auto [at, isNew] = byName_.try_emplace(texts[Name], rows_.size());
+        if (isNew) rows_.push_back({texts[Name], {}, {}, {}});
+        Rows& rows = rows_[at->second];
+        if (!texts[Icon].empty()) rows.icon = texts[Icon];
+        if (!texts[Overlay].empty()) rows.overlay = texts[Overlay];
+        rows.points.push_back(point);
+        return {};
+    }
+
+    /// Fills in the headings and speeds that the file does not name.
+    static Track finished(std::vector<PIDataPoint> points) {
+        points = Track(std::move(points)).points();
+        double course = 0.0;
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            PIDataPoint& point = points[i];
+            double speed = 0.0;
+            if (i + 1 < points.size()) {
+                const PIDataPoint& next = points[i + 1];
+                double distance = 0.0, azimuth = 0.0, arrival = 0.0;
+                GeographicLib::Geodesic::WGS84().Inverse(point.latRad / kDegree, point.lonRad / kDegree,
+                                                         next.latRad / kDegree, next.lonRad / kDegree,
+                                                         distance, azimuth, arrival);
+                const double seconds = next.timeSeconds - point.timeSeconds;
+                if (seconds > 0.0) speed = distance / seconds;
+                if (std::isnan(point.headingRad))
+                    point.headingRad = distance > 0.0 ? azimuth * kDegree : course;
+                course = distance > 0.0 ? arrival * kDegree : point.headingRad;
+            }
+            if (std::isnan(point.headingRad)) point.headingRad = course;
+            if (std::isnan(point.speedMetersPerSecond)) point.speedMetersPerSecond = speed;
+        }
+        return Track(std::move(points));
+    }
+
+    const QDateTime yearBegin_;
+    bool hasHeader_ = false;
+    char separator_ = ',';
+    std::vector<std::optional<Column>> columns_;
+    std::vector<Rows> rows_;
+    std::map<std::string, std::size_t> byName_;
+    PlatformFile file_;
+};
+
+}  // namespace
+
+PlatformFile readPlatformFile(std::string_view text, int year) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    Reader reader(year);
+    for (std::size_t line = 1; !text.empty() && reader.isReadable(); ++line) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        reader.readLine(line, text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return reader.finish();
+}
+
+}  // namespace sandbox

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sandbox/scenario/Track.h"
+
+namespace sandbox {
+
+/// The platforms of a CSV file. Its first row names the columns, in any order:
+///
+///     time,name,latitude,longitude,altitude,heading,speed,icon,overlay
+///     2026-03-01T06:00:00Z,Ferry,21.29,-157.88,0,180,9.5,,rings.zel
+///
+/// "time", "name", "latitude" and "longitude" ("lat", "lon") must be there; the others may be missing, and
+/// so may their values. Times are ISO 8601 (in UTC unless they name a zone) or seconds since the start of
+/// the scenario's year. Angles are degrees, altitudes metres, speeds metres a second. Fields with commas
+/// stand in double quotes. An overlay file, named as seen from this one, is attached to the platform. Without a heading a platform looks where it goes; without a speed it goes as
+/// fast as its times say, and stops at its last point. Empty rows and rows that begin with "#" are skipped.
+struct PlatformFile {
+    struct Platform {
+        std::string name;
+        std::string icon;
+        std::string overlay;
+        Track track;
+    };
+    struct Message {
+        std::size_t line = 0;  ///< from 1
+        std::string text;
+    };
+
+    std::vector<Platform> platforms;  ///< in the order of their first rows
+    /// What could not be read. The rows that it names are left out, the others stand.
+    std::vector<Message> messages;
+};
+
+/// \param year that seconds count from, as the times of the tracks do
+PlatformFile readPlatformFile(std::string_view text, int year);
+
+}  // namespace sandbox

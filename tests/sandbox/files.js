@@ -1,0 +1,76 @@
+// Platforms and overlays from files: tracks, the clock, the panel's tree, files that change on disk, bad files.
+const samples = scriptDirectory + "/../../samples/";
+const folder = temporaryDirectory();
+const start = 59 * 86400 + 18 * 3600;  // 1 March, 18:00 UTC
+
+assert(openOverlay(samples + "islands.csv"), "the sample scenario opens");
+assertEqual(log().filter(entry => entry.severity <= 3), [], "without a message");
+assertEqual(platforms().map(platform => platform.name), ["Ferry Kahana", "MV Lanikai", "Patrol 7", "Flight 62"]);
+assertEqual(time(), start, "the clock goes to the begin of the tracks");
+const named = name => platforms().find(platform => platform.name === name);
+const attached = name => overlay(name).platform;
+assertEqual(attached("ferry.zel"), named("Ferry Kahana").id);
+assertEqual(attached("patrol.zel"), named("Patrol 7").id);
+
+// Half way between two rows of the file.
+setTime(start + 70 * 60);
+const from = { lat: 21.23, lon: -157.83 }, to = { lat: 21.17, lon: -157.28 };
+assertNear(distance(from, named("Ferry Kahana")), distance(from, to) / 2, 0.01, "half the way");
+assertNear(distance(named("Ferry Kahana"), to), distance(from, to) / 2, 0.01, "on the geodesic");
+
+// The clock runs as fast as one says, by its button.
+view.camera = { lat: 21.3, lon: -157.5, range: 400e3 };
+picture(folder + "/before.png");
+menu("Scenario", "Run Clock");
+const moving = time();
+waitFor(() => time() > moving, "the clock runs");
+menu("Scenario", "Run Clock");
+const stopped = time();
+wait(300);
+assertEqual(time(), stopped, "it stops");
+
+// The tree hangs overlays under their platforms; its menus work on both.
+assert(menuItems("File").some(item => item.text === "Open Recent" && item.enabled));
+tickOverlay("ferry.zel", false);
+assert(!overlay("ferry.zel").shown);
+overlayMenu("ferry.zel", "Show");
+assert(overlay("ferry.zel").shown);
+overlayMenu("ferry.zel", "Zoom To");
+assertNear(distance(view.camera, named("Ferry Kahana")), 0, 2000, "zoomed to the rings");
+assert(view.camera.range < 120e3, "as near as they fit");
+overlayMenu("ferry.zel", "Show Text");
+
+// A file that changes on disk is read again, in place: the same overlay, no event of its own.
+const circle = radius => "start\ncircle\ncenterll 21 -158\nradius " + radius + "\nend\n";
+const live = folder + "/live.zel";
+writeFile(live, circle(1000));
+assert(openOverlay(live));
+writeFile(live, circle(2000));
+waitFor(() => overlay("live.zel").text === circle(2000), "the file is read again");
+writeFile(live, "start\ncircle\n");
+waitFor(() => log().some(entry => entry.text === live + ":1: start without end, the block is lost"), "a message with its line");
+assertEqual(overlay("live.zel").text, circle(2000), "what was good stands");
+removeFile(live);
+waitFor(() => log().some(entry => entry.text === live + " is gone from the disk; it stays as it was read"), "a gone file");
+writeFile(live, circle(3000));
+assert(openOverlay(live), "it can be opened again");
+assertEqual(overlay("live.zel").text, circle(3000));
+
+// Bad files: a message with the place, and what is good is shown.
+const bad = folder + "/bad.csv";
+writeFile(bad, "time,name,lat,lon\n0,Good,1,2\n0,Bad,north,2\n");
+assert(openOverlay(bad));
+assert(named("Good"));
+const said = text => log().some(entry => entry.severity === 2 && entry.text.includes(text));
+assert(said(bad + ":3: latitude: expected a number between -90 and 90, found \"north\""));
+assert(!openOverlay(folder + "/none.csv") && said("none.csv cannot be opened: No such file or directory"));
+writeFile(folder + "/empty.csv", "");
+assert(!openOverlay(folder + "/empty.csv") && said("empty.csv holds no platform"));
+assert(!openOverlay(folder) && said("cannot be opened: "));
+
+// The file again, with the same platform elsewhere: what is attached stays attached.
+writeFile(bad, "time,name,lat,lon\n0,Good,5,6\n");
+waitFor(() => named("Good").lat === 5, "the platform is moved");
+clearScenario();
+assertEqual(platforms(), []);
+assertEqual(attached("ferry.zel"), 0);

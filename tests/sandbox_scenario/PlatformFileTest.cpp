@@ -1,0 +1,107 @@
+#include <numbers>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <gmock/gmock.h>
+
+#include "sandbox/scenario/PlatformFile.h"
+
+namespace sandbox {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr double kDegree = std::numbers::pi / 180.0;
+constexpr double kDay = 86400.0;
+
+PlatformFile read(std::string_view text) {
+    return readPlatformFile(text, 2026);
+}
+
+TEST(PlatformFile, ReadsColumnsInAnyOrderAndTimesOfEveryForm) {
+    const PlatformFile file = read(
+        "\xEF\xBB\xBFName, LAT, lon, time, speed, alt, heading, icon, remark, overlay\r\n"
+        "# a comment\r\n"
+        "\r\n"
+        "\"Ferry, \"\"Kauai\"\"\",21.5,-158,2026-01-02T06:00:00Z,9.5,12,-90,x2,anything,rings.zel\r\n"
+        "\"Ferry, \"\"Kauai\"\"\",21.5,-159,2026-01-02T08:00:00+01:00,,,,\r\n"
+        "Buoy,-3,200,1.5");
+    EXPECT_THAT(file.messages, IsEmpty());
+    ASSERT_THAT(file.platforms, SizeIs(2));
+    const auto& ferry = file.platforms[0];
+    EXPECT_EQ(ferry.name, "Ferry, \"Kauai\"");
+    EXPECT_EQ(ferry.icon, "x2");
+    EXPECT_EQ(ferry.overlay, "rings.zel");
+    ASSERT_THAT(ferry.track.points(), SizeIs(2));
+    EXPECT_DOUBLE_EQ(ferry.track.beginTime(), kDay + 6 * 3600.0);
+    EXPECT_DOUBLE_EQ(ferry.track.endTime(), kDay + 7 * 3600.0);
+    const auto& start = ferry.track.points().front();
+    EXPECT_DOUBLE_EQ(start.latRad, 21.5 * kDegree);
+    EXPECT_DOUBLE_EQ(start.altMeters, 12.0);
+    EXPECT_DOUBLE_EQ(start.headingRad, -90.0 * kDegree);
+    EXPECT_DOUBLE_EQ(start.speedMetersPerSecond, 9.5);
+    EXPECT_DOUBLE_EQ(file.platforms[1].track.points().front().lonRad, 200.0 * kDegree);
+    EXPECT_DOUBLE_EQ(file.platforms[1].track.beginTime(), 1.5);
+}
+
+TEST(PlatformFile, NamesEveryBadRowAndKeepsTheGood) {
+    const PlatformFile file = read(
+        "time,name,lat,lon,heading\n"
+        "noon,A,1,2,\n"
+        "0,A,91,2,\n"
+        "0,A,1,east,\n"
+        "0,,1,2,\n"
+        "0,A,1,2,,7\n"
+        "0,\"A,1,2\n"
+        "0,A,,2,\n"
+        "0,A,nan,2,\n"
+        "0,A,1,2,\n");
+    std::vector<std::string> messages;
+    for (const auto& message : file.messages)
+        messages.push_back(std::to_string(message.line) + ": " + message.text);
+    EXPECT_THAT(messages, ElementsAre("2: time: expected ISO 8601 or seconds, found \"noon\"",
+                                      "3: latitude: expected a number between -90 and 90, found \"91\"",
+                                      "4: longitude: expected a number between -180 and 360, found \"east\"",
+                                      "5: no name", "6: 6 fields for 5 columns", "7: a quote is not closed",
+                                      "8: latitude: expected a number between -90 and 90, found \"\"",
+                                      HasSubstr("9: latitude: ")));
+    ASSERT_THAT(file.platforms, SizeIs(1));
+    EXPECT_THAT(file.platforms[0].track.points(), SizeIs(1));
+}
+
+TEST(PlatformFile, NeedsTheNamesOfItsColumns) {
+    for (const std::string_view text :
+         {"time,name,lat\n0,A,1\n", "0,A,1,2\n0,A,1,2\n", "time,time,lat,lon,name\n"}) {
+        const PlatformFile file = read(text);
+        EXPECT_THAT(file.messages, SizeIs(1)) << text;
+        EXPECT_THAT(file.platforms, IsEmpty()) << text;
+    }
+    EXPECT_THAT(read("").messages, IsEmpty());
+    EXPECT_THAT(read("time;name;lat;lon\n0;A;1;2\n").platforms, SizeIs(1));
+    EXPECT_THAT(read(std::string("\0\1\2\377", 4)).messages, SizeIs(1));
+}
+
+TEST(PlatformFile, HeadingsAndSpeedsFollowFromThePlaces) {
+    // An hour along the equator to the east, then half an hour to the north, given in the wrong order.
+    const PlatformFile file = read(
+        "time,name,lat,lon\n"
+        "5400,A,1,1\n"
+        "0,A,0,0\n"
+        "3600,A,0,1\n");
+    ASSERT_THAT(file.platforms, SizeIs(1));
+    const auto& points = file.platforms[0].track.points();
+    double east = 0.0, north = 0.0;
+    GeographicLib::Geodesic::WGS84().Inverse(0, 0, 0, 1, east);
+    GeographicLib::Geodesic::WGS84().Inverse(0, 1, 1, 1, north);
+    EXPECT_NEAR(points[0].headingRad, 90.0 * kDegree, 1e-12);
+    EXPECT_NEAR(points[0].speedMetersPerSecond, east / 3600.0, 1e-9);
+    EXPECT_NEAR(points[1].headingRad, 0.0, 1e-12);
+    EXPECT_NEAR(points[1].speedMetersPerSecond, north / 1800.0, 1e-9);
+    EXPECT_NEAR(points[2].headingRad, 0.0, 1e-12);
+    EXPECT_EQ(points[2].speedMetersPerSecond, 0.0);
+}
+
+}  // namespace
+}  // namespace sandbox
