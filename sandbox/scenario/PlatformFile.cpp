@@ -3,14 +3,10 @@
 #include <QDateTime>
 #include <QTimeZone>
 #include <array>
-#include <cmath>
-#include <limits>
 #include <map>
 #include <numbers>
 #include <optional>
 #include <utility>
-
-#include <GeographicLib/Geodesic.hpp>
 
 #include "common/NumberText.h"
 #include "common/Strings.h"
@@ -22,7 +18,6 @@ namespace {
 using PIData::PIDataPoint;
 
 constexpr double kDegree = std::numbers::pi / 180.0;
-constexpr double kNotGiven = std::numeric_limits<double>::quiet_NaN();
 
 enum Column { Time, Name, Latitude, Longitude, Altitude, Heading, Speed, Icon, Overlay, kColumnCount };
 
@@ -93,7 +88,7 @@ class Reader {
     PlatformFile finish() {
         for (Rows& rows : rows_)
             file_.platforms.push_back({std::move(rows.name), std::move(rows.icon), std::move(rows.overlay),
-                                       finished(std::move(rows.points))});
+                                       Track(std::move(rows.points))});
         return std::move(file_);
     }
 
@@ -157,8 +152,8 @@ class Reader {
         if (texts[Name].empty()) return "no name";
 
         PIDataPoint point;
-        point.speedMetersPerSecond = kNotGiven;
-        double latitude = 0.0, longitude = 0.0, heading = kNotGiven;
+        point.speedMetersPerSecond = Track::kFollows;
+        double latitude = 0.0, longitude = 0.0, heading = Track::kFollows;
         constexpr double kHuge = 1e9;
         std::string problem = readTime(texts[Time], point.timeSeconds);
         const auto read = [&](Column column, double low, double high, double& out) {
@@ -181,31 +176,6 @@ class Reader {
         if (!texts[Overlay].empty()) rows.overlay = texts[Overlay];
         rows.points.push_back(point);
         return {};
-    }
-
-    /// Fills in the headings and speeds that the file does not name.
-    static Track finished(std::vector<PIDataPoint> points) {
-        points = Track(std::move(points)).points();
-        double course = 0.0;
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            PIDataPoint& point = points[i];
-            double speed = 0.0;
-            if (i + 1 < points.size()) {
-                const PIDataPoint& next = points[i + 1];
-                double distance = 0.0, azimuth = 0.0, arrival = 0.0;
-                GeographicLib::Geodesic::WGS84().Inverse(point.latRad / kDegree, point.lonRad / kDegree,
-                                                         next.latRad / kDegree, next.lonRad / kDegree,
-                                                         distance, azimuth, arrival);
-                const double seconds = next.timeSeconds - point.timeSeconds;
-                if (seconds > 0.0) speed = distance / seconds;
-                if (std::isnan(point.headingRad))
-                    point.headingRad = distance > 0.0 ? azimuth * kDegree : course;
-                course = distance > 0.0 ? arrival * kDegree : point.headingRad;
-            }
-            if (std::isnan(point.headingRad)) point.headingRad = course;
-            if (std::isnan(point.speedMetersPerSecond)) point.speedMetersPerSecond = speed;
-        }
-        return Track(std::move(points));
     }
 
     const QDateTime yearBegin_;

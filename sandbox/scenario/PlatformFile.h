@@ -16,8 +16,9 @@ namespace sandbox {
 /// "time", "name", "latitude" and "longitude" ("lat", "lon") must be there; the others may be missing, and
 /// so may their values. Times are ISO 8601 (in UTC unless they name a zone) or seconds since the start of
 /// the scenario's year. Angles are degrees, altitudes metres, speeds metres a second. Fields with commas
-/// stand in double quotes. An overlay file, named as seen from this one, is attached to the platform. Without a heading a platform looks where it goes; without a speed it goes as
-/// fast as its times say, and stops at its last point. Empty rows and rows that begin with "#" are skipped.
+/// stand in double quotes. An overlay file, named as seen from this one, is attached to the platform. Without
+/// a heading a platform looks where it goes; without a speed it goes as fast as its times say, and stops at
+/// its last point. Empty rows and rows that begin with "#" are skipped.
 struct PlatformFile {
     struct Platform {
         std::string name;

@@ -14,18 +14,33 @@ using PIData::PIDataPoint;
 
 constexpr double kDegree = std::numbers::pi / 180.0;
 
-/// The point that lies `metres` from `from` on the geodesic with the azimuth `degrees`.
-PIDataPoint walk(const PIDataPoint& from, double degrees, double metres) {
+const GeographicLib::Geodesic& earth() {
+    return GeographicLib::Geodesic::WGS84();
+}
+
+/// Moves a point along the geodesic with the azimuth `degrees`. \return the course there, degrees
+double walk(PIDataPoint& point, double degrees, double metres) {
     double latitude = 0.0;
     double longitude = 0.0;
-    double azimuth = 0.0;
-    GeographicLib::Geodesic::WGS84().Direct(from.latRad / kDegree, from.lonRad / kDegree, degrees, metres,
-                                            latitude, longitude, azimuth);
-    PIDataPoint there = from;
-    there.latRad = latitude * kDegree;
-    there.lonRad = longitude * kDegree;
-    there.headingRad = azimuth * kDegree;
-    return there;
+    double course = 0.0;
+    earth().Direct(point.latRad / kDegree, point.lonRad / kDegree, degrees, metres, latitude, longitude,
+                   course);
+    point.latRad = latitude * kDegree;
+    point.lonRad = longitude * kDegree;
+    return course;
+}
+
+struct Leg {
+    double metres = 0.0;
+    double departure = 0.0;  ///< courses, degrees
+    double arrival = 0.0;
+};
+
+Leg legBetween(const PIDataPoint& a, const PIDataPoint& b) {
+    Leg leg;
+    earth().Inverse(a.latRad / kDegree, a.lonRad / kDegree, b.latRad / kDegree, b.lonRad / kDegree,
+                    leg.metres, leg.departure, leg.arrival);
+    return leg;
 }
 
 /// The angle between two, taken the short way round.
@@ -33,38 +48,66 @@ double turn(double from, double to, double fraction) {
     return from + fraction * std::remainder(to - from, 2.0 * std::numbers::pi);
 }
 
-PIDataPoint between(const PIDataPoint& a, const PIDataPoint& b, double fraction) {
-    double distance = 0.0;
-    double azimuth = 0.0;
-    double arrival = 0.0;
-    GeographicLib::Geodesic::WGS84().Inverse(a.latRad / kDegree, a.lonRad / kDegree, b.latRad / kDegree,
-                                             b.lonRad / kDegree, distance, azimuth, arrival);
-    PIDataPoint point = walk(a, azimuth, distance * fraction);
-    point.altMeters = std::lerp(a.altMeters, b.altMeters, fraction);
-    point.headingRad = turn(a.headingRad, b.headingRad, fraction);
-    point.pitchRad = turn(a.pitchRad, b.pitchRad, fraction);
-    point.rollRad = turn(a.rollRad, b.rollRad, fraction);
-    point.speedMetersPerSecond = std::lerp(a.speedMetersPerSecond, b.speedMetersPerSecond, fraction);
-    return point;
+double orElse(double value, double otherwise) {
+    return std::isnan(value) ? otherwise : value;
 }
 
 }  // namespace
+
+bool Track::moves() const {
+    return points_.size() > 1 || orElse(points_.back().speedMetersPerSecond, 0.0) != 0.0;
+}
+
+double Track::arrivalCourse(std::size_t at) const {
+    for (; at > 0; --at)
+        if (const Leg leg = legBetween(points_[at - 1], points_[at]); leg.metres > 0.0)
+            return leg.arrival * kDegree;
+    return 0.0;
+}
+
+PIDataPoint Track::inLeg(std::size_t from, double seconds) const {
+    const PIDataPoint& a = points_[from];
+    const PIDataPoint& b = points_[from + 1];
+    const double duration = b.timeSeconds - a.timeSeconds;
+    const double fraction = (seconds - a.timeSeconds) / duration;
+    const Leg leg = legBetween(a, b);
+
+    PIDataPoint point = a;
+    const double course = walk(point, leg.departure, leg.metres * fraction) * kDegree;
+    point.altMeters = std::lerp(a.altMeters, b.altMeters, fraction);
+    point.pitchRad = turn(a.pitchRad, b.pitchRad, fraction);
+    point.rollRad = turn(a.rollRad, b.rollRad, fraction);
+    if (std::isnan(a.headingRad))
+        point.headingRad = leg.metres > 0.0 ? course : arrivalCourse(from);
+    else
+        point.headingRad = turn(a.headingRad, orElse(b.headingRad, a.headingRad), fraction);
+    if (std::isnan(a.speedMetersPerSecond))
+        point.speedMetersPerSecond = leg.metres / duration;
+    else
+        point.speedMetersPerSecond = std::lerp(
+            a.speedMetersPerSecond, orElse(b.speedMetersPerSecond, a.speedMetersPerSecond), fraction);
+    return point;
+}
+
+PIDataPoint Track::afterEnd(double seconds) const {
+    PIDataPoint point = points_.back();
+    if (std::isnan(point.headingRad)) point.headingRad = arrivalCourse(points_.size() - 1);
+    point.speedMetersPerSecond = orElse(point.speedMetersPerSecond, 0.0);
+    const double metres = point.speedMetersPerSecond * (seconds - point.timeSeconds);
+    if (metres != 0.0) point.headingRad = walk(point, point.headingRad / kDegree, metres) * kDegree;
+    return point;
+}
 
 Track::Track(std::vector<PIDataPoint> points) : points_(std::move(points)) {
     std::ranges::stable_sort(points_, {}, &PIDataPoint::timeSeconds);
 }
 
 std::optional<PIDataPoint> Track::at(double seconds) const {
-    if (!moves()) return points_.front();
-    if (seconds < beginTime()) return std::nullopt;
+    if (moves() && seconds < beginTime()) return std::nullopt;
     const auto next = std::ranges::upper_bound(points_, seconds, {}, &PIDataPoint::timeSeconds);
-    const PIDataPoint& last = *(next - 1);
-    const double elapsed = seconds - last.timeSeconds;
-    PIDataPoint point = last;
-    if (next != points_.end())
-        point = between(last, *next, elapsed / (next->timeSeconds - last.timeSeconds));
-    else if (last.speedMetersPerSecond != 0.0)
-        point = walk(last, last.headingRad / kDegree, last.speedMetersPerSecond * elapsed);
+    PIDataPoint point = next == points_.end() || next == points_.begin()
+                            ? afterEnd(seconds)
+                            : inLeg(static_cast<std::size_t>(next - points_.begin()) - 1, seconds);
     point.timeSeconds = seconds;
     return point;
 }

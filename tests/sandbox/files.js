@@ -5,7 +5,7 @@ const start = 59 * 86400 + 18 * 3600;  // 1 March, 18:00 UTC
 
 assert(openOverlay(samples + "islands.csv"), "the sample scenario opens");
 assertEqual(log().filter(entry => entry.severity <= 3), [], "without a message");
-assertEqual(platforms().map(platform => platform.name), ["Ferry Kahana", "MV Lanikai", "Patrol 7", "Flight 62"]);
+assertEqual(platforms().map(platform => platform.name), ["Ferry Kahana", "MV Lanikai", "Flight 62", "Patrol 7"]);
 assertEqual(time(), start, "the clock goes to the begin of the tracks");
 const named = name => platforms().find(platform => platform.name === name);
 const attached = name => overlay(name).platform;

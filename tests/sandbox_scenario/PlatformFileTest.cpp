@@ -91,16 +91,22 @@ TEST(PlatformFile, HeadingsAndSpeedsFollowFromThePlaces) {
         "0,A,0,0\n"
         "3600,A,0,1\n");
     ASSERT_THAT(file.platforms, SizeIs(1));
-    const auto& points = file.platforms[0].track.points();
+    const Track& track = file.platforms[0].track;
+    const auto expect = [&](double seconds, double heading, double speed) {
+        const auto point = track.at(seconds);
+        ASSERT_TRUE(point);
+        EXPECT_NEAR(point->headingRad / kDegree, heading, 1e-9) << seconds;
+        EXPECT_NEAR(point->speedMetersPerSecond, speed, 1e-9) << seconds;
+    };
     double east = 0.0, north = 0.0;
     GeographicLib::Geodesic::WGS84().Inverse(0, 0, 0, 1, east);
     GeographicLib::Geodesic::WGS84().Inverse(0, 1, 1, 1, north);
-    EXPECT_NEAR(points[0].headingRad, 90.0 * kDegree, 1e-12);
-    EXPECT_NEAR(points[0].speedMetersPerSecond, east / 3600.0, 1e-9);
-    EXPECT_NEAR(points[1].headingRad, 0.0, 1e-12);
-    EXPECT_NEAR(points[1].speedMetersPerSecond, north / 1800.0, 1e-9);
-    EXPECT_NEAR(points[2].headingRad, 0.0, 1e-12);
-    EXPECT_EQ(points[2].speedMetersPerSecond, 0.0);
+    expect(0.0, 90.0, east / 3600.0);
+    expect(3599.0, 90.0, east / 3600.0);
+    expect(3600.0, 0.0, north / 1800.0);
+    expect(5400.0, 0.0, 0.0);
+    expect(1e6, 0.0, 0.0);
+    EXPECT_EQ(track.at(1e6)->latRad, 1.0 * kDegree);
 }
 
 }  // namespace
