@@ -1,6 +1,6 @@
-#include <array>
 #include <QEvent>
 #include <QFontMetrics>
+#include <array>
 
 #include "sandbox/Host.h"
 #include "sandbox/services/ScreenTextRecord.h"
