@@ -1,12 +1,27 @@
 #!/usr/bin/env bash
 # run-script.sh ROOT SANDBOX PLUGIN SCRIPT [FAILURE]: runs a script with settings of its own. With FAILURE, a
 # regular expression, the script must fail with a message that matches it.
+# With SMALL_DISKS=wanted, and where the user may mount any, the script finds a disk of 64 KiB at $FULL_DISK, with a
+# link "device.zel" to /dev/full, and a read-only disk at $READ_ONLY_DISK. PICTURES is a directory that is passed to
+# the script.
 set -uo pipefail
 root=$1 sandbox=$2 plugin=$3 script=$4 failure=${5:-}
+if [ "${SMALL_DISKS:-}" = wanted ] && unshare --map-root-user --mount mount -t tmpfs none /tmp 2>/dev/null; then
+    SMALL_DISKS=here exec unshare --map-root-user --mount "$0" "$@"
+fi
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+disks=()
+trap '[ ${#disks[@]} -eq 0 ] || umount "${disks[@]}"; rm -rf "$work"' EXIT
+if [ "${SMALL_DISKS:-}" = here ]; then
+    export FULL_DISK=$work/disk READ_ONLY_DISK=$work/read-only
+    disks=("$FULL_DISK" "$READ_ONLY_DISK")
+    mkdir "${disks[@]}"
+    mount -t tmpfs -o size=64k none "$FULL_DISK"
+    ln -s /dev/full "$FULL_DISK/device.zel"
+    mount -t tmpfs -o ro none "$READ_ONLY_DISK"
+fi
 output=$("$root/scripts/headless" "$sandbox" --settings "${SANDBOX_SETTINGS:-$work/settings.ini}" --plugin "$plugin" --size "${SANDBOX_SIZE:-1200x800}" \
-    --script "$script" 2>&1)
+    --script "$script" ${PICTURES:+"$PICTURES"} 2>&1)
 status=$?
 echo "$output"
 [ -n "$failure" ] || exit $status
