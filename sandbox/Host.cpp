@@ -8,6 +8,7 @@
 
 #include "common/Notify.h"
 #include "sandbox/ClockBar.h"
+#include "sandbox/FirstSteps.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
 #include "sandbox/UserFiles.h"
@@ -46,6 +47,10 @@ PIMouseEventType_t typeOf(ViewMouseEvent::Kind kind) {
     }
     return PIMouseEventType_t::Motion;
 }
+
+const char* const kGeometryKey = "Host/Window";
+const char* const kLayoutKey = "Host/Layout";
+const char* const kGreetedKey = "Host/FirstStepsRead";
 
 std::uint32_t modifiersOf(unsigned modifiers) {
     return (modifiers & ViewMouseEvent::Shift ? PIGUI::PIModifierShift : 0U) |
@@ -184,6 +189,8 @@ void Host::connectWindow() {
     window_.addToolBar(Qt::BottomToolBarArea, clockBar_);
     window_.scenarioMenu().addAction(&clockBar_->playAction());
     window_.viewMenu().addAction(clockBar_->toggleViewAction());
+    window_.viewMenu().addSeparator();
+    window_.viewMenu().addAction("Show &Everything", QKeySequence("Ctrl+E"), this, &Host::showEverything);
     const OverlayPanel& panel = window_.overlayPanel();
     connect(&panel, &OverlayPanel::overlayShownChanged, this, [this](void* handle, bool shown) {
         if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);
@@ -214,14 +221,39 @@ void Host::showOverlays(const std::vector<void*>& handles) {
     for (void* handle : handles)
         if (const auto* overlay = handles_.find<LoadedOverlay>(handle))
             entries.push_back(view().overlays().find(overlay->sceneId));
+    lookAt(entries);
+}
+
+void Host::showEverything() {
+    std::vector<const OverlayScene::Entry*> entries;
+    for (const auto& [id, entry] : view().overlays().entries()) entries.push_back(&entry);
+    lookAt(entries);
+}
+
+void Host::lookAt(const std::vector<const OverlayScene::Entry*>& entries) {
     const auto extent = extentOf(entries);
     if (!extent) {
-        log_.add(halNotify::Notice, "host", "nothing to see: the overlay draws nothing");
+        log_.add(halNotify::Notice, "host", "there is nothing to look at");
         return;
     }
     const Outlook outlook = outlookOn(*extent, view().camera());
     view().setCenter(outlook.center);
     view().setRangeAzimuthElevation(outlook.range, 0.0, std::numbers::pi / 2.0);
+}
+
+void Host::greet() {
+    const auto bytes = [this](const char* key) {
+        return QByteArray::fromBase64(settings_.value(key).toLatin1());
+    };
+    window_.restoreGeometry(bytes(kGeometryKey));
+    window_.restoreState(bytes(kLayoutKey));
+    connect(&window_, &MainWindow::closing, this, [this] {
+        settings_.setValue(kGeometryKey, window_.saveGeometry().toBase64());
+        settings_.setValue(kLayoutKey, window_.saveState().toBase64());
+    });
+    if (!settings_.value(kGreetedKey).isEmpty()) return;
+    connect(new FirstSteps(view()), &FirstSteps::understood, this,
+            [this] { settings_.setValue(kGreetedKey, "yes"); });
 }
 
 void Host::showPlatformFromAbove(std::uint64_t id) {

@@ -62,6 +62,10 @@ class Host : public QObject {
     /// Builds and pops up the menu that a right click in the overlay panel opens.
     void openOverlayMenu(const std::vector<void*>& handles, const QPoint& globalPosition);
     void openPlatformMenu(std::uint64_t id, const QPoint& globalPosition);
+    /// Puts the window where it was last time, and keeps where it will be; tells a newcomer how to begin.
+    void greet();
+    /// Turns the view to everything that is drawn.
+    void showEverything();
     /// Turns the view to everything that the overlays draw, as near as it can see it all.
     void showOverlays(const std::vector<void*>& handles);
     void showPlatformFromAbove(std::uint64_t id);
@@ -82,6 +86,7 @@ class Host : public QObject {
     QStringList dropLeftovers(Plugin& plugin);
     void showPlatform(std::uint64_t id);
     void refreshOverlayPanel();
+    void lookAt(const std::vector<const OverlayScene::Entry*>& entries);
     void addPlatformByUser();
     void savePictureByUser();
 

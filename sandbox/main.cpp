@@ -25,6 +25,7 @@ struct Options {
     QString script;
     QString trace;
     QSize size{1280, 800};
+    bool hasSize = false;
     bool verbose = false;
     QStringList overlays;
     QStringList scriptArguments;
@@ -86,6 +87,7 @@ Options readCommandLine(const QStringList& arguments) {
     options.script = parser.value(script);
     options.trace = parser.value(trace);
     options.size = sandbox::readSize(parser.value(size));
+    options.hasSize = parser.isSet(size);
     options.verbose = parser.isSet(verbose);
     (options.script.isEmpty() ? options.overlays : options.scriptArguments) = parser.positionalArguments();
     if (options.size.width() < 320 || options.size.height() < 240) {
@@ -126,7 +128,12 @@ int main(int argc, char** argv) {
     host.window().show();
     if (options.plugin != "none") host.openPlugin(options.plugin.toStdString());
     for (const QString& overlay : options.overlays) host.files().open(overlay);
-    if (options.script.isEmpty()) return QApplication::exec();
+    if (options.script.isEmpty()) {
+        host.greet();
+        if (options.hasSize) host.window().resize(options.size);
+        if (!options.overlays.isEmpty()) host.showEverything();
+        return QApplication::exec();
+    }
 
     sandbox::ScriptRun run(host, options.script, options.scriptArguments);
     QTimer::singleShot(0, &host, [&run] { QApplication::exit(run.execute()); });
