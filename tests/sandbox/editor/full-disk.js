@@ -82,3 +82,32 @@ shapesAreThere();
 editor.press("Save");
 assertEqual(errors(), []);
 assertEqual(readFile(work + "/elsewhere.zel"), saved);
+
+// A quick shape, and unsaved shapes that "Delete All" would discard: the one is dropped, the others stay.
+if (disk) {
+    setSetting("AutoSaveZelDir", readOnly);
+    const here = { lat: 42, lon: 5 };
+    view.camera = { lat: 40, lon: 6, alt: 0, range: 4000000, azimuth: 0, elevation: 90 };
+    editor.moveTo(820, 20);
+    menu("Actions", "Quick Circle Draw");
+    view.move(here);
+    view.drag(here, { lat: 42, lon: 7 });
+    view.click({ lat: 36, lon: 2 }, { button: "right" });
+    const reason = `no file can be made in ${readOnly}: Read-only file system`;
+    assertEqual(errors(), [`"Circle 1" is not saved: ${reason}`]);
+    assert(log().some(entry => entry.text.includes(`Failed to create file ${readOnly}/Circle_1.zel for auto saving ZEL`)),
+           "the file is named");
+
+    editor.select("All Shapes", "Circle 1");
+    editor.fill("Radius:", "1 km");
+    editor.press("Delete All");
+    const [refused] = errors();
+    assert(refused.startsWith(`The unsaved shapes could not be written to ${readOnly}/Unsaved `) && refused.endsWith(reason),
+           refused);
+    shapesAreThere();
+    setSetting("AutoSaveZelDir", work);
+    editor.press("Delete All");
+    const rescued = listFiles(work).filter(name => name.startsWith("Unsaved "));
+    assertEqual([editor.items(), rescued.length], [[], 1]);
+    assert(readFile(work + "/" + rescued[0]).includes("\nradius 1000\n"), "the radius that was typed last");
+}
