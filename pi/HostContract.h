@@ -125,8 +125,9 @@
 //        A text field shows a number's text; an option menu and a list take an index (-1: none), an
 //        option menu also an option's text; labels, buttons, group boxes and dialogs take a caption.
 //        Returns 1.
-//   155  mouse      CATCHALL i[Grab] or i[Ungrab]. Grabs nest; while grabbed the view sends events also for
-//                   positions outside of its edges. Returns 1.
+//   155  mouse      CATCHALL i[Grab] or i[Ungrab]. Grabs nest; while grabbed the view shows it by its cursor.
+//                   While a button is held events come also for positions outside of the view's edges.
+//                   Other windows can be used all the time. Returns 1.
 //   158  icon       CATCHALL i[LoadPng], size p bytes -> p icon
 //                   CATCHALL i[SetDialogIcon] p dialog, icon. CATCHALL i[SetMenuItemIcon] p item, icon.
 //                   CATCHALL i[Destroy] p icon. What shows the icon keeps its picture.

@@ -130,10 +130,12 @@ bool Host::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Host::updateMouseGrab() {
+    // Not Qt's grab: with that nobody could reach the plug-in's own dialogs any more. While a button is held
+    // the view has the mouse anyway.
     if (registrations_.mouseGrabs.empty())
-        view().releaseMouse();
-    else if (QWidget::mouseGrabber() != &view())
-        view().grabMouse();
+        view().unsetCursor();
+    else
+        view().setCursor(Qt::CrossCursor);
 }
 
 void Host::connectScenario() {

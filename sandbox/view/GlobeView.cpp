@@ -213,22 +213,37 @@ void GlobeView::reportCursor(double x, double y) {
 
 void GlobeView::mousePressEvent(QMouseEvent* event) {
     const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), true);
+    lastDrag_ = event->position();
+    if (event->button() == Qt::LeftButton) pressTold_ = true;
     if (!kind || listenerTakes(describe(*event, *kind))) return;
     if (event->button() == Qt::LeftButton)
         grabbed_ = camera_.pick(event->position().x(), event->position().y());
-    lastDrag_ = event->position();
     tilting_ = event->button() == Qt::MiddleButton;
 }
 
 void GlobeView::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) grabbed_.reset();
+    if (event->button() == Qt::LeftButton) {
+        grabbed_.reset();
+        pressTold_ = false;
+    }
     if (event->button() == Qt::MiddleButton) tilting_ = false;
     if (const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), false))
         listenerTakes(describe(*event, *kind));
 }
 
+void GlobeView::releaseUnseen() {
+    pressTold_ = false;
+    grabbed_.reset();
+    ViewMouseEvent release;
+    release.kind = ViewMouseEvent::Kind::LeftRelease;
+    release.x = qRound(lastDrag_.x());
+    release.y = qRound(lastDrag_.y());
+    listenerTakes(release);
+}
+
 void GlobeView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
+    if (pressTold_ && !(event->buttons() & Qt::LeftButton)) releaseUnseen();
     if (!listenerTakes(describe(*event, ViewMouseEvent::Kind::Motion))) {
         if (grabbed_ && (event->buttons() & Qt::LeftButton)) {
             if (camera_.bring(*grabbed_, at.x(), at.y())) cameraMoved();

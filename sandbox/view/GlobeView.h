@@ -101,6 +101,9 @@ class GlobeView : public QOpenGLWidget {
     void reportCursor(double x, double y);
     bool listenerTakes(const ViewMouseEvent& event);
     void releaseGraphics();
+    /// The left button went up where the view did not see it, in another window say: the listener, which
+    /// knows of the press, gets a release at the last place.
+    void releaseUnseen();
 
     Camera camera_;
     OverlayScene overlays_;
@@ -113,6 +116,7 @@ class GlobeView : public QOpenGLWidget {
     std::optional<halCore::Vec3> grabbed_;
     QPointF lastDrag_;
     bool tilting_ = false;
+    bool pressTold_ = false;
     std::uint64_t frameCount_ = 0;
     bool insideHook_ = false;
 };

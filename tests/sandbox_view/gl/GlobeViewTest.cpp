@@ -340,6 +340,16 @@ TEST_F(GlobeViewTest, TheListenerComesFirst) {
     EXPECT_EQ(seen[3].y, 9);
     EXPECT_EQ(seen[5].wheelDelta, 120);
 
+    // The button goes up in another window: the listener hears of it when the mouse comes back.
+    seen.clear();
+    mouse(QEvent::MouseButtonPress, {320, 240}, Qt::LeftButton, Qt::LeftButton);
+    mouse(QEvent::MouseMove, {330, 250}, Qt::NoButton, Qt::LeftButton);
+    for (int i = 0; i < 10; ++i) mouse(QEvent::MouseMove, {50, 60}, Qt::NoButton, Qt::NoButton);
+    ASSERT_EQ(seen.size(), 13U);
+    EXPECT_EQ(seen[2].kind, Kind::LeftRelease);
+    EXPECT_EQ(seen[2].x, 330) << "where it was seen last";
+    EXPECT_EQ(seen[3].kind, Kind::Motion);
+
     consume = false;
     const Vec3 grabbed = *view.camera().pick(320, 240);
     mouse(QEvent::MouseButtonPress, {320, 240}, Qt::LeftButton, Qt::LeftButton);
