@@ -7,6 +7,7 @@
 
 #include "common/Notify.h"
 #include "geo/Angles.h"
+#include "geo/OffsetGrid.h"
 
 namespace OverlayEditor {
 namespace {
@@ -49,12 +50,6 @@ ZEL::ZelShapePtr makeShape(Serializer::ShapeType type, bool relative) {
             break;
     }
     return nullptr;
-}
-
-/// To the nearest tenth of a micrometre. Sums of positions lose less than that on the way through radians.
-double onLengthGrid(double meters) {
-    constexpr double steps = 1e7;
-    return std::nearbyint(meters * steps) / steps;
 }
 
 /// To the nearest 1e-12 degrees. The difference of two angles loses less than that.
@@ -154,7 +149,7 @@ halCore::Vec3 SerializeToZel::filePosition_(const halCore::Vec3& lla) {
         failure_ = "a position cannot be expressed relative to the platform";
         return {};
     }
-    return {onLengthGrid(xyz.x()), onLengthGrid(xyz.y()), onLengthGrid(xyz.z())};
+    return {onOffsetGrid(xyz.x()), onOffsetGrid(xyz.y()), onOffsetGrid(xyz.z())};
 }
 
 double SerializeToZel::checked_(double value) {

@@ -180,6 +180,7 @@ void OverlayEditorDialog::updateListManipulationButtons_() {
 }
 
 int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
+    followPlatform_();
     const Shape* const shape = selectedShape_();
     if (!shape) return 1;
     const auto [low, high] = shape->boundingBox();
@@ -263,6 +264,7 @@ int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::updateMouseControls_() {
+    if (editing_) followPlatform_();
     timeout_.cancel();
     if (!editing_) return;
     MouseTool* const tool = currentShape_ ? currentShape_->mouseTool() : nullptr;

@@ -122,6 +122,10 @@ class OverlayEditorDialog {
     bool saveZel_(const std::string& fileName);
     /// Attaches the shapes to a platform at its place now, or detaches them with 0.
     void attach_(unsigned long platform, bool center);
+    /// Lets the shapes of an attached overlay go where its platform is now.
+    void followPlatform_();
+    /// What the offsets count from moves, and the shapes with it; that is no change of theirs.
+    void moveReference_(const halCore::Vec3& lla);
     /// Makes the platform that stands for the reference of a file with offsets, in place of the one before.
     /// \param ori heading, pitch and roll in radians
     /// \return its id, 0 when the host refuses

@@ -1,6 +1,7 @@
 // The part of the dialog that deals with files, with the host's overlays, and with the manual.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <ctime>
 #include <iomanip>
@@ -21,6 +22,9 @@
 namespace OverlayEditor {
 
 namespace {
+
+/// A platform that is nearer to where it was has not moved.
+constexpr double kStandsStillMeters = 1e-3;
 
 PICommon::FileDialogRequest loadRequest() {
     return {.title = "Load Overlay File",
@@ -353,14 +357,56 @@ int OverlayEditorDialog::onCmdHelp(PIObject*, void*) {
 // Attaching, and the scenario
 
 void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
+    followPlatform_();
+    halCore::Vec3 place;
+    if (platform && Utils::getPlatformLla(platform, place) != 0) {
+        halNotify::notify(halNotify::Error)
+            << Utils::platformName(platform) << " has no position now: the overlay is not attached to it";
+        widgets_->attach.setAttachPlatform(overlay_->attachedPlatformId());
+        return;
+    }
+    const bool own = platform != 0 && platform == referencePlatform_;
+    // Offsets that count from nowhere count from this platform: where they were shown was only assumed.
+    if (platform && !own && !center && referencePlatform_ && !overlay_->referenceWritten())
+        moveReference_(place);
     // Shapes that are attached keep their reference: they are detached before it moves.
     overlay_->setAttachedPlatformId(0, nullptr, false);
-    if (platform == 0 || platform != referencePlatform_) {
+    if (!own) {
         removeReferencePlatform_();
         overlay_->setReferenceWritten(false);
     }
-    pointConverter_->setReferenceLla(platform ? findDefaultRefLla_(platform) : halCore::Vec3(), platform);
+    pointConverter_->setReferenceLla(place, platform);
     if (platform) overlay_->setAttachedPlatformId(platform, pointConverter_.get(), center);
+}
+
+void OverlayEditorDialog::followPlatform_() {
+    const unsigned long platform = overlay_->attachedPlatformId();
+    halCore::Vec3 place;
+    halCore::Vec3 way;
+    if (platform == 0 || Utils::getPlatformLla(platform, place) != 0) return;
+    // The host may have called back.
+    if (platform != overlay_->attachedPlatformId()) return;
+    if (pointConverter_->convertLlaToXyz(place, way) == 0 &&
+        std::hypot(way.x(), way.y(), way.z()) < kStandsStillMeters)
+        return;
+    moveReference_(place);
+}
+
+void OverlayEditorDialog::moveReference_(const halCore::Vec3& lla) {
+    const bool kept = overlayText(*overlay_) == keptText_;
+    halCore::Vec3 from;
+    halCore::Vec3 origin;
+    const unsigned long platform = pointConverter_->refPlatformId();
+    pointConverter_->getReferenceLla(from);
+    pointConverter_->setReferenceLla(lla, platform);
+    // On a pole there is no east.
+    if (pointConverter_->convertXyzToLla({}, origin) != 0) {
+        pointConverter_->setReferenceLla(from, platform);
+        return;
+    }
+    overlay_->carry(ReferenceMove(from, *pointConverter_));
+    // What follows from the offsets, as two corners of a rectangle, is a little different about each place.
+    if (kept && !overlay_->referenceWritten()) keptText_ = overlayText(*overlay_);
 }
 
 int OverlayEditorDialog::onCmdAttach(PIObject*, void* data) {

@@ -67,6 +67,11 @@ void AnnotationShape::setAttachedPlatformId(unsigned long id, PointConverter* co
     if (survives) fillGui();
 }
 
+void AnnotationShape::carry(const ReferenceMove& move) {
+    if (hasPoint_) position_ = move(position_).value_or(position_);
+    fillGui();
+}
+
 std::pair<halCore::Vec3, halCore::Vec3> AnnotationShape::boundingBox() const {
     return {position_, position_};
 }

@@ -3,13 +3,14 @@
 #include <cstdint>
 #include <string>
 
+#include "model/Carried.h"
 #include "model/Shape.h"
 #include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
 /// A text label at one position. Its text is the shape's name.
-class AnnotationShape : public Shape {
+class AnnotationShape : public Shape, public Carried {
   public:
     /// The panel calls it after each edit of the user's.
     using GuiChange = PanelChange;
@@ -26,6 +27,7 @@ class AnnotationShape : public Shape {
     void fillGui() override;
     void deleteGui() override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    void carry(const ReferenceMove& move) override;
     void setName(const std::string& name) override;
     /// A single point: the position.
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;

@@ -238,6 +238,11 @@ void CylinderShape::moveCenter(const halCore::Vec3& lla) {
         setCenter(lla);
         return;
     }
+    moveAll_(lla);
+    dirty_();
+}
+
+void CylinderShape::moveAll_(const halCore::Vec3& lla) {
     const halCore::Vec3 from = center_->getPosition();
     const double height = height_();
     struct Moving {
@@ -263,7 +268,12 @@ void CylinderShape::moveCenter(const halCore::Vec3& lla) {
         keep_(number, kept.value_or(numbers[i]), point);
     }
     if (heightPoint_) placeHeight_(height);
-    dirty_();
+}
+
+void CylinderShape::carry(const ReferenceMove& move) {
+    const auto center = center_ ? move(center_->getPosition()) : std::nullopt;
+    if (center) moveAll_(*center);
+    fillGui();
 }
 
 bool CylinderShape::isRadius(double meters) {

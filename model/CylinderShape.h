@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "model/BaseFilledShape.h"
+#include "model/Carried.h"
 #include "model/PUDrawPoint.h"
 #include "model/ShapeEquipment.h"
 
@@ -13,7 +14,7 @@ namespace OverlayEditor {
 /// The circular shapes: a centre, one or two radii, perhaps a sector and a height. The geometry is kept
 /// as edit points; beside a point stands the number as it was set, and it is the answer until that
 /// point or the centre moves. Lengths in metres, angles in radians clockwise from north.
-class CylinderShape : public BaseFilledShape {
+class CylinderShape : public BaseFilledShape, public Carried {
   public:
     /// The panel calls it after each edit of the user's.
     using GuiChange = PanelChange;
@@ -45,6 +46,7 @@ class CylinderShape : public BaseFilledShape {
     void fillGui() override;
     void deleteGui() override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    void carry(const ReferenceMove& move) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     void clear() override;
 
@@ -136,6 +138,8 @@ class CylinderShape : public BaseFilledShape {
     void placeAngle_(PointPtr& point, Number& number, double radians);
     /// From the centre to the rim in a direction; a stand-in length while there is no radius.
     double rimDistance_(double azimuth) const;
+    /// Moves the centre, and everything else by the same ways; needs a centre.
+    void moveAll_(const halCore::Vec3& center);
     void guiChanged_();
 
     Subtype subtype_;

@@ -140,6 +140,16 @@ void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* convert
     if (survives) fillGui();
 }
 
+void OrbitShape::carry(const ReferenceMove& move) {
+    const auto second = centerPt2() ? move(centerPt2()->getPosition()) : std::nullopt;
+    if (centerPt2() && !second) return;
+    const Survival survives(*this);
+    CylinderShape::carry(move);
+    if (!survives || !second) return;
+    centerPt2()->setPosition(*second);
+    fillGui();
+}
+
 std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
     std::pair<Vec3, Vec3> bounds;
     initBounds_(bounds);

@@ -26,6 +26,7 @@ class OrbitShape : public CylinderShape {
     void deleteGui() override;
     /// Anchored, the middle between the centres comes to lie on the reference.
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    void carry(const ReferenceMove& move) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
 
     /// Move one centre; the other stays, and the radius keeps its number. The radius' point goes along with

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/Carried.h"
+
 namespace OverlayEditor {
 
 Overlay::~Overlay() {
@@ -95,6 +97,13 @@ void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter,
     for (Shape* shape : shapes()) {
         if (attachments_ != attachment) return;  // set anew meanwhile, for all shapes
         if (contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
+    }
+}
+
+void Overlay::carry(const ReferenceMove& move) {
+    for (Shape* shape : shapes()) {
+        if (!entries_.contains(shape) || shape->attachedPlatformId() == 0) continue;
+        if (auto* const carried = dynamic_cast<Carried*>(shape)) carried->carry(move);
     }
 }
 

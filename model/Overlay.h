@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/ReferenceMove.h"
 #include "model/Shape.h"
 
 namespace OverlayEditor {
@@ -45,6 +46,10 @@ class Overlay final : private ShapeKeeper {
     void setReferenceWritten(bool written) { referenceWritten_ = written; }
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
+
+    /// The converter's reference has moved with its platform: the attached shapes go along, and nothing is
+    /// displayed anew.
+    void carry(const ReferenceMove& move);
 
     /// Writes every shape in order. \return 0 when at least one was written, otherwise -1
     int serializeShapes(Serializer& serializer) const;

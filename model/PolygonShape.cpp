@@ -122,7 +122,10 @@ void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* conve
 void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anchorCenter) {
     // About the target's own reference every point stays where it is.
     if (!anchorCenter) return;
-    const ReferenceMove move(centerPoint(), target);
+    moveAll_(ReferenceMove(centerPoint(), target));
+}
+
+void PolygonShape::moveAll_(const ReferenceMove& move) {
     std::vector<Vec3> moved;
     moved.reserve(points_.size());
     for (const Vec3& point : points_) {
@@ -131,6 +134,12 @@ void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anc
         moved.push_back(*there);
     }
     points_ = std::move(moved);
+}
+
+void PolygonShape::carry(const ReferenceMove& move) {
+    moveAll_(move);
+    if (auto* const tool = dynamic_cast<PointsTool*>(mouseTool_)) tool->carryPoints_();
+    fillGui();
 }
 
 void PolygonShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {

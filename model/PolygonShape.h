@@ -4,13 +4,14 @@
 #include <vector>
 
 #include "model/BaseFilledShape.h"
+#include "model/Carried.h"
 #include "model/PointsContainer.h"
 #include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
 /// A line or a polygon: an ordered list of geodetic points.
-class PolygonShape : public PointsContainer, public BaseFilledShape {
+class PolygonShape : public PointsContainer, public BaseFilledShape, public Carried {
   public:
     /// The panel calls it after each edit of the user's.
     using GuiChange = PanelChange;
@@ -33,6 +34,7 @@ class PolygonShape : public PointsContainer, public BaseFilledShape {
     void fillGui() override;
     void deleteGui() override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    void carry(const ReferenceMove& move) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     /// Removes all points; the shape disappears at once.
     void clear() override;
@@ -51,6 +53,8 @@ class PolygonShape : public PointsContainer, public BaseFilledShape {
 
   private:
     void convertAbsolutePoints_(const PointConverter& target, bool anchorCenter);
+    /// All or nothing: a point that cannot be moved keeps the others where they are.
+    void moveAll_(const ReferenceMove& move);
     void put_(unsigned long index, const halCore::Vec3& point);
     /// Refreshes after a change of the list, at an index, that the tool did not make.
     void pointsChanged_(unsigned long index);

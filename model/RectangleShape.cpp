@@ -145,21 +145,29 @@ void RectangleShape::setAttachedPlatformId(unsigned long id, PointConverter* con
         return;
     }
     if (first_ && converter && anchor) {
-        const ReferenceMove move(anchorCenter() && last_ ? center() : *first_, *converter);
-        const auto first = move(*first_);
-        const auto last = last_ ? move(*last_) : std::nullopt;
-        if (first && last.has_value() == last_.has_value()) {
-            // The form stays, and so do its numbers.
-            if (const SetSize* const kept = kept_(); kept && last) {
-                SetSize moved{kept->size, kept->center ? move(*kept->center) : std::nullopt, {*first, *last}};
-                set_ = moved;
-            }
-            first_ = first;
-            last_ = last;
-        }
+        moveAll_(ReferenceMove(anchorCenter() && last_ ? center() : *first_, *converter));
     }
     dirty_();
     if (survives) fillGui();
+}
+
+void RectangleShape::moveAll_(const ReferenceMove& move) {
+    const auto first = first_ ? move(*first_) : std::nullopt;
+    const auto last = last_ ? move(*last_) : std::nullopt;
+    if (first.has_value() != first_.has_value() || last.has_value() != last_.has_value()) return;
+    // The form stays, and so do its numbers.
+    if (const SetSize* const kept = kept_()) {
+        const SetSize moved{kept->size, kept->center ? move(*kept->center) : std::nullopt, {*first, *last}};
+        set_ = moved;
+    }
+    if (typedAnchor_) typedAnchor_ = move(*typedAnchor_);
+    first_ = first;
+    last_ = last;
+}
+
+void RectangleShape::carry(const ReferenceMove& move) {
+    moveAll_(move);
+    fillGui();
 }
 
 std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst) const {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "model/BaseFilledShape.h"
+#include "model/Carried.h"
 #include "model/RectangleGeometry.h"
 #include "model/ShapeEquipment.h"
 
@@ -15,7 +16,7 @@ namespace OverlayEditor {
 /// It is written as a polygon of its corners, and read back from one. Width, height and a centre that were
 /// set are kept beside the corners and are the answer until a corner moves; a file holds the corners
 /// only, so after loading they are computed.
-class RectangleShape : public BaseFilledShape {
+class RectangleShape : public BaseFilledShape, public Carried {
   public:
     enum Subtype { Rectangle = 0, Triangle = 1 };
 
@@ -35,6 +36,7 @@ class RectangleShape : public BaseFilledShape {
     void deleteGui() override;
     /// Anchored, the centre comes to lie on the reference, or the first corner unless anchorCenter().
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
+    void carry(const ReferenceMove& move) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     void clear() override;
 
@@ -68,6 +70,8 @@ class RectangleShape : public BaseFilledShape {
 
     const SetSize* kept_() const;
     void level_(double altitude);
+    /// All or nothing: a corner that cannot be moved keeps the other where it is.
+    void moveAll_(const ReferenceMove& move);
     /// Takes over the rectangle that the panel's fields describe.
     void takeGeometry_();
     void guiChanged_();

@@ -4,12 +4,14 @@
 
 #include "common/Vec3.h"
 #include "geo/Angles.h"
+#include "geo/OffsetGrid.h"
 #include "geo/PointConverter.h"
 
 namespace OverlayEditor {
 
 /// Moves a form: what lay about one position lies about the converter's reference afterwards, at the same
-/// distances to east, north and up.
+/// distances to east, north and up. These are kept on the grid of offsets, so that they are the same after
+/// any number of moves.
 class ReferenceMove {
   public:
     /// \param target not owned; must outlive the object
@@ -21,8 +23,9 @@ class ReferenceMove {
     std::optional<halCore::Vec3> operator()(const halCore::Vec3& lla) const {
         halCore::Vec3 xyz;
         halCore::Vec3 moved;
-        if (from_.convertLlaToXyz(lla, xyz) != 0 || target_.convertXyzToLla(xyz, moved) != 0)
-            return std::nullopt;
+        if (from_.convertLlaToXyz(lla, xyz) != 0) return std::nullopt;
+        xyz.set(onOffsetGrid(xyz.x()), onOffsetGrid(xyz.y()), onOffsetGrid(xyz.z()));
+        if (target_.convertXyzToLla(xyz, moved) != 0) return std::nullopt;
         return moved;
     }
 

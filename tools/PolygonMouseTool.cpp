@@ -40,6 +40,12 @@ void PolygonMouseTool::resetPoints_() {
     drawn_.setPositions(shape_.points());
 }
 
+void PolygonMouseTool::carryPoints_() {
+    if (!isActive()) return;
+    drawn_.setPositions(shape_.points());
+    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
+}
+
 std::string PolygonMouseTool::getPointText_(const Vec3& pos) const {
     std::ostringstream text;
     appendLLAText_(text, pos);

@@ -22,6 +22,7 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     int leftRelease_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
     /// What is highlighted or dragged is let go.
     void resetPoints_() override;
+    void carryPoints_() override;
 
     /// Of the point that is highlighted or dragged, else of the next one to be placed.
     std::size_t pointIndex() const { return grabbed_.value_or(shape_.getNumPoints()); }

@@ -1,3 +1,4 @@
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -5,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/Files.h"
 #include "common/Notify.h"
 #include "geo/Sodano.h"
 #include "gui/Form.h"
@@ -182,6 +184,87 @@ TEST_F(HostPickersTest, AttachesInPlaceOrCentered) {
     EXPECT_NEAR(halCore::Sodano::inverse(circle.centerPt()->getPosition(), Vec3(0.4, -2.8, 0)).distance, 0.0,
                 1e-6);
     EXPECT_EQ(circle.majorAxis(), 500.0);
+}
+
+TEST_F(HostPickersTest, ShapesFollowAPlatformThatMoves) {
+    CylinderShape& circle = addCircle(Vec3(0.31, -2.7, 0));
+    unsigned long platform = 7;
+    dialog->onCmdAttach(nullptr, &platform);
+    host.fileDialogAnswers = {temporary.path() + "/ring.zel"};
+    press("Save As...");
+    const std::string y = form.text("Y:");
+    const int loads = host.loads;
+
+    host.fireTimeouts();
+    EXPECT_EQ(circle.centerPt()->getPosition(), Vec3(0.31, -2.7, 0)) << "not by one bit while it stands";
+
+    // Along its meridian a shape keeps its longitude.
+    host.platforms[7].point.latRad = 0.32;
+    host.platforms[7].point.altMeters = 250;
+    host.fireTimeouts();
+    const Vec3 center = circle.centerPt()->getPosition();
+    EXPECT_NEAR(center.lat(), 0.33, 1e-4);
+    EXPECT_NEAR(center.lon(), -2.7, 1e-12);
+    EXPECT_NEAR(center.alt(), 250, 1e-6);
+    EXPECT_EQ(circle.majorAxis(), 500.0);
+    EXPECT_NEAR(halCore::Sodano::inverse(center, circle.majorAxisPt()->getPosition()).distance, 500.0, 1e-6);
+    EXPECT_EQ(form.text("Y:"), y);
+    EXPECT_EQ(host.loads, loads) << "the host moves what it shows by itself";
+    EXPECT_EQ(host.timeouts.size(), 1u);
+
+    // A drag goes on: the point is wherever the cursor is, and its offset is from where the platform is.
+    host.cursor = center;
+    press("Edit");
+    mouse.handleMouseEvent(Mouse::Motion, {});
+    mouse.handleMouseEvent(Mouse::LeftPress, {});
+    host.platforms[7].point.latRad = 0.34;
+    host.fireTimeouts();
+    host.cursor = Vec3(0.34, -2.7, 250);
+    mouse.handleMouseEvent(Mouse::Motion, {});
+    mouse.handleMouseEvent(Mouse::LeftRelease, {});
+    EXPECT_NEAR(circle.centerPt()->getPosition().lat(), 0.34, 1e-12);
+    EXPECT_EQ(form.text("Y:"), "0.00 m");
+    press("Stop");
+
+    // Detached, it stays where it was last seen, not where it was when the clock last ticked.
+    host.platforms[7].point.latRad = 0.35;
+    dialog->onCmdAttach(nullptr, nullptr);
+    EXPECT_NEAR(circle.centerPt()->getPosition().lat(), 0.35, 1e-12);
+
+    // On a pole nothing can stand about the platform.
+    dialog->onCmdAttach(nullptr, &platform);
+    host.platforms[7].point.latRad = halCore::kHalfPi;
+    host.fireTimeouts();
+    EXPECT_NEAR(circle.centerPt()->getPosition().lat(), 0.35, 1e-12);
+}
+
+TEST_F(HostPickersTest, OffsetsFromNowhereCountFromThePlatformThatIsChosen) {
+    const std::string file = temporary.path() + "/offsets.zel";
+    std::ofstream(file)
+        << "start\nline\naltitudeunits m\nrangeunits m\nxyz 100 200 3\nxyz -400.125 0 0\nend\n";
+    host.fileDialogAnswers = {file};
+    press("...");
+    unsigned long platform = 8;
+    dialog->onCmdAttach(nullptr, &platform);
+    EXPECT_NEAR(overlay.shapes().front()->boundingBox().first.lat(), 0.4, 1e-12);
+    press("Save");
+    std::string saved;
+    UTILS::readFile(file, saved);
+    EXPECT_THAT(saved, HasSubstr("xyz 100 200 3\nxyz -400.125 0 0\n"));
+}
+
+TEST_F(HostPickersTest, APlatformWithoutAPlaceIsRefused) {
+    CylinderShape& circle = addCircle(Vec3(0.31, -2.7, 0));
+    unsigned long platform = 7;
+    dialog->onCmdAttach(nullptr, &platform);
+    for (unsigned long gone : {8UL, 4711UL}) {
+        host.platforms.erase(gone);
+        messages.clear();
+        dialog->onCmdAttach(nullptr, &gone);
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("no position now")));
+        EXPECT_EQ(circle.attachedPlatformId(), 7u);
+        EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "Zulu");
+    }
 }
 
 TEST_F(HostPickersTest, ClosingWithoutAChoiceChangesNothing) {

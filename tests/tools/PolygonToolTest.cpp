@@ -72,6 +72,30 @@ TEST_F(PolygonTool, ADragDrawsTheFirstSegmentAndAnAbortLeavesNothing) {
     EXPECT_EQ(host.overlays.size(), 1u) << "only the first line";
 }
 
+TEST_F(PolygonTool, ADragGoesOnWhenThePlatformCarriesTheShape) {
+    OverlayEditor::PointConverter converter;
+    converter.setReferenceLla(place("21.0N 158.0W"), 7);
+    overlay.setAttachedPlatformId(7, &converter, false);
+    auto& shape = start();
+    for (const char* where : {"21.0N 158.0W", "21.1N 158.0W", "21.1N 157.9W"}) click(where);
+    mouse.from("21.1N 158.0W").move("21.15N 158.0W");
+    ASSERT_EQ(stateOf(shape), BaseMouseTool::Dragging);
+    const int loads = host.loads;
+    converter.setReferenceLla(place("20.8N 158.0W"), 7);
+    overlay.carry(OverlayEditor::ReferenceMove(place("21.0N 158.0W"), converter));
+    mouse.frame();
+    EXPECT_EQ(host.loads, loads) << "the host carries what it displays itself";
+    EXPECT_EQ(stateOf(shape), BaseMouseTool::Dragging);
+    EXPECT_EQ(static_cast<const BaseMouseTool&>(*shape.mouseTool()).nearPoint()->getPosition(),
+              shape.pointAtIndex(1));
+    EXPECT_NEAR(geodesic(shape.pointAtIndex(0), place("20.8N 158.0W")).meters, 0.0, 1e-6);
+
+    mouse.to("21.2N 158.1W");
+    EXPECT_NEAR(geodesic(shape.pointAtIndex(1), place("21.2N 158.1W")).meters, 0.0, 1.0)
+        << "at the cursor, wherever the shape went";
+    EXPECT_NEAR(geodesic(shape.pointAtIndex(0), place("20.8N 158.0W")).meters, 0.0, 1e-6);
+}
+
 TEST_F(PolygonTool, TheOnlyPointClickedAgainIsRemoved) {
     auto& shape = start();
     for (const bool motion : {true, false}) {
