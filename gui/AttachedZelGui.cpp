@@ -2,6 +2,7 @@
 
 #include "common/Notify.h"
 #include "model/Utils.h"
+#include "pi/PIData.h"
 
 namespace OverlayEditor {
 
@@ -53,6 +54,12 @@ int AttachedZelGui::onCmdSelected(PIObject*, void*) {
     unsigned long id = platforms_.selectedPlatform();
     if (id == 0) {
         halNotify::notify(halNotify::Warning) << "No platform is selected";
+        return 1;
+    }
+    PIData::PIPlatformHeader header;
+    if (PIData::getHeader(id, header) != 0) {
+        halNotify::notify(halNotify::Warning) << "The selected platform is gone";
+        platforms_.refreshPlatformList();
         return 1;
     }
     setAttachPlatform(id);

@@ -44,7 +44,14 @@ class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver
     explicit ZelObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
     void addedZEL(void*) override { changed_(); }
     void removedZEL(void* zel) override {
-        if (zel == dialog_.overlay_->zelId()) dialog_.overlay_->setZelId(nullptr);
+        guarded("removedZEL", 0, [&] {
+            if (!zel || zel != dialog_.overlay_->zelId()) return 0;
+            dialog_.overlay_->setZelId(nullptr);
+            halNotify::notify(halNotify::Warning) << "The host has unloaded the edited overlay; its shapes "
+                                                     "stay in the editor, and saving loads "
+                                                     "them again";
+            return 0;
+        });
         changed_();
     }
 
@@ -82,8 +89,8 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     timeout_.cancel();
     editing_ = false;
     mouseManager_->clearMouseTool();
-    constexpr bool atAnyPlace = true;
-    rescueUnsaved_(atAnyPlace);
+    constexpr bool atEnd = true;
+    rescueUnsaved_(atEnd);
     cleanupPriorZEL_();
 }
 
@@ -104,8 +111,8 @@ void OverlayEditorDialog::setShowEditing_(bool editing) {
     if (!editing) mouseManager_->clearMouseTool();
     overlay_->setActive(editing);
     if (overlay_->zelId()) PIHALVIS::showZELFile(overlay_->zelId(), !editing);
-    if (editing && currentShape_ && currentShape_->mouseTool())
-        mouseManager_->setCurrentMouseTool(currentShape_->mouseTool(), false);
+    const Shape* const shape = current_();
+    if (editing && shape && shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), false);
     updateMouseControls_();
 }
 
@@ -134,13 +141,17 @@ void OverlayEditorDialog::fillList_() {
     for (Shape* shape : overlay_->shapes()) widgets_->list.appendItem(shape->name(), shape);
 }
 
-Shape* OverlayEditorDialog::selectedShape_() const {
+Shape* OverlayEditorDialog::selectedShape_() {
     const std::int32_t item = widgets_->list.getSelectedItem();
     if (item < 0) return nullptr;
-    const void* const data = widgets_->list.getItemData(item);
-    const std::vector<Shape*> shapes = overlay_->shapes();
-    const auto found = std::find(shapes.begin(), shapes.end(), data);
-    return found == shapes.end() ? nullptr : *found;
+    auto* const shape = static_cast<Shape*>(widgets_->list.getItemData(item));
+    if (overlay_->contains(shape)) return shape;
+    halNotify::notify(halNotify::Warning)
+        << "The shape \"" << widgets_->list.getItemText(item) << "\" is gone";
+    widgets_->list.removeItem(item);
+    widgets_->list.deselectAll();
+    updateListManipulationButtons_();
+    return nullptr;
 }
 
 std::int32_t OverlayEditorDialog::itemOf_(const Shape* shape) const {
@@ -150,9 +161,14 @@ std::int32_t OverlayEditorDialog::itemOf_(const Shape* shape) const {
     return -1;
 }
 
+Shape* OverlayEditorDialog::current_() {
+    if (!overlay_->contains(currentShape_)) currentShape_ = nullptr;
+    return currentShape_;
+}
+
 void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
-    if (shape != currentShape_) {
-        if (currentShape_) currentShape_->deleteGui();
+    if (Shape* const before = current_(); shape != before) {
+        if (before) before->deleteGui();
         currentShape_ = shape;
         if (shape) {
             shape->createGui(preferences_, &widgets_->panelArea);
@@ -216,7 +232,7 @@ int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
     setCurrentShapes({});
     setFileName_({});
     cleanupPriorZEL_();
-    keptText_.clear();
+    setKept_({});
     return 1;
 }
 
@@ -251,8 +267,8 @@ int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdStartDraw(PIObject*, void*) {
-    if (currentShape_ && currentShape_->mouseTool())
-        mouseManager_->setCurrentMouseTool(currentShape_->mouseTool(), true);
+    const Shape* const shape = current_();
+    if (shape && shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), true);
     updateMouseControls_();
     return 1;
 }
@@ -266,8 +282,10 @@ int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
 void OverlayEditorDialog::updateMouseControls_() {
     if (editing_) followPlatform_();
     timeout_.cancel();
+    updateSavedMark_();
     if (!editing_) return;
-    MouseTool* const tool = currentShape_ ? currentShape_->mouseTool() : nullptr;
+    const Shape* const shape = current_();
+    MouseTool* const tool = shape ? shape->mouseTool() : nullptr;
     if (!mouseManager_->isValid() && tool) mouseManager_->setCurrentMouseTool(tool, false);
     const bool usable = mouseManager_->isValid();
     const bool drawing = tool && mouseManager_->currentMouseTool() == tool && tool->isActive();
@@ -275,7 +293,8 @@ void OverlayEditorDialog::updateMouseControls_() {
     widgets_->stop.setEnabled(usable);
     widgets_->edit.setCheck(drawing);
     widgets_->stop.setCheck(usable && !drawing);
-    if (usable) PICommon::createTimeout(timeout_, kFollowToolMilliseconds, onTimeoutCallback_);
+    // The panel of a shape without a tool makes changes, too.
+    if (usable || shape) PICommon::createTimeout(timeout_, kFollowToolMilliseconds, onTimeoutCallback_);
 }
 
 int OverlayEditorDialog::onTimeout(PIObject*, void*) {
@@ -285,15 +304,17 @@ int OverlayEditorDialog::onTimeout(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
-    if (!currentShape_) return 1;
+    Shape* const shape = current_();
+    if (!shape) return 1;
     const std::string name = widgets_->name.getValueText();
     if (UTILS::trimmed(name).empty()) {
         halNotify::notify(halNotify::Warning) << "A shape needs a name";
-        widgets_->name.setValue(currentShape_->name());
+        widgets_->name.setValue(shape->name());
         return 1;
     }
-    currentShape_->setName(name);
-    if (const std::int32_t item = itemOf_(currentShape_); item >= 0) widgets_->list.setItemText(item, name);
+    shape->setName(name);
+    if (const std::int32_t item = itemOf_(shape); item >= 0) widgets_->list.setItemText(item, name);
+    updateSavedMark_();
     return 1;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -87,9 +89,12 @@ class OverlayEditorDialog {
     /// A base name, a blank and a number that no shape of the overlay has.
     std::string getUniqueName_(const std::string& base);
     void setCurrentShape_(Shape* shape);
+    /// The shape whose panel is shown, null for none: it may be gone.
+    Shape* current_();
     void fillList_();
-    /// The shape of the selected item, null when none is selected or the shape is gone.
-    Shape* selectedShape_() const;
+    /// The shape of the selected item, null when none is selected. The item of a shape that is gone goes,
+    /// too, with a message.
+    Shape* selectedShape_();
     /// The item of a shape, -1 when it has none.
     std::int32_t itemOf_(const Shape* shape) const;
     void selectInList_(const Shape* shape);
@@ -108,10 +113,17 @@ class OverlayEditorDialog {
     /// Where the positions of an overlay on this platform count from: the platform's place now, or the ground
     /// below the view for platform 0 and for one without a place.
     halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
+    /// What the overlay holds is what a file holds now.
+    void setKept_(std::string text);
+    /// Says whether there is something to save, when anything may have changed since it was said last.
+    void updateSavedMark_();
+    /// Names of the shapes that have been begun, but would not be in a file.
+    std::vector<std::string> unfinished_(const std::vector<std::string>& skipped) const;
     /// Shapes that changed since they were loaded or saved are written to a dated file among the quick
-    /// shapes, and the log says where. \return false when they could not be written, and would be lost
-    /// \param atAnyPlace in the directory for temporary files rather than nowhere
-    bool rescueUnsaved_(bool atAnyPlace = false) const;
+    /// shapes, and the log says where. \return false when they could not be written
+    /// \param atEnd in the directory for temporary files rather than nowhere: they are lost otherwise
+    bool rescueUnsaved_(bool atEnd = false) const;
+    bool writeRescue_(const std::string& text, bool atEnd) const;
     /// Deletes all shapes, nothing of them being shown, listed or drawn any more.
     void giveUpShapes_();
     /// A file with something that the editor cannot keep, or that others have written since it was loaded or
@@ -147,8 +159,11 @@ class OverlayEditorDialog {
     FileVersion knownFile_;
     /// What was saved last: it holds nothing that would be lost.
     FileVersion savedFile_;
-    /// The text of the shapes when they were last loaded or saved; empty before.
+    /// What was last loaded or saved: the text of the shapes, empty before, and what they were attached to.
     std::string keptText_;
+    unsigned long keptPlatform_ = 0;
+    /// The overlay's revision when the mark was set last.
+    std::optional<std::uint64_t> markedRevision_;
 
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;

@@ -1,7 +1,6 @@
 // The part of the dialog that deals with files, with the host's overlays, and with the manual.
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <ctime>
 #include <iomanip>
@@ -14,17 +13,12 @@
 #include "gui/LaunchHtmlFile.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/OverlayFile.h"
-#include "model/Utils.h"
-#include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 #include "tools/QuickDrawFiles.h"
 
 namespace OverlayEditor {
 
 namespace {
-
-/// A platform that is nearer to where it was has not moved.
-constexpr double kStandsStillMeters = 1e-3;
 
 PICommon::FileDialogRequest loadRequest() {
     return {.title = "Load Overlay File",
@@ -167,50 +161,9 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
     std::vector<Shape*> shapes;
     for (auto& shape : loaded.shapes) shapes.push_back(shape.release());
     setCurrentShapes(shapes);
-    keptText_ = overlayText(*overlay_);
+    setKept_(overlayText(*overlay_));
     setFileName_(fileName);
     return true;
-}
-
-void OverlayEditorDialog::warnOfAssumedReference_(const std::string& fileName,
-                                                  const halCore::Vec3& lla) const {
-    const auto& units = *preferences_->unitsProvider();
-    halNotify::notify(halNotify::Warning)
-        << fileName << " has offsets and no reference of its own: they are taken to count from "
-        << units.formatLatitude(lla.lat()) << ' ' << units.formatLongitude(lla.lon())
-        << " until the overlay is attached to a platform";
-}
-
-unsigned long OverlayEditorDialog::createRelativeReferencePlatform_(const halCore::Vec3& lla,
-                                                                    const halCore::Vec3& ori) {
-    removeReferencePlatform_();
-    PIData::PIPlatformHeader header;
-    header.name = "ZEL Reference Point";
-    header.icon = "x2";
-    PIData::PIDataPoint point;
-    point.timeSeconds = PIData::clockGetBegin();
-    point.latRad = lla.lat();
-    point.lonRad = lla.lon();
-    point.altMeters = lla.alt();
-    point.headingRad = ori.x();
-    point.pitchRad = ori.y();
-    point.rollRad = ori.z();
-    referencePlatform_ = PIData::createPlatform(header, point, PIData::getScenarioCoordReferenceFrame());
-    PICommon::forceOpenGLRedraw();
-    return referencePlatform_;
-}
-
-void OverlayEditorDialog::removeReferencePlatform_() {
-    const unsigned long platform = std::exchange(referencePlatform_, 0);
-    PIData::PIPlatformHeader header;
-    // The user, or a new scenario, may have removed it.
-    if (platform && PIData::getHeader(platform, header) == 0) PIData::removeEntity(platform);
-}
-
-halCore::Vec3 OverlayEditorDialog::findDefaultRefLla_(unsigned long platform) const {
-    halCore::Vec3 lla;
-    if (platform == 0 || Utils::getPlatformLla(platform, lla) != 0) Utils::getDefaultLla(lla);
-    return lla;
 }
 
 void OverlayEditorDialog::cleanupPriorZEL_() {
@@ -281,11 +234,9 @@ bool OverlayEditorDialog::keepOldFile_(const std::string& fileName) const {
     return true;
 }
 
-bool OverlayEditorDialog::rescueUnsaved_(bool atAnyPlace) const {
-    const std::string text = overlayText(*overlay_);
-    if (text.empty() || text == keptText_) return true;
+bool OverlayEditorDialog::writeRescue_(const std::string& text, bool atEnd) const {
     std::vector<std::string> directories{makeQuickShapeDirectory()};
-    if (atAnyPlace) directories.push_back(UTILS::temporaryDirectory());
+    if (atEnd) directories.push_back(UTILS::temporaryDirectory());
     const std::string stem = rescueStem();
     for (const std::string& directory : directories) {
         const auto name = [&](int i) {
@@ -297,10 +248,52 @@ bool OverlayEditorDialog::rescueUnsaved_(bool atAnyPlace) const {
             halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
             return true;
         }
+        const bool last = directory == directories.back();
         halNotify::notify(halNotify::Error)
-            << "The unsaved shapes could not be written to " << path << ": " << error;
+            << "The unsaved shapes could not be written to " << path << ": " << error
+            << (!last   ? ""
+                : atEnd ? "; they are lost"
+                        : "; they stay in the editor");
     }
     return false;
+}
+
+std::vector<std::string> OverlayEditorDialog::unfinished_(const std::vector<std::string>& skipped) const {
+    std::vector<std::string> names;
+    for (const std::string& name : skipped) {
+        const Shape* const shape = overlay_->findShape(name);
+        if (!shape) continue;
+        const auto [low, high] = shape->boundingBox();
+        if (low.lat() <= high.lat()) names.push_back(name);
+    }
+    return names;
+}
+
+bool OverlayEditorDialog::rescueUnsaved_(bool atEnd) const {
+    std::vector<std::string> skipped;
+    const std::string text = overlayText(*overlay_, &skipped);
+    if (!text.empty() && text != keptText_ && !writeRescue_(text, atEnd)) return false;
+    // No file can hold half a shape.
+    if (const auto unfinished = unfinished_(skipped); !unfinished.empty())
+        halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << listed(unfinished);
+    return true;
+}
+
+void OverlayEditorDialog::setKept_(std::string text) {
+    keptText_ = std::move(text);
+    keptPlatform_ = overlay_->attachedPlatformId();
+    markedRevision_.reset();
+    updateSavedMark_();
+}
+
+void OverlayEditorDialog::updateSavedMark_() {
+    if (markedRevision_ == overlay_->revision()) return;
+    markedRevision_ = overlay_->revision();
+    std::vector<std::string> skipped;
+    const bool kept = overlayText(*overlay_, &skipped) == keptText_ &&
+                      (keptText_.empty() || overlay_->attachedPlatformId() == keptPlatform_) &&
+                      unfinished_(skipped).empty();
+    widgets_->changes.updateValue(kept ? "None" : "Not saved");
 }
 
 bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
@@ -314,7 +307,7 @@ bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
         return false;
     }
     savedFile_ = knownFile_ = FileVersion(fileName, text);
-    keptText_ = text;
+    setKept_(text);
     if (!saved.skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Not complete, and not in " << fileName << ": " << listed(saved.skipped);
@@ -352,90 +345,6 @@ int OverlayEditorDialog::onCmdHelp(PIObject*, void*) {
         halNotify::notify(halNotify::Error)
             << "Error Loading Overlay Editor Documentation at " << address << " : " << error;
     return 1;
-}
-
-// Attaching, and the scenario
-
-void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
-    followPlatform_();
-    halCore::Vec3 place;
-    if (platform && Utils::getPlatformLla(platform, place) != 0) {
-        halNotify::notify(halNotify::Error)
-            << Utils::platformName(platform) << " has no position now: the overlay is not attached to it";
-        widgets_->attach.setAttachPlatform(overlay_->attachedPlatformId());
-        return;
-    }
-    const bool own = platform != 0 && platform == referencePlatform_;
-    // Offsets that count from nowhere count from this platform: where they were shown was only assumed.
-    if (platform && !own && !center && referencePlatform_ && !overlay_->referenceWritten())
-        moveReference_(place);
-    // Shapes that are attached keep their reference: they are detached before it moves.
-    overlay_->setAttachedPlatformId(0, nullptr, false);
-    if (!own) {
-        removeReferencePlatform_();
-        overlay_->setReferenceWritten(false);
-    }
-    pointConverter_->setReferenceLla(place, platform);
-    if (platform) overlay_->setAttachedPlatformId(platform, pointConverter_.get(), center);
-}
-
-void OverlayEditorDialog::followPlatform_() {
-    const unsigned long platform = overlay_->attachedPlatformId();
-    halCore::Vec3 place;
-    halCore::Vec3 way;
-    if (platform == 0 || Utils::getPlatformLla(platform, place) != 0) return;
-    // The host may have called back.
-    if (platform != overlay_->attachedPlatformId()) return;
-    if (pointConverter_->convertLlaToXyz(place, way) == 0 &&
-        std::hypot(way.x(), way.y(), way.z()) < kStandsStillMeters)
-        return;
-    moveReference_(place);
-}
-
-void OverlayEditorDialog::moveReference_(const halCore::Vec3& lla) {
-    const bool kept = overlayText(*overlay_) == keptText_;
-    halCore::Vec3 from;
-    halCore::Vec3 origin;
-    const unsigned long platform = pointConverter_->refPlatformId();
-    pointConverter_->getReferenceLla(from);
-    pointConverter_->setReferenceLla(lla, platform);
-    // On a pole there is no east.
-    if (pointConverter_->convertXyzToLla({}, origin) != 0) {
-        pointConverter_->setReferenceLla(from, platform);
-        return;
-    }
-    overlay_->carry(ReferenceMove(from, *pointConverter_));
-    // What follows from the offsets, as two corners of a rectangle, is a little different about each place.
-    if (kept && !overlay_->referenceWritten()) keptText_ = overlayText(*overlay_);
-}
-
-int OverlayEditorDialog::onCmdAttach(PIObject*, void* data) {
-    attach_(data ? *static_cast<const unsigned long*>(data) : 0, widgets_->attach.centerOnHost());
-    return 1;
-}
-
-int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
-    updateMouseControls_();
-    return 1;
-}
-
-void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
-    if (id == 0) return;
-    if (id == overlay_->attachedPlatformId()) {
-        halNotify::notify(halNotify::Warning)
-            << "The platform of the edited overlay is gone; its shapes stay where they are";
-        attach_(0, false);
-        widgets_->attach.reset();
-    }
-    widgets_->attach.refreshPlatformList();
-}
-
-void OverlayEditorDialog::scenarioZELsChanged() {
-    if (existingZels_) existingZels_->refreshZELList();
-}
-
-void OverlayEditorDialog::scenarioPlatformAdded() {
-    widgets_->attach.refreshPlatformList();
 }
 
 }  // namespace OverlayEditor

@@ -33,6 +33,9 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PILabel fileCaption;
     PIGUI::PITextField file;
     PIGUI::PIButton load;
+    PIGUI::PILabel changesCaption;
+    PIGUI::PILabel changes;
+    PIGUI::PILabel changesFiller;
     AttachedZelGui attach;
     PIGUI::PILabel autoDeleteCaption;
     PIGUI::PICheckButton autoDelete;

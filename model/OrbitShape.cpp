@@ -143,10 +143,19 @@ void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* convert
 void OrbitShape::carry(const ReferenceMove& move) {
     const auto second = centerPt2() ? move(centerPt2()->getPosition()) : std::nullopt;
     if (centerPt2() && !second) return;
+    const bool radiusAtSecond = radiusAtSecond_();
+    const double radius = minorAxis();
+    const Vec3 from = centerPt2() ? centerPt2()->getPosition() : Vec3();
+    const Vec3 radiusPoint = minorAxisPt() ? minorAxisPt()->getPosition() : Vec3();
     const Survival survives(*this);
     CylinderShape::carry(move);
     if (!survives || !second) return;
     centerPt2()->setPosition(*second);
+    if (radiusAtSecond) {
+        minorAxisPt()->setPosition(radiusPoint);
+        carryRadiusPoint_(from, *second);
+        keepMinorRadius_(radius);
+    }
     fillGui();
 }
 

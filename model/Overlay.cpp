@@ -13,6 +13,7 @@ Overlay::~Overlay() {
 
 void Overlay::addShape(Shape* shape) {
     if (!shape || contains(shape)) return;
+    ++revision_;
     const Shape::Survival survives(*shape);
     const std::uint64_t attachment = attachments_;
     shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
@@ -36,6 +37,7 @@ void Overlay::removeShape(Shape* shape) {
 bool Overlay::forget_(const Shape* shape) {
     const auto known = entries_.find(shape);
     if (known == entries_.end()) return false;
+    ++revision_;
     // The list is sorted by order.
     const auto at =
         std::lower_bound(shapes_.begin(), shapes_.end(), known->second->order,
@@ -51,6 +53,7 @@ void Overlay::deleted(const Shape* shape) {
 }
 
 void Overlay::renamed(Shape& shape) {
+    ++revision_;
     auto& entry = entries_.at(&shape);
     const std::uint64_t order = entry->order;
     byName_.erase(entry);
@@ -63,6 +66,7 @@ Shape* Overlay::findShape(const std::string& name) const {
 }
 
 void Overlay::clearShapes(bool destroying) {
+    ++revision_;
     // Emptied first: a dying shape's tool, or the host, may look at the overlay.
     std::vector<std::pair<Shape*, Shape::Survival>> dying;
     dying.reserve(shapes_.size());
@@ -91,6 +95,7 @@ void Overlay::setActive(bool active) {
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
+    ++revision_;
     attachedPlatformId_ = id;
     pointConverter_ = converter;
     const std::uint64_t attachment = ++attachments_;
@@ -101,6 +106,7 @@ void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter,
 }
 
 void Overlay::carry(const ReferenceMove& move) {
+    ++revision_;
     for (Shape* shape : shapes()) {
         if (!entries_.contains(shape) || shape->attachedPlatformId() == 0) continue;
         if (auto* const carried = dynamic_cast<Carried*>(shape)) carried->carry(move);

@@ -43,13 +43,20 @@ class Overlay final : private ShapeKeeper {
     /// Whether a file of the overlay names what its offsets count from: the overlay stands about a fixed
     /// point, not about what a platform of the scenario is. Not at first; means nothing when not attached.
     bool referenceWritten() const { return referenceWritten_; }
-    void setReferenceWritten(bool written) { referenceWritten_ = written; }
+    void setReferenceWritten(bool written) {
+        referenceWritten_ = written;
+        ++revision_;
+    }
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
 
     /// The converter's reference has moved with its platform: the attached shapes go along, and nothing is
     /// displayed anew.
     void carry(const ReferenceMove& move);
+
+    /// Another number whenever something of the overlay may have changed: the shapes need not be looked at as
+    /// long as it is the same.
+    std::uint64_t revision() const { return revision_; }
 
     /// Writes every shape in order. \return 0 when at least one was written, otherwise -1
     int serializeShapes(Serializer& serializer) const;
@@ -77,12 +84,14 @@ class Overlay final : private ShapeKeeper {
     using Names = std::set<Entry, EntryLess>;
 
     void renamed(Shape& shape) override;
+    void touched() override { ++revision_; }
     void deleted(const Shape* shape) override;
     /// Needs no more than the address. \return whether the shape was here
     bool forget_(const Shape* shape);
 
     PointConverter* pointConverter_ = nullptr;
     unsigned long attachedPlatformId_ = 0;
+    std::uint64_t revision_ = 0;
     bool referenceWritten_ = false;
     void* zelId_ = nullptr;
     std::vector<Shape*> shapes_;

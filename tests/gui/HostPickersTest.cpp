@@ -134,6 +134,15 @@ TEST_F(HostPickersTest, SortsPlatformsAndKeepsTheHostsOrderOfEqualNames) {
     press(kPlatformOk);
     EXPECT_THAT(messages, ElementsAre("No platform is selected"));
     EXPECT_TRUE(host.find("Select Platform")->shown);
+
+    // Gone while the dialog is open.
+    messages.clear();
+    platforms().number = 3;
+    host.platforms.erase(7);
+    press(kPlatformOk);
+    EXPECT_THAT(messages, ElementsAre("The selected platform is gone"));
+    EXPECT_THAT(platforms().items, ElementsAre("Alpha", "Mike", "Mike"));
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
 }
 
 TEST_F(HostPickersTest, PicksInTheView) {

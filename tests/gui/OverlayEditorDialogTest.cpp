@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "gui/TestEquipment.h"
 #include "model/CylinderShape.h"
 #include "model/ShapeRegistry.h"
+#include "pi/PIHALVIS.h"
 #include "support/TemporaryDirectory.h"
 
 using halCore::kRadiansPerDegree;
@@ -79,6 +81,12 @@ class OverlayEditorDialogTest : public ::testing::Test {
         shape.setMajorRadius(radiusMeters);
         press("Stop");
         return shape;
+    }
+    /// What the dialog says about changes, a second later.
+    std::string changes() {
+        host.fireTimeouts();
+        const std::string& text = form.field("Changes:").text;
+        return text.empty() ? "None" : text;
     }
     std::string path(const char* name) const { return directory + "/" + name; }
     std::string contentsOf(const std::string& file) const {
@@ -621,6 +629,81 @@ TEST_F(OverlayEditorDialogTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {
     EXPECT_EQ(rescued().size(), 3u);
 }
 
+TEST_F(OverlayEditorDialogTest, SaysWhetherThereIsSomethingToSave) {
+    write(path("two.zel"), kTwoCircles);
+    host.platforms[7].point.latRad = 0.3;
+    unsigned long platform = 7;
+    dialog->show();
+    EXPECT_EQ(changes(), "None");
+    host.fileDialogAnswers = {path("two.zel"), path("no-such-directory/a.zel"), path("b.zel"),
+                              path("two.zel")};
+    press("...");
+    EXPECT_EQ(changes(), "None");
+    select(0);
+    EXPECT_EQ(changes(), "None") << "looking is no change";
+
+    struct Step {
+        const char* what;
+        std::function<void()> act;
+        const char* said;
+    };
+    const std::vector<Step> steps = {
+        {"a typed radius", [&] { form.type("Radius:", "5 nm"); }, "Not saved"},
+        {"a save that fails", [&] { press("Save As..."); }, "Not saved"},
+        {"saved", [&] { press("Save As..."); }, "None"},
+        {"a name", [&] { form.type("Name:", "x"); }, "Not saved"},
+        {"the old name again", [&] { form.type("Name:", "Inner"); }, "None"},
+        {"attached", [&] { dialog->onCmdAttach(nullptr, &platform); }, "Not saved"},
+        {"saved", [&] { press("Save"); }, "None"},
+        {"the platform moves", [&] { host.platforms[7].point.latRad = 0.31; }, "None"},
+        {"another unit", [&] { form.choose("Rng:", 3); }, "None"},
+        {"deleted", [&] { press("Delete"); }, "Not saved"},
+        {"loaded", [&] { press("..."); }, "None"},
+        {"a kind", [&] { form.choose("Shape:", 1); }, "None"},
+        {"begun",
+         [&] {
+             static_cast<CylinderShape&>(*overlay.shapes().back()).setCenter({0.1, 0.2, 0});
+         },
+         "Not saved"},
+        {"saved without it", [&] { press("Save"); }, "Not saved"},
+        {"all deleted", [&] { press("Delete All"); }, "None"}};
+    for (const auto& [what, act, said] : steps) {
+        messages.clear();
+        act();
+        EXPECT_EQ(changes(), said) << what;
+    }
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("given up: Circle 1")));
+}
+
+TEST_F(OverlayEditorDialogTest, AnItemWhoseShapeIsGoneGoesWithAMessage) {
+    dialog->show();
+    for (const char* caption : {"Delete", "Center"}) {
+        delete &addCircle(1, 2, 500);
+        host.fireTimeouts();
+        form.type("Name:", "x");
+        press("Edit");
+        messages.clear();
+        press(caption);
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("is gone"))) << caption;
+        EXPECT_THAT(list().items, IsEmpty());
+        EXPECT_FALSE(host.find("Delete All")->enabled);
+    }
+    EXPECT_FALSE(host.cameraCenter);
+}
+
+TEST_F(OverlayEditorDialogTest, SaysWhenTheHostUnloadsTheEditedOverlay) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    host.fileDialogAnswers = {path("a.zel")};
+    press("Save As...");
+    EXPECT_THAT(messages, IsEmpty());
+    PIHALVIS::unloadZELFile(overlay.zelId());
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("has unloaded the edited overlay")));
+    EXPECT_FALSE(overlay.zelId());
+    press("Save");
+    EXPECT_TRUE(overlay.zelId());
+}
+
 TEST_F(OverlayEditorDialogTest, KeepsTheShapesThatCannotBeRescued) {
     write(path("rescued"), "a file where the directory should be");
     write(path("two.zel"), kTwoCircles);
@@ -632,6 +715,8 @@ TEST_F(OverlayEditorDialogTest, KeepsTheShapesThatCannotBeRescued) {
         press(caption);
         EXPECT_THAT(overlay.shapes(), ElementsAre(&mine)) << caption;
         EXPECT_THAT(messages, ElementsAre(HasSubstr("could not be written to " + path("rescued"))));
+        EXPECT_THAT(messages.front(), HasSubstr("they stay in the editor"));
+        EXPECT_EQ(changes(), "Not saved");
     }
     // At the end of the host any place is better than none.
     std::filesystem::create_directory(path("temporary"));

@@ -55,7 +55,7 @@ picture(work + "/offsets-none.png");
 
 // The user takes the reference away: the shapes stay, absolute.
 removePlatform(reference()[0].id);
-assert(attachedTo("None"));
+assert(!editor.checked("Attach:"));
 answerFileDialog(work + "/absolute.zel");
 editor.press("Save As...");
 assert(!readFile(work + "/absolute.zel").includes("xyz"), "absolute now");
