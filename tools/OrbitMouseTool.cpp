@@ -49,8 +49,9 @@ void OrbitMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
                                      : grabbed == MajorAxis ? orbit_.centerPt2()
                                                             : orbit_.minorAxisPt();
     if (!point) return;
-    if (pos.alt() != point->getAltitude()) orbit_.setAltitude(pos.alt());
-    if (!isActive() || pos == point->getPosition()) return;
+    const Vec3 from = point->getPosition();
+    if (pos.alt() != from.alt()) orbit_.setAltitude(pos.alt());
+    if (!isActive() || (pos.lat() == from.lat() && pos.lon() == from.lon())) return;
     if (grabbed == Center)
         orbit_.moveFirstCenter(pos);
     else if (grabbed == MajorAxis)
