@@ -320,8 +320,8 @@ TEST_F(SaveFileTest, AFailingSystemLeavesOneWholeFile) {
         }
 }
 
-/// Runs `save` in processes of their own, and `meanwhile` at one stop after the other: before and behind each
-/// system call. `meanwhile` may kill the process; `check` is told what became of it.
+/// Runs `save` in processes of their own, and `meanwhile` at one stop after the other: behind each system
+/// call. `meanwhile` may kill the process; `check` is told what became of it.
 void atEveryStop(const std::function<int()>& save, const std::function<void(SteppedChild&)>& meanwhile,
                  const std::function<void(const SteppedChild&)>& check) {
     constexpr int kTooMany = 1000;

@@ -102,7 +102,7 @@ inline bool makeNamelessFilesFail() {
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &whole) == 0;
 }
 
-/// A process that runs an action and stands still before and behind each of its system calls.
+/// A process that runs an action and stands still behind each of its system calls.
 class SteppedChild {
   public:
     explicit SteppedChild(const std::function<int()>& action) {
@@ -121,8 +121,11 @@ class SteppedChild {
 
     /// To the next stop; false when the action has ended.
     bool step() {
-        if (!alive_ || ::ptrace(PTRACE_SYSCALL, child_, nullptr, nullptr) != 0) return false;
-        wait_();
+        // The calls are stopped at both ends.
+        for (int i = 0; alive_ && i < 2; ++i) {
+            if (::ptrace(PTRACE_SYSCALL, child_, nullptr, nullptr) != 0) return false;
+            wait_();
+        }
         return alive_;
     }
     void kill() {
