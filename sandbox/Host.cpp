@@ -12,6 +12,7 @@
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
 #include "sandbox/UserFiles.h"
+#include "sandbox/ViewMenu.h"
 #include "sandbox/services/ContextMenu.h"
 #include "sandbox/services/FileDialogs.h"
 #include "sandbox/services/Services.h"
@@ -193,6 +194,7 @@ void Host::connectWindow() {
     window_.viewMenu().addAction(clockBar_->toggleViewAction());
     window_.viewMenu().addSeparator();
     window_.viewMenu().addAction("Show &Everything", QKeySequence("Ctrl+E"), this, &Host::showEverything);
+    fillViewMenu(window_.viewMenu(), view(), settings_);
     const OverlayPanel& panel = window_.overlayPanel();
     connect(&panel, &OverlayPanel::overlayShownChanged, this, [this](void* handle, bool shown) {
         if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <cstdio>
 #include <numbers>
 #include <optional>
@@ -18,6 +19,7 @@
 #include "sandbox/view/Camera.h"
 #include "sandbox/view/GlobePicture.h"
 #include "sandbox/view/GlobeView.h"
+#include "sandbox/view/PrintPicture.h"
 #include "sandbox/view/SceneExtent.h"
 
 namespace sandbox {
@@ -43,6 +45,7 @@ struct RenderJob {
     double density = 1.0;
     std::optional<Look> look;  ///< nothing: everything that the files hold
     Backdrop backdrop;
+    MapOptions map;
     QImage earth;
 };
 
@@ -81,12 +84,29 @@ std::optional<Complaint> readBackground(const QString& text, RenderJob& job) {
     return std::nullopt;
 }
 
+std::optional<MapOptions> readMap(const QString& text) {
+    MapOptions map;
+    for (const QString& word : text.split(',', Qt::SkipEmptyParts)) {
+        if (word == "graticule")
+            map.graticule = true;
+        else if (word == "coast")
+            map.coastlines = true;
+        else if (word == "borders")
+            map.borders = true;
+        else if (word == "scale")
+            map.scaleBar = true;
+        else
+            return std::nullopt;
+    }
+    return map;
+}
+
 std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription("Draws overlay files as a picture.");
     parser.addHelpOption();
     const QCommandLineOption render("render", "Draw a picture instead of opening the window.");
-    const QCommandLineOption output({"o", "output"}, "Picture to write (.png).", "file");
+    const QCommandLineOption output({"o", "output"}, "Picture to write: .png, or .svg for print.", "file");
     const QCommandLineOption size("size", "Size of the picture, such as 1600x1000.", "WxH", "1280x800");
     const QCommandLineOption density("density", "Pixels for each of the size's: 2 for a fine screen.",
                                      "factor", "1");
@@ -98,7 +118,9 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         "earth, plain, none (transparent), a colour such as white or #203040, or a picture of the "
         "earth.",
         "what", "earth");
-    parser.addOptions({render, output, size, density, view, background});
+    const QCommandLineOption map("map", "What else to show, such as graticule,scale.",
+                                 "graticule,coast,borders,scale");
+    parser.addOptions({render, output, size, density, view, background, map});
     parser.addPositionalArgument("files", "Overlay files.", "FILE...");
     if (!parser.parse(arguments)) return parser.errorText();
     if (parser.isSet("help")) parser.showHelp();
@@ -120,6 +142,10 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         if (!job.look)
             return QString("--view %1: expected LAT,LON,RANGE[,AZIMUTH[,ELEVATION]]").arg(parser.value(view));
     }
+    if (const auto wanted = readMap(parser.value(map)))
+        job.map = *wanted;
+    else
+        return QString("--map %1: expected some of graticule,coast,borders,scale").arg(parser.value(map));
     if (const auto complaint = readBackground(parser.value(background), job)) return *complaint;
     return job;
 }
@@ -168,6 +194,26 @@ Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
     return camera;
 }
 
+bool savePicture(const QImage& image, const QString& file) {
+    return !image.isNull() && image.save(file);
+}
+
+/// Vectors, over a picture of what has none.
+bool print(const GlobeFrame& frame, GlobePicture& picture, const QString& file) {
+    const OverlayScene pictures = picturesOf(frame.overlays);
+    QImage ground;
+    if (frame.backdrop.earth || !pictures.entries().empty())
+        ground = picture.draw({.camera = frame.camera,
+                               .pixelRatio = frame.pixelRatio,
+                               .backdrop = {.earth = frame.backdrop.earth, .color = QColor(0, 0, 0, 0)},
+                               .map = {},
+                               .overlays = pictures,
+                               .platforms = frame.platforms,
+                               .screenTexts = frame.screenTexts});
+    QSaveFile output(file);
+    return output.open(QIODevice::WriteOnly) && printPicture(frame, ground, output) && output.commit();
+}
+
 }  // namespace
 
 int runRenderCommand(const QStringList& arguments) {
@@ -188,13 +234,15 @@ int runRenderCommand(const QStringList& arguments) {
     }
     picture.setEarthImage(job.earth);
     const Camera camera = cameraFor(job, scene);
-    const QImage image = picture.draw({.camera = camera,
-                                       .pixelRatio = job.density,
-                                       .backdrop = job.backdrop,
-                                       .overlays = scene,
-                                       .platforms = {},
-                                       .screenTexts = {}});
-    if (image.isNull() || !image.save(job.output)) {
+    const GlobeFrame frame{.camera = camera,
+                           .pixelRatio = job.density,
+                           .backdrop = job.backdrop,
+                           .map = job.map,
+                           .overlays = scene,
+                           .platforms = {},
+                           .screenTexts = {}};
+    const bool vectors = job.output.endsWith(".svg", Qt::CaseInsensitive);
+    if (!(vectors ? print(frame, picture, job.output) : savePicture(picture.draw(frame), job.output))) {
         std::fprintf(stderr, "%s cannot be written\n", qPrintable(job.output));
         return kNoPicture;
     }

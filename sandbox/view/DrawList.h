@@ -36,13 +36,16 @@ struct DrawList {
         Stroke stroke = Stroke::Solid;
         bool closed = false;  ///< the last point joins the first; the first is not repeated
         bool solid = false;
+        bool overBodies = false;  ///< nothing but the earth hides it
     };
     /// Triangles, three indices each.
     struct Mesh {
         std::vector<Ecef> vertices;
         std::vector<std::uint32_t> triangles;
+        std::vector<Ecef> normals;  ///< of a round solid's vertices, unit vectors outwards; none = flat faces
         Rgba color;
-        bool solid = false;  ///< lit, outer faces only (counter-clockwise), hides other things by depth
+        bool solid = false;       ///< lit, outer faces only (counter-clockwise), hides other things by depth
+        bool overBodies = false;  ///< of what is not solid: nothing but the earth hides it
     };
     /// A picture on the ground. The file's path is still as the shape says it.
     struct Picture {
@@ -59,8 +62,9 @@ struct DrawList {
         int pixelSize = 15;
         Rgba color;
         Rgba outlineColor{0, 0, 0, 255};
-        int outlineWidth = 0;  ///< pixels
-        PictureFile icon;      ///< empty = none; like a picture's file
+        int outlineWidth = 0;   ///< pixels
+        double priority = 0.0;  ///< where labels overlap, those with the highest remain
+        PictureFile icon;       ///< empty = none; like a picture's file
     };
 
     std::vector<Picture> pictures;

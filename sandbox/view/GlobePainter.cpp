@@ -4,12 +4,17 @@
 #include <QOpenGLFunctions>
 #include <QPainter>
 #include <cmath>
+#include <utility>
 
+#include "sandbox/view/BaseMap.h"
 #include "sandbox/view/Camera.h"
 #include "sandbox/view/EarthLayer.h"
+#include "sandbox/view/GraticuleLayer.h"
 #include "sandbox/view/HookLayer.h"
+#include "sandbox/view/LabelLayout.h"
 #include "sandbox/view/OverlayLayer.h"
 #include "sandbox/view/OverlayScene.h"
+#include "sandbox/view/ScaleBar.h"
 #include "sandbox/view/Sprites.h"
 
 namespace sandbox {
@@ -17,15 +22,14 @@ namespace sandbox {
 struct GlobePainter::Layers {
     EarthLayer earth;
     HookLayer hook;
+    GraticuleLayer graticule;
+    BaseMap baseMap;
+    OverlayLayer baseLines;
     OverlayLayer overlays;
     Sprites sprites;
 };
 
 namespace {
-
-QRgb rgb(const Rgba& color) {
-    return qRgba(color.r, color.g, color.b, color.a);
-}
 
 /// The direction of a platform's heading on the screen, clockwise from up.
 double screenTurn(const Camera& camera, const PlatformMarker& platform) {
@@ -62,9 +66,14 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     glClearColor(color.redF() * opacity, color.greenF() * opacity, color.blueF() * opacity, opacity);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     if (frame.backdrop.earth) layers_->earth.draw(camera);
+    layers_->baseMap.show(frame.map);
+    layers_->baseLines.update(layers_->baseMap.scene());
+    layers_->baseLines.draw(layers_->baseMap.scene(), camera, frame.pixelRatio);
+    if (frame.map.graticule) layers_->graticule.draw(camera, frame.pixelRatio);
     layers_->overlays.update(frame.overlays);
     layers_->overlays.draw(frame.overlays, camera, frame.pixelRatio);
     layers_->sprites.setPixelRatio(frame.pixelRatio);
+    paintMapTexts(frame, device);
     paintLabels(frame, device);
     if (hookRecorded_) layers_->hook.compose();
     hookRecorded_ = false;
@@ -82,18 +91,15 @@ void GlobePainter::paintLabels(const GlobeFrame& frame, QPaintDevice& device) {
         return place.visible && place.x > -kMargin && place.x < camera.width() + kMargin &&
                place.y > -kMargin && place.y < camera.height() + kMargin;
     };
-    for (const DrawList::Label* label : labels) {
-        const Projected place = camera.project(label->position);
-        if (!inView(place)) continue;
-        TextLook look{fontForFile(QString::fromStdString(label->fontName), label->pixelSize),
-                      rgb(label->color), rgb(label->outlineColor), label->outlineWidth};
-        const QString text = QString::fromStdString(label->text);
-        if (label->icon.path.empty()) {
-            sprites.drawTextCentered(painter, place.x, place.y, text, look);
+    for (const PlacedLabel& placed : placeLabels(labels, camera)) {
+        const TextLook look = lookOf(*placed.label);
+        const QString text = QString::fromStdString(placed.label->text);
+        if (placed.label->icon.path.empty()) {
+            sprites.drawTextCentered(painter, placed.x, placed.y, text, look);
         } else {
             constexpr double kGap = 3.0;
-            const double width = sprites.drawIcon(painter, place.x, place.y, label->icon);
-            sprites.drawTextBeside(painter, place.x + width / 2.0 + kGap, place.y, text, look);
+            const double width = sprites.drawIcon(painter, placed.x, placed.y, placed.label->icon);
+            sprites.drawTextBeside(painter, placed.x + width / 2.0 + kGap, placed.y, text, look);
         }
     }
     const TextLook nameLook{fontForFile(QStringLiteral("arial.ttf"), 13), 0xffffffff, 0xb0000000, 1};
@@ -105,6 +111,34 @@ void GlobePainter::paintLabels(const GlobeFrame& frame, QPaintDevice& device) {
             sprites.drawText(painter, place.x + 12.0, place.y - 8.0, QString::fromStdString(platform.name),
                              nameLook);
     }
+}
+
+void GlobePainter::paintMapTexts(const GlobeFrame& frame, QPaintDevice& device) {
+    if (!frame.map.graticule && !frame.map.scaleBar) return;
+    const Camera& camera = frame.camera;
+    QPainter painter(&device);
+    const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
+    if (frame.map.graticule)
+        for (const GraticuleLabel& label : layers_->graticule.labels(camera))
+            layers_->sprites.drawTextCentered(painter, label.x, label.y, QString::fromStdString(label.text),
+                                              look);
+    if (!frame.map.scaleBar) return;
+    constexpr double kTick = 5.0;
+    const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
+    // At whole device pixels, filled: crisp and the same on every renderer.
+    const auto whole = [&](double v) { return std::round(v * frame.pixelRatio) / frame.pixelRatio; };
+    const double right = whole(camera.width() - ScaleBar::kMargin);
+    const double left = whole(right - bar.pixels);
+    const double bottom = whole(camera.height() - ScaleBar::kMargin);
+    for (const auto& [grown, color] :
+         {std::pair{1.0, QColor(0, 0, 0, 150)}, std::pair{0.0, QColor(Qt::white)}}) {
+        for (const QRectF& part :
+             {QRectF(left, bottom - 2.0, right - left, 2.0), QRectF(left, bottom - kTick, 2.0, kTick - 2.0),
+              QRectF(right - 2.0, bottom - kTick, 2.0, kTick - 2.0)})
+            painter.fillRect(part.adjusted(-grown, -grown, grown, grown), color);
+    }
+    layers_->sprites.drawTextCentered(painter, (left + right) / 2.0, bottom - 13.0,
+                                      QString::fromStdString(bar.text), look);
 }
 
 void GlobePainter::paintScreenTexts(const GlobeFrame& frame, QPaintDevice& device) {

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 
+#include "sandbox/view/MapOptions.h"
 #include "sandbox/view/PlatformMarker.h"
 #include "sandbox/view/ScreenText.h"
 
@@ -29,6 +30,7 @@ struct GlobeFrame {
     const Camera& camera;
     double pixelRatio = 1.0;  ///< device pixels a widget pixel
     Backdrop backdrop;
+    MapOptions map;
     const OverlayScene& overlays;
     const std::map<std::uint64_t, PlatformMarker>& platforms;
     const std::map<std::uint64_t, ScreenText>& screenTexts;
@@ -53,6 +55,7 @@ class GlobePainter {
     struct Layers;
 
     void paintLabels(const GlobeFrame& frame, QPaintDevice& device);
+    void paintMapTexts(const GlobeFrame& frame, QPaintDevice& device);
     void paintScreenTexts(const GlobeFrame& frame, QPaintDevice& device);
 
     std::unique_ptr<Layers> layers_;

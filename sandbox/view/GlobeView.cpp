@@ -88,13 +88,49 @@ bool GlobeView::setEarthImage(const QString& path) {
     return !earthImage_.isNull();
 }
 
+void GlobeView::flyTo(const Camera& target) {
+    flight_.emplace(camera_, target);
+    flightTime_.start();
+    requestRedraw();
+}
+
+void GlobeView::continueFlight() {
+    if (!flight_) return;
+    constexpr double kMilliseconds = 1100.0;
+    const double share = static_cast<double>(flightTime_.elapsed()) / kMilliseconds;
+    Camera next = flight_->at(share);
+    next.setViewport(camera_.width(), camera_.height());
+    camera_ = next;
+    if (share >= 1.0) flight_.reset();
+    // Each frame asks for the next one, so that a slow renderer drops frames and not time.
+    cameraMoved();
+}
+
+void GlobeView::zoom(double factor) {
+    setRangeAzimuthElevation(camera_.range() * factor, camera_.azimuth(), camera_.elevation());
+}
+
+void GlobeView::turnNorthUp() {
+    Camera target = camera_;
+    target.setRangeAzimuthElevation(camera_.range(), 0.0, camera_.elevation());
+    flyTo(target);
+}
+
+void GlobeView::setMapOptions(const MapOptions& options) {
+    if (mapOptions_ == options) return;
+    mapOptions_ = options;
+    contentChanged();
+}
+
 void GlobeView::setCenter(const halCore::Vec3& geodetic) {
+    flight_.reset();
     const Camera before = camera_;
     camera_.setCenter(geodetic);
     if (!(camera_ == before)) cameraMoved();
 }
 
 void GlobeView::setRangeAzimuthElevation(double range, double azimuth, double elevation) {
+    flight_.reset();
     const Camera before = camera_;
     camera_.setRangeAzimuthElevation(range, azimuth, elevation);
     if (!(camera_ == before)) cameraMoved();
@@ -182,6 +218,7 @@ void GlobeView::resizeGL(int width, int height) {
 
 void GlobeView::paintGL() {
     ++frameCount_;
+    continueFlight();
     // The hook may move the camera: that is for the next frame, this one keeps its view.
     const Camera camera = camera_;
     const double ratio = devicePixelRatio();
@@ -195,6 +232,7 @@ void GlobeView::paintGL() {
     painter_->draw({.camera = camera,
                     .pixelRatio = ratio,
                     .backdrop = {},
+                    .map = mapOptions_,
                     .overlays = overlays_,
                     .platforms = platforms_,
                     .screenTexts = screenTexts_},
@@ -216,6 +254,7 @@ void GlobeView::mousePressEvent(QMouseEvent* event) {
     lastDrag_ = event->position();
     if (event->button() == Qt::LeftButton) pressTold_ = true;
     if (!kind || listenerTakes(describe(*event, *kind))) return;
+    flight_.reset();
     if (event->button() == Qt::LeftButton)
         grabbed_ = camera_.pick(event->position().x(), event->position().y());
     tilting_ = event->button() == Qt::MiddleButton;
@@ -271,6 +310,7 @@ void GlobeView::wheelEvent(QWheelEvent* event) {
     described.wheelDelta = event->angleDelta().y();
     event->accept();
     if (listenerTakes(described) || described.wheelDelta == 0) return;
+    flight_.reset();
     const Camera before = camera_;
     camera_.zoom(std::pow(2.0, -described.wheelDelta / 360.0), event->position().x(), event->position().y());
     if (!(camera_ == before)) cameraMoved();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QImage>
 #include <QOpenGLWidget>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <optional>
 
 #include "sandbox/view/Camera.h"
+#include "sandbox/view/Flight.h"
 #include "sandbox/view/GlobePainter.h"
 #include "sandbox/view/OverlayScene.h"
 #include "sandbox/view/ViewMouseEvent.h"
@@ -40,6 +42,15 @@ class GlobeView : public QOpenGLWidget {
     const Camera& camera() const { return camera_; }
     void setCenter(const halCore::Vec3& geodetic);
     void setRangeAzimuthElevation(double range, double azimuth, double elevation);
+
+    /// Turns and zooms there in about a second, unless the user, or one of the setters, interferes.
+    void flyTo(const Camera& target);
+    /// Changes the distance, keeping what is looked at; 0.5 is twice as close.
+    void zoom(double factor);
+    void turnNorthUp();
+
+    const MapOptions& mapOptions() const { return mapOptions_; }
+    void setMapOptions(const MapOptions& options);
 
     OverlayScene& overlays() { return overlays_; }
     const OverlayScene& overlays() const { return overlays_; }
@@ -104,8 +115,12 @@ class GlobeView : public QOpenGLWidget {
     /// The left button went up where the view did not see it, in another window say: the listener, which
     /// knows of the press, gets a release at the last place.
     void releaseUnseen();
+    void continueFlight();
 
     Camera camera_;
+    MapOptions mapOptions_;
+    std::optional<Flight> flight_;
+    QElapsedTimer flightTime_;
     OverlayScene overlays_;
     std::map<std::uint64_t, PlatformMarker> platforms_;
     std::map<std::uint64_t, ScreenText> screenTexts_;

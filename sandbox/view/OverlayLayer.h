@@ -13,6 +13,7 @@ class QOpenGLShaderProgram;
 namespace sandbox {
 
 class Camera;
+class MeshBatch;
 class PictureTextures;
 
 /// Draws the geometry of overlays. An entry is cut into chunks of a few thousand points. A chunk's geometry
@@ -44,7 +45,9 @@ class OverlayLayer {
     struct Chunk;
     struct Item;
 
-    void drawLevels(const std::vector<Level*>& levels);
+    void drawLevels(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio);
+    void drawAreas(const std::vector<Level*>& levels, MeshBatch Level::*batch);
+    void drawSolids(const std::vector<Level*>& levels);
     void drawPictures(const std::vector<Level*>& levels);
 
     std::unique_ptr<QOpenGLShaderProgram> lineProgram_;

@@ -35,11 +35,14 @@ inline constexpr const char* kMeshVertexShader = R"(
 attribute vec3 high;
 attribute vec3 low;
 attribute vec4 color;
+attribute vec3 normal;
 varying vec3 fromEye;
 varying vec4 tint;
+varying vec3 outwards;
 void main() {
     fromEye = relative(high, low);
     tint = color;
+    outwards = normal;
     gl_Position = matrix * vec4(fromEye, 1.0);
 }
 )";
@@ -48,9 +51,12 @@ inline constexpr const char* kMeshFragmentShader = R"(
 uniform bool solid;
 varying vec3 fromEye;
 varying vec4 tint;
+varying vec3 outwards;
 void main() {
     float seen = sight(fromEye, solid);
-    vec3 normal = normalize(cross(dFdx(fromEye), dFdy(fromEye)));
+    // Without a normal of its own a face is flat.
+    vec3 flatNormal = normalize(cross(dFdx(fromEye), dFdy(fromEye)));
+    vec3 normal = dot(outwards, outwards) > 0.1 ? normalize(outwards) : flatNormal;
     if (seen <= 0.0) discard;
     vec3 shade = tint.rgb;
     if (solid) {
@@ -89,7 +95,8 @@ void main() {
 )";
 
 /// One instance a segment: start to end, with its neighbours. `corner`: x 0 at the start and 1 at the
-/// end, y -1 and 1 at the sides. `style`: width, stroke, flags (1 no previous, 2 no next, 4 solid).
+/// end, y -1 and 1 at the sides. `style`: width, stroke, flags (1 no previous, 2 no next, 4 solid, 8 over
+/// bodies).
 /// Everything is laid out in pixels of the screen, so w is 1 and what varies, varies along the screen.
 inline constexpr const char* kLineVertexShader = R"(
 uniform vec2 viewport;
@@ -181,7 +188,10 @@ void main() {
     endEye = vec4(b, clipB.w);
     stroke = style.yz;
     float depth = mix(clipA.z / clipA.w, clipB.z / clipB.w, corner.x);
-    gl_Position = vec4(at / viewport * 2.0 - 1.0, clamp(depth - 1e-5, -1.0, 1.0), 1.0);
+    // A hair before the faces that the line belongs to. Round ones bend away from it at their rim.
+    float before = mod(floor(style.z / 4.0), 2.0) > 0.5 ? 3.2e-4 : 4e-5;
+    if (style.z >= 7.5) depth = -1.0;
+    gl_Position = vec4(at / viewport * 2.0 - 1.0, clamp(depth - before, -1.0, 1.0), 1.0);
 }
 )";
 
@@ -200,7 +210,7 @@ void main() {
     float s = t * startEye.w / mix(endEye.w, startEye.w, t);
     vec3 fromEye = mix(startEye.xyz, endEye.xyz, s);
     float flags = floor(stroke.y + 0.5);
-    float seen = sight(fromEye, flags >= 3.5);
+    float seen = sight(fromEye, mod(floor(flags / 4.0), 2.0) > 0.5);
 
     float beyond = max(max(-place.x, place.x - place.z), 0.0);
     float alpha = clamp(place.w + 0.5 - length(vec2(beyond, place.y)), 0.0, 1.0);

@@ -225,13 +225,22 @@ void appendDots(const ZEL::Points& shape, const Placement& placement, DrawList& 
     shape.getColor(color);
     int size = 1;
     shape.getPointSize(size);
+    // Without a word about it, dots have no rim.
+    bool outlined = false;
+    if (shape.getOutlined(outlined) != 0) outlined = false;
     for (const Vec3& point : shape.points()) {
         const std::optional<Vec3> placed = placement.place(point);
         if (!placed) continue;
         DrawList::Line dot;
         dot.points.push_back(toEcef(*placed));
         dot.color = rgba(color);
-        dot.width = static_cast<float>(std::clamp(size, 1, 255));
+        dot.width = static_cast<float>(std::clamp(size, 1, 253));
+        if (outlined) {
+            DrawList::Line rim = dot;
+            rim.color = {0, 0, 0, dot.color.a};
+            rim.width += 2.0F;
+            out.lines.push_back(std::move(rim));
+        }
         out.lines.push_back(std::move(dot));
         if (placement.extruded()) addStem(*placed, placement, rgba(color), out);
     }
@@ -535,6 +544,7 @@ void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawL
     label.outlineWidth = thickness == ZEL::OutlineThickness::Thick  ? 2
                          : thickness == ZEL::OutlineThickness::Thin ? 1
                                                                     : 0;
+    shape.getPriority(label.priority);
     shape.getIconFile(label.icon.path);
     if (placement.extruded()) addStem(*placed, placement, label.color, out);
     if (!label.text.empty()) out.labels.push_back(std::move(label));
@@ -548,6 +558,8 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
     shape.getDrawn(drawn);
     if (!drawn) return;
     const Placement placement(shape, reference, tolerance);
+    const std::size_t lines = out.lines.size();
+    const std::size_t meshes = out.meshes.size();
     if (const auto* circular = dynamic_cast<const ZEL::CircularShape*>(&shape))
         appendCircular(*circular, placement, out);
     else if (const auto* points = dynamic_cast<const ZEL::PointBasedShape*>(&shape))
@@ -560,6 +572,11 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
         appendLabel(*annotation, placement, out);
     else if (const auto* picture = dynamic_cast<const ZEL::ImageOverlay*>(&shape))
         appendPicture(*picture, placement, out);
+
+    bool tested = true;
+    if (shape.getDepthBufferActive(tested) != 0 || tested) return;
+    for (std::size_t i = lines; i < out.lines.size(); ++i) out.lines[i].overBodies = true;
+    for (std::size_t i = meshes; i < out.meshes.size(); ++i) out.meshes[i].overBodies = true;
 }
 
 std::size_t roughSize(const ZEL::ZelShape& shape) {

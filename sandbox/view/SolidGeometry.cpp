@@ -96,10 +96,15 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const 
         DrawList::Mesh mesh;
         mesh.color = style.fillColor;
         mesh.solid = true;
+        const auto add = [&](double around, double above) {
+            mesh.vertices.push_back(at(around, above));
+            mesh.normals.push_back(normalized(frame.right * (std::cos(above) * std::cos(around) / half[0]) +
+                                              frame.forward * (std::cos(above) * std::sin(around) / half[1]) +
+                                              frame.up * (std::sin(above) / half[2])));
+        };
         for (std::uint32_t row = 0; row <= rows; ++row)
             for (std::uint32_t column = 0; column < columns; ++column)
-                mesh.vertices.push_back(
-                    at(2.0 * kPi * column / columns, lowest + (kPi / 2 - lowest) * row / rows));
+                add(2.0 * kPi * column / columns, lowest + (kPi / 2 - lowest) * row / rows);
         for (std::uint32_t row = 0; row < rows; ++row) {
             for (std::uint32_t column = 0; column < columns; ++column) {
                 const std::uint32_t next = (column + 1) % columns;
@@ -108,10 +113,14 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const 
             }
         }
         if (dome) {
-            const auto middle = static_cast<std::uint32_t>(mesh.vertices.size());
-            mesh.vertices.push_back(origin);
+            DrawList::Mesh floor;
+            floor.color = style.fillColor;
+            floor.solid = true;
+            floor.vertices.assign(mesh.vertices.begin(), mesh.vertices.begin() + columns);
+            floor.vertices.push_back(origin);
             for (std::uint32_t column = 0; column < columns; ++column)
-                mesh.triangles.insert(mesh.triangles.end(), {middle, (column + 1) % columns, column});
+                floor.triangles.insert(floor.triangles.end(), {columns, (column + 1) % columns, column});
+            out.meshes.push_back(std::move(floor));
         }
         out.meshes.push_back(std::move(mesh));
     }

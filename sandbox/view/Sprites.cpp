@@ -55,6 +55,28 @@ QFont fontForFile(const QString& fileName, int pixelSize) {
     return font;
 }
 
+QImage iconImage(const PictureFile& file, double ratio) {
+    constexpr int kLargest = 64;
+    constexpr int kFrame = 20;
+    QImage image = readPicture(file);
+    if (image.isNull()) {
+        image = QImage(QSize(kFrame, kFrame) * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter frame(&image);
+        frame.setPen(QPen(Qt::red, std::round(2.0 * ratio)));
+        frame.drawRect(image.rect().adjusted(2, 2, -3, -3));
+    } else {
+        QSizeF size = image.size();
+        if (std::max(size.width(), size.height()) > kLargest)
+            size.scale(kLargest, kLargest, Qt::KeepAspectRatio);
+        image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                    .scaled((size * ratio).toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
+                            Qt::SmoothTransformation);
+    }
+    image.setDevicePixelRatio(ratio);
+    return image;
+}
+
 void Sprites::setPixelRatio(double ratio) {
     if (ratio == ratio_) return;
     ratio_ = ratio;
@@ -130,25 +152,7 @@ double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFil
     auto found = images_.find(key);
     if (found == images_.end()) {
         makeRoom();
-        constexpr int kLargest = 64;
-        constexpr int kFrame = 20;
-        QImage image = readPicture(file);
-        if (image.isNull()) {
-            image = QImage(QSize(kFrame, kFrame) * ratio_, QImage::Format_ARGB32_Premultiplied);
-            image.fill(Qt::transparent);
-            QPainter frame(&image);
-            frame.setPen(QPen(Qt::red, std::round(2.0 * ratio_)));
-            frame.drawRect(image.rect().adjusted(2, 2, -3, -3));
-        } else {
-            QSizeF size = image.size();
-            if (std::max(size.width(), size.height()) > kLargest)
-                size.scale(kLargest, kLargest, Qt::KeepAspectRatio);
-            image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-                        .scaled((size * ratio_).toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
-                                Qt::SmoothTransformation);
-        }
-        image.setDevicePixelRatio(ratio_);
-        found = images_.emplace(key, std::move(image)).first;
+        found = images_.emplace(key, iconImage(file, ratio_)).first;
     }
     const double width = found->second.width() / ratio_;
     put(painter, x - width / 2.0, y - found->second.height() / ratio_ / 2.0, found->second);

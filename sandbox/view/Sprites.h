@@ -25,6 +25,10 @@ struct TextLook {
 /// and Courier, DejaVu else.
 QFont fontForFile(const QString& fileName, int pixelSize);
 
+/// An icon for a label, in its own size if that is not more than 64 pixels; a frame when it cannot be read.
+/// `ratio`: device pixels a widget pixel, which the image's own ratio is then.
+QImage iconImage(const PictureFile& file, double ratio);
+
 /// Small pictures that stand upright on the screen: texts and platform symbols, rendered once each by Qt's
 /// raster engine and then drawn at whole device pixels, so that they stay crisp.
 class Sprites {
@@ -37,8 +41,7 @@ class Sprites {
     void drawTextBeside(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
     /// Centred on (x, y).
     void drawTextCentered(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
-    /// Centred on (x, y), in its own size if that is not more than 64 pixels; a frame when it cannot be read.
-    /// Returns its width in widget pixels.
+    /// Centred on (x, y). Returns its width in widget pixels.
     double drawIcon(QPainter& painter, double x, double y, const PictureFile& file);
     /// Centred on (x, y); `turn` is clockwise on the screen, radians.
     void drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn);

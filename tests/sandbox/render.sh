@@ -24,6 +24,26 @@ printf 'start\nannotation A\nll 1 1\nend\nstart\n# kml_groundoverlay\n# kml_icon
 expect 1 "$work/picture.zel:5: picture none.png cannot be read" "$work/picture.zel" -o "$work/e.png"
 cp "$samples/chart.png" "$work/none.png"
 expect 0 '' "$work/picture.zel" -o "$work/e.png"
+# For print: the same bytes each time; a circle's half behind the earth is not there, nor is a shape that is off.
+printf 'start\ncircle\ncenterll 0 90\nradius 3000\nrangeunits km\nlinecolor red\nend\nstart\nline\nll 0 -100\nll 0 100\nlinecolor blue\noff\nend\nstart\nannotation Here_&_there\nll 0 10\nlinecolor green\nend\nstart\npolygon\nll -5 -5\nll -5 5\nll 5 5\nll 5 -5\nfilled\nfillcolor hex 80ffff00\nlinecolor white\nend\n' >"$work/print.zel"
+for name in a b; do
+    expect 0 '' "$work/print.zel" -o "$work/$name.svg" --view 0,0,20000000 --background none --size 400x300
+done
+cmp "$work/a.svg" "$work/b.svg" || failed=1
+python3 - "$work/a.svg" <<'END' || failed=1
+import re, sys, xml.etree.ElementTree as tree
+root = tree.parse(sys.argv[1]).getroot()
+text = tree.tostring(root, encoding="unicode")
+assert "Here &amp; there" in text, "the label is text"
+assert "#0000ff" not in text, "off"
+red = [g for g in root.iter("{http://www.w3.org/2000/svg}g") if g.get("stroke") == "#ff0000"]
+numbers = [float(n) for g in red for n in re.findall(r"-?\d+\.?\d*", " ".join(p.get("d", "") for p in g))]
+xs = numbers[0::2]
+# By spherical trigonometry: nearest to the middle 63 degrees east at 317.4 pixels, into the limb at 311.0.
+assert xs and abs(min(xs) - 311.0) < 0.3 and abs(max(xs) - 317.4) < 0.3, (min(xs), max(xs))
+assert "#00ffff" in text, "the area"
+END
+expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.svg"
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.png"
 expect 2 '--view' "$samples/coast-110m.zel" -o "$work/d.png" --view north
 exit $failed

@@ -96,6 +96,20 @@ INSTANTIATE_TEST_SUITE_P(Places, Circles,
                                          CircleCase{-17, 179.9, 100.0e3}, CircleCase{35, -180, 5.0e6},
                                          CircleCase{10, 10, 9.0e6}));
 
+TEST(ShapeGeometry, OutlinedPointsHaveARim) {
+    ZEL::Points points(false);
+    points.addPoint(at(1, 2));
+    points.setPointSize(7);
+    points.setColor(ZEL::Color(255, 255, 0, 200));
+    EXPECT_EQ(geometry(points).lines.size(), 1U);
+    points.setOutlined(true);
+    const DrawList list = geometry(points);
+    ASSERT_EQ(list.lines.size(), 2U);
+    EXPECT_EQ(list.lines[0].width, 9.0F);
+    EXPECT_EQ(list.lines[0].color, (Rgba{0, 0, 0, 200}));
+    EXPECT_EQ(list.lines[1].width, 7.0F);
+}
+
 TEST(ShapeGeometry, CoarseCirclesStayWithinTheirTolerance) {
     ZEL::Circle circle(false);
     circle.setCenterPosition(at(50, 8));

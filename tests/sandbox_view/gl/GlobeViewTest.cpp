@@ -12,6 +12,8 @@
 #include <GeographicLib/Geodesic.hpp>
 #include <gtest/gtest.h>
 
+#include "common/Files.h"
+#include "format/Parser.h"
 #include "format/ZelShapes.h"
 #include "sandbox/view/GlobeView.h"
 
@@ -241,6 +243,191 @@ TEST_F(GlobeViewTest, IconsStandOnTheirPlaces) {
             white += qGreen(frame.pixel(x, 240)) > 220 && qRed(frame.pixel(x, 240)) > 220;
         EXPECT_GT(white, 5);
     }
+}
+
+/// Countries filled: across 180°, around the pole, from near and far; the sea stays free.
+TEST_F(GlobeViewTest, CountriesAreFilledAndTheSeaIsNot) {
+    std::string text;
+    ASSERT_EQ(UTILS::readFile(OE_SOURCE_DIR "/samples/countries-110m.zel", text), "");
+    OverlayScene::Shapes shapes;
+    ZEL::Parser().parse(std::string_view(text), shapes);
+    for (const auto& shape : shapes) {
+        auto& area = dynamic_cast<ZEL::Polygon&>(*shape);
+        area.setFilled(true);
+        area.setFillColor(kMagenta);
+        area.setOutlined(false);
+    }
+    view.overlays().add(shapes);
+    const struct {
+        double lat, lon;
+        bool land;
+    } places[] = {{67.5, 179.5, true}, {67, -179, true},  {-16.6, 179.3, true}, {-89, 100, true},
+                  {-80, 20, true},     {-85, -179, true}, {70, 100, true},      {24, 10, true},
+                  {62, 180, false},    {45, 180, false},  {80, 180, false},     {-17.5, 179.9, false},
+                  {-65, 0, false},     {-60, 180, false}, {0, -30, false},      {42, 50.5, false}};
+    for (const auto& place : places) {
+        for (const double range : {2.3e7, 3.0e6, 2.0e5}) {
+            // Fiji is about a pixel from there.
+            if (place.lat == -16.6 && range > 1.0e7) continue;
+            look(at(place.lat, place.lon), range);
+            const QImage frame = view.grabFrame();
+            EXPECT_EQ(isMagenta(frame.pixel(320, 240)), place.land)
+                << place.lat << ' ' << place.lon << ' ' << range;
+        }
+    }
+    // From where both sides of 180° are seen, nothing runs across the sea between them.
+    look(at(40, 180), 8.0e6);
+    const QImage frame = view.grabFrame();
+    for (int x = 0; x < 640; ++x) {
+        const auto where = view.camera().pick(x + 0.5, 240.5);
+        if (!where || std::abs(where->lon()) / kDegree < 150) continue;
+        EXPECT_FALSE(isMagenta(frame.pixel(x, 240))) << x;
+    }
+    EXPECT_EQ(frame, view.grabFrame());
+}
+
+/// A line behind a body is hidden, unless it asks for no depth test; so are areas.
+TEST_F(GlobeViewTest, BodiesHideWhatIsBehindThem) {
+    look(at(0, 0), 1.0e6, 0, 30);
+    auto body = std::make_shared<ZEL::Cylinder>(false);
+    body->setCenterPosition(at(0, 0));
+    body->setMajorAxis(1.0e5);
+    body->setMinorAxis(1.0e5);
+    body->setHeight(2.0e5);
+    body->setFilled(true);
+    body->setOutlined(false);
+    body->setFillColor(ZEL::Color(0, 255, 0, 255));
+    auto line = std::make_shared<ZEL::Line>(false);
+    line->addPoint(at(0.8, -3));
+    line->addPoint(at(0.8, 3));
+    line->setLineColor(kMagenta);
+    line->setLineWidth(5);
+    auto area = circle(at(2, 0), 0.5e5, kMagenta);
+    area->setFilled(true);
+    area->setFillColor(kMagenta);
+    const auto pixel = [&](const QImage& frame, double lat, double lon) {
+        const Projected p = view.camera().project(at(lat, lon));
+        return frame.pixel(static_cast<int>(p.x), static_cast<int>(p.y));
+    };
+    for (const bool tested : {true, false}) {
+        line->setDepthBufferActive(tested);
+        area->setDepthBufferActive(tested);
+        view.overlays().clear();
+        view.overlays().add({line, area, body});
+        const QImage frame = view.grabFrame();
+        EXPECT_EQ(isMagenta(pixel(frame, 0.8, 0)), !tested);
+        EXPECT_EQ(isMagenta(pixel(frame, 2.0, 0)), !tested);
+        EXPECT_TRUE(isMagenta(pixel(frame, 0.8, 2.5))) << "beside the body";
+    }
+}
+
+/// The line about a ball is whole in front and hidden behind, up to its rim.
+TEST_F(GlobeViewTest, TheEquatorOfABallIsWhole) {
+    auto ball = std::make_shared<ZEL::Sphere>(false);
+    ball->setCenterPosition(Vec3(0, 0, 1.0e5));
+    ball->setRadius(1.0e5);
+    ball->setFilled(true);
+    ball->setFillColor(ZEL::Color(0, 90, 0, 255));
+    ball->setLineColor(kMagenta);
+    ball->setLineWidth(2);
+    view.overlays().add({ball});
+    look(at(0, 0), 7.0e5, 0, 60);
+    const QImage frame = view.grabFrame();
+    const Ecef middle = toEcef(Vec3(0, 0, 1.0e5));
+    const LocalFrame axes = localFrame(0, 0);
+    const auto lit = [&](double radians) {
+        const Projected p = view.camera().project(middle + axes.east * (1.0e5 * std::cos(radians)) +
+                                                  axes.north * (1.0e5 * std::sin(radians)));
+        int most = 0;
+        for (int dx = -1; dx <= 1; ++dx)
+            for (int dy = -1; dy <= 1; ++dy)
+                most =
+                    std::max(most, qRed(frame.pixel(static_cast<int>(p.x) + dx, static_cast<int>(p.y) + dy)));
+        return most > 110;
+    };
+    for (int degrees = 190; degrees <= 350; ++degrees) EXPECT_TRUE(lit(degrees * kDegree)) << degrees;
+    for (int degrees = 25; degrees <= 155; ++degrees) EXPECT_FALSE(lit(degrees * kDegree)) << degrees;
+}
+
+/// Labels that overlap: of different priorities the higher one, of equal ones both.
+TEST_F(GlobeViewTest, TheHigherPriorityIsShown) {
+    look(at(0, 0), 1.0e6);
+    const auto label = [](const char* text, double lon, double priority, const ZEL::Color& color) {
+        auto result = std::make_shared<ZEL::Annotation>(false);
+        result->setLabel(text);
+        result->setPosition(at(0, lon));
+        result->setTextColor(color);
+        result->setPriority(priority);
+        return result;
+    };
+    const ZEL::Color green(0, 255, 0, 255);
+    const auto count = [&](auto&& wanted) {
+        const QImage frame = view.grabFrame();
+        int found = 0;
+        for (int y = 0; y < frame.height(); ++y)
+            for (int x = 0; x < frame.width(); ++x) found += wanted(frame.pixel(x, y)) ? 1 : 0;
+        return found;
+    };
+    const auto isGreen = [](QRgb c) { return qGreen(c) > 200 && qRed(c) < 60 && qBlue(c) < 60; };
+    view.overlays().add({label("Important", 0, 2, kMagenta), label("Not so much", 0.1, 1, green)});
+    EXPECT_GT(count(isMagenta), 50);
+    EXPECT_EQ(count(isGreen), 0);
+    view.overlays().clear();
+    view.overlays().add({label("Important", 0, 2, kMagenta), label("Far away", 2, 1, green)});
+    EXPECT_GT(count(isGreen), 50);
+    view.overlays().clear();
+    view.overlays().add({label("Important", 0, 1, kMagenta), label("As important", 0.3, 1, green)});
+    EXPECT_GT(count(isMagenta), 20);
+    EXPECT_GT(count(isGreen), 50);
+}
+
+/// Graticule, base map and scale bar come and go; the graticule's lines are where they say.
+TEST_F(GlobeViewTest, TheMapShowsWhatIsAskedFor) {
+    look(at(0, 0), 1.0e7);
+    const QImage bare = view.grabFrame();
+    const auto changed = [&](const QImage& frame, const QRect& where) {
+        int found = 0;
+        for (int y = where.top(); y <= where.bottom(); ++y)
+            for (int x = where.left(); x <= where.right(); ++x)
+                found += frame.pixel(x, y) != bare.pixel(x, y) ? 1 : 0;
+        return found;
+    };
+    view.setMapOptions({.scaleBar = true});
+    EXPECT_GT(changed(view.grabFrame(), {440, 440, 199, 39}), 200);
+    EXPECT_EQ(changed(view.grabFrame(), {0, 0, 640, 400}), 0);
+    view.setMapOptions({.graticule = true});
+    const QImage graticule = view.grabFrame();
+    const Projected crossing = view.camera().project(at(0, 5));
+    EXPECT_NE(graticule.pixel(static_cast<int>(crossing.x), static_cast<int>(crossing.y)),
+              bare.pixel(static_cast<int>(crossing.x), static_cast<int>(crossing.y)));
+    view.setMapOptions({.coastlines = true});
+    const int coast = changed(view.grabFrame(), bare.rect());
+    view.setMapOptions({.coastlines = true, .borders = true});
+    EXPECT_GT(coast, 1000);
+    EXPECT_GT(changed(view.grabFrame(), bare.rect()), coast + 1000);
+    view.setMapOptions({});
+    EXPECT_EQ(view.grabFrame(), bare);
+}
+
+/// A flight ends where it should, then nothing is drawn any more; a touch of the view ends it.
+TEST_F(GlobeViewTest, FliesAndArrives) {
+    look(at(0, 0), 1.0e6, 40);
+    Camera target = view.camera();
+    target.setCenter(at(5, 5));
+    target.setRangeAzimuthElevation(2.0e5, 0, 1.0);
+    view.flyTo(target);
+    for (int i = 0; i < 600 && !(view.camera() == target); ++i) settle();
+    EXPECT_EQ(view.camera(), target);
+    settle();
+    const auto frames = view.frameCount();
+    settle();
+    EXPECT_EQ(view.frameCount(), frames);
+    view.turnNorthUp();
+    view.flyTo(target);
+    wheel({320, 240}, 120);
+    const Camera touched = view.camera();
+    settle();
+    EXPECT_EQ(view.camera(), touched);
 }
 
 TEST_F(GlobeViewTest, AnIdleViewDrawsNothing) {
