@@ -25,6 +25,36 @@ int piecesOfPath(double meters, double step) {
     return std::clamp(static_cast<int>(std::ceil(meters / step)), 1, kMostPieces);
 }
 
+/// Calls `add` for the points that cut the way into pieces of at most `step` metres. `chord`: how far apart
+/// the ends are in a straight line.
+template <typename Add>
+void forPointsBetween(const halCore::Vec3& from, const halCore::Vec3& to, double chord, PathKind kind,
+                      double step, const Add& add) {
+    const auto addAlong = [&](double meters, const auto& position) {
+        const int pieces = piecesOfPath(meters, step);
+        for (int i = 1; i < pieces; ++i) {
+            const double share = static_cast<double>(i) / pieces;
+            double lat = 0.0;
+            double lon = 0.0;
+            position(meters * share, lat, lon);
+            add(halCore::Vec3(lat * kDegree, lon * kDegree, std::lerp(from.alt(), to.alt(), share)));
+        }
+    };
+    if (kind == PathKind::Rhumb) {
+        const GeographicLib::Rhumb& rhumb = GeographicLib::Rhumb::WGS84();
+        double meters = 0.0;
+        double azimuth = 0.0;
+        rhumb.Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree,
+                      meters, azimuth);
+        const GeographicLib::RhumbLine line = rhumb.Line(from.lat() / kDegree, from.lon() / kDegree, azimuth);
+        addAlong(meters, [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
+    } else if (chord > step) {
+        const GeographicLib::GeodesicLine line = geodesic().InverseLine(
+            from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree);
+        addAlong(line.Distance(), [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
+    }
+}
+
 }  // namespace
 
 int piecesOfArc(double radius, double sweep, double tolerance) {
@@ -52,31 +82,16 @@ halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double met
 
 void appendPath(GeodeticPath& path, const halCore::Vec3& to, PathKind kind, double step) {
     const halCore::Vec3 from = path.back();
-    const auto appendAlong = [&](double meters, const auto& position) {
-        const int pieces = piecesOfPath(meters, step);
-        for (int i = 1; i < pieces; ++i) {
-            const double share = static_cast<double>(i) / pieces;
-            double lat = 0.0;
-            double lon = 0.0;
-            position(meters * share, lat, lon);
-            path.emplace_back(lat * kDegree, lon * kDegree, std::lerp(from.alt(), to.alt(), share));
-        }
-    };
-    if (kind == PathKind::Rhumb) {
-        const GeographicLib::Rhumb& rhumb = GeographicLib::Rhumb::WGS84();
-        double meters = 0.0;
-        double azimuth = 0.0;
-        rhumb.Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree,
-                      meters, azimuth);
-        const GeographicLib::RhumbLine line = rhumb.Line(from.lat() / kDegree, from.lon() / kDegree, azimuth);
-        appendAlong(meters, [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
-    } else if (length(toEcef(to) - toEcef(from)) > step) {
-        const GeographicLib::GeodesicLine line = geodesic().InverseLine(
-            from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree);
-        appendAlong(line.Distance(),
-                    [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
-    }
+    forPointsBetween(from, to, length(toEcef(to) - toEcef(from)), kind, step,
+                     [&path](const halCore::Vec3& p) { path.push_back(p); });
     path.push_back(to);
+}
+
+void appendPath(PlacedPath& path, const halCore::Vec3& to, const Ecef& place, PathKind kind, double step) {
+    const halCore::Vec3 from = path.points.back();
+    forPointsBetween(from, to, length(place - path.places.back()), kind, step,
+                     [&path](const halCore::Vec3& p) { path.add(p, toEcef(p)); });
+    path.add(to, place);
 }
 
 GeodeticPath geodesicArc(const halCore::Vec3& center, double meters, double azimuth, double sweep,
@@ -112,21 +127,21 @@ GeodeticPath ellipticalArc(const halCore::Vec3& center, double halfEast, double 
     return path;
 }
 
-GeodeticPath simplified(const GeodeticPath& path, double tolerance) {
-    if (path.size() < 3 || !(tolerance > 0.0)) return path;
-    const std::vector<Ecef> points = toEcef(path);
-    std::vector<bool> keep(path.size(), false);
+void simplify(PlacedPath& path, double tolerance) {
+    const std::vector<Ecef>& places = path.places;
+    if (places.size() < 3 || !(tolerance > 0.0)) return;
+    std::vector<bool> keep(places.size(), false);
     keep.front() = keep.back() = true;
-    std::vector<std::pair<std::size_t, std::size_t>> todo{{0, path.size() - 1}};
+    std::vector<std::pair<std::size_t, std::size_t>> todo{{0, places.size() - 1}};
     while (!todo.empty()) {
         const auto [first, last] = todo.back();
         todo.pop_back();
-        const Ecef along = points[last] - points[first];
+        const Ecef along = places[last] - places[first];
         const double size = std::max(dot(along, along), 1e-12);
         double most = tolerance * tolerance;
         std::size_t farthest = first;
         for (std::size_t i = first + 1; i < last; ++i) {
-            const Ecef v = points[i] - points[first];
+            const Ecef v = places[i] - places[first];
             const Ecef off = v - along * std::clamp(dot(v, along) / size, 0.0, 1.0);
             if (dot(off, off) <= most) continue;
             most = dot(off, off);
@@ -137,10 +152,14 @@ GeodeticPath simplified(const GeodeticPath& path, double tolerance) {
         todo.emplace_back(first, farthest);
         todo.emplace_back(farthest, last);
     }
-    GeodeticPath result;
-    for (std::size_t i = 0; i < path.size(); ++i)
-        if (keep[i]) result.push_back(path[i]);
-    return result;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < keep.size(); ++i) {
+        if (!keep[i]) continue;
+        path.points[kept] = path.points[i];
+        path.places[kept++] = path.places[i];
+    }
+    path.points.resize(kept);
+    path.places.resize(kept);
 }
 
 std::optional<halCore::Vec3> fromFlatFrame(const halCore::Vec3& origin, const halCore::Vec3& offset) {

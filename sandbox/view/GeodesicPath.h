@@ -11,6 +11,17 @@ namespace sandbox {
 /// Geodetic points: latitude, longitude (radians), altitude (metres).
 using GeodeticPath = std::vector<halCore::Vec3>;
 
+/// The same with the earth-centred place of each point, which takes time to work out.
+struct PlacedPath {
+    GeodeticPath points;
+    std::vector<Ecef> places;
+
+    void add(const halCore::Vec3& point, const Ecef& place) {
+        points.push_back(point);
+        places.push_back(place);
+    }
+};
+
 enum class PathKind { Geodesic, Rhumb };
 
 struct DistanceAndAzimuth {
@@ -28,6 +39,7 @@ halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double met
 /// Appends the way from the last point of `path` to `to`, in pieces of at most `step` metres; the
 /// altitude changes evenly.
 void appendPath(GeodeticPath& path, const halCore::Vec3& to, PathKind kind, double step);
+void appendPath(PlacedPath& path, const halCore::Vec3& to, const Ecef& place, PathKind kind, double step);
 
 /// Points at distance `meters` around a centre, from one azimuth over a sweep (negative =
 /// counter-clockwise) to the other, both ends included. So many points that the straight pieces stay
@@ -44,7 +56,7 @@ int piecesOfArc(double radius, double sweep, double tolerance);
 
 /// Leaves out points until what remains is still within `tolerance` metres of every point left out
 /// (the Douglas-Peucker method on straight lines in space). The first and the last point stay.
-GeodeticPath simplified(const GeodeticPath& path, double tolerance);
+void simplify(PlacedPath& path, double tolerance);
 
 /// The flat east-north-up frame about an origin, linear in latitude and longitude: x = dlon N cos(lat0),
 /// y = dlat M, z = h - h0, the radii of curvature N and M taken at the origin, plus its altitude. Nothing

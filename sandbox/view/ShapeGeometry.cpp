@@ -137,9 +137,9 @@ ShapeStyle styleOf(const ZEL::FillableShape& shape) {
     return style;
 }
 
-void addLine(const GeodeticPath& path, bool closed, const ShapeStyle& style, DrawList& out) {
+void addLine(std::vector<Ecef> places, bool closed, const ShapeStyle& style, DrawList& out) {
     DrawList::Line line;
-    line.points = toEcef(path);
+    line.points = std::move(places);
     if (closed && line.points.size() > 2 && length(line.points.front() - line.points.back()) < 1e-6)
         line.points.pop_back();
     line.color = style.lineColor;
@@ -166,17 +166,17 @@ void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& m
         if (placement.extrudeHeight()) {
             if (style.filled && closed)
                 out.meshes.push_back(fillRing(end, style.fillColor, middle, placement.tolerance()));
-            if (style.outlined || !closed) addLine(end, closed, style, out);
+            if (style.outlined || !closed) addLine(toEcef(end), closed, style, out);
         }
     }
     // A line is all outline: switching the outline off is meant for areas.
-    if (style.outlined || !closed) addLine(path, closed, style, out);
+    if (style.outlined || !closed) addLine(toEcef(path), closed, style, out);
 }
 
-double lengthOf(const GeodeticPath& points, bool closed) {
+double lengthOf(const std::vector<Ecef>& places, bool closed) {
     double sum = 0.0;
-    for (std::size_t i = 1; i < points.size(); ++i) sum += length(toEcef(points[i]) - toEcef(points[i - 1]));
-    if (closed && points.size() > 1) sum += length(toEcef(points.front()) - toEcef(points.back()));
+    for (std::size_t i = 1; i < places.size(); ++i) sum += length(places[i] - places[i - 1]);
+    if (closed && places.size() > 1) sum += length(places.front() - places.back());
     return sum;
 }
 
@@ -186,30 +186,38 @@ double stepFor(double meters, double tolerance) {
 }
 
 void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement, DrawList& out) {
-    GeodeticPath points;
+    PlacedPath points;
+    points.points.reserve(shape.points().size() + 1);
+    points.places.reserve(shape.points().size() + 1);
     for (const Vec3& point : shape.points())
-        if (const std::optional<Vec3> placed = placement.place(point)) points.push_back(*placed);
-    if (points.size() < 2) return;
+        if (const std::optional<Vec3> placed = placement.place(point)) points.add(*placed, toEcef(*placed));
+    const std::size_t count = points.points.size();
+    if (count < 2) return;
     const ShapeStyle style = styleOf(shape);
     ZEL::TessellationStyle tessellation = ZEL::TessellationStyle::None;
     shape.getTessellation(tessellation);
     const PathKind kind =
         tessellation == ZEL::TessellationStyle::RhumbLine ? PathKind::Rhumb : PathKind::Geodesic;
     const bool closed = shape.shapeType() == ZEL::ShapeType::Polygon;
-    const double step = stepFor(lengthOf(points, closed), placement.tolerance());
+    const double step = stepFor(lengthOf(points.places, closed), placement.tolerance());
+    const auto addRun = [&](std::size_t first, std::size_t last) {
+        PlacedPath path;
+        path.add(points.points[first], points.places[first]);
+        for (std::size_t i = first + 1; i <= last; ++i)
+            appendPath(path, points.points[i], points.places[i], kind, step);
+        // Most are lines and nothing else.
+        if (!placement.extruded() && !(style.filled && closed) && (style.outlined || !closed))
+            addLine(std::move(path.places), closed, style, out);
+        else
+            addRing(path.points, closed, std::nullopt, placement, style, out);
+    };
     if (shape.shapeType() == ZEL::ShapeType::LineSegs) {
-        for (std::size_t i = 0; i + 1 < points.size(); i += 2) {
-            GeodeticPath path{points[i]};
-            appendPath(path, points[i + 1], kind, step);
-            addRing(path, false, std::nullopt, placement, style, out);
-        }
+        for (std::size_t i = 0; i + 1 < count; i += 2) addRun(i, i + 1);
         return;
     }
-    if (closed) points.push_back(points.front());
-    points = simplified(points, placement.tolerance());
-    GeodeticPath path{points.front()};
-    for (std::size_t i = 1; i < points.size(); ++i) appendPath(path, points[i], kind, step);
-    addRing(path, closed, std::nullopt, placement, style, out);
+    if (closed) points.add(Vec3(points.points.front()), Ecef(points.places.front()));
+    simplify(points, placement.tolerance());
+    addRun(0, points.points.size() - 1);
 }
 
 /// The line from an extruded point to its other end.
@@ -327,7 +335,7 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
         ShapeStyle area = style;
         area.outlined = false;
         addRing(slice, true, std::nullopt, placement, area, out);
-        if (style.outlined) addLine(ring, false, style, out);
+        if (style.outlined) addLine(toEcef(ring), false, style, out);
         return;
     }
     addRing(ring, false, std::nullopt, placement, style, out);
