@@ -99,9 +99,12 @@ void MainWindow::buildPanels(const Log& log) {
 void MainWindow::appendLogEntry(const LogEntry& entry) {
     const QString line =
         QString("%1  %2: %3").arg(Log::severityName(entry.severity), entry.source, entry.text);
-    const char* color = entry.severity <= halNotify::Error     ? "#c0392b"
-                        : entry.severity == halNotify::Warning ? "#b9770e"
-                                                               : nullptr;
+    const bool dark = logText_->palette().color(QPalette::Base).lightness() < 128;
+    const char* color = nullptr;
+    if (entry.severity <= halNotify::Error)
+        color = dark ? "#ff7b6b" : "#c0392b";
+    else if (entry.severity == halNotify::Warning)
+        color = dark ? "#f0b454" : "#9a6009";
     if (color)
         logText_->appendHtml(QString("<span style=\"color:%1\">%2</span>").arg(color, line.toHtmlEscaped()));
     else

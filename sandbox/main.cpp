@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "sandbox/Host.h"
+#include "sandbox/Palette.h"
 #include "sandbox/RenderCommand.h"
 #include "sandbox/SizeText.h"
 #include "sandbox/UserFiles.h"
@@ -74,10 +75,12 @@ Options readCommandLine(const QStringList& arguments) {
     const QCommandLineOption settings("settings", "Settings file instead of the user's own.", "file");
     const QCommandLineOption script("script", "Script to run; see docs/scripting.md.", "file.js");
     const QCommandLineOption size("size", "Size of the window, such as 1600x1000.", "WxH", "1280x800");
+    const QCommandLineOption palette("palette", "Colours of the windows: light, dark or system.", "name",
+                                     "system");
     const QCommandLineOption verbose("verbose", "Copy the log to standard error.");
     const QCommandLineOption trace("trace", "Write every service call and event to a file.", "file");
     const QCommandLineOption render("render", "Draw overlay files as a picture; see --render --help.");
-    parser.addOptions({plugin, settings, script, size, verbose, trace, render});
+    parser.addOptions({plugin, settings, script, size, palette, verbose, trace, render});
     parser.addPositionalArgument("arguments", "Overlay files, or the script's arguments.", "[arguments...]");
     parser.process(arguments);
 
@@ -93,6 +96,11 @@ Options readCommandLine(const QStringList& arguments) {
     if (options.size.width() < 320 || options.size.height() < 240) {
         std::fprintf(stderr, "--size %s: expected WIDTHxHEIGHT, at least 320x240\n",
                      qPrintable(parser.value(size)));
+        std::exit(2);
+    }
+    if (!sandbox::choosePalette(parser.value(palette))) {
+        std::fprintf(stderr, "--palette %s: expected light, dark or system\n",
+                     qPrintable(parser.value(palette)));
         std::exit(2);
     }
     return options;

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSpinBox>
 #include <QTreeWidget>
 
@@ -51,6 +52,8 @@ void click(QWidget& widget) {
 
 void click(QWidget& widget, QPoint place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
     if (!widget.isVisible()) throw ScriptError{"a hidden widget cannot be clicked"};
+    for (QWidget* outer = widget.parentWidget(); outer; outer = outer->parentWidget())
+        if (auto* scroll = qobject_cast<QScrollArea*>(outer)) scroll->ensureWidgetVisible(&widget);
     const QPointer<QWidget> alive(&widget);
     // Without a window manager no click activates a window, and no field would lose the focus.
     QWidget* const window = widget.window();

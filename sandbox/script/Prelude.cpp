@@ -80,6 +80,7 @@ var Dialog = class {
     get shown() { return $widgets.dialogs().includes(this.title); }
     close() { $widgets.closeDialog(this.title); }
     moveTo(x, y) { $widgets.moveDialog(this.title, x, y); }
+    get geometry() { return $widgets.geometry(this.title); }
     captions() { return $widgets.captions(this.title); }
     press(path) { $widgets.press(this.title, path); }
     check(path, checked) { $widgets.setChecked(this.title, path, checked !== false); }
@@ -92,6 +93,7 @@ var Dialog = class {
     select(path, item, options) { $widgets.select(this.title, path || "", item, !!(options && options.add)); }
     has(path) { return $widgets.isShown(this.title, path); }
     enabled(path) { return $widgets.isEnabled(this.title, path); }
+    focused(path) { return $widgets.hasFocus(this.title, path); }
     checked(path) { return $widgets.isChecked(this.title, path); }
     value(path) { return $widgets.value(this.title, path); }
     number(path) { return Number($widgets.value(this.title, path)); }

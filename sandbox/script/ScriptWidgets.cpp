@@ -4,6 +4,7 @@
 #include <QColorDialog>
 #include <QContextMenuEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTreeWidget>
 
 #include "sandbox/Host.h"
@@ -162,6 +163,21 @@ void ScriptWidgets::moveDialog(const QString& title, int x, int y) {
     step([&] { finder(title).dialog().widget()->move(host().window().mapToGlobal(QPoint(x, y))); });
 }
 
+QVariantMap ScriptWidgets::geometry(const QString& title) {
+    return step([&] {
+        run().settle();
+        const QWidget* window = finder(title).dialog().widget();
+        const QRect place = window->frameGeometry();
+        const QRect screen = window->screen()->availableGeometry();
+        return QVariantMap{{"x", place.x()},
+                           {"y", place.y()},
+                           {"width", place.width()},
+                           {"height", place.height()},
+                           {"screenWidth", screen.width()},
+                           {"screenHeight", screen.height()}};
+    });
+}
+
 QStringList ScriptWidgets::captions(const QString& title) {
     return step([&] { return finder(title).captions(); });
 }
@@ -195,7 +211,12 @@ void ScriptWidgets::fill(const QString& title, const QString& path, const QStrin
 }
 
 void ScriptWidgets::leave(const QString& title, const QString& path) {
-    step([&] { gestures::key(*finder(title).find(path, isField, "field").widget(), Qt::Key_Tab); });
+    step([&] {
+        const WidgetFinder found = finder(title);
+        HostWidget* widget = found.findOptional(path, isField, "field");
+        if (!widget) widget = &found.find(path, isControl, "control");
+        gestures::key(*widget->widget(), Qt::Key_Tab);
+    });
 }
 
 void ScriptWidgets::choose(const QString& title, const QString& path, const QString& option) {
@@ -252,6 +273,14 @@ bool ScriptWidgets::isShown(const QString& title, const QString& path) {
 
 bool ScriptWidgets::isEnabled(const QString& title, const QString& path) {
     return step([&] { return finder(title).find(path, isControl, "control").isEnabled(); });
+}
+
+bool ScriptWidgets::hasFocus(const QString& title, const QString& path) {
+    return step([&] {
+        const QWidget* widget = finder(title).find(path, isControl, "control").widget();
+        const QWidget* focused = QApplication::focusWidget();
+        return focused && (focused == widget || widget->isAncestorOf(focused));
+    });
 }
 
 bool ScriptWidgets::isChecked(const QString& title, const QString& path) {

@@ -28,6 +28,8 @@ class ScriptWidgets : public ScriptObject {
     Q_INVOKABLE QStringList dialogs();
     Q_INVOKABLE void closeDialog(const QString& title);
     Q_INVOKABLE void moveDialog(const QString& title, int x, int y);
+    /// Where a dialog stands and how much room there is: { x, y, width, height, screenWidth, screenHeight }.
+    Q_INVOKABLE QVariantMap geometry(const QString& title);
     Q_INVOKABLE QStringList captions(const QString& title);
 
     Q_INVOKABLE void press(const QString& title, const QString& path);
@@ -40,6 +42,7 @@ class ScriptWidgets : public ScriptObject {
 
     Q_INVOKABLE bool isShown(const QString& title, const QString& path);
     Q_INVOKABLE bool isEnabled(const QString& title, const QString& path);
+    Q_INVOKABLE bool hasFocus(const QString& title, const QString& path);
     Q_INVOKABLE bool isChecked(const QString& title, const QString& path);
     Q_INVOKABLE QString value(const QString& title, const QString& path);
     Q_INVOKABLE QString tooltip(const QString& title, const QString& path);

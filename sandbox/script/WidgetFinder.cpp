@@ -1,6 +1,7 @@
 #include "sandbox/script/WidgetFinder.h"
 
 #include <algorithm>
+#include <map>
 
 #include "sandbox/script/ScriptError.h"
 #include "sandbox/widgets/Containers.h"
@@ -87,6 +88,34 @@ Widgets labelled(const HostWidget& label) {
     return found;
 }
 
+/// The rows of a table below a label's, up to the next heading: a row with a label and nothing else.
+Widgets below(const HostWidget& label) {
+    const auto* matrix = dynamic_cast<const MatrixWidget*>(label.parent());
+    if (!matrix) return {};
+    struct Row {
+        Widgets shown;
+        bool heading = true;
+    };
+    std::map<int, Row> rows;
+    const auto own = matrix->cellOf(label);
+    for (HostWidget* child : matrix->children()) {
+        const auto cell = matrix->cellOf(*child);
+        const bool isLabel = dynamic_cast<const LabelWidget*>(child) != nullptr;
+        if (!own || !cell || cell->row <= own->row || !isShown(*child) ||
+            (isLabel && child->caption().trimmed().isEmpty()))
+            continue;
+        Row& row = rows[cell->row];
+        row.shown.push_back(child);
+        if (!isLabel || cell->column > 0) row.heading = false;
+    }
+    Widgets found;
+    for (const auto& [number, row] : rows) {
+        if (row.heading) break;
+        found.insert(found.end(), row.shown.begin(), row.shown.end());
+    }
+    return found;
+}
+
 QString quotedCaptions(const QStringList& captions) {
     QStringList quoted;
     for (const QString& caption : captions) quoted << '"' + caption + '"';
@@ -146,23 +175,53 @@ Widgets WidgetFinder::candidates(const Widgets& scope, const QString& caption, c
     return found;
 }
 
-Widgets WidgetFinder::scopeOf(const Widgets& scope, const QString& caption) const {
-    Widgets found;
+WidgetFinder::Titled WidgetFinder::titled(const Widgets& scope, const QString& caption) const {
+    Titled found;
     int matching = 0;
     walk(scope, [&](HostWidget& widget) {
         if (!matches(widget, caption)) return;
         if (asContainer(widget)) {
             ++matching;
-            found = {&widget};
+            found = {{&widget}, {}};
         } else if (dynamic_cast<const LabelWidget*>(&widget)) {
             ++matching;
-            found = labelled(widget);
+            found = {labelled(widget), below(widget)};
         }
     });
     if (matching == 1) return found;
     throw ScriptError{QString(matching == 0 ? "nothing is titled \"%1\"; shown: %2"
                                             : "several things are titled \"%1\"; shown: %2")
                           .arg(caption, quotedCaptions(captions()))};
+}
+
+Widgets WidgetFinder::within(const Widgets& scope, const QStringList& parts, const QString& last,
+                             const Filter& wanted) const {
+    if (parts.isEmpty()) return candidates(scope, last, wanted);
+    const Titled title = titled(scope, parts.first());
+    const Widgets found = within(title.own, parts.mid(1), last, wanted);
+    return found.empty() ? within(title.below, parts.mid(1), last, wanted) : found;
+}
+
+QString WidgetFinder::namesOf(const Widgets& found, const QString& last, const Filter& wanted) const {
+    QStringList paths;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        QString path = QString("%1#%2").arg(last).arg(i + 1);
+        // The nearest title before it that leads to it alone.
+        bool before = true;
+        walk(roots(), [&](HostWidget& widget) {
+            if (&widget == found[i]) before = false;
+            const bool isTitle = asContainer(widget) || dynamic_cast<const LabelWidget*>(&widget);
+            if (!before || !isTitle || widget.caption().trimmed().isEmpty()) return;
+            try {
+                if (within(roots(), {widget.caption()}, last, wanted) == Widgets{found[i]})
+                    path = widget.caption().trimmed() + " > " + last;
+            } catch (const ScriptError&) {
+                // A title that stands there twice tells nothing apart.
+            }
+        });
+        paths << path;
+    }
+    return quotedCaptions(paths);
 }
 
 HostWidget* WidgetFinder::findOptional(const QString& path, const Filter& wanted, const char* kind) const {
@@ -177,14 +236,12 @@ HostWidget* WidgetFinder::findOptional(const QString& path, const Filter& wanted
         else
             number = 0;
     }
-    Widgets scope = roots();
-    for (const QString& part : parts) scope = scopeOf(scope, part);
-    const Widgets found = candidates(scope, last, wanted);
+    const Widgets found = within(roots(), parts, last, wanted);
     if (number > 0) return number <= found.size() ? found[number - 1] : nullptr;
     if (found.size() <= 1) return found.empty() ? nullptr : found.front();
-    throw ScriptError{QString("there are %1 shown %2s \"%3\"; name the one that is meant")
+    throw ScriptError{QString("there are %1 shown %2s \"%3\"; name the one that is meant: %4")
                           .arg(found.size())
-                          .arg(kind, path)};
+                          .arg(kind, path, namesOf(found, last, wanted))};
 }
 
 HostWidget& WidgetFinder::find(const QString& path, const Filter& wanted, const char* kind) const {

@@ -12,8 +12,8 @@ namespace sandbox {
 /// Finds a plug-in's widgets the way a person does: in the dialogs that are shown, by what is written on
 /// a widget, or on the label to its left or above it.
 ///
-/// A path is a caption, or several with " > " between them: each names the group box or the labelled
-/// container in which the next one is looked for. "#2" behind the last takes the second of several.
+/// A path is a caption, or several with " > " between them: each names the group box, the label or the
+/// heading behind which the next one is looked for. "#2" behind the last takes the second of several.
 /// Captions are compared without blanks at their ends; a colon at the end may be left out.
 class WidgetFinder {
   public:
@@ -40,7 +40,17 @@ class WidgetFinder {
 
     Widgets roots() const;
     Widgets candidates(const Widgets& scope, const QString& caption, const Filter& wanted) const;
-    Widgets scopeOf(const Widgets& scope, const QString& caption) const;
+    /// What a caption titles: what is in the container or behind the label; and, for a label in a table, the
+    /// rows below it, up to the next heading.
+    struct Titled {
+        Widgets own;
+        Widgets below;
+    };
+    Titled titled(const Widgets& scope, const QString& caption) const;
+    Widgets within(const Widgets& scope, const QStringList& parts, const QString& last,
+                   const Filter& wanted) const;
+    /// Paths that tell the found widgets of one caption apart, quoted.
+    QString namesOf(const Widgets& found, const QString& last, const Filter& wanted) const;
 
     const HandleRegistry& handles_;
     QString title_;

@@ -6,6 +6,7 @@
 
 #include "pi/HostStructures.h"
 #include "sandbox/widgets/Caption.h"
+#include "sandbox/widgets/Controls.h"
 
 namespace sandbox {
 
@@ -22,20 +23,6 @@ QWidget* frame(std::uint32_t layoutOptions) {
     return widget;
 }
 
-const ContainerWidget* asContainer(const HostWidget& widget) {
-    return dynamic_cast<const ContainerWidget*>(&widget);
-}
-
-bool wantsHeight(const HostWidget& child) {
-    if (const auto* container = asContainer(child)) return container->fillsHeight();
-    return (child.widget()->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag) != 0;
-}
-
-bool wantsWidth(const HostWidget& child) {
-    if (const auto* container = asContainer(child)) return container->fillsWidth();
-    return (child.widget()->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) != 0;
-}
-
 }  // namespace
 
 BoxWidget::BoxWidget(const char* kind, Direction direction, std::uint32_t layoutOptions)
@@ -48,8 +35,7 @@ BoxWidget::BoxWidget(const char* kind, QWidget* widget, Direction direction, std
     layout_ = new QBoxLayout(direction == Direction::Row ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom,
                              widget);
     const bool tight = (layoutOptions & PIGUI::PILayoutTight) != 0;
-    const bool bordered = (layoutOptions & PIGUI::PILayoutFrame) != 0 || qobject_cast<QGroupBox*>(widget) ||
-                          widget->windowType() == Qt::Dialog;
+    const bool bordered = (layoutOptions & PIGUI::PILayoutFrame) != 0 || qobject_cast<QGroupBox*>(widget);
     layout_->setSpacing(tight ? 0 : kSpacing);
     const int margin = !tight && bordered ? kMargin : 0;
     layout_->setContentsMargins(margin, margin, margin, margin);
@@ -59,8 +45,8 @@ BoxWidget::BoxWidget(const char* kind, QWidget* widget, Direction direction, std
 
 void BoxWidget::place(HostWidget& child) {
     const bool row = layout_->direction() == QBoxLayout::LeftToRight;
-    const bool along = row ? wantsWidth(child) : wantsHeight(child);
-    const bool across = row ? wantsHeight(child) : wantsWidth(child);
+    const bool along = row ? child.wantsWidth() : child.wantsHeight();
+    const bool across = row ? child.wantsHeight() : child.wantsWidth();
     Qt::Alignment alignment;
     if (!across) alignment = row ? Qt::AlignVCenter : Qt::AlignLeft;
     layout_->insertWidget(layout_->count() - 1, child.widget(), along ? 1 : 0, alignment);
@@ -95,13 +81,17 @@ void MatrixWidget::place(HostWidget& child) {
     ++next_;
     cells_[&child] = cell;
     Qt::Alignment alignment;
-    if (!wantsWidth(child)) alignment |= Qt::AlignLeft;
-    if (!wantsHeight(child)) alignment |= Qt::AlignVCenter;
-    if (wantsWidth(child)) {
+    if (!child.wantsWidth()) alignment |= Qt::AlignLeft;
+    if (!child.wantsHeight()) alignment |= Qt::AlignVCenter;
+    if (child.wantsWidth()) {
         layout_->setColumnStretch(cell.column, 1);
         layout_->setColumnStretch(kSpareColumn, 0);
     }
     layout_->addWidget(child.widget(), cell.row, cell.column, alignment);
+    // A field without a tooltip of its own is explained by the label in front of it.
+    const auto* caption = dynamic_cast<const LabelWidget*>(at({cell.row, cell.column - 1}));
+    if (caption && !dynamic_cast<const LabelWidget*>(&child) && child.widget()->toolTip().isEmpty())
+        child.widget()->setToolTip(caption->widget()->toolTip());
 }
 
 void MatrixWidget::removed(HostWidget& child) {

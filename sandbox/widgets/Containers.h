@@ -17,6 +17,7 @@ class BoxWidget : public ContainerWidget {
     BoxWidget(const char* kind, Direction direction, std::uint32_t layoutOptions);
 
     const char* kind() const override { return kind_; }
+    bool isRow() const { return layout_->direction() == QBoxLayout::LeftToRight; }
 
   protected:
     BoxWidget(const char* kind, QWidget* widget, Direction direction, std::uint32_t layoutOptions);

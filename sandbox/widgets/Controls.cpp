@@ -10,7 +10,9 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "common/Notify.h"
 #include "common/NumberText.h"
+#include "common/Strings.h"
 #include "pi/HostStructures.h"
 #include "sandbox/widgets/Caption.h"
 
@@ -43,6 +45,37 @@ void guardWheel(QWidget* widget) {
 
 void applyCaption(QWidget* widget, const Caption& caption, bool keepTooltip = false) {
     if (!keepTooltip || !caption.tooltip.isEmpty()) widget->setToolTip(caption.tooltip);
+}
+
+/// Qt's own box drops the keys that it does not like: "3.7" would become 37. Here what is typed stays until
+/// it is left, and is refused as a whole.
+class WholeNumberBox final : public QSpinBox {
+  protected:
+    QValidator::State validate(QString& text, int&) const override {
+        return number(text) ? QValidator::Acceptable : QValidator::Intermediate;
+    }
+    int valueFromText(const QString& text) const override { return number(text).value_or(value()); }
+    void fixup(QString& text) const override {
+        halNotify::notify(halNotify::Warning)
+            << UTILS::excerpt(text.toStdString()) << " is no whole number from " << minimum() << " to "
+            << maximum();
+        text = textFromValue(value());
+    }
+
+  private:
+    std::optional<int> number(const QString& text) const {
+        const auto read = UTILS::readInteger(text.toStdString());
+        if (!read || *read < minimum() || *read > maximum()) return std::nullopt;
+        return static_cast<int>(*read);
+    }
+};
+
+/// In dark colours a pressed button looks like others; it takes on some of the highlight's.
+void showPressed(QWidget& button, bool pressed) {
+    QPalette palette;
+    if (pressed && palette.color(QPalette::Window).lightness() < 128)
+        palette.setColor(QPalette::Button, palette.color(QPalette::Highlight).darker(140));
+    button.setPalette(palette);
 }
 
 }  // namespace
@@ -82,6 +115,9 @@ ButtonWidget::ButtonWidget(Style style, const std::string& caption) : style_(sty
     }
     setWidget(button_);
     setText(QString::fromStdString(caption));
+    QObject::connect(button_, &QAbstractButton::toggled, button_, [this](bool checked) {
+        if (style_ == Style::Push) showPressed(*button_, checked);
+    });
     // A click of the user's; setChecked() sends no such signal.
     QObject::connect(button_, &QAbstractButton::clicked, button_, [this] { activate(); });
 }
@@ -153,7 +189,7 @@ std::optional<double> TextFieldWidget::real() const {
     return UTILS::readNumber(field_->text().toStdString()).value_or(0.0);
 }
 
-SpinnerWidget::SpinnerWidget(std::int32_t style) : spinner_(new QSpinBox) {
+SpinnerWidget::SpinnerWidget(std::int32_t style) : spinner_(new WholeNumberBox) {
     setWidget(spinner_);
     constexpr int limit = 9999;
     spinner_->setRange(style == PIGUI::PISpinnerSigned ? -limit : 0, limit);

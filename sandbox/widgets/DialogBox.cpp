@@ -1,35 +1,44 @@
 #include "sandbox/widgets/DialogBox.h"
 
-#include <QCloseEvent>
-#include <QScreen>
-
 #include "pi/HostStructures.h"
 #include "sandbox/widgets/Caption.h"
+#include "sandbox/widgets/DialogWindow.h"
 
 namespace sandbox {
 
 namespace {
 
-/// The Qt window; it hands the user's closing on.
-class DialogWindow final : public QWidget {
-  public:
-    explicit DialogWindow(QWidget* owner) : QWidget(owner, Qt::Dialog) {}
-    std::function<void()> closed;
-
-  protected:
-    void closeEvent(QCloseEvent* event) override {
-        event->ignore();
-        if (closed) closed();
+/// The widgets of a tree that take the focus, in the order in which they stand.
+void collectFocusable(const ContainerWidget& container, std::vector<QWidget*>& found) {
+    for (HostWidget* child : container.children()) {
+        if (const auto* inner = dynamic_cast<const ContainerWidget*>(child)) {
+            collectFocusable(*inner, found);
+        } else if (QWidget* widget = child->widget()) {
+            QList<QWidget*> candidates = widget->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+            candidates.prepend(widget);
+            for (QWidget* candidate : candidates) {
+                if (!(candidate->focusPolicy() & Qt::TabFocus)) continue;
+                found.push_back(candidate);
+                break;
+            }
+        }
     }
-};
+}
 
 }  // namespace
 
-DialogBox::DialogBox(QWidget* owner, const std::string& title)
-    : BoxWidget("dialog", new DialogWindow(owner), Direction::Column,
-                PIGUI::PILayoutFillX | PIGUI::PILayoutFillY) {
+DialogBox::DialogBox(QWidget* owner, const std::string& title) {
+    auto* window = new DialogWindow(owner);
+    setWidget(window);
+    setFilling(PIGUI::PILayoutFillX | PIGUI::PILayoutFillY);
     setText(QString::fromStdString(title));
-    static_cast<DialogWindow*>(widget())->closed = [this] { userClosed(); };
+    window->closed = [this] { userClosed(); };
+    window->contentsChanged = [this] { fit_(); };
+    window->focusAboutToMove = [this] { orderFocus_(); };
+}
+
+DialogWindow& DialogBox::window_() const {
+    return *static_cast<DialogWindow*>(widget());
 }
 
 bool DialogBox::setText(const QString& text) {
@@ -37,25 +46,52 @@ bool DialogBox::setText(const QString& text) {
     return true;
 }
 
+void DialogBox::place(HostWidget& child) {
+    if (footer_) {
+        window_().addToColumns(*footer_->widget(), footer_->wantsWidth(), footer_->wantsHeight());
+        footer_ = nullptr;
+    }
+    const auto* box = dynamic_cast<const BoxWidget*>(&child);
+    if (box && box->isRow() && children().size() > 1) {
+        footer_ = &child;
+        window_().setFooter(*child.widget());
+    } else {
+        window_().addToColumns(*child.widget(), child.wantsWidth(), child.wantsHeight());
+    }
+}
+
+void DialogBox::removed(HostWidget& child) {
+    if (&child == footer_) footer_ = nullptr;
+    if (widget() && child.widget()) window_().forget(*child.widget());
+}
+
+void DialogBox::fit_() {
+    if (widget() && widget()->isVisible()) window_().fit();
+}
+
+void DialogBox::orderFocus_() const {
+    std::vector<QWidget*> order;
+    collectFocusable(*this, order);
+    for (std::size_t i = 1; i < order.size(); ++i) QWidget::setTabOrder(order[i - 1], order[i]);
+}
+
 void DialogBox::open() {
-    QWidget* window = widget();
+    DialogWindow& window = window_();
+    window.startWithOneColumn();
+    window.fit();
     if (!wasOpen_) {
         wasOpen_ = true;
         // Over the left edge of the view, each further dialog a little lower and to the right.
         int step = 0;
-        for (const auto* other : window->parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        for (const auto* other : window.parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
             if (other->isWindow() && other->isVisible()) ++step;
-        const QRect owner = window->parentWidget()->geometry();
-        window->adjustSize();
-        const QRect room = window->screen()->availableGeometry();
-        QPoint corner = owner.topLeft() + QPoint(24 + 28 * step, 64 + 28 * step);
-        corner.setX(std::max(room.left(), std::min(corner.x(), room.right() - window->width())));
-        corner.setY(std::max(room.top(), std::min(corner.y(), room.bottom() - window->height())));
-        window->move(corner);
+        const QRect owner = window.parentWidget()->geometry();
+        window.move(owner.topLeft() + QPoint(24 + 28 * step, 64 + 28 * step));
+        window.keepOnScreen();
     }
-    window->show();
-    window->raise();
-    window->activateWindow();
+    window.show();
+    window.raise();
+    window.activateWindow();
 }
 
 void DialogBox::userClosed() {

@@ -1,17 +1,20 @@
 #pragma once
 
-#include <functional>
-
 #include "pi/HostObservers.h"
 #include "sandbox/widgets/Containers.h"
 
 namespace sandbox {
 
-/// A window of a plug-in's, not modal, hidden at the start.
-class DialogBox final : public BoxWidget {
+class DialogWindow;
+
+/// A window of a plug-in's, not modal, hidden at the start. Its children stand in a column; in two when one
+/// is too tall for the screen, and what is still too tall scrolls. A row of buttons that comes last stays
+/// below them, always in sight. The Tab key follows the order in which the widgets stand.
+class DialogBox final : public ContainerWidget {
   public:
     DialogBox(QWidget* owner, const std::string& title);
 
+    const char* kind() const override { return "dialog"; }
     QString caption() const override { return widget() ? widget()->windowTitle() : QString(); }
     bool isPartOfAnother() const override { return false; }
     bool setText(const QString& text) override;
@@ -23,8 +26,18 @@ class DialogBox final : public BoxWidget {
     /// What the window's close button does: hides, then tells the observer.
     void userClosed();
 
+  protected:
+    void place(HostWidget& child) override;
+    void removed(HostWidget& child) override;
+
   private:
+    DialogWindow& window_() const;
+    /// Puts the children into one column or two, and makes the window large enough for them.
+    void fit_();
+    void orderFocus_() const;
+
     PIGUI::PICloseObserver* observer_ = nullptr;
+    HostWidget* footer_ = nullptr;
     bool wasOpen_ = false;
 };
 

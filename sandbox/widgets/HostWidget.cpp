@@ -25,6 +25,14 @@ void HostWidget::setShown(bool shown) {
     if (widget_) widget_->setVisible(shown);
 }
 
+bool HostWidget::wantsWidth() const {
+    return (widget_->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) != 0;
+}
+
+bool HostWidget::wantsHeight() const {
+    return (widget_->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag) != 0;
+}
+
 void HostWidget::activate(void* data) {
     if (!callback_) return;
     owner()->enter("callback of " + describe(),

@@ -50,6 +50,10 @@ class HostWidget : public HostObject {
     }
     virtual bool isEnabled() const { return widget_ && widget_->isEnabled(); }
 
+    /// Whether the layout should give it the width (the height) that is left.
+    virtual bool wantsWidth() const;
+    virtual bool wantsHeight() const;
+
     PIObject* wrapper() const { return wrapper_; }
     void setWrapper(PIObject* wrapper) { wrapper_ = wrapper; }
     void setCallback(FunctorTwoParams__* callback) { callback_ = callback; }
@@ -80,9 +84,8 @@ class ContainerWidget : public HostWidget {
     /// The child is going.
     void release(HostWidget& child);
 
-    /// Whether a child of its own takes the width (the height) that is left.
-    bool fillsWidth() const { return fillsWidth_; }
-    bool fillsHeight() const { return fillsHeight_; }
+    bool wantsWidth() const override { return fillsWidth_; }
+    bool wantsHeight() const override { return fillsHeight_; }
 
   protected:
     /// Lays the child's Qt widget out; it is in `children()` already.

@@ -19,6 +19,13 @@ class CompactTree final : public QTreeWidget {
         return {260, fontMetrics().height() * (kRowsShown + 1) + 2 * frameWidth() + 8};
     }
     QSize minimumSizeHint() const override { return {160, fontMetrics().height() * 4}; }
+
+  protected:
+    /// The selected item stays in sight.
+    void resizeEvent(QResizeEvent* event) override {
+        QTreeWidget::resizeEvent(event);
+        if (const auto selected = selectedItems(); !selected.isEmpty()) scrollToItem(selected.first());
+    }
 };
 
 }  // namespace

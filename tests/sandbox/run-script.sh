@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # run-script.sh ROOT SANDBOX PLUGIN SCRIPT [FAILURE]: runs a script with settings of its own. With FAILURE, a
 # regular expression, the script must fail with a message that matches it. SANDBOX_SIZE is the window's,
-# SANDBOX_SCALE the number of the device's pixels to one of the mouse.
+# SANDBOX_SCALE the number of the device's pixels to one of the mouse, SANDBOX_PALETTE "dark" or "light".
 # With SMALL_DISKS=wanted, and where the user may mount any, the script finds a disk of 64 KiB at $FULL_DISK, with a
 # link "device.zel" to /dev/full, and a read-only disk at $READ_ONLY_DISK. PICTURES is a directory that is passed to
 # the script.
@@ -22,7 +22,7 @@ if [ "${SMALL_DISKS:-}" = here ]; then
     mount -t tmpfs -o ro none "$READ_ONLY_DISK"
 fi
 output=$("$root/scripts/headless" env ${SANDBOX_SCALE:+QT_SCALE_FACTOR=$SANDBOX_SCALE} "$sandbox" --settings "${SANDBOX_SETTINGS:-$work/settings.ini}" --plugin "$plugin" --size "${SANDBOX_SIZE:-1200x800}" \
-    --script "$script" ${PICTURES:+"$PICTURES"} 2>&1)
+    --palette "${SANDBOX_PALETTE:-system}" --script "$script" ${PICTURES:+"$PICTURES"} 2>&1)
 status=$?
 echo "$output"
 [ -n "$failure" ] || exit $status

@@ -1,0 +1,183 @@
+#include "sandbox/widgets/DialogWindow.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+#include <QScrollBar>
+#include <QStyle>
+#include <algorithm>
+
+namespace sandbox {
+
+namespace {
+
+constexpr int kSpacing = 6;
+constexpr int kMargin = 8;
+/// What a window manager's frame takes, before there is one to ask.
+constexpr int kFrameHeight = 36;
+
+/// The least height that a widget can do with.
+int heightOf(const QWidget& widget) {
+    return widget.isHidden() ? 0 : widget.minimumSizeHint().height() + kSpacing;
+}
+
+}  // namespace
+
+DialogWindow::DialogWindow(QWidget* owner)
+    : QWidget(owner, Qt::Dialog),
+      scroll_(new QScrollArea),
+      content_(new QWidget),
+      column_{new QVBoxLayout, new QVBoxLayout},
+      footer_(new QWidget),
+      footerLayout_(new QVBoxLayout(footer_)) {
+    auto* columns = new QHBoxLayout(content_);
+    columns->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    columns->setSpacing(0);
+    for (QVBoxLayout* column : column_) {
+        column->setSpacing(kSpacing);
+        column->addStretch(0);
+        columns->addLayout(column, 1);
+    }
+    columns->setStretchFactor(column_[1], 0);
+    footerLayout_->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    footer_->hide();
+
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    scroll_->setWidget(content_);
+    content_->installEventFilter(this);
+
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(0);
+    outer->addWidget(scroll_, 1);
+    outer->addWidget(footer_);
+}
+
+void DialogWindow::addToColumns(QWidget& widget, bool wantsWidth, bool wantsHeight) {
+    forget(widget);
+    items_.push_back({&widget, wantsWidth, wantsHeight});
+    arrange(0);
+}
+
+void DialogWindow::setFooter(QWidget& widget) {
+    footerLayout_->addWidget(&widget);
+    footer_->show();
+    content_->layout()->setContentsMargins(kMargin, kMargin, kMargin, 0);
+}
+
+void DialogWindow::forget(QWidget& widget) {
+    std::erase_if(items_, [&widget](const Item& item) { return item.widget == &widget; });
+    if (footerLayout_->indexOf(&widget) < 0) return;
+    footerLayout_->removeWidget(&widget);
+    footer_->hide();
+    content_->layout()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+}
+
+void DialogWindow::arrange(std::uint32_t second) {
+    for (QVBoxLayout* column : column_)
+        for (const Item& item : items_) column->removeWidget(item.widget);
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        const Item& item = items_[i];
+        QVBoxLayout* column = column_[i < 32 ? second >> i & 1U : 0U];
+        // Before the stretch, which takes what no item wants.
+        column->insertWidget(column->count() - 1, item.widget, item.wantsHeight ? 1 : 0,
+                             item.wantsWidth ? Qt::Alignment() : Qt::AlignLeft);
+    }
+    const bool two = second != 0;
+    static_cast<QHBoxLayout*>(content_->layout())->setSpacing(two ? 2 * kMargin : 0);
+    static_cast<QHBoxLayout*>(content_->layout())->setStretchFactor(column_[1], two ? 1 : 0);
+}
+
+QSize DialogWindow::room() const {
+    const int frame = std::max(kFrameHeight, frameGeometry().height() - height());
+    return screen()->availableGeometry().size() - QSize(0, frame);
+}
+
+std::uint32_t DialogWindow::secondColumn(int height) const {
+    constexpr std::size_t most = 12;
+    const std::size_t count = std::min(items_.size(), most);
+    const auto tallest = [&](std::uint32_t second) {
+        int columns[2] = {2 * kMargin, 2 * kMargin};
+        for (std::size_t i = 0; i < items_.size(); ++i)
+            columns[i < most ? second >> i & 1U : 1U] += heightOf(*items_[i].widget);
+        return std::max(columns[0], columns[1]);
+    };
+    const std::uint32_t all = (1U << count) - 1U;
+    std::uint32_t best = 0;
+    for (std::uint32_t behind = all & (all << 1U); behind != 0; behind = all & (behind << 1U))
+        if (best == 0 || tallest(behind) < tallest(best)) best = behind;
+    if (tallest(best) <= height) return best;
+    for (std::uint32_t second = 2; second <= all; second += 2)
+        if (tallest(second) < tallest(best)) best = second;
+    return best;
+}
+
+QSize DialogWindow::wanted() const {
+    const QSize contents = content_->sizeHint();
+    const int footer = footer_->isHidden() ? 0 : footer_->sizeHint().height();
+    const int footerWidth = footer_->isHidden() ? 0 : footer_->sizeHint().width();
+    QSize size(std::max(contents.width(), footerWidth), contents.height() + footer);
+    const QSize least = room();
+    const int minimum = content_->minimumSizeHint().height() + footer;
+    if (minimum > least.height()) size.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return size.boundedTo(least);
+}
+
+void DialogWindow::fit() {
+    if (fitting_) return;
+    fitting_ = true;
+    const int before = columns_;
+    if (columns_ == 1) arrange(0);
+    content_->layout()->activate();
+    const QSize available = room();
+    const int footer = footer_->isHidden() ? 0 : footer_->sizeHint().height();
+    const bool tooTall = content_->minimumSizeHint().height() + footer > available.height();
+    if (tooTall || columns_ == 2) {
+        arrange(secondColumn(available.height() - footer));
+        content_->layout()->activate();
+        columns_ = content_->minimumSizeHint().width() <= available.width() ? 2 : 1;
+        if (columns_ == 1) arrange(0);
+        content_->layout()->activate();
+    }
+    const QSize size = wanted();
+    scroll_->setMinimumWidth(std::min(content_->minimumSizeHint().width(), available.width()));
+    resize(columns_ == before && isVisible() ? size.expandedTo(this->size()) : size);
+    if (isVisible()) keepOnScreen();
+    fitting_ = false;
+}
+
+void DialogWindow::keepOnScreen() {
+    const QRect area = screen()->availableGeometry();
+    const QRect frame = frameGeometry();
+    QPoint corner = frame.topLeft();
+    corner.setX(std::max(area.left(), std::min(corner.x(), area.right() + 1 - frame.width())));
+    corner.setY(std::max(area.top(), std::min(corner.y(), area.bottom() + 1 - frame.height())));
+    if (corner != frame.topLeft()) move(corner);
+}
+
+void DialogWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (closed) closed();
+}
+
+bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == content_ && event->type() == QEvent::LayoutRequest && !fitting_)
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (contentsChanged) contentsChanged();
+            },
+            Qt::QueuedConnection);
+    return QWidget::eventFilter(watched, event);
+}
+
+bool DialogWindow::focusNextPrevChild(bool next) {
+    if (focusAboutToMove) focusAboutToMove();
+    if (!QWidget::focusNextPrevChild(next)) return false;
+    if (QWidget* focused = focusWidget(); focused && content_->isAncestorOf(focused))
+        scroll_->ensureWidgetVisible(focused);
+    return true;
+}
+
+}  // namespace sandbox

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QBoxLayout>
+#include <QScrollArea>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace sandbox {
+
+/// The Qt window of a dialog: one column of widgets or two that scroll when the screen is too small, and a
+/// footer that does not.
+class DialogWindow final : public QWidget {
+  public:
+    explicit DialogWindow(QWidget* owner);
+
+    std::function<void()> closed;
+    std::function<void()> contentsChanged;
+    std::function<void()> focusAboutToMove;
+
+    void addToColumns(QWidget& widget, bool wantsWidth, bool wantsHeight);
+    void setFooter(QWidget& widget);
+    /// The widget is going, or moves elsewhere.
+    void forget(QWidget& widget);
+
+    /// Arranges the widgets for the screen, and grows to what they need, as far as there is room.
+    void fit();
+    /// The next fit() may go back to one column; while the window is shown it would jump.
+    void startWithOneColumn() { columns_ = 1; }
+    /// Moves the window back where it can be seen whole.
+    void keepOnScreen();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+  private:
+    struct Item {
+        QWidget* widget = nullptr;
+        bool wantsWidth = false;
+        bool wantsHeight = false;
+    };
+
+    QSize room() const;
+    /// Which items stand in the second of two columns (a bit for each): those behind some item when that fits
+    /// the height, otherwise whichever make the taller column as short as can be.
+    std::uint32_t secondColumn(int height) const;
+    void arrange(std::uint32_t second);
+    QSize wanted() const;
+
+    std::vector<Item> items_;
+    int columns_ = 1;
+    bool fitting_ = false;
+    QScrollArea* scroll_;
+    QWidget* content_;
+    QVBoxLayout* column_[2];
+    QWidget* footer_;
+    QVBoxLayout* footerLayout_;
+};
+
+}  // namespace sandbox

@@ -1,0 +1,65 @@
+// Every dialog and every panel fits the screen, and the Tab key goes down the form. With a directory as
+// argument it leaves a picture of each.
+const editor = dialog("Overlay Editor");
+const platforms = dialog("Select Platform");
+const existing = dialog("Select Existing ZEL");
+menu("Plug-ins", "Overlay Editor...");
+
+function show(box, name) {
+    wait(20);
+    const place = box.geometry;
+    assert(place.x >= 0 && place.y >= 0 && place.x + place.width <= place.screenWidth &&
+           place.y + place.height <= place.screenHeight, name + " leaves the screen: " + JSON.stringify(place));
+    if (args[0]) box.picture(args[0] + "/" + name + ".png");
+}
+
+show(editor, "editor");
+const kinds = editor.options("Shape:").slice(1);
+assert(kinds.length >= 15, "the kinds of shapes: " + kinds);
+for (const kind of kinds) {
+    editor.choose("Shape:", kind);
+    editor.press("Stop");
+    show(editor, kind.replace(" ", "-"));
+}
+
+/// The Tab key, from one control to the next.
+function tabThrough(paths) {
+    editor.type(paths[0], editor.value(paths[0]));
+    for (let i = 1; i < paths.length; ++i) {
+        editor.leave(paths[i - 1]);
+        assert(editor.focused(paths[i]), "after " + paths[i - 1] + " the keyboard goes to " + paths[i]);
+    }
+}
+
+const style = ["Line Width:", "Line Color:", "Filled:", "Fill Color:"];
+function selectKind(kind) { editor.select("All Shapes", editor.items("All Shapes").find(i => i.startsWith(kind + " "))); }
+selectKind("Wedge");
+tabThrough(["Name:", "Draw:", "Lat:", "Lon:", "Shape Controls > Alt:", "X Radius:", "Y Radius:", "Height:", "Start Angle:",
+            "End Angle:", ...style, "LLA:", "Units > Alt:", "Ang:", "Rng:", "Prec:", "Pos:", "Load HALVIS..."]);
+selectKind("Orbit");
+tabThrough(["Name:", "Draw:", "Center 1: > Lat:", "Center 1: > Lon:", "Center 1: > Alt:", "Center 2: > Lat:", "Center 2: > Lon:",
+            "Center 2: > Alt:", "Radius:", ...style]);
+assertEqual(editor.tooltip("Center 2: > Lat:"), "Latitude in specified units");
+
+// Captions that stand twice: the message tells how to name each.
+selectKind("Polygon");
+assertThrows(() => editor.press("Delete"), /"All Shapes > Delete", "Points > Delete"/);
+editor.press("All Shapes > Delete");
+assert(!editor.items("All Shapes").some(i => i.startsWith("Polygon ")), "the shape is gone");
+
+// Nonsense in a spinner is refused as a whole.
+selectKind("Circle");
+for (const nonsense of ["3.7", "wide", "-5", "99999"]) {
+    const before = log().length;
+    editor.fill("Line Width:", nonsense);
+    assertEqual(editor.value("Line Width:"), "2", nonsense);
+    assert(log().slice(before).some(m => m.text.includes(nonsense)), "the log says why " + nonsense + " is refused");
+}
+
+addPlatform({ name: "Ship", lat: 0, lon: 0 });
+editor.check("Attach:");
+show(platforms, "platforms");
+platforms.close();
+editor.press("Load HALVIS...");
+show(existing, "existing");
+existing.close();
