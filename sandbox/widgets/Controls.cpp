@@ -57,8 +57,8 @@ class WholeNumberBox final : public QSpinBox {
     int valueFromText(const QString& text) const override { return number(text).value_or(value()); }
     void fixup(QString& text) const override {
         halNotify::notify(halNotify::Warning)
-            << UTILS::excerpt(text.toStdString()) << " is no whole number from " << minimum() << " to "
-            << maximum();
+            << '"' << UTILS::excerpt(text.toStdString()) << "\" is no whole number from " << minimum()
+            << " to " << maximum();
         text = textFromValue(value());
     }
 

@@ -37,6 +37,11 @@ DialogBox::DialogBox(QWidget* owner, const std::string& title) {
     window->focusAboutToMove = [this] { orderFocus_(); };
 }
 
+DialogBox::~DialogBox() {
+    // The window outlives this by an event or two.
+    if (widget()) window_().closed = window_().contentsChanged = window_().focusAboutToMove = nullptr;
+}
+
 DialogWindow& DialogBox::window_() const {
     return *static_cast<DialogWindow*>(widget());
 }

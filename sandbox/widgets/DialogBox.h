@@ -13,6 +13,7 @@ class DialogWindow;
 class DialogBox final : public ContainerWidget {
   public:
     DialogBox(QWidget* owner, const std::string& title);
+    ~DialogBox() override;
 
     const char* kind() const override { return "dialog"; }
     QString caption() const override { return widget() ? widget()->windowTitle() : QString(); }

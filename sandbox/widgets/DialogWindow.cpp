@@ -15,9 +15,11 @@ constexpr int kMargin = 8;
 /// What a window manager's frame takes, before there is one to ask.
 constexpr int kFrameHeight = 36;
 
-/// The least height that a widget can do with.
-int heightOf(const QWidget& widget) {
-    return widget.isHidden() ? 0 : widget.minimumSizeHint().height() + kSpacing;
+/// So many items may stand in the second column.
+constexpr std::size_t kMovable = 12;
+
+bool inSecond(std::uint32_t second, std::size_t item) {
+    return item < kMovable && (second >> item & 1U) != 0;
 }
 
 }  // namespace
@@ -56,6 +58,7 @@ DialogWindow::DialogWindow(QWidget* owner)
 
 void DialogWindow::addToColumns(QWidget& widget, bool wantsWidth, bool wantsHeight) {
     forget(widget);
+    arranged_.reset();
     items_.push_back({&widget, wantsWidth, wantsHeight});
     arrange(0);
 }
@@ -75,11 +78,13 @@ void DialogWindow::forget(QWidget& widget) {
 }
 
 void DialogWindow::arrange(std::uint32_t second) {
+    if (arranged_ == second) return;
+    arranged_ = second;
     for (QVBoxLayout* column : column_)
         for (const Item& item : items_) column->removeWidget(item.widget);
     for (std::size_t i = 0; i < items_.size(); ++i) {
         const Item& item = items_[i];
-        QVBoxLayout* column = column_[i < 32 ? second >> i & 1U : 0U];
+        QVBoxLayout* column = column_[inSecond(second, i)];
         // Before the stretch, which takes what no item wants.
         column->insertWidget(column->count() - 1, item.widget, item.wantsHeight ? 1 : 0,
                              item.wantsWidth ? Qt::Alignment() : Qt::AlignLeft);
@@ -94,22 +99,29 @@ QSize DialogWindow::room() const {
     return screen()->availableGeometry().size() - QSize(0, frame);
 }
 
+QSize DialogWindow::need(std::uint32_t second) const {
+    QSize columns[2];
+    for (QSize& column : columns) column = QSize(0, 2 * kMargin);
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        const QWidget& widget = *items_[i].widget;
+        if (widget.isHidden()) continue;
+        QSize& column = columns[inSecond(second, i)];
+        column.setWidth(std::max(column.width(), widget.minimumSizeHint().width()));
+        column.rheight() += widget.minimumSizeHint().height() + kSpacing;
+    }
+    return {columns[0].width() + columns[1].width() + 4 * kMargin,
+            std::max(columns[0].height(), columns[1].height())};
+}
+
 std::uint32_t DialogWindow::secondColumn(int height) const {
-    constexpr std::size_t most = 12;
-    const std::size_t count = std::min(items_.size(), most);
-    const auto tallest = [&](std::uint32_t second) {
-        int columns[2] = {2 * kMargin, 2 * kMargin};
-        for (std::size_t i = 0; i < items_.size(); ++i)
-            columns[i < most ? second >> i & 1U : 1U] += heightOf(*items_[i].widget);
-        return std::max(columns[0], columns[1]);
-    };
-    const std::uint32_t all = (1U << count) - 1U;
+    const std::uint32_t all = (1U << std::min(items_.size(), kMovable)) - 1U;
     std::uint32_t best = 0;
+    const auto shorter = [&](std::uint32_t second) { return need(second).height() < need(best).height(); };
     for (std::uint32_t behind = all & (all << 1U); behind != 0; behind = all & (behind << 1U))
-        if (best == 0 || tallest(behind) < tallest(best)) best = behind;
-    if (tallest(best) <= height) return best;
+        if (shorter(behind)) best = behind;
+    if (need(best).height() <= height) return best;
     for (std::uint32_t second = 2; second <= all; second += 2)
-        if (tallest(second) < tallest(best)) best = second;
+        if (shorter(second)) best = second;
     return best;
 }
 
@@ -118,32 +130,30 @@ QSize DialogWindow::wanted() const {
     const int footer = footer_->isHidden() ? 0 : footer_->sizeHint().height();
     const int footerWidth = footer_->isHidden() ? 0 : footer_->sizeHint().width();
     QSize size(std::max(contents.width(), footerWidth), contents.height() + footer);
-    const QSize least = room();
-    const int minimum = content_->minimumSizeHint().height() + footer;
-    if (minimum > least.height()) size.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    return size.boundedTo(least);
+    const QSize available = room();
+    if (content_->minimumSizeHint().height() + footer > available.height())
+        size.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return size.boundedTo(available);
 }
 
 void DialogWindow::fit() {
     if (fitting_) return;
     fitting_ = true;
     const int before = columns_;
-    if (columns_ == 1) arrange(0);
     content_->layout()->activate();
     const QSize available = room();
     const int footer = footer_->isHidden() ? 0 : footer_->sizeHint().height();
-    const bool tooTall = content_->minimumSizeHint().height() + footer > available.height();
-    if (tooTall || columns_ == 2) {
-        arrange(secondColumn(available.height() - footer));
-        content_->layout()->activate();
-        columns_ = content_->minimumSizeHint().width() <= available.width() ? 2 : 1;
-        if (columns_ == 1) arrange(0);
-        content_->layout()->activate();
-    }
+    const int height = available.height() - footer;
+    std::uint32_t second = columns_ == 2 || need(0).height() > height ? secondColumn(height) : 0;
+    if (need(second).width() > available.width()) second = 0;
+    columns_ = second != 0 ? 2 : 1;
+    arrange(second);
+    content_->layout()->activate();
     const QSize size = wanted();
     scroll_->setMinimumWidth(std::min(content_->minimumSizeHint().width(), available.width()));
-    resize(columns_ == before && isVisible() ? size.expandedTo(this->size()) : size);
-    if (isVisible()) keepOnScreen();
+    const QSize old = this->size();
+    resize(columns_ == before && isVisible() ? size.expandedTo(old) : size);
+    if (isVisible() && this->size() != old) keepOnScreen();
     fitting_ = false;
 }
 

@@ -4,6 +4,7 @@
 #include <QScrollArea>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace sandbox {
@@ -43,14 +44,18 @@ class DialogWindow final : public QWidget {
     };
 
     QSize room() const;
-    /// Which items stand in the second of two columns (a bit for each): those behind some item when that fits
-    /// the height, otherwise whichever make the taller column as short as can be.
+    /// What the columns need when the items of `second` (a bit for each) stand in the second one.
+    QSize need(std::uint32_t second) const;
+    /// The items for the second column: those behind some item when that fits the height, otherwise
+    /// whichever make the taller column as short as can be.
     std::uint32_t secondColumn(int height) const;
     void arrange(std::uint32_t second);
     QSize wanted() const;
 
     std::vector<Item> items_;
     int columns_ = 1;
+    /// Nothing when the items are to be put into their columns anew.
+    std::optional<std::uint32_t> arranged_;
     bool fitting_ = false;
     QScrollArea* scroll_;
     QWidget* content_;

@@ -43,7 +43,9 @@ for (const name of ["countries-110m.zel", "gallery.zel"]) {
     lookAtAll(name);
 }
 
-// The gallery once more, as offsets from a platform that stands somewhere in it.
+// Coasts as offsets from a platform. (The gallery is such a file: it has offsets from a reference point.)
+answerFileDialog(samples + "coast-110m.zel");
+editor.press("...");
 const ship = addPlatform({ name: "Ship", lat: 36.123456789, lon: 14.987654321, alt: 12 });
 const platforms = dialog("Select Platform");
 editor.select("All Shapes", 0);
