@@ -30,6 +30,7 @@ class WatchingTool final : public MouseTool, public PointsTool {
     void setShowPoints(bool shown) override { look(shown ? "show points" : "hide points"); }
     void setDrawDoneCallback(FunctorTwoParams__*) override {}
     void resetPoints_() override { look("reset points"); }
+    void carryPoints_() override { look("carry points"); }
     int leftPress_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
     int leftRelease_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
     int rightPress_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
