@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "sandbox/view/Camera.h"
+#include "sandbox/view/DrawingOrder.h"
 #include "sandbox/view/LineBatch.h"
 #include "sandbox/view/MeshBatch.h"
 #include "sandbox/view/OverlayShaders.h"
@@ -88,10 +89,9 @@ struct OverlayLayer::Level {
     }
 };
 
-/// A run of an entry's shapes.
+/// Some of an entry's shapes that follow each other.
 struct OverlayLayer::Chunk {
-    std::size_t firstShape = 0;
-    std::size_t lastShape = 0;  ///< one past
+    std::vector<std::size_t> shapes;  ///< of the entry, in drawing order
     Bounds bounds;
     std::array<std::unique_ptr<Level>, kTolerances.size()> levels;
     std::vector<DrawList::Label> labels;
@@ -109,8 +109,8 @@ struct OverlayLayer::Chunk {
     void build(const OverlayScene::Entry& entry, std::size_t level, PictureTextures& textures) {
         if (levels[level]) return;
         DrawList list;
-        for (std::size_t i = firstShape; i < lastShape; ++i)
-            if (entry.shapes[i]) appendGeometry(*entry.shapes[i], entry.reference, kTolerances[level], list);
+        for (const std::size_t i : shapes)
+            appendGeometry(*entry.shapes[i], entry.reference, kTolerances[level], list);
         Bounds box;
         for (DrawList::Picture& picture : list.pictures) {
             picture.file = findPicture(picture.file.path, entry.directory);
@@ -141,15 +141,14 @@ struct OverlayLayer::Item {
         for (const auto& shape : entry.shapes) total += shape ? roughSize(*shape) : 0;
         const std::size_t enough = std::min(kChunkSize, total / kChunks);
         std::size_t size = 0;
-        for (std::size_t i = 0; i < entry.shapes.size(); ++i) {
-            if (!entry.shapes[i]) continue;
+        for (const std::size_t i : drawingOrder(entry.shapes)) {
             const std::size_t more = roughSize(*entry.shapes[i]);
             if (chunks.empty() || size + more > enough) {
-                chunks.emplace_back().firstShape = i;
+                chunks.emplace_back();
                 size = 0;
             }
             size += more;
-            chunks.back().lastShape = i + 1;
+            chunks.back().shapes.push_back(i);
         }
         for (Chunk& chunk : chunks) chunk.build(entry, kTolerances.size() - 1, textures);
     }

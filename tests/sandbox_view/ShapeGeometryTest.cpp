@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "format/ZelShapes.h"
+#include "sandbox/view/DrawingOrder.h"
 #include "sandbox/view/ShapeGeometry.h"
 
 namespace sandbox {
@@ -95,6 +96,27 @@ INSTANTIATE_TEST_SUITE_P(Places, Circles,
                                          CircleCase{89.9, 20, 300.0e3}, CircleCase{-90, 0, 2.0e6},
                                          CircleCase{-17, 179.9, 100.0e3}, CircleCase{35, -180, 5.0e6},
                                          CircleCase{10, 10, 9.0e6}));
+
+TEST(DrawingOrder, GathersOnlyWhatLooksAlike) {
+    OverlayScene::Shapes shapes;
+    for (const double lon : {5.0, 95.0, 6.0, 96.0}) {
+        auto line = std::make_shared<ZEL::Line>(false);
+        line->addPoint(at(1, lon));
+        line->addPoint(at(2, lon));
+        line->setLineColor(ZEL::Color(9, 9, 9, 100));
+        shapes.push_back(line);
+    }
+    shapes.insert(shapes.begin() + 1, nullptr);
+    using Order = std::vector<std::size_t>;
+    EXPECT_EQ(drawingOrder(shapes), (Order{0, 3, 2, 4}));
+    // One that looks otherwise, or is no line, keeps all in their order.
+    static_cast<ZEL::Line&>(*shapes[3]).setLineWidth(2);
+    EXPECT_EQ(drawingOrder(shapes), (Order{0, 2, 3, 4}));
+    static_cast<ZEL::Line&>(*shapes[3]).setLineWidth(1);
+    shapes[1] = std::make_shared<ZEL::Annotation>(false);
+    EXPECT_EQ(drawingOrder(shapes), (Order{0, 1, 2, 3, 4}));
+    EXPECT_TRUE(drawingOrder({}).empty());
+}
 
 TEST(ShapeGeometry, OutlinedPointsHaveARim) {
     ZEL::Points points(false);

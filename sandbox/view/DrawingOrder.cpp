@@ -1,0 +1,71 @@
+#include "sandbox/view/DrawingOrder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "format/ZelShapes.h"
+
+namespace sandbox {
+
+namespace {
+
+namespace ZEL = halCore::ZEL;
+
+/// Shapes of equal looks give the same picture in any order.
+auto lookOf(const ZEL::PointBasedShape& shape) {
+    ZEL::Color line;
+    ZEL::Color fill;
+    int width = 1;
+    ZEL::LineStyle stroke = ZEL::LineStyle::Solid;
+    bool outlined = true;
+    bool filled = false;
+    bool tested = false;
+    shape.getLineColor(line);
+    shape.getFillColor(fill);
+    shape.getLineWidth(width);
+    shape.getLineStyle(stroke);
+    shape.getOutlined(outlined);
+    shape.getFilled(filled);
+    const bool said = shape.getDepthBufferActive(tested) == 0;
+    const auto bytes = [](const ZEL::Color& c) {
+        return std::tuple(c.red(), c.green(), c.blue(), c.alpha());
+    };
+    return std::tuple(bytes(line), bytes(fill), width, stroke, outlined, filled, said && !tested);
+}
+
+/// The square of ten degrees in which a shape begins.
+int squareOf(const ZEL::PointBasedShape& shape) {
+    if (shape.points().empty()) return 0;
+    const halCore::Vec3& p = shape.points().front();
+    const auto square = [](double radians) {
+        return static_cast<int>(std::floor(std::clamp(radians, -7.0, 7.0) * 18.0 / std::numbers::pi));
+    };
+    return square(p.lat()) * 100 + square(p.lon());
+}
+
+}  // namespace
+
+std::vector<std::size_t> drawingOrder(const OverlayScene::Shapes& shapes) {
+    std::vector<std::size_t> order;
+    std::vector<int> squares(shapes.size());
+    std::optional<decltype(lookOf(std::declval<const ZEL::PointBasedShape&>()))> look;
+    bool alike = true;
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        if (!shapes[i]) continue;
+        order.push_back(i);
+        if (!alike) continue;
+        const auto* lines = dynamic_cast<const ZEL::PointBasedShape*>(shapes[i].get());
+        alike = lines && (!look || *look == lookOf(*lines));
+        if (!alike) continue;
+        if (!look) look = lookOf(*lines);
+        squares[i] = squareOf(*lines);
+    }
+    if (alike) std::ranges::stable_sort(order, {}, [&](std::size_t i) { return squares[i]; });
+    return order;
+}
+
+}  // namespace sandbox
