@@ -131,7 +131,7 @@ int main(int argc, char** argv) {
 
     for (const double range : {2.3e7, 5.0e6, 1.0e6, 1.0e5}) {
         camera.setRange(range);
-        constexpr int kFrames = 24;
+        constexpr int kFrames = 6;
         std::vector<Stopwatch::Times> times;
         for (int i = 0; i < kFrames; ++i) {
             const double turn = range / 2.3e7 * 60.0 * i / kFrames;

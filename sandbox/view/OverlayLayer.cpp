@@ -43,6 +43,7 @@ class Bounds {
         if (empty()) return true;
         const Ecef center = (low_ + high_) * 0.5;
         const double radius = length(high_ - low_) * 0.5;
+        if (isBeyondHorizon(camera, center, radius)) return true;
         const Ecef v = center - camera.eye();
         const double ahead = -dot(v, camera.back());
         if (ahead + radius < 0.0) return true;
@@ -55,6 +56,19 @@ class Bounds {
     }
 
   private:
+    /// Whether the earth, even one that is nowhere larger than at its poles, hides a whole ball. Counts
+    /// angles at the earth's centre: to the horizon, and from there as far as the ball's highest point can be
+    /// seen.
+    static bool isBeyondHorizon(const Camera& camera, const Ecef& center, double radius) {
+        const double distance = length(center);
+        if (distance <= radius) return false;
+        const double eye = std::max(length(camera.eye()), kPoleRadius);
+        const double angle = std::acos(std::clamp(dot(camera.eye(), center) / (eye * distance), -1.0, 1.0));
+        const double horizon = std::acos(kPoleRadius / eye);
+        const double highest = std::acos(kPoleRadius / std::max(distance + radius, kPoleRadius));
+        return angle - std::asin(radius / distance) > horizon + highest;
+    }
+
     static constexpr double kHuge = std::numeric_limits<double>::max();
     Ecef low_{kHuge, kHuge, kHuge};
     Ecef high_{-kHuge, -kHuge, -kHuge};
