@@ -265,7 +265,15 @@ bool SerializeToZel::hasShapes() const {
 }
 
 void SerializeToZel::writeTo(std::ostream& stream, unsigned int) const {
+    writeHeadTo(stream);
+    writeShapesTo(stream);
+}
+
+void SerializeToZel::writeHeadTo(std::ostream& stream) {
     stream << "version 2\n\n";
+}
+
+void SerializeToZel::writeShapesTo(std::ostream& stream) const {
     for (const auto& shape : finished_) {
         if (!shape) continue;
         shape->serializeToStream(stream);

@@ -50,6 +50,9 @@ class SerializeToZel final : public Serializer {
     /// Writes a whole file. Numbers follow the stream's precision; callers set UTILS::kSignificantDigits.
     /// \param precision not used
     void writeTo(std::ostream& stream, unsigned int precision) const;
+    /// What stands at the beginning of a file, and the finished shapes behind it.
+    static void writeHeadTo(std::ostream& stream);
+    void writeShapesTo(std::ostream& stream) const;
     /// Drops all shapes, finished and current.
     void clear();
 

@@ -21,13 +21,21 @@ void Overlay::addShape(Shape* shape) {
     if (survives) shape->setShown(true);
     if (!survives || contains(shape)) return;
     const std::uint64_t order = nextOrder_++;
-    shapes_.push_back(shape);
+    places_.push_back({order, shape});
     entries_.emplace(shape, byName_.insert({shape->name(), order, shape}).first);
     shape->setKeeper(this);
     if (attachments_ == attachment) return;
     // The host took the chance to have the overlay attached anew.
     shape->setAttachedPlatformId(0, nullptr, false);
     if (survives) shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
+}
+
+std::vector<Shape*> Overlay::shapes() const {
+    std::vector<Shape*> shapes;
+    shapes.reserve(entries_.size());
+    for (const Place& place : places_)
+        if (place.shape) shapes.push_back(place.shape);
+    return shapes;
 }
 
 void Overlay::removeShape(Shape* shape) {
@@ -38,13 +46,13 @@ bool Overlay::forget_(const Shape* shape) {
     const auto known = entries_.find(shape);
     if (known == entries_.end()) return false;
     ++revision_;
-    // The list is sorted by order.
-    const auto at =
-        std::lower_bound(shapes_.begin(), shapes_.end(), known->second->order,
-                         [this](Shape* entry, auto wanted) { return entries_.at(entry)->order < wanted; });
-    shapes_.erase(at);
+    const auto at = std::lower_bound(places_.begin(), places_.end(), known->second->order,
+                                     [](const Place& place, auto wanted) { return place.order < wanted; });
+    at->shape = nullptr;
     byName_.erase(known->second);
     entries_.erase(known);
+    if (places_.size() > 2 * entries_.size())
+        std::erase_if(places_, [](const Place& place) { return !place.shape; });
     return true;
 }
 
@@ -69,11 +77,12 @@ void Overlay::clearShapes(bool destroying) {
     ++revision_;
     // Emptied first: a dying shape's tool, or the host, may look at the overlay.
     std::vector<std::pair<Shape*, Shape::Survival>> dying;
-    dying.reserve(shapes_.size());
-    for (Shape* shape : std::exchange(shapes_, {})) {
+    dying.reserve(entries_.size());
+    for (Shape* shape : shapes()) {
         shape->setKeeper(nullptr);
         dying.emplace_back(shape, *shape);
     }
+    places_.clear();
     byName_.clear();
     entries_.clear();
     for (const auto& [shape, survives] : dying) {

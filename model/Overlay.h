@@ -29,7 +29,7 @@ class Overlay final : private ShapeKeeper {
     void removeShape(Shape* shape);
     /// The first shape of exactly that name, null when there is none.
     Shape* findShape(const std::string& name) const;
-    std::vector<Shape*> shapes() const { return shapes_; }
+    std::vector<Shape*> shapes() const;
     /// Whether the shape is in the overlay; of the pointer only the address is used.
     bool contains(const Shape* shape) const { return entries_.contains(shape); }
     /// Deletes every shape; their panels first, unless the overlay itself is going.
@@ -94,7 +94,13 @@ class Overlay final : private ShapeKeeper {
     std::uint64_t revision_ = 0;
     bool referenceWritten_ = false;
     void* zelId_ = nullptr;
-    std::vector<Shape*> shapes_;
+    /// In the order of adding. A shape that goes leaves a hole, null, until there are more holes than shapes:
+    /// closing each at once would move all that follow.
+    struct Place {
+        std::uint64_t order = 0;
+        Shape* shape = nullptr;
+    };
+    std::vector<Place> places_;
     /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
     Names byName_;
     std::unordered_map<const Shape*, Names::iterator> entries_;

@@ -14,13 +14,15 @@ namespace OverlayEditor {
 
 namespace {
 
-/// The text of a file, shape by shape.
+/// The text of a file. Each shape is written as soon as it is described, so that there is but one in memory.
 class TextOfShapes {
   public:
     TextOfShapes(PointConverter* converter, bool referenceWritten, std::vector<std::string>* skipped)
         : skipped_(skipped) {
         zel_.setReferenceWritten(referenceWritten);
         zel_.setPointConverter(converter);
+        buffer_->out().precision(UTILS::kSignificantDigits);
+        SerializeToZel::writeHeadTo(buffer_->out());
     }
 
     void add(Shape& shape) {
@@ -28,20 +30,19 @@ class TextOfShapes {
         std::string name = skipped_ ? shape.name() : std::string();
         if ((shape.serialize(zel_) != 0 || !zel_.shapes().back()) && skipped_)
             skipped_->push_back(std::move(name));
+        any_ = any_ || zel_.hasShapes();
+        zel_.writeShapesTo(buffer_->out());
+        zel_.clear();
     }
 
     /// Empty when there is nothing to write.
-    std::string text() const {
-        if (!zel_.hasShapes()) return {};
-        const auto buffer = TextBuffer::take();
-        buffer->out().precision(UTILS::kSignificantDigits);
-        zel_.writeTo(buffer->out(), UTILS::kSignificantDigits);
-        return buffer->text();
-    }
+    std::string text() const { return any_ ? buffer_->text() : std::string(); }
 
   private:
     SerializeToZel zel_;
+    TextBuffer::Ptr buffer_ = TextBuffer::take();
     std::vector<std::string>* skipped_;
+    bool any_ = false;
 };
 
 /// What the reader says when it has no report to write to.

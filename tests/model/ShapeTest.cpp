@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <random>
+#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -213,6 +216,29 @@ TEST_F(ShapeTest, OverlayTakesShapesInAndGivesThemBack) {
     overlay.clearShapes(false);
     EXPECT_TRUE(overlay.shapes().empty());
     EXPECT_EQ(host.overlays.size(), 1U);
+}
+
+TEST_F(ShapeTest, ShapesKeepTheirOrderWhileOthersComeAndGo) {
+    Overlay overlay;
+    std::vector<Shape*> expected;
+    std::mt19937 random(1);
+    const auto name = [&random] { return std::string(1, static_cast<char>('A' + random() % 26)); };
+    for (int step = 0; step < 3000; ++step) {
+        if (expected.empty() || random() % (step < 1500 ? 3 : 2) != 0) {
+            expected.push_back(circle(name()).release());
+            overlay.addShape(expected.back());
+        } else {
+            const auto at = expected.begin() + static_cast<std::ptrdiff_t>(random() % expected.size());
+            overlay.removeShape(*at);
+            delete *at;
+            expected.erase(at);
+        }
+        ASSERT_EQ(overlay.shapes(), expected);
+        const std::string wanted = name();
+        const auto first = std::find_if(expected.begin(), expected.end(),
+                                        [&](const Shape* shape) { return shape->name() == wanted; });
+        ASSERT_EQ(overlay.findShape(wanted), first == expected.end() ? nullptr : *first);
+    }
 }
 
 TEST_F(ShapeTest, ADeletedShapeLeavesItsOverlay) {
