@@ -87,16 +87,10 @@ class QuickDrawManager::ZelObserver final : public PIHALVIS::ZELEventObserver {
   public:
     explicit ZelObserver(QuickDrawManager& manager) : manager_(manager) {}
     void addedZEL(void* overlay) override {
-        guarded("addedZEL", 0, [&] {
-            manager_.zelAdded_(overlay);
-            return 0;
-        });
+        guardedEntry("addedZEL", [&] { manager_.zelAdded_(overlay); });
     }
     void removedZEL(void* overlay) override {
-        guarded("removedZEL", 0, [&] {
-            manager_.zelRemoved_(overlay);
-            return 0;
-        });
+        guardedEntry("removedZEL", [&] { manager_.zelRemoved_(overlay); });
     }
 
   private:
@@ -214,10 +208,10 @@ int QuickDrawManager::addShape_(const std::string& kind) {
     });
 }
 
-/// Counts on with the files, so that shapes of one sitting have names of their own.
-std::string QuickDrawManager::getUniqueName_(const std::string& base) const {
+/// The number is that of the file to come, so that the two agree.
+std::string QuickDrawManager::getUniqueName_(const std::string& base) {
     std::string name;
-    int number = std::max(counter_, 1);
+    int number = nextNumber_();
     do {
         name = base + " " + std::to_string(number++);
     } while (overlay_.findShape(name));
@@ -361,13 +355,30 @@ void QuickDrawManager::deleteAllZelFiles_() {
     for (const std::string& path : std::exchange(created_, {})) UTILS::fileRemove(path);
 }
 
+std::string QuickDrawManager::numberedPath_(const std::string& directory, int number) const {
+    return directory + "/" + kind_ + "_" + std::to_string(number) + ".zel";
+}
+
+int QuickDrawManager::nextNumber_() {
+    constexpr int kTries = 100;
+    const std::string directory = quickShapeDirectory();
+    startCounting_(directory);
+    int number = counter_;
+    while (number < counter_ + kTries && UTILS::fileIsFile(numberedPath_(directory, number))) ++number;
+    return number;
+}
+
+void QuickDrawManager::startCounting_(const std::string& directory) {
+    if (counter_ == 0) counter_ = std::max(1, highestQuickShapeNumber(directory));
+}
+
 std::string QuickDrawManager::saveUnderFreeNumber_(const std::string& text, std::string& path) {
     const std::string directory = makeQuickShapeDirectory();
-    if (counter_ == 0) counter_ = std::max(1, highestQuickShapeNumber(directory));
+    startCounting_(directory);
     const int first = counter_;
     const auto name = [&](int i) {
         counter_ = first + i;
-        return directory + "/" + kind_ + "_" + std::to_string(counter_) + ".zel";
+        return numberedPath_(directory, counter_);
     };
     return UTILS::saveNewFile(name, text, path);
 }

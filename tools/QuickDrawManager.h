@@ -90,7 +90,7 @@ class QuickDrawManager {
     void settle_();
 
     int addShape_(const std::string& kind);
-    std::string getUniqueName_(const std::string& base) const;
+    std::string getUniqueName_(const std::string& base);
     /// Its tool is current and has not been ended.
     bool isDrawing_() const;
     void endTool_();
@@ -106,6 +106,11 @@ class QuickDrawManager {
     /// If the preferences say so.
     void deleteAllZelFiles_();
 
+    std::string numberedPath_(const std::string& directory, int number) const;
+    /// The counter begins at the highest number in the directory.
+    void startCounting_(const std::string& directory);
+    /// The number that the next file of the kind will have, as far as can be told before it is saved.
+    int nextNumber_();
     /// Saves under the first number that is free for the kind, from the counter on. \return empty, or why
     /// not; `path` is then the one that was tried last
     std::string saveUnderFreeNumber_(const std::string& text, std::string& path);
@@ -153,7 +158,8 @@ class QuickDrawManager {
     PlatformMouseTool* picker_;
     std::unique_ptr<ZelObserver> zelObserver_;
     CallbackList<QuickDrawManager> callbacks_{this};
-    FunctorTwoParams__* const drawDone_ = callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape);
+    FunctorTwoParams__* const drawDone_ =
+        callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape, WhenPaused::Call);
     std::array<PICommon::Action, kCommandCount> actions_;
 };
 

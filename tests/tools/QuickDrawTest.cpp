@@ -13,6 +13,9 @@
 #include "Drawing.h"
 #include "common/Files.h"
 #include "common/Notify.h"
+#include "model/FreeDrawShape.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
 #include "model/ShapeRegistry.h"
 #include "pi/PIHALVIS.h"
 #include "support/TemporaryDirectory.h"
@@ -21,9 +24,12 @@
 namespace {
 
 using OverlayEditor::CylinderShape;
+using OverlayEditor::FreeDrawShape;
 using OverlayEditor::MouseManager;
+using OverlayEditor::PolygonShape;
 using OverlayEditor::Preferences;
 using OverlayEditor::QuickDrawManager;
+using OverlayEditor::RectangleShape;
 using OverlayEditor::ShapeRegistry;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -38,6 +44,11 @@ struct QuickDraw : testing::Test {
         ::setenv("HOME", home.path().c_str(), 1);
         halNotify::setNotifyHandler(
             [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        registry.addPrototype(FreeDrawShape(preferences));
+        for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon})
+            registry.addPrototype(PolygonShape(preferences, subtype));
+        for (const auto subtype : {RectangleShape::Rectangle, RectangleShape::Triangle})
+            registry.addPrototype(RectangleShape(preferences, subtype));
         registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
         host.platforms[kShip].header.name = "Ship";
         host.platforms[kShip].point.latRad = 20.0 * kDegree;
@@ -138,6 +149,7 @@ TEST_F(QuickDraw, AFinishedShapeIsAFileThatTheHostShows) {
     quick->finishDrawing();
     expectIdle();
     EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_2.zel", "Circle_3.zel"));
+    EXPECT_THAT(contents(path("Circle_3.zel")), HasSubstr("3d name Circle 3\n"));
 }
 
 TEST_F(QuickDraw, AShapeThatIsNotCompleteIsDropped) {
@@ -162,14 +174,57 @@ TEST_F(QuickDraw, AShapeThatIsNotCompleteIsDropped) {
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(QuickDraw, AKindThatCannotBeDrawnIsAMessage) {
-    for (const char* label : {"Quick Free Draw", "Quick Line Draw", "Quick Poly Draw", "Quick Rectangle Draw",
-                              "Quick Triangle Draw"}) {
-        command(label);
-        EXPECT_FALSE(manager.isValid()) << label;
+TEST_F(QuickDraw, EveryKindIsDrawnAndAllButFreeDrawingsAreAttached) {
+    struct Kind {
+        const char *label, *file, *keyword, *attached;
+        bool pointByPoint;
+    };
+    const Kind kinds[] = {{"Quick Free Draw", "Free Draw_1.zel", "line", nullptr, false},
+                          {"Quick Circle Draw", "Circle_1.zel", "circle", "\ncenterxyz 0 0 0\n", false},
+                          {"Quick Line Draw", "Line_1.zel", "line", "\nxyz ", true},
+                          {"Quick Poly Draw", "Polygon_1.zel", "polygon", "\nxyz ", true},
+                          {"Quick Rectangle Draw", "Rectangle_1.zel", "polygon", "\nxyz ", false},
+                          {"Quick Triangle Draw", "Triangle_1.zel", "polygon", "\nxyz ", false}};
+    pick(kShip);
+    for (const bool attach : {false, true}) {
+        command("Attach Quick Shape", attach);
+        for (const Kind& kind : kinds) {
+            SCOPED_TRACE(kind.file);
+            messages.clear();
+            command(kind.label);
+            if (kind.pointByPoint)
+                for (const char* corner : {"21.0N 158.0W", "21.1N 158.0W", "21.1N 157.9W"})
+                    mouse.move(corner).press().release();
+            else
+                mouse.from("21.0N 158.0W").to("21.1N 157.9W");
+            quick->finishDrawing();
+            expectIdle();
+            ASSERT_THAT(loaded(), ElementsAre(kind.file));
+            const auto& overlay = host.overlays.begin()->second;
+            const std::string text = contents(overlay.path);
+            EXPECT_THAT(text, HasSubstr(std::string("\n") + kind.keyword + "\n"));
+            EXPECT_THAT(text, HasSubstr("\nlinecolor hex 0xff0000ff\n"));
+            const bool attached = attach && kind.attached;
+            EXPECT_EQ(overlay.platform, attached ? kShip : 0u);
+            EXPECT_THAT(text, attached ? HasSubstr(kind.attached) : HasSubstr("lla 21 -158"));
+            if (attach && !attached)
+                EXPECT_THAT(messages, ElementsAre(HasSubstr("cannot be attached")));
+            else
+                EXPECT_THAT(messages, IsEmpty());
+            command("Remove Last Quick Shape");
+            EXPECT_THAT(files(), IsEmpty());
+        }
     }
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("Free Draw"), HasSubstr("Line"), HasSubstr("Polygon"),
-                                      HasSubstr("Rectangle"), HasSubstr("Triangle")));
+}
+
+TEST_F(QuickDraw, AKindThatIsMissingIsAMessage) {
+    const ShapeRegistry none;
+    quick.reset();
+    quick = std::make_unique<QuickDrawManager>("OverlayEditor", preferences, manager, none);
+    command("Quick Free Draw");
+    EXPECT_FALSE(manager.isValid());
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("Free Draw")));
+    quick.reset();
 }
 
 TEST_F(QuickDraw, AnotherToolEndsTheDrawing) {
@@ -193,11 +248,11 @@ TEST_F(QuickDraw, NothingIsOverwritten) {
     make("plan_2000.zel");
     drawCircle();
     EXPECT_THAT(loaded(), ElementsAre("Circle_4.zel")) << "counted on from the highest";
+    EXPECT_THAT(contents(path("Circle_4.zel")), HasSubstr("3d name Circle 4\n"));
     command("Remove Last Quick Shape");
     EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_3.zel", "Circle_x.zel", "plan_2000.zel"));
     drawCircle();
     EXPECT_THAT(loaded(), ElementsAre("Circle_4.zel")) << "the counter keeps its value";
-    EXPECT_THAT(contents(path("Circle_4.zel")), HasSubstr("3d name Circle 4\n"));
 
     // Free at the hundredth try: 4 to 102 are taken, then 4 to 103.
     for (int number = 5; number <= 102; ++number) make("Circle_" + std::to_string(number) + ".zel");
@@ -213,6 +268,7 @@ TEST_F(QuickDraw, NothingIsOverwritten) {
         EXPECT_EQ(contents(path(name)), "mine\n");
     drawCircle();
     EXPECT_EQ(loaded().back(), "Circle_203.zel") << "and the next one finds its place";
+    EXPECT_THAT(contents(path("Circle_203.zel")), HasSubstr("3d name Circle 203\n"));
 }
 
 TEST_F(QuickDraw, TheDirectory) {

@@ -29,6 +29,8 @@ assertEqual(setting("AutoSaveZelDir"), directory);
 drawCircle();
 assertEqual([quickFiles(), shapesInView()], [["Circle_1.zel"], 0]);
 assert(readFile(directory + "/Circle_1.zel").includes("linecolor hex 0xff0000ff"), "red at first");
+clearScenario("cleared");
+assertEqual(quickFiles(), ["Circle_1.zel"], "before the dialog was opened it stays");
 
 // One colour is checked at a time; one chosen while drawing holds for the shape being drawn.
 const colors = { Red: "ff0000ff", Blue: "ffff0000", Yellow: "ff00ffff", Green: "ff00ff00",
@@ -43,22 +45,40 @@ for (const name in colors) {
 }
 action("Yellow Shape Color");
 finish();
-assert(readFile(directory + "/Circle_2.zel").includes(colors.Yellow), "the colour in the file");
+const second = readFile(directory + "/Circle_2.zel");
+assert(second.includes(colors.Yellow) && second.includes("3d name Circle 2\n"), second);
 
-// Point by point: a line and a polygon take the same colour and number.
+// Every other kind takes the same colour, and its name and its file the same number.
 const corners = [{ lat: 40, lon: 3 }, { lat: 42, lon: 5 }, { lat: 40, lon: 8 }];
-for (const [label, kind] of [["Quick Line Draw", "Line"], ["Quick Poly Draw", "Polygon"]]) {
+const kinds = { "Quick Line Draw": ["Line", true], "Quick Poly Draw": ["Polygon", true],
+                "Quick Free Draw": ["Free Draw", false], "Quick Rectangle Draw": ["Rectangle", false],
+                "Quick Triangle Draw": ["Triangle", false] };
+function drawKind(label) {
     action(label);
-    for (const corner of corners) {
-        view.move(corner);
-        view.click(corner);
-    }
+    view.move(corners[0]);
+    if (kinds[label][1])
+        for (const corner of corners) {
+            view.move(corner);
+            view.click(corner);
+        }
+    else
+        view.drag(corners[0], corners[1], { steps: 10 });
     finish();
+}
+for (const label in kinds) {
+    drawKind(label);
+    const kind = kinds[label][0];
     const text = readFile(directory + "/" + kind + "_2.zel");
     assert(text.includes("3d name " + kind + " 2\n") && text.includes(colors.Yellow), text);
-    assertEqual(text.split("\n").filter(line => line.startsWith("lla ")).length, 3, kind);
-    action("Remove Last Quick Shape");
+    const points = text.split("\n").filter(line => line.startsWith("lla ")).length;
+    assert(points >= 3, kind + ": " + text);
 }
+if (pictures) {
+    view.leave();
+    wait(200);
+    picture(pictures + "/quick-shapes.png");
+}
+for (const label in kinds) action("Remove Last Quick Shape");
 
 // While drawing, removing the last one only cancels; then the newest goes with its file.
 action("Quick Circle Draw");
@@ -100,6 +120,9 @@ assert(!checked("Pick Attach Platform"), "drawing ends picking");
 const attached = overlays().find(o => o.path);
 assertEqual(attached.platform, ship);
 assert(attached.text.includes("centerxyz 0 0 0"), attached.text);
+drawKind("Quick Free Draw");
+assert(log().some(entry => entry.severity === 3 && entry.text.includes("cannot be attached")), "free drawings say so");
+action("Remove Last Quick Shape");
 removePlatform(ship);
 assertEqual(notes(), []);
 action("Attach Quick Shape");
@@ -107,9 +130,17 @@ assert(!checked("Attach Quick Shape"));
 action("Remove All Quick Shapes");
 
 // The editor and a quick shape: whoever takes the mouse ends what the other draws, and nothing is lost.
+action("Quick Circle Draw");
+view.move(here);
+view.press(here);
+view.move({ lat: 42, lon: 6 });
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
 editor.moveTo(820, 20);
+view.move(edge);
+view.release(edge);
+finish();
+assertEqual(quickFiles().length, 1, "opening the dialog does not end the drawing");
 action("Quick Circle Draw");
 view.move(here);
 view.drag(here, edge);
