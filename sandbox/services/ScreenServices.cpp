@@ -6,6 +6,7 @@
 #include "sandbox/services/ScreenTextRecord.h"
 #include "sandbox/services/Services.h"
 #include "sandbox/view/GlobeView.h"
+#include "sandbox/view/Sprites.h"
 
 namespace sandbox {
 
@@ -38,15 +39,15 @@ class PlacedText final : public HostObject {
     void place() {
         placedIn_ = view_.size();
         if (!record_.enabled) return;
-        QFont font = view_.font();
-        font.setPixelSize(record_.fontSize);
+        const QFont font = fontForFile(record_.fontFile, record_.fontSize);
         const QSize size = QFontMetrics(font).size(0, record_.text);
         ScreenText text{.id = id(),
                         .text = record_.text.toStdString(),
                         .x = record_.x,
                         .y = record_.y,
                         .argb = record_.argb,
-                        .pixelSize = record_.fontSize};
+                        .pixelSize = record_.fontSize,
+                        .fontFile = record_.fontFile.toStdString()};
         if (record_.alignment & Qt::AlignRight) text.x = view_.width() - record_.x - size.width();
         if (record_.alignment & Qt::AlignHCenter)
             text.x = view_.width() / 2.0 + record_.x - size.width() / 2.0;

@@ -11,7 +11,7 @@ namespace sandbox {
 struct ScreenTextRecord {
     bool enabled = true;
     QString text;
-    QString fontFile;
+    QString fontFile = QStringLiteral("arial.ttf");
     int fontSize = 14;
     double x = 0.0;  ///< pixels from the corner that the alignments name
     double y = 0.0;

@@ -145,8 +145,8 @@ void GlobePainter::paintScreenTexts(const GlobeFrame& frame, QPaintDevice& devic
     if (frame.screenTexts.empty()) return;
     QPainter painter(&device);
     for (const auto& [id, text] : frame.screenTexts) {
-        const TextLook look{fontForFile(QStringLiteral("arial.ttf"), text.pixelSize), text.argb, 0xa0000000,
-                            1};
+        const TextLook look{fontForFile(QString::fromStdString(text.fontFile), text.pixelSize), text.argb,
+                            0xa0000000, 1};
         layers_->sprites.drawText(painter, text.x, text.y, QString::fromStdString(text.text), look);
     }
 }

@@ -13,6 +13,7 @@ struct ScreenText {
     double y = 0.0;    ///< top edge, widget pixels from the top
     std::uint32_t argb = 0xffffffff;
     int pixelSize = 14;
+    std::string fontFile = "arial.ttf";
 };
 
 }  // namespace sandbox
