@@ -28,10 +28,7 @@ class OverlayEditorDialog::OverlayCloseObserver final : public PIGUI::PICloseObs
   public:
     explicit OverlayCloseObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
     void onClose(PIObject*) override {
-        guarded("onClose", 0, [this] {
-            dialog_.hide();
-            return 0;
-        });
+        guardedEntry("onClose", [this] { dialog_.hide(); });
     }
 
   private:
@@ -57,10 +54,7 @@ class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver
 
   private:
     void changed_() {
-        guarded("overlay observer", 0, [this] {
-            dialog_.scenarioZELsChanged();
-            return 0;
-        });
+        guardedEntry("overlay observer", [this] { dialog_.scenarioZELsChanged(); });
     }
 
     OverlayEditorDialog& dialog_;
@@ -126,6 +120,7 @@ void OverlayEditorDialog::giveUpShapes_() {
 }
 
 void OverlayEditorDialog::setCurrentShapes(const std::vector<Shape*>& shapes) {
+    const CallbackPause pause;
     giveUpShapes_();
     for (Shape* shape : shapes) {
         overlay_->addShape(shape);
@@ -167,6 +162,7 @@ Shape* OverlayEditorDialog::current_() {
 }
 
 void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
+    const CallbackPause pause;
     if (Shape* const before = current_(); shape != before) {
         if (before) before->deleteGui();
         currentShape_ = shape;
@@ -213,6 +209,7 @@ int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
+    const CallbackPause pause;
     Shape* const shape = selectedShape_();
     mouseManager_->clearMouseTool();
     if (shape) {
@@ -247,6 +244,7 @@ std::string OverlayEditorDialog::getUniqueName_(const std::string& base) {
 }
 
 int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
+    const CallbackPause pause;
     const std::int32_t option = widgets_->shape.getValueInt();
     widgets_->shape.setValue(0);
     if (option < 1 || static_cast<std::size_t>(option) > prototypes_.size()) return 1;

@@ -174,7 +174,8 @@ class OverlayEditorDialog {
     PICommon::Timeout timeout_;
 
     CallbackList<OverlayEditorDialog> callbacks_{this};
-    FunctorTwoParams__* const onTimeoutCallback_ = callbacks_.make(&OverlayEditorDialog::onTimeout);
+    FunctorTwoParams__* const onTimeoutCallback_ =
+        callbacks_.make(&OverlayEditorDialog::onTimeout, WhenPaused::Call);
     std::unique_ptr<OverlayCloseObserver> closeObserver_;
     std::unique_ptr<ZelObserver> zelObserver_;
     PIGUI::PIDialogBox box_;

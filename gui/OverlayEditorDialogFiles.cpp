@@ -98,6 +98,7 @@ void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
 }
 
 int OverlayEditorDialog::onCmdLoadExisting(PIObject*, void*) {
+    const CallbackPause pause;
     if (!existingZels_)
         existingZels_ = std::make_unique<SelectExistingZELDialog>(
             callbacks_.make(&OverlayEditorDialog::onCmdExistingZelSelected));
@@ -118,6 +119,7 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
 }
 
 bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::string& fileName, void* zel) {
+    const CallbackPause pause;
     unsigned long platform = zel ? PIHALVIS::getZELHost(zel) : 0;
     halCore::Vec3 reference = findDefaultRefLla_(platform);
     auto converter = std::make_unique<PointConverter>();
@@ -297,6 +299,7 @@ void OverlayEditorDialog::updateSavedMark_() {
 }
 
 bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
+    const CallbackPause pause;
     // Nothing to write must not even cost an older copy.
     const std::string text = overlayText(*overlay_);
     if (!text.empty() && !keepOldFile_(fileName)) return false;

@@ -14,10 +14,7 @@ class SelectExistingZELDialog::ZELEventObserver final : public PIHALVIS::ZELEven
     explicit ZELEventObserver(SelectExistingZELDialog& dialog) : dialog_(dialog) {}
     void addedZEL(void*) override {}
     void removedZEL(void*) override {
-        guarded("removedZEL", 0, [this] {
-            dialog_.refreshZELList();
-            return 0;
-        });
+        guardedEntry("removedZEL", [this] { dialog_.refreshZELList(); });
     }
 
   private:

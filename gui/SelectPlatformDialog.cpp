@@ -32,10 +32,9 @@ class SelectPlatformDialog::CloseObserver final : public PIGUI::PICloseObserver 
   public:
     explicit CloseObserver(SelectPlatformDialog& dialog) : dialog_(dialog) {}
     void onClose(PIObject*) override {
-        guarded("onClose", 0, [this] {
+        guardedEntry("onClose", [this] {
             dialog_.hide();
             if (dialog_.closed_) dialog_.closed_();
-            return 0;
         });
     }
 

@@ -1,6 +1,7 @@
 #include "pi/EntryScope.h"
 
 #include <utility>
+#include <vector>
 
 #include "pi/Guard.h"
 
@@ -8,6 +9,14 @@ namespace {
 
 int openEntries = 0;
 std::function<void()> outermostEnds;
+std::vector<std::function<void()>> lastThings;
+
+void call(const std::function<void()>& function) {
+    guarded("postponed event", 0, [&] {
+        function();
+        return 0;
+    });
+}
 
 }  // namespace
 
@@ -16,13 +25,11 @@ EntryScope::EntryScope() {
 }
 
 EntryScope::~EntryScope() {
-    if (openEntries == 1 && outermostEnds)
-        guarded("postponed event", 0, [] {
-            // The listener may be taken out meanwhile.
-            const auto listener = outermostEnds;
-            listener();
-            return 0;
-        });
+    if (openEntries == 1) {
+        // The listener may be taken out meanwhile.
+        if (const auto listener = outermostEnds) call(listener);
+        for (const auto& last : std::exchange(lastThings, {})) call(last);
+    }
     --openEntries;
 }
 
@@ -32,4 +39,8 @@ bool EntryScope::isNested() {
 
 void EntryScope::setListener(std::function<void()> listener) {
     outermostEnds = std::move(listener);
+}
+
+void EntryScope::atEnd(std::function<void()> last) {
+    lastThings.push_back(std::move(last));
 }

@@ -2,12 +2,13 @@
 
 #include <functional>
 
-/// One entry of the host into the plug-in: a dispatch or a callback. The host may enter again from inside
-/// each service that it serves; what would take away what the outer entry works on waits until that is over.
+/// One entry of the host into the plug-in: a dispatch, a callback or an observer. The host may enter again
+/// from inside each service that it serves; what would take away what the outer entry works on waits until
+/// that is over.
 class EntryScope {
   public:
     EntryScope();
-    /// The outermost one calls the listener.
+    /// The outermost one calls the listener, and then what waits for its end.
     ~EntryScope();
     EntryScope(const EntryScope&) = delete;
     EntryScope& operator=(const EntryScope&) = delete;
@@ -16,4 +17,6 @@ class EntryScope {
     static bool isNested();
     /// Called at the end of each outermost entry, as a part of it; empty for nobody.
     static void setListener(std::function<void()> listener);
+    /// Has something done once, when the outermost entry ends.
+    static void atEnd(std::function<void()> last);
 };

@@ -4,6 +4,8 @@
 
 std::vector<FunctorTwoParams__*> g_FunctorList;
 
+int CallbackPause::open_ = 0;
+
 void freeFunctors() {
     for (auto* functor : g_FunctorList) delete functor;
     g_FunctorList.clear();

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <exception>
+#include <utility>
 
 #include "common/Notify.h"
+#include "pi/EntryScope.h"
 
 /// Runs one entry from the host so that no exception crosses the boundary: what was thrown becomes an
 /// error message that names the entry, and `fallback` is returned.
@@ -23,4 +25,14 @@ Result guarded(const char* entry, Result fallback, Body&& body) noexcept {
         }
     }
     return fallback;
+}
+
+/// Runs what an observer of the host does as an entry of its own; no exception crosses the boundary.
+template <typename Body>
+void guardedEntry(const char* name, Body&& body) noexcept {
+    const EntryScope scope;
+    guarded(name, 0, [&] {
+        std::forward<Body>(body)();
+        return 0;
+    });
 }

@@ -35,13 +35,18 @@ void createTimeout(Timeout& timeout, std::int32_t milliseconds, FunctorTwoParams
     timeout.cancel();
     CatchallCall call(Id::Timeout, PISelector::Timeout::Create);
     call.integer(milliseconds).pointer(callback).pointer(static_cast<PIObject*>(&timeout)).perform();
-    timeout.handle_ = call.pointerResult(0);
+    // From within the call the host may have had another one armed.
+    timeout.replace_(call.pointerResult(0));
+}
+
+void Timeout::replace_(void* handle) {
+    // Forgotten before the call, from within which the host may call back.
+    void* const armed = std::exchange(handle_, handle);
+    if (armed) CatchallCall(Id::Timeout, PISelector::Timeout::Cancel).pointer(armed).perform();
 }
 
 void Timeout::cancel() {
-    // Forgotten before the call, from within which the host may call back.
-    void* const armed = std::exchange(handle_, nullptr);
-    if (armed) CatchallCall(Id::Timeout, PISelector::Timeout::Cancel).pointer(armed).perform();
+    replace_(nullptr);
 }
 
 Action::~Action() {

@@ -43,6 +43,7 @@ class Timeout : public PIObject {
 
   private:
     friend void createTimeout(Timeout&, std::int32_t, FunctorTwoParams__*);
+    void replace_(void* handle);
     void* handle_ = nullptr;
 };
 

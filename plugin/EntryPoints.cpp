@@ -50,9 +50,8 @@ HPI_EXPORT std::int32_t HPI_IsDebugMode() {
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* services, void* instance) {
     g_FunctionMap = services;
     g_This = instance;
-    guarded("HPI_InitializeFunctionMap", 0, [] {
+    guardedEntry("HPI_InitializeFunctionMap", [] {
         ClientFunctionMap::replaceApplication(std::make_unique<OverlayEditor::OverlayEditorPlugin>());
-        return 0;
     });
 }
 

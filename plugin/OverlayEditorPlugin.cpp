@@ -1,11 +1,11 @@
 #include "plugin/OverlayEditorPlugin.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "common/Notify.h"
 #include "model/ShapeKinds.h"
 #include "pi/EntryScope.h"
-#include "pi/PIHALVIS.h"
 #include "plugin/EditorIcon.h"
 #include "plugin/RightClickObserver.h"
 #include "plugin/VSI.h"
@@ -39,7 +39,8 @@ std::string OverlayEditorPlugin::ContactInfo() const {
 }
 
 int OverlayEditorPlugin::StartUp() {
-    if (preferences_) return 0;
+    if (std::exchange(startedUp_, true)) return 0;
+    const CallbackPause pause;
     halNotify::setNotifyHandler([source = Name()](halNotify::Severity severity, const std::string& message) {
         PICommon::notify(severity, source, message);
     });
@@ -64,7 +65,6 @@ int OverlayEditorPlugin::StartUp() {
         std::make_unique<QuickDrawManager>(Name(), *preferences_, *mouseManager_, *shapeRegistry_);
     addAllKinds(*shapeRegistry_, *preferences_);
     rightClickObserver_ = std::make_unique<RightClickObserver>(*this);
-    PIHALVIS::registerContextMenuCallback(rightClickObserver_.get());
     serviceInterface_ = std::make_unique<OverlayEditorInterface>();
     service_ = std::make_unique<PICommon::BasicService>(
         PluginClient::Interfaces::OVERLAYEDITOR_SERVICE_NAME,
@@ -96,7 +96,6 @@ void OverlayEditorPlugin::takeDown_() {
     menuItem_.reset();
 
     service_.reset();
-    if (rightClickObserver_) PIHALVIS::removeContextMenuCallback(rightClickObserver_.get());
     rightClickObserver_.reset();
     dialog_.reset();
     serviceInterface_.reset();
@@ -115,6 +114,7 @@ void OverlayEditorPlugin::takeDown_() {
 int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
     if (!preferences_) return 1;
     if (!dialog_) {
+        const CallbackPause pause;
         dialog_ = std::make_unique<OverlayEditorDialog>(preferences_.get(), mouseManager_.get(),
                                                         overlay_.get(), shapeRegistry_->getShapes());
         dialog_->setIcon(*icon_);
@@ -126,7 +126,11 @@ int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
 
 int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
     onCmdShowSettings(sender, data);
-    if (dialog_) dialog_->loadZels(rightClickObserver_->overlays());
+    if (!dialog_) return 1;
+    // While the host serves the first ones it may unload others, or open another menu.
+    const auto& offered = rightClickObserver_->overlays();
+    for (void* const overlay : std::vector(offered))
+        if (std::find(offered.begin(), offered.end(), overlay) != offered.end()) dialog_->loadZels({overlay});
     return 1;
 }
 

@@ -67,6 +67,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     void handlePostponed_();
     void takeDown_();
 
+    bool startedUp_ = false;
     Equipment equipment_;
     std::vector<HostEvent> postponed_;
     std::optional<HostEvent> handled_;

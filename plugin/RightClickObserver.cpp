@@ -12,20 +12,33 @@ constexpr std::int32_t kMenuEnabled = 1;
 
 }  // namespace
 
+OverlayEditorPlugin::RightClickObserver::RightClickObserver(OverlayEditorPlugin& plugin) : plugin_(plugin) {
+    PIHALVIS::registerContextMenuCallback(this);
+    PIHALVIS::registerZELObserver(this);
+}
+
+OverlayEditorPlugin::RightClickObserver::~RightClickObserver() {
+    PIHALVIS::removeContextMenuCallback(this);
+    PIHALVIS::removeZELObserver(this);
+}
+
 void OverlayEditorPlugin::RightClickObserver::menuRequested(const std::string& listName,
                                                             const PIHALVIS::ContextMenuData* data,
                                                             void* menu) {
-    guarded("menuRequested", 0, [&] {
-        if (listName != PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME) return 0;
+    guardedEntry("menuRequested", [&] {
+        if (listName != PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME) return;
         const auto* const clicked = dynamic_cast<const PIHALVIS::ZelMenuData*>(data);
-        if (!clicked) return 0;
+        if (!clicked) return;
         overlays_ = clicked->overlays;
-        if (overlays_.empty()) return 0;
+        if (overlays_.empty()) return;
         menuCallback_ = plugin_.callbacks_.make(&OverlayEditorPlugin::onCmdLoadHalvisZels);
         PIHALVIS::addContextMenuItem(menu, "Send to Overlay Editor", menuCallback_, kMenuPosition,
                                      kMenuEnabled);
-        return 1;
     });
+}
+
+void OverlayEditorPlugin::RightClickObserver::removedZEL(void* overlay) {
+    std::erase(overlays_, overlay);
 }
 
 }  // namespace OverlayEditor

@@ -7,14 +7,21 @@
 namespace OverlayEditor {
 
 /// Offers "Send to Overlay Editor" in the context menu of the host's overlay list.
-class OverlayEditorPlugin::RightClickObserver final : public PIHALVIS::ContextMenuCallbackV3 {
+class OverlayEditorPlugin::RightClickObserver final : public PIHALVIS::ContextMenuCallbackV3,
+                                                      public PIHALVIS::ZELEventObserver {
   public:
-    explicit RightClickObserver(OverlayEditorPlugin& plugin) : plugin_(plugin) {}
+    /// Registers itself with the host until it is destroyed.
+    explicit RightClickObserver(OverlayEditorPlugin& plugin);
+    ~RightClickObserver() override;
+    RightClickObserver(const RightClickObserver&) = delete;
+    RightClickObserver& operator=(const RightClickObserver&) = delete;
 
     /// Each request makes a callback of its own, which lives until clean-up.
     void menuRequested(const std::string& listName, const PIHALVIS::ContextMenuData* data,
                        void* menu) override;
-    /// The overlays that were offered last.
+    void addedZEL(void*) override {}
+    void removedZEL(void* overlay) override;
+    /// The overlays that were offered last and that the host still has.
     const std::vector<void*>& overlays() const { return overlays_; }
 
   private:

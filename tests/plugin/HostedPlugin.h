@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -42,13 +43,17 @@ class HostedPlugin : public ::testing::Test {
         if (action != host.actions.end()) action->second->Call(nullptr, &asked);
     }
     void openDialog() { press("Overlay Editor..."); }
-    void addCircle() {
+    void add(const std::string& kind) {
         if (!form.has("Shape:")) return;
-        // The first option is "Add"; the circle's place depends on the kinds before it.
         auto& menu = form.field("Shape:");
-        for (std::size_t i = 0; i < menu.items.size(); ++i)
-            if (menu.items[i] == "Circle") menu.number = static_cast<double>(i);
+        const auto option = std::find(menu.items.begin(), menu.items.end(), kind);
+        if (option == menu.items.end()) return;
+        menu.number = static_cast<double>(option - menu.items.begin());
         host.activate(menu);
+    }
+    void addCircle() { add("Circle"); }
+    void check(const char* label, bool checked) {
+        if (form.has(label)) form.check(label, checked);
     }
     void drag(LoadedPlugin& plugin, int x0, int y0, int x1, int y1) {
         plugin.mouse(Mouse::Motion, x0, y0);
@@ -56,6 +61,18 @@ class HostedPlugin : public ::testing::Test {
         plugin.mouse(Mouse::Motion, x1, y1);
         refresh(plugin);
         plugin.mouse(Mouse::LeftRelease, x1, y1);
+    }
+    void click(LoadedPlugin& plugin, int x, int y) {
+        plugin.mouse(Mouse::Motion, x, y);
+        plugin.mouse(Mouse::LeftPress, x, y);
+        plugin.mouse(Mouse::LeftRelease, x, y);
+    }
+    /// Whatever the kind wants, a drag or clicks, until the right button ends it.
+    void draw(LoadedPlugin& plugin) {
+        drag(plugin, 40, 40, 60, 40);
+        click(plugin, 60, 60);
+        click(plugin, 40, 70);
+        plugin.mouse(Mouse::RightPress, 0, 0);
     }
     void quickCircle(LoadedPlugin& plugin) {
         command("Quick Circle Draw");
@@ -101,7 +118,7 @@ class HostedPlugin : public ::testing::Test {
         press("Load HALVIS...");
         press("Center");
         press("Help...");
-        if (form.has("Attach:")) form.check("Attach:", true);
+        check("Attach:", true);
         press("Pick");
         host.cursorPlatform = kShip;
         plugin.mouse(Mouse::LeftPress, 5, 5);
@@ -130,6 +147,21 @@ class HostedPlugin : public ::testing::Test {
         press("Close");
         command("Quick Circle Draw");
         plugin.mouse(Mouse::LeftPress, 1, 1);
+    }
+    /// One shape of each family, with its panel, saved and read again; and one by each draw command.
+    void drawAll(LoadedPlugin& plugin) {
+        openDialog();
+        for (const char* kind : {"Line", "Rectangle", "Cone", "Orbit", "Free Draw", "Text"}) {
+            add(kind);
+            draw(plugin);
+        }
+        host.fileDialogAnswers = {directory + "/x.zel", directory + "/x.zel"};
+        press("Save As...");
+        press("...");
+        for (const char* kind : {"Free", "Line", "Poly", "Rectangle", "Triangle"}) {
+            command((std::string("Quick ") + kind + " Draw").c_str());
+            draw(plugin);
+        }
     }
 
     static constexpr std::uint64_t kShip = 77;

@@ -13,11 +13,14 @@ class LoadedPlugin {
   public:
     using Function = PIClientFunctions_t;
 
-    explicit LoadedPlugin(PIServiceTable& host) : library_(dlopen(OE_PLUGIN, RTLD_NOW | RTLD_LOCAL)) {
+    /// \param initialise whether the library learns of its host; else it is only loaded
+    explicit LoadedPlugin(PIServiceTable& host, bool initialise = true)
+        : library_(dlopen(OE_PLUGIN, RTLD_NOW | RTLD_LOCAL)) {
         if (!library_) throw std::runtime_error(dlerror());
         dispatch_ = symbol<decltype(dispatch_)>("HPI_PluginDispatchFunction");
         cleanUp_ = symbol<decltype(cleanUp_)>("HPI_CleanUpPlugin");
-        symbol<void (*)(PIServiceTable*, void*)>("HPI_InitializeFunctionMap")(&host, this);
+        const auto initialiseMap = symbol<void (*)(PIServiceTable*, void*)>("HPI_InitializeFunctionMap");
+        if (initialise) initialiseMap(&host, this);
     }
     ~LoadedPlugin() {
         cleanUp_();

@@ -31,10 +31,114 @@ TEST_F(PluginTest, SaysWhoItIs) {
     EXPECT_EQ(plugin.text(Function::Name, PIParameterName_t::NameText), "OverlayEditor");
     EXPECT_EQ(plugin.text(Function::Description, PIParameterName_t::InfoText),
               "Overlay Editor Plug-in lets you create and edit shapes in 3-D in HALVIS.");
-    EXPECT_NE(plugin.text(Function::Author, PIParameterName_t::InfoText), "");
+    EXPECT_EQ(plugin.text(Function::Author, PIParameterName_t::InfoText), "the OverlayEditor authors");
+    EXPECT_EQ(plugin.text(Function::URL, PIParameterName_t::InfoText), "https://overlayeditor.example");
+    EXPECT_EQ(plugin.text(Function::ContactInfo, PIParameterName_t::InfoText),
+              "maintainers@overlayeditor.example");
+    EXPECT_EQ(plugin.dispatch(Function::Callback), 0);
     EXPECT_THAT(plugin.text(Function::Version, PIParameterName_t::InfoText),
                 MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+ \\(20[0-9][0-9]-[01][0-9]-[0-3][0-9]\\)"));
     EXPECT_THAT(host.calls, IsEmpty()) << "before start-up the host is left alone";
+    plugin.dispatch(Function::Close);
+}
+
+/// What the host is told that outlives the call, in order; the same thing several times in a row once.
+TEST_F(PluginTest, StartsAndClosesInOrder) {
+    std::vector<std::string> order;
+    std::string icon;
+    const auto note = [&](const std::string& what) {
+        if (order.empty() || order.back() != what) order.push_back(what);
+    };
+    host.answer = [&](FakeHost::Id service, void* args) -> std::optional<PIServiceResult> {
+        using Id = FakeHost::Id;
+        auto* const base = static_cast<PI_DATA_BASE_CLASS*>(args);
+        const auto noteSelected = [&](std::vector<const char*> names) {
+            const auto& record = *static_cast<PI_DATA_CATCHALL*>(base);
+            const auto selector = static_cast<std::size_t>(record.integers.at(0));
+            if (selector >= names.size() || !names[selector]) return;
+            note(names[selector]);
+            if (service == Id::Icon && selector == 0)
+                icon.assign(static_cast<const char*>(record.pointers.at(0)),
+                            static_cast<std::size_t>(record.integers.at(1)));
+            if (service == Id::Action && selector == 0) order.back() += " " + record.strings.at(1);
+        };
+        switch (service) {
+            case Id::Icon:
+                noteSelected({"icon", "icon on dialog", "icon on menu item", "no icon"});
+                break;
+            case Id::CreateMenuItem:
+                note("menu item " + static_cast<PI_DATA_POINTER_STRING_AND_FUNCTION*>(base)->text);
+                break;
+            case Id::CreateDialogBox:
+                note("dialog");
+                break;
+            case Id::BindWidget:
+                if (const auto& record = *static_cast<PI_DATA_POINTER_AND_POINTER*>(base); !record.second)
+                    note(host.widgets[record.pointer].kind == Id::CreateDialogBox  ? "no dialog"
+                         : host.widgets[record.pointer].kind == Id::CreateMenuItem ? "no menu item"
+                                                                                   : "no widgets");
+                break;
+            case Id::Action:
+                noteSelected({"action", nullptr, "no action"});
+                break;
+            case Id::ContextMenu:
+                noteSelected({"context menu", "no context menu"});
+                break;
+            case Id::Service:
+                noteSelected({"service", "no service"});
+                break;
+            default:
+                break;
+        }
+        return std::nullopt;
+    };
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    ASSERT_EQ(order.size(), 25u);
+    const auto quick = order.begin() + 4;
+    EXPECT_EQ(*quick, "action Quick Free Draw");
+    EXPECT_EQ(quick[18], "action Black Shape Color");
+    order.erase(quick, quick + 19);
+    EXPECT_THAT(order, ElementsAre("icon", "menu item Overlay Editor...", "action Overlay Editor Dialog",
+                                   "icon on menu item", "context menu", "service"));
+    EXPECT_EQ(icon.substr(0, 8), "\x89PNG\r\n\x1a\n");
+    EXPECT_EQ(icon.substr(16, 8), std::string("\0\0\0\x10\0\0\0\x10", 8)) << "16 by 16";
+
+    order.clear();
+    openDialog();
+    openDialog();
+    EXPECT_THAT(order, ElementsAre("dialog", "icon on dialog")) << "made once";
+
+    order.clear();
+    plugin.dispatch(Function::Close);
+    std::erase(order, "no widgets");
+    order.erase(std::unique(order.begin(), order.end()), order.end());
+    EXPECT_THAT(order, ElementsAre("no action", "no menu item", "no service", "no context menu", "no dialog",
+                                   "no action", "no icon"));
+}
+
+TEST_F(PluginTest, AClearedScenarioTakesQuickShapesOnceTheDialogHasBeenOpened) {
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    const auto loaded = [&] {
+        return std::count_if(host.overlays.begin(), host.overlays.end(),
+                             [](const auto& entry) { return !entry.second.path.empty(); });
+    };
+    for (const auto code : {PIApplicationEvents_t::ScenarioCleared, PIApplicationEvents_t::ScenarioReplaced,
+                            PIApplicationEvents_t::ScenarioClosed}) {
+        quickCircle(plugin);
+        const auto before = loaded();
+        EXPECT_GE(before, 1);
+        for (int other = 0; other < 20; ++other) {
+            const auto event = static_cast<PIApplicationEvents_t>(other);
+            if (!form.has("Shape:") || (other != 2 && other != 3 && other != 16)) plugin.event(event);
+        }
+        EXPECT_EQ(loaded(), before);
+        openDialog();
+        plugin.event(code);
+        EXPECT_EQ(loaded(), 0);
+        EXPECT_TRUE(UTILS::fileIsFile(directory + "/quick/Circle_1.zel"));
+    }
     plugin.dispatch(Function::Close);
 }
 
@@ -154,6 +258,19 @@ TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {
     host.contextItems["Send to Overlay Editor"]->Call(nullptr, nullptr);
     EXPECT_EQ(form.field("File:").text, "/somewhere/harbour.zel");
     EXPECT_FALSE(host.overlays[handle].shown) << "edited, so not drawn twice";
+
+    // Every menu has a callback of its own; what the host unloads while the menu is open is not loaded.
+    auto* const first = host.contextItems["Send to Overlay Editor"];
+    FakeHost::Overlay other = overlay;
+    clicked.overlays = {&other, handle};
+    host.overlays[&other] = other;
+    observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &clicked, &menu);
+    EXPECT_NE(host.contextItems["Send to Overlay Editor"], first);
+    host.overlays.erase(&other);
+    for (auto* zels : std::vector(host.observers)) zels->removedZEL(&other);
+    host.contextItems["Send to Overlay Editor"]->Call(nullptr, nullptr);
+    EXPECT_EQ(host.overlays.count(&other), 0u);
+    EXPECT_EQ(form.field("File:").text, "/somewhere/harbour.zel");
 
     // The host unloads it while it is edited: the shape stays in the editor.
     host.overlays.erase(handle);
