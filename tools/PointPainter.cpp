@@ -67,7 +67,8 @@ class PixelOverlay {
         glEnable(GL_BLEND);
         // The second pair keeps the alpha of a layer right.
         glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-        // Points are round and lines smooth by themselves; drivers differ in what multisampling makes of them.
+        // Points are round and lines smooth by themselves; drivers differ in what multisampling makes of
+        // them.
         glDisable(GL_MULTISAMPLE);
         glEnable(GL_POINT_SMOOTH);
         glEnable(GL_LINE_SMOOTH);
