@@ -102,7 +102,7 @@ if (disk) {
     editor.fill("Radius:", "1 km");
     editor.press("Delete All");
     const [refused] = errors();
-    assert(refused.startsWith(`The unsaved shapes could not be written to ${readOnly}/Unsaved `) && refused.endsWith(reason),
+    assert(refused.startsWith(`The unsaved shapes could not be written to ${readOnly}/Unsaved `) && refused.endsWith(reason + "; they stay in the editor"),
            refused);
     shapesAreThere();
     setSetting("AutoSaveZelDir", work);
