@@ -13,6 +13,15 @@
 
 namespace OverlayEditor {
 
+namespace {
+
+bool endsScenario(PIApplicationEvents_t code) {
+    return code == PIApplicationEvents_t::ScenarioCleared ||
+           code == PIApplicationEvents_t::ScenarioReplaced || code == PIApplicationEvents_t::ScenarioClosed;
+}
+
+}  // namespace
+
 OverlayEditorPlugin::OverlayEditorPlugin() = default;
 
 OverlayEditorPlugin::~OverlayEditorPlugin() {
@@ -164,6 +173,7 @@ void OverlayEditorPlugin::handleEvent_(const HostEvent& event) {
     const Handling handling{handled_};
     // The note in the view names the platform, whether the dialog has been opened or not.
     if (event.id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(event.id);
+    if (quickDrawManager_ && endsScenario(event.code)) quickDrawManager_->forgetPlatform();
     if (dialog_) {
         switch (event.code) {
             case PIApplicationEvents_t::ScenarioCleared:

@@ -390,7 +390,10 @@ int QuickDrawManager::onCmdSetQuickDrawDir(PIObject*, void*) {
     request.settingsGroup = "SETTINGS";
     request.settingsKey = kDirectoryDialogKey;
     const std::string chosen = PICommon::showDirectorySelectDialog(request);
-    if (!chosen.empty()) PIGUI::PIRegistry::setValue(kQuickShapeDirectoryKey, chosen);
+    if (chosen.empty()) return 1;
+    PIGUI::PIRegistry::setValue(kQuickShapeDirectoryKey, chosen);
+    // Numbers never go back, and go on behind what stands in the new place.
+    if (counter_ != 0) counter_ = std::max(counter_, highestQuickShapeNumber(chosen));
     return 1;
 }
 
@@ -465,7 +468,11 @@ void QuickDrawManager::platformPicked_(unsigned long id) {
 }
 
 void QuickDrawManager::scenarioEntityRemoved(unsigned long id) {
-    if (id == 0 || id != platform_) return;
+    if (id == platform_) forgetPlatform();
+}
+
+void QuickDrawManager::forgetPlatform() {
+    if (platform_ == 0) return;
     platform_ = 0;
     updateAttachNotification_();
     if (attachMode_)

@@ -43,6 +43,8 @@ class QuickDrawManager {
     void removeAllShapes();
     /// The host's scenario lost a platform: nothing is attached to it any more.
     void scenarioEntityRemoved(unsigned long id);
+    /// The platform that was picked is gone, as all others are: nothing is attached to it any more.
+    void forgetPlatform();
 
     // Handlers of the actions; `data` as for any action. Each returns 1.
     int onCmdFreeDraw(PIObject* sender, void* data);

@@ -299,6 +299,15 @@ TEST_F(QuickDraw, TheDirectory) {
     std::filesystem::current_path(before);
     EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/Circle_1.zel"));
     EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/Circle_2.zel"));
+
+    // Numbers go on behind the files of another place, however many there are.
+    const std::string full = home.path() + "/full";
+    std::filesystem::create_directory(full);
+    for (int i = 1; i <= 250; ++i) std::ofstream(full + "/Circle_" + std::to_string(i) + ".zel") << "mine\n";
+    host.fileDialogAnswers = {full};
+    command("Set Quick Shape Directory");
+    drawCircle();
+    EXPECT_TRUE(UTILS::fileIsFile(full + "/Circle_251.zel"));
 }
 
 TEST_F(QuickDraw, WhatADeadProcessLeftIsClearedAway) {
@@ -456,6 +465,8 @@ TEST_F(QuickDraw, ThePlatformGoes) {
     EXPECT_EQ(messages.size(), 1u);
     pick(99);
     EXPECT_THAT(host.screenTexts.begin()->second, HasSubstr("Attach To: Unknown\n"));
+    quick->forgetPlatform();
+    EXPECT_THAT(host.screenTexts, IsEmpty());
 }
 
 TEST_F(QuickDraw, PickingIsSwitchedOnAndOffAndEndsWithTheManager) {
