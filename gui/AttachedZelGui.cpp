@@ -35,6 +35,12 @@ void AttachedZelGui::setAttachPlatform(unsigned long id) {
     check_.setCheck(id != 0);
 }
 
+void AttachedZelGui::hideDialog() {
+    if (!platforms_.shown()) return;
+    platforms_.hide();
+    setAttachPlatform(platform_);
+}
+
 void AttachedZelGui::refreshPlatformList() {
     if (platforms_.shown()) platforms_.refreshPlatformList();
 }

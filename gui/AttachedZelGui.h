@@ -29,8 +29,8 @@ class AttachedZelGui {
     void refreshPlatformList();
     bool centerOnHost() const { return platforms_.centerOnHost(); }
     void setControlsEnabled(bool enabled) { check_.setEnabled(enabled); }
-    /// The platform dialog has nothing to do any more.
-    void hideDialog() { platforms_.hide(); }
+    /// Ends choosing a platform without a choice.
+    void hideDialog();
 
     int onCmdSelect(PIObject* sender, void* data);
     int onCmdSelected(PIObject* sender, void* data);

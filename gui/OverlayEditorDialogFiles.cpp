@@ -171,6 +171,7 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
 void OverlayEditorDialog::cleanupPriorZEL_() {
     setCurrentShape_(nullptr);
     overlay_->setAttachedPlatformId(0, nullptr, false);
+    widgets_->attach.hideDialog();
     widgets_->attach.reset();
     if (void* const zel = overlay_->zelId()) {
         overlay_->setZelId(nullptr);

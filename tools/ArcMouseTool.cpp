@@ -88,6 +88,8 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     }
     lift_(pos.alt());
     if (!isActive()) return;
+    // On the centre there is no radius and no bearing: the last ones stay until the cursor goes on.
+    if (shape_.isComplete() && radiusAt_(pos) == 0.0) return;
     if (!shape_.isComplete()) {
         shape_.setMajorRadius(pos);
         shape_.setStartAnglePt(pos);

@@ -65,9 +65,13 @@ void PolygonMouseTool::handleStartDrag_(const Vec3& pos) {
 }
 
 void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
-    firstPress_ = false;
+    const bool placedFirst = std::exchange(firstPress_, false);
     PUDrawPoint* point = pointNearMouse_(pos);
     clearGrab_();
+    if (point && firstPoint_ && !placedFirst) {
+        removeFirstPoint_();
+        return;
+    }
     if (!point) {
         firstPoint_ = false;
         append_(pos);
@@ -78,6 +82,7 @@ void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
     forgetNearPoint_();
     if (!showPoints_) return;
     grab_(point);
+    altitude_ = point->getAltitude();
     point->setHighlighted(true);
     point->setDescription(getPointText_(point->getPosition()));
     clearGrab_();
@@ -139,7 +144,7 @@ void PolygonMouseTool::clearGrab_() {
 void PolygonMouseTool::moveGrabbed_(const Vec3& pos) {
     if (!grabbed_ || *grabbed_ >= shape_.getNumPoints() || *grabbed_ >= drawn_.size()) return;
     if (shape_.points()[*grabbed_] == pos) return;
-    moved_ = true;
+    moved_ = state_ == Dragging;
     drawn_.point(*grabbed_).setPosition(pos);
     shape_.mouseSetPointAtIndex(*grabbed_, pos);
 }

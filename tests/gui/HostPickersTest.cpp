@@ -288,6 +288,13 @@ TEST_F(HostPickersTest, ClosingWithoutAChoiceChangesNothing) {
     press("Close");
     EXPECT_FALSE(host.find("Select Platform")->shown);
     EXPECT_EQ(host.grabs, 0);
+    EXPECT_FALSE(form.field("Attach:").checked);
+
+    dialog->show();
+    attachBox(true);
+    press("Delete All");
+    EXPECT_FALSE(host.find("Select Platform")->shown) << "there is nothing left to attach";
+    EXPECT_FALSE(form.field("Attach:").checked);
 }
 
 TEST_F(HostPickersTest, APlatformThatGoesDetachesTheOverlay) {

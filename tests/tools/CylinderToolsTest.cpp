@@ -288,6 +288,14 @@ TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {
         mouse.move(shape.minorAxisPt()->getPosition()).frame().press().to("21.15N 158.0W");
         EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.15N 158.0W")).meters, 100.0);
         EXPECT_EQ(shape.majorAxis(), major);
+
+        // Across the centre, where there is no radius.
+        mouse.move(shape.minorAxisPt()->getPosition()).frame().press().move(shape.centerPt()->getPosition());
+        EXPECT_TRUE(shape.isComplete());
+        mouse.to("20.9N 158.0W");
+        EXPECT_EQ(stateOf(shape), BaseMouseTool::Complete);
+        EXPECT_EQ(shape.majorAxis(), major);
+        EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("20.9N 158.0W")).meters, 100.0);
         overlay.clearShapes(false);
     }
 }

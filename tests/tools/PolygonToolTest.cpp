@@ -113,6 +113,28 @@ TEST_F(PolygonTool, TheOnlyPointClickedAgainIsRemoved) {
     EXPECT_EQ(shape.getNumPoints(), 2u) << "only an only point";
 }
 
+TEST_F(PolygonTool, TheOnlyPointGoesWithPointsHiddenAndAfterItsAltitudeWasSetToo) {
+    auto& shape = start();
+    click("21.0N 158.0W");
+    mouse.move("21.0N 158.0W").frame().wheel(120).press().release();
+    EXPECT_EQ(shape.getNumPoints(), 0u) << "lifted before";
+    mouse.move("20.9N 158.2W").frame();
+    shape.setShowPoints(false);
+    click("21.0N 158.0W");
+    ASSERT_EQ(shape.getNumPoints(), 1u);
+    mouse.press().release();
+    EXPECT_EQ(shape.getNumPoints(), 0u) << "hidden";
+}
+
+TEST_F(PolygonTool, AReleaseOnAPointTakesItsAltitudeForTheWheel) {
+    auto& shape = start();
+    click("21.0N 158.0W");
+    click("21.1N 158.0W");
+    shape.setPointAtIndex(0, halCore::Vec3(shape.pointAtIndex(0).lat(), shape.pointAtIndex(0).lon(), 500.0));
+    mouse.move("20.9N 158.2W").frame().press().move("21.0N 158.0W").release().wheel(120);
+    EXPECT_EQ(shape.pointAtIndex(0).alt(), 625.0);
+}
+
 TEST_F(PolygonTool, PointsAreDraggedAndLifted) {
     auto& shape = start();
     for (const char* where : {"21.0N 158.0W", "21.1N 158.0W", "21.1N 157.9W"}) click(where);
