@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 #include <string>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 #include "format/UnitsState.h"
 
 #include "format/ParsedShape.h"

@@ -1,4 +1,7 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+# SPDX-License-Identifier: MIT
+
 """Draws the editor's icon and writes it as EditorIcon.cpp beside this script.
 
 The picture: a ring on a round of sea, with an edit point on it and a pencil across. Drawn at eight times

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 #include "sandbox/services/HostAction.h"
 
 #include "sandbox/Plugin.h"

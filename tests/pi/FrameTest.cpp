@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 // The frame: adapters, dispatch, the funnel, callbacks and clean-up.
 #include <map>
 #include <memory>

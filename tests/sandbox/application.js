@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 // Settings, file dialogs, timeouts, actions, published services, notifications.
 include("lib/probe.js");
 open();

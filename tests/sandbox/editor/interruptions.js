@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 // What a user may do in the middle of drawing a circle, and with a text that is typed but not entered yet.
 const editor = dialog("Overlay Editor");
 const work = temporaryDirectory();

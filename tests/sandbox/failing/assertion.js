@@ -1,2 +1,5 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 print("one is not two");
 assertEqual(1, 2);

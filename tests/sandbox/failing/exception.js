@@ -1,2 +1,5 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
 const fine = 1;
 nonsense(fine);
