@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "sandbox/Host.h"
+#include "sandbox/InstalledFiles.h"
 #include "sandbox/Palette.h"
 #include "sandbox/RenderCommand.h"
 #include "sandbox/SizeText.h"
@@ -74,7 +75,7 @@ Options readCommandLine(const QStringList& arguments) {
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption plugin("plugin", "Plug-in to load; \"none\" for none.", "file",
-                                    QApplication::applicationDirPath() + "/../lib/OverlayEditor.so");
+                                    sandbox::defaultPlugin());
     const QCommandLineOption settings("settings", "Settings file instead of the user's own.", "file");
     const QCommandLineOption script("script", "Script to run; see docs/scripting.md.", "file.js");
     const QCommandLineOption size("size", "Size of the window, such as 1600x1000.", "WxH", "1280x800");

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
+#include "sandbox/InstalledFiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace sandbox {
+
+namespace {
+
+/// \param place a path relative to the program's directory
+QString fromProgram(const char* place) {
+    return QDir::cleanPath(
+        QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QString::fromUtf8(place)));
+}
+
+}  // namespace
+
+QString dataDirectory() {
+    return fromProgram(SANDBOX_DATA);
+}
+
+QString defaultPlugin() {
+    const QString built = fromProgram("../lib/OverlayEditor.so");
+    return QFileInfo::exists(built) ? built : fromProgram(SANDBOX_PLUGIN);
+}
+
+}  // namespace sandbox
