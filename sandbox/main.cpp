@@ -13,6 +13,7 @@
 
 #include <unistd.h>
 
+#include "sandbox/DataDirectory.h"
 #include "sandbox/Host.h"
 #include "sandbox/InstalledFiles.h"
 #include "sandbox/Palette.h"
@@ -126,6 +127,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(SANDBOX_VERSION);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     if (render) return sandbox::runRenderCommand(arguments);
+    sandbox::announceDataDirectory();
     const Options options = readCommandLine(arguments);
 
     sandbox::Host host(options.settings);

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
+// The steps of the quick start, with the numbers that it names.
+include("lib/manual.js");
+showOnMap("Coastlines");
+lookAt(35.9, 15.3, 620000);
+const ship = addPlatform({ name: "Patrol Ship", lat: 36, lon: 15, heading: 70, speed: 10 });
+
+openEditor();
+
+// The ring.
+editor.choose("Shape:", "Circle");
+view.move(36, 15);
+view.press(36, 15);
+view.move(36.2, 15.5);
+view.move(36.3, 15.7);
+pictureOfView("quick-drag");
+view.release(36.3, 15.7);
+view.click(34.2, 13.5, { button: "right" });
+editor.fill("Name:", "Range ring");
+editor.fill("Lat:", "36 0 0 N");
+editor.fill("Lon:", "15 0 0 E");
+editor.fill("Radius:", "25 nm");
+editor.choose("Rng:", "nm");
+pictureOfDialog("quick-ring-panel");
+
+// The route.
+editor.choose("Shape:", "Line");
+for (const [lat, lon] of [[35.9, 14.6], [35.3, 15.2], [35.4, 16.6], [36.2, 17.2]]) {
+    view.move(lat, lon);
+    view.click(lat, lon);
+}
+view.click(34.2, 13.5, { button: "right" });
+editor.fill("Name:", "Route");
+editor.fill("Line Width:", 3);
+editor.color("Line Color:", "FFD000FF");
+editor.fill("Lat:", "35 54 0 N");
+editor.fill("Lon:", "14 36 0 E");
+
+// The label.
+editor.choose("Shape:", "Text");
+view.move(35.1, 16);
+view.click(35.1, 16);
+view.click(34.2, 13.5, { button: "right" });
+editor.fill("Name:", "Search area");
+editor.fill("Font Size:", 18);
+editor.color("Line Color:", "FFFFFFFF");
+view.leave();
+pictureOfWindow("quick-drawn");
+
+// To the ship, and saved.
+editor.check("Attach:");
+const picker = dialog("Select Platform");
+picker.moveTo(120, 120);
+picker.select("", "Patrol Ship");
+pictureOfDialog("quick-attach", picker);
+picker.press("OK");
+answerFileDialog(files + "/patrol.zel");
+editor.press("Save As...");
+lookAt(36.3, 15.9, 620000);
+movePlatform(ship, { lat: 36.5, lon: 15.9, heading: 45, speed: 0 });
+editor.close();
+pictureOfView("quick-moved");
+
+lookAt(35.2, 15.4, 4200000);
+showOnMap();
+pictureOfView("cover");
