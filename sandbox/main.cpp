@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <QStyleFactory>
 #include <QSurfaceFormat>
 #include <QTimer>
@@ -13,7 +14,6 @@
 
 #include <unistd.h>
 
-#include "sandbox/DataDirectory.h"
 #include "sandbox/Host.h"
 #include "sandbox/InstalledFiles.h"
 #include "sandbox/Palette.h"
@@ -127,7 +127,9 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(SANDBOX_VERSION);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     if (render) return sandbox::runRenderCommand(arguments);
-    sandbox::announceDataDirectory();
+    // Where plug-ins look for the host's own files; a value that the user has set stays.
+    if (!qEnvironmentVariableIsSet("HALVIS_DIR"))
+        qputenv("HALVIS_DIR", QFile::encodeName(sandbox::dataDirectory()));
     const Options options = readCommandLine(arguments);
 
     sandbox::Host host(options.settings);
