@@ -279,9 +279,11 @@ void appendOrbit(const ZEL::Orbit& shape, const Vec3& center, double radius, con
     addRing(ring, true, std::nullopt, placement, style, out);
 }
 
-/// The half axes (east, north) of a shape: from its axes, which are whole in a file, else its radius.
+/// The half axes (east, north) of a shape: from its axes, which are whole in a file, else its radius. Without
+/// one, an axis stands in for the other.
 std::array<double, 2> halfAxes(double major, bool hasMajor, double minor, bool hasMinor, double radius) {
-    return {hasMajor ? major / 2 : radius, hasMinor ? minor / 2 : radius};
+    const double other = radius > 0.0 ? radius : std::max(major, minor) / 2;
+    return {hasMajor ? major / 2 : other, hasMinor ? minor / 2 : other};
 }
 
 void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, double radius,

@@ -167,7 +167,7 @@ struct Documented {
 /// From the first and last columns of all tables.
 std::map<std::string, Documented> documentedReports() {
     std::map<std::string, Documented> reports;
-    for (const std::string& line : linesOf(readSource("docs/format-and-editor.md"))) {
+    for (const std::string& line : linesOf(readSource("docs/manual/kept-and-lost.md"))) {
         if (!line.starts_with("| `") || !line.ends_with(" |")) continue;
         const std::size_t lastColumn = line.rfind("| ", line.size() - 2);
         const std::string report = line.substr(lastColumn + 2, line.size() - lastColumn - 4);

@@ -264,6 +264,20 @@ TEST(ShapeGeometry, EllipsesHaveTheirMajorAxisEastWest) {
     ellipse.setYawOffset(30 * kDegree);  // clockwise
     EXPECT_NEAR(radiusTowards(120), 20.0e3, 1.0);
     EXPECT_NEAR(radiusTowards(30), 5.0e3, 1.0);
+
+    // An axis that is missing is as long as the other one, unless there is a radius.
+    ZEL::Ellipse round(false);
+    round.setCenterPosition(at(10, 20));
+    round.setMinorAxis(10.0e3);
+    const auto longest = [&] {
+        double most = 0.0;
+        const DrawList list = geometry(round);
+        for (const Ecef& p : list.lines.front().points) most = std::max(most, distanceTo(at(10, 20), p));
+        return most;
+    };
+    EXPECT_NEAR(longest(), 5.0e3, 1.0);
+    round.setRadius(7.0e3);
+    EXPECT_NEAR(longest(), 7.0e3, 1.0);
 }
 
 TEST(ShapeGeometry, ArcsRunOverTheirSweepOnly) {
