@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace sandbox {
@@ -19,8 +20,10 @@ QString fromProgram(const char* place) {
 
 }  // namespace
 
-QString dataDirectory() {
-    return fromProgram(SANDBOX_DATA);
+void announceDataDirectory() {
+    constexpr const char* kVariable = "HALVIS_DIR";
+    if (qEnvironmentVariableIsSet(kVariable)) return;
+    qputenv(kVariable, QFile::encodeName(fromProgram(SANDBOX_DATA)));
 }
 
 QString defaultPlugin() {

@@ -14,6 +14,9 @@ mv "$work/Prefix mit Ümlaut" "$prefix"
 "$root/scripts/headless" "$prefix/bin/halvis-sandbox" --settings "$work/settings.ini" --script \
     "$prefix/share/halvis-sandbox/samples/circle.js" "$work/out"
 "$prefix/bin/zel" check "$work/out/circle.zel"
+echo 'assert(environment("HALVIS_DIR") === args[0], environment("HALVIS_DIR"));' >"$work/directory.js"
+env --unset=HALVIS_DIR "$root/scripts/headless" "$prefix/bin/halvis-sandbox" --settings "$work/settings.ini" --script \
+    "$work/directory.js" "$prefix/share/halvis-sandbox"
 
 cmake -S "$root/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" >"$work/log"
 cmake --build "$work/consumer" >"$work/log" || { cat "$work/log"; exit 1; }
