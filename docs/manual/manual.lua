@@ -10,8 +10,14 @@
 --
 -- is followed by its picture, which the sandbox draws from that very text: it lands in the directory
 -- $MANUAL_DRAWN, with the options for `halvis-sandbox --render` beside it.
+--
+--     ``` {.zel example="circle" caption="A circle" options="--view 21,-158,20000"}
+--     ```
+--
+-- is the file format/circle.zel, with a small picture on white beside it when there is a caption.
 
 local directory = os.getenv("MANUAL_DRAWN")
+local examples = PANDOC_SCRIPT_FILE:gsub("[^/]*$", "") .. "format/"
 
 local function write(name, text)
   local file = assert(io.open(directory .. "/" .. name, "w"))
@@ -19,11 +25,26 @@ local function write(name, text)
   file:close()
 end
 
+local function read(name)
+  local file = assert(io.open(examples .. name))
+  local text = file:read("a")
+  file:close()
+  return (text:gsub("\n$", ""))
+end
+
 function CodeBlock(block)
-  local name = block.attributes.picture
-  if not name or not block.classes:includes("zel") then return nil end
-  write(name .. ".zel", block.text)
-  write(name .. ".options", block.attributes.options or "--size 900x420 --map graticule")
-  local image = pandoc.Image(pandoc.Str(block.attributes.caption or ""), directory .. "/" .. name .. ".png", "fig:")
-  return { pandoc.CodeBlock(block.text, { class = "zel" }), pandoc.Para({ image }) }
+  local name, example, caption = block.attributes.picture, block.attributes.example, block.attributes.caption
+  if not (name or example) or not block.classes:includes("zel") then return nil end
+  local code = pandoc.CodeBlock(example and read(example .. ".zel") or block.text, { class = "zel" })
+  if not name and not caption then return code end
+  local options = block.attributes.options
+  if example then
+    name = name or example
+    options = "--size 480x300 --background white " .. (options or "")
+  end
+  write(name .. ".zel", code.text)
+  write(name .. ".options", options or "--size 900x420 --map graticule")
+  local image = pandoc.Image(pandoc.Str(caption or ""), directory .. "/" .. name .. ".png", "fig:")
+  if not example then return { code, pandoc.Para({ image }) } end
+  return pandoc.Div({ pandoc.Div(code), pandoc.Para({ image }) }, { class = "beside" })
 end

@@ -11,7 +11,7 @@ import re
 import subprocess
 import sys
 
-zel, source = sys.argv[1], pathlib.Path(sys.argv[2])
+zel, source = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
 manual = source / "docs/manual"
 reference = (manual / "format.md").read_text()
 failures = []
@@ -29,7 +29,7 @@ def expect(got, wanted, what):
 
 def blocks(page):
     """The fenced blocks of a page: attributes and text."""
-    return re.findall(r"^```(?:\{\.)?(\w.*?)\}?\n(.*?)^```$", page, re.MULTILINE | re.DOTALL)
+    return re.findall(r"^``` ?(?:\{\.)?(\w.*?)\}?\n(.*?)^```$", page, re.MULTILINE | re.DOTALL)
 
 
 def check_examples():
