@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFile>
 #include <QStyleFactory>
 #include <QSurfaceFormat>
 #include <QTimer>
@@ -127,9 +126,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(SANDBOX_VERSION);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     if (render) return sandbox::runRenderCommand(arguments);
-    // Where plug-ins look for the host's own files; a value that the user has set stays.
-    if (!qEnvironmentVariableIsSet("HALVIS_DIR"))
-        qputenv("HALVIS_DIR", QFile::encodeName(sandbox::dataDirectory()));
+    sandbox::announceDataDirectory();
     const Options options = readCommandLine(arguments);
 
     sandbox::Host host(options.settings);
