@@ -46,5 +46,11 @@ function CodeBlock(block)
   write(name .. ".options", options or "--size 900x420 --map graticule")
   local image = pandoc.Image(pandoc.Str(caption or ""), directory .. "/" .. name .. ".png", "fig:")
   if not example then return { code, pandoc.Para({ image }) } end
-  return pandoc.Div({ pandoc.Div(code), pandoc.Para({ image }) }, { class = "beside" })
+  return pandoc.Div({ pandoc.Div(code), pandoc.Para({ image }) }, { class = "example" })
+end
+
+-- Columns are as wide as the dashes below their heads say, where the text says anything about it.
+function Table(block)
+  if block.colspecs[1][2] then block.classes:insert("fixed") end
+  return block
 end
