@@ -8,23 +8,7 @@
 #include <vector>
 
 #include "pi/EntryScope.h"
-
-class PIObject;
-
-/// A command callback. The host calls Call(sender, data) for a widget, menu item, action or timeout.
-class FunctorTwoParams__ {
-  public:
-    FunctorTwoParams__() = default;
-    virtual ~FunctorTwoParams__() = default;
-    FunctorTwoParams__(const FunctorTwoParams__&) = delete;
-    FunctorTwoParams__& operator=(const FunctorTwoParams__&) = delete;
-
-    /// \param sender the wrapper bound to the widget, null when there is none
-    /// \param data what the contract says of the service
-    /// \return 1 when handled
-    virtual int operator()(PIObject* sender, void* data) = 0;
-    virtual int Call(PIObject* sender, void* data) = 0;
-};
+#include "pi/HostCallback.h"
 
 /// Owns every callback object from its creation until clean-up.
 extern std::vector<FunctorTwoParams__*> g_FunctorList;

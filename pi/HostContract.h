@@ -8,7 +8,7 @@
 ///
 /// Both sides are C++20, built with compilers that share one ABI and one standard library: records hold
 /// std::string and std::vector.
-#include "pi/FunctorTwoParams.h"
+#include "pi/HostCallback.h"
 #include "pi/HostObservers.h"
 #include "pi/HostStructures.h"
 #include "pi/PIClientFunctions.h"

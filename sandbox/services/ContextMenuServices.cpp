@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "pi/FunctorTwoParams.h"
+#include "pi/HostCallback.h"
 #include "sandbox/Host.h"
 #include "sandbox/services/ContextMenu.h"
 #include "sandbox/services/Services.h"

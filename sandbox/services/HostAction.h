@@ -7,7 +7,7 @@
 #include <QMenu>
 #include <QPointer>
 
-#include "pi/FunctorTwoParams.h"
+#include "pi/HostCallback.h"
 #include "sandbox/HandleRegistry.h"
 
 namespace sandbox {

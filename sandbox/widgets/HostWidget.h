@@ -10,7 +10,7 @@
 #include <optional>
 #include <vector>
 
-#include "pi/FunctorTwoParams.h"
+#include "pi/HostCallback.h"
 #include "sandbox/HandleRegistry.h"
 
 namespace sandbox {
