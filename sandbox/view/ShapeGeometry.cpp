@@ -125,8 +125,9 @@ ShapeStyle styleOf(const ZEL::FillableShape& shape) {
     ZEL::Color color;
     shape.getLineColor(color);
     style.lineColor = rgba(color);
-    shape.getFillColor(color);
-    style.fillColor = rgba(color);
+    // An area without a colour of its own has that of its line.
+    ZEL::Color fill;
+    style.fillColor = shape.getFillColor(fill) == 0 ? rgba(fill) : style.lineColor;
     int width = 1;
     shape.getLineWidth(width);
     style.lineWidth = static_cast<float>(std::clamp(width, 1, 255));
@@ -152,28 +153,48 @@ void addLine(std::vector<Ecef> places, bool closed, const ShapeStyle& style, Dra
     out.lines.push_back(std::move(line));
 }
 
+/// Where an extruded shape ends.
+GeodeticPath extrusionOf(GeodeticPath path, const Placement& placement) {
+    for (Vec3& p : path) p = placement.extrusionOf(p);
+    return path;
+}
+
+/// The line itself, and that at the other end of what is extruded, unless it ends on the ground.
+void addOutline(const GeodeticPath& path, bool closed, const Placement& placement, const ShapeStyle& style,
+                DrawList& out) {
+    if (placement.extruded() && placement.extrudeHeight())
+        addLine(toEcef(extrusionOf(path, placement)), closed, style, out);
+    addLine(toEcef(path), closed, style, out);
+}
+
 /// An area or a line on the ground or at an altitude; when it is extruded, with its curtain, and with its
 /// other end if that is not on the ground.
-void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& middle,
-             const Placement& placement, const ShapeStyle& style, DrawList& out) {
+void addRing(const GeodeticPath& path, bool closed, const RingFill& fill, const Placement& placement,
+             const ShapeStyle& style, DrawList& out) {
     if (path.empty()) return;
-    if (style.filled && closed)
-        out.meshes.push_back(fillRing(path, style.fillColor, middle, placement.tolerance()));
+    if (style.filled && closed) out.meshes.push_back(fill(path));
     if (placement.extruded()) {
-        GeodeticPath end;
-        for (const Vec3& p : path) end.push_back(placement.extrusionOf(p));
+        const GeodeticPath end = extrusionOf(path, placement);
         const Rgba color = style.filled ? style.fillColor
                                         : Rgba{style.lineColor.r, style.lineColor.g, style.lineColor.b,
                                                static_cast<std::uint8_t>(style.lineColor.a / 3)};
         appendCurtain(path, end, closed, color, out);
-        if (placement.extrudeHeight()) {
-            if (style.filled && closed)
-                out.meshes.push_back(fillRing(end, style.fillColor, middle, placement.tolerance()));
-            if (style.outlined || !closed) addLine(toEcef(end), closed, style, out);
-        }
+        if (placement.extrudeHeight() && style.filled && closed) out.meshes.push_back(fill(end));
     }
     // A line is all outline: switching the outline off is meant for areas.
-    if (style.outlined || !closed) addLine(toEcef(path), closed, style, out);
+    if (style.outlined || !closed) addOutline(path, closed, placement, style, out);
+}
+
+/// `middle`: as in fillRing().
+RingFill filledAbout(const std::optional<Vec3>& middle, const Placement& placement, const ShapeStyle& style) {
+    return [middle, color = style.fillColor, tolerance = placement.tolerance()](const GeodeticPath& ring) {
+        return fillRing(ring, color, middle, tolerance);
+    };
+}
+
+void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& middle,
+             const Placement& placement, const ShapeStyle& style, DrawList& out) {
+    addRing(path, closed, filledAbout(middle, placement, style), placement, style, out);
 }
 
 double lengthOf(const std::vector<Ecef>& places, bool closed) {
@@ -280,10 +301,10 @@ void appendOrbit(const ZEL::Orbit& shape, const Vec3& center, double radius, con
 }
 
 /// The half axes (east, north) of a shape: from its axes, which are whole in a file, else its radius. Without
-/// one, an axis stands in for the other.
+/// one, an axis stands in for the other. Signs mean nothing.
 std::array<double, 2> halfAxes(double major, bool hasMajor, double minor, bool hasMinor, double radius) {
-    const double other = radius > 0.0 ? radius : std::max(major, minor) / 2;
-    return {hasMajor ? major / 2 : other, hasMinor ? minor / 2 : other};
+    const double other = radius > 0.0 ? radius : std::abs(hasMajor ? major : minor) / 2;
+    return {hasMajor ? std::abs(major) / 2 : other, hasMinor ? std::abs(minor) / 2 : other};
 }
 
 void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, double radius,
@@ -315,6 +336,7 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
         double height = 0.0;
         static_cast<const ZEL::Cylinder&>(shape).getHeight(height);
         height *= placement.scale().z();
+        if (sweep > 0.0) std::ranges::reverse(ring);
         std::vector<std::size_t> edges;
         if (whole) {
             for (std::size_t i = 0; i < 12; ++i) edges.push_back(i * last / 12);
@@ -322,11 +344,11 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
             edges = {0, last, last + 1};
             ring.push_back(center);
         }
+        const RingFill fill = filledAbout(whole ? std::optional(center) : std::nullopt, placement, style);
         if (height != 0.0)
-            appendPrism(ring, height, whole ? std::optional(center) : std::nullopt, edges, style,
-                        placement.tolerance(), out);
+            appendPrism(ring, height, fill, edges, style, out);
         else
-            addRing(ring, true, whole ? std::optional(center) : std::nullopt, placement, style, out);
+            addRing(ring, true, fill, placement, style, out);
         return;
     }
     if (whole) {
@@ -340,7 +362,7 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
         ShapeStyle area = style;
         area.outlined = false;
         addRing(slice, true, std::nullopt, placement, area, out);
-        if (style.outlined) addLine(toEcef(ring), false, style, out);
+        if (style.outlined) addOutline(ring, false, placement, style, out);
         return;
     }
     addRing(ring, false, std::nullopt, placement, style, out);
@@ -350,7 +372,8 @@ void appendRound(const ZEL::CircularShape& shape, const Vec3& center, const Plac
                  DrawList& out) {
     double radius = 0.0;
     shape.getRadius(radius);
-    if (!std::isfinite(radius) || radius < 0.0) return;
+    if (!std::isfinite(radius)) return;
+    radius = std::abs(radius);
     const ShapeStyle style = styleOf(shape);
     const Vec3& scale = placement.scale();
     if (const auto* elliptical = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
@@ -381,8 +404,8 @@ void appendRound(const ZEL::CircularShape& shape, const Vec3& center, const Plac
             return;
         }
         case ZEL::ShapeType::Orbit:
-            appendOrbit(static_cast<const ZEL::Orbit&>(shape), center, radius * scale.x(), placement, style,
-                        out);
+            appendOrbit(static_cast<const ZEL::Orbit&>(shape), center, std::abs(radius * scale.x()),
+                        placement, style, out);
             return;
         default:
             break;
@@ -390,10 +413,10 @@ void appendRound(const ZEL::CircularShape& shape, const Vec3& center, const Plac
     if (!(radius > 0.0)) return;
     const GeodeticPath ring =
         scale.x() == scale.y()
-            ? geodesicArc(center, std::abs(radius * scale.x()), placement.yaw(), 2.0 * kPi,
+            ? geodesicArc(center, std::abs(radius * scale.x()), placement.yaw(), -2.0 * kPi,
                           placement.tolerance())
             : ellipticalArc(center, std::abs(radius * scale.x()), std::abs(radius * scale.y()),
-                            placement.yaw(), placement.yaw(), 2.0 * kPi, placement.tolerance());
+                            placement.yaw(), placement.yaw(), -2.0 * kPi, placement.tolerance());
     if (shape.shapeType() == ZEL::ShapeType::Cone) {
         double height = 0.0;
         static_cast<const ZEL::Cone&>(shape).getHeight(height);
@@ -451,6 +474,41 @@ double eastward(double west, double east) {
     return span <= 0.0 ? span + 2.0 * kPi : span;
 }
 
+/// The four sides of a box, counter-clockwise from its south-western corner, along parallels and meridians.
+struct BoxSides {
+    GeodeticPath ring;
+    std::vector<std::size_t> corners;
+
+    BoxSides(double south, double north, double west, double span, double altitude) {
+        // In pieces of a quarter of a degree at most.
+        constexpr double kPiece = kPi / 720;
+        const auto run = [&](double extent, double lat0, double lon0, double lat1, double lon1) {
+            const int pieces = std::max(8, static_cast<int>(std::ceil(extent / kPiece)));
+            corners.push_back(ring.size());
+            for (int i = 0; i < pieces; ++i) {
+                const double share = static_cast<double>(i) / pieces;
+                ring.emplace_back(std::lerp(lat0, lat1, share), std::lerp(lon0, lon1, share), altitude);
+            }
+        };
+        run(span, south, west, south, west + span);
+        run(north - south, south, west + span, north, west + span);
+        run(span, north, west + span, north, west);
+        run(north - south, north, west, south, west);
+    }
+    /// The side that begins at a corner (not the last one), without the corner at its end.
+    GeodeticPath side(std::size_t corner) const {
+        const auto at = [&](std::size_t i) { return ring.begin() + static_cast<std::ptrdiff_t>(corners[i]); };
+        return {at(corner), at(corner + 1)};
+    }
+};
+
+void join(DrawList::Mesh& mesh, const DrawList::Mesh& more) {
+    const auto base = static_cast<std::uint32_t>(mesh.vertices.size());
+    mesh.color = more.color;
+    mesh.vertices.insert(mesh.vertices.end(), more.vertices.begin(), more.vertices.end());
+    for (const std::uint32_t index : more.triangles) mesh.triangles.push_back(base + index);
+}
+
 void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawList& out) {
     const ShapeStyle style = styleOf(box);
     const double span = eastward(box.west(), box.east());
@@ -458,30 +516,40 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
     const double north = std::clamp(std::max(box.north(), box.south()), -kPi / 2, kPi / 2);
     const double south = std::clamp(std::min(box.north(), box.south()), -kPi / 2, kPi / 2);
     const double altitude = placement.altitude(box.altitude());
-    // Along parallels and meridians, in pieces of a quarter of a degree at most.
-    constexpr double kPiece = kPi / 720;
-    const auto side = [](double extent) { return std::max(8, static_cast<int>(std::ceil(extent / kPiece))); };
-    const int across = side(span);
-    const int along = side(north - south);
-    GeodeticPath ring;
-    std::vector<std::size_t> corners;
-    const auto run = [&](int pieces, double lat0, double lon0, double lat1, double lon1) {
-        corners.push_back(ring.size());
-        for (int i = 0; i < pieces; ++i) {
-            const double share = static_cast<double>(i) / pieces;
-            ring.emplace_back(std::lerp(lat0, lat1, share), std::lerp(lon0, lon1, share), altitude);
-        }
-    };
-    run(across, south, west, south, west + span);
-    run(along, south, west + span, north, west + span);
-    run(across, north, west + span, north, west);
-    run(along, north, west, south, west);
+    const BoxSides sides(south, north, west, span, altitude);
     double height = 0.0;
     box.getHeight(height);
+
+    // In slices of a third of the world at most: there is no doubt which side of them is inside.
+    const RingFill fill = [&](const GeodeticPath& ring) {
+        const int slices = static_cast<int>(std::ceil(span / (2.0 * kPi / 3.0) - 1e-9));
+        const double width = span / slices;
+        const double level = ring.front().alt();
+        DrawList::Mesh mesh;
+        for (int i = 0; i < slices; ++i) {
+            const double left = west + width * i;
+            const Vec3 middle(0.5 * (south + north), left + 0.5 * width, level);
+            join(mesh, fillRing(BoxSides(south, north, left, width, level).ring, style.fillColor, middle,
+                                placement.tolerance()));
+        }
+        return mesh;
+    };
+    // A box around the world has no sides in the west and east.
+    const bool around = span > 2.0 * kPi - 1e-9;
+    ShapeStyle body = style;
+    body.outlined = style.outlined && !around;
     if (height != 0.0)
-        appendPrism(ring, height, std::nullopt, corners, style, placement.tolerance(), out);
+        appendPrism(sides.ring, height, fill, sides.corners, body, out);
     else
-        addRing(ring, true, std::nullopt, placement, style, out);
+        addRing(sides.ring, true, fill, placement, body, out);
+    if (!style.outlined || !around) return;
+    for (const std::size_t corner : {std::size_t{0}, std::size_t{2}}) {
+        GeodeticPath parallel = sides.side(corner);
+        addOutline(parallel, true, placement, style, out);
+        if (height == 0.0) continue;
+        for (Vec3& p : parallel) p.setAlt(altitude + height);
+        addLine(toEcef(parallel), true, style, out);
+    }
 }
 
 /// Turned counter-clockwise about its middle, in the plane of longitudes shortened as they are there.

@@ -16,20 +16,15 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-DrawList::Line edgeLine(std::vector<Ecef> points, const ShapeStyle& style, bool closed) {
+/// `buried`: it may be partly below the ground, which hides that part.
+DrawList::Line edgeLine(std::vector<Ecef> points, const ShapeStyle& style, bool closed, bool buried) {
     DrawList::Line line;
     line.points = std::move(points);
     line.color = style.lineColor;
     line.width = style.lineWidth;
     line.stroke = style.stroke;
     line.closed = closed;
-    return line;
-}
-
-/// A line on a body that may be partly below the ground.
-DrawList::Line bodyLine(std::vector<Ecef> points, const ShapeStyle& style, bool closed) {
-    DrawList::Line line = edgeLine(std::move(points), style, closed);
-    line.solid = true;
+    line.solid = buried;
     return line;
 }
 
@@ -48,17 +43,6 @@ GeodeticPath raised(GeodeticPath ring, double height) {
     return ring;
 }
 
-/// Whether a ring runs counter-clockwise as seen from above.
-bool isCounterClockwise(const std::vector<Ecef>& ring) {
-    Ecef middle;
-    for (const Ecef& p : ring) middle = middle + p;
-    middle = middle * (1.0 / static_cast<double>(ring.size()));
-    double area = 0.0;
-    for (std::size_t i = 0; i < ring.size(); ++i)
-        area += dot(cross(ring[i] - middle, ring[(i + 1) % ring.size()] - middle), middle);
-    return area > 0.0;
-}
-
 /// Turns all triangles of a cap to face up, or down.
 void face(DrawList::Mesh& mesh, bool up) {
     for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
@@ -68,6 +52,12 @@ void face(DrawList::Mesh& mesh, bool up) {
         if ((dot(cross(b - a, c - a), a) > 0.0) != up)
             std::swap(mesh.triangles[i + 1], mesh.triangles[i + 2]);
     }
+}
+
+/// Turns the inside of a body out.
+void turnOver(DrawList::Mesh& mesh) {
+    for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3)
+        std::swap(mesh.triangles[i + 1], mesh.triangles[i + 2]);
 }
 
 }  // namespace
@@ -82,9 +72,13 @@ BodyFrame bodyFrame(const halCore::Vec3& origin, double heading, double pitch, d
             above * std::cos(roll) + aside * std::sin(roll)};
 }
 
-void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const std::array<double, 3>& half,
-                     bool dome, const ShapeStyle& style, double tolerance, DrawList& out) {
+void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
+                     const std::array<double, 3>& halfAxes, bool dome, const ShapeStyle& style,
+                     double tolerance, DrawList& out) {
     const Ecef origin = toEcef(center);
+    const bool hangs = dome && halfAxes[2] < 0.0;
+    const std::array half{std::abs(halfAxes[0]), std::abs(halfAxes[1]),
+                          hangs ? halfAxes[2] : std::abs(halfAxes[2])};
     const auto at = [&](double around, double above) {
         return origin + frame.right * (half[0] * std::cos(above) * std::cos(around)) +
                frame.forward * (half[1] * std::cos(above) * std::sin(around)) +
@@ -92,7 +86,9 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const 
     };
     const double lowest = dome ? 0.0 : -kPi / 2;
     const int pieces =
-        std::clamp(piecesOfArc(std::max({half[0], half[1], half[2]}), 2.0 * kPi, tolerance), 16, 192) / 4 * 4;
+        std::clamp(piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), 2.0 * kPi, tolerance), 16,
+                   192) /
+        4 * 4;
     const auto columns = static_cast<std::uint32_t>(std::min(pieces, 96));
     const std::uint32_t rows = dome ? columns / 4 : columns / 2;
     if (style.filled) {
@@ -123,8 +119,10 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const 
             floor.vertices.push_back(origin);
             for (std::uint32_t column = 0; column < columns; ++column)
                 floor.triangles.insert(floor.triangles.end(), {columns, (column + 1) % columns, column});
+            if (hangs) turnOver(floor);
             out.meshes.push_back(std::move(floor));
         }
+        if (hangs) turnOver(mesh);
         out.meshes.push_back(std::move(mesh));
     }
     if (!style.outlined) return;
@@ -134,7 +132,7 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const 
             dome ? kPi / 2 * i / parallels : (style.filled ? 0.0 : kPi * (i + 1) / (parallels + 1) - kPi / 2);
         std::vector<Ecef> ring;
         for (int k = 0; k < pieces; ++k) ring.push_back(at(2.0 * kPi * k / pieces, above));
-        out.lines.push_back(bodyLine(std::move(ring), style, true));
+        out.lines.push_back(edgeLine(std::move(ring), style, true, true));
     }
     if (style.filled) return;
     constexpr int kMeridians = 12;
@@ -142,13 +140,12 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const 
         std::vector<Ecef> arc;
         for (int k = 0; k <= pieces / 4; ++k)
             arc.push_back(at(2.0 * kPi * i / kMeridians, lowest + (kPi / 2 - lowest) * k / (pieces / 4)));
-        out.lines.push_back(bodyLine(std::move(arc), style, false));
+        out.lines.push_back(edgeLine(std::move(arc), style, false, true));
     }
 }
 
-void appendPrism(const GeodeticPath& given, double height, const std::optional<halCore::Vec3>& middle,
-                 const std::vector<std::size_t>& edges, const ShapeStyle& style, double tolerance,
-                 DrawList& out) {
+void appendPrism(const GeodeticPath& given, double height, const RingFill& fill,
+                 const std::vector<std::size_t>& edges, const ShapeStyle& style, DrawList& out) {
     const GeodeticPath ring = withoutRepeat(given);
     if (ring.size() < 3) return;
     const GeodeticPath topRing = raised(ring, height);
@@ -161,27 +158,27 @@ void appendPrism(const GeodeticPath& given, double height, const std::optional<h
         walls.vertices = bottom;
         walls.vertices.insert(walls.vertices.end(), top.begin(), top.end());
         const auto count = static_cast<std::uint32_t>(bottom.size());
-        const bool outwards = isCounterClockwise(bottom) == (height >= 0.0);
         for (std::uint32_t i = 0; i < count; ++i) {
             const std::uint32_t next = (i + 1) % count;
-            if (outwards)
-                addQuad(walls, i, next, count + next, count + i);
-            else
-                addQuad(walls, next, i, count + i, count + next);
+            addQuad(walls, i, next, count + next, count + i);
         }
+        if (height < 0.0) turnOver(walls);
         out.meshes.push_back(std::move(walls));
         for (const bool lid : {false, true}) {
-            DrawList::Mesh cap = fillRing(lid ? topRing : ring, style.fillColor, middle, tolerance);
+            DrawList::Mesh cap = fill(lid ? topRing : ring);
             cap.solid = true;
             face(cap, lid == (height >= 0.0));
             out.meshes.push_back(std::move(cap));
         }
     }
     if (!style.outlined) return;
+    const bool bottomBuried = ring.front().alt() < 0.0;
+    const bool topBuried = topRing.front().alt() < 0.0;
     for (const std::size_t edge : edges)
-        if (edge < ring.size()) out.lines.push_back(edgeLine({bottom[edge], top[edge]}, style, false));
-    out.lines.push_back(edgeLine(bottom, style, true));
-    out.lines.push_back(edgeLine(top, style, true));
+        if (edge < ring.size())
+            out.lines.push_back(edgeLine({bottom[edge], top[edge]}, style, false, bottomBuried || topBuried));
+    out.lines.push_back(edgeLine(bottom, style, true, bottomBuried));
+    out.lines.push_back(edgeLine(top, style, true, topBuried));
 }
 
 void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double height,
@@ -189,7 +186,8 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double h
     const GeodeticPath ring = withoutRepeat(given);
     if (ring.size() < 3) return;
     const std::vector<Ecef> rim = toEcef(ring);
-    const Ecef tip = toEcef(halCore::Vec3(center.lat(), center.lon(), center.alt() + height));
+    const double tipAltitude = center.alt() + height;
+    const Ecef tip = toEcef(halCore::Vec3(center.lat(), center.lon(), tipAltitude));
     if (style.filled) {
         DrawList::Mesh mesh;
         mesh.color = style.fillColor;
@@ -197,11 +195,9 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double h
         mesh.vertices = rim;
         const auto count = static_cast<std::uint32_t>(rim.size());
         mesh.vertices.push_back(tip);
-        const bool outwards = isCounterClockwise(rim) == (height >= 0.0);
-        for (std::uint32_t i = 0; i < count; ++i) {
-            const std::uint32_t next = (i + 1) % count;
-            mesh.triangles.insert(mesh.triangles.end(), {outwards ? i : next, outwards ? next : i, count});
-        }
+        for (std::uint32_t i = 0; i < count; ++i)
+            mesh.triangles.insert(mesh.triangles.end(), {i, (i + 1) % count, count});
+        if (height < 0.0) turnOver(mesh);
         out.meshes.push_back(std::move(mesh));
         DrawList::Mesh floor = fillRing(ring, style.fillColor, center, tolerance);
         floor.solid = true;
@@ -209,10 +205,12 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double h
         out.meshes.push_back(std::move(floor));
     }
     if (!style.outlined) return;
-    out.lines.push_back(edgeLine(rim, style, true));
+    const bool rimBuried = center.alt() < 0.0;
+    out.lines.push_back(edgeLine(rim, style, true, rimBuried));
     constexpr std::size_t kRibs = 12;
     for (std::size_t i = 0; i < kRibs; ++i)
-        out.lines.push_back(edgeLine({rim[i * rim.size() / kRibs], tip}, style, false));
+        out.lines.push_back(
+            edgeLine({rim[i * rim.size() / kRibs], tip}, style, false, rimBuried || tipAltitude < 0.0));
 }
 
 void appendCurtain(const GeodeticPath& path, const GeodeticPath& other, bool closed, Rgba color,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -31,17 +32,23 @@ struct BodyFrame {
 /// Heading clockwise from north, pitch nose up, roll right side down (radians).
 BodyFrame bodyFrame(const halCore::Vec3& origin, double heading, double pitch, double roll);
 
+/// Fills a ring that lies level; also the same ring at another altitude.
+using RingFill = std::function<DrawList::Mesh(const GeodeticPath& ring)>;
+
 // `tolerance` in metres: how far straight pieces may be from the true curves of round bodies and lids.
 
-/// An ellipsoid about a centre with half axes to the right, forward and up; `dome` = its upper half.
-void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame, const std::array<double, 3>& half,
-                     bool dome, const ShapeStyle& style, double tolerance, DrawList& out);
+/// An ellipsoid about a centre with half axes to the right, forward and up; `dome` = its upper half, or its
+/// lower one when the half axis upwards is negative. The other axes' signs mean nothing.
+void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
+                     const std::array<double, 3>& halfAxes, bool dome, const ShapeStyle& style,
+                     double tolerance, DrawList& out);
+
+// Rings of bodies are level and run counter-clockwise as seen from above.
 
 /// The body between a ring and the same ring raised by `height` (a prism): walls, lid and floor. Edges
-/// stand up at the given points of the ring. `middle`: as in fillRing().
-void appendPrism(const GeodeticPath& ring, double height, const std::optional<halCore::Vec3>& middle,
-                 const std::vector<std::size_t>& edges, const ShapeStyle& style, double tolerance,
-                 DrawList& out);
+/// stand up at the given points of the ring.
+void appendPrism(const GeodeticPath& ring, double height, const RingFill& fill,
+                 const std::vector<std::size_t>& edges, const ShapeStyle& style, DrawList& out);
 
 /// A cone with its rim at the ring and its tip `height` above the centre.
 void appendCone(const halCore::Vec3& center, const GeodeticPath& ring, double height, const ShapeStyle& style,

@@ -6,6 +6,7 @@
 #include <memory>
 #include <numbers>
 
+#include <GeographicLib/Ellipsoid.hpp>
 #include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/PolygonArea.hpp>
 #include <GeographicLib/Rhumb.hpp>
@@ -240,6 +241,43 @@ TEST(ShapeGeometry, ARingThatRunsThroughThePoleIsFilled) {
     EXPECT_NEAR(areaOf(geometry(polygon).meshes.front()) / std::abs(area), 1.0, 1e-3);
 }
 
+TEST(ShapeGeometry, BoxesOfAnyWidthAreFilledOnTheirOwnSide) {
+    struct Case {
+        double north, south, west, east, span;
+        std::size_t lines;
+    };
+    const GeographicLib::Ellipsoid& earth = GeographicLib::Ellipsoid::WGS84();
+    const auto sine = [&](double lat) { return std::sin(earth.AuthalicLatitude(lat) * kDegree); };
+    for (const Case& c :
+         {Case{20, 10, 170, -170, 20, 1}, Case{60, -60, -120, 120, 240, 1}, Case{30, 0, 10, 0, 350, 1},
+          Case{60, -30, 20, 20, 360, 2}, Case{90, -90, -180, 180, 360, 2}}) {
+        ZEL::LatLonAltBox box(false);
+        box.setNorth(c.north * kDegree);
+        box.setSouth(c.south * kDegree);
+        box.setWest(c.west * kDegree);
+        box.setEast(c.east * kDegree);
+        box.setFilled(true);
+        const DrawList list = geometry(box);
+        ASSERT_EQ(list.meshes.size(), 1U);
+        const double area = earth.Area() / 2 * (sine(c.north) - sine(c.south)) * c.span / 360;
+        EXPECT_NEAR(areaOf(list.meshes.front()) / area, 1.0, 1e-3) << c.span << " degrees wide";
+        EXPECT_EQ(list.lines.size(), c.lines) << "no seam where it meets itself";
+    }
+}
+
+TEST(ShapeGeometry, AreasTakeTheColourOfTheirLine) {
+    ZEL::Circle circle(false);
+    circle.setCenterPosition(at(1, 2));
+    circle.setRadius(100);
+    circle.setFilled(true);
+    const auto fill = [&] { return geometry(circle).meshes.front().color; };
+    EXPECT_EQ(fill(), (Rgba{255, 0, 0, 255}));
+    circle.setLineColor(ZEL::Color(1, 2, 3, 200));
+    EXPECT_EQ(fill(), (Rgba{1, 2, 3, 200}));
+    circle.setFillColor(ZEL::Color(4, 5, 6, 100));
+    EXPECT_EQ(fill(), (Rgba{4, 5, 6, 100}));
+}
+
 TEST(ShapeGeometry, EllipsesHaveTheirMajorAxisEastWest) {
     ZEL::Ellipse ellipse(false);
     ellipse.setCenterPosition(at(10, 20));
@@ -276,7 +314,9 @@ TEST(ShapeGeometry, EllipsesHaveTheirMajorAxisEastWest) {
         return most;
     };
     EXPECT_NEAR(longest(), 5.0e3, 1.0);
-    round.setRadius(7.0e3);
+    round.setMinorAxis(-10.0e3);
+    EXPECT_NEAR(longest(), 5.0e3, 1.0) << "without its sign";
+    round.setRadius(-7.0e3);
     EXPECT_NEAR(longest(), 7.0e3, 1.0);
 }
 
@@ -414,8 +454,12 @@ TEST(ShapeGeometry, SolidsFaceOutwards) {
         shape->setFilled(true);
         shapes.push_back(std::move(shape));
     };
-    add(std::make_unique<ZEL::Sphere>(false));
-    add(std::make_unique<ZEL::Hemisphere>(false));
+    for (const Vec3& scale : {Vec3(1, 1, 1), Vec3(-1, 1, 1), Vec3(1, 1, -1)}) {
+        add(std::make_unique<ZEL::Sphere>(false));
+        shapes.back()->setScale(scale);
+        add(std::make_unique<ZEL::Hemisphere>(false));
+        shapes.back()->setScale(scale);
+    }
     for (const double height : {4000.0, -4000.0}) {
         auto cylinder = std::make_unique<ZEL::Cylinder>(false);
         cylinder->setHeight(height);
@@ -426,7 +470,7 @@ TEST(ShapeGeometry, SolidsFaceOutwards) {
         auto wedge = std::make_unique<ZEL::Cylinder>(false);
         wedge->setHeight(height);
         wedge->setAngleStart(0.3);
-        wedge->setAngleSweep(1.2);
+        wedge->setAngleSweep(height > 0.0 ? 1.2 : -1.2);
         add(std::move(wedge));
         auto box = std::make_unique<ZEL::LatLonAltBox>(false);
         box->setNorth(0.1);
@@ -528,6 +572,8 @@ TEST(ShapeGeometry, ExtrusionReachesTheGroundOrItsHeightWithALid) {
     const DrawList list = geometry(polygon);
     EXPECT_EQ(list.meshes.size(), 3U) << "area, curtain and lid";
     EXPECT_EQ(list.lines.size(), 2U);
+    arc.setFilled(true);
+    EXPECT_EQ(geometry(arc).lines.size(), 2U) << "filled, the arc is drawn at both ends too";
 }
 
 TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
