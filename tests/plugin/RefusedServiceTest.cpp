@@ -1,0 +1,200 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "common/Files.h"
+#include "plugin/HostedPlugin.h"
+
+namespace {
+
+using Function = LoadedPlugin::Function;
+using Id = FakeHost::Id;
+using Features = std::vector<std::string>;
+
+struct Refusal {
+    Id service;
+    Features lost;  ///< in the order of the session
+};
+
+void PrintTo(const Refusal& refusal, std::ostream* out) {
+    *out << static_cast<int>(refusal.service);
+}
+
+/// What a user goes without where the host does not serve everything: the tables of docs/host-guide.md.
+class RefusedServiceTest : public HostedPlugin, public ::testing::WithParamInterface<Refusal> {
+  protected:
+    RefusedServiceTest() {
+        host.platforms[kShip].header.name = "Ship";
+        host.settings = {{"Precision", "4"}};
+    }
+
+    bool drawn(const char* text) const { return host.lastText.find(text) != std::string::npos; }
+    std::ptrdiff_t files() const {
+        return std::count_if(host.overlays.begin(), host.overlays.end(),
+                             [](const auto& entry) { return !entry.second.path.empty(); });
+    }
+    void chooseItem(const char* headers, const char* start) {
+        for (auto& [handle, widget] : host.widgets) {
+            if (widget.kind != Id::CreateList || widget.caption != headers) continue;
+            const auto item = std::find_if(widget.items.begin(), widget.items.end(),
+                                           [&](const auto& text) { return text.starts_with(start); });
+            if (item != widget.items.end()) widget.number = static_cast<double>(item - widget.items.begin());
+        }
+    }
+
+    /// A session, whatever of it is possible.
+    /// \return what was not
+    Features play() {
+        Features lost;
+        const auto want = [&](bool works, const char* feature) {
+            if (!works) lost.emplace_back(feature);
+        };
+        {
+            LoadedPlugin plugin(host);
+            plugin.dispatch(Function::StartUp);
+            want(host.find("Overlay Editor..."), "menu item");
+            want(host.actions.contains("Overlay Editor Dialog"), "actions");
+            want(host.icons == 1, "icon");
+            want(host.services.size() == 1, "published service");
+            want(host.contextMenus.size() == 1, "context menu");
+            press("Overlay Editor...");
+            command("Overlay Editor Dialog");
+            want(form.has("Prec:") && form.field("Prec:").number == 4.0, "read settings");
+
+            addCircle();
+            drag(plugin, 100, 100, 130, 100);
+            want(drawn("\ncircle\n"), "draw");
+            want(host.grabs == 1, "grabbed mouse");
+            want(host.screenTexts.size() == 1, "hints");
+            plugin.mouse(Mouse::RightPress, 0, 0);
+            host.fireTimeouts();
+            want(host.find("Edit") && !host.find("Edit")->checked, "buttons follow");
+            if (form.has("Radius:")) form.type("Radius:", "5000");
+            want(drawn("\nradius 5000\n"), "type numbers");
+            press("Center");
+            want(host.cameraCenter.has_value(), "center");
+
+            const std::string file = directory + "/x.zel";
+            host.fileDialogAnswers = {file, file};
+            press("Save As...");
+            want(UTILS::fileIsFile(file), "save");
+            want(files() == 1, "show the file");
+            press("Delete All");
+            const int before = host.loads;
+            press("...");
+            want(host.loads > before && drawn("\nradius 5000\n"), "load");
+
+            check("Attach:", true);
+            chooseItem("Name", "Ship");
+            press("OK\tAttach the current ZEL to the selected platform");
+            want(drawn("\ncenterxyz "), "attach");
+
+            quickCircle(plugin);
+            want(UTILS::fileIsFile(directory + "/.config/OverlayEditor/zel/Circle_1.zel"), "quick draw");
+
+            host.overlays[this] = {"start\ncircle\ncenterll 1 2\nradius 77\nrangeunits m\nend\n", "/h.zel"};
+            press("Load HALVIS...");
+            chooseItem("ZEL File Name\tPlatform", "/h.zel");
+            press("OK\tLoad the selected existing ZEL");
+            want(drawn("\nradius 77\n"), "load from the host");
+            plugin.dispatch(Function::Close);
+            want(host.settings.contains("RangeUnits"), "keep settings");
+        }
+        want(!LoadedPlugin::isMapped(), "unloading");
+        return lost;
+    }
+};
+
+TEST_P(RefusedServiceTest, TakesTheseFeaturesAndNoOthers) {
+    host.answer = [](Id service, void*) {
+        return service == GetParam().service ? std::optional<PIServiceResult>(0) : std::nullopt;
+    };
+    EXPECT_EQ(play(), GetParam().lost);
+}
+
+const Refusal kRefusals[] = {
+    {Id::RegistrySetValue, {"keep settings"}},
+    {Id::RegistryGetValue, {"read settings"}},
+    {Id::CreateMenuItem, {"menu item"}},
+    {Id::CreateButton,
+     {"buttons follow", "center", "save", "show the file", "load", "attach", "load from the host"}},
+    {Id::CreateTextField, {"type numbers", "load"}},
+    {Id::CreateCheckButton, {"attach"}},
+    {Id::CreateOptionMenu,
+     {"draw", "grabbed mouse", "hints", "type numbers", "center", "save", "show the file", "load", "attach"}},
+    {Id::CreateSpinner, {"read settings"}},
+    {Id::CreateList, {"center", "attach", "load from the host"}},
+    {Id::OptionMenuAppendOption,
+     {"draw", "grabbed mouse", "hints", "type numbers", "center", "save", "show the file", "load", "attach"}},
+    {Id::WindowSetInt, {"read settings"}},
+    {Id::MouseGrab, {"grabbed mouse"}},
+    {Id::Icon, {"icon"}},
+    {Id::FileDialog, {"save", "show the file", "load", "attach"}},
+    {Id::GetPlatformList, {"attach"}},
+    {Id::GetHeader, {"attach"}},
+    {Id::GetDataPoint, {"attach"}},
+    {Id::Timeout, {"buttons follow"}},
+    {Id::Action, {"actions", "quick draw"}},
+    {Id::Service, {"published service"}},
+    {Id::Camera, {"center"}},
+    {Id::Cursor, {"draw", "quick draw"}},
+    {Id::OverlayFiles, {"draw", "type numbers", "show the file", "load", "attach", "load from the host"}},
+    {Id::ScreenText, {"hints"}},
+    {Id::OverlayLists, {"load from the host"}},
+    {Id::ContextMenu, {"context menu"}},
+    {Id::CreateLabel,
+     {"read settings", "draw", "grabbed mouse", "hints", "type numbers", "center", "save", "show the file",
+      "load", "attach"}},
+    {Id::WidgetValue,
+     {"draw", "grabbed mouse", "hints", "type numbers", "center", "save", "show the file", "load", "attach"}},
+    {Id::ListItems, {"center", "attach", "load from the host"}},
+};
+/// Less to see, or less comfort, but the same work.
+const Id kHarmless[] = {Id::IdentityOverride,
+                        Id::BindWidget,
+                        Id::CreateSwitcher,
+                        Id::CreateDialogBox,
+                        Id::DialogShow,
+                        Id::CreateRadioButton,
+                        Id::CreateColorWell,
+                        Id::SwitcherSetCurrent,
+                        Id::WindowShow,
+                        Id::WindowEnable,
+                        Id::WindowCheck,
+                        Id::WindowMapFunction,
+                        Id::WindowShown,
+                        Id::WindowSetDouble,
+                        Id::WindowSetString,
+                        Id::OptionMenuGetOptionText,
+                        Id::DialogRegisterCloseObserver,
+                        Id::IsScenarioInitialized,
+                        Id::GetReferenceYear,
+                        Id::Clock,
+                        Id::CreateEntity,
+                        Id::GetScenarioCoordReferenceFrame,
+                        Id::RemoveEntity,
+                        Id::Notify,
+                        Id::AnimatedLine,
+                        Id::CreateCanvas,
+                        Id::CreateHorizontalFrame,
+                        Id::CreateVerticalFrame,
+                        Id::CreateHorizontalMatrix,
+                        Id::CreateVerticalMatrix,
+                        Id::CreateGroupBox,
+                        Id::ForceRedraw};
+
+std::vector<Refusal> allRefusals() {
+    std::vector<Refusal> all(std::begin(kRefusals), std::end(kRefusals));
+    for (const Id service : kHarmless) all.push_back({service, {}});
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Services, RefusedServiceTest, ::testing::ValuesIn(allRefusals()),
+                         ::testing::PrintToStringParamName());
+
+}  // namespace
