@@ -18,9 +18,30 @@ using OverlayEditor::LoadResult;
 
 namespace {
 
+/// The editor attaches a file with offsets to a platform of its own. Here it has this id.
+constexpr unsigned long kReference = 1;
+
+/// What loading gives. Where offsets count from nothing the place does not matter, as only the offsets are
+/// saved; beside absolute positions it would, and they are lost.
+LoadResult load(const std::string& text, const std::string& file, OverlayEditor::PointConverter& converter) {
+    const OverlayEditor::Preferences preferences;
+    converter.setReferenceLla(halCore::Vec3(), kReference);
+    LoadResult loaded = OverlayEditor::loadOverlayText(text, file, preferences, &converter, 0);
+    if (!loaded.offsets || loaded.offsets->reference || !loaded.offsets->mixed) return loaded;
+    loaded = OverlayEditor::loadOverlayText(text, file, preferences, nullptr, 0);
+    loaded.offsets.reset();
+    return loaded;
+}
+
 /// What saving gives after loading; empty when there is nothing to save.
-std::string saved(LoadResult& loaded, std::size_t& count) {
+std::string saved(LoadResult& loaded, OverlayEditor::PointConverter& converter, std::size_t& count) {
     OverlayEditor::Overlay overlay;
+    if (loaded.offsets) {
+        const auto& reference = loaded.offsets->reference;
+        if (reference) converter.setReferenceLla(*reference, kReference);
+        overlay.setAttachedPlatformId(kReference, &converter, false);
+        overlay.setReferenceWritten(reference.has_value());
+    }
     for (auto& shape : loaded.shapes) overlay.addShape(shape.release());
     std::vector<std::string> skipped;
     std::string text = OverlayEditor::overlayText(overlay, &skipped);
@@ -34,7 +55,6 @@ int edit(const EditOptions& options) {
     // All that the log would say is among the losses, and with its place.
     halNotify::setNotifyHandler([](halNotify::Severity, const std::string&) {});
     const OverlayEditor::QuietServiceTable host;
-    const OverlayEditor::Preferences preferences;
     Failures failures;
     const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
     Progress progress(totalSize(files));
@@ -45,10 +65,11 @@ int edit(const EditOptions& options) {
     for (const std::string& file : files) {
         Input input(file, progress);
         const std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
-        LoadResult loaded = OverlayEditor::loadOverlayText(text, file, preferences, nullptr, 0);
+        OverlayEditor::PointConverter converter;
+        LoadResult loaded = load(text, file, converter);
         std::size_t written = 0;
         progress.hide();
-        std::cout << saved(loaded, written);
+        std::cout << saved(loaded, converter, written);
         printMessages(std::cerr, file, loaded.losses);
         shapes += written;
         for (const auto& loss : loaded.losses) ++(loss.severity <= halNotify::Warning ? lost : changed);

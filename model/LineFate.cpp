@@ -135,7 +135,8 @@ LineFate fateOfAttribute(P parameter, const LineTokens& tokens, const ZEL::ZelSh
         case P::ReferencePoint:
             if (!relative || tokens.count() < 3) return {halNotify::Notice, kUnusedLine.what};
             if (const LineFate fate = fateOfPosition(tokens, true); !fate.isKept()) return fate;
-            return {halNotify::Notice, "is used up: the positions keep their places"};
+            return {halNotify::Notice,
+                    "is kept or gives way to the file's first one: the positions keep their places"};
         case P::Radius:
             return fateOfRadius(value, shape);
         case P::AngleStart:

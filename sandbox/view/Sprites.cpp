@@ -25,7 +25,8 @@ double marginOf(const TextLook& look) {
 }  // namespace
 
 QFont fontForFile(const QString& fileName, int pixelSize) {
-    const QString name = fileName.toLower();
+    // A file names it in quotes when it has blanks.
+    const QString name = QString(fileName).remove(u'"').toLower();
     const QString stem = name.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
     QFont font;
     bool ended = false;

@@ -173,6 +173,24 @@ class Zel(unittest.TestCase):
         self.assertEqual([line.split(" ")[0] for line in err[:4]], ["-:2:", "-:5:", "-:6:", "-:8:"])
         self.assertEqual(err[4], "1 file, 1 shape saved, 3 lost, 1 changed")
 
+    def test_edit_keeps_offsets(self):
+        line = "start\nline\nxyz 0 1200 0\nxyz 500 -1000 7\nrangeunits m\naltitudeunits m\n{}end\n"
+        out, err = self.zel("edit", "-", stdin=line.format(""))
+        self.assertIn("\nxyz 0 1200 0\nxyz 500 -1000 7\n", out)
+        self.assertNotIn("ref", out)
+        self.assertIn("1 shape saved, 0 lost, 0 changed", err)
+        # The file's first reference holds for all.
+        both = line.format("ref 21.3 -157.9\n") + line.format("ref 21.4 -157.9\n")
+        out = self.zel("edit", "-q", "-", stdin=both)[0]
+        self.assertEqual(out.count("\nxyz 0 1200 0\n"), 1)
+        self.assertEqual(out.count("\nref 21.3 -157.9 0\n"), 2)
+        self.assertEqual(self.zel("edit", "-q", "-", stdin=out)[0], out)
+        # Beside absolute positions, offsets without a reference have no place.
+        circle = "start\ncircle\ncenterll 1 2\nradius 5\nrangeunits m\nend\n"
+        out, err = self.zel("edit", "-", stdin=line.format("") + circle, code=1)
+        self.assertIn("\ncenterlla 1 2 0\n", out)
+        self.assertIn("1 shape saved, 1 lost", err)
+
     def test_output_that_cannot_be_written(self):
         with open("/dev/full", "w") as full:
             done = subprocess.run(

@@ -77,8 +77,8 @@ TEST_F(LossReportTest, NamesTheLineThatIsLost) {
          "5: \"lla 7 8 9\" means nothing here and is dropped\n"
          "6: \"centerll 1 2\" means nothing here and is dropped\n"},
         {"line\nmgrs nonsense\nxy 1 2\nxy 2 3\nref 1 2\n",
-         "3: Unable to convert MGRS coordinate to lat/lon\n6: \"ref 1 2\" is used up: the positions keep "
-         "their places\n"},
+         "3: Unable to convert MGRS coordinate to lat/lon\n6: \"ref 1 2\" is kept or gives way to the "
+         "file's first one: the positions keep their places\n"},
         // A label has one place.
         {label + "ll 1 2\n", ""},
         {label + "centerll 1 2\n", ""},
