@@ -49,8 +49,10 @@ function CodeBlock(block)
   return pandoc.Div({ pandoc.Div(code), pandoc.Para({ image }) }, { class = "example" })
 end
 
--- Columns are as wide as the dashes below their heads say, where the text says anything about it.
+-- Columns are as wide as the dashes below their heads say, where the text says anything about it. Short tables stay
+-- on one page.
 function Table(block)
   if block.colspecs[1][2] then block.classes:insert("fixed") end
+  if #block.bodies[1].body <= 8 then block.classes:insert("short") end
   return block
 end
