@@ -43,7 +43,7 @@ std::string saved(LoadResult& loaded, OverlayEditor::PointConverter& converter, 
         overlay.setReferenceWritten(reference.has_value());
     }
     for (auto& shape : loaded.shapes) overlay.addShape(shape.release());
-    std::vector<std::string> skipped;
+    OverlayEditor::SkippedShapes skipped;
     std::string text = OverlayEditor::overlayText(overlay, &skipped);
     count = overlay.shapes().size() - skipped.size();
     return text;

@@ -44,6 +44,11 @@ void AttachedZelGui::hideDialog() {
     setAttachPlatform(platform_);
 }
 
+void AttachedZelGui::setControlsEnabled(bool enabled) {
+    check_.setEnabled(enabled);
+    if (!enabled) hideDialog();
+}
+
 void AttachedZelGui::refreshPlatformList() {
     if (platforms_.shown()) platforms_.refreshPlatformList();
 }

@@ -31,7 +31,8 @@ class AttachedZelGui {
     void reset() { setAttachPlatform(0); }
     void refreshPlatformList();
     bool centerOnHost() const { return platforms_.centerOnHost(); }
-    void setControlsEnabled(bool enabled) { check_.setEnabled(enabled); }
+    /// Disabling also ends choosing a platform.
+    void setControlsEnabled(bool enabled);
     /// Ends choosing a platform without a choice.
     void hideDialog();
 

@@ -13,6 +13,7 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "gui/OverlayEditorDialogWidgets.h"
+#include "model/ShapePlace.h"
 #include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
 
@@ -176,7 +177,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
     }
     widgets_->name.setValue(shape ? shape->name() : std::string());
     widgets_->name.setEnabled(shape != nullptr);
-    widgets_->attach.setControlsEnabled(shape && shape->canAttach());
+    updateAttachControls_();
 }
 
 int OverlayEditorDialog::onCmdCurrentShapeSelection(PIObject*, void*) {
@@ -198,11 +199,11 @@ int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
     followPlatform_();
     const Shape* const shape = selectedShape_();
     if (!shape) return 1;
-    const auto [low, high] = shape->boundingBox();
-    if (low.lat() > high.lat()) {
+    if (!hasPlace(*shape)) {
         halNotify::notify(halNotify::Warning) << "\"" << shape->name() << "\" has no position yet";
         return 1;
     }
+    const auto [low, high] = shape->boundingBox();
     const halCore::Vec3 center = shape->centerPoint();
     const double extent = halCore::Sodano::inverse(low, high).distance;
     PIHALVIS::setCameraCenterPos(center.lat(), center.lon(), 0.0);
@@ -232,7 +233,7 @@ int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
     setCurrentShapes({});
     setFileName_({});
     cleanupPriorZEL_();
-    setKept_({});
+    setKept_({}, 0);
     return 1;
 }
 

@@ -117,11 +117,10 @@ class OverlayEditorDialog {
     /// below the view for platform 0 and for one without a place.
     halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
     /// What the overlay holds is what a file holds now.
-    void setKept_(std::string text);
+    /// \param platform what the file's positions count from
+    void setKept_(std::string text, unsigned long platform);
     /// Says whether there is something to save, when anything may have changed since it was said last.
     void updateSavedMark_();
-    /// Names of the shapes that have been begun, but would not be in a file.
-    std::vector<std::string> unfinished_(const std::vector<std::string>& skipped) const;
     /// Shapes that changed since they were loaded or saved are written to a dated file among the quick
     /// shapes, and the log says where. \return false when they could not be written
     /// \param atEnd in the directory for temporary files rather than nowhere: they are lost otherwise
@@ -135,6 +134,8 @@ class OverlayEditorDialog {
     bool keepOldFile_(const std::string& fileName) const;
     /// Writes the file, and has the host show it in place of what it had loaded from it.
     bool saveZel_(const std::string& fileName);
+    /// The row can be used when there is something to attach, or to detach.
+    void updateAttachControls_();
     /// Attaches the shapes to a platform at its place now, or detaches them with 0.
     void attach_(unsigned long platform, bool center);
     /// Lets the shapes of an attached overlay go where its platform is now.
@@ -170,6 +171,13 @@ class OverlayEditorDialog {
 
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;
+    /// Offsets that count from nowhere, detached: where they were assumed to count from, and the text of the
+    /// shapes, which stand about it as long as nobody changes them.
+    struct FromNowhere {
+        halCore::Vec3 assumed;
+        std::string text;
+    };
+    std::optional<FromNowhere> fromNowhere_;
     /// Stands where the offsets of a loaded file count from; the editor's own, 0 for none.
     unsigned long referencePlatform_ = 0;
     std::unique_ptr<PointConverter> pointConverter_ = std::make_unique<PointConverter>();

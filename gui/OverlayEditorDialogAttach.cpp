@@ -74,17 +74,36 @@ void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
         return;
     }
     const bool own = platform != 0 && platform == referencePlatform_;
-    // Offsets that count from nowhere count from this platform: where they were shown was only assumed.
-    if (platform && !own && !center && referencePlatform_ && !overlay_->referenceWritten())
-        moveReference_(place);
+    const bool assumed = referencePlatform_ && !overlay_->referenceWritten();
+    if (platform && !own && !center) {
+        const bool untouched = fromNowhere_ && fromNowhere_->text == overlayText(*overlay_);
+        if (untouched) {
+            pointConverter_->setReferenceLla(fromNowhere_->assumed, platform);
+            overlay_->setAttachedPlatformId(platform, pointConverter_.get(), false);
+        }
+        // Offsets that count from nowhere count from this platform: where they were shown was only assumed.
+        if (assumed || untouched) moveReference_(place);
+    }
     // Shapes that are attached keep their reference: they are detached before it moves.
     overlay_->setAttachedPlatformId(0, nullptr, false);
+    fromNowhere_.reset();
+    if (!platform && assumed) {
+        fromNowhere_.emplace();
+        pointConverter_->getReferenceLla(fromNowhere_->assumed);
+        fromNowhere_->text = overlayText(*overlay_);
+    }
     if (!own) {
         removeReferencePlatform_();
         overlay_->setReferenceWritten(false);
     }
     pointConverter_->setReferenceLla(place, platform);
     if (platform) overlay_->setAttachedPlatformId(platform, pointConverter_.get(), center);
+    updateAttachControls_();
+}
+
+void OverlayEditorDialog::updateAttachControls_() {
+    const Shape* const shape = current_();
+    widgets_->attach.setControlsEnabled((shape && shape->canAttach()) || overlay_->attachedPlatformId() != 0);
 }
 
 void OverlayEditorDialog::followPlatform_() {

@@ -16,6 +16,7 @@
 #include "gui/LaunchHtmlFile.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/OverlayFile.h"
+#include "model/Utils.h"
 #include "pi/PIHALVIS.h"
 #include "tools/QuickDrawFiles.h"
 
@@ -47,6 +48,12 @@ std::string listed(const std::vector<std::string>& names) {
     for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) list += (i ? ", " : "") + names[i];
     if (names.size() > kMost) list += " and " + std::to_string(names.size() - kMost) + " more";
     return list;
+}
+
+std::vector<std::string> namesOf(const SkippedShapes& shapes) {
+    std::vector<std::string> names;
+    for (const SkippedShape& shape : shapes) names.push_back(shape.name);
+    return names;
 }
 
 /// "Unsaved 2026-11-21 16-05-09", of now.
@@ -166,7 +173,13 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
     std::vector<Shape*> shapes;
     for (auto& shape : loaded.shapes) shapes.push_back(shape.release());
     setCurrentShapes(shapes);
-    setKept_(overlayText(*overlay_));
+    // On a platform of the scenario, saving makes offsets of what the file has as absolute positions.
+    const bool absolute = platform != 0 && !fixed && (!loaded.offsets || loaded.offsets->mixed);
+    if (absolute)
+        halNotify::notify(halNotify::Warning)
+            << fileName << " has absolute positions, and the host has it on " << Utils::platformName(platform)
+            << ": saved, they are offsets from there, unless the overlay is detached first";
+    setKept_(overlayText(*overlay_), absolute ? 0 : overlay_->attachedPlatformId());
     setFileName_(fileName);
     return true;
 }
@@ -174,6 +187,7 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
 void OverlayEditorDialog::cleanupPriorZEL_() {
     setCurrentShape_(nullptr);
     overlay_->setAttachedPlatformId(0, nullptr, false);
+    updateAttachControls_();
     widgets_->attach.hideDialog();
     widgets_->attach.reset();
     if (void* const zel = overlay_->zelId()) {
@@ -181,6 +195,7 @@ void OverlayEditorDialog::cleanupPriorZEL_() {
         PIHALVIS::showZELFile(zel, true);
     }
     removeReferencePlatform_();
+    fromNowhere_.reset();
     overlay_->setReferenceWritten(false);
     pointConverter_->setReferenceLla(halCore::Vec3(), 0);
 }
@@ -264,30 +279,20 @@ bool OverlayEditorDialog::writeRescue_(const std::string& text, bool atEnd) cons
     return false;
 }
 
-std::vector<std::string> OverlayEditorDialog::unfinished_(const std::vector<std::string>& skipped) const {
-    std::vector<std::string> names;
-    for (const std::string& name : skipped) {
-        const Shape* const shape = overlay_->findShape(name);
-        if (!shape) continue;
-        const auto [low, high] = shape->boundingBox();
-        if (low.lat() <= high.lat()) names.push_back(name);
-    }
-    return names;
-}
-
 bool OverlayEditorDialog::rescueUnsaved_(bool atEnd) const {
-    std::vector<std::string> skipped;
+    SkippedShapes skipped;
     const std::string text = overlayText(*overlay_, &skipped);
     if (!text.empty() && text != keptText_ && !writeRescue_(text, atEnd)) return false;
     // No file can hold half a shape.
-    if (const auto unfinished = unfinished_(skipped); !unfinished.empty())
-        halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << listed(unfinished);
+    std::erase_if(skipped, [](const SkippedShape& shape) { return !shape.begun; });
+    if (!skipped.empty())
+        halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << listed(namesOf(skipped));
     return true;
 }
 
-void OverlayEditorDialog::setKept_(std::string text) {
+void OverlayEditorDialog::setKept_(std::string text, unsigned long platform) {
     keptText_ = std::move(text);
-    keptPlatform_ = overlay_->attachedPlatformId();
+    keptPlatform_ = platform;
     markedRevision_.reset();
     updateSavedMark_();
 }
@@ -295,10 +300,10 @@ void OverlayEditorDialog::setKept_(std::string text) {
 void OverlayEditorDialog::updateSavedMark_() {
     if (markedRevision_ == overlay_->revision()) return;
     markedRevision_ = overlay_->revision();
-    std::vector<std::string> skipped;
+    SkippedShapes skipped;
     const bool kept = overlayText(*overlay_, &skipped) == keptText_ &&
                       (keptText_.empty() || overlay_->attachedPlatformId() == keptPlatform_) &&
-                      unfinished_(skipped).empty();
+                      std::ranges::none_of(skipped, &SkippedShape::begun);
     widgets_->changes.updateValue(kept ? "None" : "Not saved");
 }
 
@@ -314,10 +319,11 @@ bool OverlayEditorDialog::saveZel_(const std::string& fileName) {
         return false;
     }
     savedFile_ = knownFile_ = FileVersion(fileName, text);
-    setKept_(text);
+    fromNowhere_.reset();
+    setKept_(text, overlay_->attachedPlatformId());
     if (!saved.skipped.empty())
         halNotify::notify(halNotify::Warning)
-            << "Not complete, and not in " << fileName << ": " << listed(saved.skipped);
+            << "Not complete, and not in " << fileName << ": " << listed(namesOf(saved.skipped));
     // Observers run inside the calls that unload and load: the overlay may not name what is gone.
     void* const edited = overlay_->zelId();
     void* const loaded = PIHALVIS::getZELObject(fileName);

@@ -58,8 +58,12 @@ bool RectangleGui::edited() const {
     return anchor_.edited() || corner_.edited() || width_.edited() || height_.edited();
 }
 
+bool RectangleGui::spanned() const {
+    return corner_.placeEdited() || width_.edited() || height_.edited();
+}
+
 bool RectangleGui::reshaped() const {
-    return anchor_.placeEdited() || corner_.placeEdited() || width_.edited() || height_.edited();
+    return anchor_.placeEdited() || spanned();
 }
 
 Vec3 RectangleGui::anchor() const {

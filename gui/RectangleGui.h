@@ -28,6 +28,7 @@ class RectangleGui final : public RectanglePanel {
     void setLastCorner(const halCore::Vec3& lla) override { corner_.setPosition(lla); }
     void updateWidthHeight(double width, double height) override;
     bool edited() const override;
+    bool spanned() const override;
     bool reshaped() const override;
     halCore::Vec3 anchor() const override;
     halCore::Vec3 getFirstCorner() const override;

@@ -10,6 +10,7 @@
 #include "format/SerializeToZel.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeLabel.h"
+#include "model/ShapePlace.h"
 #include "model/TextBuffer.h"
 #include "model/ZelToSerializer.h"
 
@@ -20,7 +21,7 @@ namespace {
 /// The text of a file. Each shape is written as soon as it is described, so that there is but one in memory.
 class TextOfShapes {
   public:
-    TextOfShapes(PointConverter* converter, bool referenceWritten, std::vector<std::string>* skipped)
+    TextOfShapes(PointConverter* converter, bool referenceWritten, SkippedShapes* skipped)
         : skipped_(skipped) {
         zel_.setReferenceWritten(referenceWritten);
         zel_.setPointConverter(converter);
@@ -31,8 +32,9 @@ class TextOfShapes {
     void add(Shape& shape) {
         // Asked before: a shape that cannot be written makes a message, which may be its end.
         std::string name = skipped_ ? shape.name() : std::string();
+        const Shape::Survival survives(shape);
         if ((shape.serialize(zel_) != 0 || !zel_.shapes().back()) && skipped_)
-            skipped_->push_back(std::move(name));
+            skipped_->push_back({std::move(name), survives && hasPlace(shape)});
         any_ = any_ || zel_.hasShapes();
         zel_.writeShapesTo(buffer_->out());
         zel_.clear();
@@ -44,7 +46,7 @@ class TextOfShapes {
   private:
     SerializeToZel zel_;
     TextBuffer::Ptr buffer_ = TextBuffer::take();
-    std::vector<std::string>* skipped_;
+    SkippedShapes* skipped_;
     bool any_ = false;
 };
 
@@ -84,7 +86,7 @@ void noteOffsets(const halCore::ZEL::ZelShape& shape, bool& absolute,
 
 }  // namespace
 
-std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped) {
+std::string overlayText(const Overlay& overlay, SkippedShapes* skipped) {
     TextOfShapes text(overlay.pointConverter(), overlay.referenceWritten(), skipped);
     for (Shape* shape : overlay.shapes())
         if (overlay.contains(shape)) text.add(*shape);
@@ -92,7 +94,7 @@ std::string overlayText(const Overlay& overlay, std::vector<std::string>* skippe
 }
 
 std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter,
-                       std::vector<std::string>* skipped) {
+                       SkippedShapes* skipped) {
     TextOfShapes text(converter, false, skipped);
     for (const auto& shape : shapes) text.add(*shape);
     return text.text();

@@ -14,20 +14,27 @@
 
 namespace OverlayEditor {
 
+/// A shape that is not in a file because it is not complete.
+struct SkippedShape {
+    std::string name;
+    /// It has been begun: at least it has a place.
+    bool begun = false;
+};
+using SkippedShapes = std::vector<SkippedShape>;
+
 /// What became of saving.
 struct SaveResult {
     /// Empty when the file was written; otherwise why not, and then an old file stands untouched.
     std::string error;
-    /// Names of the shapes that are not in the file because they are not complete.
-    std::vector<std::string> skipped;
+    SkippedShapes skipped;
 };
 
 /// The text of a file with the overlay's shapes; empty when there is nothing to write.
-std::string overlayText(const Overlay& overlay, std::vector<std::string>* skipped = nullptr);
+std::string overlayText(const Overlay& overlay, SkippedShapes* skipped = nullptr);
 
 /// The same for shapes without an overlay. \param converter null unless they are attached
 std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter = nullptr,
-                       std::vector<std::string>* skipped = nullptr);
+                       SkippedShapes* skipped = nullptr);
 
 /// Saves the overlay's shapes. An overlay with nothing to write is refused.
 SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path);

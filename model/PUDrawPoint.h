@@ -38,6 +38,9 @@ class PUDrawPoint {
     /// The line from the point down to the ground.
     void setDrawAltimeter(bool drawn) { altimeter_ = drawn; }
     bool drawsAltimeter() const { return altimeter_; }
+    /// A hollow point is a ring, so that what stands at its place can be read.
+    void setHollow(bool hollow) { hollow_ = hollow; }
+    bool isHollow() const { return hollow_; }
     void setDrawTextAbove(bool above) { textAbove_ = above; }
     bool drawsTextAbove() const { return textAbove_; }
 
@@ -52,6 +55,7 @@ class PUDrawPoint {
     bool highlighted_ = false;
     bool depthBuffer_ = false;
     bool altimeter_ = true;
+    bool hollow_ = false;
     bool textAbove_ = false;
     bool shown_ = false;
 };

@@ -117,6 +117,8 @@ class RectanglePanel : public CheckedPanel {
 
     /// Whether the user has edited the anchor's position, the size or the corner since the setters.
     virtual bool edited() const = 0;
+    /// Whether a width, a height or the place of the other corner was edited.
+    virtual bool spanned() const = 0;
     /// Whether more than an altitude was edited. Otherwise the corners stay where they are.
     virtual bool reshaped() const = 0;
     virtual halCore::Vec3 anchor() const = 0;

@@ -228,8 +228,8 @@ void RectangleShape::takeGeometry_() {
         dirty_();
         return;
     }
-    if (!isComplete() && size.width == 0.0 && size.height == 0.0) {
-        // A place without a size is no rectangle yet.
+    if (!isComplete() && (!panel_->spanned() || (size.width == 0.0 && size.height == 0.0))) {
+        // A place without a size is no rectangle yet; the other corner goes along until it is typed.
         typedAnchor_ = anchor;
         return;
     }

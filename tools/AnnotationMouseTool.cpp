@@ -45,7 +45,11 @@ void AnnotationMouseTool::redrawPointsForViewChange_() {
 
 void AnnotationMouseTool::showEditPoints_(bool shown) {
     if (!shape_.hasPoint()) return;
-    if (!point_) point_ = createEditPoint(shape_.position(), PluginUtils::kEditPointColor);
+    if (!point_) {
+        point_ = createEditPoint(shape_.position(), PluginUtils::kEditPointColor);
+        // The label's own text lies beneath it.
+        point_->setHollow(true);
+    }
     if (point_->getPosition() != shape_.position()) point_->setPosition(shape_.position());
     if (shown)
         point_->show();

@@ -11,6 +11,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
+#include "geo/Angles.h"
 #include "geo/Sodano.h"
 
 namespace OverlayEditor {
@@ -119,8 +120,10 @@ void PointPainter::paint(const ToolPicture& picture) {
         drawAltimeter_(entry);
         dots.push_back({*pixel, entry.point});
     }
-    drawDots_(dots, false);
-    drawDots_(dots, true);
+    for (const bool highlighted : {false, true}) {
+        drawDots_(dots, highlighted);
+        drawRings_(dots, highlighted);
+    }
 
     font_.setSize(static_cast<int>(std::lround(kFontSize * view_.pixelScale())));
     for (const Dot& dot : dots) drawLabel_(dot);
@@ -186,7 +189,7 @@ void PointPainter::drawDots_(const std::vector<Dot>& dots, bool highlighted) con
         glPointSize(static_cast<GLfloat>(size * view_.pixelScale()));
         glBegin(GL_POINTS);
         for (const Dot& dot : dots) {
-            if (dot.point->isHighlighted() != highlighted) continue;
+            if (dot.point->isHollow() || dot.point->isHighlighted() != highlighted) continue;
             setColor(color(dot));
             glVertex2d(dot.pixel.x, view_.height() - dot.pixel.y);
         }
@@ -196,6 +199,29 @@ void PointPainter::drawDots_(const std::vector<Dot>& dots, bool highlighted) con
     draw(size + kEdge, [](const Dot&) { return kEdgeColor; });
     if (highlighted) draw(size, [](const Dot&) { return kRingColor; });
     draw(highlighted ? size - kEdge : size, [](const Dot& dot) { return dot.point->getColor(); });
+}
+
+void PointPainter::drawRings_(const std::vector<Dot>& dots, bool highlighted) const {
+    constexpr int sides = 32;
+    constexpr double line = 2.0;
+    const double radius = 0.5 * ((highlighted ? kHighlightedSize : kPointSize) + kHollowExtra);
+    const auto draw = [&](const Dot& dot, double width, std::uint32_t color) {
+        setColor(color);
+        glLineWidth(static_cast<GLfloat>(width * view_.pixelScale()));
+        glBegin(GL_LINE_LOOP);
+        for (int i = 0; i < sides; ++i) {
+            const double angle = 2.0 * halCore::kPi * i / sides;
+            glVertex2d(dot.pixel.x + radius * view_.pixelScale() * std::cos(angle),
+                       view_.height() - dot.pixel.y + radius * view_.pixelScale() * std::sin(angle));
+        }
+        glEnd();
+    };
+    for (const Dot& dot : dots) {
+        if (!dot.point->isHollow() || dot.point->isHighlighted() != highlighted) continue;
+        draw(dot, line + (highlighted ? 2.0 : 1.0) * kEdge, kEdgeColor);
+        if (highlighted) draw(dot, line + kEdge, kRingColor);
+        draw(dot, line, dot.point->getColor());
+    }
 }
 
 void PointPainter::drawLabel_(const Dot& dot) const {

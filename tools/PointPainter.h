@@ -26,14 +26,16 @@ LabelBox placeLabel(const Pixel& point, double width, double height, bool above,
                     int viewHeight);
 
 /// Draws a tool's picture with OpenGL, in device pixels over the whole view: points of the same size at
-/// every zoom, larger and ringed when highlighted, their altimeter lines down to the ground, and their labels
-/// on a dark backing. What the earth hides is left out. Needs a current, legacy-compatible context; leaves
-/// its state as it was.
+/// every zoom, larger and ringed when highlighted, or mere rings when they are hollow, their altimeter lines
+/// down to the ground, and their labels on a dark backing. What the earth hides is left out. Needs a current,
+/// legacy-compatible context; leaves its state as it was.
 class PointPainter {
   public:
     /// Sizes are in pixels of the mouse events.
     static constexpr double kPointSize = 9.0;
     static constexpr double kHighlightedSize = 13.0;
+    /// How much larger a hollow point is.
+    static constexpr double kHollowExtra = 6.0;
     static constexpr double kFontSize = 13.0;
 
     PointPainter(const ViewProjection& view, LabelFont& font) : view_(view), font_(font) {}
@@ -49,6 +51,7 @@ class PointPainter {
     void drawLine_(const PluginUtils::PUDrawLine& line) const;
     void drawAltimeter_(const ToolPicture::Point& point) const;
     void drawDots_(const std::vector<Dot>& dots, bool highlighted) const;
+    void drawRings_(const std::vector<Dot>& dots, bool highlighted) const;
     void drawLabel_(const Dot& dot) const;
     void drawSegment_(const halCore::Vec3& from, const halCore::Vec3& to) const;
 

@@ -26,6 +26,15 @@ QWidget* frame(std::uint32_t layoutOptions) {
     return widget;
 }
 
+void collectTables(const ContainerWidget& container, std::vector<MatrixWidget*>& tables) {
+    for (HostWidget* child : container.children()) {
+        if (auto* table = dynamic_cast<MatrixWidget*>(child))
+            tables.push_back(table);
+        else if (const auto* box = dynamic_cast<const BoxWidget*>(child); box && !box->isRow())
+            collectTables(*box, tables);
+    }
+}
+
 }  // namespace
 
 BoxWidget::BoxWidget(const char* kind, Direction direction, std::uint32_t layoutOptions)
@@ -67,6 +76,15 @@ bool GroupBox::setText(const QString& text) {
     return true;
 }
 
+void GroupBox::alignTables() {
+    std::vector<MatrixWidget*> tables;
+    collectTables(*this, tables);
+    int width = 0;
+    for (const MatrixWidget* table : tables) width = std::max(width, table->labelWidth().value_or(0));
+    for (MatrixWidget* table : tables)
+        if (table->labelWidth()) table->setFirstColumnWidth(width);
+}
+
 MatrixWidget::MatrixWidget(Fill fill, int count) : fill_(fill), count_(std::max(1, count)) {
     auto* widget = new QWidget;
     setWidget(widget);
@@ -84,7 +102,8 @@ void MatrixWidget::place(HostWidget& child) {
     ++next_;
     cells_[&child] = cell;
     Qt::Alignment alignment;
-    if (!child.wantsWidth()) alignment |= Qt::AlignLeft;
+    // Menus below each other are equally wide.
+    if (!child.wantsWidth() && !dynamic_cast<const OptionMenuWidget*>(&child)) alignment |= Qt::AlignLeft;
     if (!child.wantsHeight()) alignment |= Qt::AlignVCenter;
     if (child.wantsWidth()) {
         layout_->setColumnStretch(cell.column, 1);
@@ -114,6 +133,21 @@ HostWidget* MatrixWidget::at(Cell cell) const {
         if (other.row == cell.row && other.column == cell.column) return child;
     }
     return nullptr;
+}
+
+std::optional<int> MatrixWidget::labelWidth() const {
+    int width = 0;
+    for (const auto& [child, cell] : cells_) {
+        if (cell.column != 0) continue;
+        if (!dynamic_cast<const LabelWidget*>(child)) return std::nullopt;
+        if (child->widget() && !child->widget()->isHidden())
+            width = std::max(width, child->widget()->sizeHint().width());
+    }
+    return width;
+}
+
+void MatrixWidget::setFirstColumnWidth(int width) {
+    if (layout_->columnMinimumWidth(0) != width) layout_->setColumnMinimumWidth(0, width);
 }
 
 SwitcherWidget::SwitcherWidget(std::uint32_t layoutOptions) {

@@ -37,6 +37,8 @@ class GroupBox final : public BoxWidget {
     QString caption() const override { return title_; }
     bool setText(const QString& text) override;
     std::optional<QString> text() const override { return title_; }
+    /// The tables that stand below each other begin with columns of the same width, when these hold labels.
+    void alignTables();
 
   private:
     QString title_;
@@ -58,6 +60,9 @@ class MatrixWidget final : public ContainerWidget {
     /// Nothing for a widget that is no child.
     std::optional<Cell> cellOf(const HostWidget& child) const;
     HostWidget* at(Cell cell) const;
+    /// What the first column needs; nothing when it holds more than labels.
+    std::optional<int> labelWidth() const;
+    void setFirstColumnWidth(int width);
 
   protected:
     void place(HostWidget& child) override;

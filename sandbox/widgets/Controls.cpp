@@ -139,7 +139,8 @@ bool ButtonWidget::setText(const QString& text) {
     // A button with a mere "..." or "<-" needs no room for a word.
     if (style_ == Style::Push) {
         const int width = button_->fontMetrics().horizontalAdvance(caption_) + 18;
-        button_->setMaximumWidth(caption_.size() <= 3 ? std::max(width, 32) : QWIDGETSIZE_MAX);
+        const bool word = std::ranges::any_of(caption_, [](QChar c) { return c.isLetter(); });
+        button_->setMaximumWidth(caption_.size() <= 3 && !word ? std::max(width, 32) : QWIDGETSIZE_MAX);
     }
     return true;
 }
@@ -173,7 +174,8 @@ bool TextFieldWidget::setText(const QString& text) {
     // The same text again keeps the cursor, and what the user is about to commit.
     if (field_->text() != text) {
         field_->setText(text);
-        field_->setCursorPosition(0);
+        // What is too long to be seen whole is a path, where nobody types: its end tells it from others.
+        if (!field_->isReadOnly()) field_->setCursorPosition(0);
     }
     field_->setModified(false);
     return true;

@@ -36,7 +36,9 @@ DialogBox::DialogBox(QWidget* owner, const std::string& title) {
     setFilling(PIGUI::PILayoutFillX | PIGUI::PILayoutFillY);
     setText(QString::fromStdString(title));
     window->closed = [this] { userClosed(); };
-    window->contentsChanged = [this] { fit_(); };
+    window->contentsChanged = [this] {
+        if (widget() && widget()->isVisible()) fit_();
+    };
     window->focusAboutToMove = [this] { orderFocus_(); };
 }
 
@@ -74,7 +76,9 @@ void DialogBox::removed(HostWidget& child) {
 }
 
 void DialogBox::fit_() {
-    if (widget() && widget()->isVisible()) window_().fit();
+    for (HostWidget* child : children())
+        if (auto* group = dynamic_cast<GroupBox*>(child)) group->alignTables();
+    window_().fit();
 }
 
 void DialogBox::orderFocus_() const {
@@ -86,7 +90,7 @@ void DialogBox::orderFocus_() const {
 void DialogBox::open() {
     DialogWindow& window = window_();
     window.startWithOneColumn();
-    window.fit();
+    fit_();
     if (!wasOpen_) {
         wasOpen_ = true;
         // Over the left edge of the view, each further dialog a little lower and to the right.

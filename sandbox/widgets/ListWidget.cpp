@@ -19,7 +19,9 @@ constexpr int kRowsShown = 6;
 class CompactTree final : public QTreeWidget {
   public:
     QSize sizeHint() const override {
-        return {260, fontMetrics().height() * (kRowsShown + 1) + 2 * frameWidth() + 8};
+        // Several columns are apart only when each has its room.
+        return {columnCount() > 1 ? 480 : 260,
+                fontMetrics().height() * (kRowsShown + 1) + 2 * frameWidth() + 8};
     }
     QSize minimumSizeHint() const override { return {160, fontMetrics().height() * 4}; }
 
@@ -37,6 +39,8 @@ ListWidget::ListWidget(std::int32_t style, const QString& headers) : list_(new C
     setWidget(list_);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
+    // Paths differ at their ends.
+    list_->setTextElideMode(Qt::ElideMiddle);
     list_->setSelectionMode(style == PIGUI::PIListMultiple ? QAbstractItemView::ExtendedSelection
                                                            : QAbstractItemView::SingleSelection);
     if (!headers.isEmpty()) headers_ = headers.split('\t');
@@ -49,6 +53,11 @@ void ListWidget::showHeaders() {
     if (headers_.isEmpty()) return;
     list_->setColumnCount(std::max(list_->columnCount(), static_cast<int>(headers_.size())));
     list_->setHeaderLabels(headers_);
+    // The first column, which may hold paths, takes what the others leave.
+    QHeaderView& header = *list_->header();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 void ListWidget::setColumns(QTreeWidgetItem& item, const QString& text) {
@@ -56,7 +65,10 @@ void ListWidget::setColumns(QTreeWidgetItem& item, const QString& text) {
     if (QTreeWidget* list = item.treeWidget(); list && columns.size() > list->columnCount())
         list->setColumnCount(static_cast<int>(columns.size()));
     const int count = std::max(static_cast<int>(columns.size()), item.columnCount());
-    for (int i = 0; i < count; ++i) item.setText(i, columns.value(i));
+    for (int i = 0; i < count; ++i) {
+        item.setText(i, columns.value(i));
+        item.setToolTip(i, columns.value(i));
+    }
 }
 
 bool ListWidget::setInteger(std::int32_t value) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,11 +17,13 @@
 #include "gui/OverlayEditorDialog.h"
 #include "gui/TestEquipment.h"
 #include "model/CylinderShape.h"
+#include "model/FreeDrawShape.h"
 #include "model/ShapeRegistry.h"
 #include "support/TemporaryDirectory.h"
 
 using halCore::Vec3;
 using OverlayEditor::CylinderShape;
+using OverlayEditor::FreeDrawShape;
 using OverlayEditor::MouseManager;
 using OverlayEditor::Overlay;
 using OverlayEditor::OverlayEditorDialog;
@@ -46,6 +49,7 @@ class HostPickersTest : public ::testing::Test {
             [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
         host.settings["AutoSaveZelDir"] = temporary.path();
         registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
+        registry.addPrototype(FreeDrawShape(preferences));
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
         addPlatform(7, "Zulu", 0.3, -2.7);
         addPlatform(8, "Alpha", 0.4, -2.8);
@@ -263,6 +267,64 @@ TEST_F(HostPickersTest, OffsetsFromNowhereCountFromThePlatformThatIsChosen) {
     std::string saved;
     UTILS::readFile(file, saved);
     EXPECT_THAT(saved, HasSubstr("xyz 100 200 3\nxyz -400.125 0 0\n"));
+}
+
+/// A user cannot choose another platform without detaching first.
+TEST_F(HostPickersTest, OffsetsFromNowhereStayWhatTheyAreWhileTheyAreDetached) {
+    const std::string file = temporary.path() + "/offsets.zel";
+    constexpr const char* place = "centerxyz 1000.5 2000 3\nradius 9488.641973228\n";
+    std::ofstream(file) << "start\ncircle\naltitudeunits m\nrangeunits m\n" << place << "end\n";
+    const auto savedAfter = [&](const std::function<void()>& meanwhile) {
+        host.fileDialogAnswers = {file};
+        press("...");
+        list("").number = 0;
+        host.activate(list(""));
+        attachBox(false);
+        EXPECT_TRUE(form.field("Attach:").enabled);
+        meanwhile();
+        attachBox(true);
+        platforms().number = 0;
+        press(kPlatformOk);
+        host.fileDialogAnswers = {temporary.path() + "/saved.zel"};
+        press("Save As...");
+        std::string saved;
+        UTILS::readFile(temporary.path() + "/saved.zel", saved);
+        return saved;
+    };
+    EXPECT_THAT(savedAfter([] {}), HasSubstr(place));
+    // What was put somewhere on the earth stays there.
+    EXPECT_THAT(savedAfter([&] { form.type("Lat:", "23"); }), Not(HasSubstr("centerxyz 1000.5 ")));
+}
+
+TEST_F(HostPickersTest, AnAttachedOverlayCanBeDetachedWhateverItHolds) {
+    CylinderShape& circle = addCircle(Vec3(0.31, -2.7, 0));
+    unsigned long platform = 7;
+    dialog->onCmdAttach(nullptr, &platform);
+    form.choose("Shape:", 2);
+    ASSERT_FALSE(overlay.shapes().back()->canAttach());
+    overlay.removeShape(&circle);
+    delete &circle;
+    EXPECT_TRUE(form.field("Attach:").enabled);
+    attachBox(false);
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
+    EXPECT_FALSE(form.field("Attach:").enabled) << "there is nothing to attach";
+}
+
+TEST_F(HostPickersTest, ChoosingEndsWithWhatIsToBeAttached) {
+    const std::string file = temporary.path() + "/ring.zel";
+    std::ofstream(file) << kCircle;
+    const std::vector<std::pair<const char*, std::function<void()>>> ends = {
+        {"deleted", [&] { press("Delete"); }},
+        {"a free drawing", [&] { form.choose("Shape:", 2); }},
+        {"loaded", [&] { press("..."); }}};
+    for (const auto& [what, act] : ends) {
+        addCircle(Vec3(0.31, -2.7, 0));
+        attachBox(true);
+        host.fileDialogAnswers = {file};
+        act();
+        EXPECT_FALSE(host.find("Select Platform")->shown) << what;
+        EXPECT_FALSE(form.field("Attach:").checked) << what;
+    }
 }
 
 TEST_F(HostPickersTest, APlatformWithoutAPlaceIsRefused) {

@@ -19,6 +19,7 @@
 #include "gui/Form.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/TestEquipment.h"
+#include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
 #include "model/ShapeRegistry.h"
 #include "pi/PIHALVIS.h"
@@ -26,6 +27,7 @@
 
 using halCore::kRadiansPerDegree;
 using halCore::Vec3;
+using OverlayEditor::AnnotationShape;
 using OverlayEditor::CylinderShape;
 using OverlayEditor::MouseManager;
 using OverlayEditor::Overlay;
@@ -54,6 +56,7 @@ class OverlayEditorDialogTest : public ::testing::Test {
         host.settings["AutoSaveZelDir"] = path("rescued");
         for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
             registry.addPrototype(CylinderShape(preferences, subtype));
+        registry.addPrototype(AnnotationShape(preferences));
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
     }
     ~OverlayEditorDialogTest() override {
@@ -132,7 +135,7 @@ TEST_F(OverlayEditorDialogTest, StartsHiddenAndEmpty) {
     for (const char* caption : {"...", "Save As...", "Help...", "Close"})
         EXPECT_TRUE(host.find(caption)->enabled) << caption;
     EXPECT_FALSE(form.field("Name:").enabled);
-    EXPECT_THAT(form.field("Shape:").items, ElementsAre("Add", "Circle", "Sphere", "Cone"));
+    EXPECT_THAT(form.field("Shape:").items, ElementsAre("Add", "Circle", "Sphere", "Cone", "Text"));
     EXPECT_EQ(form.field("LLA:").items.at(static_cast<std::size_t>(form.field("LLA:").number)),
               UTILS::unitsGetAbbreviation(preferences.geodeticUnits()));
     EXPECT_EQ(form.field("Prec:").number, 2);
@@ -563,7 +566,7 @@ TEST_F(OverlayEditorDialogTest, TakesOverlaysFromTheHostWithTheirPlatform) {
     host.overlays[&host] = {kTwoCircles, "/host/rings.zel", 7, true};
     dialog->show();
     dialog->loadZels({&messages, &host});
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("the host gave no text"))) << "of the unknown one";
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("the host gave no text"), HasSubstr("absolute positions")));
     EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
     EXPECT_EQ(overlay.attachedPlatformId(), 7u);
     EXPECT_FALSE(host.overlays[&host].shown);
@@ -678,6 +681,40 @@ TEST_F(OverlayEditorDialogTest, SaysWhetherThereIsSomethingToSave) {
     EXPECT_THAT(messages, ElementsAre(HasSubstr("given up: Circle 1")));
 }
 
+TEST_F(OverlayEditorDialogTest, SaysThatAbsolutePositionsWouldBecomeOffsets) {
+    host.platforms[7].point.latRad = 0.3;
+    host.overlays[&host] = {kTwoCircles, path("rings.zel"), 7, true};
+    dialog->show();
+    dialog->loadZels({&host});
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("has absolute positions")));
+    EXPECT_EQ(changes(), "Not saved");
+    dialog->loadZels({&host});
+    EXPECT_THAT(rescued(), IsEmpty()) << "nobody changed a shape";
+    press("Save");
+    EXPECT_EQ(changes(), "None");
+    messages.clear();
+    dialog->loadZels({overlay.zelId()});
+    EXPECT_THAT(messages, IsEmpty());
+    EXPECT_EQ(changes(), "None");
+}
+
+TEST_F(OverlayEditorDialogTest, NamesTheShapeThatIsGivenUp) {
+    dialog->show();
+    for (const char* never : {"Circle", "Text"}) {
+        form.choose("Shape:", std::string(never) == "Text" ? 4 : 1);
+        form.type("Name:", "Twin");
+        EXPECT_EQ(changes(), "None") << never << " was only added";
+        press("Center");
+        EXPECT_FALSE(host.cameraCenter);
+    }
+    add(1).setCenter({0.1, 0.2, 0});
+    form.type("Name:", "Twin");
+    EXPECT_EQ(changes(), "Not saved");
+    messages.clear();
+    press("Delete All");
+    EXPECT_THAT(messages, ElementsAre("Not complete, and given up: Twin"));
+}
+
 TEST_F(OverlayEditorDialogTest, AnItemWhoseShapeIsGoneGoesWithAMessage) {
     dialog->show();
     for (const char* caption : {"Delete", "Center"}) {
@@ -704,6 +741,24 @@ TEST_F(OverlayEditorDialogTest, SaysWhenTheHostUnloadsTheEditedOverlay) {
     EXPECT_THAT(messages, ElementsAre(HasSubstr("has unloaded the edited overlay")));
     EXPECT_FALSE(overlay.zelId());
     press("Save");
+    EXPECT_TRUE(overlay.zelId());
+}
+
+TEST_F(OverlayEditorDialogTest, AFileThatTheHostCannotLoadIsSavedAllTheSame) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    host.fileDialogAnswers = {path("a.zel")};
+    press("Save As...");
+    form.type("Radius:", "600");
+    host.onCall = [&](FakeHost::Id) { host.refuseAll = !fileOverlay(path("a.zel")); };
+    press("Save");
+    host.onCall = {};
+    host.refuseAll = false;
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("the host could not load it")));
+    EXPECT_FALSE(overlay.zelId()) << "the old one is unloaded";
+    EXPECT_THAT(contentsOf(path("a.zel")), HasSubstr("radius 600\n"));
+    press("Save");
+    EXPECT_EQ(overlay.zelId(), fileOverlay(path("a.zel")));
     EXPECT_TRUE(overlay.zelId());
 }
 

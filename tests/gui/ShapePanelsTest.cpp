@@ -165,6 +165,27 @@ TEST_F(ShapePanelsTest, ARectangleIsSpannedByItsSizeOrItsCorner) {
     EXPECT_EQ(box.height(), 1000);
 }
 
+TEST_F(ShapePanelsTest, ARectangleWaitsForItsOtherCorner) {
+    RectangleShape& box = open<RectangleShape>(RectangleShape::Rectangle);
+    for (const auto& [choice, other] : {std::pair("Corner 1", "Center"), {"Corner 2", "Width/Height"}}) {
+        host.find(other)->checked = false;
+        host.find(choice)->checked = true;
+        press(choice);
+    }
+    // Latitude, longitude and altitude of the anchor, then of the corner.
+    const auto type = [this](std::size_t field, const char* text) {
+        host.type(*form.textFields().at(field).widget, text);
+    };
+    type(0, "42");
+    type(1, "5");
+    EXPECT_FALSE(box.isComplete()) << "the other corner goes along";
+    type(3, "43");
+    type(4, "7");
+    ASSERT_TRUE(box.isComplete());
+    EXPECT_EQ(*box.firstCorner(), degrees(42, 5, 0));
+    EXPECT_EQ(*box.lastCorner(), degrees(43, 7, 0));
+}
+
 TEST_F(ShapePanelsTest, AnOrbitKeepsItsOtherNumbers) {
     OrbitShape& orbit = open<OrbitShape>();
     orbit.setCenter(degrees(10, 20, 0));

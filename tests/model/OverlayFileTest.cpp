@@ -69,7 +69,9 @@ TEST_F(OverlayFileTest, SavedFileComesBack) {
     overlay.addShape(new CylinderShape(preferences, CylinderShape::Cone));
     const auto saved = saveOverlayFile(overlay, path);
     EXPECT_EQ(saved.error, "");
-    EXPECT_THAT(saved.skipped, ::testing::ElementsAre("Cone"));
+    ASSERT_EQ(saved.skipped.size(), 1U);
+    EXPECT_EQ(saved.skipped[0].name, "Cone");
+    EXPECT_FALSE(saved.skipped[0].begun);
 
     const auto loaded = loadOverlayFile(path, preferences, nullptr, 0);
     EXPECT_EQ(loaded.error, "");

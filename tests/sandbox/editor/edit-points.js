@@ -64,6 +64,12 @@ view.camera = { lat: 10, lon: -40, alt: 0, range: 3000000, azimuth: 0, elevation
 editor.choose("Shape:", "Text");
 view.move(10, -40);
 const ground = view.drag({ lat: 10, lon: -40 }, { lat: 10, lon: -40 }).to;
+view.move({ x: ground.x + 60, y: ground.y });
+wait(50);
+for (const [right, down] of [[-7, 0], [0, 7]])
+    assert([-1, 0, 1].some(more => isYellow(color(ground, right + (right && more), down + (down && more)))), "the ring of a label");
+assert(!isYellow(color(ground, 0)) && !isYellow(color(ground, -3)), "the label can be read through it");
+if (pictures) view.picture(pictures + "/points-label.png");
 view.move(ground);
 for (let i = 0; i < 5; ++i) view.wheel(ground, { notches: 20, modifiers: "shift" });
 wait(50);

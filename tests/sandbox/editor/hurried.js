@@ -61,23 +61,38 @@ const saved = readFile(file);
 assert(/centerxyz 926 -2083\.5 /.test(saved) && saved.includes("radius 9488.641973228\n"), saved);
 editor.press("Close");
 
-// Starting again, the ship has gone on.
+// Starting again, the ship has gone on. The host still has the file on the ship, or has it no more and is told anew.
 const path = plugins()[0].path;
-assert(closePlugin("OverlayEditor").gone);
-assert(openPlugin(path));
-setTime(time() + 500);
-menu("Plug-ins", "Overlay Editor...");
-editor.moveTo(820, 0);
-answerFileDialog(file);
-editor.press("...");
-assert(editor.captions().includes("Ship"), "the host still has it on the ship");
-assertEqual(editor.items(), ["Ring", "Route"]);
-editor.select("All Shapes", "Ring");
-editor.choose("Rng:", "nm");
-editor.fill("Prec:", "9");
-assertEqual(["X:", "Y:", "Radius:"].map(field => editor.value(field)), ["0.500000000", "-1.125000000", "5.123456789"]);
-editor.select("All Shapes", "Route");
-assertEqual([editor.value("X:"), editor.value("Y:")], ["-2.250000000", "1.000000000"]);
-editor.press("Save");
-assertEqual(readFile(file), saved, "to the last byte");
-picture(work + "/hurried-again.png");
+for (const known of [true, false]) {
+    assert(closePlugin("OverlayEditor").gone);
+    if (!known) overlayMenu("hurried.zel", "Unload");
+    assertEqual(overlays().map(o => o.name), known ? ["hurried.zel"] : []);
+    assert(openPlugin(path));
+    setTime(time() + 500);
+    menu("Plug-ins", "Overlay Editor...");
+    editor.moveTo(820, 0);
+    answerFileDialog(file);
+    editor.press("...");
+    assertEqual(editor.items(), ["Ring", "Route"]);
+    if (!known) {
+        assert(editor.checked("ZEL Reference Point"), "the file does not name its ship");
+        editor.uncheck("ZEL Reference Point");
+        editor.select("All Shapes", "Route");
+        editor.check("Attach:");
+        picker.select("", "Ship");
+        picker.press("OK");
+        setTime(time() + 100);
+        wait(1200);
+    }
+    assert(editor.checked("Ship"), "on the ship");
+    editor.select("All Shapes", "Ring");
+    editor.choose("Rng:", "nm");
+    editor.fill("Prec:", "9");
+    assertEqual(["X:", "Y:", "Radius:"].map(field => editor.value(field)), ["0.500000000", "-1.125000000", "5.123456789"]);
+    editor.select("All Shapes", "Route");
+    assertEqual([editor.value("X:"), editor.value("Y:")], ["-2.250000000", "1.000000000"]);
+    editor.press("Save");
+    assertEqual(readFile(file), saved, "to the last byte");
+    assertEqual(overlay("hurried.zel").platform, ship);
+    picture(work + (known ? "/hurried-again.png" : "/hurried-anew.png"));
+}

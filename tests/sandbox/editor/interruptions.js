@@ -3,6 +3,7 @@
 
 // What a user may do in the middle of drawing a circle, and with a text that is typed but not entered yet.
 const editor = dialog("Overlay Editor");
+const existing = dialog("Select Existing ZEL");
 const work = temporaryDirectory();
 const here = { lat: 42, lon: 5 };
 const edge = { lat: 42, lon: 7 };
@@ -36,7 +37,16 @@ const interruptions = {
     "Delete": [() => editor.press("Delete"), 0],
     "Delete All": [() => editor.press("Delete All"), 0],
     "load": [() => { answerFileDialog(work + "/circle.zel"); editor.press("..."); }, 1],
+    "load from the host": [() => {
+        openOverlay(work + "/circle.zel");
+        editor.press("Load HALVIS...");
+        existing.moveTo(60, 60);
+        existing.select("", 0);
+        existing.press("OK");
+    }, 1],
+    "sent from the host's list": [() => overlayMenu("circle.zel", "Send to Overlay Editor"), 1],
     "cleared scenario": [() => clearScenario("cleared"), 0],
+    "replaced scenario": [() => clearScenario("replaced"), 0],
 };
 for (const name in interruptions) {
     const [interrupt, left] = interruptions[name];
@@ -50,6 +60,23 @@ for (const name in interruptions) {
     assertEqual([editor.enabled("Edit"), editor.checked("Edit")], [false, false], name);
     if (left) editor.press("Delete All");
 }
+
+// Saving in the middle of a drag: the file gets what is complete, and the drag goes on.
+drawCircle();
+startCircle();
+const already = log().length;
+answerFileDialog(work + "/half.zel");
+editor.press("Save As...");
+assertEqual(readFile(work + "/half.zel").match(/^circle$/mg).length, 1);
+const told = log().slice(already).map(entry => entry.text).join();
+assert(told.includes("Not complete, and not in " + work + "/half.zel: Circle "), told);
+assert(editor.captions().includes("Not saved"));
+view.move(edge);
+view.release(edge);
+editor.press("Save");
+assertEqual(readFile(work + "/half.zel").match(/^circle$/mg).length, 2);
+editor.press("Delete All");
+overlayMenu("half.zel", "Unload");
 
 // A right click, and closing the dialog: the circle stays, empty, and can be drawn again.
 for (const interrupt of [() => view.click(edge, { button: "right" }),
