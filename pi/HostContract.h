@@ -75,8 +75,9 @@
 //   and deleted only in the hook, and in Close, for which the context is made current.
 //
 //   Callbacks: the host calls FunctorTwoParams__::Call(sender, data) with the wrapper bound to the widget
-//   as sender. `data` is null but for actions (const std::int32_t*: the check state asked for) and
-//   timeouts (the user data given). A change made through a service never calls a callback back.
+//   as sender; that of an action, a timeout or a context menu item is null. `data` is null but for actions
+//   (const std::int32_t*: the check state asked for) and timeouts (the user data given). A change made
+//   through a service never calls a callback back.
 //
 // SERVICES
 //
@@ -113,7 +114,7 @@
 //   121  radio button, 122 check button  POINTER_STRING_AND_FUNCTION parent, caption, callback; radio
 //                   buttons of one parent exclude each other
 //   123  colour well POINTER_INT_AND_FUNCTION parent, PIColorWellStyle, callback; its value is the integer
-//                   0xRRGGBBAA
+//                   0xRRGGBBAA, as the bits of the 32-bit integer of 152: opaque red is negative
 //   124  option menu POINTER_STRING_AND_FUNCTION parent, caption, callback; its value is the chosen index
 //   125  spinner    POINTER_INT_AND_FUNCTION parent, PISpinnerStyle, callback
 //   126  list       POINTER_INT_AND_STRING parent, PIListStyle, column headers separated by tabs; its
@@ -180,7 +181,8 @@
 //                   this does; the first time gives it one. CATCHALL i[Destroy] p action
 //   322  service    CATCHALL i[Register] s name p interface. Returns 0 when the name is taken.
 //                   CATCHALL i[Unregister] s name p interface.  CATCHALL i[Find] s name -> p interface
-//   325  notify     CATCHALL i[Message], severity (halNotify's numbers) s source, text
+//   325  notify     CATCHALL i[Message], severity s source, text. Severities: 0 always shown,
+//                   1 fatal, 2 error, 3 warning, 4 notice, 5 information, 6 for debugging.
 //                   CATCHALL i[Debug], 0 s source, text                          [ui thread & after init]
 //
 //   Scene
@@ -195,7 +197,8 @@
 //                   ellipsoid, its altitude 0. CATCHALL i[PlatformAtCursor] -> i id, 0 when none
 //   428  overlay files, the host's once loaded; `overlay` is a handle
 //                   i[LoadFile], platform id, shown s path -> p overlay; nothing when it cannot be opened or
-//                   holds no shape. i[LoadStream], platform id p std::istream* -> p overlay, in no list.
+//                   holds no shape. i[LoadStream], platform id p std::istream* -> p overlay, in no list; the
+//                   stream is read during the call.
 //                   i[Unload] p overlay.  i[Show], 0 or 1 p overlay.  i[FindByFileName] s path -> p overlay.
 //                   i[FileName] p overlay -> s path.  i[Host] p overlay -> i platform id.
 //                   i[SerializeToStream] p overlay, std::ostream*. Returns 1 when all was written.
