@@ -14,6 +14,7 @@
 
 #include "sandbox/view/Camera.h"
 #include "sandbox/view/EarthShaders.h"
+#include "sandbox/view/SoftwareRenderer.h"
 
 namespace sandbox {
 
@@ -85,9 +86,7 @@ void EarthLayer::setImage(const QImage& image) {
     texture_->setWrapMode(QOpenGLTexture::DirectionT, QOpenGLTexture::ClampToEdge);
     // Mesa's software renderer takes differences between pixels for its anisotropic filter, also where it
     // is given slopes: 180° would show as a dotted line. There, and where it is slow, do without.
-    const auto* renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
-    const bool software = renderer && std::string(renderer).find("llvmpipe") != std::string::npos;
-    if (!software && QOpenGLTexture::hasFeature(QOpenGLTexture::AnisotropicFiltering))
+    if (!isSoftwareRenderer() && QOpenGLTexture::hasFeature(QOpenGLTexture::AnisotropicFiltering))
         texture_->setMaximumAnisotropy(8.0F);
 }
 

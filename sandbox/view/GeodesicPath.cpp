@@ -63,8 +63,9 @@ void forPointsBetween(const halCore::Vec3& from, const halCore::Vec3& to, double
 int piecesOfArc(double radius, double sweep, double tolerance) {
     const double allowed = std::max({0.01, 2e-6 * radius, tolerance});
     const double share = std::clamp(allowed / std::max(radius, 1e-3), 1e-7, 0.02);
-    const double pieces = std::ceil(std::abs(sweep) / (2.0 * std::acos(1.0 - share)));
-    return std::max(2, static_cast<int>(std::min(pieces, 4096.0)));
+    const double wanted = std::ceil(std::abs(sweep) / (2.0 * std::acos(1.0 - share)));
+    const int pieces = std::max(2, static_cast<int>(std::min(wanted, 4092.0)));
+    return std::abs(sweep) < 2.0 * kPi - 1e-9 ? pieces : (pieces + 11) / 12 * 12;
 }
 
 DistanceAndAzimuth geodesicBetween(const halCore::Vec3& from, const halCore::Vec3& to) {

@@ -54,7 +54,8 @@ GeodeticPath geodesicArc(const halCore::Vec3& center, double meters, double azim
 /// Azimuths are those of the points seen from the centre.
 GeodeticPath ellipticalArc(const halCore::Vec3& center, double halfEast, double halfNorth, double turn,
                            double azimuth, double sweep, double tolerance);
-/// In how many straight pieces these functions cut an arc, at least 2.
+/// In how many straight pieces these functions cut an arc, at least 2. A whole turn is cut into twelve equal
+/// parts or more, so that what stands on every twelfth stands still however fine the pieces are.
 int piecesOfArc(double radius, double sweep, double tolerance);
 
 /// Leaves out points until what remains is still within `tolerance` metres of every point left out

@@ -17,8 +17,10 @@
 #include "sandbox/view/MeshBatch.h"
 #include "sandbox/view/OverlayShaders.h"
 #include "sandbox/view/PictureLayer.h"
+#include "sandbox/view/RasterLayer.h"
 #include "sandbox/view/ShaderProgram.h"
 #include "sandbox/view/ShapeGeometry.h"
+#include "sandbox/view/SoftwareRenderer.h"
 #include "sandbox/view/SplitPosition.h"
 
 namespace sandbox {
@@ -78,10 +80,14 @@ class Bounds {
 };
 
 /// Metres that each level of detail may be off, finest first; 0 = as good as it gets.
-constexpr std::array<double, 5> kTolerances = {0.0, 2.0, 50.0, 1250.0, 20000.0};
+constexpr std::array<double, 8> kTolerances = {0.0, 2.0, 10.0, 50.0, 250.0, 1250.0, 6250.0, 31250.0};
+/// What a level may lack, in pixels.
+constexpr double kSlack = 0.2;
 /// An entry's chunks: at least so many if it has the shapes for it, until they hold so many points.
 constexpr std::size_t kChunks = 64;
 constexpr std::size_t kChunkSize = 4000;
+/// So many segments or more are drawn in memory: to lay them over the view takes as long as a few thousand.
+constexpr std::size_t kManySegments = 4000;
 
 }  // namespace
 
@@ -91,7 +97,9 @@ struct OverlayLayer::Level {
     MeshBatch solids;
     MeshBatch roundSolids;
     MeshBatch areasOverBodies;
-    LineBatch lines;
+    std::vector<DrawList::Line> lines;
+    LineBatch lineBatch;  ///< the same on the card, once they are drawn there
+    std::size_t segments = 0;
 
     Level(DrawList& list, PictureTextures& textures) {
         pictures.upload(list, textures);
@@ -102,7 +110,8 @@ struct OverlayLayer::Level {
                 (mesh.overBodies ? areasOverBodies : areas).add(mesh);
         }
         for (MeshBatch* batch : {&areas, &solids, &roundSolids, &areasOverBodies}) batch->upload();
-        lines.upload(list.lines);
+        lines = std::move(list.lines);
+        for (const DrawList::Line& line : lines) segments += line.points.size();
     }
 };
 
@@ -110,6 +119,8 @@ struct OverlayLayer::Level {
 struct OverlayLayer::Chunk {
     std::vector<std::size_t> shapes;  ///< of the entry, in drawing order
     Bounds bounds;
+    std::size_t boundsLevel = kTolerances.size();  ///< the level that the bounds are from
+    /// That in use and, once it has been built, the next finer and coarser one.
     std::array<std::unique_ptr<Level>, kTolerances.size()> levels;
     std::vector<DrawList::Label> labels;
 
@@ -119,7 +130,7 @@ struct OverlayLayer::Chunk {
         const double distance = std::max(above, bounds.distanceFrom(camera.eye()));
         const double pixel = 2.0 * distance * camera.tanHalfHeight() / (camera.height() * pixelRatio);
         std::size_t level = kTolerances.size() - 1;
-        while (level > 0 && kTolerances[level] > 0.3 * pixel) --level;
+        while (level > 0 && kTolerances[level] > kSlack * pixel) --level;
         return level;
     }
 
@@ -140,10 +151,12 @@ struct OverlayLayer::Chunk {
         for (const DrawList::Line& line : list.lines)
             for (const Ecef& p : line.points) box.add(p);
         box.grow(kTolerances[level]);
-        // Finer levels come later: their box is the tighter one.
-        if (!std::any_of(levels.begin(), levels.begin() + static_cast<std::ptrdiff_t>(level),
-                         [](const auto& finer) { return finer != nullptr; }))
-            bounds = box;
+        if (level < boundsLevel) {
+            bounds = box;  // the tighter one
+            boundsLevel = level;
+        }
+        for (std::size_t i = 0; i < levels.size(); ++i)
+            if (i + 1 < level || i > level + 1) levels[i].reset();
         levels[level] = std::make_unique<Level>(list, textures);
         labels = std::move(list.labels);
     }
@@ -177,7 +190,8 @@ OverlayLayer::OverlayLayer()
                                   std::string(kSightShader) + kMeshFragmentShader,
                                   {"high", "low", "color", "normal"})),
       pictureProgram_(PictureBatch::compile()),
-      textures_(std::make_unique<PictureTextures>()) {}
+      textures_(std::make_unique<PictureTextures>()),
+      raster_(isSoftwareRenderer() ? std::make_unique<RasterLayer>() : nullptr) {}
 
 OverlayLayer::~OverlayLayer() = default;
 
@@ -216,6 +230,8 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     areaMark_ = 0;
+    bodiesDrawn_ = false;
+    if (raster_) raster_->begin(camera, pixelRatio);
     constexpr double kMargin = 256.0;  // wide lines and dots reach into the view
     std::vector<Level*> levels;
     for (const auto& [id, item] : items_) {
@@ -232,13 +248,13 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
         }
         drawLevels(levels, camera, pixelRatio);
     }
+    if (raster_) raster_->compose();
     glDepthMask(GL_TRUE);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
 }
 
 void OverlayLayer::drawPictures(const std::vector<Level*>& levels) {
-    if (std::ranges::all_of(levels, [](const Level* level) { return level->pictures.empty(); })) return;
     glDepthMask(GL_FALSE);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     pictureProgram_->bind();
@@ -290,21 +306,49 @@ void OverlayLayer::drawSolids(const std::vector<Level*>& levels) {
 }
 
 void OverlayLayer::drawLevels(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio) {
-    drawPictures(levels);
-    meshProgram_->bind();
-    for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->enableAttributeArray(i);
-    drawAreas(levels, &Level::areas);
-    drawSolids(levels);
-    glDisable(GL_DEPTH_TEST);
-    drawAreas(levels, &Level::areasOverBodies);
-    glEnable(GL_DEPTH_TEST);
-    for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->disableAttributeArray(i);
-    meshProgram_->release();
-
+    const auto any = [&](auto Level::*batch) {
+        return std::ranges::any_of(levels, [&](const Level* level) { return !(level->*batch).empty(); });
+    };
+    const bool pictures = any(&Level::pictures);
+    const bool bodies = any(&Level::solids) || any(&Level::roundSolids);
+    const bool meshes = bodies || any(&Level::areas) || any(&Level::areasOverBodies);
+    if (raster_ && (pictures || meshes)) raster_->compose();
+    bodiesDrawn_ |= bodies;
+    if (pictures) drawPictures(levels);
+    if (meshes) {
+        meshProgram_->bind();
+        for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->enableAttributeArray(i);
+        drawAreas(levels, &Level::areas);
+        drawSolids(levels);
+        glDisable(GL_DEPTH_TEST);
+        drawAreas(levels, &Level::areasOverBodies);
+        glEnable(GL_DEPTH_TEST);
+        for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->disableAttributeArray(i);
+        meshProgram_->release();
+    }
     glDepthMask(GL_FALSE);
+    drawLines(levels, camera, pixelRatio);
+}
+
+void OverlayLayer::drawLines(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio) {
+    std::size_t segments = 0;
+    for (const Level* level : levels) segments += level->segments;
+    if (segments == 0) return;
+    if (raster_ && !bodiesDrawn_ && (segments >= kManySegments || !raster_->empty())) {
+        for (const Level* level : levels)
+            for (const DrawList::Line& line : level->lines) raster_->draw(line);
+        return;
+    }
+    if (raster_) raster_->compose();
     LineBatch::beginDrawing(*lineProgram_, camera, pixelRatio);
-    for (Level* level : levels)
-        if (!level->lines.empty()) level->lines.draw();
+    for (Level* level : levels) {
+        if (level->segments == 0) continue;
+        if (level->lineBatch.empty()) {
+            level->lineBatch.upload(level->lines);
+            if (!raster_) level->lines = {};
+        }
+        level->lineBatch.draw();
+    }
     LineBatch::endDrawing(*lineProgram_);
 }
 

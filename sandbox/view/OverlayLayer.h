@@ -18,11 +18,14 @@ namespace sandbox {
 class Camera;
 class MeshBatch;
 class PictureTextures;
+class RasterLayer;
 
 /// Draws the geometry of overlays. An entry is cut into chunks of a few thousand points. A chunk's geometry
-/// is worked out in up to five levels of detail, each when it is first needed and again when the entry
-/// changed; a frame costs no work for each vertex but the card's. Chunks out of view are left out, and the
-/// level is chosen so that what it lacks is smaller than a third of a pixel.
+/// is worked out in levels of detail, each when it is first needed and again when the entry changed; a frame
+/// costs no work for each vertex but the card's. Chunks out of view are left out, and the level is chosen so
+/// that what it lacks is smaller than a fifth of a pixel.
+///
+/// Where the processor plays the card, many lines are drawn by RasterLayer, unless a body may hide them.
 ///
 /// Vertices are held as pairs of floats (a round value and the rest), and so is the eye: their
 /// difference is good to a fraction of a millimetre anywhere. Lines are widened to capsules on screen and
@@ -52,12 +55,15 @@ class OverlayLayer {
     void drawAreas(const std::vector<Level*>& levels, MeshBatch Level::*batch);
     void drawSolids(const std::vector<Level*>& levels);
     void drawPictures(const std::vector<Level*>& levels);
+    void drawLines(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio);
 
     std::unique_ptr<QOpenGLShaderProgram> lineProgram_;
     std::unique_ptr<QOpenGLShaderProgram> meshProgram_;
     std::unique_ptr<QOpenGLShaderProgram> pictureProgram_;
     std::unique_ptr<PictureTextures> textures_;
     std::map<OverlayScene::Id, std::unique_ptr<Item>> items_;
+    std::unique_ptr<RasterLayer> raster_;  ///< null with a graphics card
+    bool bodiesDrawn_ = false;             ///< in this frame
     int areaMark_ = 0;
 };
 

@@ -85,10 +85,8 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
                frame.up * (half[2] * std::sin(above));
     };
     const double lowest = dome ? 0.0 : -kPi / 2;
-    const int pieces =
-        std::clamp(piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), 2.0 * kPi, tolerance), 16,
-                   192) /
-        4 * 4;
+    const int pieces = std::clamp(
+        piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), 2.0 * kPi, tolerance), 24, 192);
     const auto columns = static_cast<std::uint32_t>(std::min(pieces, 96));
     const std::uint32_t rows = dome ? columns / 4 : columns / 2;
     if (style.filled) {

@@ -7,9 +7,12 @@
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QWheelEvent>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <numbers>
+#include <random>
 #include <vector>
 
 #include <GeographicLib/Geodesic.hpp>
@@ -500,6 +503,68 @@ TEST_F(GlobeViewTest, TheHooksLayerLiesOnTop) {
     EXPECT_GT(qGreen(dot), 200);
     EXPECT_LT(qRed(dot), 60);
     EXPECT_TRUE(isMagenta(frame.pixel(100, 400)));
+}
+
+/// Software rendering draws many lines in memory, unless a body is in view that may hide some. Nobody can
+/// tell.
+TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
+    OverlayScene::Shapes lines;
+    std::mt19937 random(3);
+    const auto number = [&random](double from, double to) {
+        return from + (to - from) * static_cast<double>(random() % 10000) / 10000.0;
+    };
+    for (int i = 0; i < 300; ++i) {
+        std::shared_ptr<ZEL::PointBasedShape> line;
+        if (i % 3 == 0)
+            line = std::make_shared<ZEL::Polygon>(false);
+        else
+            line = std::make_shared<ZEL::Line>(false);
+        Vec3 p(number(-1.4, 1.4), number(-3.1, 3.1), i % 5 == 0 ? 3.0e5 : 0.0);
+        for (int k = 0; k < 20; ++k) {
+            p = Vec3(std::clamp(p.lat() + number(-0.05, 0.05), -1.5, 1.5), p.lon() + number(-0.08, 0.08),
+                     p.alt());
+            line->addPoint(p);
+        }
+        line->setLineColor(ZEL::Color(200, static_cast<std::uint8_t>(i), 60, i % 2 == 0 ? 255 : 120));
+        line->setLineWidth(std::array{1, 2, 5, 12}[static_cast<std::size_t>(i) % 4]);
+        line->setLineStyle(std::array{ZEL::LineStyle::Solid, ZEL::LineStyle::Dashed,
+                                      ZEL::LineStyle::Dotted}[static_cast<std::size_t>(i / 4) % 3]);
+        lines.push_back(std::move(line));
+    }
+    auto body = std::make_shared<ZEL::Sphere>(false);
+    body->setCenterPosition(at(20, 20));
+    body->setRadius(0.01);
+    body->setFilled(true);
+    body->setOutlined(false);
+    const auto bodyId = view.overlays().add({body});
+    const auto linesId = view.overlays().add(std::move(lines));
+    struct View {
+        const char* what;
+        double range, azimuth, elevation;
+    };
+    for (const View& v : {View{"whole earth", 2.3e7, 0, 90}, View{"towards the horizon", 2.0e6, 40, 12},
+                          View{"among lines high above the ground", 5.0e5, 70, 25}}) {
+        look(at(20, 20), v.range, v.azimuth, v.elevation);
+        view.overlays().setShown(bodyId, true);
+        const QImage onCard = view.grabFrame();
+        view.overlays().setShown(bodyId, false);
+        const QImage inMemory = view.grabFrame();
+        view.overlays().setShown(linesId, false);
+        const QImage without = view.grabFrame();
+        view.overlays().setShown(linesId, true);
+        int drawn = 0, different = 0;
+        for (int y = 0; y < onCard.height(); ++y) {
+            for (int x = 0; x < onCard.width(); ++x) {
+                const QRgb a = onCard.pixel(x, y), b = inMemory.pixel(x, y);
+                drawn += a != without.pixel(x, y) ? 1 : 0;
+                const int most = std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                                           std::abs(qBlue(a) - qBlue(b))});
+                different += most > 8 ? 1 : 0;
+            }
+        }
+        EXPECT_GT(drawn, 3000) << v.what;
+        EXPECT_LT(different, drawn / 500) << v.what;
+    }
 }
 
 TEST_F(GlobeViewTest, TheListenerComesFirst) {

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace sandbox {
+
+/// Whether the processor plays the graphics card of the current context (Mesa's software renderer).
+bool isSoftwareRenderer();
+
+}  // namespace sandbox
