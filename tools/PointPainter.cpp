@@ -203,7 +203,9 @@ void PointPainter::drawDots_(const std::vector<Dot>& dots, bool highlighted) con
 
 void PointPainter::drawRings_(const std::vector<Dot>& dots, bool highlighted) const {
     constexpr int sides = 32;
-    constexpr double line = 2.0;
+    // Thin, for a long text goes through it.
+    constexpr double line = 1.5;
+    constexpr double edge = 1.5;
     const double radius = 0.5 * ((highlighted ? kHighlightedSize : kPointSize) + kHollowExtra);
     const auto draw = [&](const Dot& dot, double width, std::uint32_t color) {
         setColor(color);
@@ -218,8 +220,8 @@ void PointPainter::drawRings_(const std::vector<Dot>& dots, bool highlighted) co
     };
     for (const Dot& dot : dots) {
         if (!dot.point->isHollow() || dot.point->isHighlighted() != highlighted) continue;
-        draw(dot, line + (highlighted ? 2.0 : 1.0) * kEdge, kEdgeColor);
-        if (highlighted) draw(dot, line + kEdge, kRingColor);
+        draw(dot, line + (highlighted ? 2.0 : 1.0) * edge, kEdgeColor);
+        if (highlighted) draw(dot, line + edge, kRingColor);
         draw(dot, line, dot.point->getColor());
     }
 }
