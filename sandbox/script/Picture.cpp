@@ -4,6 +4,7 @@
 #include "sandbox/script/Picture.h"
 
 #include <QApplication>
+#include <QGroupBox>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -51,9 +52,16 @@ QImage framed(QWidget& window) {
     return picture;
 }
 
+QImage partOf(QWidget& dialog, const QString& group) {
+    if (group.isEmpty()) return dialog.grab().toImage();
+    for (QGroupBox* box : dialog.findChildren<QGroupBox*>())
+        if (box->isVisible() && box->title() == group) return box->grab().toImage();
+    return {};
+}
+
 }  // namespace
 
-QImage takePicture(Host& host, const QString& what) {
+QImage takePicture(Host& host, const QString& what, const QString& group) {
     if (what == "view") return host.view().grabFrame();
     MainWindow& window = host.window();
     QList<QWidget*> dialogs;
@@ -61,7 +69,7 @@ QImage takePicture(Host& host, const QString& what) {
         if (widget != &window && widget->isVisible() && widget->windowType() == Qt::Dialog) dialogs << widget;
     if (what != "window") {
         for (QWidget* dialog : dialogs)
-            if (dialog->windowTitle() == what) return dialog->grab().toImage();
+            if (dialog->windowTitle() == what) return partOf(*dialog, group);
         return {};
     }
     QImage picture = window.grab().toImage();

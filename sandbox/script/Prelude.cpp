@@ -104,7 +104,7 @@ var Dialog = class {
     options(path) { return $widgets.options(this.title, path); }
     items(path) { return $widgets.items(this.title, path || ""); }
     selected(path) { return $widgets.selected(this.title, path || ""); }
-    picture(file) { $tools.picture(this.title, file); }
+    picture(file, group) { $tools.picture(this.title, file, group || ""); }
 };
 function dialog(title) { return new Dialog(title); }
 /// All the dialogs that are shown.
@@ -146,9 +146,9 @@ var view = {
     set camera(values) { $view.setCamera(values); },
     get size() { return $view.size(); },
     get frameCount() { return $view.frameCount(); },
-    picture(file) { $tools.picture("view", file); }
+    picture(file) { $tools.picture("view", file, ""); }
 };
-function picture(file) { $tools.picture("window", file); }
+function picture(file) { $tools.picture("window", file, ""); }
 function status() { return $scene.status(); }
 
 // Scenario, overlays, log, settings, plug-ins

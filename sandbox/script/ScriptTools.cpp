@@ -120,11 +120,13 @@ QVariantMap ScriptTools::destination(double lat, double lon, double azimuth, dou
     return {{"lat", lat2}, {"lon", lon2}};
 }
 
-void ScriptTools::picture(const QString& what, const QString& path) {
+void ScriptTools::picture(const QString& what, const QString& path, const QString& group) {
     step([&] {
         run().settle();
-        const QImage image = takePicture(host(), what);
-        if (image.isNull()) throw ScriptError{QString("there is no window \"%1\"").arg(what)};
+        const QImage image = takePicture(host(), what, group);
+        if (image.isNull())
+            throw ScriptError{
+                QString("there is no window \"%1\"").arg(group.isEmpty() ? what : what + " > " + group)};
         QDir().mkpath(QFileInfo(path).absolutePath());
         if (!image.save(path)) throw ScriptError{path + " cannot be written"};
     });

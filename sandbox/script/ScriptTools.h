@@ -44,7 +44,8 @@ class ScriptTools : public ScriptObject {
     Q_INVOKABLE QVariantMap destination(double lat, double lon, double azimuth, double distance);
 
     /// Saves a picture. \param what "view", "window" (with the dialogs over it) or a dialog's title
-    Q_INVOKABLE void picture(const QString& what, const QString& path);
+    /// \param group title of one of the dialog's group boxes; empty for all of the dialog
+    Q_INVOKABLE void picture(const QString& what, const QString& path, const QString& group);
 };
 
 }  // namespace sandbox
