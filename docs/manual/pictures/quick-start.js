@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 the OverlayEditor authors
 // SPDX-License-Identifier: MIT
+// Window: 1160x930
 
 // The steps of the quick start, with the numbers that it names.
 include("lib/manual.js");
 showOnMap("Coastlines");
-lookAt(35.9, 15.3, 620000);
+lookAt(35.9, 15.9, 640000);
 const ship = addPlatform({ name: "Patrol Ship", lat: 36, lon: 15, heading: 70, speed: 10 });
 
-openEditor();
+openEditor(690, 30);
 
 // The ring.
 editor.choose("Shape:", "Circle");
@@ -35,15 +36,21 @@ view.click(34.2, 13.5, { button: "right" });
 editor.fill("Name:", "Route");
 editor.fill("Line Width:", 3);
 editor.color("Line Color:", "FFD000FF");
-editor.fill("Lat:", "35 54 0 N");
-editor.fill("Lon:", "14 36 0 E");
+while (editor.enabled("<-")) editor.press("<-");
+for (const [lat, lon] of [["35 54 0 N", "14 36 0 E"], ["35 18 0 N", "15 12 0 E"], ["35 24 0 N", "16 36 0 E"], ["36 12 0 N", "17 12 0 E"]]) {
+    editor.fill("Lat:", lat);
+    editor.fill("Lon:", lon);
+    editor.press("->");
+}
 
 // The label.
 editor.choose("Shape:", "Text");
-view.move(35.1, 16);
-view.click(35.1, 16);
+view.move(35, 15.5);
+view.click(35, 15.5);
 view.click(34.2, 13.5, { button: "right" });
 editor.fill("Name:", "Search area");
+editor.fill("Lat:", "35 0 0 N");
+editor.fill("Lon:", "15 30 0 E");
 editor.fill("Font Size:", 18);
 editor.color("Line Color:", "FFFFFFFF");
 view.leave();
@@ -58,11 +65,10 @@ pictureOfDialog("quick-attach", picker);
 picker.press("OK");
 answerFileDialog(files + "/patrol.zel");
 editor.press("Save As...");
-lookAt(36.3, 15.9, 620000);
+lookAt(36.2, 15.9, 640000);
 movePlatform(ship, { lat: 36.5, lon: 15.9, heading: 45, speed: 0 });
 editor.close();
 pictureOfView("quick-moved");
 
-lookAt(35.2, 15.4, 4200000);
-showOnMap();
+lookAt(36.6, 14.6, 1500000);
 pictureOfView("cover");

@@ -42,7 +42,7 @@ function show(name, cursor) {
 }
 
 begin("Free Draw");
-const wave = Array.from({ length: 40 }, (_, i) => around(270 + i * 4.6, 60 + 50 * Math.cos(i / 4)));
+const wave = Array.from({ length: 28 }, (_, i) => around(270 + i * 6.5, 60 + 50 * Math.cos(i / 3)));
 view.move(wave[0]);
 view.press(wave[0]);
 for (const place of wave) view.move(place);
