@@ -11,7 +11,7 @@ addPlatform({ name: "Patrol Ship", lat: 35.4, lon: 16.4, heading: 300, speed: 9 
 const finish = () => view.click(34.6, 13.6, { button: "right" });
 function drag(from, to) {
     view.move(from);
-    view.drag(from, to, { steps: 3 });
+    view.drag(from, to, { steps: 1 });
     finish();
 }
 menuPicture("Actions", picturePath("quick-menu"));

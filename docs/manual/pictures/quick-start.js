@@ -14,7 +14,6 @@ openEditor(690, 30);
 editor.choose("Shape:", "Circle");
 view.move(36, 15);
 view.press(36, 15);
-view.move(36.2, 15.5);
 view.move(36.3, 15.7);
 pictureOfView("quick-drag");
 view.release(36.3, 15.7);

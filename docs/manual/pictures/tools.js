@@ -24,7 +24,7 @@ function fill(color = "FFD00060") {
 }
 function drag(from, to) {
     view.move(from);
-    view.drag(from, to, { steps: 3 });
+    view.drag(from, to, { steps: 1 });
 }
 function click(...places) {
     for (const place of places) {
@@ -35,7 +35,6 @@ function click(...places) {
 /// Leaves a picture with the cursor on a place, and goes on with an empty editor.
 function show(name, cursor) {
     view.move(aside);
-    settled();
     view.move(cursor);
     pictureOfView("tool-" + name);
     editor.press("Delete All");
