@@ -63,6 +63,14 @@ addPlatform({ name: "Ship", lat: 0, lon: 0 });
 editor.check("Attach:");
 show(platforms, "platforms");
 platforms.close();
+const work = temporaryDirectory() + "/a-directory-with-a-long-name/and-another-one-of-the-same-kind-below-it/plans";
+makeDirectory(work);
+for (const name of ["north", "south"]) {
+    writeFile(work + "/" + name + ".zel", "start\n3d name Far\ncircle\ncenterll 10 20\nradius 5\nend\n");
+    openOverlay(work + "/" + name + ".zel");
+}
 editor.press("Load HALVIS...");
 show(existing, "existing");
-existing.close();
+existing.select("", 1);
+existing.press("OK");
+show(editor, "long-path");
