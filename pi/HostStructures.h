@@ -18,19 +18,19 @@ enum class CoordReferenceFrame : std::int32_t { Geodetic = 0 };
 
 struct PIPlatformHeader {
     std::uint64_t id = 0;
-    std::string name;
-    std::string icon;
+    std::string name;  ///< UTF-8; several platforms may have the same
+    std::string icon;  ///< one of the host's own; a host takes what it does not know for its usual one
 };
 
 /// Where a platform is at one time.
 struct PIDataPoint {
-    double timeSeconds = 0.0;
+    double timeSeconds = 0.0;  ///< since the start of the reference year
     double latRad = 0.0;
     double lonRad = 0.0;
-    double altMeters = 0.0;
+    double altMeters = 0.0;   ///< above the WGS-84 ellipsoid
     double headingRad = 0.0;  ///< clockwise from north
-    double pitchRad = 0.0;
-    double rollRad = 0.0;
+    double pitchRad = 0.0;    ///< nose up
+    double rollRad = 0.0;     ///< right side down
     double speedMetersPerSecond = 0.0;
 };
 
@@ -42,7 +42,7 @@ struct HeaderRequest {
 };
 struct DataPointRequest {
     std::uint64_t id = 0;
-    double timeSeconds = 0.0;
+    double timeSeconds = 0.0;  ///< an argument, too: since the start of the reference year
     PIDataPoint point;
 };
 struct CreatePlatformRequest {

@@ -115,9 +115,7 @@ class Host final : public PIServiceTable {
             case Service::CreateLabel:
                 return create<PI_DATA_POINTER_AND_STRING>(data);
             case Service::CreateHorizontalMatrix:
-            case Service::CreateVerticalMatrix:
                 return create<PI_DATA_POINTER_AND_INT>(data);
-            case Service::CreateSwitcher:
             case Service::CreateCanvas:
             case Service::CreateHorizontalFrame:
             case Service::CreateVerticalFrame:
@@ -131,9 +129,6 @@ class Host final : public PIServiceTable {
             case Service::OptionMenuAppendOption:
                 return change<PI_DATA_POINTER_INT_AND_STRING>(
                     data, [](Widget& menu, auto& record) { menu.options.push_back(record.text); });
-            case Service::WindowMapFunction:
-                return change<PI_DATA_POINTER_AND_FUNCTION>(
-                    data, [](Widget& widget, auto& record) { widget.callback = record.function; });
             case Service::WindowSetInt:
                 return change<PI_DATA_POINTER_AND_INT>(data, [](Widget& widget, auto& record) {
                     widget.chosen = static_cast<std::size_t>(record.integer);
