@@ -8,7 +8,7 @@ showOnMap("Coastlines");
 lookAt(35.9, 15.9, 640000);
 const ship = addPlatform({ name: "Patrol Ship", lat: 36, lon: 15, heading: 70, speed: 10 });
 
-openEditor(690, 30);
+openEditor(672, 30);
 
 // The ring.
 editor.choose("Shape:", "Circle");
@@ -64,7 +64,7 @@ pictureOfDialog("quick-attach", picker);
 picker.press("OK");
 answerFileDialog(files + "/patrol.zel");
 editor.press("Save As...");
-lookAt(36.2, 15.9, 640000);
+lookAt(35.9, 15.9, 640000);
 movePlatform(ship, { lat: 36.5, lon: 15.9, heading: 45, speed: 0 });
 editor.close();
 pictureOfView("quick-moved");
