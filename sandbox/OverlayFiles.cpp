@@ -64,7 +64,7 @@ OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
     report.addUnterminatedBlock();
     overlay.messages = std::move(report.messages);
     if (!overlay.isStream()) {
-        for (OverlayNote& note : notesOn(shapes, directoryOf(overlay)))
+        for (OverlayNote& note : notesOn(shapes, directoryOf(overlay), overlay.platform != 0))
             overlay.messages.push_back({report.shapeLines[note.shape],
                                         note.isFault ? halNotify::Warning : halNotify::Notice,
                                         std::move(note.text)});
@@ -108,6 +108,7 @@ LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t pla
 bool OverlayFiles::reload(LoadedOverlay& overlay) {
     LoadedOverlay fresh(scene_);
     fresh.path = overlay.path;
+    fresh.platform = overlay.platform;
     if (const std::string error = UTILS::readFile(overlay.path, fresh.text); !error.empty()) {
         log_.add(halNotify::Error, "host",
                  QString("%1 cannot be opened: %2").arg(overlay.describe(), QString::fromStdString(error)));
@@ -146,12 +147,16 @@ void OverlayFiles::show(LoadedOverlay& overlay, bool shown) {
     if (!overlay.isStream()) emit filesChanged();
 }
 
+std::vector<LoadedOverlay*> OverlayFiles::findAll(const std::string& path) const {
+    auto found = files();
+    std::erase_if(found,
+                  [whole = wholePath(path)](const LoadedOverlay* overlay) { return overlay->path != whole; });
+    return found;
+}
+
 LoadedOverlay* OverlayFiles::find(const std::string& path) const {
-    if (path.empty()) return nullptr;
-    const std::string whole = wholePath(path);
-    for (LoadedOverlay* overlay : files())
-        if (overlay->path == whole) return overlay;
-    return nullptr;
+    const auto found = findAll(path);
+    return found.empty() ? nullptr : found.front();
 }
 
 std::vector<LoadedOverlay*> OverlayFiles::files() const {
@@ -166,15 +171,16 @@ std::vector<LoadedOverlay*> OverlayFiles::streams() const {
     return found;
 }
 
-void OverlayFiles::addObserver(PIHALVIS::ZELEventObserver* observer, Plugin* owner) {
+bool OverlayFiles::addObserver(PIHALVIS::ZELEventObserver* observer, Plugin* owner) {
+    if (std::ranges::find(observers_, observer, &Observer::observer) != observers_.end()) return false;
     observers_.push_back({observer, owner});
+    return true;
 }
 
-bool OverlayFiles::removeObserver(PIHALVIS::ZELEventObserver* observer) {
-    const auto at = std::ranges::find(observers_, observer, &Observer::observer);
-    if (at == observers_.end()) return false;
-    observers_.erase(at);
-    return true;
+bool OverlayFiles::removeObserver(PIHALVIS::ZELEventObserver* observer, const Plugin* owner) {
+    return std::erase_if(observers_, [observer, owner](const Observer& entry) {
+               return entry.observer == observer && entry.owner == owner;
+           }) > 0;
 }
 
 int OverlayFiles::removeObservers(const Plugin* owner) {

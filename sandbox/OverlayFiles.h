@@ -60,15 +60,19 @@ class OverlayFiles : public QObject {
     void unload(LoadedOverlay& overlay);
     void show(LoadedOverlay& overlay, bool shown);
 
-    /// The file's overlay, found whatever way its path is written; null when it is not loaded.
+    /// The file's overlays, found whatever way its path is written: one for each platform that it was
+    /// loaded for.
+    std::vector<LoadedOverlay*> findAll(const std::string& path) const;
+    /// The first of them; null when the file is not loaded.
     LoadedOverlay* find(const std::string& path) const;
     /// Files, in the order of their loading.
     std::vector<LoadedOverlay*> files() const;
     std::vector<LoadedOverlay*> streams() const;
 
-    void addObserver(PIHALVIS::ZELEventObserver* observer, Plugin* owner);
-    /// False for an observer that is not registered.
-    bool removeObserver(PIHALVIS::ZELEventObserver* observer);
+    /// False for an observer that is registered already.
+    bool addObserver(PIHALVIS::ZELEventObserver* observer, Plugin* owner);
+    /// False for an observer that the plug-in has not registered.
+    bool removeObserver(PIHALVIS::ZELEventObserver* observer, const Plugin* owner);
     /// Removes the plug-in's observers. \return how many there were
     int removeObservers(const Plugin* owner);
 

@@ -17,9 +17,12 @@ struct OverlayNote {
     std::string text;
 };
 
-/// What the view does not show as the shapes ask for: heights above another datum than WGS-84, and picture
-/// files that cannot be read, which are faults. One note each, in the order of the shapes.
-/// `directory`: from which the names of picture files count.
-std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::string& directory);
+/// What the view does not show as the shapes ask for: heights above another datum than WGS-84; and, which are
+/// faults, picture files that cannot be read and shapes that cannot be drawn. One note each, in the order of
+/// the shapes.
+/// `directory`: from which the names of picture files count. `attached`: whether there is a platform that
+/// relative positions count from.
+std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::string& directory,
+                                 bool attached);
 
 }  // namespace sandbox

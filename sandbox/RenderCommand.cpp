@@ -171,7 +171,7 @@ bool load(const QString& file, OverlayScene& scene) {
     if (shapes.empty()) std::fprintf(stderr, "%s: holds no shape\n", path.c_str());
     bool good = report.messages.empty() && report.unterminatedBlock == 0 && !shapes.empty();
     const std::string directory = QFileInfo(file).absolutePath().toStdString();
-    for (const OverlayNote& note : notesOn(shapes, directory)) {
+    for (const OverlayNote& note : notesOn(shapes, directory, false)) {
         std::fprintf(stderr, "%s:%zu: %s\n", path.c_str(), report.shapeLines[note.shape], note.text.c_str());
         good = good && !note.isFault;
     }

@@ -65,8 +65,11 @@ bool UserFiles::open(const QString& path) {
 }
 
 bool UserFiles::openOverlay(const QString& path) {
-    if (LoadedOverlay* loaded = overlays_.find(path.toStdString())) return overlays_.reload(*loaded);
-    return overlays_.loadFile(path.toStdString(), 0, true) != nullptr;
+    const auto loaded = overlays_.findAll(path.toStdString());
+    if (loaded.empty()) return overlays_.loadFile(path.toStdString(), 0, true) != nullptr;
+    bool good = true;
+    for (LoadedOverlay* overlay : loaded) good = overlays_.reload(*overlay) && good;
+    return good;
 }
 
 bool UserFiles::openPlatforms(const QString& path) {
@@ -99,8 +102,8 @@ bool UserFiles::openPlatforms(const QString& path) {
 
 void UserFiles::attach(const QString& path, std::uint64_t platform) {
     const std::string overlay = path.toStdString();
-    for (const LoadedOverlay* loaded : overlays_.files())
-        if (loaded->path == overlay && loaded->platform == platform) return;
+    for (const LoadedOverlay* loaded : overlays_.findAll(overlay))
+        if (loaded->platform == platform) return;
     overlays_.loadFile(overlay, platform, true);
 }
 
@@ -145,8 +148,8 @@ void UserFiles::readChanged() {
         }
         if (platformFiles_.contains(path))
             openPlatforms(path);
-        else if (LoadedOverlay* loaded = overlays_.find(path.toStdString()))
-            overlays_.reload(*loaded);
+        else if (overlays_.find(path.toStdString()))
+            openOverlay(path);
     }
     // A file that was replaced is not watched any more.
     watch();

@@ -101,13 +101,13 @@ void addObservers(Host& host) {
                       {.pointers = 1}, [&host](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
                           auto* observer = arguments.pointer<PIHALVIS::ZELEventObserver>(0);
                           if (!observer) return call.misuse("no observer");
-                          host.overlays().addObserver(observer, &call.plugin());
-                          return 1;
+                          if (host.overlays().addObserver(observer, &call.plugin())) return 1;
+                          return call.misuse("registered already");
                       });
     table.addSelected(Id::OverlayFiles, Selector::RemoveObserver, "remove overlay observer", {.pointers = 1},
                       [&host](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
                           auto* observer = arguments.pointer<PIHALVIS::ZELEventObserver>(0);
-                          if (host.overlays().removeObserver(observer)) return 1;
+                          if (host.overlays().removeObserver(observer, &call.plugin())) return 1;
                           return call.misuse("unknown observer");
                       });
 }

@@ -59,6 +59,20 @@ writeFile(live, circle(3000));
 assert(openOverlay(live), "it can be opened again");
 assertEqual(overlay("live.zel").text, circle(3000));
 
+// One file on two platforms, named by a detour: both overlays are read again, and no third one comes.
+writeFile(folder + "/ring.zel", circle(1000));
+const detour = "../" + folder.split("/").pop() + "/ring.zel";
+const pair = lat => `time,name,lat,lon,overlay\n0,A,${lat},2,${detour}\n0,B,${lat},3,${detour}\n`;
+writeFile(folder + "/pair.csv", pair(1));
+assert(openOverlay(folder + "/pair.csv"));
+const rings = () => overlays().filter(entry => entry.name === "ring.zel").map(entry => entry.text);
+assertEqual(rings(), [circle(1000), circle(1000)]);
+writeFile(folder + "/ring.zel", circle(2000));
+waitFor(() => rings().every(text => text === circle(2000)), "both are read again");
+writeFile(folder + "/pair.csv", pair(4));
+waitFor(() => named("A").lat === 4, "the platforms are moved");
+assertEqual(rings().length, 2);
+
 // Bad files: a message with the place, and what is good is shown.
 const bad = folder + "/bad.csv";
 writeFile(bad, "time,name,lat,lon\n0,Good,1,2\n0,Bad,north,2\n");

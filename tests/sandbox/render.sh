@@ -26,6 +26,11 @@ printf 'start\nannotation A\nll 1 1\nend\nstart\n# kml_groundoverlay\n# kml_icon
 expect 1 "$work/picture.zel:5: picture none.png cannot be read" "$work/picture.zel" -o "$work/e.png"
 cp "$samples/chart.png" "$work/none.png"
 expect 0 '' "$work/picture.zel" -o "$work/e.png"
+printf 'start\nline\nxy 0 0\nxy 5 5\nend\nstart\ncircle\ncenterll 1 1\nend\nstart\ncircle\noff\nend\nstart\nline\nxy 1 0\nxy 5 5\nend\n' \
+    >"$work/lacking.zel"
+expect 1 "$work/lacking.zel:1: is not drawn: it has no \"ref\", or a platform that it is attached to (2 shapes in all)" \
+    "$work/lacking.zel" -o "$work/l.png"
+expect 1 "$work/lacking.zel:6: is not drawn: it has no radius" "$work/lacking.zel" -o "$work/l.png"
 # For print: the same bytes each time; a circle's half behind the earth is not there, nor is a shape that is off.
 printf 'start\ncircle\ncenterll 0 90\nradius 3000\nrangeunits km\nlinecolor red\nend\nstart\nline\nll 0 -100\nll 0 100\nlinecolor blue\noff\nend\nstart\nannotation Here_&_there\nll 0 10\nlinecolor green\nend\nstart\npolygon\nll -5 -5\nll -5 5\nll 5 5\nll 5 -5\nfilled\nfillcolor hex 80ffff00\nlinecolor white\nend\n' >"$work/print.zel"
 for name in a b; do
