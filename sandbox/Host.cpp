@@ -116,7 +116,7 @@ void Host::connectView() {
 }
 
 bool Host::passMouse(const ViewMouseEvent& event) {
-    cursor_ = {event.x, event.y};
+    cursor_ = QPoint(event.x, event.y);
     return tellPlugins(typeOf(event.kind),
                        {event.x, event.y, modifiersOf(event.modifiers), event.wheelDelta});
 }
@@ -128,8 +128,11 @@ bool Host::tellPlugins(PIMouseEventType_t type, const PIGUI::PIMouseEvent& event
 }
 
 bool Host::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &view() && event->type() == QEvent::Leave)
-        tellPlugins(PIMouseEventType_t::Leave, {cursor_.x(), cursor_.y(), 0, 0});
+    if (watched == &view() && event->type() == QEvent::Leave) {
+        const QPoint last = cursor_.value_or(QPoint(-1, -1));
+        tellPlugins(PIMouseEventType_t::Leave, {last.x(), last.y(), 0, 0});
+        cursor_.reset();
+    }
     return false;
 }
 

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "sandbox/CallTrace.h"
@@ -59,8 +60,8 @@ class Host : public QObject {
     void closePlugins();
     const std::vector<std::unique_ptr<Plugin>>& plugins() const { return plugins_; }
 
-    /// The mouse's last place in the view, widget pixels; negative before the first event.
-    QPoint cursor() const { return cursor_; }
+    /// The mouse's place in the view, widget pixels; nothing while it is elsewhere.
+    std::optional<QPoint> cursor() const { return cursor_; }
     UserFiles& files() { return *files_; }
     /// Builds and pops up the menu that a right click in the overlay panel opens.
     void openOverlayMenu(const std::vector<void*>& handles, const QPoint& globalPosition);
@@ -108,7 +109,7 @@ class Host : public QObject {
     ClockBar* clockBar_;
     std::vector<std::unique_ptr<Plugin>> plugins_;
     QTimer overlayPanelSoon_;
-    QPoint cursor_{-1, -1};
+    std::optional<QPoint> cursor_;
 };
 
 }  // namespace sandbox

@@ -138,9 +138,10 @@ void ScriptView::setCamera(const QVariantMap& values) {
 
 QVariant ScriptView::cursor() {
     return step([&]() -> QVariant {
-        const QPoint pixel = host().cursor();
-        if (!host().view().camera().pick(pixel.x(), pixel.y())) return QVariant::fromValue(nullptr);
-        return ground(pixel);
+        const auto pixel = host().cursor();
+        if (!pixel || !host().view().camera().pick(pixel->x(), pixel->y()))
+            return QVariant::fromValue(nullptr);
+        return ground(*pixel);
     });
 }
 

@@ -114,7 +114,8 @@ void addPublishedServices(Host& host) {
         [&host](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
             auto& services = host.registrations().services;
             const auto at = services.find(arguments.text(0));
-            if (at == services.end() || at->second.interface != arguments.pointer(0)) {
+            if (at == services.end() || at->second.interface != arguments.pointer(0) ||
+                at->second.owner != &call.plugin()) {
                 return call.misuse(QString("service \"%1\" is not published").arg(arguments.string(0)));
             }
             services.erase(at);

@@ -15,19 +15,24 @@ void addContextMenuServices(Host& host) {
     using Selector = PISelector::ContextMenu;
     ServiceTable& table = host.services();
     auto& callbacks = host.registrations().menuCallbacks;
-    table.addSelected(Id::ContextMenu, Selector::Register, "register menu callback", {.pointers = 1},
-                      [&callbacks](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
-                          auto* callback = arguments.pointer<PIHALVIS::ContextMenuCallbackV3>(0);
-                          if (!callback) return call.misuse("no callback");
-                          callbacks.push_back({callback, &call.plugin()});
-                          return 1;
-                      });
+    table.addSelected(
+        Id::ContextMenu, Selector::Register, "register menu callback", {.pointers = 1},
+        [&callbacks](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
+            auto* callback = arguments.pointer<PIHALVIS::ContextMenuCallbackV3>(0);
+            if (!callback) return call.misuse("no callback");
+            if (std::ranges::find(callbacks, callback, &PluginRegistrations::MenuCallback::callback) !=
+                callbacks.end())
+                return call.misuse("registered already");
+            callbacks.push_back({callback, &call.plugin()});
+            return 1;
+        });
     table.addSelected(Id::ContextMenu, Selector::Remove, "remove menu callback", {.pointers = 1},
                       [&callbacks](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
                           const auto at = std::ranges::find(
                               callbacks, arguments.pointer<PIHALVIS::ContextMenuCallbackV3>(0),
                               &PluginRegistrations::MenuCallback::callback);
-                          if (at == callbacks.end()) return call.misuse("unknown callback");
+                          if (at == callbacks.end() || at->owner != &call.plugin())
+                              return call.misuse("unknown callback");
                           callbacks.erase(at);
                           return 1;
                       });

@@ -31,6 +31,7 @@ void addDialogBox(Host& host) {
             if (record.pointer) {
                 const auto* parent = call.object<HostWidget>(record.pointer, "window");
                 if (!parent) return 0;
+                if (!parent->widget()) return call.misuse(parent->describe() + " stands in no window");
                 owner = parent->widget()->window();
             }
             return asResult(call.keep(std::make_unique<DialogBox>(owner, record.text)));

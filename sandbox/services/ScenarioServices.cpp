@@ -1,6 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the OverlayEditor authors
 // SPDX-License-Identifier: MIT
 
+#include <cmath>
+#include <numbers>
+
 #include "sandbox/Host.h"
 #include "sandbox/services/Services.h"
 
@@ -9,6 +12,11 @@ namespace sandbox {
 namespace {
 
 using Id = PIServerFunctions_t;
+
+bool isPlace(const PIData::PIDataPoint& point) {
+    return std::abs(point.latRad) <= std::numbers::pi / 2 && std::isfinite(point.lonRad) &&
+           std::isfinite(point.altMeters);
+}
 
 void addQuestions(Host& host) {
     ServiceTable& table = host.services();
@@ -58,6 +66,8 @@ void addPlatformData(Host& host) {
                               [&host](ServiceCall& call, PI_DATA_STRUCT& record) -> PIServiceResult {
                                   auto* request = static_cast<PIData::DataPointRequest*>(record.pointer);
                                   if (!request) return call.misuse("no request");
+                                  if (!std::isfinite(request->timeSeconds))
+                                      return call.misuse("not a finite number");
                                   const auto point = host.scenario().at(request->id, request->timeSeconds);
                                   if (!point) return 0;
                                   request->point = *point;
@@ -73,6 +83,7 @@ void addChanges(Host& host) {
                           if (!request) return call.misuse("no request");
                           if (request->frame != PIData::CoordReferenceFrame::Geodetic)
                               return call.misuse("unknown reference frame");
+                          if (!isPlace(request->point)) return call.misuse("not a place on the earth");
                           const std::uint64_t id =
                               host.scenario().add(request->header, request->point, &call.plugin());
                           arguments.give(static_cast<std::int64_t>(id));

@@ -50,11 +50,15 @@ void addCamera(Host& host) {
                       });
 }
 
-PIServiceResult giveGround(Host& host, const ServiceCall& call, Arguments& arguments, double x, double y,
-                           std::int64_t datum) {
-    if (datum != static_cast<std::int64_t>(PIData::PIVerticalDatum_t::WGS84) &&
-        datum != static_cast<std::int64_t>(PIData::PIVerticalDatum_t::MeanSeaLevel))
-        return call.misuse(QString("unknown vertical datum %1").arg(datum));
+bool isDatum(const ServiceCall& call, std::int64_t datum) {
+    if (datum == static_cast<std::int64_t>(PIData::PIVerticalDatum_t::WGS84) ||
+        datum == static_cast<std::int64_t>(PIData::PIVerticalDatum_t::MeanSeaLevel))
+        return true;
+    call.misuse(QString("unknown vertical datum %1").arg(datum));
+    return false;
+}
+
+PIServiceResult giveGround(Host& host, Arguments& arguments, double x, double y) {
     const auto ground = host.view().camera().pick(x, y);
     if (!ground) return 0;
     givePosition(arguments, *ground);
@@ -66,18 +70,21 @@ void addCursor(Host& host) {
     ServiceTable& table = host.services();
     table.addSelected(Id::Cursor, Selector::LlaAtPixel, "position at a pixel", {.integers = 3},
                       [&host](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
-                          return giveGround(host, call, arguments, static_cast<double>(arguments.integer(0)),
-                                            static_cast<double>(arguments.integer(1)), arguments.integer(2));
+                          if (!isDatum(call, arguments.integer(2))) return 0;
+                          return giveGround(host, arguments, static_cast<double>(arguments.integer(0)),
+                                            static_cast<double>(arguments.integer(1)));
                       });
     table.addSelected(Id::Cursor, Selector::LlaAtCursor, "position at the cursor", {.integers = 1},
                       [&host](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
-                          const QPoint cursor = host.cursor();
-                          return giveGround(host, call, arguments, cursor.x(), cursor.y(),
-                                            arguments.integer(0));
+                          const auto cursor = host.cursor();
+                          if (!isDatum(call, arguments.integer(0)) || !cursor) return 0;
+                          return giveGround(host, arguments, cursor->x(), cursor->y());
                       });
     table.addSelected(Id::Cursor, Selector::PlatformAtCursor, "platform at the cursor", {},
                       [&host](ServiceCall&, Arguments& arguments) -> PIServiceResult {
-                          const auto id = host.view().platformAt(host.cursor().x(), host.cursor().y());
+                          const auto cursor = host.cursor();
+                          const auto id =
+                              cursor ? host.view().platformAt(cursor->x(), cursor->y()) : std::nullopt;
                           arguments.give(static_cast<std::int64_t>(id.value_or(0)));
                           return 1;
                       });

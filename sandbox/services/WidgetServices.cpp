@@ -27,8 +27,24 @@ PIServiceResult place(const ServiceCall& call, void* parentHandle, std::unique_p
     return asResult(kept);
 }
 
+/// What goes with a dialog or a menu item although it stands beside it: dialogs over it, items of its
+/// submenu.
+std::vector<HostWidget*> dependantsOf(const HandleRegistry& handles, const HostWidget& widget) {
+    std::vector<HostWidget*> found;
+    if (const auto* dialog = dynamic_cast<const DialogBox*>(&widget)) {
+        for (DialogBox* other : handles.all<DialogBox>())
+            if (other->widget() && other->widget()->parentWidget() == dialog->widget())
+                found.push_back(other);
+    } else if (const auto* menu = dynamic_cast<const MenuItem*>(&widget)) {
+        for (MenuItem* item : handles.all<MenuItem>())
+            if (menu->holds(*item)) found.push_back(item);
+    }
+    return found;
+}
+
 /// Destroys a widget with everything in it, innermost first.
 void destroy(HandleRegistry& handles, HostWidget& widget) {
+    for (HostWidget* dependant : dependantsOf(handles, widget)) destroy(handles, *dependant);
     if (auto* container = dynamic_cast<ContainerWidget*>(&widget))
         while (!container->children().empty()) destroy(handles, *container->children().back());
     handles.remove(widget.handle());

@@ -301,10 +301,10 @@ void GlobeView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void GlobeView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) {
-        listenerTakes(describe(*event, ViewMouseEvent::Kind::DoubleClick));
+    // Who does not care for double clicks gets the second press as a press, the view itself included.
+    if (event->button() == Qt::LeftButton &&
+        listenerTakes(describe(*event, ViewMouseEvent::Kind::DoubleClick)))
         return;
-    }
     mousePressEvent(event);
 }
 

@@ -12,6 +12,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <cmath>
 
 #include "common/Notify.h"
 #include "common/NumberText.h"
@@ -207,6 +208,11 @@ bool SpinnerWidget::setInteger(std::int32_t value) {
     const QSignalBlocker blocker(spinner_);
     spinner_->setValue(value);
     return true;
+}
+
+bool SpinnerWidget::setReal(double value) {
+    if (std::isnan(value)) return false;
+    return setInteger(static_cast<std::int32_t>(std::clamp(value, -9999.0, 9999.0)));
 }
 
 bool SpinnerWidget::setText(const QString& text) {

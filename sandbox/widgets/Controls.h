@@ -73,7 +73,7 @@ class SpinnerWidget final : public HostWidget {
     explicit SpinnerWidget(std::int32_t style);
     const char* kind() const override { return "spinner"; }
     bool setInteger(std::int32_t value) override;
-    bool setReal(double value) override { return setInteger(static_cast<std::int32_t>(value)); }
+    bool setReal(double value) override;
     bool setText(const QString& text) override;
     std::optional<QString> text() const override { return spinner_->text(); }
     std::optional<std::int64_t> integer() const override { return spinner_->value(); }

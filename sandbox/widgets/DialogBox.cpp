@@ -4,6 +4,7 @@
 #include "sandbox/widgets/DialogBox.h"
 
 #include "pi/HostStructures.h"
+#include "sandbox/Plugin.h"
 #include "sandbox/widgets/Caption.h"
 #include "sandbox/widgets/DialogWindow.h"
 
@@ -108,7 +109,9 @@ void DialogBox::open() {
 
 void DialogBox::userClosed() {
     widget()->hide();
-    if (observer_) observer_->onClose(wrapper());
+    if (!observer_) return;
+    owner()->enter("close observer of " + describe(),
+                   [observer = observer_, wrapper = wrapper()] { observer->onClose(wrapper); });
 }
 
 }  // namespace sandbox

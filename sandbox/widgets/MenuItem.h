@@ -30,6 +30,10 @@ class MenuItem final : public HostWidget {
     QAction& action() const { return *action_; }
     /// The submenu of this entry, made on first use.
     QMenu& submenu();
+    /// Whether the item stands in it.
+    bool holds(const MenuItem& item) const {
+        return submenu_ && item.action_ && item.action_->parent() == submenu_;
+    }
 
   private:
     QPointer<QAction> action_;

@@ -5,6 +5,7 @@
 include("lib/probe.js");
 open();
 const radians = Math.PI / 180;
+assertEqual(command("at-cursor"), "off the earth", "the mouse has not been in the view");
 
 // The camera looks where the plug-in says; its eye stands above the centre at the range.
 command(`look ${47 * radians} ${8 * radians} 50000 0 ${Math.PI / 2}`);
@@ -47,6 +48,10 @@ assertEqual(said().map(line => line.replace("mouse ", "")), [
     "5 at 5,6 modifiers 0 wheel 0", "9 at 7,8 modifiers 0 wheel -240", "8 at 7,8 modifiers 0 wheel 0"]);
 view.doubleClick({ x: 9, y: 9 });
 assertEqual(said().map(line => line.split(" ")[1]), ["0", "1", "7", "1"]);
+command("mouse pass");
+view.doubleClick({ x: 9, y: 9 });
+assertEqual(said().map(line => line.split(" ")[1]), ["0", "1", "7", "0", "1"], "nobody's double click is a press");
+command("mouse consume");
 const before = view.camera;
 view.drag({ lat: 0, lon: 0 }, { lat: 10, lon: 10 });
 view.wheel(0, 0, 3);

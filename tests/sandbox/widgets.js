@@ -110,6 +110,12 @@ assert(!probe.shown);
 assertEqual(said(), ["dialog closed"]);
 open();
 
+// An observer's exception stays with the plug-in.
+command("second-dialog");
+assertEqual(misuses(() => dialog("Second").close()),
+            ['Probe: an exception left close observer of dialog "Second"']);
+command("destroy second");
+
 // Destroying a widget takes what stands in it along.
 command("destroy switcher");
 assert(!probe.has("Page two"));

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the OverlayEditor authors
 // SPDX-License-Identifier: MIT
 
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <sstream>
@@ -112,6 +113,12 @@ std::string Commands::widgets(const Words& words) {
     } else if (verb == "page") {
         ask(Id::SwitcherSetCurrent,
             {.integers = {integer(words, 1)}, .pointers = {gallery_.widget("switcher"), nullptr}});
+    } else if (verb == "second-dialog") {
+        void* second = gallery_.keep(
+            "second", call<PI_DATA_POINTER_AND_STRING>(Id::CreateDialogBox, gallery_.dialog_, "Second"));
+        call<PI_DATA_POINTER_AND_POINTER>(Id::DialogRegisterCloseObserver, second,
+                                          static_cast<PIGUI::PICloseObserver*>(&gallery_.throwingObserver_));
+        call(Id::DialogShow, second);
     } else if (verb == "destroy") {
         gallery_.destroy(words[1]);
     } else if (verb == "icon") {
@@ -438,6 +445,29 @@ std::string Commands::misuse(const Words& words) {
         ask(Id::Camera, PISelector::Camera::SetCenter, {.reals = {0.1, 0.2}});
     } else if (kind == "not-finite") {
         ask(Id::Camera, PISelector::Camera::SetCenter, {.reals = {0.1, 1.0 / 0.0, 0.0}});
+    } else if (kind == "nowhere") {
+        PIData::CreatePlatformRequest request;
+        request.point.latRad = 7.0;
+        ask(Id::CreateEntity, PISelector::CreateEntity::Platform, {.pointers = {&request}});
+    } else if (kind == "never") {
+        PIData::DataPointRequest request;
+        request.timeSeconds = std::nan("");
+        call<PI_DATA_STRUCT>(Id::GetDataPoint, &request);
+    } else if (kind == "observer-twice") {
+        for (const char* verb : {"observe", "observe", "unobserve"}) overlay({verb});
+    } else if (kind == "menu-as-window") {
+        call<PI_DATA_POINTER_AND_STRING>(Id::CreateDialogBox, gallery_.menuItem_, "Nowhere");
+    } else if (kind == "dialog-gone" || kind == "item-gone") {
+        const auto make = [&](void* parent) {
+            return reinterpret_cast<void*>(
+                kind == "dialog-gone"
+                    ? call<PI_DATA_POINTER_AND_STRING>(Id::CreateDialogBox, parent, "Box")
+                    : call<PI_DATA_POINTER_STRING_AND_FUNCTION>(Id::CreateMenuItem, parent, "Item", nullptr));
+        };
+        void* outer = make(nullptr);
+        void* inner = make(outer);
+        call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, outer, nullptr);
+        call<PI_DATA_POINTER_AND_STRING>(Id::WindowSetString, inner, "Still there");
     } else if (kind == "identity") {
         PI_DATA_POINTER_AND_INT record(text, 1);
         services->handle(&gallery_, Id::WindowSetInt, &record);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,9 @@ class Gallery {
     struct CloseObserver final : PIGUI::PICloseObserver {
         void onClose(PIObject*) override { say("dialog closed"); }
     } closeObserver_;
+    struct ThrowingObserver final : PIGUI::PICloseObserver {
+        void onClose(PIObject*) override { throw std::runtime_error("thrown on purpose"); }
+    } throwingObserver_;
     struct OverlayObserver final : PIHALVIS::ZELEventObserver {
         void addedZEL(void* overlay) override { say(overlay ? "overlay added" : "null overlay added"); }
         void removedZEL(void* overlay) override { say(overlay ? "overlay removed" : "null overlay removed"); }
