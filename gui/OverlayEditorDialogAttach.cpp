@@ -103,7 +103,8 @@ void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
 
 void OverlayEditorDialog::updateAttachControls_() {
     const Shape* const shape = current_();
-    widgets_->attach.setControlsEnabled((shape && shape->canAttach()) || overlay_->attachedPlatformId() != 0);
+    const bool canAttach = (shape && shape->canAttach()) || fromNowhere_;
+    widgets_->attach.setControlsEnabled(canAttach || overlay_->attachedPlatformId() != 0);
 }
 
 void OverlayEditorDialog::followPlatform_() {

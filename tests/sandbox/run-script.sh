@@ -23,7 +23,11 @@ if [ "${SMALL_DISKS:-}" = here ]; then
     ln -s /dev/full "$FULL_DISK/device.zel"
     mount -t tmpfs -o ro none "$READ_ONLY_DISK"
 fi
-output=$("$root/scripts/headless" env ${SANDBOX_SCALE:+QT_SCALE_FACTOR=$SANDBOX_SCALE} "$sandbox" --settings "${SANDBOX_SETTINGS:-$work/settings.ini}" --plugin "$plugin" --size "${SANDBOX_SIZE:-1200x800}" \
+# What is saved without being asked for a place must not end among the user's own files.
+mkdir "$work/home"
+places=(HOME="$work/home" XDG_CACHE_HOME="${XDG_CACHE_HOME:-$HOME/.cache}")
+output=$("$root/scripts/headless" env "${places[@]}" ${SANDBOX_SCALE:+QT_SCALE_FACTOR=$SANDBOX_SCALE} "$sandbox" \
+    --settings "${SANDBOX_SETTINGS:-$work/settings.ini}" --plugin "$plugin" --size "${SANDBOX_SIZE:-1200x800}" \
     --palette "${SANDBOX_PALETTE:-system}" --script "$script" ${PICTURES:+"$PICTURES"} 2>&1)
 status=$?
 echo "$output"

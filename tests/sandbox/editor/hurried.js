@@ -77,7 +77,6 @@ for (const known of [true, false]) {
     if (!known) {
         assert(editor.checked("ZEL Reference Point"), "the file does not name its ship");
         editor.uncheck("ZEL Reference Point");
-        editor.select("All Shapes", "Route");
         editor.check("Attach:");
         picker.select("", "Ship");
         picker.press("OK");
