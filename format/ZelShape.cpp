@@ -71,7 +71,7 @@ int ZelShape::getDrawn(bool& out) const {
     return getField(drawn_, out, true);
 }
 int ZelShape::getDepthBufferActive(bool& out) const {
-    return getField(depthBuffer_, out, false);
+    return getField(depthBuffer_, out, true);
 }
 int ZelShape::getAltitudeOffset(double& metres) const {
     return getExtra_(&Extras::altitudeOffset, metres, 0.0);

@@ -166,6 +166,7 @@ LineFate fateOfAttribute(P parameter, const LineTokens& tokens, const ZEL::ZelSh
         case P::VerticalDatum:
             return keptIf(value == "wgs84", kDropped);
         case P::DepthBuffer:
+            return keptIf(UTILS::stringIsTrueToken(value), kDropped);
         case P::Tessellate:
         case P::ExtrudeHeight:
             return keptIf(!UTILS::stringIsTrueToken(value) && tokens.count() == 2, kDropped);

@@ -6,9 +6,25 @@
 #include <type_traits>
 #include <utility>
 
+#include "format/Annotation.h"
 #include "model/ColorBytes.h"
 
 namespace OverlayEditor {
+
+namespace {
+
+/// A label without a font of its own looks as its file means it, not as one that the user begins.
+void useFontOfFiles(AnnotationShape& label) {
+    const halCore::ZEL::Annotation unset(false);
+    std::string name;
+    int size = 0;
+    unset.getFontName(name);
+    unset.getTextSize(size);
+    label.setFontName(name);
+    label.setFontSize(size);
+}
+
+}  // namespace
 
 template <typename Concrete>
 void SerializeToShape::begin_(std::unique_ptr<Concrete> shape, Concrete* Faces::*face) {
@@ -65,6 +81,7 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
             break;
         case Annotation:
             begin_(std::make_unique<AnnotationShape>(preferences_), &Faces::annotation);
+            useFontOfFiles(*as_.annotation);
             break;
         case Cone:
             cylinder(CylinderShape::Cone);

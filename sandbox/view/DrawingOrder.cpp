@@ -26,18 +26,18 @@ auto lookOf(const ZEL::PointBasedShape& shape) {
     ZEL::LineStyle stroke = ZEL::LineStyle::Solid;
     bool outlined = true;
     bool filled = false;
-    bool tested = false;
+    bool tested = true;
     shape.getLineColor(line);
     shape.getFillColor(fill);
     shape.getLineWidth(width);
     shape.getLineStyle(stroke);
     shape.getOutlined(outlined);
     shape.getFilled(filled);
-    const bool said = shape.getDepthBufferActive(tested) == 0;
+    shape.getDepthBufferActive(tested);
     const auto bytes = [](const ZEL::Color& c) {
         return std::tuple(c.red(), c.green(), c.blue(), c.alpha());
     };
-    return std::tuple(bytes(line), bytes(fill), width, stroke, outlined, filled, said && !tested);
+    return std::tuple(bytes(line), bytes(fill), width, stroke, outlined, filled, tested);
 }
 
 /// The square of ten degrees in which a shape begins.

@@ -655,7 +655,8 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
         appendPicture(*picture, placement, out);
 
     bool tested = true;
-    if (shape.getDepthBufferActive(tested) != 0 || tested) return;
+    shape.getDepthBufferActive(tested);
+    if (tested) return;
     for (std::size_t i = lines; i < out.lines.size(); ++i) out.lines[i].overBodies = true;
     for (std::size_t i = meshes; i < out.meshes.size(); ++i) out.meshes[i].overBodies = true;
 }

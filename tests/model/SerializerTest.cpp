@@ -217,6 +217,19 @@ TEST_F(SerializerTest, EachTypeHasItsClasses) {
     }
 }
 
+TEST_F(SerializerTest, LabelsLookAsTheHostDrawsTheirFile) {
+    SerializeToShape shapes(preferences);
+    std::istringstream text(
+        "start\nannotation A\nll 1 2\nend\nstart\nannotation B\nll 1 2\nfontsize 20\nend\n");
+    ASSERT_EQ(ZelToSerializer().load(shapes, text, 0, "labels.zel"), 0);
+    const auto taken = shapes.shapes();
+    ASSERT_EQ(taken.size(), 2U);
+    const auto& plain = dynamic_cast<const AnnotationShape&>(*taken[0]);
+    EXPECT_EQ(plain.fontName(), "arial.ttf");
+    EXPECT_EQ(plain.fontSize(), 15);
+    EXPECT_EQ(dynamic_cast<const AnnotationShape&>(*taken[1]).fontSize(), 20);
+}
+
 TEST_F(SerializerTest, AnEmptyEntryIsSurvived) {
     SerializeToZel zel;
     const auto text = [&] {
