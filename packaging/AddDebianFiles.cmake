@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 
 # Run by cpack when the files of the packages stand ready: adds what only Debian wants, and packs as Debian does.
+set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
+
 function(gzip file)
   execute_process(COMMAND gzip -9n ${file} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -10,10 +12,13 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   set(root ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr/share)
   string(TOUPPER ${component} upper)
   set(package ${CPACK_DEBIAN_${upper}_PACKAGE_NAME})
-  file(COPY ${CPACK_DEBIAN_FILES}/copyright ${CPACK_DEBIAN_FILES}/changelog DESTINATION ${root}/doc/${package})
+  file(INSTALL ${CPACK_DEBIAN_FILES}/copyright ${CPACK_DEBIAN_FILES}/changelog DESTINATION ${root}/doc/${package})
   gzip(${root}/doc/${package}/changelog)
   if(EXISTS ${CPACK_DEBIAN_FILES}/${package}.lintian-overrides)
-    configure_file(${CPACK_DEBIAN_FILES}/${package}.lintian-overrides ${root}/lintian/overrides/${package} COPYONLY)
+    file(
+      INSTALL ${CPACK_DEBIAN_FILES}/${package}.lintian-overrides
+      DESTINATION ${root}/lintian/overrides
+      RENAME ${package})
   endif()
   file(GLOB pages ${root}/man/*/*.[1-8])
   foreach(page IN LISTS pages)

@@ -18,10 +18,6 @@ echo 'assert(environment("HALVIS_DIR") === args[0], environment("HALVIS_DIR"));'
 env --unset=HALVIS_DIR "$root/scripts/headless" "$prefix/bin/halvis-sandbox" --settings "$work/settings.ini" --script \
     "$work/directory.js" "$prefix/share/halvis-sandbox"
 
-cmake -S "$root/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" >"$work/log"
-cmake --build "$work/consumer" >"$work/log" || { cat "$work/log"; exit 1; }
-"$work/consumer/consumer"
-
 while IFS= read -r -d '' program; do
     ! readelf -d "$program" | grep -E 'RPATH|RUNPATH' || { echo "$program looks into the build tree"; exit 1; }
 done < <(find "$prefix" \( -path '*/bin/*' -o -name '*.so' \) -type f -print0)
