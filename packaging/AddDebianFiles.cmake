@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 
 # Run by cpack when the files of the packages stand ready: adds what only Debian wants, and packs as Debian does.
-set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
+# cpack has left it behind.
+unset(ENV{DESTDIR})
 
 function(gzip file)
   execute_process(COMMAND gzip -9n ${file} COMMAND_ERROR_IS_FATAL ANY)
@@ -24,4 +25,15 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   foreach(page IN LISTS pages)
     gzip(${page})
   endforeach()
+  # Directories have got theirs from the umask.
+  file(
+    CHMOD_RECURSE ${CPACK_TEMPORARY_DIRECTORY}/${component}
+    DIRECTORY_PERMISSIONS
+      OWNER_READ
+      OWNER_WRITE
+      OWNER_EXECUTE
+      GROUP_READ
+      GROUP_EXECUTE
+      WORLD_READ
+      WORLD_EXECUTE)
 endforeach()

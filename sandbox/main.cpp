@@ -124,6 +124,7 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName("OverlayEditor");
     QApplication::setApplicationName("halvis-sandbox");
     QApplication::setApplicationVersion(SANDBOX_VERSION);
+    QApplication::setDesktopFileName("org.overlayeditor.HalvisSandbox");
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     if (render) return sandbox::runRenderCommand(arguments);
     sandbox::announceDataDirectory();
