@@ -10,6 +10,7 @@ cd "$work"
 touch map.zel ships.csv play.js host.so earth.jpg out.svg notes.txt 'two words.zel'
 source "$root/sandbox/halvis-sandbox.bash"
 failed=0
+page=$(sed 's/\\//g' "$root/sandbox/halvis-sandbox.1")
 
 # complete WORD...: what Tab offers for the last word, sorted
 complete_words() {
@@ -39,8 +40,8 @@ for mode in '' --render; do
     # shellcheck disable=SC2086
     "$sandbox" $mode --help >help
     while read -r option; do
-        complete_words $mode "$option" | tr '|' '\n' | grep -qxF -- "$option" || { echo "$mode $option cannot be completed"; failed=1; }
-        sed 's/\\//g' "$root/sandbox/halvis-sandbox.1" | grep -qE -- "(^|[^-a-z])$option([^-a-z]|\$)" ||
+        [[ "|$(complete_words $mode "$option")|" == *"|$option|"* ]] || { echo "$mode $option cannot be completed"; failed=1; }
+        [[ $page =~ (^|[^-a-z])$option([^-a-z]|$) ]] ||
             { echo "$mode $option is not in the manual page"; failed=1; }
     done < <(grep -oE '^ +(-[a-z], )?--[a-z-]+' help | grep -oE -- '--[a-z-]+')
 done

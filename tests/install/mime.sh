@@ -15,5 +15,6 @@ update-desktop-database "$work/data/applications"
 printf 'start\ncircle\nend\n' >"$work/MAP.ZEL"
 type=$(gio info -a standard::content-type "$work/MAP.ZEL" | sed -n 's/.*content-type: //p')
 [ "$type" = text/x-zel ] || { echo "MAP.ZEL is $type"; exit 1; }
-gio mime text/x-zel | grep -q 'Default.*org.overlayeditor.HalvisSandbox.desktop' || { gio mime text/x-zel; exit 1; }
+opener=$(gio mime text/x-zel)
+[[ $opener == *Default*org.overlayeditor.HalvisSandbox.desktop* ]] || { echo "$opener"; exit 1; }
 for icon in org.overlayeditor.HalvisSandbox text-x-zel; do xmllint --noout "$1/$icon.svg"; done
