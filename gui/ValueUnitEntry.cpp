@@ -81,7 +81,9 @@ int ValueUnitEntry::onCmdEdit(PIObject*, void*) {
     double value = 0.0;
     std::string error;
     if (parse_(text, value, error) == 0) {
-        if (const std::string_view reason = refusal(quantity_, value); !reason.empty())
+        std::string_view reason = refusal(quantity_, value);
+        if (reason.empty() && check_) reason = check_(value);
+        if (!reason.empty())
             error.append("Invalid value \"").append(UTILS::excerpt(text)).append("\": ").append(reason);
     }
     if (!error.empty()) {

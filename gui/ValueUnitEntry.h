@@ -3,8 +3,11 @@
 
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "model/Panels.h"
 #include "model/Preferences.h"
@@ -37,6 +40,10 @@ class ValueUnitEntry {
     /// The value with all its digits, edited or not.
     double value() const { return value_; }
 
+    /// Asked about every value that is typed: why it cannot be taken, empty when it can.
+    using Check = std::function<std::string_view(double)>;
+    void setCheck(Check check) { check_ = std::move(check); }
+
     /// Units or precision changed: the unit's text and the value are shown anew.
     void notifyPrefsUpdate();
     void setShown(bool shown);
@@ -54,6 +61,7 @@ class ValueUnitEntry {
     Quantity quantity_;
     const Preferences& preferences_;
     PanelChange change_;
+    Check check_;
     std::string name_;
     double value_ = 0.0;
     bool edited_ = false;

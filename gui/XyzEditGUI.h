@@ -25,6 +25,10 @@ class XyzEditGUI final : public PointEditor {
     void setEnabled(bool enabled) override;
 
   private:
+    /// What the fields say now.
+    halCore::Vec3 typed_() const;
+    std::string_view refusal_(const halCore::Vec3& offset) const;
+
     const PointConverter* converter_ = nullptr;
     halCore::Vec3 offset_;
     ValueUnitEntry x_;

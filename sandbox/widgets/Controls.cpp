@@ -135,7 +135,13 @@ const char* ButtonWidget::kind() const {
 bool ButtonWidget::setText(const QString& text) {
     const Caption caption = Caption::parse(text.toStdString());
     caption_ = caption.text;
-    button_->setText(caption.escapedText());
+    constexpr int widestCheck = 260;
+    // The name of something may stand behind a check button, of whatever length.
+    const QString shown =
+        style_ == Style::Check
+            ? button_->fontMetrics().elidedText(caption_, Qt::ElideMiddle, widestCheck, Qt::TextSingleLine)
+            : caption_;
+    button_->setText(Caption::escaped(shown));
     applyCaption(button_, caption, true);
     // A button with a mere "..." or "<-" needs no room for a word.
     if (style_ == Style::Push) {

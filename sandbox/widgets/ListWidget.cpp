@@ -5,6 +5,7 @@
 
 #include <QHeaderView>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "pi/HostStructures.h"
@@ -33,12 +34,23 @@ class CompactTree final : public QTreeWidget {
     }
 };
 
+/// A column is as wide as its widest text, within reason.
+class ModestWidths final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        constexpr int widest = 180;
+        return QStyledItemDelegate::sizeHint(option, index).boundedTo({widest, QWIDGETSIZE_MAX});
+    }
+};
+
 }  // namespace
 
 ListWidget::ListWidget(std::int32_t style, const QString& headers) : list_(new CompactTree) {
     setWidget(list_);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
+    list_->setItemDelegate(new ModestWidths(list_));
     // Paths differ at their ends.
     list_->setTextElideMode(Qt::ElideMiddle);
     list_->setSelectionMode(style == PIGUI::PIListMultiple ? QAbstractItemView::ExtendedSelection

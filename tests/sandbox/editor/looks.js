@@ -59,10 +59,15 @@ for (const nonsense of ["3.7", "wide", "-5", "99999"]) {
     assert(log().slice(before).some(m => m.text.includes(nonsense)), "the log says why " + nonsense + " is refused");
 }
 
-addPlatform({ name: "Ship", lat: 0, lon: 0 });
+// What somebody else has named makes no dialog wider.
+const before = editor.geometry.width;
+addPlatform({ name: "A ship with a name " + "that goes on and on ".repeat(10), lat: 0, lon: 0 });
 editor.check("Attach:");
 show(platforms, "platforms");
-platforms.close();
+platforms.select("", 0);
+platforms.press("OK");
+show(editor, "long-name");
+assert(editor.geometry.width < 1.2 * before, "the editor with a long name: " + editor.geometry.width + ", " + before);
 const work = temporaryDirectory() + "/a-directory-with-a-long-name/and-another-one-of-the-same-kind-below-it/plans";
 makeDirectory(work);
 for (const name of ["north", "south"]) {
