@@ -7,8 +7,10 @@
 #include <QPainterPath>
 #include <QSvgGenerator>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <utility>
@@ -194,56 +196,108 @@ class Printer {
         if (!path.isEmpty() && reachesIn(path.boundingRect())) painter_.fillPath(path, qColor(mesh.color));
     }
 
-    /// The faces that look at the eye, the farthest first; those of a body that are equally bright in one
-    /// piece.
-    void drawBodies(const DrawList& list) {
-        struct Face {
-            double depth = 0.0;
-            QColor color;
-            QPainterPath path;
-        };
-        struct Piece {
+    /// What is painted together: an area, and more on top of it.
+    struct Face {
+        double depth = 0.0;
+        std::vector<std::pair<QColor, QPainterPath>> layers;
+    };
+    /// The triangles of a body that are equally bright.
+    struct Shade {
+        std::vector<std::array<QPointF, 3>> triangles;
+        double depths = 0.0;  ///< the sum of their distances
+
+        QPainterPath path() const {
             Outline outline;
-            double depths = 0.0;
-            int count = 0;
-        };
+            for (const auto& [a, b, c] : triangles) outline.addTriangle(a, b, c);
+            return outline.path();
+        }
+    };
+    /// The darkest first, by their brightness in steps of 1 / kShades.
+    using Shades = std::map<int, Shade>;
+
+    /// The faces that look at the eye, by the light of the view.
+    Shades shadesOf(const DrawList::Mesh& mesh) const {
+        const Ecef sight = normalized(mesh.vertices.front() - camera_.eye());
+        const Ecef light = normalized(normalized(toUnitSphere(camera_.eye())) - sight * 0.6);
+        Shades shades;
+        for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
+            const Ecef& a = mesh.vertices[mesh.triangles[i]];
+            const Ecef& b = mesh.vertices[mesh.triangles[i + 1]];
+            const Ecef& c = mesh.vertices[mesh.triangles[i + 2]];
+            const Ecef toFace = (a + b + c) * (1.0 / 3.0) - camera_.eye();
+            const Ecef normal = normalized(cross(b - a, c - a));
+            if (dot(normal, toFace) >= 0.0 || !isSeen(a) || !isSeen(b) || !isSeen(c)) continue;
+            Shade& shade = shades[static_cast<int>(std::lround(std::abs(dot(normal, light)) * kShades))];
+            shade.triangles.push_back({pixel(a), pixel(b), pixel(c)});
+            shade.depths += length(toFace);
+        }
+        return shades;
+    }
+    static double brightness(int shade) { return 0.55 + 0.45 * shade / kShades; }
+    static QColor lit(const Rgba& color, double brightness) {
+        const auto part = [&](std::uint8_t v) { return static_cast<int>(std::lround(v * brightness)); };
+        return {part(color.r), part(color.g), part(color.b), color.a};
+    }
+    static double meanDepth(const Shade& shade) {
+        return shade.depths / static_cast<double>(shade.triangles.size());
+    }
+
+    /// A round body: all of it in its brightest colour, then shade upon shade what is darker. Nothing has a
+    /// neighbour, so no seam can shine through.
+    static Face roundFace(Shades shades, const Rgba& color) {
+        Face face;
+        double before = 1.0;
+        std::size_t count = 0;
+        for (const auto& [at, shade] : shades) {
+            face.depth += shade.depths;
+            count += shade.triangles.size();
+        }
+        face.depth /= static_cast<double>(std::max<std::size_t>(count, 1));
+        while (!shades.empty()) {
+            const auto brightest = std::prev(shades.end());
+            // What is translucent is darkened by as much of the shade as it has colour.
+            const double left = 1.0 - (1.0 - brightness(brightest->first)) * color.a / 255.0;
+            Shade all;
+            for (const auto& [at, shade] : shades)
+                all.triangles.insert(all.triangles.end(), shade.triangles.begin(), shade.triangles.end());
+            const bool opaque = color.a == 255;
+            face.layers.emplace_back(
+                opaque || face.layers.empty()
+                    ? lit(color, brightness(brightest->first))
+                    : QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(1.0 - left / before)),
+                all.path());
+            before = left;
+            shades.erase(brightest);
+        }
+        return face;
+    }
+
+    /// The farthest first.
+    void drawBodies(const DrawList& list) {
         std::vector<Face> faces;
         for (const DrawList::Mesh& mesh : list.meshes) {
             if (!mesh.solid || mesh.vertices.empty()) continue;
             bodies_.add(mesh);
-            // The light of the view.
-            const Ecef sight = normalized(mesh.vertices.front() - camera_.eye());
-            const Ecef light = normalized(normalized(toUnitSphere(camera_.eye())) - sight * 0.6);
-            std::map<int, Piece> pieces;
-            for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
-                const Ecef& a = mesh.vertices[mesh.triangles[i]];
-                const Ecef& b = mesh.vertices[mesh.triangles[i + 1]];
-                const Ecef& c = mesh.vertices[mesh.triangles[i + 2]];
-                const Ecef toFace = (a + b + c) * (1.0 / 3.0) - camera_.eye();
-                const Ecef normal = normalized(cross(b - a, c - a));
-                if (dot(normal, toFace) >= 0.0 || !isSeen(a) || !isSeen(b) || !isSeen(c)) continue;
-                Piece& piece = pieces[static_cast<int>(std::lround(std::abs(dot(normal, light)) * kShades))];
-                piece.outline.addTriangle(pixel(a), pixel(b), pixel(c));
-                piece.depths += length(toFace);
-                ++piece.count;
+            Shades shades = shadesOf(mesh);
+            if (!mesh.normals.empty()) {
+                faces.push_back(roundFace(std::move(shades), mesh.color));
+                continue;
             }
-            for (auto& [shade, piece] : pieces) {
-                const double brightness = 0.55 + 0.45 * shade / kShades;
-                const auto lit = [&](std::uint8_t v) {
-                    return static_cast<int>(std::lround(v * brightness));
-                };
-                Face face{piece.depths / piece.count,
-                          QColor(lit(mesh.color.r), lit(mesh.color.g), lit(mesh.color.b), mesh.color.a),
-                          piece.outline.path()};
-                if (reachesIn(face.path.boundingRect())) faces.push_back(std::move(face));
-            }
+            for (const auto& [at, shade] : shades)
+                faces.push_back({meanDepth(shade), {{lit(mesh.color, brightness(at)), shade.path()}}});
         }
+        std::erase_if(faces, [this](const Face& face) {
+            return face.layers.empty() || !reachesIn(face.layers.front().second.boundingRect());
+        });
         std::ranges::stable_sort(faces, std::ranges::greater(), &Face::depth);
         for (const Face& face : faces) {
-            // Neighbours overlap by a hair: no background shines through between them.
-            painter_.setPen(face.color.alpha() == 255 ? QPen(face.color, 0.5) : QPen(Qt::NoPen));
-            painter_.setBrush(face.color);
-            painter_.drawPath(face.path);
+            for (const auto& [color, path] : face.layers) {
+                // Flat neighbours overlap by a hair: no background shines through between them.
+                const bool overlaps = face.layers.size() == 1 && color.alpha() == 255;
+                painter_.setPen(overlaps ? QPen(color, 0.5) : QPen(Qt::NoPen));
+                painter_.setBrush(color);
+                painter_.drawPath(path);
+            }
         }
         painter_.setBrush(Qt::NoBrush);
     }
@@ -302,7 +356,7 @@ class Printer {
         return pen;
     }
 
-    static constexpr double kShades = 48.0;
+    static constexpr double kShades = 32.0;
 
     const Camera& camera_;
     QPainter& painter_;
