@@ -58,8 +58,7 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
 
 bool UserFiles::open(const QString& path) {
     const QString whole = QFileInfo(path).absoluteFilePath();
-    const bool opened =
-        whole.endsWith(".csv", Qt::CaseInsensitive) ? openPlatforms(whole) : openOverlay(whole);
+    const bool opened = isPlatformFile(whole) ? openPlatforms(whole) : openOverlay(whole);
     if (opened) remember(whole);
     return opened;
 }

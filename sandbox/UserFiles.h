@@ -28,6 +28,7 @@ class UserFiles : public QObject {
     UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& window, FileDialogs& dialogs,
               Settings& settings, Log& log);
 
+    static bool isPlatformFile(const QString& path) { return path.endsWith(".csv", Qt::CaseInsensitive); }
     /// Opens platforms by ".csv", overlays by every other name; what is open already is read again.
     /// \return whether anything of it is shown now
     bool open(const QString& path);

@@ -110,6 +110,18 @@ Options readCommandLine(const QStringList& arguments) {
     return options;
 }
 
+/// The view turns to everything; but if platforms are named first, to them and what is attached to them.
+void openFiles(sandbox::Host& host, const QStringList& files) {
+    bool turned = false;
+    for (const QString& file : files) {
+        host.files().open(file);
+        if (file != files.front() || !sandbox::UserFiles::isPlatformFile(file)) continue;
+        host.showEverything();
+        turned = true;
+    }
+    if (!turned && !files.isEmpty()) host.showEverything();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -141,11 +153,10 @@ int main(int argc, char** argv) {
     host.window().resize(options.size);
     host.window().show();
     if (options.plugin != "none") host.openPlugin(options.plugin.toStdString());
-    for (const QString& overlay : options.overlays) host.files().open(overlay);
     if (options.script.isEmpty()) {
         host.greet();
         if (options.hasSize) host.window().resize(options.size);
-        if (!options.overlays.isEmpty()) host.showEverything();
+        openFiles(host, options.overlays);
         return QApplication::exec();
     }
 
