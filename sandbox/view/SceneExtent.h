@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "common/Vec3.h"
 #include "sandbox/view/Ecef.h"
@@ -17,7 +18,8 @@ class Camera;
 /// A sphere around everything that overlays draw, about the smallest.
 struct SceneExtent {
     Ecef middle;
-    double radius = 0.0;  ///< metres
+    double radius = 0.0;       ///< metres
+    std::vector<Ecef> points;  ///< what is to be seen
 };
 
 /// Nothing when nothing is drawn. Entries that are not shown count as well.
