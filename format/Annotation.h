@@ -17,7 +17,7 @@ enum class OutlineThickness { None, Thin, Thick };
 /// need only `setLabel` and `label`: any label comes back from a file as it was.
 class Annotation : public ZelShape {
   public:
-    explicit Annotation(bool relative) : ZelShape(relative, true, false) {}
+    explicit Annotation(bool relative) : ZelShape(relative, true, true) {}
     ShapeType shapeType() const override { return ShapeType::Annotation; }
 
     /// Sets name and text.

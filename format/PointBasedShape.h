@@ -21,7 +21,7 @@ class PointBasedShape : public FillableShape {
     void setTessellation(TessellationStyle style) { tessellation_ = style; }
 
   protected:
-    explicit PointBasedShape(bool relative) : FillableShape(relative, true, false) {}
+    explicit PointBasedShape(bool relative) : FillableShape(relative, true, true) {}
     void serializeToStream_(std::ostream& out) const override;
 
   private:

@@ -11,7 +11,7 @@ namespace halCore::ZEL {
 /// Single points.
 class Points : public OutlinedShape {
   public:
-    explicit Points(bool relative) : OutlinedShape(relative, true, false) {}
+    explicit Points(bool relative) : OutlinedShape(relative, true, true) {}
     ShapeType shapeType() const override { return ShapeType::Points; }
 
     const std::vector<Vec3>& points() const { return points_; }

@@ -49,7 +49,7 @@ class ZelShape {
     bool isRelative() const { return relative_; }
     /// Whether shapes of this class can be extruded down to the ground.
     bool canExtrude() const { return canExtrude_; }
-    /// Whether shapes of this class can follow the host platform's angles.
+    /// Whether shapes of this class, or the offsets that place them, can follow the host platform's angles.
     bool canFollow() const { return canFollow_; }
 
     /// The default name is the type's keyword.
