@@ -65,6 +65,7 @@ void OverlayEditorDialog::removeReferencePlatform_() {
 }
 
 void OverlayEditorDialog::attach_(unsigned long platform, bool center) {
+    if (!platform && !overlay_->attachedPlatformId()) return;
     followPlatform_();
     halCore::Vec3 place;
     if (platform && Utils::getPlatformLla(platform, place) != 0) {

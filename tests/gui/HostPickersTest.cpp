@@ -292,6 +292,12 @@ TEST_F(HostPickersTest, OffsetsFromNowhereStayWhatTheyAreWhileTheyAreDetached) {
         return saved;
     };
     EXPECT_THAT(savedAfter([] {}), HasSubstr(place));
+    EXPECT_THAT(savedAfter([&] {
+                    attachBox(true);
+                    attachBox(false);
+                }),
+                HasSubstr(place))
+        << "a choice that was given up";
     // What was put somewhere on the earth stays there.
     EXPECT_THAT(savedAfter([&] { form.type("Lat:", "23"); }), Not(HasSubstr("centerxyz 1000.5 ")));
 }
