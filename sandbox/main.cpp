@@ -160,6 +160,8 @@ int main(int argc, char** argv) {
         return QApplication::exec();
     }
 
+    // A blinking mark in a field would make every picture another one.
+    QApplication::setCursorFlashTime(0);
     sandbox::ScriptRun run(host, options.script, options.scriptArguments);
     QTimer::singleShot(0, &host, [&run] { QApplication::exit(run.execute()); });
     return QApplication::exec();
