@@ -193,8 +193,9 @@
 //                   (pi/2 looks straight down). Returns 1.
 //   424  cursor     CATCHALL i[LlaAtPixel], x, y, PIVerticalDatum_t -> d latitude, longitude, altitude.
 //                   CATCHALL i[LlaAtCursor], PIVerticalDatum_t -> the same for the cursor's own pixel. Return
-//                   0 when the pixel misses the earth. The position is where the view ray meets the WGS-84
-//                   ellipsoid, its altitude 0. CATCHALL i[PlatformAtCursor] -> i id, 0 when none
+//                   0 when the pixel misses the earth, or the mouse the view. The position is where the
+//                   view ray meets the WGS-84 ellipsoid, its altitude 0. CATCHALL i[PlatformAtCursor] -> i
+//                   id, 0 when none
 //   428  overlay files, the host's once loaded; `overlay` is a handle
 //                   i[LoadFile], platform id, shown s path -> p overlay; nothing when it cannot be opened or
 //                   holds no shape. i[LoadStream], platform id p std::istream* -> p overlay, in no list; the
