@@ -47,6 +47,12 @@ for (const [count, radius] of [[45, 8], [110, 12], [190, 20]]) {
         const at = view.pixel(edge.lat, edge.lon);
         return [-1, 0, 1].some(dy => (view.colorAt(Math.round(at.x), Math.round(at.y) + dy) & 0xff00) > 0xa000);
     }, "the ring about the ship", 3000);
+    const grip = destination(ship.lat, ship.lon, 90, radius * 1852);
+    waitFor(() => {
+        const at = view.pixel(grip.lat, grip.lon);
+        const color = view.colorAt(Math.round(at.x), Math.round(at.y));
+        return (color & 0xff0000) > 0xc00000 && (color & 0xff00) > 0xc000 && (color & 0xff) < 0x60;
+    }, "the edit point on the ring", 3000);
     pictures.push(directory + "/sail-" + count + ".png");
     picture(pictures[pictures.length - 1]);
 }
