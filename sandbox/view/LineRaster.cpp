@@ -41,7 +41,9 @@ struct LineRaster::Segment {
     Direction cutA, cutB;  ///< normals of the joints, in the segment's own coordinates; zero = a round cap
     Rgba color;
     Stroke stroke;
-    bool horizon;  ///< whether the earth may hide some of it
+    bool horizon;         ///< whether the earth may hide some of it
+    double period = 1.0;  ///< of dashes or dots, in metres along the line
+    double periodPixels = 1.0;
 
     /// Equal steps on screen are not equal steps in space.
     double share(double at) const {
@@ -141,6 +143,8 @@ void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std:
     if (end < start) segment.b.metres = from.metres + length(line.points[end] - line.points[start]);
     if (isBehind(from)) segment.a = atNearPlane(from, segment.b);
     if (isBehind(to)) segment.b = atNearPlane(to, segment.a);
+    // Places may be as far away as numbers go.
+    if (!std::isfinite(segment.a.x + segment.a.y + segment.b.x + segment.b.y)) return;
     const double reach = segment.halfWidth + 0.5;
     const auto [left, right] = std::minmax(segment.a.x, segment.b.x);
     const auto [bottom, top] = std::minmax(segment.a.y, segment.b.y);
@@ -168,6 +172,16 @@ void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std:
         segment.cutA = joint(vertices_[(start + count - 1) % count], from);
     if (!isBehind(to) && count > 1 && (closed || end + 1 < count))
         segment.cutB = joint(to, vertices_[(end + 1) % count]);
+    if (line.stroke != Stroke::Solid) {
+        // Fixed to the ground, its period doubling as one moves away: every second mark stays.
+        const double metresPerPixel =
+            std::abs(segment.b.metres - segment.a.metres) / std::max(segment.length, 1e-3);
+        const double half = segment.halfWidth;
+        const double wanted =
+            line.stroke == Stroke::Dotted ? 2.0 * half + 4.0 * pixelRatio_ : 4.0 * half + 10.0 * pixelRatio_;
+        segment.period = std::exp2(std::floor(std::log2(std::max(wanted * metresPerPixel, 1e-3)) + 0.5));
+        segment.periodPixels = segment.period / std::max(metresPerPixel, 1e-9);
+    }
     fill(segment);
 }
 
@@ -210,7 +224,7 @@ void LineRaster::fill(const Segment& segment) {
             if (opaque && row[x] == full) continue;
             const double dx = x + 0.5 - a.x;
             const double shade = opacity(segment, dx * along.x + dy * along.y, dy * along.x - dx * along.y);
-            if (shade <= 0.0) continue;
+            if (!(shade > 0.0)) continue;
             if (shade >= 1.0)
                 lay(row[x], full);
             else
@@ -249,17 +263,10 @@ double LineRaster::sight(const Segment& segment, double along) const {
 }
 
 double LineRaster::pattern(const Segment& segment, double along, double across) const {
-    // Fixed to the ground, its period doubling as one moves away: every second mark stays.
-    const bool dotted = segment.stroke == Stroke::Dotted;
-    const double half = segment.halfWidth;
-    const double metresPerPixel =
-        std::abs(segment.b.metres - segment.a.metres) / std::max(segment.length, 1e-3);
-    const double wanted = dotted ? 2.0 * half + 4.0 * pixelRatio_ : 4.0 * half + 10.0 * pixelRatio_;
-    const double period = std::exp2(std::floor(std::log2(std::max(wanted * metresPerPixel, 1e-3)) + 0.5));
-    const double scale = period / std::max(metresPerPixel, 1e-9);
-    const double at = std::lerp(segment.a.metres, segment.b.metres, segment.share(along)) / period;
-    const double off = std::abs(at + 0.5 - std::floor(at + 0.5) - 0.5) * scale;
-    const double edge = dotted ? half - std::hypot(off, across) : 0.3 * scale - off;
+    const double at = std::lerp(segment.a.metres, segment.b.metres, segment.share(along)) / segment.period;
+    const double off = std::abs(at + 0.5 - std::floor(at + 0.5) - 0.5) * segment.periodPixels;
+    const double edge = segment.stroke == Stroke::Dotted ? segment.halfWidth - std::hypot(off, across)
+                                                         : 0.3 * segment.periodPixels - off;
     return std::clamp(edge + 0.5, 0.0, 1.0);
 }
 
