@@ -56,7 +56,7 @@ void MainWindow::buildMenus() {
     recentMenu_->setToolTipsVisible(true);
     setRecentFiles({});
     file->addSeparator();
-    file->addAction("Save &Picture...", this, &MainWindow::savePictureRequested);
+    file->addAction("&Save Picture...", this, &MainWindow::savePictureRequested);
     file->addSeparator();
     file->addAction("&Quit", QKeySequence::Quit, this, &QWidget::close);
 

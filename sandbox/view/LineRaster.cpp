@@ -41,6 +41,7 @@ struct LineRaster::Segment {
     Direction cutA, cutB;  ///< normals of the joints, in the segment's own coordinates; zero = a round cap
     Rgba color;
     Stroke stroke;
+    bool solid;
     bool horizon;         ///< whether the earth may hide some of it
     double period = 1.0;  ///< of dashes or dots, in metres along the line
     double periodPixels = 1.0;
@@ -77,15 +78,11 @@ LineRaster::Vertex LineRaster::vertex(const Ecef& fromEye) const {
     result.x = 0.5 * camera_.width() * pixelRatio_ + dot(fromEye, camera_.right()) * scale;
     result.y = 0.5 * camera_.height() * pixelRatio_ + dot(fromEye, camera_.up()) * scale;
     result.fromEye = toUnitSphere(fromEye);
-    complete(result);
+    const double a = dot(result.fromEye, result.fromEye);
+    const double b = dot(eye_, result.fromEye);
+    result.past = a + b;
+    result.overEarth = b < 0.0 && b * b > a * eyeExcess_;
     return result;
-}
-
-void LineRaster::complete(Vertex& vertex) const {
-    const double a = dot(vertex.fromEye, vertex.fromEye);
-    const double b = dot(eye_, vertex.fromEye);
-    vertex.past = a + b;
-    vertex.overEarth = b < 0.0 && b * b > a * eyeExcess_;
 }
 
 LineRaster::Vertex LineRaster::atNearPlane(const Vertex& behind, const Vertex& ahead) const {
@@ -128,7 +125,7 @@ void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std:
     const Vertex& from = vertices_[start];
     const Vertex& to = vertices_[end];
     if (isBehind(from) && isBehind(to)) return;
-    const Sight seen = sightOf(from, to);
+    const Sight seen = line.solid ? Sight::Some : sightOf(from, to);
     if (seen == Sight::None) return;
     Segment segment{.a = from,
                     .b = to,
@@ -139,6 +136,7 @@ void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std:
                     .cutB = {},
                     .color = line.color,
                     .stroke = line.stroke,
+                    .solid = line.solid,
                     .horizon = seen == Sight::Some};
     if (end < start) segment.b.metres = from.metres + length(line.points[end] - line.points[start]);
     if (isBehind(from)) segment.a = atNearPlane(from, segment.b);
@@ -250,16 +248,17 @@ double LineRaster::opacity(const Segment& segment, double along, double across) 
 
 double LineRaster::sight(const Segment& segment, double along) const {
     const auto at = [&](double where) {
-        Vertex result{};
-        result.fromEye = segment.a.fromEye + (segment.b.fromEye - segment.a.fromEye) * segment.share(where);
-        complete(result);
-        return result;
+        return segment.a.fromEye + (segment.b.fromEye - segment.a.fromEye) * segment.share(where);
     };
-    const Vertex here = at(along);
-    if (!here.overEarth) return 1.0;
-    const double change = std::abs(at(along + 0.5).past - at(along - 0.5).past) *
+    const auto past = [&](const Ecef& p) { return dot(p, p) + dot(eye_, p); };
+    const Ecef here = at(along);
+    const double towards = dot(eye_, here);
+    const double discriminant = towards * towards - dot(here, here) * eyeExcess_;
+    if (towards >= 0.0 || discriminant <= 0.0) return 1.0;
+    if (segment.solid) return eyeExcess_ / (std::sqrt(discriminant) - towards) < 1.0 - 2e-6 ? 0.0 : 1.0;
+    const double change = std::abs(past(at(along + 0.5)) - past(at(along - 0.5))) *
                           (std::abs(segment.along.x) + std::abs(segment.along.y));
-    return std::clamp(0.5 - here.past / std::max(change, 1e-15), 0.0, 1.0);
+    return std::clamp(0.5 - past(here) / std::max(change, 1e-15), 0.0, 1.0);
 }
 
 double LineRaster::pattern(const Segment& segment, double along, double across) const {

@@ -49,7 +49,6 @@ class LineRaster {
     enum class Sight { All, None, Some };
 
     Vertex vertex(const Ecef& fromEye) const;
-    void complete(Vertex& vertex) const;
     /// Where a line crosses the near plane on its way from a point behind it.
     Vertex atNearPlane(const Vertex& behind, const Vertex& ahead) const;
     bool isBehind(const Vertex& vertex) const { return vertex.depth < nearPlane_; }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 #include "sandbox/view/Camera.h"
@@ -60,6 +61,17 @@ class Bounds {
                beyond(dot(v, camera.up()), camera.tanHalfHeight());
     }
 
+    /// Whether two boxes, each with a margin, may lie before each other as seen by an eye.
+    bool meets(const Bounds& other, const Ecef& eye, double marginRadians) const {
+        const Ecef v = (low_ + high_) * 0.5 - eye;
+        const Ecef w = (other.low_ + other.high_) * 0.5 - eye;
+        const double near = length(high_ - low_) * 0.5;
+        const double far = length(other.high_ - other.low_) * 0.5;
+        if (length(v) <= near || length(w) <= far) return true;
+        const double between = std::atan2(length(cross(v, w)), dot(v, w));
+        return between < std::asin(near / length(v)) + std::asin(far / length(w)) + marginRadians;
+    }
+
   private:
     /// Whether the earth, even one that is nowhere larger than at its poles, hides a whole ball. Counts
     /// angles at the earth's centre: to the horizon, and from there as far as the ball's highest point can be
@@ -100,6 +112,9 @@ struct OverlayLayer::Level {
     std::vector<DrawList::Line> lines;
     LineBatch lineBatch;  ///< the same on the card, once they are drawn there
     std::size_t segments = 0;
+    Bounds bounds;
+
+    bool hasBodies() const { return !solids.empty() || !roundSolids.empty(); }
 
     Level(DrawList& list, PictureTextures& textures) {
         pictures.upload(list, textures);
@@ -158,6 +173,7 @@ struct OverlayLayer::Chunk {
         for (std::size_t i = 0; i < levels.size(); ++i)
             if (i + 1 < level || i > level + 1) levels[i].reset();
         levels[level] = std::make_unique<Level>(list, textures);
+        levels[level]->bounds = box;
         labels = std::move(list.labels);
     }
 };
@@ -230,7 +246,7 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     areaMark_ = 0;
-    bodiesDrawn_ = false;
+    bodies_.clear();
     if (raster_) raster_->begin(camera, pixelRatio);
     constexpr double kMargin = 256.0;  // wide lines and dots reach into the view
     std::vector<Level*> levels;
@@ -310,10 +326,10 @@ void OverlayLayer::drawLevels(const std::vector<Level*>& levels, const Camera& c
         return std::ranges::any_of(levels, [&](const Level* level) { return !(level->*batch).empty(); });
     };
     const bool pictures = any(&Level::pictures);
-    const bool bodies = any(&Level::solids) || any(&Level::roundSolids);
-    const bool meshes = bodies || any(&Level::areas) || any(&Level::areasOverBodies);
+    const bool meshes =
+        any(&Level::areas) || any(&Level::solids) || any(&Level::roundSolids) || any(&Level::areasOverBodies);
     if (raster_ && (pictures || meshes)) raster_->compose();
-    bodiesDrawn_ |= bodies;
+    std::ranges::copy_if(levels, std::back_inserter(bodies_), &Level::hasBodies);
     if (pictures) drawPictures(levels);
     if (meshes) {
         meshProgram_->bind();
@@ -331,25 +347,40 @@ void OverlayLayer::drawLevels(const std::vector<Level*>& levels, const Camera& c
 }
 
 void OverlayLayer::drawLines(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio) {
-    std::size_t segments = 0;
-    for (const Level* level : levels) segments += level->segments;
-    if (segments == 0) return;
-    if (raster_ && !bodiesDrawn_ && (segments >= kManySegments || !raster_->empty())) {
+    // The widest lines reach so many pixels out of their box.
+    constexpr double kReach = 130.0;
+    const double margin = kReach * 2.0 * camera.tanHalfHeight() / camera.height();
+    const auto isFree = [&](const Level* level) {
+        return std::ranges::none_of(bodies_, [&](const Level* body) {
+            return body->bounds.meets(level->bounds, camera.eye(), margin);
+        });
+    };
+    std::size_t freeSegments = 0;
+    if (raster_)
         for (const Level* level : levels)
-            for (const DrawList::Line& line : level->lines) raster_->draw(line);
-        return;
-    }
-    if (raster_) raster_->compose();
-    LineBatch::beginDrawing(*lineProgram_, camera, pixelRatio);
+            if (level->segments > 0 && isFree(level)) freeSegments += level->segments;
+    const bool inMemory = raster_ && (freeSegments >= kManySegments || !raster_->empty());
+    bool onCard = false;
     for (Level* level : levels) {
         if (level->segments == 0) continue;
+        if (inMemory && isFree(level)) {
+            if (onCard) LineBatch::endDrawing(*lineProgram_);
+            onCard = false;
+            for (const DrawList::Line& line : level->lines) raster_->draw(line);
+            continue;
+        }
+        if (!onCard) {
+            if (raster_) raster_->compose();
+            LineBatch::beginDrawing(*lineProgram_, camera, pixelRatio);
+            onCard = true;
+        }
         if (level->lineBatch.empty()) {
             level->lineBatch.upload(level->lines);
             if (!raster_) level->lines = {};
         }
         level->lineBatch.draw();
     }
-    LineBatch::endDrawing(*lineProgram_);
+    if (onCard) LineBatch::endDrawing(*lineProgram_);
 }
 
 }  // namespace sandbox

@@ -25,7 +25,8 @@ class RasterLayer;
 /// costs no work for each vertex but the card's. Chunks out of view are left out, and the level is chosen so
 /// that what it lacks is smaller than a fifth of a pixel.
 ///
-/// Where the processor plays the card, many lines are drawn by RasterLayer, unless a body may hide them.
+/// Where the processor plays the card, many lines are drawn by RasterLayer, but for those that a body may
+/// hide.
 ///
 /// Vertices are held as pairs of floats (a round value and the rest), and so is the eye: their
 /// difference is good to a fraction of a millimetre anywhere. Lines are widened to capsules on screen and
@@ -63,7 +64,7 @@ class OverlayLayer {
     std::unique_ptr<PictureTextures> textures_;
     std::map<OverlayScene::Id, std::unique_ptr<Item>> items_;
     std::unique_ptr<RasterLayer> raster_;  ///< null with a graphics card
-    bool bodiesDrawn_ = false;             ///< in this frame
+    std::vector<const Level*> bodies_;     ///< that were drawn in this frame
     int areaMark_ = 0;
 };
 

@@ -531,9 +531,21 @@ TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
                                       ZEL::LineStyle::Dotted}[static_cast<std::size_t>(i / 4) % 3]);
         lines.push_back(std::move(line));
     }
-    auto body = std::make_shared<ZEL::Sphere>(false);
-    body->setCenterPosition(at(20, 20));
-    body->setRadius(0.01);
+    // Wire about the ground: its lower half is below it.
+    for (int i = 0; i < 4; ++i) {
+        auto wire = std::make_shared<ZEL::Sphere>(false);
+        wire->setCenterPosition(at(20.0 + 2.0 * i, 22));
+        wire->setRadius(1.5e5);
+        wire->setFilled(false);
+        lines.push_back(std::move(wire));
+    }
+    // A wall as thin as a hair, and so long that it may hide anything.
+    auto body = std::make_shared<ZEL::LatLonAltBox>(false);
+    body->setSouth(-40 * kDegree);
+    body->setNorth(70 * kDegree);
+    body->setWest(20 * kDegree);
+    body->setEast(20.0000001 * kDegree);
+    body->setHeight(0.01);
     body->setFilled(true);
     body->setOutlined(false);
     const auto bodyId = view.overlays().add({body});
