@@ -29,8 +29,6 @@ picker.press("OK");
 answerFileDialog(files + "/range-ring.zel");
 editor.press("Save As...");
 view.leave();
-settled();
-editor.picture(picturePath("attach-row"), "General Options");
 editor.press("Load HALVIS...");
 const existing = dialog("Select Existing ZEL");
 existing.select("", 0);

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the OverlayEditor authors
 // SPDX-License-Identifier: MIT
-// Window: 1280x840
+// Window: 640x480
 
 // The panel of every kind, and the dialog as a whole.
 include("lib/manual.js");
-openEditor();
+openEditor(700, 30);
 lookAt(36, 15, 520000);
 function panel(name) {
     view.leave();
@@ -23,7 +23,7 @@ function add(kind, values, place = {}) {
 }
 
 add("Circle", { "Radius:": "25 nm" }, center);
-settled();
+savedMark("Not saved");
 editor.picture(picturePath("dialog"));
 for (const group of ["All Shapes", "General Options", "Units"])
     editor.picture(picturePath("group-" + group.toLowerCase().replace(" ", "-")), group);

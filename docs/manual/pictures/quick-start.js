@@ -53,6 +53,7 @@ editor.fill("Lon:", "15 30 0 E");
 editor.fill("Font Size:", 18);
 editor.color("Line Color:", "FFFFFFFF");
 view.leave();
+savedMark("Not saved");
 pictureOfWindow("quick-drawn");
 
 // To the ship, and saved.

@@ -12,6 +12,9 @@ function picturePath(name) { return pictures + "/" + name + ".png"; }
 /// The screen shows what is due: a frame after the last event.
 function settled() { wait(60); }
 
+/// The dialog's "Changes:" follows within a second.
+function savedMark(text) { waitFor(() => editor.captions().includes(text), "Changes: " + text); }
+
 function pictureOfWindow(name) {
     settled();
     picture(picturePath(name));
