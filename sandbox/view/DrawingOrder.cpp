@@ -40,14 +40,17 @@ auto lookOf(const ZEL::PointBasedShape& shape) {
     return std::tuple(bytes(line), bytes(fill), width, stroke, outlined, filled, tested);
 }
 
-/// The square of ten degrees in which a shape begins.
+/// The square of ten degrees in which a shape has its middle.
 int squareOf(const ZEL::PointBasedShape& shape) {
     if (shape.points().empty()) return 0;
-    const halCore::Vec3& p = shape.points().front();
-    const auto square = [](double radians) {
-        return static_cast<int>(std::floor(std::clamp(radians, -7.0, 7.0) * 18.0 / std::numbers::pi));
+    const auto square = [&](const auto& coordinate) {
+        double sum = 0.0;
+        for (const halCore::Vec3& p : shape.points()) sum += std::clamp(coordinate(p), -7.0, 7.0);
+        const double mean = sum / static_cast<double>(shape.points().size());
+        return std::isfinite(mean) ? static_cast<int>(std::floor(mean * 18.0 / std::numbers::pi)) : 0;
     };
-    return square(p.lat()) * 100 + square(p.lon());
+    return square([](const halCore::Vec3& p) { return p.lat(); }) * 100 +
+           square([](const halCore::Vec3& p) { return p.lon(); });
 }
 
 }  // namespace

@@ -112,6 +112,7 @@ struct OverlayLayer::Level {
     std::vector<DrawList::Line> lines;
     LineBatch lineBatch;  ///< the same on the card, once they are drawn there
     std::size_t segments = 0;
+    double widest = 0.0;  ///< of the lines, in widget pixels
     Bounds bounds;
 
     bool hasBodies() const { return !solids.empty() || !roundSolids.empty(); }
@@ -126,7 +127,10 @@ struct OverlayLayer::Level {
         }
         for (MeshBatch* batch : {&areas, &solids, &roundSolids, &areasOverBodies}) batch->upload();
         lines = std::move(list.lines);
-        for (const DrawList::Line& line : lines) segments += line.points.size();
+        for (const DrawList::Line& line : lines) {
+            segments += line.points.size();
+            widest = std::max(widest, double{line.width});
+        }
     }
 };
 
@@ -347,10 +351,9 @@ void OverlayLayer::drawLevels(const std::vector<Level*>& levels, const Camera& c
 }
 
 void OverlayLayer::drawLines(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio) {
-    // The widest lines reach so many pixels out of their box.
-    constexpr double kReach = 130.0;
-    const double margin = kReach * 2.0 * camera.tanHalfHeight() / camera.height();
     const auto isFree = [&](const Level* level) {
+        const double pixels = 0.5 * level->widest + 2.0;
+        const double margin = pixels * 2.0 * camera.tanHalfHeight() / camera.height();
         return std::ranges::none_of(bodies_, [&](const Level* body) {
             return body->bounds.meets(level->bounds, camera.eye(), margin);
         });
