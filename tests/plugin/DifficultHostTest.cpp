@@ -79,8 +79,8 @@ class DifficultHostBase : public HostedPlugin {
     LoadedPlugin* running = nullptr;
 
   private:
-    /// The host made the widgets that a user needs to add a shape.
-    bool editorIsWhole_() { return form.has("Shape:") && form.field("Shape:").items.size() > 5; }
+    /// The host made the menu that a user needs to add a shape, with "Add" and every kind in its place.
+    bool editorIsWhole_() { return form.has("Shape:") && form.field("Shape:").items.size() == 17; }
 };
 
 enum class Fault { Refusal, Nothing, Garbage };
