@@ -48,6 +48,8 @@ class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver
         guarded("removedZEL", 0, [&] {
             if (!zel || zel != dialog_.overlay_->zelId()) return 0;
             dialog_.overlay_->setZelId(nullptr);
+            // Its file may be about to go, too.
+            dialog_.markedRevision_.reset();
             halNotify::notify(halNotify::Warning) << "The host has unloaded the edited overlay; its shapes "
                                                      "stay in the editor, and saving loads "
                                                      "them again";

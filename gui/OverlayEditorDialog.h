@@ -11,8 +11,8 @@
 
 #include "geo/PointConverter.h"
 #include "geo/UnitTypes.h"
-#include "gui/FileVersion.h"
 #include "gui/SelectExistingZELDialog.h"
+#include "model/FileVersion.h"
 #include "model/Overlay.h"
 #include "model/Preferences.h"
 #include "pi/OverlayEditorInterface.h"
@@ -119,6 +119,8 @@ class OverlayEditorDialog {
     /// What the overlay holds is what a file holds now.
     /// \param platform what the file's positions count from
     void setKept_(std::string text, unsigned long platform);
+    /// Whether the text is what was loaded or saved last, and the file has not gone since.
+    bool isKept_(const std::string& text) const;
     /// Says whether there is something to save, when anything may have changed since it was said last.
     void updateSavedMark_();
     /// Shapes that changed since they were loaded or saved are written to a dated file among the quick

@@ -179,6 +179,7 @@ bool OverlayEditorDialog::loadOverlay_(const std::string& text, const std::strin
         halNotify::notify(halNotify::Warning)
             << fileName << " has absolute positions, and the host has it on " << Utils::platformName(platform)
             << ": saved, they are offsets from there, unless the overlay is detached first";
+    knownFile_ = FileVersion();
     setKept_(overlayText(*overlay_), absolute ? 0 : overlay_->attachedPlatformId());
     setFileName_(fileName);
     return true;
@@ -282,12 +283,17 @@ bool OverlayEditorDialog::writeRescue_(const std::string& text, bool atEnd) cons
 bool OverlayEditorDialog::rescueUnsaved_(bool atEnd) const {
     SkippedShapes skipped;
     const std::string text = overlayText(*overlay_, &skipped);
-    if (!text.empty() && text != keptText_ && !writeRescue_(text, atEnd)) return false;
+    if (!text.empty() && !isKept_(text) && !writeRescue_(text, atEnd)) return false;
     // No file can hold half a shape.
     std::erase_if(skipped, [](const SkippedShape& shape) { return !shape.begun; });
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << listed(namesOf(skipped));
     return true;
+}
+
+bool OverlayEditorDialog::isKept_(const std::string& text) const {
+    if (text != keptText_) return false;
+    return text.empty() || knownFile_.path().empty() || UTILS::fileIsFile(knownFile_.path());
 }
 
 void OverlayEditorDialog::setKept_(std::string text, unsigned long platform) {
@@ -301,7 +307,7 @@ void OverlayEditorDialog::updateSavedMark_() {
     if (markedRevision_ == overlay_->revision()) return;
     markedRevision_ = overlay_->revision();
     SkippedShapes skipped;
-    const bool kept = overlayText(*overlay_, &skipped) == keptText_ &&
+    const bool kept = isKept_(overlayText(*overlay_, &skipped)) &&
                       (keptText_.empty() || overlay_->attachedPlatformId() == keptPlatform_) &&
                       std::ranges::none_of(skipped, &SkippedShape::begun);
     widgets_->changes.updateValue(kept ? "None" : "Not saved");

@@ -231,8 +231,10 @@ void PIRegistry::setValue(const std::string& key, const std::string& value) {
 }
 std::string PIRegistry::getValue(const std::string& key) {
     PI_DATA_POINTER_AND_STRING record(nullptr, key);
-    // The host replaces the key by the value; a host that does not serve the call leaves the key.
-    return handle(Service::RegistryGetValue, &record) ? record.text : std::string();
+    // The host replaces the key by the value. Where the key still stands the call was not served, whatever
+    // the host answered.
+    const bool served = handle(Service::RegistryGetValue, &record) && record.text != key;
+    return served ? record.text : std::string();
 }
 
 }  // namespace PIGUI

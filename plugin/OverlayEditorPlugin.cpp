@@ -149,8 +149,6 @@ int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
 void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data) {
     const bool aboutEntity = event == PIApplicationEvents_t::EntityRemoved;
     const HostEvent arrived{event, aboutEntity && data ? *static_cast<const std::uint64_t*>(data) : 0};
-    // What is being done already need not be done again because of it.
-    if (handled_ == arrived) return;
     if (EntryScope::isNested()) {
         if (std::find(postponed_.begin(), postponed_.end(), arrived) == postponed_.end())
             postponed_.push_back(arrived);
@@ -160,20 +158,14 @@ void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data
 }
 
 void OverlayEditorPlugin::handlePostponed_() {
-    while (!postponed_.empty()) {
-        const HostEvent next = postponed_.front();
-        postponed_.erase(postponed_.begin());
-        handleEvent_(next);
-    }
+    // Events may come while these are handled. A host that sends one with every call would keep us here for
+    // ever: then the last ones wait until it enters again, which it does with each frame.
+    constexpr int kTurns = 8;
+    for (int turn = 0; turn < kTurns && !postponed_.empty(); ++turn)
+        for (const HostEvent& event : std::exchange(postponed_, {})) handleEvent_(event);
 }
 
 void OverlayEditorPlugin::handleEvent_(const HostEvent& event) {
-    struct Handling {
-        ~Handling() { handled.reset(); }
-        std::optional<HostEvent>& handled;
-    };
-    handled_ = event;
-    const Handling handling{handled_};
     // The note in the view names the platform, whether the dialog has been opened or not.
     if (event.id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(event.id);
     if (quickDrawManager_ && endsScenario(event.code)) quickDrawManager_->forgetPlatform();

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "gui/OverlayEditorDialog.h"
@@ -66,14 +65,13 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     };
 
     void handleEvent_(const HostEvent& event);
-    /// Events that came while the host served a command of the plug-in's.
+    /// Events that came while the host served a command of the plug-in's, or another event.
     void handlePostponed_();
     void takeDown_();
 
     bool startedUp_ = false;
     Equipment equipment_;
     std::vector<HostEvent> postponed_;
-    std::optional<HostEvent> handled_;
     std::unique_ptr<Preferences> preferences_;
     std::unique_ptr<PIGUI::PIIcon> icon_;
     std::unique_ptr<PIGUI::PIMenuItem> menuItem_;

@@ -61,4 +61,17 @@ int highestQuickShapeNumber(const std::string& directory) {
     return highest;
 }
 
+WrittenFile::WrittenFile(const std::string& path, std::string_view text)
+    : path_(path), version_(path, text), time_(lastWriteTime_()) {}
+
+bool WrittenFile::isUntouched() const {
+    std::string text;
+    return lastWriteTime_() == time_ && UTILS::readFile(path_, text).empty() && version_.is(path_, text);
+}
+
+WrittenFile::Time WrittenFile::lastWriteTime_() const {
+    std::error_code error;
+    return std::filesystem::last_write_time(path_, error);
+}
+
 }  // namespace OverlayEditor

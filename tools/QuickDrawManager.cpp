@@ -16,7 +16,6 @@
 #include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
 #include "pi/PIWidgets.h"
-#include "tools/QuickDrawFiles.h"
 
 namespace OverlayEditor {
 
@@ -286,7 +285,7 @@ void QuickDrawManager::save_() {
         halNotify::notify(halNotify::Error) << "\"" << shape_->name() << "\" is not saved: " << error;
         return;
     }
-    created_.insert(path);
+    created_.insert_or_assign(path, WrittenFile(path, text));
     load_(path, platform);
 }
 
@@ -326,8 +325,8 @@ int QuickDrawManager::onCmdRemoveLastQuickShape(PIObject*, void*) {
         const QuickFile last = std::move(files_.back());
         files_.pop_back();
         PIHALVIS::unloadZELFile(last.overlay);
-        if (!UTILS::fileRemove(last.path) && UTILS::fileIsFile(last.path))
-            halNotify::notify(halNotify::Warning) << last.path << " could not be deleted";
+        if (mayDelete_(last.path))
+            deleteFile_(last.path);
         else
             created_.erase(last.path);
     });
@@ -352,10 +351,32 @@ void QuickDrawManager::unloadAll_() {
     }
 }
 
+bool QuickDrawManager::mayDelete_(const std::string& path) const {
+    const auto written = created_.find(path);
+    if (written == created_.end()) return false;
+    if (written->second.isUntouched() || !UTILS::fileIsFile(path)) return true;
+    halNotify::notify(halNotify::Warning) << path << " has been saved over since it was drawn; it stays";
+    return false;
+}
+
+void QuickDrawManager::deleteFile_(const std::string& path) {
+    if (!UTILS::fileRemove(path) && UTILS::fileIsFile(path))
+        halNotify::notify(halNotify::Warning) << path << " could not be deleted";
+    else
+        created_.erase(path);
+}
+
 void QuickDrawManager::deleteAllZelFiles_() {
     if (!preferences_.autoDelete()) return;
+    std::vector<std::string> doomed;
+    for (const auto& [path, written] : created_)
+        if (mayDelete_(path)) doomed.push_back(path);
+    // What stays, the host goes on showing.
+    std::erase_if(files_, [&](const QuickFile& file) {
+        return !std::binary_search(doomed.begin(), doomed.end(), file.path);
+    });
     unloadAll_();
-    for (const std::string& path : std::exchange(created_, {})) UTILS::fileRemove(path);
+    for (const std::string& path : doomed) deleteFile_(path);
 }
 
 std::string QuickDrawManager::numberedPath_(const std::string& directory, int number) const {

@@ -5,8 +5,8 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +17,7 @@
 #include "pi/PICommon.h"
 #include "tools/MouseManager.h"
 #include "tools/PlatformMouseTool.h"
+#include "tools/QuickDrawFiles.h"
 #include "tools/ScreenNote.h"
 
 namespace OverlayEditor {
@@ -108,6 +109,10 @@ class QuickDrawManager {
     void load_(const std::string& path, unsigned long platform);
     void adopt_(void* overlay, const std::string& path);
     void unloadAll_();
+    /// A file that was made here and left alone since. One that others have saved over stays, and the log
+    /// says so.
+    bool mayDelete_(const std::string& path) const;
+    void deleteFile_(const std::string& path);
     /// If the preferences say so.
     void deleteAllZelFiles_();
 
@@ -145,7 +150,7 @@ class QuickDrawManager {
     /// Newest last.
     std::vector<QuickFile> files_;
     /// All files that were made here and not removed again.
-    std::set<std::string> created_;
+    std::map<std::string, WrittenFile> created_;
     /// The number in file names; 0 before the first.
     int counter_ = 0;
 

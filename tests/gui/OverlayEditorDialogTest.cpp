@@ -742,6 +742,15 @@ TEST_F(OverlayEditorDialogTest, SaysWhenTheHostUnloadsTheEditedOverlay) {
     EXPECT_FALSE(overlay.zelId());
     press("Save");
     EXPECT_TRUE(overlay.zelId());
+
+    // Its file goes, too, and nothing else holds the shapes.
+    EXPECT_EQ(changes(), "None");
+    PIHALVIS::unloadZELFile(overlay.zelId());
+    std::filesystem::remove(path("a.zel"));
+    EXPECT_EQ(changes(), "Not saved");
+    press("Delete All");
+    EXPECT_EQ(rescued().size(), 1u);
+    EXPECT_EQ(changes(), "None");
 }
 
 TEST_F(OverlayEditorDialogTest, AFileThatTheHostCannotLoadIsSavedAllTheSame) {

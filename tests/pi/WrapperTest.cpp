@@ -216,12 +216,13 @@ TEST_F(WrapperTest, SettingsComeBackInTheKeysPlace) {
     host.answer = [](Id service, void* args) -> PIServiceResult {
         if (service == Id::RegistryGetValue) {
             auto& record = *static_cast<PI_DATA_POINTER_AND_STRING*>(args);
-            record.text = record.text == "Precision" ? "5" : "";
+            if (record.text != "Ignored") record.text = record.text == "Precision" ? "5" : "";
         }
         return 1;
     };
     EXPECT_EQ(PIGUI::PIRegistry::getValue("Precision"), "5");
     EXPECT_EQ(PIGUI::PIRegistry::getValue("Other"), "");
+    EXPECT_EQ(PIGUI::PIRegistry::getValue("Ignored"), "") << "it says yes and gives nothing";
 }
 
 }  // namespace

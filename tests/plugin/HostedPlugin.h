@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -25,11 +26,14 @@ class HostedPlugin : public ::testing::Test {
     using Mouse = PIGUI::PIMouseEventType_t;
 
     HostedPlugin() {
-        // Where a host that does not serve settings leaves unsaved shapes.
+        // Where a host that does not serve settings leaves unsaved shapes, or answers a path that is none.
         ::setenv("HOME", directory.c_str(), 1);
+        std::filesystem::current_path(directory);
         host.pixelToLla = [](int x, int y) { return std::optional(atPixel(x, y)); };
         host.settings["AutoSaveZelDir"] = directory + "/quick";
     }
+
+    ~HostedPlugin() override { std::filesystem::current_path(before); }
 
     /// A view in which a pixel is a hundredth of a degree.
     static halCore::Vec3 atPixel(int x, int y) {
@@ -173,4 +177,5 @@ class HostedPlugin : public ::testing::Test {
     Form form{host};
     const TemporaryDirectory temporary;
     const std::string& directory = temporary.path();
+    const std::filesystem::path before = std::filesystem::current_path();
 };

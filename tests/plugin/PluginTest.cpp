@@ -145,6 +145,41 @@ TEST_F(PluginTest, AClearedScenarioTakesQuickShapesOnceTheDialogHasBeenOpened) {
     plugin.dispatch(Function::Close);
 }
 
+TEST_F(PluginTest, AnEventThatComesWhileAnotherIsHandledIsNotLost) {
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    openDialog();
+    host.platforms[kShip].header.name = "Ship";
+    check("Attach:", true);
+    const auto platforms = [&] {
+        for (const auto& [handle, widget] : host.widgets)
+            if (widget.kind == FakeHost::Id::CreateList && !widget.items.empty()) return widget.items;
+        return std::vector<std::string>();
+    };
+    ASSERT_THAT(platforms(), ElementsAre("Ship"));
+
+    // A second platform comes after the list of platforms has been asked for.
+    host.platforms[78].header.name = "Tug";
+    bool asked = false;
+    host.onCall = [&](FakeHost::Id service) {
+        asked = asked || service == FakeHost::Id::GetPlatformList;
+        if (!asked || service == FakeHost::Id::GetPlatformList || host.platforms.contains(79)) return;
+        host.platforms[79].header.name = "Yawl";
+        plugin.event(PIApplicationEvents_t::PlatformAdded, 79);
+    };
+    plugin.event(PIApplicationEvents_t::PlatformAdded, 78);
+    EXPECT_THAT(platforms(), ElementsAre("Ship", "Tug", "Yawl"));
+
+    // With every call, without end.
+    host.onCall = [&](FakeHost::Id) { plugin.event(PIApplicationEvents_t::PlatformAdded, 80); };
+    plugin.event(PIApplicationEvents_t::PlatformAdded, 80);
+    host.onCall = {};
+    host.platforms[80].header.name = "Zebra";
+    refresh(plugin);
+    EXPECT_EQ(platforms().size(), 4u) << "the last one was only put off";
+    plugin.dispatch(Function::Close);
+}
+
 TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
     const std::string file = directory + "/circle.zel";
     for (int round = 0; round < 3; ++round) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -393,6 +394,34 @@ TEST_F(QuickDraw, OnlyAutoDeleteDeletesAtTheEnd) {
             << "those of others stay";
         start();
     }
+}
+
+/// Nothing that somebody has saved over goes, be it with the same text, nor what others have deleted already.
+TEST_F(QuickDraw, WhatOthersHaveSavedStays) {
+    for (int i = 0; i < 5; ++i) drawCircle();
+    const auto saveOver = [&](const std::string& name, const std::string& text, bool later) {
+        const auto before = std::filesystem::last_write_time(path(name));
+        std::ofstream(path(name)) << text;
+        std::filesystem::last_write_time(path(name), before + std::chrono::seconds(later ? 1 : 0));
+    };
+    saveOver("Circle_1.zel", "mine\n", true);
+    saveOver("Circle_3.zel", contents(path("Circle_3.zel")), true);
+    saveOver("Circle_5.zel", "mine\n", false);
+    command("Remove Last Quick Shape");
+    EXPECT_THAT(messages,
+                ElementsAre(path("Circle_5.zel") + " has been saved over since it was drawn; it stays"));
+    EXPECT_EQ(loaded().back(), "Circle_4.zel") << "only out of the view";
+    command("Remove Last Quick Shape");
+    EXPECT_EQ(messages.size(), 1u);
+    // Loaded again, it is the user's.
+    PIHALVIS::loadZELFile(path("Circle_5.zel"), 0, 1);
+    std::filesystem::remove(path("Circle_2.zel"));
+    preferences.setAutoDelete(true);
+    quick.reset();
+    EXPECT_THAT(files(), ElementsAre("Circle_1.zel", "Circle_3.zel", "Circle_5.zel"));
+    EXPECT_EQ(loaded(), files());
+    EXPECT_EQ(messages.size(), 3u);
+    EXPECT_EQ(contents(path("Circle_1.zel")), "mine\n");
 }
 
 TEST_F(QuickDraw, OneColorIsChecked) {

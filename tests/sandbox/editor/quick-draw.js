@@ -83,6 +83,16 @@ if (pictures) {
 }
 for (const label in kinds) action("Remove Last Quick Shape");
 
+// A double click places one point, not two and not none.
+action("Quick Line Draw");
+for (const corner of corners) {
+    view.move(corner);
+    view.doubleClick(corner);
+}
+finish();
+assertEqual(readFile(directory + "/Line_2.zel").match(/^lla /gm).length, corners.length);
+action("Remove Last Quick Shape");
+
 // While drawing, removing the last one only cancels; then the newest goes with its file.
 action("Quick Circle Draw");
 view.move(here);
@@ -166,6 +176,17 @@ clearScenario("cleared");
 const files = listFiles(directory).length;
 assertEqual([quickFiles(), shapesInView(), files], [[], 0, filesBefore + 1]);
 
+// Edited and saved it is the user's: removing takes it out of the view only.
+drawCircle();
+const edited = quickFiles()[0];
+overlayMenu(edited, "Send to Overlay Editor");
+editor.fill("Name:", "Mine");
+editor.press("Save");
+action("Remove Last Quick Shape");
+assertEqual([quickFiles(), editor.value("Changes:")], [[], "None"]);
+assert(readFile(directory + "/" + edited).includes("3d name Mine\n"));
+editor.press("Delete All");
+
 // A directory that cannot be made: one message.
 editor.close();
 answerFileDialog(directory);
@@ -182,4 +203,4 @@ action("Quick Circle Draw");
 view.move(here);
 view.drag(here, edge);
 assertEqual(closePlugin("OverlayEditor"), { gone: true, leftBehind: "" });
-assertEqual([quickFiles().length, listFiles(directory).length, shapesInView()], [1, files + 1, 0]);
+assertEqual([quickFiles().length, listFiles(directory).length, shapesInView()], [1, files + 2, 0]);

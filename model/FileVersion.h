@@ -17,6 +17,8 @@ class FileVersion {
     FileVersion() = default;
     FileVersion(std::string path, std::string_view text) : path_(std::move(path)), hash_(hashOf(text)) {}
 
+    /// Empty for no file.
+    const std::string& path() const { return path_; }
     bool isOf(const std::string& path) const { return !path.empty() && path == path_; }
     bool is(const std::string& path, std::string_view text) const {
         return isOf(path) && hashOf(text) == hash_;
