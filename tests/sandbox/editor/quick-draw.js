@@ -183,6 +183,7 @@ assertEqual([quickFiles(), shapesInView(), files], [[], 0, filesBefore + 1]);
 drawCircle();
 const edited = quickFiles()[0];
 overlayMenu(edited, "Send to Overlay Editor");
+editor.select("All Shapes", editor.items()[0]);
 editor.fill("Name:", "Mine");
 editor.press("Save");
 action("Remove Last Quick Shape");
