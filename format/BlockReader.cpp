@@ -214,6 +214,7 @@ bool BlockReader::setShape_(ShapeType type) {
 
 void BlockReader::readKeyword_(const Keyword& keyword) {
     const std::string_view label = keyword.label.empty() ? keyword.text : keyword.label;
+    if (tokens_.endedInCapitalS()) warnOfCapitalS_(keyword);
     switch (keyword.action) {
         case KeywordAction::Unknown:
             readUnknown_();
@@ -312,6 +313,28 @@ void BlockReader::readBox_() {
     record_.set(ShapeParameter::BoxEast, tokens_[4]);
     record_.set(ShapeParameter::BoxAltitude, tokens_[5]);
     if (tokens_.count() >= 7) record_.set(ShapeParameter::BoxHeight, tokens_[6]);
+}
+
+void BlockReader::warnOfCapitalS_(const Keyword& keyword) const {
+    switch (keyword.action) {
+        case KeywordAction::AbsolutePoint:
+        case KeywordAction::AbsolutePosition:
+        case KeywordAction::ReferencePoint:
+        case KeywordAction::Box:
+            break;
+        default:
+            return;
+    }
+    for (const std::size_t word : {std::size_t{1}, std::size_t{2}}) {
+        std::string written(tokens_[word]);
+        if (!written.ends_with('s')) continue;
+        const auto read = readFileDegrees(written, AngleKind::Latitude);
+        written.back() = 'S';
+        const auto meant = readFileDegrees(written, AngleKind::Latitude);
+        if (read && meant && *read != *meant)
+            messages_.warning(lineNumber_,
+                              "The S of \"" + written + "\" is taken for seconds, not for south");
+    }
 }
 
 void BlockReader::readColor_(const Keyword& keyword) {

@@ -43,6 +43,8 @@ class BlockReader {
     void readKeyword_(const Keyword& keyword);
     void readAnnotation_();
     void readBox_();
+    /// Warns of a latitude of the line that would be south with the capital S it was written with.
+    void warnOfCapitalS_(const Keyword& keyword) const;
     void readColor_(const Keyword& keyword);
     void readGridPoint_();
     void readScaled_(const Keyword& keyword, double factor);

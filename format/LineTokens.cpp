@@ -49,6 +49,7 @@ const char* LineTokens::split(const char* p, const char* end, Case letters) {
 const char* LineTokens::view_(const char* p, const char* end, Case letters) {
     bool fold = letters == Case::Fold;
     std::size_t count = 0;
+    endedInCapitalS_ = false;
     while (count < kKept && *p != '"') {
         const char* const begin = p;
         std::uint64_t upperCase = 0;
@@ -86,6 +87,7 @@ void LineTokens::split(std::string_view line, Case letters) {
     joined_.clear();
     joined_.reserve(line.size());
     count_ = 0;
+    endedInCapitalS_ = false;
     const char* p = line.data();
     const char* const end = p + line.size();
     while (p != end) {
@@ -103,6 +105,7 @@ void LineTokens::split(std::string_view line, Case letters) {
         while (p != end && !UTILS::isBlank(*p)) ++p;
         joined_.append(begin, p);
         if (fold && !keepsCase(*begin)) {
+            endedInCapitalS_ |= joined_.back() == 'S';
             for (std::size_t i = at; i < joined_.size(); ++i) joined_[i] = lowered(joined_[i]);
             fold = !endsFolding(std::string_view(joined_).substr(at));
         }

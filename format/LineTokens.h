@@ -38,6 +38,9 @@ class LineTokens {
     }
     std::string_view line() const { return from(0); }
 
+    /// Whether a word that is now in lower case ended in a capital S.
+    bool endedInCapitalS() const { return endedInCapitalS_; }
+
   private:
     /// More than any keyword uses; of the others only the number counts.
     static constexpr std::size_t kKept = 8;
@@ -56,6 +59,7 @@ class LineTokens {
     std::array<const char*, kKept> begins_{};
     std::array<const char*, kKept> ends_{};
     const char* lineEnd_ = nullptr;
+    bool endedInCapitalS_ = false;
     /// The line in lower case and joined, where the text is not.
     std::string joined_;
 };

@@ -9,6 +9,7 @@
 
 #include "common/Strings.h"
 #include "format/BlockReader.h"
+#include "format/ColorNames.h"
 #include "format/MessageSink.h"
 #include "format/ShapeBuilder.h"
 #include "geo/UnitsRegistry.h"
@@ -95,12 +96,8 @@ Parser::Parser() {
 }
 
 void Parser::initZelColors_() {
-    colors_ = {{"color1", "0xffffff00"}, {"cyan", "0xffffff00"},   {"color2", "0xff0000ff"},
-               {"red", "0xff0000ff"},    {"color3", "0xff00ff00"}, {"green", "0xff00ff00"},
-               {"color4", "0xffff0000"}, {"blue", "0xffff0000"},   {"color5", "0xff00ffff"},
-               {"yellow", "0xff00ffff"}, {"color6", "0xff00a5ff"}, {"orange", "0xff00a5ff"},
-               {"color7", "0xffffffff"}, {"white", "0xffffffff"},  {"black", "0xff000000"},
-               {"magenta", "0xffc000c0"}};
+    for (const ColorName& color : kColorNames)
+        colors_.insert_or_assign(std::string(color.name), std::string(color.value));
 }
 
 void Parser::addOverwriteColor(std::string_view name, std::string_view value) {

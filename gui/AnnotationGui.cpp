@@ -32,7 +32,7 @@ AnnotationGui::AnnotationGui(const Preferences& preferences, PIGUI::PICanvas& ca
       fontCaption_(&table_, "Font:\tFont to use when drawing the text"),
       font_(&table_, "\tFont to use when drawing the text", callbacks_.make(&AnnotationGui::onCmdFont)),
       fontFiller_(&table_, ""),
-      fontSize_(table_, "Font Size:\tSize to use when drawing the text", "points", 1,
+      fontSize_(table_, "Font Size:\tSize to use when drawing the text", "pixels", 1,
                 [this] { onCmdChange(); }) {
     for (std::size_t i = 0; i < fonts_.size(); ++i)
         font_.appendOption(static_cast<std::int32_t>(i), fonts_[i]);

@@ -4,6 +4,7 @@
 #include "model/LineFate.h"
 
 #include "common/Strings.h"
+#include "format/ColorNames.h"
 #include "format/FileNumber.h"
 #include "format/ZelShapes.h"
 #include "geo/Units.h"
@@ -108,15 +109,22 @@ LineFate fateOfCenter(const LineTokens& tokens, bool belongs, bool asDegrees) {
     return belongs ? fateOfPosition(tokens, asDegrees) : kUnusedLine;
 }
 
+/// A colour of two words is a name, whatever it looks like.
+LineFate fateOfColor(const LineTokens& tokens) {
+    return keptIf(tokens.count() != 2 || ZEL::isColorName(tokens[1]),
+                  {halNotify::Warning, "names no color that is known, and means red"});
+}
+
 LineFate fateOfAttribute(P parameter, const LineTokens& tokens, const ZEL::ZelShape& shape) {
     const std::string_view value = tokens[1];
     const auto& units = shape.originalUnits();
     const bool relative = shape.isRelative();
     switch (parameter) {
         case P::LineColor:
-            return kKept;
-        case P::LineWidth:
+            return fateOfColor(tokens);
         case P::FillColor:
+            return as<ZEL::FillableShape>(shape) ? fateOfColor(tokens) : kUnusedLine;
+        case P::LineWidth:
         case P::Filled:
             return keptIf(as<ZEL::FillableShape>(shape));
         case P::FontName:

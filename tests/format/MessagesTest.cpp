@@ -56,6 +56,12 @@ INSTANTIATE_TEST_SUITE_P(
              "6: Multiple shape keywords found in single start/end block\n", CIRCLE CIRCLE},
         Case{"start\ncircle\ncircle\nend\n", "3: Multiple shape keywords found in single start/end block\n",
              ""},
+        // Only where small letters make another latitude of it.
+        Case{"start\npoints\nLL 21d18m36S 158\nll 21:18:36S 158\nll \"21d18m36S\" 158\nll 21d18m36s 158\n"
+             "ll -21d18m36S 158\nend\n",
+             "3: The S of \"21d18m36S\" is taken for seconds, not for south\n",
+             "start\npoints\nlla 21.31 158 0\nlla -21.31 158 0\nlla -21.31 158 0\nlla 21.31 158 0\n"
+             "lla -21.31 158 0\nend\n"},
         Case{"start\nlatlonaltbox 2 1 3 4 0\nannotation x\nend\n",
              "3: Multiple shape keywords found in single start/end block\n", ""},
         Case{"start\n# kml_groundoverlay\ncircle\nend\n",

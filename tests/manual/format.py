@@ -60,12 +60,12 @@ def check_messages():
 
 def check_names():
     code = {name: (source / name).read_text() for name in
-            ("format/Keyword.cpp", "format/BlockReader.cpp", "format/Parser.cpp", "geo/UnitsTable.def")}
+            ("format/Keyword.cpp", "format/BlockReader.cpp", "format/ColorNames.h", "geo/UnitsTable.def")}
     table = code["format/Keyword.cpp"].split("kKeywords[] = {")[1].split("\n};")[0]
     names = set(re.findall(r'^    (?:\{|shape\()"(\w+)"', table, re.MULTILINE)) - {"3d"}
     names |= set(re.findall(r'"(3d \w+)"', code["format/BlockReader.cpp"]))
     names |= set(re.findall(r'"(kml_\w+)"', code["format/BlockReader.cpp"]))
-    names |= set(re.findall(r'\{"(\w+)", "0x', code["format/Parser.cpp"]))
+    names |= set(re.findall(r'\{"(\w+)", "0x', code["format/ColorNames.h"]))
     units = re.findall(r'"(?:length|angle)", "(\w+)", "([\w ]+)"', code["geo/UnitsTable.def"])
     names |= {abbreviation for abbreviation, name in units}
     if len(names) < 110:

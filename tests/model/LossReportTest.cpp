@@ -96,6 +96,10 @@ TEST_F(LossReportTest, NamesTheLineThatIsLost) {
         {circle + "radius 5\nlinecolor red\nlinecolor hex ff0000ff\nlinecolor a b c\n",
          "6: \"linecolor red\" is dropped, because line 7 counts\n"
          "8: linecolor command requires at least 1 argument\n"},
+        {circle + "radius 5\nlinecolor Magenta\nfillcolor \"red\"\n",
+         "7: \"fillcolor \"red\"\" names no color that is known, and means red\n"},
+        {circle + "radius 5\nlinecolor purple\nlinecolor black\n",
+         "6: \"linecolor purple\" names no color that is known, and means red\n"},
         {circle + "radius 5\nrangeunits ft\n",
          "4: \"rangeunits m\" is dropped, because line 6 counts\n"
          "6: \"rangeunits ft\" is not kept: saved in metres and degrees\n"},
