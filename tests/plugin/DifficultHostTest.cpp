@@ -44,7 +44,9 @@ class DifficultHostBase : public HostedPlugin {
     /// \return the number of service calls of the work
     int survive() {
         forget();
-        std::filesystem::remove_all(directory + "/quick");
+        // Wherever they were saved.
+        for (const auto& entry : std::filesystem::directory_iterator(directory))
+            std::filesystem::remove_all(entry);
         calls = 0;
         LoadedPlugin plugin(host);
         running = &plugin;
