@@ -23,8 +23,9 @@ constexpr unsigned long kReference = 1;
 
 /// What loading gives. Where offsets count from nothing the place does not matter, as only the offsets are
 /// saved; beside absolute positions it would, and they are lost.
-LoadResult load(const std::string& text, const std::string& file, OverlayEditor::PointConverter& converter) {
-    const OverlayEditor::Preferences preferences;
+/// \param preferences outlive the shapes
+LoadResult load(const std::string& text, const std::string& file,
+                const OverlayEditor::Preferences& preferences, OverlayEditor::PointConverter& converter) {
     converter.setReferenceLla(halCore::Vec3(), kReference);
     LoadResult loaded = OverlayEditor::loadOverlayText(text, file, preferences, &converter, 0);
     if (!loaded.offsets || loaded.offsets->reference || !loaded.offsets->mixed) return loaded;
@@ -55,6 +56,7 @@ int edit(const EditOptions& options) {
     // All that the log would say is among the losses, and with its place.
     halNotify::setNotifyHandler([](halNotify::Severity, const std::string&) {});
     const OverlayEditor::QuietServiceTable host;
+    const OverlayEditor::Preferences preferences;
     Failures failures;
     const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
     Progress progress(totalSize(files));
@@ -66,7 +68,7 @@ int edit(const EditOptions& options) {
         Input input(file, progress);
         const std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
         OverlayEditor::PointConverter converter;
-        LoadResult loaded = load(text, file, converter);
+        LoadResult loaded = load(text, file, preferences, converter);
         std::size_t written = 0;
         progress.hide();
         std::cout << saved(loaded, converter, written);

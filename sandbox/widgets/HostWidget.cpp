@@ -13,9 +13,10 @@ namespace sandbox {
 HostWidget::~HostWidget() {
     if (parent_) parent_->release(*this);
     if (!widget_) return;
-    // The widget may be in the middle of one of its own signals.
-    widget_->hide();
+    // What is hidden loses the focus and would tell of it; the one to tell is half gone.
     widget_->disconnect();
+    widget_->hide();
+    // The widget may be in the middle of one of its own signals.
     widget_->deleteLater();
 }
 
