@@ -94,19 +94,18 @@ drag(aside, around(140, 100));
 show("arc", around(140, 100));
 
 const tilted = 40;
-begin("Cylinder", tilted);
-fill();
-drag(center, around(90, 110));
-drag(aside, around(0, 80));
-editor.fill("Height:", "60 km");
-show("cylinder", around(90, 110));
 
-begin("Wedge", tilted);
-fill();
-drag(center, around(30, 110));
-drag(aside, around(140, 110));
-editor.fill("Height:", "60 km");
-show("wedge", around(30, 110));
+function drawBody(kind, first, second, height) {
+    begin(kind, tilted);
+    fill();
+    drag(center, first);
+    if (second) drag(aside, second);
+    editor.fill("Height:", height);
+    show(kind.toLowerCase(), first);
+}
+
+drawBody("Cylinder", around(90, 110), around(0, 80), "60 km");
+drawBody("Wedge", around(30, 110), around(140, 110), "60 km");
 
 for (const kind of ["Sphere", "Hemisphere"]) {
     begin(kind, tilted);
@@ -115,18 +114,8 @@ for (const kind of ["Sphere", "Hemisphere"]) {
     show(kind.toLowerCase(), around(100, 80));
 }
 
-begin("Ellipsoid", tilted);
-fill();
-drag(center, around(90, 120));
-drag(aside, around(0, 80));
-editor.fill("Height:", "50 km");
-show("ellipsoid", around(90, 120));
-
-begin("Cone", tilted);
-fill();
-drag(center, around(100, 80));
-editor.fill("Height:", "90 km");
-show("cone", around(100, 80));
+drawBody("Ellipsoid", around(90, 120), around(0, 80), "50 km");
+drawBody("Cone", around(100, 80), null, "90 km");
 
 begin("Orbit");
 fill();
