@@ -1,5 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # Completion of the zel command for bash.
 _zel() {
     local word=${COMP_WORDS[COMP_CWORD]} command= i

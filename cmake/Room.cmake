@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 # A room is one folder at the top of the tree and one static library, oe_<room>.
 #
 # Its headers are found as "<room>/Header.h" and only by targets that link it: each room's include

@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 # Language, warnings, sanitizers and output places, the same for every target.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 # OVERLAYEDITOR_SOURCE_DATE: the day of the sources, in seconds since 1970, which stands for today in all that is built,
 # so that the same sources give the same bytes: SOURCE_DATE_EPOCH of the environment, else the time of the last commit,
 # else that of the changelog.

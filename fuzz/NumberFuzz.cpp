@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A line's first word as a number: the fast reader agrees with the general one, and what is written comes
 // back.
 

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Runs a fuzzer's function on every file in the directories given; the process ends with the first failure.
 
 #include <cstddef>

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Any text is read, written, read and written: the two written texts are the same, and the first of them
 // makes no more messages than the text did (some come from comments, which are kept). A stream gives what
 // memory gives.

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 #pragma once
 
 /// The inverse projections of the UTM and UPS grids on WGS-84. Lengths in metres about the projection's

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The part of the dialog that deals with platforms: what the overlay is attached to, and what offsets count
 // from.
 

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The part of the dialog that deals with files, with the host's overlays, and with the manual.
 
 #include <algorithm>

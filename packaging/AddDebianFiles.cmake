@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 # Run by cpack when the files of the packages stand ready: adds what only Debian wants, and packs as Debian does.
 # cpack has left it behind.
 unset(ENV{DESTDIR})

@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 # Debian packages, one for each component of the installation: the target "package", or cpack.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "the OverlayEditor authors")

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 #pragma once
 
 /// The contract between a host and its plug-ins, whole: somebody who has this header and those that it

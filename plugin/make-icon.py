@@ -1,6 +1,4 @@
 #!/usr/bin/env python3
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 
 """Draws the editor's icon and writes it as EditorIcon.cpp beside this script.
 

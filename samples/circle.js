@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Draws a circle with the mouse, saves it, loads it again, and takes a picture.
 //
 //     halvis-sandbox --script samples/circle.js [DIRECTORY]

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A ship sails, and the range ring that is drawn about it goes with it while it is being edited.
 //
 //     halvis-sandbox --script samples/sail.js [DIRECTORY]

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The three pictures of the README: a ring is drawn about a ship, given exact numbers, and sails with her.
 //
 //     halvis-sandbox --size 1280x900 --script samples/tour.js [DIRECTORY]

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 #ifdef OE_BENCH_GDAL
 
 #include <cpl_error.h>

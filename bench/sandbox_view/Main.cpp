@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // bench-view FILE.zel [SHAPES POINTS]: how long the view takes to load a file, and its frames.
 //
 // With SHAPES and POINTS the file's largest shapes are repeated, each copy shifted a little, until there are

@@ -1,6 +1,3 @@
--- SPDX-FileCopyrightText: 2026 the OverlayEditor authors
--- SPDX-License-Identifier: MIT
-
 -- An overlay file in a chapter
 --
 --     ``` {.zel picture="circle" caption="A circle" options="--size 900x500"}

@@ -1,5 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 """print.py HTML PDF: prints a page whose pictures and style lie beside it. WeasyPrint names pictures after their
 addresses; here they have ones that do not depend on the directory, so that the PDF does not either."""
 

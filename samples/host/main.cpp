@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A whole host: loads the editor, draws a circle with the mouse, saves it, prints the file, and lets the
 // editor go.
 //

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A plug-in that works together with OverlayEditor: it says in the host's log which overlay files the editor
 // saves. It needs the contract's headers alone and links nothing. README.md in this folder walks through it.
 #include <string>

@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 """Runs the zel command as people and CI do: zel.py ZEL SAMPLES_DIRECTORY"""
 
 import json

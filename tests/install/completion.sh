@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # completion.sh SANDBOX ROOT: the completion and the manual page know every option of the help, and files by their kind.
 set -euo pipefail
 sandbox=$1 root=$2

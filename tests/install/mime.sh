@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # mime.sh DESKTOP_DIRECTORY SANDBOX: a desktop that has our files knows a ".zel" file and opens it with the sandbox.
 set -euo pipefail
 export LC_ALL=C.UTF-8 PATH=${2%/*}:$PATH

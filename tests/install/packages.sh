@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # packages.sh BUILD: the Debian packages of a build can be made, and lintian finds nothing in them.
 set -euo pipefail
 work=$(mktemp -d)

@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # prefix.sh BUILD ROOT: an installation into a directory with blanks and other letters, which then gets another name.
 set -euo pipefail
 build=$1 root=$2

@@ -1,6 +1,4 @@
 #!/usr/bin/env python3
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 """format.py ZEL SOURCE: what the manual says of the ZEL format, against the program.
 
 Its examples have no message, its messages are those of the reader, and it names every keyword, unit and colour.

@@ -1,5 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 """messages.py ROOT: every message that the editor's sources may give stands in the manual's chapter of messages."""
 
 import pathlib

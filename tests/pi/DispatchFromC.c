@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 /* Drives the plug-in as the plainest of hosts would: dlopen, dlsym and raw calls, no header of ours. */
 #include <dlfcn.h>
 #include <stdint.h>

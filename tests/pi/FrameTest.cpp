@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The frame: adapters, dispatch, the funnel, callbacks and clean-up.
 #include <map>
 #include <memory>

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The wrappers: what each service call carries, and what a wrapper makes of the host's answer.
 #include <functional>
 #include <sstream>

@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # tests/pi/exports.sh LIBRARY: the nine entry points are the library's only visible symbols.
 set -euo pipefail
 expected="HPI_CleanUpPlugin

@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # version-date.sh COMPILER ROOT: the version text carries the day that SOURCE_DATE_EPOCH names.
 set -euo pipefail
 work=$(mktemp -d)

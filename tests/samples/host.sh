@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # tests/samples/host.sh EXAMPLE-HOST PLUGIN DIRECTORY-OF-LIBRARIES
 # The example host draws, saves and prints a circle, and says what is wrong when something is.
 set -euo pipefail

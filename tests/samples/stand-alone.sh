@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # tests/samples/stand-alone.sh SOURCE-DIRECTORY BUILD-DIRECTORY
 # The example host builds and runs from the installed plug-in and development files alone, wherever they are.
 set -euo pipefail

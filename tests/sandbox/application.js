@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Settings, file dialogs, timeouts, actions, published services, notifications.
 include("lib/probe.js");
 open();

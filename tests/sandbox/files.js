@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Platforms and overlays from files: tracks, the clock, the panel's tree, files that change on disk, bad files.
 const samples = scriptDirectory + "/../../samples/";
 const folder = temporaryDirectory();

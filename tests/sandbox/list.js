@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A list: columns, the plug-in's data, the selection.
 include("lib/probe.js");
 open();

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every way to break the contract is reported by name, and does no harm.
 include("lib/probe.js");
 open();

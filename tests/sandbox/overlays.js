@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Overlay files and texts: loading, showing, listing, attaching, observing, the panel and its menu.
 include("lib/probe.js");
 open();

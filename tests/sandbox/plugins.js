@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Plug-ins come and go; a bad one is refused by name, and the host goes on.
 include("lib/probe.js");
 const libraries = environment("PROBE_DIRECTORY");

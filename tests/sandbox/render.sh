@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # render.sh SANDBOX SAMPLES: pictures without a window; statuses, messages with their place, the same bytes each
 # time.
 set -u

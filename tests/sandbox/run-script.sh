@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # run-script.sh ROOT SANDBOX PLUGIN SCRIPT [FAILURE]: runs a script with settings of its own. With FAILURE, a
 # regular expression, the script must fail with a message that matches it. SANDBOX_SIZE is the window's,
 # SANDBOX_SCALE the number of the device's pixels to one of the mouse, SANDBOX_PALETTE "dark" or "light".

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Platforms, the clock, and the events that tell of them.
 include("lib/probe.js");
 open();

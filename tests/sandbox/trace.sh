@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # trace.sh SANDBOX PROBE SCRIPTS: every call, event and violation is in the trace, in order and well formed.
 set -u
 sandbox=$1 probe=$2 scripts=$3

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The mouse of the view, the cursor's position, the camera, screen texts, refreshes.
 include("lib/probe.js");
 open();

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every kind of widget: what it shows, what a person can do with it, and what its callback is told.
 include("lib/probe.js");
 open();

@@ -1,6 +1,3 @@
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
-
 """Reads every #include of the tree and fails on one that runs up, or against the order within a room."""
 
 import pathlib

@@ -1,6 +1,4 @@
 #!/usr/bin/env bash
-# SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-# SPDX-License-Identifier: MIT
 # tests/structure/layout.sh ROOT: every source file is laid out as clang-format would.
 set -euo pipefail
 cd "$1"

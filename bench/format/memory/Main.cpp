@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // How much memory reading takes: for each reader, in a process of its own, what the result takes for a point,
 // and how much more there was at the highest.
 

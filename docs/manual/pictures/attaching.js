@@ -1,5 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
 // Window: 1100x760
 
 // An overlay is attached to a ship, and goes with it; the host's list of overlays, and its menu.

@@ -1,5 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
 // Window: 640x480
 
 // The panel of every kind, and the dialog as a whole.

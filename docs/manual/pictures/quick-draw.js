@@ -1,5 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
 // Window: 1100x760
 
 // Quick drawing: the menu, a shape as it is drawn, several of them, the note of the platform.

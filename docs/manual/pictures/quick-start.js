@@ -1,5 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
 // Window: 1160x930
 
 // The steps of the quick start, with the numbers that it names.

@@ -1,5 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
 // Window: 800x560
 
 // Every kind of shape as it is being edited: drawn with the mouse, the cursor on one of its points.

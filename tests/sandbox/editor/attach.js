@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Attaching: the list, picking in the view, centred or kept in place, detached, another platform, one that goes.
 const editor = dialog("Overlay Editor");
 const picker = dialog("Select Platform");

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every kind of shape, drawn across 180 degrees.
 include("../lib/drawing.js");
 drawEverything("date-line", { lat: -17, lon: 180, range: 200000 });

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every kind of shape, drawn over Hawaii.
 include("../lib/drawing.js");
 drawEverything("hawaii", { lat: 21, lon: -158, range: 200000 });

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Edit points stand on their pixel and are as large at every distance, in every part of the earth, and on
 // dense screens; they are grabbed by the pixel.
 const pictures = args[0];

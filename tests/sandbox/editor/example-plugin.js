@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The example plug-in hears of what the editor saves, whichever of the two comes and goes first.
 const libraries = environment("PROBE_DIRECTORY");
 const work = temporaryDirectory();

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The dialog's own work, from top to bottom: its widgets, names, centre, load, save, close, delete, help.
 const editor = dialog("Overlay Editor");
 const work = args[0] || temporaryDirectory();

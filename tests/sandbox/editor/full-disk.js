@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A user who saves where it cannot be: on a disk that is full, on one that is read-only, into a device. The log says
 // why, the old file stands, the shapes stay, and saved elsewhere nothing is lost.
 const pictures = args[0];

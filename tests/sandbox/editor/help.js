@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Help opens the manual of this build, where the host says that its files are.
 const editor = dialog("Overlay Editor");
 const manual = environment("HALVIS_DIR") + "/doc/HALVIS/Overlay_Editor_Plugin.pdf";

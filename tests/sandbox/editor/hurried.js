@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // A hurried operator: a range ring and a route, exact values in nautical miles and MGRS, on a ship under way; saved,
 // the editor restarted, loaded: everything is there, to the last digit that was typed.
 const editor = dialog("Overlay Editor");

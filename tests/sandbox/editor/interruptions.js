@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // What a user may do in the middle of drawing a circle, and with a text that is typed but not entered yet.
 const editor = dialog("Overlay Editor");
 const existing = dialog("Select Existing ZEL");

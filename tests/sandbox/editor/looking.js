@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Looking at every shape of a file, in every unit, changes not one byte of it.
 const editor = dialog("Overlay Editor");
 const work = args[0] || temporaryDirectory();

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every dialog and every panel fits the screen, and the Tab key goes down the form. With a directory as
 // argument it leaves a picture of each.
 const editor = dialog("Overlay Editor");

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // An overlay on a platform that moves: the edit points stay on what the host draws.
 const editor = dialog("Overlay Editor");
 const work = args[0] || temporaryDirectory();

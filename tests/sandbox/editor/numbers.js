@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // What the manual says that fields take and refuse.
 const editor = dialog("Overlay Editor");
 menu("Plug-ins", "Overlay Editor...");

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Files with offsets: they stay what they are, about their own reference or one that is assumed with a warning.
 const editor = dialog("Overlay Editor");
 const work = args[0] || temporaryDirectory();

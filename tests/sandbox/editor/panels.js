@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // The panel of every kind that a file can bring, in each unit; and opening one changes nothing.
 const editor = dialog("Overlay Editor");
 const work = args[0] || temporaryDirectory();

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // What the host shows of the plug-in: who it is, its menu item, its part of the overlays' context menu, its help.
 const work = args[0] || temporaryDirectory();
 const [self] = plugins();

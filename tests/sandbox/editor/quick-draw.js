@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Quick drawing from the actions menu: every command, as a user gives it.
 const work = temporaryDirectory();
 const pictures = args[0];

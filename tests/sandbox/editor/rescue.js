@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Nothing unsaved vanishes: whatever gives the shapes up writes them to a dated file first, and the log says where.
 const editor = dialog("Overlay Editor");
 const existing = dialog("Select Existing ZEL");

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every kind of shape by its fields alone, in mixed units: what is typed is what is saved, it comes back from the
 // file, and attached, loaded, detached and attached again it is the same to the last byte.
 const editor = dialog("Overlay Editor");

@@ -1,5 +1,2 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 include("../lib/probe.js"); open();
 command("misuse wrong-record");

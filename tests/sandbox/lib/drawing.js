@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Every kind of shape drawn with the mouse, each of its points dragged, and lifted with the wheel. After each
 // step the text that the host shows has the numbers that the mouse meant; GeographicLib and the view's
 // picking are the judges.

@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Opens the probe's dialog, and passes it commands.
 var probe = dialog("Probe");
 

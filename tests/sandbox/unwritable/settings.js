@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // Settings that cannot be written hold for this run, and one message says so.
 include("../lib/probe.js");
 open();

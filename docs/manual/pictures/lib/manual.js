@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 the OverlayEditor authors
-// SPDX-License-Identifier: MIT
-
 // What the manual's picture scripts share. Their arguments: the directory for pictures, and one for overlay files
 // whose name may be seen in a picture.
 var pictures = args[0];
