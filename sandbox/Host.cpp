@@ -7,6 +7,8 @@
 #include <numbers>
 
 #include "common/Notify.h"
+#include "globe/GlobeView.h"
+#include "globe/SceneExtent.h"
 #include "sandbox/ClockBar.h"
 #include "sandbox/FirstSteps.h"
 #include "sandbox/OverlayPanel.h"
@@ -16,8 +18,6 @@
 #include "sandbox/services/ContextMenu.h"
 #include "sandbox/services/FileDialogs.h"
 #include "sandbox/services/Services.h"
-#include "sandbox/view/GlobeView.h"
-#include "sandbox/view/SceneExtent.h"
 
 namespace sandbox {
 

@@ -12,10 +12,10 @@
 #include <QStatusBar>
 
 #include "common/Notify.h"
+#include "globe/GlobeView.h"
 #include "sandbox/Log.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/PositionText.h"
-#include "sandbox/view/GlobeView.h"
 #include "sandbox/widgets/Caption.h"
 
 namespace sandbox {

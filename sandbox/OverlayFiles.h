@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "format/ParseReport.h"
+#include "globe/OverlayScene.h"
 #include "pi/HostObservers.h"
 #include "pi/HostStructures.h"
 #include "sandbox/HandleRegistry.h"
-#include "sandbox/view/OverlayScene.h"
 
 namespace sandbox {
 

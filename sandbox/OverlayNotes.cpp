@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "format/ZelShapes.h"
-#include "sandbox/view/PictureFile.h"
+#include "globe/PictureFile.h"
 
 namespace sandbox {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sandbox/view/OverlayScene.h"
+#include "globe/OverlayScene.h"
 
 namespace sandbox {
 

@@ -14,13 +14,13 @@
 #include "common/Files.h"
 #include "common/NumberText.h"
 #include "format/Parser.h"
+#include "globe/Camera.h"
+#include "globe/GlobePicture.h"
+#include "globe/GlobeView.h"
+#include "globe/PrintPicture.h"
+#include "globe/SceneExtent.h"
 #include "sandbox/OverlayNotes.h"
 #include "sandbox/SizeText.h"
-#include "sandbox/view/Camera.h"
-#include "sandbox/view/GlobePicture.h"
-#include "sandbox/view/GlobeView.h"
-#include "sandbox/view/PrintPicture.h"
-#include "sandbox/view/SceneExtent.h"
 
 namespace sandbox {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <map>
 
-#include "sandbox/view/OverlayScene.h"
+#include "globe/OverlayScene.h"
 
 namespace sandbox {
 

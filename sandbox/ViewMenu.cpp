@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "geo/AngleText.h"
+#include "globe/GlobeView.h"
 #include "sandbox/Settings.h"
-#include "sandbox/view/GlobeView.h"
 
 namespace sandbox {
 

@@ -10,6 +10,7 @@
 
 #include <unistd.h>
 
+#include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/InstalledFiles.h"
 #include "sandbox/Palette.h"
@@ -17,7 +18,6 @@
 #include "sandbox/SizeText.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/script/ScriptRun.h"
-#include "sandbox/view/GlobeView.h"
 
 namespace {
 

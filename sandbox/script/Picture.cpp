@@ -5,8 +5,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "globe/GlobeView.h"
 #include "sandbox/Host.h"
-#include "sandbox/view/GlobeView.h"
 
 namespace sandbox {
 

@@ -3,10 +3,10 @@
 #include <QFileInfo>
 #include <numbers>
 
+#include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/script/ScriptRun.h"
-#include "sandbox/view/GlobeView.h"
 
 namespace sandbox {
 

@@ -5,9 +5,9 @@
 #include <QWheelEvent>
 #include <numbers>
 
+#include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/script/ScriptRun.h"
-#include "sandbox/view/GlobeView.h"
 
 namespace sandbox {
 

@@ -2,11 +2,11 @@
 #include <QFontMetrics>
 #include <array>
 
+#include "globe/GlobeView.h"
+#include "globe/Sprites.h"
 #include "sandbox/Host.h"
 #include "sandbox/services/ScreenTextRecord.h"
 #include "sandbox/services/Services.h"
-#include "sandbox/view/GlobeView.h"
-#include "sandbox/view/Sprites.h"
 
 namespace sandbox {
 

@@ -1,8 +1,8 @@
 #include <cmath>
 
+#include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/services/Services.h"
-#include "sandbox/view/GlobeView.h"
 
 namespace sandbox {
 

@@ -15,7 +15,8 @@ BELOW = {
     "gui": ["common", "geo", "format", "pi", "model", "tools"],
     "plugin": ["common", "geo", "format", "pi", "model", "tools", "gui"],
     "cli": ["common", "geo", "format", "pi", "model"],
-    "sandbox": ["common", "geo", "format", "pi"],
+    "globe": ["common", "geo", "format"],
+    "sandbox": ["common", "geo", "format", "pi", "globe"],
 }
 # Of pi/ a host sees the contract alone: the contract header and what it includes.
 CONTRACT = "pi/HostContract.h"

@@ -1,0 +1,187 @@
+#include "globe/GeodesicPath.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <GeographicLib/GeodesicLine.hpp>
+#include <GeographicLib/Rhumb.hpp>
+
+namespace sandbox {
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+constexpr double kDegree = kPi / 180.0;
+constexpr int kMostPieces = 20000;
+
+const GeographicLib::Geodesic& geodesic() {
+    return GeographicLib::Geodesic::WGS84();
+}
+
+int piecesOfPath(double meters, double step) {
+    return std::clamp(static_cast<int>(std::ceil(meters / step)), 1, kMostPieces);
+}
+
+/// Calls `add` for the points that cut the way into pieces of at most `step` metres. `chord`: how far apart
+/// the ends are in a straight line.
+template <typename Add>
+void forPointsBetween(const halCore::Vec3& from, const halCore::Vec3& to, double chord, PathKind kind,
+                      double step, const Add& add) {
+    const auto addAlong = [&](double meters, const auto& position) {
+        const int pieces = piecesOfPath(meters, step);
+        for (int i = 1; i < pieces; ++i) {
+            const double share = static_cast<double>(i) / pieces;
+            double lat = 0.0;
+            double lon = 0.0;
+            position(meters * share, lat, lon);
+            add(halCore::Vec3(lat * kDegree, lon * kDegree, std::lerp(from.alt(), to.alt(), share)));
+        }
+    };
+    if (kind == PathKind::Rhumb) {
+        const GeographicLib::Rhumb& rhumb = GeographicLib::Rhumb::WGS84();
+        double meters = 0.0;
+        double azimuth = 0.0;
+        rhumb.Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree,
+                      meters, azimuth);
+        const GeographicLib::RhumbLine line = rhumb.Line(from.lat() / kDegree, from.lon() / kDegree, azimuth);
+        addAlong(meters, [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
+    } else if (chord > step) {
+        const GeographicLib::GeodesicLine line = geodesic().InverseLine(
+            from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree);
+        addAlong(line.Distance(), [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
+    }
+}
+
+}  // namespace
+
+int piecesOfArc(double radius, double sweep, double tolerance) {
+    const double allowed = std::max({0.01, 2e-6 * radius, tolerance});
+    const double share = std::clamp(allowed / std::max(radius, 1e-3), 1e-7, 0.02);
+    const double wanted = std::ceil(std::abs(sweep) / (2.0 * std::acos(1.0 - share)));
+    const int pieces = std::max(2, static_cast<int>(std::min(wanted, 4092.0)));
+    return std::abs(sweep) < 2.0 * kPi - 1e-9 ? pieces : (pieces + 11) / 12 * 12;
+}
+
+DistanceAndAzimuth geodesicBetween(const halCore::Vec3& from, const halCore::Vec3& to) {
+    DistanceAndAzimuth result;
+    geodesic().Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree,
+                       result.meters, result.azimuthAtStart, result.azimuthAtEnd);
+    result.azimuthAtStart *= kDegree;
+    result.azimuthAtEnd *= kDegree;
+    return result;
+}
+
+halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double meters) {
+    double lat = 0.0;
+    double lon = 0.0;
+    geodesic().Direct(from.lat() / kDegree, from.lon() / kDegree, azimuth / kDegree, meters, lat, lon);
+    return {lat * kDegree, lon * kDegree, from.alt()};
+}
+
+void appendPath(GeodeticPath& path, const halCore::Vec3& to, PathKind kind, double step) {
+    const halCore::Vec3 from = path.back();
+    forPointsBetween(from, to, length(toEcef(to) - toEcef(from)), kind, step,
+                     [&path](const halCore::Vec3& p) { path.push_back(p); });
+    path.push_back(to);
+}
+
+void appendPath(PlacedPath& path, const halCore::Vec3& to, const Ecef& place, PathKind kind, double step) {
+    const halCore::Vec3 from = path.points.back();
+    forPointsBetween(from, to, length(place - path.places.back()), kind, step,
+                     [&path](const halCore::Vec3& p) { path.add(p, toEcef(p)); });
+    path.add(to, place);
+}
+
+GeodeticPath geodesicArc(const halCore::Vec3& center, double meters, double azimuth, double sweep,
+                         double tolerance) {
+    const int pieces = piecesOfArc(meters, sweep, tolerance);
+    GeodeticPath path;
+    path.reserve(static_cast<std::size_t>(pieces) + 1);
+    for (int i = 0; i <= pieces; ++i)
+        path.push_back(geodesicFrom(center, azimuth + sweep * i / pieces, meters));
+    return path;
+}
+
+GeodeticPath ellipticalArc(const halCore::Vec3& center, double halfEast, double halfNorth, double turn,
+                           double azimuth, double sweep, double tolerance) {
+    // The parameter angle p of the point seen at azimuth z: tan z = east sin p / (north cos p). Both
+    // angles agree at the quarters, which keeps whole turns whole.
+    const auto parameter = [&](double seenAt) {
+        const double quarters = std::round(seenAt / (kPi / 2)) * (kPi / 2);
+        const double raw = std::atan2(std::sin(seenAt) * halfNorth, std::cos(seenAt) * halfEast);
+        return quarters + std::remainder(raw - quarters, 2.0 * kPi);
+    };
+    const double from = parameter(azimuth - turn);
+    const double to = parameter(azimuth - turn + sweep);
+    const int pieces = piecesOfArc(std::max(halfEast, halfNorth), to - from, tolerance);
+    GeodeticPath path;
+    path.reserve(static_cast<std::size_t>(pieces) + 1);
+    for (int i = 0; i <= pieces; ++i) {
+        const double p = from + (to - from) * i / pieces;
+        const double east = halfEast * std::sin(p);
+        const double north = halfNorth * std::cos(p);
+        path.push_back(geodesicFrom(center, std::atan2(east, north) + turn, std::hypot(east, north)));
+    }
+    return path;
+}
+
+void simplify(PlacedPath& path, double tolerance) {
+    const std::vector<Ecef>& places = path.places;
+    if (places.size() < 3 || !(tolerance > 0.0)) return;
+    std::vector<bool> keep(places.size(), false);
+    keep.front() = keep.back() = true;
+    std::vector<std::pair<std::size_t, std::size_t>> todo{{0, places.size() - 1}};
+    while (!todo.empty()) {
+        const auto [first, last] = todo.back();
+        todo.pop_back();
+        const Ecef along = places[last] - places[first];
+        const double size = std::max(dot(along, along), 1e-12);
+        double most = tolerance * tolerance;
+        std::size_t farthest = first;
+        for (std::size_t i = first + 1; i < last; ++i) {
+            const Ecef v = places[i] - places[first];
+            const Ecef off = v - along * std::clamp(dot(v, along) / size, 0.0, 1.0);
+            if (dot(off, off) <= most) continue;
+            most = dot(off, off);
+            farthest = i;
+        }
+        if (farthest == first) continue;
+        keep[farthest] = true;
+        todo.emplace_back(first, farthest);
+        todo.emplace_back(farthest, last);
+    }
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < keep.size(); ++i) {
+        if (!keep[i]) continue;
+        path.points[kept] = path.points[i];
+        path.places[kept++] = path.places[i];
+    }
+    path.points.resize(kept);
+    path.places.resize(kept);
+}
+
+std::optional<halCore::Vec3> fromFlatFrame(const halCore::Vec3& origin, const halCore::Vec3& offset) {
+    constexpr double kF = 1.0 / 298.257223563;
+    constexpr double kE2 = kF * (2.0 - kF);
+    const double sine = std::sin(origin.lat());
+    const double root = std::sqrt(1.0 - kE2 * sine * sine);
+    const double primeVertical = kEquatorRadius / root + origin.alt();
+    const double meridian = kEquatorRadius * (1.0 - kE2) / (root * root * root) + origin.alt();
+    const double ring = primeVertical * std::cos(origin.lat());
+    const double lat = origin.lat() + offset.y() / meridian;
+    if (ring < 1e-3 || std::abs(lat) > kPi / 2) return std::nullopt;
+    return halCore::Vec3(lat, std::remainder(origin.lon() + offset.x() / ring, 2.0 * kPi),
+                         origin.alt() + offset.z());
+}
+
+std::vector<Ecef> toEcef(const GeodeticPath& path) {
+    std::vector<Ecef> result;
+    result.reserve(path.size());
+    for (const halCore::Vec3& point : path) result.push_back(toEcef(point));
+    return result;
+}
+
+}  // namespace sandbox

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QSize>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "globe/MapOptions.h"
+#include "globe/PlatformMarker.h"
+#include "globe/ScreenText.h"
+
+class QPaintDevice;
+
+namespace sandbox {
+
+class Camera;
+class OverlayScene;
+
+/// What lies behind the overlays.
+struct Backdrop {
+    bool earth = true;  ///< space and the globe; otherwise nothing but the colour
+    QColor color = Qt::black;
+};
+
+/// What one frame shows.
+struct GlobeFrame {
+    const Camera& camera;
+    double pixelRatio = 1.0;  ///< device pixels a widget pixel
+    Backdrop backdrop;
+    MapOptions map;
+    const OverlayScene& overlays;
+    const std::map<std::uint64_t, PlatformMarker>& platforms;
+    const std::map<std::uint64_t, ScreenText>& screenTexts;
+};
+
+/// Draws the globe and everything on it, in a window or off screen. To be made, used and destroyed with the
+/// context current.
+class GlobePainter {
+  public:
+    GlobePainter();
+    ~GlobePainter();
+
+    /// A null image gives the plain globe.
+    void setEarthImage(const QImage& image);
+    /// Runs a refresh hook and keeps what it draws for the next draw(), which lays it over the overlays.
+    /// Leaves another frame buffer bound.
+    void recordHook(const Camera& camera, const QSize& pixels, const std::function<void()>& hook);
+    /// Draws on the frame buffer that is bound, which is the one that `device` stands for.
+    void draw(const GlobeFrame& frame, QPaintDevice& device);
+
+  private:
+    struct Layers;
+
+    void paintLabels(const GlobeFrame& frame, QPaintDevice& device);
+    void paintMapTexts(const GlobeFrame& frame, QPaintDevice& device);
+    void paintScreenTexts(const GlobeFrame& frame, QPaintDevice& device);
+
+    std::unique_ptr<Layers> layers_;
+    bool hookRecorded_ = false;
+};
+
+}  // namespace sandbox

@@ -1,0 +1,324 @@
+#include "globe/GlobeView.h"
+
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QWheelEvent>
+#include <cmath>
+
+namespace sandbox {
+
+namespace {
+
+unsigned modifiersOf(Qt::KeyboardModifiers modifiers) {
+    return (modifiers & Qt::ShiftModifier ? unsigned{ViewMouseEvent::Shift} : 0U) |
+           (modifiers & Qt::ControlModifier ? unsigned{ViewMouseEvent::Control} : 0U) |
+           (modifiers & Qt::AltModifier ? unsigned{ViewMouseEvent::Alt} : 0U);
+}
+
+unsigned buttonsOf(Qt::MouseButtons buttons) {
+    return (buttons & Qt::LeftButton ? unsigned{ViewMouseEvent::Left} : 0U) |
+           (buttons & Qt::MiddleButton ? unsigned{ViewMouseEvent::Middle} : 0U) |
+           (buttons & Qt::RightButton ? unsigned{ViewMouseEvent::Right} : 0U);
+}
+
+ViewMouseEvent describe(const QSinglePointEvent& event, ViewMouseEvent::Kind kind) {
+    ViewMouseEvent result;
+    result.kind = kind;
+    result.x = qRound(event.position().x());
+    result.y = qRound(event.position().y());
+    result.modifiers = modifiersOf(event.modifiers());
+    result.buttons = buttonsOf(event.buttons());
+    return result;
+}
+
+std::optional<ViewMouseEvent::Kind> kindOf(Qt::MouseButton button, bool press) {
+    using Kind = ViewMouseEvent::Kind;
+    switch (button) {
+        case Qt::LeftButton:
+            return press ? Kind::LeftPress : Kind::LeftRelease;
+        case Qt::MiddleButton:
+            return press ? Kind::MiddlePress : Kind::MiddleRelease;
+        case Qt::RightButton:
+            return press ? Kind::RightPress : Kind::RightRelease;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+QSurfaceFormat GlobeView::surfaceFormat() {
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setVersion(2, 1);
+    format.setProfile(QSurfaceFormat::CompatibilityProfile);
+    format.setDepthBufferSize(24);
+    format.setStencilBufferSize(8);
+    format.setSamples(4);
+    return format;
+}
+
+GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defaultEarthImage()) {
+    setFormat(surfaceFormat());
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    overlays_.setChangeCallback([this] { contentChanged(); });
+}
+
+GlobeView::~GlobeView() {
+    overlays_.setChangeCallback(nullptr);
+    releaseGraphics();
+    // The base class destroys the context, when this is no GlobeView any more.
+    if (context()) disconnect(context(), nullptr, this, nullptr);
+}
+
+QString GlobeView::defaultEarthImage() {
+    return QStringLiteral("/usr/share/xplanet/images/earth.jpg");
+}
+
+bool GlobeView::setEarthImage(const QString& path) {
+    earthImage_ = path.isEmpty() ? QImage() : QImage(path);
+    if (painter_) {
+        makeCurrent();
+        painter_->setEarthImage(earthImage_);
+        doneCurrent();
+    }
+    requestRedraw();
+    return !earthImage_.isNull();
+}
+
+void GlobeView::flyTo(const Camera& target) {
+    flight_.emplace(camera_, target);
+    flightTime_.start();
+    requestRedraw();
+}
+
+void GlobeView::continueFlight() {
+    if (!flight_) return;
+    constexpr double kMilliseconds = 1100.0;
+    const double share = static_cast<double>(flightTime_.elapsed()) / kMilliseconds;
+    Camera next = flight_->at(share);
+    next.setViewport(camera_.width(), camera_.height());
+    camera_ = next;
+    if (share >= 1.0) flight_.reset();
+    // Each frame asks for the next one, so that a slow renderer drops frames and not time.
+    cameraMoved();
+}
+
+void GlobeView::zoom(double factor) {
+    setRangeAzimuthElevation(camera_.range() * factor, camera_.azimuth(), camera_.elevation());
+}
+
+void GlobeView::turnNorthUp() {
+    Camera target = camera_;
+    target.setRangeAzimuthElevation(camera_.range(), 0.0, camera_.elevation());
+    flyTo(target);
+}
+
+void GlobeView::setMapOptions(const MapOptions& options) {
+    if (mapOptions_ == options) return;
+    mapOptions_ = options;
+    contentChanged();
+}
+
+void GlobeView::setCenter(const halCore::Vec3& geodetic) {
+    flight_.reset();
+    const Camera before = camera_;
+    camera_.setCenter(geodetic);
+    if (!(camera_ == before)) cameraMoved();
+}
+
+void GlobeView::setRangeAzimuthElevation(double range, double azimuth, double elevation) {
+    flight_.reset();
+    const Camera before = camera_;
+    camera_.setRangeAzimuthElevation(range, azimuth, elevation);
+    if (!(camera_ == before)) cameraMoved();
+}
+
+void GlobeView::cameraMoved() {
+    // Not contentChanged(): a camera that the hook moves needs the next frame, this one's view is set.
+    requestRedraw();
+    emit cameraChanged();
+}
+
+void GlobeView::setPlatform(PlatformMarker platform) {
+    const std::uint64_t id = platform.id;
+    platforms_.insert_or_assign(id, std::move(platform));
+    contentChanged();
+}
+
+void GlobeView::removePlatform(std::uint64_t id) {
+    if (platforms_.erase(id) > 0) contentChanged();
+}
+
+void GlobeView::setScreenText(ScreenText text) {
+    const std::uint64_t id = text.id;
+    screenTexts_.insert_or_assign(id, std::move(text));
+    contentChanged();
+}
+
+void GlobeView::removeScreenText(std::uint64_t id) {
+    if (screenTexts_.erase(id) > 0) contentChanged();
+}
+
+std::optional<std::uint64_t> GlobeView::platformAt(double x, double y) const {
+    constexpr double kReach = 12.0;
+    std::optional<std::uint64_t> nearest;
+    double best = kReach;
+    for (const auto& [id, platform] : platforms_) {
+        const Projected place = camera_.project(platform.position);
+        const double distance = std::hypot(place.x - x, place.y - y);
+        if (!place.visible || distance > best) continue;
+        best = distance;
+        nearest = id;
+    }
+    return nearest;
+}
+
+void GlobeView::setMouseListener(std::function<bool(const ViewMouseEvent&)> listener) {
+    mouseListener_ = std::move(listener);
+}
+
+void GlobeView::setRefreshHook(std::function<void(int, int)> hook) {
+    refreshHook_ = std::move(hook);
+    requestRedraw();
+}
+
+void GlobeView::requestRedraw() {
+    update();
+}
+
+void GlobeView::contentChanged() {
+    if (!insideHook_) requestRedraw();
+}
+
+QImage GlobeView::grabFrame() {
+    return grabFramebuffer();
+}
+
+void GlobeView::initializeGL() {
+    painter_ = std::make_unique<GlobePainter>();
+    painter_->setEarthImage(earthImage_);
+    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &GlobeView::releaseGraphics,
+            Qt::UniqueConnection);
+}
+
+void GlobeView::releaseGraphics() {
+    if (!painter_) return;
+    makeCurrent();
+    painter_.reset();
+    doneCurrent();
+}
+
+void GlobeView::resizeGL(int width, int height) {
+    camera_.setViewport(width, height);
+    emit cameraChanged();
+}
+
+void GlobeView::paintGL() {
+    ++frameCount_;
+    continueFlight();
+    // The hook may move the camera: that is for the next frame, this one keeps its view.
+    const Camera camera = camera_;
+    const double ratio = devicePixelRatio();
+    const QSize pixels = QSizeF(width() * ratio, height() * ratio).toSize();
+    if (refreshHook_) {
+        insideHook_ = true;
+        painter_->recordHook(camera, pixels, [&] { refreshHook_(width(), height()); });
+        insideHook_ = false;
+        context()->functions()->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
+    }
+    painter_->draw({.camera = camera,
+                    .pixelRatio = ratio,
+                    .backdrop = {},
+                    .map = mapOptions_,
+                    .overlays = overlays_,
+                    .platforms = platforms_,
+                    .screenTexts = screenTexts_},
+                   *this);
+    emit frameDrawn();
+}
+
+bool GlobeView::listenerTakes(const ViewMouseEvent& event) {
+    return mouseListener_ && mouseListener_(event);
+}
+
+void GlobeView::reportCursor(double x, double y) {
+    const std::optional<halCore::Vec3> place = camera_.pick(x, y);
+    emit cursorMoved(place.has_value(), place ? place->lat() : 0.0, place ? place->lon() : 0.0);
+}
+
+void GlobeView::mousePressEvent(QMouseEvent* event) {
+    const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), true);
+    lastDrag_ = event->position();
+    if (event->button() == Qt::LeftButton) pressTold_ = true;
+    if (!kind || listenerTakes(describe(*event, *kind))) return;
+    flight_.reset();
+    if (event->button() == Qt::LeftButton)
+        grabbed_ = camera_.pick(event->position().x(), event->position().y());
+    tilting_ = event->button() == Qt::MiddleButton;
+}
+
+void GlobeView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        grabbed_.reset();
+        pressTold_ = false;
+    }
+    if (event->button() == Qt::MiddleButton) tilting_ = false;
+    if (const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), false))
+        listenerTakes(describe(*event, *kind));
+}
+
+void GlobeView::releaseUnseen() {
+    pressTold_ = false;
+    grabbed_.reset();
+    ViewMouseEvent release;
+    release.kind = ViewMouseEvent::Kind::LeftRelease;
+    release.x = qRound(lastDrag_.x());
+    release.y = qRound(lastDrag_.y());
+    listenerTakes(release);
+}
+
+void GlobeView::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF at = event->position();
+    if (pressTold_ && !(event->buttons() & Qt::LeftButton)) releaseUnseen();
+    if (!listenerTakes(describe(*event, ViewMouseEvent::Kind::Motion))) {
+        if (grabbed_ && (event->buttons() & Qt::LeftButton)) {
+            if (camera_.bring(*grabbed_, at.x(), at.y())) cameraMoved();
+        } else if (tilting_ && (event->buttons() & Qt::MiddleButton)) {
+            constexpr double kRadiansPerPixel = 0.006;
+            const QPointF moved = at - lastDrag_;
+            setRangeAzimuthElevation(camera_.range(), camera_.azimuth() + moved.x() * kRadiansPerPixel,
+                                     camera_.elevation() - moved.y() * kRadiansPerPixel);
+        }
+    }
+    lastDrag_ = at;
+    reportCursor(at.x(), at.y());
+}
+
+void GlobeView::mouseDoubleClickEvent(QMouseEvent* event) {
+    // Who does not care for double clicks gets the second press as a press, the view itself included.
+    if (event->button() == Qt::LeftButton &&
+        listenerTakes(describe(*event, ViewMouseEvent::Kind::DoubleClick)))
+        return;
+    mousePressEvent(event);
+}
+
+void GlobeView::wheelEvent(QWheelEvent* event) {
+    ViewMouseEvent described = describe(*event, ViewMouseEvent::Kind::Wheel);
+    described.wheelDelta = event->angleDelta().y();
+    event->accept();
+    if (listenerTakes(described) || described.wheelDelta == 0) return;
+    flight_.reset();
+    const Camera before = camera_;
+    camera_.zoom(std::pow(2.0, -described.wheelDelta / 360.0), event->position().x(), event->position().y());
+    if (!(camera_ == before)) cameraMoved();
+    reportCursor(event->position().x(), event->position().y());
+}
+
+void GlobeView::leaveEvent(QEvent*) {
+    emit cursorMoved(false, 0.0, 0.0);
+}
+
+}  // namespace sandbox

@@ -1,0 +1,269 @@
+#include "globe/LineRaster.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace sandbox {
+
+namespace {
+
+/// Shorter ones, in pixels, have no direction.
+constexpr double kShortest = 1e-4;
+
+std::uint32_t packed(const Rgba& color, std::uint32_t alpha) {
+    const auto share = [&](std::uint32_t v) { return (v * alpha + 127) / 255; };
+    return share(color.r) | share(color.g) << 8 | share(color.b) << 16 | alpha << 24;
+}
+
+/// Lays a premultiplied colour over a pixel.
+void lay(std::uint32_t& pixel, std::uint32_t color) {
+    const std::uint32_t rest = 255 - (color >> 24);
+    // Two channels at a time, divided by 255 and rounded.
+    const auto dimmed = [rest](std::uint32_t two) {
+        const std::uint32_t v = two * rest + 0x00800080;
+        return (v + ((v >> 8) & 0x00ff00ff)) >> 8 & 0x00ff00ff;
+    };
+    pixel = color + (dimmed(pixel & 0x00ff00ff) | dimmed(pixel >> 8 & 0x00ff00ff) << 8);
+}
+
+}  // namespace
+
+/// A piece of a line on the screen. Its own coordinates are pixels along it from its start, and across it.
+struct LineRaster::Segment {
+    Vertex a, b;
+    Direction along;
+    double length;
+    double halfWidth;
+    Direction cutA, cutB;  ///< normals of the joints, in the segment's own coordinates; zero = a round cap
+    Rgba color;
+    Stroke stroke;
+    bool solid;
+    bool horizon;         ///< whether the earth may hide some of it
+    double period = 1.0;  ///< of dashes or dots, in metres along the line
+    double periodPixels = 1.0;
+
+    /// Equal steps on screen are not equal steps in space.
+    double share(double at) const {
+        const double t = std::clamp(at / std::max(length, kShortest), 0.0, 1.0);
+        return t * a.depth / std::lerp(b.depth, a.depth, t);
+    }
+};
+
+LineRaster::LineRaster(const Camera& camera, double pixelRatio)
+    : camera_(camera),
+      pixelRatio_(pixelRatio),
+      size_(QSizeF(camera.width() * pixelRatio, camera.height() * pixelRatio).toSize()),
+      pixelsPerTangent_(0.5 * camera.height() * pixelRatio / camera.tanHalfHeight()),
+      nearPlane_(camera.nearPlane()),
+      eye_(toUnitSphere(camera.eye())),
+      eyeExcess_(dot(eye_, eye_) - 1.0),
+      pixels_(static_cast<std::size_t>(size_.width()) * static_cast<std::size_t>(size_.height())) {}
+
+void LineRaster::clear() {
+    for (int y = touched_.top(); y <= touched_.bottom(); ++y) {
+        const auto row = pixels_.begin() + static_cast<std::ptrdiff_t>(y) * size_.width();
+        std::fill(row + touched_.left(), row + touched_.right() + 1, 0U);
+    }
+    touched_ = QRect();
+}
+
+LineRaster::Vertex LineRaster::vertex(const Ecef& fromEye) const {
+    Vertex result{};
+    result.depth = -dot(fromEye, camera_.back());
+    const double scale = pixelsPerTangent_ / result.depth;
+    result.x = 0.5 * camera_.width() * pixelRatio_ + dot(fromEye, camera_.right()) * scale;
+    result.y = 0.5 * camera_.height() * pixelRatio_ + dot(fromEye, camera_.up()) * scale;
+    result.fromEye = toUnitSphere(fromEye);
+    const double a = dot(result.fromEye, result.fromEye);
+    const double b = dot(eye_, result.fromEye);
+    result.past = a + b;
+    result.overEarth = b < 0.0 && b * b > a * eyeExcess_;
+    return result;
+}
+
+LineRaster::Vertex LineRaster::atNearPlane(const Vertex& behind, const Vertex& ahead) const {
+    const double share = (nearPlane_ - behind.depth) / (ahead.depth - behind.depth);
+    const Ecef s = behind.fromEye + (ahead.fromEye - behind.fromEye) * share;
+    Vertex result = vertex({s.x * kEquatorRadius, s.y * kEquatorRadius, s.z * kPoleRadius});
+    result.metres = std::lerp(behind.metres, ahead.metres, share);
+    return result;
+}
+
+/// On a straight piece, what lies past is a parabola that opens upwards.
+LineRaster::Sight LineRaster::sightOf(const Vertex& a, const Vertex& b) const {
+    const Ecef step = b.fromEye - a.fromEye;
+    const double bend = dot(step, step);
+    const double slope = b.past - a.past - bend;
+    // The seam is soft for a pixel, over which `past` cannot change by more than over the whole piece.
+    const double soft = std::abs(slope) + 2.0 * bend;
+    if (std::max(a.past, b.past) < -soft) return Sight::All;
+    if (!a.overEarth || !b.overEarth || std::min(a.past, b.past) <= soft) return Sight::Some;
+    const double deepest = bend > 0.0 ? std::clamp(-slope / (2.0 * bend), 0.0, 1.0) : 0.0;
+    return a.past + deepest * (slope + deepest * bend) > soft ? Sight::None : Sight::Some;
+}
+
+void LineRaster::draw(const DrawList::Line& line) {
+    const std::size_t count = line.points.size();
+    if (count == 0) return;
+    vertices_.clear();
+    for (const Ecef& p : line.points) vertices_.push_back(vertex(p - camera_.eye()));
+    const bool closed = line.closed && count > 2;
+    if (line.stroke != Stroke::Solid)
+        for (std::size_t i = 1; i < count; ++i)
+            vertices_[i].metres = vertices_[i - 1].metres + length(line.points[i] - line.points[i - 1]);
+    if (count == 1) drawSegment(line, 0, 0);
+    for (std::size_t i = 0; i + 1 < count; ++i) drawSegment(line, i, i + 1);
+    if (closed) drawSegment(line, count - 1, 0);
+}
+
+void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std::size_t end) {
+    const std::size_t count = vertices_.size();
+    const Vertex& from = vertices_[start];
+    const Vertex& to = vertices_[end];
+    if (isBehind(from) && isBehind(to)) return;
+    const Sight seen = line.solid ? Sight::Some : sightOf(from, to);
+    if (seen == Sight::None) return;
+    Segment segment{.a = from,
+                    .b = to,
+                    .along = {1.0, 0.0},
+                    .length = 0.0,
+                    .halfWidth = 0.5 * std::clamp(std::floor(line.width), 1.0F, 255.0F) * pixelRatio_,
+                    .cutA = {},
+                    .cutB = {},
+                    .color = line.color,
+                    .stroke = line.stroke,
+                    .solid = line.solid,
+                    .horizon = seen == Sight::Some};
+    if (end < start) segment.b.metres = from.metres + length(line.points[end] - line.points[start]);
+    if (isBehind(from)) segment.a = atNearPlane(from, segment.b);
+    if (isBehind(to)) segment.b = atNearPlane(to, segment.a);
+    // Places may be as far away as numbers go.
+    if (!std::isfinite(segment.a.x + segment.a.y + segment.b.x + segment.b.y)) return;
+    const double reach = segment.halfWidth + 0.5;
+    const auto [left, right] = std::minmax(segment.a.x, segment.b.x);
+    const auto [bottom, top] = std::minmax(segment.a.y, segment.b.y);
+    if (right < -reach || top < -reach || left > size_.width() + reach || bottom > size_.height() + reach)
+        return;
+    const Direction span{segment.b.x - segment.a.x, segment.b.y - segment.a.y};
+    segment.length = std::sqrt(span.x * span.x + span.y * span.y);
+    if (segment.length > kShortest) segment.along = {span.x / segment.length, span.y / segment.length};
+    const Direction& along = segment.along;
+    // The line on which this piece meets one from `v` to `w`, as its normal along the line of travel.
+    const auto joint = [&](const Vertex& v, const Vertex& w) {
+        Direction other{w.x - v.x, w.y - v.y};
+        const double there = std::sqrt(other.x * other.x + other.y * other.y);
+        other = isBehind(v) || isBehind(w) || there <= kShortest
+                    ? along
+                    : Direction{other.x / there, other.y / there};
+        const Direction sum{along.x + other.x, along.y + other.y};
+        const double size = std::sqrt(sum.x * sum.x + sum.y * sum.y);
+        if (size < 0.1) return Direction{};
+        return Direction{(sum.x * along.x + sum.y * along.y) / size,
+                         (sum.y * along.x - sum.x * along.y) / size};
+    };
+    const bool closed = line.closed && count > 2;
+    if (!isBehind(from) && count > 1 && (closed || start > 0))
+        segment.cutA = joint(vertices_[(start + count - 1) % count], from);
+    if (!isBehind(to) && count > 1 && (closed || end + 1 < count))
+        segment.cutB = joint(to, vertices_[(end + 1) % count]);
+    if (line.stroke != Stroke::Solid) {
+        // Fixed to the ground, its period doubling as one moves away: every second mark stays.
+        const double metresPerPixel =
+            std::abs(segment.b.metres - segment.a.metres) / std::max(segment.length, 1e-3);
+        const double half = segment.halfWidth;
+        const double wanted =
+            line.stroke == Stroke::Dotted ? 2.0 * half + 4.0 * pixelRatio_ : 4.0 * half + 10.0 * pixelRatio_;
+        segment.period = std::exp2(std::floor(std::log2(std::max(wanted * metresPerPixel, 1e-3)) + 0.5));
+        segment.periodPixels = segment.period / std::max(metresPerPixel, 1e-9);
+    }
+    fill(segment);
+}
+
+void LineRaster::fill(const Segment& segment) {
+    const double reach = segment.halfWidth + 0.5;
+    const Vertex& a = segment.a;
+    const Direction along = segment.along;
+    // Of the pixels between two coordinates, those whose centres lie there.
+    const auto pixelRange = [](double low, double high, int size) {
+        const double most = size;
+        return std::pair{static_cast<int>(std::ceil(std::clamp(low, 0.0, most) - 0.5)),
+                         static_cast<int>(std::ceil(std::clamp(high, 0.0, most) - 0.5)) - 1};
+    };
+    const auto [bottom, top] =
+        pixelRange(std::min(a.y, segment.b.y) - reach, std::max(a.y, segment.b.y) + reach, size_.height());
+    const double leftmost = std::min(a.x, segment.b.x) - reach;
+    const double rightmost = std::max(a.x, segment.b.x) + reach;
+    const bool slanted = std::abs(along.y) > 1e-6;
+    const std::uint32_t full = packed(segment.color, segment.color.a);
+    const bool opaque = segment.color.a == 255;
+    int usedLeft = size_.width();
+    int usedRight = -1;
+    for (int y = bottom; y <= top; ++y) {
+        const double dy = y + 0.5 - a.y;
+        double from = leftmost;
+        double to = rightmost;
+        if (slanted) {
+            const double middle = a.x + dy * along.x / along.y;
+            const double half = std::abs(reach / along.y);
+            from = std::max(from, middle - half);
+            to = std::min(to, middle + half);
+        }
+        const auto [left, right] = pixelRange(from, to, size_.width());
+        if (right < left) continue;
+        usedLeft = std::min(usedLeft, left);
+        usedRight = std::max(usedRight, right);
+        std::uint32_t* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * size_.width();
+        for (int x = left; x <= right; ++x) {
+            // Where lines of one colour lie close together, most pixels have it already.
+            if (opaque && row[x] == full) continue;
+            const double dx = x + 0.5 - a.x;
+            const double shade = opacity(segment, dx * along.x + dy * along.y, dy * along.x - dx * along.y);
+            if (!(shade > 0.0)) continue;
+            if (shade >= 1.0)
+                lay(row[x], full);
+            else
+                lay(row[x], packed(segment.color, static_cast<std::uint32_t>(segment.color.a * shade + 0.5)));
+        }
+    }
+    if (usedRight >= usedLeft) touched_ |= QRect(QPoint(usedLeft, bottom), QPoint(usedRight, top));
+}
+
+double LineRaster::opacity(const Segment& segment, double along, double across) const {
+    // A hair of overlap: rounding must not leave a pixel to neither of two neighbours.
+    constexpr double kOverlap = 0.004;
+    if (along * segment.cutA.x + across * segment.cutA.y < -kOverlap) return 0.0;
+    if ((along - segment.length) * segment.cutB.x + across * segment.cutB.y > kOverlap) return 0.0;
+    const double beyond = std::max({-along, along - segment.length, 0.0});
+    const double off = beyond > 0.0 ? std::sqrt(beyond * beyond + across * across) : std::abs(across);
+    double result = std::min(segment.halfWidth + 0.5 - off, 1.0);
+    if (result <= 0.0) return 0.0;
+    if (segment.stroke != Stroke::Solid) result = std::min(result, pattern(segment, along, across));
+    if (segment.horizon) result *= sight(segment, along);
+    return result;
+}
+
+double LineRaster::sight(const Segment& segment, double along) const {
+    const auto at = [&](double where) {
+        return segment.a.fromEye + (segment.b.fromEye - segment.a.fromEye) * segment.share(where);
+    };
+    const auto past = [&](const Ecef& p) { return dot(p, p) + dot(eye_, p); };
+    const Ecef here = at(along);
+    const double towards = dot(eye_, here);
+    const double discriminant = towards * towards - dot(here, here) * eyeExcess_;
+    if (towards >= 0.0 || discriminant <= 0.0) return 1.0;
+    if (segment.solid) return eyeExcess_ / (std::sqrt(discriminant) - towards) < 1.0 - 2e-6 ? 0.0 : 1.0;
+    const double change = std::abs(past(at(along + 0.5)) - past(at(along - 0.5))) *
+                          (std::abs(segment.along.x) + std::abs(segment.along.y));
+    return std::clamp(0.5 - past(here) / std::max(change, 1e-15), 0.0, 1.0);
+}
+
+double LineRaster::pattern(const Segment& segment, double along, double across) const {
+    const double at = std::lerp(segment.a.metres, segment.b.metres, segment.share(along)) / segment.period;
+    const double off = std::abs(at + 0.5 - std::floor(at + 0.5) - 0.5) * segment.periodPixels;
+    const double edge = segment.stroke == Stroke::Dotted ? segment.halfWidth - std::hypot(off, across)
+                                                         : 0.3 * segment.periodPixels - off;
+    return std::clamp(edge + 0.5, 0.0, 1.0);
+}
+
+}  // namespace sandbox

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QOpenGLBuffer>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "globe/DrawList.h"
+#include "globe/SplitPosition.h"
+
+class QOpenGLShaderProgram;
+
+namespace sandbox {
+
+/// Meshes in the memory of the graphics card. To be uploaded, drawn and destroyed with the context current.
+class MeshBatch {
+  public:
+    /// Before upload().
+    void add(const DrawList::Mesh& mesh);
+    void upload();
+    static constexpr int kAttributes = 4;
+    bool empty() const { return runs_.empty(); }
+    /// For a program with the attributes high, low, colour and normal. `beginArea` is called before each
+    /// translucent mesh that is not solid.
+    void draw(QOpenGLShaderProgram& program, const std::function<void()>& beginArea);
+
+  private:
+    struct Vertex {
+        FloatTriple high;
+        FloatTriple low;
+        std::array<std::uint8_t, 4> color;
+        std::array<std::int16_t, 4> normal;  ///< 32767 = 1; zero = that of the face
+    };
+    struct Run {
+        std::size_t first;
+        int count;
+        bool translucent;
+    };
+
+    QOpenGLBuffer vertexBuffer_{QOpenGLBuffer::VertexBuffer};
+    QOpenGLBuffer indexBuffer_{QOpenGLBuffer::IndexBuffer};
+    std::vector<Run> runs_;
+    std::vector<Vertex> vertices_;  // until they are uploaded
+    std::vector<std::uint32_t> triangles_;
+};
+
+}  // namespace sandbox

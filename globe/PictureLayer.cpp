@@ -1,0 +1,93 @@
+#include "globe/PictureLayer.h"
+
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QOpenGLShaderProgram>
+#include <QOpenGLTexture>
+#include <cstddef>
+#include <utility>
+
+#include "globe/OverlayShaders.h"
+#include "globe/ShaderProgram.h"
+#include "globe/SplitPosition.h"
+
+namespace sandbox {
+
+namespace {
+
+struct PictureVertex {
+    FloatTriple high;
+    FloatTriple low;
+    std::array<float, 2> place;
+};
+static_assert(sizeof(PictureVertex) == 32);
+
+}  // namespace
+
+std::shared_ptr<QOpenGLTexture> PictureTextures::find(const PictureFile& file) {
+    std::erase_if(textures_, [](const auto& entry) { return entry.second.expired(); });
+    if (auto found = textures_.find(file); found != textures_.end()) return found->second.lock();
+    QImage image = readPicture(file);
+    if (image.isNull()) return nullptr;
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
+    if (std::max(image.width(), image.height()) > most)
+        image = image.scaled(most, most, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    auto texture = std::make_shared<QOpenGLTexture>(
+        image.convertToFormat(QImage::Format_RGBA8888_Premultiplied), QOpenGLTexture::GenerateMipMaps);
+    texture->setMinMagFilters(QOpenGLTexture::LinearMipMapLinear, QOpenGLTexture::Linear);
+    texture->setWrapMode(QOpenGLTexture::ClampToEdge);
+    textures_[file] = texture;
+    return texture;
+}
+
+std::unique_ptr<QOpenGLShaderProgram> PictureBatch::compile() {
+    return compileProgram(std::string(kRelativeShader) + kPictureVertexShader,
+                          std::string(kSightShader) + kPictureFragmentShader, {"high", "low", "place"});
+}
+
+void PictureBatch::upload(DrawList& list, PictureTextures& textures) {
+    std::vector<PictureVertex> vertices;
+    std::vector<std::uint32_t> triangles;
+    for (DrawList::Picture& picture : list.pictures) {
+        std::shared_ptr<QOpenGLTexture> texture = textures.find(picture.file);
+        if (!texture) {
+            list.lines.push_back(std::move(picture.border));
+            continue;
+        }
+        const auto base = static_cast<std::uint32_t>(vertices.size());
+        for (std::size_t i = 0; i < picture.vertices.size(); ++i) {
+            const SplitPosition s = split(picture.vertices[i]);
+            vertices.push_back({s.high, s.low, picture.places[i]});
+        }
+        runs_.push_back({std::move(texture), triangles.size(), static_cast<int>(picture.triangles.size())});
+        for (const std::uint32_t index : picture.triangles) triangles.push_back(base + index);
+    }
+    if (runs_.empty()) return;
+    vertexBuffer_.create();
+    vertexBuffer_.bind();
+    vertexBuffer_.allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(PictureVertex)));
+    vertexBuffer_.release();
+    indexBuffer_.create();
+    indexBuffer_.bind();
+    indexBuffer_.allocate(triangles.data(), static_cast<int>(triangles.size() * sizeof(std::uint32_t)));
+    indexBuffer_.release();
+}
+
+void PictureBatch::draw(QOpenGLShaderProgram& program) {
+    vertexBuffer_.bind();
+    indexBuffer_.bind();
+    program.setAttributeBuffer(0, GL_FLOAT, offsetof(PictureVertex, high), 3, sizeof(PictureVertex));
+    program.setAttributeBuffer(1, GL_FLOAT, offsetof(PictureVertex, low), 3, sizeof(PictureVertex));
+    program.setAttributeBuffer(2, GL_FLOAT, offsetof(PictureVertex, place), 2, sizeof(PictureVertex));
+    for (const Run& run : runs_) {
+        run.texture->bind(0);
+        glDrawElements(GL_TRIANGLES, run.count, GL_UNSIGNED_INT,
+                       reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
+        run.texture->release(0);
+    }
+    indexBuffer_.release();
+    vertexBuffer_.release();
+}
+
+}  // namespace sandbox

@@ -1,0 +1,425 @@
+#include "globe/PrintPicture.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QSvgGenerator>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "format/ZelShapes.h"
+#include "globe/BaseMap.h"
+#include "globe/Camera.h"
+#include "globe/DepthMap.h"
+#include "globe/Graticule.h"
+#include "globe/LabelLayout.h"
+#include "globe/OverlayScene.h"
+#include "globe/ScaleBar.h"
+#include "globe/ShapeGeometry.h"
+#include "globe/Sprites.h"
+
+namespace sandbox {
+
+namespace {
+
+QColor qColor(const Rgba& c) {
+    return {c.r, c.g, c.b, c.a};
+}
+
+/// The edges of triangles that cover an area without overlaps: what two of them share, cancels out. The rest
+/// makes closed rings.
+class Outline {
+  public:
+    void addTriangle(QPointF a, QPointF b, QPointF c) {
+        const double area = (b.x() - a.x()) * (c.y() - a.y()) - (c.x() - a.x()) * (b.y() - a.y());
+        if (area < 0.0) std::swap(b, c);
+        addEdge(rounded(a), rounded(b));
+        addEdge(rounded(b), rounded(c));
+        addEdge(rounded(c), rounded(a));
+    }
+    QPainterPath path() {
+        QPainterPath result;
+        result.setFillRule(Qt::WindingFill);
+        while (!edges_.empty()) {
+            const Place start = edges_.begin()->first;
+            result.moveTo(point(start));
+            for (std::optional<Place> next = take(start); next && *next != start; next = take(*next))
+                result.lineTo(point(*next));
+            result.closeSubpath();
+        }
+        return result;
+    }
+
+  private:
+    using Place = std::pair<int, int>;  // hundredths of a pixel
+    static constexpr double kUnit = 100.0;
+
+    static Place rounded(const QPointF& p) {
+        constexpr double kFarthest = 1.0e7;
+        return {static_cast<int>(std::lround(std::clamp(p.x() * kUnit, -kFarthest, kFarthest))),
+                static_cast<int>(std::lround(std::clamp(p.y() * kUnit, -kFarthest, kFarthest)))};
+    }
+    static QPointF point(const Place& p) { return {p.first / kUnit, p.second / kUnit}; }
+    void addEdge(const Place& from, const Place& to) {
+        if (from == to) return;
+        const auto [first, last] = edges_.equal_range(to);
+        const auto opposite =
+            std::find_if(first, last, [&](const auto& edge) { return edge.second == from; });
+        if (opposite != last)
+            edges_.erase(opposite);
+        else
+            edges_.emplace(from, to);
+    }
+    std::optional<Place> take(const Place& from) {
+        const auto found = edges_.find(from);
+        if (found == edges_.end()) return std::nullopt;
+        const Place to = found->second;
+        edges_.erase(found);
+        return to;
+    }
+
+    std::multimap<Place, Place> edges_;
+};
+
+class Printer {
+  public:
+    Printer(const Camera& camera, QPainter& painter) : camera_(camera), painter_(painter), bodies_(camera) {}
+
+    void draw(const OverlayScene& scene) {
+        const double tolerance = 0.15 * camera_.metersPerPixel();
+        for (const auto& [id, entry] : scene.entries()) {
+            if (!entry.shown) continue;
+            DrawList list;
+            for (const auto& shape : entry.shapes)
+                if (shape) appendGeometry(*shape, entry.reference, tolerance, list);
+            draw(list);
+            for (DrawList::Label& label : list.labels)
+                if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);
+            labels_.insert(labels_.end(), std::make_move_iterator(list.labels.begin()),
+                           std::make_move_iterator(list.labels.end()));
+        }
+    }
+    void draw(const DrawList& list) {
+        for (const DrawList::Mesh& mesh : list.meshes)
+            if (!mesh.solid && !mesh.overBodies) drawArea(mesh);
+        drawBodies(list);
+        for (const DrawList::Mesh& mesh : list.meshes)
+            if (!mesh.solid && mesh.overBodies) drawArea(mesh);
+        for (const DrawList::Line& line : list.lines) drawLine(line);
+    }
+    void drawLabels() {
+        std::vector<const DrawList::Label*> labels;
+        for (const DrawList::Label& label : labels_) labels.push_back(&label);
+        for (const PlacedLabel& placed : placeLabels(labels, camera_)) {
+            const QString text = QString::fromStdString(placed.label->text);
+            if (placed.label->icon.path.empty()) {
+                drawText({placed.x, placed.y}, text, lookOf(*placed.label));
+                continue;
+            }
+            constexpr double kGap = 3.0;
+            const QImage icon = iconImage(placed.label->icon, 1.0);
+            painter_.drawImage(QPointF(placed.x - icon.width() / 2.0, placed.y - icon.height() / 2.0), icon);
+            drawText({placed.x + icon.width() / 2.0 + kGap, placed.y}, text, lookOf(*placed.label), false);
+        }
+    }
+    void drawText(const QPointF& place, const QString& text, const TextLook& look, bool centered = true) {
+        const QFontMetricsF metrics(look.font);
+        const QStringList lines = text.split(QLatin1Char('\n'));
+        double width = 0.0;
+        for (const QString& line : lines) width = std::max(width, metrics.horizontalAdvance(line));
+        const double left = centered ? place.x() - width / 2 : place.x();
+        double baseline =
+            place.y() - metrics.lineSpacing() * static_cast<double>(lines.size()) / 2 + metrics.ascent();
+        painter_.setFont(look.font);
+        for (const QString& line : lines) {
+            if (look.outlineWidth > 0) {
+                QPainterPath path;
+                path.addText(left, baseline, look.font, line);
+                painter_.strokePath(path, QPen(QColor::fromRgba(look.outlineColor), 2.0 * look.outlineWidth,
+                                               Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            }
+            painter_.setPen(QColor::fromRgba(look.color));
+            painter_.drawText(QPointF(left, baseline), line);
+            baseline += metrics.lineSpacing();
+        }
+    }
+
+  private:
+    bool isSeen(const Ecef& p) const {
+        return dot(p - camera_.eye(), camera_.back()) < 0.0 && !isHiddenByEarth(camera_.eye(), p);
+    }
+    QPointF pixel(const Ecef& p) const {
+        const Projected place = camera_.project(p);
+        return {place.x, place.y};
+    }
+    bool reachesIn(const QRectF& box) const {
+        return box.left() < camera_.width() + 50.0 && box.right() > -50.0 &&
+               box.top() < camera_.height() + 50.0 && box.bottom() > -50.0;
+    }
+    /// Where sight ends on the way from what is seen to what is not.
+    Ecef lastSeen(Ecef seen, Ecef hidden, const std::function<bool(const Ecef&)>& sees) const {
+        for (int i = 0; i < 24; ++i) {
+            const Ecef middle = (seen + hidden) * 0.5;
+            (sees(middle) ? seen : hidden) = middle;
+        }
+        return seen;
+    }
+
+    void drawArea(const DrawList::Mesh& mesh) {
+        const auto sees = [this](const Ecef& p) { return isSeen(p); };
+        std::vector<bool> seen(mesh.vertices.size());
+        for (std::size_t i = 0; i < seen.size(); ++i) seen[i] = sees(mesh.vertices[i]);
+        Outline outline;
+        std::vector<QPointF> part;
+        for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
+            part.clear();
+            for (std::size_t k = 0; k < 3; ++k) {
+                const std::size_t from = mesh.triangles[i + k];
+                const std::size_t to = mesh.triangles[i + (k + 1) % 3];
+                if (seen[from]) part.push_back(pixel(mesh.vertices[from]));
+                if (seen[from] != seen[to])
+                    part.push_back(pixel(seen[from]
+                                             ? lastSeen(mesh.vertices[from], mesh.vertices[to], sees)
+                                             : lastSeen(mesh.vertices[to], mesh.vertices[from], sees)));
+            }
+            for (std::size_t k = 2; k < part.size(); ++k) outline.addTriangle(part[0], part[k - 1], part[k]);
+        }
+        const QPainterPath path = outline.path();
+        if (!path.isEmpty() && reachesIn(path.boundingRect())) painter_.fillPath(path, qColor(mesh.color));
+    }
+
+    /// What is painted together: an area, and more on top of it.
+    struct Face {
+        double depth = 0.0;
+        std::vector<std::pair<QColor, QPainterPath>> layers;
+    };
+    /// The triangles of a body that are equally bright.
+    struct Shade {
+        std::vector<std::array<QPointF, 3>> triangles;
+        double depths = 0.0;  ///< the sum of their distances
+
+        QPainterPath path() const {
+            Outline outline;
+            for (const auto& [a, b, c] : triangles) outline.addTriangle(a, b, c);
+            return outline.path();
+        }
+    };
+    /// The darkest first, by their brightness in steps of 1 / kShades.
+    using Shades = std::map<int, Shade>;
+
+    /// The faces that look at the eye, by the light of the view.
+    Shades shadesOf(const DrawList::Mesh& mesh) const {
+        const Ecef sight = normalized(mesh.vertices.front() - camera_.eye());
+        const Ecef light = normalized(normalized(toUnitSphere(camera_.eye())) - sight * 0.6);
+        Shades shades;
+        for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
+            const Ecef& a = mesh.vertices[mesh.triangles[i]];
+            const Ecef& b = mesh.vertices[mesh.triangles[i + 1]];
+            const Ecef& c = mesh.vertices[mesh.triangles[i + 2]];
+            const Ecef toFace = (a + b + c) * (1.0 / 3.0) - camera_.eye();
+            const Ecef normal = normalized(cross(b - a, c - a));
+            if (dot(normal, toFace) >= 0.0 || !isSeen(a) || !isSeen(b) || !isSeen(c)) continue;
+            Shade& shade = shades[static_cast<int>(std::lround(std::abs(dot(normal, light)) * kShades))];
+            shade.triangles.push_back({pixel(a), pixel(b), pixel(c)});
+            shade.depths += length(toFace);
+        }
+        return shades;
+    }
+    static double brightness(int shade) { return 0.55 + 0.45 * shade / kShades; }
+    static QColor lit(const Rgba& color, double brightness) {
+        const auto part = [&](std::uint8_t v) { return static_cast<int>(std::lround(v * brightness)); };
+        return {part(color.r), part(color.g), part(color.b), color.a};
+    }
+    static double meanDepth(const Shade& shade) {
+        return shade.depths / static_cast<double>(shade.triangles.size());
+    }
+
+    /// A round body: all of it in its brightest colour, then shade upon shade what is darker. Nothing has a
+    /// neighbour, so no seam can shine through.
+    static Face roundFace(Shades shades, const Rgba& color) {
+        Face face;
+        double before = 1.0;
+        std::size_t count = 0;
+        for (const auto& [at, shade] : shades) {
+            face.depth += shade.depths;
+            count += shade.triangles.size();
+        }
+        face.depth /= static_cast<double>(std::max<std::size_t>(count, 1));
+        while (!shades.empty()) {
+            const auto brightest = std::prev(shades.end());
+            // What is translucent is darkened by as much of the shade as it has colour.
+            const double left = 1.0 - (1.0 - brightness(brightest->first)) * color.a / 255.0;
+            Shade all;
+            for (const auto& [at, shade] : shades)
+                all.triangles.insert(all.triangles.end(), shade.triangles.begin(), shade.triangles.end());
+            const bool opaque = color.a == 255;
+            face.layers.emplace_back(
+                opaque || face.layers.empty()
+                    ? lit(color, brightness(brightest->first))
+                    : QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(1.0 - left / before)),
+                all.path());
+            before = left;
+            shades.erase(brightest);
+        }
+        return face;
+    }
+
+    /// The farthest first.
+    void drawBodies(const DrawList& list) {
+        std::vector<Face> faces;
+        for (const DrawList::Mesh& mesh : list.meshes) {
+            if (!mesh.solid || mesh.vertices.empty()) continue;
+            bodies_.add(mesh);
+            Shades shades = shadesOf(mesh);
+            if (!mesh.normals.empty()) {
+                faces.push_back(roundFace(std::move(shades), mesh.color));
+                continue;
+            }
+            for (const auto& [at, shade] : shades)
+                faces.push_back({meanDepth(shade), {{lit(mesh.color, brightness(at)), shade.path()}}});
+        }
+        std::erase_if(faces, [this](const Face& face) {
+            return face.layers.empty() || !reachesIn(face.layers.front().second.boundingRect());
+        });
+        std::ranges::stable_sort(faces, std::ranges::greater(), &Face::depth);
+        for (const Face& face : faces) {
+            for (const auto& [color, path] : face.layers) {
+                // Flat neighbours overlap by a hair: no background shines through between them.
+                const bool overlaps = face.layers.size() == 1 && color.alpha() == 255;
+                painter_.setPen(overlaps ? QPen(color, 0.5) : QPen(Qt::NoPen));
+                painter_.setBrush(color);
+                painter_.drawPath(path);
+            }
+        }
+        painter_.setBrush(Qt::NoBrush);
+    }
+
+    void drawLine(const DrawList::Line& line) {
+        const auto sees = [&](const Ecef& p) { return isSeen(p) && (line.overBodies || !bodies_.hides(p)); };
+        if (line.points.size() == 1) {
+            if (!sees(line.points.front())) return;
+            painter_.setPen(Qt::NoPen);
+            painter_.setBrush(qColor(line.color));
+            painter_.drawEllipse(pixel(line.points.front()), line.width / 2.0, line.width / 2.0);
+            painter_.setBrush(Qt::NoBrush);
+            return;
+        }
+        QPainterPath path;
+        bool drawing = false;
+        std::optional<Ecef> before;
+        bool sawBefore = false;
+        const auto visit = [&](const Ecef& p) {
+            const bool seesIt = sees(p);
+            if (before && seesIt && !sawBefore) path.moveTo(pixel(lastSeen(p, *before, sees)));
+            if (before && !seesIt && sawBefore) path.lineTo(pixel(lastSeen(*before, p, sees)));
+            if (seesIt && !before) path.moveTo(pixel(p));
+            if (seesIt && before) path.lineTo(pixel(p));
+            drawing = drawing || seesIt;
+            before = p;
+            sawBefore = seesIt;
+        };
+        const std::size_t count = line.points.size() + (line.closed ? 1 : 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            const Ecef next = line.points[i % line.points.size()];
+            // Long pieces past a body are looked at more closely.
+            if (before && !line.overBodies) {
+                const double pixels =
+                    std::hypot(pixel(next).x() - pixel(*before).x(), pixel(next).y() - pixel(*before).y());
+                const int pieces = static_cast<int>(std::clamp(pixels / 4.0, 1.0, 400.0));
+                const Ecef start = *before;
+                for (int k = 1; k < pieces; ++k)
+                    visit(start + (next - start) * (static_cast<double>(k) / pieces));
+            }
+            visit(next);
+        }
+        if (!drawing || !reachesIn(path.boundingRect())) return;
+        painter_.strokePath(path, penOf(line));
+    }
+
+    static QPen penOf(const DrawList::Line& line) {
+        const double width = line.width;
+        QPen pen(qColor(line.color), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+        if (line.stroke == Stroke::Solid) return pen;
+        // In widths of the pen; the same periods as on the screen.
+        const bool dotted = line.stroke == Stroke::Dotted;
+        const double period = (dotted ? width + 4.0 : 2.0 * width + 10.0) / width;
+        pen.setDashPattern(dotted ? QList<qreal>{0.001, period} : QList<qreal>{0.6 * period, 0.4 * period});
+        if (!dotted) pen.setCapStyle(Qt::FlatCap);
+        return pen;
+    }
+
+    static constexpr double kShades = 32.0;
+
+    const Camera& camera_;
+    QPainter& painter_;
+    DepthMap bodies_;
+    std::vector<DrawList::Label> labels_;
+};
+
+void printScaleBar(const Camera& camera, Printer& printer, QPainter& painter, const TextLook& look) {
+    const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
+    const QPointF right(camera.width() - ScaleBar::kMargin, camera.height() - ScaleBar::kMargin);
+    const QPointF left = right - QPointF(bar.pixels, 0.0);
+    const QPointF tick(0.0, -5.0);
+    for (const auto& [width, color] :
+         {std::pair{4.0, QColor(0, 0, 0, 150)}, std::pair{2.0, QColor(Qt::white)}}) {
+        painter.setPen(QPen(color, width));
+        painter.drawPolyline(QPolygonF({left + tick, left, right, right + tick}));
+    }
+    printer.drawText((left + right) / 2.0 - QPointF(0.0, 13.0), QString::fromStdString(bar.text), look);
+}
+
+}  // namespace
+
+OverlayScene picturesOf(const OverlayScene& scene) {
+    OverlayScene pictures;
+    for (const auto& [id, entry] : scene.entries()) {
+        OverlayScene::Shapes shapes;
+        for (const auto& shape : entry.shapes)
+            if (shape && shape->shapeType() == halCore::ZEL::ShapeType::ImageOverlay) shapes.push_back(shape);
+        if (!shapes.empty()) pictures.add(std::move(shapes), entry.reference, entry.shown, entry.directory);
+    }
+    return pictures;
+}
+
+bool printPicture(const GlobeFrame& frame, const QImage& ground, QIODevice& device) {
+    const Camera& camera = frame.camera;
+    QSvgGenerator generator;
+    generator.setOutputDevice(&device);
+    generator.setSize(QSize(camera.width(), camera.height()));
+    generator.setViewBox(QRect(0, 0, camera.width(), camera.height()));
+    generator.setResolution(96);
+    generator.setTitle(QStringLiteral("Overlays"));
+    QPainter painter;
+    if (!painter.begin(&generator)) return false;
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF all(0, 0, camera.width(), camera.height());
+    if (!frame.backdrop.earth && frame.backdrop.color.alpha() > 0)
+        painter.fillRect(all, frame.backdrop.color);
+    if (!ground.isNull()) painter.drawImage(all, ground);
+
+    Printer printer(camera, painter);
+    BaseMap map;
+    map.show(frame.map);
+    printer.draw(map.scene());
+    const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
+    if (frame.map.graticule) {
+        const GraticuleGrid grid = graticuleGrid(camera);
+        DrawList lines;
+        lines.lines = graticuleLines(grid);
+        printer.draw(lines);
+        for (const GraticuleLabel& label : graticuleLabels(grid, camera))
+            printer.drawText({label.x, label.y}, QString::fromStdString(label.text), look);
+    }
+    if (frame.map.scaleBar) printScaleBar(camera, printer, painter, look);
+    printer.draw(frame.overlays);
+    printer.drawLabels();
+    return painter.end();
+}
+
+}  // namespace sandbox

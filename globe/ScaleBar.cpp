@@ -1,0 +1,33 @@
+#include "globe/ScaleBar.h"
+
+#include <cmath>
+
+#include "globe/Camera.h"
+#include "globe/GeodesicPath.h"
+
+namespace sandbox {
+
+ScaleBar scaleBar(const Camera& camera, double mostPixels) {
+    // Across the middle of the view, on the ground where there is some.
+    constexpr double kProbe = 10.0;
+    const double x = camera.width() / 2.0;
+    const double y = camera.height() / 2.0;
+    double metersPerPixel = camera.metersPerPixel();
+    const auto left = camera.pick(x - kProbe, y);
+    const auto right = camera.pick(x + kProbe, y);
+    if (left && right) metersPerPixel = geodesicBetween(*left, *right).meters / (2.0 * kProbe);
+    const double most = metersPerPixel * mostPixels;
+    const double power = std::pow(10.0, std::floor(std::log10(most)));
+    const double lead = most / power;
+    ScaleBar bar;
+    bar.meters = power * (lead >= 5.0 ? 5.0 : lead >= 2.0 ? 2.0 : 1.0);
+    bar.pixels = bar.meters / metersPerPixel;
+    const bool kilometers = bar.meters >= 1000.0;
+    std::string number = std::to_string(bar.meters / (kilometers ? 1000.0 : 1.0));
+    number.erase(number.find_last_not_of('0') + 1);
+    if (number.back() == '.') number.pop_back();
+    bar.text = number + (kilometers ? " km" : " m");
+    return bar;
+}
+
+}  // namespace sandbox

@@ -1,0 +1,115 @@
+#include "globe/SceneExtent.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+#include <vector>
+
+#include "globe/Camera.h"
+#include "globe/ShapeGeometry.h"
+
+namespace sandbox {
+
+namespace {
+
+std::vector<Ecef> pointsOf(std::span<const OverlayScene::Entry* const> entries, double tolerance) {
+    std::vector<Ecef> points;
+    DrawList list;
+    const auto take = [&points](const auto& positions) {
+        points.insert(points.end(), positions.begin(), positions.end());
+    };
+    for (const OverlayScene::Entry* entry : entries) {
+        for (const auto& shape : entry->shapes) {
+            if (!shape) continue;
+            list = {};
+            appendGeometry(*shape, entry->reference, tolerance, list);
+            for (const DrawList::Line& line : list.lines) take(line.points);
+            for (const DrawList::Mesh& mesh : list.meshes) take(mesh.vertices);
+            for (const DrawList::Picture& picture : list.pictures) take(picture.vertices);
+            for (const DrawList::Label& label : list.labels) points.push_back(label.position);
+        }
+    }
+    return points;
+}
+
+/// Jack Ritter, "An efficient bounding sphere", Graphics Gems, 1990: at most a few per cent too large.
+SceneExtent sphereAround(std::vector<Ecef> points) {
+    const auto farthestFrom = [&points](const Ecef& from) {
+        return *std::max_element(points.begin(), points.end(), [&from](const Ecef& a, const Ecef& b) {
+            return dot(a - from, a - from) < dot(b - from, b - from);
+        });
+    };
+    const Ecef one = farthestFrom(points.front());
+    const Ecef other = farthestFrom(one);
+    SceneExtent sphere{(one + other) * 0.5, length(other - one) * 0.5, {}};
+    for (const Ecef& p : points) {
+        const double distance = length(p - sphere.middle);
+        if (distance <= sphere.radius) continue;
+        sphere.radius = 0.5 * (sphere.radius + distance);
+        sphere.middle = sphere.middle + (p - sphere.middle) * ((distance - sphere.radius) / distance);
+    }
+    sphere.points = std::move(points);
+    return sphere;
+}
+
+/// Turns an outlook to the middle of the rectangle that the points fill in the view, and as close as the
+/// rectangle and its margin allow.
+void fit(Outlook& outlook, const std::vector<Ecef>& points, const Camera& camera, double margin) {
+    // The second time from about where the view will be.
+    for (int round = 0; round < 2; ++round) {
+        const LocalFrame frame = localFrame(outlook.center.lat(), outlook.center.lon());
+        const Ecef origin = toEcef(outlook.center);
+        Ecef low{1e12, 1e12, 0.0};
+        Ecef high{-1e12, -1e12, 0.0};
+        double range = 0.0;
+        for (const Ecef& p : points) {
+            const Ecef v = p - origin;
+            const double east = dot(v, frame.east);
+            const double north = dot(v, frame.north);
+            low = {std::min(low.x, east), std::min(low.y, north), 0.0};
+            high = {std::max(high.x, east), std::max(high.y, north), 0.0};
+            range = std::max(range,
+                             dot(v, frame.up) + margin * std::max(std::abs(east) / camera.tanHalfWidth(),
+                                                                  std::abs(north) / camera.tanHalfHeight()));
+        }
+        outlook.range = range;
+        if (round > 0) return;
+        const Ecef middle = (low + high) * 0.5;
+        const double altitude = outlook.center.alt();
+        outlook.center = toGeodetic(origin + frame.east * middle.x + frame.north * middle.y);
+        outlook.center.setAlt(altitude);
+    }
+}
+
+}  // namespace
+
+std::optional<SceneExtent> extentOf(std::span<const OverlayScene::Entry* const> entries) {
+    // Coarse geometry is quick to make, but it may be all there is of a small shape.
+    constexpr double kCoarse = 50.0;
+    std::vector<Ecef> points = pointsOf(entries, kCoarse);
+    if (points.empty()) return std::nullopt;
+    SceneExtent coarse = sphereAround(std::move(points));
+    if (coarse.radius > 100.0 * kCoarse) return coarse;
+    return sphereAround(pointsOf(entries, 0.0));
+}
+
+Outlook outlookOn(const SceneExtent& extent, const Camera& camera) {
+    constexpr double kMargin = 1.12;
+    constexpr double kNearest = 300.0;
+    constexpr double kWholeEarth = 2.3e7;
+    constexpr double kFlat = 1.6e6;  // what is larger, bends out of sight
+    const double tangent = std::min(camera.tanHalfHeight(), camera.tanHalfWidth());
+    Outlook outlook;
+    // Shapes all around the earth have their middle near its centre, where direction means little.
+    const bool everywhere = length(extent.middle) < 0.3 * kPoleRadius;
+    outlook.center = everywhere ? halCore::Vec3() : toGeodetic(extent.middle);
+    outlook.center.setAlt(std::max(0.0, outlook.center.alt()));
+    outlook.range = kMargin * extent.radius / tangent;
+    if (extent.radius < kFlat) fit(outlook, extent.points, camera, kMargin);
+    outlook.range = std::clamp(outlook.range, kNearest, Camera::kMaximumRange);
+    if (extent.radius < 1.2 * kEquatorRadius) outlook.range = std::min(outlook.range, kWholeEarth);
+    return outlook;
+}
+
+}  // namespace sandbox

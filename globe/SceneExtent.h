@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "common/Vec3.h"
+#include "globe/Ecef.h"
+#include "globe/OverlayScene.h"
+
+namespace sandbox {
+
+class Camera;
+
+/// A sphere around everything that overlays draw, about the smallest.
+struct SceneExtent {
+    Ecef middle;
+    double radius = 0.0;       ///< metres
+    std::vector<Ecef> points;  ///< what is to be seen
+};
+
+/// Nothing when nothing is drawn. Entries that are not shown count as well.
+std::optional<SceneExtent> extentOf(std::span<const OverlayScene::Entry* const> entries);
+
+/// Where to look, and from how far, to see an extent from straight above with a margin around it.
+struct Outlook {
+    halCore::Vec3 center;
+    double range = 0.0;
+};
+/// `camera`: for the shape of its view.
+Outlook outlookOn(const SceneExtent& extent, const Camera& camera);
+
+}  // namespace sandbox

@@ -1,0 +1,205 @@
+#include "globe/Sprites.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace sandbox {
+
+namespace {
+
+constexpr int kMostSprites = 20000;
+
+/// Room around a text for its outline and for strokes that stick out of their boxes.
+double marginOf(const TextLook& look) {
+    return look.outlineWidth + 2.0;
+}
+
+}  // namespace
+
+QFont fontForFile(const QString& fileName, int pixelSize) {
+    // A file names it in quotes when it has blanks.
+    const QString name = QString(fileName).remove(u'"').toLower();
+    const QString stem = name.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
+    QFont font;
+    bool ended = false;
+    const auto is = [&](const char* prefix) { return stem.startsWith(QLatin1String(prefix)); };
+    QString ending;
+    if (is("arial")) {
+        font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+        font.setStyleHint(QFont::SansSerif);
+        ending = stem.mid(5);
+    } else if (is("times")) {
+        font.setFamilies({QStringLiteral("Liberation Serif"), QStringLiteral("DejaVu Serif")});
+        font.setStyleHint(QFont::Serif);
+        ending = stem.mid(5);
+    } else if (is("cour")) {
+        font.setFamilies({QStringLiteral("Liberation Mono"), QStringLiteral("DejaVu Sans Mono")});
+        font.setStyleHint(QFont::Monospace);
+        ending = is("courier") ? stem.mid(7) : stem.mid(4);
+    } else {
+        ended = true;
+        font.setFamilies({QStringLiteral("DejaVu Sans")});
+        font.setBold(stem.contains(QLatin1String("bold")));
+        font.setItalic(stem.contains(QLatin1String("italic")) || stem.contains(QLatin1String("oblique")));
+    }
+    if (!ended) {
+        font.setBold(ending.startsWith(QLatin1Char('b')) || ending.contains(QLatin1String("bold")));
+        font.setItalic(ending.endsWith(QLatin1Char('i')) || ending.contains(QLatin1String("italic")));
+    }
+    font.setPixelSize(std::max(1, pixelSize));
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
+
+QImage iconImage(const PictureFile& file, double ratio) {
+    constexpr int kLargest = 64;
+    constexpr int kFrame = 20;
+    QImage image = readPicture(file);
+    if (image.isNull()) {
+        image = QImage(QSize(kFrame, kFrame) * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter frame(&image);
+        frame.setPen(QPen(Qt::red, std::round(2.0 * ratio)));
+        frame.drawRect(image.rect().adjusted(2, 2, -3, -3));
+    } else {
+        QSizeF size = image.size();
+        if (std::max(size.width(), size.height()) > kLargest)
+            size.scale(kLargest, kLargest, Qt::KeepAspectRatio);
+        image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                    .scaled((size * ratio).toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
+                            Qt::SmoothTransformation);
+    }
+    image.setDevicePixelRatio(ratio);
+    return image;
+}
+
+void Sprites::setPixelRatio(double ratio) {
+    if (ratio == ratio_) return;
+    ratio_ = ratio;
+    images_.clear();
+}
+
+void Sprites::makeRoom() {
+    if (images_.size() >= kMostSprites) images_.clear();
+}
+
+const QImage& Sprites::text(const QString& text, const TextLook& look) {
+    const QString key = look.font.key() + QLatin1Char('|') + QString::number(look.color, 16) +
+                        QLatin1Char('|') + QString::number(look.outlineColor, 16) + QLatin1Char('|') +
+                        QString::number(look.outlineWidth) + QLatin1Char('|') + text;
+    const auto found = images_.find(key);
+    if (found != images_.end()) return found->second;
+    makeRoom();
+
+    const QFontMetricsF metrics(look.font);
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    double width = 1.0;
+    for (const QString& line : lines) width = std::max(width, metrics.horizontalAdvance(line));
+    const double margin = marginOf(look);
+    const double height = metrics.lineSpacing() * static_cast<double>(lines.size());
+    const QSize size(static_cast<int>(std::ceil((width + 2.0 * margin) * ratio_)),
+                     static_cast<int>(std::ceil((height + 2.0 * margin) * ratio_)));
+    QImage image(size.boundedTo(QSize(4096, 4096)), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio_);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setFont(look.font);
+    double baseline = margin + metrics.ascent();
+    for (const QString& line : lines) {
+        if (look.outlineWidth > 0) {
+            QPainterPath path;
+            path.addText(margin, baseline, look.font, line);
+            painter.strokePath(path, QPen(QColor::fromRgba(look.outlineColor), 2.0 * look.outlineWidth,
+                                          Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        }
+        painter.setPen(QColor::fromRgba(look.color));
+        painter.drawText(QPointF(margin, baseline), line);
+        baseline += metrics.lineSpacing();
+    }
+    painter.end();
+    return images_.emplace(key, std::move(image)).first->second;
+}
+
+void Sprites::put(QPainter& painter, double x, double y, const QImage& image) const {
+    painter.drawImage(QPointF(std::round(x * ratio_) / ratio_, std::round(y * ratio_) / ratio_), image);
+}
+
+void Sprites::drawText(QPainter& painter, double x, double y, const QString& text, const TextLook& look) {
+    const double margin = marginOf(look);
+    put(painter, x - margin, y - margin, this->text(text, look));
+}
+
+void Sprites::drawTextCentered(QPainter& painter, double x, double y, const QString& text,
+                               const TextLook& look) {
+    const QImage& image = this->text(text, look);
+    put(painter, x - image.width() / ratio_ / 2.0, y - image.height() / ratio_ / 2.0, image);
+}
+
+void Sprites::drawTextBeside(QPainter& painter, double x, double y, const QString& text,
+                             const TextLook& look) {
+    const QImage& image = this->text(text, look);
+    put(painter, x - marginOf(look), y - image.height() / ratio_ / 2.0, image);
+}
+
+double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFile& file) {
+    const QString key =
+        QLatin1String("\nicon") + QString::number(file.modified) + QString::fromStdString(file.path);
+    auto found = images_.find(key);
+    if (found == images_.end()) {
+        makeRoom();
+        found = images_.emplace(key, iconImage(file, ratio_)).first;
+    }
+    const double width = found->second.width() / ratio_;
+    put(painter, x - width / 2.0, y - found->second.height() / ratio_ / 2.0, found->second);
+    return width;
+}
+
+void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn) {
+    const bool cross = platform.icon == "x2";
+    const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / std::numbers::pi)) % 360;
+    const QString key = QLatin1String(cross ? "\ncross" : "\narrow") + QString::number(degrees);
+    auto found = images_.find(key);
+    if (found == images_.end()) {
+        makeRoom();
+        constexpr double kSize = 28.0;
+        const int pixels = static_cast<int>(std::ceil(kSize * ratio_));
+        QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio_);
+        image.fill(Qt::transparent);
+        QPainter symbol(&image);
+        symbol.setRenderHint(QPainter::Antialiasing);
+        symbol.translate(kSize / 2, kSize / 2);
+        symbol.rotate(degrees);
+        QPainterPath path;
+        if (cross) {
+            path.moveTo(-5.5, -5.5);
+            path.lineTo(5.5, 5.5);
+            path.moveTo(-5.5, 5.5);
+            path.lineTo(5.5, -5.5);
+        } else {
+            path.moveTo(0, -10);
+            path.lineTo(6.5, 8);
+            path.lineTo(0, 4.5);
+            path.lineTo(-6.5, 8);
+            path.closeSubpath();
+        }
+        symbol.strokePath(
+            path, QPen(QColor(0, 0, 0, 190), cross ? 5.0 : 3.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        if (cross)
+            symbol.strokePath(path, QPen(QColor(255, 214, 64), 2.4, Qt::SolidLine, Qt::RoundCap));
+        else
+            symbol.fillPath(path, QColor(255, 214, 64));
+        symbol.end();
+        found = images_.emplace(key, std::move(image)).first;
+    }
+    const QImage& image = found->second;
+    put(painter, x - image.width() / ratio_ / 2.0, y - image.height() / ratio_ / 2.0, image);
+}
+
+}  // namespace sandbox

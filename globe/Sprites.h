@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QFont>
+#include <QImage>
+#include <QString>
+#include <cstdint>
+#include <unordered_map>
+
+#include "globe/DrawList.h"
+#include "globe/PlatformMarker.h"
+
+class QPainter;
+
+namespace sandbox {
+
+/// How a text looks.
+struct TextLook {
+    QFont font;
+    QRgb color = 0xffffffff;
+    QRgb outlineColor = 0xff000000;
+    int outlineWidth = 0;  ///< pixels
+};
+
+/// The font for a font file's name ("arial.ttf", "timesbd.ttf"): Liberation for the families Arial, Times
+/// and Courier, DejaVu else.
+QFont fontForFile(const QString& fileName, int pixelSize);
+
+/// An icon for a label, in its own size if that is not more than 64 pixels; a frame when it cannot be read.
+/// `ratio`: device pixels a widget pixel, which the image's own ratio is then.
+QImage iconImage(const PictureFile& file, double ratio);
+
+/// Small pictures that stand upright on the screen: texts and platform symbols, rendered once each by Qt's
+/// raster engine and then drawn at whole device pixels, so that they stay crisp.
+class Sprites {
+  public:
+    /// Forgets everything when the pixel density changes. Call before the others.
+    void setPixelRatio(double ratio);
+    /// With the text's top left corner at (x, y) in widget pixels.
+    void drawText(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
+    /// Starting at x, with the middle of its height at y.
+    void drawTextBeside(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
+    /// Centred on (x, y).
+    void drawTextCentered(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
+    /// Centred on (x, y). Returns its width in widget pixels.
+    double drawIcon(QPainter& painter, double x, double y, const PictureFile& file);
+    /// Centred on (x, y); `turn` is clockwise on the screen, radians.
+    void drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn);
+
+  private:
+    const QImage& text(const QString& text, const TextLook& look);
+    void put(QPainter& painter, double x, double y, const QImage& image) const;
+    void makeRoom();
+
+    std::unordered_map<QString, QImage> images_;
+    double ratio_ = 1.0;
+};
+
+}  // namespace sandbox

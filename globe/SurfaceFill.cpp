@@ -1,0 +1,276 @@
+#include "globe/SurfaceFill.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <deque>
+#include <limits>
+
+#include <GL/glu.h>
+
+namespace sandbox {
+
+namespace {
+
+/// A point on the plane, with the altitude of what lies there.
+struct Flat {
+    double x = 0.0;
+    double y = 0.0;
+    double altitude = 0.0;
+};
+using FlatRing = std::vector<Flat>;
+
+Ecef normalOf(const halCore::Vec3& p) {
+    return {std::cos(p.lat()) * std::cos(p.lon()), std::cos(p.lat()) * std::sin(p.lon()), std::sin(p.lat())};
+}
+
+/// The stereographic plane around a point, for unit normals of the ellipsoid: only the antipode has no
+/// place on it.
+class Plane {
+  public:
+    explicit Plane(const Ecef& center) : up_(center) {
+        const Ecef aside = std::abs(center.z) < 0.9 ? Ecef{0, 0, 1} : Ecef{1, 0, 0};
+        east_ = normalized(cross(aside, center));
+        north_ = cross(center, east_);
+    }
+    Flat flat(const halCore::Vec3& p) const {
+        const Ecef n = normalOf(p);
+        const double scale = 2.0 / std::max(1.0 + dot(n, up_), 1e-9);
+        return {dot(n, east_) * scale, dot(n, north_) * scale, p.alt()};
+    }
+    Ecef position(const Flat& p) const {
+        const double square = 0.25 * (p.x * p.x + p.y * p.y);
+        const Ecef n = east_ * p.x + north_ * p.y + up_ * (1.0 - square);
+        return toEcef(halCore::Vec3(std::atan2(n.z, std::hypot(n.x, n.y)), std::atan2(n.y, n.x), p.altitude));
+    }
+
+  private:
+    Ecef up_;
+    Ecef east_;
+    Ecef north_;
+};
+
+Ecef middleOf(const GeodeticPath& ring) {
+    // Weighted with the length of the pieces: points crowd where curves are tight.
+    Ecef sum;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const Ecef a = normalOf(ring[i]);
+        const Ecef b = normalOf(ring[(i + 1) % ring.size()]);
+        sum = sum + (a + b) * length(b - a);
+    }
+    return length(sum) > 0.0 ? normalized(sum) : normalOf(ring.front());
+}
+
+/// GLU's tessellator by the even-odd rule, giving plain triangles.
+class Tessellator {
+  public:
+    Tessellator(const Plane& plane, DrawList::Mesh& mesh) : plane_(plane), mesh_(mesh), tess_(gluNewTess()) {
+        using Callback = void (*)();
+        gluTessCallback(tess_, GLU_TESS_VERTEX_DATA, reinterpret_cast<Callback>(&vertex));
+        gluTessCallback(tess_, GLU_TESS_COMBINE_DATA, reinterpret_cast<Callback>(&combine));
+        // Asking for edge flags makes it give separate triangles, no fans or strips.
+        gluTessCallback(tess_, GLU_TESS_EDGE_FLAG_DATA, reinterpret_cast<Callback>(&edgeFlag));
+        gluTessProperty(tess_, GLU_TESS_WINDING_RULE, GLU_TESS_WINDING_ODD);
+        gluTessNormal(tess_, 0.0, 0.0, 1.0);
+    }
+    ~Tessellator() { gluDeleteTess(tess_); }
+    Tessellator(const Tessellator&) = delete;
+    Tessellator& operator=(const Tessellator&) = delete;
+
+    void add(const FlatRing& ring) {
+        if (ring.size() < 3) return;
+        places_.clear();
+        const std::size_t before = mesh_.triangles.size();
+        gluTessBeginPolygon(tess_, this);
+        gluTessBeginContour(tess_);
+        for (const Flat& p : ring) {
+            places_.push_back({p.x, p.y, 0.0});
+            gluTessVertex(tess_, places_.back().data(), asPointer(append(p)));
+        }
+        gluTessEndContour(tess_);
+        gluTessEndPolygon(tess_);
+        mesh_.triangles.resize(before + (mesh_.triangles.size() - before) / 3 * 3);
+    }
+    std::size_t append(const Flat& p) {
+        mesh_.vertices.push_back(plane_.position(p));
+        altitudes_.resize(mesh_.vertices.size());
+        altitudes_.back() = p.altitude;
+        return mesh_.vertices.size() - 1;
+    }
+
+  private:
+    static void* asPointer(std::size_t index) { return reinterpret_cast<void*>(index); }
+    static std::size_t asIndex(const void* data) { return reinterpret_cast<std::size_t>(data); }
+
+    static void vertex(void* data, void* self) {
+        static_cast<Tessellator*>(self)->mesh_.triangles.push_back(static_cast<std::uint32_t>(asIndex(data)));
+    }
+    static void combine(const GLdouble place[3], void* const data[4], const GLfloat weight[4], void** out,
+                        void* self) {
+        auto& tess = *static_cast<Tessellator*>(self);
+        Flat p{place[0], place[1], 0.0};
+        for (int i = 0; i < 4; ++i)
+            if (weight[i] > 0.0F) p.altitude += double{weight[i]} * tess.altitudes_[asIndex(data[i])];
+        *out = asPointer(tess.append(p));
+    }
+    static void edgeFlag(GLboolean, void*) {}
+
+    const Plane& plane_;
+    DrawList::Mesh& mesh_;
+    GLUtesselator* tess_;
+    std::deque<std::array<double, 3>> places_;  // GLU keeps the addresses
+    std::vector<double> altitudes_;             // of the mesh's vertices
+};
+
+/// Cuts a ring along a square grid of 2^levels cells a side, so that triangles are small enough to follow
+/// the surface: whole cells become two triangles, cells that the ring runs through are tessellated.
+/// Neighbouring cells share their corners and the points where the ring crosses, to the last bit.
+class Cutter {
+  public:
+    Cutter(Tessellator& tessellator, DrawList::Mesh& mesh, double left, double bottom, double size,
+           int levels)
+        : tessellator_(tessellator),
+          mesh_(mesh),
+          left_(left),
+          bottom_(bottom),
+          step_(std::ldexp(size, -levels)),
+          cells_(1 << levels) {}
+
+    void run(const FlatRing& ring) { cut(ring, {0, 0, cells_}); }
+
+  private:
+    struct Square {
+        int column;
+        int row;
+        int size;  ///< in cells
+    };
+
+    double x(int column) const { return left_ + step_ * column; }
+    double y(int row) const { return bottom_ + step_ * row; }
+
+    void cut(const FlatRing& ring, const Square& square) {
+        if (ring.size() < 3) return;
+        if (const int turns = turnsAround(ring, square); turns >= 0) {
+            if (turns % 2 == 1) addWhole(ring, square);
+            return;
+        }
+        if (square.size == 1) {
+            tessellator_.add(ring);
+            return;
+        }
+        const int half = square.size / 2;
+        for (const bool right : {false, true}) {
+            const FlatRing part = clipped<&Flat::x, &Flat::y>(ring, x(square.column + half), right);
+            const int column = square.column + (right ? half : 0);
+            for (const bool top : {false, true})
+                cut(clipped<&Flat::y, &Flat::x>(part, y(square.row + half), top),
+                    {column, square.row + (top ? half : 0), half});
+        }
+    }
+
+    /// The part of a ring on one side of a line across the axis `A` (Sutherland and Hodgman). What was in
+    /// several pieces stays one ring, with edges along the line that the even-odd rule cancels.
+    template <double Flat::*A, double Flat::*B>
+    static FlatRing clipped(const FlatRing& ring, double line, bool above) {
+        FlatRing result;
+        result.reserve(ring.size() / 2 + 4);
+        const auto inside = [&](const Flat& p) { return above ? p.*A >= line : p.*A <= line; };
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Flat& a = ring[i];
+            const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
+            if (inside(a)) result.push_back(a);
+            if ((a.*A < line && b.*A > line) || (a.*A > line && b.*A < line)) {
+                const double share = (line - a.*A) / (b.*A - a.*A);
+                Flat crossing;
+                crossing.*A = line;
+                crossing.*B = a.*B + (b.*B - a.*B) * share;
+                crossing.altitude = a.altitude + (b.altitude - a.altitude) * share;
+                result.push_back(crossing);
+            }
+        }
+        return result;
+    }
+
+    /// How often a ring that keeps to the border of a square runs around it; -1 when it comes inside.
+    int turnsAround(const FlatRing& ring, const Square& square) const {
+        const double low[2] = {x(square.column), y(square.row)};
+        const double high[2] = {x(square.column + square.size), y(square.row + square.size)};
+        double area = 0.0;
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Flat& a = ring[i];
+            const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
+            const bool along = (a.x == b.x && (a.x == low[0] || a.x == high[0])) ||
+                               (a.y == b.y && (a.y == low[1] || a.y == high[1]));
+            if (!along) return -1;
+            area += (a.x - low[0]) * (b.y - low[1]) - (b.x - low[0]) * (a.y - low[1]);
+        }
+        const double whole = 2.0 * (high[0] - low[0]) * (high[1] - low[1]);
+        return static_cast<int>(std::lround(std::abs(area) / whole));
+    }
+
+    void addWhole(const FlatRing& ring, const Square& square) {
+        // Inside, the altitude is what the border has on average: areas are level, or nearly so.
+        double altitude = 0.0;
+        for (const Flat& p : ring) altitude += p.altitude;
+        altitude /= static_cast<double>(ring.size());
+        const auto side = static_cast<std::uint32_t>(square.size) + 1;
+        const auto base = static_cast<std::uint32_t>(mesh_.vertices.size());
+        for (int row = 0; row <= square.size; ++row)
+            for (int column = 0; column <= square.size; ++column)
+                tessellator_.append({x(square.column + column), y(square.row + row), altitude});
+        for (std::uint32_t row = 0; row + 1 < side; ++row) {
+            for (std::uint32_t column = 0; column + 1 < side; ++column) {
+                const std::uint32_t a = base + row * side + column;
+                mesh_.triangles.insert(mesh_.triangles.end(),
+                                       {a, a + 1, a + side + 1, a, a + side + 1, a + side});
+            }
+        }
+    }
+
+    Tessellator& tessellator_;
+    DrawList::Mesh& mesh_;
+    double left_;
+    double bottom_;
+    double step_;
+    int cells_;
+};
+
+}  // namespace
+
+DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optional<halCore::Vec3>& middle,
+                        double tolerance) {
+    DrawList::Mesh mesh;
+    mesh.color = color;
+    if (ring.size() < 3) return mesh;
+    const Plane plane(middle ? normalOf(*middle) : middleOf(ring));
+    FlatRing flat;
+    flat.reserve(ring.size());
+    constexpr double kHuge = std::numeric_limits<double>::max();
+    double low[2] = {kHuge, kHuge};
+    double high[2] = {-kHuge, -kHuge};
+    for (const halCore::Vec3& p : ring) {
+        const Flat spot = plane.flat(p);
+        if (!flat.empty() && std::hypot(spot.x - flat.back().x, spot.y - flat.back().y) < 1e-12) continue;
+        flat.push_back(spot);
+        low[0] = std::min(low[0], spot.x);
+        low[1] = std::min(low[1], spot.y);
+        high[0] = std::max(high[0], spot.x);
+        high[1] = std::max(high[1], spot.y);
+    }
+    const double size = std::max(high[0] - low[0], high[1] - low[1]);
+    if (flat.size() < 3 || !(size > 0.0)) return mesh;
+
+    // Cells of a quarter of a kilometre to 150 km: flat enough for the picture, few enough for thousands
+    // of areas.
+    const double fine = std::clamp(size / 16.0, 250.0 / kEquatorRadius, 150.0e3 / kEquatorRadius);
+    const double coarse = std::min(std::sqrt(8.0 * tolerance / kEquatorRadius), 0.15);
+    constexpr int kMostLevels = 8;
+    const int levels =
+        std::clamp(static_cast<int>(std::ceil(std::log2(size / std::max(fine, coarse)))), 0, kMostLevels);
+    Tessellator tessellator(plane, mesh);
+    // A little larger than the ring: none of its edges may lie on the border of the grid.
+    Cutter(tessellator, mesh, low[0] - 0.001 * size, low[1] - 0.001 * size, 1.002 * size, levels).run(flat);
+    return mesh;
+}
+
+}  // namespace sandbox

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "globe/DrawList.h"
+#include "globe/GeodesicPath.h"
+
+namespace sandbox {
+
+/// Fills the area within a ring on the ellipsoid (the last point joins the first, in short straight
+/// pieces already), by the even-odd rule. Concave and self-crossing rings, rings across 180° and around a
+/// pole are all the same to it: it is flattened around `middle` (by default the ring's own), whose
+/// antipode is always outside. The triangles follow the surface; inside the ring they may dip below it,
+/// by `tolerance` metres or what the area's size calls for.
+DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optional<halCore::Vec3>& middle,
+                        double tolerance);
+
+}  // namespace sandbox
