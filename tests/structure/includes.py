@@ -1,4 +1,5 @@
-"""Reads every #include of the tree and fails on one that runs up, or against the order within a room."""
+"""Reads every #include of the tree and fails on one that runs up, or against the order within a room; and every link
+between the documents and into the tree, and fails on one that leads nowhere."""
 
 import pathlib
 import re
@@ -20,6 +21,7 @@ BELOW = {
 }
 # Of pi/ a host sees the contract alone: the contract header and what it includes.
 CONTRACT = "pi/HostContract.h"
+LINK = re.compile(r"\]\(((?!https?:|mailto:|#)[^)#]+)")
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 
@@ -75,6 +77,10 @@ def main(root):
                 elif room == "sandbox" and target == "pi" and header not in contract:
                     faults.append(f"{name} includes {header}: a host sees only {CONTRACT} and its headers")
     faults += ["headers include each other: " + " -> ".join(circle) for circle in circles(graph)]
+    # The manual's pages link to what is made when it is built.
+    for page in [*root.glob("*.md"), *root.glob("docs/*.md"), *root.glob("docs/decisions/*.md")]:
+        faults += [f"{page.relative_to(root)} links to {target}: there is no such file"
+                   for target in LINK.findall(page.read_text(encoding="utf-8")) if not (page.parent / target).exists()]
     for fault in faults:
         print(fault)
     return 1 if faults else 0
