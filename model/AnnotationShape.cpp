@@ -5,28 +5,17 @@
 
 namespace OverlayEditor {
 
-AnnotationShape::AnnotationShape(const Preferences& preferences) : Shape(preferences) {
+AnnotationShape::AnnotationShape(const Preferences& preferences) : Equipped(preferences) {
     Shape::setName("Text");
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 AnnotationShape::AnnotationShape(const AnnotationShape& other)
-    : Shape(other),
+    : Equipped(other),
       hasPoint_(other.hasPoint_),
       position_(other.position_),
       color_(other.color_),
       fontSize_(other.fontSize_),
-      fontName_(other.fontName_) {
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
-}
-
-AnnotationShape::~AnnotationShape() {
-    mouseTool_ = nullptr;
-}
-
-Shape* AnnotationShape::clone() const {
-    return new AnnotationShape(*this);
-}
+      fontName_(other.fontName_) {}
 
 int AnnotationShape::serialize(Serializer& serializer) {
     if (!hasPoint_) return 1;
@@ -54,7 +43,7 @@ void AnnotationShape::setPosition(const halCore::Vec3& lla) {
 void AnnotationShape::mouseSetPosition(const halCore::Vec3& lla) {
     setPosition(lla);
     const Survival survives(*this);
-    if (panel_) panel_->setPosition(lla);
+    if (panel_()) panel_()->setPosition(lla);
     if (survives) dirty_();
 }
 
@@ -76,49 +65,29 @@ std::pair<halCore::Vec3, halCore::Vec3> AnnotationShape::boundingBox() const {
     return {position_, position_};
 }
 
-void AnnotationShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
-    auto* const equipment = ShapeEquipment::installed();
-    if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, GuiChange([this] { refreshFromGui_(); }));
-    fillGui();
-}
-
-void AnnotationShape::deleteGui() {
-    panel_.reset();
-}
-
-void AnnotationShape::notifyPrefsUpdate() {
-    if (panel_) panel_->notifyPrefsUpdate();
-    fillGui();
-}
-
-void AnnotationShape::fillGui() {
-    if (!panel_) return;
+void AnnotationShape::showIn_(AnnotationPanel& panel) {
     if (hasPoint_)
         shownPosition_ = position_;
     else
         Utils::getDefaultLla(shownPosition_);
-    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
-    panel_->setDraw(shown());
-    panel_->setPosition(shownPosition_);
-    panel_->setColor(color_);
-    panel_->setFontName(fontName_);
-    panel_->setFontSize(fontSize_);
+    panel.setDraw(shown());
+    panel.setPosition(shownPosition_);
+    panel.setColor(color_);
+    panel.setFontName(fontName_);
+    panel.setFontSize(fontSize_);
 }
 
-void AnnotationShape::refreshFromGui_() {
-    if (!panel_) return;
-    if (const auto position = panel_->position()) setPosition(*position);
-    setColor(panel_->color());
-    setFontName(panel_->fontName());
-    setFontSize(panel_->fontSize());
-    const bool drawn = panel_->isDrawn();
+void AnnotationShape::takeFrom_(AnnotationPanel& panel) {
+    if (const auto position = panel.position()) setPosition(*position);
+    setColor(panel.color());
+    setFontName(panel.fontName());
+    setFontSize(panel.fontSize());
+    const bool drawn = panel.isDrawn();
     const Survival survives(*this);
     if (drawn != shown())
         setShown(drawn);
     else
         dirty_();
-    if (survives) fillGui();
 }
 
 }  // namespace OverlayEditor

@@ -4,28 +4,18 @@
 #include <string>
 
 #include "model/Carried.h"
+#include "model/Equipped.h"
 #include "model/Shape.h"
-#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
 /// A text label at one position. Its text is the shape's name.
-class AnnotationShape : public Shape, public Carried {
+class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>, public Carried {
   public:
-    /// The panel calls it after each edit of the user's.
-    using GuiChange = PanelChange;
-
     explicit AnnotationShape(const Preferences& preferences);
     AnnotationShape(const AnnotationShape& other);
-    ~AnnotationShape() override;
-
-    Shape* clone() const override;
 
     int serialize(Serializer& serializer) override;
-    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
-    void notifyPrefsUpdate() override;
-    void fillGui() override;
-    void deleteGui() override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     void carry(const ReferenceMove& move) override;
     void setName(const std::string& name) override;
@@ -50,8 +40,10 @@ class AnnotationShape : public Shape, public Carried {
     int fontSize() const { return fontSize_; }
 
   private:
-    /// The panel was edited.
-    void refreshFromGui_();
+    friend Equipped;
+
+    void showIn_(AnnotationPanel& panel);
+    void takeFrom_(AnnotationPanel& panel);
 
     bool hasPoint_ = false;
     halCore::Vec3 position_;
@@ -60,9 +52,7 @@ class AnnotationShape : public Shape, public Carried {
     std::string fontName_ = "arialbd.ttf";
     /// The position that the panel shows while there is none.
     halCore::Vec3 shownPosition_;
-    // Last, in this order: what touches the shape while it dies must find its data alive.
-    std::unique_ptr<AnnotationPanel> panel_;
-    MouseToolPtr ownTool_;
+    Equipment<AnnotationPanel> equipment_{*this, preferences_, mouseTool_};
 };
 
 }  // namespace OverlayEditor

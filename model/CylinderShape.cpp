@@ -74,15 +74,14 @@ bool samePlace(const halCore::Vec3& a, const halCore::Vec3& b) {
 }  // namespace
 
 CylinderShape::CylinderShape(const Preferences& preferences, Subtype subtype)
-    : BaseFilledShape(preferences), subtype_(subtype) {
+    : Equipped(preferences), subtype_(subtype) {
     const Kind* const kind = kindOf(subtype);
     if (!kind) return;
     setName(kind->name);
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 CylinderShape::CylinderShape(const CylinderShape& other)
-    : BaseFilledShape(other),
+    : Equipped(other),
       subtype_(other.subtype_),
       center_(copyOf(other.center_)),
       majorAxisPoint_(copyOf(other.majorAxisPoint_)),
@@ -95,17 +94,7 @@ CylinderShape::CylinderShape(const CylinderShape& other)
       startAngle_(other.startAngle_),
       endAngle_(other.endAngle_),
       heightNumber_(other.heightNumber_),
-      requiresAllPoints_(other.requiresAllPoints_) {
-    if (kindOf(subtype_)) mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
-}
-
-CylinderShape::~CylinderShape() {
-    mouseTool_ = nullptr;
-}
-
-Shape* CylinderShape::clone() const {
-    return new CylinderShape(*this);
-}
+      requiresAllPoints_(other.requiresAllPoints_) {}
 
 int CylinderShape::serialize(Serializer& serializer) {
     const Kind* const kind = kindOf(subtype_);
@@ -343,7 +332,7 @@ void CylinderShape::setHeight(double meters) {
     if (subtype_ == Ellipsoid && meters <= 0.0) {
         meters = 1.0;
         const Survival survives(*this);
-        if (panel_) panel_->setHeight(meters);
+        if (panel_()) panel_()->setHeight(meters);
         if (!survives) return;
     }
     placeHeight_(meters);
@@ -454,47 +443,28 @@ std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
 
 // Panel
 
-void CylinderShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
-    auto* const equipment = ShapeEquipment::installed();
-    if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, GuiChange([this] { guiChanged_(); }));
-    fillGui();
-}
-
-void CylinderShape::deleteGui() {
-    panel_.reset();
-}
-
-void CylinderShape::notifyPrefsUpdate() {
-    if (panel_) panel_->notifyPrefsUpdate();
-    fillGui();
-}
-
-void CylinderShape::fillGui() {
-    if (!panel_) return;
+void CylinderShape::showIn_(CylinderPanel& panel) {
     if (center_)
         shownCenter_ = center_->getPosition();
     else
         Utils::getDefaultLla(shownCenter_);
-    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
-    panel_->setDrawCheck(shown());
-    panel_->setCenterLla(shownCenter_);
-    panel_->setXradius(majorAxis());
-    panel_->setYradius(minorAxis());
-    panel_->setHeight(height_());
-    panel_->setStartEndAngles(startAngle(), endAngle());
-    showStyles_(panel_->lineStyle(), panel_->fillStyle());
+    panel.setDrawCheck(shown());
+    panel.setCenterLla(shownCenter_);
+    panel.setXradius(majorAxis());
+    panel.setYradius(minorAxis());
+    panel.setHeight(height_());
+    panel.setStartEndAngles(startAngle(), endAngle());
+    showStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
-void CylinderShape::guiChanged_() {
-    if (!panel_) return;
-    const auto center = panel_->centerLla();
-    const auto x = panel_->xRadius();
-    const auto y = panel_->yRadius();
-    const auto height = panel_->height();
-    const auto start = panel_->startAngle();
-    const auto end = panel_->endAngle();
-    const bool drawn = panel_->drawCheck();
+void CylinderShape::takeFrom_(CylinderPanel& panel) {
+    const auto center = panel.centerLla();
+    const auto x = panel.xRadius();
+    const auto y = panel.yRadius();
+    const auto height = panel.height();
+    const auto start = panel.startAngle();
+    const auto end = panel.endAngle();
+    const bool drawn = panel.drawCheck();
 
     const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
@@ -508,9 +478,8 @@ void CylinderShape::guiChanged_() {
     if (survives && start) setStartAngle(*start);
     if (survives && end) setEndAngle(*end);
     if (survives && (x || y) && (startAnglePoint_ || endAnglePoint_)) updatePoints();
-    if (!survives || !panel_) return;
-    takeStyles_(panel_->lineStyle(), panel_->fillStyle());
-    if (survives) fillGui();
+    if (!survives || !panel_()) return;
+    takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

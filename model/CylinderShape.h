@@ -6,19 +6,16 @@
 
 #include "model/BaseFilledShape.h"
 #include "model/Carried.h"
+#include "model/Equipped.h"
 #include "model/PUDrawPoint.h"
-#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
 /// The circular shapes: a centre, one or two radii, perhaps a sector and a height. The geometry is kept
 /// as edit points; beside a point stands the number as it was set, and it is the answer until that
 /// point or the centre moves. Lengths in metres, angles in radians clockwise from north.
-class CylinderShape : public BaseFilledShape, public Carried {
+class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPanel>, public Carried {
   public:
-    /// The panel calls it after each edit of the user's.
-    using GuiChange = PanelChange;
-
     enum Subtype {
         Circle = 0,
         Ellipse = 1,
@@ -35,16 +32,10 @@ class CylinderShape : public BaseFilledShape, public Carried {
 
     CylinderShape(const Preferences& preferences, Subtype subtype);
     CylinderShape(const CylinderShape& other);
-    ~CylinderShape() override;
 
-    Shape* clone() const override;
     Subtype subtype() const { return subtype_; }
 
     int serialize(Serializer& serializer) override;
-    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
-    void notifyPrefsUpdate() override;
-    void fillGui() override;
-    void deleteGui() override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     void carry(const ReferenceMove& move) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
@@ -113,6 +104,8 @@ class CylinderShape : public BaseFilledShape, public Carried {
     void keepMinorRadius_(double meters) { keep_(minorRadius_, meters, minorAxisPoint_); }
 
   private:
+    friend Equipped;
+
     using PointPtr = std::unique_ptr<PluginUtils::PUDrawPoint>;
 
     /// A number as it was set, and where the points were that it was set for.
@@ -140,7 +133,8 @@ class CylinderShape : public BaseFilledShape, public Carried {
     double rimDistance_(double azimuth) const;
     /// Moves the centre, and everything else by the same ways; needs a centre.
     void moveAll_(const halCore::Vec3& center);
-    void guiChanged_();
+    void showIn_(CylinderPanel& panel);
+    void takeFrom_(CylinderPanel& panel);
 
     Subtype subtype_;
     PointPtr center_;
@@ -157,9 +151,7 @@ class CylinderShape : public BaseFilledShape, public Carried {
     bool requiresAllPoints_ = true;
     /// The centre that the panel shows while there is none.
     halCore::Vec3 shownCenter_;
-    // Last, in this order: what touches the shape while it dies must find its data alive.
-    std::unique_ptr<CylinderPanel> panel_;
-    MouseToolPtr ownTool_;
+    Equipment<CylinderPanel> equipment_{*this, preferences_, mouseTool_};
 };
 
 }  // namespace OverlayEditor

@@ -8,26 +8,12 @@ namespace OverlayEditor {
 
 using halCore::Vec3;
 
-FreeDrawShape::FreeDrawShape(const Preferences& preferences) : BaseFilledShape(preferences) {
+FreeDrawShape::FreeDrawShape(const Preferences& preferences) : Equipped(preferences) {
     setName("Free Draw");
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 FreeDrawShape::FreeDrawShape(const FreeDrawShape& other)
-    : PointsContainer(other),
-      BaseFilledShape(other),
-      lines_(other.lines_),
-      pixelPrecision_(other.pixelPrecision_) {
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
-}
-
-FreeDrawShape::~FreeDrawShape() {
-    mouseTool_ = nullptr;
-}
-
-Shape* FreeDrawShape::clone() const {
-    return new FreeDrawShape(*this);
-}
+    : PointsContainer(other), Equipped(other), lines_(other.lines_), pixelPrecision_(other.pixelPrecision_) {}
 
 bool FreeDrawShape::isComplete() const {
     return std::any_of(lines_.begin(), lines_.end(), [](const LinePoints& line) { return line.size() >= 2; });
@@ -135,37 +121,18 @@ std::pair<Vec3, Vec3> FreeDrawShape::boundingBox() const {
     return bounds;
 }
 
-void FreeDrawShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
-    auto* const equipment = ShapeEquipment::installed();
-    if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
-    fillGui();
+void FreeDrawShape::showIn_(FreeDrawPanel& panel) {
+    panel.setDrawCheck(shown());
+    panel.setPixelPrecision(pixelPrecision_);
+    showLine_(panel.lineStyle());
 }
 
-void FreeDrawShape::deleteGui() {
-    panel_.reset();
-}
-
-void FreeDrawShape::notifyPrefsUpdate() {
-    if (panel_) panel_->notifyPrefsUpdate();
-    fillGui();
-}
-
-void FreeDrawShape::fillGui() {
-    if (!panel_) return;
-    panel_->setDrawCheck(shown());
-    panel_->setPixelPrecision(pixelPrecision_);
-    showLine_(panel_->lineStyle());
-}
-
-void FreeDrawShape::guiChanged_() {
-    if (!panel_) return;
-    setPixelPrecision(panel_->pixelPrecision());
-    const bool drawn = panel_->drawCheck();
+void FreeDrawShape::takeFrom_(FreeDrawPanel& panel) {
+    setPixelPrecision(panel.pixelPrecision());
+    const bool drawn = panel.drawCheck();
     const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && panel_ && lineDiffers_(panel_->lineStyle())) setLineFromGui(panel_->lineStyle());
-    if (survives) fillGui();
+    if (survives && panel_() && lineDiffers_(panel.lineStyle())) setLineFromGui(panel.lineStyle());
 }
 
 }  // namespace OverlayEditor

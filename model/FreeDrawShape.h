@@ -4,30 +4,24 @@
 #include <vector>
 
 #include "model/BaseFilledShape.h"
+#include "model/Equipped.h"
 #include "model/PointsContainer.h"
-#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
 /// Lines drawn by hand: each is what the mouse left behind between a press and a release. As a points
 /// container it is all lines in one row. It cannot be attached, and is written as one line block for each
 /// line of at least two points, all of the shape's name; they are read back as lines.
-class FreeDrawShape : public PointsContainer, public BaseFilledShape {
+class FreeDrawShape : public PointsContainer, public Equipped<FreeDrawShape, BaseFilledShape, FreeDrawPanel> {
   public:
     using LinePoints = std::vector<halCore::Vec3>;
 
     explicit FreeDrawShape(const Preferences& preferences);
     FreeDrawShape(const FreeDrawShape& other);
-    ~FreeDrawShape() override;
 
-    Shape* clone() const override;
     bool canAttach() const override { return false; }
 
     int serialize(Serializer& serializer) override;
-    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
-    void notifyPrefsUpdate() override;
-    void fillGui() override;
-    void deleteGui() override;
     /// Keeps the converter, for the point editor; the shape stays unattached.
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
@@ -56,6 +50,8 @@ class FreeDrawShape : public PointsContainer, public BaseFilledShape {
     void deletePointAtIndex(unsigned long index) override;
 
   private:
+    friend Equipped;
+
     struct Place {
         std::size_t line = 0;
         std::size_t point = 0;
@@ -63,13 +59,12 @@ class FreeDrawShape : public PointsContainer, public BaseFilledShape {
     /// Where a point stands; the line is lines_.size() behind the last point.
     Place placeOf_(unsigned long index) const;
     void append_(const halCore::Vec3& lla);
-    void guiChanged_();
+    void showIn_(FreeDrawPanel& panel);
+    void takeFrom_(FreeDrawPanel& panel);
 
     std::vector<LinePoints> lines_;
     int pixelPrecision_ = kDefaultPixelPrecision;
-    // Last, in this order: what touches the shape while it dies must find its data alive.
-    std::unique_ptr<FreeDrawPanel> panel_;
-    MouseToolPtr ownTool_;
+    Equipment<FreeDrawPanel> equipment_{*this, preferences_, mouseTool_};
 };
 
 }  // namespace OverlayEditor

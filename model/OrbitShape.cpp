@@ -12,22 +12,11 @@ namespace OverlayEditor {
 
 using halCore::Vec3;
 
-OrbitShape::OrbitShape(const Preferences& preferences) : CylinderShape(preferences, NoSubtype) {
+OrbitShape::OrbitShape(const Preferences& preferences) : Equipped(preferences, NoSubtype) {
     setName("Orbit");
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
-OrbitShape::OrbitShape(const OrbitShape& other) : CylinderShape(other) {
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
-}
-
-OrbitShape::~OrbitShape() {
-    mouseTool_ = nullptr;
-}
-
-Shape* OrbitShape::clone() const {
-    return new OrbitShape(*this);
-}
+OrbitShape::OrbitShape(const OrbitShape& other) : Equipped(other) {}
 
 bool OrbitShape::isComplete() const {
     return centerPt() && centerPt2();
@@ -173,41 +162,22 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
     return bounds;
 }
 
-void OrbitShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
-    auto* const equipment = ShapeEquipment::installed();
-    if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, OrbitGuiCallback([this] { guiChanged_(); }));
-    fillGui();
-}
-
-void OrbitShape::deleteGui() {
-    panel_.reset();
-}
-
-void OrbitShape::notifyPrefsUpdate() {
-    if (panel_) panel_->notifyPrefsUpdate();
-    fillGui();
-}
-
-void OrbitShape::fillGui() {
-    if (!panel_) return;
+void OrbitShape::showIn_(OrbitPanel& panel) {
     Vec3 ground;
     if (!isComplete()) Utils::getDefaultLla(ground);
     shownCenter_ = centerPt() ? centerPt()->getPosition() : ground;
-    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
-    panel_->setDrawCheck(shown());
-    panel_->setCenterLla(shownCenter_);
-    panel_->setCenterLla2(centerPt2() ? centerPt2()->getPosition() : ground);
-    panel_->setRadius(minorAxis());
-    showStyles_(panel_->lineStyle(), panel_->fillStyle());
+    panel.setDrawCheck(shown());
+    panel.setCenterLla(shownCenter_);
+    panel.setCenterLla2(centerPt2() ? centerPt2()->getPosition() : ground);
+    panel.setRadius(minorAxis());
+    showStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
-void OrbitShape::guiChanged_() {
-    if (!panel_) return;
-    const auto first = panel_->centerLla();
-    const auto second = panel_->centerLla2();
-    const auto radius = panel_->radius();
-    const bool drawn = panel_->drawCheck();
+void OrbitShape::takeFrom_(OrbitPanel& panel) {
+    const auto first = panel.centerLla();
+    const auto second = panel.centerLla2();
+    const auto radius = panel.radius();
+    const bool drawn = panel.drawCheck();
 
     const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
@@ -216,8 +186,7 @@ void OrbitShape::guiChanged_() {
     // The radius is marked from the first centre: the one that stands in the panel, if need be.
     if (survives && radius && !centerPt()) setCenter(shownCenter_);
     if (survives && radius) setMinorRadius(*radius);
-    if (survives && panel_) takeStyles_(panel_->lineStyle(), panel_->fillStyle());
-    if (survives) fillGui();
+    if (survives && panel_()) takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "model/CylinderShape.h"
+#include "model/Equipped.h"
 
 namespace OverlayEditor {
 
 /// A racetrack about two centres. It uses the circular shape's points with other meanings: the centre is the
 /// first centre, the major-axis point the second one, and the minor-axis point marks the radius.
-class OrbitShape : public CylinderShape {
+class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
   public:
     /// The panel calls it after each edit of the user's.
     using OrbitGuiCallback = PanelChange;
@@ -16,14 +17,8 @@ class OrbitShape : public CylinderShape {
 
     explicit OrbitShape(const Preferences& preferences);
     OrbitShape(const OrbitShape& other);
-    ~OrbitShape() override;
 
-    Shape* clone() const override;
     int serialize(Serializer& serializer) override;
-    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
-    void notifyPrefsUpdate() override;
-    void fillGui() override;
-    void deleteGui() override;
     /// Anchored, the middle between the centres comes to lie on the reference.
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     void carry(const ReferenceMove& move) override;
@@ -48,19 +43,20 @@ class OrbitShape : public CylinderShape {
     double getShortestDistance_(const halCore::Vec3& position) const;
 
   private:
+    friend Equipped;
+
     // On an orbit it would move the second centre.
     using CylinderShape::setMajorRadius;
     /// The radius' point stands about the second centre, not about the first.
     bool radiusAtSecond_() const;
     /// Brings the radius' point to the same side of a centre's new place.
     void carryRadiusPoint_(const halCore::Vec3& from, const halCore::Vec3& to);
-    void guiChanged_();
+    void showIn_(OrbitPanel& panel);
+    void takeFrom_(OrbitPanel& panel);
 
     /// The first centre that the panel shows while there is none.
     halCore::Vec3 shownCenter_;
-    // Last, in this order: what touches the shape while it dies must find its data alive.
-    std::unique_ptr<OrbitPanel> panel_;
-    MouseToolPtr ownTool_;
+    Equipment<OrbitPanel> equipment_{*this, preferences_, mouseTool_};
 };
 
 }  // namespace OverlayEditor

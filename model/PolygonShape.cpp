@@ -9,23 +9,12 @@ namespace OverlayEditor {
 using halCore::Vec3;
 
 PolygonShape::PolygonShape(const Preferences& preferences, Subtype subtype)
-    : BaseFilledShape(preferences), subtype_(subtype) {
+    : Equipped(preferences), subtype_(subtype) {
     setName(subtype == Line ? "Line" : "Polygon");
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 PolygonShape::PolygonShape(const PolygonShape& other)
-    : PointsContainer(other), BaseFilledShape(other), subtype_(other.subtype_), points_(other.points_) {
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
-}
-
-PolygonShape::~PolygonShape() {
-    mouseTool_ = nullptr;
-}
-
-Shape* PolygonShape::clone() const {
-    return new PolygonShape(*this);
-}
+    : PointsContainer(other), Equipped(other), subtype_(other.subtype_), points_(other.points_) {}
 
 bool PolygonShape::isComplete() const {
     return points_.size() >= (subtype_ == Line ? 2U : 3U);
@@ -59,7 +48,7 @@ void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) 
     put_(index, point);
     const Survival survives(*this);
     dirty_();
-    if (survives && panel_) panel_->refreshPoint(index);
+    if (survives && panel_()) panel_()->refreshPoint(index);
 }
 
 void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
@@ -72,7 +61,7 @@ void PolygonShape::pointsChanged_(unsigned long index) {
     const Survival survives(*this);
     dirty_();
     if (survives) resetToolPoints_();
-    if (survives && panel_) panel_->refreshPoint(index);
+    if (survives && panel_()) panel_()->refreshPoint(index);
 }
 
 void PolygonShape::resetToolPoints_() {
@@ -142,37 +131,17 @@ void PolygonShape::carry(const ReferenceMove& move) {
     fillGui();
 }
 
-void PolygonShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
-    auto* const equipment = ShapeEquipment::installed();
-    if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, GuiChange([this] { guiChanged_(); }));
-    fillGui();
+void PolygonShape::showIn_(PolygonPanel& panel) {
+    panel.setDrawCheck(shown());
+    panel.setShape(*this);
+    showStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
-void PolygonShape::deleteGui() {
-    panel_.reset();
-}
-
-void PolygonShape::notifyPrefsUpdate() {
-    if (panel_) panel_->notifyPrefsUpdate();
-    fillGui();
-}
-
-void PolygonShape::fillGui() {
-    if (!panel_) return;
-    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
-    panel_->setDrawCheck(shown());
-    panel_->setShape(*this);
-    showStyles_(panel_->lineStyle(), panel_->fillStyle());
-}
-
-void PolygonShape::guiChanged_() {
-    if (!panel_) return;
-    const bool drawn = panel_->drawCheck();
+void PolygonShape::takeFrom_(PolygonPanel& panel) {
+    const bool drawn = panel.drawCheck();
     const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && panel_) takeStyles_(panel_->lineStyle(), panel_->fillStyle());
-    if (survives) fillGui();
+    if (survives && panel_()) takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

@@ -5,34 +5,27 @@
 
 #include "model/BaseFilledShape.h"
 #include "model/Carried.h"
+#include "model/Equipped.h"
 #include "model/PointsContainer.h"
-#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
 /// A line or a polygon: an ordered list of geodetic points.
-class PolygonShape : public PointsContainer, public BaseFilledShape, public Carried {
+class PolygonShape : public PointsContainer,
+                     public Equipped<PolygonShape, BaseFilledShape, PolygonPanel>,
+                     public Carried {
   public:
-    /// The panel calls it after each edit of the user's.
-    using GuiChange = PanelChange;
-
     enum Subtype { Line = 0, Polygon = 1 };
 
     PolygonShape(const Preferences& preferences, Subtype subtype);
     PolygonShape(const PolygonShape& other);
-    ~PolygonShape() override;
 
-    Shape* clone() const override;
     Subtype subtype() const { return subtype_; }
     const std::vector<halCore::Vec3>& points() const { return points_; }
     /// A line with two points at least, a polygon with three.
     bool isComplete() const;
 
     int serialize(Serializer& serializer) override;
-    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
-    void notifyPrefsUpdate() override;
-    void fillGui() override;
-    void deleteGui() override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     void carry(const ReferenceMove& move) override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
@@ -52,6 +45,8 @@ class PolygonShape : public PointsContainer, public BaseFilledShape, public Carr
     void addPoint(const halCore::Vec3& point) { points_.push_back(point); }
 
   private:
+    friend Equipped;
+
     void convertAbsolutePoints_(const PointConverter& target, bool anchorCenter);
     /// All or nothing: a point that cannot be moved keeps the others where they are.
     void moveAll_(const ReferenceMove& move);
@@ -59,13 +54,12 @@ class PolygonShape : public PointsContainer, public BaseFilledShape, public Carr
     /// Refreshes after a change of the list, at an index, that the tool did not make.
     void pointsChanged_(unsigned long index);
     void resetToolPoints_();
-    void guiChanged_();
+    void showIn_(PolygonPanel& panel);
+    void takeFrom_(PolygonPanel& panel);
 
     Subtype subtype_;
     std::vector<halCore::Vec3> points_;
-    // Last, in this order: what touches the shape while it dies must find its data alive.
-    std::unique_ptr<PolygonPanel> panel_;
-    MouseToolPtr ownTool_;
+    Equipment<PolygonPanel> equipment_{*this, preferences_, mouseTool_};
 };
 
 }  // namespace OverlayEditor

@@ -13,27 +13,12 @@ namespace OverlayEditor {
 using halCore::Vec3;
 
 RectangleShape::RectangleShape(const Preferences& preferences, Subtype subtype)
-    : BaseFilledShape(preferences), subtype_(subtype) {
+    : Equipped(preferences), subtype_(subtype) {
     setName(subtype == Rectangle ? "Rectangle" : "Triangle");
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
 }
 
 RectangleShape::RectangleShape(const RectangleShape& other)
-    : BaseFilledShape(other),
-      subtype_(other.subtype_),
-      first_(other.first_),
-      last_(other.last_),
-      set_(other.set_) {
-    mouseTool_ = (ownTool_ = ShapeEquipment::toolFor(preferences_, *this)).get();
-}
-
-RectangleShape::~RectangleShape() {
-    mouseTool_ = nullptr;
-}
-
-Shape* RectangleShape::clone() const {
-    return new RectangleShape(*this);
-}
+    : Equipped(other), subtype_(other.subtype_), first_(other.first_), last_(other.last_), set_(other.set_) {}
 
 int RectangleShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
@@ -181,24 +166,7 @@ std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst)
            " Height: " + units.formatRange(std::abs(size.height)) + " " + unit;
 }
 
-void RectangleShape::createGui(Preferences* preferences, PIGUI::PICanvas* canvas) {
-    auto* const equipment = ShapeEquipment::installed();
-    if (!equipment || !preferences || !canvas) return;
-    panel_ = equipment->makePanel(*this, *preferences, *canvas, [this] { guiChanged_(); });
-    fillGui();
-}
-
-void RectangleShape::deleteGui() {
-    panel_.reset();
-}
-
-void RectangleShape::notifyPrefsUpdate() {
-    if (panel_) panel_->notifyPrefsUpdate();
-    fillGui();
-}
-
-void RectangleShape::fillGui() {
-    if (!panel_) return;
+void RectangleShape::showIn_(RectanglePanel& panel) {
     Vec3 anchor;
     if (isComplete())
         anchor = anchorCenter() ? center() : *first_;
@@ -208,46 +176,43 @@ void RectangleShape::fillGui() {
         anchor = *first_;
     else
         Utils::getDefaultLla(anchor);
-    panel_->setPointConverter(attachedPlatformId_ != 0 ? pointConverter_ : nullptr);
-    panel_->setDrawCheck(shown());
-    panel_->setAnchorCenter(anchorCenter());
-    panel_->setAnchor(anchor);
-    panel_->setLastCorner(last_.value_or(anchor));
-    panel_->updateWidthHeight(width(), height());
-    showStyles_(panel_->lineStyle(), panel_->fillStyle());
+    panel.setDrawCheck(shown());
+    panel.setAnchorCenter(anchorCenter());
+    panel.setAnchor(anchor);
+    panel.setLastCorner(last_.value_or(anchor));
+    panel.updateWidthHeight(width(), height());
+    showStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
-void RectangleShape::takeGeometry_() {
-    const RectangleGeometry::Size size{panel_->getWidth(), panel_->getHeight()};
-    const Vec3 anchor = panel_->anchor();
-    if (isComplete() && !panel_->reshaped()) {
+void RectangleShape::takeGeometry_(const RectanglePanel& panel) {
+    const RectangleGeometry::Size size{panel.getWidth(), panel.getHeight()};
+    const Vec3 anchor = panel.anchor();
+    if (isComplete() && !panel.reshaped()) {
         level_(anchor.alt());
         dirty_();
         return;
     }
-    if (!isComplete() && (!panel_->spanned() || (size.width == 0.0 && size.height == 0.0))) {
+    if (!isComplete() && (!panel.spanned() || (size.width == 0.0 && size.height == 0.0))) {
         // A place without a size is no rectangle yet; the other corner goes along until it is typed.
         typedAnchor_ = anchor;
         return;
     }
-    const RectangleGeometry::Corners corners{panel_->getFirstCorner(), panel_->getLastCorner()};
+    const RectangleGeometry::Corners corners{panel.getFirstCorner(), panel.getLastCorner()};
     first_ = corners.first;
     last_ = corners.last;
-    set_ = SetSize{size, panel_->isAnchorCenter() ? std::optional(anchor) : std::nullopt, corners};
+    set_ = SetSize{size, panel.isAnchorCenter() ? std::optional(anchor) : std::nullopt, corners};
     typedAnchor_.reset();
     dirty_();
 }
 
-void RectangleShape::guiChanged_() {
-    if (!panel_) return;
-    const bool drawn = panel_->drawCheck();
-    const bool centered = panel_->isAnchorCenter();
+void RectangleShape::takeFrom_(RectanglePanel& panel) {
+    const bool drawn = panel.drawCheck();
+    const bool centered = panel.isAnchorCenter();
     const Survival survives(*this);
-    if (panel_->edited()) takeGeometry_();
+    if (panel.edited()) takeGeometry_(panel);
     if (survives && centered != anchorCenter()) setAnchorCenter(centered);
     if (survives && drawn != shown()) setShown(drawn);
-    if (survives && panel_) takeStyles_(panel_->lineStyle(), panel_->fillStyle());
-    if (survives) fillGui();
+    if (survives && panel_()) takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

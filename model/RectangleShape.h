@@ -5,8 +5,8 @@
 
 #include "model/BaseFilledShape.h"
 #include "model/Carried.h"
+#include "model/Equipped.h"
 #include "model/RectangleGeometry.h"
-#include "model/ShapeEquipment.h"
 
 namespace OverlayEditor {
 
@@ -16,24 +16,18 @@ namespace OverlayEditor {
 /// It is written as a polygon of its corners, and read back from one. Width, height and a centre that were
 /// set are kept beside the corners and are the answer until a corner moves; a file holds the corners
 /// only, so after loading they are computed.
-class RectangleShape : public BaseFilledShape, public Carried {
+class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, RectanglePanel>, public Carried {
   public:
     enum Subtype { Rectangle = 0, Triangle = 1 };
 
     RectangleShape(const Preferences& preferences, Subtype subtype);
     RectangleShape(const RectangleShape& other);
-    ~RectangleShape() override;
 
-    Shape* clone() const override;
     Subtype subtype() const { return subtype_; }
     /// Both corners are there.
     bool isComplete() const { return first_ && last_; }
 
     int serialize(Serializer& serializer) override;
-    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override;
-    void notifyPrefsUpdate() override;
-    void fillGui() override;
-    void deleteGui() override;
     /// Anchored, the centre comes to lie on the reference, or the first corner unless anchorCenter().
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     void carry(const ReferenceMove& move) override;
@@ -61,6 +55,8 @@ class RectangleShape : public BaseFilledShape, public Carried {
     std::string getShortPointText_(const halCore::Vec3& corner, bool isFirst) const;
 
   private:
+    friend Equipped;
+
     /// What was set, and the corners it was set for.
     struct SetSize {
         RectangleGeometry::Size size;
@@ -72,9 +68,10 @@ class RectangleShape : public BaseFilledShape, public Carried {
     void level_(double altitude);
     /// All or nothing: a corner that cannot be moved keeps the other where it is.
     void moveAll_(const ReferenceMove& move);
-    /// Takes over the rectangle that the panel's fields describe.
-    void takeGeometry_();
-    void guiChanged_();
+    /// Takes over the rectangle that a panel's fields describe.
+    void takeGeometry_(const RectanglePanel& panel);
+    void showIn_(RectanglePanel& panel);
+    void takeFrom_(RectanglePanel& panel);
 
     Subtype subtype_;
     std::optional<halCore::Vec3> first_;
@@ -82,9 +79,7 @@ class RectangleShape : public BaseFilledShape, public Carried {
     std::optional<SetSize> set_;
     /// An anchor typed before there was a size.
     std::optional<halCore::Vec3> typedAnchor_;
-    // Last, in this order: what touches the shape while it dies must find its data alive.
-    std::unique_ptr<RectanglePanel> panel_;
-    MouseToolPtr ownTool_;
+    Equipment<RectanglePanel> equipment_{*this, preferences_, mouseTool_};
 };
 
 }  // namespace OverlayEditor

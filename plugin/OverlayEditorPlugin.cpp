@@ -53,7 +53,8 @@ int OverlayEditorPlugin::StartUp() {
     halNotify::setNotifyHandler([source = Name()](halNotify::Severity severity, const std::string& message) {
         PICommon::notify(severity, source, message);
     });
-    ShapeEquipment::install(&equipment_);
+    ToolMaker::install(&toolMaker_);
+    PanelMaker::install(&panelMaker_);
     EntryScope::setListener([this] { handlePostponed_(); });
 
     preferences_ = std::make_unique<Preferences>();
@@ -116,7 +117,8 @@ void OverlayEditorPlugin::takeDown_() {
     icon_.reset();
 
     releaseGraphics();
-    ShapeEquipment::install(nullptr);
+    ToolMaker::install(nullptr);
+    PanelMaker::install(nullptr);
     halNotify::setNotifyHandler({});
 }
 

@@ -5,15 +5,16 @@
 #include <vector>
 
 #include "gui/OverlayEditorDialog.h"
+#include "gui/ShapePanelMaker.h"
 #include "model/Overlay.h"
 #include "model/Preferences.h"
 #include "model/ShapeRegistry.h"
 #include "pi/PIApplication.h"
 #include "pi/PICommon.h"
 #include "pi/PIWidgets.h"
-#include "plugin/Equipment.h"
 #include "plugin/OverlayEditorInterface.h"
 #include "tools/MouseManager.h"
+#include "tools/MouseToolMaker.h"
 #include "tools/QuickDrawManager.h"
 #include "tools/ScreenNote.h"
 
@@ -67,7 +68,8 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     void takeDown_();
 
     bool startedUp_ = false;
-    Equipment equipment_;
+    MouseToolMaker toolMaker_;
+    ShapePanelMaker panelMaker_;
     std::vector<HostEvent> postponed_;
     std::unique_ptr<Preferences> preferences_;
     std::unique_ptr<PIGUI::PIIcon> icon_;

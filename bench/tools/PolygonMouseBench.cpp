@@ -10,7 +10,6 @@
 #include "geo/Wgs84.h"
 #include "model/Overlay.h"
 #include "model/PolygonShape.h"
-#include "model/ShapeEquipment.h"
 #include "pi/HostContract.h"
 #include "pi/PIBase.h"
 #include "tools/MouseManager.h"

@@ -48,37 +48,19 @@ class WatchingTool final : public MouseTool, public PointsTool {
     Shape& shape_;
 };
 
-class WatchingTools final : public ShapeEquipment {
+class WatchingTools final : public ToolMaker {
   public:
     WatchingTools() { install(this); }
     ~WatchingTools() override { install(nullptr); }
 
-    MouseToolPtr makeTool(const Preferences&, CylinderShape& shape) override { return watch(shape); }
-    MouseToolPtr makeTool(const Preferences&, OrbitShape& shape) override { return watch(shape); }
-    MouseToolPtr makeTool(const Preferences&, PolygonShape& shape) override { return watch(shape); }
-    MouseToolPtr makeTool(const Preferences&, RectangleShape& shape) override { return watch(shape); }
-    MouseToolPtr makeTool(const Preferences&, FreeDrawShape& shape) override { return watch(shape); }
-    MouseToolPtr makeTool(const Preferences&, AnnotationShape& shape) override { return watch(shape); }
-
-    template <typename Panel>
-    using Ptr = std::unique_ptr<Panel>;
-    using Canvas = PIGUI::PICanvas;
-    Ptr<CylinderPanel> makePanel(const CylinderShape&, Preferences&, Canvas&, PanelChange) override {
-        return {};
+    MouseToolPtr make(const Preferences&, CylinderShape& shape) override {
+        return shape.subtype() == CylinderShape::NoSubtype ? nullptr : watch(shape);
     }
-    Ptr<OrbitPanel> makePanel(const OrbitShape&, Preferences&, Canvas&, PanelChange) override { return {}; }
-    Ptr<PolygonPanel> makePanel(const PolygonShape&, Preferences&, Canvas&, PanelChange) override {
-        return {};
-    }
-    Ptr<RectanglePanel> makePanel(const RectangleShape&, Preferences&, Canvas&, PanelChange) override {
-        return {};
-    }
-    Ptr<FreeDrawPanel> makePanel(const FreeDrawShape&, Preferences&, Canvas&, PanelChange) override {
-        return {};
-    }
-    Ptr<AnnotationPanel> makePanel(const AnnotationShape&, Preferences&, Canvas&, PanelChange) override {
-        return {};
-    }
+    MouseToolPtr make(const Preferences&, OrbitShape& shape) override { return watch(shape); }
+    MouseToolPtr make(const Preferences&, PolygonShape& shape) override { return watch(shape); }
+    MouseToolPtr make(const Preferences&, RectangleShape& shape) override { return watch(shape); }
+    MouseToolPtr make(const Preferences&, FreeDrawShape& shape) override { return watch(shape); }
+    MouseToolPtr make(const Preferences&, AnnotationShape& shape) override { return watch(shape); }
 
   private:
     static MouseToolPtr watch(Shape& shape) { return MouseToolPtr(new WatchingTool(shape)); }

@@ -12,73 +12,21 @@
 
 #include "TestView.h"
 #include "model/Overlay.h"
-#include "model/ShapeEquipment.h"
 #include "support/FakeHost.h"
 #include "tools/BaseMouseTool.h"
-#include "tools/MakeMouseTool.h"
 #include "tools/MouseManager.h"
+#include "tools/MouseToolMaker.h"
 
 /// Shapes with their real tools and no panels.
-class ToolEquipment final : public OverlayEditor::ShapeEquipment {
+class ToolEquipment {
   public:
-    ToolEquipment() { install(this); }
-    ~ToolEquipment() override { install(nullptr); }
+    ToolEquipment() { OverlayEditor::ToolMaker::install(&maker_); }
+    ~ToolEquipment() { OverlayEditor::ToolMaker::install(nullptr); }
+    ToolEquipment(const ToolEquipment&) = delete;
+    ToolEquipment& operator=(const ToolEquipment&) = delete;
 
-    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
-                                         OverlayEditor::CylinderShape& shape) override {
-        return OverlayEditor::makeMouseTool(preferences, shape);
-    }
-    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
-                                         OverlayEditor::OrbitShape& shape) override {
-        return OverlayEditor::makeMouseTool(preferences, shape);
-    }
-    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
-                                         OverlayEditor::PolygonShape& shape) override {
-        return OverlayEditor::makeMouseTool(preferences, shape);
-    }
-    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
-                                         OverlayEditor::RectangleShape& shape) override {
-        return OverlayEditor::makeMouseTool(preferences, shape);
-    }
-    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
-                                         OverlayEditor::FreeDrawShape& shape) override {
-        return OverlayEditor::makeMouseTool(preferences, shape);
-    }
-    OverlayEditor::MouseToolPtr makeTool(const OverlayEditor::Preferences& preferences,
-                                         OverlayEditor::AnnotationShape& shape) override {
-        return OverlayEditor::makeMouseTool(preferences, shape);
-    }
-
-    std::unique_ptr<OverlayEditor::CylinderPanel> makePanel(const OverlayEditor::CylinderShape&,
-                                                            OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                            OverlayEditor::PanelChange) override {
-        return nullptr;
-    }
-    std::unique_ptr<OverlayEditor::OrbitPanel> makePanel(const OverlayEditor::OrbitShape&,
-                                                         OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                         OverlayEditor::PanelChange) override {
-        return nullptr;
-    }
-    std::unique_ptr<OverlayEditor::PolygonPanel> makePanel(const OverlayEditor::PolygonShape&,
-                                                           OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                           OverlayEditor::PanelChange) override {
-        return nullptr;
-    }
-    std::unique_ptr<OverlayEditor::RectanglePanel> makePanel(const OverlayEditor::RectangleShape&,
-                                                             OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                             OverlayEditor::PanelChange) override {
-        return nullptr;
-    }
-    std::unique_ptr<OverlayEditor::FreeDrawPanel> makePanel(const OverlayEditor::FreeDrawShape&,
-                                                            OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                            OverlayEditor::PanelChange) override {
-        return nullptr;
-    }
-    std::unique_ptr<OverlayEditor::AnnotationPanel> makePanel(const OverlayEditor::AnnotationShape&,
-                                                              OverlayEditor::Preferences&, PIGUI::PICanvas&,
-                                                              OverlayEditor::PanelChange) override {
-        return nullptr;
-    }
+  private:
+    OverlayEditor::MouseToolMaker maker_;
 };
 
 /// Reads "21.3N 158.0W".

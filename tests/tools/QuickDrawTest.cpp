@@ -14,6 +14,7 @@
 #include "Drawing.h"
 #include "common/Files.h"
 #include "common/Notify.h"
+#include "model/CylinderShape.h"
 #include "model/FreeDrawShape.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"

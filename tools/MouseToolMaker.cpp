@@ -1,4 +1,4 @@
-#include "tools/MakeMouseTool.h"
+#include "tools/MouseToolMaker.h"
 
 #include "tools/AnnotationMouseTool.h"
 #include "tools/ArcMouseTool.h"
@@ -11,7 +11,7 @@
 
 namespace OverlayEditor {
 
-MouseToolPtr makeMouseTool(const Preferences& preferences, CylinderShape& shape) {
+MouseToolPtr MouseToolMaker::make(const Preferences& preferences, CylinderShape& shape) {
     switch (shape.subtype()) {
         case CylinderShape::Circle:
         case CylinderShape::Sphere:
@@ -31,23 +31,23 @@ MouseToolPtr makeMouseTool(const Preferences& preferences, CylinderShape& shape)
     return nullptr;
 }
 
-MouseToolPtr makeMouseTool(const Preferences& preferences, OrbitShape& shape) {
+MouseToolPtr MouseToolMaker::make(const Preferences& preferences, OrbitShape& shape) {
     return MouseToolPtr(new OrbitMouseTool(preferences, shape));
 }
 
-MouseToolPtr makeMouseTool(const Preferences& preferences, PolygonShape& shape) {
+MouseToolPtr MouseToolMaker::make(const Preferences& preferences, PolygonShape& shape) {
     return MouseToolPtr(new PolygonMouseTool(preferences, shape));
 }
 
-MouseToolPtr makeMouseTool(const Preferences& preferences, RectangleShape& shape) {
+MouseToolPtr MouseToolMaker::make(const Preferences& preferences, RectangleShape& shape) {
     return MouseToolPtr(new RectangleMouseTool(preferences, shape));
 }
 
-MouseToolPtr makeMouseTool(const Preferences& preferences, FreeDrawShape& shape) {
+MouseToolPtr MouseToolMaker::make(const Preferences& preferences, FreeDrawShape& shape) {
     return MouseToolPtr(new FreeDrawMouseTool(preferences, shape));
 }
 
-MouseToolPtr makeMouseTool(const Preferences& preferences, AnnotationShape& shape) {
+MouseToolPtr MouseToolMaker::make(const Preferences& preferences, AnnotationShape& shape) {
     return MouseToolPtr(new AnnotationMouseTool(preferences, shape));
 }
 

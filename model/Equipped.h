@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+
+#include "model/PanelMaker.h"
+#include "model/Shape.h"
+#include "model/ToolMaker.h"
+
+namespace OverlayEditor {
+
+/// A shape's mouse tool, and its property panel while there is one. The concrete shape's last member: both
+/// may touch the shape while they die, and find its data alive. Callers do not see the tool any more then.
+template <typename Panel>
+class Equipment {
+  public:
+    /// \param place where the shape's callers find the tool; null while there is none
+    template <typename Concrete>
+    Equipment(Concrete& shape, const Preferences& preferences, MouseTool*& place) : place_(place) {
+        if (auto* const maker = ToolMaker::installed()) tool_ = maker->make(preferences, shape);
+        place_ = tool_.get();
+    }
+    ~Equipment() { place_ = nullptr; }
+    Equipment(const Equipment&) = delete;
+    Equipment& operator=(const Equipment&) = delete;
+
+    std::unique_ptr<Panel> panel;
+
+  private:
+    MouseTool*& place_;
+    MouseToolPtr tool_;
+};
+
+/// What all concrete shapes do alike with their equipment, put between each of them and its base class. The
+/// concrete shape makes it a friend and has, as its last member, an `equipment_`; besides it has
+/// `showIn_(Panel&)`, which copies the shape's values into its panel, and `takeFrom_(Panel&)`, which takes
+/// over what the user has edited there.
+template <typename Concrete, typename Base, typename Panel>
+class Equipped : public Base {
+  public:
+    /// The panel calls it after each edit of the user's.
+    using GuiChange = PanelChange;
+
+    Shape* clone() const override { return new Concrete(static_cast<const Concrete&>(*this)); }
+    void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override {
+        auto* const maker = PanelMaker::installed();
+        if (!maker || !preferences || !canvas) return;
+        self_().equipment_.panel =
+            maker->make(self_(), *preferences, *canvas, GuiChange([this] { refreshFromGui_(); }));
+        fillGui();
+    }
+    void notifyPrefsUpdate() override {
+        if (panel_()) panel_()->notifyPrefsUpdate();
+        fillGui();
+    }
+    void fillGui() override {
+        if (!panel_()) return;
+        panel_()->setPointConverter(this->attachedPlatformId_ != 0 ? this->pointConverter_ : nullptr);
+        self_().showIn_(*panel_());
+    }
+    void deleteGui() override { self_().equipment_.panel.reset(); }
+
+  protected:
+    using Base::Base;
+    Equipped(const Equipped&) = default;
+
+    /// Null without one.
+    Panel* panel_() { return self_().equipment_.panel.get(); }
+
+  private:
+    Concrete& self_() { return static_cast<Concrete&>(*this); }
+    void refreshFromGui_() {
+        if (!panel_()) return;
+        const Shape::Survival survives(*this);
+        self_().takeFrom_(*panel_());
+        if (survives) fillGui();
+    }
+};
+
+}  // namespace OverlayEditor
