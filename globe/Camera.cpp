@@ -2,28 +2,33 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 
 namespace sandbox {
 
+using halCore::Ecef;
+using halCore::kHalfPi;
+using halCore::kTwoPi;
+using halCore::LocalFrame;
+using halCore::localFrame;
+namespace wgs84 = halCore::wgs84;
+
 namespace {
 
-constexpr double kPi = std::numbers::pi;
 constexpr double kMinimumElevation = 0.02;
 /// When a place counts as under the cursor (pixels). Small, for zooming in magnifies what is left.
 constexpr double kClose = 1e-5;
 constexpr int kRounds = 20;
-
-double wrapLongitude(double longitude) {
-    return std::remainder(longitude, 2.0 * kPi);
-}
 
 }  // namespace
 
 void Camera::setCenter(const halCore::Vec3& geodetic) {
     if (!std::isfinite(geodetic.lat()) || !std::isfinite(geodetic.lon()) || !std::isfinite(geodetic.alt()))
         return;
-    center_ = {std::clamp(geodetic.lat(), -kPi / 2, kPi / 2), wrapLongitude(geodetic.lon()),
+    center_ = {std::clamp(geodetic.lat(), -kHalfPi, kHalfPi), halCore::wrapToPi(geodetic.lon()),
                std::max(0.0, geodetic.alt())};
     update();
 }
@@ -31,10 +36,8 @@ void Camera::setCenter(const halCore::Vec3& geodetic) {
 void Camera::setRangeAzimuthElevation(double range, double azimuth, double elevation) {
     if (!std::isfinite(range) || !std::isfinite(azimuth) || !std::isfinite(elevation)) return;
     range_ = std::clamp(range, kMinimumRange, kMaximumRange);
-    azimuth_ = std::fmod(azimuth, 2.0 * kPi);
-    if (azimuth_ < 0.0) azimuth_ += 2.0 * kPi;
-    if (azimuth_ >= 2.0 * kPi) azimuth_ = 0.0;
-    elevation_ = std::clamp(elevation, kMinimumElevation, kPi / 2);
+    azimuth_ = halCore::wrapToTwoPi(azimuth);
+    elevation_ = std::clamp(elevation, kMinimumElevation, kHalfPi);
     update();
 }
 
@@ -52,7 +55,7 @@ void Camera::update() {
     const Ecef ahead = frame.east * std::sin(azimuth_) + frame.north * std::cos(azimuth_);
     const double sinElevation = std::sin(elevation_);
     // Exactly straight down: cos(pi/2) would leave a trace of the horizontal.
-    const double cosElevation = elevation_ >= kPi / 2 ? 0.0 : std::cos(elevation_);
+    const double cosElevation = elevation_ >= kHalfPi ? 0.0 : std::cos(elevation_);
     back_ = frame.up * sinElevation - ahead * cosElevation;
     up_ = frame.up * cosElevation + ahead * sinElevation;
     right_ = cross(up_, back_);
@@ -111,7 +114,7 @@ bool Camera::bring(const halCore::Vec3& grabbed, double x, double y) {
 
 bool Camera::bringNorthUp(const halCore::Vec3& grabbed, double x, double y) {
     const Ecef target = toEcef(grabbed);
-    const double step = std::clamp(1e-5 * range_ / kEquatorRadius, 1e-11, 1e-5);
+    const double step = std::clamp(1e-5 * range_ / wgs84::a, 1e-11, 1e-5);
     const auto missX = [&](const Camera& camera) { return camera.project(target).x - x; };
     const auto missY = [&](const Camera& camera) { return camera.project(target).y - y; };
     for (int round = 0; round < kRounds; ++round) {
@@ -132,7 +135,7 @@ bool Camera::bringNorthUp(const halCore::Vec3& grabbed, double x, double y) {
         if (!(std::abs(determinant) > 0.02 * scale)) return false;
         const double lat = center_.lat() - (yByLon * dx - xByLon * dy) / determinant;
         const double lon = center_.lon() - (xByLat * dy - yByLat * dx) / determinant;
-        if (std::abs(lat) >= kPi / 2 || std::abs(lon - center_.lon()) > 1.0) return false;
+        if (std::abs(lat) >= kHalfPi || std::abs(lon - center_.lon()) > 1.0) return false;
         setCenter({lat, lon, center_.alt()});
     }
     return false;
@@ -207,7 +210,7 @@ double Camera::nearPlane() const {
 }
 
 double Camera::farPlane() const {
-    return length(eye_) + 2.0 * kEquatorRadius;
+    return length(eye_) + 2.0 * wgs84::a;
 }
 
 }  // namespace sandbox

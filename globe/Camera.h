@@ -4,7 +4,8 @@
 #include <optional>
 
 #include "common/Vec3.h"
-#include "globe/Ecef.h"
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
 
 namespace sandbox {
 
@@ -45,13 +46,13 @@ class Camera {
     /// The size of the view, at least 1 x 1.
     void setViewport(int width, int height);
 
-    const Ecef& eye() const { return eye_; }
+    const halCore::Ecef& eye() const { return eye_; }
     halCore::Vec3 eyePosition() const { return toGeodetic(eye_); }
 
     /// Where the ray of sight through a pixel meets the ellipsoid (altitude 0); nothing when it passes by.
     std::optional<halCore::Vec3> pick(double x, double y) const;
     Projected project(const halCore::Vec3& geodetic) const { return project(toEcef(geodetic)); }
-    Projected project(const Ecef& position) const;
+    Projected project(const halCore::Ecef& position) const;
 
     /// Moves the centre so that the ground position `grabbed` appears at the pixel. Azimuth and elevation
     /// stay; only close to a pole, where north-up allows no answer, the view turns. False when the pixel
@@ -71,11 +72,11 @@ class Camera {
     double farPlane() const;
 
     /// Unit vectors of the view: to the right, upwards, and backwards (against the direction of sight).
-    const Ecef& right() const { return right_; }
-    const Ecef& up() const { return up_; }
-    const Ecef& back() const { return back_; }
+    const halCore::Ecef& right() const { return right_; }
+    const halCore::Ecef& up() const { return up_; }
+    const halCore::Ecef& back() const { return back_; }
     /// Direction of the ray through a pixel, not normalised: its component along the sight is 1.
-    Ecef ray(double x, double y) const;
+    halCore::Ecef ray(double x, double y) const;
     /// Tangent of half the field of view in either direction.
     double tanHalfHeight() const;
     double tanHalfWidth() const;
@@ -90,14 +91,14 @@ class Camera {
     halCore::Vec3 center_;
     double range_ = 2.3e7;
     double azimuth_ = 0.0;
-    double elevation_ = 1.5707963267948966;
+    double elevation_ = halCore::kHalfPi;
     int width_ = 1;
     int height_ = 1;
 
-    Ecef eye_;
-    Ecef right_;
-    Ecef up_;
-    Ecef back_;
+    halCore::Ecef eye_;
+    halCore::Ecef right_;
+    halCore::Ecef up_;
+    halCore::Ecef back_;
 
   public:
     Camera() { update(); }

@@ -5,7 +5,11 @@
 #include <cstddef>
 #include <utility>
 
+#include "geo/Ecef.h"
+
 namespace sandbox {
+
+using halCore::Ecef;
 
 DepthMap::DepthMap(const Camera& camera)
     : camera_(camera),

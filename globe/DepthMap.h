@@ -13,14 +13,14 @@ class DepthMap {
     explicit DepthMap(const Camera& camera);
 
     void add(const DrawList::Mesh& body);
-    bool hides(const Ecef& position) const;
+    bool hides(const halCore::Ecef& position) const;
 
   private:
     struct Corner {
         double x, y;
         double nearness;  ///< 1 / depth
     };
-    Corner corner(const Ecef& position) const;
+    Corner corner(const halCore::Ecef& position) const;
     void add(const Corner& a, const Corner& b, const Corner& c);
 
     const Camera& camera_;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "globe/Ecef.h"
+#include "geo/Ecef.h"
 #include "globe/PictureFile.h"
 
 namespace sandbox {
@@ -30,7 +30,7 @@ enum class Stroke : std::uint8_t { Solid, Dashed, Dotted };
 struct DrawList {
     /// A polyline. A single point makes a round dot with the width as its diameter.
     struct Line {
-        std::vector<Ecef> points;
+        std::vector<halCore::Ecef> points;
         Rgba color;
         float width = 1.0F;  ///< widget pixels
         Stroke stroke = Stroke::Solid;
@@ -40,23 +40,24 @@ struct DrawList {
     };
     /// Triangles, three indices each.
     struct Mesh {
-        std::vector<Ecef> vertices;
+        std::vector<halCore::Ecef> vertices;
         std::vector<std::uint32_t> triangles;
-        std::vector<Ecef> normals;  ///< of a round solid's vertices, unit vectors outwards; none = flat faces
+        std::vector<halCore::Ecef>
+            normals;  ///< of a round solid's vertices, unit vectors outwards; none = flat faces
         Rgba color;
         bool solid = false;       ///< lit, outer faces only (counter-clockwise), hides other things by depth
         bool overBodies = false;  ///< of what is not solid: nothing but the earth hides it
     };
     /// A picture on the ground. The file's path is still as the shape says it.
     struct Picture {
-        std::vector<Ecef> vertices;
+        std::vector<halCore::Ecef> vertices;
         std::vector<std::array<float, 2>> places;  ///< of the vertices: 0 to 1 from its left, from its top
         std::vector<std::uint32_t> triangles;
         PictureFile file;
         Line border;  ///< drawn in its place when it cannot be read
     };
     struct Label {
-        Ecef position;
+        halCore::Ecef position;
         std::string text;  ///< UTF-8, may hold line breaks
         std::string fontName;
         int pixelSize = 15;

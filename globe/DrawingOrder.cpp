@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <optional>
 #include <tuple>
 #include <utility>
 
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
 
 namespace sandbox {
+
+using halCore::kPi;
 
 namespace {
 
@@ -44,7 +46,7 @@ int squareOf(const ZEL::PointBasedShape& shape) {
         double sum = 0.0;
         for (const halCore::Vec3& p : shape.points()) sum += std::clamp(coordinate(p), -7.0, 7.0);
         const double mean = sum / static_cast<double>(shape.points().size());
-        return std::isfinite(mean) ? static_cast<int>(std::floor(mean * 18.0 / std::numbers::pi)) : 0;
+        return std::isfinite(mean) ? static_cast<int>(std::floor(mean * 18.0 / kPi)) : 0;
     };
     return square([](const halCore::Vec3& p) { return p.lat(); }) * 100 +
            square([](const halCore::Vec3& p) { return p.lon(); });

@@ -6,14 +6,20 @@
 #include <QOpenGLTexture>
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <string>
 
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 #include "globe/Camera.h"
 #include "globe/EarthShaders.h"
 #include "globe/SoftwareRenderer.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
+using halCore::kTwoPi;
+namespace wgs84 = halCore::wgs84;
 
 namespace {
 
@@ -40,7 +46,7 @@ std::unique_ptr<QOpenGLShaderProgram> compileGround(const char* defines) {
 /// The part of the view (-1 to 1) that the globe may touch: left, bottom, right, top.
 std::array<float, 4> areaOfEarth(const Camera& camera) {
     const double distance = length(camera.eye());
-    const double sine = kEquatorRadius * 1.01 / distance;
+    const double sine = wgs84::a * 1.01 / distance;
     if (sine >= 1.0) return kWholeView;
     const Ecef toCenter = -normalized(camera.eye());
     const Ecef aside =
@@ -50,7 +56,7 @@ std::array<float, 4> areaOfEarth(const Camera& camera) {
     std::array<float, 4> area = {1.0F, 1.0F, -1.0F, -1.0F};
     constexpr int kRays = 48;
     for (int i = 0; i < kRays; ++i) {
-        const double turn = 2.0 * std::numbers::pi * i / kRays;
+        const double turn = kTwoPi * i / kRays;
         const Ecef ray =
             toCenter * cosine + (aside * std::cos(turn) + other * std::sin(turn)) * (sine * 1.005);
         const double ahead = -dot(ray, camera.back());
@@ -93,10 +99,9 @@ void EarthLayer::drawRectangle(QOpenGLShaderProgram& program, const Camera& came
     program.setUniformValue("low", area[0], area[1]);
     program.setUniformValue("high", area[2], area[3]);
     program.setUniformValue("rayRight",
-                            vector(toUnitSphere(camera.right() * camera.tanHalfWidth()) * kEquatorRadius));
-    program.setUniformValue("rayUp",
-                            vector(toUnitSphere(camera.up() * camera.tanHalfHeight()) * kEquatorRadius));
-    program.setUniformValue("rayAhead", vector(-toUnitSphere(camera.back()) * kEquatorRadius));
+                            vector(toUnitSphere(camera.right() * camera.tanHalfWidth()) * wgs84::a));
+    program.setUniformValue("rayUp", vector(toUnitSphere(camera.up() * camera.tanHalfHeight()) * wgs84::a));
+    program.setUniformValue("rayAhead", vector(-toUnitSphere(camera.back()) * wgs84::a));
     program.setUniformValue("eye", vector(eye));
     program.setUniformValue("eyeExcess", static_cast<float>(dot(eye, eye) - 1.0));
     static constexpr float kCorners[] = {0.0F, 0.0F, 1.0F, 0.0F, 0.0F, 1.0F, 1.0F, 1.0F};
@@ -118,8 +123,8 @@ void EarthLayer::draw(const Camera& camera) {
     double smoothness = 0.0;
     if (texture_) {
         // Screen pixels a texel, where the view looks closest.
-        const double texel = 2.0 * std::numbers::pi * kEquatorRadius / texture_->width();
-        const double distance = std::min(camera.range(), std::max(1.0, length(camera.eye()) - kPoleRadius));
+        const double texel = kTwoPi * wgs84::a / texture_->width();
+        const double distance = std::min(camera.range(), std::max(1.0, length(camera.eye()) - wgs84::b));
         const double pixel = 2.0 * distance * camera.tanHalfHeight() / camera.height();
         smoothness = std::clamp(1.5 - pixel / texel, 0.0, 1.0);
         kind = smoothness <= 0.0 ? Minified : smoothness >= 1.0 ? Magnified : Mixed;
@@ -127,6 +132,7 @@ void EarthLayer::draw(const Camera& camera) {
     QOpenGLShaderProgram& program = *ground_[kind];
     if (!program.isLinked()) return;
     program.bind();
+    program.setUniformValue("axisRatio", static_cast<float>(wgs84::b / wgs84::a));
     if (texture_) {
         program.setUniformValue("imageSize", QSizeF(texture_->width(), texture_->height()));
         program.setUniformValue("smoothness", static_cast<float>(smoothness));

@@ -4,6 +4,7 @@ namespace sandbox {
 
 // All of it happens in coordinates that make the ellipsoid the unit sphere. `eye` is the eye there and
 // `eyeExcess` its squared distance minus one, computed in double precision: it is tiny near the ground.
+// `axisRatio` is the polar axis over that of the equator.
 
 inline constexpr const char* kEarthVertexShader = R"(#version 120
 attribute vec2 corner;
@@ -38,13 +39,13 @@ void main() {
 inline constexpr const char* kGroundFragmentShader = R"(
 uniform vec3 eye;
 uniform float eyeExcess;
+uniform float axisRatio;
 uniform vec2 imageSize;
 uniform float smoothness;
 uniform sampler2D image;
 varying vec3 ray;
 
 const float kPi = 3.14159265358979;
-const float kFlattening = 1.0 / 298.257223563;
 const vec3 kAir = vec3(0.36, 0.60, 0.95);
 
 #ifdef MAGNIFIED
@@ -95,7 +96,7 @@ void main() {
                     -acrossY.z * inversesqrt(ring) / kPi);
     if (b >= 0.0 || coverage <= 0.0) discard;
     vec2 uv = vec2(atan(hit.y, hit.x) / (2.0 * kPi) + 0.5,
-                   0.5 - atan(hit.z, (1.0 - kFlattening) * sqrt(ring)) / kPi);
+                   0.5 - atan(hit.z, axisRatio * sqrt(ring)) / kPi);
 
     vec3 ground = vec3(0.0);
 #ifdef MINIFIED

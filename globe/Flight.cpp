@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
+#include "geo/Angles.h"
 #include "globe/GeodesicPath.h"
 
 namespace sandbox {
+
+using halCore::kTwoPi;
 
 Flight::Flight(const Camera& from, const Camera& to) : from_(from), to_(to) {
     const DistanceAndAzimuth way = geodesicBetween(from.center(), to.center());
@@ -23,7 +25,7 @@ Camera Flight::at(double share) const {
     const double level = std::lerp(std::log(from_.range()), std::log(to_.range()), eased);
     const double climb =
         4.0 * eased * (1.0 - eased) * (std::log(highest) - std::log(std::max(from_.range(), to_.range())));
-    const double turn = std::remainder(to_.azimuth() - from_.azimuth(), 2.0 * std::numbers::pi);
+    const double turn = std::remainder(to_.azimuth() - from_.azimuth(), kTwoPi);
     camera.setRangeAzimuthElevation(t >= 1.0 ? to_.range() : std::exp(level + climb),
                                     t >= 1.0 ? to_.azimuth() : from_.azimuth() + turn * eased,
                                     std::lerp(from_.elevation(), to_.elevation(), eased));

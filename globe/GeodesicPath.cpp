@@ -2,19 +2,24 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/GeodesicLine.hpp>
 #include <GeographicLib/Rhumb.hpp>
 
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
+
 namespace sandbox {
+
+using halCore::Ecef;
+using halCore::kHalfPi;
+using halCore::kRadiansPerDegree;
+using halCore::kTwoPi;
 
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kDegree = kPi / 180.0;
 constexpr int kMostPieces = 20000;
 
 const GeographicLib::Geodesic& geodesic() {
@@ -37,20 +42,23 @@ void forPointsBetween(const halCore::Vec3& from, const halCore::Vec3& to, double
             double lat = 0.0;
             double lon = 0.0;
             position(meters * share, lat, lon);
-            add(halCore::Vec3(lat * kDegree, lon * kDegree, std::lerp(from.alt(), to.alt(), share)));
+            add(halCore::Vec3(lat * kRadiansPerDegree, lon * kRadiansPerDegree,
+                              std::lerp(from.alt(), to.alt(), share)));
         }
     };
     if (kind == PathKind::Rhumb) {
         const GeographicLib::Rhumb& rhumb = GeographicLib::Rhumb::WGS84();
         double meters = 0.0;
         double azimuth = 0.0;
-        rhumb.Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree,
-                      meters, azimuth);
-        const GeographicLib::RhumbLine line = rhumb.Line(from.lat() / kDegree, from.lon() / kDegree, azimuth);
+        rhumb.Inverse(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
+                      to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree, meters, azimuth);
+        const GeographicLib::RhumbLine line =
+            rhumb.Line(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree, azimuth);
         addAlong(meters, [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
     } else if (chord > step) {
-        const GeographicLib::GeodesicLine line = geodesic().InverseLine(
-            from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree);
+        const GeographicLib::GeodesicLine line =
+            geodesic().InverseLine(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
+                                   to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree);
         addAlong(line.Distance(), [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
     }
 }
@@ -62,23 +70,25 @@ int piecesOfArc(double radius, double sweep, double tolerance) {
     const double share = std::clamp(allowed / std::max(radius, 1e-3), 1e-7, 0.02);
     const double wanted = std::ceil(std::abs(sweep) / (2.0 * std::acos(1.0 - share)));
     const int pieces = std::max(2, static_cast<int>(std::min(wanted, 4092.0)));
-    return std::abs(sweep) < 2.0 * kPi - 1e-9 ? pieces : (pieces + 11) / 12 * 12;
+    return std::abs(sweep) < kTwoPi - 1e-9 ? pieces : (pieces + 11) / 12 * 12;
 }
 
 DistanceAndAzimuth geodesicBetween(const halCore::Vec3& from, const halCore::Vec3& to) {
     DistanceAndAzimuth result;
-    geodesic().Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree, to.lon() / kDegree,
-                       result.meters, result.azimuthAtStart, result.azimuthAtEnd);
-    result.azimuthAtStart *= kDegree;
-    result.azimuthAtEnd *= kDegree;
+    geodesic().Inverse(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
+                       to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree, result.meters,
+                       result.azimuthAtStart, result.azimuthAtEnd);
+    result.azimuthAtStart *= kRadiansPerDegree;
+    result.azimuthAtEnd *= kRadiansPerDegree;
     return result;
 }
 
 halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double meters) {
     double lat = 0.0;
     double lon = 0.0;
-    geodesic().Direct(from.lat() / kDegree, from.lon() / kDegree, azimuth / kDegree, meters, lat, lon);
-    return {lat * kDegree, lon * kDegree, from.alt()};
+    geodesic().Direct(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
+                      azimuth / kRadiansPerDegree, meters, lat, lon);
+    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, from.alt()};
 }
 
 void appendPath(GeodeticPath& path, const halCore::Vec3& to, PathKind kind, double step) {
@@ -110,9 +120,9 @@ GeodeticPath ellipticalArc(const halCore::Vec3& center, double halfEast, double 
     // The parameter angle p of the point seen at azimuth z: tan z = east sin p / (north cos p). Both
     // angles agree at the quarters, which keeps whole turns whole.
     const auto parameter = [&](double seenAt) {
-        const double quarters = std::round(seenAt / (kPi / 2)) * (kPi / 2);
+        const double quarters = std::round(seenAt / kHalfPi) * kHalfPi;
         const double raw = std::atan2(std::sin(seenAt) * halfNorth, std::cos(seenAt) * halfEast);
-        return quarters + std::remainder(raw - quarters, 2.0 * kPi);
+        return quarters + halCore::wrapToPi(raw - quarters);
     };
     const double from = parameter(azimuth - turn);
     const double to = parameter(azimuth - turn + sweep);
@@ -161,20 +171,6 @@ void simplify(PlacedPath& path, double tolerance) {
     }
     path.points.resize(kept);
     path.places.resize(kept);
-}
-
-std::optional<halCore::Vec3> fromFlatFrame(const halCore::Vec3& origin, const halCore::Vec3& offset) {
-    constexpr double kF = 1.0 / 298.257223563;
-    constexpr double kE2 = kF * (2.0 - kF);
-    const double sine = std::sin(origin.lat());
-    const double root = std::sqrt(1.0 - kE2 * sine * sine);
-    const double primeVertical = kEquatorRadius / root + origin.alt();
-    const double meridian = kEquatorRadius * (1.0 - kE2) / (root * root * root) + origin.alt();
-    const double ring = primeVertical * std::cos(origin.lat());
-    const double lat = origin.lat() + offset.y() / meridian;
-    if (ring < 1e-3 || std::abs(lat) > kPi / 2) return std::nullopt;
-    return halCore::Vec3(lat, std::remainder(origin.lon() + offset.x() / ring, 2.0 * kPi),
-                         origin.alt() + offset.z());
 }
 
 std::vector<Ecef> toEcef(const GeodeticPath& path) {

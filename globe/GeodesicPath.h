@@ -1,10 +1,9 @@
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "common/Vec3.h"
-#include "globe/Ecef.h"
+#include "geo/Ecef.h"
 
 namespace sandbox {
 
@@ -14,9 +13,9 @@ using GeodeticPath = std::vector<halCore::Vec3>;
 /// The same with the earth-centred place of each point, which takes time to work out.
 struct PlacedPath {
     GeodeticPath points;
-    std::vector<Ecef> places;
+    std::vector<halCore::Ecef> places;
 
-    void add(const halCore::Vec3& point, const Ecef& place) {
+    void add(const halCore::Vec3& point, const halCore::Ecef& place) {
         points.push_back(point);
         places.push_back(place);
     }
@@ -39,7 +38,8 @@ halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double met
 /// Appends the way from the last point of `path` to `to`, in pieces of at most `step` metres; the
 /// altitude changes evenly.
 void appendPath(GeodeticPath& path, const halCore::Vec3& to, PathKind kind, double step);
-void appendPath(PlacedPath& path, const halCore::Vec3& to, const Ecef& place, PathKind kind, double step);
+void appendPath(PlacedPath& path, const halCore::Vec3& to, const halCore::Ecef& place, PathKind kind,
+                double step);
 
 /// Points at distance `meters` around a centre, from one azimuth over a sweep (negative =
 /// counter-clockwise) to the other, both ends included. So many points that the straight pieces stay
@@ -59,11 +59,6 @@ int piecesOfArc(double radius, double sweep, double tolerance);
 /// (the Douglas-Peucker method on straight lines in space). The first and the last point stay.
 void simplify(PlacedPath& path, double tolerance);
 
-/// The flat east-north-up frame about an origin, linear in latitude and longitude: x = dlon N cos(lat0),
-/// y = dlat M, z = h - h0, the radii of curvature N and M taken at the origin, plus its altitude. Nothing
-/// within a millimetre of a pole, or when y leads past one.
-std::optional<halCore::Vec3> fromFlatFrame(const halCore::Vec3& origin, const halCore::Vec3& offset);
-
-std::vector<Ecef> toEcef(const GeodeticPath& path);
+std::vector<halCore::Ecef> toEcef(const GeodeticPath& path);
 
 }  // namespace sandbox

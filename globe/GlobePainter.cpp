@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "geo/Ecef.h"
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
 #include "globe/EarthLayer.h"
@@ -18,6 +19,10 @@
 #include "globe/Sprites.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
+using halCore::LocalFrame;
+using halCore::localFrame;
 
 struct GlobePainter::Layers {
     EarthLayer earth;

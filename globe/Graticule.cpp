@@ -4,16 +4,23 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <numbers>
 #include <optional>
 
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 #include "globe/Camera.h"
 
 namespace sandbox {
 
+using halCore::Ecef;
+using halCore::kHalfPi;
+using halCore::kPi;
+using halCore::kTwoPi;
+namespace wgs84 = halCore::wgs84;
+
 namespace {
 
-constexpr double kPi = std::numbers::pi;
 constexpr std::int64_t kSecond = 1000;
 constexpr std::int64_t kMinute = 60 * kSecond;
 constexpr std::int64_t kDegree = 60 * kMinute;
@@ -37,9 +44,9 @@ Window horizonWindow(const Camera& camera) {
     const halCore::Vec3 eye = camera.eyePosition();
     // A little more than the horizon of the largest sphere: the earth is flat at the poles.
     const double reach =
-        std::acos(std::clamp(kPoleRadius / (kEquatorRadius + std::max(0.0, eye.alt())), 0.0, 1.0)) + 0.005;
+        std::acos(std::clamp(wgs84::b / (wgs84::a + std::max(0.0, eye.alt())), 0.0, 1.0)) + 0.005;
     Window window{eye.lat() - reach, eye.lat() + reach, eye.lon() - kPi, eye.lon() + kPi};
-    if (window.south > -kPi / 2 && window.north < kPi / 2) {
+    if (window.south > -kHalfPi && window.north < kHalfPi) {
         const double sideways = std::asin(std::min(1.0, std::sin(reach) / std::cos(eye.lat())));
         window.west = eye.lon() - sideways;
         window.east = eye.lon() + sideways;
@@ -61,14 +68,14 @@ Window visibleWindow(const Camera& camera) {
                 everywhere = false;
                 break;
             }
-            const double lon = std::remainder(place->lon() - middle, 2.0 * kPi);
+            const double lon = halCore::wrapToPi(place->lon() - middle);
             seen = {std::min(seen.south, place->lat()), std::max(seen.north, place->lat()),
                     std::min(seen.west, lon), std::max(seen.east, lon)};
         }
     }
     if (everywhere) {
         bool pole = false;
-        for (const double lat : {-kPi / 2, kPi / 2}) {
+        for (const double lat : {-kHalfPi, kHalfPi}) {
             const Projected p = camera.project(halCore::Vec3(lat, 0.0, 0.0));
             if (!p.visible || p.x < 0 || p.y < 0 || p.x > camera.width() || p.y > camera.height()) continue;
             pole = true;
@@ -79,8 +86,8 @@ Window visibleWindow(const Camera& camera) {
         window.west = middle + (pole ? -kPi : seen.west);
         window.east = middle + (pole ? kPi : seen.east);
     }
-    window.south = std::max(window.south, -kPi / 2);
-    window.north = std::min(window.north, kPi / 2);
+    window.south = std::max(window.south, -kHalfPi);
+    window.north = std::min(window.north, kHalfPi);
     return {window.south / kRadians, window.north / kRadians, window.west / kRadians, window.east / kRadians};
 }
 
@@ -105,7 +112,7 @@ std::int64_t mostNorthern(std::int64_t spacing) {
 constexpr int kPieces = 4;
 
 Ecef onGround(double lat, double lon) {
-    return toEcef(halCore::Vec3(std::clamp(lat * kRadians, -kPi / 2, kPi / 2), lon * kRadians, 0.0));
+    return toEcef(halCore::Vec3(std::clamp(lat * kRadians, -kHalfPi, kHalfPi), lon * kRadians, 0.0));
 }
 
 /// Meridians stop short of the poles, where they would crowd; every quarter goes through.
@@ -159,7 +166,7 @@ std::optional<double> crossing(const std::vector<Ecef>& line, const Camera& came
 GraticuleGrid graticuleGrid(const Camera& camera) {
     constexpr double kPixels = 90.0;
     const Window window = visibleWindow(camera);
-    const double least = kPixels * camera.metersPerPixel() / kEquatorRadius / kRadians;
+    const double least = kPixels * camera.metersPerPixel() / wgs84::a / kRadians;
     const double shrink = std::max(0.02, std::cos(camera.center().lat()));
     GraticuleGrid grid;
     grid.latSpacing = spacingFor(least, window.north - window.south);

@@ -8,12 +8,15 @@
 #include <cstddef>
 #include <vector>
 
+#include "geo/Ecef.h"
 #include "globe/Camera.h"
 #include "globe/OverlayShaders.h"
 #include "globe/ShaderProgram.h"
 #include "globe/SplitPosition.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
 
 namespace {
 

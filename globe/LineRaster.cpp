@@ -4,7 +4,13 @@
 #include <cmath>
 #include <cstddef>
 
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
+
 namespace sandbox {
+
+using halCore::Ecef;
+namespace wgs84 = halCore::wgs84;
 
 namespace {
 
@@ -85,7 +91,7 @@ LineRaster::Vertex LineRaster::vertex(const Ecef& fromEye) const {
 LineRaster::Vertex LineRaster::atNearPlane(const Vertex& behind, const Vertex& ahead) const {
     const double share = (nearPlane_ - behind.depth) / (ahead.depth - behind.depth);
     const Ecef s = behind.fromEye + (ahead.fromEye - behind.fromEye) * share;
-    Vertex result = vertex({s.x * kEquatorRadius, s.y * kEquatorRadius, s.z * kPoleRadius});
+    Vertex result = vertex({s.x * wgs84::a, s.y * wgs84::a, s.z * wgs84::b});
     result.metres = std::lerp(behind.metres, ahead.metres, share);
     return result;
 }

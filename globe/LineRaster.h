@@ -31,12 +31,12 @@ class LineRaster {
   private:
     /// A point of a line as the view sees it.
     struct Vertex {
-        double x, y;          ///< device pixels from the lower left corner
-        double depth;         ///< metres along the sight
-        Ecef fromEye;         ///< where the earth is the unit sphere
-        double past;          ///< below 0 on this side of where the ray of sight comes deepest
-        bool overEarth;       ///< whether the ray of sight meets the earth
-        double metres = 0.0;  ///< from the start of the line
+        double x, y;            ///< device pixels from the lower left corner
+        double depth;           ///< metres along the sight
+        halCore::Ecef fromEye;  ///< where the earth is the unit sphere
+        double past;            ///< below 0 on this side of where the ray of sight comes deepest
+        bool overEarth;         ///< whether the ray of sight meets the earth
+        double metres = 0.0;    ///< from the start of the line
     };
     struct Direction {
         double x = 0.0;
@@ -45,7 +45,7 @@ class LineRaster {
     struct Segment;
     enum class Sight { All, None, Some };
 
-    Vertex vertex(const Ecef& fromEye) const;
+    Vertex vertex(const halCore::Ecef& fromEye) const;
     /// Where a line crosses the near plane on its way from a point behind it.
     Vertex atNearPlane(const Vertex& behind, const Vertex& ahead) const;
     bool isBehind(const Vertex& vertex) const { return vertex.depth < nearPlane_; }
@@ -61,7 +61,7 @@ class LineRaster {
     QSize size_;
     double pixelsPerTangent_;
     double nearPlane_;
-    Ecef eye_;  ///< where the earth is the unit sphere
+    halCore::Ecef eye_;  ///< where the earth is the unit sphere
     double eyeExcess_;
     std::vector<std::uint32_t> pixels_;
     QRect touched_;

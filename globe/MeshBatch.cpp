@@ -4,7 +4,11 @@
 #include <cmath>
 #include <cstddef>
 
+#include "geo/Ecef.h"
+
 namespace sandbox {
+
+using halCore::Ecef;
 
 void MeshBatch::add(const DrawList::Mesh& mesh) {
     const std::size_t first = triangles_.size();

@@ -9,6 +9,8 @@
 #include <iterator>
 #include <limits>
 
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 #include "globe/Camera.h"
 #include "globe/DrawingOrder.h"
 #include "globe/LineBatch.h"
@@ -22,6 +24,9 @@
 #include "globe/SplitPosition.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
+namespace wgs84 = halCore::wgs84;
 
 namespace {
 
@@ -38,9 +43,9 @@ class Bounds {
     }
     bool empty() const { return low_.x > high_.x; }
     double distanceFrom(const Ecef& p) const {
-        return length({std::max({low_.x - p.x, 0.0, p.x - high_.x}),
-                       std::max({low_.y - p.y, 0.0, p.y - high_.y}),
-                       std::max({low_.z - p.z, 0.0, p.z - high_.z})});
+        return length(Ecef{std::max({low_.x - p.x, 0.0, p.x - high_.x}),
+                           std::max({low_.y - p.y, 0.0, p.y - high_.y}),
+                           std::max({low_.z - p.z, 0.0, p.z - high_.z})});
     }
     bool outside(const Camera& camera, double marginPixels) const {
         if (empty()) return true;
@@ -76,10 +81,10 @@ class Bounds {
     static bool isBeyondHorizon(const Camera& camera, const Ecef& center, double radius) {
         const double distance = length(center);
         if (distance <= radius) return false;
-        const double eye = std::max(length(camera.eye()), kPoleRadius);
+        const double eye = std::max(length(camera.eye()), wgs84::b);
         const double angle = std::acos(std::clamp(dot(camera.eye(), center) / (eye * distance), -1.0, 1.0));
-        const double horizon = std::acos(kPoleRadius / eye);
-        const double highest = std::acos(kPoleRadius / std::max(distance + radius, kPoleRadius));
+        const double horizon = std::acos(wgs84::b / eye);
+        const double highest = std::acos(wgs84::b / std::max(distance + radius, wgs84::b));
         return angle - std::asin(radius / distance) > horizon + highest;
     }
 

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "format/ZelShapes.h"
+#include "geo/Ecef.h"
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
 #include "globe/DepthMap.h"
@@ -24,6 +25,8 @@
 #include "globe/Sprites.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
 
 namespace {
 

@@ -6,10 +6,17 @@
 #include <utility>
 #include <vector>
 
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 #include "globe/Camera.h"
 #include "globe/ShapeGeometry.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
+using halCore::localFrame;
+using halCore::LocalFrame;
+namespace wgs84 = halCore::wgs84;
 
 namespace {
 
@@ -102,13 +109,13 @@ Outlook outlookOn(const SceneExtent& extent, const Camera& camera) {
     const double tangent = std::min(camera.tanHalfHeight(), camera.tanHalfWidth());
     Outlook outlook;
     // Shapes all around the earth have their middle near its centre, where direction means little.
-    const bool everywhere = length(extent.middle) < 0.3 * kPoleRadius;
+    const bool everywhere = length(extent.middle) < 0.3 * wgs84::b;
     outlook.center = everywhere ? halCore::Vec3() : toGeodetic(extent.middle);
     outlook.center.setAlt(std::max(0.0, outlook.center.alt()));
     outlook.range = kMargin * extent.radius / tangent;
     if (extent.radius < kFlat) fit(outlook, extent.points, camera, kMargin);
     outlook.range = std::clamp(outlook.range, kNearest, Camera::kMaximumRange);
-    if (extent.radius < 1.2 * kEquatorRadius) outlook.range = std::min(outlook.range, kWholeEarth);
+    if (extent.radius < 1.2 * wgs84::a) outlook.range = std::min(outlook.range, kWholeEarth);
     return outlook;
 }
 

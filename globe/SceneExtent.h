@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "common/Vec3.h"
-#include "globe/Ecef.h"
+#include "geo/Ecef.h"
 #include "globe/OverlayScene.h"
 
 namespace sandbox {
@@ -14,9 +14,9 @@ class Camera;
 
 /// A sphere around everything that overlays draw, about the smallest.
 struct SceneExtent {
-    Ecef middle;
-    double radius = 0.0;       ///< metres
-    std::vector<Ecef> points;  ///< what is to be seen
+    halCore::Ecef middle;
+    double radius = 0.0;                ///< metres
+    std::vector<halCore::Ecef> points;  ///< what is to be seen
 };
 
 /// Nothing when nothing is drawn. Entries that are not shown count as well.

@@ -6,10 +6,15 @@
 #include <QOpenGLShaderProgram>
 #include <cstddef>
 
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 #include "globe/Camera.h"
 #include "globe/SplitPosition.h"
 
 namespace sandbox {
+
+using halCore::Ecef;
+namespace wgs84 = halCore::wgs84;
 
 std::unique_ptr<QOpenGLShaderProgram> compileProgram(const std::string& vertex, const std::string& fragment,
                                                      std::initializer_list<const char*> attributes) {
@@ -48,9 +53,9 @@ void setCamera(QOpenGLShaderProgram& program, const Camera& camera) {
     program.setUniformValue(
         "eye", QVector3D(static_cast<float>(unit.x), static_cast<float>(unit.y), static_cast<float>(unit.z)));
     program.setUniformValue("eyeExcess", static_cast<float>(dot(unit, unit) - 1.0));
-    program.setUniformValue("toUnitSphere", QVector3D(static_cast<float>(1.0 / kEquatorRadius),
-                                                      static_cast<float>(1.0 / kEquatorRadius),
-                                                      static_cast<float>(1.0 / kPoleRadius)));
+    program.setUniformValue("toUnitSphere",
+                            QVector3D(static_cast<float>(1.0 / wgs84::a), static_cast<float>(1.0 / wgs84::a),
+                                      static_cast<float>(1.0 / wgs84::b)));
 }
 
 }  // namespace sandbox

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <string>
 #include <utility>
 
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
+#include "geo/CoordinateConverter.h"
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
 #include "globe/GeodesicPath.h"
 #include "globe/SolidGeometry.h"
 #include "globe/SurfaceFill.h"
@@ -17,9 +20,12 @@ namespace sandbox {
 namespace {
 
 namespace ZEL = halCore::ZEL;
+using halCore::Ecef;
+using halCore::kHalfPi;
+using halCore::kPi;
+using halCore::kTwoPi;
+namespace wgs84 = halCore::wgs84;
 using halCore::Vec3;
-
-constexpr double kPi = std::numbers::pi;
 
 Rgba rgba(const ZEL::Color& color) {
     return {color.red(), color.green(), color.blue(), color.alpha()};
@@ -36,9 +42,9 @@ class Placement {
         : relative_(shape.isRelative()), tolerance_(tolerance) {
         Vec3 own;
         if (shape.getReferencePosition(own) == 0)
-            origin_ = own;
+            setOrigin(own);
         else if (reference)
-            origin_ = reference->position;
+            setOrigin(reference->position);
         shape.getScale(scale_);
         bool follow = false;
         double offset = 0.0;
@@ -73,12 +79,13 @@ class Placement {
         if (!finite(position)) return std::nullopt;
         Vec3 result = position;
         if (relative_) {
-            if (!origin_) return std::nullopt;
-            const std::optional<Vec3> placed = fromFlatFrame(*origin_, turned(position));
-            if (!placed) return std::nullopt;
-            result = *placed;
+            halCore::Coordinate placed;
+            if (!frame_ || frame_->convert({halCore::CoordinateSystem::FlatEnu, turned(position)}, placed,
+                                           halCore::CoordinateSystem::Lla) != 0)
+                return std::nullopt;
+            result = placed.position();
         }
-        if (std::abs(result.lat()) > kPi / 2) return std::nullopt;
+        if (std::abs(result.lat()) > kHalfPi) return std::nullopt;
         result.setAlt(altitude(result.alt()));
         return result;
     }
@@ -92,6 +99,9 @@ class Placement {
     }
 
   private:
+    void setOrigin(const Vec3& origin) {
+        if (relative_) frame_.emplace().setReferenceOrigin(origin);
+    }
     /// Scaled and turned with the body, still east, north and up.
     Vec3 turned(const Vec3& p) const {
         const double right = p.x() * scale_.x();
@@ -106,7 +116,7 @@ class Placement {
 
     bool relative_;
     double tolerance_;
-    std::optional<Vec3> origin_;
+    std::optional<halCore::CoordinateConverter> frame_;
     Vec3 scale_{1.0, 1.0, 1.0};
     double yaw_ = 0.0;
     double pitch_ = 0.0;
@@ -203,7 +213,7 @@ double lengthOf(const std::vector<Ecef>& places, bool closed) {
 
 double stepFor(double meters, double tolerance) {
     const double fine = std::clamp(meters / 20000.0, 2000.0, 100.0e3);
-    return std::max(fine, std::sqrt(8.0 * kEquatorRadius * tolerance));
+    return std::max(fine, std::sqrt(8.0 * wgs84::a * tolerance));
 }
 
 void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement, DrawList& out) {
@@ -283,14 +293,14 @@ void appendOrbit(const ZEL::Orbit& shape, const Vec3& center, double radius, con
     if (!center2) return;
     const DistanceAndAzimuth way = geodesicBetween(center, *center2);
     if (way.meters < 1e-3) {
-        addRing(geodesicArc(center, radius, 0.0, 2.0 * kPi, placement.tolerance()), true, center, placement,
+        addRing(geodesicArc(center, radius, 0.0, kTwoPi, placement.tolerance()), true, center, placement,
                 style, out);
         return;
     }
     const double step = stepFor(way.meters, placement.tolerance());
-    GeodeticPath ring = geodesicArc(*center2, radius, way.azimuthAtEnd - kPi / 2, kPi, placement.tolerance());
+    GeodeticPath ring = geodesicArc(*center2, radius, way.azimuthAtEnd - kHalfPi, kPi, placement.tolerance());
     const GeodeticPath back =
-        geodesicArc(center, radius, way.azimuthAtStart + kPi / 2, kPi, placement.tolerance());
+        geodesicArc(center, radius, way.azimuthAtStart + kHalfPi, kPi, placement.tolerance());
     appendPath(ring, back.front(), PathKind::Geodesic, step);
     ring.insert(ring.end(), back.begin() + 1, back.end());
     appendPath(ring, Vec3(ring.front()), PathKind::Geodesic, step);
@@ -316,14 +326,14 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const Vec3& center, dou
     if (!(halfEast > 0.0) || !(halfNorth > 0.0)) return;
 
     double start = 0.0;
-    double sweep = 2.0 * kPi;
+    double sweep = kTwoPi;
     shape.getAngleStart(start);
-    if (shape.getAngleSweep(sweep) != 0) sweep = 2.0 * kPi;
-    sweep = std::clamp(sweep, -2.0 * kPi, 2.0 * kPi);
-    const bool whole = shape.shapeType() == ZEL::ShapeType::Ellipse || std::abs(sweep) > 2.0 * kPi - 1e-9;
+    if (shape.getAngleSweep(sweep) != 0) sweep = kTwoPi;
+    sweep = std::clamp(sweep, -kTwoPi, kTwoPi);
+    const bool whole = shape.shapeType() == ZEL::ShapeType::Ellipse || std::abs(sweep) > kTwoPi - 1e-9;
     if (whole) {
         start = 0.0;
-        sweep = 2.0 * kPi;
+        sweep = kTwoPi;
     }
     GeodeticPath ring = ellipticalArc(center, halfEast, halfNorth, placement.yaw(), start + placement.yaw(),
                                       sweep, placement.tolerance());
@@ -410,10 +420,10 @@ void appendRound(const ZEL::CircularShape& shape, const Vec3& center, const Plac
     if (!(radius > 0.0)) return;
     const GeodeticPath ring =
         scale.x() == scale.y()
-            ? geodesicArc(center, std::abs(radius * scale.x()), placement.yaw(), -2.0 * kPi,
+            ? geodesicArc(center, std::abs(radius * scale.x()), placement.yaw(), -kTwoPi,
                           placement.tolerance())
             : ellipticalArc(center, std::abs(radius * scale.x()), std::abs(radius * scale.y()),
-                            placement.yaw(), placement.yaw(), -2.0 * kPi, placement.tolerance());
+                            placement.yaw(), placement.yaw(), -kTwoPi, placement.tolerance());
     if (shape.shapeType() == ZEL::ShapeType::Cone) {
         double height = 0.0;
         static_cast<const ZEL::Cone&>(shape).getHeight(height);
@@ -467,8 +477,8 @@ void appendCircular(const ZEL::CircularShape& shape, const Placement& placement,
 
 /// From a meridian eastwards to another; the whole way round when they are the same.
 double eastward(double west, double east) {
-    const double span = std::remainder(east - west, 2.0 * kPi);
-    return span <= 0.0 ? span + 2.0 * kPi : span;
+    const double span = halCore::wrapToPi(east - west);
+    return span <= 0.0 ? span + kTwoPi : span;
 }
 
 /// The four sides of a box, counter-clockwise from its south-western corner, along parallels and meridians.
@@ -510,8 +520,8 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
     const ShapeStyle style = styleOf(box);
     const double span = eastward(box.west(), box.east());
     const double west = box.west();
-    const double north = std::clamp(std::max(box.north(), box.south()), -kPi / 2, kPi / 2);
-    const double south = std::clamp(std::min(box.north(), box.south()), -kPi / 2, kPi / 2);
+    const double north = std::clamp(std::max(box.north(), box.south()), -kHalfPi, kHalfPi);
+    const double south = std::clamp(std::min(box.north(), box.south()), -kHalfPi, kHalfPi);
     const double altitude = placement.altitude(box.altitude());
     const BoxSides sides(south, north, west, span, altitude);
     double height = 0.0;
@@ -519,7 +529,7 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
 
     // In slices of a third of the world at most: there is no doubt which side of them is inside.
     const RingFill fill = [&](const GeodeticPath& ring) {
-        const int slices = static_cast<int>(std::ceil(span / (2.0 * kPi / 3.0) - 1e-9));
+        const int slices = static_cast<int>(std::ceil(span / (kTwoPi / 3.0) - 1e-9));
         const double width = span / slices;
         const double level = ring.front().alt();
         DrawList::Mesh mesh;
@@ -532,7 +542,7 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
         return mesh;
     };
     // A box around the world has no sides in the west and east.
-    const bool around = span > 2.0 * kPi - 1e-9;
+    const bool around = span > kTwoPi - 1e-9;
     ShapeStyle body = style;
     body.outlined = style.outlined && !around;
     if (height != 0.0)
@@ -563,12 +573,12 @@ void appendPicture(const ZEL::ImageOverlay& shape, const Placement& placement, D
         const double y = (0.5 - down) * (north - south);
         const double lat = midLat + y * std::cos(turn) + x * std::sin(turn);
         const double lon = shape.west() + 0.5 * span + (x * std::cos(turn) - y * std::sin(turn)) / shrink;
-        return toEcef(Vec3(std::clamp(lat, -kPi / 2, kPi / 2), lon, placement.altitude(0.0)));
+        return toEcef(Vec3(std::clamp(lat, -kHalfPi, kHalfPi), lon, placement.altitude(0.0)));
     };
     const auto pieces = [&](double radians) {
-        const double extent = std::abs(radians) * kEquatorRadius;
+        const double extent = std::abs(radians) * wgs84::a;
         const double piece = std::max(std::clamp(extent / 16.0, 250.0, 150.0e3),
-                                      std::sqrt(8.0 * kEquatorRadius * placement.tolerance()));
+                                      std::sqrt(8.0 * wgs84::a * placement.tolerance()));
         return static_cast<std::uint32_t>(std::clamp(std::ceil(extent / piece), 1.0, 270.0));
     };
     const std::uint32_t columns = pieces(span);

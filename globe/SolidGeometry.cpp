@@ -2,16 +2,22 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
 #include "globe/SurfaceFill.h"
 
 namespace sandbox {
 
-namespace {
+using halCore::Ecef;
+using halCore::kHalfPi;
+using halCore::kPi;
+using halCore::kTwoPi;
+using halCore::LocalFrame;
+using halCore::localFrame;
 
-constexpr double kPi = std::numbers::pi;
+namespace {
 
 /// `buried`: it may be partly below the ground, which hides that part.
 DrawList::Line edgeLine(std::vector<Ecef> points, const ShapeStyle& style, bool closed, bool buried) {
@@ -81,9 +87,9 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
                frame.forward * (half[1] * std::cos(above) * std::sin(around)) +
                frame.up * (half[2] * std::sin(above));
     };
-    const double lowest = dome ? 0.0 : -kPi / 2;
-    const int pieces = std::clamp(
-        piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), 2.0 * kPi, tolerance), 24, 192);
+    const double lowest = dome ? 0.0 : -kHalfPi;
+    const int pieces =
+        std::clamp(piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), kTwoPi, tolerance), 24, 192);
     const auto columns = static_cast<std::uint32_t>(std::min(pieces, 96));
     const std::uint32_t rows = dome ? columns / 4 : columns / 2;
     if (style.filled) {
@@ -98,7 +104,7 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
         };
         for (std::uint32_t row = 0; row <= rows; ++row)
             for (std::uint32_t column = 0; column < columns; ++column)
-                add(2.0 * kPi * column / columns, lowest + (kPi / 2 - lowest) * row / rows);
+                add(kTwoPi * column / columns, lowest + (kHalfPi - lowest) * row / rows);
         for (std::uint32_t row = 0; row < rows; ++row) {
             for (std::uint32_t column = 0; column < columns; ++column) {
                 const std::uint32_t next = (column + 1) % columns;
@@ -124,9 +130,9 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
     const int parallels = style.filled ? 1 : 6;
     for (int i = 0; i < parallels; ++i) {
         const double above =
-            dome ? kPi / 2 * i / parallels : (style.filled ? 0.0 : kPi * (i + 1) / (parallels + 1) - kPi / 2);
+            dome ? kHalfPi * i / parallels : (style.filled ? 0.0 : kPi * (i + 1) / (parallels + 1) - kHalfPi);
         std::vector<Ecef> ring;
-        for (int k = 0; k < pieces; ++k) ring.push_back(at(2.0 * kPi * k / pieces, above));
+        for (int k = 0; k < pieces; ++k) ring.push_back(at(kTwoPi * k / pieces, above));
         out.lines.push_back(edgeLine(std::move(ring), style, true, true));
     }
     if (style.filled) return;
@@ -134,7 +140,7 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
     for (int i = 0; i < kMeridians; ++i) {
         std::vector<Ecef> arc;
         for (int k = 0; k <= pieces / 4; ++k)
-            arc.push_back(at(2.0 * kPi * i / kMeridians, lowest + (kPi / 2 - lowest) * k / (pieces / 4)));
+            arc.push_back(at(kTwoPi * i / kMeridians, lowest + (kHalfPi - lowest) * k / (pieces / 4)));
         out.lines.push_back(edgeLine(std::move(arc), style, false, true));
     }
 }

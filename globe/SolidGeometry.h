@@ -22,9 +22,9 @@ struct ShapeStyle {
 
 /// Axes of a body: right, forward and up, turned out of east, north and up.
 struct BodyFrame {
-    Ecef right;
-    Ecef forward;
-    Ecef up;
+    halCore::Ecef right;
+    halCore::Ecef forward;
+    halCore::Ecef up;
 };
 /// Heading clockwise from north, pitch nose up, roll right side down (radians).
 BodyFrame bodyFrame(const halCore::Vec3& origin, double heading, double pitch, double roll);

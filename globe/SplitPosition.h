@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "globe/Ecef.h"
+#include "geo/Ecef.h"
 
 namespace sandbox {
 
@@ -17,7 +17,7 @@ struct SplitPosition {
     FloatTriple low;
 };
 
-inline SplitPosition split(const Ecef& p) {
+inline SplitPosition split(const halCore::Ecef& p) {
     // High is a multiple of 64 m, which a float holds exactly out to a million kilometres; low is then
     // good to microns. (Rounding to float and subtracting what came out does not work: GCC 12 leaves the
     // rounding out when it vectorizes the two conversions.)

@@ -6,9 +6,12 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+
+#include "geo/Angles.h"
 
 namespace sandbox {
+
+using halCore::kPi;
 
 namespace {
 
@@ -162,7 +165,7 @@ double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFil
 
 void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn) {
     const bool cross = platform.icon == "x2";
-    const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / std::numbers::pi)) % 360;
+    const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / kPi)) % 360;
     const QString key = QLatin1String(cross ? "\ncross" : "\narrow") + QString::number(degrees);
     auto found = images_.find(key);
     if (found == images_.end()) {

@@ -8,7 +8,13 @@
 
 #include <GL/glu.h>
 
+#include "geo/Ecef.h"
+#include "geo/Wgs84.h"
+
 namespace sandbox {
+
+using halCore::Ecef;
+namespace wgs84 = halCore::wgs84;
 
 namespace {
 
@@ -262,8 +268,8 @@ DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optiona
 
     // Cells of a quarter of a kilometre to 150 km: flat enough for the picture, few enough for thousands
     // of areas.
-    const double fine = std::clamp(size / 16.0, 250.0 / kEquatorRadius, 150.0e3 / kEquatorRadius);
-    const double coarse = std::min(std::sqrt(8.0 * tolerance / kEquatorRadius), 0.15);
+    const double fine = std::clamp(size / 16.0, 250.0 / wgs84::a, 150.0e3 / wgs84::a);
+    const double coarse = std::min(std::sqrt(8.0 * tolerance / wgs84::a), 0.15);
     constexpr int kMostLevels = 8;
     const int levels =
         std::clamp(static_cast<int>(std::ceil(std::log2(size / std::max(fine, coarse)))), 0, kMostLevels);

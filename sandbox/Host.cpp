@@ -4,9 +4,9 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMenu>
-#include <numbers>
 
 #include "common/Notify.h"
+#include "geo/Angles.h"
 #include "globe/GlobeView.h"
 #include "globe/SceneExtent.h"
 #include "sandbox/ClockBar.h"
@@ -20,6 +20,8 @@
 #include "sandbox/services/Services.h"
 
 namespace sandbox {
+
+using halCore::kHalfPi;
 
 namespace {
 
@@ -245,7 +247,7 @@ void Host::lookAt(const std::vector<const OverlayScene::Entry*>& entries) {
     }
     const Outlook outlook = outlookOn(*extent, view().camera());
     view().setCenter(outlook.center);
-    view().setRangeAzimuthElevation(outlook.range, 0.0, std::numbers::pi / 2.0);
+    view().setRangeAzimuthElevation(outlook.range, 0.0, kHalfPi);
 }
 
 void Host::greet() {
@@ -268,8 +270,7 @@ void Host::showPlatformFromAbove(std::uint64_t id) {
     if (!point) return;
     constexpr double kPlatformRange = 100e3;
     view().setCenter({point->latRad, point->lonRad, 0.0});
-    view().setRangeAzimuthElevation(std::min(view().camera().range(), kPlatformRange), 0.0,
-                                    std::numbers::pi / 2.0);
+    view().setRangeAzimuthElevation(std::min(view().camera().range(), kPlatformRange), 0.0, kHalfPi);
 }
 
 Plugin* Host::openPlugin(const std::filesystem::path& path) {

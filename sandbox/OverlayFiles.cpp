@@ -2,19 +2,21 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <numbers>
 #include <sstream>
 
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "common/NumberText.h"
 #include "format/Parser.h"
+#include "geo/Angles.h"
 #include "sandbox/Log.h"
 #include "sandbox/OverlayNotes.h"
 #include "sandbox/Plugin.h"
 #include "sandbox/scenario/Scenario.h"
 
 namespace sandbox {
+
+using halCore::kPi;
 
 namespace {
 
@@ -203,7 +205,7 @@ std::optional<OverlayReference> OverlayFiles::reference(std::uint64_t platform) 
 
 OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
                                         int width) {
-    constexpr double degree = std::numbers::pi / 180.0;
+    constexpr double degree = kPi / 180.0;
     // The file's colours run alpha, blue, green, red.
     const std::uint32_t abgr =
         (rgba & 0xff) << 24 | (rgba >> 8 & 0xff) << 16 | (rgba >> 16 & 0xff) << 8 | rgba >> 24;

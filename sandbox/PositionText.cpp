@@ -2,15 +2,18 @@
 
 #include <QLocale>
 #include <cmath>
-#include <numbers>
+
+#include "geo/Angles.h"
 
 namespace sandbox {
+
+using halCore::kPi;
 
 namespace {
 
 QString angleText(double radians, int degreeDigits, char positive, char negative) {
     // Thousandths of a minute, as a whole number: 59.9996' must not become 60.000'.
-    const auto total = std::llround(std::abs(radians) * 180.0 / std::numbers::pi * 60000.0);
+    const auto total = std::llround(std::abs(radians) * 180.0 / kPi * 60000.0);
     const QChar hemisphere = QChar(radians < 0.0 && total != 0 ? negative : positive);
     return QString("%1° %2.%3' %4")
         .arg(total / 60000, degreeDigits, 10, QChar('0'))

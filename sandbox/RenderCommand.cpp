@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <cstdio>
-#include <numbers>
 #include <optional>
 #include <string>
 #include <variant>
@@ -14,6 +13,7 @@
 #include "common/Files.h"
 #include "common/NumberText.h"
 #include "format/Parser.h"
+#include "geo/Angles.h"
 #include "globe/Camera.h"
 #include "globe/GlobePicture.h"
 #include "globe/GlobeView.h"
@@ -24,9 +24,11 @@
 
 namespace sandbox {
 
+using halCore::kHalfPi;
+using halCore::kRadiansPerDegree;
+
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr int kMostPixels = 8192;
 
 enum Status { kGood = 0, kWithMessages = 1, kNoPicture = 2 };
@@ -35,7 +37,7 @@ struct Look {
     halCore::Vec3 center;
     double range = 0.0;
     double azimuth = 0.0;
-    double elevation = std::numbers::pi / 2;
+    double elevation = kHalfPi;
 };
 
 struct RenderJob {
@@ -61,9 +63,9 @@ std::optional<Look> readLook(const QString& text) {
     }
     if (numbers.size() < 3 || numbers.size() > 5) return std::nullopt;
     if (std::abs(numbers[0]) > 90.0 || !(numbers[2] > 0.0)) return std::nullopt;
-    Look look{{numbers[0] * kDegree, numbers[1] * kDegree, 0.0}, numbers[2]};
-    if (numbers.size() > 3) look.azimuth = numbers[3] * kDegree;
-    if (numbers.size() > 4) look.elevation = numbers[4] * kDegree;
+    Look look{{numbers[0] * kRadiansPerDegree, numbers[1] * kRadiansPerDegree, 0.0}, numbers[2]};
+    if (numbers.size() > 3) look.azimuth = numbers[3] * kRadiansPerDegree;
+    if (numbers.size() > 4) look.elevation = numbers[4] * kRadiansPerDegree;
     return look;
 }
 

@@ -3,14 +3,16 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
-#include <numbers>
 #include <optional>
 
 #include "geo/AngleText.h"
+#include "geo/Angles.h"
 #include "globe/GlobeView.h"
 #include "sandbox/Settings.h"
 
 namespace sandbox {
+
+using halCore::kHalfPi;
 
 namespace {
 
@@ -53,7 +55,7 @@ void askForPlace(GlobeView& view) {
 
 void showWholeEarth(GlobeView& view) {
     Camera target = view.camera();
-    target.setRangeAzimuthElevation(kWholeEarth, 0.0, std::numbers::pi / 2);
+    target.setRangeAzimuthElevation(kWholeEarth, 0.0, kHalfPi);
     view.flyTo(target);
 }
 

@@ -11,23 +11,23 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
-#include <numbers>
 #include <string>
 #include <vector>
 
 #include "common/Files.h"
 #include "format/Parser.h"
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
 #include "globe/Camera.h"
 #include "globe/GlobePicture.h"
 #include "globe/OverlayScene.h"
 
 namespace {
 
+using halCore::kRadiansPerDegree;
+
 namespace ZEL = halCore::ZEL;
 using Clock = std::chrono::steady_clock;
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 /// Time since a moment, by the clock and by what the processors did for this program.
 class Stopwatch {
@@ -73,8 +73,8 @@ std::string repeated(const std::string& text, std::size_t shapes, std::size_t po
         result +=
             std::string("start\n") + (shape->shapeType() == ZEL::ShapeType::Polygon ? "polygon\n" : "line\n");
         for (const halCore::Vec3& p : pointsOf(shape)) {
-            const double lat = std::clamp(p.lat() / kDegree + 0.3 * shift, -90.0, 90.0);
-            const double lon = std::remainder(p.lon() / kDegree + shift, 360.0);
+            const double lat = std::clamp(p.lat() / kRadiansPerDegree + 0.3 * shift, -90.0, 90.0);
+            const double lon = std::remainder(p.lon() / kRadiansPerDegree + shift, 360.0);
             result.append(
                 line, static_cast<std::size_t>(std::snprintf(line, sizeof line, "ll %.6f %.6f\n", lat, lon)));
         }
@@ -135,7 +135,7 @@ int main(int argc, char** argv) {
         std::vector<Stopwatch::Times> times;
         for (int i = 0; i < kFrames; ++i) {
             const double turn = range / 2.3e7 * 60.0 * i / kFrames;
-            camera.setCenter(halCore::Vec3(45.0 * kDegree, (10.0 + turn) * kDegree, 0.0));
+            camera.setCenter(halCore::Vec3(45.0 * kRadiansPerDegree, (10.0 + turn) * kRadiansPerDegree, 0.0));
             times.push_back(frame());
         }
         const std::string what = "turning, " + std::to_string(std::lround(range / 1000.0)) + " km away";

@@ -4,20 +4,20 @@
 #include <QTimeZone>
 #include <array>
 #include <map>
-#include <numbers>
 #include <optional>
 #include <utility>
 
 #include "common/NumberText.h"
 #include "common/Strings.h"
+#include "geo/Angles.h"
 
 namespace sandbox {
+
+using halCore::kRadiansPerDegree;
 
 namespace {
 
 using PIData::PIDataPoint;
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 enum Column { Time, Name, Latitude, Longitude, Altitude, Heading, Speed, Icon, Overlay, kColumnCount };
 
@@ -165,9 +165,9 @@ class Reader {
         read(Heading, -360.0, 360.0, heading);
         read(Speed, 0.0, kHuge, point.speedMetersPerSecond);
         if (!problem.empty()) return problem;
-        point.latRad = latitude * kDegree;
-        point.lonRad = longitude * kDegree;
-        point.headingRad = heading * kDegree;
+        point.latRad = latitude * kRadiansPerDegree;
+        point.lonRad = longitude * kRadiansPerDegree;
+        point.headingRad = heading * kRadiansPerDegree;
 
         const auto [at, isNew] = byName_.try_emplace(texts[Name], rows_.size());
         if (isNew) rows_.push_back({texts[Name], {}, {}, {}});

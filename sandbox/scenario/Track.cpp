@@ -2,17 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include <GeographicLib/Geodesic.hpp>
 
+#include "geo/Angles.h"
+
 namespace sandbox {
+
+using halCore::kRadiansPerDegree;
+using halCore::kTwoPi;
 
 namespace {
 
 using PIData::PIDataPoint;
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 const GeographicLib::Geodesic& earth() {
     return GeographicLib::Geodesic::WGS84();
@@ -23,10 +25,10 @@ double walk(PIDataPoint& point, double degrees, double metres) {
     double latitude = 0.0;
     double longitude = 0.0;
     double course = 0.0;
-    earth().Direct(point.latRad / kDegree, point.lonRad / kDegree, degrees, metres, latitude, longitude,
-                   course);
-    point.latRad = latitude * kDegree;
-    point.lonRad = longitude * kDegree;
+    earth().Direct(point.latRad / kRadiansPerDegree, point.lonRad / kRadiansPerDegree, degrees, metres,
+                   latitude, longitude, course);
+    point.latRad = latitude * kRadiansPerDegree;
+    point.lonRad = longitude * kRadiansPerDegree;
     return course;
 }
 
@@ -38,14 +40,14 @@ struct Leg {
 
 Leg legBetween(const PIDataPoint& a, const PIDataPoint& b) {
     Leg leg;
-    earth().Inverse(a.latRad / kDegree, a.lonRad / kDegree, b.latRad / kDegree, b.lonRad / kDegree,
-                    leg.metres, leg.departure, leg.arrival);
+    earth().Inverse(a.latRad / kRadiansPerDegree, a.lonRad / kRadiansPerDegree, b.latRad / kRadiansPerDegree,
+                    b.lonRad / kRadiansPerDegree, leg.metres, leg.departure, leg.arrival);
     return leg;
 }
 
 /// The angle between two, taken the short way round.
 double turn(double from, double to, double fraction) {
-    return from + fraction * std::remainder(to - from, 2.0 * std::numbers::pi);
+    return from + fraction * std::remainder(to - from, kTwoPi);
 }
 
 double orElse(double value, double otherwise) {
@@ -61,7 +63,7 @@ bool Track::moves() const {
 double Track::arrivalCourse(std::size_t at) const {
     for (; at > 0; --at)
         if (const Leg leg = legBetween(points_[at - 1], points_[at]); leg.metres > 0.0)
-            return leg.arrival * kDegree;
+            return leg.arrival * kRadiansPerDegree;
     return 0.0;
 }
 
@@ -73,7 +75,7 @@ PIDataPoint Track::inLeg(std::size_t from, double seconds) const {
     const Leg leg = legBetween(a, b);
 
     PIDataPoint point = a;
-    const double course = walk(point, leg.departure, leg.metres * fraction) * kDegree;
+    const double course = walk(point, leg.departure, leg.metres * fraction) * kRadiansPerDegree;
     point.altMeters = std::lerp(a.altMeters, b.altMeters, fraction);
     point.pitchRad = turn(a.pitchRad, b.pitchRad, fraction);
     point.rollRad = turn(a.rollRad, b.rollRad, fraction);
@@ -94,7 +96,8 @@ PIDataPoint Track::afterEnd(double seconds) const {
     if (std::isnan(point.headingRad)) point.headingRad = arrivalCourse(points_.size() - 1);
     point.speedMetersPerSecond = orElse(point.speedMetersPerSecond, 0.0);
     const double metres = point.speedMetersPerSecond * (seconds - point.timeSeconds);
-    if (metres != 0.0) point.headingRad = walk(point, point.headingRad / kDegree, metres) * kDegree;
+    if (metres != 0.0)
+        point.headingRad = walk(point, point.headingRad / kRadiansPerDegree, metres) * kRadiansPerDegree;
     return point;
 }
 

@@ -1,8 +1,8 @@
 #include "sandbox/script/ScriptScene.h"
 
 #include <QFileInfo>
-#include <numbers>
 
+#include "geo/Angles.h"
 #include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/UserFiles.h"
@@ -10,9 +10,9 @@
 
 namespace sandbox {
 
-namespace {
+using halCore::kRadiansPerDegree;
 
-constexpr double kDegree = std::numbers::pi / 180.0;
+namespace {
 
 void setIfGiven(const QVariantMap& values, const char* name, double unit, double& out) {
     if (!values.contains(name)) return;
@@ -22,12 +22,12 @@ void setIfGiven(const QVariantMap& values, const char* name, double unit, double
 }
 
 PIData::PIDataPoint pointOf(const QVariantMap& values, PIData::PIDataPoint point) {
-    setIfGiven(values, "lat", kDegree, point.latRad);
-    setIfGiven(values, "lon", kDegree, point.lonRad);
+    setIfGiven(values, "lat", kRadiansPerDegree, point.latRad);
+    setIfGiven(values, "lon", kRadiansPerDegree, point.lonRad);
     setIfGiven(values, "alt", 1.0, point.altMeters);
-    setIfGiven(values, "heading", kDegree, point.headingRad);
-    setIfGiven(values, "pitch", kDegree, point.pitchRad);
-    setIfGiven(values, "roll", kDegree, point.rollRad);
+    setIfGiven(values, "heading", kRadiansPerDegree, point.headingRad);
+    setIfGiven(values, "pitch", kRadiansPerDegree, point.pitchRad);
+    setIfGiven(values, "roll", kRadiansPerDegree, point.rollRad);
     setIfGiven(values, "speed", 1.0, point.speedMetersPerSecond);
     return point;
 }
@@ -80,10 +80,10 @@ QVariantList ScriptScene::platforms() {
             result << QVariantMap{{"id", static_cast<double>(id)},
                                   {"name", QString::fromStdString(platform.header.name)},
                                   {"icon", QString::fromStdString(platform.header.icon)},
-                                  {"lat", point.latRad / kDegree},
-                                  {"lon", point.lonRad / kDegree},
+                                  {"lat", point.latRad / kRadiansPerDegree},
+                                  {"lon", point.lonRad / kRadiansPerDegree},
                                   {"alt", point.altMeters},
-                                  {"heading", point.headingRad / kDegree}};
+                                  {"heading", point.headingRad / kRadiansPerDegree}};
         }
         return result;
     });

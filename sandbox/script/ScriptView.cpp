@@ -3,17 +3,17 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
-#include <numbers>
 
+#include "geo/Angles.h"
 #include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/script/ScriptRun.h"
 
 namespace sandbox {
 
-namespace {
+using halCore::kRadiansPerDegree;
 
-constexpr double kDegree = std::numbers::pi / 180.0;
+namespace {
 
 Qt::MouseButton buttonOf(const QVariantMap& options) {
     const QString name = options.value("button", "left").toString();
@@ -39,7 +39,9 @@ Qt::KeyboardModifiers modifiersOf(const QVariantMap& options) {
 }
 
 QVariantMap position(const halCore::Vec3& place) {
-    return {{"lat", place.lat() / kDegree}, {"lon", place.lon() / kDegree}, {"alt", place.alt()}};
+    return {{"lat", place.lat() / kRadiansPerDegree},
+            {"lon", place.lon() / kRadiansPerDegree},
+            {"alt", place.alt()}};
 }
 
 }  // namespace
@@ -50,8 +52,8 @@ QPoint ScriptView::pixelOf(const QVariantMap& place) const {
         throw ScriptError{"a place is { lat, lon } or { x, y }"};
     const double latitude = place["lat"].toDouble();
     const double longitude = place["lon"].toDouble();
-    const Projected seen =
-        host().view().camera().project(halCore::Vec3(latitude * kDegree, longitude * kDegree, 0.0));
+    const Projected seen = host().view().camera().project(
+        halCore::Vec3(latitude * kRadiansPerDegree, longitude * kRadiansPerDegree, 0.0));
     if (!seen.visible)
         throw ScriptError{QString("%1, %2 cannot be seen from here").arg(latitude).arg(longitude)};
     return {qRound(seen.x), qRound(seen.y)};
@@ -111,8 +113,8 @@ QVariantMap ScriptView::camera() {
         const Camera& camera = host().view().camera();
         QVariantMap result = position(camera.center());
         result["range"] = camera.range();
-        result["azimuth"] = camera.azimuth() / kDegree;
-        result["elevation"] = camera.elevation() / kDegree;
+        result["azimuth"] = camera.azimuth() / kRadiansPerDegree;
+        result["elevation"] = camera.elevation() / kRadiansPerDegree;
         result["eye"] = position(camera.eyePosition());
         return result;
     });
@@ -123,7 +125,7 @@ void ScriptView::setCamera(const QVariantMap& values) {
         GlobeView& view = host().view();
         const Camera before = view.camera();
         const auto angle = [&values](const char* name, double otherwise) {
-            return values.contains(name) ? values[name].toDouble() * kDegree : otherwise;
+            return values.contains(name) ? values[name].toDouble() * kRadiansPerDegree : otherwise;
         };
         view.setCenter({angle("lat", before.center().lat()), angle("lon", before.center().lon()),
                         values.value("alt", before.center().alt()).toDouble()});
@@ -144,8 +146,8 @@ QVariant ScriptView::cursor() {
 
 QVariantMap ScriptView::pixel(double latitude, double longitude) {
     return step([&] {
-        const Projected seen =
-            host().view().camera().project(halCore::Vec3(latitude * kDegree, longitude * kDegree, 0.0));
+        const Projected seen = host().view().camera().project(
+            halCore::Vec3(latitude * kRadiansPerDegree, longitude * kRadiansPerDegree, 0.0));
         return QVariantMap{{"x", seen.x}, {"y", seen.y}, {"visible", seen.visible}};
     });
 }

@@ -1,18 +1,19 @@
 #include <cmath>
-#include <numbers>
 
+#include "geo/Angles.h"
 #include "sandbox/Host.h"
 #include "sandbox/services/Services.h"
 
 namespace sandbox {
+
+using halCore::kHalfPi;
 
 namespace {
 
 using Id = PIServerFunctions_t;
 
 bool isPlace(const PIData::PIDataPoint& point) {
-    return std::abs(point.latRad) <= std::numbers::pi / 2 && std::isfinite(point.lonRad) &&
-           std::isfinite(point.altMeters);
+    return std::abs(point.latRad) <= kHalfPi && std::isfinite(point.lonRad) && std::isfinite(point.altMeters);
 }
 
 void addQuestions(Host& host) {

@@ -1,28 +1,29 @@
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <string>
 #include <vector>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <gtest/gtest.h>
 
+#include "geo/Angles.h"
 #include "globe/Camera.h"
 #include "globe/Flight.h"
 #include "globe/Graticule.h"
 #include "globe/ScaleBar.h"
 
 namespace sandbox {
+
+using halCore::kRadiansPerDegree;
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr std::int64_t kMilliSeconds = 3600000;  // a degree
 
 Camera looking(double lat, double lon, double range, double azimuth = 0.0, double elevation = 90.0) {
     Camera camera;
     camera.setViewport(1000, 800);
-    camera.setCenter({lat * kDegree, lon * kDegree, 0.0});
-    camera.setRangeAzimuthElevation(range, azimuth * kDegree, elevation * kDegree);
+    camera.setCenter({lat * kRadiansPerDegree, lon * kRadiansPerDegree, 0.0});
+    camera.setRangeAzimuthElevation(range, azimuth * kRadiansPerDegree, elevation * kRadiansPerDegree);
     return camera;
 }
 
@@ -82,10 +83,10 @@ TEST(Graticule, NamesStandOnTheirLines) {
     const auto labels = graticuleLabels(grid, camera);
     const auto found = std::ranges::find(labels, "21°20'N", &GraticuleLabel::text);
     ASSERT_NE(found, labels.end());
-    EXPECT_NEAR(camera.pick(found->x, found->y)->lat() / kDegree, 21.0 + 20.0 / 60, 1e-4);
+    EXPECT_NEAR(camera.pick(found->x, found->y)->lat() / kRadiansPerDegree, 21.0 + 20.0 / 60, 1e-4);
     const auto meridian = std::ranges::find(labels, "158°00'W", &GraticuleLabel::text);
     ASSERT_NE(meridian, labels.end());
-    EXPECT_NEAR(camera.pick(meridian->x, meridian->y)->lon() / kDegree, -158.0, 1e-4);
+    EXPECT_NEAR(camera.pick(meridian->x, meridian->y)->lon() / kRadiansPerDegree, -158.0, 1e-4);
 }
 
 TEST(ScaleBar, IsAsLongAsItSays) {
@@ -102,8 +103,9 @@ TEST(ScaleBar, IsAsLongAsItSays) {
         const auto left = *camera.pick(500 - bar.pixels / 2, 400);
         const auto right = *camera.pick(500 + bar.pixels / 2, 400);
         double meters = 0.0;
-        GeographicLib::Geodesic::WGS84().Inverse(left.lat() / kDegree, left.lon() / kDegree,
-                                                 right.lat() / kDegree, right.lon() / kDegree, meters);
+        GeographicLib::Geodesic::WGS84().Inverse(
+            left.lat() / kRadiansPerDegree, left.lon() / kRadiansPerDegree, right.lat() / kRadiansPerDegree,
+            right.lon() / kRadiansPerDegree, meters);
         EXPECT_NEAR(meters / bar.meters, 1.0, 2e-3) << c.text;
     }
     EXPECT_EQ(scaleBar(looking(0, 0, 2.0e8), 160.0).text, "20000 km");
@@ -118,8 +120,8 @@ TEST(Flight, GoesTheShortWayAndArrives) {
     EXPECT_EQ(flight.at(7.0), to);
     const Camera half = flight.at(0.5);
     EXPECT_NEAR(half.center().lat(), 0.0, 1e-9);
-    EXPECT_NEAR(std::abs(half.center().lon()) / kDegree, 180.0, 1e-9);
-    EXPECT_NEAR(std::remainder(half.azimuth() / kDegree - 5.0, 360.0), 0.0, 1e-9);
+    EXPECT_NEAR(std::abs(half.center().lon()) / kRadiansPerDegree, 180.0, 1e-9);
+    EXPECT_NEAR(std::remainder(half.azimuth() / kRadiansPerDegree - 5.0, 360.0), 0.0, 1e-9);
     // High enough to see where it goes.
     EXPECT_GT(half.range(), 1.0e6);
     for (double t = 0.0; t < 1.0; t += 0.05) {

@@ -2,20 +2,19 @@
 #include <array>
 #include <cmath>
 #include <memory>
-#include <numbers>
 
 #include <gtest/gtest.h>
 
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
 #include "globe/Camera.h"
 #include "globe/SceneExtent.h"
 
 namespace sandbox {
 namespace {
 
+using halCore::kRadiansPerDegree;
 using halCore::Vec3;
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 struct Look {
     const char* what;
@@ -31,8 +30,9 @@ TEST(SceneExtent, TheViewIsFilled) {
           Look{"high", Vec3(0, 0, 90000), Vec3(0, 3, 90000)},
           Look{"halfway round", Vec3(0, -60, 0), Vec3(0, 60, 0)}}) {
         auto line = std::make_shared<halCore::ZEL::Line>(false);
-        const std::array ends = {Vec3(look.from.lat() * kDegree, look.from.lon() * kDegree, look.from.alt()),
-                                 Vec3(look.to.lat() * kDegree, look.to.lon() * kDegree, look.to.alt())};
+        const std::array ends = {
+            Vec3(look.from.lat() * kRadiansPerDegree, look.from.lon() * kRadiansPerDegree, look.from.alt()),
+            Vec3(look.to.lat() * kRadiansPerDegree, look.to.lon() * kRadiansPerDegree, look.to.alt())};
         for (const Vec3& end : ends) line->addPoint(end);
         const OverlayScene::Entry entry{.id = 1, .directory = {}, .shapes = {line}, .reference = {}};
         const OverlayScene::Entry* entries[] = {&entry};

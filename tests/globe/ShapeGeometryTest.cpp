@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <numbers>
 
 #include <GeographicLib/Ellipsoid.hpp>
 #include <GeographicLib/Geodesic.hpp>
@@ -10,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
 #include "globe/DrawingOrder.h"
 #include "globe/ShapeGeometry.h"
 
@@ -18,20 +19,20 @@ namespace {
 
 namespace ZEL = halCore::ZEL;
 using GeographicLib::Geodesic;
+using halCore::Ecef;
+using halCore::kRadiansPerDegree;
+using halCore::localFrame;
 using halCore::Vec3;
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kDegree = kPi / 180.0;
-
 Vec3 at(double lat, double lon, double alt = 0.0) {
-    return {lat * kDegree, lon * kDegree, alt};
+    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, alt};
 }
 
 double distanceTo(const Vec3& from, const Ecef& position, double* azimuth = nullptr) {
     const Vec3 to = toGeodetic(position);
     double meters = 0.0, start = 0.0, end = 0.0;
-    Geodesic::WGS84().Inverse(from.lat() / kDegree, from.lon() / kDegree, to.lat() / kDegree,
-                              to.lon() / kDegree, meters, start, end);
+    Geodesic::WGS84().Inverse(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
+                              to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree, meters, start, end);
     if (azimuth) *azimuth = start;
     return meters;
 }
@@ -85,7 +86,7 @@ TEST_P(Circles, EveryPointIsAtTheGeodesicRadius) {
     GeographicLib::PolygonArea polygon(Geodesic::WGS84());
     for (const Ecef& p : line.points) {
         const Vec3 g = toGeodetic(p);
-        polygon.AddPoint(g.lat() / kDegree, g.lon() / kDegree);
+        polygon.AddPoint(g.lat() / kRadiansPerDegree, g.lon() / kRadiansPerDegree);
     }
     double perimeter = 0.0, area = 0.0;
     polygon.Compute(true, true, perimeter, area);
@@ -175,7 +176,7 @@ TEST(ShapeGeometry, LinesFollowGeodesicsAndRhumbLines) {
     const auto loxodrome = geometry(line).lines.front().points;
     const Vec3 half = toGeodetic(loxodrome[loxodrome.size() / 2]);
     double there = 0.0;
-    rhumb.Inverse(37.8, -122.4, half.lat() / kDegree, half.lon() / kDegree, total, there);
+    rhumb.Inverse(37.8, -122.4, half.lat() / kRadiansPerDegree, half.lon() / kRadiansPerDegree, total, there);
     EXPECT_NEAR(there, bearing, 1e-6);
 }
 
@@ -184,8 +185,8 @@ TEST(ShapeGeometry, LineSegmentsArePairs) {
     for (int i = 0; i < 5; ++i) segments.addPoint(at(0, i));
     const DrawList list = geometry(segments);
     ASSERT_EQ(list.lines.size(), 2U);
-    EXPECT_NEAR(toGeodetic(list.lines[1].points.front()).lon(), 2 * kDegree, 1e-12);
-    EXPECT_NEAR(toGeodetic(list.lines[1].points.back()).lon(), 3 * kDegree, 1e-12);
+    EXPECT_NEAR(toGeodetic(list.lines[1].points.front()).lon(), 2 * kRadiansPerDegree, 1e-12);
+    EXPECT_NEAR(toGeodetic(list.lines[1].points.back()).lon(), 3 * kRadiansPerDegree, 1e-12);
 }
 
 struct PolygonCase {
@@ -244,15 +245,15 @@ TEST(ShapeGeometry, BoxesOfAnyWidthAreFilledOnTheirOwnSide) {
         std::size_t lines;
     };
     const GeographicLib::Ellipsoid& earth = GeographicLib::Ellipsoid::WGS84();
-    const auto sine = [&](double lat) { return std::sin(earth.AuthalicLatitude(lat) * kDegree); };
+    const auto sine = [&](double lat) { return std::sin(earth.AuthalicLatitude(lat) * kRadiansPerDegree); };
     for (const Case& c :
          {Case{20, 10, 170, -170, 20, 1}, Case{60, -60, -120, 120, 240, 1}, Case{30, 0, 10, 0, 350, 1},
           Case{60, -30, 20, 20, 360, 2}, Case{90, -90, -180, 180, 360, 2}}) {
         ZEL::LatLonAltBox box(false);
-        box.setNorth(c.north * kDegree);
-        box.setSouth(c.south * kDegree);
-        box.setWest(c.west * kDegree);
-        box.setEast(c.east * kDegree);
+        box.setNorth(c.north * kRadiansPerDegree);
+        box.setSouth(c.south * kRadiansPerDegree);
+        box.setWest(c.west * kRadiansPerDegree);
+        box.setEast(c.east * kRadiansPerDegree);
         box.setFilled(true);
         const DrawList list = geometry(box);
         ASSERT_EQ(list.meshes.size(), 1U);
@@ -296,7 +297,7 @@ TEST(ShapeGeometry, EllipsesHaveTheirMajorAxisEastWest) {
     };
     EXPECT_NEAR(radiusTowards(90), 20.0e3, 1.0);
     EXPECT_NEAR(radiusTowards(0), 5.0e3, 1.0);
-    ellipse.setYawOffset(30 * kDegree);  // clockwise
+    ellipse.setYawOffset(30 * kRadiansPerDegree);  // clockwise
     EXPECT_NEAR(radiusTowards(120), 20.0e3, 1.0);
     EXPECT_NEAR(radiusTowards(30), 5.0e3, 1.0);
 
@@ -328,8 +329,8 @@ TEST(ShapeGeometry, ArcsRunOverTheirSweepOnly) {
         arc.setRadius(20.0e3);
         if (c.major > 0.0) arc.setMajorAxis(c.major);
         if (c.minor > 0.0) arc.setMinorAxis(c.minor);
-        arc.setAngleStart(c.start * kDegree);
-        arc.setAngleSweep(c.sweep * kDegree);
+        arc.setAngleStart(c.start * kRadiansPerDegree);
+        arc.setAngleSweep(c.sweep * kRadiansPerDegree);
         const DrawList list = geometry(arc);
         ASSERT_EQ(list.lines.size(), 1U);
         EXPECT_FALSE(list.lines.front().closed);
@@ -367,7 +368,7 @@ TEST(ShapeGeometry, OrbitsKeepTheirRadiusFromTheLeg) {
 
 /// x east, y north of the flat frame: at 60° N a degree of longitude is N cos 60° long.
 TEST(ShapeGeometry, RelativeShapesStandAboutTheirReference) {
-    const OverlayReference ship{at(60, 10, 5), 90 * kDegree, 0, 0};
+    const OverlayReference ship{at(60, 10, 5), 90 * kRadiansPerDegree, 0, 0};
     ZEL::Points points(true);
     points.addPoint({1000, 0, 0});
     points.addPoint({0, 1000, 20});
@@ -380,10 +381,10 @@ TEST(ShapeGeometry, RelativeShapesStandAboutTheirReference) {
     const double n = 6378137.0 / w + 5.0;
     const double m = 6378137.0 * (1 - e2) / (w * w * w) + 5.0;
     const Vec3 east = toGeodetic(list.lines[0].points.front());
-    EXPECT_NEAR(east.lat(), 60 * kDegree, 1e-12);
-    EXPECT_NEAR(east.lon(), 10 * kDegree + 1000.0 / (n * 0.5), 1e-12);
+    EXPECT_NEAR(east.lat(), 60 * kRadiansPerDegree, 1e-12);
+    EXPECT_NEAR(east.lon(), 10 * kRadiansPerDegree + 1000.0 / (n * 0.5), 1e-12);
     const Vec3 north = toGeodetic(list.lines[1].points.front());
-    EXPECT_NEAR(north.lat(), 60 * kDegree + 1000.0 / m, 1e-12);
+    EXPECT_NEAR(north.lat(), 60 * kRadiansPerDegree + 1000.0 / m, 1e-12);
     EXPECT_NEAR(north.alt(), 25.0, 1e-6);
 
     // A shape's own reference point goes before the platform; following turns with the heading.
@@ -397,7 +398,7 @@ TEST(ShapeGeometry, RelativeShapesStandAboutTheirReference) {
 
 TEST(ShapeGeometry, SolidsHaveTheirSizes) {
     const Vec3 center = at(30, 40, 100);
-    const Ecef up = localFrame(30 * kDegree, 40 * kDegree).up;
+    const Ecef up = localFrame(30 * kRadiansPerDegree, 40 * kRadiansPerDegree).up;
     const auto heights = [&](const ZEL::ZelShape& shape) {
         double low = 1e9, high = -1e9;
         for (const DrawList::Mesh& mesh : geometry(shape).meshes) {
@@ -579,7 +580,7 @@ TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
         shape.setCenterPosition(center);
         shape.setRadius(1000.0);
         // Heading east: ahead is y, the right side -z, up x.
-        shape.setYawOffset(90 * kDegree);
+        shape.setYawOffset(90 * kRadiansPerDegree);
         const auto heightOf = [&](double ahead, double right) {
             double best = 1e9, height = 0.0;
             const DrawList list = geometry(shape);
@@ -591,13 +592,13 @@ TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
             EXPECT_LT(best, 20.0) << what;
             return height;
         };
-        const double less = 1000.0 * std::cos(30 * kDegree);
-        shape.setPitchOffset(30 * kDegree);
+        const double less = 1000.0 * std::cos(30 * kRadiansPerDegree);
+        shape.setPitchOffset(30 * kRadiansPerDegree);
         EXPECT_NEAR(heightOf(less, 0), 500.0, 2.0) << what;
         EXPECT_NEAR(heightOf(-less, 0), -500.0, 2.0) << what;
         EXPECT_NEAR(heightOf(0, 1000), 0.0, 12.0) << what;
         shape.setPitchOffset(0.0);
-        shape.setRollOffset(30 * kDegree);
+        shape.setRollOffset(30 * kRadiansPerDegree);
         EXPECT_NEAR(heightOf(0, less), -500.0, 2.0) << what;
         EXPECT_NEAR(heightOf(0, -less), 500.0, 2.0) << what;
         shape.setAltitudeMode(ZEL::AltitudeMode::ClampToGround);

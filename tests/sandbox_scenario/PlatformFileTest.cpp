@@ -1,11 +1,13 @@
-#include <numbers>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <gmock/gmock.h>
 
+#include "geo/Angles.h"
 #include "sandbox/scenario/PlatformFile.h"
 
 namespace sandbox {
+
+using halCore::kRadiansPerDegree;
 namespace {
 
 using testing::ElementsAre;
@@ -13,7 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr double kDay = 86400.0;
 
 PlatformFile read(std::string_view text) {
@@ -38,11 +39,11 @@ TEST(PlatformFile, ReadsColumnsInAnyOrderAndTimesOfEveryForm) {
     EXPECT_DOUBLE_EQ(ferry.track.beginTime(), kDay + 6 * 3600.0);
     EXPECT_DOUBLE_EQ(ferry.track.endTime(), kDay + 7 * 3600.0);
     const auto& start = ferry.track.points().front();
-    EXPECT_DOUBLE_EQ(start.latRad, 21.5 * kDegree);
+    EXPECT_DOUBLE_EQ(start.latRad, 21.5 * kRadiansPerDegree);
     EXPECT_DOUBLE_EQ(start.altMeters, 12.0);
-    EXPECT_DOUBLE_EQ(start.headingRad, -90.0 * kDegree);
+    EXPECT_DOUBLE_EQ(start.headingRad, -90.0 * kRadiansPerDegree);
     EXPECT_DOUBLE_EQ(start.speedMetersPerSecond, 9.5);
-    EXPECT_DOUBLE_EQ(file.platforms[1].track.points().front().lonRad, 200.0 * kDegree);
+    EXPECT_DOUBLE_EQ(file.platforms[1].track.points().front().lonRad, 200.0 * kRadiansPerDegree);
     EXPECT_DOUBLE_EQ(file.platforms[1].track.beginTime(), 1.5);
 }
 
@@ -95,7 +96,7 @@ TEST(PlatformFile, HeadingsAndSpeedsFollowFromThePlaces) {
     const auto expect = [&](double seconds, double heading, double speed) {
         const auto point = track.at(seconds);
         ASSERT_TRUE(point);
-        EXPECT_NEAR(point->headingRad / kDegree, heading, 1e-9) << seconds;
+        EXPECT_NEAR(point->headingRad / kRadiansPerDegree, heading, 1e-9) << seconds;
         EXPECT_NEAR(point->speedMetersPerSecond, speed, 1e-9) << seconds;
     };
     double east = 0.0, north = 0.0;
@@ -106,7 +107,7 @@ TEST(PlatformFile, HeadingsAndSpeedsFollowFromThePlaces) {
     expect(3600.0, 0.0, north / 1800.0);
     expect(5400.0, 0.0, 0.0);
     expect(1e6, 0.0, 0.0);
-    EXPECT_EQ(track.at(1e6)->latRad, 1.0 * kDegree);
+    EXPECT_EQ(track.at(1e6)->latRad, 1.0 * kRadiansPerDegree);
 }
 
 }  // namespace

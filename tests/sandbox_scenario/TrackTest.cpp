@@ -1,25 +1,25 @@
-#include <numbers>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <gtest/gtest.h>
 
+#include "geo/Angles.h"
 #include "sandbox/scenario/Scenario.h"
 
 namespace sandbox {
+
+using halCore::kRadiansPerDegree;
 namespace {
 
 using PIData::PIDataPoint;
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 PIDataPoint point(double seconds, double latitude, double longitude, double speed = 0.0,
                   double heading = 0.0) {
     PIDataPoint result;
     result.timeSeconds = seconds;
-    result.latRad = latitude * kDegree;
-    result.lonRad = longitude * kDegree;
+    result.latRad = latitude * kRadiansPerDegree;
+    result.lonRad = longitude * kRadiansPerDegree;
     result.speedMetersPerSecond = speed;
-    result.headingRad = heading * kDegree;
+    result.headingRad = heading * kRadiansPerDegree;
     return result;
 }
 
@@ -33,12 +33,14 @@ TEST(Track, GoesAlongTheGeodesicAcrossTheDateLine) {
     double fromStart = 0.0, whole = 0.0, toEnd = 0.0;
     const auto& earth = GeographicLib::Geodesic::WGS84();
     earth.Inverse(10.0, 179.0, 12.0, -178.0, whole);
-    earth.Inverse(10.0, 179.0, middle->latRad / kDegree, middle->lonRad / kDegree, fromStart);
-    earth.Inverse(middle->latRad / kDegree, middle->lonRad / kDegree, 12.0, -178.0, toEnd);
+    earth.Inverse(10.0, 179.0, middle->latRad / kRadiansPerDegree, middle->lonRad / kRadiansPerDegree,
+                  fromStart);
+    earth.Inverse(middle->latRad / kRadiansPerDegree, middle->lonRad / kRadiansPerDegree, 12.0, -178.0,
+                  toEnd);
     EXPECT_NEAR(fromStart, whole / 4.0, 1e-3);
     EXPECT_NEAR(toEnd, whole * 3.0 / 4.0, 1e-3);
     EXPECT_NEAR(middle->altMeters, 250.0, 1e-9);
-    EXPECT_NEAR(middle->headingRad / kDegree, 357.5, 1e-9);
+    EXPECT_NEAR(middle->headingRad / kRadiansPerDegree, 357.5, 1e-9);
     EXPECT_NEAR(middle->speedMetersPerSecond, 55.0, 1e-9);
     EXPECT_EQ(middle->timeSeconds, 150.0);
 }
@@ -48,12 +50,12 @@ TEST(Track, IsNowhereBeforeItsBeginAndGoesOnAfterItsEnd) {
     EXPECT_FALSE(track.at(-0.1));
     double latitude = 0.0, longitude = 0.0;
     GeographicLib::Geodesic::WGS84().Direct(0.0, 0.001, 90.0, 200.0, latitude, longitude);
-    EXPECT_NEAR(track.at(20.0)->lonRad / kDegree, longitude, 1e-12);
-    EXPECT_EQ(Track(point(50.0, 1.0, 2.0)).at(-1e9)->lonRad, 2.0 * kDegree);
+    EXPECT_NEAR(track.at(20.0)->lonRad / kRadiansPerDegree, longitude, 1e-12);
+    EXPECT_EQ(Track(point(50.0, 1.0, 2.0)).at(-1e9)->lonRad, 2.0 * kRadiansPerDegree);
     const Track jump(
         {point(0.0, 0.0, 0.0), point(5.0, 0.0, 1.0), point(5.0, 0.0, 2.0), point(9.0, 0.0, 2.0)});
-    EXPECT_NEAR(jump.at(5.0)->lonRad / kDegree, 2.0, 1e-12);
-    EXPECT_NEAR(jump.at(4.999999)->lonRad / kDegree, 1.0, 1e-3);
+    EXPECT_NEAR(jump.at(5.0)->lonRad / kRadiansPerDegree, 2.0, 1e-12);
+    EXPECT_NEAR(jump.at(4.999999)->lonRad / kRadiansPerDegree, 1.0, 1e-3);
 }
 
 TEST(Scenario, KeepsPlatformsOfAFileThatIsLoadedAgain) {

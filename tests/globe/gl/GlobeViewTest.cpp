@@ -10,7 +10,6 @@
 #include <array>
 #include <cmath>
 #include <memory>
-#include <numbers>
 #include <random>
 #include <vector>
 
@@ -20,18 +19,22 @@
 #include "common/Files.h"
 #include "format/Parser.h"
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
+#include "geo/Ecef.h"
 #include "globe/GlobeView.h"
 
 namespace sandbox {
 namespace {
 
 namespace ZEL = halCore::ZEL;
+using halCore::Ecef;
+using halCore::kRadiansPerDegree;
+using halCore::localFrame;
+using halCore::LocalFrame;
 using halCore::Vec3;
 
-constexpr double kDegree = std::numbers::pi / 180.0;
-
 Vec3 at(double lat, double lon) {
-    return {lat * kDegree, lon * kDegree, 0.0};
+    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, 0.0};
 }
 
 std::shared_ptr<ZEL::Circle> circle(const Vec3& center, double radius, const ZEL::Color& color) {
@@ -74,7 +77,7 @@ class GlobeViewTest : public testing::Test {
 
     void look(const Vec3& center, double range, double azimuth = 0.0, double elevation = 90.0) {
         view.setCenter(center);
-        view.setRangeAzimuthElevation(range, azimuth * kDegree, elevation * kDegree);
+        view.setRangeAzimuthElevation(range, azimuth * kRadiansPerDegree, elevation * kRadiansPerDegree);
     }
 
     void mouse(QEvent::Type type, QPointF where, Qt::MouseButton button, Qt::MouseButtons buttons,
@@ -117,9 +120,9 @@ TEST_F(GlobeViewTest, CirclesAreDrawnWhereTheyAre) {
         int checked = 0;
         for (int degrees = 0; degrees < 360; degrees += 3) {
             double lat = 0.0, lon = 0.0;
-            GeographicLib::Geodesic::WGS84().Direct(scene.center.lat() / kDegree,
-                                                    scene.center.lon() / kDegree, degrees + 0.5, scene.radius,
-                                                    lat, lon);
+            GeographicLib::Geodesic::WGS84().Direct(scene.center.lat() / kRadiansPerDegree,
+                                                    scene.center.lon() / kRadiansPerDegree, degrees + 0.5,
+                                                    scene.radius, lat, lon);
             const Projected place = view.camera().project(at(lat, lon));
             const QPoint pixel(static_cast<int>(std::floor(place.x)), static_cast<int>(std::floor(place.y)));
             if (!frame.rect().adjusted(2, 2, -2, -2).contains(pixel)) continue;
@@ -150,8 +153,8 @@ TEST_F(GlobeViewTest, TheEarthImageLiesWhereItBelongs) {
             look(place, range);
             const QRgb c = view.grabFrame().pixel(320, 240);
             // The picture is lightened a little.
-            EXPECT_NEAR(qRed(c), (place.lon() / kDegree + 180.0) / 360.0 * 255.0, 6) << range;
-            EXPECT_NEAR(qGreen(c), (place.lat() / kDegree + 90.0) / 180.0 * 255.0, 10) << range;
+            EXPECT_NEAR(qRed(c), (place.lon() / kRadiansPerDegree + 180.0) / 360.0 * 255.0, 6) << range;
+            EXPECT_NEAR(qGreen(c), (place.lat() / kRadiansPerDegree + 90.0) / 180.0 * 255.0, 10) << range;
         }
     }
     EXPECT_FALSE(view.setEarthImage(folder.filePath("missing.png")));
@@ -195,10 +198,10 @@ TEST_F(GlobeViewTest, PicturesLieWhereTheirShapesSay) {
         for (int x = 0; x < 64; ++x) colors.setPixel(x, y, quarters[y / 32 * 2 + x / 32]);
     ASSERT_TRUE(colors.save(folder.filePath("colors.png")));
     auto picture = std::make_shared<ZEL::ImageOverlay>(false);
-    picture->setNorth(61.0 * kDegree);
-    picture->setSouth(59.0 * kDegree);
-    picture->setWest(178.0 * kDegree);
-    picture->setEast(-178.0 * kDegree);
+    picture->setNorth(61.0 * kRadiansPerDegree);
+    picture->setSouth(59.0 * kRadiansPerDegree);
+    picture->setWest(178.0 * kRadiansPerDegree);
+    picture->setEast(-178.0 * kRadiansPerDegree);
     picture->setImageFile("colors.png");
     look(at(60, 180), 1.0e6);
     const auto spot = [&](const QImage& frame, double lat, double lon) {
@@ -207,7 +210,7 @@ TEST_F(GlobeViewTest, PicturesLieWhereTheirShapesSay) {
     };
     // Half a degree north and one degree west of the middle are equally far: the first quarter's middle.
     for (const double turn : {0.0, 90.0}) {
-        picture->setRotation(turn * kDegree);
+        picture->setRotation(turn * kRadiansPerDegree);
         view.overlays().clear();
         const QImage bare = view.grabFrame();
         view.overlays().add({picture}, std::nullopt, true, folder.path().toStdString());
@@ -295,7 +298,7 @@ TEST_F(GlobeViewTest, CountriesAreFilledAndTheSeaIsNot) {
     const QImage frame = view.grabFrame();
     for (int x = 0; x < 640; ++x) {
         const auto where = view.camera().pick(x + 0.5, 240.5);
-        if (!where || std::abs(where->lon()) / kDegree < 150) continue;
+        if (!where || std::abs(where->lon()) / kRadiansPerDegree < 150) continue;
         EXPECT_FALSE(isMagenta(frame.pixel(x, 240))) << x;
     }
     EXPECT_EQ(frame, view.grabFrame());
@@ -360,8 +363,10 @@ TEST_F(GlobeViewTest, TheEquatorOfABallIsWhole) {
                     std::max(most, qRed(frame.pixel(static_cast<int>(p.x) + dx, static_cast<int>(p.y) + dy)));
         return most > 110;
     };
-    for (int degrees = 190; degrees <= 350; ++degrees) EXPECT_TRUE(lit(degrees * kDegree)) << degrees;
-    for (int degrees = 25; degrees <= 155; ++degrees) EXPECT_FALSE(lit(degrees * kDegree)) << degrees;
+    for (int degrees = 190; degrees <= 350; ++degrees)
+        EXPECT_TRUE(lit(degrees * kRadiansPerDegree)) << degrees;
+    for (int degrees = 25; degrees <= 155; ++degrees)
+        EXPECT_FALSE(lit(degrees * kRadiansPerDegree)) << degrees;
 }
 
 /// Labels that overlap: of different priorities the higher one, of equal ones both.
@@ -549,10 +554,10 @@ TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
     }
     // A wall as thin as a hair, and so long that it may hide anything.
     auto body = std::make_shared<ZEL::LatLonAltBox>(false);
-    body->setSouth(-40 * kDegree);
-    body->setNorth(70 * kDegree);
-    body->setWest(20 * kDegree);
-    body->setEast(20.0000001 * kDegree);
+    body->setSouth(-40 * kRadiansPerDegree);
+    body->setNorth(70 * kRadiansPerDegree);
+    body->setWest(20 * kRadiansPerDegree);
+    body->setEast(20.0000001 * kRadiansPerDegree);
     body->setHeight(0.01);
     body->setFilled(true);
     body->setOutlined(false);
@@ -650,8 +655,8 @@ TEST_F(GlobeViewTest, ReportsThePositionUnderTheCursor) {
     });
     mouse(QEvent::MouseMove, {320, 240}, Qt::NoButton, Qt::NoButton);
     EXPECT_TRUE(onEarth);
-    EXPECT_NEAR(lat, 10 * kDegree, 1e-9);
-    EXPECT_NEAR(lon, 20 * kDegree, 1e-9);
+    EXPECT_NEAR(lat, 10 * kRadiansPerDegree, 1e-9);
+    EXPECT_NEAR(lon, 20 * kRadiansPerDegree, 1e-9);
     look(at(10, 20), 1.0e8);
     mouse(QEvent::MouseMove, {1, 1}, Qt::NoButton, Qt::NoButton);
     EXPECT_FALSE(onEarth);

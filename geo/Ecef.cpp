@@ -1,33 +1,26 @@
-#include "globe/Ecef.h"
-
-#include <numbers>
+#include "geo/Ecef.h"
 
 #include <GeographicLib/Geocentric.hpp>
 
-namespace sandbox {
+#include "geo/Angles.h"
 
-namespace {
-constexpr double kDegree = std::numbers::pi / 180.0;
+namespace halCore {
+
+Ecef toEcef(const Vec3& lla) {
+    const double sinLat = std::sin(lla.lat());
+    const double cosLat = std::cos(lla.lat());
+    const double primeVertical = wgs84::a / std::sqrt(1.0 - wgs84::e2 * sinLat * sinLat);
+    const double ring = (primeVertical + lla.alt()) * cosLat;
+    return {ring * std::cos(lla.lon()), ring * std::sin(lla.lon()),
+            (primeVertical * (1.0 - wgs84::e2) + lla.alt()) * sinLat};
 }
 
-// The two conversions are written with radians on our side: a detour over degrees would cost nanometres
-// only, but GeographicLib's reverse is exact at any altitude and at the poles, so it is used as it is.
-Ecef toEcef(const halCore::Vec3& geodetic) {
-    const double e2 = 1.0 - (kPoleRadius * kPoleRadius) / (kEquatorRadius * kEquatorRadius);
-    const double sinLat = std::sin(geodetic.lat());
-    const double cosLat = std::cos(geodetic.lat());
-    const double n = kEquatorRadius / std::sqrt(1.0 - e2 * sinLat * sinLat);
-    const double ring = (n + geodetic.alt()) * cosLat;
-    return {ring * std::cos(geodetic.lon()), ring * std::sin(geodetic.lon()),
-            (n * (1.0 - e2) + geodetic.alt()) * sinLat};
-}
-
-halCore::Vec3 toGeodetic(const Ecef& position) {
+Vec3 toGeodetic(const Ecef& position) {
     double lat = 0.0;
     double lon = 0.0;
     double alt = 0.0;
     GeographicLib::Geocentric::WGS84().Reverse(position.x, position.y, position.z, lat, lon, alt);
-    return {lat * kDegree, lon * kDegree, alt};
+    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, alt};
 }
 
 LocalFrame localFrame(double latitude, double longitude) {
@@ -50,4 +43,4 @@ bool isHiddenByEarth(const Ecef& eye, const Ecef& point) {
     return c > 0.0 && b < 0.0 && b * b - a * c > 0.0 && a + b > 1e-13;
 }
 
-}  // namespace sandbox
+}  // namespace halCore

@@ -3,10 +3,11 @@
 #include <cmath>
 
 #include "common/Vec3.h"
+#include "geo/Wgs84.h"
 
-namespace sandbox {
+namespace halCore {
 
-/// Earth-centred, earth-fixed metres: x towards 0°/0°, z towards the north pole.
+/// Earth-centred, earth-fixed metres: x towards 0°/0°, z towards the north pole. Also directions there.
 struct Ecef {
     double x = 0.0;
     double y = 0.0;
@@ -36,19 +37,16 @@ constexpr Ecef cross(const Ecef& a, const Ecef& b) {
 inline double length(const Ecef& a) {
     return std::sqrt(dot(a, a));
 }
+/// Zero stays zero.
 inline Ecef normalized(const Ecef& a) {
     const double size = length(a);
     return size > 0.0 ? a * (1.0 / size) : a;
 }
 
-/// WGS-84 semi-axes in metres.
-inline constexpr double kEquatorRadius = 6378137.0;
-inline constexpr double kPoleRadius = kEquatorRadius * (1.0 - 1.0 / 298.257223563);
-
-/// Between geodetic (radians, metres above the ellipsoid) and earth-centred metres. The longitude that
-/// comes back lies in [-pi, pi].
-Ecef toEcef(const halCore::Vec3& geodetic);
-halCore::Vec3 toGeodetic(const Ecef& position);
+/// Between geodetic (radians, metres above the ellipsoid) and earth-centred metres, exact to nanometres at
+/// any altitude and at the poles. The longitude that comes back lies in [-pi, pi].
+Ecef toEcef(const Vec3& lla);
+Vec3 toGeodetic(const Ecef& position);
 
 /// The local level frame at a geodetic position: unit vectors, right-handed.
 struct LocalFrame {
@@ -58,15 +56,15 @@ struct LocalFrame {
 };
 LocalFrame localFrame(double latitude, double longitude);
 
-/// Scales earth-centred metres so that the ellipsoid becomes the unit sphere. Straight lines stay
-/// straight, so questions of sight are answered on the sphere.
+/// Scales earth-centred metres so that the ellipsoid becomes the unit sphere. Straight lines stay straight,
+/// so questions of sight are answered on the sphere.
 constexpr Ecef toUnitSphere(const Ecef& p) {
-    return {p.x / kEquatorRadius, p.y / kEquatorRadius, p.z / kPoleRadius};
+    return {p.x / wgs84::a, p.y / wgs84::a, p.z / wgs84::b};
 }
 
-/// Whether the ellipsoid hides `point` from `eye`. A point of the surface counts as seen up to the
-/// horizon, also when rounding puts it a hair inside; so does a point below the surface up to where the
-/// ray of sight is deepest. Agrees with the test that the overlay shaders make for every pixel.
+/// Whether the ellipsoid hides `point` from `eye`. A point of the surface counts as seen up to the horizon,
+/// also when rounding puts it a hair inside; so does a point below the surface up to where the ray of sight
+/// is deepest.
 bool isHiddenByEarth(const Ecef& eye, const Ecef& point);
 
-}  // namespace sandbox
+}  // namespace halCore
