@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "gui/CallChange.h"
+#include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
 
@@ -12,15 +13,13 @@ using Quantity = ValueUnitEntry::Quantity;
 using Subtype = CylinderShape::Subtype;
 
 bool hasTwoRadii(Subtype subtype) {
-    return subtype == Subtype::Ellipse || subtype == Subtype::Arc || subtype == Subtype::Cylinder ||
-           subtype == Subtype::Wedge || subtype == Subtype::Ellipsoid;
+    return CylinderShape::kindOf(subtype).radii == ShapeKind::Radii::Two;
 }
 bool hasHeight(Subtype subtype) {
-    return subtype == Subtype::Cylinder || subtype == Subtype::Wedge || subtype == Subtype::Ellipsoid ||
-           subtype == Subtype::Cone;
+    return CylinderShape::kindOf(subtype).height == ShapeKind::Height::Own;
 }
 bool hasSector(Subtype subtype) {
-    return subtype == Subtype::Arc || subtype == Subtype::Wedge;
+    return CylinderShape::kindOf(subtype).sector == ShapeKind::Sector::Drawn;
 }
 
 }  // namespace

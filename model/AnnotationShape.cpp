@@ -1,12 +1,13 @@
 #include "model/AnnotationShape.h"
 
 #include "model/ColorBytes.h"
+#include "model/ShapeKinds.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
 
 AnnotationShape::AnnotationShape(const Preferences& preferences) : Equipped(preferences) {
-    Shape::setName("Text");
+    Shape::setName(shapeKind(ShapeKind::Text).name);
 }
 
 AnnotationShape::AnnotationShape(const AnnotationShape& other)
@@ -20,7 +21,7 @@ AnnotationShape::AnnotationShape(const AnnotationShape& other)
 int AnnotationShape::serialize(Serializer& serializer) {
     if (!hasPoint_) return 1;
     const ColorBytes color(color_);
-    serializer.beginShape(Serializer::Annotation, attachedPlatformId_);
+    serializer.beginShape(shapeKind(ShapeKind::Text).written, attachedPlatformId_);
     serializer.setItemName(name());
     serializer.addPoint(position_);
     serializer.setLineColor(color.r, color.g, color.b, color.a);

@@ -9,6 +9,7 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "geo/Wgs84.h"
+#include "model/ShapeKinds.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
@@ -25,28 +26,6 @@ constexpr double kSameAngle = 1e-10;
 /// Directions in which the rim is sampled for the bounding box; a multiple of four, so that the points due
 /// north, east, south and west are among them.
 constexpr int kRimSamples = 128;
-
-struct Kind {
-    const char* name;
-    Serializer::ShapeType type;
-    bool twoRadii;
-};
-
-// A wedge is written as a cylinder that has angles.
-constexpr std::array<Kind, 9> kKinds{{{"Circle", Serializer::Circle, false},
-                                      {"Ellipse", Serializer::Ellipse, true},
-                                      {"Arc", Serializer::Arc, true},
-                                      {"Cylinder", Serializer::Cylinder, true},
-                                      {"Wedge", Serializer::Cylinder, true},
-                                      {"Sphere", Serializer::Sphere, false},
-                                      {"Hemisphere", Serializer::Hemisphere, false},
-                                      {"Ellipsoid", Serializer::Ellipsoid, true},
-                                      {"Cone", Serializer::Cone, false}}};
-
-const Kind* kindOf(CylinderShape::Subtype subtype) {
-    const auto index = static_cast<std::size_t>(subtype);
-    return index < kKinds.size() ? &kKinds[index] : nullptr;
-}
 
 double normalized(double radians) {
     if (radians >= 0.0 && radians < halCore::kTwoPi) return radians;
@@ -75,9 +54,13 @@ bool samePlace(const halCore::Vec3& a, const halCore::Vec3& b) {
 
 CylinderShape::CylinderShape(const Preferences& preferences, Subtype subtype)
     : Equipped(preferences), subtype_(subtype) {
-    const Kind* const kind = kindOf(subtype);
-    if (!kind) return;
-    setName(kind->name);
+    if (hasKind_()) setName(kind().name);
+}
+
+const ShapeKind& CylinderShape::kindOf(Subtype subtype) {
+    // Behind the last one stands the orbit.
+    return shapeKind(
+        static_cast<ShapeKind::Id>(ShapeKind::Circle + static_cast<int>(std::min(subtype, NoSubtype))));
 }
 
 CylinderShape::CylinderShape(const CylinderShape& other)
@@ -97,10 +80,9 @@ CylinderShape::CylinderShape(const CylinderShape& other)
       requiresAllPoints_(other.requiresAllPoints_) {}
 
 int CylinderShape::serialize(Serializer& serializer) {
-    const Kind* const kind = kindOf(subtype_);
-    if (!kind || !center_) return 1;
+    if (!hasKind_() || !center_) return 1;
     if (requiresAllPoints_ && !isComplete()) return 1;
-    serializer.beginShape(kind->type, attachedPlatformId_);
+    serializer.beginShape(kind().written, attachedPlatformId_);
     serializer.addPoint(center_->getPosition());
     if (const double major = majorAxis(); major != 0.0) serializer.setMajorRadius(major);
     if (const double minor = minorAxis(); minor != 0.0) serializer.setMinorRadius(minor);
@@ -112,10 +94,9 @@ int CylinderShape::serialize(Serializer& serializer) {
 }
 
 bool CylinderShape::isComplete() const {
-    const Kind* const kind = kindOf(subtype_);
-    if (!kind) return true;
+    if (!hasKind_()) return true;
     if (!center_ || majorAxis() == 0.0) return false;
-    return !kind->twoRadii || minorAxis() != 0.0;
+    return kind().radii != ShapeKind::Radii::Two || minorAxis() != 0.0;
 }
 
 // Numbers and points
@@ -340,7 +321,7 @@ void CylinderShape::setHeight(double meters) {
 }
 
 void CylinderShape::updatePoints() {
-    if (!center_ || !kindOf(subtype_)) return;
+    if (!center_ || !hasKind_()) return;
     if (majorAxisPoint_) {
         const double radius = majorAxis();
         placeAt_(majorAxisPoint_, kEast, radius);
@@ -420,22 +401,22 @@ std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
     if (!center_) return bounds;
     const halCore::Vec3 center = center_->getPosition();
 
-    const bool hasSector = startAnglePoint_ && (subtype_ == Arc || subtype_ == Wedge || subtype_ == Ellipse);
+    const bool hasSector = startAnglePoint_ && kind().sector == ShapeKind::Sector::Drawn;
     const double start = hasSector ? startAngle() : 0.0;
     double sweep = hasSector ? endAngle() - start : halCore::kTwoPi;
     if (sweep <= 0.0) sweep += halCore::kTwoPi;
     const double radius = std::max(majorAxis(), minorAxis());
 
-    // An arc is only its rim; everything else holds its centre.
-    if (subtype_ != Arc || !hasSector || radius == 0.0) updateBounds_(center, bounds);
+    // An arc is only its rim unless it is filled; everything else holds its centre.
+    if (subtype_ != Arc || !hasSector || filled() || radius == 0.0) updateBounds_(center, bounds);
     if (radius > 0.0)
         includeRim_(
             center, start, sweep, [this](double azimuth) { return rimDistance_(azimuth); }, bounds);
 
-    double above = height_();
-    const double below = subtype_ == Sphere || subtype_ == Ellipsoid ? -above : 0.0;
-    if (subtype_ == Hemisphere) above = majorAxis();
-    if (subtype_ == Circle || subtype_ == Ellipse || subtype_ == Arc) above = 0.0;
+    double above = 0.0;
+    if (kind().height == ShapeKind::Height::Own) above = height_();
+    if (kind().height == ShapeKind::Height::Radius) above = majorAxis();
+    const double below = kind().reachesBelow ? -above : 0.0;
     bounds.first.setAlt(center.alt() + std::min(above, below));
     bounds.second.setAlt(center.alt() + std::max(above, 0.0));
     return bounds;

@@ -11,6 +11,8 @@
 
 namespace OverlayEditor {
 
+struct ShapeKind;
+
 /// The circular shapes: a centre, one or two radii, perhaps a sector and a height. The geometry is kept
 /// as edit points; beside a point stands the number as it was set, and it is the answer until that
 /// point or the centre moves. Lengths in metres, angles in radians clockwise from north.
@@ -34,6 +36,9 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     CylinderShape(const CylinderShape& other);
 
     Subtype subtype() const { return subtype_; }
+    /// An orbit's for NoSubtype.
+    static const ShapeKind& kindOf(Subtype subtype);
+    const ShapeKind& kind() const { return kindOf(subtype_); }
 
     int serialize(Serializer& serializer) override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
@@ -105,6 +110,8 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
 
   private:
     friend Equipped;
+
+    bool hasKind_() const { return subtype_ < NoSubtype; }
 
     using PointPtr = std::unique_ptr<PluginUtils::PUDrawPoint>;
 

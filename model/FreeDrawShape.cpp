@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "model/LongitudeWalk.h"
+#include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
 
 using halCore::Vec3;
 
 FreeDrawShape::FreeDrawShape(const Preferences& preferences) : Equipped(preferences) {
-    setName("Free Draw");
+    setName(shapeKind(ShapeKind::FreeDraw).name);
 }
 
 FreeDrawShape::FreeDrawShape(const FreeDrawShape& other)
@@ -26,7 +27,7 @@ int FreeDrawShape::serialize(Serializer& serializer) {
     for (std::size_t i = 0; survives && i < lines_.size(); ++i) {
         const LinePoints& line = lines_[i];
         if (line.size() < 2) continue;
-        serializer.beginShape(Serializer::Line, 0);
+        serializer.beginShape(shapeKind(ShapeKind::FreeDraw).written, 0);
         serializer.setVisible(shown());
         for (const Vec3& point : line) serializer.addPoint(point);
         BaseFilledShape::serialize(serializer);

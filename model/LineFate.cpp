@@ -6,6 +6,7 @@
 #include "format/ZelShapes.h"
 #include "geo/Units.h"
 #include "model/CylinderShape.h"
+#include "model/ShapeKinds.h"
 #include "model/ZelToSerializer.h"
 
 namespace OverlayEditor {
@@ -29,6 +30,11 @@ constexpr LineFate keptIf(bool kept, const LineFate& otherwise = kUnusedLine) {
 template <typename Kind>
 const Kind* as(const ZEL::ZelShape& shape) {
     return dynamic_cast<const Kind*>(&shape);
+}
+
+/// The kind as which a shape is read; null for one that is left out.
+const ShapeKind* kindOf(const ZEL::ZelShape& shape) {
+    return kindReadFrom(ZelToSerializer().typeOf(shape));
 }
 
 bool isSet(int getterResult) {
@@ -65,8 +71,7 @@ LineFate fateOfAngle(const ZEL::ZelShape& shape) {
     if (!ellipse) return kUnusedLine;
     double sweep = 0.0;
     if (!isSet(ellipse->getAngleSweep(sweep))) return {halNotify::Warning, "is dropped without a sweep"};
-    if (const auto* const cylinder = as<ZEL::Cylinder>(shape)) return keptIf(isWedge(*cylinder), kDropped);
-    return kKept;
+    return keptIf(kindOf(shape)->sector != ShapeKind::Sector::None, kDropped);
 }
 
 LineFate fateOfHeight(const ZEL::ZelShape& shape) {
@@ -75,7 +80,8 @@ LineFate fateOfHeight(const ZEL::ZelShape& shape) {
         ellipsoid->getHeight(height);
         return keptIf(height >= 0.0, {halNotify::Warning, "is saved as 1 m"});
     }
-    return keptIf(as<ZEL::Cylinder>(shape) || as<ZEL::Cone>(shape));
+    const ShapeKind* const kind = kindOf(shape);
+    return keptIf(kind && kind->height == ShapeKind::Height::Own);
 }
 
 LineFate fateOfUnits(const halCore::Units& units, const halCore::Units& saved) {

@@ -6,6 +6,7 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "model/ReferenceMove.h"
+#include "model/ShapeKinds.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
@@ -13,7 +14,7 @@ namespace OverlayEditor {
 using halCore::Vec3;
 
 OrbitShape::OrbitShape(const Preferences& preferences) : Equipped(preferences, NoSubtype) {
-    setName("Orbit");
+    setName(shapeKind(ShapeKind::Orbit).name);
 }
 
 OrbitShape::OrbitShape(const OrbitShape& other) : Equipped(other) {}
@@ -24,7 +25,7 @@ bool OrbitShape::isComplete() const {
 
 int OrbitShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
-    serializer.beginShape(Serializer::Orbit, attachedPlatformId_);
+    serializer.beginShape(shapeKind(ShapeKind::Orbit).written, attachedPlatformId_);
     serializer.addPoint(centerPt()->getPosition());
     serializer.setCenterPoint2(centerPt2()->getPosition());
     serializer.setMajorRadius(minorAxisPt() ? minorAxis() : kDefaultRadius);

@@ -3,14 +3,23 @@
 #include "model/LongitudeWalk.h"
 #include "model/PointsTool.h"
 #include "model/ReferenceMove.h"
+#include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
 
 using halCore::Vec3;
 
+namespace {
+
+const ShapeKind& kindOf(PolygonShape::Subtype subtype) {
+    return shapeKind(subtype == PolygonShape::Line ? ShapeKind::Line : ShapeKind::Polygon);
+}
+
+}  // namespace
+
 PolygonShape::PolygonShape(const Preferences& preferences, Subtype subtype)
     : Equipped(preferences), subtype_(subtype) {
-    setName(subtype == Line ? "Line" : "Polygon");
+    setName(kindOf(subtype).name);
 }
 
 PolygonShape::PolygonShape(const PolygonShape& other)
@@ -22,7 +31,7 @@ bool PolygonShape::isComplete() const {
 
 int PolygonShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
-    serializer.beginShape(subtype_ == Line ? Serializer::Line : Serializer::Polygon, attachedPlatformId_);
+    serializer.beginShape(kindOf(subtype_).written, attachedPlatformId_);
     serializer.setVisible(shown());
     for (const Vec3& point : points_) serializer.addPoint(point);
     BaseFilledShape::serialize(serializer);

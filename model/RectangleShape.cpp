@@ -6,15 +6,24 @@
 #include "geo/Angles.h"
 #include "model/LongitudeWalk.h"
 #include "model/ReferenceMove.h"
+#include "model/ShapeKinds.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
 
 using halCore::Vec3;
 
+namespace {
+
+const ShapeKind& kindOf(RectangleShape::Subtype subtype) {
+    return shapeKind(subtype == RectangleShape::Rectangle ? ShapeKind::Rectangle : ShapeKind::Triangle);
+}
+
+}  // namespace
+
 RectangleShape::RectangleShape(const Preferences& preferences, Subtype subtype)
     : Equipped(preferences), subtype_(subtype) {
-    setName(subtype == Rectangle ? "Rectangle" : "Triangle");
+    setName(kindOf(subtype).name);
 }
 
 RectangleShape::RectangleShape(const RectangleShape& other)
@@ -24,7 +33,7 @@ int RectangleShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
     const double alt = first_->alt();
     if (subtype_ == Rectangle) {
-        serializer.beginShape(Serializer::Rectangle, attachedPlatformId_);
+        serializer.beginShape(kindOf(subtype_).written, attachedPlatformId_);
         serializer.setVisible(shown());
         serializer.addCorner(*first_);
         serializer.addCorner({first_->lat(), last_->lon(), alt});
@@ -32,7 +41,7 @@ int RectangleShape::serialize(Serializer& serializer) {
         serializer.addCorner({last_->lat(), first_->lon(), alt});
     } else {
         const auto [low, high] = boundingBox();
-        serializer.beginShape(Serializer::Polygon, attachedPlatformId_);
+        serializer.beginShape(kindOf(subtype_).written, attachedPlatformId_);
         serializer.setVisible(shown());
         serializer.addPoint({low.lat(), first_->lon(), alt});
         serializer.addPoint({low.lat(), last_->lon(), alt});

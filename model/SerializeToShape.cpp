@@ -1,10 +1,10 @@
 #include "model/SerializeToShape.h"
 
-#include <type_traits>
 #include <utility>
 
 #include "format/Annotation.h"
 #include "model/ColorBytes.h"
+#include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
 
@@ -23,82 +23,28 @@ void useFontOfFiles(AnnotationShape& label) {
 
 }  // namespace
 
-template <typename Concrete>
-void SerializeToShape::begin_(std::unique_ptr<Concrete> shape, Concrete* Faces::*face) {
-    as_.*face = shape.get();
-    if constexpr (std::is_base_of_v<CylinderShape, Concrete>) as_.cylinder = shape.get();
-    if constexpr (std::is_base_of_v<BaseLineShape, Concrete>) as_.line = shape.get();
-    if constexpr (std::is_base_of_v<BaseFilledShape, Concrete>) as_.filled = shape.get();
-    current_ = std::move(shape);
-}
+SerializeToShape::Faces::Faces(Shape* shape)
+    : line(dynamic_cast<BaseLineShape*>(shape)),
+      filled(dynamic_cast<BaseFilledShape*>(shape)),
+      cylinder(dynamic_cast<CylinderShape*>(shape)),
+      orbit(dynamic_cast<OrbitShape*>(shape)),
+      polygon(dynamic_cast<PolygonShape*>(shape)),
+      rectangle(dynamic_cast<RectangleShape*>(shape)),
+      annotation(dynamic_cast<AnnotationShape*>(shape)) {}
 
 void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
-    const auto cylinder = [this](CylinderShape::Subtype subtype) {
-        begin_(std::make_unique<CylinderShape>(preferences_, subtype), &Faces::cylinder);
-    };
-    const auto polygon = [this](PolygonShape::Subtype subtype) {
-        begin_(std::make_unique<PolygonShape>(preferences_, subtype), &Faces::polygon);
-    };
-    current_ = nullptr;
-    as_ = Faces{};
+    const ShapeKind* const kind = kindReadFrom(type);
+    current_ = kind ? kind->make(preferences_) : nullptr;
+    as_ = Faces(current_.get());
     corners_ = 0;
-    switch (type) {
-        case Points:
-        case Line:
-        case LineSegs:
-            polygon(PolygonShape::Line);
-            break;
-        case Polygon:
-            polygon(PolygonShape::Polygon);
-            break;
-        case Rectangle:
-            begin_(std::make_unique<RectangleShape>(preferences_, RectangleShape::Rectangle),
-                   &Faces::rectangle);
-            break;
-        case Circle:
-            cylinder(CylinderShape::Circle);
-            break;
-        case Ellipse:
-            cylinder(CylinderShape::Ellipse);
-            break;
-        case Arc:
-            cylinder(CylinderShape::Arc);
-            break;
-        case Cylinder:
-            cylinder(CylinderShape::Cylinder);
-            break;
-        case Sphere:
-            cylinder(CylinderShape::Sphere);
-            break;
-        case Hemisphere:
-            cylinder(CylinderShape::Hemisphere);
-            break;
-        case Ellipsoid:
-            cylinder(CylinderShape::Ellipsoid);
-            break;
-        case Annotation:
-            begin_(std::make_unique<AnnotationShape>(preferences_), &Faces::annotation);
-            useFontOfFiles(*as_.annotation);
-            break;
-        case Cone:
-            cylinder(CylinderShape::Cone);
-            break;
-        case Orbit:
-            begin_(std::make_unique<OrbitShape>(preferences_), &Faces::orbit);
-            break;
-        case Wedge:
-            cylinder(CylinderShape::Wedge);
-            break;
-        case None:
-            return;
-    }
+    if (as_.annotation) useFontOfFiles(*as_.annotation);
     if (current_) current_->setAttachedPlatformId(platformId, converter_, false);
 }
 
 void SerializeToShape::endShape() {
     if (current_) finished_.push_back(std::move(current_));
     current_ = nullptr;
-    as_ = Faces{};
+    as_ = Faces(nullptr);
 }
 
 void SerializeToShape::setItemName(const std::string& name) {

@@ -48,21 +48,20 @@ class SerializeToShape final : public Serializer {
   private:
     /// The current shape by what it can do; null where it cannot.
     struct Faces {
-        BaseLineShape* line = nullptr;
-        BaseFilledShape* filled = nullptr;
-        CylinderShape* cylinder = nullptr;
-        OrbitShape* orbit = nullptr;
-        PolygonShape* polygon = nullptr;
-        RectangleShape* rectangle = nullptr;
-        AnnotationShape* annotation = nullptr;
-    };
+        explicit Faces(Shape* shape);
 
-    template <typename Concrete>
-    void begin_(std::unique_ptr<Concrete> shape, Concrete* Faces::*face);
+        BaseLineShape* line;
+        BaseFilledShape* filled;
+        CylinderShape* cylinder;
+        OrbitShape* orbit;
+        PolygonShape* polygon;
+        RectangleShape* rectangle;
+        AnnotationShape* annotation;
+    };
 
     const Preferences& preferences_;
     std::unique_ptr<Shape> current_;
-    Faces as_;
+    Faces as_{nullptr};
     int corners_ = 0;
     std::vector<std::unique_ptr<Shape>> finished_;
 };

@@ -6,6 +6,7 @@
 #include "common/Notify.h"
 #include "format/Parser.h"
 #include "geo/Angles.h"
+#include "model/ShapeKinds.h"
 #include "model/ShapeLabel.h"
 #include "pi/PICommon.h"
 
@@ -184,12 +185,12 @@ void annotationStyle(Serializer& target, const ZEL::Annotation& annotation) {
     if (const auto color = valueOf(annotation, &ZEL::Annotation::getTextColor)) lineColor(target, *color);
 }
 
-}  // namespace
-
 bool isWedge(const ZEL::Cylinder& cylinder) {
     const auto sweep = valueOf<double, ZEL::EllipticalShape>(cylinder, &ZEL::EllipticalShape::getAngleSweep);
     return sweep && *sweep != kSweepOfACylinder;
 }
+
+}  // namespace
 
 int ZelToSerializer::load(Serializer& target, std::istream& text, unsigned long platformId,
                           const std::string& sourceName) const {
@@ -214,53 +215,25 @@ int ZelToSerializer::replay(Serializer& target, const std::vector<ZEL::ZelShapeP
 }
 
 Serializer::ShapeType ZelToSerializer::getShapeType_(const ZEL::ZelShape& shape) const {
-    switch (shape.shapeType()) {
-        case ZEL::ShapeType::Annotation:
-            return Type::Annotation;
-        case ZEL::ShapeType::Points:
-            return Type::Points;
-        case ZEL::ShapeType::Line:
-            return Type::Line;
-        case ZEL::ShapeType::LineSegs:
-            return Type::LineSegs;
-        case ZEL::ShapeType::Polygon:
-            return Type::Polygon;
-        case ZEL::ShapeType::Arc:
-            return Type::Arc;
-        case ZEL::ShapeType::Circle:
-            return Type::Circle;
-        case ZEL::ShapeType::Ellipse:
-            return Type::Ellipse;
-        case ZEL::ShapeType::Ellipsoid:
-            return Type::Ellipsoid;
-        case ZEL::ShapeType::Cylinder:
-            return Type::Cylinder;
-        case ZEL::ShapeType::Sphere:
-            return Type::Sphere;
-        case ZEL::ShapeType::Hemisphere:
-            return Type::Hemisphere;
-        case ZEL::ShapeType::Cone:
-            return Type::Cone;
-        case ZEL::ShapeType::Orbit:
-            return Type::Orbit;
-        case ZEL::ShapeType::LatLonAltBox:
-        case ZEL::ShapeType::ImageOverlay:
-        case ZEL::ShapeType::None:
-            break;
-    }
+    const ZEL::ShapeType block = shape.shapeType();
+    if (block == ZEL::ShapeType::Points) return Type::Points;
+    if (block == ZEL::ShapeType::LineSegs) return Type::LineSegs;
+    for (const ShapeKind& kind : shapeKinds())
+        if (kind.block == block && kind.read != Type::None) return kind.read;
     return Type::None;
+}
+
+Serializer::ShapeType ZelToSerializer::typeOf(const ZEL::ZelShape& shape) const {
+    const Type type = getShapeType_(shape);
+    if (type == Type::Cylinder && isWedge(static_cast<const ZEL::Cylinder&>(shape))) return Type::Wedge;
+    return type == Type::Polygon && isBox(*pointsOf(shape)) ? Type::Rectangle : type;
 }
 
 std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
                                                    unsigned long platformId) const {
-    Type type = getShapeType_(shape);
+    const Type type = typeOf(shape);
     if (type == Type::None) return "the editor has no such shape";
     const auto* const points = pointsOf(shape);
-    if (type == Type::Cylinder) {
-        if (isWedge(static_cast<const ZEL::Cylinder&>(shape))) type = Type::Wedge;
-    } else if (type == Type::Polygon && isBox(*points)) {
-        type = Type::Rectangle;
-    }
 
     // All positions first: a shape that cannot be placed must not be begun.
     const Placement placement(shape, target.pointConverter());

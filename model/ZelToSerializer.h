@@ -10,9 +10,6 @@
 
 namespace OverlayEditor {
 
-/// Whether a file's cylinder is a wedge to the editor: it has a sweep.
-bool isWedge(const halCore::ZEL::Cylinder& cylinder);
-
 /// Reads overlay text and replays its shapes as calls on a serializer. Every position reaches the target
 /// geodetic: offsets of a relative shape count from its own reference point, or else from the target's
 /// point converter. Boxes and image overlays have no counterpart in the editor and are left out; a relative
@@ -29,6 +26,9 @@ class ZelToSerializer {
     int replay(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
                unsigned long platformId, const std::string& sourceName,
                std::vector<std::string>* reasons = nullptr) const;
+    /// As what a file's shape is begun: a cylinder with a sweep is a wedge, a polygon that is a box a
+    /// rectangle. None for one that is left out.
+    Serializer::ShapeType typeOf(const halCore::ZEL::ZelShape& shape) const;
 
   private:
     /// \return why the target did not get the shape; empty when it did

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "geo/Angles.h"
+#include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
 
@@ -69,7 +70,7 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
     const double radius = radiusAt_(pos);
     shape_.setMajorRadius(radius);
     shape_.setEndAnglePt(pos);
-    if (shape_.subtype() == CylinderShape::Wedge) shape_.setHeight(kWedgeHeight);
+    if (shape_.kind().height == ShapeKind::Height::Own) shape_.setHeight(kWedgeHeight);
     // Last: with a minor radius the arc counts as complete, and is shown.
     shape_.setMinorRadius(radius);
     if (isActive()) shape_.updatePoints();

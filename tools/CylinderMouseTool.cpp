@@ -1,10 +1,10 @@
 #include "tools/CylinderMouseTool.h"
 
 #include <algorithm>
-#include <array>
 
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
+#include "model/ShapeKinds.h"
 #include "tools/PUDrawPoints.h"
 
 namespace OverlayEditor {
@@ -104,9 +104,7 @@ void CylinderMouseTool::moveHeightHandle_(const Vec3& pos) {
 }
 
 bool CylinderMouseTool::hasHeight_() const {
-    static constexpr std::array kinds = {CylinderShape::Cylinder, CylinderShape::Wedge,
-                                         CylinderShape::Ellipsoid, CylinderShape::Cone};
-    return std::ranges::find(kinds, shape_.subtype()) != kinds.end();
+    return shape_.kind().height == ShapeKind::Height::Own;
 }
 
 void CylinderMouseTool::updateHeightHandle_() {

@@ -1,5 +1,6 @@
 #include "tools/MouseToolMaker.h"
 
+#include "model/ShapeKinds.h"
 #include "tools/AnnotationMouseTool.h"
 #include "tools/ArcMouseTool.h"
 #include "tools/CircleMouseTool.h"
@@ -12,23 +13,12 @@
 namespace OverlayEditor {
 
 MouseToolPtr MouseToolMaker::make(const Preferences& preferences, CylinderShape& shape) {
-    switch (shape.subtype()) {
-        case CylinderShape::Circle:
-        case CylinderShape::Sphere:
-        case CylinderShape::Hemisphere:
-        case CylinderShape::Cone:
-            return MouseToolPtr(new CircleMouseTool(preferences, shape));
-        case CylinderShape::Arc:
-        case CylinderShape::Wedge:
-            return MouseToolPtr(new ArcMouseTool(preferences, shape));
-        case CylinderShape::Ellipse:
-        case CylinderShape::Cylinder:
-        case CylinderShape::Ellipsoid:
-            return MouseToolPtr(new ThreePointMouse(preferences, shape));
-        case CylinderShape::NoSubtype:
-            break;
-    }
-    return nullptr;
+    if (shape.subtype() >= CylinderShape::NoSubtype) return nullptr;
+    if (shape.kind().sector == ShapeKind::Sector::Drawn)
+        return MouseToolPtr(new ArcMouseTool(preferences, shape));
+    if (shape.kind().radii == ShapeKind::Radii::Two)
+        return MouseToolPtr(new ThreePointMouse(preferences, shape));
+    return MouseToolPtr(new CircleMouseTool(preferences, shape));
 }
 
 MouseToolPtr MouseToolMaker::make(const Preferences& preferences, OrbitShape& shape) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <sstream>
 
+#include "model/ShapeKinds.h"
+
 namespace OverlayEditor {
 
 using halCore::Vec3;
@@ -59,8 +61,7 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
         return;
     }
     // A cylinder and an ellipsoid get theirs from the user.
-    if (shape_.subtype() != CylinderShape::Cylinder && shape_.subtype() != CylinderShape::Ellipsoid)
-        shape_.setHeight(0.0);
+    if (shape_.kind().height != ShapeKind::Height::Own) shape_.setHeight(0.0);
     shape_.setMinorRadius(radiusAt_(pos));
     if (isActive()) shape_.updatePoints();
     complete_();

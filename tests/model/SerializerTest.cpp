@@ -18,6 +18,7 @@
 #include "model/RectangleShape.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeKinds.h"
+#include "model/ShapeRegistry.h"
 #include "model/ZelToSerializer.h"
 #include "support/FakeHost.h"
 
