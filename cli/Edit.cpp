@@ -1,53 +1,16 @@
 #include <iostream>
 #include <iterator>
+#include <utility>
 
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
 #include "cli/Printable.h"
 #include "common/Notify.h"
-#include "model/OverlayFile.h"
+#include "model/Document.h"
 #include "model/QuietServiceTable.h"
 
 namespace cli {
-
-using OverlayEditor::LoadResult;
-
-namespace {
-
-/// The editor attaches a file with offsets to a platform of its own. Here it has this id.
-constexpr unsigned long kReference = 1;
-
-/// What loading gives. Where offsets count from nothing the place does not matter, as only the offsets are
-/// saved; beside absolute positions it would, and they are lost.
-/// \param preferences outlive the shapes
-LoadResult load(const std::string& text, const std::string& file,
-                const OverlayEditor::Preferences& preferences, OverlayEditor::PointConverter& converter) {
-    converter.setReferenceLla(halCore::Vec3(), kReference);
-    LoadResult loaded = OverlayEditor::loadOverlayText(text, file, preferences, &converter, 0);
-    if (!loaded.offsets || loaded.offsets->reference || !loaded.offsets->mixed) return loaded;
-    loaded = OverlayEditor::loadOverlayText(text, file, preferences, nullptr, 0);
-    loaded.offsets.reset();
-    return loaded;
-}
-
-/// What saving gives after loading; empty when there is nothing to save.
-std::string saved(LoadResult& loaded, OverlayEditor::PointConverter& converter, std::size_t& count) {
-    OverlayEditor::Overlay overlay;
-    if (loaded.offsets) {
-        const auto& reference = loaded.offsets->reference;
-        if (reference) converter.setReferenceLla(*reference, kReference);
-        overlay.setAttachedPlatformId(kReference, &converter, false);
-        overlay.setReferenceWritten(reference.has_value());
-    }
-    for (auto& shape : loaded.shapes) overlay.addShape(shape.release());
-    OverlayEditor::SkippedShapes skipped;
-    std::string text = OverlayEditor::overlayText(overlay, &skipped);
-    count = overlay.shapes().size() - skipped.size();
-    return text;
-}
-
-}  // namespace
 
 int edit(const EditOptions& options) {
     // All that the log would say is among the losses, and with its place.
@@ -64,14 +27,18 @@ int edit(const EditOptions& options) {
     for (const std::string& file : files) {
         Input input(file, progress);
         const std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
-        OverlayEditor::PointConverter converter;
-        LoadResult loaded = load(text, file, preferences, converter);
-        std::size_t written = 0;
+        OverlayEditor::Overlay overlay;
+        OverlayEditor::Document document(preferences, overlay);
+        auto reading = document.read(text, file);
+        const auto losses = std::move(reading.loaded.losses);
+        if (reading.loaded.error.empty()) document.take(std::move(reading));
+        std::vector<std::string> skipped;
+        const std::string saved = overlay.text(&skipped);
         progress.hide();
-        std::cout << saved(loaded, converter, written);
-        printMessages(std::cerr, file, loaded.losses);
-        shapes += written;
-        for (const auto& loss : loaded.losses) ++(loss.severity <= halNotify::Warning ? lost : changed);
+        std::cout << saved;
+        printMessages(std::cerr, file, losses);
+        shapes += overlay.shapes().size() - skipped.size();
+        for (const auto& loss : losses) ++(loss.severity <= halNotify::Warning ? lost : changed);
         if (const std::string error = input.error(); !error.empty())
             failures.report(file, error);
         else

@@ -6,7 +6,6 @@
 
 #include "common/Notify.h"
 #include "common/Strings.h"
-#include "common/TemporaryFile.h"
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "gui/OverlayEditorDialogWidgets.h"
@@ -43,13 +42,7 @@ class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver
     void addedZEL(void*) override { changed_(); }
     void removedZEL(void* zel) override {
         guarded("removedZEL", 0, [&] {
-            if (!zel || zel != dialog_.overlay_->zelId()) return 0;
-            dialog_.overlay_->setZelId(nullptr);
-            // Its file may be about to go, too.
-            dialog_.markedRevision_.reset();
-            halNotify::notify(halNotify::Warning) << "The host has unloaded the edited overlay; its shapes "
-                                                     "stay in the editor, and saving loads "
-                                                     "them again";
+            dialog_.document_.overlayRemoved(zel);
             return 0;
         });
         changed_();
@@ -69,15 +62,13 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
       mouseManager_(mouseManager),
       overlay_(overlay),
       prototypes_(std::move(prototypes)),
+      document_(*preferences, *overlay),
       closeObserver_(std::make_unique<OverlayCloseObserver>(*this)),
       zelObserver_(std::make_unique<ZelObserver>(*this)),
       box_(nullptr, "Overlay Editor"),
       widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)) {
     box_.registerCloseObserver(closeObserver_.get());
     PIHALVIS::registerZELObserver(zelObserver_.get());
-    // Saving may have been cut short when the host ended last.
-    const std::string directory = PIGUI::PIRegistry::getValue(kSaveDirectoryKey);
-    if (!directory.empty()) UTILS::removeAbandonedFiles(directory);
 }
 
 OverlayEditorDialog::~OverlayEditorDialog() {
@@ -86,9 +77,9 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     timeout_.cancel();
     editing_ = false;
     mouseManager_->clearMouseTool();
-    constexpr bool atEnd = true;
-    rescueUnsaved_(atEnd);
-    cleanupPriorZEL_();
+    document_.rescue(Document::Rescue::AtEnd);
+    setCurrentShape_(nullptr);
+    widgets_->attach.hideDialog();
 }
 
 void OverlayEditorDialog::show() {
@@ -106,8 +97,7 @@ void OverlayEditorDialog::hide() {
 void OverlayEditorDialog::setShowEditing_(bool editing) {
     editing_ = editing;
     if (!editing) mouseManager_->clearMouseTool();
-    overlay_->setActive(editing);
-    if (overlay_->zelId()) PIHALVIS::showZELFile(overlay_->zelId(), !editing);
+    document_.setEditing(editing);
     const Shape* const shape = current_();
     if (editing && shape && shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), false);
     updateMouseControls_();
@@ -118,13 +108,14 @@ void OverlayEditorDialog::setShowEditing_(bool editing) {
 void OverlayEditorDialog::giveUpShapes_() {
     mouseManager_->clearMouseTool();
     setCurrentShape_(nullptr);
+    widgets_->attach.hideDialog();
     widgets_->list.clearItems();
-    overlay_->clearShapes(false);
 }
 
 void OverlayEditorDialog::setCurrentShapes(const std::vector<Shape*>& shapes) {
     const CallbackPause pause;
     giveUpShapes_();
+    overlay_->clearShapes(false);
     for (Shape* shape : shapes) {
         overlay_->addShape(shape);
         if (!editing_) shape->setActive(false);
@@ -195,7 +186,7 @@ void OverlayEditorDialog::updateListManipulationButtons_() {
 }
 
 int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
-    followPlatform_();
+    document_.followPlatform();
     const Shape* const shape = selectedShape_();
     if (!shape) return 1;
     if (!hasPlace(*shape)) {
@@ -228,11 +219,11 @@ int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
-    if (!rescueUnsaved_()) return 1;
-    setCurrentShapes({});
-    setFileName_({});
-    cleanupPriorZEL_();
-    setKept_({}, 0);
+    const CallbackPause pause;
+    if (!document_.rescue()) return 1;
+    giveUpShapes_();
+    document_.clear();
+    showDocument_();
     return 1;
 }
 
@@ -281,7 +272,7 @@ int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::updateMouseControls_() {
-    if (editing_) followPlatform_();
+    if (editing_) document_.followPlatform();
     timeout_.cancel();
     updateSavedMark_();
     if (!editing_) return;
@@ -378,6 +369,56 @@ void OverlayEditorDialog::notifyPrefsUpdate_() {
 int OverlayEditorDialog::onCmdDismiss(PIObject*, void*) {
     hide();
     return 1;
+}
+
+// Platforms
+
+void OverlayEditorDialog::updateAttachControls_() {
+    const Shape* const shape = current_();
+    const bool canAttach = (shape && shape->canAttach()) || document_.attachment().holdsOffsets();
+    widgets_->attach.setControlsEnabled(canAttach || overlay_->attachedPlatformId() != 0);
+}
+
+void OverlayEditorDialog::showDocument_() {
+    widgets_->file.setValue(document_.fileName());
+    widgets_->save.setEnabled(!document_.fileName().empty());
+    widgets_->attach.setAttachPlatform(overlay_->attachedPlatformId());
+    updateAttachControls_();
+    updateMouseControls_();
+    updateListManipulationButtons_();
+}
+
+int OverlayEditorDialog::onCmdAttach(PIObject*, void* data) {
+    const unsigned long platform = data ? *static_cast<const unsigned long*>(data) : 0;
+    // The row shows what was chosen.
+    if (!document_.attach(platform, widgets_->attach.centerOnHost()))
+        widgets_->attach.setAttachPlatform(overlay_->attachedPlatformId());
+    updateAttachControls_();
+    updateSavedMark_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
+    updateMouseControls_();
+    return 1;
+}
+
+void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
+    if (id == 0) return;
+    if (document_.platformRemoved(id)) {
+        widgets_->attach.reset();
+        updateAttachControls_();
+        updateSavedMark_();
+    }
+    widgets_->attach.refreshPlatformList();
+}
+
+void OverlayEditorDialog::scenarioZELsChanged() {
+    if (existingZels_) existingZels_->refreshZELList();
+}
+
+void OverlayEditorDialog::scenarioPlatformAdded() {
+    widgets_->attach.refreshPlatformList();
 }
 
 }  // namespace OverlayEditor

@@ -2,15 +2,12 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "geo/PointConverter.h"
 #include "geo/UnitTypes.h"
 #include "gui/SelectExistingZELDialog.h"
-#include "model/FileVersion.h"
-#include "model/Overlay.h"
+#include "model/Document.h"
 #include "model/Preferences.h"
 #include "pi/OverlayEditorInterface.h"
 #include "pi/PICommon.h"
@@ -83,9 +80,6 @@ class OverlayEditorDialog {
     struct Widgets;
     struct UnitsMenu;
 
-    /// The host's setting with the directory of the last save.
-    static constexpr const char* kSaveDirectoryKey = "OverlayEditorSaveDirectory";
-
     /// A base name, a blank and a number that no shape of the overlay has.
     std::string getUniqueName_(const std::string& base);
     void setCurrentShape_(Shape* shape);
@@ -107,50 +101,17 @@ class OverlayEditorDialog {
     UTILS::UnitType_t chosenUnits_(const PIGUI::PIOptionMenu& menu) const;
     void notifyPrefsUpdate_();
 
-    /// Reads the whole text first; only when it holds a shape that the editor can keep, what is held is
-    /// given up. \param zel the host's overlay that the text is of, null for none \return true when loaded
-    bool loadOverlay_(const std::string& text, const std::string& fileName, void* zel);
-    /// Where the positions of an overlay on this platform count from: the platform's place now, or the ground
-    /// below the view for platform 0 and for one without a place.
-    halCore::Vec3 findDefaultRefLla_(unsigned long platform) const;
-    /// What the overlay holds is what a file holds now.
-    /// \param platform what the file's positions count from
-    void setKept_(std::string text, unsigned long platform);
-    /// Whether the text is what was loaded or saved last, and the file has not gone since.
-    bool isKept_(const std::string& text) const;
-    /// Says whether there is something to save, when anything may have changed since it was said last.
+    /// Only when there is a shape that the editor can keep, what is held is given up.
+    void loadOverlay_(Document::Reading reading);
+    void saveZel_(const std::string& fileName);
+    /// Says whether there is something to save.
     void updateSavedMark_();
-    /// Shapes that changed since they were loaded or saved are written to a dated file among the quick
-    /// shapes, and the log says where. \return false when they could not be written
-    /// \param atEnd in the directory for temporary files rather than nowhere: they are lost otherwise
-    bool rescueUnsaved_(bool atEnd = false) const;
-    bool writeRescue_(const std::string& text, bool atEnd) const;
-    /// Deletes all shapes, nothing of them being shown, listed or drawn any more.
+    /// Nothing of the shapes is shown, listed or drawn any more: they are about to go.
     void giveUpShapes_();
-    /// A file with something that the editor cannot keep, or that others have written since it was loaded or
-    /// saved, is copied to its name with "~" before it is replaced.
-    /// \return false when it must not be replaced, because there is no copy of it
-    bool keepOldFile_(const std::string& fileName) const;
-    /// Writes the file, and has the host show it in place of what it had loaded from it.
-    bool saveZel_(const std::string& fileName);
     /// The row can be used when there is something to attach, or to detach.
     void updateAttachControls_();
-    /// Attaches the shapes to a platform at its place now, or detaches them with 0.
-    void attach_(unsigned long platform, bool center);
-    /// Lets the shapes of an attached overlay go where its platform is now.
-    void followPlatform_();
-    /// What the offsets count from moves, and the shapes with it; that is no change of theirs.
-    void moveReference_(const halCore::Vec3& lla);
-    /// Makes the platform that stands for the reference of a file with offsets, in place of the one before.
-    /// \param ori heading, pitch and roll in radians
-    /// \return its id, 0 when the host refuses
-    unsigned long createRelativeReferencePlatform_(const halCore::Vec3& lla, const halCore::Vec3& ori);
-    void removeReferencePlatform_();
-    /// Says what the offsets of a loaded file count from, when the file itself does not.
-    void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;
-    /// Lets go of the host's overlay that was edited: the host displays it again.
-    void cleanupPriorZEL_();
-    void setFileName_(const std::string& fileName);
+    /// File and attachment are shown as the document has them.
+    void showDocument_();
 
     Preferences* preferences_;
     MouseManager* mouseManager_;
@@ -158,28 +119,9 @@ class OverlayEditorDialog {
     std::vector<Shape*> prototypes_;
     PluginClient::Interfaces::OverlayEditorInterface* service_ = nullptr;
 
-    /// The file that was loaded or saved last.
-    FileVersion knownFile_;
-    /// What was saved last: it holds nothing that would be lost.
-    FileVersion savedFile_;
-    /// What was last loaded or saved: the text of the shapes, empty before, and what they were attached to.
-    std::string keptText_;
-    unsigned long keptPlatform_ = 0;
-    /// The overlay's revision when the mark was set last.
-    std::optional<std::uint64_t> markedRevision_;
-
+    Document document_;
     Shape* currentShape_ = nullptr;
     int nameCounter_ = 1;
-    /// Offsets that count from nowhere, detached: where they were assumed to count from, and the text of the
-    /// shapes, which stand about it as long as nobody changes them.
-    struct FromNowhere {
-        halCore::Vec3 assumed;
-        std::string text;
-    };
-    std::optional<FromNowhere> fromNowhere_;
-    /// Stands where the offsets of a loaded file count from; the editor's own, 0 for none.
-    unsigned long referencePlatform_ = 0;
-    std::unique_ptr<PointConverter> pointConverter_ = std::make_unique<PointConverter>();
     bool editing_ = false;
     PICommon::Timeout timeout_;
 

@@ -21,7 +21,7 @@ void Overlay::addShape(Shape* shape) {
     if (survives) shape->setShown(true);
     if (!survives || contains(shape)) return;
     const std::uint64_t order = nextOrder_++;
-    places_.push_back({order, shape});
+    places_.push_back({order, shape, {}});
     entries_.emplace(shape, byName_.insert({shape->name(), order, shape}).first);
     shape->setKeeper(this);
     if (attachments_ == attachment) return;
@@ -46,9 +46,7 @@ bool Overlay::forget_(const Shape* shape) {
     const auto known = entries_.find(shape);
     if (known == entries_.end()) return false;
     ++revision_;
-    const auto at = std::lower_bound(places_.begin(), places_.end(), known->second->order,
-                                     [](const Place& place, auto wanted) { return place.order < wanted; });
-    at->shape = nullptr;
+    placeOf_(known->second).shape = nullptr;
     byName_.erase(known->second);
     entries_.erase(known);
     if (places_.size() > 2 * entries_.size())
@@ -56,12 +54,32 @@ bool Overlay::forget_(const Shape* shape) {
     return true;
 }
 
+Overlay::Place& Overlay::placeOf_(const Names::iterator& entry) {
+    return *std::lower_bound(places_.begin(), places_.end(), entry->order,
+                             [](const Place& place, auto wanted) { return place.order < wanted; });
+}
+
+void Overlay::touched(const Shape& shape) {
+    ++revision_;
+    const auto known = entries_.find(&shape);
+    if (known != entries_.end()) placeOf_(known->second).written.reset();
+}
+
+void Overlay::touchAll_() {
+    ++revision_;
+    for (Place& place : places_) place.written.reset();
+}
+
+void Overlay::setReferenceWritten(bool written) {
+    if (std::exchange(referenceWritten_, written) != written) touchAll_();
+}
+
 void Overlay::deleted(const Shape* shape) {
     forget_(shape);
 }
 
 void Overlay::renamed(Shape& shape) {
-    ++revision_;
+    touched(shape);
     auto& entry = entries_.at(&shape);
     const std::uint64_t order = entry->order;
     byName_.erase(entry);
@@ -104,7 +122,7 @@ void Overlay::setActive(bool active) {
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    ++revision_;
+    touchAll_();
     attachedPlatformId_ = id;
     pointConverter_ = converter;
     const std::uint64_t attachment = ++attachments_;
@@ -115,11 +133,54 @@ void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter,
 }
 
 void Overlay::carry(const ReferenceMove& move) {
-    ++revision_;
+    const bool kept = isKept();
+    if (referenceWritten_) touchAll_();
     for (Shape* shape : shapes()) {
         if (!entries_.contains(shape) || shape->attachedPlatformId() == 0) continue;
-        if (auto* const carried = dynamic_cast<Carried*>(shape)) carried->carry(move);
+        auto* const carried = dynamic_cast<Carried*>(shape);
+        if (!carried) continue;
+        carried->carry(move);
+        if (carried->isRounded()) touched(*shape);
     }
+    if (kept && !referenceWritten_) keep();
+}
+
+std::string Overlay::text(std::vector<std::string>* skipped) const {
+    ShapeWriter writer(pointConverter(), referenceWritten_);
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        Shape* const shape = places_[i].shape;
+        if (!shape) continue;
+        const WrittenShape written = writer.add(*shape);
+        places_[i].written = written;
+        if (written.digest == 0 && skipped) skipped->push_back(shape->name());
+    }
+    return writer.text();
+}
+
+void Overlay::sumUp_() const {
+    if (sum_.revision == revision_) return;
+    sum_ = {.revision = revision_};
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        if (!places_[i].shape) continue;
+        if (!places_[i].written)
+            places_[i].written = ShapeWriter(pointConverter(), referenceWritten_).add(*places_[i].shape);
+        const WrittenShape& written = *places_[i].written;
+        // In their order: the same shapes in another order are another text.
+        if (written.digest != 0) sum_.digest = (sum_.digest + written.digest) * 0x9E3779B97F4A7C15U | 1U;
+    }
+}
+
+std::uint64_t Overlay::digest() const {
+    sumUp_();
+    return sum_.digest;
+}
+
+std::vector<std::string> Overlay::begun() const {
+    sumUp_();
+    std::vector<std::string> names;
+    for (const Place& place : places_)
+        if (place.shape && place.written->begun) names.push_back(place.shape->name());
+    return names;
 }
 
 int Overlay::serializeShapes(Serializer& serializer) const {

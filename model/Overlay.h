@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 
 #include "model/ReferenceMove.h"
 #include "model/Shape.h"
+#include "model/ShapeWriter.h"
 
 namespace OverlayEditor {
 
@@ -43,20 +45,31 @@ class Overlay final : private ShapeKeeper {
     /// Whether a file of the overlay names what its offsets count from: the overlay stands about a fixed
     /// point, not about what a platform of the scenario is. Not at first; means nothing when not attached.
     bool referenceWritten() const { return referenceWritten_; }
-    void setReferenceWritten(bool written) {
-        referenceWritten_ = written;
-        ++revision_;
-    }
+    void setReferenceWritten(bool written);
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
 
     /// The converter's reference has moved with its platform: the attached shapes go along, and nothing is
-    /// displayed anew.
+    /// displayed anew. What is written of them stays, but for what Carried::isRounded tells.
     void carry(const ReferenceMove& move);
 
     /// Another number whenever something of the overlay may have changed: the shapes need not be looked at as
     /// long as it is the same.
     std::uint64_t revision() const { return revision_; }
+
+    /// The text of a file with the shapes, in their order; empty when there is nothing to write.
+    /// \param skipped gets the names of the shapes that are not complete
+    std::string text(std::vector<std::string>* skipped = nullptr) const;
+    /// Tells texts apart without making them: the same text has the same number, no text has 0. Of the
+    /// shapes only those are written that may have changed since somebody asked.
+    std::uint64_t digest() const;
+    /// The names of shapes that have a place and are not complete, so that they are in no text.
+    std::vector<std::string> begun() const;
+    /// A file holds the text as it is now.
+    void keep() { kept_ = digest(); }
+    /// Whether the text is as it was when it was kept last; at first there was none. Being carried is no
+    /// change, as long as the text does not name the reference.
+    bool isKept() const { return digest() == kept_; }
 
     /// Writes every shape in order. \return 0 when at least one was written, otherwise -1
     int serializeShapes(Serializer& serializer) const;
@@ -84,7 +97,7 @@ class Overlay final : private ShapeKeeper {
     using Names = std::set<Entry, EntryLess>;
 
     void renamed(Shape& shape) override;
-    void touched() override { ++revision_; }
+    void touched(const Shape& shape) override;
     void deleted(const Shape* shape) override;
     /// Needs no more than the address. \return whether the shape was here
     bool forget_(const Shape* shape);
@@ -99,12 +112,25 @@ class Overlay final : private ShapeKeeper {
     struct Place {
         std::uint64_t order = 0;
         Shape* shape = nullptr;
+        /// None while the shape may have changed.
+        std::optional<WrittenShape> written;
     };
-    std::vector<Place> places_;
+    Place& placeOf_(const Names::iterator& entry);
+    void touchAll_();
+    /// Brings what is known of the text up to date.
+    void sumUp_() const;
+    mutable std::vector<Place> places_;
     /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
     Names byName_;
     std::unordered_map<const Shape*, Names::iterator> entries_;
     std::uint64_t nextOrder_ = 0;
+    /// The text as it was at a revision.
+    struct Sum {
+        std::optional<std::uint64_t> revision;
+        std::uint64_t digest = 0;
+    };
+    mutable Sum sum_;
+    std::uint64_t kept_ = 0;
     /// How often the attachment was set.
     std::uint64_t attachments_ = 0;
 };

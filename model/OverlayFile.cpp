@@ -1,51 +1,14 @@
 #include "model/OverlayFile.h"
 
-#include "common/Files.h"
-#include "common/NumberText.h"
-#include "common/SaveFile.h"
 #include "format/MessageSink.h"
 #include "format/SerializeToZel.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeLabel.h"
-#include "model/ShapePlace.h"
-#include "model/TextBuffer.h"
 #include "model/ZelToSerializer.h"
 
 namespace OverlayEditor {
 
 namespace {
-
-/// The text of a file. Each shape is written as soon as it is described, so that there is but one in memory.
-class TextOfShapes {
-  public:
-    TextOfShapes(PointConverter* converter, bool referenceWritten, SkippedShapes* skipped)
-        : skipped_(skipped) {
-        zel_.setReferenceWritten(referenceWritten);
-        zel_.setPointConverter(converter);
-        buffer_->out().precision(UTILS::kSignificantDigits);
-        SerializeToZel::writeHeadTo(buffer_->out());
-    }
-
-    void add(Shape& shape) {
-        // Asked before: a shape that cannot be written makes a message, which may be its end.
-        std::string name = skipped_ ? shape.name() : std::string();
-        const Shape::Survival survives(shape);
-        if ((shape.serialize(zel_) != 0 || !zel_.shapes().back()) && skipped_)
-            skipped_->push_back({std::move(name), survives && hasPlace(shape)});
-        any_ = any_ || zel_.hasShapes();
-        zel_.writeShapesTo(buffer_->out());
-        zel_.clear();
-    }
-
-    /// Empty when there is nothing to write.
-    std::string text() const { return any_ ? buffer_->text() : std::string(); }
-
-  private:
-    SerializeToZel zel_;
-    TextBuffer::Ptr buffer_ = TextBuffer::take();
-    SkippedShapes* skipped_;
-    bool any_ = false;
-};
 
 /// What the reader says when it has no report to write to.
 void log(const halCore::ZEL::ParseReport& report) {
@@ -75,34 +38,10 @@ void noteOffsets(const halCore::ZEL::ZelShape& shape, bool& absolute,
     }
     if (!offsets) offsets.emplace();
     halCore::Vec3 reference;
-    if (shape.getReferencePosition(reference) != 0)
-        offsets->assumed = true;
-    else if (!offsets->reference)
-        offsets->reference = reference;
+    if (!offsets->reference && shape.getReferencePosition(reference) == 0) offsets->reference = reference;
 }
 
 }  // namespace
-
-std::string overlayText(const Overlay& overlay, SkippedShapes* skipped) {
-    TextOfShapes text(overlay.pointConverter(), overlay.referenceWritten(), skipped);
-    for (Shape* shape : overlay.shapes())
-        if (overlay.contains(shape)) text.add(*shape);
-    return text.text();
-}
-
-std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter,
-                       SkippedShapes* skipped) {
-    TextOfShapes text(converter, false, skipped);
-    for (const auto& shape : shapes) text.add(*shape);
-    return text.text();
-}
-
-SaveResult saveOverlayFile(const Overlay& overlay, const std::string& path) {
-    SaveResult result;
-    const std::string text = overlayText(overlay, &result.skipped);
-    result.error = text.empty() ? "there is nothing to save" : UTILS::saveFile(path, text);
-    return result;
-}
 
 LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
                            const Preferences& preferences, PointConverter* converter,
@@ -135,15 +74,6 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     if (result.shapes.empty())
         result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";
     return result;
-}
-
-LoadResult loadOverlayFile(const std::string& path, const Preferences& preferences, PointConverter* converter,
-                           unsigned long platformId) {
-    LoadResult result;
-    std::string text;
-    result.error = UTILS::readFile(path, text);
-    if (!result.error.empty()) return result;
-    return loadOverlayText(text, path, preferences, converter, platformId);
 }
 
 }  // namespace OverlayEditor

@@ -1,6 +1,7 @@
 #include "model/QuietServiceTable.h"
 
 #include "pi/PIBase.h"
+#include "pi/PIDataRecords.h"
 
 namespace OverlayEditor {
 
@@ -14,6 +15,12 @@ QuietServiceTable::~QuietServiceTable() {
 
 std::int32_t QuietServiceTable::hostBuildNumber() {
     return PIBase::buildNumber;
+}
+
+PIServiceResult QuietServiceTable::handle(void*, PIServerFunctions_t service, void* record) {
+    if (service == PIServerFunctions_t::CreateEntity && record)
+        static_cast<PI_DATA_CATCHALL*>(record)->integers.push_back(kPlatform);
+    return 0;
 }
 
 }  // namespace OverlayEditor

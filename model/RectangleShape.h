@@ -31,6 +31,7 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     /// Anchored, the centre comes to lie on the reference, or the first corner unless anchorCenter().
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
     void carry(const ReferenceMove& move) override;
+    bool isRounded() const override { return true; }
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     void clear() override;
 

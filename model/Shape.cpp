@@ -129,7 +129,7 @@ void Shape::dirty_() {
 }
 
 void Shape::hide_() {
-    if (keeper_) keeper_->touched();
+    if (keeper_) keeper_->touched(*this);
     for (; loading_; loading_ = loading_->outer) loading_->outdated = true;
     if (void* const overlay = std::exchange(hostOverlay_, nullptr)) PIHALVIS::unloadZELFile(overlay);
 }

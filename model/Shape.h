@@ -23,7 +23,7 @@ class ShapeKeeper {
   public:
     virtual void renamed(Shape& shape) = 0;
     /// Something of a shape may have changed.
-    virtual void touched() = 0;
+    virtual void touched(const Shape& shape) = 0;
     /// The shape is being deleted; of the pointer only the address may be used.
     virtual void deleted(const Shape* shape) = 0;
 

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 
 #include "common/Files.h"
 #include "common/NumberText.h"
-#include "pi/PIWidgets.h"
 
 namespace OverlayEditor {
 
@@ -32,22 +30,6 @@ int numberOf(std::string_view name) {
 }
 
 }  // namespace
-
-std::string quickShapeDirectory() {
-    std::string directory = PIGUI::PIRegistry::getValue(kQuickShapeDirectoryKey);
-    if (directory.empty()) {
-        const char* const home = std::getenv("HOME");
-        directory = home && *home ? std::string(home) + "/.config/OverlayEditor/zel/" : ".";
-    }
-    while (directory.size() > 1 && directory.ends_with('/')) directory.pop_back();
-    return directory;
-}
-
-std::string makeQuickShapeDirectory() {
-    std::string directory = quickShapeDirectory();
-    UTILS::makeDirectories(directory);
-    return directory;
-}
 
 int highestQuickShapeNumber(const std::string& directory) {
     int highest = 0;

@@ -8,7 +8,7 @@
 #include "common/SaveFile.h"
 #include "common/TemporaryFile.h"
 #include "model/BaseLineShape.h"
-#include "model/OverlayFile.h"
+#include "model/QuickShapeDirectory.h"
 #include "model/Utils.h"
 #include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
@@ -264,7 +264,7 @@ int QuickDrawManager::onCmdAutoSaveCurrentShape(PIObject*, void*) {
 // Files
 
 void QuickDrawManager::save_() {
-    std::string text = overlayText(overlay_);
+    std::string text = overlay_.text();
     if (text.empty()) {
         const auto [low, high] = shape_->boundingBox();
         const bool begun = low.lat() <= high.lat();
@@ -274,7 +274,7 @@ void QuickDrawManager::save_() {
         return;
     }
     const unsigned long platform = attachShape_();
-    if (platform != 0) text = overlayText(overlay_);
+    if (platform != 0) text = overlay_.text();
 
     std::string path;
     if (const std::string error = saveUnderFreeNumber_(text, path); !error.empty()) {

@@ -13,6 +13,7 @@
 #include "format/SerializeToZel.h"
 #include "model/CylinderShape.h"
 #include "model/OverlayFile.h"
+#include "model/ShapeWriter.h"
 #include "model/PolygonShape.h"
 #include "model/QuietServiceTable.h"
 #include "pi/HostContract.h"

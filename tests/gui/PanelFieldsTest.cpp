@@ -14,7 +14,7 @@
 #include "model/AnnotationShape.h"
 #include "model/FreeDrawShape.h"
 #include "model/OrbitShape.h"
-#include "model/OverlayFile.h"
+#include "model/ShapeWriter.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"
 #include "pi/PIWidgets.h"

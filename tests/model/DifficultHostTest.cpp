@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Notify.h"
+#include "model/Overlay.h"
 #include "model/OverlayFile.h"
 #include "model/QuietServiceTable.h"
 #include "model/RandomShapes.h"
@@ -30,7 +31,7 @@ class Work {
         change();
         overlay.setAttachedPlatformId(7, &reference_, true);
         change();
-        const std::string text = overlayText(overlay);
+        const std::string text = overlay.text();
         auto loaded = loadOverlayText(text, "text", preferences_, &reference_, overlay.attachedPlatformId());
         for (auto& shape : loaded.shapes) overlay.addShape(shape.release());
         overlay.setActive(false);

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <memory>
 #include <random>
 #include <string>
@@ -6,22 +5,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/Files.h"
 #include "geo/Angles.h"
 #include "model/CylinderShape.h"
+#include "model/Overlay.h"
 #include "model/OverlayFile.h"
 #include "support/FakeHost.h"
-#include "support/TemporaryDirectory.h"
 
 using halCore::Vec3;
 using OverlayEditor::CylinderShape;
-using OverlayEditor::loadOverlayFile;
 using OverlayEditor::loadOverlayText;
 using OverlayEditor::Overlay;
-using OverlayEditor::overlayText;
 using OverlayEditor::PointConverter;
 using OverlayEditor::Preferences;
-using OverlayEditor::saveOverlayFile;
 using OverlayEditor::Shape;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -41,7 +36,7 @@ class OverlayFileTest : public ::testing::Test {
         Overlay overlay;
         overlay.setAttachedPlatformId(platform, converter, false);
         for (auto& shape : load(text, converter, platform)) overlay.addShape(shape.release());
-        return overlayText(overlay);
+        return overlay.text();
     }
 
     FakeHost host;
@@ -50,40 +45,6 @@ class OverlayFileTest : public ::testing::Test {
 
 std::string block(const std::string& lines) {
     return "start\n" + lines + "end\n";
-}
-
-TEST_F(OverlayFileTest, SavedFileComesBack) {
-    const TemporaryDirectory temporary;
-    const std::string path = temporary.path() + "/overlay.zel";
-    Overlay overlay;
-    EXPECT_EQ(saveOverlayFile(overlay, path).error, "there is nothing to save");
-
-    auto circle = std::make_unique<CylinderShape>(preferences, CylinderShape::Circle);
-    circle->setCenter(Vec3(0.3712345678901, -2.757, 12.5));
-    circle->setMajorRadius(1234.56789);
-    circle->setName("Harbour");
-    overlay.addShape(circle.release());
-    overlay.addShape(new CylinderShape(preferences, CylinderShape::Cone));
-    const auto saved = saveOverlayFile(overlay, path);
-    EXPECT_EQ(saved.error, "");
-    ASSERT_EQ(saved.skipped.size(), 1U);
-    EXPECT_EQ(saved.skipped[0].name, "Cone");
-    EXPECT_FALSE(saved.skipped[0].begun);
-
-    const auto loaded = loadOverlayFile(path, preferences, nullptr, 0);
-    EXPECT_EQ(loaded.error, "");
-    ASSERT_EQ(loaded.shapes.size(), 1U);
-    const auto& shape = dynamic_cast<const CylinderShape&>(*loaded.shapes[0]);
-    EXPECT_EQ(shape.subtype(), CylinderShape::Circle);
-    EXPECT_EQ(shape.name(), "Harbour");
-    EXPECT_NEAR(shape.centerPt()->getPosition().lat(), 0.3712345678901, 1e-15);
-    EXPECT_NEAR(shape.majorAxis(), 1234.56789, 1e-9);
-    std::string text;
-    EXPECT_EQ(UTILS::readFile(path, text), "");
-    EXPECT_EQ(again(text), text);
-    std::remove(path.c_str());
-    EXPECT_NE(loadOverlayFile(path, preferences, nullptr, 0).error, "");
-    EXPECT_NE(saveOverlayFile(overlay, "/nonexistent/x.zel").error, "");
 }
 
 TEST_F(OverlayFileTest, ReportsAFileWithoutShapes) {
@@ -151,10 +112,10 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
 
         Overlay once, twice;
         once.addShape(shape.clone());
-        const std::string text = overlayText(once);
+        const std::string text = once.text();
         for (auto& again : loadOverlayText(text, "test", preferences, nullptr, 0).shapes)
             twice.addShape(again.release());
-        EXPECT_EQ(overlayText(twice), text);
+        EXPECT_EQ(twice.text(), text);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "model/AnnotationShape.h"
 #include "model/FreeDrawShape.h"
 #include "model/OrbitShape.h"
+#include "model/Overlay.h"
 #include "model/OverlayFile.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"

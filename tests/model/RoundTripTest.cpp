@@ -15,7 +15,9 @@
 #include "model/ColorBytes.h"
 #include "model/FreeDrawShape.h"
 #include "model/OrbitShape.h"
+#include "model/Overlay.h"
 #include "model/OverlayFile.h"
+#include "model/ShapeWriter.h"
 #include "model/PolygonShape.h"
 #include "model/RandomShapes.h"
 #include "model/RectangleShape.h"
@@ -131,7 +133,7 @@ TEST_F(RoundTripTest, WhatIsWrittenIsWhatWasThere) {
         Shape* const made =
             shapes.make(round % RandomShapes::kKinds, platform ? &reference : nullptr).release();
         first.addShape(made);
-        const std::string text = overlayText(first);
+        const std::string text = first.text();
         ASSERT_NE(text, "");
         SCOPED_TRACE(text);
 
@@ -140,7 +142,7 @@ TEST_F(RoundTripTest, WhatIsWrittenIsWhatWasThere) {
         const auto* const drawing = dynamic_cast<const FreeDrawShape*>(made);
         // A free drawing is never attached; the lines that come back are.
         if (!drawing || !platform) {
-            EXPECT_EQ(overlayText(second), text);
+            EXPECT_EQ(second.text(), text);
         }
         if (drawing) {
             expectSameLines(*drawing, second);
@@ -163,8 +165,8 @@ TEST_F(RoundTripTest, AShapeIsWrittenTheSameWhateverWasWrittenBefore) {
         all += body(shapesText(alone));
         overlay.addShape(alone.front().release());
     }
-    EXPECT_EQ(overlayText(overlay), all);
-    EXPECT_EQ(overlayText(overlay), all);
+    EXPECT_EQ(overlay.text(), all);
+    EXPECT_EQ(overlay.text(), all);
 }
 
 TEST_F(RoundTripTest, NamesCannotBreakTheFile) {
@@ -198,11 +200,11 @@ TEST_F(RoundTripTest, NamesCannotBreakTheFile) {
             Overlay first;
             first.addShape(random.make(kind, nullptr).release());
             first.shapes()[0]->setName(c.name);
-            const std::string text = overlayText(first);
+            const std::string text = first.text();
             SCOPED_TRACE(text.substr(0, 1000));
             Overlay second;
             fill(second, text);
-            EXPECT_EQ(overlayText(second), text);
+            EXPECT_EQ(second.text(), text);
             ASSERT_FALSE(second.shapes().empty());
             const bool isLabel = dynamic_cast<AnnotationShape*>(first.shapes()[0]);
             for (const Shape* shape : second.shapes())
@@ -221,8 +223,8 @@ TEST_F(RoundTripTest, ShapesCarriedAboutKeepTheirOffsetsAndAreNotLoadedAnew) {
         first.setAttachedPlatformId(77, &converter, false);
         first.addShape(shapes.make(kind, &start).release());
         Overlay overlay;
-        fill(overlay, overlayText(first));
-        const std::string text = overlayText(overlay);
+        fill(overlay, first.text());
+        const std::string text = overlay.text();
         SCOPED_TRACE(text);
 
         const int loads = host.loads;
@@ -237,10 +239,10 @@ TEST_F(RoundTripTest, ShapesCarriedAboutKeepTheirOffsetsAndAreNotLoadedAnew) {
         for (int step = 0; step < 500; ++step) {
             carryTo({shapes.number(-1.2, 1.2), shapes.number(-3.14, 3.14), shapes.number(0, 9000)});
             if (box) continue;
-            ASSERT_EQ(overlayText(overlay), text) << "after step " << step;
+            ASSERT_EQ(overlay.text(), text) << "after step " << step;
         }
         carryTo(start);
-        EXPECT_EQ(overlayText(overlay), text);
+        EXPECT_EQ(overlay.text(), text);
         EXPECT_EQ(host.loads, loads);
     }
 }
@@ -274,10 +276,10 @@ TEST_F(RoundTripTest, CountriesAreKept) {
         EXPECT_EQ(shape.filled(), filled);
         EXPECT_EQ(shape.points(), country.points());
     }
-    const std::string saved = overlayText(once);
+    const std::string saved = once.text();
     Overlay twice;
     fill(twice, saved);
-    EXPECT_EQ(overlayText(twice), saved);
+    EXPECT_EQ(twice.text(), saved);
 }
 
 }  // namespace

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "geo/PointConverter.h"
+#include "model/Overlay.h"
+
+namespace OverlayEditor {
+
+/// What the edited overlay is attached to, and where its offsets count from: a platform of the scenario, or a
+/// reference platform of the editor's own that stands for a fixed point. Overlay and shapes are told by it
+/// alone.
+class Attachment {
+  public:
+    /// \param overlay must outlive the object
+    explicit Attachment(Overlay& overlay) : overlay_(overlay) {}
+    ~Attachment() { release(); }
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
+
+    /// Where the positions of an overlay on this platform count from: the platform's place now, or the ground
+    /// below the view for platform 0 and for one without a place; nothing without a view.
+    static std::optional<halCore::Vec3> findDefaultRefLla(unsigned long platform);
+
+    /// Whether the platform is the editor's own.
+    bool isReferencePlatform(unsigned long platform) const {
+        return platform != 0 && platform == referencePlatform_;
+    }
+    /// Whether offsets that counted from nowhere were detached, so that they can be put on a platform again.
+    bool holdsOffsets() const { return fromNowhere_.has_value(); }
+    /// They are saved as positions.
+    void forgetOffsets() { fromNowhere_.reset(); }
+
+    /// The overlay, empty and attached to nothing, is attached to a platform as shapes that were read with
+    /// this converter need it; to none with 0.
+    void take(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla, unsigned long platform);
+    /// The same with a reference platform, which is made.
+    /// \param written whether files name the reference \return false when the host makes none
+    bool takeReference(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla, bool written);
+    /// Attaches the shapes to a platform at its place now, or detaches them with 0.
+    /// \param center moves them so that their centres lie on the platform
+    /// \return false, with a message, when the platform has no place: then nothing has changed
+    bool attach(unsigned long platform, bool center);
+    /// Lets the shapes go where the platform is now.
+    void followPlatform();
+    /// Detaches; the reference platform goes.
+    void release();
+
+  private:
+    /// What the offsets count from moves, and the shapes with it; that is no change of theirs.
+    void moveReference_(const halCore::Vec3& lla);
+    /// Makes the platform that stands for a reference, in place of the one before.
+    /// \param ori heading, pitch and roll in radians
+    /// \return its id, 0 when the host refuses
+    unsigned long createRelativeReferencePlatform_(const halCore::Vec3& lla, const halCore::Vec3& ori);
+    void removeReferencePlatform_();
+
+    Overlay& overlay_;
+    std::unique_ptr<PointConverter> converter_ = std::make_unique<PointConverter>();
+    /// 0 for none.
+    unsigned long referencePlatform_ = 0;
+    /// Offsets that count from nowhere, detached: where they were assumed to count from, and what the shapes
+    /// were, which stand about it as long as nobody changes them.
+    struct FromNowhere {
+        halCore::Vec3 assumed;
+        std::uint64_t digest = 0;
+    };
+    std::optional<FromNowhere> fromNowhere_;
+};
+
+}  // namespace OverlayEditor

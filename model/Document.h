@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "model/Attachment.h"
+#include "model/FileVersion.h"
+#include "model/Overlay.h"
+#include "model/OverlayFile.h"
+
+namespace OverlayEditor {
+
+/// The edited overlay with its file: the rules of loading and saving, of what is kept of other people's files
+/// and of shapes that nobody saved, and of what the overlay is attached to. It knows no widget. What a user
+/// should know goes into the log.
+class Document {
+  public:
+    /// \param overlay holds the shapes; it and the preferences must outlive the document
+    Document(const Preferences& preferences, Overlay& overlay);
+    /// Detaches the shapes, and lets the host display the overlay again.
+    ~Document() { cleanupPriorZEL_(); }
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    /// The file that was loaded or saved last, empty for none.
+    const std::string& fileName() const { return fileName_; }
+    const Attachment& attachment() const { return attachment_; }
+
+    /// While it is edited the shapes are drawn in place of the host's own display of the overlay. Not at
+    /// first.
+    void setEditing(bool editing);
+
+    /// What a text holds, read and not yet taken into the document.
+    struct Reading {
+        LoadResult loaded;
+        std::string fileName;
+        /// The host's overlay that the text is of, null for none, and the platform that it has it on.
+        void* zel = nullptr;
+        unsigned long platform = 0;
+        /// Where offsets count from unless the text says it.
+        std::unique_ptr<PointConverter> converter;
+        FileVersion version;
+    };
+    /// Reads a text; what cannot be kept of it is named. Where no view tells what offsets without a reference
+    /// count from, they are left out beside absolute positions.
+    /// \return with an error, and a message, when there is nothing in it that can be edited
+    Reading read(std::string_view text, const std::string& fileName, void* zel = nullptr) const;
+    /// The same with a file, in place of what the host displays of it.
+    Reading readFile(const std::string& fileName) const;
+    /// The same with the text that the host has of an overlay.
+    Reading readOverlay(void* zel) const;
+    /// Gives up the shapes that are held, and takes these. Call rescue() first.
+    void take(Reading reading);
+
+    /// Whether the shapes are in the file as they are here. The file is looked at when anything may have
+    /// changed since the last call.
+    bool isSaved();
+    /// Writes the file, and has the host show it in place of what it had loaded from it. A file with
+    /// something that the editor cannot keep, or that others have written since it was loaded or saved, is
+    /// copied to its name with "~" first. \return false, with a message, when it was not written: then the
+    /// old file stands untouched
+    bool save(const std::string& fileName);
+    enum class Rescue {
+        /// Among the quick shapes, or not at all.
+        OrKeep,
+        /// In the directory for temporary files rather than nowhere: the shapes are lost otherwise.
+        AtEnd
+    };
+    /// Writes shapes that changed since they were loaded or saved to a dated file, and names those that no
+    /// file can hold. \return false when they could not be written
+    bool rescue(Rescue how = Rescue::OrKeep) const;
+    /// Gives up shapes, file and attachment. Call rescue() first.
+    void clear();
+
+    /// \see Attachment::attach
+    bool attach(unsigned long platform, bool center) { return attachment_.attach(platform, center); }
+    void followPlatform() { attachment_.followPlatform(); }
+    /// A platform of the scenario is gone. \return whether the shapes were attached to it: they stay where
+    /// they are
+    bool platformRemoved(unsigned long id);
+    /// The host has unloaded an overlay: the shapes stay.
+    void overlayRemoved(void* zel);
+
+  private:
+    /// Lets go of the host's overlay that was edited: the host displays it again.
+    void cleanupPriorZEL_();
+    /// The text is in a file.
+    bool isKept_() const;
+    /// What the overlay holds is what a file holds now.
+    /// \param platform what the file's positions count from
+    void keep_(unsigned long platform);
+    /// \return false when the file must not be replaced, because there is no copy of it
+    bool keepOldFile_(const std::string& fileName) const;
+    void reload_();
+    void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;
+
+    const Preferences& preferences_;
+    Overlay& overlay_;
+    Attachment attachment_{overlay_};
+    bool editing_ = false;
+    std::string fileName_;
+    /// The file that was loaded or saved last.
+    FileVersion knownFile_;
+    /// What was saved last: it holds nothing that would be lost.
+    FileVersion savedFile_;
+    unsigned long keptPlatform_ = 0;
+    /// The answer of isSaved(), and the overlay's revision that it is of.
+    std::optional<std::uint64_t> lookedAt_;
+    bool saved_ = true;
+};
+
+}  // namespace OverlayEditor

@@ -1,0 +1,35 @@
+#include "model/ShapeWriter.h"
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+
+#include "common/NumberText.h"
+#include "model/ShapePlace.h"
+
+namespace OverlayEditor {
+
+ShapeWriter::ShapeWriter(PointConverter* converter, bool referenceWritten) {
+    zel_.setReferenceWritten(referenceWritten);
+    zel_.setPointConverter(converter);
+    buffer_->out().precision(UTILS::kSignificantDigits);
+    SerializeToZel::writeHeadTo(buffer_->out());
+}
+
+WrittenShape ShapeWriter::add(Shape& shape) {
+    const std::size_t before = buffer_->text().size();
+    zel_.clear();
+    if (shape.serialize(zel_) != 0 || !zel_.hasShapes()) return {.begun = hasPlace(shape)};
+    zel_.writeShapesTo(buffer_->out());
+    any_ = true;
+    const auto own = std::string_view(buffer_->text()).substr(before);
+    return {.digest = std::max<std::uint64_t>(std::hash<std::string_view>()(own), 1)};
+}
+
+std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter) {
+    ShapeWriter writer(converter, false);
+    for (const auto& shape : shapes) writer.add(*shape);
+    return writer.text();
+}
+
+}  // namespace OverlayEditor

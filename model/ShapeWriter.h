@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "format/SerializeToZel.h"
+#include "model/Shape.h"
+#include "model/TextBuffer.h"
+
+namespace OverlayEditor {
+
+/// What became of a shape that was to be written.
+struct WrittenShape {
+    /// Of its text: the same text has the same digest. 0 when it was not written.
+    std::uint64_t digest = 0;
+    /// Not written, although it has a place.
+    bool begun = false;
+};
+
+/// Makes the text of a file. Each shape is written as soon as it is described, so that there is but one
+/// description in memory.
+class ShapeWriter {
+  public:
+    /// \param converter what attached shapes' offsets count from, null when there are none; not owned
+    /// \param referenceWritten whether each of them names it
+    ShapeWriter(PointConverter* converter, bool referenceWritten);
+
+    WrittenShape add(Shape& shape);
+    /// Whether any shape was written.
+    bool any() const { return any_; }
+    /// The whole text, empty when there is nothing in it.
+    std::string text() const { return any_ ? buffer_->text() : std::string(); }
+
+  private:
+    SerializeToZel zel_;
+    TextBuffer::Ptr buffer_ = TextBuffer::take();
+    bool any_ = false;
+};
+
+/// The text of a file with shapes that are in no overlay. \param converter null unless they are attached
+std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes,
+                       PointConverter* converter = nullptr);
+
+}  // namespace OverlayEditor
