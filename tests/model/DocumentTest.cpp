@@ -1,0 +1,464 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "geo/Angles.h"
+#include "model/CylinderShape.h"
+#include "model/Document.h"
+#include "pi/PIHALVIS.h"
+#include "support/FakeHost.h"
+#include "support/TemporaryDirectory.h"
+
+using halCore::Vec3;
+using OverlayEditor::CylinderShape;
+using OverlayEditor::Document;
+using OverlayEditor::Overlay;
+using OverlayEditor::Preferences;
+using OverlayEditor::Shape;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+namespace {
+
+constexpr double kDegree = halCore::kRadiansPerDegree;
+
+std::string block(const std::string& lines, const std::string& name) {
+    return "start\naltitudeunits m\nrangeunits m\n" + lines + "3d name " + name + "\nend\n\n";
+}
+
+const std::string kTwoCircles = "version 2\n\n" +
+                                block("circle\ncenterlla 21.3 -158 0\nradius 1852.123456789\n", "Inner") +
+                                block("circle\ncenterlla 21.3 -158 0\nradius 3704\n", "Outer");
+const std::string kBox = block("latlonaltbox 4 3 1 2 0\n", "Fence");
+
+std::string offsets(const std::string& reference = {}) {
+    return block("line\n" + reference + "xyz 1000.5 2000 0\nxyz 3000 -400.25 10\n", "Leg");
+}
+
+class DocumentTest : public ::testing::Test {
+  protected:
+    DocumentTest() {
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        host.eye = Vec3(0.4, -2.7, 1e6);
+        host.settings["AutoSaveZelDir"] = path("rescued");
+        document->setEditing(true);
+    }
+    ~DocumentTest() override {
+        document.reset();
+        halNotify::setNotifyHandler({});
+    }
+
+    std::string path(const std::string& name) const { return temporary.path() + "/" + name; }
+    std::string write(const std::string& name, const std::string& text) const {
+        std::ofstream(path(name)) << text;
+        return path(name);
+    }
+    std::string contentsOf(const std::string& file) const {
+        std::string contents;
+        UTILS::readFile(file, contents);
+        return contents;
+    }
+    std::vector<std::string> filesIn(const char* directory) const {
+        std::vector<std::string> files;
+        std::error_code none;
+        for (const auto& entry : std::filesystem::directory_iterator(path(directory), none))
+            files.push_back(entry.path().string());
+        return files;
+    }
+    std::vector<std::string> rescued() const { return filesIn("rescued"); }
+    void* shownOf(const std::string& file) const {
+        for (const auto& [handle, zel] : host.overlays)
+            if (zel.path == file) return handle;
+        return nullptr;
+    }
+
+    /// As the dialog does it. \return whether the shapes are the text's now
+    bool take(Document::Reading reading) {
+        if (!reading.loaded.error.empty() || !document->rescue()) return false;
+        document->take(std::move(reading));
+        return true;
+    }
+    bool load(const std::string& file) { return take(document->readFile(file)); }
+    bool clear() {
+        if (!document->rescue()) return false;
+        document->clear();
+        return true;
+    }
+    CylinderShape& add(const std::string& name) {
+        auto* const shape = new CylinderShape(preferences, CylinderShape::Circle);
+        shape->setName(name);
+        overlay.addShape(shape);
+        return *shape;
+    }
+    CylinderShape& addCircle(const std::string& name, double radiusMeters = 500) {
+        CylinderShape& shape = add(name);
+        shape.setCenter({0.1, 0.2, 0});
+        shape.setMajorRadius(radiusMeters);
+        return shape;
+    }
+    CylinderShape& first() { return static_cast<CylinderShape&>(*overlay.shapes().front()); }
+
+    FakeHost host;
+    std::vector<std::string> messages;
+    const TemporaryDirectory temporary;
+    Preferences preferences;
+    Overlay overlay;
+    std::unique_ptr<Document> document = std::make_unique<Document>(preferences, overlay);
+};
+
+TEST_F(DocumentTest, SavedAndLoadedItIsTheSameAndShownOnce) {
+    const std::string file = write("circles.zel", kTwoCircles);
+    ASSERT_TRUE(load(file));
+    EXPECT_EQ(document->fileName(), file);
+    EXPECT_FALSE(overlay.zelId()) << "the host shows nothing of it";
+    ASSERT_TRUE(document->save(file));
+    const std::string saved = contentsOf(file);
+    EXPECT_THAT(saved, HasSubstr("radius 1852.123456789\n"));
+    void* const zel = overlay.zelId();
+    EXPECT_EQ(zel, shownOf(file));
+    EXPECT_FALSE(host.overlays[zel].shown) << "the shapes are drawn in its place";
+    ASSERT_TRUE(document->save(file));
+    EXPECT_EQ(contentsOf(file), saved);
+    EXPECT_EQ(host.overlays.count(zel), 0u) << "what was loaded from the file before is gone";
+
+    // What the host shows of a file is edited in its place, and shown again when it is given up.
+    ASSERT_TRUE(clear());
+    EXPECT_TRUE(host.overlays[shownOf(file)].shown);
+    ASSERT_TRUE(load(file));
+    EXPECT_EQ(overlay.zelId(), shownOf(file));
+    EXPECT_FALSE(host.overlays[shownOf(file)].shown);
+    document->setEditing(false);
+    EXPECT_TRUE(host.overlays[shownOf(file)].shown);
+    document->setEditing(true);
+
+    ASSERT_TRUE(document->save(path("copy.zel")));
+    EXPECT_EQ(contentsOf(path("copy.zel")), saved);
+    EXPECT_TRUE(host.overlays[shownOf(file)].shown);
+    EXPECT_FALSE(host.overlays[shownOf(path("copy.zel"))].shown);
+    document.reset();
+    EXPECT_TRUE(host.overlays[shownOf(path("copy.zel"))].shown);
+
+    // Saving may have been cut short when the host ended last.
+    write(".overlayeditor-save-1-1", "half");
+    document = std::make_unique<Document>(preferences, overlay);
+    EXPECT_FALSE(UTILS::fileIsFile(path(".overlayeditor-save-1-1")));
+    EXPECT_TRUE(UTILS::fileIsFile(file));
+}
+
+TEST_F(DocumentTest, WhatFailsCostsNothing) {
+    const std::string precious = write("precious.zel", kTwoCircles);
+    add("Never drawn");
+    EXPECT_FALSE(document->save(precious));
+    EXPECT_EQ(contentsOf(precious), kTwoCircles);
+    addCircle("Mine");
+    EXPECT_FALSE(document->save(path("no-such-directory/x.zel")));
+    const std::string longName = write(std::string(255, 'n'), "# precious, but no overlay\n");
+    EXPECT_FALSE(document->save(longName)) << "there can be no copy";
+    EXPECT_EQ(contentsOf(longName), "# precious, but no overlay\n");
+    EXPECT_EQ(document->fileName(), "");
+    EXPECT_FALSE(load(path("missing.zel")));
+    EXPECT_FALSE(load(write("empty.zel", "# nothing\n")));
+    EXPECT_FALSE(load(write("box.zel", kBox)));
+    EXPECT_FALSE(take(document->readOverlay(&host)));
+    EXPECT_EQ(overlay.shapes().size(), 2u);
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("Could not save " + precious + ": there is nothing to save"),
+                                      HasSubstr("No such file or directory"), HasSubstr("File name too long"),
+                                      HasSubstr("No such file or directory"), HasSubstr("none of its shapes"),
+                                      HasSubstr("the host gave no text")));
+    EXPECT_THAT(host.notifications.back(), HasSubstr("empty.zel, no valid shapes found"));
+
+    messages.clear();
+    EXPECT_TRUE(document->save(precious));
+    EXPECT_THAT(messages, ElementsAre("Not complete, and not in " + precious + ": Never drawn"));
+    EXPECT_THAT(contentsOf(precious), HasSubstr("3d name Mine"));
+
+    // Saved all the same, and the old one is unloaded.
+    first().setName("x");
+    host.onCall = [&](FakeHost::Id) { host.refuseAll = !shownOf(precious); };
+    EXPECT_TRUE(document->save(precious));
+    host.onCall = {};
+    host.refuseAll = false;
+    EXPECT_THAT(messages.back(), HasSubstr("the host could not load it"));
+    EXPECT_FALSE(overlay.zelId());
+}
+
+TEST_F(DocumentTest, CopiesWhatItCannotKeepAndWhatOthersWrote) {
+    const std::string mixed = kTwoCircles + kBox;
+    const std::string file = write("mixed.zel", mixed);
+    ASSERT_TRUE(load(file));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("latlonaltbox \"Fence\"")));
+    write("mixed.zel~", "an older copy");
+    messages.clear();
+    document->save(file);
+    EXPECT_EQ(contentsOf(file + "~"), "an older copy");
+    EXPECT_EQ(contentsOf(file + "~2"), mixed);
+    EXPECT_THAT(contentsOf(file), Not(HasSubstr("Fence")));
+    EXPECT_THAT(messages,
+                ElementsAre(HasSubstr("is kept as " + file + "~2: it holds what"), HasSubstr("Fence")));
+
+    // What the editor wrote needs no copy, what is kept already no second one.
+    first().setName("x");
+    document->save(file);
+    write("mixed.zel", mixed);
+    load(file);
+    std::filesystem::rename(file + "~2", file + "~");
+    document->save(file);
+    EXPECT_THAT(filesIn(""), ::testing::UnorderedElementsAre(file, file + "~"));
+
+    // Somebody with a text editor; also of a file that was taken from the host.
+    const std::string theirs = block("circle\ncenterlla 1 2 0\nradius 5\n", "Theirs");
+    messages.clear();
+    write("mixed.zel", theirs);
+    document->save(file);
+    EXPECT_THAT(contentsOf(file), HasSubstr("Inner"));
+    EXPECT_EQ(contentsOf(file + "~2"), theirs);
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("kept as " + file + "~2: somebody else has written it")));
+    take(document->readOverlay(shownOf(file)));
+    document->save(file);
+    EXPECT_FALSE(UTILS::fileIsFile(file + "~3"));
+    write("mixed.zel", theirs + "# 2\n");
+    document->save(file);
+    EXPECT_EQ(contentsOf(file + "~3"), theirs + "# 2\n");
+
+    std::filesystem::remove(file);
+    messages.clear();
+    document->save(file);
+    EXPECT_THAT(contentsOf(file), HasSubstr("Inner"));
+    EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(DocumentTest, AFileWithOffsetsStaysOne) {
+    struct Case {
+        const char* name;
+        std::string text;
+        Vec3 reference;
+        bool written, warned;
+    };
+    const std::vector<Case> table = {
+        {"own.zel", offsets("ref 21.25 -158 300\n"), {21.25 * kDegree, -158 * kDegree, 300}, true, false},
+        {"none.zel", offsets(), {0.4, -2.7, 0}, false, true},  // below the eye
+        // Absolute positions beside offsets hold only with a reference.
+        {"mixed.zel", offsets() + kTwoCircles, {0.4, -2.7, 0}, true, true}};
+    for (const auto& [name, text, reference, written, warned] : table) {
+        SCOPED_TRACE(name);
+        messages.clear();
+        const std::string file = write(name, text);
+        ASSERT_TRUE(load(file));
+        const std::uint64_t platform = overlay.attachedPlatformId();
+        ASSERT_EQ(host.platforms.size(), 1u) << "the one before is gone";
+        ASSERT_EQ(host.platforms.count(platform), 1u);
+        const auto& [header, point] = host.platforms[platform];
+        EXPECT_EQ(header.name, "ZEL Reference Point");
+        EXPECT_EQ(header.icon, "x2");
+        EXPECT_NEAR(point.latRad, reference.lat(), 1e-15);
+        EXPECT_NEAR(point.lonRad, reference.lon(), 1e-15);
+        EXPECT_EQ(point.altMeters, reference.alt());
+        if (warned) {
+            EXPECT_THAT(messages, ElementsAre(HasSubstr("no reference of its own")));
+        } else {
+            EXPECT_THAT(messages, IsEmpty());
+            // 2000 m along the meridian, whose radius of curvature at the reference is 6344105.44 m.
+            EXPECT_NEAR(overlay.shapes().front()->boundingBox().second.lat() / kDegree, 21.26806268199, 1e-9);
+        }
+        // Nobody changed it: not even the reference platform, which others may move.
+        EXPECT_TRUE(document->isSaved());
+        document->save(file);
+        const std::string saved = contentsOf(file);
+        EXPECT_THAT(saved, HasSubstr("xyz 1000.5 2000 0\nxyz 3000 -400.25 10\n"));
+        EXPECT_EQ(saved.find("ref ") != std::string::npos, written) << saved;
+        EXPECT_EQ(host.overlays[overlay.zelId()].platform, platform);
+        EXPECT_FALSE(UTILS::fileIsFile(file + "~")) << "nothing is lost";
+        // The host has it on the reference platform now.
+        ASSERT_TRUE(load(file));
+        EXPECT_EQ(host.platforms.size(), 1u);
+        document->save(file);
+        EXPECT_EQ(contentsOf(file), saved);
+        host.platforms[overlay.attachedPlatformId()].point.latRad += 0.01;
+        document->followPlatform();
+        EXPECT_EQ(document->isSaved(), !written) << "a reference that is written is another one";
+        clear();
+    }
+    EXPECT_THAT(host.platforms, IsEmpty());
+
+    // Without a view there is nothing to assume beside absolute positions.
+    host.eye.reset();
+    ASSERT_TRUE(load(write("blind.zel", offsets() + kTwoCircles)));
+    EXPECT_EQ(overlay.shapes().size(), 2u);
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
+}
+
+TEST_F(DocumentTest, OffsetsGoFromReferenceToPlatformAndBack) {
+    const std::string file = write("offsets.zel", offsets("ref 21.25 -158\n"));
+    host.platforms[40].point.latRad = 0.37;
+    const auto standing = [&] { return host.platforms.size() == 2; };
+    ASSERT_TRUE(load(file));
+    EXPECT_TRUE(standing());
+    ASSERT_TRUE(document->attach(40, false));
+    EXPECT_FALSE(standing());
+    document->save(path("other.zel"));
+    EXPECT_THAT(contentsOf(path("other.zel")), Not(HasSubstr("ref ")));
+
+    ASSERT_TRUE(load(file));
+    EXPECT_TRUE(document->attach(overlay.attachedPlatformId(), false));
+    EXPECT_TRUE(standing());
+    document->attach(0, false);
+    EXPECT_FALSE(standing());
+
+    // Removed by others: it is not removed a second time, and the shapes stay.
+    ASSERT_TRUE(load(file));
+    const unsigned long reference = overlay.attachedPlatformId();
+    host.platforms.erase(reference);
+    const int removals = host.calls[FakeHost::Id::RemoveEntity];
+    EXPECT_FALSE(document->platformRemoved(40));
+    EXPECT_TRUE(document->platformRemoved(reference));
+    EXPECT_EQ(host.calls[FakeHost::Id::RemoveEntity], removals);
+    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
+
+    // Offsets from nowhere are the same on any platform, also after they were detached; and no more once one
+    // of them was changed.
+    write("nowhere.zel", offsets());
+    for (const bool changed : {false, true}) {
+        ASSERT_TRUE(load(path("nowhere.zel")));
+        document->attach(0, false);
+        EXPECT_TRUE(document->attachment().holdsOffsets());
+        if (changed) first().setName("x");
+        document->attach(40, false);
+        EXPECT_EQ(overlay.text().find("xyz 1000.5 2000 0\n") == std::string::npos, changed);
+    }
+    messages.clear();
+    EXPECT_FALSE(document->attach(41, false));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("has no position now")));
+    EXPECT_EQ(overlay.attachedPlatformId(), 40u);
+    ASSERT_TRUE(load(file));
+    document.reset();
+    EXPECT_FALSE(standing());
+}
+
+TEST_F(DocumentTest, SaysWhetherThereIsSomethingToSave) {
+    const std::string file = write("two.zel", kTwoCircles);
+    host.platforms[7].point.latRad = 0.3;
+    struct Step {
+        const char* what;
+        std::function<void()> act;
+        bool saved;
+    };
+    const std::vector<Step> steps = {
+        {"nothing", [] {}, true},
+        {"loaded", [&] { load(file); }, true},
+        {"a radius", [&] { first().setMajorRadius(9260); }, false},
+        {"a save that fails", [&] { document->save(path("no/a.zel")); }, false},
+        {"saved", [&] { document->save(path("b.zel")); }, true},
+        {"a name", [&] { first().setName("x"); }, false},
+        {"the old name again", [&] { first().setName("Inner"); }, true},
+        {"attached", [&] { document->attach(7, false); }, false},
+        {"saved", [&] { document->save(path("b.zel")); }, true},
+        {"the platform moves",
+         [&] {
+             host.platforms[7].point.latRad = 0.31;
+             document->followPlatform();
+         },
+         true},
+        {"another order",
+         [&] {
+             Shape* const shape = &first();
+             overlay.removeShape(shape);
+             overlay.addShape(shape);
+         },
+         false},
+        {"deleted", [&] { delete &first(); }, false},
+        {"loaded", [&] { load(file); }, true},
+        {"a kind", [&] { add("New"); }, true},
+        {"begun",
+         [&] {
+             static_cast<CylinderShape&>(*overlay.shapes().back()).setCenter({0.1, 0.2, 0});
+         },
+         false},
+        {"saved without it", [&] { document->save(file); }, false},
+        {"all deleted", [&] { clear(); }, true},
+        {"one of many", [&] { addCircle("Last"); }, false},
+        {"saved", [&] { document->save(path("last.zel")); }, true},
+        // Its file goes with the overlay, and nothing else holds the shapes.
+        {"unloaded and removed",
+         [&] {
+             document->overlayRemoved(overlay.zelId());
+             std::filesystem::remove(path("last.zel"));
+         },
+         false}};
+    for (const auto& [what, act, saved] : steps) {
+        act();
+        EXPECT_EQ(document->isSaved(), saved) << what;
+    }
+    EXPECT_THAT(messages, ::testing::Contains("Not complete, and given up: New"));
+    EXPECT_THAT(messages.back(), HasSubstr("has unloaded the edited overlay"));
+    EXPECT_THAT(rescued(), ::testing::SizeIs(1))
+        << "the deleted shape's neighbour; what was begun is no shape";
+}
+
+/// The host has an overlay with absolute positions on a platform: saved, they are offsets.
+TEST_F(DocumentTest, SaysThatAbsolutePositionsWouldBecomeOffsets) {
+    host.platforms[7].point.latRad = 0.3;
+    host.overlays[&host] = {kTwoCircles, path("rings.zel"), 7, true};
+    ASSERT_TRUE(take(document->readOverlay(&host)));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("has absolute positions")));
+    EXPECT_EQ(overlay.attachedPlatformId(), 7u);
+    EXPECT_FALSE(host.overlays[&host].shown);
+    EXPECT_FALSE(document->isSaved());
+    ASSERT_TRUE(take(document->readOverlay(&host)));
+    EXPECT_THAT(rescued(), IsEmpty()) << "nobody changed a shape";
+    document->save(path("rings.zel"));
+    EXPECT_TRUE(document->isSaved());
+    messages.clear();
+    host.overlays[overlay.zelId()].text = contentsOf(path("rings.zel"));
+    ASSERT_TRUE(take(document->readOverlay(overlay.zelId())));
+    EXPECT_THAT(messages, IsEmpty());
+    EXPECT_TRUE(document->isSaved());
+}
+
+TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {
+    const std::string file = write("two.zel", kTwoCircles);
+    load(file);
+    load(file);
+    EXPECT_THAT(rescued(), IsEmpty()) << "nothing changed";
+    addCircle("Mine");
+    load(file);
+    ASSERT_EQ(rescued().size(), 1u);
+    EXPECT_THAT(messages.back(), HasSubstr(rescued().front()));
+    EXPECT_THAT(contentsOf(rescued().front()), HasSubstr("3d name Mine\n"));
+    addCircle("Another");
+    clear();
+    EXPECT_EQ(rescued().size(), 2u) << "a second one within the second gets a name of its own";
+
+    // Where it cannot be written the shapes stay.
+    host.settings["AutoSaveZelDir"] = write("occupied", "a file where the directory should be");
+    CylinderShape& mine = addCircle("Mine");
+    messages.clear();
+    EXPECT_FALSE(clear());
+    EXPECT_FALSE(load(file));
+    EXPECT_THAT(overlay.shapes(), ElementsAre(&mine));
+    EXPECT_THAT(messages,
+                ElementsAre(HasSubstr("they stay in the editor"), HasSubstr("they stay in the editor")));
+    // At the end of the host any place is better than none.
+    std::filesystem::create_directory(path("temporary"));
+    const char* const before = std::getenv("TMPDIR");
+    const std::string old = before ? before : "";
+    ::setenv("TMPDIR", path("temporary").c_str(), 1);
+    EXPECT_TRUE(document->rescue(Document::Rescue::AtEnd));
+    before ? ::setenv("TMPDIR", old.c_str(), 1) : ::unsetenv("TMPDIR");
+    EXPECT_THAT(messages.back(), HasSubstr("are kept in " + path("temporary/Unsaved ")));
+    ASSERT_EQ(filesIn("temporary").size(), 1u);
+    EXPECT_THAT(contentsOf(filesIn("temporary").front()), HasSubstr("Mine"));
+}
+
+}  // namespace
