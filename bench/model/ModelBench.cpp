@@ -13,9 +13,9 @@
 #include "format/SerializeToZel.h"
 #include "model/CylinderShape.h"
 #include "model/OverlayFile.h"
-#include "model/ShapeWriter.h"
 #include "model/PolygonShape.h"
 #include "model/QuietServiceTable.h"
+#include "model/ShapeWriter.h"
 #include "pi/HostContract.h"
 #include "pi/PIBase.h"
 

@@ -14,9 +14,9 @@
 #include "model/AnnotationShape.h"
 #include "model/FreeDrawShape.h"
 #include "model/OrbitShape.h"
-#include "model/ShapeWriter.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"
+#include "model/ShapeWriter.h"
 #include "pi/PIWidgets.h"
 
 using halCore::kRadiansPerDegree;

@@ -17,10 +17,10 @@
 #include "model/OrbitShape.h"
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
-#include "model/ShapeWriter.h"
 #include "model/PolygonShape.h"
 #include "model/RandomShapes.h"
 #include "model/RectangleShape.h"
+#include "model/ShapeWriter.h"
 #include "support/FakeHost.h"
 
 using halCore::Vec3;
