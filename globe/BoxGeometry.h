@@ -1,0 +1,15 @@
+#pragma once
+
+#include "format/ZelShapes.h"
+#include "globe/DrawList.h"
+#include "globe/Placement.h"
+
+namespace sandbox {
+
+// Shapes between parallels and meridians; part of appendGeometry().
+
+void appendBox(const halCore::ZEL::LatLonAltBox& box, const Placement& placement, DrawList& out);
+/// Turned counter-clockwise about its middle, in the plane of longitudes shortened as they are there.
+void appendPicture(const halCore::ZEL::ImageOverlay& shape, const Placement& placement, DrawList& out);
+
+}  // namespace sandbox

@@ -1,0 +1,100 @@
+#include "globe/StyledGeometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+#include "geo/Wgs84.h"
+#include "globe/SurfaceFill.h"
+
+namespace sandbox {
+
+namespace ZEL = halCore::ZEL;
+using halCore::Ecef;
+using halCore::Vec3;
+
+Rgba rgba(const ZEL::Color& color) {
+    return {color.red(), color.green(), color.blue(), color.alpha()};
+}
+
+ShapeStyle styleOf(const ZEL::FillableShape& shape) {
+    ShapeStyle style;
+    ZEL::Color color;
+    shape.getLineColor(color);
+    style.lineColor = rgba(color);
+    // An area without a colour of its own has that of its line.
+    ZEL::Color fill;
+    style.fillColor = shape.getFillColor(fill) == 0 ? rgba(fill) : style.lineColor;
+    int width = 1;
+    shape.getLineWidth(width);
+    style.lineWidth = static_cast<float>(std::clamp(width, 1, 255));
+    ZEL::LineStyle stroke = ZEL::LineStyle::Solid;
+    shape.getLineStyle(stroke);
+    style.stroke = stroke == ZEL::LineStyle::Dashed   ? Stroke::Dashed
+                   : stroke == ZEL::LineStyle::Dotted ? Stroke::Dotted
+                                                      : Stroke::Solid;
+    shape.getOutlined(style.outlined);
+    shape.getFilled(style.filled);
+    return style;
+}
+
+void addLine(std::vector<Ecef> places, bool closed, const ShapeStyle& style, DrawList& out) {
+    DrawList::Line line;
+    line.points = std::move(places);
+    if (closed && line.points.size() > 2 && length(line.points.front() - line.points.back()) < 1e-6)
+        line.points.pop_back();
+    line.color = style.lineColor;
+    line.width = style.lineWidth;
+    line.stroke = style.stroke;
+    line.closed = closed;
+    out.lines.push_back(std::move(line));
+}
+
+void addOutline(const GeodeticPath& path, bool closed, const Placement& placement, const ShapeStyle& style,
+                DrawList& out) {
+    if (placement.extruded() && placement.extrudeHeight())
+        addLine(toEcef(placement.extrusionOf(path)), closed, style, out);
+    addLine(toEcef(path), closed, style, out);
+}
+
+void addRing(const GeodeticPath& path, bool closed, const RingFill& fill, const Placement& placement,
+             const ShapeStyle& style, DrawList& out) {
+    if (path.empty()) return;
+    if (style.filled && closed) out.meshes.push_back(fill(path));
+    if (placement.extruded()) {
+        const GeodeticPath end = placement.extrusionOf(path);
+        const Rgba color = style.filled ? style.fillColor
+                                        : Rgba{style.lineColor.r, style.lineColor.g, style.lineColor.b,
+                                               static_cast<std::uint8_t>(style.lineColor.a / 3)};
+        appendCurtain(path, end, closed, color, out);
+        if (placement.extrudeHeight() && style.filled && closed) out.meshes.push_back(fill(end));
+    }
+    // A line is all outline: switching the outline off is meant for areas.
+    if (style.outlined || !closed) addOutline(path, closed, placement, style, out);
+}
+
+RingFill filledAbout(const std::optional<Vec3>& middle, const Placement& placement, const ShapeStyle& style) {
+    return [middle, color = style.fillColor, tolerance = placement.tolerance()](const GeodeticPath& ring) {
+        return fillRing(ring, color, middle, tolerance);
+    };
+}
+
+void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& middle,
+             const Placement& placement, const ShapeStyle& style, DrawList& out) {
+    addRing(path, closed, filledAbout(middle, placement, style), placement, style, out);
+}
+
+double stepFor(double meters, double tolerance) {
+    const double fine = std::clamp(meters / 20000.0, 2000.0, 100.0e3);
+    return std::max(fine, std::sqrt(8.0 * halCore::wgs84::a * tolerance));
+}
+
+void addStem(const Vec3& point, const Placement& placement, Rgba color, DrawList& out) {
+    DrawList::Line stem;
+    stem.points = {toEcef(point), toEcef(placement.extrusionOf(point))};
+    stem.color = color;
+    out.lines.push_back(std::move(stem));
+}
+
+}  // namespace sandbox
