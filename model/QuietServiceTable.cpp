@@ -19,7 +19,8 @@ std::int32_t QuietServiceTable::hostBuildNumber() {
 
 PIServiceResult QuietServiceTable::handle(void*, PIServerFunctions_t service, void* record) {
     if (service == PIServerFunctions_t::CreateEntity && record)
-        static_cast<PI_DATA_CATCHALL*>(record)->integers.push_back(kPlatform);
+        static_cast<PI_DATA_CATCHALL*>(static_cast<PI_DATA_BASE_CLASS*>(record))
+            ->integers.push_back(kPlatform);
     return 0;
 }
 

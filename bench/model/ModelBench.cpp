@@ -12,6 +12,7 @@
 #include "format/Parser.h"
 #include "format/SerializeToZel.h"
 #include "model/CylinderShape.h"
+#include "model/Document.h"
 #include "model/OverlayFile.h"
 #include "model/PolygonShape.h"
 #include "model/QuietServiceTable.h"
@@ -78,6 +79,29 @@ void oneOfManyChanges(benchmark::State& state) {
     for (auto _ : state) circle->setMajorRadius(2000.0);
 }
 BENCHMARK(oneOfManyChanges)->Arg(1)->Arg(10000)->Unit(benchmark::kMicrosecond);
+
+/// What "Changes:" costs after a change of one shape, which is written anew; of the others only a number is
+/// looked at.
+void changesOfOneAmongMany(benchmark::State& state) {
+    const QuietServiceTable quiet;
+    Preferences preferences;
+    Overlay overlay;
+    Document document(preferences, overlay);
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        auto* const circle = new CylinderShape(preferences, CylinderShape::Circle);
+        circle->setCenter({0.1, 0.2, 0.0});
+        circle->setMajorRadius(1000.0);
+        overlay.addShape(circle);
+    }
+    auto* const circle = static_cast<CylinderShape*>(overlay.shapes()[0]);
+    document.isSaved();
+    double radius = 2000.0;
+    for (auto _ : state) {
+        circle->setMajorRadius(++radius);
+        benchmark::DoNotOptimize(document.isSaved());
+    }
+}
+BENCHMARK(changesOfOneAmongMany)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
 
 /// Adding, naming, finding and removing; the time for each shape must not grow with their number.
 void shapesComeAndGo(benchmark::State& state) {
