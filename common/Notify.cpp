@@ -40,6 +40,14 @@ void setNotifyHandler(Handler handler) {
     state().handlers.fill(handler);
 }
 
+Silence::Silence() : before_(state().level) {
+    state().level = static_cast<Severity>(Always - 1);
+}
+
+Silence::~Silence() {
+    state().level = static_cast<Severity>(before_);
+}
+
 Message::~Message() {
     if (!isNotifyEnabled(severity_)) return;
     try {

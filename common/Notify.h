@@ -27,6 +27,18 @@ bool isNotifyEnabled(Severity severity);
 void setNotifyHandler(Severity severity, Handler handler);
 void setNotifyHandler(Handler handler);
 
+/// While one lives nothing is logged: for what is tried only to see what would come of it.
+class Silence {
+  public:
+    Silence();
+    ~Silence();
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+  private:
+    int before_;
+};
+
 /// One message under construction; it is sent when the object dies.
 class Message {
   public:

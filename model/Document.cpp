@@ -1,15 +1,20 @@
 #include "model/Document.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 #include <vector>
 
 #include "common/Files.h"
 #include "common/Notify.h"
+#include "common/NumberText.h"
 #include "common/SaveFile.h"
 #include "common/TemporaryFile.h"
+#include "format/Parser.h"
 #include "model/RescueFile.h"
+#include "model/TextBuffer.h"
 #include "model/Utils.h"
+#include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 #include "pi/PIWidgets.h"
 
@@ -27,6 +32,39 @@ std::string listed(const std::vector<std::string>& names) {
     for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) list += (i ? ", " : "") + names[i];
     if (names.size() > kMost) list += " and " + std::to_string(names.size() - kMost) + " more";
     return list;
+}
+
+/// Whether two texts are of the same shapes; line ends and the like do not count.
+bool sameShapes(std::string_view a, std::string_view b) {
+    const auto canonical = [](std::string_view text) {
+        halCore::ZEL::Parser::Shapes shapes;
+        halCore::ZEL::ParseReport report;
+        halCore::ZEL::Parser().parse(text, shapes, report);
+        const auto buffer = TextBuffer::take();
+        buffer->out().precision(UTILS::kSignificantDigits);
+        for (const auto& shape : shapes) shape->serializeToStream(buffer->out());
+        return buffer->text();
+    };
+    return a == b || canonical(a) == canonical(b);
+}
+
+/// Where the host shows a file, on whatever platform.
+std::vector<void*> overlaysOf(const std::string& fileName) {
+    std::vector<void*> overlays = PIHALVIS::getZELFiles();
+    for (const std::uint64_t platform : PIData::getPlatformList()) {
+        const auto attached = PIHALVIS::getAttachedZELFiles(platform);
+        overlays.insert(overlays.end(), attached.begin(), attached.end());
+    }
+    std::erase_if(overlays, [&](void* overlay) { return PIHALVIS::getZELFilename(overlay) != fileName; });
+    return overlays;
+}
+
+/// What replacing a text by its shapes would lose; tried without a word.
+LoadResult tryText(std::string_view text, const Preferences& preferences) {
+    const halNotify::Silence silence;
+    // Offsets are no loss, whatever they count from.
+    PointConverter anywhere;
+    return loadOverlayText(text, {}, preferences, &anywhere, 0);
 }
 
 }  // namespace
@@ -94,10 +132,16 @@ Document::Reading Document::readOverlay(void* zel) const {
             << reading.loaded.error;
         return reading;
     }
-    Reading reading = read(std::move(text).str(), fileName, zel);
-    // The host's text of it may differ from the file's.
-    std::string inFile;
-    if (UTILS::readFile(fileName, inFile).empty()) reading.version = FileVersion(fileName, inFile);
+    Reading reading = read(text.view(), fileName, zel);
+    if (std::string inFile; UTILS::readFile(fileName, inFile).empty()) {
+        if (sameShapes(text.view(), inFile))
+            reading.version = FileVersion(fileName, inFile);
+        else if (reading.loaded.error.empty())
+            halNotify::notify(halNotify::Warning)
+                << fileName
+                << " holds something else than the host shows of it: that is edited, and the file "
+                << "will be copied before it is replaced";
+    }
     return reading;
 }
 
@@ -179,8 +223,6 @@ bool Document::platformRemoved(unsigned long id) {
 void Document::overlayRemoved(void* zel) {
     if (!zel || zel != overlay_.zelId()) return;
     overlay_.setZelId(nullptr);
-    // Its file may be about to go, too.
-    lookedAt_.reset();
     halNotify::notify(halNotify::Warning)
         << "The host has unloaded the edited overlay; its shapes stay in the "
            "editor, and saving loads them again";
@@ -189,37 +231,37 @@ void Document::overlayRemoved(void* zel) {
 // Saving
 
 bool Document::isKept_() const {
-    if (!overlay_.isKept()) return false;
-    return overlay_.digest() == 0 || knownFile_.path().empty() || UTILS::fileIsFile(knownFile_.path());
+    return overlay_.isKept() && (overlay_.digest() == 0 || knownFile_.isOnDisk());
 }
 
 void Document::keep_(unsigned long platform) {
     overlay_.keep();
     keptPlatform_ = platform;
-    lookedAt_.reset();
 }
 
-bool Document::isSaved() {
-    if (std::exchange(lookedAt_, overlay_.revision()) != overlay_.revision())
-        saved_ = isKept_() && overlay_.begun().empty() &&
-                 (overlay_.digest() == 0 || overlay_.attachedPlatformId() == keptPlatform_);
-    return saved_;
+bool Document::isSaved() const {
+    return isKept_() && overlay_.begun().empty() &&
+           (overlay_.digest() == 0 || overlay_.attachedPlatformId() == keptPlatform_);
 }
 
 bool Document::keepOldFile_(const std::string& fileName) const {
+    // What is no file cannot be replaced; saving tells so.
+    if (!UTILS::fileIsFile(fileName)) return true;
     std::string old;
-    // What cannot be read is no overlay file to keep; saving tells whether it can be replaced.
-    if (!UTILS::readFile(fileName, old).empty() || old.empty()) return true;
-    if (savedFile_.is(fileName, old)) return true;
-    // Offsets are no loss, whatever they count from.
-    PointConverter anywhere;
-    const LoadResult read = loadOverlayText(old, fileName, preferences_, &anywhere, 0);
-    const bool changed = knownFile_.isOf(fileName) && !knownFile_.is(fileName, old);
+    if (const std::string error = UTILS::readFile(fileName, old); !error.empty()) {
+        halNotify::notify(halNotify::Error)
+            << "Could not save " << fileName << ": what it holds cannot be read, and not be kept: " << error;
+        return false;
+    }
+    if (old.empty() || savedFile_.is(fileName, old)) return true;
+    const LoadResult read = tryText(old, preferences_);
+    const bool foreign = !knownFile_.is(fileName, old);
     const bool lossy = !read.error.empty() || losesAnything(read.losses);
-    if (!changed && !lossy) return true;
+    if (!foreign && !lossy) return true;
 
-    const char* const why =
-        changed ? "somebody else has written it meanwhile" : "it holds what the editor cannot keep";
+    const char* const why = !foreign                    ? "it holds what the editor cannot keep"
+                            : knownFile_.isOf(fileName) ? "somebody else has written it meanwhile"
+                                                        : "it is not the file that is edited";
     std::string copy = fileName + "~";
     std::string kept;
     if (!UTILS::readFile(copy, kept).empty() || kept != old) {
@@ -266,11 +308,20 @@ bool Document::save(const std::string& fileName) {
 
 void Document::reload_() {
     void* const edited = overlay_.zelId();
-    void* const loaded = PIHALVIS::getZELObject(fileName_);
+    // The host may show a file more than once, on several platforms.
+    std::vector<void*> showing = overlaysOf(fileName_);
+    const bool own = std::find(showing.begin(), showing.end(), edited) != showing.end();
+    void* const replaced = own ? edited : PIHALVIS::getZELObject(fileName_);
+    std::erase(showing, replaced);
     // The host tells its observers: the overlay may not name what is gone.
     overlay_.setZelId(nullptr);
-    if (loaded) PIHALVIS::unloadZELFile(loaded);
-    if (edited && edited != loaded) PIHALVIS::showZELFile(edited, true);
+    if (replaced) PIHALVIS::unloadZELFile(replaced);
+    if (edited && edited != replaced) PIHALVIS::showZELFile(edited, true);
+    for (void* const other : showing) {
+        const std::uint64_t platform = PIHALVIS::getZELHost(other);
+        PIHALVIS::unloadZELFile(other);
+        PIHALVIS::loadZELFile(fileName_, platform, 1);
+    }
     // While it is edited the editor's shapes are drawn in its place.
     overlay_.setZelId(PIHALVIS::loadZELFile(fileName_, overlay_.attachedPlatformId(), editing_ ? 0 : 1));
     if (!overlay_.zelId())

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -42,6 +40,7 @@ class Document {
         unsigned long platform = 0;
         /// Where offsets count from unless the text says it.
         std::unique_ptr<PointConverter> converter;
+        /// The file that holds the text; none when it is in no file.
         FileVersion version;
     };
     /// Reads a text; what cannot be kept of it is named. Where no view tells what offsets without a reference
@@ -55,13 +54,12 @@ class Document {
     /// Gives up the shapes that are held, and takes these. Call rescue() first.
     void take(Reading reading);
 
-    /// Whether the shapes are in the file as they are here. The file is looked at when anything may have
-    /// changed since the last call.
-    bool isSaved();
+    /// Whether the shapes are in the file as they are here, and nobody else has written or deleted it.
+    bool isSaved() const;
     /// Writes the file, and has the host show it in place of what it had loaded from it. A file with
-    /// something that the editor cannot keep, or that others have written since it was loaded or saved, is
-    /// copied to its name with "~" first. \return false, with a message, when it was not written: then the
-    /// old file stands untouched
+    /// something that the editor cannot keep, or that is not as the editor last read or wrote it, is copied
+    /// to its name with "~" first. \return false, with a message, when it was not written: then the old file
+    /// stands untouched
     bool save(const std::string& fileName);
     enum class Rescue {
         /// Among the quick shapes, or not at all.
@@ -94,6 +92,7 @@ class Document {
     void keep_(unsigned long platform);
     /// \return false when the file must not be replaced, because there is no copy of it
     bool keepOldFile_(const std::string& fileName) const;
+    /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.
     void reload_();
     void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;
 
@@ -107,9 +106,6 @@ class Document {
     /// What was saved last: it holds nothing that would be lost.
     FileVersion savedFile_;
     unsigned long keptPlatform_ = 0;
-    /// The answer of isSaved(), and the overlay's revision that it is of.
-    std::optional<std::uint64_t> lookedAt_;
-    bool saved_ = true;
 };
 
 }  // namespace OverlayEditor

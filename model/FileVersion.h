@@ -1,18 +1,21 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
+
+#include <sys/stat.h>
 
 namespace OverlayEditor {
 
-/// A file as the editor last read or wrote it, by which it notices that others have written it since.
+/// A file as the editor last read or wrote it, by which it notices that others have written or deleted it
+/// since.
 class FileVersion {
   public:
     FileVersion() = default;
-    FileVersion(std::string path, std::string_view text) : path_(std::move(path)), hash_(hashOf(text)) {}
+    /// \param text what has just been read from the file or written to it
+    FileVersion(std::string path, std::string_view text);
 
     /// Empty for no file.
     const std::string& path() const { return path_; }
@@ -20,12 +23,28 @@ class FileVersion {
     bool is(const std::string& path, std::string_view text) const {
         return isOf(path) && hashOf(text) == hash_;
     }
+    /// Whether the file has this text now; false for no file. It is read only when its time or size have
+    /// changed since the last call.
+    bool isOnDisk() const;
 
   private:
-    static std::size_t hashOf(std::string_view text) { return std::hash<std::string_view>()(text); }
+    /// What tells without reading that a file is as it was.
+    struct Stamp {
+        dev_t device = 0;
+        ino_t number = 0;
+        off_t size = 0;
+        timespec written{};
+        timespec changed{};
+        bool operator==(const Stamp& other) const;
+    };
+    static std::optional<Stamp> stampOf(const std::string& path);
+    static std::size_t hashOf(std::string_view text);
 
     std::string path_;
     std::size_t hash_ = 0;
+    /// The file when it was looked at last, and what was seen.
+    mutable std::optional<Stamp> seen_;
+    mutable bool seenSame_ = false;
 };
 
 }  // namespace OverlayEditor

@@ -203,7 +203,9 @@ int ZelToSerializer::replay(Serializer& target, const std::vector<ZEL::ZelShapeP
                             unsigned long platformId, const std::string& sourceName,
                             std::vector<std::string>* reasons) const {
     if (shapes.empty()) {
-        PICommon::Notify(halNotify::Error) << "Could not load " << sourceName << ", no valid shapes found\n";
+        if (halNotify::isNotifyEnabled(halNotify::Error))
+            PICommon::Notify(halNotify::Error)
+                << "Could not load " << sourceName << ", no valid shapes found\n";
         return 1;
     }
     if (reasons) reasons->reserve(reasons->size() + shapes.size());

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -179,9 +180,19 @@ TEST_F(DocumentTest, WhatFailsCostsNothing) {
                                       HasSubstr("the host gave no text")));
     EXPECT_THAT(host.notifications.back(), HasSubstr("empty.zel, no valid shapes found"));
 
+    // As large as no file that is read: it could not be kept.
+    const std::string huge = write("huge.zel", "#");
+    std::filesystem::resize_file(huge, UTILS::kMaxFileSize + 1);
+    EXPECT_FALSE(document->save(huge));
+    EXPECT_EQ(std::filesystem::file_size(huge), UTILS::kMaxFileSize + 1);
+    EXPECT_THAT(messages.back(), HasSubstr("cannot be read, and not be kept: File too large"));
+
     messages.clear();
     EXPECT_TRUE(document->save(precious));
-    EXPECT_THAT(messages, ElementsAre("Not complete, and not in " + precious + ": Never drawn"));
+    EXPECT_THAT(messages,
+                ElementsAre(HasSubstr("is kept as " + precious + "~: it is not the file that is edited"),
+                            "Not complete, and not in " + precious + ": Never drawn"));
+    EXPECT_EQ(contentsOf(precious + "~"), kTwoCircles);
     EXPECT_THAT(contentsOf(precious), HasSubstr("3d name Mine"));
 
     // Saved all the same, and the old one is unloaded.
@@ -215,7 +226,7 @@ TEST_F(DocumentTest, CopiesWhatItCannotKeepAndWhatOthersWrote) {
     load(file);
     std::filesystem::rename(file + "~2", file + "~");
     document->save(file);
-    EXPECT_THAT(filesIn(""), ::testing::UnorderedElementsAre(file, file + "~"));
+    EXPECT_FALSE(UTILS::fileIsFile(file + "~2"));
 
     // Somebody with a text editor; also of a file that was taken from the host.
     const std::string theirs = block("circle\ncenterlla 1 2 0\nradius 5\n", "Theirs");
@@ -225,12 +236,23 @@ TEST_F(DocumentTest, CopiesWhatItCannotKeepAndWhatOthersWrote) {
     EXPECT_THAT(contentsOf(file), HasSubstr("Inner"));
     EXPECT_EQ(contentsOf(file + "~2"), theirs);
     EXPECT_THAT(messages, ElementsAre(HasSubstr("kept as " + file + "~2: somebody else has written it")));
-    take(document->readOverlay(shownOf(file)));
+    host.overlays[shownOf(file)].text = contentsOf(file);
+    ASSERT_TRUE(take(document->readOverlay(shownOf(file))));
     document->save(file);
     EXPECT_FALSE(UTILS::fileIsFile(file + "~3"));
     write("mixed.zel", theirs + "# 2\n");
     document->save(file);
     EXPECT_EQ(contentsOf(file + "~3"), theirs + "# 2\n");
+
+    // What the host shows is older than the file.
+    host.overlays[shownOf(file)].text = kTwoCircles;
+    write("mixed.zel", theirs);
+    messages.clear();
+    ASSERT_TRUE(take(document->readOverlay(shownOf(file))));
+    EXPECT_THAT(messages.front(), HasSubstr("holds something else than the host shows"));
+    EXPECT_FALSE(document->isSaved());
+    document->save(file);
+    EXPECT_EQ(contentsOf(file + "~4"), theirs);
 
     std::filesystem::remove(file);
     messages.clear();
@@ -389,13 +411,7 @@ TEST_F(DocumentTest, SaysWhetherThereIsSomethingToSave) {
         {"all deleted", [&] { clear(); }, true},
         {"one of many", [&] { addCircle("Last"); }, false},
         {"saved", [&] { document->save(path("last.zel")); }, true},
-        // Its file goes with the overlay, and nothing else holds the shapes.
-        {"unloaded and removed",
-         [&] {
-             document->overlayRemoved(overlay.zelId());
-             std::filesystem::remove(path("last.zel"));
-         },
-         false}};
+        {"unloaded", [&] { document->overlayRemoved(overlay.zelId()); }, true}};
     for (const auto& [what, act, saved] : steps) {
         act();
         EXPECT_EQ(document->isSaved(), saved) << what;
@@ -406,10 +422,51 @@ TEST_F(DocumentTest, SaysWhetherThereIsSomethingToSave) {
         << "the deleted shape's neighbour; what was begun is no shape";
 }
 
+TEST_F(DocumentTest, AFileShownOnSeveralPlatformsIsReplacedOnEach) {
+    const std::string file = write("ring.zel", block("circle\ncenterxyz 0 0 0\nradius 5\n", "Ring"));
+    int ships[3];
+    for (int i = 0; i < 3; ++i) {
+        host.platforms[7 + static_cast<unsigned>(i)].point.latRad = 0.3 + 0.1 * i;
+        host.overlays[&ships[i]] = {contentsOf(file), file, 7 + static_cast<unsigned>(i), true};
+    }
+    ASSERT_TRUE(take(document->readOverlay(&ships[1])));
+    first().setMajorRadius(6);
+    ASSERT_TRUE(document->save(file));
+    std::map<std::uint64_t, bool> shown;
+    for (const auto& [handle, zel] : host.overlays)
+        if (zel.path == file && !shown.emplace(zel.platform, zel.shown).second)
+            ADD_FAILURE() << "shown twice";
+    EXPECT_EQ(shown, (std::map<std::uint64_t, bool>{{7, true}, {8, false}, {9, true}}));
+    EXPECT_EQ(host.overlays.at(overlay.zelId()).platform, 8u);
+    for (int& ship : ships) EXPECT_EQ(host.overlays.count(&ship), 0u);
+}
+
+/// What stands in no file is not saved, though nobody changed it.
+TEST_F(DocumentTest, TheOnlyCopyIsRescued) {
+    host.overlays[&host] = {kTwoCircles, path("deleted.zel"), 0, true};
+    ASSERT_TRUE(take(document->readOverlay(&host)));
+    EXPECT_FALSE(document->isSaved());
+    PIHALVIS::unloadZELFile(&host);
+    document->overlayRemoved(&host);
+    clear();
+    EXPECT_EQ(rescued().size(), 1u);
+    const std::string file = write("two.zel", kTwoCircles);
+    load(file);
+    EXPECT_TRUE(document->isSaved());
+    write("two.zel", kTwoCircles + "# theirs\n");
+    EXPECT_FALSE(document->isSaved()) << "somebody has written the file";
+    write("two.zel", kTwoCircles);
+    EXPECT_TRUE(document->isSaved());
+    std::filesystem::remove(file);
+    EXPECT_FALSE(document->isSaved());
+    clear();
+    EXPECT_EQ(rescued().size(), 2u);
+}
+
 /// The host has an overlay with absolute positions on a platform: saved, they are offsets.
 TEST_F(DocumentTest, SaysThatAbsolutePositionsWouldBecomeOffsets) {
     host.platforms[7].point.latRad = 0.3;
-    host.overlays[&host] = {kTwoCircles, path("rings.zel"), 7, true};
+    host.overlays[&host] = {kTwoCircles, write("rings.zel", kTwoCircles), 7, true};
     ASSERT_TRUE(take(document->readOverlay(&host)));
     EXPECT_THAT(messages, ElementsAre(HasSubstr("has absolute positions")));
     EXPECT_EQ(overlay.attachedPlatformId(), 7u);

@@ -1,0 +1,43 @@
+#include "model/FileVersion.h"
+
+#include <functional>
+#include <tuple>
+#include <utility>
+
+#include "common/Files.h"
+
+namespace OverlayEditor {
+
+FileVersion::FileVersion(std::string path, std::string_view text)
+    : path_(std::move(path)), hash_(hashOf(text)) {}
+
+std::size_t FileVersion::hashOf(std::string_view text) {
+    return std::hash<std::string_view>()(text);
+}
+
+bool FileVersion::Stamp::operator==(const Stamp& other) const {
+    const auto parts = [](const Stamp& s) {
+        return std::tuple(s.device, s.number, s.size, s.written.tv_sec, s.written.tv_nsec, s.changed.tv_sec,
+                          s.changed.tv_nsec);
+    };
+    return parts(*this) == parts(other);
+}
+
+std::optional<FileVersion::Stamp> FileVersion::stampOf(const std::string& path) {
+    struct stat found {};
+    if (::stat(path.c_str(), &found) != 0) return std::nullopt;
+    return Stamp{found.st_dev, found.st_ino, found.st_size, found.st_mtim, found.st_ctim};
+}
+
+bool FileVersion::isOnDisk() const {
+    // Taken before reading: what is written meanwhile is seen the next time.
+    const auto now = path_.empty() ? std::nullopt : stampOf(path_);
+    if (!now) return false;
+    if (now == seen_) return seenSame_;
+    std::string text;
+    seenSame_ = UTILS::readFile(path_, text).empty() && is(path_, text);
+    seen_ = now;
+    return seenSame_;
+}
+
+}  // namespace OverlayEditor
