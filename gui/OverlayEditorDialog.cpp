@@ -26,34 +26,30 @@ constexpr double kFarthestRangeMeters = 7.0e6;
 /// The window manager's close button does what "Close" does.
 class OverlayEditorDialog::OverlayCloseObserver final : public PIGUI::PICloseObserver {
   public:
-    explicit OverlayCloseObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
-    void onClose(PIObject*) override {
-        guardedEntry("onClose", [this] { dialog_.hide(); });
-    }
+    explicit OverlayCloseObserver(FunctorTwoParams__* close) : close_(close) {}
+    void onClose(PIObject*) override { close_->Call(nullptr, nullptr); }
 
   private:
-    OverlayEditorDialog& dialog_;
+    FunctorTwoParams__* close_;
 };
 
-/// An overlay that the host unloads while it is edited stays in the editor; only its handle is forgotten.
+/// An overlay that the host unloads while it is edited stays in the editor; only its handle is forgotten, at
+/// once.
 class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver {
   public:
     explicit ZelObserver(OverlayEditorDialog& dialog) : dialog_(dialog) {}
-    void addedZEL(void*) override { changed_(); }
+    void addedZEL(void*) override { changed_->Call(nullptr, nullptr); }
     void removedZEL(void* zel) override {
         guarded("removedZEL", 0, [&] {
             dialog_.document_.overlayRemoved(zel);
             return 0;
         });
-        changed_();
+        changed_->Call(nullptr, nullptr);
     }
 
   private:
-    void changed_() {
-        guardedEntry("overlay observer", [this] { dialog_.scenarioZELsChanged(); });
-    }
-
     OverlayEditorDialog& dialog_;
+    FunctorTwoParams__* const changed_ = dialog_.callbacks_.make(&OverlayEditorDialog::onZelsChanged);
 };
 
 OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager* mouseManager,
@@ -63,7 +59,8 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
       overlay_(overlay),
       prototypes_(std::move(prototypes)),
       document_(*preferences, *overlay),
-      closeObserver_(std::make_unique<OverlayCloseObserver>(*this)),
+      closeObserver_(
+          std::make_unique<OverlayCloseObserver>(callbacks_.make(&OverlayEditorDialog::onCmdDismiss))),
       zelObserver_(std::make_unique<ZelObserver>(*this)),
       box_(nullptr, "Overlay Editor"),
       widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)) {
@@ -113,7 +110,6 @@ void OverlayEditorDialog::giveUpShapes_() {
 }
 
 void OverlayEditorDialog::setCurrentShapes(const std::vector<Shape*>& shapes) {
-    const CallbackPause pause;
     giveUpShapes_();
     overlay_->clearShapes(false);
     for (Shape* shape : shapes) {
@@ -156,7 +152,6 @@ Shape* OverlayEditorDialog::current_() {
 }
 
 void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
-    const CallbackPause pause;
     if (Shape* const before = current_(); shape != before) {
         if (before) before->deleteGui();
         currentShape_ = shape;
@@ -203,7 +198,6 @@ int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
-    const CallbackPause pause;
     Shape* const shape = selectedShape_();
     mouseManager_->clearMouseTool();
     if (shape) {
@@ -219,7 +213,6 @@ int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
-    const CallbackPause pause;
     if (!document_.rescue()) return 1;
     giveUpShapes_();
     document_.clear();
@@ -238,7 +231,6 @@ std::string OverlayEditorDialog::getUniqueName_(const std::string& base) {
 }
 
 int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
-    const CallbackPause pause;
     const std::int32_t option = widgets_->shape.getValueInt();
     widgets_->shape.setValue(0);
     if (option < 1 || static_cast<std::size_t>(option) > prototypes_.size()) return 1;
@@ -290,9 +282,9 @@ void OverlayEditorDialog::updateMouseControls_() {
 }
 
 int OverlayEditorDialog::onTimeout(PIObject*, void*) {
+    // Noted at once, whatever has to wait: the host has forgotten it.
     timeout_.fired();
-    updateMouseControls_();
-    return 1;
+    return followTool_->Call(nullptr, nullptr);
 }
 
 int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
@@ -415,6 +407,11 @@ void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
 
 void OverlayEditorDialog::scenarioZELsChanged() {
     if (existingZels_) existingZels_->refreshZELList();
+}
+
+int OverlayEditorDialog::onZelsChanged(PIObject*, void*) {
+    scenarioZELsChanged();
+    return 1;
 }
 
 void OverlayEditorDialog::scenarioPlatformAdded() {

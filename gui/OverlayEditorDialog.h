@@ -73,6 +73,7 @@ class OverlayEditorDialog {
     int onCmdHelp(PIObject* sender, void* data);
     int onCmdDismiss(PIObject* sender, void* data);
     int onTimeout(PIObject* sender, void* data);
+    int onZelsChanged(PIObject* sender, void* data);
 
   private:
     class OverlayCloseObserver;
@@ -127,7 +128,8 @@ class OverlayEditorDialog {
 
     CallbackList<OverlayEditorDialog> callbacks_{this};
     FunctorTwoParams__* const onTimeoutCallback_ =
-        callbacks_.make(&OverlayEditorDialog::onTimeout, WhenPaused::Call);
+        callbacks_.make(&OverlayEditorDialog::onTimeout, Arrival::AtOnce);
+    FunctorTwoParams__* const followTool_ = callbacks_.make(&OverlayEditorDialog::onCmdSetMouseTool);
     std::unique_ptr<OverlayCloseObserver> closeObserver_;
     std::unique_ptr<ZelObserver> zelObserver_;
     PIGUI::PIDialogBox box_;

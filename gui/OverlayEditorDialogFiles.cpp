@@ -43,7 +43,6 @@ void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
 }
 
 int OverlayEditorDialog::onCmdLoadExisting(PIObject*, void*) {
-    const CallbackPause pause;
     if (!existingZels_)
         existingZels_ = std::make_unique<SelectExistingZELDialog>(
             callbacks_.make(&OverlayEditorDialog::onCmdExistingZelSelected));
@@ -64,7 +63,6 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::loadOverlay_(Document::Reading reading) {
-    const CallbackPause pause;
     if (!reading.loaded.error.empty() || !document_.rescue()) return;
     giveUpShapes_();
     document_.take(std::move(reading));
@@ -86,7 +84,6 @@ int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::saveZel_(const std::string& fileName) {
-    const CallbackPause pause;
     if (!document_.save(fileName)) return;
     showDocument_();
     if (service_ && overlay_->zelId()) service_->executeFunctions(overlay_->zelId());

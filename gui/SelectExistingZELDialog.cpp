@@ -2,27 +2,24 @@
 
 #include "gui/HostLists.h"
 #include "model/Utils.h"
-#include "pi/Guard.h"
 #include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 
 namespace OverlayEditor {
 
-/// What the host unloads leaves the list at once: its handle is of no use any more.
+/// What the host unloads leaves the list: its handle is of no use any more.
 class SelectExistingZELDialog::ZELEventObserver final : public PIHALVIS::ZELEventObserver {
   public:
-    explicit ZELEventObserver(SelectExistingZELDialog& dialog) : dialog_(dialog) {}
+    explicit ZELEventObserver(FunctorTwoParams__* refresh) : refresh_(refresh) {}
     void addedZEL(void*) override {}
-    void removedZEL(void*) override {
-        guardedEntry("removedZEL", [this] { dialog_.refreshZELList(); });
-    }
+    void removedZEL(void*) override { refresh_->Call(nullptr, nullptr); }
 
   private:
-    SelectExistingZELDialog& dialog_;
+    FunctorTwoParams__* refresh_;
 };
 
 SelectExistingZELDialog::SelectExistingZELDialog(FunctorTwoParams__* onOk)
-    : observer_(std::make_unique<ZELEventObserver>(*this)),
+    : observer_(std::make_unique<ZELEventObserver>(callbacks_.make(&SelectExistingZELDialog::onCmdRefresh))),
       box_(nullptr, "Select Existing ZEL\tDisplays all the ZELs currently loaded in HALVIS"),
       list_(&box_, PIGUI::PIListSingle, "ZEL File Name\tPlatform"),
       buttons_(&box_, PIGUI::PILayoutFillX),

@@ -7,12 +7,10 @@
 
 #include "gui/HostLists.h"
 #include "model/Utils.h"
-#include "pi/Guard.h"
 #include "pi/PIData.h"
 
 namespace OverlayEditor {
 
-/// The picker may outlive the dialog by an event; it is told nothing then.
 class SelectPlatformDialog::PlatformSelectListener final : public PlatformMouseListener {
   public:
     explicit PlatformSelectListener(SelectPlatformDialog& dialog) : dialog_(&dialog) {}
@@ -30,16 +28,11 @@ class SelectPlatformDialog::PlatformSelectListener final : public PlatformMouseL
 
 class SelectPlatformDialog::CloseObserver final : public PIGUI::PICloseObserver {
   public:
-    explicit CloseObserver(SelectPlatformDialog& dialog) : dialog_(dialog) {}
-    void onClose(PIObject*) override {
-        guardedEntry("onClose", [this] {
-            dialog_.hide();
-            if (dialog_.closed_) dialog_.closed_();
-        });
-    }
+    explicit CloseObserver(FunctorTwoParams__* close) : close_(close) {}
+    void onClose(PIObject*) override { close_->Call(nullptr, nullptr); }
 
   private:
-    SelectPlatformDialog& dialog_;
+    FunctorTwoParams__* close_;
 };
 
 SelectPlatformDialog::SelectPlatformDialog(MouseManager* mouseManager, FunctorTwoParams__* onOk,
@@ -47,7 +40,7 @@ SelectPlatformDialog::SelectPlatformDialog(MouseManager* mouseManager, FunctorTw
     : mouseManager_(mouseManager),
       onPick_(onPick),
       listener_(std::make_shared<PlatformSelectListener>(*this)),
-      closeObserver_(std::make_unique<CloseObserver>(*this)),
+      closeObserver_(std::make_unique<CloseObserver>(callbacks_.make(&SelectPlatformDialog::onCmdClosed))),
       pickerOwner_(new PlatformMouseTool),
       picker_(static_cast<PlatformMouseTool*>(pickerOwner_.get())),
       box_(nullptr, "Select Platform"),
@@ -130,6 +123,12 @@ int SelectPlatformDialog::onCmdPick(PIObject*, void*) {
     else
         stopPicking_();
     if (onPick_) onPick_->Call(&pick_, nullptr);
+    return 1;
+}
+
+int SelectPlatformDialog::onCmdClosed(PIObject*, void*) {
+    hide();
+    if (closed_) closed_();
     return 1;
 }
 

@@ -38,6 +38,7 @@ class SelectPlatformDialog {
     int onCmdPlatformList(PIObject* sender, void* data);
     int onCmdPick(PIObject* sender, void* data);
     int onCmdRefresh(PIObject* sender, void* data);
+    int onCmdClosed(PIObject* sender, void* data);
 
   private:
     class PlatformSelectListener;

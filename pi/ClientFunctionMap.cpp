@@ -1,9 +1,11 @@
 #include "pi/ClientFunctionMap.h"
 
 #include <array>
+#include <utility>
 
 #include "pi/EntryScope.h"
 #include "pi/PIApplication.h"
+#include "pi/PICommon.h"
 
 std::map<PIClientFunctions_t, PIClientFuncAndData_t> g_ClientMessageMap;
 
@@ -44,6 +46,57 @@ constexpr std::array<PIClientHandler, kClientFunctionCount> kAdapters = {
     &PIApp::PIApplication_v1_24::s_LoadInGrapher10,
 };
 
+using Slot = PIParameterName_t;
+
+/// A frame came at the wrong time, and none after it.
+bool frameMissed = false;
+
+void putOffEvent(const PIFunctionParams_t& params) {
+    const auto code = params.integer(Slot::EventCode);
+    const auto event = static_cast<PIApplicationEvents_t>(code);
+    const bool aboutEntity =
+        event == PIApplicationEvents_t::EntityRemoved || event == PIApplicationEvents_t::PlatformAdded;
+    // The host's, and gone when the event's turn comes.
+    const auto* const data = static_cast<const std::uint64_t*>(params.pointer(Slot::EventData));
+    std::uint64_t id = aboutEntity && data ? *data : 0;
+    EntryScope::wait({&g_ClientMessageMap, code, id}, [code, id]() mutable {
+        PIFunctionParams_t record;
+        record.integers[Slot::EventCode] = code;
+        record.pointers[Slot::EventData] = id ? &id : nullptr;
+        ClientFunctionMap::dispatch(static_cast<std::int32_t>(PIClientFunctions_t::ListenToEvents), &record);
+    });
+}
+
+/// What comes while others are at work. \return whether it has to wait, or is answered already
+bool putOff(PIClientFunctions_t function, void* object, PIFunctionParams_t* params) {
+    switch (function) {
+        case PIClientFunctions_t::Close:
+            // The entry that is interrupted is at work on the object, and ends before it.
+            ClientFunctionMap::forget(object);
+            EntryScope::atEnd([object, orderly = params != nullptr] {
+                PIFunctionParams_t record;
+                PIApplication_v0_5_0::s_Close(object, orderly ? &record : nullptr);
+            });
+            if (params) params->integers[Slot::Status] = 0;
+            return true;
+        case PIClientFunctions_t::ListenToEvents:
+            if (params) putOffEvent(*params);
+            return true;
+        case PIClientFunctions_t::HandleMouseEvent:
+            if (params) params->integers[Slot::Status] = 0;
+            return true;
+        case PIClientFunctions_t::PreDrawOnRefresh:
+            if (EntryScope::isInDialog()) return false;
+            frameMissed = true;
+            EntryScope::wait({&frameMissed}, [] {
+                if (std::exchange(frameMissed, false)) PICommon::forceOpenGLRedraw();
+            });
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 void ClientFunctionMap::replaceApplication(std::unique_ptr<PIApp::PIApplication_v1_24> application) {
@@ -67,6 +120,11 @@ void ClientFunctionMap::forget(void* object) {
 std::int32_t ClientFunctionMap::dispatch(std::int32_t number, PIFunctionParams_t* params) {
     const auto at = g_ClientMessageMap.find(static_cast<PIClientFunctions_t>(number));
     if (at == g_ClientMessageMap.end() || !at->second.first) return 0;
+    const PIClientFunctions_t function = at->first;
+    const auto [adapter, object] = at->second;
+    if (object && EntryScope::isNested() && putOff(function, object, params)) return 0;
     const EntryScope scope;
-    return at->second.first(at->second.second, params);
+    const std::int32_t status = adapter(object, params);
+    if (function == PIClientFunctions_t::PreDrawOnRefresh) frameMissed = false;
+    return status;
 }

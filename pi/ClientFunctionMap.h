@@ -30,7 +30,8 @@ void replaceApplication(std::unique_ptr<PIApp::PIApplication_v1_24> application)
 /// Makes every entry that holds `object` hold null: the adapters then do nothing.
 void forget(void* object);
 
-/// Calls the adapter entered under `number`; 0 when there is none.
+/// Calls the adapter entered under `number`; 0 when there is none. While others are at work (see EntryScope)
+/// a mouse event is not consumed and a frame is made up for by another one; Close and ListenToEvents wait.
 std::int32_t dispatch(std::int32_t number, PIFunctionParams_t* params);
 
 }  // namespace ClientFunctionMap

@@ -7,40 +7,52 @@
 
 namespace {
 
+struct Waiting {
+    EntryScope::Key key;
+    std::function<void()> work;
+};
+
 int openEntries = 0;
-std::function<void()> outermostEnds;
+std::vector<Waiting> waiting;
 std::vector<std::function<void()>> lastThings;
 
-void call(const std::function<void()>& function) {
-    guarded("postponed event", 0, [&] {
-        function();
+void perform(const std::function<void()>& work) {
+    guarded("What had to wait", 0, [&] {
+        work();
         return 0;
     });
 }
 
 }  // namespace
 
-EntryScope::EntryScope() {
+EntryScope::At EntryScope::at_ = At::Us;
+
+EntryScope::EntryScope() : before_(std::exchange(at_, At::Us)) {
     ++openEntries;
 }
 
 EntryScope::~EntryScope() {
     if (openEntries == 1) {
-        // The listener may be taken out meanwhile.
-        if (const auto listener = outermostEnds) call(listener);
-        for (const auto& last : std::exchange(lastThings, {})) call(last);
+        // More may come while this is done. A host that answers each call with another event would keep us
+        // here for ever: then the last ones wait until it enters again, which it does with each frame.
+        constexpr int kTurns = 8;
+        for (int turn = 0; turn < kTurns && !waiting.empty(); ++turn)
+            for (const Waiting& each : std::exchange(waiting, {})) perform(each.work);
+        for (const auto& last : std::exchange(lastThings, {})) perform(last);
     }
     --openEntries;
+    at_ = before_;
 }
 
-bool EntryScope::isNested() {
-    return openEntries > 1;
-}
-
-void EntryScope::setListener(std::function<void()> listener) {
-    outermostEnds = std::move(listener);
+void EntryScope::wait(const Key& key, std::function<void()> work) {
+    std::erase_if(waiting, [&](const Waiting& each) { return each.key == key; });
+    waiting.push_back({key, std::move(work)});
 }
 
 void EntryScope::atEnd(std::function<void()> last) {
     lastThings.push_back(std::move(last));
+}
+
+void EntryScope::clear() {
+    waiting.clear();
 }

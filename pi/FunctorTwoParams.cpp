@@ -1,14 +1,22 @@
 #include "pi/FunctorTwoParams.h"
 
+#include <optional>
+
 #include "pi/Guard.h"
 
 std::vector<FunctorTwoParams__*> g_FunctorList;
 
-int CallbackPause::open_ = 0;
-
 void freeFunctors() {
+    EntryScope::clear();
     for (auto* functor : g_FunctorList) delete functor;
     g_FunctorList.clear();
+}
+
+void callLater(FunctorTwoParams__* callback, const std::int32_t* state) {
+    std::optional<std::int32_t> kept;
+    if (state) kept = *state;
+    EntryScope::wait({callback, kept.value_or(-1)},
+                     [callback, kept]() mutable { callback->Call(nullptr, kept ? &*kept : nullptr); });
 }
 
 int callbackFailed() noexcept {

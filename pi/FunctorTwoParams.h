@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -16,23 +17,16 @@ void freeFunctors();
 /// To be called in a catch block: makes a message of what was thrown, and returns the neutral result.
 int callbackFailed() noexcept;
 
-/// While one exists callbacks do nothing and return 0. To be opened where the things that callbacks work on
-/// are made, replaced or destroyed: what the host calls from inside the services of that would find them half
-/// there.
-class CallbackPause {
-  public:
-    CallbackPause() { ++open_; }
-    ~CallbackPause() { --open_; }
-    CallbackPause(const CallbackPause&) = delete;
-    CallbackPause& operator=(const CallbackPause&) = delete;
-    static bool isOn() { return open_ > 0; }
-
-  private:
-    static int open_;
+/// What becomes of a call that comes while others are at work, see EntryScope.
+enum class Arrival {
+    Waits,  ///< called later, without a sender, and with a copy of the check state that an action's data is
+    AtOnce  ///< called now: it only notes something, as that a timeout has fired, and hands on to one that
+            ///< waits
 };
 
-/// What a callback does during a CallbackPause. Those that only look at what is there may go on.
-enum class WhenPaused { Skip, Call };
+/// Has a callback called when the running entry is over, once however often it is asked with the same state.
+/// \param state null, or the check state that an action's callback is given
+void callLater(FunctorTwoParams__* callback, const std::int32_t* state = nullptr);
 
 /// Calls one member function of one object, and lets no exception out to the host. Once the object is
 /// disconnected it does nothing and returns 0, so that the host may still hold it when its object is gone.
@@ -42,25 +36,33 @@ class CustomCallbackFunctor final : public FunctorTwoParams__ {
     using Handler = int (Object::*)(PIObject*, void*);
 
     /// \param object shared with the list that made the callback, which sets it null to disconnect
-    CustomCallbackFunctor(std::shared_ptr<Object*> object, Handler handler, WhenPaused whenPaused)
-        : object_(std::move(object)), handler_(handler), whenPaused_(whenPaused) {}
+    CustomCallbackFunctor(std::shared_ptr<Object*> object, Handler handler, Arrival arrival)
+        : object_(std::move(object)), handler_(handler), arrival_(arrival) {}
 
     int operator()(PIObject* sender, void* data) override {
-        Object* const object = *object_;
-        if (!object || (whenPaused_ == WhenPaused::Skip && CallbackPause::isOn())) return 0;
-        const EntryScope scope;
-        try {
-            return (object->*handler_)(sender, data);
-        } catch (...) {
-            return callbackFailed();
+        if (!*object_) return 0;
+        if (!EntryScope::isNested()) {
+            const EntryScope scope;
+            return call_(sender, data);
         }
+        if (arrival_ == Arrival::AtOnce) return call_(sender, data);
+        callLater(this, static_cast<const std::int32_t*>(data));
+        return 1;
     }
     int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
 
   private:
+    int call_(PIObject* sender, void* data) {
+        try {
+            return ((*object_)->*handler_)(sender, data);
+        } catch (...) {
+            return callbackFailed();
+        }
+    }
+
     std::shared_ptr<Object*> object_;
     Handler handler_;
-    WhenPaused whenPaused_;
+    Arrival arrival_;
 };
 
 /// Makes the callbacks that one object hands out. g_FunctorList owns them and may free them before the
@@ -77,13 +79,13 @@ class CallbackList {
 
     /// A new callback of the object's handler, appended to g_FunctorList.
     FunctorTwoParams__* make(typename CustomCallbackFunctor<Object>::Handler handler,
-                             WhenPaused whenPaused = WhenPaused::Skip) {
-        auto functor = std::make_unique<CustomCallbackFunctor<Object>>(object_, handler, whenPaused);
+                             Arrival arrival = Arrival::Waits) {
+        auto functor = std::make_unique<CustomCallbackFunctor<Object>>(object_, handler, arrival);
         g_FunctorList.push_back(functor.get());
         return functor.release();
     }
 
-    /// Makes all of them inert. A host may call a callback from inside the call that destroys its widget.
+    /// Makes all of them inert, also those that wait.
     void disconnect() { *object_ = nullptr; }
 
   private:

@@ -67,20 +67,12 @@ std::int32_t PIApplication_v0_5_0::s_Close(void* object, PIFunctionParams_t* par
     // First of all: what the host dispatches while the object closes, a second Close not least, must not
     // find an object that is half gone.
     ClientFunctionMap::forget(object);
-    if (EntryScope::isNested()) {
-        // What the host interrupts is still at work on the object, and ends before it.
-        EntryScope::atEnd([object, orderly = params != nullptr] {
-            PIFunctionParams_t record;
-            s_Close(object, orderly ? &record : nullptr);
-        });
-        if (params) params->integers[Slot::Status] = 0;
-        return 0;
-    }
     adapt<PIApplication_v0_5_0>("Close", object, params, [](auto& application, auto& record) {
         record.integers[Slot::Status] = application.Close();
     });
     return guarded("Close", 0, [&] {
         delete static_cast<PIApp::PIApplication_v1_24*>(object);
+        EntryScope::clear();
         return 0;
     });
 }

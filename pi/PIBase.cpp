@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "pi/EntryScope.h"
 #include "pi/PIDataRecords.h"
 
 PIServiceTable* g_FunctionMap = nullptr;
@@ -13,6 +14,8 @@ namespace {
 /// look at its C++ type is switched off here.
 __attribute__((no_sanitize("vptr"))) PIServiceResult callTable(void* identity, PIServerFunctions_t service,
                                                                void* args) {
+    const bool dialog = service == PIServerFunctions_t::FileDialog;
+    const CallToOthers call(dialog ? EntryScope::At::Dialog : EntryScope::At::Others);
     return g_FunctionMap->handle(identity, service, args);
 }
 

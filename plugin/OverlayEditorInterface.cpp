@@ -16,6 +16,7 @@ void OverlayEditorInterface::removeNewZelFunction(std::uint64_t id) {
 }
 
 void OverlayEditorInterface::executeFunctions(void* overlay) {
+    const EntryScope scope;
     const std::vector<void*> overlays{overlay};
     // Those that are registered now; a function that is called may change the map.
     const std::uint64_t last = lastId_;
@@ -24,6 +25,7 @@ void OverlayEditorInterface::executeFunctions(void* overlay) {
         const NewZelFunction function = at->second;
         if (function)
             guarded("registered new-overlay function", 0, [&] {
+                const CallToOthers call;
                 function(overlays);
                 return 0;
             });

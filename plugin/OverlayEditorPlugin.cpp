@@ -5,7 +5,6 @@
 
 #include "common/Notify.h"
 #include "model/ShapeKinds.h"
-#include "pi/EntryScope.h"
 #include "plugin/EditorIcon.h"
 #include "plugin/RightClickObserver.h"
 #include "plugin/VSI.h"
@@ -49,13 +48,11 @@ std::string OverlayEditorPlugin::ContactInfo() const {
 
 int OverlayEditorPlugin::StartUp() {
     if (std::exchange(startedUp_, true)) return 0;
-    const CallbackPause pause;
     halNotify::setNotifyHandler([source = Name()](halNotify::Severity severity, const std::string& message) {
         PICommon::notify(severity, source, message);
     });
     ToolMaker::install(&toolMaker_);
     PanelMaker::install(&panelMaker_);
-    EntryScope::setListener([this] { handlePostponed_(); });
 
     preferences_ = std::make_unique<Preferences>();
     icon_ = std::make_unique<PIGUI::PIIcon>();
@@ -91,8 +88,6 @@ int OverlayEditorPlugin::Close() {
 }
 
 void OverlayEditorPlugin::takeDown_() {
-    EntryScope::setListener({});
-    postponed_.clear();
     // Nothing that is taken down later may draw, refresh or end a drag with preferences that are gone.
     if (quickDrawManager_) quickDrawManager_->finishDrawing();
     if (mouseManager_) mouseManager_->clearMouseTool();
@@ -123,9 +118,7 @@ void OverlayEditorPlugin::takeDown_() {
 }
 
 int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
-    if (!preferences_) return 1;
     if (!dialog_) {
-        const CallbackPause pause;
         dialog_ = std::make_unique<OverlayEditorDialog>(preferences_.get(), mouseManager_.get(),
                                                         overlay_.get(), shapeRegistry_->getShapes());
         dialog_->setIcon(*icon_);
@@ -137,57 +130,28 @@ int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
 
 int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
     onCmdShowSettings(sender, data);
-    if (!dialog_) return 1;
-    // While the host serves the first ones it may unload others, or open another menu.
+    // While the host serves the first ones it may unload others.
     const auto& offered = rightClickObserver_->overlays();
     for (void* const overlay : std::vector(offered))
-        if (std::find(offered.begin(), offered.end(), overlay) != offered.end()) dialog_->loadZels({overlay});
+        if (std::ranges::find(offered, overlay) != offered.end()) dialog_->loadZels({overlay});
     return 1;
 }
 
 void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data) {
-    const bool aboutEntity = event == PIApplicationEvents_t::EntityRemoved;
-    const HostEvent arrived{event, aboutEntity && data ? *static_cast<const std::uint64_t*>(data) : 0};
-    if (EntryScope::isNested()) {
-        if (std::find(postponed_.begin(), postponed_.end(), arrived) == postponed_.end())
-            postponed_.push_back(arrived);
-        return;
-    }
-    handleEvent_(arrived);
-}
-
-void OverlayEditorPlugin::handlePostponed_() {
-    // Events may come while these are handled. A host that sends one with every call would keep us here for
-    // ever: then the last ones wait until it enters again, which it does with each frame.
-    constexpr int kTurns = 8;
-    for (int turn = 0; turn < kTurns && !postponed_.empty(); ++turn)
-        for (const HostEvent& event : std::exchange(postponed_, {})) handleEvent_(event);
-}
-
-void OverlayEditorPlugin::handleEvent_(const HostEvent& event) {
+    const bool removed = event == PIApplicationEvents_t::EntityRemoved;
+    const std::uint64_t id = removed && data ? *static_cast<const std::uint64_t*>(data) : 0;
     // The note in the view names the platform, whether the dialog has been opened or not.
-    if (event.id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(event.id);
-    if (quickDrawManager_ && endsScenario(event.code)) quickDrawManager_->forgetPlatform();
-    if (dialog_) {
-        switch (event.code) {
-            case PIApplicationEvents_t::ScenarioCleared:
-            case PIApplicationEvents_t::ScenarioReplaced:
-            case PIApplicationEvents_t::ScenarioClosed:
-                // Before the dialog ends all drawing, at which the quick shape would be saved.
-                quickDrawManager_->cancelDrawing();
-                dialog_->onCmdClear(nullptr, nullptr);
-                quickDrawManager_->removeAllShapes();
-                break;
-            case PIApplicationEvents_t::EntityRemoved:
-                dialog_->scenarioEntityRemoved(event.id);
-                break;
-            case PIApplicationEvents_t::PlatformAdded:
-                dialog_->scenarioPlatformAdded();
-                break;
-            default:
-                break;
-        }
+    if (id != 0 && quickDrawManager_) quickDrawManager_->scenarioEntityRemoved(id);
+    if (quickDrawManager_ && endsScenario(event)) quickDrawManager_->forgetPlatform();
+    if (!dialog_) return;
+    if (endsScenario(event)) {
+        // Before the dialog ends all drawing, at which the quick shape would be saved.
+        quickDrawManager_->cancelDrawing();
+        dialog_->onCmdClear(nullptr, nullptr);
+        quickDrawManager_->removeAllShapes();
     }
+    if (removed) dialog_->scenarioEntityRemoved(id);
+    if (event == PIApplicationEvents_t::PlatformAdded) dialog_->scenarioPlatformAdded();
 }
 
 void OverlayEditorPlugin::preDrawOnRefresh(int widthPixels, int heightPixels) {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "gui/OverlayEditorDialog.h"
 #include "gui/ShapePanelMaker.h"
@@ -55,22 +54,11 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
   private:
     class RightClickObserver;
 
-    /// An event of ListenToEvents, with a copy of its data.
-    struct HostEvent {
-        PIApplicationEvents_t code{};
-        std::uint64_t id = 0;
-        bool operator==(const HostEvent&) const = default;
-    };
-
-    void handleEvent_(const HostEvent& event);
-    /// Events that came while the host served a command of the plug-in's, or another event.
-    void handlePostponed_();
     void takeDown_();
 
     bool startedUp_ = false;
     MouseToolMaker toolMaker_;
     ShapePanelMaker panelMaker_;
-    std::vector<HostEvent> postponed_;
     std::unique_ptr<Preferences> preferences_;
     std::unique_ptr<PIGUI::PIIcon> icon_;
     std::unique_ptr<PIGUI::PIMenuItem> menuItem_;

@@ -25,6 +25,8 @@ OverlayEditorPlugin::RightClickObserver::~RightClickObserver() {
 void OverlayEditorPlugin::RightClickObserver::menuRequested(const std::string& listName,
                                                             const PIHALVIS::ContextMenuData* data,
                                                             void* menu) {
+    // The menu cannot wait. One that opens while overlays are sent to the editor offers nothing.
+    if (EntryScope::isNested()) return;
     guardedEntry("menuRequested", [&] {
         if (listName != PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME) return;
         const auto* const clicked = dynamic_cast<const PIHALVIS::ZelMenuData*>(data);

@@ -20,6 +20,7 @@ class OverlayEditorPlugin::RightClickObserver final : public PIHALVIS::ContextMe
     void menuRequested(const std::string& listName, const PIHALVIS::ContextMenuData* data,
                        void* menu) override;
     void addedZEL(void*) override {}
+    /// Noted at once: the running entry may be about to send it to the editor.
     void removedZEL(void* overlay) override;
     /// The overlays that were offered last and that the host still has.
     const std::vector<void*>& overlays() const { return overlays_; }

@@ -85,11 +85,12 @@ class QuickDrawManager::PlatformSelectListener final : public PlatformMouseListe
 class QuickDrawManager::ZelObserver final : public PIHALVIS::ZELEventObserver {
   public:
     explicit ZelObserver(QuickDrawManager& manager) : manager_(manager) {}
+    // Both note it at once: the handle may be gone when the running entry is over.
     void addedZEL(void* overlay) override {
-        guardedEntry("addedZEL", [&] { manager_.zelAdded_(overlay); });
+        guarded("addedZEL", 0, [&] { return manager_.zelAdded_(overlay), 0; });
     }
     void removedZEL(void* overlay) override {
-        guardedEntry("removedZEL", [&] { manager_.zelRemoved_(overlay); });
+        guarded("removedZEL", 0, [&] { return manager_.zelRemoved_(overlay), 0; });
     }
 
   private:

@@ -165,8 +165,7 @@ class QuickDrawManager {
     PlatformMouseTool* picker_;
     std::unique_ptr<ZelObserver> zelObserver_;
     CallbackList<QuickDrawManager> callbacks_{this};
-    FunctorTwoParams__* const drawDone_ =
-        callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape, WhenPaused::Call);
+    FunctorTwoParams__* const drawDone_ = callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape);
     std::array<PICommon::Action, kCommandCount> actions_;
 };
 

@@ -1,14 +1,17 @@
 // The frame: adapters, dispatch, the funnel, callbacks and clean-up.
+#include <functional>
 #include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 
 #include "common/Notify.h"
 #include "pi/ClientFunctionMap.h"
+#include "pi/EntryScope.h"
 #include "pi/FunctorTwoParams.h"
 #include "pi/PIApplication.h"
 #include "pi/PIBase.h"
@@ -39,7 +42,11 @@ class FullPlugin final : public BarePlugin {
     std::string Name() const override { return "Full"; }
     std::string Author() const override { return "somebody"; }
     void listenToEvents(PIApplicationEvents_t event, void* data) override {
-        g_log.push_back("event " + std::to_string(static_cast<int>(event)) + (data ? " with data" : ""));
+        const bool removed = event == PIApplicationEvents_t::EntityRemoved;
+        g_log.push_back("event " + std::to_string(static_cast<int>(event)) +
+                        (removed ? " of " + std::to_string(*static_cast<std::uint64_t*>(data))
+                         : data  ? " with data"
+                                 : ""));
     }
     void preDrawOnRefresh(int width, int height) override {
         g_log.push_back("refresh " + std::to_string(width) + "x" + std::to_string(height));
@@ -192,6 +199,138 @@ TEST_F(FrameTest, AMouseEventThatIsMissingIsNotConsumed) {
     record_.integers[Slot::Status] = 1;  // left over from the event before
     EXPECT_EQ(dispatch(Event::HandleMouseEvent), 0);
     EXPECT_EQ(record_.integer(Slot::Status), 0);
+}
+
+/// A host that does something once from inside its next service.
+class BusyHost final : public PIServiceTable {
+  public:
+    BusyHost() { g_FunctionMap = this; }
+    ~BusyHost() { g_FunctionMap = nullptr; }
+    std::int32_t hostBuildNumber() override { return 13000; }
+    PIServiceResult handle(void*, PIServerFunctions_t service, void*) override {
+        if (service == PIServerFunctions_t::IdentityOverride) return 0;
+        if (service == PIServerFunctions_t::ForceRedraw) g_log.push_back("redraw");
+        if (inside) std::exchange(inside, {})();
+        return 0;
+    }
+    std::function<void()> inside;
+};
+
+class Commander {
+  public:
+    int onAsk(PIObject*, void*) {
+        g_log.push_back("asks");
+        handle(service, nullptr);
+        g_log.push_back("has asked");
+        return 1;
+    }
+    int onCmd(PIObject* sender, void* data) {
+        g_log.push_back(sender ? "sender" : "command");
+        if (data) g_log.back() += " " + std::to_string(*static_cast<std::int32_t*>(data));
+        return 1;
+    }
+    PIServerFunctions_t service = PIServerFunctions_t::Camera;
+    CallbackList<Commander> callbacks{this};
+    FunctorTwoParams__* const ask = callbacks.make(&Commander::onAsk);
+    FunctorTwoParams__* const command = callbacks.make(&Commander::onCmd);
+    FunctorTwoParams__* const atOnce = callbacks.make(&Commander::onCmd, Arrival::AtOnce);
+};
+
+class OneEntryTest : public FrameTest {
+  protected:
+    ~OneEntryTest() override { freeFunctors(); }
+    void event(PIApplicationEvents_t code, std::uint64_t id) {
+        record_.integers[Slot::EventCode] = static_cast<std::int32_t>(code);
+        record_.pointers[Slot::EventData] = &id;
+        dispatch(Event::ListenToEvents);
+    }
+    void ask() { EXPECT_EQ(commander->ask->Call(nullptr, nullptr), 1); }
+
+    BusyHost host;
+    std::unique_ptr<Commander> commander = std::make_unique<Commander>();
+};
+
+TEST_F(OneEntryTest, WhatComesWhileTheHostServesUsWaitsOrIsNotConsumed) {
+    load<FullPlugin>();
+    host.inside = [&] {
+        PIObject sender;
+        std::int32_t state = 1;
+        EXPECT_EQ(commander->command->Call(&sender, nullptr), 1);
+        EXPECT_EQ(commander->command->Call(&sender, &state), 1);
+        event(PIApplicationEvents_t::EntityRemoved, 7);
+        event(PIApplicationEvents_t::EntityRemoved, 8);
+        event(PIApplicationEvents_t::EntityRemoved, 7);
+        state = 0;
+        commander->command->Call(&sender, &state);
+        commander->command->Call(&sender, nullptr);
+        PIGUI::PIMouseEvent mouse;
+        record_.integers[Slot::Status] = 1;
+        record_.pointers[Slot::EventData] = &mouse;
+        dispatch(Event::HandleMouseEvent);
+        EXPECT_EQ(record_.integer(Slot::Status), 0);
+        for (int i = 0; i < 2; ++i) dispatch(Event::PreDrawOnRefresh);
+        commander->atOnce->Call(nullptr, nullptr);
+        dispatch(Event::Name);
+        EXPECT_EQ(record_.string(Slot::NameText), "Full");
+    };
+    ask();
+    EXPECT_THAT(g_log, ElementsAre("asks", "command", "has asked", "command 1", "event 4 of 8",
+                                   "event 4 of 7", "command 0", "command", "redraw"));
+}
+
+TEST_F(OneEntryTest, FramesGoOnWhileTheUserLooksForAFile) {
+    load<FullPlugin>();
+    commander->service = PIServerFunctions_t::FileDialog;
+    host.inside = [&] {
+        dispatch(Event::PreDrawOnRefresh);
+        EXPECT_EQ(commander->command->Call(nullptr, nullptr), 1);
+    };
+    ask();
+    EXPECT_THAT(g_log, ElementsAre("asks", "refresh 0x0", "has asked", "command"));
+
+    // A frame inside a frame is not made up for: it is being drawn.
+    g_log.clear();
+    g_ClientMessageMap[Event::PreDrawOnRefresh].first = [](void*, PIFunctionParams_t*) {
+        return static_cast<std::int32_t>(handle(PIServerFunctions_t::Camera, nullptr));
+    };
+    host.inside = [&] { dispatch(Event::PreDrawOnRefresh); };
+    dispatch(Event::PreDrawOnRefresh);
+    EXPECT_TRUE(g_log.empty());
+}
+
+TEST_F(OneEntryTest, WhatWaitsForSomethingThatIsGoneIsForgotten) {
+    load<FullPlugin>();
+    Commander other;
+    host.inside = [&] {
+        commander->command->Call(nullptr, nullptr);
+        dispatch(Event::Close);
+        event(PIApplicationEvents_t::ScenarioCleared, 0);
+        other.ask->Call(nullptr, nullptr);
+    };
+    ask();
+    EXPECT_THAT(g_log, ElementsAre("asks", "has asked", "command", "asks", "has asked", "Close", "destroyed"))
+        << "Close comes last";
+    g_log.clear();
+    host.inside = [&] { commander->command->Call(nullptr, nullptr); };
+    {
+        const EntryScope scope;
+        ask();
+        commander.reset();
+    }
+    EXPECT_THAT(g_log, ElementsAre("asks", "has asked"));
+}
+
+TEST_F(OneEntryTest, AHostThatAnswersEachCallIsPutOffToTheNextEntry) {
+    const std::function<void()> endless = [&] {
+        commander->ask->Call(nullptr, nullptr);
+        host.inside = endless;
+    };
+    host.inside = endless;
+    ask();
+    EXPECT_EQ(g_log.size(), 2u * (1 + 8));
+    host.inside = {};
+    { const EntryScope scope; }
+    EXPECT_EQ(g_log.size(), 2u * (2 + 8)) << "the last one was only put off";
 }
 
 class Thrower {
