@@ -79,7 +79,10 @@ void AnnotationShape::showIn_(AnnotationPanel& panel) {
 }
 
 void AnnotationShape::takeFrom_(AnnotationPanel& panel) {
-    if (const auto position = panel.position()) setPosition(*position);
+    const auto position = panel.position();
+    const bool changed = position || panel.color() != color_ || panel.fontName() != fontName_ ||
+                         panel.fontSize() != fontSize_;
+    if (position) setPosition(*position);
     setColor(panel.color());
     setFontName(panel.fontName());
     setFontSize(panel.fontSize());
@@ -87,7 +90,7 @@ void AnnotationShape::takeFrom_(AnnotationPanel& panel) {
     const Survival survives(*this);
     if (drawn != shown())
         setShown(drawn);
-    else
+    else if (changed)
         dirty_();
 }
 

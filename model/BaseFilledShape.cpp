@@ -39,7 +39,7 @@ void BaseFilledShape::showStyles_(LineStyleGUI& line, FillStyleGUI& fill) const 
 void BaseFilledShape::takeStyles_(const LineStyleGUI& line, const FillStyleGUI& fill) {
     if (lineDiffers_(line))
         setLineFromGui(line);
-    else if (fill.filled() != filled_ || fill.color() != fillColor_)
+    else
         setFillFromGui(fill);
 }
 
@@ -47,8 +47,8 @@ void BaseFilledShape::setFillFromGui(const FillStyleGUI& gui) {
     const bool filled = gui.filled();
     const ColorBytes color(gui.color());
     const Survival survives(*this);
-    setFilled(filled);
-    if (survives) setFillColor(color.r, color.g, color.b, color.a);
+    if (filled != filled_) setFilled(filled);
+    if (survives && color.packed() != fillColor_) setFillColor(color.r, color.g, color.b, color.a);
 }
 
 }  // namespace OverlayEditor

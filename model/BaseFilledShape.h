@@ -14,6 +14,7 @@ class BaseFilledShape : public BaseLineShape {
     virtual std::uint32_t fillColor() const { return fillColor_; }
     /// Outlining is not part of what the editor saves: it is stored, copied nowhere and never written.
     virtual void setOutlined(bool outlined);
+    /// \see setLineFromGui
     virtual void setFillFromGui(const FillStyleGUI& gui);
 
   protected:

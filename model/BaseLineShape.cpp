@@ -46,8 +46,8 @@ void BaseLineShape::setLineFromGui(const LineStyleGUI& gui) {
     const ColorBytes color(gui.color());
     const int width = gui.width();
     const Survival survives(*this);
-    setLineColor(color.r, color.g, color.b, color.a);
-    if (survives) setLineWidth(width);
+    if (color.packed() != lineColor_) setLineColor(color.r, color.g, color.b, color.a);
+    if (survives && width != lineWidth_) setLineWidth(width);
 }
 
 }  // namespace OverlayEditor

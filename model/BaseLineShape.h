@@ -16,6 +16,7 @@ class BaseLineShape : public Shape {
     virtual int lineWidth() const { return lineWidth_; }
     virtual void setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a);
     virtual std::uint32_t lineColor() const { return lineColor_; }
+    /// Sets what differs in the panel's part, with a refresh each.
     virtual void setLineFromGui(const LineStyleGUI& gui);
     /// Removes the shape's geometry so that it can be drawn afresh.
     virtual void clear() = 0;

@@ -148,6 +148,14 @@ void CylinderShape::placeAngle_(PointPtr& point, Number& number, double radians)
     keep_(number, radians, point);
 }
 
+void CylinderShape::placeSector_() {
+    const double start = startAngle();
+    // Not the end angle: from a full turn that would come back a last digit beside the start.
+    const double end = kept_(endAngle_, endAnglePoint_).value_or(azimuthTo_(endAnglePoint_));
+    if (startAnglePoint_) placeAngle_(startAnglePoint_, startAngle_, start);
+    if (endAnglePoint_) placeAngle_(endAnglePoint_, endAngle_, end);
+}
+
 double CylinderShape::rimDistance_(double azimuth) const {
     const double east = majorAxis();
     const double north = minorAxis();
@@ -255,6 +263,7 @@ void CylinderShape::setMajorRadius(double meters) {
     meters = std::abs(meters);
     placeAt_(majorAxisPoint_, kEast, meters);
     keep_(majorRadius_, meters, majorAxisPoint_);
+    placeSector_();
     dirty_();
 }
 
@@ -263,6 +272,7 @@ void CylinderShape::setMinorRadius(double meters) {
     meters = std::abs(meters);
     placeAt_(minorAxisPoint_, kNorth, meters);
     keep_(minorRadius_, meters, minorAxisPoint_);
+    placeSector_();
     dirty_();
 }
 
@@ -332,11 +342,7 @@ void CylinderShape::updatePoints() {
         placeAt_(minorAxisPoint_, kNorth, radius);
         keep_(minorRadius_, radius, minorAxisPoint_);
     }
-    const double start = startAngle();
-    // Not the end angle: from a full turn that would come back a last digit beside the start.
-    const double end = kept_(endAngle_, endAnglePoint_).value_or(azimuthTo_(endAnglePoint_));
-    if (startAnglePoint_) placeAngle_(startAnglePoint_, startAngle_, start);
-    if (endAnglePoint_) placeAngle_(endAnglePoint_, endAngle_, end);
+    placeSector_();
     dirty_();
 }
 
@@ -458,7 +464,6 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
     if (survives && height) setHeight(*height);
     if (survives && start) setStartAngle(*start);
     if (survives && end) setEndAngle(*end);
-    if (survives && (x || y) && (startAnglePoint_ || endAnglePoint_)) updatePoints();
     if (!survives || !panel_()) return;
     takeStyles_(panel.lineStyle(), panel.fillStyle());
 }

@@ -136,6 +136,8 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void placeAt_(PointPtr& point, double azimuth, double meters);
     void placeHeight_(double meters);
     void placeAngle_(PointPtr& point, Number& number, double radians);
+    /// Puts the bounds of the sector on the rim again when the radii have changed.
+    void placeSector_();
     /// From the centre to the rim in a direction; a stand-in length while there is no radius.
     double rimDistance_(double azimuth) const;
     /// Moves the centre, and everything else by the same ways; needs a centre.

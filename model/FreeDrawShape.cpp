@@ -133,7 +133,7 @@ void FreeDrawShape::takeFrom_(FreeDrawPanel& panel) {
     const bool drawn = panel.drawCheck();
     const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && panel_() && lineDiffers_(panel.lineStyle())) setLineFromGui(panel.lineStyle());
+    if (survives && panel_()) setLineFromGui(panel.lineStyle());
 }
 
 }  // namespace OverlayEditor
