@@ -40,23 +40,17 @@ void SelectExistingZELDialog::show() {
 }
 
 void SelectExistingZELDialog::refreshZELList() {
-    std::string text;
-    unsigned long selected = 0;
-    getSelection(text, selected);
-    list_.clearItems();
+    std::vector<PIGUI::PIList::Item> items;
+    const auto append = [&items](const std::vector<void*>& overlays, const std::string& platform) {
+        for (void* const overlay : overlays)
+            items.push_back({PIHALVIS::getZELFilename(overlay) + "\t" + platform, overlay});
+    };
     for (const std::uint64_t platform : PIData::getPlatformList()) {
         const std::vector<void*> overlays = PIHALVIS::getAttachedZELFiles(platform);
-        if (overlays.empty()) continue;
-        const std::string name = Utils::platformName(platform);
-        for (void* const overlay : overlays) append_(overlay, name);
+        if (!overlays.empty()) append(overlays, Utils::platformName(platform));
     }
-    for (void* const overlay : PIHALVIS::getZELFiles()) append_(overlay, "Absolute");
-    for (std::int32_t i = 0, count = selected ? list_.getNumItems() : 0; i < count; ++i)
-        if (idOfItem(list_.getItemData(i)) == selected) list_.setSelectedItem(i);
-}
-
-void SelectExistingZELDialog::append_(void* overlay, const std::string& platform) {
-    list_.appendItem(PIHALVIS::getZELFilename(overlay) + "\t" + platform, overlay);
+    append(PIHALVIS::getZELFiles(), "Absolute");
+    list_.setItems(std::move(items));
 }
 
 int SelectExistingZELDialog::getSelection(std::string& fileName, unsigned long& handle) const {

@@ -28,8 +28,6 @@ class SelectExistingZELDialog {
   private:
     class ZELEventObserver;
 
-    void append_(void* overlay, const std::string& platform);
-
     CallbackList<SelectExistingZELDialog> callbacks_{this};
     std::unique_ptr<ZELEventObserver> observer_;
     PIGUI::PIDialogBox box_;

@@ -85,17 +85,11 @@ void SelectPlatformDialog::stopPicking_() {
 }
 
 void SelectPlatformDialog::refreshPlatformList() {
-    const unsigned long selected = selectedPlatform();
-    std::vector<std::pair<std::string, std::uint64_t>> platforms;
+    std::vector<PIGUI::PIList::Item> items;
     for (const std::uint64_t id : PIData::getPlatformList())
-        platforms.emplace_back(Utils::platformName(id), id);
-    std::stable_sort(platforms.begin(), platforms.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    list_.clearItems();
-    for (const auto& [name, id] : platforms) {
-        const std::int32_t item = list_.appendItem(name, itemData(id));
-        if (id == selected) list_.setSelectedItem(item);
-    }
+        items.push_back({Utils::platformName(id), itemData(id)});
+    std::ranges::stable_sort(items, {}, &PIGUI::PIList::Item::text);
+    list_.setItems(std::move(items));
 }
 
 unsigned long SelectPlatformDialog::selectedPlatform() const {

@@ -52,6 +52,7 @@ class CatchallCall {
     }
 
     std::size_t integerResults() const { return results(record_.integers.size(), integerArguments_); }
+    std::size_t textResults() const { return results(record_.strings.size(), textArguments_); }
     std::size_t pointerResults() const { return results(record_.pointers.size(), pointerArguments_); }
 
     std::int64_t integerResult(std::size_t index, std::int64_t fallback = 0) const {

@@ -101,9 +101,10 @@
 //        CATCHALL i[Pop] p null
 //        Always called with a null identity.
 //
-//   Widgets. A creating service returns the new widget's handle. Children stand in their parent in the
-//   order of creation. Destroying a widget destroys its descendants, so the plug-in destroys children
-//   first. `callback` may be null; it stays the plug-in's until clean-up.
+//   Widgets. A creating service returns the handle of the new widget, which is shown and enabled, but for
+//   dialogs. Children stand in their parent in the order of creation. Destroying a widget destroys its
+//   descendants, so the plug-in destroys children first. `callback` may be null; it stays the plug-in's
+//   until clean-up.
 //   100  bind       POINTER_AND_POINTER widget, wrapper (PIObject*); a null wrapper unbinds the widget and
 //                   destroys it: widget, dialog, menu item. Returns 1.
 //   105  menu item  POINTER_STRING_AND_FUNCTION parent (null: the plug-in menu), caption, callback

@@ -55,19 +55,22 @@ void PISwitcher::setCurrent(PIWindow* child, std::int32_t index) {
 }
 
 PILabel::PILabel(PICanvas* parent, const std::string& caption) {
-    bind(create<PI_DATA_POINTER_AND_STRING>(Service::CreateLabel, handleOf(parent), caption));
+    bind(create<PI_DATA_POINTER_AND_STRING>(Service::CreateLabel, handleOf(parent), caption), caption);
 }
 PIButton::PIButton(PICanvas* parent, const std::string& caption, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_STRING_AND_FUNCTION>(Service::CreateButton, handleOf(parent), caption,
-                                                     callback));
+                                                     callback),
+         caption);
 }
 PICheckButton::PICheckButton(PICanvas* parent, const std::string& caption, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_STRING_AND_FUNCTION>(Service::CreateCheckButton, handleOf(parent), caption,
-                                                     callback));
+                                                     callback),
+         caption);
 }
 PIRadioButton::PIRadioButton(PICanvas* parent, const std::string& caption, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_STRING_AND_FUNCTION>(Service::CreateRadioButton, handleOf(parent), caption,
-                                                     callback));
+                                                     callback),
+         caption);
 }
 PITextField::PITextField(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_INT_AND_FUNCTION>(Service::CreateTextField, handleOf(parent), style,
@@ -87,6 +90,8 @@ PIOptionMenu::PIOptionMenu(PICanvas* parent, const std::string& caption, Functor
 }
 void PIOptionMenu::appendOption(std::int32_t index, const std::string& text) {
     if (!handle()) return;
+    // The index of the chosen option may be another one now.
+    known_.value = {};
     PI_DATA_POINTER_INT_AND_STRING record(handle(), index, text);
     ::handle(Service::OptionMenuAppendOption, &record);
 }
@@ -112,6 +117,7 @@ PIList::PIList(PICanvas* parent, std::int32_t style, const std::string& headers)
 }
 std::int32_t PIList::appendItem(const std::string& text, void* data) {
     if (!handle()) return -1;
+    items_.reset();
     auto call = items(PISelector::ListItems::Append, handle());
     call.text(text).pointer(data).perform();
     return static_cast<std::int32_t>(call.integerResult(0, -1));
@@ -120,9 +126,11 @@ void PIList::appendHeader(const std::string& text) {
     if (handle()) items(PISelector::ListItems::AppendHeader, handle()).text(text).perform();
 }
 void PIList::removeItem(std::int32_t index) {
+    items_.reset();
     if (handle()) items(PISelector::ListItems::Remove, handle()).integer(index).perform();
 }
 void PIList::clearItems() {
+    items_.reset();
     if (handle()) items(PISelector::ListItems::Clear, handle()).perform();
 }
 std::int32_t PIList::getNumItems() const {
@@ -150,6 +158,7 @@ std::string PIList::getItemText(std::int32_t index) const {
     return call.textResult(0);
 }
 void PIList::setItemText(std::int32_t index, const std::string& text) {
+    items_.reset();
     if (handle()) items(PISelector::ListItems::SetText, handle()).integer(index).text(text).perform();
 }
 void* PIList::getItemData(std::int32_t index) const {
@@ -157,6 +166,19 @@ void* PIList::getItemData(std::int32_t index) const {
     auto call = items(PISelector::ListItems::GetData, handle());
     call.integer(index).perform();
     return call.pointerResult(0);
+}
+void PIList::setItems(std::vector<Item> items) {
+    if (items_ == items) return;
+    const std::int32_t selected = getSelectedItem();
+    void* const data = selected < 0 ? nullptr : getItemData(selected);
+    clearItems();
+    bool taken = true;
+    for (const Item& item : items) {
+        const std::int32_t index = appendItem(item.text, item.data);
+        taken = taken && index >= 0;
+        if (selected >= 0 && item.data == data) setSelectedItem(index);
+    }
+    if (taken) items_ = std::move(items);
 }
 
 PIIcon::~PIIcon() {
@@ -185,6 +207,7 @@ void PIMenuItem::setIcon(const PIIcon& icon) {
 }
 
 PIDialogBox::PIDialogBox(PIWindow* parent, const std::string& title) {
+    known_.shown = false;
     bind(create<PI_DATA_POINTER_AND_STRING>(Service::CreateDialogBox, handleOf(parent), title));
 }
 PIDialogBox::~PIDialogBox() {
@@ -192,15 +215,11 @@ PIDialogBox::~PIDialogBox() {
 }
 void PIDialogBox::show() {
     if (!handle()) return;
+    known_.shown = true;
     ::handle(Service::DialogShow, handle());
-    shown_ = true;
-}
-void PIDialogBox::hide() {
-    PIWindow::hide();
-    shown_ = false;
 }
 bool PIDialogBox::shown() const {
-    return shown_ && PIWindow::shown();
+    return known_.shown != false && PIWindow::shown();
 }
 void PIDialogBox::setIcon(const PIIcon& icon) {
     if (!handle() || !icon.handle()) return;

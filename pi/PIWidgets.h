@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,9 @@ class PIButton : public PIWindow {
   public:
     PIButton(PICanvas* parent, const std::string& caption, FunctorTwoParams__* callback);
     bool isChecked() const { return isChecked_(); }
+
+  protected:
+    bool checkMoves_() const override { return true; }
 };
 
 class PICheckButton : public PIWindow {
@@ -83,6 +87,9 @@ class PIRadioButton : public PIWindow {
   public:
     PIRadioButton(PICanvas* parent, const std::string& caption, FunctorTwoParams__* callback);
     bool isChecked() const { return isChecked_(); }
+
+  protected:
+    bool checkMoves_() const override { return true; }
 };
 
 /// Its callback is called when the user has changed the text and pressed Enter or left the field.
@@ -131,6 +138,19 @@ class PIList : public PIWindow {
     std::string getItemText(std::int32_t index) const;
     void setItemText(std::int32_t index, const std::string& text);
     void* getItemData(std::int32_t index) const;
+
+    struct Item {
+        std::string text;
+        void* data = nullptr;
+        bool operator==(const Item&) const = default;
+    };
+    /// Replaces all items, unless the list was last filled with the same ones. The selected item, known by
+    /// its data, stays selected.
+    void setItems(std::vector<Item> items);
+
+  private:
+    /// What setItems filled the list with, nothing once it was changed otherwise.
+    std::optional<std::vector<Item>> items_;
 };
 
 /// An image. The host keeps what it needs of the bytes.
@@ -161,15 +181,11 @@ class PIDialogBox : public PICanvas {
 
     /// Shows the box and brings it to the front.
     void show() override;
-    void hide() override;
     /// True after show() until hide() or the user's closing.
     bool shown() const override;
     void setIcon(const PIIcon& icon);
     /// One observer a box; null removes it. The observer must outlive the box or be removed.
     void registerCloseObserver(PICloseObserver* observer);
-
-  private:
-    bool shown_ = false;
 };
 
 /// The 3-D view sends the mouse to the plug-in only, also outside of its edges, until ungrabbed. Calls nest.

@@ -1,5 +1,7 @@
 #include "pi/PIWindow.h"
 
+#include <utility>
+
 #include "pi/CatchallCall.h"
 #include "pi/PIBase.h"
 #include "pi/PIDataRecords.h"
@@ -7,12 +9,6 @@
 namespace PIGUI {
 
 namespace {
-
-void flag(PIServerFunctions_t service, void* handle, bool value) {
-    if (!handle) return;
-    PI_DATA_POINTER_AND_BOOL record(handle, value);
-    ::handle(service, &record);
-}
 
 CatchallCall query(PISelector::WidgetValue selector, void* handle) {
     CatchallCall call(PIServerFunctions_t::WidgetValue, selector);
@@ -28,41 +24,63 @@ PIWindow::~PIWindow() {
     ::handle(PIServerFunctions_t::BindWidget, &record);
 }
 
-void PIWindow::bind(void* handle) {
+void PIWindow::bind(void* handle, Value value) {
     handle_ = handle;
+    known_.value = std::move(value);
     if (!handle_) return;
     PI_DATA_POINTER_AND_POINTER record(handle_, static_cast<PIObject*>(this));
     ::handle(PIServerFunctions_t::BindWidget, &record);
 }
 
+// What the host calls back from inside a call is newer than what is sent: it is remembered first.
+
+void PIWindow::setFlag_(PIServerFunctions_t service, std::optional<bool>& known, bool flag) {
+    if (!handle_ || known == flag) return;
+    known = flag;
+    PI_DATA_POINTER_AND_BOOL record(handle_, flag);
+    if (!::handle(service, &record)) known.reset();
+}
+
+template <typename Record, typename Given>
+void PIWindow::setValue_(PIServerFunctions_t service, const Given& value) {
+    if (!handle_ || known_.value == Value(value)) return;
+    known_.value = value;
+    Record record(handle_, value);
+    if (!::handle(service, &record)) known_.value = {};
+}
+
 void PIWindow::show() {
-    flag(PIServerFunctions_t::WindowShow, handle_, true);
+    setFlag_(PIServerFunctions_t::WindowShow, known_.shown, true);
 }
 void PIWindow::hide() {
-    flag(PIServerFunctions_t::WindowShow, handle_, false);
+    setFlag_(PIServerFunctions_t::WindowShow, known_.shown, false);
+}
+void PIWindow::setShown(bool shown) {
+    shown ? show() : hide();
 }
 bool PIWindow::shown() const {
     return handle_ && ::handle(PIServerFunctions_t::WindowShown, handle_) != 0;
 }
 
 void PIWindow::enable() {
-    flag(PIServerFunctions_t::WindowEnable, handle_, true);
+    setEnabled(true);
 }
 void PIWindow::disable() {
-    flag(PIServerFunctions_t::WindowEnable, handle_, false);
+    setEnabled(false);
 }
 void PIWindow::setEnabled(bool enabled) {
-    enabled ? enable() : disable();
+    setFlag_(PIServerFunctions_t::WindowEnable, known_.enabled, enabled);
 }
 
 void PIWindow::check() {
-    flag(PIServerFunctions_t::WindowCheck, handle_, true);
+    setCheck(true);
 }
 void PIWindow::uncheck() {
-    flag(PIServerFunctions_t::WindowCheck, handle_, false);
+    setCheck(false);
 }
 void PIWindow::setCheck(bool checked) {
-    checked ? check() : uncheck();
+    if (known_.checked && checkMoves_()) isChecked_();
+    setFlag_(PIServerFunctions_t::WindowCheck, known_.checked, checked);
 }
 
 void PIWindow::mapFunction(FunctorTwoParams__* callback) {
@@ -72,38 +90,42 @@ void PIWindow::mapFunction(FunctorTwoParams__* callback) {
 }
 
 void PIWindow::setValue(std::int32_t value) {
-    if (!handle_) return;
-    PI_DATA_POINTER_AND_INT record(handle_, value);
-    ::handle(PIServerFunctions_t::WindowSetInt, &record);
+    setValue_<PI_DATA_POINTER_AND_INT>(PIServerFunctions_t::WindowSetInt, value);
 }
-
 void PIWindow::setValue(double value) {
-    if (!handle_) return;
-    PI_DATA_POINTER_AND_DOUBLE record(handle_, value);
-    ::handle(PIServerFunctions_t::WindowSetDouble, &record);
+    setValue_<PI_DATA_POINTER_AND_DOUBLE>(PIServerFunctions_t::WindowSetDouble, value);
 }
-
 void PIWindow::setValue(const std::string& text) {
-    if (!handle_) return;
-    PI_DATA_POINTER_AND_STRING record(handle_, text);
-    ::handle(PIServerFunctions_t::WindowSetString, &record);
+    setValue_<PI_DATA_POINTER_AND_STRING>(PIServerFunctions_t::WindowSetString, text);
 }
-
 void PIWindow::updateValue(const std::string& text) {
-    if (getValueText() != text) setValue(text);
+    getValueText();
+    setValue(text);
 }
 
 std::string PIWindow::getValueText() const {
-    return query(PISelector::WidgetValue::Text, handle_).textResult(0);
+    const CatchallCall call = query(PISelector::WidgetValue::Text, handle_);
+    std::string text = call.textResult(0);
+    known_.value = call.textResults() > 0 ? Value(text) : Value();
+    return text;
 }
 std::int32_t PIWindow::getValueInt() const {
-    return static_cast<std::int32_t>(query(PISelector::WidgetValue::Integer, handle_).integerResult(0));
+    const CatchallCall call = query(PISelector::WidgetValue::Integer, handle_);
+    const auto value = static_cast<std::int32_t>(call.integerResult(0));
+    known_.value = call.integerResults() > 0 ? Value(value) : Value();
+    return value;
 }
 double PIWindow::getValueDouble() const {
-    return query(PISelector::WidgetValue::Real, handle_).realResult(0);
+    const CatchallCall call = query(PISelector::WidgetValue::Real, handle_);
+    const double value = call.realResult(0);
+    known_.value = call.hasRealResults(1) ? Value(value) : Value();
+    return value;
 }
 bool PIWindow::isChecked_() const {
-    return query(PISelector::WidgetValue::Checked, handle_).integerResult(0) != 0;
+    const CatchallCall call = query(PISelector::WidgetValue::Checked, handle_);
+    const bool checked = call.integerResult(0) != 0;
+    known_.checked = call.integerResults() > 0 ? std::optional(checked) : std::nullopt;
+    return checked;
 }
 
 }  // namespace PIGUI

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <variant>
 
 #include "pi/FunctorTwoParams.h"
 #include "pi/PIObject.h"
@@ -11,6 +13,11 @@
 /// operation does nothing and returns the neutral value. Destroying a wrapper destroys its widget, so
 /// children are destroyed before their parents. Captions hold the shown text, a tab and the tooltip.
 /// Programmatic changes never call the widget's callback back. All: [ui thread]
+///
+/// A wrapper remembers of its widget what it was last told, or has last read, and sends only what differs
+/// from that. So nothing is sent that stands there already, and what a user is typing and has not handed
+/// over stays. A handler reads its widget before it sets it: what it refuses was read, and the old value is
+/// sent again.
 namespace PIGUI {
 
 class PIWindow : public PIObject {
@@ -21,6 +28,7 @@ class PIWindow : public PIObject {
     virtual void hide();
     /// False for a hidden widget, also when only its parent is hidden.
     virtual bool shown() const;
+    void setShown(bool shown);
 
     void enable();
     void disable();
@@ -36,7 +44,7 @@ class PIWindow : public PIObject {
     void setValue(std::int32_t value);
     void setValue(double value);
     void setValue(const std::string& text);
-    /// Sets the text only where it differs, so that a cursor or selection in the field survives.
+    /// Reads the text first: where somebody is typing, the text is set, too.
     void updateValue(const std::string& text);
 
     std::string getValueText() const;
@@ -46,12 +54,31 @@ class PIWindow : public PIObject {
     void* handle() const { return handle_; }
 
   protected:
+    using Value = std::variant<std::monostate, std::int32_t, double, std::string>;
+    /// What the widget is known to show; empty where that is not known.
+    struct Known {
+        Value value;
+        std::optional<bool> checked;
+        std::optional<bool> shown = true;
+        std::optional<bool> enabled = true;
+    };
+
     PIWindow() = default;
     /// Takes the handle that a creating service returned and binds it to this wrapper.
-    void bind(void* handle);
+    /// \param value what the new widget shows, where that was given to the service
+    void bind(void* handle, Value value = {});
     bool isChecked_() const;
+    /// Whether using the widget, or its neighbours, changes its check without a handler that reads it: the
+    /// host is asked before the check is set.
+    virtual bool checkMoves_() const { return false; }
+
+    mutable Known known_;
 
   private:
+    void setFlag_(PIServerFunctions_t service, std::optional<bool>& known, bool flag);
+    template <typename Record, typename Given>
+    void setValue_(PIServerFunctions_t service, const Given& value);
+
     void* handle_ = nullptr;
 };
 

@@ -128,6 +128,57 @@ TEST_F(WrapperTest, AWidgetIsCreatedBoundAndDestroyed) {
     EXPECT_THAT(host.calls, ElementsAre(901, 100, 118, 100, 144, 145, 100, 100));
 }
 
+TEST_F(WrapperTest, OnlyWhatDiffersFromWhatIsKnownIsSent) {
+    std::string shown;
+    bool checked = false, refuses = false;
+    int sent = 0;
+    host.answer = [&](Id service, void* args) -> PIServiceResult {
+        sent += service == Id::WindowSetString || service == Id::WindowCheck || service == Id::WindowEnable;
+        if (refuses) return 0;
+        if (service == Id::WindowSetString) shown = static_cast<PI_DATA_POINTER_AND_STRING*>(args)->text;
+        if (service == Id::WindowCheck) checked = static_cast<PI_DATA_POINTER_AND_BOOL*>(args)->flag;
+        if (service == Id::WidgetValue) {
+            auto& record = *static_cast<PI_DATA_CATCHALL*>(args);
+            record.strings.push_back(shown);
+            record.integers.push_back(checked);
+        }
+        return 1;
+    };
+    PIGUI::PITextField field(nullptr, PIGUI::PITextFieldNormal, nullptr);
+    const auto sends = [&](const auto& act) {
+        const int before = sent;
+        act();
+        return sent - before;
+    };
+    const auto set = [&](const char* text) { return sends([&] { field.setValue(std::string(text)); }); };
+    EXPECT_EQ(set(""), 1) << "what a new field shows is not known";
+    EXPECT_EQ(set("5"), 1);
+    EXPECT_EQ(set("5"), 0);
+    shown = "7 w";
+    EXPECT_EQ(set("5"), 0) << "somebody is typing";
+    field.getValueText();
+    EXPECT_EQ(set("5"), 1) << "what was typed was handed over, and refused";
+    shown = "7 w";
+    field.updateValue("5");
+    EXPECT_EQ(shown, "5");
+    refuses = true;
+    EXPECT_EQ(set("6"), 1);
+    field.getValueText();
+    refuses = false;
+    EXPECT_EQ(set("6"), 1);
+
+    // The first uncheck makes it a toggle button; a click may change it although nobody reads it.
+    PIGUI::PIButton toggle(nullptr, "Caption", nullptr);
+    EXPECT_EQ(sends([&] { toggle.uncheck(); }), 1);
+    EXPECT_EQ(sends([&] { toggle.uncheck(); }), 0);
+    checked = true;
+    EXPECT_EQ(sends([&] { toggle.uncheck(); }), 1);
+    EXPECT_EQ(sends([&] { toggle.setValue(std::string("Caption")); }), 0);
+    EXPECT_EQ(sends([&] { toggle.enable(); }), 0) << "a new widget is enabled";
+    EXPECT_EQ(sends([&] { toggle.disable(); }), 1);
+    EXPECT_EQ(sends([&] { toggle.disable(); }), 0);
+}
+
 TEST_F(WrapperTest, ResultsStandBehindTheArguments) {
     host.answer = [](Id service, void* args) -> PIServiceResult {
         auto& record = *static_cast<PI_DATA_CATCHALL*>(args);

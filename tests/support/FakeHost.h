@@ -37,7 +37,7 @@ class FakeHost final : public PIServiceTable {
         std::int32_t style = 0;
         FunctorTwoParams__* callback = nullptr;
         PIObject* wrapper = nullptr;
-        std::string text;  ///< value of a text field; caption set later
+        std::string text;  ///< value of a text field; caption of a label or a button, as it is now
         double number = 0.0;
         bool shown = true, enabled = true, checked = false;
         std::vector<std::string> items;  ///< of an option menu or a list
@@ -155,10 +155,12 @@ class FakeHost final : public PIServiceTable {
             return keep(std::move(widget));
         };
         switch (service) {
-            case Id::CreateMenuItem:
             case Id::CreateButton:
             case Id::CreateRadioButton:
             case Id::CreateCheckButton:
+                widget.text = as<PI_DATA_POINTER_STRING_AND_FUNCTION>(args).text;
+                [[fallthrough]];
+            case Id::CreateMenuItem:
             case Id::CreateOptionMenu:
                 return fill(as<PI_DATA_POINTER_STRING_AND_FUNCTION>(args));
             case Id::CreateTextField:
@@ -168,8 +170,10 @@ class FakeHost final : public PIServiceTable {
             case Id::CreateList:
             case Id::CreateGroupBox:
                 return fill(as<PI_DATA_POINTER_INT_AND_STRING>(args));
-            case Id::CreateDialogBox:
             case Id::CreateLabel:
+                widget.text = as<PI_DATA_POINTER_AND_STRING>(args).text;
+                [[fallthrough]];
+            case Id::CreateDialogBox:
                 return fill(as<PI_DATA_POINTER_AND_STRING>(args));
             case Id::CreateHorizontalMatrix:
             case Id::CreateVerticalMatrix:
