@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <ostream>
@@ -8,15 +9,13 @@
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "format/Parser.h"
 #include "format/ZelShapes.h"
 
 /// What the format's tests have in common.
 namespace halCore::ZEL {
-
-inline void PrintTo(const ParseMessage& message, std::ostream* out) {
-    *out << message.line << ": " << message.text;
-}
 
 struct Parsed {
     Parser::Shapes shapes;
@@ -29,18 +28,76 @@ inline Parsed parsed(std::string_view text) {
     return result;
 }
 
-inline std::string written(const ZelShape& shape, int precision = 15) {
+inline std::string written(const ZelShape& shape) {
     std::ostringstream out;
-    out.precision(precision);
+    out.precision(15);
     shape.serializeToStream(out);
     return out.str();
 }
 
+inline std::string written(const Parsed& read) {
+    std::string result;
+    for (const auto& shape : read.shapes) result += written(*shape);
+    return result;
+}
+
+/// The messages' texts, one a line, each with its line number.
+inline std::string messages(const ParseReport& report) {
+    std::string result;
+    for (const ParseMessage& message : report.messages)
+        result.append(std::to_string(message.line)).append(": ").append(message.text).append("\n");
+    return result;
+}
+
 /// All shapes of a text as they are written back.
 inline std::string rewritten(std::string_view text) {
-    std::string result;
-    for (const auto& shape : parsed(text).shapes) result += written(*shape);
-    return result;
+    return written(parsed(text));
+}
+
+/// Gives one character at a time.
+class Drip : public std::streambuf {
+  public:
+    explicit Drip(std::string_view text) : text_(text) {}
+
+  protected:
+    int_type underflow() override {
+        if (text_.empty()) return traits_type::eof();
+        current_ = text_.front();
+        text_.remove_prefix(1);
+        setg(&current_, &current_, &current_ + 1);
+        return traits_type::to_int_type(current_);
+    }
+
+  private:
+    std::string_view text_;
+    char current_ = 0;
+};
+
+/// Messages and shapes. They are the same for a stream, even one that throws at its end, with other line
+/// ends, behind a byte order mark, and for a text with more behind it, where several characters are read at
+/// once.
+inline std::string read(const std::string& text) {
+    const Parsed plain = parsed(text);
+    const auto outcome = [](const Parsed& result) { return messages(result.report) + written(result); };
+    const std::string expected = outcome(plain);
+    const auto streamed = [&](std::streambuf* buffer, std::ios::iostate throws) {
+        Parsed result;
+        std::istream stream(buffer);
+        stream.exceptions(throws);
+        Parser().parse(stream, result.shapes, result.report);
+        return outcome(result);
+    };
+    std::string carriageReturns;
+    for (const char c : text) carriageReturns.append(c == '\n' ? "\r\n" : std::string(1, c));
+    for (const std::string& same :
+         {text, "\xEF\xBB\xBF" + text, carriageReturns, text + std::string(200, '\n')}) {
+        EXPECT_EQ(outcome(parsed(same)), expected) << same;
+        std::stringbuf buffer(same);
+        EXPECT_EQ(streamed(&buffer, std::ios::goodbit), expected) << same;
+        Drip drip(same);
+        EXPECT_EQ(streamed(&drip, std::ios::badbit | std::ios::failbit | std::ios::eofbit), expected) << same;
+    }
+    return expected;
 }
 
 /// The text of a sample file.
@@ -49,16 +106,32 @@ inline std::string sample(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Lines between "start" and "end".
-inline std::string block(std::string_view body) {
-    return std::string("start\n").append(body).append("end\n");
+/// Lines, each ended by a ";" or, the last one, by the text's end.
+inline std::string lines(std::string_view body) {
+    std::string text(body);
+    if (!text.empty()) text += ';';
+    std::replace(text.begin(), text.end(), ';', '\n');
+    return text;
 }
 
-/// The messages' texts, one a line, each with its line number.
-inline std::string messages(const ParseReport& report) {
-    std::string result;
-    for (const ParseMessage& message : report.messages)
-        result.append(std::to_string(message.line)).append(": ").append(message.text).append("\n");
+/// The same between "start" and "end".
+inline std::string block(std::string_view body) {
+    return "start\n" + lines(body) + "end\n";
+}
+
+/// The rows of a table, a line each but for comments; " | " parts the cells, and there are `count` of them.
+inline std::vector<std::vector<std::string>> rows(std::string_view table, std::size_t count) {
+    std::vector<std::vector<std::string>> result;
+    std::istringstream in{std::string(table)};
+    for (std::string line; std::getline(in, line);) {
+        if (line.empty() || line.starts_with("// ")) continue;
+        std::vector<std::string> cells;
+        for (std::size_t end; (end = line.find(" |")) != std::string::npos; line.erase(0, end + 3))
+            cells.push_back(line.substr(0, end));
+        cells.push_back(line);
+        cells.resize(std::max(cells.size(), count));
+        result.push_back(std::move(cells));
+    }
     return result;
 }
 
