@@ -8,6 +8,8 @@
 #include "geo/Angles.h"
 #include "geo/Mgrs.h"
 #include "geo/MgrsConvert.h"
+#include "support/CommaLocale.h"
+#include "support/Rows.h"
 
 namespace {
 
@@ -16,6 +18,7 @@ using halCore::kRadiansPerDegree;
 using UTILS::MgrsConvert;
 
 TEST(MgrsConvert, WritesWhatHoldsThePosition) {
+    const test::CommaLocale locale;
     std::string mgrs;
     EXPECT_EQ(MgrsConvert::geodeticToMgrs(0.0, 3.0 * kRadiansPerDegree, mgrs), 0);
     EXPECT_EQ(mgrs, "31NEA0000000000");
@@ -36,16 +39,19 @@ TEST(MgrsConvert, WritesWhatHoldsThePosition) {
 }
 
 TEST(MgrsConvert, DividesWhatPeopleType) {
-    const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
-        {"4QFJ1234567890", {"4Q", "FJ", "12345", "67890"}},
-        {" \"4q fj 12345 67890\" ", {"4Q", "FJ", "12345", "67890"}},
-        {"4 Q FJ 12 34", {"4Q", "FJ", "12", "34"}},
-        {"04QFJ1234", {"04Q", "FJ", "12", "34"}},
-        {"4QFJ", {"4Q", "FJ", "", ""}},
-        {"'zah 1234'", {"Z", "AH", "12", "34"}},
-        {"z ah", {"Z", "AH", "", ""}},
-        {"ZAH" + std::string(22, '1'), {"Z", "AH", std::string(11, '1'), std::string(11, '1')}}};
-    for (const auto& [text, parts] : cases) {
+    for (const auto& row : test::rows(R"(
+4QFJ1234567890 | 4Q;FJ;12345;67890
+ "4q fj 12345 67890"  | 4Q;FJ;12345;67890
+4 Q FJ 12 34 | 4Q;FJ;12;34
+04QFJ1234 | 04Q;FJ;12;34
+4QFJ | 4Q;FJ;;
+'zah 1234' | Z;AH;12;34
+z ah | Z;AH;;
+ZAH1111111111111111111111 | Z;AH;11111111111;11111111111
+)",
+                                      2)) {
+        const std::string& text = row[0];
+        const std::vector<std::string> parts = test::split(row[1], ";");
         std::string gzd, square, easting, northing, mgrs;
         ASSERT_EQ(MgrsConvert::divideMgrs(text, gzd, square, easting, northing), 0) << text;
         EXPECT_EQ((std::vector<std::string>{gzd, square, easting, northing}), parts) << text;
@@ -57,49 +63,36 @@ TEST(MgrsConvert, DividesWhatPeopleType) {
 }
 
 TEST(MgrsConvert, TellsWhyATextHasNotTheForm) {
-    const std::string gzdSize = "MGRS string is invalid, incorrect number of characters in GZD.";
-    const std::string noLetter =
-        "MGRS string is invalid, expected non-numeric character in the first 3 positions.";
-    const std::string unequal = "MGRS string is invalid, easting and northing are not the same length.";
-    const std::string square = "MGRS string is invalid, expected two letters of a 100 km square.";
-    const std::string digits = "MGRS string is invalid, easting and northing must have 0 to 11 digits.";
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {"", gzdSize},
-        {"\"\"", gzdSize},
-        {"4", noLetter},
-        {"1234567", noLetter},
-        {"123QFJ", noLetter},
-        {"-QFJ", gzdSize},
-        {"4\xC3\x84", gzdSize},
-        {"4Q", square},
-        {"4QF12", square},
-        {"4QFJX", square},
-        {"4QFJ123", unequal},
-        {"4QFJ 12 345", unequal},
-        {"4QFJ 12x4", digits},
-        {"4QFJ 12 34 56", digits},
-        {"4QFJ" + std::string(24, '1'), digits},
-        {"ZAH" + std::string(1000000, '1'), digits},
-    };
+    const std::string invalid = "MGRS string is invalid, ";
+    const std::string gzdSize = invalid + "incorrect number of characters in GZD.";
+    const std::string noLetter = invalid + "expected non-numeric character in the first 3 positions.";
+    const std::string unequal = invalid + "easting and northing are not the same length.";
+    const std::string square = invalid + "expected two letters of a 100 km square.";
+    const std::string digits = invalid + "easting and northing must have 0 to 11 digits.";
     std::string gzd = "a", squareId = "b", easting = "c", northing = "d", err;
-    for (const auto& [text, message] : cases) {
-        EXPECT_NE(MgrsConvert::divideMgrs(text, gzd, squareId, easting, northing, &err), 0) << text;
-        EXPECT_EQ(err, message) << text.substr(0, 40);
-        EXPECT_FALSE(MgrsConvert::isValidMgrs(text));
-    }
+    for (const auto& [texts, message] : {std::pair{std::string(";\"\";-QFJ;4\xC3\x84"), gzdSize},
+                                         {"4;1234567;123QFJ", noLetter},
+                                         {"4Q;4QF12;4QFJX", square},
+                                         {"4QFJ123;4QFJ 12 345", unequal},
+                                         {"4QFJ 12x4;4QFJ 12 34 56;4QFJ" + std::string(24, '1'), digits},
+                                         {"ZAH" + std::string(1000000, '1'), digits}})
+        for (const std::string& text : test::split(texts, ";")) {
+            EXPECT_NE(MgrsConvert::divideMgrs(text, gzd, squareId, easting, northing, &err), 0) << text;
+            EXPECT_EQ(err, message) << text.substr(0, 40);
+            EXPECT_FALSE(MgrsConvert::isValidMgrs(text));
+        }
     EXPECT_EQ(gzd + squareId + easting + northing, "abcd") << "left alone";
 
     std::string mgrs = "old";
-    EXPECT_NE(MgrsConvert::combineMgrs("123Q", "FJ", "", "", mgrs, &err), 0);
-    EXPECT_EQ(err, gzdSize);
-    EXPECT_NE(MgrsConvert::combineMgrs("12", "FJ", "", "", mgrs, &err), 0);
-    EXPECT_EQ(err, noLetter);
-    EXPECT_NE(MgrsConvert::combineMgrs("4Q", "F1", "", "", mgrs, &err), 0);
-    EXPECT_EQ(err, square);
-    EXPECT_NE(MgrsConvert::combineMgrs("4Q", "FJ", "1", "12", mgrs, &err), 0);
-    EXPECT_EQ(err, unequal);
-    EXPECT_NE(MgrsConvert::combineMgrs("4Q", "FJ", "1.5", "123", mgrs, &err), 0);
-    EXPECT_EQ(err, digits);
+    for (const auto& [parts, message] : {std::pair{"123Q;FJ;;", gzdSize},
+                                         {"12;FJ;;", noLetter},
+                                         {"4Q;F1;;", square},
+                                         {"4Q;FJ;1;12", unequal},
+                                         {"4Q;FJ;1.5;123", digits}}) {
+        const auto part = test::split(parts, ";");
+        EXPECT_NE(MgrsConvert::combineMgrs(part[0], part[1], part[2], part[3], mgrs, &err), 0) << parts;
+        EXPECT_EQ(err, message);
+    }
     EXPECT_EQ(mgrs, "old");
     EXPECT_EQ(MgrsConvert::combineMgrs(" 4q ", "fj", " 12", "34 ", mgrs), 0);
     EXPECT_EQ(mgrs, "4QFJ1234");

@@ -1,9 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
-#include <set>
 #include <string>
-#include <vector>
 
 #include <GeographicLib/MGRS.hpp>
 #include <GeographicLib/UTMUPS.hpp>
@@ -11,6 +9,7 @@
 
 #include "geo/Angles.h"
 #include "geo/Mgrs.h"
+#include "support/Rows.h"
 
 namespace {
 
@@ -57,18 +56,6 @@ std::string messageOf(std::string_view mgrs) {
     return err;
 }
 
-TEST(Mgrs, ReadsPublishedReferences) {
-    // Corners of zone 31N, square 31NEA: 500 km east on the equator is its central meridian, 3 E.
-    EXPECT_LT(difference("31NEA0000000000", {0.0, 3.0}), 1e-12);
-    EXPECT_LT(difference("31NEA", {0.0, 3.0}), 1e-12);
-    // The poles are the corner of four squares each.
-    double lat, lon;
-    ASSERT_EQ(Mgrs::convertMgrsToGeodetic("ZAH", lat, lon), 0);
-    EXPECT_NEAR(lat, kHalfPi, 1e-15);
-    ASSERT_EQ(Mgrs::convertMgrsToGeodetic("ban0000000000", lat, lon), 0);
-    EXPECT_NEAR(lat, -kHalfPi, 1e-15);
-}
-
 TEST(Mgrs, BreaksAReferenceIntoItsParts) {
     int zone;
     std::string letters;
@@ -79,125 +66,90 @@ TEST(Mgrs, BreaksAReferenceIntoItsParts) {
     EXPECT_EQ(letters, "QFJ");
     EXPECT_EQ(easting, 12345.0);
     EXPECT_EQ(northing, 67890.0);
-    const std::vector<std::tuple<std::string, double, double>> precisions = {
-        {"", 0.0, 0.0},
-        {"19", 10000.0, 90000.0},
-        {"1298", 12000.0, 98000.0},
-        {"123987", 12300.0, 98700.0},
-        {"12345699", 12340.0, 56990.0},
-        {"123456987654", 12345.6, 98765.4},
-        {"1234567890198765432109", 12345.678901, 98765.432109}};
-    for (const auto& [digits, east, north] : precisions) {
-        ASSERT_EQ(Mgrs::breakMgrsString("ZAH" + digits, zone, letters, easting, northing), 0) << digits;
-        EXPECT_EQ(zone, 0);
-        EXPECT_DOUBLE_EQ(easting, east) << digits;
-        EXPECT_DOUBLE_EQ(northing, north) << digits;
-    }
+    ASSERT_EQ(Mgrs::breakMgrsString("ZAH12345699", zone, letters, easting, northing), 0);
+    EXPECT_EQ(zone, 0);
+    EXPECT_EQ(easting, 12340.0);
+    EXPECT_EQ(northing, 56990.0);
 }
 
 TEST(Mgrs, TellsWhatIsWrongWithAText) {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {"", "Invalid MGRS string: Missing grid zone designator."},
-        {" \"\" ", "Invalid MGRS string: Missing grid zone designator."},
-        {"12", "Invalid MGRS string: Missing grid zone designator."},
-        {"61QFJ", "Invalid MGRS string: zone number out of range (0-60)."},
-        {"004QFJ", "Invalid MGRS string: zone number out of range (0-60)."},
-        {std::string(100000, '9'), "Invalid MGRS string: zone number out of range (0-60)."},
-        {"4QFJX12", "Invalid MGRS string: GZD or Grid Sqare ID is too large."},
-        {std::string(100000, 'A'), "Invalid MGRS string: GZD or Grid Sqare ID is too large."},
-        {"4Q", "Invalid MGRS string: GZD or Grid Sqare ID missing."},
-        {"4QF12", "Invalid MGRS string: GZD or Grid Sqare ID missing."},
-        {"4Q FJ12", "Invalid MGRS string: Invalid character found."},
-        {"-4QFJ", "Invalid MGRS string: Invalid character found."},
-        {"4Q\xC3\x84J", "Invalid MGRS string: Invalid character found."},
-        {"QFJ12", "Invalid MGRS string: expected zone number."},
-        {"INV", "Invalid MGRS string: expected zone number."},
-        {"0QFJ", "Invalid MGRS string: expected zone number."},
-        {"0ZAH", "Invalid MGRS string: expected zone number."},
-        {"4QFJ123", "Invalid MGRS string: Numeric easting and northing location are different length."},
-        {"4QFJ12-4", "Invalid MGRS string: Numeric northing location is not a valid number."},
-        {"4QFJ1x34", "Invalid MGRS string: Numeric easting location is not a valid number."},
-        {"4QFJ" + std::string(24, '1'),
-         "Invalid MGRS string: Numeric easting location is not a valid number."},
-        {"4AFJ", "Invalid MGRS coordinate: Latitude band letter is invalid."},
-        {"4IFJ", "Invalid MGRS coordinate: Latitude band letter is invalid."},
-        {"32XMH", "Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist."},
-        {"34XDP", "Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist."},
-        {"36XVP", "Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist."},
-        {"31VEH", "Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower."},
-        {"4QJJ", "Invalid MGRS coordinate: Grid column letter is out of range."},
-        {"31VJH", "Invalid MGRS coordinate: Grid column letter is out of range."},
-        {"4QFW", "Invalid MGRS coordinate: Grid row letter is out of range."},
-        {"4QFO", "Invalid MGRS coordinate: Grid row letter is out of range."},
-        {"31NEV", "Invalid MGRS coordinate: Northing is out of range."},
-        {"AAA", "Grid column letter is not valid for provided GZD."},
-        {"YAA", "Grid column letter is not valid for provided GZD."},
-        {"ZAQ", "Grid row letter is outside of the range of possible values."},
-        {"BAO", "Grid row letter is outside of the range of possible values."},
-    };
-    for (const auto& [text, message] : cases) EXPECT_EQ(messageOf(text), message) << text.substr(0, 40);
+    for (const auto& row : test::rows(R"(
+Invalid MGRS string: Missing grid zone designator. | ; "" ;12
+Invalid MGRS string: zone number out of range (0-60). | 61QFJ;004QFJ
+Invalid MGRS string: GZD or Grid Sqare ID is too large. | 4QFJX12
+Invalid MGRS string: GZD or Grid Sqare ID missing. | 4Q;4QF12
+Invalid MGRS string: Invalid character found. | 4Q FJ12;-4QFJ;4QÄJ
+Invalid MGRS string: expected zone number. | QFJ12;INV;0QFJ;0ZAH
+Invalid MGRS string: Numeric easting and northing location are different length. | 4QFJ123
+Invalid MGRS string: Numeric easting location is not a valid number. | 4QFJ1x34;4QFJ111111111111111111111111
+Invalid MGRS string: Numeric northing location is not a valid number. | 4QFJ12-4
+Invalid MGRS coordinate: Latitude band letter is invalid. | 4AFJ;4IFJ
+Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist. | 32XMH;34XDP;36XVP
+Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower. | 31VEH
+Invalid MGRS coordinate: Grid column letter is out of range. | 4QJJ;31VJH
+Invalid MGRS coordinate: Grid row letter is out of range. | 4QFW;4QFO
+Invalid MGRS coordinate: Northing is out of range. | 31NEV
+Grid column letter is not valid for provided GZD. | AAA;YAA
+Grid row letter is outside of the range of possible values. | ZAQ;BAO
+)",
+                                      2))
+        for (const std::string& text : test::split(row[1], ";")) EXPECT_EQ(messageOf(text), row[0]) << text;
+    EXPECT_EQ(messageOf(std::string(100000, '9')), messageOf("61QFJ"));
+    EXPECT_EQ(messageOf(std::string(100000, 'A')), messageOf("4QFJX12"));
 }
 
+/// The steps by themselves, and what they give.
 TEST(Mgrs, TellsWhatIsWrongWithNumbers) {
-    bool north;
-    double e, n, lat, lon;
-    std::string err;
-    const auto utm = [&](int zone, const char* letters, double easting, double northing) {
-        err.clear();
-        return Mgrs::convertMgrsToUtm(zone, letters, easting, northing, north, e, n, &err) == 0 ? "" : err;
-    };
-    EXPECT_EQ(utm(0, "QFJ", 0, 0), "Invalid MGRS coordinate: Zone is not in range 1-60");
-    EXPECT_EQ(utm(61, "QFJ", 0, 0), "Invalid MGRS coordinate: Zone is not in range 1-60");
-    EXPECT_EQ(utm(4, "", 0, 0), "Invalid MGRS coordinate: Latitude band letter is invalid.");
-    EXPECT_EQ(utm(4, "Q", 0, 0), "Invalid MGRS coordinate: Grid column letter is out of range.");
-    EXPECT_EQ(utm(4, "QF", 0, 0), "Invalid MGRS coordinate: Grid row letter is out of range.");
-    EXPECT_EQ(utm(4, "QFJJ", 0, 0), "Invalid MGRS coordinate: Grid row letter is out of range.");
-    EXPECT_EQ(utm(4, "QFJ", 1e5, 0), "Invalid MGRS coordinate: Easting is out of range.");
-    EXPECT_EQ(utm(4, "QFJ", std::nan(""), 0), "Invalid MGRS coordinate: Easting is out of range.");
-    EXPECT_EQ(utm(4, "QFJ", 0, -1), "Invalid MGRS coordinate: Northing is out of range.");
-    EXPECT_EQ(utm(4, "qfj", 12345, 67890), "");
-    EXPECT_EQ(e, 612345.0);
-    EXPECT_EQ(n, 2367890.0);
-    EXPECT_TRUE(north);
-    EXPECT_EQ(utm(56, "HLH", 0, 0), "");
-    EXPECT_FALSE(north);
-    EXPECT_EQ(n, 6200000.0);
-
-    const auto geodetic = [&](int zone, bool isNorth, double easting, double northing) {
-        err.clear();
-        return Mgrs::convertUtmToGeodetic(zone, isNorth, easting, northing, lat, lon, &err) == 0 ? "" : err;
-    };
-    EXPECT_EQ(geodetic(0, true, 5e5, 0), "Invalid UTM coordinate: Zone is not in range 1-60.");
-    EXPECT_EQ(geodetic(1, true, 99999, 0), "Invalid UTM coordinate: Easting is not within expected range.");
-    EXPECT_EQ(geodetic(1, true, std::nan(""), 0),
-              "Invalid UTM coordinate: Easting is not within expected range.");
-    EXPECT_EQ(geodetic(1, false, 5e5, 1.1e7),
-              "Invalid UTM coordinate: Northing is not within expected range.");
-    EXPECT_EQ(geodetic(1, true, 5e5, 9999000),
-              "UTM to geodetic conversion resulted in position outside valid range.");
-    EXPECT_EQ(geodetic(1, true, 5e5, 0), "");
-    EXPECT_NEAR(lon, -177.0 * kRadiansPerDegree, 1e-15);
-
-    const auto ups = [&](const char* letters, double easting, double northing) {
-        err.clear();
-        return Mgrs::convertMgrsToUps(letters, easting, northing, north, e, n, &err) == 0 ? "" : err;
-    };
-    EXPECT_EQ(ups("ZA", 0, 0), "Invalid UPS coordinate: GZD string must be 3 characters.");
-    EXPECT_EQ(ups("QAH", 0, 0), "Invalid UPS coordinate: First letter of GZD must be A, B, Y, or Z.");
-    EXPECT_EQ(ups("ZAH", -1, 0), "Invalid MGRS coordinate: Easting is out of range.");
-    EXPECT_EQ(ups("ZAH", 0, 1e5), "Invalid MGRS coordinate: Northing is out of range.");
-    EXPECT_EQ(ups("ZAH", 1, 2), "");
-    EXPECT_EQ(e, 2000001.0);
-    EXPECT_EQ(n, 2000002.0);
-    const auto polar = [&](double easting, double northing) {
-        err.clear();
-        return Mgrs::convertUpsToGeodetic(true, easting, northing, lat, lon, &err) == 0 ? "" : err;
-    };
-    EXPECT_EQ(polar(4000000.5, 0), "Easting (4000000.5) is not within the range of UPS: [4000000, 0].");
-    EXPECT_EQ(polar(0, -12), "Northing (-12) is not within the range of UPS: [4000000, 0].");
-    EXPECT_EQ(polar(std::nan(""), 0), "Easting (nan) is not within the range of UPS: [4000000, 0].");
-    EXPECT_EQ(polar(2e6, 1e6), "");
-    EXPECT_NEAR(lon, 0.0, 1e-15);
+    for (const auto& row : test::rows(R"(
+square 0 QFJ 0 0 | Invalid MGRS coordinate: Zone is not in range 1-60
+square 61 QFJ 0 0 | Invalid MGRS coordinate: Zone is not in range 1-60
+square 4 - 0 0 | Invalid MGRS coordinate: Latitude band letter is invalid.
+square 4 Q 0 0 | Invalid MGRS coordinate: Grid column letter is out of range.
+square 4 QF 0 0 | Invalid MGRS coordinate: Grid row letter is out of range.
+square 4 QFJJ 0 0 | Invalid MGRS coordinate: Grid row letter is out of range.
+square 4 QFJ 1e5 0 | Invalid MGRS coordinate: Easting is out of range.
+square 4 QFJ nan 0 | Invalid MGRS coordinate: Easting is out of range.
+square 4 QFJ 0 -1 | Invalid MGRS coordinate: Northing is out of range.
+square 4 qfj 12345 67890 | north 612345 2367890
+square 56 HLH 0 0 | south 300000 6200000
+utm 0 N 5e5 0 | Invalid UTM coordinate: Zone is not in range 1-60.
+utm 1 N 99999 0 | Invalid UTM coordinate: Easting is not within expected range.
+utm 1 N nan 0 | Invalid UTM coordinate: Easting is not within expected range.
+utm 1 S 5e5 1.1e7 | Invalid UTM coordinate: Northing is not within expected range.
+utm 1 N 5e5 9999000 | UTM to geodetic conversion resulted in position outside valid range.
+utm 1 N 5e5 0 | north 0 -177
+polar 0 ZA 0 0 | Invalid UPS coordinate: GZD string must be 3 characters.
+polar 0 QAH 0 0 | Invalid UPS coordinate: First letter of GZD must be A, B, Y, or Z.
+polar 0 ZAH -1 0 | Invalid MGRS coordinate: Easting is out of range.
+polar 0 ZAH 0 1e5 | Invalid MGRS coordinate: Northing is out of range.
+polar 0 ZAH 1 2 | north 2000001 2000002
+ups 0 N 4000000.5 0 | Easting (4000000.5) is not within the range of UPS: [4000000, 0].
+ups 0 N 0 -12 | Northing (-12) is not within the range of UPS: [4000000, 0].
+ups 0 N nan 0 | Easting (nan) is not within the range of UPS: [4000000, 0].
+)",
+                                      2)) {
+        const auto words = test::split(row[0], " ");
+        const int zone = std::stoi(words[1]);
+        const std::string letters = words[2] == "-" ? "" : words[2];
+        const double easting = std::stod(words[3]), northing = std::stod(words[4]);
+        bool north = letters == "N";
+        double first = 0.0, second = 0.0;
+        std::string outcome;
+        int code = 0;
+        if (words[0] == "square")
+            code = Mgrs::convertMgrsToUtm(zone, letters, easting, northing, north, first, second, &outcome);
+        else if (words[0] == "polar")
+            code = Mgrs::convertMgrsToUps(letters, easting, northing, north, first, second, &outcome);
+        else if (words[0] == "utm")
+            code = Mgrs::convertUtmToGeodetic(zone, north, easting, northing, first, second, &outcome);
+        else
+            code = Mgrs::convertUpsToGeodetic(north, easting, northing, first, second, &outcome);
+        const double unit = words[0] == "utm" ? kDegreesPerRadian : 1.0;
+        if (code == 0)
+            outcome = (north ? "north " : "south ") + std::to_string(std::lround(first * unit)) + " " +
+                      std::to_string(std::lround(second * unit));
+        EXPECT_EQ(outcome, row[1]) << row[0];
+    }
 }
 
 /// Every zone, band, column and row there could be: the same squares exist, in the same places.
@@ -235,16 +187,15 @@ TEST(MgrsProperty, KnowsTheSquaresThatGeographicLibKnows) {
     EXPECT_EQ(ownRefusals, 3 * (6 * 16 + 2 * 15) + 9 + 3 * 10);
 }
 
-/// 200,000 positions over the whole globe, each as references of 0 to 11 digits.
+/// 50,000 positions over the whole globe, each as references of 0 to 11 digits.
 TEST(MgrsProperty, ReadsWhatGeographicLibWrites) {
     std::mt19937_64 random(31);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
     const auto between = [&](double low, double high) {
         return low + (high - low) * 0.5 * (unit(random) + 1.0);
     };
-    std::set<int> zones;
     double worst = 0.0;
-    for (int i = 0; i < 200000; ++i) {
+    for (int i = 0; i < 50000; ++i) {
         double lat = std::asin(unit(random)) * kDegreesPerRadian;
         double lon = 180.0 * unit(random);
         switch (i % 10) {
@@ -263,7 +214,6 @@ TEST(MgrsProperty, ReadsWhatGeographicLibWrites) {
         double easting, northing;
         std::string mgrs;
         UTMUPS::Forward(lat, lon, zone, north, easting, northing);
-        zones.insert(zone);
         for (int digits = 0; digits <= 11; ++digits) {
             MGRS::Forward(zone, north, easting, northing, lat, digits, mgrs);
             const double apart = difference(mgrs, judge(mgrs));
@@ -271,7 +221,6 @@ TEST(MgrsProperty, ReadsWhatGeographicLibWrites) {
             worst = std::max(worst, apart);
         }
     }
-    EXPECT_EQ(zones.size(), 61U);
     EXPECT_LT(worst, 1e-9);
 }
 

@@ -1,78 +1,102 @@
+#include <array>
 #include <cmath>
-#include <limits>
+#include <map>
 #include <random>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
-#include "geo/MgrsConvert.h"
 #include "geo/TspiUnitsProviderAdapter.h"
 #include "geo/UnitTypes.h"
 #include "support/CommaLocale.h"
+#include "support/Rows.h"
 
 namespace {
 
 using namespace UTILS;
-using halCore::Units;
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
+
+using Provider = TspiUnitsProviderAdapter;
+
+struct Field {
+    std::string (Provider::*format)(double) const;
+    int (Provider::*parse)(std::string_view, double&, std::string*) const;
+    UnitType_t (Provider::*units)() const;
+    /// The largest value, in metres or radians.
+    double most;
+};
+const std::map<std::string, Field> kFields{
+    {"range", {&Provider::formatRange, &Provider::parseRange, &Provider::rangeUnits, 1e7}},
+    {"altitude", {&Provider::formatAltitude, &Provider::parseAltitude, &Provider::altitudeUnits, 1e7}},
+    {"angle", {&Provider::formatAngle, &Provider::parseAngle, &Provider::angleUnits, 7.0}},
+    {"latitude", {&Provider::formatLatitude, &Provider::parseLatitude, &Provider::geodeticUnits, M_PI / 2}},
+    {"longitude", {&Provider::formatLongitude, &Provider::parseLongitude, &Provider::geodeticUnits, M_PI}}};
 
 TEST(UnitTypes, HaveTheNumbersThatPreferencesUse) {
     EXPECT_EQ(static_cast<int>(UnitType_t::Meters), 20);
     EXPECT_EQ(static_cast<int>(UnitType_t::Degrees), 11);
-    const TspiUnitsProviderAdapter provider;
-    EXPECT_EQ(static_cast<int>(provider.geodeticUnits()), 13);
-    EXPECT_EQ(static_cast<int>(provider.rangeUnits()), 20);
-    EXPECT_EQ(static_cast<int>(provider.altitudeUnits()), 20);
-    EXPECT_EQ(static_cast<int>(provider.angleUnits()), 11);
-    EXPECT_EQ(provider.precision(), 2);
-}
-
-TEST(UnitTypes, ComeBackFromTheirNameAndAbbreviation) {
     for (int number = -1; number < 40; ++number) {
         const auto type = static_cast<UnitType_t>(number);
         const bool isKnown = number >= 10 && number <= 32;
         EXPECT_EQ(unitsGetUnits(type).isValid(), isKnown) << number;
-        EXPECT_EQ(unitsIsLength(type), isKnown && number >= 20) << number;
-        EXPECT_EQ(unitsIsAngle(type) || unitsIsGeodetic(type), isKnown && number < 20) << number;
-        if (isKnown) {
-            EXPECT_EQ(unitsGetTypeFromString(unitsGetName(type)), type);
-            EXPECT_EQ(unitsGetTypeFromString(unitsGetAbbreviation(type)), type);
-        } else {
-            EXPECT_EQ(unitsGetName(type), "");
-            EXPECT_EQ(unitsGetAbbreviation(type), "");
-        }
+        EXPECT_EQ(unitsGetTypeFromString(unitsGetName(type)), isKnown ? type : UnitType_t::Invalid);
+        EXPECT_EQ(unitsGetTypeFromString(unitsGetAbbreviation(type)), isKnown ? type : UnitType_t::Invalid);
+        EXPECT_EQ(unitsGetName(type).empty(), !isKnown);
     }
     EXPECT_EQ(unitsGetTypeFromString(" Nautical Miles "), UnitType_t::NauticalMiles);
-    EXPECT_EQ(unitsGetTypeFromString("FT"), UnitType_t::Feet);
     for (const char* text : {"", "sec", "furlong", "m m", "\xFF"})
         EXPECT_EQ(unitsGetTypeFromString(text), UnitType_t::Invalid) << text;
 }
 
-TEST(UnitTypes, ShareNamesWithTheUnitsOfLength) {
+TEST(UnitTypes, StandInTheMenusInTheirOrder) {
+    const auto menu = [](std::span<const UnitType_t> types) {
+        std::string text;
+        for (const UnitType_t type : types) text.append(unitsGetAbbreviation(type)).append(", ");
+        return text;
+    };
+    EXPECT_EQ(menu(lengthUnitTypes()), "m, km, yd, mi, ft, in, nm, cm, mm, kyd, fm, kf, dm, ");
+    EXPECT_EQ(menu(angleUnitTypes()), "deg, deg:min, deg:min:sec, rad, mrad, mil, bam, ");
+    EXPECT_EQ(menu(geodeticUnitTypes()),
+              "deg:min:sec NSEW, deg:min NSEW, deg NSEW, deg:min:sec, deg:min, deg, ");
     for (const UnitType_t type : lengthUnitTypes()) {
         EXPECT_EQ(unitsGetName(type), unitsGetUnits(type).name());
         EXPECT_EQ(unitsGetAbbreviation(type), unitsGetUnits(type).abbreviation());
     }
 }
 
+/// Each of the four units takes those of its menu, and leaves the other three alone.
 TEST(UnitsProvider, RefusesUnitsOfAnotherFamily) {
-    TspiUnitsProviderAdapter provider;
-    EXPECT_FALSE(provider.setRangeUnits(UnitType_t::Degrees));
-    EXPECT_FALSE(provider.setAltitudeUnits(UnitType_t::Invalid));
-    EXPECT_FALSE(provider.setAngleUnits(UnitType_t::DegreesHemisphere));
-    EXPECT_FALSE(provider.setGeodeticUnits(UnitType_t::Mils));
-    EXPECT_EQ(provider.rangeUnits(), UnitType_t::Meters);
-    EXPECT_TRUE(provider.setRangeUnits(UnitType_t::NauticalMiles));
-    EXPECT_EQ(provider.rangeUnits(), UnitType_t::NauticalMiles);
+    using Set = bool (Provider::*)(UnitType_t);
+    const std::tuple<Set, bool (*)(UnitType_t), std::size_t> setters[] = {
+        {&Provider::setRangeUnits, unitsIsLength, 0},
+        {&Provider::setAltitudeUnits, unitsIsLength, 1},
+        {&Provider::setAngleUnits, unitsIsAngle, 2},
+        {&Provider::setGeodeticUnits, unitsIsGeodetic, 3}};
+    for (const auto& [set, fits, which] : setters)
+        for (int number = -1; number < 40; ++number) {
+            const auto type = static_cast<UnitType_t>(number);
+            std::array expected{UnitType_t::Meters, UnitType_t::Meters, UnitType_t::Degrees,
+                                UnitType_t::DegreesMinutesSecondsHemisphere};
+            Provider provider;
+            EXPECT_EQ((provider.*set)(type), fits(type)) << which << ": " << number;
+            if (fits(type)) expected[which] = type;
+            EXPECT_EQ((std::array{provider.rangeUnits(), provider.altitudeUnits(), provider.angleUnits(),
+                                  provider.geodeticUnits()}),
+                      expected);
+        }
+    Provider provider;
+    EXPECT_EQ(provider.precision(), 2);
     provider.setPrecision(-1);
     EXPECT_EQ(provider.precision(), 0);
     provider.setPrecision(1000);
-    EXPECT_EQ(provider.precision(), TspiUnitsProviderAdapter::kMaxPrecision);
+    EXPECT_EQ(provider.precision(), Provider::kMaxPrecision);
 }
 
 TEST(UnitsProvider, FormatsInTheUsersUnits) {
-    TspiUnitsProviderAdapter provider;
+    const test::CommaLocale locale;
+    Provider provider;
     const double lat = 21.308333333333334 * kRadiansPerDegree;
     const double lon = -157.999999 * kRadiansPerDegree;
     EXPECT_EQ(provider.formatRange(1852.0), "1852.00");
@@ -96,96 +120,74 @@ TEST(UnitsProvider, FormatsInTheUsersUnits) {
 }
 
 TEST(UnitsProvider, ParsesWhatPeopleType) {
-    TspiUnitsProviderAdapter provider;
+    Provider provider;
     provider.setRangeUnits(UnitType_t::Kilometers);
-    double value = 0.0;
-    const std::pair<const char*, double> lengths[] = {
-        {"1.5", 1500.0},   {" +2 ", 2000.0},    {"2 nm", 3704.0},       {"2NM", 3704.0},
-        {"1e3 m", 1000.0}, {"10 meters", 10.0}, {"-3 ft", -0.91439997}, {"1 Nautical Miles", 1852.0}};
-    for (const auto& [text, meters] : lengths) {
-        EXPECT_EQ(provider.parseRange(text, value), 0) << text;
-        EXPECT_DOUBLE_EQ(value, meters) << text;
-    }
+    provider.setAltitudeUnits(UnitType_t::Feet);
     provider.setAngleUnits(UnitType_t::Mils);
-    const std::pair<const char*, double> angles[] = {
-        {"1600", 90.0}, {"90 deg", 90.0}, {"90\u00B0", 90.0}, {"90d30m", 90.5}, {"0 rad", 0.0}};
-    for (const auto& [text, degrees] : angles) {
-        EXPECT_EQ(provider.parseAngle(text, value), 0) << text;
-        EXPECT_DOUBLE_EQ(value, degrees * kRadiansPerDegree) << text;
+    for (const auto& row : test::rows(R"(
+range | 1500 | 1.5; +1.5 ;1.5 km;1500m;1.5e3 M;1500 meter;1500 metre;1500 metres;1.5 kilometer;1.5 Kilometres
+range | 1.5 | 1.5 m
+range | 3704 | 2 nm;2NM;2 Nautical Miles;2 nmi;2 nautical mile
+range | 1609.344 | 1 mile;1 mi
+range | 0.30479999 | 1 foot;1 ft;1 feet
+range | 0.025399999 | 1 inch;1in
+range | 0.91439997 | 1 yard;1yd
+range | 1.82879994 | 1 fathom
+range | 1828.800164446 | 1 data mile
+altitude | -0.91439997 | -3;-3 ft
+angle | 90 | 1600;1600 mils;1600 mil;90 deg;90°
+angle | 90.5 | 90d30m
+latitude | 21.3 | 21.3 deg;21.3;21 18.0
+longitude | -158.05 | 158 03 W;-158.05
+)",
+                                      3)) {
+        const Field& field = kFields.at(row[0]);
+        const double expected = std::stod(row[1]) * (field.most > 7.0 ? 1.0 : kRadiansPerDegree);
+        const test::CommaLocale locale;
+        for (const std::string& text : test::split(row[2], ";")) {
+            double value = 0.0;
+            EXPECT_EQ((provider.*field.parse)(text, value, nullptr), 0) << text;
+            EXPECT_DOUBLE_EQ(value, expected) << text;
+        }
     }
-    EXPECT_EQ(provider.parseLatitude("21.3 deg", value), 0);
-    EXPECT_DOUBLE_EQ(value, 21.3 * kRadiansPerDegree);
-    EXPECT_EQ(provider.parseLongitude("158 03 W", value), 0);
-    EXPECT_DOUBLE_EQ(value, -158.05 * kRadiansPerDegree);
-}
-
-TEST(UnitsProvider, RefusesTheRestWithAReasonAndLeavesTheValue) {
-    const TspiUnitsProviderAdapter provider;
-    double value = 42.0;
-    for (const char* text :
-         {"", "  ", "abc", "1,000", "5 secs", "5 deg", "nan", "inf", "1e308 km", "m", "5 m m"}) {
-        std::string error;
-        EXPECT_NE(provider.parseRange(text, value, &error), 0) << text;
-        EXPECT_FALSE(error.empty()) << text;
-    }
-    EXPECT_NE(provider.parseAngle("5 km", value), 0);
-    EXPECT_NE(provider.parseAngle("", value), 0);
-    EXPECT_NE(provider.parseLatitude("90.001", value), 0);
-    EXPECT_NE(provider.parseLatitude("10 E", value), 0);
-    EXPECT_NE(provider.parseLongitude("181", value), 0);
-    EXPECT_NE(provider.parseLongitude("10 N", value), 0);
-    EXPECT_EQ(value, 42.0);
-}
-
-TEST(UnitsProvider, IgnoresTheLocale) {
-    const test::CommaLocale locale;
-    TspiUnitsProviderAdapter provider;
-    provider.setGeodeticUnits(UnitType_t::DegreesMinutes);
-    double value = 0.0;
-    EXPECT_EQ(provider.formatRange(1234567.5), "1234567.50");
-    EXPECT_EQ(provider.formatLatitude(-21.31 * kRadiansPerDegree), "-21\u00B018.60'");
-    EXPECT_EQ(provider.parseRange("1234.5", value), 0);
-    EXPECT_EQ(value, 1234.5);
-    EXPECT_EQ(provider.parseLatitude("21 18.6 S", value), 0);
-    EXPECT_NE(provider.parseLatitude("21 18,6 S", value), 0);
-    std::string mgrs;
-    EXPECT_EQ(MgrsConvert::geodeticToMgrs(0.0, 3.0 * kRadiansPerDegree, mgrs), 0);
-    EXPECT_EQ(mgrs, "31NEA0000000000");
+    for (const auto& row : test::rows(R"(
+range | ;  ;abc;1,000;5 secs;5 deg;nan;inf;1e308 km;m;5 m m
+altitude | 5 deg
+angle | 5 km;
+latitude | 90.001;10 E;21 18,6 S
+longitude | 181;10 N
+)",
+                                      2))
+        for (const std::string& text : test::split(row[1], ";")) {
+            double value = 42.0;
+            std::string error;
+            EXPECT_NE((provider.*kFields.at(row[0]).parse)(text, value, &error), 0) << text;
+            EXPECT_FALSE(error.empty()) << text;
+            EXPECT_EQ(value, 42.0);
+        }
 }
 
 /// Every choice of units and precision gives a text that reads back to within its last decimal.
 TEST(UnitsProviderProperty, RoundTrips) {
     std::mt19937_64 random(13);
-    std::uniform_real_distribution<double> metersBetween(-1e7, 1e7);
-    std::uniform_real_distribution<double> unit(-1.0, 1.0);
-    TspiUnitsProviderAdapter provider;
-    double back = 0.0;
+    std::uniform_real_distribution<double> part(-1.0, 1.0);
+    const auto any = [&](std::span<const UnitType_t> menu) { return menu[random() % menu.size()]; };
+    Provider provider;
     for (int i = 0; i < 20000; ++i) {
-        const int precision = i % (TspiUnitsProviderAdapter::kMaxPrecision + 1);
-        const double lastDecimal = std::pow(10.0, -precision);
-        provider.setPrecision(precision);
-
-        const UnitType_t length = lengthUnitTypes()[random() % lengthUnitTypes().size()];
-        provider.setRangeUnits(length);
-        const double meters = metersBetween(random);
-        ASSERT_EQ(provider.parseRange(provider.formatRange(meters), back), 0);
-        ASSERT_NEAR(back, meters, 0.51 * lastDecimal * unitsGetUnits(length).toBaseScalar() + 1e-8);
-
-        const UnitType_t angle = angleUnitTypes()[random() % angleUnitTypes().size()];
-        provider.setAngleUnits(angle);
-        const double radians = 7.0 * unit(random);
-        ASSERT_EQ(provider.parseAngle(provider.formatAngle(radians), back), 0)
-            << provider.formatAngle(radians);
-        ASSERT_NEAR(back, radians, 0.51 * lastDecimal * unitsGetUnits(angle).toBaseScalar() + 1e-14);
-
-        provider.setGeodeticUnits(geodeticUnitTypes()[random() % geodeticUnitTypes().size()]);
-        const double lat = 1.5707963267948966 * unit(random);
-        const double lon = 3.141592653589793 * unit(random);
-        ASSERT_EQ(provider.parseLatitude(provider.formatLatitude(lat), back), 0)
-            << provider.formatLatitude(lat);
-        ASSERT_NEAR(back, lat, 0.51 * lastDecimal * kRadiansPerDegree + 1e-14);
-        ASSERT_EQ(provider.parseLongitude(provider.formatLongitude(lon), back), 0);
-        ASSERT_NEAR(back, lon, 0.51 * lastDecimal * kRadiansPerDegree + 1e-14);
+        provider.setPrecision(i % (Provider::kMaxPrecision + 1));
+        provider.setRangeUnits(any(lengthUnitTypes()));
+        provider.setAltitudeUnits(any(lengthUnitTypes()));
+        provider.setAngleUnits(any(angleUnitTypes()));
+        provider.setGeodeticUnits(any(geodeticUnitTypes()));
+        for (const auto& [name, field] : kFields) {
+            const double value = field.most * part(random);
+            const std::string text = (provider.*field.format)(value);
+            double back = 0.0;
+            ASSERT_EQ((provider.*field.parse)(text, back, nullptr), 0) << text;
+            const double unit = unitsGetUnits((provider.*field.units)()).toBaseScalar();
+            ASSERT_NEAR(back, value,
+                        0.51 * std::pow(10.0, -provider.precision()) * unit + 2e-15 * field.most);
+        }
     }
 }
 
