@@ -12,8 +12,6 @@
 #include <grp.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
@@ -49,28 +47,6 @@ inline bool becomeNobody() {
     if (::geteuid() != 0) return true;
     return ::setgroups(0, nullptr) == 0 && ::setresgid(kNobody, kNobody, kNobody) == 0 &&
            ::setresuid(kNobody, kNobody, kNobody) == 0;
-}
-
-/// Mounts a small file system in memory on a directory, for this process alone. False where the user may not.
-inline bool mountMemory(const std::string& directory, const char* options) {
-    const auto write = [](const char* file, const std::string& text) {
-        const int fd = ::open(file, O_WRONLY);
-        if (fd < 0) return;
-        [[maybe_unused]] const auto ignored = ::write(fd, text.data(), text.size());
-        ::close(fd);
-    };
-    if (::geteuid() == 0) {
-        if (::unshare(CLONE_NEWNS) != 0) return false;
-    } else {
-        const std::string user = "0 " + std::to_string(::geteuid()) + " 1";
-        const std::string group = "0 " + std::to_string(::getegid()) + " 1";
-        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-        write("/proc/self/setgroups", "deny");
-        write("/proc/self/uid_map", user);
-        write("/proc/self/gid_map", group);
-    }
-    return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ::mount("memory", directory.c_str(), "tmpfs", 0, options) == 0;
 }
 
 /// Makes system calls of the process fail for the rest of its life.
