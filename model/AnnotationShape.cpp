@@ -80,8 +80,8 @@ void AnnotationShape::showIn_(AnnotationPanel& panel) {
 
 void AnnotationShape::takeFrom_(AnnotationPanel& panel) {
     const auto position = panel.position();
-    const bool changed = position || panel.color() != color_ || panel.fontName() != fontName_ ||
-                         panel.fontSize() != fontSize_;
+    const bool changed =
+        position || panel.color() != color_ || panel.fontName() != fontName_ || panel.fontSize() != fontSize_;
     if (position) setPosition(*position);
     setColor(panel.color());
     setFontName(panel.fontName());

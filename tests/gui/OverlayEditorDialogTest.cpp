@@ -281,7 +281,8 @@ TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
     EXPECT_EQ(changes(), "Not saved");
     dialog->scenarioEntityRemoved(7);
     const auto attached = [&] {
-        const std::string text = form.field("Attach:").text;
+        const auto& row = form.field("Attach:");
+        const std::string text = row.text.empty() ? row.caption : row.text;
         return text.substr(0, text.find('\t'));
     };
     EXPECT_EQ(attached(), "None");
