@@ -16,7 +16,8 @@ namespace OverlayEditor {
 namespace {
 
 namespace Sodano = halCore::Sodano;
-using PluginUtils::PUDrawPoint;
+using halCore::Vec3;
+using EditPoint = CylinderShape::EditPoint;
 
 constexpr double kEast = halCore::kHalfPi;
 constexpr double kNorth = 0.0;
@@ -34,10 +35,6 @@ double normalized(double radians) {
     return rest < 0.0 ? rest + halCore::kTwoPi : rest;
 }
 
-std::unique_ptr<PUDrawPoint> copyOf(const std::unique_ptr<PUDrawPoint>& point) {
-    return point ? std::make_unique<PUDrawPoint>(*point) : nullptr;
-}
-
 bool accepted(double meters) {
     if (CylinderShape::isRadius(meters)) return true;
     if (halNotify::isNotifyEnabled(halNotify::Warning))
@@ -46,7 +43,7 @@ bool accepted(double meters) {
     return false;
 }
 
-bool samePlace(const halCore::Vec3& a, const halCore::Vec3& b) {
+bool samePlace(const Vec3& a, const Vec3& b) {
     return a.lat() == b.lat() && a.lon() == b.lon();
 }
 
@@ -66,27 +63,18 @@ const ShapeKind& CylinderShape::kindOf(Subtype subtype) {
 CylinderShape::CylinderShape(const CylinderShape& other)
     : Equipped(other),
       subtype_(other.subtype_),
-      center_(copyOf(other.center_)),
-      majorAxisPoint_(copyOf(other.majorAxisPoint_)),
-      minorAxisPoint_(copyOf(other.minorAxisPoint_)),
-      startAnglePoint_(copyOf(other.startAnglePoint_)),
-      endAnglePoint_(copyOf(other.endAnglePoint_)),
-      heightPoint_(copyOf(other.heightPoint_)),
-      majorRadius_(other.majorRadius_),
-      minorRadius_(other.minorRadius_),
-      startAngle_(other.startAngle_),
-      endAngle_(other.endAngle_),
-      heightNumber_(other.heightNumber_),
+      places_(other.places_),
+      numbers_(other.numbers_),
       requiresAllPoints_(other.requiresAllPoints_) {}
 
 int CylinderShape::serialize(Serializer& serializer) {
-    if (!hasKind_() || !center_) return 1;
+    if (!hasKind_() || !centerPt()) return 1;
     if (requiresAllPoints_ && !isComplete()) return 1;
     serializer.beginShape(kind().written, attachedPlatformId_);
-    serializer.addPoint(center_->getPosition());
+    serializer.addPoint(*centerPt());
     if (const double major = majorAxis(); major != 0.0) serializer.setMajorRadius(major);
     if (const double minor = minorAxis(); minor != 0.0) serializer.setMinorRadius(minor);
-    if (startAnglePoint_) serializer.setStartEndAngles(startAngle(), endAngle());
+    if (startAnglePt()) serializer.setStartEndAngles(startAngle(), endAngle());
     serializer.setHeight(height_());
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
@@ -95,65 +83,45 @@ int CylinderShape::serialize(Serializer& serializer) {
 
 bool CylinderShape::isComplete() const {
     if (!hasKind_()) return true;
-    if (!center_ || majorAxis() == 0.0) return false;
+    if (!centerPt() || majorAxis() == 0.0) return false;
     return kind().radii != ShapeKind::Radii::Two || minorAxis() != 0.0;
 }
 
 // Numbers and points
 
-std::optional<double> CylinderShape::kept_(const Number& number, const PointPtr& point) const {
-    if (!number || !center_ || !point || !samePlace(number->center, center_->getPosition()) ||
-        !samePlace(number->point, point->getPosition()))
-        return std::nullopt;
-    return number->value;
+std::optional<double> CylinderShape::kept_(EditPoint role) const {
+    const auto& number = numbers_[index_(role)];
+    const auto& place = editPoint(role);
+    if (!number || !centerPt() || !place) return std::nullopt;
+    const bool stands = role == EditPoint::Height
+                            ? number->center.alt() == centerPt()->alt() && number->point.alt() == place->alt()
+                            : samePlace(number->center, *centerPt()) && samePlace(number->point, *place);
+    return stands ? std::optional(number->value) : std::nullopt;
 }
 
-std::optional<double> CylinderShape::keptHeight_() const {
-    if (!heightNumber_ || !center_ || !heightPoint_ ||
-        heightNumber_->center.alt() != center_->getAltitude() ||
-        heightNumber_->point.alt() != heightPoint_->getAltitude())
-        return std::nullopt;
-    return heightNumber_->value;
+void CylinderShape::keep_(EditPoint role, double value) {
+    numbers_[index_(role)] = SetNumber{value, *centerPt(), *editPoint(role)};
 }
 
-void CylinderShape::keep_(Number& number, double value, const PointPtr& point) {
-    number = SetNumber{value, center_->getPosition(), point->getPosition()};
-}
-
-void CylinderShape::place_(PointPtr& point, const halCore::Vec3& lla) {
-    if (point)
-        point->setPosition(lla);
-    else
-        point = std::make_unique<PUDrawPoint>(lla, PluginUtils::kEditPointColor);
-}
-
-void CylinderShape::placeAt_(PointPtr& point, double azimuth, double meters) {
-    place_(point, Sodano::direct(center_->getPosition(), azimuth, meters));
+void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, double number) {
+    place_(role) = Sodano::direct(*centerPt(), azimuth, meters);
+    keep_(role, number);
 }
 
 void CylinderShape::placeHeight_(double meters) {
-    const bool isNew = !heightPoint_;
-    halCore::Vec3 top = center_->getPosition();
-    top.setAlt(top.alt() + meters);
-    place_(heightPoint_, top);
-    if (isNew) {
-        heightPoint_->setEnableDepthBuffer(false);
-        heightPoint_->hide();
-    }
-    keep_(heightNumber_, meters, heightPoint_);
+    place_(EditPoint::Height) = Vec3(centerPt()->lat(), centerPt()->lon(), centerPt()->alt() + meters);
+    keep_(EditPoint::Height, meters);
 }
 
-void CylinderShape::placeAngle_(PointPtr& point, Number& number, double radians) {
-    placeAt_(point, radians, rimDistance_(radians));
-    keep_(number, radians, point);
+void CylinderShape::placeAngle_(EditPoint role, double radians) {
+    placeAt_(role, radians, rimDistance_(radians), radians);
 }
 
 void CylinderShape::placeSector_() {
-    const double start = startAngle();
     // Not the end angle: from a full turn that would come back a last digit beside the start.
-    const double end = kept_(endAngle_, endAnglePoint_).value_or(azimuthTo_(endAnglePoint_));
-    if (startAnglePoint_) placeAngle_(startAnglePoint_, startAngle_, start);
-    if (endAnglePoint_) placeAngle_(endAnglePoint_, endAngle_, end);
+    const double end = number_(EditPoint::EndAngle);
+    if (startAnglePt()) placeAngle_(EditPoint::StartAngle, startAngle());
+    if (endAnglePt()) placeAngle_(EditPoint::EndAngle, end);
 }
 
 double CylinderShape::rimDistance_(double azimuth) const {
@@ -164,55 +132,53 @@ double CylinderShape::rimDistance_(double azimuth) const {
     return 1.0 / std::hypot(std::sin(azimuth) / east, std::cos(azimuth) / north);
 }
 
-double CylinderShape::distanceTo_(const PointPtr& point) const {
-    return center_ && point ? Sodano::inverse(center_->getPosition(), point->getPosition()).distance : 0.0;
+double CylinderShape::measured_(EditPoint role) const {
+    const auto& place = editPoint(role);
+    if (!centerPt() || !place) return 0.0;
+    if (role == EditPoint::Height) return place->alt() - centerPt()->alt();
+    const auto way = Sodano::inverse(*centerPt(), *place);
+    const bool isAngle = role == EditPoint::StartAngle || role == EditPoint::EndAngle;
+    return isAngle ? normalized(way.azimuth1) : way.distance;
 }
 
-double CylinderShape::azimuthTo_(const PointPtr& point) const {
-    if (!center_ || !point) return 0.0;
-    return normalized(Sodano::inverse(center_->getPosition(), point->getPosition()).azimuth1);
+double CylinderShape::number_(EditPoint role) const {
+    const auto kept = kept_(role);
+    return kept ? *kept : measured_(role);
 }
 
 double CylinderShape::majorAxis() const {
-    const auto kept = kept_(majorRadius_, majorAxisPoint_);
-    return kept ? *kept : distanceTo_(majorAxisPoint_);
+    return number_(EditPoint::MajorAxis);
 }
 
 double CylinderShape::minorAxis() const {
-    const auto kept = keptMinorRadius_();
-    return kept ? *kept : distanceTo_(minorAxisPoint_);
+    return number_(EditPoint::MinorAxis);
 }
 
 double CylinderShape::height_() const {
-    if (subtype_ == Sphere) return majorAxis();
-    if (!center_ || !heightPoint_) return 0.0;
-    const auto kept = keptHeight_();
-    return kept ? *kept : heightPoint_->getAltitude() - center_->getAltitude();
+    return subtype_ == Sphere ? majorAxis() : number_(EditPoint::Height);
 }
 
 double CylinderShape::startAngle() const {
-    const auto kept = kept_(startAngle_, startAnglePoint_);
-    return kept ? *kept : azimuthTo_(startAnglePoint_);
+    return number_(EditPoint::StartAngle);
 }
 
 double CylinderShape::endAngle() const {
-    if (!center_ || !endAnglePoint_) return 0.0;
-    const auto kept = kept_(endAngle_, endAnglePoint_);
-    const double end = kept ? *kept : azimuthTo_(endAnglePoint_);
+    if (!centerPt() || !endAnglePt()) return 0.0;
+    const double end = number_(EditPoint::EndAngle);
     return end == startAngle() ? end + halCore::kTwoPi : end;
 }
 
 // Setters
 
-void CylinderShape::setCenter(const halCore::Vec3& lla) {
+void CylinderShape::setCenter(const Vec3& lla) {
     const double height = height_();
-    place_(center_, lla);
-    if (heightPoint_) placeHeight_(height);
+    place_(EditPoint::Center) = lla;
+    if (heightPt()) placeHeight_(height);
     dirty_();
 }
 
-void CylinderShape::moveCenter(const halCore::Vec3& lla) {
-    if (!center_) {
+void CylinderShape::moveCenter(const Vec3& lla) {
+    if (!centerPt()) {
         setCenter(lla);
         return;
     }
@@ -220,36 +186,31 @@ void CylinderShape::moveCenter(const halCore::Vec3& lla) {
     dirty_();
 }
 
-void CylinderShape::moveAll_(const halCore::Vec3& lla) {
-    const halCore::Vec3 from = center_->getPosition();
+void CylinderShape::moveAll_(const Vec3& lla) {
+    const Vec3 from = *centerPt();
     const double height = height_();
-    struct Moving {
-        PointPtr& point;
-        Number& number;
-        std::optional<double> kept;
-    };
-    const std::array<Moving, 4> moving{{{majorAxisPoint_, majorRadius_, kept_(majorRadius_, majorAxisPoint_)},
-                                        {minorAxisPoint_, minorRadius_, kept_(minorRadius_, minorAxisPoint_)},
-                                        {startAnglePoint_, startAngle_, kept_(startAngle_, startAnglePoint_)},
-                                        {endAnglePoint_, endAngle_, kept_(endAngle_, endAnglePoint_)}}};
-    // A point's number is kept from here on even if it was measured until now: moving changes no number.
-    const std::array<double, 4> numbers{majorAxis(), minorAxis(), startAngle(), azimuthTo_(endAnglePoint_)};
-    center_->setPosition(lla);
-    for (std::size_t i = 0; i < moving.size(); ++i) {
-        const auto& [point, number, kept] = moving[i];
-        if (!point) continue;
-        const halCore::Vec3 old = point->getPosition();
-        const auto way = Sodano::inverse(from, old);
-        halCore::Vec3 moved = Sodano::direct(lla, way.azimuth1, way.distance);
-        moved.setAlt(old.alt() + (lla.alt() - from.alt()));
-        point->setPosition(moved);
-        keep_(number, kept.value_or(numbers[i]), point);
+    // Kept from here on even if they were measured until now: moving changes no number. Not the end angle, to
+    // which a full turn may have been added.
+    const std::array<std::pair<EditPoint, double>, 4> numbers{
+        {{EditPoint::MajorAxis, majorAxis()},
+         {EditPoint::MinorAxis, minorAxis()},
+         {EditPoint::StartAngle, startAngle()},
+         {EditPoint::EndAngle, number_(EditPoint::EndAngle)}}};
+    place_(EditPoint::Center) = lla;
+    for (const auto& [role, number] : numbers) {
+        auto& place = place_(role);
+        if (!place) continue;
+        const double above = place->alt() - from.alt();
+        const auto way = Sodano::inverse(from, *place);
+        place = Sodano::direct(lla, way.azimuth1, way.distance);
+        place->setAlt(lla.alt() + above);
+        keep_(role, number);
     }
-    if (heightPoint_) placeHeight_(height);
+    if (heightPt()) placeHeight_(height);
 }
 
 void CylinderShape::carry(const ReferenceMove& move) {
-    const auto center = center_ ? move(center_->getPosition()) : std::nullopt;
+    const auto center = centerPt() ? move(*centerPt()) : std::nullopt;
     if (center) moveAll_(*center);
     fillGui();
 }
@@ -259,30 +220,21 @@ bool CylinderShape::isRadius(double meters) {
 }
 
 void CylinderShape::setMajorRadius(double meters) {
-    if (!center_ || !accepted(meters)) return;
-    meters = std::abs(meters);
-    placeAt_(majorAxisPoint_, kEast, meters);
-    keep_(majorRadius_, meters, majorAxisPoint_);
+    if (!centerPt() || !accepted(meters)) return;
+    placeAt_(EditPoint::MajorAxis, kEast, std::abs(meters), std::abs(meters));
     placeSector_();
     dirty_();
 }
 
 void CylinderShape::setMinorRadius(double meters) {
-    if (!center_ || !accepted(meters)) return;
-    meters = std::abs(meters);
-    placeAt_(minorAxisPoint_, kNorth, meters);
-    keep_(minorRadius_, meters, minorAxisPoint_);
+    if (!centerPt() || !accepted(meters)) return;
+    placeAt_(EditPoint::MinorAxis, kNorth, std::abs(meters), std::abs(meters));
     placeSector_();
     dirty_();
 }
 
-void CylinderShape::setMajorRadius(const halCore::Vec3& lla) {
-    place_(majorAxisPoint_, lla);
-    dirty_();
-}
-
-void CylinderShape::setMinorRadius(const halCore::Vec3& lla) {
-    place_(minorAxisPoint_, lla);
+void CylinderShape::put_(EditPoint role, const Vec3& lla) {
+    place_(role) = lla;
     dirty_();
 }
 
@@ -293,33 +245,23 @@ void CylinderShape::setInnerRadius(double meters) {
 }
 
 void CylinderShape::setStartAngle(double radians) {
-    if (!center_ || !std::isfinite(radians)) return;
-    placeAngle_(startAnglePoint_, startAngle_, normalized(radians));
+    if (!centerPt() || !std::isfinite(radians)) return;
+    placeAngle_(EditPoint::StartAngle, normalized(radians));
     dirty_();
 }
 
 void CylinderShape::setEndAngle(double radians) {
-    if (!center_ || !std::isfinite(radians)) return;
+    if (!centerPt() || !std::isfinite(radians)) return;
     double end = normalized(radians);
     // A full turn loses a last digit on its way here.
     const double start = startAngle();
-    if (startAnglePoint_ && std::abs(std::remainder(end - start, halCore::kTwoPi)) < kSameAngle) end = start;
-    placeAngle_(endAnglePoint_, endAngle_, end);
-    dirty_();
-}
-
-void CylinderShape::setStartAnglePt(const halCore::Vec3& lla) {
-    place_(startAnglePoint_, lla);
-    dirty_();
-}
-
-void CylinderShape::setEndAnglePt(const halCore::Vec3& lla) {
-    place_(endAnglePoint_, lla);
+    if (startAnglePt() && std::abs(std::remainder(end - start, halCore::kTwoPi)) < kSameAngle) end = start;
+    placeAngle_(EditPoint::EndAngle, end);
     dirty_();
 }
 
 void CylinderShape::setHeight(double meters) {
-    if (!center_ || !std::isfinite(meters)) return;
+    if (!centerPt() || !std::isfinite(meters)) return;
     if (subtype_ == Ellipsoid && meters <= 0.0) {
         meters = 1.0;
         const Survival survives(*this);
@@ -331,44 +273,28 @@ void CylinderShape::setHeight(double meters) {
 }
 
 void CylinderShape::updatePoints() {
-    if (!center_ || !hasKind_()) return;
-    if (majorAxisPoint_) {
-        const double radius = majorAxis();
-        placeAt_(majorAxisPoint_, kEast, radius);
-        keep_(majorRadius_, radius, majorAxisPoint_);
-    }
-    if (minorAxisPoint_) {
-        const double radius = minorAxis();
-        placeAt_(minorAxisPoint_, kNorth, radius);
-        keep_(minorRadius_, radius, minorAxisPoint_);
-    }
+    if (!centerPt() || !hasKind_()) return;
+    if (majorAxisPt()) placeAt_(EditPoint::MajorAxis, kEast, majorAxis(), majorAxis());
+    if (minorAxisPt()) placeAt_(EditPoint::MinorAxis, kNorth, minorAxis(), minorAxis());
     placeSector_();
     dirty_();
 }
 
 void CylinderShape::setEditPointsShown(bool shown, bool height) {
-    for (const PointPtr* point :
-         {&center_, &majorAxisPoint_, &minorAxisPoint_, &startAnglePoint_, &endAnglePoint_, &heightPoint_}) {
-        if (!*point) continue;
-        if (shown && (height || point != &heightPoint_))
-            (*point)->show();
-        else
-            (*point)->hide();
-    }
+    editPointsShown_ = shown;
+    heightPointShown_ = shown && height;
 }
 
 void CylinderShape::clear() {
-    for (PointPtr* point :
-         {&center_, &majorAxisPoint_, &minorAxisPoint_, &startAnglePoint_, &endAnglePoint_, &heightPoint_})
-        point->reset();
+    places_ = {};
     hide_();
 }
 
 void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
     const Survival survives(*this);
-    if (takeAttachment_(id, converter) && center_) {
+    if (takeAttachment_(id, converter) && centerPt()) {
         if (converter && anchorCenter) {
-            halCore::Vec3 reference;
+            Vec3 reference;
             converter->getReferenceLla(reference);
             moveCenter(reference);
         } else {
@@ -380,11 +306,11 @@ void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* conv
 
 // The part of the earth that the shape covers
 
-void CylinderShape::includeRim_(const halCore::Vec3& center, double startRad, double sweepRad,
+void CylinderShape::includeRim_(const Vec3& center, double startRad, double sweepRad,
                                 const std::function<double(double)>& distance,
-                                std::pair<halCore::Vec3, halCore::Vec3>& bounds) {
+                                std::pair<Vec3, Vec3>& bounds) {
     const auto include = [&](double azimuth) {
-        halCore::Vec3 rim = Sodano::direct(center, azimuth, distance(azimuth));
+        Vec3 rim = Sodano::direct(center, azimuth, distance(azimuth));
         rim.setLon(center.lon() + halCore::wrapToPi(rim.lon() - center.lon()));
         updateBounds_(rim, bounds);
     };
@@ -401,13 +327,13 @@ void CylinderShape::includeRim_(const halCore::Vec3& center, double startRad, do
     }
 }
 
-std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
-    std::pair<halCore::Vec3, halCore::Vec3> bounds;
+std::pair<Vec3, Vec3> CylinderShape::boundingBox() const {
+    std::pair<Vec3, Vec3> bounds;
     initBounds_(bounds);
-    if (!center_) return bounds;
-    const halCore::Vec3 center = center_->getPosition();
+    if (!centerPt()) return bounds;
+    const Vec3 center = *centerPt();
 
-    const bool hasSector = startAnglePoint_ && kind().sector == ShapeKind::Sector::Drawn;
+    const bool hasSector = startAnglePt() && kind().sector == ShapeKind::Sector::Drawn;
     const double start = hasSector ? startAngle() : 0.0;
     double sweep = hasSector ? endAngle() - start : halCore::kTwoPi;
     if (sweep <= 0.0) sweep += halCore::kTwoPi;
@@ -431,8 +357,8 @@ std::pair<halCore::Vec3, halCore::Vec3> CylinderShape::boundingBox() const {
 // Panel
 
 void CylinderShape::showIn_(CylinderPanel& panel) {
-    if (center_)
-        shownCenter_ = center_->getPosition();
+    if (centerPt())
+        shownCenter_ = *centerPt();
     else
         Utils::getDefaultLla(shownCenter_);
     panel.setDrawCheck(shown());
@@ -457,7 +383,7 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
     if (drawn != shown()) setShown(drawn);
     if (survives && center)
         moveCenter(*center);
-    else if (survives && !center_ && (x || y || height || start || end))
+    else if (survives && !centerPt() && (x || y || height || start || end))
         setCenter(shownCenter_);  // the user fills in a shape about the centre that stands in the panel
     if (survives && x) setMajorRadius(*x);
     if (survives && y) setMinorRadius(*y);

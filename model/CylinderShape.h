@@ -1,13 +1,13 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <functional>
-#include <memory>
 #include <optional>
 
 #include "model/BaseFilledShape.h"
 #include "model/Carried.h"
 #include "model/Equipped.h"
-#include "model/PUDrawPoint.h"
 
 namespace OverlayEditor {
 
@@ -31,6 +31,9 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
         /// Neither name nor tool, never written as a circular shape: for derived shapes.
         NoSubtype = 9
     };
+
+    /// What a user grabs to change the shape.
+    enum class EditPoint { Center, MajorAxis, MinorAxis, StartAngle, EndAngle, Height };
 
     CylinderShape(const Preferences& preferences, Subtype subtype);
     CylinderShape(const CylinderShape& other);
@@ -58,25 +61,26 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// dropped; what is no radius is refused.
     void setMajorRadius(double meters);
     virtual void setMinorRadius(double meters);
-    void setMajorRadius(const halCore::Vec3& lla);
-    virtual void setMinorRadius(const halCore::Vec3& lla);
+    void setMajorRadius(const halCore::Vec3& lla) { put_(EditPoint::MajorAxis, lla); }
+    virtual void setMinorRadius(const halCore::Vec3& lla) { put_(EditPoint::MinorAxis, lla); }
     /// Makes both radii the same.
     void setInnerRadius(double meters);
     /// Place the angle points on the rim; need a centre. An end within 1e-10 of the start is the start.
     void setStartAngle(double radians);
     void setEndAngle(double radians);
-    void setStartAnglePt(const halCore::Vec3& lla);
-    void setEndAnglePt(const halCore::Vec3& lla);
+    void setStartAnglePt(const halCore::Vec3& lla) { put_(EditPoint::StartAngle, lla); }
+    void setEndAnglePt(const halCore::Vec3& lla) { put_(EditPoint::EndAngle, lla); }
     /// Above the centre; needs one. An ellipsoid's height of 0 or less becomes 1.
     void setHeight(double meters);
 
-    /// The edit points, null while they do not exist. The shape's.
-    PluginUtils::PUDrawPoint* centerPt() const { return center_.get(); }
-    PluginUtils::PUDrawPoint* majorAxisPt() const { return majorAxisPoint_.get(); }
-    PluginUtils::PUDrawPoint* minorAxisPt() const { return minorAxisPoint_.get(); }
-    PluginUtils::PUDrawPoint* startAnglePt() const { return startAnglePoint_.get(); }
-    PluginUtils::PUDrawPoint* endAnglePt() const { return endAnglePoint_.get(); }
-    PluginUtils::PUDrawPoint* heightPt() const { return heightPoint_.get(); }
+    /// Where it stands; nothing while the shape has none.
+    const std::optional<halCore::Vec3>& editPoint(EditPoint role) const { return places_[index_(role)]; }
+    const std::optional<halCore::Vec3>& centerPt() const { return editPoint(EditPoint::Center); }
+    const std::optional<halCore::Vec3>& majorAxisPt() const { return editPoint(EditPoint::MajorAxis); }
+    const std::optional<halCore::Vec3>& minorAxisPt() const { return editPoint(EditPoint::MinorAxis); }
+    const std::optional<halCore::Vec3>& startAnglePt() const { return editPoint(EditPoint::StartAngle); }
+    const std::optional<halCore::Vec3>& endAnglePt() const { return editPoint(EditPoint::EndAngle); }
+    const std::optional<halCore::Vec3>& heightPt() const { return editPoint(EditPoint::Height); }
 
     /// 0 where a point is missing.
     double majorAxis() const;
@@ -89,8 +93,11 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     virtual bool isComplete() const;
     /// While set (the default) an incomplete shape is not written.
     void setRequiresAllPoints(bool required) { requiresAllPoints_ = required; }
-    /// Shows or hides the edit points; `height` also the height point.
+    /// Which of the edit points the tool draws: none, or all, the height point only with `height`.
     virtual void setEditPointsShown(bool shown, bool height);
+    bool isEditPointShown(EditPoint role) const {
+        return role == EditPoint::Height ? heightPointShown_ : editPointsShown_;
+    }
     /// Puts the axis points due east and due north and the angle points onto the rim, after radii and angles
     /// were set apart. The numbers stay.
     void updatePoints();
@@ -104,16 +111,15 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
                             const std::function<double(double)>& distance,
                             std::pair<halCore::Vec3, halCore::Vec3>& bounds);
 
-    /// The minor radius as it was set, while its point and the centre stand.
-    std::optional<double> keptMinorRadius_() const { return kept_(minorRadius_, minorAxisPoint_); }
-    void keepMinorRadius_(double meters) { keep_(minorRadius_, meters, minorAxisPoint_); }
+    /// The number as it was set, unless its point or the centre has moved on the earth since (up or down, for
+    /// a height).
+    std::optional<double> kept_(EditPoint role) const;
+    /// Takes a number for the one that its point, where it stands now, was set for.
+    void keep_(EditPoint role, double value);
+    std::optional<halCore::Vec3>& place_(EditPoint role) { return places_[index_(role)]; }
 
   private:
     friend Equipped;
-
-    bool hasKind_() const { return subtype_ < NoSubtype; }
-
-    using PointPtr = std::unique_ptr<PluginUtils::PUDrawPoint>;
 
     /// A number as it was set, and where the points were that it was set for.
     struct SetNumber {
@@ -121,21 +127,22 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
         halCore::Vec3 center;
         halCore::Vec3 point;
     };
-    using Number = std::optional<SetNumber>;
 
-    /// In [0, 2pi), a hair's breadth (1e-10) below 0 is 0; 0 when a point is missing.
-    double azimuthTo_(const PointPtr& point) const;
-    /// 0 when a point is missing.
-    double distanceTo_(const PointPtr& point) const;
-    /// The number, unless its point or the centre has moved on the earth since (up or down, for a height).
-    std::optional<double> kept_(const Number& number, const PointPtr& point) const;
-    std::optional<double> keptHeight_() const;
-    void keep_(Number& number, double value, const PointPtr& point);
-    void place_(PointPtr& point, const halCore::Vec3& lla);
-    /// Puts a point at a direction and distance from the centre, at the centre's altitude.
-    void placeAt_(PointPtr& point, double azimuth, double meters);
+    static constexpr std::size_t kEditPoints = 6;
+    static std::size_t index_(EditPoint role) { return static_cast<std::size_t>(role); }
+    bool hasKind_() const { return subtype_ < NoSubtype; }
+    /// What the point says; an angle in [0, 2pi), a hair's breadth (1e-10) below 0 is 0. 0 when the point or
+    /// the centre is missing.
+    double measured_(EditPoint role) const;
+    /// As it was set, or else measured.
+    double number_(EditPoint role) const;
+    /// Puts a point somewhere, and shows it.
+    void put_(EditPoint role, const halCore::Vec3& lla);
+    /// Puts a point at a direction and distance from the centre, at the centre's altitude, and keeps the
+    /// number.
+    void placeAt_(EditPoint role, double azimuth, double meters, double number);
     void placeHeight_(double meters);
-    void placeAngle_(PointPtr& point, Number& number, double radians);
+    void placeAngle_(EditPoint role, double radians);
     /// Puts the bounds of the sector on the rim again when the radii have changed.
     void placeSector_();
     /// From the centre to the rim in a direction; a stand-in length while there is no radius.
@@ -146,17 +153,11 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void takeFrom_(CylinderPanel& panel);
 
     Subtype subtype_;
-    PointPtr center_;
-    PointPtr majorAxisPoint_;
-    PointPtr minorAxisPoint_;
-    PointPtr startAnglePoint_;
-    PointPtr endAnglePoint_;
-    PointPtr heightPoint_;
-    Number majorRadius_;
-    Number minorRadius_;
-    Number startAngle_;
-    Number endAngle_;
-    Number heightNumber_;
+    /// By role.
+    std::array<std::optional<halCore::Vec3>, kEditPoints> places_;
+    std::array<std::optional<SetNumber>, kEditPoints> numbers_;
+    bool editPointsShown_ = false;
+    bool heightPointShown_ = false;
     bool requiresAllPoints_ = true;
     /// The centre that the panel shows while there is none.
     halCore::Vec3 shownCenter_;

@@ -26,8 +26,8 @@ bool OrbitShape::isComplete() const {
 int OrbitShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
     serializer.beginShape(shapeKind(ShapeKind::Orbit).written, attachedPlatformId_);
-    serializer.addPoint(centerPt()->getPosition());
-    serializer.setCenterPoint2(centerPt2()->getPosition());
+    serializer.addPoint(*centerPt());
+    serializer.setCenterPoint2(*centerPt2());
     serializer.setMajorRadius(minorAxisPt() ? minorAxis() : kDefaultRadius);
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
@@ -36,14 +36,14 @@ int OrbitShape::serialize(Serializer& serializer) {
 
 double OrbitShape::getShortestDistance_(const Vec3& position) const {
     if (!isComplete()) return 0.0;
-    return std::min(halCore::Sodano::inverse(centerPt()->getPosition(), position).distance,
-                    halCore::Sodano::inverse(centerPt2()->getPosition(), position).distance);
+    return std::min(halCore::Sodano::inverse(*centerPt(), position).distance,
+                    halCore::Sodano::inverse(*centerPt2(), position).distance);
 }
 
 double OrbitShape::minorAxis() const {
     if (!minorAxisPt()) return 0.0;
-    const auto kept = keptMinorRadius_();
-    return kept ? *kept : getShortestDistance_(minorAxisPt()->getPosition());
+    const auto kept = kept_(EditPoint::MinorAxis);
+    return kept ? *kept : getShortestDistance_(*minorAxisPt());
 }
 
 void OrbitShape::setMinorRadius(const Vec3& lla) {
@@ -52,24 +52,23 @@ void OrbitShape::setMinorRadius(const Vec3& lla) {
     const Survival survives(*this);
     setMinorRadius(radius);
     if (!survives || !minorAxisPt()) return;
-    minorAxisPt()->setPosition(lla);
-    keepMinorRadius_(radius);
+    place_(EditPoint::MinorAxis) = lla;
+    keep_(EditPoint::MinorAxis, radius);
     dirty_();
 }
 
 bool OrbitShape::radiusAtSecond_() const {
     if (!isComplete() || !minorAxisPt()) return false;
-    const Vec3 point = minorAxisPt()->getPosition();
     const double radius = minorAxis();
-    const auto beside = [&](const PluginUtils::PUDrawPoint& center) {
-        return std::abs(halCore::Sodano::inverse(center.getPosition(), point).distance - radius);
+    const auto beside = [&](const Vec3& center) {
+        return std::abs(halCore::Sodano::inverse(center, *minorAxisPt()).distance - radius);
     };
     return beside(*centerPt2()) < beside(*centerPt());
 }
 
 void OrbitShape::carryRadiusPoint_(const Vec3& from, const Vec3& to) {
-    const auto way = halCore::Sodano::inverse(from, minorAxisPt()->getPosition());
-    minorAxisPt()->setPosition(halCore::Sodano::direct(to, way.azimuth1, way.distance));
+    const auto way = halCore::Sodano::inverse(from, *minorAxisPt());
+    place_(EditPoint::MinorAxis) = halCore::Sodano::direct(to, way.azimuth1, way.distance);
 }
 
 void OrbitShape::moveFirstCenter(const Vec3& lla) {
@@ -78,27 +77,27 @@ void OrbitShape::moveFirstCenter(const Vec3& lla) {
         return;
     }
     const double radius = minorAxis();
-    if (!radiusAtSecond_()) carryRadiusPoint_(centerPt()->getPosition(), lla);
-    centerPt()->setPosition(lla);
-    keepMinorRadius_(radius);
+    if (!radiusAtSecond_()) carryRadiusPoint_(*centerPt(), lla);
+    place_(EditPoint::Center) = lla;
+    keep_(EditPoint::MinorAxis, radius);
     dirty_();
 }
 
 void OrbitShape::setCenter2(const Vec3& lla) {
     if (isComplete() && minorAxisPt()) {
         const double radius = minorAxis();
-        if (radiusAtSecond_()) carryRadiusPoint_(centerPt2()->getPosition(), lla);
-        keepMinorRadius_(radius);
+        if (radiusAtSecond_()) carryRadiusPoint_(*centerPt2(), lla);
+        keep_(EditPoint::MinorAxis, radius);
     }
     CylinderShape::setMajorRadius(lla);
 }
 
 void OrbitShape::setAltitude(double meters) {
     bool lifted = false;
-    for (PluginUtils::PUDrawPoint* const point : {centerPt(), centerPt2(), minorAxisPt()}) {
-        if (!point || point->getAltitude() == meters) continue;
-        const Vec3 lla = point->getPosition();
-        point->setPosition({lla.lat(), lla.lon(), meters});
+    for (const EditPoint role : {EditPoint::Center, EditPoint::MajorAxis, EditPoint::MinorAxis}) {
+        auto& place = place_(role);
+        if (!place || place->alt() == meters) continue;
+        place->setAlt(meters);
         lifted = true;
     }
     if (lifted) dirty_();
@@ -111,8 +110,8 @@ void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* convert
         return;
     }
     if (isComplete() && converter && anchorCenter) {
-        const Vec3 from = centerPt()->getPosition();
-        const Vec3 to = centerPt2()->getPosition();
+        const Vec3 from = *centerPt();
+        const Vec3 to = *centerPt2();
         const Vec3 middle(0.5 * (from.lat() + to.lat()),
                           from.lon() + 0.5 * halCore::wrapToPi(to.lon() - from.lon()),
                           0.5 * (from.alt() + to.alt()));
@@ -131,20 +130,20 @@ void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* convert
 }
 
 void OrbitShape::carry(const ReferenceMove& move) {
-    const auto second = centerPt2() ? move(centerPt2()->getPosition()) : std::nullopt;
+    const auto second = centerPt2() ? move(*centerPt2()) : std::nullopt;
     if (centerPt2() && !second) return;
     const bool radiusAtSecond = radiusAtSecond_();
     const double radius = minorAxis();
-    const Vec3 from = centerPt2() ? centerPt2()->getPosition() : Vec3();
-    const Vec3 radiusPoint = minorAxisPt() ? minorAxisPt()->getPosition() : Vec3();
+    const Vec3 from = centerPt2().value_or(Vec3());
+    const auto radiusPoint = minorAxisPt();
     const Survival survives(*this);
     CylinderShape::carry(move);
     if (!survives || !second) return;
-    centerPt2()->setPosition(*second);
+    place_(EditPoint::MajorAxis) = *second;
     if (radiusAtSecond) {
-        minorAxisPt()->setPosition(radiusPoint);
+        place_(EditPoint::MinorAxis) = radiusPoint;
         carryRadiusPoint_(from, *second);
-        keepMinorRadius_(radius);
+        keep_(EditPoint::MinorAxis, radius);
     }
     fillGui();
 }
@@ -154,8 +153,8 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
     initBounds_(bounds);
     if (!isComplete()) return CylinderShape::boundingBox();
     const double radius = minorAxisPt() ? minorAxis() : kDefaultRadius;
-    const Vec3 first = centerPt()->getPosition();
-    Vec3 second = centerPt2()->getPosition();
+    const Vec3 first = *centerPt();
+    Vec3 second = *centerPt2();
     second.setLon(first.lon() + halCore::wrapToPi(second.lon() - first.lon()));
     for (const Vec3& center : {first, second})
         includeRim_(
@@ -166,10 +165,10 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
 void OrbitShape::showIn_(OrbitPanel& panel) {
     Vec3 ground;
     if (!isComplete()) Utils::getDefaultLla(ground);
-    shownCenter_ = centerPt() ? centerPt()->getPosition() : ground;
+    shownCenter_ = centerPt().value_or(ground);
     panel.setDrawCheck(shown());
     panel.setCenterLla(shownCenter_);
-    panel.setCenterLla2(centerPt2() ? centerPt2()->getPosition() : ground);
+    panel.setCenterLla2(centerPt2().value_or(ground));
     panel.setRadius(minorAxis());
     showStyles_(panel.lineStyle(), panel.fillStyle());
 }

@@ -30,7 +30,7 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     void setCenter2(const halCore::Vec3& lla);
     /// Gives both centres an altitude.
     void setAltitude(double meters);
-    PluginUtils::PUDrawPoint* centerPt2() const { return majorAxisPt(); }
+    const std::optional<halCore::Vec3>& centerPt2() const { return majorAxisPt(); }
 
     /// Both centres are there.
     bool isComplete() const override;

@@ -2,15 +2,12 @@
 
 #include <sstream>
 
-#include "tools/PUDrawPoints.h"
-
 namespace OverlayEditor {
 
 using halCore::Vec3;
-using PluginUtils::PUDrawPoint;
 
 AnnotationMouseTool::AnnotationMouseTool(const Preferences& preferences, AnnotationShape& shape)
-    : ShapeMouseTool(preferences), shape_(shape) {}
+    : HandleMouseTool(preferences, shape, {1}), shape_(shape) {}
 
 AnnotationMouseTool::~AnnotationMouseTool() {
     deactivate();
@@ -29,33 +26,12 @@ void AnnotationMouseTool::handleFinishDrag_(const Vec3& pos) {
     updateEditPoints_();
 }
 
-PUDrawPoint* AnnotationMouseTool::pointNearMouse_(const Vec3& pos) {
-    grabbed_ = point_ && PluginUtils::canGrab(*point_, pos, view_);
-    return grabbed_ ? point_.get() : nullptr;
-}
-
-void AnnotationMouseTool::redrawPointsForViewChange_() {
-    // The panel moves the label, too.
-    updateEditPoints_();
-    if (point_) picture_.add(*point_);
-}
-
-void AnnotationMouseTool::showEditPoints_(bool shown) {
-    if (!shape_.hasPoint()) return;
-    if (!point_) {
-        point_ = createEditPoint(shape_.position(), PluginUtils::kEditPointColor);
-        // The label's own text lies beneath it.
-        point_->setHollow(true);
-    }
-    if (point_->getPosition() != shape_.position()) point_->setPosition(shape_.position());
-    if (shown)
-        point_->show();
-    else
-        point_->hide();
+std::optional<Vec3> AnnotationMouseTool::placeOf_(Role) const {
+    return shape_.hasPoint() ? std::optional(shape_.position()) : std::nullopt;
 }
 
 void AnnotationMouseTool::moveGrabbed_(const Vec3& pos) {
-    if (grabbed_ && shape_.position() != pos) shape_.mouseSetPosition(pos);
+    if (grabbedRole_ != 0 && shape_.position() != pos) shape_.mouseSetPosition(pos);
 }
 
 std::string_view AnnotationMouseTool::placingHint_() const {

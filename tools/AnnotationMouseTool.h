@@ -1,12 +1,12 @@
 #pragma once
 
 #include "model/AnnotationShape.h"
-#include "tools/ShapeMouseTool.h"
+#include "tools/HandleMouseTool.h"
 
 namespace OverlayEditor {
 
 /// Places a label where the button is released, and moves it afterwards. There is no rubber band.
-class AnnotationMouseTool final : public ShapeMouseTool {
+class AnnotationMouseTool final : public HandleMouseTool {
   public:
     AnnotationMouseTool(const Preferences& preferences, AnnotationShape& shape);
     ~AnnotationMouseTool() override;
@@ -16,24 +16,18 @@ class AnnotationMouseTool final : public ShapeMouseTool {
     void handleStartDrag_(const halCore::Vec3&) override {}
     void handleFinishDrag_(const halCore::Vec3& pos) override;
     void handleAbortDrag_() override {}
-    PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) override;
-    void redrawPointsForViewChange_() override;
-    bool hasPoint_(const PluginUtils::PUDrawPoint* point) const override { return point == point_.get(); }
+    std::optional<halCore::Vec3> placeOf_(Role role) const override;
+    /// The label's own text lies beneath it.
+    void dress_(PluginUtils::PUDrawPoint& point, Role) const override { point.setHollow(true); }
     bool isComplete_() const override { return shape_.hasPoint(); }
-    void showEditPoints_(bool shown) override;
     std::unique_ptr<BaseLineShape> makeRubberBand_() const override { return nullptr; }
     bool shapeRubberBand_(BaseLineShape&, const halCore::Vec3&) override { return false; }
-    void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = point && hasPoint_(point); }
-    void clearGrab_() override { grabbed_ = false; }
     void moveGrabbed_(const halCore::Vec3& pos) override;
     std::string_view placingHint_() const override;
 
   private:
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.
     AnnotationShape& shape_;
-    /// Null until the label has a position.
-    std::unique_ptr<PluginUtils::PUDrawPoint> point_;
-    bool grabbed_ = false;
 };
 
 }  // namespace OverlayEditor

@@ -1,6 +1,5 @@
 #include "tools/ArcMouseTool.h"
 
-#include <array>
 #include <sstream>
 
 #include "geo/Angles.h"
@@ -12,15 +11,12 @@ using halCore::Vec3;
 
 namespace {
 
-constexpr std::array kOrder = {CylinderMouseTool::Center, CylinderMouseTool::StartAngle,
-                               CylinderMouseTool::EndAngle, CylinderMouseTool::MajorAxis,
-                               CylinderMouseTool::MinorAxis};
 constexpr double kWedgeHeight = 500.0;
 
 }  // namespace
 
 ArcMouseTool::ArcMouseTool(const Preferences& preferences, CylinderShape& shape)
-    : CylinderMouseTool(preferences, shape, kOrder) {}
+    : CylinderMouseTool(preferences, shape, {Center, StartAngle, EndAngle, MajorAxis, MinorAxis}) {}
 
 ArcMouseTool::~ArcMouseTool() {
     deactivate();
@@ -31,16 +27,16 @@ std::string ArcMouseTool::getPointText_(const Vec3& pos) const {
     appendLLAText_(text, pos);
     if (!shape_.centerPt()) return text.str();
 
-    const bool atCenter = grabbed_ == Center || grabbed_ == Height;
+    const bool atCenter = grabbed() == Center || grabbed() == Height;
     const double major = shape_.majorAxis();
     const double minor = shape_.minorAxis();
-    if (grabbed_ == None) {
+    if (grabbed() == None) {
         appendRange_(text, " Rad: ", radiusAt_(pos));
     } else if (minor == 0.0 || major == minor) {
         appendRange_(text, " Rad: ", major);
     } else {
-        if (grabbed_ != MinorAxis) appendRange_(text, " XRad: ", major);
-        if (grabbed_ != MajorAxis) appendRange_(text, " YRad: ", minor);
+        if (grabbed() != MinorAxis) appendRange_(text, " XRad: ", major);
+        if (grabbed() != MajorAxis) appendRange_(text, " YRad: ", minor);
     }
     if (!atCenter) appendBearing_(text, center_(), pos);
     return text.str();
@@ -109,7 +105,7 @@ void ArcMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) c
     rubberBand.setMajorRadius(radius);
     rubberBand.setMinorRadius(radius);
     // While there is no start yet, the quarter that would begin at the cursor.
-    const bool started = shape_.startAnglePt() != nullptr;
+    const bool started = shape_.startAnglePt().has_value();
     rubberBand.setStartAngle(started ? shape_.startAngle() : bearing);
     rubberBand.setEndAngle(started ? bearing : bearing + halCore::kHalfPi);
 }

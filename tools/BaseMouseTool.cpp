@@ -33,7 +33,7 @@ Vec3 onGround(const Vec3& lla) {
 
 int BaseMouseTool::handleMouseEvent(PIMouseEventType_t type, const PIMouseEvent& event) {
     if (!isActive()) return 0;
-    checkNearPoint_();
+    followShape_();
     switch (type) {
         case PIMouseEventType_t::LeftPress:
             return leftPress_(type, event);
@@ -141,8 +141,8 @@ int BaseMouseTool::mouseWheel_(PIMouseEventType_t, const PIMouseEvent& event) {
     if ((event.modifiers & PIGUI::PIModifierShift) == 0) return 0;
     altitude_ = adjustAltitude_(event.wheelDelta, altitude_);
     if (nearPoint_) {
-        nearBeforeWheel_ = nearPoint_->getPosition();
-        const Vec3 raised(nearBeforeWheel_.lat(), nearBeforeWheel_.lon(), altitude_);
+        const Vec3& near = nearPoint_->getPosition();
+        const Vec3 raised(near.lat(), near.lon(), altitude_);
         nearPoint_->setPosition(raised);
         nearPoint_->setDescription(getPointText_(raised));
     }
@@ -162,7 +162,7 @@ void BaseMouseTool::leave_() {
 
 void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     if (!isActive()) return;
-    checkNearPoint_();
+    followShape_();
     picture_.clear();
     view_ = ToolView::current().capture(width, height);
     if (!isActive()) return;
@@ -299,17 +299,17 @@ void BaseMouseTool::rememberGrab_(const PIMouseEvent& event) {
     grabOffsetX_ = 0;
     grabOffsetY_ = 0;
     const Vec3 foot = onGround(nearPoint_->getPosition());
-    const auto footPixel = view_.visiblePixel(foot);
+    const auto footPixel = view_.visiblePixel(halCore::toEcef(foot));
     const auto cursor = cursorPosition_(event.x, event.y);
     if (!footPixel || !cursor) return;
-    const auto cursorPixel = view_.pixel(ViewProjection::toEcef(onGround(*cursor)));
+    const auto cursorPixel = view_.pixel(halCore::toEcef(onGround(*cursor)));
     if (!cursorPixel) return;
     grabOffsetX_ = static_cast<int>(std::lround((footPixel->x - cursorPixel->x) / view_.pixelScale()));
     grabOffsetY_ = static_cast<int>(std::lround((footPixel->y - cursorPixel->y) / view_.pixelScale()));
 }
 
-void BaseMouseTool::checkNearPoint_() {
-    if (nearPoint_ && !hasPoint_(nearPoint_)) nearPoint_ = nullptr;
+void BaseMouseTool::followShape_() {
+    updatePoints_();
     if (!nearPoint_ && (state_ == Dragging || state_ == Hovering)) finishEditing_();
 }
 

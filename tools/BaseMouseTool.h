@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "model/MouseTool.h"
-#include "model/PUDrawPoint.h"
 #include "model/Preferences.h"
 #include "tools/HintSource.h"
+#include "tools/PUDrawPoint.h"
 #include "tools/ToolView.h"
 #include "tools/ViewProjection.h"
 
@@ -65,7 +65,7 @@ class BaseMouseTool : public MouseTool, public HintSource {
     virtual void handleFinishDrag_(const halCore::Vec3& pos) = 0;
     /// Left release off the earth after such a press, or the tool ends before the release.
     virtual void handleAbortDrag_() = 0;
-    /// The wheel changed the working altitude; nearPoint_ has taken it already.
+    /// The wheel changed the working altitude; nearPoint_, but not the shape, has taken it already.
     virtual void handleAltitudeChange_() = 0;
     /// The cursor moves while an existing point is dragged.
     virtual void handleMovePoint_(const halCore::Vec3& pos) = 0;
@@ -76,8 +76,9 @@ class BaseMouseTool : public MouseTool, public HintSource {
     /// Each refresh while active, and when the drag of an existing point starts.
     virtual void removeTempGraphics_() = 0;
 
-    /// Whether nearPoint_ is still one of the shape's points: others than the tool may have removed it.
-    virtual bool hasPoint_(const PluginUtils::PUDrawPoint*) const { return true; }
+    /// Before each event and each refresh: others than the tool may have moved the shape's points, or removed
+    /// them, nearPoint_ too.
+    virtual void updatePoints_() {}
     /// The temporary graphics of this refresh are complete.
     virtual void finishRefresh_() {}
 
@@ -126,8 +127,6 @@ class BaseMouseTool : public MouseTool, public HintSource {
     ViewProjection view_;
     /// What this refresh draws.
     ToolPicture picture_;
-    /// Where nearPoint_ was before the wheel moved it.
-    halCore::Vec3 nearBeforeWheel_;
 
   private:
     /// Nobody knows any more where the cursor is: nothing that follows it or lies under it is marked.
@@ -135,7 +134,7 @@ class BaseMouseTool : public MouseTool, public HintSource {
     /// After a drag its point stays highlighted; pressed again before the cursor moves, it is grabbed again.
     bool grabsAgain_(const PIGUI::PIMouseEvent& event);
     void rememberGrab_(const PIGUI::PIMouseEvent& event);
-    void checkNearPoint_();
+    void followShape_();
 
     /// From the cursor to the place on the ground beneath the point that was grabbed, in its pixels.
     int grabOffsetX_ = 0;

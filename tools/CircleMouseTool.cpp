@@ -1,20 +1,13 @@
 #include "tools/CircleMouseTool.h"
 
-#include <array>
 #include <sstream>
 
 namespace OverlayEditor {
 
 using halCore::Vec3;
 
-namespace {
-
-constexpr std::array kOrder = {CylinderMouseTool::Center, CylinderMouseTool::MajorAxis};
-
-}  // namespace
-
 CircleMouseTool::CircleMouseTool(const Preferences& preferences, CylinderShape& shape)
-    : CylinderMouseTool(preferences, shape, kOrder) {}
+    : CylinderMouseTool(preferences, shape, {Center, MajorAxis}) {}
 
 CircleMouseTool::~CircleMouseTool() {
     deactivate();
@@ -22,7 +15,7 @@ CircleMouseTool::~CircleMouseTool() {
 
 std::string CircleMouseTool::getPointText_(const Vec3& pos) const {
     double radius = shape_.majorAxis();
-    if (grabbed_ == None && shape_.centerPt()) radius = radiusAt_(pos);
+    if (grabbed() == None && shape_.centerPt()) radius = radiusAt_(pos);
     std::ostringstream text;
     appendLLAText_(text, pos);
     appendRange_(text, " Rad: ", radius);
@@ -52,10 +45,9 @@ void CircleMouseTool::handleAbortDrag_() {
 
 void CircleMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     if (grabbed == Center) {
-        const auto* const radiusPoint = shape_.majorAxisPt();
-        const Vec3 onEdge = radiusPoint ? radiusPoint->getPosition() : Vec3();
+        const auto onEdge = shape_.majorAxisPt();
         shape_.setCenter(pos);
-        if (isActive() && radiusPoint) shape_.setMajorRadius(Vec3(onEdge.lat(), onEdge.lon(), pos.alt()));
+        if (isActive() && onEdge) shape_.setMajorRadius(Vec3(onEdge->lat(), onEdge->lon(), pos.alt()));
         return;
     }
     lift_(pos.alt());

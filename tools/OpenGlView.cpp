@@ -55,8 +55,7 @@ ViewProjection OpenGlView::capture(int width, int height) {
     glGetDoublev(GL_PROJECTION_MATRIX, projection.data());
     const bool devicePixels = width <= 0 || height <= 0 || viewport[2] == width;
     const double scale = devicePixels ? learnedScale_ : static_cast<double>(viewport[2]) / width;
-    return {
-        ViewProjection::toEcef(Vec3(lat, lon, alt)), modelview, projection, viewport[2], viewport[3], scale};
+    return {halCore::toEcef(Vec3(lat, lon, alt)), modelview, projection, viewport[2], viewport[3], scale};
 }
 
 void OpenGlView::paint(const ViewProjection& view, const ToolPicture& picture) {
@@ -66,7 +65,7 @@ void OpenGlView::paint(const ViewProjection& view, const ToolPicture& picture) {
 }
 
 void OpenGlView::sawCursor(const ViewProjection& view, int x, int y, const Vec3& ground) {
-    const auto device = view.pixel(ViewProjection::toEcef(ground));
+    const auto device = view.pixel(halCore::toEcef(ground));
     if (!device) return;
     if (const double scale = pixelScaleFrom(*device, x, y); scale > 0.0) learnedScale_ = scale;
 }

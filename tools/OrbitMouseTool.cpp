@@ -5,7 +5,6 @@
 namespace OverlayEditor {
 
 using halCore::Vec3;
-using PluginUtils::PUDrawPoint;
 
 OrbitMouseTool::OrbitMouseTool(const Preferences& preferences, OrbitShape& shape)
     : ThreePointMouse(preferences, shape), orbit_(shape) {}
@@ -18,10 +17,10 @@ std::string OrbitMouseTool::getPointText_(const Vec3& pos) const {
     std::ostringstream text;
     appendLLAText_(text, pos);
     if (!orbit_.centerPt()) return text.str();
-    if (grabbed_ == MajorAxis || !orbit_.centerPt2()) {
+    if (grabbed() == MajorAxis || !orbit_.centerPt2()) {
         appendRange_(text, " Dist: ", radiusAt_(pos));
         appendBearing_(text, center_(), pos);
-    } else if (grabbed_ == Center) {
+    } else if (grabbed() == Center) {
         if (orbit_.minorAxisPt()) appendRange_(text, " Rad: ", orbit_.minorAxis());
     } else {
         appendRange_(text, " Rad: ", orbit_.getShortestDistance_(pos));
@@ -45,13 +44,10 @@ void OrbitMouseTool::handleFinishDrag_(const Vec3& pos) {
 }
 
 void OrbitMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
-    const PUDrawPoint* const point = grabbed == Center      ? orbit_.centerPt()
-                                     : grabbed == MajorAxis ? orbit_.centerPt2()
-                                                            : orbit_.minorAxisPt();
-    if (!point) return;
-    const Vec3 from = point->getPosition();
-    if (pos.alt() != from.alt()) orbit_.setAltitude(pos.alt());
-    if (!isActive() || (pos.lat() == from.lat() && pos.lon() == from.lon())) return;
+    const auto from = placeOf_(grabbed);
+    if (!from) return;
+    if (pos.alt() != from->alt()) orbit_.setAltitude(pos.alt());
+    if (!isActive() || (pos.lat() == from->lat() && pos.lon() == from->lon())) return;
     if (grabbed == Center)
         orbit_.moveFirstCenter(pos);
     else if (grabbed == MajorAxis)
@@ -64,7 +60,7 @@ void OrbitMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos)
     auto& orbit = static_cast<OrbitShape&>(rubberBand);
     orbit.clear();
     orbit.setCenter(center_());
-    orbit.setCenter2(orbit_.centerPt2() ? orbit_.centerPt2()->getPosition() : pos);
+    orbit.setCenter2(orbit_.centerPt2() ? *orbit_.centerPt2() : pos);
     if (orbit_.centerPt2()) orbit.setMinorRadius(pos);
     orbit.setAltitude(pos.alt());
 }

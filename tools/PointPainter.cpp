@@ -13,6 +13,7 @@
 
 namespace OverlayEditor {
 
+using halCore::Ecef;
 using halCore::Vec3;
 using PluginUtils::PUDrawLine;
 using PluginUtils::PUDrawPoint;
@@ -109,11 +110,8 @@ void PointPainter::paint(const ToolPicture& picture) {
     std::vector<Dot> dots;
     dots.reserve(picture.points().size());
     for (const auto& entry : picture.points()) {
-        const auto pixel = view_.pixel(entry.ecef);
-        // What lies below the ground is seen where the ground above it is.
-        const Vec3& lla = entry.point->getPosition();
-        const Vec3 seen = lla.alt() < 0.0 ? ViewProjection::toEcef(atAltitude(lla, 0.0)) : entry.ecef;
-        if (!pixel || view_.isHiddenByEarth(seen)) continue;
+        const auto pixel = view_.visiblePixel(entry.ecef);
+        if (!pixel) continue;
         drawAltimeter_(entry);
         dots.push_back({*pixel, entry.point});
     }
@@ -126,7 +124,7 @@ void PointPainter::paint(const ToolPicture& picture) {
     for (const Dot& dot : dots) drawLabel_(dot);
 }
 
-void PointPainter::drawSegment_(const Vec3& from, const Vec3& to) const {
+void PointPainter::drawSegment_(const Ecef& from, const Ecef& to) const {
     const auto pixels = view_.segment(from, to);
     if (!pixels) return;
     glVertex2d(pixels->first.x, view_.height() - pixels->first.y);
@@ -146,13 +144,13 @@ void PointPainter::drawLine_(const PUDrawLine& line) const {
     setColor(line.getColor());
     glLineWidth(static_cast<GLfloat>(line.getWidth() * view_.pixelScale()));
     glBegin(GL_LINES);
-    Vec3 from = ViewProjection::toEcef(place(0));
-    bool fromHidden = view_.isHiddenByEarth(ViewProjection::toEcef(atAltitude(line.from(), 0.0)));
+    Ecef from = halCore::toEcef(place(0));
+    bool fromHidden = view_.isHiddenByEarth(halCore::toEcef(atAltitude(line.from(), 0.0)));
     for (int i = 1; i <= pieces; ++i) {
         const Vec3 lla = place(i);
-        const Vec3 to = ViewProjection::toEcef(lla);
+        const Ecef to = halCore::toEcef(lla);
         const bool toHidden =
-            view_.isHiddenByEarth(ViewProjection::toEcef(atAltitude(lla, std::max(0.0, lla.alt()))));
+            view_.isHiddenByEarth(halCore::toEcef(atAltitude(lla, std::max(0.0, lla.alt()))));
         if (!fromHidden && !toHidden) drawSegment_(from, to);
         from = to;
         fromHidden = toHidden;
@@ -166,10 +164,10 @@ void PointPainter::drawAltimeter_(const ToolPicture::Point& entry) const {
     // The lower end may be beyond the horizon: what can be seen reaches from the top down to some altitude.
     double seen = top.alt();
     double wanted = 0.0;
-    if (top.alt() > 0.0 && view_.isHiddenByEarth(ViewProjection::toEcef(atAltitude(top, 0.0)))) {
+    if (top.alt() > 0.0 && view_.isHiddenByEarth(halCore::toEcef(atAltitude(top, 0.0)))) {
         for (int i = 0; i < 40; ++i) {
             const double middle = 0.5 * (seen + wanted);
-            const bool hidden = view_.isHiddenByEarth(ViewProjection::toEcef(atAltitude(top, middle)));
+            const bool hidden = view_.isHiddenByEarth(halCore::toEcef(atAltitude(top, middle)));
             (hidden ? wanted : seen) = middle;
         }
         wanted = seen;
@@ -177,7 +175,7 @@ void PointPainter::drawAltimeter_(const ToolPicture::Point& entry) const {
     setColor(entry.point->getColor());
     glLineWidth(static_cast<GLfloat>(kAltimeterWidth * view_.pixelScale()));
     glBegin(GL_LINES);
-    drawSegment_(entry.ecef, ViewProjection::toEcef(atAltitude(top, wanted)));
+    drawSegment_(entry.ecef, halCore::toEcef(atAltitude(top, wanted)));
     glEnd();
 }
 

@@ -50,7 +50,7 @@ class PointPainter {
     void drawDots_(const std::vector<Dot>& dots, bool highlighted) const;
     void drawRings_(const std::vector<Dot>& dots, bool highlighted) const;
     void drawLabel_(const Dot& dot) const;
-    void drawSegment_(const halCore::Vec3& from, const halCore::Vec3& to) const;
+    void drawSegment_(const halCore::Ecef& from, const halCore::Ecef& to) const;
 
     const ViewProjection& view_;
     LabelFont& font_;

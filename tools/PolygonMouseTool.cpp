@@ -105,12 +105,12 @@ void PolygonMouseTool::removeFirstPoint_() {
 }
 
 PUDrawPoint* PolygonMouseTool::pointNearMouse_(const Vec3& pos) {
-    grabbed_ = drawn_.grabbedBy(pos, view_);
+    grabbed_ = drawn_.grabbedBy(PluginUtils::GrabbingCursor(pos, view_));
     return grabbed_ ? &drawn_.point(*grabbed_) : nullptr;
 }
 
 void PolygonMouseTool::redrawPointsForViewChange_() {
-    for (std::size_t i = 0; i < drawn_.size(); ++i) picture_.add(drawn_.point(i), drawn_.ecef(i));
+    for (std::size_t i = 0; i < drawn_.size(); ++i) picture_.add(drawn_.point(i));
 }
 
 void PolygonMouseTool::showEditPoints_(bool shown) {

@@ -2,15 +2,12 @@
 
 #include <sstream>
 
-#include "tools/PUDrawPoints.h"
-
 namespace OverlayEditor {
 
 using halCore::Vec3;
-using PluginUtils::PUDrawPoint;
 
 RectangleMouseTool::RectangleMouseTool(const Preferences& preferences, RectangleShape& shape)
-    : ShapeMouseTool(preferences), shape_(shape) {}
+    : HandleMouseTool(preferences, shape, {First, Last}), shape_(shape) {}
 
 RectangleMouseTool::~RectangleMouseTool() {
     deactivate();
@@ -19,7 +16,7 @@ RectangleMouseTool::~RectangleMouseTool() {
 std::string RectangleMouseTool::getPointText_(const Vec3& pos) const {
     std::ostringstream text;
     appendLLAText_(text, pos);
-    return text.str() + shape_.getShortPointText_(pos, grabbed_ == First);
+    return text.str() + shape_.getShortPointText_(pos, grabbedRole_ == First);
 }
 
 void RectangleMouseTool::handleStartDrag_(const Vec3& pos) {
@@ -29,9 +26,7 @@ void RectangleMouseTool::handleStartDrag_(const Vec3& pos) {
 }
 
 void RectangleMouseTool::handleFinishDrag_(const Vec3& pos) {
-    const bool onPoint = pointNearMouse_(pos) != nullptr;
-    clearGrab_();
-    if (onPoint || !shape_.firstCorner()) {
+    if (releasedOnPoint_(pos) || !shape_.firstCorner()) {
         handleAbortDrag_();
         return;
     }
@@ -48,46 +43,8 @@ void RectangleMouseTool::handleAbortDrag_() {
     shapeChanged_();
 }
 
-PUDrawPoint* RectangleMouseTool::pointNearMouse_(const Vec3& pos) {
-    for (const PointPtr* point : {&firstPoint_, &lastPoint_}) {
-        if (!*point || !PluginUtils::canGrab(**point, pos, view_)) continue;
-        grab_(point->get());
-        return point->get();
-    }
-    clearGrab_();
-    return nullptr;
-}
-
-void RectangleMouseTool::redrawPointsForViewChange_() {
-    // The panel moves the corners, too.
-    updateEditPoints_();
-    for (const PointPtr* point : {&firstPoint_, &lastPoint_})
-        if (*point) picture_.add(**point);
-}
-
-RectangleMouseTool::Grabbed RectangleMouseTool::grabOf_(const PUDrawPoint* point) const {
-    if (!point) return None;
-    if (point == firstPoint_.get()) return First;
-    return point == lastPoint_.get() ? Last : None;
-}
-
-void RectangleMouseTool::followCorner_(PointPtr& point, const std::optional<Vec3>& corner, bool shown) {
-    if (!corner) {
-        if (point && nearPoint_ == point.get()) forgetNearPoint_();
-        point.reset();
-        return;
-    }
-    if (!point) point = createEditPoint(*corner, PluginUtils::kEditPointColor);
-    if (point->getPosition() != *corner) point->setPosition(*corner);
-    if (shown)
-        point->show();
-    else
-        point->hide();
-}
-
-void RectangleMouseTool::showEditPoints_(bool shown) {
-    followCorner_(firstPoint_, shape_.firstCorner(), shown);
-    followCorner_(lastPoint_, shape_.lastCorner(), shown);
+std::optional<Vec3> RectangleMouseTool::placeOf_(Role role) const {
+    return role == First ? shape_.firstCorner() : shape_.lastCorner();
 }
 
 std::unique_ptr<BaseLineShape> RectangleMouseTool::makeRubberBand_() const {
@@ -103,20 +60,12 @@ bool RectangleMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3&
 }
 
 void RectangleMouseTool::moveGrabbed_(const Vec3& pos) {
-    if (grabbed_ == None) return;
-    const auto& corner = grabbed_ == First ? shape_.firstCorner() : shape_.lastCorner();
-    if (!corner || *corner == pos) return;
-    if (grabbed_ == First)
+    if (grabbedRole_ == 0 || placeOf_(grabbedRole_).value_or(pos) == pos) return;
+    if (grabbedRole_ == First)
         shape_.setFirstCorner(pos);
     else
         shape_.setLastCorner(pos);
     shapeChanged_();
-}
-
-void RectangleMouseTool::shapeChanged_() {
-    if (!isActive()) return;
-    updateEditPoints_();
-    shape_.fillGui();
 }
 
 std::string_view RectangleMouseTool::placingHint_() const {

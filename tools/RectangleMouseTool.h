@@ -4,14 +4,14 @@
 #include <optional>
 
 #include "model/RectangleShape.h"
-#include "tools/ShapeMouseTool.h"
+#include "tools/HandleMouseTool.h"
 
 namespace OverlayEditor {
 
 /// Draws rectangles and triangles: press at the first corner, drag, release at the last one; a release on
 /// the first corner takes it back. Afterwards each corner can be dragged. Lifting one lifts both, as the
 /// shape is flat.
-class RectangleMouseTool final : public ShapeMouseTool {
+class RectangleMouseTool final : public HandleMouseTool {
   public:
     RectangleMouseTool(const Preferences& preferences, RectangleShape& shape);
     ~RectangleMouseTool() override;
@@ -21,33 +21,18 @@ class RectangleMouseTool final : public ShapeMouseTool {
     void handleStartDrag_(const halCore::Vec3& pos) override;
     void handleFinishDrag_(const halCore::Vec3& pos) override;
     void handleAbortDrag_() override;
-    PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) override;
-    void redrawPointsForViewChange_() override;
-    bool hasPoint_(const PluginUtils::PUDrawPoint* point) const override { return grabOf_(point) != None; }
+    std::optional<halCore::Vec3> placeOf_(Role role) const override;
     bool isComplete_() const override { return shape_.isComplete(); }
-    void showEditPoints_(bool shown) override;
     std::unique_ptr<BaseLineShape> makeRubberBand_() const override;
     bool shapeRubberBand_(BaseLineShape& rubberBand, const halCore::Vec3& pos) override;
-    void grab_(const PluginUtils::PUDrawPoint* point) override { grabbed_ = grabOf_(point); }
-    void clearGrab_() override { grabbed_ = None; }
     void moveGrabbed_(const halCore::Vec3& pos) override;
     std::string_view placingHint_() const override;
 
   private:
-    enum Grabbed { None, First, Last };
-    using PointPtr = std::unique_ptr<PluginUtils::PUDrawPoint>;
-
-    Grabbed grabOf_(const PluginUtils::PUDrawPoint* point) const;
-    /// Makes an edit point stand at its corner, or go with it.
-    void followCorner_(PointPtr& point, const std::optional<halCore::Vec3>& corner, bool shown);
-    void shapeChanged_();
+    enum Corner { First = 1, Last = 2 };
 
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.
     RectangleShape& shape_;
-    /// Null while the shape lacks the corner.
-    PointPtr firstPoint_;
-    PointPtr lastPoint_;
-    Grabbed grabbed_ = None;
 };
 
 }  // namespace OverlayEditor

@@ -88,10 +88,7 @@ void ShapeMouseTool::finishEditing_() {
 void ShapeMouseTool::handleAltitudeChange_() {
     if (!nearPoint_) return;
     grab_(nearPoint_);
-    // The shape itself moves its point, with what hangs on it, from where it was.
-    const Vec3 raised = nearPoint_->getPosition();
-    nearPoint_->setPosition(nearBeforeWheel_);
-    handleMovePoint_(raised);
+    handleMovePoint_(nearPoint_->getPosition());
     if (state_ != Dragging && state_ != Hovering) clearGrab_();
 }
 

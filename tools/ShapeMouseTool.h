@@ -27,10 +27,11 @@ class ShapeMouseTool : public BaseMouseTool {
     void handleAltitudeChange_() override;
     void handleMovePoint_(const halCore::Vec3& pos) override;
     void removeTempGraphics_() override;
+    void updatePoints_() override { updateEditPoints_(); }
     void finishRefresh_() override;
 
     virtual bool isComplete_() const = 0;
-    /// Shows or hides the shape's edit points.
+    /// Makes the drawn points those of the shape, and shows or hides them.
     virtual void showEditPoints_(bool shown) = 0;
     /// A copy of the shape; null for a tool without a rubber band.
     virtual std::unique_ptr<BaseLineShape> makeRubberBand_() const = 0;

@@ -1,6 +1,5 @@
 #include "tools/ThreePointMouse.h"
 
-#include <array>
 #include <sstream>
 
 #include "model/ShapeKinds.h"
@@ -9,15 +8,8 @@ namespace OverlayEditor {
 
 using halCore::Vec3;
 
-namespace {
-
-constexpr std::array kOrder = {CylinderMouseTool::Center, CylinderMouseTool::MajorAxis,
-                               CylinderMouseTool::MinorAxis};
-
-}  // namespace
-
 ThreePointMouse::ThreePointMouse(const Preferences& preferences, CylinderShape& shape)
-    : CylinderMouseTool(preferences, shape, kOrder) {}
+    : CylinderMouseTool(preferences, shape, {Center, MajorAxis, MinorAxis}) {}
 
 ThreePointMouse::~ThreePointMouse() {
     deactivate();
@@ -29,11 +21,11 @@ std::string ThreePointMouse::getPointText_(const Vec3& pos) const {
     if (!shape_.centerPt()) return text.str();
 
     const double major = shape_.majorAxis();
-    const double placed = grabbed_ == None ? radiusAt_(pos) : 0.0;
+    const double placed = grabbed() == None ? radiusAt_(pos) : 0.0;
     if (major == 0.0) {
         appendRange_(text, " Rad: ", placed);
     } else {
-        const double minor = grabbed_ == None ? placed : shape_.minorAxis();
+        const double minor = grabbed() == None ? placed : shape_.minorAxis();
         appendRange_(text, " XRad: ", major);
         if (minor != 0.0) appendRange_(text, " YRad: ", minor);
     }

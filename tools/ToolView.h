@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "model/PUDrawPoint.h"
 #include "tools/PUDrawLine.h"
+#include "tools/PUDrawPoint.h"
 #include "tools/ViewProjection.h"
 
 namespace OverlayEditor {
@@ -13,7 +13,7 @@ class ToolPicture {
   public:
     struct Point {
         const PluginUtils::PUDrawPoint* point;
-        halCore::Vec3 ecef;
+        halCore::Ecef ecef;
     };
 
     void clear() {
@@ -21,11 +21,9 @@ class ToolPicture {
         lines_.clear();
     }
     /// Hidden points and lines are left out.
-    void add(const PluginUtils::PUDrawPoint& point) {
-        if (point.isShown()) points_.push_back({&point, ViewProjection::toEcef(point.getPosition())});
-    }
-    /// The same for a point whose place is known earth-centred.
-    void add(const PluginUtils::PUDrawPoint& point, const halCore::Vec3& ecef) {
+    void add(const PluginUtils::PUDrawPoint& point) { add(point, point.ecef()); }
+    /// The same for a point that is drawn elsewhere than at its position.
+    void add(const PluginUtils::PUDrawPoint& point, const halCore::Ecef& ecef) {
         if (point.isShown()) points_.push_back({&point, ecef});
     }
     void add(const PluginUtils::PUDrawLine& line) {

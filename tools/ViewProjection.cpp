@@ -3,12 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "geo/Wgs84.h"
-
 namespace OverlayEditor {
 
-namespace wgs84 = halCore::wgs84;
-using halCore::Vec3;
+using halCore::Ecef;
 
 namespace {
 
@@ -16,19 +13,6 @@ namespace {
 constexpr double kNearestMeters = 1e-3;
 /// Lines are cut this many views outside of the view.
 constexpr double kMargin = 4.0;
-
-Vec3 minus(const Vec3& a, const Vec3& b) {
-    return {a.x() - b.x(), a.y() - b.y(), a.z() - b.z()};
-}
-
-double dot(const Vec3& a, const Vec3& b) {
-    return a.x() * b.x() + a.y() * b.y() + a.z() * b.z();
-}
-
-/// Stretches space so that the ellipsoid becomes the unit sphere.
-Vec3 toUnitSphere(const Vec3& ecef) {
-    return {ecef.x() / wgs84::a, ecef.y() / wgs84::a, ecef.z() / wgs84::b};
-}
 
 /// Narrows [t0, t1] to where from + t * (to - from) >= 0. \return false when nothing is left
 bool keepPositive(double from, double to, double& t0, double& t1) {
@@ -44,7 +28,7 @@ double distance(const Pixel& a, const Pixel& b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-ViewProjection::ViewProjection(const Vec3& eye, const std::array<double, 16>& modelview,
+ViewProjection::ViewProjection(const Ecef& eye, const std::array<double, 16>& modelview,
                                const std::array<double, 16>& projection, int width, int height,
                                double pixelScale)
     : eye_(eye), width_(width), height_(height), pixelScale_(pixelScale) {
@@ -63,32 +47,10 @@ ViewProjection::ViewProjection(const Vec3& eye, const std::array<double, 16>& mo
     if (!(verticalScale_ > 0.0) || !(depthScale > 0.0)) width_ = height_ = 0;
 }
 
-Vec3 ViewProjection::toEcef(const Vec3& lla) {
-    const double sinLat = std::sin(lla.lat());
-    const double cosLat = std::cos(lla.lat());
-    const double primeVertical = wgs84::a / std::sqrt(1.0 - wgs84::e2 * sinLat * sinLat);
-    const double axisDistance = (primeVertical + lla.alt()) * cosLat;
-    return {axisDistance * std::cos(lla.lon()), axisDistance * std::sin(lla.lon()),
-            (primeVertical * (1.0 - wgs84::e2) + lla.alt()) * sinLat};
-}
-
-bool ViewProjection::isHiddenByEarth(const Vec3& ecef) const {
-    const Vec3 eye = toUnitSphere(eye_);
-    const Vec3 point = toUnitSphere(ecef);
-    const double eyeAbove = dot(eye, eye) - 1.0;
-    if (eyeAbove <= 0.0) return false;
-    // In front of the plane through the horizon everything on or above the ground can be seen.
-    if (dot(eye, point) >= 1.0) return false;
-    // Behind it, what the ray towards it meets the sphere before.
-    const Vec3 ray = minus(point, eye);
-    const double along = dot(eye, ray);
-    return along * along >= dot(ray, ray) * eyeAbove;
-}
-
-ViewProjection::Clip ViewProjection::clip_(const Vec3& ecef) const {
-    const Vec3 relative = minus(ecef, eye_);
+ViewProjection::Clip ViewProjection::clip_(const Ecef& ecef) const {
+    const Ecef relative = ecef - eye_;
     const auto apply = [&](const std::array<double, 4>& row) {
-        return row[0] * relative.x() + row[1] * relative.y() + row[2] * relative.z() + row[3];
+        return row[0] * relative.x + row[1] * relative.y + row[2] * relative.z + row[3];
     };
     return {apply(rowX_), apply(rowY_), apply(rowW_)};
 }
@@ -97,21 +59,19 @@ Pixel ViewProjection::pixel_(const Clip& clip) const {
     return {(clip.x / clip.w + 1.0) * 0.5 * width_, (1.0 - clip.y / clip.w) * 0.5 * height_};
 }
 
-std::optional<Pixel> ViewProjection::pixel(const Vec3& ecef) const {
+std::optional<Pixel> ViewProjection::pixel(const Ecef& ecef) const {
     if (!isValid()) return std::nullopt;
     const Clip clip = clip_(ecef);
     if (!(clip.w > kNearestMeters)) return std::nullopt;
     return pixel_(clip);
 }
 
-std::optional<Pixel> ViewProjection::visiblePixel(const Vec3& lla) const {
+std::optional<Pixel> ViewProjection::visiblePixel(const Ecef& ecef) const {
     if (!isValid()) return std::nullopt;
-    const Vec3 ecef = toEcef(lla);
-    const bool hidden = isHiddenByEarth(lla.alt() < 0.0 ? toEcef(Vec3(lla.lat(), lla.lon(), 0.0)) : ecef);
-    return hidden ? std::nullopt : pixel(ecef);
+    return isHiddenByEarth(ecef) ? std::nullopt : pixel(ecef);
 }
 
-std::optional<std::pair<Pixel, Pixel>> ViewProjection::segment(const Vec3& from, const Vec3& to) const {
+std::optional<std::pair<Pixel, Pixel>> ViewProjection::segment(const Ecef& from, const Ecef& to) const {
     if (!isValid()) return std::nullopt;
     const Clip a = clip_(from);
     const Clip b = clip_(to);
@@ -129,18 +89,18 @@ std::optional<std::pair<Pixel, Pixel>> ViewProjection::segment(const Vec3& from,
     return std::pair(pixel_(at(t0)), pixel_(at(t1)));
 }
 
-double ViewProjection::metersPerPixel(const Vec3& ecef) const {
+double ViewProjection::metersPerPixel(const Ecef& ecef) const {
     if (!isValid()) return 0.0;
     const Clip clip = clip_(ecef);
     if (!(clip.w > kNearestMeters)) return 0.0;
     return 2.0 * clip.w / (verticalScale_ * height_);
 }
 
-Vec3 ViewProjection::raised(const Vec3& ecef, double pixels) const {
+Ecef ViewProjection::raised(const Ecef& ecef, double pixels) const {
     const double meters = pixels * metersPerPixel(ecef);
     if (meters == 0.0) return ecef;
     const double step = meters / verticalScale_;
-    return {ecef.x() + step * rowY_[0], ecef.y() + step * rowY_[1], ecef.z() + step * rowY_[2]};
+    return {ecef.x + step * rowY_[0], ecef.y + step * rowY_[1], ecef.z + step * rowY_[2]};
 }
 
 }  // namespace OverlayEditor

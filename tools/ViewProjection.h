@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "common/Vec3.h"
+#include "geo/Ecef.h"
 
 namespace OverlayEditor {
 
@@ -19,17 +19,16 @@ struct Pixel {
 double distance(const Pixel& a, const Pixel& b);
 
 /// Where positions appear in one frame of the view. All in double precision, relative to the eye, so that
-/// it holds from 100 m to 20,000 km of range. Positions are earth-centred metres (toEcef).
+/// it holds from 100 m to 20,000 km of range.
 class ViewProjection {
   public:
     /// Knows no view: nothing has a pixel.
     ViewProjection() = default;
 
-    /// \param eye the eye, earth-centred metres
     /// \param modelview, projection column by column, as OpenGL keeps them; they map metres relative to eye
     /// \param width, height the view in device pixels
     /// \param pixelScale device pixels per pixel of the mouse events
-    ViewProjection(const halCore::Vec3& eye, const std::array<double, 16>& modelview,
+    ViewProjection(const halCore::Ecef& eye, const std::array<double, 16>& modelview,
                    const std::array<double, 16>& projection, int width, int height, double pixelScale = 1.0);
 
     bool isValid() const { return width_ > 0 && height_ > 0; }
@@ -37,39 +36,34 @@ class ViewProjection {
     int height() const { return height_; }
     double pixelScale() const { return pixelScale_; }
 
-    /// Geodetic (radians, metres) on WGS-84 to earth-centred, earth-fixed metres.
-    static halCore::Vec3 toEcef(const halCore::Vec3& lla);
-
-    /// Whether the earth stands between the eye and a position on or above the ellipsoid; false for an eye
-    /// below it. A position below the ellipsoid counts as hidden unless it is raised first.
-    bool isHiddenByEarth(const halCore::Vec3& ecef) const;
+    /// Whether the earth stands between the eye and a position.
+    bool isHiddenByEarth(const halCore::Ecef& ecef) const { return halCore::isHiddenByEarth(eye_, ecef); }
 
     /// The pixel, which may lie outside of the view; none for what is not in front of the eye. The earth
     /// does not matter.
-    std::optional<Pixel> pixel(const halCore::Vec3& ecef) const;
+    std::optional<Pixel> pixel(const halCore::Ecef& ecef) const;
 
-    /// The pixel of a geodetic position that can be seen; positions below the ground count as on it when
-    /// it is asked whether the earth hides them.
-    std::optional<Pixel> visiblePixel(const halCore::Vec3& lla) const;
+    /// The pixel of what can be seen; what lies a little below the ground shines through it.
+    std::optional<Pixel> visiblePixel(const halCore::Ecef& ecef) const;
 
     /// The part of a straight line that is in front of the eye and not far outside of the view.
-    std::optional<std::pair<Pixel, Pixel>> segment(const halCore::Vec3& from, const halCore::Vec3& to) const;
+    std::optional<std::pair<Pixel, Pixel>> segment(const halCore::Ecef& from, const halCore::Ecef& to) const;
 
     /// Metres that one device pixel spans at a position across the line of sight; 0 when it has no pixel.
-    double metersPerPixel(const halCore::Vec3& ecef) const;
+    double metersPerPixel(const halCore::Ecef& ecef) const;
 
     /// The position that many device pixels above this one on the screen, as far away.
-    halCore::Vec3 raised(const halCore::Vec3& ecef, double pixels) const;
+    halCore::Ecef raised(const halCore::Ecef& ecef, double pixels) const;
 
   private:
     struct Clip {
         double x, y, w;
     };
 
-    Clip clip_(const halCore::Vec3& ecef) const;
+    Clip clip_(const halCore::Ecef& ecef) const;
     Pixel pixel_(const Clip& clip) const;
 
-    halCore::Vec3 eye_;
+    halCore::Ecef eye_;
     /// Rows x, y and w of projection times modelview.
     std::array<double, 4> rowX_{}, rowY_{}, rowW_{};
     double verticalScale_ = 0.0;

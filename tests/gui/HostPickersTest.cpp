@@ -182,20 +182,19 @@ TEST_F(HostPickersTest, AttachesInPlaceOrCentered) {
     EXPECT_EQ(host.grabs, 0);
     EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "Zulu");
     EXPECT_EQ(circle.attachedPlatformId(), 7u);
-    EXPECT_EQ(circle.centerPt()->getPosition(), center);
+    EXPECT_EQ(*circle.centerPt(), center);
     EXPECT_THAT(host.lastText, HasSubstr("centerxyz"));
 
     attachBox(false);
     EXPECT_EQ(circle.attachedPlatformId(), 0u);
     EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "None");
     EXPECT_THAT(host.lastText, Not(HasSubstr("centerxyz")));
-    EXPECT_EQ(circle.centerPt()->getPosition(), center);
+    EXPECT_EQ(*circle.centerPt(), center);
 
     host.find("Center On Host")->checked = true;
     attachTo(0);
     EXPECT_EQ(circle.attachedPlatformId(), 8u);
-    EXPECT_NEAR(halCore::Sodano::inverse(circle.centerPt()->getPosition(), Vec3(0.4, -2.8, 0)).distance, 0.0,
-                1e-6);
+    EXPECT_NEAR(halCore::Sodano::inverse(*circle.centerPt(), Vec3(0.4, -2.8, 0)).distance, 0.0, 1e-6);
     EXPECT_EQ(circle.majorAxis(), 500.0);
 }
 
@@ -209,18 +208,18 @@ TEST_F(HostPickersTest, ShapesFollowAPlatformThatMoves) {
     const int loads = host.loads;
 
     host.fireTimeouts();
-    EXPECT_EQ(circle.centerPt()->getPosition(), Vec3(0.31, -2.7, 0)) << "not by one bit while it stands";
+    EXPECT_EQ(*circle.centerPt(), Vec3(0.31, -2.7, 0)) << "not by one bit while it stands";
 
     // Along its meridian a shape keeps its longitude.
     host.platforms[7].point.latRad = 0.32;
     host.platforms[7].point.altMeters = 250;
     host.fireTimeouts();
-    const Vec3 center = circle.centerPt()->getPosition();
+    const Vec3 center = *circle.centerPt();
     EXPECT_NEAR(center.lat(), 0.33, 1e-4);
     EXPECT_NEAR(center.lon(), -2.7, 1e-12);
     EXPECT_NEAR(center.alt(), 250, 1e-6);
     EXPECT_EQ(circle.majorAxis(), 500.0);
-    EXPECT_NEAR(halCore::Sodano::inverse(center, circle.majorAxisPt()->getPosition()).distance, 500.0, 1e-6);
+    EXPECT_NEAR(halCore::Sodano::inverse(center, *circle.majorAxisPt()).distance, 500.0, 1e-6);
     EXPECT_EQ(form.text("Y:"), y);
     EXPECT_EQ(host.loads, loads) << "the host moves what it shows by itself";
     EXPECT_EQ(host.timeouts.size(), 1u);
@@ -235,20 +234,20 @@ TEST_F(HostPickersTest, ShapesFollowAPlatformThatMoves) {
     host.cursor = Vec3(0.34, -2.7, 250);
     mouse.handleMouseEvent(Mouse::Motion, {});
     mouse.handleMouseEvent(Mouse::LeftRelease, {});
-    EXPECT_NEAR(circle.centerPt()->getPosition().lat(), 0.34, 1e-12);
+    EXPECT_NEAR(circle.centerPt()->lat(), 0.34, 1e-12);
     EXPECT_EQ(form.text("Y:"), "0.00 m");
     press("Stop");
 
     // Detached, it stays where it was last seen, not where it was when the clock last ticked.
     host.platforms[7].point.latRad = 0.35;
     dialog->onCmdAttach(nullptr, nullptr);
-    EXPECT_NEAR(circle.centerPt()->getPosition().lat(), 0.35, 1e-12);
+    EXPECT_NEAR(circle.centerPt()->lat(), 0.35, 1e-12);
 
     // On a pole nothing can stand about the platform.
     dialog->onCmdAttach(nullptr, &platform);
     host.platforms[7].point.latRad = halCore::kHalfPi;
     host.fireTimeouts();
-    EXPECT_NEAR(circle.centerPt()->getPosition().lat(), 0.35, 1e-12);
+    EXPECT_NEAR(circle.centerPt()->lat(), 0.35, 1e-12);
 }
 
 TEST_F(HostPickersTest, OffsetsFromNowhereCountFromThePlatformThatIsChosen) {
@@ -377,7 +376,7 @@ TEST_F(HostPickersTest, APlatformThatGoesDetachesTheOverlay) {
     EXPECT_THAT(messages, ElementsAre(HasSubstr("is gone")));
     EXPECT_THAT(platforms().items, ElementsAre("Alpha", "Mike", "Mike"));
     EXPECT_EQ(circle.attachedPlatformId(), 0u);
-    EXPECT_EQ(circle.centerPt()->getPosition(), center);
+    EXPECT_EQ(*circle.centerPt(), center);
     EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "None");
 }
 

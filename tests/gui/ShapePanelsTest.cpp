@@ -191,7 +191,7 @@ TEST_F(ShapePanelsTest, AnOrbitKeepsItsOtherNumbers) {
     orbit.fillGui();
     form.type("Lat:", "9");
     EXPECT_EQ(orbit.minorAxis(), 1234.5678901);
-    EXPECT_EQ(orbit.centerPt2()->getPosition().lat(), 11 * kRadiansPerDegree);
+    EXPECT_EQ(orbit.centerPt2()->lat(), 11 * kRadiansPerDegree);
     form.type("Radius:", "3 km");
     EXPECT_EQ(orbit.minorAxis(), 3000);
 }

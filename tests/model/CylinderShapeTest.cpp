@@ -108,24 +108,22 @@ TEST_F(CylinderShapeTest, NumbersStayAsSetUntilTheirPointOrTheCentreMoves) {
     EXPECT_EQ(copy->startAngle(), 0.25);
     EXPECT_EQ(copy->endAngle(), 1.75);
     EXPECT_EQ(copy->height(), 500.1);
-    EXPECT_DOUBLE_EQ(copy->heightPt()->getAltitude(), 530.1);
+    EXPECT_DOUBLE_EQ(copy->heightPt()->alt(), 530.1);
 
     // The centre alone: the other points stand, the radii are measured from the new place.
     wedge->setCenter(degrees(21.31, -158.0, 200.0));
-    const double measured =
-        halCore::Sodano::inverse(wedge->centerPt()->getPosition(), wedge->majorAxisPt()->getPosition())
-            .distance;
+    const double measured = halCore::Sodano::inverse(*wedge->centerPt(), *wedge->majorAxisPt()).distance;
     EXPECT_EQ(wedge->majorAxis(), measured);
     EXPECT_GT(measured, 1300.0);
     EXPECT_NE(wedge->startAngle(), 0.25);
     // The height point goes with the centre.
     EXPECT_EQ(wedge->height(), 500.1);
-    EXPECT_DOUBLE_EQ(wedge->heightPt()->getAltitude(), 700.1);
+    EXPECT_DOUBLE_EQ(wedge->heightPt()->alt(), 700.1);
 
     // A tool may move a point without asking the shape.
     const auto circle = make(CylinderShape::Circle);
     circle->setMajorRadius(1000.0);
-    circle->majorAxisPt()->setPosition(halCore::Sodano::direct(circle->centerPt()->getPosition(), 1.0, 2000));
+    circle->setMajorRadius(halCore::Sodano::direct(*circle->centerPt(), 1.0, 2000));
     EXPECT_NEAR(circle->majorAxis(), 2000.0, 1e-6);
 }
 
@@ -133,14 +131,14 @@ TEST_F(CylinderShapeTest, AxisPointsStandEastAndNorthAtTheCentresAltitude) {
     const auto ellipse = make(CylinderShape::Ellipse);
     ellipse->setMajorRadius(5000.0);
     ellipse->setMinorRadius(2000.0);
-    const Vec3 center = ellipse->centerPt()->getPosition();
-    const auto east = halCore::Sodano::inverse(center, ellipse->majorAxisPt()->getPosition());
-    const auto north = halCore::Sodano::inverse(center, ellipse->minorAxisPt()->getPosition());
+    const Vec3 center = *ellipse->centerPt();
+    const auto east = halCore::Sodano::inverse(center, *ellipse->majorAxisPt());
+    const auto north = halCore::Sodano::inverse(center, *ellipse->minorAxisPt());
     EXPECT_NEAR(east.distance, 5000.0, 1e-6);
     EXPECT_NEAR(east.azimuth1, kPi / 2, 1e-9);
     EXPECT_NEAR(north.distance, 2000.0, 1e-6);
     EXPECT_NEAR(north.azimuth1, 0.0, 1e-9);
-    EXPECT_EQ(ellipse->minorAxisPt()->getAltitude(), 100.0);
+    EXPECT_EQ(ellipse->minorAxisPt()->alt(), 100.0);
 }
 
 TEST_F(CylinderShapeTest, AnglesAreNormalizedAndEqualBoundsAreAFullTurn) {
@@ -172,7 +170,7 @@ TEST_F(CylinderShapeTest, AnglesAreNormalizedAndEqualBoundsAreAFullTurn) {
     EXPECT_EQ(arc->endAngle(), 0.5);
 
     // By points: the same azimuth twice.
-    const Vec3 there = halCore::Sodano::direct(arc->centerPt()->getPosition(), 2.0, 1000.0);
+    const Vec3 there = halCore::Sodano::direct(*arc->centerPt(), 2.0, 1000.0);
     arc->setStartAnglePt(there);
     arc->setEndAnglePt(there);
     EXPECT_NEAR(arc->startAngle(), 2.0, 1e-9);
@@ -185,8 +183,8 @@ TEST_F(CylinderShapeTest, AnglePointsStandOnTheRim) {
     arc->setMinorRadius(1000.0);
     arc->setStartAngle(0.0);
     arc->setEndAngle(kPi / 2);
-    const auto distance = [&](PluginUtils::PUDrawPoint* point) {
-        return halCore::Sodano::inverse(arc->centerPt()->getPosition(), point->getPosition()).distance;
+    const auto distance = [&](const std::optional<Vec3>& point) {
+        return halCore::Sodano::inverse(*arc->centerPt(), *point).distance;
     };
     EXPECT_NEAR(distance(arc->startAnglePt()), 1000.0, 1e-6);
     EXPECT_NEAR(distance(arc->endAnglePt()), 3000.0, 1e-6);
@@ -206,8 +204,10 @@ TEST_F(CylinderShapeTest, Heights) {
     const auto cylinder = make(CylinderShape::Cylinder);
     cylinder->setHeight(0.0);
     EXPECT_EQ(cylinder->height(), 0.0);
-    EXPECT_FALSE(cylinder->heightPt()->isShown());
-    EXPECT_FALSE(cylinder->heightPt()->isDepthBufferEnabled());
+    using Point = CylinderShape::EditPoint;
+    EXPECT_FALSE(cylinder->isEditPointShown(Point::Height));
+    cylinder->setEditPointsShown(true, false);
+    EXPECT_TRUE(cylinder->isEditPointShown(Point::Center) && !cylinder->isEditPointShown(Point::Height));
     const auto sphere = make(CylinderShape::Sphere);
     sphere->setMajorRadius(250.0);
     sphere->setHeight(17.0);
@@ -217,7 +217,7 @@ TEST_F(CylinderShapeTest, Heights) {
     empty.setHeight(5.0);
     empty.setMajorRadius(5.0);
     EXPECT_EQ(empty.height(), 0.0);
-    EXPECT_EQ(empty.majorAxisPt(), nullptr);
+    EXPECT_FALSE(empty.majorAxisPt());
     cylinder->setMajorRadius(std::nan(""));
     EXPECT_EQ(cylinder->majorAxis(), 0.0);
 }
@@ -270,8 +270,7 @@ TEST_F(CylinderShapeTest, BoundingBoxIsTheExtent) {
     std::tie(low, high) = box(circle);
     EXPECT_EQ(high.x(), 90.0);
     EXPECT_NEAR(high.y() - low.y(), 360.0, 1e-9);
-    EXPECT_LT(halCore::Sodano::inverse(circle.centerPt()->getPosition(), circle.centerPoint()).distance,
-              200000.0);
+    EXPECT_LT(halCore::Sodano::inverse(*circle.centerPt(), circle.centerPoint()).distance, 200000.0);
 
     // A wedge to the north-east has nothing in the south or west; its height is above.
     CylinderShape wedge(preferences, CylinderShape::Wedge);
@@ -302,7 +301,7 @@ TEST_F(CylinderShapeTest, AttachingKeepsRadiiAndAngles) {
     arc->setEndAngle(0.9);
     arc->setAttachedPlatformId(7, &platform, false);
     EXPECT_EQ(arc->attachedPlatformId(), 7U);
-    EXPECT_EQ(arc->centerPt()->getPosition(), degrees(21.3, -158.0, 100.0));
+    EXPECT_EQ(*arc->centerPt(), degrees(21.3, -158.0, 100.0));
 
     arc->setAttachedPlatformId(9, &other, true);
     EXPECT_EQ(arc->attachedPlatformId(), 7U);  // never straight to another platform
@@ -310,7 +309,7 @@ TEST_F(CylinderShapeTest, AttachingKeepsRadiiAndAngles) {
     EXPECT_EQ(arc->attachedPlatformId(), 0U);
 
     arc->setAttachedPlatformId(9, &other, true);
-    EXPECT_EQ(arc->centerPt()->getPosition(), degrees(-10.0, 20.0, 300.0));
+    EXPECT_EQ(*arc->centerPt(), degrees(-10.0, 20.0, 300.0));
     EXPECT_EQ(arc->majorAxis(), 1000.25);
     EXPECT_EQ(arc->minorAxis(), 500.75);
     EXPECT_EQ(arc->startAngle(), 0.3);

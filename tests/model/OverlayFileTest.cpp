@@ -108,7 +108,7 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         EXPECT_DOUBLE_EQ(shape.height(), c.height);
         EXPECT_NEAR(shape.startAngle() * halCore::kDegreesPerRadian, c.start, 1e-12);
         EXPECT_NEAR(shape.endAngle() * halCore::kDegreesPerRadian, c.end, 1e-12);
-        EXPECT_EQ(shape.startAnglePt() != nullptr, c.end != 0.0);
+        EXPECT_EQ(shape.startAnglePt().has_value(), c.end != 0.0);
 
         Overlay once, twice;
         once.addShape(shape.clone());
@@ -141,13 +141,13 @@ TEST_F(OverlayFileTest, RelativeShapesCountFromTheirReferenceOrThePlatform) {
         // No centre: about the platform.
         const auto shapes = load(ring, &platform, 3);
         const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
-        EXPECT_EQ(shape.centerPt()->getPosition(), Vec3(0.5, 0.6, 10.0));
+        EXPECT_EQ(*shape.centerPt(), Vec3(0.5, 0.6, 10.0));
         EXPECT_EQ(shape.attachedPlatformId(), 3U);
     }
     {
         const auto shapes = load(block("circle\ncenterxy 0 0\nradius 10\nref 10 20 0\n"), &platform, 3);
         const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
-        EXPECT_NEAR(shape.centerPt()->getPosition().lat(), 10 * halCore::kRadiansPerDegree, 1e-15);
+        EXPECT_NEAR(shape.centerPt()->lat(), 10 * halCore::kRadiansPerDegree, 1e-15);
     }
     testing::internal::CaptureStderr();
     EXPECT_THAT(load(ring), IsEmpty());

@@ -153,7 +153,7 @@ TEST_F(PointShapesTest, OrbitMeasuresItsRadiusFromTheNearerCentre) {
     auto& orbit = add(std::make_unique<OrbitShape>(preferences));
     orbit.setCenter(degrees(0, 0));
     orbit.setMinorRadius(degrees(0, 1));
-    EXPECT_EQ(orbit.minorAxisPt(), nullptr);
+    EXPECT_FALSE(orbit.minorAxisPt());
     EXPECT_TRUE(host.overlays.empty());
     orbit.setCenter2(degrees(0, 2));
     EXPECT_THAT(host.lastText, HasSubstr("radius 50\n"));
@@ -162,19 +162,19 @@ TEST_F(PointShapesTest, OrbitMeasuresItsRadiusFromTheNearerCentre) {
     const Vec3 nearSecond = halCore::Sodano::direct(degrees(0, 2), 0.0, 1000.0);
     orbit.setMinorRadius(nearSecond);
     EXPECT_NEAR(orbit.minorAxis(), 1000.0, 1e-6);
-    EXPECT_EQ(orbit.minorAxisPt()->getPosition(), nearSecond);
+    EXPECT_EQ(*orbit.minorAxisPt(), nearSecond);
 
     // Due north of the first centre, but nearer the second: the number that was set decides.
     orbit.setCenter2(degrees(0.5, 0));
     orbit.setMinorRadius(50000.0);
     EXPECT_EQ(orbit.minorAxis(), 50000.0);
-    EXPECT_LT(orbit.getShortestDistance_(orbit.minorAxisPt()->getPosition()), 10000.0);
+    EXPECT_LT(orbit.getShortestDistance_(*orbit.minorAxisPt()), 10000.0);
 
     overlay.setAttachedPlatformId(7, &platform, true);
     EXPECT_EQ(orbit.minorAxis(), 50000.0);
-    EXPECT_NEAR(orbit.centerPt()->getPosition().lon(), 20 * halCore::kRadiansPerDegree, 1e-12);
+    EXPECT_NEAR(orbit.centerPt()->lon(), 20 * halCore::kRadiansPerDegree, 1e-12);
     EXPECT_LT(distance(orbit.centerPoint(), degrees(10, 20)), 10.0);
-    EXPECT_NEAR(distance(orbit.centerPt()->getPosition(), orbit.centerPt2()->getPosition()), 55290.0, 300.0);
+    EXPECT_NEAR(distance(*orbit.centerPt(), *orbit.centerPt2()), 55290.0, 300.0);
 }
 
 TEST_F(PointShapesTest, RectangleIsWrittenAsItsCorners) {

@@ -59,10 +59,10 @@ void expectSame(const Shape& was, const Shape& is) {
     if (const auto* a = dynamic_cast<const CylinderShape*>(&was)) {
         const auto& b = dynamic_cast<const CylinderShape&>(is);
         EXPECT_EQ(a->subtype(), b.subtype());
-        expectSame(a->centerPt()->getPosition(), b.centerPt()->getPosition());
+        expectSame(*a->centerPt(), *b.centerPt());
         const bool orbit = a->subtype() == CylinderShape::NoSubtype;
         if (orbit) {
-            expectSame(a->majorAxisPt()->getPosition(), b.majorAxisPt()->getPosition());
+            expectSame(*a->majorAxisPt(), *b.majorAxisPt());
             if (a->minorAxisPt()) {
                 EXPECT_NEAR(a->minorAxis(), b.minorAxis(), 1e-9 * a->minorAxis());
             }

@@ -248,14 +248,13 @@ TEST_F(BaseTool, APointDoesNotJumpWhenItIsGrabbedOffItsCentre) {
         tool.existing.setPosition(degrees(30.0, 40.0, alt));
         tool.put(BaseMouseTool::Complete);
         tool.preDrawOnRefresh(TestView::kWidth, TestView::kHeight);
-        const auto at = *view.projection().visiblePixel(tool.existing.getPosition());
+        const auto at = *view.projection().visiblePixel(tool.existing.ecef());
         const int x = static_cast<int>(at.x) + 5, y = static_cast<int>(at.y) - 4;
         tool.put(BaseMouseTool::Hovering);
         send(Type::LeftPress, x, y);
         send(Type::Motion, x, y);
         // What is left is the rounding to whole pixels of what the host is asked.
-        const double pixel = view.projection().metersPerPixel(
-            OverlayEditor::ViewProjection::toEcef(tool.existing.getPosition()));
+        const double pixel = view.projection().metersPerPixel(halCore::toEcef(tool.existing.getPosition()));
         EXPECT_NEAR(tool.at.lat(), 30.0 * kDegree, pixel / 6.3e6);
         EXPECT_NEAR(tool.at.lon(), 40.0 * kDegree, pixel / 6.3e6);
         EXPECT_EQ(tool.at.alt(), alt);

@@ -66,7 +66,7 @@ class Mouse {
 
     Mouse& move(const std::string& where) { return move(place(where)); }
     Mouse& move(const halCore::Vec3& lla) {
-        const auto pixel = view_.projection().visiblePixel(halCore::Vec3(lla.lat(), lla.lon(), 0.0));
+        const auto pixel = view_.projection().visiblePixel(halCore::toEcef({lla.lat(), lla.lon(), 0.0}));
         EXPECT_TRUE(pixel) << "not in the view";
         if (pixel) aim(static_cast<int>(std::lround(pixel->x)), static_cast<int>(std::lround(pixel->y)), lla);
         return *this;

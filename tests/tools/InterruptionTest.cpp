@@ -144,8 +144,8 @@ TEST_F(Interruptions, TheWheelInMidPressLiftsTheWholeShape) {
         mouse.from("21.0N 158.0W").move("21.0N 157.8W").wheel(120).wheel(120).release();
         if (!shape.isComplete()) mouse.from("21.05N 158.0W").to("21.2N 158.0W");
         ASSERT_TRUE(shape.isComplete());
-        EXPECT_EQ(shape.centerPt()->getAltitude(), altitude);
-        EXPECT_EQ(shape.majorAxisPt()->getAltitude(), altitude);
+        EXPECT_EQ(shape.centerPt()->alt(), altitude);
+        EXPECT_EQ(shape.majorAxisPt()->alt(), altitude);
     }
 }
 

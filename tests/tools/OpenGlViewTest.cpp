@@ -159,7 +159,7 @@ TEST_F(Painting, WhatTheEarthHidesIsLeftOut) {
     PluginUtils::PUDrawLine line(degrees(0.0, 0.0), degrees(0.0, 150.0), 0x00FF00FF);
     line.show();
     const auto projection = view.projection();
-    const auto rim = *projection.pixel(ViewProjection::toEcef(degrees(0.0, 76.0)));
+    const auto rim = *projection.pixel(halCore::toEcef(degrees(0.0, 76.0)));
     const auto image = paint(projection, {}, &line);
     EXPECT_GT(at(image, static_cast<int>(rim.x) - 8, kHeight / 2)[1], 100);
     for (int x = static_cast<int>(rim.x) + 3; x < kWidth; ++x) EXPECT_EQ(at(image, x, kHeight / 2)[1], 0);
@@ -170,7 +170,7 @@ TEST_F(Painting, AltimeterLinesReachDownToTheGround) {
     const Vec3 foot = *view.pick(400, 380);
     PUDrawPoint point(Vec3(foot.lat(), foot.lon(), 4e4), 0x0000FFFF);
     const auto projection = view.projection();
-    const auto top = *projection.visiblePixel(point.getPosition());
+    const auto top = *projection.visiblePixel(point.ecef());
     ASSERT_LT(top.y, 350.0);
     const auto blue = [&](const std::vector<std::uint8_t>& image, double y) {
         int sum = 0;
@@ -241,7 +241,7 @@ TEST_F(Painting, TheHostsViewIsReadFromItsMatrices) {
     OpenGlView hosts;
     const Vec3 ground = *view.pick(123, 456);
     const auto captured = hosts.capture(kWidth, kHeight);
-    const auto pixel = captured.visiblePixel(ground);
+    const auto pixel = captured.visiblePixel(halCore::toEcef(ground));
     ASSERT_TRUE(pixel);
     EXPECT_NEAR(pixel->x, 123.0, 0.02);
     EXPECT_NEAR(pixel->y, 456.0, 0.02);

@@ -46,11 +46,11 @@ TEST_F(OrbitTool, IsFirstCentreSecondCentreAndWidth) {
         mouse.release().frame();
         EXPECT_FALSE(rubberBandShown());
         EXPECT_EQ(stateOf(orbit), Tool::Complete);
-        EXPECT_EQ(orbit.centerPt()->getPosition(), first);
-        EXPECT_EQ(orbit.centerPt2()->getPosition(), second);
+        EXPECT_EQ(*orbit.centerPt(), first);
+        EXPECT_EQ(*orbit.centerPt2(), second);
         EXPECT_NEAR(orbit.minorAxis(),
                     std::min(geodesic(first, width).meters, geodesic(second, width).meters), 1e-3);
-        EXPECT_EQ(orbit.minorAxisPt()->getPosition(), width);
+        EXPECT_EQ(*orbit.minorAxisPt(), width);
         mouse.rightPress();
         EXPECT_EQ(host.overlays.size(), 1u);
         EXPECT_EQ(host.grabs, 0);
@@ -95,30 +95,28 @@ TEST_F(OrbitTool, CentresAreDraggedApartAndKeepTheRadius) {
     auto& orbit = drawn();
     const double radius = orbit.minorAxis();
     EXPECT_NEAR(radius, geodesic(place("21.1N 158.0W"), place("21.1N 158.05W")).meters, 1e-3);
-    const auto width = orbit.minorAxisPt()->getPosition();
+    const auto width = *orbit.minorAxisPt();
     mouse.from("21.0N 158.0W").to("20.95N 157.9W");
-    EXPECT_LT(geodesic(orbit.centerPt()->getPosition(), place("20.95N 157.9W")).meters, 1.0);
-    EXPECT_EQ(orbit.centerPt2()->getPosition(), place("21.1N 158.0W"));
+    EXPECT_LT(geodesic(*orbit.centerPt(), place("20.95N 157.9W")).meters, 1.0);
+    EXPECT_EQ(*orbit.centerPt2(), place("21.1N 158.0W"));
     EXPECT_EQ(orbit.minorAxis(), radius);
-    EXPECT_EQ(orbit.minorAxisPt()->getPosition(), width) << "it stands about the second centre";
+    EXPECT_EQ(*orbit.minorAxisPt(), width) << "it stands about the second centre";
 
     mouse.from("21.1N 158.0W").to("21.2N 158.1W");
-    const auto second = orbit.centerPt2()->getPosition();
+    const auto second = *orbit.centerPt2();
     EXPECT_LT(geodesic(second, place("21.2N 158.1W")).meters, 1.0);
     EXPECT_EQ(orbit.minorAxis(), radius);
-    const auto way = geodesic(second, orbit.minorAxisPt()->getPosition());
+    const auto way = geodesic(second, *orbit.minorAxisPt());
     EXPECT_NEAR(way.meters, radius, 1e-3) << "carried along";
     EXPECT_NEAR(way.bearing, geodesic(place("21.1N 158.0W"), width).bearing, 1e-6);
 
-    mouse.move(orbit.minorAxisPt()->getPosition()).frame().press().to("20.95N 157.95W");
+    mouse.move(*orbit.minorAxisPt()).frame().press().to("20.95N 157.95W");
     EXPECT_EQ(stateOf(orbit), Tool::Complete);
-    EXPECT_NEAR(orbit.minorAxis(), geodesic(orbit.centerPt()->getPosition(), place("20.95N 157.95W")).meters,
-                1.0);
-    mouse.move("20.8N 158.2W").frame().move(orbit.centerPt()->getPosition()).press().to("20.9N 157.9W");
-    EXPECT_NEAR(geodesic(orbit.centerPt()->getPosition(), orbit.minorAxisPt()->getPosition()).meters,
-                orbit.minorAxis(), 1e-3)
+    EXPECT_NEAR(orbit.minorAxis(), geodesic(*orbit.centerPt(), place("20.95N 157.95W")).meters, 1.0);
+    mouse.move("20.8N 158.2W").frame().move(*orbit.centerPt()).press().to("20.9N 157.9W");
+    EXPECT_NEAR(geodesic(*orbit.centerPt(), *orbit.minorAxisPt()).meters, orbit.minorAxis(), 1e-3)
         << "and with the first centre";
-    EXPECT_EQ(orbit.centerPt2()->getPosition(), second);
+    EXPECT_EQ(*orbit.centerPt2(), second);
     EXPECT_EQ(host.overlays.size(), 1u);
 }
 
@@ -129,9 +127,9 @@ TEST_F(OrbitTool, LiftingAPointLiftsTheWholeOrbit) {
         const double radius = orbit.minorAxis();
         mouse.move(point).wheel(120).wheel(240);
         const double alt = 0.01 * 1.25 * 1.25;
-        EXPECT_EQ(orbit.centerPt()->getAltitude(), alt);
-        EXPECT_EQ(orbit.centerPt2()->getAltitude(), alt);
-        EXPECT_EQ(orbit.minorAxisPt()->getAltitude(), alt);
+        EXPECT_EQ(orbit.centerPt()->alt(), alt);
+        EXPECT_EQ(orbit.centerPt2()->alt(), alt);
+        EXPECT_EQ(orbit.minorAxisPt()->alt(), alt);
         EXPECT_EQ(orbit.minorAxis(), radius);
         overlay.clearShapes(false);
     }
@@ -139,8 +137,8 @@ TEST_F(OrbitTool, LiftingAPointLiftsTheWholeOrbit) {
     auto& orbit = drawn();
     orbit.setCenter2(degrees(21.1, -158.0, 100.0));
     mouse.frame().from("21.0N 158.0W").to("20.95N 157.9W");
-    EXPECT_EQ(orbit.centerPt()->getAltitude(), 0.0);
-    EXPECT_EQ(orbit.centerPt2()->getAltitude(), 100.0);
+    EXPECT_EQ(orbit.centerPt()->alt(), 0.0);
+    EXPECT_EQ(orbit.centerPt2()->alt(), 100.0);
 }
 
 TEST_F(OrbitTool, LabelsTellWayAndRadius) {

@@ -173,7 +173,7 @@ TEST_F(RectangleTool, AReleaseOnTheFirstCornerTakesItBack) {
 TEST_F(RectangleTool, CornersAreDraggedWithoutAJumpAndLiftedTogether) {
     auto& shape = drawn();
     // Three pixels beside the corner: it keeps its distance from the cursor.
-    const auto pixel = *view.projection().visiblePixel(place("21.1N 157.9W"));
+    const auto pixel = *view.projection().visiblePixel(halCore::toEcef(place("21.1N 157.9W")));
     mouse.moveToPixel(pixel.x + 3, pixel.y - 3).frame().press();
     ASSERT_EQ(stateOf(shape), Tool::Dragging);
     mouse.moveToPixel(pixel.x + 4, pixel.y - 3).frame();

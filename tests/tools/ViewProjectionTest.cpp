@@ -37,13 +37,13 @@ TEST(ViewProjection, PixelsAreExactAtEveryRange) {
                 local.Reverse(east * range, north * range, -range, lat, lon, alt);
                 double x = 0.0, y = 0.0, z = 0.0;
                 local.Forward(lat, lon, alt, x, y, z);
-                const auto pixel = projection.pixel(ViewProjection::toEcef(degrees(lat, lon, alt)));
+                const auto pixel = projection.pixel(halCore::toEcef(degrees(lat, lon, alt)));
                 ASSERT_TRUE(pixel);
                 const double focalPixels = TestView::kFocal * TestView::kHeight / 2.0;
                 EXPECT_NEAR(pixel->x, TestView::kWidth / 2.0 + focalPixels * x / -z, 1e-3);
                 EXPECT_NEAR(pixel->y, TestView::kHeight / 2.0 - focalPixels * y / -z, 1e-3);
             }
-            EXPECT_NEAR(projection.metersPerPixel(ViewProjection::toEcef(degrees(place.lat, place.lon))),
+            EXPECT_NEAR(projection.metersPerPixel(halCore::toEcef(degrees(place.lat, place.lon))),
                         range / (TestView::kFocal * TestView::kHeight / 2.0), range * 1e-9);
         }
 }
@@ -57,7 +57,7 @@ TEST(ViewProjection, TheEarthHidesWhatLiesBehindTheHorizon) {
         // Along the equator the earth is a circle.
         const double horizon = std::acos(kRadius / (kRadius + height));
         const auto hidden = [&](double away, double alt) {
-            return projection.isHiddenByEarth(ViewProjection::toEcef(Vec3(0.0, 179.0 * kDegree + away, alt)));
+            return projection.isHiddenByEarth(halCore::toEcef(Vec3(0.0, 179.0 * kDegree + away, alt)));
         };
         for (const double side : {-1.0, 1.0}) {
             EXPECT_FALSE(hidden(side * horizon * 0.999, 0.0));
@@ -70,18 +70,18 @@ TEST(ViewProjection, TheEarthHidesWhatLiesBehindTheHorizon) {
         EXPECT_FALSE(hidden(0.0, height * 2.0)) << "behind the eye, not behind the earth";
     }
     const TestView view(degrees(10.0, 20.0, 1e5));
-    EXPECT_TRUE(view.projection().visiblePixel(degrees(10.0, 20.0, -300.0))) << "below the ground, in sight";
-    EXPECT_FALSE(view.projection().visiblePixel(degrees(-10.0, -160.0)));
-    EXPECT_FALSE(view.projection().pixel(ViewProjection::toEcef(degrees(10.0, 20.0, 2e5))))
-        << "behind the eye";
+    EXPECT_TRUE(view.projection().visiblePixel(halCore::toEcef(degrees(10.0, 20.0, -300.0))))
+        << "below the ground, in sight";
+    EXPECT_FALSE(view.projection().visiblePixel(halCore::toEcef(degrees(-10.0, -160.0))));
+    EXPECT_FALSE(view.projection().pixel(halCore::toEcef(degrees(10.0, 20.0, 2e5)))) << "behind the eye";
 }
 
 TEST(ViewProjection, LinesAreCutAtTheEyeAndFarOutside) {
     const TestView view(degrees(10.0, 20.0, 1e5));
     const auto projection = view.projection();
-    const auto below = ViewProjection::toEcef(degrees(10.0, 20.0));
-    const auto right = ViewProjection::toEcef(degrees(10.0, 20.3));
-    const auto behind = ViewProjection::toEcef(degrees(10.0, 20.01, 3e5));
+    const auto below = halCore::toEcef(degrees(10.0, 20.0));
+    const auto right = halCore::toEcef(degrees(10.0, 20.3));
+    const auto behind = halCore::toEcef(degrees(10.0, 20.01, 3e5));
 
     const auto whole = projection.segment(below, right);
     ASSERT_TRUE(whole);
@@ -92,15 +92,15 @@ TEST(ViewProjection, LinesAreCutAtTheEyeAndFarOutside) {
     EXPECT_NEAR(cut->first.x, 400.0, 1e-6);
     EXPECT_LE(std::abs(cut->second.x), 4.0 * TestView::kWidth);
     EXPECT_GT(cut->second.x, 400.0) << "leaves on the side to which it leans";
-    EXPECT_FALSE(projection.segment(behind, ViewProjection::toEcef(degrees(10.0, 20.0, 2e5))));
+    EXPECT_FALSE(projection.segment(behind, halCore::toEcef(degrees(10.0, 20.0, 2e5))));
 }
 
 TEST(ViewProjection, KnowsNothingWithoutAView) {
     const ViewProjection none;
     EXPECT_FALSE(none.isValid());
-    EXPECT_FALSE(none.pixel(ViewProjection::toEcef(degrees(1.0, 2.0))));
-    EXPECT_FALSE(none.visiblePixel(degrees(1.0, 2.0)));
-    EXPECT_EQ(none.metersPerPixel(ViewProjection::toEcef(degrees(1.0, 2.0))), 0.0);
+    EXPECT_FALSE(none.pixel(halCore::toEcef(degrees(1.0, 2.0))));
+    EXPECT_FALSE(none.visiblePixel(halCore::toEcef(degrees(1.0, 2.0))));
+    EXPECT_EQ(none.metersPerPixel(halCore::toEcef(degrees(1.0, 2.0))), 0.0);
     EXPECT_FALSE(ViewProjection({}, {}, {}, 800, 600).isValid()) << "empty matrices";
 }
 
@@ -110,20 +110,21 @@ TEST(Grabbing, IsJudgedInPixels) {
     const auto twice = view.projection(2.0);
     for (const double alt : {0.0, 8000.0}) {
         const PluginUtils::PUDrawPoint point(degrees(21.01, -179.99, alt), 0xFF);
-        const auto at = *projection.visiblePixel(point.getPosition());
+        const auto at = *projection.visiblePixel(point.ecef());
         for (const auto& [away, once, dense] :
              {std::tuple(0.0, true, true), std::tuple(7.9, true, true), std::tuple(8.1, false, true),
               std::tuple(15.9, false, true), std::tuple(16.1, false, false)}) {
             SCOPED_TRACE(away);
             const auto cursor = *view.pick(at.x - away * 0.6, at.y + away * 0.8);
-            EXPECT_EQ(PluginUtils::canGrab(point, cursor, projection), once);
-            EXPECT_EQ(PluginUtils::canGrab(point, cursor, twice), dense);
+            EXPECT_EQ(point.canGrab({cursor, projection}), once);
+            EXPECT_EQ(point.canGrab({cursor, twice}), dense);
         }
     }
     const PluginUtils::PUDrawPoint farSide(degrees(-21.0, 0.0), 0xFF);
-    EXPECT_FALSE(PluginUtils::canGrab(farSide, *view.pick(400, 300), projection));
-    EXPECT_TRUE(PluginUtils::canGrab(farSide, degrees(-21.0, 360.0), {})) << "no view yet: the same place";
-    EXPECT_FALSE(PluginUtils::canGrab(farSide, degrees(-21.0, 0.001), {}));
+    EXPECT_FALSE(farSide.canGrab({*view.pick(400, 300), projection}));
+    const ViewProjection none;
+    EXPECT_TRUE(farSide.canGrab({degrees(-21.0, 360.0), none})) << "no view yet: the same place";
+    EXPECT_FALSE(farSide.canGrab({degrees(-21.0, 0.001), none}));
 }
 
 TEST(Grabbing, TheFirstOfManyWins) {
@@ -133,21 +134,21 @@ TEST(Grabbing, TheFirstOfManyWins) {
     std::vector<Vec3> places;
     for (int i = 0; i < 1000; ++i) places.push_back(degrees(0.0, 0.001 * i));
     points.setPositions(places);
-    EXPECT_EQ(points.grabbedBy(degrees(0.0, 0.0), projection), 0u);
+    EXPECT_EQ(points.grabbedBy({degrees(0.0, 0.0), projection}), 0u);
     const auto* const kept = &points.point(5);
     EXPECT_EQ(points.indexOf(kept), 5u);
 
     // What moved is found where it is now.
     places[3] = degrees(2.0, 2.0);
     points.setPositions(places);
-    EXPECT_EQ(points.grabbedBy(degrees(2.0, 2.0), projection), 3u);
+    EXPECT_EQ(points.grabbedBy({degrees(2.0, 2.0), projection}), 3u);
     points.point(4).setPosition(degrees(-2.0, 2.0));
-    EXPECT_EQ(points.grabbedBy(degrees(-2.0, 2.0), projection), 4u);
+    EXPECT_EQ(points.grabbedBy({degrees(-2.0, 2.0), projection}), 4u);
     places.resize(10);
     points.setPositions(places);
     EXPECT_EQ(points.size(), 10u);
     EXPECT_EQ(&points.point(5), kept);
-    EXPECT_FALSE(points.grabbedBy(degrees(5.0, 0.9), projection));
+    EXPECT_FALSE(points.grabbedBy({degrees(5.0, 0.9), projection}));
     EXPECT_FALSE(points.indexOf(nullptr));
 }
 

@@ -1,26 +1,57 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 
-#include "common/Vec3.h"
+#include "geo/Ecef.h"
+#include "tools/ViewProjection.h"
 
 namespace PluginUtils {
 
 /// The points of a shape that the user can grab.
 inline constexpr std::uint32_t kEditPointColor = 0xFFFF00FF;
+/// How near the cursor must come to grab a point, in pixels of the mouse events.
+inline constexpr double kGrabRadius = 8.0;
 
-/// An edit point: a position and how it looks in the view. It draws nothing itself; the painter of the
-/// mouse tools draws it in the host's refresh hook, and decides in pixels whether a cursor can grab it.
+/// Where a cursor is, to be compared with many points.
+class GrabbingCursor {
+  public:
+    /// \param ground where the ray through the cursor's pixel meets the ground; its altitude is not used
+    /// \param view must outlive the object
+    GrabbingCursor(const halCore::Vec3& ground, const OverlayEditor::ViewProjection& view);
+
+    /// Whether the pixel of what is drawn at `ecef` is near and the earth does not hide it. While no view is
+    /// known, the latitude and longitude of the point itself must be the cursor's.
+    bool grabs(const halCore::Vec3& lla, const halCore::Ecef& ecef) const;
+
+  private:
+    halCore::Vec3 ground_;
+    const OverlayEditor::ViewProjection& view_;
+    std::optional<OverlayEditor::Pixel> pixel_;
+};
+
+/// A point as a tool draws it: a position and how it looks in the view. It draws nothing itself; the painter
+/// draws it in the host's refresh hook.
 class PUDrawPoint {
   public:
     /// \param position latitude and longitude in radians, altitude in metres
     /// \param rgba red in the top byte, alpha in the lowest
-    PUDrawPoint(const halCore::Vec3& position, std::uint32_t rgba) : position_(position), color_(rgba) {}
+    PUDrawPoint(const halCore::Vec3& position, std::uint32_t rgba)
+        : position_(position), ecef_(halCore::toEcef(position)), color_(rgba) {}
 
-    void setPosition(const halCore::Vec3& position) { position_ = position; }
+    void setPosition(const halCore::Vec3& position) {
+        if (position == position_) return;
+        position_ = position;
+        ecef_ = halCore::toEcef(position);
+    }
     const halCore::Vec3& getPosition() const { return position_; }
+    const halCore::Ecef& ecef() const { return ecef_; }
     double getAltitude() const { return position_.alt(); }
+
+    /// Whether a cursor can grab the point; whether it is shown does not matter.
+    bool canGrab(const GrabbingCursor& cursor) const { return cursor.grabs(position_, ecef_); }
 
     /// The label beside the point; empty for none.
     void setDescription(std::string text) { description_ = std::move(text); }
@@ -47,6 +78,7 @@ class PUDrawPoint {
 
   private:
     halCore::Vec3 position_;
+    halCore::Ecef ecef_;
     std::uint32_t color_;
     std::string description_;
     bool highlighted_ = false;

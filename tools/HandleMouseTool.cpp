@@ -1,0 +1,69 @@
+#include "tools/HandleMouseTool.h"
+
+#include <algorithm>
+
+namespace OverlayEditor {
+
+using PluginUtils::PUDrawPoint;
+
+HandleMouseTool::HandleMouseTool(const Preferences& preferences, Shape& shape, const std::vector<Role>& roles)
+    : ShapeMouseTool(preferences), edited_(shape) {
+    for (const Role role : roles) handles_.push_back({role, nullptr});
+}
+
+PUDrawPoint* HandleMouseTool::pointNearMouse_(const halCore::Vec3& pos) {
+    const PluginUtils::GrabbingCursor cursor(pos, view_);
+    for (const auto& [role, point] : handles_) {
+        const auto at = point ? drawnAt_(*point, role) : std::nullopt;
+        if (!at || !cursor.grabs(point->getPosition(), *at)) continue;
+        grabbedRole_ = role;
+        return point.get();
+    }
+    clearGrab_();
+    return nullptr;
+}
+
+void HandleMouseTool::redrawPointsForViewChange_() {
+    for (const auto& [role, point] : handles_)
+        if (const auto at = point ? drawnAt_(*point, role) : std::nullopt) picture_.add(*point, *at);
+}
+
+void HandleMouseTool::showEditPoints_(bool shown) {
+    for (auto& [role, point] : handles_) {
+        const auto place = placeOf_(role);
+        if (!place) {
+            if (point && nearPoint_ == point.get()) forgetNearPoint_();
+            point.reset();
+            continue;
+        }
+        if (!point) {
+            point = createEditPoint(*place, PluginUtils::kEditPointColor);
+            dress_(*point, role);
+        }
+        point->setPosition(*place);
+        if (shown && isDrawn_(role))
+            point->show();
+        else
+            point->hide();
+    }
+}
+
+bool HandleMouseTool::releasedOnPoint_(const halCore::Vec3& pos) {
+    const bool onPoint = pointNearMouse_(pos) != nullptr;
+    clearGrab_();
+    return onPoint;
+}
+
+void HandleMouseTool::shapeChanged_() {
+    if (!isActive()) return;
+    updateEditPoints_();
+    edited_.fillGui();
+}
+
+HandleMouseTool::Role HandleMouseTool::roleOf_(const PUDrawPoint* point) const {
+    const auto found = std::ranges::find_if(
+        handles_, [&](const Handle& handle) { return point && handle.point.get() == point; });
+    return found == handles_.end() ? 0 : found->role;
+}
+
+}  // namespace OverlayEditor
