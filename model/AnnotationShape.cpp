@@ -43,18 +43,16 @@ void AnnotationShape::setPosition(const halCore::Vec3& lla) {
 
 void AnnotationShape::mouseSetPosition(const halCore::Vec3& lla) {
     setPosition(lla);
-    const Survival survives(*this);
     if (panel_()) panel_()->setPosition(lla);
-    if (survives) dirty_();
+    dirty_();
 }
 
 void AnnotationShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    const Survival survives(*this);
     if (takeAttachment_(id, converter)) {
         if (hasPoint_ && converter && anchorCenter) converter->getReferenceLla(position_);
         dirty_();
     }
-    if (survives) fillGui();
+    fillGui();
 }
 
 void AnnotationShape::carry(const ReferenceMove& move) {
@@ -87,7 +85,6 @@ void AnnotationShape::takeFrom_(AnnotationPanel& panel) {
     setFontName(panel.fontName());
     setFontSize(panel.fontSize());
     const bool drawn = panel.isDrawn();
-    const Survival survives(*this);
     if (drawn != shown())
         setShown(drawn);
     else if (changed)

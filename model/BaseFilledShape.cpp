@@ -46,9 +46,8 @@ void BaseFilledShape::takeStyles_(const LineStyleGUI& line, const FillStyleGUI& 
 void BaseFilledShape::setFillFromGui(const FillStyleGUI& gui) {
     const bool filled = gui.filled();
     const ColorBytes color(gui.color());
-    const Survival survives(*this);
     if (filled != filled_) setFilled(filled);
-    if (survives && color.packed() != fillColor_) setFillColor(color.r, color.g, color.b, color.a);
+    if (color.packed() != fillColor_) setFillColor(color.r, color.g, color.b, color.a);
 }
 
 }  // namespace OverlayEditor

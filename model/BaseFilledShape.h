@@ -23,7 +23,7 @@ class BaseFilledShape : public BaseLineShape {
     /// Copies the styles into a panel's parts.
     void showStyles_(LineStyleGUI& line, FillStyleGUI& fill) const;
     /// Takes over the style that the user changed. A panel reports each edit on its own, so there is only
-    /// one; the shape and its panel may be gone afterwards.
+    /// one.
     void takeStyles_(const LineStyleGUI& line, const FillStyleGUI& fill);
 
   private:

@@ -45,9 +45,8 @@ bool BaseLineShape::lineDiffers_(const LineStyleGUI& gui) const {
 void BaseLineShape::setLineFromGui(const LineStyleGUI& gui) {
     const ColorBytes color(gui.color());
     const int width = gui.width();
-    const Survival survives(*this);
     if (color.packed() != lineColor_) setLineColor(color.r, color.g, color.b, color.a);
-    if (survives && width != lineWidth_) setLineWidth(width);
+    if (width != lineWidth_) setLineWidth(width);
 }
 
 }  // namespace OverlayEditor

@@ -239,9 +239,8 @@ void CylinderShape::put_(EditPoint role, const Vec3& lla) {
 }
 
 void CylinderShape::setInnerRadius(double meters) {
-    const Survival survives(*this);
     setMajorRadius(meters);
-    if (survives) setMinorRadius(meters);
+    setMinorRadius(meters);
 }
 
 void CylinderShape::setStartAngle(double radians) {
@@ -264,9 +263,7 @@ void CylinderShape::setHeight(double meters) {
     if (!centerPt() || !std::isfinite(meters)) return;
     if (subtype_ == Ellipsoid && meters <= 0.0) {
         meters = 1.0;
-        const Survival survives(*this);
         if (panel_()) panel_()->setHeight(meters);
-        if (!survives) return;
     }
     placeHeight_(meters);
     dirty_();
@@ -291,7 +288,6 @@ void CylinderShape::clear() {
 }
 
 void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    const Survival survives(*this);
     if (takeAttachment_(id, converter) && centerPt()) {
         if (converter && anchorCenter) {
             Vec3 reference;
@@ -301,7 +297,7 @@ void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* conv
             dirty_();
         }
     }
-    if (survives) fillGui();
+    fillGui();
 }
 
 // The part of the earth that the shape covers
@@ -379,18 +375,16 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
     const auto end = panel.endAngle();
     const bool drawn = panel.drawCheck();
 
-    const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && center)
+    if (center)
         moveCenter(*center);
-    else if (survives && !centerPt() && (x || y || height || start || end))
+    else if (!centerPt() && (x || y || height || start || end))
         setCenter(shownCenter_);  // the user fills in a shape about the centre that stands in the panel
-    if (survives && x) setMajorRadius(*x);
-    if (survives && y) setMinorRadius(*y);
-    if (survives && height) setHeight(*height);
-    if (survives && start) setStartAngle(*start);
-    if (survives && end) setEndAngle(*end);
-    if (!survives || !panel_()) return;
+    if (x) setMajorRadius(*x);
+    if (y) setMinorRadius(*y);
+    if (height) setHeight(*height);
+    if (start) setStartAngle(*start);
+    if (end) setEndAngle(*end);
     takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 

@@ -70,9 +70,8 @@ class Equipped : public Base {
     Concrete& self_() { return static_cast<Concrete&>(*this); }
     void refreshFromGui_() {
         if (!panel_()) return;
-        const Shape::Survival survives(*this);
         self_().takeFrom_(*panel_());
-        if (survives) fillGui();
+        fillGui();
     }
 };
 

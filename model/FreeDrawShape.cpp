@@ -22,10 +22,7 @@ bool FreeDrawShape::isComplete() const {
 
 int FreeDrawShape::serialize(Serializer& serializer) {
     int result = 1;
-    // A line that cannot be written makes a message, and so a call into the host.
-    const Survival survives(*this);
-    for (std::size_t i = 0; survives && i < lines_.size(); ++i) {
-        const LinePoints& line = lines_[i];
+    for (const LinePoints& line : lines_) {
         if (line.size() < 2) continue;
         serializer.beginShape(shapeKind(ShapeKind::FreeDraw).written, 0);
         serializer.setVisible(shown());
@@ -131,9 +128,8 @@ void FreeDrawShape::showIn_(FreeDrawPanel& panel) {
 void FreeDrawShape::takeFrom_(FreeDrawPanel& panel) {
     setPixelPrecision(panel.pixelPrecision());
     const bool drawn = panel.drawCheck();
-    const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && panel_()) setLineFromGui(panel.lineStyle());
+    setLineFromGui(panel.lineStyle());
 }
 
 }  // namespace OverlayEditor

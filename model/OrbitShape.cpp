@@ -49,9 +49,8 @@ double OrbitShape::minorAxis() const {
 void OrbitShape::setMinorRadius(const Vec3& lla) {
     if (!isComplete()) return;
     const double radius = getShortestDistance_(lla);
-    const Survival survives(*this);
     setMinorRadius(radius);
-    if (!survives || !minorAxisPt()) return;
+    if (!minorAxisPt()) return;
     place_(EditPoint::MinorAxis) = lla;
     keep_(EditPoint::MinorAxis, radius);
     dirty_();
@@ -104,9 +103,8 @@ void OrbitShape::setAltitude(double meters) {
 }
 
 void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    const Survival survives(*this);
     if (!takeAttachment_(id, converter)) {
-        if (survives) fillGui();
+        fillGui();
         return;
     }
     if (isComplete() && converter && anchorCenter) {
@@ -120,13 +118,13 @@ void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* convert
         const auto second = move(to);
         if (first && second) {
             moveCenter(*first);
-            if (survives) setCenter2(*second);
-            if (survives) fillGui();
+            setCenter2(*second);
+            fillGui();
             return;
         }
     }
     dirty_();
-    if (survives) fillGui();
+    fillGui();
 }
 
 void OrbitShape::carry(const ReferenceMove& move) {
@@ -136,9 +134,8 @@ void OrbitShape::carry(const ReferenceMove& move) {
     const double radius = minorAxis();
     const Vec3 from = centerPt2().value_or(Vec3());
     const auto radiusPoint = minorAxisPt();
-    const Survival survives(*this);
     CylinderShape::carry(move);
-    if (!survives || !second) return;
+    if (!second) return;
     place_(EditPoint::MajorAxis) = *second;
     if (radiusAtSecond) {
         place_(EditPoint::MinorAxis) = radiusPoint;
@@ -179,14 +176,13 @@ void OrbitShape::takeFrom_(OrbitPanel& panel) {
     const auto radius = panel.radius();
     const bool drawn = panel.drawCheck();
 
-    const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && first) moveFirstCenter(*first);
-    if (survives && second) setCenter2(*second);
+    if (first) moveFirstCenter(*first);
+    if (second) setCenter2(*second);
     // The radius is marked from the first centre: the one that stands in the panel, if need be.
-    if (survives && radius && !centerPt()) setCenter(shownCenter_);
-    if (survives && radius) setMinorRadius(*radius);
-    if (survives && panel_()) takeStyles_(panel.lineStyle(), panel.fillStyle());
+    if (radius && !centerPt()) setCenter(shownCenter_);
+    if (radius) setMinorRadius(*radius);
+    takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

@@ -14,20 +14,13 @@ Overlay::~Overlay() {
 void Overlay::addShape(Shape* shape) {
     if (!shape || contains(shape)) return;
     ++revision_;
-    const Shape::Survival survives(*shape);
-    const std::uint64_t attachment = attachments_;
     shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
-    if (survives) shape->setActive(true);
-    if (survives) shape->setShown(true);
-    if (!survives || contains(shape)) return;
+    shape->setActive(true);
+    shape->setShown(true);
     const std::uint64_t order = nextOrder_++;
     places_.push_back({order, shape, {}});
     entries_.emplace(shape, byName_.insert({shape->name(), order, shape}).first);
     shape->setKeeper(this);
-    if (attachments_ == attachment) return;
-    // The host took the chance to have the overlay attached anew.
-    shape->setAttachedPlatformId(0, nullptr, false);
-    if (survives) shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
 }
 
 std::vector<Shape*> Overlay::shapes() const {
@@ -93,50 +86,38 @@ Shape* Overlay::findShape(const std::string& name) const {
 
 void Overlay::clearShapes(bool destroying) {
     ++revision_;
-    // Emptied first: a dying shape's tool, or the host, may look at the overlay.
-    std::vector<std::pair<Shape*, Shape::Survival>> dying;
-    dying.reserve(entries_.size());
-    for (Shape* shape : shapes()) {
-        shape->setKeeper(nullptr);
-        dying.emplace_back(shape, *shape);
-    }
+    // Emptied first: a dying shape's tool may look at the overlay.
+    const std::vector<Shape*> dying = shapes();
+    for (Shape* shape : dying) shape->setKeeper(nullptr);
     places_.clear();
     byName_.clear();
     entries_.clear();
-    for (const auto& [shape, survives] : dying) {
-        if (survives && !destroying) shape->deleteGui();
-        if (survives) delete shape;
+    for (Shape* shape : dying) {
+        if (!destroying) shape->deleteGui();
+        delete shape;
     }
 }
 
-// Any change of a shape ends in the host, which may call back: shapes may be gone when their turn comes.
-
 void Overlay::setShown(bool shown) {
-    for (Shape* shape : shapes())
-        if (contains(shape)) shape->setShown(shown);
+    for (Shape* shape : shapes()) shape->setShown(shown);
 }
 
 void Overlay::setActive(bool active) {
-    for (Shape* shape : shapes())
-        if (contains(shape)) shape->setActive(active);
+    for (Shape* shape : shapes()) shape->setActive(active);
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
     touchAll_();
     attachedPlatformId_ = id;
     pointConverter_ = converter;
-    const std::uint64_t attachment = ++attachments_;
-    for (Shape* shape : shapes()) {
-        if (attachments_ != attachment) return;  // set anew meanwhile, for all shapes
-        if (contains(shape)) shape->setAttachedPlatformId(id, converter, anchorCenter);
-    }
+    for (Shape* shape : shapes()) shape->setAttachedPlatformId(id, converter, anchorCenter);
 }
 
 void Overlay::carry(const ReferenceMove& move) {
     const bool kept = isKept();
     if (referenceWritten_) touchAll_();
     for (Shape* shape : shapes()) {
-        if (!entries_.contains(shape) || shape->attachedPlatformId() == 0) continue;
+        if (shape->attachedPlatformId() == 0) continue;
         auto* const carried = dynamic_cast<Carried*>(shape);
         if (!carried) continue;
         carried->carry(move);
@@ -187,7 +168,7 @@ int Overlay::serializeShapes(Serializer& serializer) const {
     serializer.setPointConverter(pointConverter());
     int result = -1;
     for (Shape* shape : shapes())
-        if (contains(shape) && shape->serialize(serializer) == 0) result = 0;
+        if (shape->serialize(serializer) == 0) result = 0;
     return result;
 }
 

@@ -23,8 +23,7 @@ class Overlay final : private ShapeKeeper {
     Overlay(const Overlay&) = delete;
     Overlay& operator=(const Overlay&) = delete;
 
-    /// Takes ownership; the shape takes on the attachment and is displayed at once. (One that somebody
-    /// deletes meanwhile does not come in.)
+    /// Takes ownership; the shape takes on the attachment and is displayed at once.
     void addShape(Shape* shape);
     /// Gives ownership back, without hiding or deactivating; an unknown pointer is ignored, also one to a
     /// shape that is gone. (A shape that somebody deletes leaves the overlay by itself.)
@@ -131,8 +130,6 @@ class Overlay final : private ShapeKeeper {
     };
     mutable Sum sum_;
     std::uint64_t kept_ = 0;
-    /// How often the attachment was set.
-    std::uint64_t attachments_ = 0;
 };
 
 }  // namespace OverlayEditor

@@ -55,22 +55,19 @@ void PolygonShape::put_(unsigned long index, const Vec3& point) {
 
 void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) {
     put_(index, point);
-    const Survival survives(*this);
     dirty_();
-    if (survives && panel_()) panel_()->refreshPoint(index);
+    if (panel_()) panel_()->refreshPoint(index);
 }
 
 void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
-    const Survival survives(*this);
     mouseSetPointAtIndex(index, point);
-    if (survives) resetToolPoints_();
+    resetToolPoints_();
 }
 
 void PolygonShape::pointsChanged_(unsigned long index) {
-    const Survival survives(*this);
     dirty_();
-    if (survives) resetToolPoints_();
-    if (survives && panel_()) panel_()->refreshPoint(index);
+    resetToolPoints_();
+    if (panel_()) panel_()->refreshPoint(index);
 }
 
 void PolygonShape::resetToolPoints_() {
@@ -92,10 +89,9 @@ void PolygonShape::deletePointAtIndex(unsigned long index) {
 
 void PolygonShape::clear() {
     points_.clear();
-    const Survival survives(*this);
     hide_();
-    if (survives) resetToolPoints_();
-    if (survives) fillGui();
+    resetToolPoints_();
+    fillGui();
 }
 
 std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
@@ -108,13 +104,12 @@ std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
 }
 
 void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    const Survival survives(*this);
     if (takeAttachment_(id, converter) && !points_.empty()) {
         if (converter) convertAbsolutePoints_(*converter, anchorCenter);
         dirty_();
-        if (survives) resetToolPoints_();
+        resetToolPoints_();
     }
-    if (survives) fillGui();
+    fillGui();
 }
 
 void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anchorCenter) {
@@ -148,9 +143,8 @@ void PolygonShape::showIn_(PolygonPanel& panel) {
 
 void PolygonShape::takeFrom_(PolygonPanel& panel) {
     const bool drawn = panel.drawCheck();
-    const Survival survives(*this);
     if (drawn != shown()) setShown(drawn);
-    if (survives && panel_()) takeStyles_(panel.lineStyle(), panel.fillStyle());
+    takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

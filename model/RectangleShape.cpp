@@ -133,16 +133,15 @@ std::pair<Vec3, Vec3> RectangleShape::boundingBox() const {
 }
 
 void RectangleShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchor) {
-    const Survival survives(*this);
     if (!takeAttachment_(id, converter)) {
-        if (survives) fillGui();
+        fillGui();
         return;
     }
     if (first_ && converter && anchor) {
         moveAll_(ReferenceMove(anchorCenter() && last_ ? center() : *first_, *converter));
     }
     dirty_();
-    if (survives) fillGui();
+    fillGui();
 }
 
 void RectangleShape::moveAll_(const ReferenceMove& move) {
@@ -217,11 +216,10 @@ void RectangleShape::takeGeometry_(const RectanglePanel& panel) {
 void RectangleShape::takeFrom_(RectanglePanel& panel) {
     const bool drawn = panel.drawCheck();
     const bool centered = panel.isAnchorCenter();
-    const Survival survives(*this);
     if (panel.edited()) takeGeometry_(panel);
-    if (survives && centered != anchorCenter()) setAnchorCenter(centered);
-    if (survives && drawn != shown()) setShown(drawn);
-    if (survives && panel_()) takeStyles_(panel.lineStyle(), panel.fillStyle());
+    if (centered != anchorCenter()) setAnchorCenter(centered);
+    if (drawn != shown()) setShown(drawn);
+    takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 }  // namespace OverlayEditor

@@ -10,13 +10,6 @@
 
 namespace OverlayEditor {
 
-/// One call into the host that loads this shape's text. The host may call back during it: what is loaded
-/// then is newer, and the shape may be hidden or gone.
-struct Shape::Loading {
-    Loading* outer = nullptr;
-    bool outdated = false;
-};
-
 Shape::Shape(const Shape& other)
     : preferences_(other.preferences_),
       shown_(other.shown_),
@@ -28,7 +21,6 @@ Shape::Shape(const Shape& other)
       name_(other.name_) {}
 
 Shape::~Shape() {
-    life_.reset();
     if (keeper_) keeper_->deleted(this);
     Shape::hide_();
 }
@@ -40,10 +32,9 @@ void Shape::setName(const std::string& name) {
 
 void Shape::setShown(bool shown) {
     shown_ = shown;
-    const Survival survives(*this);
     if (!shown)
         if (MouseTool* const tool = mouseTool()) tool->deactivate();
-    if (survives) dirty_();
+    dirty_();
 }
 
 void Shape::setActive(bool active) {
@@ -52,17 +43,15 @@ void Shape::setActive(bool active) {
         dirty_();
         return;
     }
-    const Survival survives(*this);
     if (MouseTool* const tool = mouseTool()) tool->deactivate();
-    if (survives) hide_();
+    hide_();
 }
 
 void Shape::setShowPoints(bool shown) {
     if (shown == showPoints_) return;
     showPoints_ = shown;
-    const Survival survives(*this);
     if (MouseTool* const tool = mouseTool()) tool->setShowPoints(shown);
-    if (survives) dirty_();
+    dirty_();
 }
 
 void Shape::setAnchorCenter(bool anchored) {
@@ -102,13 +91,12 @@ void Shape::updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, h
 }
 
 void Shape::dirty_() {
-    const Survival survives(*this);
     hide_();
-    if (!survives || !shown_ || !active_) return;
+    if (!shown_ || !active_) return;
 
     SerializeToZel serializer;
     serializer.setPointConverter(pointConverter_);
-    if (serialize(serializer) != 0 || !survives || !serializer.hasShapes()) return;
+    if (serialize(serializer) != 0 || !serializer.hasShapes()) return;
     const auto text = TextBuffer::take();
     text->out().precision(UTILS::kSignificantDigits);
     serializer.writeTo(text->out(), static_cast<unsigned int>(std::max(preferences_.precision(), 0)));
@@ -116,21 +104,11 @@ void Shape::dirty_() {
     // A shape that was detached still has its converter, but its text is absolute.
     const unsigned long platform =
         attachedPlatformId_ != 0 && pointConverter_ ? pointConverter_->refPlatformId() : 0;
-    Loading loading{loading_};
-    loading_ = &loading;
-    void* const overlay = PIHALVIS::loadZELStream(text->in(), platform);
-    if (loading.outdated) {
-        PIHALVIS::unloadZELFile(overlay);
-        return;
-    }
-    loading_ = loading.outer;
-    // Not null when the host called back while the old text was unloaded, and the shape was shown again.
-    PIHALVIS::unloadZELFile(std::exchange(hostOverlay_, overlay));
+    hostOverlay_ = PIHALVIS::loadZELStream(text->in(), platform);
 }
 
 void Shape::hide_() {
     if (keeper_) keeper_->touched(*this);
-    for (; loading_; loading_ = loading_->outer) loading_->outdated = true;
     if (void* const overlay = std::exchange(hostOverlay_, nullptr)) PIHALVIS::unloadZELFile(overlay);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <utility>
 
@@ -38,17 +37,6 @@ class ShapeKeeper {
 class Shape {
   public:
     virtual ~Shape();
-
-    /// Tells after a call that may end in the host whether the shape is still there: the host may call back,
-    /// and what it calls may delete the shape.
-    class Survival {
-      public:
-        explicit Survival(const Shape& shape) : life_(shape.life_) {}
-        explicit operator bool() const { return !life_.expired(); }
-
-      private:
-        std::weak_ptr<const char> life_;
-    };
 
     /// A copy owned by the caller. It shows nothing until its first refresh and has a tool of its own.
     virtual Shape* clone() const = 0;
@@ -111,8 +99,6 @@ class Shape {
     const Preferences& preferences_;
 
   private:
-    struct Loading;
-
     bool shown_ = false;
     bool active_ = false;
     bool showPoints_ = true;
@@ -123,10 +109,6 @@ class Shape {
 
   private:
     void* hostOverlay_ = nullptr;
-    /// The refresh that is waiting for the host, when there is one; the innermost, should the host call back.
-    Loading* loading_ = nullptr;
-    /// Ends with the shape; what it points to means nothing.
-    std::shared_ptr<const char> life_ = std::make_shared<const char>();
     ShapeKeeper* keeper_ = nullptr;
 
   protected:

@@ -117,68 +117,16 @@ TEST_F(ShapeTest, DetachedTextIsDrawnAsAbsolute) {
     EXPECT_THAT(host.lastText, HasSubstr("centerlla "));
 }
 
-TEST_F(ShapeTest, HostMayCallBackDuringARefresh) {
+TEST_F(ShapeTest, AShapeThatTheHostRefusedIsLoadedAtItsNextRefresh) {
     const auto shape = circle();
     shape->setActive(true);
     shape->setShown(true);
-    host.onCall = [&](PIServerFunctions_t service) {
-        if (service == PIServerFunctions_t::OverlayFiles) shape->setFilled(!shape->filled());
-    };
-    shape->setLineWidth(3);
-    EXPECT_EQ(host.overlays.size(), 1U);
-
-    host.onCall = [&](PIServerFunctions_t service) {
-        if (service == PIServerFunctions_t::OverlayFiles) shape->setActive(false);
-    };
-    shape->setLineWidth(4);
-    EXPECT_TRUE(host.overlays.empty());
-    host.onCall = nullptr;
-
-    shape->setActive(true);
     host.refuseAll = true;
     shape->setLineWidth(5);
     host.refuseAll = false;
     shape->setLineWidth(6);
+    EXPECT_THAT(host.lastText, HasSubstr("linewidth 6"));
     shape->setShown(false);
-}
-
-TEST_F(ShapeTest, HostMayDeleteTheShapeDuringARefresh) {
-    OverlayEditor::PointConverter platform;
-    const std::vector<std::function<void(CylinderShape&)>> changes = {
-        [](auto& shape) { shape.setLineWidth(3); }, [](auto& shape) { shape.setInnerRadius(5.0); },
-        [](auto& shape) { shape.setShown(false); }, [](auto& shape) { shape.setActive(false); },
-        [&](auto& shape) { shape.setAttachedPlatformId(7, &platform, true); }};
-    for (const auto& change : changes)
-        for (int before = 0; before < 2; ++before) {  // during the call that unloads, and the one that loads
-            auto shape = circle();
-            shape->setActive(true);
-            shape->setShown(true);
-            host.onCall = [&, left = before](PIServerFunctions_t service) mutable {
-                if (service == PIServerFunctions_t::OverlayFiles && left-- == 0) shape.reset();
-            };
-            CylinderShape& changed = *shape;
-            change(changed);
-            host.onCall = nullptr;
-            shape.reset();
-            EXPECT_TRUE(host.overlays.empty());
-        }
-}
-
-TEST_F(ShapeTest, HostMayClearTheOverlayWhileItsShapesChange) {
-    Overlay overlay;
-    OverlayEditor::PointConverter platform;
-    const std::vector<std::function<void()>> changes = {
-        [&] { overlay.setShown(false); }, [&] { overlay.setActive(false); },
-        [&] { overlay.setAttachedPlatformId(overlay.attachedPlatformId() + 1, &platform, true); }};
-    for (const auto& change : changes) {
-        overlay.addShape(circle("A").release());
-        overlay.addShape(circle("B").release());
-        host.onCall = [&](PIServerFunctions_t) { overlay.clearShapes(false); };
-        change();
-        host.onCall = nullptr;
-        EXPECT_TRUE(overlay.shapes().empty());
-        EXPECT_TRUE(host.overlays.empty());
-    }
 }
 
 TEST_F(ShapeTest, OverlayTakesShapesInAndGivesThemBack) {
