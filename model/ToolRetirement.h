@@ -7,22 +7,10 @@
 
 namespace OverlayEditor {
 
-/// A tool's own event may end in its shape being deleted, and the tool with it. A tool is therefore
-/// retired, not deleted: it is deactivated while its shape is still whole, and its memory lives until the
-/// event that is being handled has returned. After that it is never called again.
+/// The end of a tool: it is deactivated while its shape is still whole, and nobody keeps it current.
 class ToolRetirement {
   public:
-    /// Handling of one event; while any such scope is open, retired tools are kept.
-    class EventScope {
-      public:
-        EventScope();
-        ~EventScope();
-        EventScope(const EventScope&) = delete;
-        EventScope& operator=(const EventScope&) = delete;
-    };
-
-    /// Takes the tool: gives it a null draw-done callback, tells the listener, deactivates it, and deletes it
-    /// now or at the end of the outermost event.
+    /// Takes the tool: gives it a null draw-done callback, tells the listener, deactivates and deletes it.
     static void retire(MouseTool* tool);
 
     /// Told of each tool before it goes, so that nobody keeps it current. Empty removes the listener.

@@ -21,7 +21,6 @@ std::string AnnotationMouseTool::getPointText_(const Vec3& pos) const {
 
 void AnnotationMouseTool::handleFinishDrag_(const Vec3& pos) {
     shape_.mouseSetPosition(pos);
-    if (!isActive()) return;
     state_ = Complete;
     updateEditPoints_();
 }

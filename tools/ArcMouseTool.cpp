@@ -56,7 +56,6 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
     }
     firstPress_ = false;
     lift_(pos.alt());
-    if (!isActive()) return;
     if (!shape_.startAnglePt()) {
         shape_.setMajorRadius(pos);
         shape_.setStartAnglePt(pos);
@@ -69,7 +68,7 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
     if (shape_.kind().height == ShapeKind::Height::Own) shape_.setHeight(kWedgeHeight);
     // Last: with a minor radius the arc counts as complete, and is shown.
     shape_.setMinorRadius(radius);
-    if (isActive()) shape_.updatePoints();
+    shape_.updatePoints();
     complete_();
 }
 
@@ -84,7 +83,6 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
         return;
     }
     lift_(pos.alt());
-    if (!isActive()) return;
     // On the centre there is no radius and no bearing: the last ones stay until the cursor goes on.
     if (shape_.isComplete() && radiusAt_(pos) == 0.0) return;
     if (!shape_.isComplete()) {
@@ -96,7 +94,7 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     if (grabbed == MinorAxis) shape_.setMinorRadius(radiusAt_(pos));
     if (grabbed == StartAngle) shape_.setStartAnglePt(pos);
     if (grabbed == EndAngle) shape_.setEndAnglePt(pos);
-    if (isActive()) shape_.updatePoints();
+    shape_.updatePoints();
 }
 
 void ArcMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {

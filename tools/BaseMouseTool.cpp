@@ -88,7 +88,7 @@ int BaseMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent& event) {
         handleFinishDrag_(*pos);
         return 1;
     }
-    if (isActive()) handleAbortDrag_();
+    handleAbortDrag_();
     return 0;
 }
 
@@ -165,7 +165,6 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     followShape_();
     picture_.clear();
     view_ = ToolView::current().capture(width, height);
-    if (!isActive()) return;
 
     removeTempGraphics_();
     redrawPointsForViewChange_();
@@ -186,7 +185,6 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
         cursorPoint_->hide();
     }
     finishRefresh_();
-    if (!isActive()) return;
 
     // A highlighted point under the cursor has a label of its own.
     if (cursorPoint_ && !nearPoint_) picture_.add(*cursorPoint_);
@@ -283,8 +281,6 @@ std::optional<Vec3> BaseMouseTool::cursorPosition_(int x, int y) const {
     double lon = 0.0;
     if (PIHALVIS::getMouseCursorLLA(x, y, &lat, &lon, nullptr, PIData::PIVerticalDatum_t::WGS84) != 0)
         return std::nullopt;
-    // The host may have called back, and ended the tool: nobody moves a shape that is gone.
-    if (!isActive()) return std::nullopt;
     return Vec3(lat, lon, altitude_);
 }
 

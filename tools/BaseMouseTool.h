@@ -19,8 +19,7 @@ namespace OverlayEditor {
 /// edit points and dragging them, the working altitude, and the point that follows the cursor. A tool of
 /// a shape fills in the hooks.
 ///
-/// A position is the latitude and longitude under the cursor and the working altitude. Nothing of the
-/// tool but its own fields is touched after a hook that may end in the shape's deletion.
+/// A position is the latitude and longitude under the cursor and the working altitude.
 class BaseMouseTool : public MouseTool, public HintSource {
   public:
     enum State {
@@ -105,7 +104,6 @@ class BaseMouseTool : public MouseTool, public HintSource {
     void appendRange_(std::ostream& text, std::string_view label, double meters) const;
     /// Writes the true bearing, " T: ...".
     void appendBearing_(std::ostream& text, const halCore::Vec3& from, const halCore::Vec3& to) const;
-    /// The callback may end in this tool's retirement: nothing may follow.
     void notifyDrawDone_();
     /// No point is highlighted or dragged any more; its label goes.
     void forgetNearPoint_();

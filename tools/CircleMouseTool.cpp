@@ -35,7 +35,7 @@ void CircleMouseTool::handleFinishDrag_(const Vec3& pos) {
     }
     if (!shape_.centerPt() || shape_.majorAxis() != 0.0) return;
     lift_(pos.alt());
-    if (isActive()) shape_.setMajorRadius(pos);
+    shape_.setMajorRadius(pos);
     complete_();
 }
 
@@ -47,11 +47,11 @@ void CircleMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     if (grabbed == Center) {
         const auto onEdge = shape_.majorAxisPt();
         shape_.setCenter(pos);
-        if (isActive() && onEdge) shape_.setMajorRadius(Vec3(onEdge->lat(), onEdge->lon(), pos.alt()));
+        if (onEdge) shape_.setMajorRadius(Vec3(onEdge->lat(), onEdge->lon(), pos.alt()));
         return;
     }
     lift_(pos.alt());
-    if (isActive()) shape_.setMajorRadius(pos);
+    shape_.setMajorRadius(pos);
 }
 
 void CircleMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {

@@ -72,7 +72,7 @@ void CylinderMouseTool::moveTop_(const Vec3& pos) {
     const Vec3 beneath(pos.lat(), pos.lon(), center.alt());
     const bool lifted = pos.alt() != top_().alt();
     if (beneath != center) movePoint_(Center, beneath);
-    if (lifted && isActive()) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
+    if (lifted) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
 }
 
 bool CylinderMouseTool::hasHeight_() const {
@@ -128,7 +128,6 @@ void CylinderMouseTool::resetShape_() {
 }
 
 void CylinderMouseTool::complete_() {
-    if (!isActive()) return;
     state_ = Complete;
     shapeChanged_();
 }

@@ -21,7 +21,7 @@ FreeDrawMouseTool::~FreeDrawMouseTool() {
 int FreeDrawMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
     // A press in mid-line: the release went elsewhere.
     if (state_ == Placing) handleAbortDrag_();
-    const auto pos = isActive() ? cursorPosition_(event.x, event.y) : std::nullopt;
+    const auto pos = cursorPosition_(event.x, event.y);
     if (!pos) return 0;
     lastX_ = event.x;
     lastY_ = event.y;

@@ -55,7 +55,6 @@ bool HandleMouseTool::releasedOnPoint_(const halCore::Vec3& pos) {
 }
 
 void HandleMouseTool::shapeChanged_() {
-    if (!isActive()) return;
     updateEditPoints_();
     edited_.fillGui();
 }

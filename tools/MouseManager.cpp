@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "model/ToolRetirement.h"
+#include "pi/EntryScope.h"
 
 namespace OverlayEditor {
 
@@ -20,16 +21,13 @@ MouseManager::~MouseManager() {
 }
 
 void MouseManager::setCurrentMouseTool(MouseTool* tool, bool activate) {
-    const ToolRetirement::EventScope scope;
     if (!tool) tool = &nullTool_;
-    // Current before the old one's deactivation calls into the host: if it dies there, the listener sees it.
     MouseTool* const old = current_;
     makeCurrent_(tool);
     old->setDrawDoneCallback(nullptr);
     old->deactivate();
-    if (current_ != tool) return;
     if (activate) tool->activate();
-    if (current_ == tool) tool->setDrawDoneCallback(drawDoneCallback_);
+    tool->setDrawDoneCallback(drawDoneCallback_);
     reportHint_();
     if (old != tool && changeListener_) changeListener_();
 }
@@ -39,14 +37,13 @@ void MouseManager::clearMouseTool() {
 }
 
 int MouseManager::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
-    const ToolRetirement::EventScope scope;
+    const EntryScope scope;
     const int result = current_->handleMouseEvent(type, event);
     reportHint_();
     return result;
 }
 
 void MouseManager::preDrawOnRefresh(int width, int height) {
-    const ToolRetirement::EventScope scope;
     current_->preDrawOnRefresh(width, height);
     // The panel may have completed the shape.
     reportHint_();

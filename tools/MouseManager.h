@@ -30,7 +30,8 @@ class MouseManager {
     bool isValid() const { return current_ != &nullTool_; }
     bool isActive() const { return isValid() && current_->isActive(); }
 
-    /// \return non-zero when the tool consumed the event
+    /// An entry of its own: what waits for its end may delete the tool. \return non-zero when the tool
+    /// consumed the event
     int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event);
     void preDrawOnRefresh(int width, int height);
     /// For the current tool and those to come; not owned, null for nobody.

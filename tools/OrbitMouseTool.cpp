@@ -38,8 +38,8 @@ void OrbitMouseTool::handleFinishDrag_(const Vec3& pos) {
         orbit_.setCenter2(pos);
     else
         orbit_.setMinorRadius(pos);
-    if (isActive()) orbit_.setAltitude(pos.alt());
-    if (isActive()) state_ = restingState_();
+    orbit_.setAltitude(pos.alt());
+    state_ = restingState_();
     shapeChanged_();
 }
 
@@ -47,7 +47,7 @@ void OrbitMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     const auto from = placeOf_(grabbed);
     if (!from) return;
     if (pos.alt() != from->alt()) orbit_.setAltitude(pos.alt());
-    if (!isActive() || (pos.lat() == from->lat() && pos.lon() == from->lon())) return;
+    if (pos.lat() == from->lat() && pos.lon() == from->lon()) return;
     if (grabbed == Center)
         orbit_.moveFirstCenter(pos);
     else if (grabbed == MajorAxis)

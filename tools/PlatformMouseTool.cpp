@@ -25,8 +25,7 @@ void PlatformMouseTool::deactivate() {
     active_ = false;
     pressedPlatform_ = 0;
     PIGUI::ungrabMouse();
-    // Kept by a copy: what is told may replace the listener or delete the tool.
-    if (const auto listener = listener_) listener->deactivated();
+    if (listener_) listener_->deactivated();
 }
 
 int PlatformMouseTool::handleMouseEvent(PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
@@ -46,7 +45,7 @@ int PlatformMouseTool::leftRelease_(PIMouseEventType_t, const PIGUI::PIMouseEven
     const unsigned long released = PIHALVIS::getMouseCursorPlatform();
     if (released != 0 && released == std::exchange(pressedPlatform_, 0)) {
         selectedPlatform_ = released;
-        if (const auto listener = listener_) listener->platformSelected(released);
+        if (listener_) listener_->platformSelected(released);
         return 0;
     }
     pressedPlatform_ = 0;

@@ -9,7 +9,7 @@
 namespace OverlayEditor {
 
 /// Picks a platform in the view: press and release over the same one. Own it through MouseToolPtr when it
-/// can be the manager's current tool. Its listener may delete it.
+/// can be the manager's current tool.
 class PlatformMouseTool final : public MouseTool, public HintSource {
   public:
     PlatformMouseTool() = default;

@@ -27,7 +27,7 @@ void PolygonMouseTool::activate() {
 int PolygonMouseTool::leftRelease_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
     const bool clicked = state_ == Dragging && !moved_;
     const int result = ShapeMouseTool::leftRelease_(type, event);
-    if (clicked && isActive() && firstPoint_) removeFirstPoint_();
+    if (clicked && firstPoint_) removeFirstPoint_();
     return result;
 }
 
@@ -75,7 +75,6 @@ void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
     if (!point) {
         firstPoint_ = false;
         append_(pos);
-        if (!isActive() || drawn_.size() == 0) return;
         point = &drawn_.point(drawn_.size() - 1);
     }
     // As if the cursor had been moved onto it: the next press without a motion grabs it.
@@ -96,7 +95,7 @@ void PolygonMouseTool::handleAbortDrag_() {
 void PolygonMouseTool::append_(const Vec3& pos) {
     removeTempGraphics_();
     shape_.mouseSetPointAtIndex(shape_.getNumPoints(), pos);
-    if (isActive()) drawn_.setPositions(shape_.points());
+    drawn_.setPositions(shape_.points());
 }
 
 void PolygonMouseTool::removeFirstPoint_() {

@@ -65,7 +65,6 @@ const std::array<QuickDrawManager::Command, QuickDrawManager::kCommandCount> Qui
     {kColors[Black].label, &QuickDrawManager::onCmdBlack},
 }};
 
-/// The picker may outlive the manager by an event; it is told nothing then.
 class QuickDrawManager::PlatformSelectListener final : public PlatformMouseListener {
   public:
     explicit PlatformSelectListener(QuickDrawManager& manager) : manager_(&manager) {}
@@ -119,49 +118,18 @@ QuickDrawManager::QuickDrawManager(std::string pluginName, const Preferences& pr
     picker_->setListener(listener_);
     PIHALVIS::registerZELObserver(zelObserver_.get());
     // Another tool takes the place of the drawing tool: the drawing is over.
-    mouseManager_.setChangeListener([this] { perform_([] {}); });
+    mouseManager_.setChangeListener([this] { finishWhatEnded_(); });
 }
 
 QuickDrawManager::~QuickDrawManager() {
     mouseManager_.setChangeListener({});
     callbacks_.disconnect();
     listener_->disconnect();
-    busy_ = true;
-    cancel_();
+    cancelDrawing();
     attachMode_ = false;
     updateAttachNotification_();
     deleteAllZelFiles_();
     PIHALVIS::removeZELObserver(zelObserver_.get());
-}
-
-// One command at a time
-
-template <typename Operation>
-int QuickDrawManager::perform_(Operation operation) {
-    if (busy_) return 1;
-    struct Scope {
-        explicit Scope(bool& flag) : busy(flag) { busy = true; }
-        ~Scope() { busy = false; }
-        bool& busy;
-    };
-    const Scope scope(busy_);
-    operation();
-    settle_();
-    return 1;
-}
-
-void QuickDrawManager::settle_() {
-    for (;;) {
-        if (std::exchange(removeAllAsked_, false)) {
-            cancel_();
-            unloadAll_();
-        } else if (shape_ && !isDrawing_()) {
-            finish_();
-        } else {
-            break;
-        }
-    }
-    unloadedMeanwhile_.clear();
 }
 
 // Drawing
@@ -186,26 +154,26 @@ int QuickDrawManager::onCmdTriangleDraw(PIObject*, void*) {
 }
 
 int QuickDrawManager::addShape_(const std::string& kind) {
-    return perform_([&] {
-        if (shape_) finish_();
-        const Shape* const prototype = registry_.getShapeByName(kind);
-        std::unique_ptr<Shape> made(prototype ? prototype->clone() : nullptr);
-        MouseTool* const tool = made ? made->mouseTool() : nullptr;
-        if (!tool) {
-            halNotify::notify(halNotify::Warning) << "A shape of the kind " << kind << " cannot be drawn";
-            return;
-        }
-        kind_ = kind;
-        shape_ = made.release();
-        overlay_.setAttachedPlatformId(0, nullptr, false);
-        overlay_.addShape(shape_);
-        shape_->setShowPoints(false);
-        shape_->setName(getUniqueName_(shape_->name()));
-        shape_->setAnchorCenter(true);
-        applyColor_();
-        mouseManager_.setCurrentMouseTool(tool, true);
-        if (isDrawing_()) tool->setDrawDoneCallback(drawDone_);
-    });
+    finishDrawing();
+    const Shape* const prototype = registry_.getShapeByName(kind);
+    std::unique_ptr<Shape> made(prototype ? prototype->clone() : nullptr);
+    MouseTool* const tool = made ? made->mouseTool() : nullptr;
+    if (!tool) {
+        halNotify::notify(halNotify::Warning) << "A shape of the kind " << kind << " cannot be drawn";
+        return 1;
+    }
+    kind_ = kind;
+    Shape* const shape = made.release();
+    overlay_.setAttachedPlatformId(0, nullptr, false);
+    overlay_.addShape(shape);
+    shape->setShowPoints(false);
+    shape->setName(getUniqueName_(shape->name()));
+    shape->setAnchorCenter(true);
+    shape_ = shape;
+    applyColor_();
+    mouseManager_.setCurrentMouseTool(tool, true);
+    tool->setDrawDoneCallback(drawDone_);
+    return 1;
 }
 
 /// The number is that of the file to come, so that the two agree.
@@ -223,38 +191,37 @@ bool QuickDrawManager::isDrawing_() const {
     return tool && mouseManager_.currentMouseTool() == tool && tool->isActive();
 }
 
-void QuickDrawManager::endTool_() {
-    MouseTool* const tool = shape_->mouseTool();
+Shape* QuickDrawManager::endTool_() {
+    // No more the one that is being drawn: another tool becomes current.
+    Shape* const shape = std::exchange(shape_, nullptr);
+    MouseTool* const tool = shape->mouseTool();
     tool->setDrawDoneCallback(nullptr);
-    // Another tool may have become current.
     if (mouseManager_.currentMouseTool() == tool)
         mouseManager_.clearMouseTool();
     else
         tool->deactivate();
-}
-
-void QuickDrawManager::cancel_() {
-    if (!shape_) return;
-    endTool_();
-    shape_ = nullptr;
-    overlay_.clearShapes(false);
-}
-
-void QuickDrawManager::finish_() {
-    endTool_();
-    save_();
-    shape_ = nullptr;
-    overlay_.clearShapes(false);
+    return shape;
 }
 
 void QuickDrawManager::finishDrawing() {
-    perform_([this] {
-        if (shape_) finish_();
-    });
+    if (!shape_) return;
+    save_(*endTool_());
+    overlay_.clearShapes(false);
 }
 
 void QuickDrawManager::cancelDrawing() {
-    perform_([this] { cancel_(); });
+    if (!shape_) return;
+    endTool_();
+    overlay_.clearShapes(false);
+}
+
+void QuickDrawManager::finishWhatEnded_() {
+    if (shape_ && !isDrawing_()) finishDrawing();
+}
+
+int QuickDrawManager::onDrawDone_(PIObject*, void*) {
+    callLater(autoSave_);
+    return 1;
 }
 
 int QuickDrawManager::onCmdAutoSaveCurrentShape(PIObject*, void*) {
@@ -264,23 +231,23 @@ int QuickDrawManager::onCmdAutoSaveCurrentShape(PIObject*, void*) {
 
 // Files
 
-void QuickDrawManager::save_() {
+void QuickDrawManager::save_(Shape& shape) {
     std::string text = overlay_.text();
     if (text.empty()) {
-        const auto [low, high] = shape_->boundingBox();
+        const auto [low, high] = shape.boundingBox();
         const bool begun = low.lat() <= high.lat();
         if (begun)
             halNotify::notify(halNotify::Warning)
-                << "\"" << shape_->name() << "\" is not complete; it is not saved";
+                << "\"" << shape.name() << "\" is not complete; it is not saved";
         return;
     }
-    const unsigned long platform = attachShape_();
+    const unsigned long platform = attachShape_(shape);
     if (platform != 0) text = overlay_.text();
 
     std::string path;
     if (const std::string error = saveUnderFreeNumber_(text, path); !error.empty()) {
         PICommon::debugPrint("Failed to create file " + path + " for auto saving ZEL\n");
-        halNotify::notify(halNotify::Error) << "\"" << shape_->name() << "\" is not saved: " << error;
+        halNotify::notify(halNotify::Error) << "\"" << shape.name() << "\" is not saved: " << error;
         return;
     }
     created_.insert_or_assign(path, WrittenFile(path, text));
@@ -289,11 +256,10 @@ void QuickDrawManager::save_() {
 
 void QuickDrawManager::load_(const std::string& path, unsigned long platform) {
     void* const overlay = PIHALVIS::loadZELFile(path, platform, 1);
-    if (!overlay)
-        halNotify::notify(halNotify::Error) << path << " is saved, but the host could not load it";
-    else if (std::find(unloadedMeanwhile_.begin(), unloadedMeanwhile_.end(), overlay) ==
-             unloadedMeanwhile_.end())
+    if (overlay)
         adopt_(overlay, path);
+    else
+        halNotify::notify(halNotify::Error) << path << " is saved, but the host could not load it";
 }
 
 void QuickDrawManager::adopt_(void* overlay, const std::string& path) {
@@ -309,25 +275,23 @@ void QuickDrawManager::zelAdded_(void* overlay) {
 }
 
 void QuickDrawManager::zelRemoved_(void* overlay) {
-    if (busy_) unloadedMeanwhile_.push_back(overlay);
     std::erase_if(files_, [&](const QuickFile& file) { return file.overlay == overlay; });
 }
 
 int QuickDrawManager::onCmdRemoveLastQuickShape(PIObject*, void*) {
-    return perform_([this] {
-        if (shape_) {
-            cancel_();
-            return;
-        }
-        if (files_.empty()) return;
-        const QuickFile last = std::move(files_.back());
-        files_.pop_back();
-        PIHALVIS::unloadZELFile(last.overlay);
-        if (mayDelete_(last.path))
-            deleteFile_(last.path);
-        else
-            created_.erase(last.path);
-    });
+    if (shape_) {
+        cancelDrawing();
+        return 1;
+    }
+    if (files_.empty()) return 1;
+    const QuickFile last = std::move(files_.back());
+    files_.pop_back();
+    PIHALVIS::unloadZELFile(last.overlay);
+    if (mayDelete_(last.path))
+        deleteFile_(last.path);
+    else
+        created_.erase(last.path);
+    return 1;
 }
 
 int QuickDrawManager::onCmdRemoveAllQuickShapes(PIObject*, void*) {
@@ -336,8 +300,8 @@ int QuickDrawManager::onCmdRemoveAllQuickShapes(PIObject*, void*) {
 }
 
 void QuickDrawManager::removeAllShapes() {
-    removeAllAsked_ = true;
-    perform_([] {});
+    cancelDrawing();
+    unloadAll_();
 }
 
 void QuickDrawManager::unloadAll_() {
@@ -503,27 +467,24 @@ void QuickDrawManager::forgetPlatform() {
 }
 
 void QuickDrawManager::updateAttachNotification_() {
-    const auto wanted = [this] { return attachMode_ ? platform_ : 0; };
-    const unsigned long platform = wanted();
-    std::string text = platform == 0 ? std::string() : "Attach To: " + Utils::platformName(platform);
-    // The host may have called back meanwhile, and what is wanted now is shown already.
-    if (platform == wanted()) note_.show(std::move(text));
+    const unsigned long platform = attachMode_ ? platform_ : 0;
+    note_.show(platform == 0 ? std::string() : "Attach To: " + Utils::platformName(platform));
 }
 
-unsigned long QuickDrawManager::attachShape_() {
+unsigned long QuickDrawManager::attachShape_(const Shape& shape) {
     if (!attachMode_) return 0;
     const unsigned long platform = platform_;
     halCore::Vec3 place;
     const char* problem = nullptr;
     if (platform == 0)
         problem = "no platform is picked";
-    else if (!shape_->canAttach())
+    else if (!shape.canAttach())
         problem = "a shape of this kind cannot be attached";
     else if (Utils::getPlatformLla(platform, place) != 0)
         problem = "the picked platform has no position";
     if (problem) {
         halNotify::notify(halNotify::Warning)
-            << "\"" << shape_->name() << "\" is saved without a platform: " << problem;
+            << "\"" << shape.name() << "\" is saved without a platform: " << problem;
         return 0;
     }
     converter_.setReferenceLla(place, platform);

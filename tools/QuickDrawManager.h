@@ -22,9 +22,6 @@ namespace OverlayEditor {
 /// Draws shapes straight into the view from the host's actions menu. A shape that is finished (a right click,
 /// another tool, the next draw command) becomes a file of its own at once, which the host loads; one that is
 /// not complete is dropped. Files that were made here can be removed again.
-///
-/// The host may call back from inside each call that serves a command. One command runs at a time: a draw or
-/// remove command that comes meanwhile does nothing, and removing all is made up for afterwards.
 class QuickDrawManager {
   public:
     /// Creates the actions. None of the arguments is owned; all must outlive the manager.
@@ -68,7 +65,7 @@ class QuickDrawManager {
     int onCmdPurple(PIObject* sender, void* data);
     int onCmdWhite(PIObject* sender, void* data);
     int onCmdBlack(PIObject* sender, void* data);
-    /// The drawing tool's draw-done callback.
+    /// Saves the shape that is being drawn.
     int onCmdAutoSaveCurrentShape(PIObject* sender, void* data);
 
   private:
@@ -87,21 +84,18 @@ class QuickDrawManager {
     static constexpr std::size_t kCommandCount = 19;
     static const std::array<Command, kCommandCount> kCommands;
 
-    /// Runs a command unless one is running, and then makes up for what happened meanwhile.
-    template <typename Operation>
-    int perform_(Operation operation);
-    void settle_();
-
     int addShape_(const std::string& kind);
     std::string getUniqueName_(const std::string& base);
     /// Its tool is current and has not been ended.
     bool isDrawing_() const;
-    void endTool_();
-    void cancel_();
-    void finish_();
-    void save_();
+    /// \return the shape, which is being drawn no more
+    Shape* endTool_();
+    void finishWhatEnded_();
+    /// The drawing tool is in its own event then: its shape goes after it.
+    int onDrawDone_(PIObject* sender, void* data);
+    void save_(Shape& shape);
     /// Attaches the shape to the picked platform, its centre on it. \return the platform, 0 when not attached
-    unsigned long attachShape_();
+    unsigned long attachShape_(const Shape& shape);
     /// Has the host show a file, and remembers both.
     void load_(const std::string& path, unsigned long platform);
     void adopt_(void* overlay, const std::string& path);
@@ -155,17 +149,13 @@ class QuickDrawManager {
     unsigned long platform_ = 0;
     ScreenNote note_{{.left = 0.0, .vertical = 25.0}};
 
-    bool busy_ = false;
-    bool removeAllAsked_ = false;
-    /// Overlays that the host unloaded while a command ran.
-    std::vector<void*> unloadedMeanwhile_;
-
     std::shared_ptr<PlatformSelectListener> listener_;
     MouseToolPtr pickerOwner_;
     PlatformMouseTool* picker_;
     std::unique_ptr<ZelObserver> zelObserver_;
     CallbackList<QuickDrawManager> callbacks_{this};
-    FunctorTwoParams__* const drawDone_ = callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape);
+    FunctorTwoParams__* const autoSave_ = callbacks_.make(&QuickDrawManager::onCmdAutoSaveCurrentShape);
+    FunctorTwoParams__* const drawDone_ = callbacks_.make(&QuickDrawManager::onDrawDone_);
     std::array<PICommon::Action, kCommandCount> actions_;
 };
 

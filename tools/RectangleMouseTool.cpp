@@ -31,7 +31,6 @@ void RectangleMouseTool::handleFinishDrag_(const Vec3& pos) {
         return;
     }
     shape_.setLastCorner(pos);
-    if (!isActive()) return;
     state_ = restingState_();
     shapeChanged_();
 }

@@ -9,9 +9,8 @@
 namespace OverlayEditor {
 
 void ScreenNote::show(std::string text) {
-    const int version = ++version_;
     if (shown_) PIHALVIS::removeScreenText(std::exchange(shown_, nullptr));
-    if (version != version_ || text.empty()) return;
+    if (text.empty()) return;
     // A line break would end the field.
     std::ranges::replace_if(
         text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
@@ -25,11 +24,7 @@ void ScreenNote::show(std::string text) {
         "HAlign STRING L\n"
         "VAlign STRING " +
         (place_.bottom ? "B\n" : "T\n");
-    void* const note = PIHALVIS::addScreenText(record);
-    if (version == version_)
-        shown_ = note;
-    else if (note)
-        PIHALVIS::removeScreenText(note);
+    shown_ = PIHALVIS::addScreenText(record);
 }
 
 }  // namespace OverlayEditor

@@ -21,14 +21,12 @@ class ScreenNote {
     ScreenNote(const ScreenNote&) = delete;
     ScreenNote& operator=(const ScreenNote&) = delete;
 
-    /// Takes the place of the text before; empty shows nothing. The host may call back meanwhile: the text
-    /// that was asked for last stands. A line break becomes a blank.
+    /// Takes the place of the text before; empty shows nothing. A line break becomes a blank.
     void show(std::string text);
 
   private:
     Place place_;
     void* shown_ = nullptr;
-    int version_ = 0;
 };
 
 }  // namespace OverlayEditor

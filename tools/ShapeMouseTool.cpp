@@ -13,14 +13,6 @@ constexpr unsigned int kCursorColor = 0xFFFFFFFF;
 
 }  // namespace
 
-template <typename Operation>
-void ShapeMouseTool::withRubberBand_(Operation operation) {
-    if (!rubberBand_) return;
-    auto rubberBand = std::move(rubberBand_);
-    operation(*rubberBand);
-    if (isActive()) rubberBand_ = std::move(rubberBand);
-}
-
 void ShapeMouseTool::activate() {
     if (isActive()) return;
     cursorPoint_ = createEditPoint(Vec3(), kCursorColor);
@@ -45,12 +37,10 @@ void ShapeMouseTool::deactivate() {
     if (pressed_) {
         pressed_ = false;
         handleAbortDrag_();
-        if (!isActive()) return;
     }
     finishEditing_();
     forgetNearPoint_();
     removeTempGraphics_();
-    if (!isActive()) return;
     rubberBandShown_ = false;
     rubberBand_.reset();
     cursorPoint_.reset();
@@ -94,7 +84,6 @@ void ShapeMouseTool::handleAltitudeChange_() {
 
 void ShapeMouseTool::handleMovePoint_(const Vec3& pos) {
     moveGrabbed_(pos);
-    if (!isActive()) return;
     updateEditPoints_();
     if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
 }
@@ -103,13 +92,11 @@ void ShapeMouseTool::drawTempGraphics_(const Vec3& pos) {
     if (!rubberBand_) return;
     rubberBandWanted_ = true;
     if (rubberBandShown_ && rubberBandAt_ == pos) return;
-    withRubberBand_([&](BaseLineShape& rubberBand) {
-        if (rubberBandShown_) rubberBand.setShown(false);
-        rubberBandShown_ = isActive() && shapeRubberBand_(rubberBand, pos);
-        if (!rubberBandShown_) return;
-        rubberBandAt_ = pos;
-        rubberBand.setShown(true);
-    });
+    if (rubberBandShown_) rubberBand_->setShown(false);
+    rubberBandShown_ = shapeRubberBand_(*rubberBand_, pos);
+    if (!rubberBandShown_) return;
+    rubberBandAt_ = pos;
+    rubberBand_->setShown(true);
 }
 
 void ShapeMouseTool::removeTempGraphics_() {
@@ -124,7 +111,7 @@ void ShapeMouseTool::finishRefresh_() {
 void ShapeMouseTool::hideRubberBand_() {
     if (!rubberBandShown_) return;
     rubberBandShown_ = false;
-    withRubberBand_([](BaseLineShape& rubberBand) { rubberBand.setShown(false); });
+    rubberBand_->setShown(false);
 }
 
 }  // namespace OverlayEditor

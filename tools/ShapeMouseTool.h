@@ -49,10 +49,6 @@ class ShapeMouseTool : public BaseMouseTool {
 
   private:
     void hideRubberBand_();
-    /// Works on the rubber band. The host may end in the tool's deactivation meanwhile: the rubber band lives
-    /// until the operation is over.
-    template <typename Operation>
-    void withRubberBand_(Operation operation);
 
     std::unique_ptr<BaseLineShape> rubberBand_;
     bool rubberBandShown_ = false;

@@ -46,7 +46,6 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
     }
     firstPress_ = false;
     lift_(pos.alt());
-    if (!isActive()) return;
     if (shape_.majorAxis() == 0.0) {
         shape_.setMajorRadius(pos);
         shapeChanged_();
@@ -55,7 +54,7 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
     // A cylinder and an ellipsoid get theirs from the user.
     if (shape_.kind().height != ShapeKind::Height::Own) shape_.setHeight(0.0);
     shape_.setMinorRadius(radiusAt_(pos));
-    if (isActive()) shape_.updatePoints();
+    shape_.updatePoints();
     complete_();
 }
 
@@ -70,7 +69,6 @@ void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {
         return;
     }
     lift_(pos.alt());
-    if (!isActive()) return;
     // On the centre there is no radius and no bearing: the last ones stay until the cursor goes on.
     if (shape_.isComplete() && radiusAt_(pos) == 0.0) return;
     if (!shape_.isComplete())

@@ -451,17 +451,6 @@ TEST_F(CylinderTools, AShapeMayDieInTheMiddleOfADrag) {
         EXPECT_EQ(host.grabs, 0);
         mouse.move("21.2N 158.0W").frame().release().wheel(120).rightPress();
     }
-    // The host clears the scenario while it is handed the rubber band.
-    start(CylinderShape::Circle);
-    mouse.from("21.0N 158.0W").move("21.1N 158.0W");
-    host.onCall = [&](FakeHost::Id service) {
-        if (service == FakeHost::Id::OverlayFiles) overlay.clearShapes(false);
-    };
-    mouse.frame();
-    host.onCall = {};
-    EXPECT_TRUE(overlay.shapes().empty());
-    EXPECT_EQ(shownOverlays(), 0u);
-    EXPECT_EQ(host.grabs, 0);
 }
 
 TEST_F(CylinderTools, ActivatingTwiceGrabsOnce) {
