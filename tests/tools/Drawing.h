@@ -61,20 +61,22 @@ class Mouse {
 
     Mouse(FakeHost& host, TestView& view, OverlayEditor::MouseManager& manager)
         : view_(view), manager_(manager) {
-        host.pixelToLla = [this](int x, int y) { return x == x_ && y == y_ ? at_ : view_.pick(x, y); };
+        host.pixelToLla = [this](int x, int y) {
+            return x == x_ && y == y_ ? at_ : view_.pick(x * view_.density, y * view_.density);
+        };
     }
 
     Mouse& move(const std::string& where) { return move(place(where)); }
     Mouse& move(const halCore::Vec3& lla) {
         const auto pixel = view_.projection().visiblePixel(halCore::toEcef({lla.lat(), lla.lon(), 0.0}));
         EXPECT_TRUE(pixel) << "not in the view";
-        if (pixel) aim(static_cast<int>(std::lround(pixel->x)), static_cast<int>(std::lround(pixel->y)), lla);
+        if (pixel) aim(toMouse(pixel->x), toMouse(pixel->y), lla);
         return *this;
     }
-    /// Onto a pixel, wherever that is.
+    /// Onto a device pixel, wherever that is.
     Mouse& moveToPixel(double x, double y) {
-        const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
-        aim(column, row, view_.pick(column, row));
+        const int column = toMouse(x), row = toMouse(y);
+        aim(column, row, view_.pick(column * view_.density, row * view_.density));
         return *this;
     }
     Mouse& moveOffTheEarth() {
@@ -103,6 +105,7 @@ class Mouse {
     int result = 0;  ///< of the last event
 
   private:
+    int toMouse(double device) const { return static_cast<int>(std::lround(device / view_.density)); }
     void aim(int x, int y, std::optional<halCore::Vec3> at) {
         x_ = x;
         y_ = y;
@@ -136,6 +139,7 @@ struct DrawingTest : testing::Test {
     static Tool::State stateOf(const OverlayEditor::Shape& shape) {
         return static_cast<const Tool&>(*shape.mouseTool()).state();
     }
+    void click(const std::string& where) { mouse.from(where).to(where); }
     /// The label that is drawn, "" for none.
     std::string label() {
         mouse.frame();

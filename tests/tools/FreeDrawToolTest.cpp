@@ -61,71 +61,18 @@ TEST_F(FreeDrawTool, ALineOfOnePointIsDropped) {
     EXPECT_EQ(lengths(shape), Lengths{3});
     EXPECT_EQ(host.lastText, text);
     EXPECT_EQ(host.overlays.size(), 1u);
-}
 
-TEST_F(FreeDrawTool, AnswersEveryEventInEveryState) {
-    enum class Do { Press, Release, RightPress, Motion, Wheel, PlainWheel };
-    struct Cell {
-        Do event;
-        bool onEarth;
-        int result, stateAfter;
-        Lengths lines;
-    };
-    struct State {
-        const char* name;
-        bool drawing;
-        std::vector<Cell> cells;
-    };
-    // Each begins with a line of three points; drawing, a second one has two.
-    const State states[] = {{"at rest",
-                             false,
-                             {{Do::Press, true, 1, 2, {3, 1}},
-                              {Do::Press, false, 0, 1, {3}},
-                              {Do::Release, true, 0, 1, {3}},
-                              {Do::Release, false, 0, 1, {3}},
-                              {Do::RightPress, true, 1, 0, {3}},
-                              {Do::Motion, true, 0, 1, {3}},
-                              {Do::Motion, false, 0, 1, {3}},
-                              {Do::Wheel, true, 1, 1, {3}},
-                              {Do::PlainWheel, true, 0, 1, {3}}}},
-                            {"drawing",
-                             true,
-                             {{Do::Press, true, 1, 2, {3, 2, 1}},
-                              {Do::Press, false, 0, 1, {3, 2}},
-                              {Do::Release, true, 1, 1, {3, 2}},
-                              {Do::Release, false, 1, 1, {3, 2}},
-                              {Do::RightPress, true, 1, 0, {3, 2}},
-                              {Do::RightPress, false, 1, 0, {3, 2}},
-                              {Do::Motion, true, 1, 2, {3, 3}},
-                              {Do::Motion, false, 1, 2, {3, 2}},
-                              {Do::Wheel, true, 1, 2, {3, 2}},
-                              {Do::PlainWheel, true, 0, 2, {3, 2}}}}};
-    for (const auto& state : states)
-        for (const auto& cell : state.cells) {
-            SCOPED_TRACE(std::string(state.name) + ", event " + std::to_string(static_cast<int>(cell.event)) +
-                         (cell.onEarth ? "" : " off the earth"));
-            auto& shape = begin();
-            stroke(300, 100, 110);
-            mouse.moveToPixel(300, 300).frame();
-            if (state.drawing) mouse.press().moveToPixel(320, 300).frame();
-            if (!cell.onEarth && cell.event == Do::Motion)
-                mouse.moveOffTheEarth();
-            else if (!cell.onEarth)
-                mouse.loseTheEarth();
-            if (cell.event == Do::Press) mouse.press();
-            if (cell.event == Do::Release) mouse.release();
-            if (cell.event == Do::RightPress) mouse.rightPress();
-            if (cell.event == Do::Motion && cell.onEarth) mouse.moveToPixel(320, 330);
-            if (cell.event == Do::Wheel) mouse.wheel(120);
-            if (cell.event == Do::PlainWheel) mouse.plainWheel(120);
-            EXPECT_EQ(mouse.result, cell.result);
-            EXPECT_EQ(stateOf(shape), cell.stateAfter);
-            EXPECT_EQ(lengths(shape), cell.lines);
-            mouse.frame().release();
-            overlay.clearShapes(false);
-            EXPECT_EQ(host.grabs, 0);
-            EXPECT_TRUE(host.overlays.empty());
-        }
+    // Pressed off the earth the event is the host's; pressed again in mid-line, another line begins.
+    manager.setCurrentMouseTool(shape.mouseTool(), true);
+    mouse.moveOffTheEarth().press();
+    EXPECT_EQ(mouse.result, 0);
+    mouse.moveToPixel(300, 300).press().moveToPixel(320, 300).moveOffTheEarth();
+    EXPECT_EQ(mouse.result, 1) << "the line goes on where the mouse comes back";
+    mouse.moveToPixel(330, 300).press().moveToPixel(340, 300).wheel(120).release();
+    EXPECT_EQ(mouse.result, 1);
+    EXPECT_EQ(lengths(shape), (Lengths{3, 3, 2}));
+    mouse.release();
+    EXPECT_EQ(mouse.result, 0);
 }
 
 TEST_F(FreeDrawTool, DrawsAtTheWorkingAltitudeAndTellsThePlace) {

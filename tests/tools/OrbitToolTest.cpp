@@ -28,10 +28,8 @@ TEST_F(OrbitTool, IsFirstCentreSecondCentreAndWidth) {
     struct Case {
         const char *name, *first, *second, *width;
     };
-    for (const auto& c : {Case{"Hawaii", "21.0N 158.0W", "21.2N 157.9W", "21.1N 158.1W"},
-                          Case{"nearer the second", "21.0N 158.0W", "21.2N 157.9W", "21.25N 157.85W"},
-                          Case{"date line", "3.0S 179.95E", "3.1S 179.9W", "3.1S 179.99E"},
-                          Case{"pole", "89.9N 40.0E", "89.8N 130.0E", "89.95N 40.0E"}}) {
+    for (const auto& c : {Case{"nearer the second", "21.0N 158.0W", "21.2N 157.9W", "21.25N 157.85W"},
+                          Case{"date line", "3.0S 179.95E", "3.1S 179.9W", "3.1S 179.99E"}}) {
         SCOPED_TRACE(c.name);
         const auto first = place(c.first), second = place(c.second), width = place(c.width);
         view.look({first.lat(), first.lon(), 3e5});
@@ -51,9 +49,6 @@ TEST_F(OrbitTool, IsFirstCentreSecondCentreAndWidth) {
         EXPECT_NEAR(orbit.minorAxis(),
                     std::min(geodesic(first, width).meters, geodesic(second, width).meters), 1e-3);
         EXPECT_EQ(*orbit.minorAxisPt(), width);
-        mouse.rightPress();
-        EXPECT_EQ(host.overlays.size(), 1u);
-        EXPECT_EQ(host.grabs, 0);
         overlay.clearShapes(false);
     }
 }
@@ -62,10 +57,6 @@ TEST_F(OrbitTool, AbortsKeepWhatWasDone) {
     auto& orbit = begin();
     mouse.from("21.0N 158.0W").to("21.0N 158.0W");
     EXPECT_TRUE(isEmpty(orbit)) << "released on its first centre";
-    mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame().moveOffTheEarth().release().frame();
-    EXPECT_EQ(mouse.result, 0);
-    EXPECT_TRUE(isEmpty(orbit)) << "released off the earth";
-    EXPECT_TRUE(host.overlays.empty());
 
     mouse.from("21.0N 158.0W").to("21.1N 158.0W");
     mouse.from("21.05N 157.9W").to("21.1N 158.0W");
@@ -156,20 +147,6 @@ TEST_F(OrbitTool, LabelsTellWayAndRadius) {
     EXPECT_EQ(label(), "LLA: 21.00 -158.00 0.00 m Rad: 11.07");
     mouse.move("20.9N 158.0W");
     EXPECT_EQ(label(), "LLA: 20.90 -158.00 0.00 m Dist: 11.07 T: 180.00");
-}
-
-TEST_F(OrbitTool, PointsThatGoWhileTheyAreDraggedAreForgotten) {
-    auto& orbit = drawn();
-    mouse.from("21.1N 158.05W");
-    EXPECT_EQ(stateOf(orbit), Tool::Dragging);
-    orbit.clear();
-    mouse.move("21.05N 158.0W").frame().wheel(120).release().frame();
-    EXPECT_TRUE(isEmpty(orbit));
-    mouse.from("21.0N 158.0W").to("21.1N 158.0W").from("21.1N 158.05W");
-    overlay.clearShapes(false);
-    mouse.move("21.2N 158.0W").frame().release();
-    EXPECT_TRUE(host.overlays.empty());
-    EXPECT_EQ(host.grabs, 0);
 }
 
 }  // namespace

@@ -102,7 +102,7 @@ class TestView final : public OverlayEditor::ToolView {
         return degrees(lat, lon);
     }
 
-    OverlayEditor::ViewProjection capture(int, int) override { return projection(); }
+    OverlayEditor::ViewProjection capture(int, int) override { return projection(density); }
     void paint(const OverlayEditor::ViewProjection& view,
                const OverlayEditor::ToolPicture& picture) override {
         painted.clear();
@@ -114,6 +114,8 @@ class TestView final : public OverlayEditor::ToolView {
     void sawCursor(const OverlayEditor::ViewProjection&, int, int, const halCore::Vec3&) override {}
 
     std::vector<Painted> painted;
+    /// Device pixels per pixel of the mouse.
+    double density = 1.0;
 
     static constexpr double kFocal = 3.0;
 
