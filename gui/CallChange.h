@@ -4,10 +4,9 @@
 
 namespace OverlayEditor {
 
-/// Reports an edit. The caller's widget, and the functor that it holds, may be gone when this returns.
+/// Reports an edit.
 inline void call(const PanelChange& change) {
-    const PanelChange kept = change;
-    if (kept) kept();
+    if (change) change();
 }
 
 }  // namespace OverlayEditor

@@ -9,8 +9,8 @@ namespace OverlayEditor {
 /// The points of a shape, one at a time: rows of a panel's table of three columns. Behind the last point
 /// stands "New Point", which becomes a point of the shape as soon as one of its coordinates is typed.
 ///
-/// It edits the container itself, and shows nothing anew after that on its own: a change may end the shape
-/// and this panel with it, so the shape tells it (refreshPoint) once it has survived.
+/// It edits the container itself, and shows nothing anew after that on its own: the shape tells it
+/// (refreshPoint).
 class PointsGui {
   public:
     /// \param closed whether the last point is joined to the first

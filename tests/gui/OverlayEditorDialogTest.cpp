@@ -336,17 +336,14 @@ TEST_F(OverlayEditorDialogTest, DeleteWhileDrawingEndsTheTool) {
     EXPECT_EQ(host.grabs, 0);
 }
 
-/// The host tells observers from inside the calls that unload and load a file.
+/// Timeouts are due, and observers told, from inside any call.
 TEST_F(OverlayEditorDialogTest, AHostThatCallsBackWhileItServesIsSurvived) {
     dialog->show();
     addCircle(1, 2, 500);
     host.fileDialogAnswers = {path("a.zel"), path("a.zel"), path("b.zel")};
     host.onCall = [&](FakeHost::Id) {
         host.fireTimeouts();
-        dialog->scenarioZELsChanged();
-        dialog->scenarioPlatformAdded();
-        dialog->scenarioEntityRemoved(3);
-        mouse.handleMouseEvent(Mouse::Motion, {});
+        for (auto* const observer : std::vector(host.observers)) observer->addedZEL(nullptr);
     };
     press("Save As...");
     press("Edit");

@@ -220,32 +220,4 @@ TEST_F(ShapePanelsTest, LabelsAndFreeDrawingsTakeWhatIsChosen) {
     EXPECT_EQ(drawing.pixelPrecision(), 12);
 }
 
-// The host may take the shape away while it is shown anew: its panel dies inside its own event.
-TEST_F(ShapePanelsTest, AnEditMayEndTheShape) {
-    const auto endDuring = [this](const std::function<void()>& edit) {
-        host.onCall = [this](FakeHost::Id id) {
-            if (id == FakeHost::Id::OverlayFiles) shape.reset();
-        };
-        edit();
-        host.onCall = nullptr;
-        EXPECT_EQ(shape, nullptr);
-    };
-    const auto polygon = [this] {
-        PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
-        for (int i = 0; i < 3; ++i) line.insertPointAtIndex(0, degrees(i, i, 0));
-    };
-    polygon();
-    endDuring([this] { form.type("Lat:", "5"); });
-    polygon();
-    endDuring([this] { press("Insert"); });
-    polygon();
-    endDuring([this] { form.choose("Line Width: ", 5); });
-    RectangleShape& box = open<RectangleShape>(RectangleShape::Rectangle);
-    box.setFromCenter(degrees(1, 2, 0), 10, 10);
-    box.fillGui();
-    endDuring([this] { form.type("Height:", "7"); });
-    open<AnnotationShape>().mouseSetPosition(degrees(1, 2, 3));
-    endDuring([this] { form.type("Lat:", "5"); });
-}
-
 }  // namespace
