@@ -15,22 +15,6 @@ using Id = FakeHost::Id;
 
 class DifficultHostBase : public HostedPlugin {
   protected:
-    DifficultHostBase() { host.platforms[kShip].header.name = "Ship"; }
-
-    /// The host forgets what it once refused to destroy.
-    void forget() {
-        host.widgets.clear();
-        host.timeouts.clear();
-        host.overlays.clear();
-        host.observers.clear();
-        host.contextMenus.clear();
-        host.actions.clear();
-        host.services.clear();
-        host.screenTexts.clear();
-        host.notifications.clear();
-        host.fileDialogAnswers.clear();
-        host.icons = host.grabs = 0;
-    }
     std::ptrdiff_t quickFiles() const {
         using Directory = std::filesystem::directory_iterator;
         std::error_code none;
@@ -41,9 +25,6 @@ class DifficultHostBase : public HostedPlugin {
     /// \return the number of service calls of the work
     int survive() {
         forget();
-        // Wherever they were saved.
-        for (const auto& entry : std::filesystem::directory_iterator(directory))
-            std::filesystem::remove_all(entry);
         calls = 0;
         LoadedPlugin plugin(host);
         running = &plugin;

@@ -28,6 +28,7 @@ class HostedPlugin : public ::testing::Test {
         std::filesystem::current_path(directory);
         host.pixelToLla = [](int x, int y) { return std::optional(atPixel(x, y)); };
         host.settings["AutoSaveZelDir"] = directory + "/quick";
+        host.platforms[kShip].header.name = "Ship";
     }
 
     ~HostedPlugin() override { std::filesystem::current_path(before); }
@@ -88,6 +89,22 @@ class HostedPlugin : public ::testing::Test {
         record.integers[PIParameterName_t::Width] = 800;
         record.integers[PIParameterName_t::Height] = 600;
         plugin.dispatch(Function::PreDrawOnRefresh, &record);
+    }
+    /// As if nothing had been before: the host forgets also what it once refused to destroy.
+    void forget() {
+        host.widgets.clear();
+        host.timeouts.clear();
+        host.overlays.clear();
+        host.observers.clear();
+        host.contextMenus.clear();
+        host.actions.clear();
+        host.services.clear();
+        host.screenTexts.clear();
+        host.notifications.clear();
+        host.fileDialogAnswers.clear();
+        host.icons = host.grabs = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(directory))
+            std::filesystem::remove_all(entry);
     }
     void expectNothingLeft() {
         using ::testing::IsEmpty;
