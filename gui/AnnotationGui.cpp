@@ -2,9 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
-
-#include "gui/CallChange.h"
 
 namespace OverlayEditor {
 
@@ -19,42 +16,28 @@ constexpr std::array<const char*, 29> kFonts{
 
 }  // namespace
 
-AnnotationGui::AnnotationGui(const Preferences& preferences, PIGUI::PICanvas& canvas, PanelChange change)
-    : fonts_(kFonts.begin(), kFonts.end()),
-      change_(std::move(change)),
-      table_(&canvas, 3),
-      draw_(table_, [this] { onCmdChange(); }),
-      position_(table_, preferences, [this] { onCmdChange(); }),
-      color_(table_, "Line Color:\tColor to use for drawing the line", [this] { onCmdChange(); }),
-      fontCaption_(&table_, "Font:\tFont to use when drawing the text"),
-      font_(&table_, "\tFont to use when drawing the text", callbacks_.make(&AnnotationGui::onCmdFont)),
-      fontFiller_(&table_, ""),
-      fontSize_(table_, "Font Size:\tSize to use when drawing the text", "pixels", 1,
-                [this] { onCmdChange(); }) {
+FontRow::FontRow(PanelBody& panel)
+    : PanelRow(panel, "Font:\tFont to use when drawing the text", "\tFont to use when drawing the text", ""),
+      fonts_(kFonts.begin(), kFonts.end()) {
     for (std::size_t i = 0; i < fonts_.size(); ++i)
-        font_.appendOption(static_cast<std::int32_t>(i), fonts_[i]);
+        field_.appendOption(static_cast<std::int32_t>(i), fonts_[i]);
 }
 
-void AnnotationGui::setFontName(const std::string& fileName) {
-    fontName_ = fileName;
-    auto found = std::find(fonts_.begin(), fonts_.end(), fileName);
+void FontRow::setValue(const std::string& fileName) {
+    fileName_ = fileName;
+    auto found = std::ranges::find(fonts_, fileName);
     if (found == fonts_.end()) {
-        font_.appendOption(static_cast<std::int32_t>(fonts_.size()), fileName);
+        field_.appendOption(static_cast<std::int32_t>(fonts_.size()), fileName);
         found = fonts_.insert(fonts_.end(), fileName);
     }
-    font_.setValue(static_cast<std::int32_t>(found - fonts_.begin()));
+    field_.setValue(static_cast<std::int32_t>(found - fonts_.begin()));
 }
 
-int AnnotationGui::onCmdFont(PIObject*, void*) {
-    const auto chosen = static_cast<std::size_t>(font_.getValueInt());
-    if (chosen >= fonts_.size()) return 1;
-    fontName_ = fonts_[chosen];
-    onCmdChange();
-    return 1;
-}
-
-void AnnotationGui::onCmdChange() {
-    call(change_);
+bool FontRow::takeEdit_() {
+    const auto chosen = static_cast<std::size_t>(field_.getValueInt());
+    if (chosen >= fonts_.size()) return false;
+    fileName_ = fonts_[chosen];
+    return true;
 }
 
 }  // namespace OverlayEditor

@@ -3,52 +3,44 @@
 #include <string>
 #include <vector>
 
-#include "gui/DrawRow.h"
-#include "gui/NumberRow.h"
 #include "gui/PointEditGui.h"
-#include "gui/StyleWidgets.h"
 
 namespace OverlayEditor {
 
-/// The panel of labels.
-class AnnotationGui final : public AnnotationPanel {
+/// Chooses a font file. One that is not among those it offers is added to them when it is set.
+class FontRow final : public PanelRow<PIGUI::PIOptionMenu> {
   public:
-    /// \param canvas holds the panel and must outlive it
-    /// \param change called after every edit of the user's
-    AnnotationGui(const Preferences& preferences, PIGUI::PICanvas& canvas, PanelChange change);
-    ~AnnotationGui() override { callbacks_.disconnect(); }
-
-    void setDraw(bool drawn) override { draw_.setDrawCheck(drawn); }
-    bool isDrawn() const override { return draw_.drawCheck(); }
-    void setPosition(const halCore::Vec3& lla) override { position_.setPosition(lla); }
-    std::optional<halCore::Vec3> position() const override { return position_.edited(); }
-    void setColor(std::uint32_t rgba) override { color_.setColor(rgba); }
-    std::uint32_t color() const override { return color_.color(); }
-    void setFontName(const std::string& fileName) override;
-    std::string fontName() const override { return fontName_; }
-    void setFontSize(int points) override { fontSize_.setValue(points); }
-    int fontSize() const override { return fontSize_.value(); }
-    void setPointConverter(PointConverter* converter) override { position_.setPointConverter(converter); }
-    void notifyPrefsUpdate() override { position_.notifyPrefsUpdate(); }
-
-    int onCmdFont(PIObject* sender, void* data);
-    /// Every edit ends here.
-    void onCmdChange();
+    explicit FontRow(PanelBody& panel);
+    void setValue(const std::string& fileName);
+    std::string value() const { return fileName_; }
 
   private:
-    std::string fontName_;
-    /// The font selector's options, in its order.
+    bool takeEdit_() override;
+
+    std::string fileName_;
+    /// The options, in their order.
     std::vector<std::string> fonts_;
-    CallbackList<AnnotationGui> callbacks_{this};
-    PanelChange change_;
-    PIGUI::PIHorizontalMatrix table_;
-    DrawRow draw_;
-    PointEditGui position_;
-    ColorRow color_;
-    PIGUI::PILabel fontCaption_;
-    PIGUI::PIOptionMenu font_;
-    PIGUI::PILabel fontFiller_;
-    NumberRow fontSize_;
+};
+
+/// The panel of labels.
+class AnnotationGui final : public PanelOf<AnnotationPanel> {
+  public:
+    using PanelOf::PanelOf;
+
+    void setPosition(const halCore::Vec3& lla) override { position_.setPosition(lla); }
+    std::optional<halCore::Vec3> position() const override { return position_.edited(); }
+    void setColor(std::uint32_t rgba) override { color_.setValue(rgba); }
+    std::uint32_t color() const override { return color_.value(); }
+    void setFontName(const std::string& fileName) override { font_.setValue(fileName); }
+    std::string fontName() const override { return font_.value(); }
+    void setFontSize(int points) override { fontSize_.setValue(points); }
+    int fontSize() const override { return fontSize_.value(); }
+
+  private:
+    PointEditGui position_{*this};
+    ColorRow color_{*this, "Line Color:\tColor to use for drawing the line"};
+    FontRow font_{*this};
+    NumberRow fontSize_{*this, "Font Size:\tSize to use when drawing the text", "pixels", 1};
 };
 
 }  // namespace OverlayEditor

@@ -1,36 +1,24 @@
 #pragma once
 
-#include "gui/DrawRow.h"
-#include "gui/NumberRow.h"
-#include "gui/StyleWidgets.h"
+#include "gui/PanelRows.h"
 
 namespace OverlayEditor {
 
-/// The panel of lines drawn by hand.
-class FreeDrawGui final : public FreeDrawPanel {
+/// The panel of lines drawn by hand. It shows no positions and no values with units.
+class FreeDrawGui final : public PanelOf<FreeDrawPanel> {
   public:
-    /// \param canvas holds the panel and must outlive it
-    /// \param change called after every edit of the user's
-    FreeDrawGui(PIGUI::PICanvas& canvas, PanelChange change);
+    using PanelOf::PanelOf;
 
-    void setDrawCheck(bool drawn) override { draw_.setDrawCheck(drawn); }
-    bool drawCheck() const override { return draw_.drawCheck(); }
     void setPixelPrecision(int pixels) override { pixelPrecision_.setValue(pixels); }
     int pixelPrecision() const override { return pixelPrecision_.value(); }
     LineStyleGUI& lineStyle() override { return lineStyle_; }
-    /// It shows no positions and no values with units.
-    void setPointConverter(PointConverter*) override {}
-    void notifyPrefsUpdate() override {}
-
-    /// Every edit ends here.
-    void onCmdChange();
 
   private:
-    PanelChange change_;
-    PIGUI::PIHorizontalMatrix table_;
-    DrawRow draw_;
-    NumberRow pixelPrecision_;
-    LineStyleWidgets lineStyle_;
+    NumberRow pixelPrecision_{*this,
+                              "Pixel Precision:\tNumber of pixels mouse moves before defining a new point in "
+                              "the line. Only takes effect when starting new line.",
+                              "pixels", 1};
+    LineStyleRows lineStyle_{*this};
 };
 
 }  // namespace OverlayEditor

@@ -5,20 +5,18 @@
 
 namespace OverlayEditor {
 
-/// A position as latitude, longitude and altitude: three rows of a panel's table.
+/// A position as latitude, longitude and altitude.
 class LlaEditGUI final : public PointEditor {
   public:
-    LlaEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change);
+    explicit LlaEditGUI(PanelBody& panel);
 
     void setPosition(const halCore::Vec3& lla) override;
     std::optional<halCore::Vec3> edited() const override;
     bool placeEdited() const override { return lat_.edited() || lon_.edited(); }
-    void notifyPrefsUpdate() override;
-    void setShown(bool shown) override;
-    void setEnabled(bool enabled) override;
 
   private:
-    halCore::Vec3 position_;
+    std::array<Row*, 3> rows_() override { return {&lat_, &lon_, &alt_}; }
+
     ValueUnitEntry lat_;
     ValueUnitEntry lon_;
     ValueUnitEntry alt_;

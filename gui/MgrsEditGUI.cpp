@@ -6,7 +6,6 @@
 #include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/MgrsConvert.h"
-#include "gui/CallChange.h"
 
 namespace OverlayEditor {
 
@@ -29,87 +28,61 @@ bool isLetter(char c) {
 
 }  // namespace
 
-MgrsEditGUI::MgrsEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change)
-    : change_(change),
-      squareCaption_(&table, "GZD:\tGrid zone and 100km square"),
-      square_(&table, PIGUI::PITextFieldNormal, callbacks_.make(&MgrsEditGUI::onCmdEdit)),
-      squareUnit_(&table, ""),
-      numbersCaption_(&table, "Easting/Northing:\tMGRS Easting and Northing components"),
-      numbers_(&table, PIGUI::PITextFieldNormal, callbacks_.make(&MgrsEditGUI::onCmdEdit)),
-      numbersUnit_(&table, "m"),
-      alt_(table, "Alt:\tAltitude in specified units", ValueUnitEntry::Quantity::Altitude, preferences,
-           change) {}
+MgrsEditGUI::MgrsEditGUI(PanelBody& panel)
+    : square_(panel, *this, "GZD:\tGrid zone and 100km square", ""),
+      numbers_(panel, *this, "Easting/Northing:\tMGRS Easting and Northing components", "m"),
+      alt_(panel, "Alt:\tAltitude in specified units", ValueUnitEntry::Quantity::Altitude) {}
 
 void MgrsEditGUI::setPosition(const halCore::Vec3& lla) {
     position_ = lla;
     referenceEdited_ = false;
     alt_.setValue(lla.alt());
-
-    const std::string square = shownSquare_;
-    const std::string numbers = shownNumbers_;
-    std::string mgrs, gzd, squareId, easting, northing;
-    if (UTILS::MgrsConvert::geodeticToMgrs(lla.lat(), lla.lon(), mgrs) == 0 &&
-        UTILS::MgrsConvert::divideMgrs(mgrs, gzd, squareId, easting, northing) == 0) {
-        shownSquare_ = gzd + " " + squareId;
-        shownNumbers_ = easting + " " + northing;
-    } else {
-        shownSquare_.clear();
-        shownNumbers_.clear();
-    }
-    // Texts that stay the same are left alone: the user may be typing in the fields.
-    if (square != shownSquare_ || numbers != shownNumbers_) showReference_();
+    showReference_();
 }
 
 std::optional<halCore::Vec3> MgrsEditGUI::edited() const {
-    const auto alt = alt_.edited();
-    if (!referenceEdited_ && !alt) return std::nullopt;
-    return halCore::Vec3(position_.lat(), position_.lon(), alt.value_or(position_.alt()));
+    if (!referenceEdited_ && !alt_.edited()) return std::nullopt;
+    return halCore::Vec3(position_.lat(), position_.lon(), alt_.value());
 }
 
-void MgrsEditGUI::notifyPrefsUpdate() {
-    alt_.notifyPrefsUpdate();
+MgrsEditGUI::Texts MgrsEditGUI::reference_() const {
+    std::string mgrs, gzd, square, easting, northing;
+    if (UTILS::MgrsConvert::geodeticToMgrs(position_.lat(), position_.lon(), mgrs) != 0 ||
+        UTILS::MgrsConvert::divideMgrs(mgrs, gzd, square, easting, northing) != 0)
+        return {};
+    return {gzd + " " + square, easting + " " + northing};
 }
 
-void MgrsEditGUI::setEnabled(bool enabled) {
-    square_.setEnabled(enabled);
-    numbers_.setEnabled(enabled);
-    alt_.setEnabled(enabled);
+void MgrsEditGUI::showReference_() {
+    const Texts shown = reference_();
+    square_.setText(shown.square);
+    numbers_.setText(shown.numbers);
 }
 
-void MgrsEditGUI::setShown(bool shown) {
-    for (PIGUI::PIWindow* cell : std::initializer_list<PIGUI::PIWindow*>{
-             &squareCaption_, &square_, &squareUnit_, &numbersCaption_, &numbers_, &numbersUnit_})
-        shown ? cell->show() : cell->hide();
-    alt_.setShown(shown);
-}
-
-int MgrsEditGUI::onCmdEdit(PIObject*, void*) {
-    const std::string square = square_.getValueText();
-    const std::string numbers = numbers_.getValueText();
-    if (square == shownSquare_ && numbers == shownNumbers_) return 1;
+bool MgrsEditGUI::takeReference_() {
+    const Texts typed{square_.text(), numbers_.text()};
+    if (typed == reference_()) return false;
     halCore::Vec3 lla = edited().value_or(position_);
-    if (const std::string error = read_(square, numbers, lla); !error.empty()) {
-        halNotify::notify(halNotify::Warning) << "MGRS \"" << square << " " << numbers << "\": " << error;
-        showReference_();
-        return 1;
-    }
-    setPosition(lla);
+    const std::string error = read_(typed, lla);
+    if (error.empty())
+        setPosition(lla);
+    else
+        halNotify::notify(halNotify::Warning)
+            << "MGRS \"" << typed.square << " " << typed.numbers << "\": " << error;
     showReference_();
-    referenceEdited_ = true;
-    call(change_);
-    return 1;
+    referenceEdited_ = referenceEdited_ || error.empty();
+    return error.empty();
 }
 
-std::string MgrsEditGUI::read_(const std::string& square, const std::string& numbers,
-                               halCore::Vec3& lla) const {
+std::string MgrsEditGUI::read_(const Texts& typed, halCore::Vec3& lla) {
     std::string error, gzd, squareId, easting, northing, mgrs;
     // With letters the second field holds a whole reference, and the first is what it was before.
-    const bool whole = std::any_of(numbers.begin(), numbers.end(), isLetter);
-    if (UTILS::MgrsConvert::divideMgrs(whole ? numbers : square, gzd, squareId, easting, northing, &error) !=
-        0)
+    const bool whole = std::ranges::any_of(typed.numbers, isLetter);
+    if (UTILS::MgrsConvert::divideMgrs(whole ? typed.numbers : typed.square, gzd, squareId, easting, northing,
+                                       &error) != 0)
         return error;
     // With its digits so does the first one.
-    if (easting.empty()) splitNumbers(whole ? "" : numbers, easting, northing);
+    if (easting.empty()) splitNumbers(whole ? "" : typed.numbers, easting, northing);
     if (easting.empty()) return "easting and northing are missing";
     double lat = 0.0;
     double lon = 0.0;
@@ -119,11 +92,6 @@ std::string MgrsEditGUI::read_(const std::string& square, const std::string& num
     lla.setLat(lat);
     lla.setLon(lon);
     return {};
-}
-
-void MgrsEditGUI::showReference_() {
-    square_.setValue(shownSquare_);
-    numbers_.setValue(shownNumbers_);
 }
 
 }  // namespace OverlayEditor

@@ -7,41 +7,50 @@
 
 namespace OverlayEditor {
 
-/// A position as an MGRS reference and an altitude: three rows of a panel's table. The reference is shown to
-/// the metre; one that is typed means the south-west corner of its square. A whole reference may be
-/// typed into either field.
+/// A position as an MGRS reference and an altitude. The reference is shown to the metre; one that is typed
+/// means the south-west corner of its square. A whole reference may be typed into either field.
 class MgrsEditGUI final : public PointEditor {
   public:
-    MgrsEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change);
-    ~MgrsEditGUI() override { callbacks_.disconnect(); }
+    explicit MgrsEditGUI(PanelBody& panel);
 
     void setPosition(const halCore::Vec3& lla) override;
     std::optional<halCore::Vec3> edited() const override;
     bool placeEdited() const override { return referenceEdited_; }
-    void notifyPrefsUpdate() override;
-    void setShown(bool shown) override;
-    void setEnabled(bool enabled) override;
-
-    /// One of the two fields was edited. Text that denotes no place is reported, and the fields show the
-    /// position again.
-    int onCmdEdit(PIObject* sender, void* data);
 
   private:
-    std::string read_(const std::string& square, const std::string& numbers, halCore::Vec3& lla) const;
-    void showReference_();
+    /// One of the two fields of the reference.
+    class TextRow final : public Row {
+      public:
+        TextRow(PanelBody& panel, MgrsEditGUI& editor, const std::string& caption, const std::string& unit)
+            : Row(panel, caption, PIGUI::PITextFieldNormal, unit), editor_(editor) {}
+        std::string text() const { return field_.getValueText(); }
+        void setText(const std::string& text) { field_.setValue(text); }
 
-    PanelChange change_;
+      private:
+        bool takeEdit_() override { return editor_.takeReference_(); }
+
+        MgrsEditGUI& editor_;
+    };
+    /// What the two fields hold.
+    struct Texts {
+        std::string square;
+        std::string numbers;
+        bool operator==(const Texts&) const = default;
+    };
+
+    std::array<Row*, 3> rows_() override { return {&square_, &numbers_, &alt_}; }
+    /// One of the two fields was edited. Text that denotes no place is reported, and the fields show the
+    /// position again. \return whether it is a new place
+    bool takeReference_();
+    /// Of the position; empty where there are no references.
+    Texts reference_() const;
+    void showReference_();
+    static std::string read_(const Texts& typed, halCore::Vec3& lla);
+
     halCore::Vec3 position_;
     bool referenceEdited_ = false;
-    std::string shownSquare_;
-    std::string shownNumbers_;
-    CallbackList<MgrsEditGUI> callbacks_{this};
-    PIGUI::PILabel squareCaption_;
-    PIGUI::PITextField square_;
-    PIGUI::PILabel squareUnit_;
-    PIGUI::PILabel numbersCaption_;
-    PIGUI::PITextField numbers_;
-    PIGUI::PILabel numbersUnit_;
+    TextRow square_;
+    TextRow numbers_;
     ValueUnitEntry alt_;
 };
 

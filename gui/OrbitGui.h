@@ -1,21 +1,14 @@
 #pragma once
 
-#include "gui/DrawRow.h"
-#include "gui/HeadingRow.h"
 #include "gui/PointEditGui.h"
-#include "gui/StyleWidgets.h"
 
 namespace OverlayEditor {
 
 /// The panel of orbits.
-class OrbitGui final : public OrbitPanel {
+class OrbitGui final : public PanelOf<OrbitPanel> {
   public:
-    /// \param canvas holds the panel and must outlive it
-    /// \param change called after every edit of the user's
-    OrbitGui(const Preferences& preferences, PIGUI::PICanvas& canvas, PanelChange change);
+    using PanelOf::PanelOf;
 
-    void setDrawCheck(bool drawn) override { draw_.setDrawCheck(drawn); }
-    bool drawCheck() const override { return draw_.drawCheck(); }
     void setCenterLla(const halCore::Vec3& lla) override { center1_.setPosition(lla); }
     std::optional<halCore::Vec3> centerLla() const override { return center1_.edited(); }
     void setCenterLla2(const halCore::Vec3& lla) override { center2_.setPosition(lla); }
@@ -24,23 +17,15 @@ class OrbitGui final : public OrbitPanel {
     std::optional<double> radius() const override { return radius_.edited(); }
     LineStyleGUI& lineStyle() override { return lineStyle_; }
     FillStyleGUI& fillStyle() override { return fillStyle_; }
-    void setPointConverter(PointConverter* converter) override;
-    void notifyPrefsUpdate() override;
-
-    /// Every edit ends here.
-    void onCmdChange();
 
   private:
-    PanelChange change_;
-    PIGUI::PIHorizontalMatrix table_;
-    DrawRow draw_;
-    HeadingRow heading1_;
-    PointEditGui center1_;
-    HeadingRow heading2_;
-    PointEditGui center2_;
-    ValueUnitEntry radius_;
-    LineStyleWidgets lineStyle_;
-    FillStyleWidgets fillStyle_;
+    HeadingRow heading1_{*this, "Center 1:\tCenter point for first end of the orbit shape"};
+    PointEditGui center1_{*this};
+    HeadingRow heading2_{*this, "Center 2:\tCenter point for other end of the orbit shape"};
+    PointEditGui center2_{*this};
+    ValueUnitEntry radius_{*this, "Radius:\tRadius for this shape", ValueUnitEntry::Quantity::Radius};
+    LineStyleRows lineStyle_{*this};
+    FillStyleRows fillStyle_{*this};
 };
 
 }  // namespace OverlayEditor

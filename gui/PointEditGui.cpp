@@ -2,12 +2,12 @@
 
 namespace OverlayEditor {
 
-PointEditGui::PointEditGui(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change)
-    : preferences_(preferences),
-      lla_(table, preferences, change),
-      xyz_(table, preferences, change),
-      mgrs_(table, preferences, change) {
+PointEditGui::PointEditGui(PanelBody& panel)
+    : preferences_(panel.preferences()), lla_(panel), xyz_(panel), mgrs_(panel) {
+    xyz_.setShown(false);
+    mgrs_.setShown(false);
     choose_();
+    panel.add(*this);
 }
 
 void PointEditGui::setPosition(const halCore::Vec3& lla) {
@@ -22,12 +22,6 @@ void PointEditGui::setPointConverter(PointConverter* converter) {
     choose_();
 }
 
-void PointEditGui::notifyPrefsUpdate() {
-    position_ = position();
-    choose_();
-    current_->notifyPrefsUpdate();
-}
-
 void PointEditGui::setEnabled(bool enabled) {
     lla_.setEnabled(enabled);
     xyz_.setEnabled(enabled);
@@ -39,12 +33,11 @@ void PointEditGui::choose_() {
     if (preferences_.coordinateSystem() == Preferences::MGRS) chosen = &mgrs_;
     if (attached_) chosen = &xyz_;
     if (chosen == current_) return;
+    position_ = position();
+    current_->setShown(false);
+    chosen->setShown(true);
     current_ = chosen;
-    for (PointEditor* editor : {static_cast<PointEditor*>(&lla_), static_cast<PointEditor*>(&xyz_),
-                                static_cast<PointEditor*>(&mgrs_)})
-        editor->setShown(editor == current_);
     current_->setPosition(position_);
-    current_->notifyPrefsUpdate();
 }
 
 }  // namespace OverlayEditor

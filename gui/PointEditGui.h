@@ -8,23 +8,21 @@
 
 namespace OverlayEditor {
 
-/// One point, rows of a panel's table of three columns: offsets while there is a converter, otherwise the
-/// coordinate system that the preferences name.
-class PointEditGui {
+/// One point of a panel: offsets while there is a converter, otherwise the coordinate system that the
+/// preferences name.
+class PointEditGui final : public PanelPart {
   public:
-    /// \param change called after each edit of the user's that gave a position
-    PointEditGui(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change);
+    explicit PointEditGui(PanelBody& panel);
 
-    /// Whose reference the point is an offset from; null for a point that is attached to nothing. Not
-    /// owned. Its reference may have moved: follow with setPosition.
-    void setPointConverter(PointConverter* converter);
+    /// The converter's reference may have moved: follow with setPosition.
+    void setPointConverter(PointConverter* converter) override;
+    void notifyPrefsUpdate() override { choose_(); }
     /// Radians and metres. \see PointEditor
     void setPosition(const halCore::Vec3& lla);
     std::optional<halCore::Vec3> edited() const { return current_->edited(); }
     bool placeEdited() const { return current_->placeEdited(); }
     /// The position in view, edited or not.
     halCore::Vec3 position() const { return edited().value_or(position_); }
-    void notifyPrefsUpdate();
     void setEnabled(bool enabled);
 
   private:
@@ -37,7 +35,7 @@ class PointEditGui {
     LlaEditGUI lla_;
     XyzEditGUI xyz_;
     MgrsEditGUI mgrs_;
-    PointEditor* current_ = nullptr;
+    PointEditor* current_ = &lla_;
 };
 
 }  // namespace OverlayEditor

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <array>
 #include <optional>
 
 #include "common/Vec3.h"
+#include "gui/PanelRows.h"
 
 namespace OverlayEditor {
 
-/// Fields for one geodetic position in one way of writing it: radians, metres.
+/// Three rows for one geodetic position in one way of writing it: radians, metres.
 class PointEditor {
   public:
     virtual ~PointEditor() = default;
@@ -17,10 +19,16 @@ class PointEditor {
     virtual std::optional<halCore::Vec3> edited() const = 0;
     /// Whether more than the height was typed since the last setPosition.
     virtual bool placeEdited() const = 0;
-    /// Units or precision changed: everything is shown anew.
-    virtual void notifyPrefsUpdate() = 0;
-    virtual void setShown(bool shown) = 0;
-    virtual void setEnabled(bool enabled) = 0;
+    void setShown(bool shown) {
+        for (Row* row : rows_()) row->setShown(shown);
+    }
+    void setEnabled(bool enabled) {
+        for (Row* row : rows_()) row->setEnabled(enabled);
+    }
+
+  protected:
+    using Row = PanelRow<PIGUI::PITextField>;
+    virtual std::array<Row*, 3> rows_() = 0;
 };
 
 }  // namespace OverlayEditor

@@ -10,20 +10,22 @@ namespace OverlayEditor {
 
 using halCore::Vec3;
 
-PointsGui::PointsGui(PIGUI::PICanvas& table, const Preferences& preferences, bool closed)
+PointsGui::PointsGui(PanelBody& panel, bool closed)
     : closed_(closed),
-      caption_(&table, "Points"),
-      buttons_(&table, PIGUI::PILayoutFillX),
+      caption_(panel.table(), "Points"),
+      buttons_(panel.table(), PIGUI::PILayoutFillX),
       previous_(&buttons_, "<-\tPrevious point", callbacks_.make(&PointsGui::onCmdPrevious)),
       next_(&buttons_, "->\tNext point", callbacks_.make(&PointsGui::onCmdNext)),
       insert_(&buttons_, "Insert\tInsert a point before the current one",
               callbacks_.make(&PointsGui::onCmdInsert)),
       delete_(&buttons_, "Delete\tDelete the current point", callbacks_.make(&PointsGui::onCmdDelete)),
-      filler_(&table, ""),
-      name_(&table, "Point"),
-      counter_(&table, ""),
-      counterFiller_(&table, ""),
-      point_(table, preferences, [this] { onCmdChange_(); }) {}
+      filler_(panel.table(), ""),
+      name_(panel.table(), "Point"),
+      counter_(panel.table(), ""),
+      counterFiller_(panel.table(), ""),
+      point_(panel) {
+    panel.add(*this);
+}
 
 void PointsGui::setPoints(PointsContainer& points) {
     if (points_ != &points) index_ = 0;
@@ -37,18 +39,13 @@ void PointsGui::refreshPoint(unsigned long index) {
     show_();
 }
 
-void PointsGui::setPointConverter(PointConverter* converter) {
-    converter_ = converter;
-    point_.setPointConverter(converter);
-}
-
 void PointsGui::show_() {
     if (!points_) return;
     const unsigned long count = points_->getNumPoints();
     index_ = std::min(index_, count);
     const bool isNew = index_ == count;
-    name_.updateValue(isNew ? "New Point" : "Point");
-    counter_.updateValue(isNew ? std::string() : std::to_string(index_ + 1) + " of " + std::to_string(count));
+    name_.setValue(std::string(isNew ? "New Point" : "Point"));
+    counter_.setValue(isNew ? std::string() : std::to_string(index_ + 1) + " of " + std::to_string(count));
     point_.setPosition(isNew ? newPoint_() : points_->pointAtIndex(index_));
     previous_.setEnabled(index_ > 0);
     next_.setEnabled(!isNew);
@@ -98,9 +95,10 @@ int PointsGui::onCmdDelete(PIObject*, void*) {
     return 1;
 }
 
-void PointsGui::onCmdChange_() {
+bool PointsGui::takeEdit() {
     const auto edited = point_.edited();
     if (points_ && edited) points_->setPointAtIndex(index_, *edited);
+    return edited.has_value();
 }
 
 }  // namespace OverlayEditor

@@ -6,15 +6,15 @@
 
 namespace OverlayEditor {
 
-/// The points of a shape, one at a time: rows of a panel's table of three columns. Behind the last point
-/// stands "New Point", which becomes a point of the shape as soon as one of its coordinates is typed.
+/// The points of a shape, one at a time: rows of a panel. Behind the last point stands "New Point", which
+/// becomes a point of the shape as soon as one of its coordinates is typed.
 ///
 /// It edits the container itself, and shows nothing anew after that on its own: the shape tells it
 /// (refreshPoint).
-class PointsGui {
+class PointsGui final : public PanelPart {
   public:
     /// \param closed whether the last point is joined to the first
-    PointsGui(PIGUI::PICanvas& table, const Preferences& preferences, bool closed);
+    PointsGui(PanelBody& panel, bool closed);
     ~PointsGui() { callbacks_.disconnect(); }
     PointsGui(const PointsGui&) = delete;
     PointsGui& operator=(const PointsGui&) = delete;
@@ -24,9 +24,9 @@ class PointsGui {
     void setPoints(PointsContainer& points);
     /// Goes to a point that was changed, and shows it and the number of points.
     void refreshPoint(unsigned long index);
-    /// Null for geodetic positions. \see PointEditGui::setPointConverter
-    void setPointConverter(PointConverter* converter);
-    void notifyPrefsUpdate() { point_.notifyPrefsUpdate(); }
+    /// Takes over what was typed. \return whether anything was
+    bool takeEdit();
+    void setPointConverter(PointConverter* converter) override { converter_ = converter; }
 
     int onCmdPrevious(PIObject* sender, void* data);
     int onCmdNext(PIObject* sender, void* data);
@@ -34,8 +34,6 @@ class PointsGui {
     int onCmdDelete(PIObject* sender, void* data);
 
   private:
-    /// The point editor was edited.
-    void onCmdChange_();
     void show_();
     /// What "New Point" starts from: an attached shape's reference, else the last point, else the ground in
     /// view.

@@ -31,9 +31,9 @@ std::unique_ptr<RectanglePanel> ShapePanelMaker::make(const RectangleShape&, Pre
     return std::make_unique<RectangleGui>(preferences, canvas, std::move(change));
 }
 
-std::unique_ptr<FreeDrawPanel> ShapePanelMaker::make(const FreeDrawShape&, Preferences&,
+std::unique_ptr<FreeDrawPanel> ShapePanelMaker::make(const FreeDrawShape&, Preferences& preferences,
                                                      PIGUI::PICanvas& canvas, PanelChange change) {
-    return std::make_unique<FreeDrawGui>(canvas, std::move(change));
+    return std::make_unique<FreeDrawGui>(preferences, canvas, std::move(change));
 }
 
 std::unique_ptr<AnnotationPanel> ShapePanelMaker::make(const AnnotationShape&, Preferences& preferences,

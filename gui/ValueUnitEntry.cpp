@@ -1,12 +1,10 @@
 #include "gui/ValueUnitEntry.h"
 
 #include <cmath>
-#include <utility>
 
 #include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/Wgs84.h"
-#include "gui/CallChange.h"
 #include "gui/Captions.h"
 
 namespace OverlayEditor {
@@ -36,45 +34,30 @@ std::string_view refusal(Quantity quantity, double value) {
 
 }  // namespace
 
-ValueUnitEntry::ValueUnitEntry(PIGUI::PICanvas& table, const std::string& caption, Quantity quantity,
-                               const Preferences& preferences, PanelChange change)
-    : quantity_(quantity),
-      preferences_(preferences),
-      change_(std::move(change)),
-      name_(captionName(caption)),
-      caption_(&table, caption),
-      field_(&table, PIGUI::PITextFieldNormal, callbacks_.make(&ValueUnitEntry::onCmdEdit)),
-      unitLabel_(&table, unit_()) {
-    shownText_ = format_();
-    field_.setValue(shownText_);
+ValueUnitEntry::ValueUnitEntry(PanelBody& panel, const std::string& caption, Quantity quantity)
+    : PanelRow(panel, caption, PIGUI::PITextFieldNormal, ""),
+      preferences_(panel.preferences()),
+      quantity_(quantity),
+      name_(captionName(caption)) {
+    unit_.setValue(unitText_());
+    panel.add(*this);
 }
 
 void ValueUnitEntry::setValue(double value) {
     value_ = value;
     edited_ = false;
-    std::string text = format_();
-    // A text that stays the same is left alone: the user may be typing in the field.
-    if (text == shownText_) return;
-    shownText_ = std::move(text);
-    field_.setValue(shownText_);
+    field_.setValue(format_());
 }
 
 void ValueUnitEntry::notifyPrefsUpdate() {
-    unitLabel_.setValue(unit_());
-    shownText_ = format_();
-    field_.setValue(shownText_);
+    unit_.setValue(unitText_());
+    field_.setValue(format_());
 }
 
-void ValueUnitEntry::setShown(bool shown) {
-    for (PIGUI::PIWindow* cell :
-         {static_cast<PIGUI::PIWindow*>(&caption_), static_cast<PIGUI::PIWindow*>(&field_),
-          static_cast<PIGUI::PIWindow*>(&unitLabel_)})
-        shown ? cell->show() : cell->hide();
-}
-
-int ValueUnitEntry::onCmdEdit(PIObject*, void*) {
+bool ValueUnitEntry::takeEdit_() {
     const std::string text = field_.getValueText();
-    if (text == shownText_) return 1;
+    // Left as it was, it keeps the digits that are not shown.
+    if (text == format_()) return false;
     double value = 0.0;
     std::string error;
     if (parse_(text, value, error) == 0) {
@@ -83,17 +66,15 @@ int ValueUnitEntry::onCmdEdit(PIObject*, void*) {
         if (!reason.empty())
             error.append("Invalid value \"").append(UTILS::excerpt(text)).append("\": ").append(reason);
     }
-    if (!error.empty()) {
+    const bool taken = error.empty();
+    if (taken) {
+        value_ = value;
+        edited_ = true;
+    } else {
         halNotify::notify(halNotify::Warning) << name_ << ": " << error;
-        field_.setValue(shownText_);
-        return 1;
     }
-    value_ = value;
-    edited_ = true;
-    shownText_ = format_();
-    field_.setValue(shownText_);
-    call(change_);
-    return 1;
+    field_.setValue(format_());
+    return taken;
 }
 
 std::string ValueUnitEntry::format_() const {
@@ -134,7 +115,7 @@ int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& 
     return 1;
 }
 
-std::string ValueUnitEntry::unit_() const {
+std::string ValueUnitEntry::unitText_() const {
     const auto& units = *preferences_.unitsProvider();
     switch (quantity_) {
         case Quantity::Range:

@@ -4,33 +4,30 @@
 
 namespace OverlayEditor {
 
+using halCore::Vec3;
 using Quantity = ValueUnitEntry::Quantity;
 
-XyzEditGUI::XyzEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change)
-    : x_(table, "X:\tX offset, where +X points East", Quantity::Range, preferences, change),
-      y_(table, "Y:\tY offset, where +Y points North", Quantity::Range, preferences, change),
-      z_(table, "Z:\tZ offset, where +Z points Up", Quantity::Range, preferences, change) {
-    x_.setCheck([this](double x) { return refusal_({x, typed_().y(), typed_().z()}); });
-    y_.setCheck([this](double y) { return refusal_({typed_().x(), y, typed_().z()}); });
-    z_.setCheck([this](double z) { return refusal_({typed_().x(), typed_().y(), z}); });
+XyzEditGUI::XyzEditGUI(PanelBody& panel)
+    : x_(panel, "X:\tX offset, where +X points East", Quantity::Range),
+      y_(panel, "Y:\tY offset, where +Y points North", Quantity::Range),
+      z_(panel, "Z:\tZ offset, where +Z points Up", Quantity::Range) {
+    x_.setCheck([this](double x) { return refusal_({x, y_.value(), z_.value()}); });
+    y_.setCheck([this](double y) { return refusal_({x_.value(), y, z_.value()}); });
+    z_.setCheck([this](double z) { return refusal_({x_.value(), y_.value(), z}); });
 }
 
-void XyzEditGUI::setPosition(const halCore::Vec3& lla) {
-    if (!converter_ || converter_->convertLlaToXyz(lla, offset_) != 0) offset_ = {};
-    x_.setValue(offset_.x());
-    y_.setValue(offset_.y());
-    z_.setValue(offset_.z());
+void XyzEditGUI::setPosition(const Vec3& lla) {
+    Vec3 offset;
+    if (!converter_ || converter_->convertLlaToXyz(lla, offset) != 0) offset = {};
+    x_.setValue(offset.x());
+    y_.setValue(offset.y());
+    z_.setValue(offset.z());
 }
 
-halCore::Vec3 XyzEditGUI::typed_() const {
-    return {x_.edited().value_or(offset_.x()), y_.edited().value_or(offset_.y()),
-            z_.edited().value_or(offset_.z())};
-}
-
-std::string_view XyzEditGUI::refusal_(const halCore::Vec3& offset) const {
+std::string_view XyzEditGUI::refusal_(const Vec3& offset) const {
     constexpr double tolerance = 1e-3;
-    halCore::Vec3 lla;
-    halCore::Vec3 back;
+    Vec3 lla;
+    Vec3 back;
     if (!converter_) return "";
     // Beyond a pole there is nothing; round more than half of the earth the place has another offset.
     const bool stands = converter_->convertXyzToLla(offset, lla) == 0 &&
@@ -39,29 +36,11 @@ std::string_view XyzEditGUI::refusal_(const halCore::Vec3& offset) const {
     return stands ? "" : "no place has this offset";
 }
 
-std::optional<halCore::Vec3> XyzEditGUI::edited() const {
-    if (!converter_ || (!x_.edited() && !y_.edited() && !z_.edited())) return std::nullopt;
-    halCore::Vec3 lla;
-    if (converter_->convertXyzToLla(typed_(), lla) != 0) return std::nullopt;
+std::optional<Vec3> XyzEditGUI::edited() const {
+    Vec3 lla;
+    if (!converter_ || (!placeEdited() && !z_.edited()) || converter_->convertXyzToLla(offset_(), lla) != 0)
+        return std::nullopt;
     return lla;
-}
-
-void XyzEditGUI::notifyPrefsUpdate() {
-    x_.notifyPrefsUpdate();
-    y_.notifyPrefsUpdate();
-    z_.notifyPrefsUpdate();
-}
-
-void XyzEditGUI::setEnabled(bool enabled) {
-    x_.setEnabled(enabled);
-    y_.setEnabled(enabled);
-    z_.setEnabled(enabled);
-}
-
-void XyzEditGUI::setShown(bool shown) {
-    x_.setShown(shown);
-    y_.setShown(shown);
-    z_.setShown(shown);
 }
 
 }  // namespace OverlayEditor

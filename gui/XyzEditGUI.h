@@ -1,15 +1,16 @@
 #pragma once
 
+#include <string_view>
+
 #include "gui/PointEditor.h"
 #include "gui/ValueUnitEntry.h"
 
 namespace OverlayEditor {
 
-/// A position as offsets from a converter's reference: three rows of a panel's table. East, north and up,
-/// in range units.
+/// A position as offsets from a converter's reference: east, north and up, in range units.
 class XyzEditGUI final : public PointEditor {
   public:
-    XyzEditGUI(PIGUI::PICanvas& table, const Preferences& preferences, const PanelChange& change);
+    explicit XyzEditGUI(PanelBody& panel);
 
     /// Whose reference the offsets count from. Not owned; without one nothing can be shown or edited.
     void setPointConverter(const PointConverter* converter) { converter_ = converter; }
@@ -17,17 +18,14 @@ class XyzEditGUI final : public PointEditor {
     void setPosition(const halCore::Vec3& lla) override;
     std::optional<halCore::Vec3> edited() const override;
     bool placeEdited() const override { return x_.edited() || y_.edited(); }
-    void notifyPrefsUpdate() override;
-    void setShown(bool shown) override;
-    void setEnabled(bool enabled) override;
 
   private:
+    std::array<Row*, 3> rows_() override { return {&x_, &y_, &z_}; }
     /// What the fields say now.
-    halCore::Vec3 typed_() const;
+    halCore::Vec3 offset_() const { return {x_.value(), y_.value(), z_.value()}; }
     std::string_view refusal_(const halCore::Vec3& offset) const;
 
     const PointConverter* converter_ = nullptr;
-    halCore::Vec3 offset_;
     ValueUnitEntry x_;
     ValueUnitEntry y_;
     ValueUnitEntry z_;

@@ -136,10 +136,10 @@ class FreeDrawPanel : public CheckedPanel {
 };
 
 /// Panel of labels.
-class AnnotationPanel : public ShapePanel {
+class AnnotationPanel : public CheckedPanel {
   public:
-    virtual void setDraw(bool drawn) = 0;
-    virtual bool isDrawn() const = 0;
+    void setDraw(bool drawn) { setDrawCheck(drawn); }
+    bool isDrawn() const { return drawCheck(); }
     virtual void setPosition(const halCore::Vec3& lla) = 0;
     virtual std::optional<halCore::Vec3> position() const = 0;
     /// Red in the top byte, alpha in the lowest.
