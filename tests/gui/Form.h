@@ -24,7 +24,7 @@ class Form {
         const std::string text = at->second.text;
         ++at;
         const bool unit = at != host_.widgets.end() && at->second.kind == FakeHost::Id::CreateLabel;
-        return unit ? text + " " + (at->second.text.empty() ? at->second.caption : at->second.text) : text;
+        return unit ? text + " " + at->second.text : text;
     }
     void type(const std::string& label, const std::string& text) { host_.type(field(label), text); }
     struct Field {

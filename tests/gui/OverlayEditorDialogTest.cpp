@@ -185,6 +185,22 @@ TEST_F(OverlayEditorDialogTest, SelectingShowsTheShapeAndItsPanel) {
     EXPECT_EQ(host.lastText, text) << "looking at a shape in other units changes nothing";
 }
 
+TEST_F(OverlayEditorDialogTest, EachUnitsMenuSetsItsOwnUnits) {
+    const auto units = [this] {
+        return std::vector{preferences.geodeticUnits(), preferences.altitudeUnits(), preferences.angleUnits(),
+                           preferences.rangeUnits()};
+    };
+    std::size_t changed = 0;
+    for (const char* menu : {"LLA:", "Alt:", "Ang:", "Rng:"}) {
+        auto expected = units();
+        const auto& options = form.field(menu).items;
+        const std::size_t option = (static_cast<std::size_t>(form.field(menu).number) + 1) % options.size();
+        expected[changed++] = UTILS::unitsGetTypeFromString(options[option]);
+        form.choose(menu, static_cast<double>(option));
+        EXPECT_EQ(units(), expected) << menu;
+    }
+}
+
 TEST_F(OverlayEditorDialogTest, CenterClampsTheCamera) {
     dialog->show();
     press("Center");

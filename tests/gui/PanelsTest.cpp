@@ -1,0 +1,583 @@
+#include <functional>
+#include <map>
+#include <memory>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Notify.h"
+#include "geo/Angles.h"
+#include "gui/Form.h"
+#include "gui/TestEquipment.h"
+#include "model/AnnotationShape.h"
+#include "model/FreeDrawShape.h"
+#include "model/OrbitShape.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
+#include "model/ShapeWriter.h"
+#include "pi/PIWidgets.h"
+
+using halCore::kRadiansPerDegree;
+using halCore::Vec3;
+using namespace OverlayEditor;
+using ::testing::HasSubstr;
+
+namespace {
+
+constexpr const char* kAltitude = "77.125";
+
+Vec3 degrees(double lat, double lon, double alt) {
+    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, alt};
+}
+
+enum class Position { Geodetic, Mgrs, Attached };
+
+/// A shape that is shown, with its panel, as the dialog shows it.
+class PanelsTest : public ::testing::Test {
+  protected:
+    PanelsTest() {
+        host.eye = degrees(10, 20, 5e6);
+        converter.setReferenceLla(degrees(42, 10, 0), 7);
+        halNotify::setNotifyHandler(
+            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+    }
+    ~PanelsTest() override {
+        shapes.clear();
+        halNotify::setNotifyHandler({});
+        freeFunctors();
+    }
+
+    template <typename Kind, typename... Arguments>
+    Kind& make(Arguments... arguments) {
+        shapes.clear();
+        auto made = std::make_unique<Kind>(preferences, arguments...);
+        Kind& kind = *made;
+        shapes.push_back(std::move(made));
+        return kind;
+    }
+    /// An empty one, with its panel.
+    template <typename Kind, typename... Arguments>
+    Kind& open(Arguments... arguments) {
+        Kind& kind = make<Kind>(arguments...);
+        show();
+        return kind;
+    }
+    void show() {
+        shapes[0]->setShown(true);
+        shapes[0]->setActive(true);
+        shapes[0]->createGui(&preferences, &canvas);
+        messages.clear();
+    }
+
+    /// One maker for each kind: a complete shape whose first position has the altitude kAltitude.
+    std::map<std::string, std::function<void()>> kinds() {
+        std::map<std::string, std::function<void()>> made;
+        const Vec3 place = degrees(42.123456789, 10.987654321, 77.125);
+        const Vec3 other = degrees(43.5, 12.25, 5);
+        for (int subtype = CylinderShape::Circle; subtype <= CylinderShape::Cone; ++subtype)
+            made["circular " + std::to_string(subtype)] = [=, this] {
+                auto& shape = make<CylinderShape>(static_cast<CylinderShape::Subtype>(subtype));
+                shape.setCenter(place);
+                shape.setMajorRadius(12345.678901234);
+                shape.setMinorRadius(2345.6789012345);
+                shape.setHeight(3456.7890123456);
+                if (subtype != CylinderShape::Arc && subtype != CylinderShape::Wedge) return;
+                shape.setStartAngle(0.1234567890123);
+                shape.setEndAngle(2.3456789012345);
+            };
+        made["orbit"] = [=, this] {
+            auto& orbit = make<OrbitShape>();
+            orbit.setCenter(place);
+            orbit.setCenter2(other);
+            orbit.setMinorRadius(12345.678901234);
+        };
+        for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon})
+            made[subtype == PolygonShape::Line ? "line" : "polygon"] = [=, this] {
+                auto& polygon = make<PolygonShape>(subtype);
+                for (const Vec3& point : {place, other, degrees(43, 10, 6)})
+                    polygon.insertPointAtIndex(polygon.getNumPoints(), point);
+            };
+        for (const auto subtype : {RectangleShape::Rectangle, RectangleShape::Triangle})
+            made[subtype == RectangleShape::Rectangle ? "rectangle" : "triangle"] = [=, this] {
+                auto& box = make<RectangleShape>(subtype);
+                box.setFirstCorner(place);
+                box.setLastCorner({other.lat(), other.lon(), place.alt()});
+            };
+        made["label"] = [=, this] {
+            auto& label = make<AnnotationShape>();
+            label.setName("Here");
+            label.mouseSetPosition(place);
+        };
+        made["free drawing"] = [=, this] {
+            auto& drawing = make<FreeDrawShape>();
+            drawing.startLine(place);
+            drawing.addPoint(other);
+        };
+        return made;
+    }
+
+    void open(const std::function<void()>& maker, Position position) {
+        preferences.setCoordinateSystem(position == Position::Mgrs ? Preferences::MGRS : Preferences::LLA);
+        maker();
+        if (position == Position::Attached && shapes[0]->canAttach())
+            shapes[0]->setAttachedPlatformId(7, &converter, false);
+        show();
+    }
+    std::string text() { return shapesText(shapes, &converter); }
+    int callsOf(const std::function<void()>& act) {
+        const auto sum = [this] {
+            return std::accumulate(host.calls.begin(), host.calls.end(), 0,
+                                   [](int calls, const auto& entry) { return calls + entry.second; });
+        };
+        const int before = sum();
+        act();
+        return sum() - before;
+    }
+    int loadsOf(const std::function<void()>& act) {
+        const int before = host.loads;
+        act();
+        return host.loads - before;
+    }
+
+    void forEachPanel(const std::function<void()>& visit) {
+        for (const auto& [name, maker] : kinds())
+            for (const auto position : {Position::Geodetic, Position::Mgrs, Position::Attached}) {
+                SCOPED_TRACE(name + ", positions " + std::to_string(static_cast<int>(position)));
+                open(maker, position);
+                visit();
+                if (!host.find("Corner 2")) continue;
+                open(maker, position);
+                choose("Corner 2", "Width/Height");
+                visit();
+            }
+    }
+
+    void press(const std::string& caption) { host.activate(*host.find(caption)); }
+    /// Of two radio buttons.
+    void choose(const std::string& chosen, const std::string& other) {
+        host.find(other)->checked = false;
+        host.find(chosen)->checked = true;
+        press(chosen);
+    }
+    bool enabled(const std::string& caption) { return host.find(caption)->enabled; }
+
+    FakeHost host;
+    TestEquipment equipment;
+    Preferences preferences;
+    PointConverter converter;
+    PIGUI::PICanvas canvas{nullptr};
+    Form form{host};
+    std::vector<std::string> messages;
+    std::vector<std::unique_ptr<Shape>> shapes;
+};
+
+TEST_F(PanelsTest, EachKindHasItsFieldsInOrder) {
+    const std::string place = "Lat:|Lon: |Alt:|";
+    const std::string line = "Line Width: |Line Color:|";
+    const std::string fill = line + "Filled:|Fill Color:|";
+    const std::string points = "Points|<-|->|Insert|Delete|Point|" + place + fill;
+    const std::string box = "Anchor Point:|Center|Corner 1|" + place +
+                            "Width/Height|Corner 2|Width:         |Height:|Corner Point|" + place + fill;
+    std::map<std::string, std::string> expected = {
+        {"orbit", "Center 1:|" + place + "Center 2:|" + place + "Radius:|" + fill},
+        {"line", points},
+        {"polygon", points},
+        {"rectangle", box},
+        {"triangle", box},
+        {"label", place + "Line Color:|Font:|Font Size:|"},
+        {"free drawing", "Pixel Precision:|" + line}};
+    const std::string radii = "X Radius:|Y Radius:|";
+    for (const auto& [subtype, own] : std::map<CylinderShape::Subtype, std::string>{
+             {CylinderShape::Circle, "Radius:|"},
+             {CylinderShape::Ellipse, radii},
+             {CylinderShape::Arc, radii + "Start Angle:|End Angle:|"},
+             {CylinderShape::Cylinder, radii + "Height:|"},
+             {CylinderShape::Wedge, radii + "Height:|Start Angle:|End Angle:|"},
+             {CylinderShape::Sphere, "Radius:|"},
+             {CylinderShape::Hemisphere, "Radius:|"},
+             {CylinderShape::Ellipsoid, radii + "Height:|"},
+             {CylinderShape::Cone, "Radius:|Height:|"}})
+        expected["circular " + std::to_string(subtype)] = place + own + fill;
+    for (const auto& [name, maker] : kinds()) {
+        open(maker, Position::Geodetic);
+        std::string found;
+        for (const auto& [handle, widget] : host.widgets) {
+            const std::string text = widget.caption.substr(0, widget.caption.find('\t'));
+            const bool unit = widget.kind == FakeHost::Id::CreateLabel && widget.caption == text &&
+                              text != "Points" && text != "Point" && text != "Corner Point";
+            if (widget.shown && !text.empty() && !unit) found += text + "|";
+        }
+        EXPECT_EQ(found, "Draw:|" + expected[name]) << name;
+    }
+    shapes.clear();
+    EXPECT_EQ(host.widgets.size(), 1u) << "the canvas alone is left";
+}
+
+TEST_F(PanelsTest, NonsenseIsExplainedAndChangesNothing) {
+    const std::vector<std::string> everywhere = {"",      "wide", "5 parsecs", "nan",
+                                                 "1e999", "--5",  "0x10",      "5 5 5 5"};
+    const std::map<std::string, std::vector<std::string>> also = {
+        {"Lat:", {"91", "5 E", "21 61 0", "-5 S"}},
+        {"Lon: ", {"181", "5 N", "158 30 61"}},
+        {"Alt:", {"5 deg", "1e10"}},
+        {"X:", {"5 deg", "-1e10", "3e7"}},
+        {"Y:", {"2e7"}},
+        {"Radius:", {"0", "-5", "20003932"}},
+        {"X Radius:", {"0", "-5 nm", "3e7"}},
+        {"Width:         ", {"3e7", "5 deg"}},
+        {"Start Angle:", {"5 km"}},
+        {"GZD:", {"99Q FJ", "4Q", "4Q FJ 123 45"}},
+        {"Easting/Northing:", {"1234 567", "1 2 3"}},
+    };
+    int tried = 0;
+    forEachPanel([&] {
+        const std::string before = text();
+        for (const auto& [label, widget] : form.textFields()) {
+            std::vector<std::string> nonsense = everywhere;
+            if (const auto more = also.find(label); more != also.end())
+                nonsense.insert(nonsense.end(), more->second.begin(), more->second.end());
+            for (const std::string& typed : nonsense) {
+                messages.clear();
+                const std::string shown = widget->text;
+                EXPECT_EQ(loadsOf([&, field = widget] { host.type(*field, typed); }), 0);
+                EXPECT_EQ(widget->text, shown) << label << typed;
+                ASSERT_EQ(messages.size(), 1u) << label << typed;
+                EXPECT_THAT(messages[0], HasSubstr(typed)) << label;
+                ++tried;
+            }
+        }
+        EXPECT_EQ(text(), before);
+    });
+    EXPECT_GT(tried, 2000);
+}
+
+// 3000 ft of 0.30479999 m, a nautical mile of 1852 m, a statute mile of 1609.344 m; 6400 mils are a circle.
+TEST_F(PanelsTest, WhatPeopleTypeIsTakenWithOneReload) {
+    struct Typed {
+        const char* text;
+        const char* shown;
+    };
+    const std::vector<Typed> lengths = {
+        {"5 nm", "9260.00"},   {"3000 ft", "914.40"}, {"3000ft", "914.40"},
+        {" +1e3 ", "1000.00"}, {"1 Mile", "1609.34"}, {"2 metres", "2.00"},
+        {".5 km", "500.00"},   {"1 foot", "0.30"},    {"1 nautical mile", "1852.00"}};
+    const std::vector<Typed> angles = {{"90", "90.00"},      {"45 30", "45.50"},    {"1600 mils", "90.00"},
+                                       {"0.5 rad", "28.65"}, {"10:30:00", "10.50"}, {"7.25 degrees", "7.25"}};
+    const std::map<std::string, std::vector<Typed>> table = {
+        {"Lat:",
+         {{"21 18 30 N", "21\u00b018'30.00\"N"},
+          {"s21:18.5", "21\u00b018'30.00\"S"},
+          {"-21.5", "21\u00b030'00.00\"S"},
+          {"21d18m30.25s", "21\u00b018'30.25\"N"},
+          {"21.5 deg N", "21\u00b030'00.00\"N"},
+          {"41\u00b018'30\"", "41\u00b018'30.00\"N"}}},
+        {"Lon: ",
+         {{"158 30 w", "158\u00b030'00.00\"W"},
+          {"E 9:15", "9\u00b015'00.00\"E"},
+          {"10.5", "10\u00b030'00.00\"E"}}},
+        {"GZD:",
+         {{"4q fj 12345 67890", "04Q FJ"}, {"32 T PN 123 678", "32T PN"}, {"31uft1234567890", "31U FT"}}},
+        {"Easting/Northing:",
+         {{"12345 67890", "12345 67890"},
+          {"123/678", "12300 67800"},
+          {" 1234667891 ", "12346 67891"},
+          {"32T PN 40 50", "40000 50000"}}},
+        {"Start Angle:", angles},
+        {"End Angle:", {{"120:30", "120.50"}, {"3200 mil", "180.00"}}},
+        {"Alt:", lengths},
+        {"X:", lengths},
+        {"Y:", lengths},
+        {"Z:", lengths},
+        {"Radius:", lengths},
+        {"X Radius:", lengths},
+        {"Y Radius:", lengths},
+        {"Height:", lengths},
+        {"Width:         ", lengths},
+    };
+    forEachPanel([&] {
+        for (const auto& [label, widget] : form.textFields()) {
+            ASSERT_TRUE(table.count(label)) << label;
+            for (const auto& [typed, shown] : table.at(label)) {
+                const int loads = widget->text == typed ? 0 : 1;
+                EXPECT_EQ(loadsOf([&, field = widget, text = typed] { host.type(*field, text); }), loads)
+                    << label << typed;
+                EXPECT_EQ(widget->text, shown) << label << typed;
+                EXPECT_TRUE(messages.empty()) << messages[0];
+                messages.clear();
+            }
+        }
+    });
+}
+
+TEST_F(PanelsTest, StylesAreTakenWithOneReload) {
+    forEachPanel([&] {
+        auto* const line = dynamic_cast<BaseLineShape*>(shapes[0].get());
+        auto* const fill = dynamic_cast<BaseFilledShape*>(shapes[0].get());
+        const auto once = [&](const char* label, const std::function<void()>& act, int loads = 1) {
+            EXPECT_EQ(form.has(label) ? loadsOf(act) : loads, loads) << label;
+        };
+        once("Line Width: ", [&] { form.choose("Line Width: ", 7); });
+        once("Line Color:", [&] { form.choose("Line Color:", static_cast<std::int32_t>(0xFF7300FFu)); });
+        once("Filled:", [&] { form.check("Filled:", true); });
+        once("Fill Color:", [&] { form.choose("Fill Color:", 0x00FF0080); });
+        once("Font:", [&] { form.choose("Font:", 16); });
+        once("Font Size:", [&] { form.choose("Font Size:", 14); });
+        once(
+            "Pixel Precision:", [&] { form.choose("Pixel Precision:", 12); }, 0);
+        if (line) {
+            EXPECT_EQ(line->lineWidth(), 7);
+            EXPECT_EQ(line->lineColor(), 0xFF7300FFu);
+        }
+        if (auto* const drawing = dynamic_cast<FreeDrawShape*>(shapes[0].get())) {
+            EXPECT_EQ(drawing->pixelPrecision(), 12);
+        } else if (fill) {
+            EXPECT_TRUE(fill->filled());
+            EXPECT_EQ(fill->fillColor(), 0x00FF0080u);
+        }
+        if (auto* const label = dynamic_cast<AnnotationShape*>(shapes[0].get())) {
+            EXPECT_EQ(label->fontName(), "impact.ttf");
+            EXPECT_EQ(label->fontSize(), 14);
+            EXPECT_EQ(label->color(), 0xFF7300FFu);
+        }
+        once(
+            "Draw:", [&] { form.check("Draw:", false); }, 0);
+        EXPECT_FALSE(shapes[0]->shown());
+        once("Draw:", [&] { form.check("Draw:", true); });
+        // A callback that comes late finds nothing to do.
+        EXPECT_EQ(loadsOf([&] {
+                      for (auto& [handle, widget] : host.widgets)
+                          if (widget.shown && widget.enabled && widget.kind != FakeHost::Id::CreateButton)
+                              host.activate(widget);
+                  }),
+                  0);
+        EXPECT_TRUE(messages.empty());
+    });
+}
+
+TEST_F(PanelsTest, AnAltitudeChangesNothingElse) {
+    for (const auto& [name, maker] : kinds())
+        for (const auto position : {Position::Geodetic, Position::Mgrs}) {
+            open(maker, position);
+            if (!form.has("Alt:")) continue;
+            std::string expected = text();
+            ASSERT_THAT(expected, HasSubstr(kAltitude)) << name;
+            for (auto at = expected.find(kAltitude); at != std::string::npos; at = expected.find(kAltitude))
+                expected.replace(at, std::string(kAltitude).size(), "2000.5");
+            form.type("Alt:", "2000.5");
+            EXPECT_EQ(text(), expected) << name;
+        }
+    auto& box = dynamic_cast<RectangleShape&>((open(kinds()["rectangle"], Position::Attached), *shapes[0]));
+    const Vec3 first = *box.firstCorner();
+    form.type("Z:", "5 km");
+    EXPECT_EQ(box.firstCorner()->lat(), first.lat());
+    EXPECT_EQ(box.firstCorner()->lon(), first.lon());
+    EXPECT_NEAR(box.firstCorner()->alt(), 5000, 1);
+}
+
+// What stands there already is not sent, and what somebody is typing stays.
+TEST_F(PanelsTest, LookingChangesNothing) {
+    forEachPanel([&] {
+        const std::string before = text();
+        const int loads = host.loads;
+        EXPECT_EQ(callsOf([&] { shapes[0]->fillGui(); }), 0);
+        for (const auto& [label, widget] : form.textFields()) {
+            const std::string shown = widget->text;
+            widget->text += "5 no";
+            shapes[0]->fillGui();
+            EXPECT_EQ(widget->text, shown + "5 no") << label;
+            host.activate(*widget);
+            EXPECT_EQ(widget->text, shown) << label;
+            EXPECT_EQ(messages.size(), 1u);
+            messages.clear();
+        }
+        for (const auto units : {UTILS::UnitType_t::NauticalMiles, UTILS::UnitType_t::Meters}) {
+            for (const auto& [label, widget] : form.textFields()) host.activate(*widget);
+            preferences.setRangeUnits(units);
+            preferences.setAltitudeUnits(units);
+            preferences.setPrecision(units == UTILS::UnitType_t::Meters ? 2 : 0);
+            shapes[0]->notifyPrefsUpdate();
+        }
+        EXPECT_EQ(host.loads, loads);
+        shapes[0]->deleteGui();
+        EXPECT_EQ(text(), before);
+        EXPECT_TRUE(messages.empty());
+    });
+}
+
+TEST_F(PanelsTest, NewUnitsRelabelAndRedisplayEveryField) {
+    auto& wedge = make<CylinderShape>(CylinderShape::Wedge);
+    wedge.setCenter(degrees(0.5, 1, 304.79999));
+    wedge.setMajorRadius(18520);
+    wedge.setHeight(30.479999);
+    wedge.setStartAngle(90 * kRadiansPerDegree);
+    show();
+    preferences.setRangeUnits(UTILS::UnitType_t::NauticalMiles);
+    preferences.setAltitudeUnits(UTILS::UnitType_t::Feet);
+    preferences.setGeodeticUnits(UTILS::UnitType_t::DegreesHemisphere);
+    preferences.setAngleUnits(UTILS::UnitType_t::Mils);
+    preferences.setPrecision(3);
+    wedge.notifyPrefsUpdate();
+    EXPECT_EQ(form.text("X Radius:"), "10.000 nm");
+    EXPECT_EQ(form.text("Height:"), "100.000 ft");
+    EXPECT_EQ(form.text("Alt:"), "1000.000 ft");
+    EXPECT_EQ(form.text("Start Angle:").substr(0, 9), "1600.000 ");
+    EXPECT_EQ(form.field("Lat:").text, "0.500\u00b0N");
+    preferences.setCoordinateSystem(Preferences::MGRS);
+    wedge.notifyPrefsUpdate();
+    EXPECT_FALSE(form.has("Lat:"));
+    EXPECT_EQ(form.text("Alt:"), "1000.000 ft");
+    preferences.setCoordinateSystem(Preferences::LLA);
+    wedge.notifyPrefsUpdate();
+    EXPECT_FALSE(form.has("GZD:"));
+    EXPECT_EQ(form.field("Lat:").text, "0.500\u00b0N");
+}
+
+TEST_F(PanelsTest, AnEditKeepsTheDigitsOfAllOthers) {
+    OrbitShape& orbit = open<OrbitShape>();
+    const Vec3 second(0.123456789012345, -2.3456789012345, 12.3456789);
+    orbit.setCenter(degrees(10.1234567890123, 20, 1.0 / 3.0));
+    const Vec3 first = *orbit.centerPt();
+    orbit.setCenter2(second);
+    orbit.setMinorRadius(1234.5678901);
+    orbit.fillGui();
+    form.type("Lon: ", "158 30 W");
+    EXPECT_EQ(orbit.centerPt()->lat(), first.lat());
+    EXPECT_NEAR(orbit.centerPt()->lon(), -158.5 * kRadiansPerDegree, 1e-15);
+    EXPECT_EQ(orbit.centerPt()->alt(), first.alt());
+    EXPECT_EQ(orbit.minorAxis(), 1234.5678901);
+    EXPECT_EQ(*orbit.centerPt2(), second);
+    form.type("Radius:", "3.123456789 km");
+    EXPECT_EQ(orbit.minorAxis(), 3123.456789);
+}
+
+// By GeographicLib: 21.3N 158W lies in 04QFJ 03723 55678, and 04QFJ 12345 67890 starts at 21.409796672217N
+// 157.916081174208W.
+TEST_F(PanelsTest, AReferenceIsTheCornerOfItsSquare) {
+    preferences.setCoordinateSystem(Preferences::MGRS);
+    AnnotationShape& label = open<AnnotationShape>();
+    for (const auto& [field, typed] : std::vector<std::pair<const char*, const char*>>{
+             {"Easting/Northing:", "12345 67890"}, {"GZD:", "4q fj 12345 67890"}}) {
+        label.mouseSetPosition(degrees(21.3, -158, 7));
+        EXPECT_EQ(form.field("GZD:").text + " " + form.text("Easting/Northing:"), "04Q FJ 03723 55678 m");
+        form.type(field, typed);
+        const Vec3 place = label.boundingBox().first;
+        EXPECT_NEAR(place.lat(), 21.409796672217 * kRadiansPerDegree, 1e-12) << typed;
+        EXPECT_NEAR(place.lon(), -157.916081174208 * kRadiansPerDegree, 1e-12) << typed;
+        EXPECT_EQ(place.alt(), 7);
+    }
+}
+
+TEST_F(PanelsTest, PointsAreSteppedInsertedAndDeleted) {
+    PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
+    EXPECT_EQ(host.find("Point")->text, "New Point");
+    EXPECT_FALSE(enabled("<-") || enabled("->"));
+    // A typed coordinate makes the new point one of the line's.
+    form.type("Lat:", "1");
+    ASSERT_EQ(line.points().size(), 1u);
+    EXPECT_NEAR(line.points()[0].lon(), 20 * kRadiansPerDegree, 1e-15) << "it starts from the view";
+    press("->");
+    form.type("Lat:", "3");
+    form.type("Alt:", "100");
+    ASSERT_EQ(line.points().size(), 2u);
+    press("Insert");
+    ASSERT_EQ(line.points().size(), 3u);
+    // The middle of a piece of a meridian, to the meridian's change of curvature; the altitude is the mean.
+    EXPECT_NEAR(line.points()[1].lat(), 2 * kRadiansPerDegree, 1e-6);
+    EXPECT_EQ(line.points()[1].alt(), 50);
+    form.type("Lon: ", "21 30 00 W");
+    EXPECT_NEAR(line.points()[1].lon(), -21.5 * kRadiansPerDegree, 1e-15);
+    press("Delete");
+    press("Delete");
+    ASSERT_EQ(line.points().size(), 1u);
+    EXPECT_FALSE(enabled("<-"));
+    EXPECT_TRUE(enabled("->"));
+    // What the mouse does appears at once.
+    line.mouseSetPointAtIndex(7, degrees(5, 6, 7));
+    EXPECT_EQ(form.text("Alt:"), "7.00 m");
+}
+
+TEST_F(PanelsTest, AttachedPointsAreOffsets) {
+    PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
+    line.insertPointAtIndex(0, degrees(42, 10, 0));
+    line.insertPointAtIndex(1, degrees(42.5, 10, 1.0 / 3.0));
+    converter.setReferenceLla(degrees(42, 10, 0), 7);
+    line.setAttachedPlatformId(7, &converter, false);
+    EXPECT_FALSE(form.has("Lat:"));
+    press("<-");
+    form.type("X:", "5 nm");
+    Vec3 offset;
+    ASSERT_EQ(converter.convertLlaToXyz(line.points()[0], offset), 0);
+    EXPECT_NEAR(offset.x(), 9260, 1e-6);
+    EXPECT_NEAR(offset.y(), 0, 1e-6);
+    EXPECT_EQ(line.points()[1].alt(), 1.0 / 3.0);
+    line.setAttachedPlatformId(0, nullptr, false);
+    EXPECT_TRUE(form.has("Lat:"));
+}
+
+// A nautical mile is 1852 m, and what was typed is the number that stays.
+TEST_F(PanelsTest, ARectangleIsSpannedByItsSizeOrItsCorner) {
+    RectangleShape& box = open<RectangleShape>(RectangleShape::Rectangle);
+    form.type("Lat:", "42");
+    EXPECT_FALSE(box.isComplete()) << "a place is no rectangle yet";
+    form.type("Width:         ", "2 nm");
+    form.type("Height:", "1000");
+    ASSERT_TRUE(box.isComplete());
+    EXPECT_EQ(box.width(), 3704);
+    EXPECT_EQ(box.height(), 1000);
+    EXPECT_EQ(box.center().lat(), 42 * kRadiansPerDegree);
+    EXPECT_FALSE(form.field("Width:         ").text.empty());
+
+    const Vec3 last = *box.lastCorner();
+    choose("Corner 1", "Center");
+    EXPECT_FALSE(box.anchorCenter());
+    EXPECT_EQ(box.lastCorner()->lat(), last.lat()) << "choosing changes nothing";
+    form.type("Width:         ", "500");
+    EXPECT_EQ(box.width(), 500);
+    EXPECT_EQ(box.height(), 1000);
+}
+
+TEST_F(PanelsTest, ARectangleWaitsForItsOtherCorner) {
+    RectangleShape& box = open<RectangleShape>(RectangleShape::Rectangle);
+    choose("Corner 1", "Center");
+    choose("Corner 2", "Width/Height");
+    // Latitude, longitude and altitude of the anchor, then of the corner.
+    const auto type = [this](std::size_t field, const char* text) {
+        host.type(*form.textFields().at(field).widget, text);
+    };
+    type(0, "42");
+    type(1, "5");
+    EXPECT_FALSE(box.isComplete()) << "the other corner goes along";
+    type(3, "43");
+    type(4, "7");
+    ASSERT_TRUE(box.isComplete());
+    EXPECT_EQ(*box.firstCorner(), degrees(42, 5, 0));
+    EXPECT_EQ(*box.lastCorner(), degrees(43, 7, 0));
+}
+
+TEST_F(PanelsTest, AFontOfAFileJoinsThoseOnOffer) {
+    AnnotationShape& label = open<AnnotationShape>();
+    label.setFontName("own.ttf");
+    label.fillGui();
+    const auto& font = form.field("Font:");
+    ASSERT_EQ(font.items.size(), 30u);
+    EXPECT_EQ(font.items[0] + " " + font.items[28] + " " + font.items[29],
+              "andalemo.ttf verdanaz.ttf own.ttf");
+    EXPECT_EQ(font.number, 29);
+    form.choose("Font Size:", 0);
+    EXPECT_EQ(messages.size(), 1u);
+    EXPECT_EQ(label.fontSize(), 8);
+    EXPECT_EQ(form.field("Font Size:").number, 8);
+}
+
+TEST_F(PanelsTest, AHostThatRefusesEverythingIsSurvived) {
+    host.refuseAll = true;
+    for (const auto& [name, maker] : kinds()) {
+        open(maker, Position::Geodetic);
+        shapes[0]->notifyPrefsUpdate();
+    }
+}
+
+}  // namespace
