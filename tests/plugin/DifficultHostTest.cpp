@@ -15,11 +15,6 @@ using Id = FakeHost::Id;
 
 class DifficultHostBase : public HostedPlugin {
   protected:
-    std::ptrdiff_t quickFiles() const {
-        using Directory = std::filesystem::directory_iterator;
-        std::error_code none;
-        return std::distance(Directory(directory + "/quick", none), Directory());
-    }
     /// Works with a host at its worst; then, when it serves again, the plug-in that went through it draws, in
     /// the dialog and without it.
     /// \return the number of service calls of the work

@@ -106,6 +106,11 @@ class HostedPlugin : public ::testing::Test {
         for (const auto& entry : std::filesystem::directory_iterator(directory))
             std::filesystem::remove_all(entry);
     }
+    std::ptrdiff_t quickFiles() const {
+        using Directory = std::filesystem::directory_iterator;
+        std::error_code none;
+        return std::distance(Directory(directory + "/quick", none), Directory());
+    }
     void expectNothingLeft() {
         using ::testing::IsEmpty;
         EXPECT_THAT(host.widgets, IsEmpty());

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -50,46 +51,32 @@ TEST_F(PluginTest, StartsAndClosesInOrder) {
     const auto note = [&](const std::string& what) {
         if (order.empty() || order.back() != what) order.push_back(what);
     };
-    host.answer = [&](FakeHost::Id service, void* args) -> std::optional<PIServiceResult> {
-        using Id = FakeHost::Id;
+    using Id = FakeHost::Id;
+    const std::map<Id, std::vector<const char*>> names{
+        {Id::Icon, {"icon", "icon on dialog", "icon on menu item", "no icon"}},
+        {Id::Action, {"action", nullptr, "no action"}},
+        {Id::ContextMenu, {"context menu", "no context menu"}},
+        {Id::Service, {"service", "no service"}}};
+    host.answer = [&](Id service, void* args) -> std::optional<PIServiceResult> {
         auto* const base = static_cast<PI_DATA_BASE_CLASS*>(args);
-        const auto noteSelected = [&](std::vector<const char*> names) {
+        if (const auto named = names.find(service); named != names.end()) {
             const auto& record = *static_cast<PI_DATA_CATCHALL*>(base);
             const auto selector = static_cast<std::size_t>(record.integers.at(0));
-            if (selector >= names.size() || !names[selector]) return;
-            note(names[selector]);
+            if (selector >= named->second.size() || !named->second[selector]) return std::nullopt;
+            note(named->second[selector]);
             if (service == Id::Icon && selector == 0)
                 icon.assign(static_cast<const char*>(record.pointers.at(0)),
                             static_cast<std::size_t>(record.integers.at(1)));
             if (service == Id::Action && selector == 0) order.back() += " " + record.strings.at(1);
-        };
-        switch (service) {
-            case Id::Icon:
-                noteSelected({"icon", "icon on dialog", "icon on menu item", "no icon"});
-                break;
-            case Id::CreateMenuItem:
-                note("menu item " + static_cast<PI_DATA_POINTER_STRING_AND_FUNCTION*>(base)->text);
-                break;
-            case Id::CreateDialogBox:
-                note("dialog");
-                break;
-            case Id::BindWidget:
-                if (const auto& record = *static_cast<PI_DATA_POINTER_AND_POINTER*>(base); !record.second)
-                    note(host.widgets[record.pointer].kind == Id::CreateDialogBox  ? "no dialog"
-                         : host.widgets[record.pointer].kind == Id::CreateMenuItem ? "no menu item"
-                                                                                   : "no widgets");
-                break;
-            case Id::Action:
-                noteSelected({"action", nullptr, "no action"});
-                break;
-            case Id::ContextMenu:
-                noteSelected({"context menu", "no context menu"});
-                break;
-            case Id::Service:
-                noteSelected({"service", "no service"});
-                break;
-            default:
-                break;
+        } else if (service == Id::CreateMenuItem) {
+            note("menu item " + static_cast<PI_DATA_POINTER_STRING_AND_FUNCTION*>(base)->text);
+        } else if (service == Id::CreateDialogBox) {
+            note("dialog");
+        } else if (service == Id::BindWidget) {
+            const auto& record = *static_cast<PI_DATA_POINTER_AND_POINTER*>(base);
+            const Id kind = host.widgets[record.pointer].kind;
+            if (!record.second && kind == Id::CreateDialogBox) note("no dialog");
+            if (!record.second && kind == Id::CreateMenuItem) note("no menu item");
         }
         return std::nullopt;
     };
@@ -112,8 +99,6 @@ TEST_F(PluginTest, StartsAndClosesInOrder) {
 
     order.clear();
     plugin.dispatch(Function::Close);
-    std::erase(order, "no widgets");
-    order.erase(std::unique(order.begin(), order.end()), order.end());
     EXPECT_THAT(order, ElementsAre("no action", "no menu item", "no service", "no context menu", "no dialog",
                                    "no action", "no icon"));
 }
@@ -125,6 +110,7 @@ TEST_F(PluginTest, AClearedScenarioTakesQuickShapesOnceTheDialogHasBeenOpened) {
         return std::count_if(host.overlays.begin(), host.overlays.end(),
                              [](const auto& entry) { return !entry.second.path.empty(); });
     };
+    std::ptrdiff_t drawn = 0;
     for (const auto code : {PIApplicationEvents_t::ScenarioCleared, PIApplicationEvents_t::ScenarioReplaced,
                             PIApplicationEvents_t::ScenarioClosed}) {
         quickCircle(plugin);
@@ -136,9 +122,11 @@ TEST_F(PluginTest, AClearedScenarioTakesQuickShapesOnceTheDialogHasBeenOpened) {
         }
         EXPECT_EQ(loaded(), before);
         openDialog();
+        command("Quick Circle Draw");
+        drag(plugin, 40, 40, 60, 40);
         plugin.event(code);
         EXPECT_EQ(loaded(), 0);
-        EXPECT_TRUE(UTILS::fileIsFile(directory + "/quick/Circle_1.zel"));
+        EXPECT_EQ(quickFiles(), ++drawn) << "what was not finished is not saved; the files stay";
     }
     plugin.dispatch(Function::Close);
 }
@@ -161,6 +149,28 @@ TEST_F(PluginTest, TheListOfPlatformsFollowsTheScenario) {
     host.platforms.erase(kShip);
     plugin.event(PIApplicationEvents_t::EntityRemoved, kShip);
     EXPECT_THAT(platforms(), ElementsAre("Tug"));
+    plugin.dispatch(Function::Close);
+}
+
+TEST_F(PluginTest, TheNoteOfAPickedPlatformGoesWithIt) {
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    host.cursorPlatform = kShip;
+    command("Attach Quick Shape");
+    const auto note = [&] {
+        return std::ranges::any_of(host.screenTexts, [](const auto& entry) {
+            return entry.second.find("Attach To: Ship") != std::string::npos;
+        });
+    };
+    for (const auto code : {PIApplicationEvents_t::EntityRemoved, PIApplicationEvents_t::ScenarioCleared}) {
+        command("Pick Attach Platform");
+        plugin.mouse(Mouse::LeftPress, 5, 5);
+        plugin.mouse(Mouse::LeftRelease, 5, 5);
+        command("Pick Attach Platform");
+        EXPECT_TRUE(note());
+        plugin.event(code, kShip);
+        EXPECT_FALSE(note());
+    }
     plugin.dispatch(Function::Close);
 }
 
@@ -218,26 +228,17 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
 }
 
 TEST_F(PluginTest, CloseWithoutARecordCleansUpTheSame) {
-    {
-        LoadedPlugin plugin(host);
-        plugin.dispatch(Function::StartUp);
-        openDialog();
-        addCircle();
-        plugin.mouse(Mouse::LeftPress, 10, 10);
-        plugin.dispatch(Function::Close, nullptr);
-        expectNothingLeft();
-        EXPECT_EQ(plugin.mouse(Mouse::LeftRelease, 10, 10), 0);
-    }
-    EXPECT_FALSE(LoadedPlugin::isMapped());
-}
-
-TEST_F(PluginTest, CloseWithoutADialogDeletesWhatExists) {
     LoadedPlugin plugin(host);
     plugin.event(PIApplicationEvents_t::ScenarioCleared);
     plugin.dispatch(Function::StartUp);
+    plugin.dispatch(Function::StartUp);
     for (int code = -1; code < 40; ++code) plugin.event(static_cast<PIApplicationEvents_t>(code), 5);
-    plugin.dispatch(Function::Close);
+    openDialog();
+    addCircle();
+    plugin.mouse(Mouse::LeftPress, 10, 10);
+    plugin.dispatch(Function::Close, nullptr);
     expectNothingLeft();
+    EXPECT_EQ(plugin.mouse(Mouse::LeftRelease, 10, 10), 0);
 }
 
 TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {
@@ -309,7 +310,11 @@ TEST_F(PluginTest, TheServiceCallsItsFunctionsInTheirOrder) {
     plugin.dispatch(Function::StartUp);
     auto& service = *static_cast<Service*>(host.services.at(OVERLAYEDITOR_SERVICE_NAME));
     std::vector<std::string> called;
-    const auto first = service.registerNewZelFunction([&](const auto&) { called.push_back("first"); });
+    const auto first = service.registerNewZelFunction([&](const auto&) {
+        called.push_back("first");
+        command("Quick Circle Draw");
+        EXPECT_EQ(host.grabs, 0) << "what comes from inside waits";
+    });
     const auto second = service.registerNewZelFunction([&](const auto&) {
         called.push_back("second");
         throw std::runtime_error("lost");
@@ -317,18 +322,20 @@ TEST_F(PluginTest, TheServiceCallsItsFunctionsInTheirOrder) {
     const auto third = service.registerNewZelFunction([&](const auto&) {
         called.push_back("third");
         service.removeNewZelFunction(second);
+        service.registerNewZelFunction([&](const auto&) { called.push_back("late"); });
     });
     service.registerNewZelFunction({});
     EXPECT_EQ(first, 1u);
     service.executeFunctions(nullptr);
     EXPECT_THAT(called, ElementsAre("first", "second", "third"));
+    EXPECT_EQ(host.grabs, 1);
     EXPECT_THAT(host.notifications, ElementsAre(HasSubstr("lost")));
 
     called.clear();
     service.removeNewZelFunction(first);
     service.removeNewZelFunction(999);
     service.executeFunctions(nullptr);
-    EXPECT_THAT(called, ElementsAre("third"));
+    EXPECT_THAT(called, ElementsAre("third", "late"));
     EXPECT_GT(service.registerNewZelFunction({}), third) << "ids are never reused";
     plugin.dispatch(Function::Close);
 }
