@@ -24,30 +24,57 @@ class LossReportTest : public ::testing::Test {
   protected:
     LossReportTest() {
         halNotify::setNotifyHandler([](halNotify::Severity, const std::string&) {});
+        platform.setReferenceLla({0.3, 0.4, 5.0}, 7);
     }
     ~LossReportTest() override { halNotify::setNotifyHandler({}); }
 
+    using Losses = std::vector<std::pair<std::size_t, std::string>>;
+    Losses lossesIn(const std::string& text) {
+        Losses losses;
+        for (const auto& loss : loadOverlayText(text, "test", preferences, &platform, 7).losses)
+            losses.emplace_back(loss.line, loss.text);
+        return losses;
+    }
+
     /// The losses of one block, the "start" being line 1; without the shape's kind and name.
-    std::string lossesOf(const std::string& lines, PointConverter* converter = nullptr,
-                         unsigned long platform = 0) {
-        const std::string text = "start\n" + lines + "end\n";
-        std::string all;
+    std::string lossesOf(const std::string& lines) {
         // Twice, so that one place of each line is far from the end of the text.
-        const auto loaded = loadOverlayText(text + text, "test", preferences, converter, platform);
-        const std::size_t half = loaded.losses.size() / 2;
-        for (std::size_t i = 0; i < half; ++i) {
-            const std::string& what = loaded.losses[i].text;
+        const std::string block = "start\n" + lines + "end\n";
+        const auto height = static_cast<std::size_t>(std::count(block.begin(), block.end(), '\n'));
+        const Losses losses = lossesIn(block + block);
+        std::string all;
+        for (std::size_t i = 0; i < losses.size() / 2; ++i) {
+            const auto& [line, what] = losses[i];
+            EXPECT_EQ(losses[losses.size() / 2 + i].first, line + height);
             const std::size_t name = what.find("\": ");
-            all += std::to_string(loaded.losses[i].line) + ": " +
-                   what.substr(name == std::string::npos ? 0 : name + 3) + "\n";
+            all += std::to_string(line) + ": " + what.substr(name == std::string::npos ? 0 : name + 3) + "\n";
         }
-        EXPECT_EQ(loaded.losses.size(), 2 * half);
+        // The same text as other editors write it.
+        std::string other = "\xEF\xBB\xBF";
+        for (const char c : block + block) other += c == '\n' ? "\r\n" : std::string(1, c);
+        EXPECT_EQ(lossesIn(other), losses);
         return all;
     }
 
     FakeHost host;
     Preferences preferences;
+    PointConverter platform;  // of relative blocks without a reference
 };
+
+TEST_F(LossReportTest, GoesFromBlockToBlock) {
+    const Losses losses = lossesIn(
+        "# top\nstart\nend\nstart\nradius 5\nline\nlla 1 2 3\nlla 4 5 6\nend\nlla 1 2 3\n# between\n"
+        "start\nlatlonaltbox 4 3 1 2 0\n# inside\nend\n// behind\n"
+        "start\nannotation A\nll 1 2\nend\nstart\nannotation B\ncenterll 3 4\nend");
+    std::string all;
+    for (const auto& [line, text] : losses) all += std::to_string(line) + ": " + text + "\n";
+    EXPECT_EQ(all,
+              "1: the comment \"# top\" is dropped\n3: end command encountered before recognized ZEL shape "
+              "type keyword\n5: line \"line\": \"radius 5\" means nothing here and is dropped\n10: token "
+              "\"lla\" detected outside of a valid start/end block\n11: the comment \"# between\" is "
+              "dropped\n12: the latlonaltbox \"latlonaltbox\" is not saved: the editor has no such "
+              "shape\n16: the comment \"// behind\" is dropped\n");
+}
 
 TEST_F(LossReportTest, NamesTheLineThatIsLost) {
     const std::string line = "line\nlla 1 2 3\nlla 4 5 6\n";  // up to line 4
@@ -107,7 +134,30 @@ TEST_F(LossReportTest, NamesTheLineThatIsLost) {
         {"arc\ncenterll 1 2\nradius 5\nangleend 20\nangledeg 30\nanglestart 0\n",
          "5: \"angleend 20\" is dropped, because line 6 counts\n"},
         {line + "linestyle dashed\nlinestyle solid\n", "5: \"linestyle dashed\" is dropped\n"},
+        {"arc\ncenterll 1 2\nradius 5\nanglestart 5\n", "5: \"anglestart 5\" is dropped without a sweep\n"},
+        {"cylinder\ncenterll 1 2\nradius 5\nangledeg 1\nangleunits bam\n",
+         "5: \"angledeg 1\" is dropped\n6: \"angleunits bam\" is not kept: saved in metres and degrees\n"},
+        // What belongs to other kinds, or to the other kind of positions.
+        {circle + "radius 5\nheight 3\nanglestart 5\n",
+         "6: \"height 3\" means nothing here and is dropped\n7: \"anglestart 5\" means nothing here and is "
+         "dropped\n"},
+        {circle + "radius 5\ncenterxy 1 2\ncenterll2 3 4\nref 1 2\n",
+         "6: \"centerxy 1 2\" means nothing here and is dropped\n7: \"centerll2 3 4\" means nothing here and "
+         "is dropped\n8: \"ref 1 2\" means nothing here and is dropped\n"},
+        {"orbit\ncenterll 1 2\ncenterll2 1 3\ncenterxy2 1 3\nrangeunits m\nradius 5\n",
+         "5: \"centerxy2 1 3\" means nothing here and is dropped\n"},
+        {label + "ll 1 2\nfillcolor red\nfilled\nlinewidth 2\n",
+         "4: \"fillcolor red\" means nothing here and is dropped\n5: \"filled\" means nothing here and is "
+         "dropped\n6: \"linewidth 2\" means nothing here and is dropped\n"},
+        {label + "centerxy 3 4\nxy 1 2\n", "3: \"centerxy 3 4\" is dropped, because line 4 counts\n"},
+        {label + "xy 1:30:00 2\n", "3: \"xy 1:30:00 2\" cannot be read and is dropped\n"},
+        {"line\nxy 1:30:00 2\nxy 2 3\ncenterll 1 2\n",
+         "5: \"centerll 1 2\" means nothing here and is dropped\n"},
+        {line + "extrude bar\nrotate 5\n", "6: \"rotate 5\" is dropped\n"},
         // Words behind those that a line needs.
+        {line + "altitudeunits ft home\n",
+         "1: Invalid altitudeunits: ft home for line line\n5: \"altitudeunits ft home\" is not kept: saved "
+         "in metres and degrees\n"},
         {circle + "radius 5 km\nfilled true\n", "5: \"radius 5 km\" loses what stands behind its values\n"},
         {"line # home\nlla 1 2 3 # door\nlla 4 5 6\n",
          "2: \"line # home\" loses what stands behind its values\n"
@@ -118,6 +168,7 @@ TEST_F(LossReportTest, NamesTheLineThatIsLost) {
         {circle + "radius 20003932\n", "1: the circle \"circle\" is not saved: it is not complete\n"},
         {"orbit\ncenterll 1 2\ncenterll2 1 3\nrangeunits m\nradius 20003932\n",
          "6: \"radius 20003932\" is too large and is saved as 50 m\n"},
+        {"ellipsoid\ncenterll 1 2\nradius 3\nheight 0\n", ""},
         {"ellipsoid\ncenterll 1 2\nmajoraxis 5\nminoraxis 4\nradius 3\nheight -2\n",
          "6: \"radius 3\" is dropped, because the axes count\n7: \"height -2\" is saved as 1 m\n"},
     };
@@ -196,8 +247,6 @@ TEST_F(LossReportTest, TheDocumentationHasEveryKeyword) {
 
 TEST_F(LossReportTest, IsWhatTheDocumentationSaysOfTheSample) {
     const std::string text = readSource("samples/keywords.zel");
-    PointConverter platform;
-    platform.setReferenceLla({0.3, 0.4, 5.0}, 7);  // for the relative blocks without a reference
     std::map<std::size_t, halNotify::Severity> severities;
     std::set<std::size_t> unsaved;  // the blocks, by the line of their "start"
     for (const auto& loss : loadOverlayText(text, "sample", preferences, &platform, 7).losses) {

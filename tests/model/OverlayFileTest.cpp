@@ -1,23 +1,21 @@
 #include <memory>
-#include <random>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/Notify.h"
 #include "geo/Angles.h"
+#include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
-#include "model/Overlay.h"
 #include "model/OverlayFile.h"
+#include "model/PolygonShape.h"
+#include "model/RectangleShape.h"
 #include "support/FakeHost.h"
 
 using halCore::Vec3;
-using OverlayEditor::CylinderShape;
-using OverlayEditor::loadOverlayText;
-using OverlayEditor::Overlay;
-using OverlayEditor::PointConverter;
-using OverlayEditor::Preferences;
-using OverlayEditor::Shape;
+using namespace OverlayEditor;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -26,47 +24,53 @@ namespace {
 
 class OverlayFileTest : public ::testing::Test {
   protected:
-    std::vector<std::unique_ptr<Shape>> load(const std::string& text, PointConverter* converter = nullptr,
-                                             unsigned long platform = 0) {
-        return std::move(loadOverlayText(text, "test", preferences, converter, platform).shapes);
+    OverlayFileTest() {
+        halNotify::setNotifyHandler([this](halNotify::Severity severity, const std::string& text) {
+            messages.push_back((severity == halNotify::Error ? "error: " : "warning: ") + text);
+        });
+        platform.setReferenceLla(Vec3(0.5, 0.6, 10.0), 3);
     }
-    /// What saving gives after loading.
-    std::string again(const std::string& text, PointConverter* converter = nullptr,
-                      unsigned long platform = 0) {
-        Overlay overlay;
-        overlay.setAttachedPlatformId(platform, converter, false);
-        for (auto& shape : load(text, converter, platform)) overlay.addShape(shape.release());
-        return overlay.text();
+    ~OverlayFileTest() override { halNotify::setNotifyHandler({}); }
+
+    LoadResult load(const std::string& text, PointConverter* converter = nullptr) {
+        return loadOverlayText(text, "test.zel", preferences, converter, converter ? 3 : 0);
+    }
+    template <typename Kind = CylinderShape>
+    std::unique_ptr<Kind> only(const std::string& lines, PointConverter* converter = nullptr) {
+        auto shapes = load("start\n" + lines + "end\n", converter).shapes;
+        auto* const kind = shapes.size() == 1 ? dynamic_cast<Kind*>(shapes[0].release()) : nullptr;
+        return std::unique_ptr<Kind>(kind);
     }
 
     FakeHost host;
     Preferences preferences;
+    PointConverter platform;
+    std::vector<std::string> messages;
 };
 
 std::string block(const std::string& lines) {
     return "start\n" + lines + "end\n";
 }
 
-TEST_F(OverlayFileTest, ReportsAFileWithoutShapes) {
-    for (const char* text : {"", "# only a comment\nversion 2\n"}) {
-        host.notifications.clear();
-        const auto loaded = loadOverlayText(text, "empty.zel", preferences, nullptr, 0);
-        EXPECT_EQ(loaded.error, "no valid shapes found");
-        ASSERT_EQ(host.notifications.size(), 1U);
-        EXPECT_THAT(host.notifications[0], HasSubstr("Could not load empty.zel, no valid shapes found\n"));
-    }
-    host.notifications.clear();
-    const auto box = loadOverlayText(block("latlonaltbox 1 2 3 4 5\n"), "box.zel", preferences, nullptr, 0);
-    EXPECT_NE(box.error, "");
-    EXPECT_THAT(host.notifications, IsEmpty());
-}
+TEST_F(OverlayFileTest, TellsWhatItCouldNotRead) {
+    const auto nothing = load("# only a comment\nversion 2\n");
+    EXPECT_EQ(nothing.error, "no valid shapes found");
+    EXPECT_TRUE(nothing.logged);
+    ASSERT_EQ(host.notifications.size(), 1U);
+    EXPECT_THAT(host.notifications[0], HasSubstr("Could not load test.zel, no valid shapes found\n"));
 
-TEST_F(OverlayFileTest, NamesWhatTheEditorCannotHold) {
-    const auto loaded = loadOverlayText(
-        block("3d name A\ncircle\ncenterll 1 2\nradius 5\n") + block("3d name B\nlatlonaltbox 4 3 1 2 0\n"),
-        "test", preferences, nullptr, 0);
-    EXPECT_EQ(loaded.shapes.size(), 1U);
-    EXPECT_THAT(loaded.leftOut, ElementsAre("latlonaltbox \"B\""));
+    const std::string box = block("3d name B\nlatlonaltbox 4 3 1 2 0\n");
+    const auto unknown = load(box);
+    EXPECT_EQ(unknown.error, "none of its shapes can be edited");
+    EXPECT_FALSE(unknown.logged);
+    EXPECT_EQ(host.notifications.size(), 1U);
+
+    const auto mixed = load(box + block("circle\ncenterll 1 2\nradius 5\nradius\n") + "start\nline\n");
+    EXPECT_EQ(mixed.error, "");
+    EXPECT_EQ(mixed.shapes.size(), 1U);
+    EXPECT_THAT(mixed.leftOut, ElementsAre("latlonaltbox \"B\""));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("error: ZEL error: radius")));
+    EXPECT_EQ(mixed.losses.back().line, 11U) << "the block that is not ended";
 }
 
 TEST_F(OverlayFileTest, CircularShapesFromFiles) {
@@ -98,87 +102,75 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         {"arc\nradius 3\n", CylinderShape::Arc, 3, 3, 0}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.lines);
-        const auto shapes =
-            load(block(std::string(c.lines) + "centerll 20 30\nrangeunits m\naltitudeunits m\n"));
-        ASSERT_EQ(shapes.size(), 1U);
-        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes[0]);
-        EXPECT_EQ(shape.subtype(), c.subtype);
-        EXPECT_DOUBLE_EQ(shape.majorAxis(), c.major);
-        EXPECT_DOUBLE_EQ(shape.minorAxis(), c.minor);
-        EXPECT_DOUBLE_EQ(shape.height(), c.height);
-        EXPECT_NEAR(shape.startAngle() * halCore::kDegreesPerRadian, c.start, 1e-12);
-        EXPECT_NEAR(shape.endAngle() * halCore::kDegreesPerRadian, c.end, 1e-12);
-        EXPECT_EQ(shape.startAnglePt().has_value(), c.end != 0.0);
-
-        Overlay once, twice;
-        once.addShape(shape.clone());
-        const std::string text = once.text();
-        for (auto& again : loadOverlayText(text, "test", preferences, nullptr, 0).shapes)
-            twice.addShape(again.release());
-        EXPECT_EQ(twice.text(), text);
+        const auto shape = only(std::string(c.lines) + "centerll 20 30\nrangeunits m\naltitudeunits m\n");
+        ASSERT_TRUE(shape);
+        EXPECT_EQ(shape->subtype(), c.subtype);
+        EXPECT_DOUBLE_EQ(shape->majorAxis(), c.major);
+        EXPECT_DOUBLE_EQ(shape->minorAxis(), c.minor);
+        EXPECT_DOUBLE_EQ(shape->height(), c.height);
+        EXPECT_NEAR(shape->startAngle() * halCore::kDegreesPerRadian, c.start, 1e-12);
+        EXPECT_NEAR(shape->endAngle() * halCore::kDegreesPerRadian, c.end, 1e-12);
     }
 }
 
 TEST_F(OverlayFileTest, StyleFallsBack) {
     const auto style = [&](const std::string& lines) {
-        const auto shapes = load(block("circle\ncenterll 1 2\nradius 3\n" + lines));
-        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
+        const auto shape = only("circle\ncenterll 1 2\nradius 3\n" + lines);
         char text[64];
-        std::snprintf(text, sizeof text, "%08x %d %08x %d", shape.lineColor(), shape.lineWidth(),
-                      shape.fillColor(), shape.filled());
+        std::snprintf(text, sizeof text, "%08x %d %08x %d", shape->lineColor(), shape->lineWidth(),
+                      shape->fillColor(), shape->filled());
         return std::string(text);
     };
     EXPECT_EQ(style(""), "ff0000ff 1 ff0000ff 0");
     EXPECT_EQ(style("linecolor blue\nfilled\n"), "0000ffff 1 0000ffff 1");
     EXPECT_EQ(style("linewidth 7\nfillcolor hex 80112233\n"), "ff0000ff 7 33221180 0");
+    EXPECT_EQ(only<PolygonShape>("points\nll 1 2\nlinecolor blue\n")->lineColor(), 0x0000FFFFU);
+    EXPECT_EQ(only<PolygonShape>("linesegs\nll 1 2\nll 3 4\nll 5 6\nll 7 8\n")->getNumPoints(), 4U);
+    // As the host draws a label without a font.
+    const auto label = only<AnnotationShape>("annotation A\nll 1 2\n");
+    EXPECT_EQ(label->fontName(), "arial.ttf");
+    EXPECT_EQ(label->fontSize(), 15);
 }
 
-TEST_F(OverlayFileTest, RelativeShapesCountFromTheirReferenceOrThePlatform) {
-    PointConverter platform;
-    platform.setReferenceLla(Vec3(0.5, 0.6, 10.0), 3);
-    const std::string ring = block("circle\nradius 10\n");
-    {
-        // No centre: about the platform.
-        const auto shapes = load(ring, &platform, 3);
-        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
-        EXPECT_EQ(*shape.centerPt(), Vec3(0.5, 0.6, 10.0));
-        EXPECT_EQ(shape.attachedPlatformId(), 3U);
+TEST_F(OverlayFileTest, OffsetsCountFromTheirReferenceOrThePlatform) {
+    // No centre: about the platform.
+    const auto ring = only("circle\nradius 10\n", &platform);
+    EXPECT_NEAR(ring->centerPoint().lat(), 0.5, 1e-9);
+    EXPECT_EQ(ring->attachedPlatformId(), 3U);
+    const auto own = only("circle\ncenterxy 0 0\nradius 10\nref 10 20 0\n", &platform);
+    EXPECT_NEAR(own->centerPoint().lat(), 10 * halCore::kRadiansPerDegree, 1e-9);
+    // A label can still be put somewhere.
+    for (const char* nowhere : {"", "xy 1 2\n", "xy 1 2\nref 90 0\n"}) {
+        const auto label = only<AnnotationShape>(std::string("annotation A\n") + nowhere);
+        EXPECT_TRUE(label && !label->hasPoint());
     }
-    {
-        const auto shapes = load(block("circle\ncenterxy 0 0\nradius 10\nref 10 20 0\n"), &platform, 3);
-        const auto& shape = dynamic_cast<const CylinderShape&>(*shapes.at(0));
-        EXPECT_NEAR(shape.centerPt()->lat(), 10 * halCore::kRadiansPerDegree, 1e-15);
-    }
-    testing::internal::CaptureStderr();
-    EXPECT_THAT(load(ring), IsEmpty());
-    EXPECT_THAT(load(block("circle\ncenterxy 0 0\nradius 10\nref 90 0\n")), IsEmpty());
-    const std::string messages = testing::internal::GetCapturedStderr();
-    EXPECT_THAT(messages, HasSubstr("relative to a platform"));
-    EXPECT_THAT(messages, HasSubstr("not on the globe"));
+    EXPECT_FALSE(only("circle\nradius 10\n"));
+    EXPECT_FALSE(only("circle\ncenterxy 0 0\nradius 10\nref 90 0\n"));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("relative to a platform"), HasSubstr("not on the globe")));
+
+    const std::string line = "line\nxy 1 2\nxy 3 4\n";
+    EXPECT_FALSE(load(block("line\nll 1 2\nll 3 4\n")).offsets);
+    const auto offsets = load(block(line) + block(line + "ref 1 2\n") + block(line + "ref 3 4\n"), &platform);
+    EXPECT_NEAR(offsets.offsets->reference->lat(), halCore::kRadiansPerDegree, 1e-15) << "the first one";
+    EXPECT_FALSE(offsets.offsets->mixed);
+    EXPECT_THAT(offsets.losses, ::testing::SizeIs(2)) << "the references, and every shape is complete";
+    EXPECT_TRUE(load(block(line) + block("line\nll 1 2\nll 3 4\n"), &platform).offsets->mixed);
 }
 
-TEST_F(OverlayFileTest, AttachedOverlayStaysRelative) {
-    PointConverter platform;
-    platform.setReferenceLla(Vec3(0.5, 0.6, 10.0), 3);
-    const std::string text = again(block("line\nxyz 10 20 5\nxyz -30 40 5\nrangeunits m\naltitudeunits m\n") +
-                                       block("circle\ncenterxy 7 8\nradius 10\n"),
-                                   &platform, 3);
-    EXPECT_THAT(text, HasSubstr("xyz 10 20 5\nxyz -30 40 5\n"));
-    EXPECT_THAT(text, HasSubstr("centerxyz "));
-    EXPECT_EQ(text.find("lla "), std::string::npos);
-    EXPECT_EQ(again(text, &platform, 3), text);
-}
-
-TEST_F(OverlayFileTest, RadiusBeyondHalfTheEarthIsRefusedAndReported) {
-    const auto load = [this](const char* radius) {
-        return loadOverlayText(block("circle\ncenterlla 0 0 0\nrangeunits m\n" + std::string(radius)), "test",
-                               preferences, nullptr, 0);
+TEST_F(OverlayFileTest, BoxesComeBackAsRectanglesAndNothingElseDoes) {
+    const auto is = [&](const std::string& points) {
+        return only<RectangleShape>("polygon\n" + points) != nullptr;
     };
-    EXPECT_TRUE(load("radius 20003931\n").losses.empty());
-    const auto tooFar = load("radius 20003932\n");
-    ASSERT_EQ(tooFar.losses.size(), 1U);
-    EXPECT_EQ(tooFar.losses[0].text, "the circle \"circle\" is not saved: it is not complete");
-    EXPECT_EQ(dynamic_cast<const CylinderShape&>(*tooFar.shapes[0]).majorAxis(), 0.0);
+    EXPECT_TRUE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2\n"));
+    EXPECT_TRUE(is("ll 1 2\nll 3 2\nll 3 4\nll 1 4\n"));
+    EXPECT_TRUE(is("ll 3 -179\nll 3 179\nll 1 179\nll 1 -179\n"));
+    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2.5\n"));              // the last side slants
+    EXPECT_FALSE(is("ll 1 3\nll 2 4\nll 3 3\nll 2 2\n"));                // turned
+    EXPECT_FALSE(is("ll 1 2\nll 3 4\nll 1 4\nll 3 2\n"));                // crosses itself
+    EXPECT_FALSE(is("ll 1 2 9\nll 1 4\nll 3 4\nll 3 2\n"));              // not flat
+    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2 9\n"));              // not flat
+    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2\nll 1 2\n"));        // closed explicitly
+    EXPECT_TRUE(is("xy 1 2\nxy 1 4\nxy 3 4\nxy 3 2\nref 50 60 100\n"));  // offsets
 }
 
 }  // namespace

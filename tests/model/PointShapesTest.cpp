@@ -235,22 +235,6 @@ TEST_F(PointShapesTest, CornerFormulas) {
     EXPECT_NEAR(calcWidthHeight(degrees(20, 30), flat.first).height, -1.0, 1e-3);
 }
 
-TEST_F(PointShapesTest, BoxesComeBackAsRectanglesAndNothingElseDoes) {
-    const auto is = [&](const std::string& points) {
-        const auto shapes = load("start\npolygon\n" + points + "end\n");
-        return dynamic_cast<RectangleShape*>(shapes.at(0).get()) != nullptr;
-    };
-    EXPECT_TRUE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2\n"));
-    EXPECT_TRUE(is("ll 1 2\nll 3 2\nll 3 4\nll 1 4\n"));
-    EXPECT_TRUE(is("ll 3 -179\nll 3 179\nll 1 179\nll 1 -179\n"));
-    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2.5\n"));              // the last side slants
-    EXPECT_FALSE(is("ll 1 3\nll 2 4\nll 3 3\nll 2 2\n"));                // turned
-    EXPECT_FALSE(is("ll 1 2\nll 3 4\nll 1 4\nll 3 2\n"));                // crosses itself
-    EXPECT_FALSE(is("ll 1 2 9\nll 1 4\nll 3 4\nll 3 2\n"));              // not flat
-    EXPECT_FALSE(is("ll 1 2\nll 1 4\nll 3 4\nll 3 2\nll 1 2\n"));        // closed explicitly
-    EXPECT_TRUE(is("xy 1 2\nxy 1 4\nxy 3 4\nxy 3 2\nref 50 60 100\n"));  // offsets
-}
-
 TEST_F(PointShapesTest, FreeDrawIsLinesInARow) {
     auto& drawing = add(std::make_unique<FreeDrawShape>(preferences));
     EXPECT_FALSE(drawing.canAttach());
@@ -276,15 +260,6 @@ TEST_F(PointShapesTest, FreeDrawIsLinesInARow) {
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(dynamic_cast<PolygonShape&>(*lines[1]).getNumPoints(), 3U);
     EXPECT_EQ(lines[1]->name(), "Free Draw");
-}
-
-TEST_F(PointShapesTest, PointsAndSegmentsBecomeLines) {
-    const auto shapes = load(
-        "start\npoints\nll 1 2\nlinecolor blue\nend\nstart\nlinesegs\nll 1 2\nll 3 4\nll 5 6\nll 7 8\nend\n");
-    ASSERT_EQ(shapes.size(), 2U);
-    EXPECT_EQ(dynamic_cast<PolygonShape&>(*shapes[0]).lineColor(), 0x0000FFFFU);
-    EXPECT_EQ(dynamic_cast<PolygonShape&>(*shapes[1]).getNumPoints(), 4U);
-    EXPECT_EQ(dynamic_cast<PolygonShape&>(*shapes[1]).subtype(), PolygonShape::Line);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include "geo/Angles.h"
 #include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
 #include "model/FreeDrawShape.h"
@@ -28,7 +29,8 @@ class RandomShapes {
     /// Near `about` when there is one: what is attached is near its platform.
     halCore::Vec3 position(const halCore::Vec3* about) {
         if (!about) return {number(-1.55, 1.55), number(-3.1415, 3.1415), number(-1000, 40000)};
-        return {about->lat() + number(-0.02, 0.02), about->lon() + number(-0.02, 0.02), number(-1000, 40000)};
+        return {about->lat() + number(-0.02, 0.02), halCore::wrapToPi(about->lon() + number(-0.02, 0.02)),
+                number(-1000, 40000)};
     }
     double length() { return std::pow(10.0, number(-2, 6)); }
 
