@@ -8,16 +8,22 @@ using OverlayEditor::Preferences;
 
 namespace {
 
-TEST(Preferences, StartsFromDefaults) {
+TEST(Preferences, StartFromDefaultsWhereSettingsAreMissingOrSpoilt) {
     FakeHost host;
-    const Preferences preferences;
-    EXPECT_EQ(preferences.rangeUnits(), static_cast<UTILS::UnitType_t>(20));
-    EXPECT_EQ(preferences.altitudeUnits(), static_cast<UTILS::UnitType_t>(20));
-    EXPECT_EQ(preferences.angleUnits(), static_cast<UTILS::UnitType_t>(11));
-    EXPECT_EQ(preferences.geodeticUnits(), static_cast<UTILS::UnitType_t>(13));
-    EXPECT_EQ(preferences.precision(), 2);
-    EXPECT_EQ(preferences.coordinateSystem(), Preferences::LLA);
-    EXPECT_FALSE(preferences.autoDelete());
+    for (const bool spoilt : {false, true}) {
+        if (spoilt)
+            host.settings = {{"Precision", "lots"},        {"RangeUnits", "furlongs"},
+                             {"AngleUnits", "meters"},     {"OverlayEditorCoordinateSystem", "mgrs"},
+                             {"AltitudeUnits", "degrees"}, {"AutoDeleteZelFilesOnExit", "maybe"}};
+        const Preferences preferences;
+        EXPECT_EQ(preferences.rangeUnits(), static_cast<UTILS::UnitType_t>(20));
+        EXPECT_EQ(preferences.altitudeUnits(), static_cast<UTILS::UnitType_t>(20));
+        EXPECT_EQ(preferences.angleUnits(), static_cast<UTILS::UnitType_t>(11));
+        EXPECT_EQ(preferences.geodeticUnits(), static_cast<UTILS::UnitType_t>(13));
+        EXPECT_EQ(preferences.precision(), 2);
+        EXPECT_EQ(preferences.coordinateSystem(), Preferences::LLA);
+        EXPECT_FALSE(preferences.autoDelete());
+    }
 }
 
 TEST(Preferences, AreKeptInTheHostsSettings) {
@@ -40,20 +46,6 @@ TEST(Preferences, AreKeptInTheHostsSettings) {
     EXPECT_EQ(again.angleUnits(), UTILS::UnitType_t::Mils);
     EXPECT_EQ(again.coordinateSystem(), Preferences::MGRS);
     EXPECT_TRUE(again.autoDelete());
-}
-
-TEST(Preferences, SpoiltSettingsGiveDefaults) {
-    FakeHost host;
-    host.settings = {{"Precision", "lots"},        {"RangeUnits", "furlongs"},
-                     {"AngleUnits", "meters"},     {"OverlayEditorCoordinateSystem", "mgrs"},
-                     {"AltitudeUnits", "degrees"}, {"AutoDeleteZelFilesOnExit", "maybe"}};
-    const Preferences preferences;
-    EXPECT_EQ(preferences.precision(), 2);
-    EXPECT_EQ(preferences.rangeUnits(), UTILS::kDefaultLengthUnits);
-    EXPECT_EQ(preferences.altitudeUnits(), UTILS::kDefaultLengthUnits);
-    EXPECT_EQ(preferences.angleUnits(), UTILS::kDefaultAngleUnits);
-    EXPECT_EQ(preferences.coordinateSystem(), Preferences::LLA);
-    EXPECT_FALSE(preferences.autoDelete());
 }
 
 TEST(DefaultLla, IsOnTheSurfaceBelowTheEye) {

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "common/Files.h"
@@ -12,7 +11,6 @@
 #include "format/ZelShapes.h"
 #include "geo/Angles.h"
 #include "model/AnnotationShape.h"
-#include "model/ColorBytes.h"
 #include "model/FreeDrawShape.h"
 #include "model/OrbitShape.h"
 #include "model/Overlay.h"
@@ -20,7 +18,6 @@
 #include "model/PolygonShape.h"
 #include "model/RandomShapes.h"
 #include "model/RectangleShape.h"
-#include "model/ShapeWriter.h"
 #include "support/FakeHost.h"
 
 using halCore::Vec3;
@@ -52,6 +49,7 @@ void expectSame(const Vec3& a, const Vec3& b) {
     EXPECT_NEAR(a.lat(), b.lat(), nanodegree);
     EXPECT_LT(angleBetween(a.lon(), b.lon()), nanodegree);
     EXPECT_NEAR(a.alt(), b.alt(), 1e-6);
+    EXPECT_LE(std::abs(b.lon()), halCore::kPi);
 }
 
 void expectSame(const Shape& was, const Shape& is) {
@@ -60,8 +58,7 @@ void expectSame(const Shape& was, const Shape& is) {
         const auto& b = dynamic_cast<const CylinderShape&>(is);
         EXPECT_EQ(a->subtype(), b.subtype());
         expectSame(*a->centerPt(), *b.centerPt());
-        const bool orbit = a->subtype() == CylinderShape::NoSubtype;
-        if (orbit) {
+        if (a->subtype() == CylinderShape::NoSubtype) {
             expectSame(*a->majorAxisPt(), *b.majorAxisPt());
             if (a->minorAxisPt()) {
                 EXPECT_NEAR(a->minorAxis(), b.minorAxis(), 1e-9 * a->minorAxis());
@@ -153,47 +150,26 @@ TEST_F(RoundTripTest, WhatIsWrittenIsWhatWasThere) {
     }
 }
 
-TEST_F(RoundTripTest, AShapeIsWrittenTheSameWhateverWasWrittenBefore) {
-    RandomShapes shapes(preferences);
-    const auto body = [](const std::string& text) { return text.substr(text.find("start")); };
-    Overlay overlay;
-    std::string all = "version 2\n\n";
-    for (int i = 0; i < 3 * RandomShapes::kKinds; ++i) {
-        std::vector<std::unique_ptr<Shape>> alone;
-        alone.push_back(shapes.make(i % RandomShapes::kKinds, nullptr));
-        alone.front()->setShown(true);
-        all += body(shapesText(alone));
-        overlay.addShape(alone.front().release());
-    }
-    EXPECT_EQ(overlay.text(), all);
-    EXPECT_EQ(overlay.text(), all);
-}
-
 TEST_F(RoundTripTest, NamesCannotBreakTheFile) {
     struct Case {
-        std::string name, shapes, labels;  ///< what comes back
+        std::string name;
+        std::string shapes = name, labels = name;  ///< what comes back
     };
-    const std::string longName(10000, 'n');
-    const Case cases[] = {
-        {"two\nlines", "two\\nlines", "two\nlines"},
-        {"two\r\nlines", "two\\nlines", "two\nlines"},
-        {"a\tb", "a b", "a b"},
-        {"  a  b  ", "a b", "  a  b  "},
-        {"\n", "\\n", "\n"},
-        {"\"a  b\" c", "\"a  b\" c", "\"a  b\" c"},
-        {"\"open  quote", "\"open  quote", "\"open  quote"},
-        {"# a", "# a", "# a"},
-        {"// a", "// a", "// a"},
-        {"end", "end", "end"},
-        {"a\nend\nstart\ncircle", "a\\nend\\nstart\\ncircle", "a\nend\nstart\ncircle"},
-        {"comment x", "comment x", "comment x"},
-        {"Under_score", "Under_score", "Under_score"},
-        {"a _b", "a _b", "a _b"},
-        {"back\\slash", "back\\slash", "back\\slash"},
-        {"\xF0\x9F\x98\x80 \xC3\xA9", "\xF0\x9F\x98\x80 \xC3\xA9", "\xF0\x9F\x98\x80 \xC3\xA9"},
-        {"\xFF\xFE", "\xFF\xFE", "\xFF\xFE"},
-        {longName, longName, longName},
-    };
+    const Case cases[] = {{"two\nlines", "two\\nlines"},
+                          {"two\r\nlines", "two\\nlines", "two\nlines"},
+                          {"a\tb", "a b", "a b"},
+                          {"  a  b  ", "a b"},
+                          {"a\nend\nstart\ncircle", "a\\nend\\nstart\\ncircle"},
+                          {"\n", "\\n"},
+                          {"\"a  b\" c"},
+                          {"\"open  quote"},
+                          {"# a"},
+                          {"end"},
+                          {"Under_score"},
+                          {"a _b"},
+                          {"back\\slash"},
+                          {"\xFF\xFE"},
+                          {std::string(10000, 'n')}};
     for (const Case& c : cases)
         for (int kind = 0; kind < RandomShapes::kKinds; ++kind) {
             RandomShapes random(preferences);
@@ -250,32 +226,15 @@ TEST_F(RoundTripTest, ShapesCarriedAboutKeepTheirOffsetsAndAreNotLoadedAnew) {
 TEST_F(RoundTripTest, CountriesAreKept) {
     std::string text;
     ASSERT_EQ(UTILS::readFile(OE_SOURCE_DIR "/samples/countries-110m.zel", text), "");
-    std::vector<std::shared_ptr<halCore::ZEL::ZelShape>> countries;
+    halCore::ZEL::Parser::Shapes countries;
     halCore::ZEL::Parser().parse(std::string_view(text), countries);
     Overlay once;
     fill(once, text);
     const auto shapes = once.shapes();
     ASSERT_EQ(shapes.size(), 286U);
-    ASSERT_EQ(countries.size(), shapes.size());
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-        const auto& country = dynamic_cast<const halCore::ZEL::Polygon&>(*countries[i]);
-        const auto& shape = dynamic_cast<const PolygonShape&>(*shapes[i]);
-        std::string name;
-        country.getName(name);
-        EXPECT_EQ(shape.name(), name);
-        const auto packed = [](const halCore::ZEL::Color& c) {
-            return ColorBytes{c.red(), c.green(), c.blue(), c.alpha()}.packed();
-        };
-        halCore::ZEL::Color line, fill;
-        bool filled = false;
-        EXPECT_EQ(country.getLineColor(line), 0);
-        EXPECT_EQ(shape.lineColor(), packed(line));
-        EXPECT_EQ(country.getFillColor(fill), 0);
-        EXPECT_EQ(shape.fillColor(), packed(fill));
-        country.getFilled(filled);
-        EXPECT_EQ(shape.filled(), filled);
-        EXPECT_EQ(shape.points(), country.points());
-    }
+    for (std::size_t i = 0; i < shapes.size(); ++i)
+        EXPECT_EQ(dynamic_cast<const PolygonShape&>(*shapes[i]).points(),
+                  dynamic_cast<const halCore::ZEL::Polygon&>(*countries[i]).points());
     const std::string saved = once.text();
     Overlay twice;
     fill(twice, saved);
