@@ -38,7 +38,6 @@ start;points;LL 21d18m36S 158;ll 21:18:36S 158;ll "21d18m36S" 158;ll 21d18m36s 1
 /// A line that says too little, or what has no meaning, is reported and has no effect. "*" stands for the
 /// line.
 TEST(Messages, ofShortLines) {
-    const std::string points = "points;lla 1 2 0";
     for (const auto& row : rows(R"(
 annotation command requires at least 1 argument | annotation
 latlonaltbox command requires at least 5 arguments | latlonaltbox 1 2 3 4
@@ -62,9 +61,11 @@ scale command requires 3 arguments | scale 1 2
 Found unknown ZEL command 3d | 3d
 )",
                                 2)) {
-        for (const std::string& line : test::split(row[1], ";")) {
+        std::istringstream in(lines(row[1]));
+        for (std::string line; std::getline(in, line);) {
             const std::string message = row[0].starts_with('*') ? line + row[0].substr(1) : row[0];
-            EXPECT_EQ(read(block(points + ";" + line)), "4: " + message + "\n" + block(points));
+            EXPECT_EQ(read(block("points;lla 1 2 0;ll 3 4;" + line)),
+                      "5: " + message + "\n" + block("points;lla 1 2 0;lla 3 4 0"));
         }
     }
 }

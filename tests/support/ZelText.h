@@ -13,13 +13,9 @@
 
 #include "format/Parser.h"
 #include "format/ZelShapes.h"
-#include "support/Rows.h"
 
 /// What the format's tests have in common.
 namespace halCore::ZEL {
-
-using test::lines;
-using test::rows;
 
 struct Parsed {
     Parser::Shapes shapes;
@@ -58,25 +54,6 @@ inline std::string rewritten(std::string_view text) {
     return written(parsed(text));
 }
 
-/// Gives one character at a time.
-class Drip : public std::streambuf {
-  public:
-    explicit Drip(std::string_view text) : text_(text) {}
-
-  protected:
-    int_type underflow() override {
-        if (text_.empty()) return traits_type::eof();
-        current_ = text_.front();
-        text_.remove_prefix(1);
-        setg(&current_, &current_, &current_ + 1);
-        return traits_type::to_int_type(current_);
-    }
-
-  private:
-    std::string_view text_;
-    char current_ = 0;
-};
-
 /// Messages and shapes. They are the same for a stream, even one that throws at its end, with other line
 /// ends, behind a byte order mark, and for a text with more behind it, where several characters are read at
 /// once.
@@ -84,22 +61,19 @@ inline std::string read(const std::string& text) {
     const Parsed plain = parsed(text);
     const auto outcome = [](const Parsed& result) { return messages(result.report) + written(result); };
     const std::string expected = outcome(plain);
-    const auto streamed = [&](std::streambuf* buffer, std::ios::iostate throws) {
-        Parsed result;
-        std::istream stream(buffer);
-        stream.exceptions(throws);
-        Parser().parse(stream, result.shapes, result.report);
-        return outcome(result);
-    };
     std::string carriageReturns;
     for (const char c : text) carriageReturns.append(c == '\n' ? "\r\n" : std::string(1, c));
     for (const std::string& same :
          {text, "\xEF\xBB\xBF" + text, carriageReturns, text + std::string(200, '\n')}) {
         EXPECT_EQ(outcome(parsed(same)), expected) << same;
-        std::stringbuf buffer(same);
-        EXPECT_EQ(streamed(&buffer, std::ios::goodbit), expected) << same;
-        Drip drip(same);
-        EXPECT_EQ(streamed(&drip, std::ios::badbit | std::ios::failbit | std::ios::eofbit), expected) << same;
+        for (const auto throws :
+             {std::ios::goodbit, std::ios::badbit | std::ios::failbit | std::ios::eofbit}) {
+            Parsed result;
+            std::istringstream stream(same);
+            stream.exceptions(throws);
+            Parser().parse(stream, result.shapes, result.report);
+            EXPECT_EQ(outcome(result), expected) << same;
+        }
     }
     return expected;
 }
@@ -110,9 +84,33 @@ inline std::string sample(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Lines, each ended by a ";" or the text's end, between "start" and "end".
+/// Lines, each ended by a ";" or, the last one, by the text's end.
+inline std::string lines(std::string_view body) {
+    std::string text(body);
+    if (!text.empty()) text += ';';
+    std::replace(text.begin(), text.end(), ';', '\n');
+    return text;
+}
+
+/// The same between "start" and "end".
 inline std::string block(std::string_view body) {
     return "start\n" + lines(body) + "end\n";
+}
+
+/// The rows of a table, a line each but for comments; " | " parts the cells, and there are `count` of them.
+inline std::vector<std::vector<std::string>> rows(std::string_view table, std::size_t count) {
+    std::vector<std::vector<std::string>> result;
+    std::istringstream in{std::string(table)};
+    for (std::string line; std::getline(in, line);) {
+        if (line.empty() || line.starts_with("// ")) continue;
+        std::vector<std::string> cells;
+        for (std::size_t end; (end = line.find(" |")) != std::string::npos; line.erase(0, end + 3))
+            cells.push_back(line.substr(0, end));
+        cells.push_back(line);
+        cells.resize(std::max(cells.size(), count));
+        result.push_back(std::move(cells));
+    }
+    return result;
 }
 
 /// The only shape of a text, as its class.
