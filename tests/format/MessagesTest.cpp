@@ -61,8 +61,7 @@ scale command requires 3 arguments | scale 1 2
 Found unknown ZEL command 3d | 3d
 )",
                                 2)) {
-        std::istringstream in(lines(row[1]));
-        for (std::string line; std::getline(in, line);) {
+        for (const std::string& line : test::split(row[1], ";")) {
             const std::string message = row[0].starts_with('*') ? line + row[0].substr(1) : row[0];
             EXPECT_EQ(read(block("points;lla 1 2 0;ll 3 4;" + line)),
                       "5: " + message + "\n" + block("points;lla 1 2 0;lla 3 4 0"));

@@ -264,8 +264,7 @@ TEST(PlainNumbers, areTheNearestDoubles) {
         ASSERT_EQ(p, line.data() + text.size());
     }
     EXPECT_GT(plain, 40000);
-    for (const std::string text :
-         {"", "-", ".", "1e3", "1,5", "0x10", "+-1", "nan", "1.2.3", "12345678901234567890"}) {
+    for (const std::string& text : test::split(";-;.;1e3;1,5;0x10;+-1;nan;1.2.3;12345678901234567890", ";")) {
         const std::string line = text + "\n";
         const char* p = line.data();
         double value = 0.0;
@@ -293,32 +292,14 @@ TEST(PlainNumbers, ofPoints) {
 }
 
 TEST(PlainNumbers, ofUnusualPoints) {
-    for (const char* const line :
-         {"lla -0 +1.5 -.5",
-          "lla 12345678 0.1234567890123456 7",
-          "lla 1.12345678901234567890 2 3",
-          "lla 00000000000000000000012.5 2 3",
-          "lla 1  2 3",
-          "lla 1 2",
-          "lla 1 2 ",
-          "lla 1 2 3 4 5",
-          "lla 1 2 3\r",
-          "lla 1 2 3 ",
-          "lla 1. .2 3",
-          "lla 1.2.3 4 5",
-          "lla 1e1 2 3",
-          "lla 1 2 3e2",
-          "lla 1 2 x",
-          "lla 1- 2 3",
-          "lla -- 2 3",
-          "lla 1 2 3-",
-          "lla  1 2 3",
-          "lla 12:30 2 3",
-          "lla 1.5 2.5 3.5            4",
-          "xy 1.5 -2.25",
-          "lla 1.5 2.5 3.5                                                                4",
-          "LLA 1 2 3"})
-        read(block(std::string("points;") + line));
+    for (const std::string& line : test::split(
+             "lla -0 +1.5 -.5;lla 12345678 0.1234567890123456 7;lla 1.12345678901234567890 2 3;lla 1  2 3;"
+             "lla 00000000000000000000012.5 2 3;lla 1 2;lla 1 2 ;lla 1 2 3 4 5;lla 1 2 3\r;lla 1 2 3 ;"
+             "lla 1. .2 3;lla 1.2.3 4 5;lla 1e1 2 3;lla 1 2 3e2;lla 1 2 x;lla 1- 2 3;lla -- 2 3;lla 1 2 3-;"
+             "lla  1 2 3;lla 12:30 2 3;lla 1.5 2.5 3.5            4;xy 1.5 -2.25;LLA 1 2 3;"
+             "lla 1.5 2.5 3.5                                                                4",
+             ";"))
+        read(block("points;" + line));
 }
 
 }  // namespace

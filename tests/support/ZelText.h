@@ -13,9 +13,13 @@
 
 #include "format/Parser.h"
 #include "format/ZelShapes.h"
+#include "support/Rows.h"
 
 /// What the format's tests have in common.
 namespace halCore::ZEL {
+
+using test::lines;
+using test::rows;
 
 struct Parsed {
     Parser::Shapes shapes;
@@ -84,33 +88,9 @@ inline std::string sample(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Lines, each ended by a ";" or, the last one, by the text's end.
-inline std::string lines(std::string_view body) {
-    std::string text(body);
-    if (!text.empty()) text += ';';
-    std::replace(text.begin(), text.end(), ';', '\n');
-    return text;
-}
-
-/// The same between "start" and "end".
+/// Lines, each ended by a ";" or the text's end, between "start" and "end".
 inline std::string block(std::string_view body) {
     return "start\n" + lines(body) + "end\n";
-}
-
-/// The rows of a table, a line each but for comments; " | " parts the cells, and there are `count` of them.
-inline std::vector<std::vector<std::string>> rows(std::string_view table, std::size_t count) {
-    std::vector<std::vector<std::string>> result;
-    std::istringstream in{std::string(table)};
-    for (std::string line; std::getline(in, line);) {
-        if (line.empty() || line.starts_with("// ")) continue;
-        std::vector<std::string> cells;
-        for (std::size_t end; (end = line.find(" |")) != std::string::npos; line.erase(0, end + 3))
-            cells.push_back(line.substr(0, end));
-        cells.push_back(line);
-        cells.resize(std::max(cells.size(), count));
-        result.push_back(std::move(cells));
-    }
-    return result;
 }
 
 /// The only shape of a text, as its class.
