@@ -9,8 +9,8 @@ using namespace UTILS;
 TEST(Strings, TrimsAndChangesTheCaseOfAsciiOnly) {
     EXPECT_EQ(trimmed(" \t\v\f\r\n a b \n"), "a b");
     EXPECT_EQ(trimmed(" \t "), "");
-    EXPECT_EQ(lowerCase("ÄBC Z[@"), "Äbc z[@");
-    EXPECT_EQ(upperCase("éabz{`\xFF"), "éABZ{`\xFF");
+    EXPECT_EQ(lowerCase("ÄA@Z[\xFF"), "Äa@z[\xFF");
+    EXPECT_EQ(upperCase("éa`z{\xFF"), "éA`Z{\xFF");
     EXPECT_TRUE(equalsIgnoringCase("Nm", "nM"));
     EXPECT_FALSE(equalsIgnoringCase("nm", "nmi"));
     EXPECT_FALSE(equalsIgnoringCase("@", "`"));
@@ -21,6 +21,15 @@ TEST(Strings, KnowsTrueTokens) {
         EXPECT_TRUE(stringIsTrueToken(text)) << text;
     for (const char* text : {"", "false", "0", "no", "off", "2", "truee", "tr ue"})
         EXPECT_FALSE(stringIsTrueToken(text)) << text;
+}
+
+TEST(Strings, AreQuotedInPart) {
+    const auto front = [](std::size_t count) { return std::string(count, 'x'); };
+    EXPECT_EQ(excerpt(front(40)), front(40));
+    EXPECT_EQ(excerpt(front(41)), front(40) + "...");
+    // Not cut within a character.
+    EXPECT_EQ(excerpt(front(38) + "°°"), front(38) + "°...");
+    EXPECT_EQ(excerpt(front(39) + "°°"), front(39) + "...");
 }
 
 }  // namespace

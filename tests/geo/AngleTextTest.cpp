@@ -87,15 +87,11 @@ circle | an angle beyond 360 degrees | 361
     EXPECT_EQ(read(std::string(400, '9') + "N"), 9999.0);
 }
 
-TEST(ReadAngle, QuotesLongTextsInPart) {
+TEST(ReadAngle, BearsLongTextsAndQuotesThemInPart) {
     double radians = 0.0;
     std::string error;
-    // Cut after 40 bytes, but not within a character.
-    for (const auto& [front, quoted] : {std::pair{38, "\u00B0"}, {39, ""}}) {
-        const std::string begin(static_cast<std::size_t>(front), 'x');
-        ASSERT_NE(readAngle(begin + "\u00B0\u00B0" + std::string(1000000, 'x'), radians, {}, &error), 0);
-        EXPECT_EQ(error, "Invalid angle \"" + begin + quoted + "...\": a number is missing");
-    }
+    EXPECT_NE(readAngle(std::string(1000000, 'x'), radians, {}, &error), 0);
+    EXPECT_EQ(error, "Invalid angle \"" + std::string(40, 'x') + "...\": a number is missing");
     EXPECT_NE(readAngle(std::string(1000000, '1'), radians), 0);
     EXPECT_EQ(read("21" + std::string(1000000, ' ') + "30"), 21.5);
 }
