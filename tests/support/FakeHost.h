@@ -71,10 +71,10 @@ class FakeHost final : public PIServiceTable {
     std::map<std::uint64_t, Platform> platforms;
     std::vector<std::string> fileDialogAnswers;  ///< taken from the front; none left: cancelled
     std::map<std::string, std::string> settings;
-    double visualTime = 0.0;
 
     // What the test reads.
     std::map<Id, int> calls;
+    void* caller = nullptr;  ///< the identity that came with the last call
     int loads = 0, unloads = 0, redraws = 0, grabs = 0;
     std::string lastText;  ///< of the overlay loaded last from a stream
     std::map<void*, Overlay> overlays;
@@ -115,8 +115,9 @@ class FakeHost final : public PIServiceTable {
 
     std::int32_t hostBuildNumber() override { return 13000; }
 
-    PIServiceResult handle(void*, Id service, void* args) override {
-        if (service == Id::IdentityOverride) return 0;
+    PIServiceResult handle(void* identity, Id service, void* args) override {
+        if (service == Id::IdentityOverride) return overrideIdentity(as<PI_DATA_CATCHALL>(args));
+        caller = identity;
         ++calls[service];
         if (onCall && !inside_) {
             inside_ = true;
@@ -136,6 +137,15 @@ class FakeHost final : public PIServiceTable {
         return *static_cast<Record*>(static_cast<PI_DATA_BASE_CLASS*>(args));
     }
     void* nextHandle() { return reinterpret_cast<void*>(++handles_ * 16); }
+
+    PIServiceResult overrideIdentity(PI_DATA_CATCHALL& r) {
+        using Op = PISelector::IdentityOverride;
+        const auto operation = static_cast<Op>(r.integers.at(0));
+        if (operation == Op::Query && !identities_.empty()) r.pointers.push_back(identities_.back());
+        if (operation == Op::Push) identities_.push_back(r.pointers.at(0));
+        if (operation == Op::Pop) identities_.pop_back();
+        return 1;
+    }
 
     PIServiceResult keep(Widget widget) {
         void* const handle = nextHandle();
@@ -320,7 +330,7 @@ class FakeHost final : public PIServiceTable {
                     r.integers.push_back(static_cast<std::int64_t>(entry.first));
                 break;
             case Id::Clock:
-                r.doubles.push_back(is(PISelector::Clock::VisualTime) ? visualTime : 0.0);
+                r.doubles.push_back(0.0);
                 break;
             case Id::Timeout:
                 if (is(PISelector::Timeout::Cancel)) {
@@ -530,5 +540,6 @@ class FakeHost final : public PIServiceTable {
     PIServiceTable* before_;
     std::uintptr_t handles_ = 0;
     std::map<void*, std::string> actionLabels_;
+    std::vector<void*> identities_;
     bool inside_ = false;
 };
