@@ -31,10 +31,10 @@ assertThrows(() => command("ask-load"), /missing\.zel/);
 
 // A timeout fires once, with its data; one that is cancelled does not.
 said();
-command("timeout soon 20");
-command("timeout never 20");
+command("timeout never 1500");
 command("cancel never");
-wait(100);
+command("timeout soon 20");
+wait(1600);
 assertEqual(said(), ["soon fired with its data"]);
 
 // An action's mark is the plug-in's alone; choosing the action only asks.
@@ -43,23 +43,30 @@ const item = () => menuItems("Actions").find(entry => entry.text === "Draw It");
 menu("Actions", "Draw It");
 assertEqual(said(), ["Draw It asked for 1"]);
 assertEqual(item().checked, false);
-command("check-action 1 Draw_It");
+ask(319, "i1", "i1", "sProbe", "SDraw_It");
 assertEqual(item().checked, true);
 menu("Actions", "Draw It");
 assertEqual(said(), ["Draw It asked for 0"]);
 assertEqual(item().checked, true);
-command("destroy-action Draw_It");
+ask(319, "i2", "paction");
 assert(!item(), "the action is gone from the menu");
 
 assertEqual(command("publish org.example/Probe"), "1");
 assertEqual(command("publish org.example/Probe"), "0", "the name is taken");
-assertEqual(command("find-service org.example/Probe"), "own");
+assertEqual(command("find-service org.example/Probe"), "gallery", "its own");
 assertEqual(command("withdraw org.example/Probe"), "1");
 assertEqual(command("find-service org.example/Probe"), "none");
 
 said();
-command("notify 2 a failure");
-command("debug a trace");
+ask(325, "i0", "i2", "sprobe", "Sa_failure");
+ask(325, "i1", "i0", "sprobe", "Sa_trace");
 assertEqual(log().slice(-2), [{ severity: 2, source: "probe", text: "a failure" },
                               { severity: 6, source: "probe", text: "a trace" }]);
-assertEqual(command("identity"), "kept");
+
+// The identity that was pushed last.
+const identity = () => ask(16, "i0").pointers;
+assertEqual(identity(), []);
+ask(16, "i1", "pinstance");
+assertEqual(identity(), ["instance"]);
+ask(16, "i2", "p#0");
+assertEqual(identity(), []);

@@ -27,7 +27,7 @@ for (const delay of [60000, 2500]) {
     assert(openPlugin(libraries + "/probe.so"));
     open();
     for (const line of ["action Draw", "publish org.example/Probe", "observe", "menus", "grab",
-                        "stream band 0 1 2", "screen-text L T Text", "create-platform Mark 0 0",
+                        "stream band 1 2", "screen-text L T Text", "create Mark 0 0",
                         "leave-everything", "timeout late " + delay])
         command(line);
     const { gone, leftBehind } = closePlugin("Probe");

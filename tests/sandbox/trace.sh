@@ -19,7 +19,7 @@ for expected in \
     '^[0-9.]+   Probe -> 317 integers 55' \
     'log error Probe: misuse of the host: service 317: unknown selector 55' \
     'log error Probe: misuse of the host: service 145 \(check\): handle of a widget that is gone' \
-    '^[0-9.]+   Probe -> 908 \(value as text\) .* = 1 texts "misuse thread", [0-9]+ us$' \
+    '^[0-9.]+   Probe -> 908 \(value as text\) .* = 1 texts "on-thread call 152 int text 1", [0-9]+ us$' \
     '^[0-9.]+ host -> Probe event 2$'; do
     grep -qE "$expected" "$trace" || fail "missing: $expected"
 done

@@ -2,13 +2,15 @@
 include("lib/probe.js");
 open();
 const radians = Math.PI / 180;
-assertEqual(command("at-cursor"), "off the earth", "the mouse has not been in the view");
+const atCursor = () => ask(424, "i1", "i1").reals;
+const atPixel = (x, y) => ask(424, "i0", "i" + x, "i" + y, "i1").reals;
+assertEqual(atCursor(), [], "the mouse has not been in the view");
 
 // The camera looks where the plug-in says; its eye stands above the centre at the range.
 command(`look ${47 * radians} ${8 * radians} 50000 0 ${Math.PI / 2}`);
 assertNear(view.camera.lat, 47, 1e-9);
 assertNear(view.camera.range, 50000, 1e-6);
-const eye = command("eye").split(" ").map(Number);
+const eye = ask(418, "i0").reals;
 assertNear(eye[0] / radians, 47, 1e-9);
 assertNear(eye[2], 50000, 1e-3);
 
@@ -16,16 +18,16 @@ assertNear(eye[2], 50000, 1e-3);
 const meters = 50000 * 2 * Math.tan(0.3) / view.size.height;
 const at = view.move(47.01, 8.02);
 assert(distance(at, { lat: 47.01, lon: 8.02 }) < meters);
-const answer = command("at-cursor").split(" ").map(Number);
+const answer = atCursor();
 assertNear(answer[0] / radians, at.lat, 1e-12);
 assertNear(answer[1] / radians, at.lon, 1e-12);
 assertEqual(answer[2], 0);
-assertEqual(command(`at-pixel ${at.x} ${at.y}`), command("at-cursor"));
+assertEqual(atPixel(at.x, at.y), answer);
 assert(status().startsWith("47° 00."), status());
 view.camera = { lat: 0, lon: 0, range: 3e7 };
-assertEqual(command("at-pixel 2 2"), "off the earth");
+assertEqual(atPixel(2, 2), []);
 view.move({ x: 2, y: 2 });
-assertEqual(command("at-cursor"), "off the earth");
+assertEqual(atCursor(), []);
 assertEqual(view.cursor(), null);
 
 // Every mouse event reaches the plug-in, with modifiers; what it consumes does not move the camera.
@@ -66,7 +68,7 @@ command("grab");
 said();
 view.move({ x: -50, y: 5000 });
 assertEqual(said(), ["mouse 6 at -50,5000 modifiers 0 wheel 0"]);
-command("ungrab");
+ask(155, "i1");
 command("mouse off");
 
 // A redraw is one frame, however often it is asked for; overlays that the hook changes cause none.

@@ -1,2 +1,2 @@
 include("../lib/probe.js"); open();
-command("misuse wrong-record");
+raw("call 152 bool text 1");

@@ -146,7 +146,6 @@ void Gallery::close() {
 }
 
 void Gallery::refresh(int width, int height) {
-    ++refreshes_;
     if (!streamsInHook_) return;
     // What a rubber band does: the overlay of the last frame goes, a new one comes.
     if (void* last = std::exchange(handles_["band"], nullptr))

@@ -51,7 +51,6 @@ class Gallery {
     bool reportsMouse_ = false;
     bool consumesMouse_ = false;
     bool leaves_ = false;
-    int refreshes_ = 0;
     bool streamsInHook_ = false;
 
     struct CloseObserver final : PIGUI::PICloseObserver {
