@@ -1,3 +1,3 @@
-// Every kind of shape, drawn across 180 degrees.
+// Across 180 degrees, the kinds that reckon with longitudes.
 include("../lib/drawing.js");
-drawEverything("date-line", { lat: -17, lon: 180, range: 200000 });
+draw("the date line", { lat: -17, lon: 180, range: 200000 }, ["Line", "Rectangle", "Triangle", "Ellipse", "Arc"]);

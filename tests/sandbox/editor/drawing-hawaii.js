@@ -1,3 +1,3 @@
-// Every kind of shape, drawn over Hawaii.
+// Every kind of shape but free drawings, drawn over Hawaii.
 include("../lib/drawing.js");
-drawEverything("hawaii", { lat: 21, lon: -158, range: 200000 });
+draw("Hawaii", { lat: 21, lon: -158, range: 200000 });

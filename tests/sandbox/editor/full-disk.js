@@ -1,6 +1,5 @@
 // A user who saves where it cannot be: on a disk that is full, on one that is read-only, into a device. The log says
 // why, the old file stands, the shapes stay, and saved elsewhere nothing is lost.
-const pictures = args[0];
 const editor = dialog("Overlay Editor");
 const work = temporaryDirectory();
 const disk = environment("FULL_DISK");
@@ -57,10 +56,6 @@ if (disk) {
     assertEqual(readFile(plan), old, "the old file");
     assertEqual(listFiles(disk).filter(name => !name.startsWith("filler")), ["device.zel", "plan.zel"]);
     assertEqual(editor.items(), ["Harbour limit"]);
-    if (pictures) {
-        editor.moveTo(760, 0);
-        picture(pictures + "/full-disk.png");
-    }
     // With room again.
     removeFile(disk + "/filler0");
     editor.press("Save");
@@ -82,32 +77,3 @@ shapesAreThere();
 editor.press("Save");
 assertEqual(errors(), []);
 assertEqual(readFile(work + "/elsewhere.zel"), saved);
-
-// A quick shape, and unsaved shapes that "Delete All" would discard: the one is dropped, the others stay.
-if (disk) {
-    setSetting("AutoSaveZelDir", readOnly);
-    const here = { lat: 42, lon: 5 };
-    view.camera = { lat: 40, lon: 6, alt: 0, range: 4000000, azimuth: 0, elevation: 90 };
-    editor.moveTo(820, 20);
-    menu("Actions", "Quick Circle Draw");
-    view.move(here);
-    view.drag(here, { lat: 42, lon: 7 });
-    view.click({ lat: 36, lon: 2 }, { button: "right" });
-    const reason = `no file can be made in ${readOnly}: Read-only file system`;
-    assertEqual(errors(), [`"Circle 1" is not saved: ${reason}`]);
-    assert(log().some(entry => entry.text.includes(`Failed to create file ${readOnly}/Circle_1.zel for auto saving ZEL`)),
-           "the file is named");
-
-    editor.select("All Shapes", "Circle 1");
-    editor.fill("Radius:", "1 km");
-    editor.press("Delete All");
-    const [refused] = errors();
-    assert(refused.startsWith(`The unsaved shapes could not be written to ${readOnly}/Unsaved `) && refused.endsWith(reason + "; they stay in the editor"),
-           refused);
-    shapesAreThere();
-    setSetting("AutoSaveZelDir", work);
-    editor.press("Delete All");
-    const rescued = listFiles(work).filter(name => name.startsWith("Unsaved "));
-    assertEqual([editor.items(), rescued.length], [[], 1]);
-    assert(readFile(work + "/" + rescued[0]).includes("\nradius 1000\n"), "the radius that was typed last");
-}

@@ -33,7 +33,6 @@ for (const reference of typed) {
     editor.press("->");
 }
 const free = shown("Route").match(/lla .*/g);
-picture(work + "/hurried-typed.png");
 
 // Onto the ship, as offsets in nautical miles, while it is under way.
 editor.check("Attach:");

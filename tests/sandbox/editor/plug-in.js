@@ -25,16 +25,19 @@ assertEqual(editor.items(), ["B"]);
 assertEqual(["A.zel", "B.zel"].map(name => overlay(name).shown), [true, false]);
 if (args[0]) picture(work + "/sent.png");
 
-// A manual that is not there is a message.
-const messages = log().length;
-editor.press("Help...");
-assertEqual(log().slice(messages).map(entry => [entry.severity, entry.text]),
-            [[2, "Could not find Overlay Editor Documentation."]]);
-
 // Closed by the window manager it is only hidden.
 editor.close();
 assertEqual([overlay("B.zel").shown, dialogs()], [true, []]);
 menu("Plug-ins", "Overlay Editor...");
 assertEqual(editor.items(), ["B"]);
+
+// At its end what is not saved is in a dated file, which the log names, and nothing else is left.
+setSetting("AutoSaveZelDir", work + "/kept");
+editor.select("All Shapes", "B");
+editor.fill("Radius:", "1234.5");
 assertEqual(closePlugin("OverlayEditor"), { gone: true, leftBehind: "" });
+const [kept] = listFiles(work + "/kept");
+assert(/^Unsaved \d{4}-\d\d-\d\d \d\d-\d\d-\d\d\.zel$/.test(kept), kept);
+assert(log().some(entry => entry.text.includes(`unsaved shapes are kept in ${work}/kept/${kept}`)));
+assert(readFile(work + "/kept/" + kept).includes("\nradius 1234.5\n"));
 assertEqual(overlays().map(entry => [entry.name, entry.shown]), [["A.zel", true], ["B.zel", true]]);
