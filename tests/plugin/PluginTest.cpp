@@ -285,13 +285,17 @@ TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {
     observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &clicked, &menu);
     auto* const last = host.contextItems["Send to Overlay Editor"];
     host.notifications.clear();
-    host.onCall = [&](FakeHost::Id) {
+    host.answer = [&](FakeHost::Id service, void* args) -> std::optional<PIServiceResult> {
+        if (service != FakeHost::Id::OverlayFiles) return std::nullopt;
+        const auto& record = *static_cast<PI_DATA_CATCHALL*>(static_cast<PI_DATA_BASE_CLASS*>(args));
+        const auto reads = static_cast<std::int64_t>(PISelector::OverlayFiles::SerializeToStream);
+        if (record.integers.at(0) != reads || host.overlays.erase(&other) == 0) return std::nullopt;
         observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &clicked, &menu);
-        if (host.overlays.erase(&other) == 0) return;
         for (auto* zels : std::vector(host.observers)) zels->removedZEL(&other);
+        return std::nullopt;
     };
     last->Call(nullptr, nullptr);
-    host.onCall = {};
+    host.answer = {};
     EXPECT_EQ(host.contextItems["Send to Overlay Editor"], last);
     for (const std::string& text : host.notifications) EXPECT_THAT(text, Not(HasSubstr("gave no text")));
     EXPECT_EQ(form.field("File:").text, "/somewhere/harbour.zel");
