@@ -6,8 +6,6 @@
 #include <vector>
 
 #include <malloc.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "plugin/HostedPlugin.h"
 
@@ -64,74 +62,51 @@ TEST_F(Lifecycle, OverAndOverInOneProcess) {
     EXPECT_LT(morePages, kMorePages);
 }
 
-enum class State { Loaded, Made, Running, Closed, CleanedUp };
-
-/// In a process of its own: brings the plug-in into a state, dispatches one number with one record, and
-/// closes. Tells whether the status was 0, and the record left alone where nobody was to answer.
-class Dispatched {
-  public:
-    enum class Record { Null, Empty, Wrong };
-
-    Dispatched(FakeHost& host, State state, std::int32_t number, Record kind)
-        : plugin_(host, state != State::Loaded) {
-        if (state > State::Made) plugin_.dispatch(Function::StartUp);
-        if (state > State::Running) plugin_.dispatch(Function::Close);
-        if (state == State::CleanedUp) plugin_.cleanUp();
-        PIFunctionParams_t record;
-        if (kind == Record::Wrong) fillWrongly(record);
-        const PIFunctionParams_t before = record;
-        const auto function = static_cast<Function>(number);
-        good_ = plugin_.dispatch(function, kind == Record::Null ? nullptr : &record) == 0;
-
-        const bool alive = state == State::Made || state == State::Running;
-        const bool known = number >= 0 && number < kClientFunctionCount;
-        if (kind == Record::Null || !alive || !known) good_ = good_ && same(record, before);
-        if (state != State::CleanedUp) plugin_.dispatch(Function::Close);
+/// What other events bring, with numbers that none of them has.
+PIFunctionParams_t wrongRecord() {
+    PIFunctionParams_t record;
+    for (int slot = -1; slot < 30; ++slot) {
+        const auto name = static_cast<PIParameterName_t>(slot);
+        record.integers[name] = slot % 2 ? std::numeric_limits<std::int32_t>::max() : -1;
+        record.strings[name] = "not this";
+        record.pointers[name] = nullptr;
     }
-    bool good() const { return good_; }
+    return record;
+}
 
-  private:
-    /// What other events bring, with numbers that none of them has.
-    static void fillWrongly(PIFunctionParams_t& record) {
-        for (int slot = -1; slot < 30; ++slot) {
-            const auto name = static_cast<PIParameterName_t>(slot);
-            record.integers[name] = slot % 2 ? std::numeric_limits<std::int32_t>::max() : -1;
-            record.strings[name] = "not this";
-            record.pointers[name] = nullptr;
-        }
-    }
-    static bool same(const PIFunctionParams_t& a, const PIFunctionParams_t& b) {
-        const auto equal = [](const auto& x, const auto& y) {
-            return std::equal(x.begin(), x.end(), y.begin(), y.end());
-        };
-        return equal(a.strings, b.strings) && equal(a.integers, b.integers) && equal(a.pointers, b.pointers);
-    }
-
-    LoadedPlugin plugin_;
-    bool good_ = false;
-};
+bool same(const PIFunctionParams_t& a, const PIFunctionParams_t& b) {
+    const auto equal = [](const auto& x, const auto& y) {
+        return std::equal(x.begin(), x.end(), y.begin(), y.end());
+    };
+    return equal(a.strings, b.strings) && equal(a.integers, b.integers) && equal(a.pointers, b.pointers);
+}
 
 TEST_F(Lifecycle, EveryNumberInEveryState) {
-    std::vector<std::int32_t> numbers{-1, kClientFunctionCount, std::numeric_limits<std::int32_t>::min(),
-                                      std::numeric_limits<std::int32_t>::max()};
-    for (std::int32_t number = 0; number < kClientFunctionCount; ++number) numbers.push_back(number);
-    for (const auto state : {State::Loaded, State::Made, State::Running, State::Closed, State::CleanedUp})
-        for (const std::int32_t number : numbers)
-            for (const auto kind :
-                 {Dispatched::Record::Null, Dispatched::Record::Empty, Dispatched::Record::Wrong}) {
-                const pid_t child = ::fork();
-                ASSERT_GE(child, 0);
-                if (child == 0) {
-                    bool good = false;
-                    { good = Dispatched(host, state, number, kind).good(); }
-                    ::_exit(good && !LoadedPlugin::isMapped() ? 0 : 1);
-                }
-                int status = 0;
-                ASSERT_EQ(::waitpid(child, &status, 0), child);
-                EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
-                    << "number " << number << ", state " << static_cast<int>(state) << ", record "
-                    << static_cast<int>(kind) << ": " << status;
+    enum State { Loaded, Made, Running, Closed, CleanedUp };
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    for (const State state : {Loaded, Made, Running, Closed, CleanedUp}) {
+        LoadedPlugin plugin(host, state != Loaded);
+        if (state > Made) plugin.dispatch(Function::StartUp);
+        if (state > Running) plugin.dispatch(Function::Close);
+        if (state == CleanedUp) plugin.cleanUp();
+        // From above: starting up is the last thing that is tried.
+        for (std::int32_t number = kClientFunctionCount + 1; number >= -1; --number) {
+            if (number == static_cast<std::int32_t>(Function::Close) && state < Closed) continue;
+            SCOPED_TRACE(testing::Message() << "state " << state << ", number " << number);
+            const bool known = number >= 0 && number < kClientFunctionCount;
+            const auto function = static_cast<Function>(known ? number : number < 0 ? -kMost - 1 : kMost);
+            EXPECT_EQ(plugin.dispatch(function, nullptr), 0);
+            for (const PIFunctionParams_t& before : {PIFunctionParams_t(), wrongRecord()}) {
+                PIFunctionParams_t record = before;
+                EXPECT_EQ(plugin.dispatch(function, &record), 0);
+                const bool alive = state == Made || state == Running;
+                EXPECT_TRUE((alive && known) || same(record, before));
             }
+        }
+        if (state < Closed) plugin.dispatch(Function::Close);
+        expectNothingLeft();
+    }
+    EXPECT_FALSE(LoadedPlugin::isMapped());
 }
 
 }  // namespace
