@@ -125,14 +125,11 @@ TEST_F(BaseTool, AnswersEveryEventInEveryState) {
         {"left release",  Type::LeftRelease,  On,  Nothing, 0, {"0 0", "0 1",   "0 2",    "1 2 F",  "1 1 E", "0 4"}},
         {"left release",  Type::LeftRelease,  Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2 A",  "1 1 E", "0 4"}},
         {"right press",   Type::RightPress,   On,  Nothing, 0, {"0 0", "0 0 D", "0 0 D",  "0 0 D",  "0 0 D", "0 0 D"}},
-        {"right press",   Type::RightPress,   Off, Nothing, 0, {"0 0", "0 0 D", "0 0 D",  "0 0 D",  "0 0 D", "0 0 D"}},
         {"motion",        Type::Motion,       On,  Nothing, 0, {"0 0", "0 1 N", "1 2 N",  "1 2p",   "1 3 M", "0 1 NE"}},
         {"motion",        Type::Motion,       On,  Point,   0, {"0 0", "0 4 N", "0 4 N",  "1 2p",   "1 3 M", "0 4 N"}},
         {"motion",        Type::Motion,       Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2p",   "1 3",   "0 4"}},
         {"wheel + shift", Type::Wheel,        On,  Nothing, 1, {"0 0", "1 1 W", "1 2 W",  "1 2p W", "1 3 W", "1 4 W"}},
-        {"wheel + shift", Type::Wheel,        Off, Nothing, 1, {"0 0", "1 1 W", "1 2 W",  "1 2p W", "1 3 W", "1 4 W"}},
         {"wheel",         Type::Wheel,        On,  Nothing, 6, ignored},
-        {"wheel",         Type::Wheel,        Off, Nothing, 0, ignored},
         {"right release", Type::RightRelease, On,  Nothing, 0, ignored},
         {"middle press",  Type::MiddlePress,  On,  Point,   0, ignored},
         {"double click",  Type::LeftDoubleClick, On, Point, 0, ignored},
@@ -153,17 +150,6 @@ TEST_F(BaseTool, AnswersEveryEventInEveryState) {
                                                 << (row.near == Point ? "on a point, " : "") << "in state "
                                                 << states[i].state << (states[i].pressed ? ", pressed" : "");
         }
-}
-
-TEST_F(BaseTool, PressedFollowsThePressOnTheEarth) {
-    tool.put(BaseMouseTool::Placing);
-    EXPECT_EQ(send(Type::LeftPress), 1);
-    EXPECT_FALSE(tool.isPressed()) << "off the earth";
-    host.cursor = degrees(1.0, 2.0);
-    tool.setAltitude(55.0);
-    EXPECT_EQ(send(Type::LeftPress), 1);
-    EXPECT_TRUE(tool.isPressed());
-    EXPECT_EQ(tool.at, degrees(1.0, 2.0, 55.0)) << "at the working altitude";
 }
 
 TEST_F(BaseTool, RightPressForgetsTheCursorAndTellsThatDrawingIsDone) {

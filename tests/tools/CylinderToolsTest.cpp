@@ -11,7 +11,6 @@ namespace {
 using halCore::Vec3;
 using OverlayEditor::CylinderMouseTool;
 using OverlayEditor::CylinderShape;
-using OverlayEditor::Overlay;
 
 constexpr double kMillimeter = 1e-3;
 
@@ -332,44 +331,6 @@ TEST_F(CylinderTools, PointsThatGoWhileTheyAreDraggedAreForgotten) {
     EXPECT_EQ(stateOf(shape), Tool::Placing) << "to be drawn afresh";
     mouse.from("21.0N 158.0W").to("21.1N 158.0W");
     EXPECT_EQ(stateOf(shape), Tool::Complete);
-}
-
-/// Clears the overlay when a drawing is done, as an automatic save does.
-struct ClearsOverlay : FunctorTwoParams__ {
-    explicit ClearsOverlay(Overlay& cleared) : overlay(cleared) {}
-    int operator()(PIObject*, void*) override {
-        ++calls;
-        overlay.clearShapes(false);
-        return 1;
-    }
-    int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
-
-    Overlay& overlay;
-    int calls = 0;
-};
-
-TEST_F(CylinderTools, AShapeMayDieInItsToolsOwnEvent) {
-    ClearsOverlay done(overlay);
-    manager.setDrawDoneCallback(&done);
-    for (const auto subtype : {CylinderShape::Circle, CylinderShape::Wedge, CylinderShape::Ellipsoid}) {
-        start(subtype);
-        mouse.from("21.0N 158.0W").to("21.1N 158.0W");
-        mouse.from("21.05N 158.05W").to("21.2N 158.2W");
-        mouse.rightPress();
-        EXPECT_EQ(mouse.result, 0);
-        EXPECT_FALSE(manager.isValid());
-        EXPECT_EQ(host.grabs, 0);
-        EXPECT_EQ(shownOverlays(), 0u);
-        mouse.frame().move("21.0N 158.0W").release();
-    }
-    EXPECT_EQ(done.calls, 3);
-
-    // Stopping is not drawing done.
-    start(CylinderShape::Circle);
-    manager.clearMouseTool();
-    EXPECT_EQ(done.calls, 3);
-    EXPECT_EQ(overlay.shapes().size(), 1u);
-    manager.setDrawDoneCallback(nullptr);
 }
 
 TEST_F(CylinderTools, ActivatingTwiceGrabsOnce) {

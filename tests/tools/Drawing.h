@@ -83,18 +83,12 @@ class Mouse {
         aim(1, 1, std::nullopt);
         return *this;
     }
-    /// The ground beneath the mouse goes, without a motion.
-    Mouse& loseTheEarth() {
-        at_.reset();
-        return *this;
-    }
     Mouse& press() { return send(Type::LeftPress); }
     Mouse& release() { return send(Type::LeftRelease); }
     Mouse& rightPress() { return send(Type::RightPress); }
     /// Out of the view.
     Mouse& leave() { return send(Type::Leave); }
     Mouse& wheel(int delta) { return send(Type::Wheel, PIGUI::PIModifierShift, delta); }
-    Mouse& plainWheel(int delta) { return send(Type::Wheel, 0, delta); }
     Mouse& from(const std::string& where) { return move(where).frame().press().frame(); }
     Mouse& to(const std::string& where) { return move(where).frame().release().frame(); }
     Mouse& frame() {

@@ -16,6 +16,18 @@ namespace {
 
 using namespace OverlayEditor;
 
+/// Clears the overlay when a drawing is done, as an automatic save does.
+struct ClearsOverlay : FunctorTwoParams__ {
+    explicit ClearsOverlay(Overlay& cleared) : overlay(cleared) {}
+    int operator()(PIObject*, void*) override {
+        overlay.clearShapes(false);
+        return 1;
+    }
+    int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
+
+    Overlay& overlay;
+};
+
 /// Whatever ends drawing, and whenever it comes: nothing of the tool stays in the view, the mouse is free,
 /// and what the hand does afterwards harms nobody.
 struct Interruptions : DrawingTest {
@@ -79,6 +91,13 @@ TEST_F(Interruptions, LeaveNothingBehindAtAnyStep) {
              test.overlay.addShape(other);
              test.manager.setCurrentMouseTool(other->mouseTool(), true);
              test.manager.clearMouseTool();
+         }},
+        {"cleared in the tool's own event", false,
+         [](auto& test) {
+             ClearsOverlay done(test.overlay);
+             test.manager.setDrawDoneCallback(&done);
+             test.mouse.rightPress();
+             test.manager.setDrawDoneCallback(nullptr);
          }},
         {"overlay cleared", false, [](auto& test) { test.overlay.clearShapes(false); }},
         {"overlay hidden, then cleared", false,
