@@ -79,8 +79,10 @@ TEST_F(ShapeTest, AShapeThatTheHostRefusedIsLoadedAtItsNextRefresh) {
     host.refuseAll = true;
     shape->setLineWidth(5);
     host.refuseAll = false;
+    const int before = host.calls[PIServerFunctions_t::OverlayFiles];
     shape->setLineWidth(6);
     EXPECT_THAT(host.lastText, HasSubstr("linewidth 6"));
+    EXPECT_EQ(host.calls[PIServerFunctions_t::OverlayFiles], before + 1) << "there is nothing to unload";
 }
 
 #ifdef __GXX_ABI_VERSION

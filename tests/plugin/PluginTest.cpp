@@ -242,24 +242,15 @@ TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {
     EXPECT_EQ(form.field("File:").text, "/somewhere/harbour.zel");
     EXPECT_FALSE(host.overlays[handle].shown) << "edited, so not drawn twice";
 
-    // Every menu has a callback of its own; what the host unloads while the menu is open is not loaded.
+    // Every menu has a callback of its own. What the host unloads while another one is sent to the editor is
+    // not loaded; the menu that opens then offers nothing.
     auto* const first = host.contextItems["Send to Overlay Editor"];
     FakeHost::Overlay other = overlay;
-    clicked.overlays = {&other, handle};
-    host.overlays[&other] = other;
-    observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &clicked, &menu);
-    EXPECT_NE(host.contextItems["Send to Overlay Editor"], first);
-    host.overlays.erase(&other);
-    for (auto* zels : std::vector(host.observers)) zels->removedZEL(&other);
-    host.contextItems["Send to Overlay Editor"]->Call(nullptr, nullptr);
-    EXPECT_EQ(host.overlays.count(&other), 0u);
-    EXPECT_EQ(form.field("File:").text, "/somewhere/harbour.zel");
-
-    // Nor what it unloads while the first is sent to the editor; the menu that opens then offers nothing.
     host.overlays[&other] = other;
     clicked.overlays = {handle, &other};
     observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &clicked, &menu);
     auto* const last = host.contextItems["Send to Overlay Editor"];
+    EXPECT_NE(last, first);
     host.notifications.clear();
     host.answer = [&](FakeHost::Id service, void* args) -> std::optional<PIServiceResult> {
         if (service != FakeHost::Id::OverlayFiles) return std::nullopt;
