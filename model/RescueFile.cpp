@@ -33,7 +33,9 @@ bool writeRescueFile(const std::string& text, bool atEnd) {
     const std::string stem = rescueStem();
     for (const std::string& directory : directories) {
         const auto name = [&](int i) {
-            return directory + "/" + stem + (i > 0 ? " " + std::to_string(i + 1) : "") + ".zel";
+            std::string path = directory + "/" + stem;
+            if (i > 0) path.append(" ").append(std::to_string(i + 1));
+            return path + ".zel";
         };
         std::string path;
         const std::string error = UTILS::saveNewFile(name, text, path);
