@@ -150,6 +150,8 @@ TEST_F(CylinderShapeTest, AnglesAreNormalizedAndEqualBoundsAreAFullTurn) {
         EXPECT_EQ(arc->endAngle(), start + kTwoPi);
         arc->updatePoints();
         EXPECT_EQ(arc->endAngle(), start + kTwoPi);
+        arc->moveCenter(degrees(10, 20));
+        EXPECT_EQ(arc->endAngle(), start + kTwoPi);
         arc->setStartAngle(start + 0.5);
         EXPECT_EQ(arc->endAngle(), start);
     }

@@ -20,6 +20,13 @@ using ::testing::HasSubstr;
 
 namespace {
 
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
 class LossReportTest : public ::testing::Test {
   protected:
     LossReportTest() {
@@ -58,6 +65,34 @@ class LossReportTest : public ::testing::Test {
         return all;
     }
 
+    /// \param block each line perhaps with what is reported of it: behind "=>" what follows its own text, or
+    /// a
+    ///        word for it, behind "=!" the whole; on a line without more, what is reported of the "start"
+    void expectLosses(const std::string& block) {
+        static const std::map<std::string, std::string> words{
+            {"unused", "means nothing here and is dropped"},
+            {"unread", "cannot be read and is dropped"},
+            {"level", "loses its altitude, which cannot be read"},
+            {"cut", "loses what stands behind its values"},
+            {"red", "names no color that is known, and means red"},
+            {"metres", "is not kept: saved in metres and degrees"}};
+        std::string lines, expected;
+        std::size_t number = 1;
+        for (const std::string& line : linesOf(block)) {
+            const std::size_t mark = line.find(" =");
+            const std::string own = line.substr(0, mark);
+            if (!own.empty()) ++number, lines += own + "\n";
+            if (mark == std::string::npos) continue;
+            expected += std::to_string(number) + ": ";
+            std::string what = line.substr(mark + 4);
+            if (line[mark + 2] == '>') expected += "\"" + own + "\" ";
+            if (what.starts_with("by ")) what = "is dropped, because line " + what.substr(3) + " counts";
+            const auto word = words.find(what);
+            expected += (word == words.end() ? what : word->second) + "\n";
+        }
+        EXPECT_EQ(lossesOf(lines), expected) << lines;
+    }
+
     FakeHost host;
     Preferences preferences;
     PointConverter platform;  // of relative blocks without a reference
@@ -79,118 +114,79 @@ TEST_F(LossReportTest, GoesFromBlockToBlock) {
 }
 
 TEST_F(LossReportTest, NamesTheLineThatIsLost) {
-    const std::string line = "line\nlla 1 2 3\nlla 4 5 6\n";  // up to line 4
+    const std::string line = "line\nlla 1 2 3\nlla 4 5 6\n";
     const std::string circle = "circle\ncenterlla 1 2 3\nrangeunits m\n";
     const std::string label = "annotation A\n";
-    struct Case {
-        std::string lines, expected;
-    };
-    const Case cases[] = {
-        {line, ""},
-        {line + "lla 1:30:00N 2.5e1 -7\nll 1 2\nmgrs 4QFJ1234567890 100\n", ""},
+    const std::string cases[] = {
+        line,
+        line + "lla 1:30:00N 2.5e1 -7\nll 1 2\nmgrs 4QFJ1234567890 100\n",
         // A point that is no position, an altitude that is no number.
-        {line + "lla abc 5\n", "5: \"lla abc 5\" cannot be read and is dropped\n"},
-        {line + "lla 1 2 high\n", "5: \"lla 1 2 high\" loses its altitude, which cannot be read\n"},
-        {line + "mgrs 4QFJ12 x\n", "5: \"mgrs 4qfj12 x\" loses its altitude, which cannot be read\n"},
-        {"circle\ncenterll 1 2 x\nradius 1\n",
-         "3: \"centerll 1 2 x\" loses its altitude, which cannot be read\n"},
-        {"orbit\ncenterll 1 2\ncenterll2 1 3 x\nradius 1\n",
-         "4: \"centerll2 1 3 x\" loses its altitude, which cannot be read\n"},
-        {"line\nxy 1 2\nxy 2 3\nref 1 2 x\n", "5: \"ref 1 2 x\" loses its altitude, which cannot be read\n"},
+        line + "lla abc 5 => unread\n",
+        line + "lla 1 2 high => level\n",
+        line + "mgrs 4qfj12 x => level\n",
+        "circle\ncenterll 1 2 x => level\nradius 1\n",
+        "orbit\ncenterll 1 2\ncenterll2 1 3 x => level\nradius 1\n",
+        "line\nxy 1 2\nxy 2 3\nref 1 2 x => level\n",
         // Points of two kinds: the first one decides. A centre makes offsets count as degrees.
-        {line + "xyz 1 2 3\n", "5: \"xyz 1 2 3\" means nothing here and is dropped\n"},
-        {"line\nxyz 1 2 3\nxyz 4 5 6\nlla 7 8 9\ncenterll 1 2\n",
-         "5: \"lla 7 8 9\" means nothing here and is dropped\n"
-         "6: \"centerll 1 2\" means nothing here and is dropped\n"},
-        {"line\nmgrs nonsense\nxy 1 2\nxy 2 3\nref 1 2\n",
-         "3: Unable to convert MGRS coordinate to lat/lon\n6: \"ref 1 2\" is kept or gives way to the "
-         "file's first one: the positions keep their places\n"},
+        line + "xyz 1 2 3 => unused\n",
+        "line\nxyz 1 2 3\nxyz 4 5 6\nlla 7 8 9 => unused\ncenterll 1 2 => unused\n",
+        "line\nmgrs nonsense =! Unable to convert MGRS coordinate to lat/lon\nxy 1 2\nxy 2 3\nref 1 2 => is "
+        "kept or gives way to the file's first one: the positions keep their places\n",
         // A label has one place.
-        {label + "ll 1 2\n", ""},
-        {label + "centerll 1 2\n", ""},
-        {label + "ll 1 2\nll 3 4\n", "4: \"ll 3 4\" is dropped, because line 3 counts\n"},
-        {label + "centerll 3 4\nll 1 2\n", "3: \"centerll 3 4\" is dropped, because line 4 counts\n"},
-        {label + "ll x 2\nll 3 4\ncenterll 5 6\n",
-         "3: \"ll x 2\" cannot be read and is dropped\n4: \"ll 3 4\" means nothing here and is dropped\n"},
+        label + "ll 1 2\n",
+        label + "centerll 1 2\n",
+        label + "ll 1 2\nll 3 4 => by 3\n",
+        label + "centerll 3 4 => by 4\nll 1 2\n",
+        label + "ll x 2 => unread\nll 3 4 => unused\ncenterll 5 6\n",
         // Of attributes given again, the last one counts.
-        {circle + "radius 5\nradius 6\nradius 7\n",
-         "5: \"radius 5\" is dropped, because line 7 counts\n6: \"radius 6\" is dropped, because line 7 "
-         "counts\n"},
-        {circle + "radius 5\ndiameter 12\nradius\n",
-         "5: \"radius 5\" is dropped, because line 6 counts\n7: radius command requires 1 argument\n"},
-        {circle + "radius 5\nradius 5\nfilled\nfilled\n", ""},
-        {circle + "radius 5\nlinecolor red\nlinecolor hex ff0000ff\nlinecolor a b c\n",
-         "6: \"linecolor red\" is dropped, because line 7 counts\n"
-         "8: linecolor command requires at least 1 argument\n"},
-        {circle + "radius 5\nlinecolor Magenta\nfillcolor \"red\"\n",
-         "7: \"fillcolor \"red\"\" names no color that is known, and means red\n"},
-        {circle + "radius 5\nlinecolor purple\nlinecolor black\n",
-         "6: \"linecolor purple\" names no color that is known, and means red\n"},
-        {circle + "radius 5\nrangeunits ft\n",
-         "4: \"rangeunits m\" is dropped, because line 6 counts\n"
-         "6: \"rangeunits ft\" is not kept: saved in metres and degrees\n"},
-        {circle + "radius 5\n3d name A\n3d name B\n", "6: \"3d name A\" is dropped, because line 7 counts\n"},
-        {"3d name B\n" + label + "ll 1 2\n", "2: \"3d name B\" is dropped, because line 3 counts\n"},
-        {"3d name A\n" + label + "ll 1 2\n", ""},
-        {label + "ll 1 2\n3d name B\n", "4: \"3d name B\" is dropped, because the text counts\n"},
-        {"arc\ncenterll 1 2\nradius 5\nangleend 20\nangledeg 30\nanglestart 0\n",
-         "5: \"angleend 20\" is dropped, because line 6 counts\n"},
-        {line + "linestyle dashed\nlinestyle solid\n", "5: \"linestyle dashed\" is dropped\n"},
-        {"arc\ncenterll 1 2\nradius 5\nanglestart 5\n", "5: \"anglestart 5\" is dropped without a sweep\n"},
-        {"cylinder\ncenterll 1 2\nradius 5\nangledeg 1\nangleunits bam\n",
-         "5: \"angledeg 1\" is dropped\n6: \"angleunits bam\" is not kept: saved in metres and degrees\n"},
+        circle + "radius 5 => by 7\nradius 6 => by 7\nradius 7\n",
+        circle + "radius 5 => by 6\ndiameter 12\nradius =! radius command requires 1 argument\n",
+        circle + "radius 5\nradius 5\nfilled\nfilled\n",
+        circle +
+            "radius 5\nlinecolor red => by 7\nlinecolor hex ff0000ff\nlinecolor a b c =! linecolor command "
+            "requires at least 1 argument\n",
+        circle + "radius 5\nlinecolor Magenta\nfillcolor \"red\" => red\n",
+        circle + "radius 5\nlinecolor purple => red\nlinecolor black\n",
+        "circle\ncenterlla 1 2 3\nrangeunits m => by 6\nradius 5\nrangeunits ft => metres\n",
+        circle + "radius 5\n3d name A => by 7\n3d name B\n",
+        "3d name B => by 3\nannotation A\nll 1 2\n",
+        "3d name A\nannotation A\nll 1 2\n",
+        label + "ll 1 2\n3d name B => is dropped, because the text counts\n",
+        "arc\ncenterll 1 2\nradius 5\nangleend 20 => by 6\nangledeg 30\nanglestart 0\n",
+        line + "linestyle dashed => is dropped\nlinestyle solid\n",
+        "arc\ncenterll 1 2\nradius 5\nanglestart 5 => is dropped without a sweep\n",
+        "cylinder\ncenterll 1 2\nradius 5\nangledeg 1 => is dropped\nangleunits bam => metres\n",
         // What belongs to other kinds, or to the other kind of positions.
-        {circle + "radius 5\nheight 3\nanglestart 5\n",
-         "6: \"height 3\" means nothing here and is dropped\n7: \"anglestart 5\" means nothing here and is "
-         "dropped\n"},
-        {circle + "radius 5\ncenterxy 1 2\ncenterll2 3 4\nref 1 2\n",
-         "6: \"centerxy 1 2\" means nothing here and is dropped\n7: \"centerll2 3 4\" means nothing here and "
-         "is dropped\n8: \"ref 1 2\" means nothing here and is dropped\n"},
-        {"orbit\ncenterll 1 2\ncenterll2 1 3\ncenterxy2 1 3\nrangeunits m\nradius 5\n",
-         "5: \"centerxy2 1 3\" means nothing here and is dropped\n"},
-        {label + "ll 1 2\nfillcolor red\nfilled\nlinewidth 2\n",
-         "4: \"fillcolor red\" means nothing here and is dropped\n5: \"filled\" means nothing here and is "
-         "dropped\n6: \"linewidth 2\" means nothing here and is dropped\n"},
-        {label + "centerxy 3 4\nxy 1 2\n", "3: \"centerxy 3 4\" is dropped, because line 4 counts\n"},
-        {label + "xy 1:30:00 2\n", "3: \"xy 1:30:00 2\" cannot be read and is dropped\n"},
-        {"line\nxy 1:30:00 2\nxy 2 3\ncenterll 1 2\n",
-         "5: \"centerll 1 2\" means nothing here and is dropped\n"},
-        {line + "extrude bar\nrotate 5\n", "6: \"rotate 5\" is dropped\n"},
+        circle + "radius 5\nheight 3 => unused\nanglestart 5 => unused\n",
+        circle + "radius 5\ncenterxy 1 2 => unused\ncenterll2 3 4 => unused\nref 1 2 => unused\n",
+        "orbit\ncenterll 1 2\ncenterll2 1 3\ncenterxy2 1 3 => unused\nrangeunits m\nradius 5\n",
+        label + "ll 1 2\nfillcolor red => unused\nfilled => unused\nlinewidth 2 => unused\n",
+        label + "centerxy 3 4 => by 4\nxy 1 2\n",
+        label + "xy 1:30:00 2 => unread\n",
+        "line\nxy 1:30:00 2\nxy 2 3\ncenterll 1 2 => unused\n",
+        line + "extrude bar\nrotate 5 => is dropped\n",
         // Words behind those that a line needs.
-        {line + "altitudeunits ft home\n",
-         "1: Invalid altitudeunits: ft home for line line\n5: \"altitudeunits ft home\" is not kept: saved "
-         "in metres and degrees\n"},
-        {circle + "radius 5 km\nfilled true\n", "5: \"radius 5 km\" loses what stands behind its values\n"},
-        {"line # home\nlla 1 2 3 # door\nlla 4 5 6\n",
-         "2: \"line # home\" loses what stands behind its values\n"
-         "3: \"lla 1 2 3 # door\" loses what stands behind its values\n"},
+        "line\nxy 1 2\nxy 2 3\nref 1 2 3 4 => cut\n",
+        circle + "radius 5 km => cut\nfilled true\n",
+        "line # home => cut\nlla 1 2 3 # door => cut\nlla 4 5 6\n",
         // Sizes that the editor does not take as they are.
-        {circle + "radius -5\n", "5: \"radius -5\" is saved without its sign\n"},
-        {circle + "radius 20003931\n", ""},
-        {circle + "radius 20003932\n", "1: the circle \"circle\" is not saved: it is not complete\n"},
-        {"orbit\ncenterll 1 2\ncenterll2 1 3\nrangeunits m\nradius 20003932\n",
-         "6: \"radius 20003932\" is too large and is saved as 50 m\n"},
-        {"ellipsoid\ncenterll 1 2\nradius 3\nheight 0\n", ""},
-        {"ellipsoid\ncenterll 1 2\nmajoraxis 5\nminoraxis 4\nradius 3\nheight -2\n",
-         "6: \"radius 3\" is dropped, because the axes count\n7: \"height -2\" is saved as 1 m\n"},
+        circle + "radius -5 => is saved without its sign\n",
+        circle + "radius 20003931\n",
+        " =! the circle \"circle\" is not saved: it is not complete\ncircle\ncenterlla 1 2 3\nrangeunits "
+        "m\nradius 20003932\n",
+        "orbit\ncenterll 1 2\ncenterll2 1 3\nrangeunits m\nradius 20003932 => is too large and is saved as "
+        "50 m\n",
+        "ellipsoid\ncenterll 1 2\nradius 3\nheight 0\n",
+        "ellipsoid\ncenterll 1 2\nmajoraxis 5\nminoraxis 4\nradius 3 => is dropped, because the axes "
+        "count\nheight -2 => is saved as 1 m\n",
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.lines);
-        EXPECT_EQ(lossesOf(c.lines), c.expected);
-    }
+    for (const std::string& each : cases) expectLosses(each);
 }
 
 std::string readSource(const std::string& path) {
     std::string text;
     EXPECT_EQ(UTILS::readFile(OE_SOURCE_DIR "/" + path, text), "");
     return text;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
 }
 
 /// What stands in backquotes.

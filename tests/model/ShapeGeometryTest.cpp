@@ -61,7 +61,14 @@ TEST_F(ShapeGeometryTest, NoMeridianIsSpecial) {
         SCOPED_TRACE(halves[0].shape->name() + " of kind " + std::to_string(kind));
         const bool anchored = round / RandomShapes::kKinds % 2 == 0;
         const std::vector<std::function<void(Half&)>> steps = {
-            [](Half&) {},
+            // Where it was, until it is to stand about the platform.
+            [](Half& half) {
+                half.platform.setReferenceLla(half.place(0.6, 0.2), 7);
+                const Box before = half.shape->boundingBox();
+                half.shape->setAttachedPlatformId(7, &half.platform, false);
+                EXPECT_EQ(half.shape->boundingBox(), before);
+                half.shape->setAttachedPlatformId(0, nullptr, false);
+            },
             [&](Half& half) {
                 half.platform.setReferenceLla(half.place(-0.2, 0.001), 7);
                 half.shape->setAnchorCenter(anchored);
