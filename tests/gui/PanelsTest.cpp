@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
@@ -487,6 +488,8 @@ TEST_F(PanelsTest, PointsAreSteppedInsertedAndDeleted) {
     // The middle of a piece of a meridian, to the meridian's change of curvature; the altitude is the mean.
     EXPECT_NEAR(line.points()[1].lat(), 2 * kRadiansPerDegree, 1e-6);
     EXPECT_EQ(line.points()[1].alt(), 50);
+    EXPECT_NE(std::ranges::find(host.widgets, "2 of 3", [](const auto& entry) { return entry.second.text; }),
+              host.widgets.end());
     form.type("Lon: ", "21 30 00 W");
     EXPECT_NEAR(line.points()[1].lon(), -21.5 * kRadiansPerDegree, 1e-15);
     press("Delete");
