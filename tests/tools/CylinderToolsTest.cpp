@@ -302,6 +302,8 @@ TEST_F(CylinderTools, PointsAreShownOnlyWhenWanted) {
     EXPECT_EQ(stateOf(shape), Tool::Hovering);
     shape.setShowPoints(false);
     EXPECT_EQ(stateOf(shape), Tool::Complete);
+    shape.setShown(false);
+    EXPECT_EQ(stateOf(shape), Tool::Inactive);
 }
 
 TEST_F(CylinderTools, WhatThePanelSetsIsSeenByTheActiveTool) {
