@@ -66,6 +66,7 @@ TEST_F(FreeDrawTool, ALineOfOnePointIsDropped) {
     manager.setCurrentMouseTool(shape.mouseTool(), true);
     mouse.moveOffTheEarth().press();
     EXPECT_EQ(mouse.result, 0);
+    mouse.moveToPixel(297, 300).press();
     mouse.moveToPixel(300, 300).press().moveToPixel(320, 300).moveOffTheEarth();
     EXPECT_EQ(mouse.result, 1) << "the line goes on where the mouse comes back";
     mouse.moveToPixel(330, 300).press().moveToPixel(340, 300).wheel(120).release();
@@ -75,14 +76,9 @@ TEST_F(FreeDrawTool, ALineOfOnePointIsDropped) {
     EXPECT_EQ(mouse.result, 0);
 }
 
-TEST_F(FreeDrawTool, DrawsAtTheWorkingAltitudeAndTellsThePlace) {
-    preferences.setGeodeticUnits(UTILS::UnitType_t::Degrees);
+TEST_F(FreeDrawTool, DrawsAtTheWorkingAltitude) {
     auto& shape = begin();
-    mouse.move("21.0N 158.0W");
-    EXPECT_EQ(label(), "");
-    mouse.wheel(120).wheel(240).press().move("21.1N 158.0W");
-    EXPECT_EQ(label(), "LLA: 21.10 -158.00 0.02 m");
-    mouse.release();
+    mouse.move("21.0N 158.0W").wheel(120).wheel(240).press().move("21.1N 158.0W").release();
     ASSERT_EQ(lengths(shape), Lengths{2});
     EXPECT_EQ(shape.lines()[0][1].alt(), 0.01 * 1.25 * 1.25);
     EXPECT_EQ(shape.lines()[0][1].lat(), place("21.1N 158.0W").lat());
@@ -99,13 +95,6 @@ TEST_F(FreeDrawTool, TheShapeMayChangeOrGoInMidLine) {
     EXPECT_EQ(stateOf(shape), Tool::Inactive);
     mouse.moveToPixel(120, 310).release();
     EXPECT_EQ(lengths(shape), (Lengths{2, 2}));
-
-    manager.setCurrentMouseTool(shape.mouseTool(), true);
-    mouse.moveToPixel(100, 320).press().moveToPixel(110, 320);
-    overlay.clearShapes(false);
-    mouse.moveToPixel(120, 320).frame().release().rightPress();
-    EXPECT_TRUE(host.overlays.empty());
-    EXPECT_EQ(host.grabs, 0);
 }
 
 }  // namespace

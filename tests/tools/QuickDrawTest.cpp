@@ -15,9 +15,7 @@
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "model/CylinderShape.h"
-#include "model/FreeDrawShape.h"
-#include "model/PolygonShape.h"
-#include "model/RectangleShape.h"
+#include "model/ShapeKinds.h"
 #include "model/ShapeRegistry.h"
 #include "pi/PIHALVIS.h"
 #include "support/TemporaryDirectory.h"
@@ -26,10 +24,7 @@
 namespace {
 
 using OverlayEditor::CylinderShape;
-using OverlayEditor::FreeDrawShape;
-using OverlayEditor::PolygonShape;
 using OverlayEditor::QuickDrawManager;
-using OverlayEditor::RectangleShape;
 using OverlayEditor::ShapeRegistry;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -44,12 +39,7 @@ struct QuickDraw : DrawingTest {
         ::setenv("HOME", home.path().c_str(), 1);
         halNotify::setNotifyHandler(
             [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
-        registry.addPrototype(FreeDrawShape(preferences));
-        for (const auto subtype : {PolygonShape::Line, PolygonShape::Polygon})
-            registry.addPrototype(PolygonShape(preferences, subtype));
-        for (const auto subtype : {RectangleShape::Rectangle, RectangleShape::Triangle})
-            registry.addPrototype(RectangleShape(preferences, subtype));
-        registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
+        OverlayEditor::addAllKinds(registry, preferences);
         host.platforms[kShip].header.name = "Ship";
         host.platforms[kShip].point.latRad = 20.0 * kDegree;
         host.platforms[kShip].point.lonRad = -150.0 * kDegree;
@@ -472,29 +462,6 @@ TEST_F(QuickDraw, ThePlatformGoes) {
     command("Pick Attach Platform");
     quick.reset();
     expectIdle();
-}
-
-/// The host lets other commands come from inside each of its services: they wait.
-TEST_F(QuickDraw, CommandsInsideCommands) {
-    for (const char* label : {"Quick Circle Draw", "Remove Last Quick Shape", "Remove All Quick Shapes",
-                              "Attach Quick Shape", "Pick Attach Platform", "Green Shape Color"}) {
-        host.onCall = [&](auto) { command(label); };
-        beginCircle();
-        mouse.rightPress();
-        drawCircle();
-        command("Remove All Quick Shapes");
-        host.onCall = {};
-        quick->removeAllShapes();
-        manager.clearMouseTool();
-        expectIdle();
-        EXPECT_THAT(loaded(), IsEmpty()) << label;
-        EXPECT_LE(host.screenTexts.size(), 1u);
-    }
-    host.platforms.clear();
-    command("Attach Quick Shape", 0);
-    const auto before = files().size();
-    drawCircle();
-    EXPECT_EQ(files().size(), before + 1) << "it works afterwards";
 }
 
 }  // namespace

@@ -1,0 +1,221 @@
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Drawing.h"
+#include "model/ShapeKinds.h"
+#include "model/ShapeRegistry.h"
+
+namespace {
+
+using namespace OverlayEditor;
+
+/// What holds for the tools of all kinds.
+struct EveryTool : DrawingTest {
+    EveryTool() { addAllKinds(registry, preferences); }
+    Shape& begin(const std::string& kind) { return start(registry.getShapeByName(kind)->clone()); }
+
+    ShapeRegistry registry;
+};
+
+/// Clears the overlay when a drawing is done, in the tool's own event.
+struct ClearsOverlay : FunctorTwoParams__ {
+    explicit ClearsOverlay(Overlay& cleared) : overlay(cleared) {}
+    int operator()(PIObject*, void*) override { return overlay.clearShapes(false), 1; }
+    int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
+
+    Overlay& overlay;
+};
+
+/// Whatever ends drawing, and whenever it comes: nothing of the tool stays in the view, the mouse is free,
+/// and what the hand does afterwards harms nobody.
+TEST_F(EveryTool, LeavesNothingBehindWheneverItEnds) {
+    struct Step {
+        const char* name;
+        std::function<void(Mouse&)> act;
+    };
+    // One drawing, a step each; it can end after any of them.
+    const Step steps[] = {
+        {"activated", [](Mouse& mouse) { mouse.frame(); }},
+        {"moved", [](Mouse& mouse) { mouse.move("21.0N 158.0W").frame(); }},
+        {"pressed", [](Mouse& mouse) { mouse.press().frame(); }},
+        {"dragging", [](Mouse& mouse) { mouse.move("21.1N 158.0W").frame(); }},
+        {"off the earth", [](Mouse& mouse) { mouse.moveOffTheEarth().frame(); }},
+        {"back", [](Mouse& mouse) { mouse.move("21.1N 158.0W").frame(); }},
+        {"released", [](Mouse& mouse) { mouse.release().frame(); }},
+        {"pressed again", [](Mouse& mouse) { mouse.move("21.05N 158.1W").frame().press().frame(); }},
+        {"dragging again", [](Mouse& mouse) { mouse.move("21.0N 157.9W").frame(); }},
+        {"lifted", [](Mouse& mouse) { mouse.wheel(120).frame(); }},
+        {"released again", [](Mouse& mouse) { mouse.release().frame(); }},
+        {"hovering", [](Mouse& mouse) { mouse.move("21.1N 158.0W").frame(); }},
+        {"grabbed", [](Mouse& mouse) { mouse.press().frame(); }},
+        {"moving a point", [](Mouse& mouse) { mouse.move("21.12N 158.02W").frame(); }},
+    };
+    ClearsOverlay clears(overlay);
+    struct Ending {
+        const char* name;
+        bool shapeStays;
+        std::function<void()> act;
+    };
+    const Ending endings[] = {{"right click", true, [&] { mouse.rightPress(); }},
+                              {"stopped", true, [&] { manager.clearMouseTool(); }},
+                              {"overlay cleared", false, [&] { overlay.clearShapes(false); }},
+                              {"cleared in the tool's own event", false, [&] {
+                                   manager.setDrawDoneCallback(&clears);
+                                   mouse.rightPress();
+                                   manager.setDrawDoneCallback(nullptr);
+                               }}};
+    for (const Shape* const kind : registry.getShapes())
+        for (const Ending& ending : endings)
+            for (std::size_t last = 0; last < std::size(steps); ++last) {
+                SCOPED_TRACE(kind->name() + ", " + steps[last].name + ", " + ending.name);
+                Shape& shape = begin(kind->name());
+                for (std::size_t i = 0; i <= last; ++i) steps[i].act(mouse);
+
+                ending.act();
+                EXPECT_FALSE(manager.isActive());
+                EXPECT_EQ(host.grabs, 0);
+                EXPECT_FALSE(rubberBandShown());
+                EXPECT_LE(host.overlays.size(), ending.shapeStays ? 1u : 0u) << "the shape, if it is one";
+                EXPECT_EQ(overlay.shapes().empty(), !ending.shapeStays);
+                view.painted.clear();
+                const auto shown = host.overlays.size();
+                mouse.move("21.05N 157.95W").frame().release().wheel(120).press().frame().rightPress();
+                EXPECT_TRUE(view.painted.empty()) << "edit points and labels are gone";
+                EXPECT_EQ(host.overlays.size(), shown);
+
+                // A shape that stays can be edited on; to activate and deactivate twice is to do it once.
+                if (ending.shapeStays) {
+                    manager.setCurrentMouseTool(shape.mouseTool(), true);
+                    shape.mouseTool()->activate();
+                    EXPECT_EQ(host.grabs, 1);
+                    mouse.frame().from("20.9N 158.1W").to("20.95N 158.0W").rightPress();
+                    shape.mouseTool()->deactivate();
+                    EXPECT_EQ(host.grabs, 0);
+                }
+                overlay.clearShapes(false);
+                EXPECT_TRUE(host.overlays.empty());
+            }
+}
+
+TEST_F(EveryTool, ALeavingMouseTakesItsPointAndItsMarksAlong) {
+    const auto& circle = begin("Circle");
+    mouse.move("21.0N 158.0W").frame();
+    EXPECT_EQ(view.painted.size(), 1u);
+    mouse.leave().frame();
+    EXPECT_TRUE(view.painted.empty());
+    mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame();
+    EXPECT_TRUE(rubberBandShown());
+    mouse.leave().frame();
+    EXPECT_FALSE(rubberBandShown());
+    mouse.to("21.1N 158.0W").move("21.0N 158.0W").frame();
+    EXPECT_EQ(stateOf(circle), Tool::Hovering) << "the button was held all the time";
+    mouse.leave().frame();
+    ASSERT_EQ(view.painted.size(), 2u);
+    for (const auto& point : view.painted) EXPECT_TRUE(point.label.empty() && !point.highlighted);
+}
+
+/// While it is drawn, and when its points are hovered.
+TEST_F(EveryTool, LabelsTellTheMeasures) {
+    preferences.setGeodeticUnits(UTILS::UnitType_t::Degrees);
+    preferences.setRangeUnits(UTILS::UnitType_t::Kilometers);
+    enum Hand { Rests, Presses, Releases, Clicks };
+    struct Step {
+        const char* where;
+        Hand hand;
+        const char* label;  ///< before the hand does anything
+    };
+    struct Case {
+        const char* kind;
+        std::vector<Step> steps;
+    };
+    // A tenth of a degree of the meridian at 21 degrees is 11.07 km.
+    const Case cases[] = {
+        {"Circle",
+         {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m Rad: 0.00"},
+          {"21.1N 158.0W", Releases, "LLA: 21.10 -158.00 0.00 m Rad: 11.07"},
+          {"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m Rad: 11.07"}}},
+        {"Arc",
+         {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
+          {"20.9N 158.0W", Rests, "LLA: 20.90 -158.00 0.00 m Rad: 11.07 T: 180.00"}}},
+        {"Ellipse",
+         {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
+          {"20.9N 158.0W", Releases, "LLA: 20.90 -158.00 0.00 m Rad: 11.07"},
+          {"21.05N 158.0W", Presses, "LLA: 21.05 -158.00 0.00 m XRad: 11.07 YRad: 5.54"},
+          {"21.2N 158.0W", Rests, "LLA: 21.20 -158.00 0.00 m XRad: 11.07 YRad: 22.14"}}},
+        {"Orbit",
+         {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
+          {"20.9N 158.0W", Releases, "LLA: 20.90 -158.00 0.00 m Dist: 11.07 T: 180.00"},
+          {"20.8N 158.0W", Clicks, "LLA: 20.80 -158.00 0.00 m Rad: 11.07"},
+          {"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m Rad: 11.07"},
+          {"20.9N 158.0W", Rests, "LLA: 20.90 -158.00 0.00 m Dist: 11.07 T: 180.00"}}},
+        {"Line",
+         {{"21.0N 158.0W", Clicks, "LLA: 21.00 -158.00 0.00 m"},
+          {"20.9N 158.0W", Rests, "LLA: 20.90 -158.00 0.00 m Dist: 11.07 T: 180.00"},
+          {"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m"}}},
+        {"Rectangle",
+         {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
+          {"21.1N 158.0W", Rests, "LLA: 21.10 -158.00 0.00 m Width: 0.00 km Height: 11.07 km"},
+          // The components of the diagonal.
+          {"21.1N 158.1W", Releases, "LLA: 21.10 -158.10 0.00 m Width: 10.39 km Height: 11.08 km"},
+          {"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m Width: 10.39 km Height: 11.08 km"}}},
+        {"Text", {{"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m"}}},
+        {"Free Draw",
+         {{"21.0N 158.0W", Presses, ""}, {"21.1N 158.0W", Releases, "LLA: 21.10 -158.00 0.00 m"}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.kind);
+        begin(c.kind);
+        for (const Step& step : c.steps) {
+            mouse.move(step.where);
+            EXPECT_EQ(label(), step.label);
+            if (step.hand == Presses || step.hand == Clicks) mouse.press();
+            if (step.hand == Releases || step.hand == Clicks) mouse.release();
+        }
+    }
+}
+
+TEST_F(EveryTool, HintsTellTheNextStep) {
+    std::string hint;
+    manager.setHintListener([&](std::string_view text) { hint = text; });
+    struct Case {
+        const char* kind;
+        /// Before the first press, with it, after its release elsewhere, then with the second press.
+        const char *resting, *pressed, *released, *pressedAgain;
+    };
+    for (const Case& c :
+         {Case{"Circle", "Press at the centre and drag to the edge", "Release on the edge", "Drag a point",
+               ""},
+          Case{"Cylinder", "Press at the centre and drag to the X", "Release at the X",
+               "Press, drag and release at the Y", "Release at the Y"},
+          Case{"Arc", "Press at the centre and drag to the start", "Release at the start",
+               "Press, drag and release at the end", "Release at the end"},
+          Case{"Orbit", "Press at the first centre", "Release at the second centre",
+               "Press, drag and release where the rim", "Release where the rim"},
+          Case{"Rectangle", "Press at the first corner", "Release at the opposite corner", "Drag a point",
+               ""},
+          Case{"Line", "Click the first point", "Release here, or drag to the second", "Click the next",
+               "Release to place the point"},
+          Case{"Text", "Click where the label", "Release where the label", "Drag a point", ""}}) {
+        SCOPED_TRACE(c.kind);
+        const auto expect = [&](std::string_view start) {
+            EXPECT_TRUE(hint.starts_with(start)) << hint << ", not " << start;
+        };
+        begin(c.kind);
+        expect(c.resting);
+        mouse.from("21.0N 158.0W");
+        expect(c.pressed);
+        mouse.to("21.1N 158.0W").move("21.05N 158.1W");
+        expect(c.released);
+        mouse.press();
+        expect(c.pressedAgain);
+        mouse.release();
+        overlay.clearShapes(false);
+        EXPECT_EQ(hint, "") << "nothing is said of a tool that is gone";
+    }
+    manager.setHintListener({});
+}
+
+}  // namespace
