@@ -201,6 +201,12 @@ TEST_F(CylinderTools, AnArcsPointsAreDraggedApart) {
     EXPECT_NEAR(geodesic(center, *shape.startAnglePt()).meters, radius, 1.0) << "back on the arc";
     mouse.move(*shape.endAnglePt()).frame().press().to("20.85N 158.0W");
     EXPECT_NEAR(shape.endAngle(), geodesic(center, place("20.85N 158.0W")).bearing, 1e-3);
+    // Across the centre, where there is no radius.
+    mouse.move("20.7N 158.2W").frame().move(*shape.majorAxisPt()).frame().press().move(center).release();
+    EXPECT_GT(shape.majorAxis(), 0.0);
+    mouse.move(*shape.majorAxisPt()).frame().press().to("20.95N 157.7W");
+    EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("20.95N 157.7W")).meters, 100.0);
+    EXPECT_NEAR(shape.minorAxis(), radius, kMillimeter);
 }
 
 TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {
