@@ -147,269 +147,167 @@ class FakeHost final : public PIServiceTable {
         return 1;
     }
 
-    PIServiceResult keep(Widget widget) {
-        void* const handle = nextHandle();
-        widget.shown = widget.kind != Id::CreateDialogBox;
-        widgets[handle] = std::move(widget);
-        return reinterpret_cast<PIServiceResult>(handle);
-    }
-
     PIServiceResult create(Id service, void* args) {
+        using Labelled = PI_DATA_POINTER_STRING_AND_FUNCTION;
         Widget widget;
         widget.kind = service;
+        widget.shown = service != Id::CreateDialogBox;
+        const auto is = [service](auto... wanted) { return ((service == wanted) || ...); };
         const auto fill = [&](const auto& record) {
             widget.parent = record.pointer;
             if constexpr (requires { record.text; }) widget.caption = record.text;
             if constexpr (requires { record.integer; }) widget.style = record.integer;
             if constexpr (requires { record.function; }) widget.callback = record.function;
-            return keep(std::move(widget));
+            void* const handle = nextHandle();
+            widgets[handle] = std::move(widget);
+            return reinterpret_cast<PIServiceResult>(handle);
         };
-        switch (service) {
-            case Id::CreateButton:
-            case Id::CreateRadioButton:
-            case Id::CreateCheckButton:
-                widget.text = as<PI_DATA_POINTER_STRING_AND_FUNCTION>(args).text;
-                [[fallthrough]];
-            case Id::CreateMenuItem:
-            case Id::CreateOptionMenu:
-                return fill(as<PI_DATA_POINTER_STRING_AND_FUNCTION>(args));
-            case Id::CreateTextField:
-            case Id::CreateColorWell:
-            case Id::CreateSpinner:
-                return fill(as<PI_DATA_POINTER_INT_AND_FUNCTION>(args));
-            case Id::CreateList:
-            case Id::CreateGroupBox:
-                return fill(as<PI_DATA_POINTER_INT_AND_STRING>(args));
-            case Id::CreateLabel:
-                widget.text = as<PI_DATA_POINTER_AND_STRING>(args).text;
-                [[fallthrough]];
-            case Id::CreateDialogBox:
-                return fill(as<PI_DATA_POINTER_AND_STRING>(args));
-            case Id::CreateHorizontalMatrix:
-            case Id::CreateVerticalMatrix:
-                return fill(as<PI_DATA_POINTER_AND_INT>(args));
-            case Id::CreateSwitcher:
-            case Id::CreateCanvas:
-            case Id::CreateHorizontalFrame:
-            case Id::CreateVerticalFrame:
-                return fill(as<PI_DATA_POINTER_AND_OPTS>(args));
-            default:
-                return 0;
-        }
+        const bool isButton = is(Id::CreateButton, Id::CreateRadioButton, Id::CreateCheckButton);
+        if (isButton) widget.text = as<Labelled>(args).text;
+        if (is(Id::CreateLabel)) widget.text = as<PI_DATA_POINTER_AND_STRING>(args).text;
+        if (isButton || is(Id::CreateMenuItem, Id::CreateOptionMenu)) return fill(as<Labelled>(args));
+        if (is(Id::CreateTextField, Id::CreateColorWell, Id::CreateSpinner))
+            return fill(as<PI_DATA_POINTER_INT_AND_FUNCTION>(args));
+        if (is(Id::CreateList, Id::CreateGroupBox)) return fill(as<PI_DATA_POINTER_INT_AND_STRING>(args));
+        if (is(Id::CreateLabel, Id::CreateDialogBox)) return fill(as<PI_DATA_POINTER_AND_STRING>(args));
+        if (is(Id::CreateHorizontalMatrix, Id::CreateVerticalMatrix))
+            return fill(as<PI_DATA_POINTER_AND_INT>(args));
+        if (is(Id::CreateSwitcher, Id::CreateCanvas, Id::CreateHorizontalFrame, Id::CreateVerticalFrame))
+            return fill(as<PI_DATA_POINTER_AND_OPTS>(args));
+        return 0;
     }
 
     PIServiceResult serve(Id service, void* args) {
-        switch (service) {
-            case Id::BindWidget: {
-                const auto& record = as<PI_DATA_POINTER_AND_POINTER>(args);
-                if (record.second)
-                    widgets[record.pointer].wrapper = static_cast<PIObject*>(record.second);
-                else
-                    widgets.erase(record.pointer);
-                return 1;
-            }
-            case Id::RegistrySetValue: {
-                const auto& record = as<PI_DATA_POINTER_STRING_AND_STRING>(args);
-                settings[record.text] = record.second;
-                return 1;
-            }
-            case Id::RegistryGetValue: {
-                auto& record = as<PI_DATA_POINTER_AND_STRING>(args);
-                const auto found = settings.find(record.text);
-                record.text = found == settings.end() ? std::string() : found->second;
-                return 1;
-            }
-            case Id::DialogShow:
-                widgets[args].shown = true;
-                return 1;
-            case Id::WindowShown:
-                return widgets[args].shown ? 1 : 0;
-            case Id::WindowShow:
-                return flag(args, &Widget::shown);
-            case Id::WindowEnable:
-                return flag(args, &Widget::enabled);
-            case Id::WindowCheck:
-                return flag(args, &Widget::checked);
-            case Id::WindowMapFunction: {
-                const auto& record = as<PI_DATA_POINTER_AND_FUNCTION>(args);
-                widgets[record.pointer].callback = record.function;
-                return 1;
-            }
-            case Id::WindowSetInt: {
-                const auto& record = as<PI_DATA_POINTER_AND_INT>(args);
-                return setNumber(widgets[record.pointer], record.integer);
-            }
-            case Id::WindowSetDouble: {
-                const auto& record = as<PI_DATA_POINTER_AND_DOUBLE>(args);
-                return setNumber(widgets[record.pointer], record.real);
-            }
-            case Id::WindowSetString: {
-                const auto& record = as<PI_DATA_POINTER_AND_STRING>(args);
-                return setText(widgets[record.pointer], record.text);
-            }
-            case Id::OptionMenuAppendOption: {
-                const auto& record = as<PI_DATA_POINTER_INT_AND_STRING>(args);
-                auto& items = widgets[record.pointer].items;
-                const auto at = std::min(items.size(), static_cast<std::size_t>(record.integer));
-                items.insert(items.begin() + static_cast<std::ptrdiff_t>(at), record.text);
-                return 1;
-            }
-            case Id::OptionMenuGetOptionText: {
-                auto& record = as<PI_DATA_POINTER_INT_AND_STRING>(args);
-                const auto& items = widgets[record.pointer].items;
-                const auto index = static_cast<std::size_t>(record.integer);
-                if (index >= items.size()) return 0;
-                record.text = items[index];
-                return 1;
-            }
-            case Id::DialogRegisterCloseObserver: {
-                const auto& record = as<PI_DATA_POINTER_AND_POINTER>(args);
-                widgets[record.pointer].closeObserver = static_cast<PIGUI::PICloseObserver*>(record.second);
-                return 1;
-            }
-            case Id::GetHeader: {
-                auto& request = *static_cast<PIData::HeaderRequest*>(as<PI_DATA_STRUCT>(args).pointer);
-                const auto found = platforms.find(request.id);
-                if (found == platforms.end()) return 0;
-                request.header = found->second.header;
-                request.header.id = request.id;
-                return 1;
-            }
-            case Id::GetDataPoint: {
-                auto& request = *static_cast<PIData::DataPointRequest*>(as<PI_DATA_STRUCT>(args).pointer);
-                const auto found = platforms.find(request.id);
-                if (found == platforms.end()) return 0;
-                request.point = found->second.point;
-                return 1;
-            }
-            case Id::ForceRedraw:
-                ++redraws;
-                return 1;
-            default:
-                return serveCatchall(service, as<PI_DATA_CATCHALL>(args));
+        const auto is = [service](Id wanted) { return service == wanted; };
+        if (is(Id::DialogShow)) return widgets[args].shown = true, 1;
+        if (is(Id::WindowShown)) return widgets[args].shown ? 1 : 0;
+        if (is(Id::WindowShow)) return flag(args, &Widget::shown);
+        if (is(Id::WindowEnable)) return flag(args, &Widget::enabled);
+        if (is(Id::WindowCheck)) return flag(args, &Widget::checked);
+        if (is(Id::WindowSetInt)) return setNumber(args, &PI_DATA_POINTER_AND_INT::integer);
+        if (is(Id::WindowSetDouble)) return setNumber(args, &PI_DATA_POINTER_AND_DOUBLE::real);
+        if (is(Id::ForceRedraw)) return ++redraws, 1;
+        if (is(Id::WindowSetString)) {
+            const auto& record = as<PI_DATA_POINTER_AND_STRING>(args);
+            Widget& widget = widgets[record.pointer];
+            widget.text = record.text;
+            const auto at = std::find(widget.items.begin(), widget.items.end(), record.text);
+            if (at != widget.items.end()) widget.number = static_cast<double>(at - widget.items.begin());
+        } else if (is(Id::BindWidget)) {
+            const auto& record = as<PI_DATA_POINTER_AND_POINTER>(args);
+            widgets[record.pointer].wrapper = static_cast<PIObject*>(record.second);
+            if (!record.second) widgets.erase(record.pointer);
+        } else if (is(Id::RegistrySetValue)) {
+            const auto& record = as<PI_DATA_POINTER_STRING_AND_STRING>(args);
+            settings[record.text] = record.second;
+        } else if (is(Id::RegistryGetValue)) {
+            auto& record = as<PI_DATA_POINTER_AND_STRING>(args);
+            const auto found = settings.find(record.text);
+            record.text = found == settings.end() ? std::string() : found->second;
+        } else if (is(Id::WindowMapFunction)) {
+            const auto& record = as<PI_DATA_POINTER_AND_FUNCTION>(args);
+            widgets[record.pointer].callback = record.function;
+        } else if (is(Id::OptionMenuAppendOption)) {
+            const auto& record = as<PI_DATA_POINTER_INT_AND_STRING>(args);
+            auto& items = widgets[record.pointer].items;
+            const auto at = std::min(items.size(), static_cast<std::size_t>(record.integer));
+            items.insert(items.begin() + static_cast<std::ptrdiff_t>(at), record.text);
+        } else if (is(Id::OptionMenuGetOptionText)) {
+            auto& record = as<PI_DATA_POINTER_INT_AND_STRING>(args);
+            const auto& items = widgets[record.pointer].items;
+            const auto index = static_cast<std::size_t>(record.integer);
+            if (index >= items.size()) return 0;
+            record.text = items[index];
+        } else if (is(Id::DialogRegisterCloseObserver)) {
+            const auto& record = as<PI_DATA_POINTER_AND_POINTER>(args);
+            widgets[record.pointer].closeObserver = static_cast<PIGUI::PICloseObserver*>(record.second);
+        } else if (is(Id::GetHeader)) {
+            auto& request = *static_cast<PIData::HeaderRequest*>(as<PI_DATA_STRUCT>(args).pointer);
+            if (!platforms.contains(request.id)) return 0;
+            request.header = platforms[request.id].header;
+            request.header.id = request.id;
+        } else if (is(Id::GetDataPoint)) {
+            auto& request = *static_cast<PIData::DataPointRequest*>(as<PI_DATA_STRUCT>(args).pointer);
+            if (!platforms.contains(request.id)) return 0;
+            request.point = platforms[request.id].point;
+        } else {
+            return serveCatchall(service, as<PI_DATA_CATCHALL>(args));
         }
+        return 1;
     }
 
     PIServiceResult serveCatchall(Id service, PI_DATA_CATCHALL& r) {
+        using namespace PISelector;
         const std::int64_t selector = r.integers.empty() ? -1 : r.integers.front();
-        const auto is = [&](auto wanted) { return selector == static_cast<std::int64_t>(wanted); };
-        switch (service) {
-            case Id::SwitcherSetCurrent:
-                widgets[r.pointers[0]].number = static_cast<double>(r.integers[0]);
-                break;
-            case Id::MouseGrab:
-                grabs += is(PISelector::MouseGrab::Grab) ? 1 : -1;
-                break;
-            case Id::Icon:
-                if (is(PISelector::Icon::LoadPng)) r.pointers.push_back(nextHandle()), ++icons;
-                if (is(PISelector::Icon::Destroy)) --icons;
-                break;
-            case Id::Service:
-                if (is(PISelector::Service::Register)) services[r.strings[0]] = r.pointers[0];
-                if (is(PISelector::Service::Unregister)) services.erase(r.strings[0]);
-                break;
-            case Id::FileDialog:
-                if (fileDialogAnswers.empty()) break;
-                r.strings.push_back(fileDialogAnswers.front());
-                fileDialogAnswers.erase(fileDialogAnswers.begin());
-                break;
-            case Id::WidgetValue: {
-                const Widget& widget = widgets[r.pointers[0]];
-                if (is(PISelector::WidgetValue::Text)) r.strings.push_back(widget.text);
-                if (is(PISelector::WidgetValue::Integer))
-                    r.integers.push_back(static_cast<std::int64_t>(numberOf(widget)));
-                if (is(PISelector::WidgetValue::Real)) r.doubles.push_back(numberOf(widget));
-                if (is(PISelector::WidgetValue::Checked)) r.integers.push_back(widget.checked ? 1 : 0);
-                break;
+        const auto does = [&](auto wanted) { return selector == static_cast<std::int64_t>(wanted); };
+        const auto is = [service](Id wanted) { return service == wanted; };
+        const auto give = [&r](auto value) { r.integers.push_back(static_cast<std::int64_t>(value)); };
+        const auto callback = [&r](std::size_t i) { return static_cast<FunctorTwoParams__*>(r.pointers[i]); };
+        if (is(Id::RemoveEntity)) return platforms.erase(static_cast<std::uint64_t>(r.integers[0])) ? 1 : 0;
+        if (is(Id::OverlayFiles)) return overlayFiles(r, static_cast<OverlayFiles>(selector));
+        if (is(Id::ListItems)) listItems(r, static_cast<ListItems>(selector));
+        if (is(Id::SwitcherSetCurrent)) widgets[r.pointers[0]].number = static_cast<double>(r.integers[0]);
+        if (is(Id::MouseGrab)) grabs += does(MouseGrab::Grab) ? 1 : -1;
+        if (is(Id::Clock)) r.doubles.push_back(0.0);
+        if (is(Id::Notify))
+            notifications.push_back(std::to_string(r.integers[1]) + " " + r.strings[0] + ": " + r.strings[1]);
+        if (is(Id::GetPlatformList))
+            for (const auto& entry : platforms) give(entry.first);
+        if (is(Id::Icon)) {
+            if (does(PISelector::Icon::LoadPng)) r.pointers.push_back(nextHandle()), ++icons;
+            if (does(PISelector::Icon::Destroy)) --icons;
+        } else if (is(Id::Service)) {
+            if (does(PISelector::Service::Register)) services[r.strings[0]] = r.pointers[0];
+            if (does(PISelector::Service::Unregister)) services.erase(r.strings[0]);
+        } else if (is(Id::FileDialog) && !fileDialogAnswers.empty()) {
+            r.strings.push_back(fileDialogAnswers.front());
+            fileDialogAnswers.erase(fileDialogAnswers.begin());
+        } else if (is(Id::WidgetValue)) {
+            const Widget& widget = widgets[r.pointers[0]];
+            if (does(WidgetValue::Text)) r.strings.push_back(widget.text);
+            if (does(WidgetValue::Integer)) give(numberOf(widget));
+            if (does(WidgetValue::Real)) r.doubles.push_back(numberOf(widget));
+            if (does(WidgetValue::Checked)) give(widget.checked);
+        } else if (is(Id::Timeout)) {
+            if (does(PISelector::Timeout::Cancel)) return timeouts.erase(r.pointers[0]), 1;
+            void* const handle = nextHandle();
+            timeouts[handle] = {r.integers[1], callback(0), r.pointers[1]};
+            r.pointers.push_back(handle);
+        } else if (is(Id::Action)) {
+            if (does(Action::SetChecked)) actionChecks[r.strings[1]] = r.integers[1] != 0;
+            if (does(Action::Destroy)) actions.erase(actionLabels_[r.pointers[0]]);
+            if (does(Action::Create)) {
+                actions[r.strings[1]] = callback(0);
+                r.pointers.push_back(nextHandle());
+                actionLabels_[r.pointers.back()] = r.strings[1];
             }
-            case Id::ListItems:
-                listItems(r, static_cast<PISelector::ListItems>(selector));
-                break;
-            case Id::GetPlatformList:
-                for (const auto& entry : platforms)
-                    r.integers.push_back(static_cast<std::int64_t>(entry.first));
-                break;
-            case Id::Clock:
-                r.doubles.push_back(0.0);
-                break;
-            case Id::Timeout:
-                if (is(PISelector::Timeout::Cancel)) {
-                    timeouts.erase(r.pointers[0]);
-                } else {
-                    void* const handle = nextHandle();
-                    timeouts[handle] = {r.integers[1], static_cast<FunctorTwoParams__*>(r.pointers[0]),
-                                        r.pointers[1]};
-                    r.pointers.push_back(handle);
-                }
-                break;
-            case Id::Action:
-                if (is(PISelector::Action::Create)) {
-                    actions[r.strings[1]] = static_cast<FunctorTwoParams__*>(r.pointers[0]);
-                    r.pointers.push_back(nextHandle());
-                    actionLabels_[r.pointers.back()] = r.strings[1];
-                } else if (is(PISelector::Action::Destroy)) {
-                    actions.erase(actionLabels_[r.pointers[0]]);
-                    actionLabels_.erase(r.pointers[0]);
-                } else if (is(PISelector::Action::SetChecked)) {
-                    actionChecks[r.strings[1]] = r.integers[1] != 0;
-                }
-                break;
-            case Id::Notify:
-                notifications.push_back(std::to_string(r.integers[1]) + " " + r.strings[0] + ": " +
-                                        r.strings[1]);
-                break;
-            case Id::CreateEntity: {
-                const auto& request = *static_cast<PIData::CreatePlatformRequest*>(r.pointers[0]);
-                const std::uint64_t id = platforms.empty() ? 1 : platforms.rbegin()->first + 1;
-                platforms[id] = {request.header, request.point};
-                r.integers.push_back(static_cast<std::int64_t>(id));
-                break;
-            }
-            case Id::RemoveEntity:
-                return platforms.erase(static_cast<std::uint64_t>(r.integers[0])) ? 1 : 0;
-            case Id::Camera:
-                if (is(PISelector::Camera::EyePosition)) return position(eye, r);
-                (is(PISelector::Camera::SetCenter) ? cameraCenter : cameraRae) =
-                    halCore::Vec3(r.doubles[0], r.doubles[1], r.doubles[2]);
-                break;
-            case Id::Cursor:
-                if (is(PISelector::Cursor::PlatformAtCursor))
-                    r.integers.push_back(static_cast<std::int64_t>(cursorPlatform));
-                else if (pixelToLla && is(PISelector::Cursor::LlaAtPixel))
-                    return position(
-                        pixelToLla(static_cast<int>(r.integers[1]), static_cast<int>(r.integers[2])), r);
-                else
-                    return position(cursor, r);
-                break;
-            case Id::OverlayFiles:
-                return overlayFiles(r, static_cast<PISelector::OverlayFiles>(selector));
-            case Id::OverlayLists:
-                for (const auto& [handle, overlay] : overlays)
-                    if (!overlay.path.empty() &&
-                        overlay.platform == (is(PISelector::OverlayLists::Attached)
-                                                 ? static_cast<std::uint64_t>(r.integers[1])
-                                                 : 0))
-                        r.pointers.push_back(handle);
-                break;
-            case Id::ScreenText:
-                if (is(PISelector::ScreenText::Remove)) {
-                    screenTexts.erase(r.pointers[0]);
-                } else {
-                    void* const handle = nextHandle();
-                    screenTexts[handle] = r.strings[0];
-                    r.pointers.push_back(handle);
-                }
-                break;
-            case Id::ContextMenu:
-                if (is(PISelector::ContextMenu::AddItem))
-                    contextItems[r.strings[0]] = static_cast<FunctorTwoParams__*>(r.pointers[1]);
-                else if (is(PISelector::ContextMenu::Register))
-                    contextMenus.push_back(static_cast<PIHALVIS::ContextMenuCallbackV3*>(r.pointers[0]));
-                else
-                    std::erase(contextMenus, r.pointers[0]);
-                break;
-            default:
-                break;
+        } else if (is(Id::CreateEntity)) {
+            const auto& request = *static_cast<PIData::CreatePlatformRequest*>(r.pointers[0]);
+            const std::uint64_t id = platforms.empty() ? 1 : platforms.rbegin()->first + 1;
+            platforms[id] = {request.header, request.point};
+            give(id);
+        } else if (is(Id::Camera)) {
+            if (does(Camera::EyePosition)) return position(eye, r);
+            (does(Camera::SetCenter) ? cameraCenter : cameraRae) =
+                halCore::Vec3(r.doubles[0], r.doubles[1], r.doubles[2]);
+        } else if (is(Id::Cursor)) {
+            if (does(Cursor::PlatformAtCursor)) return give(cursorPlatform), 1;
+            if (!pixelToLla || !does(Cursor::LlaAtPixel)) return position(cursor, r);
+            return position(pixelToLla(static_cast<int>(r.integers[1]), static_cast<int>(r.integers[2])), r);
+        } else if (is(Id::OverlayLists)) {
+            const auto platform =
+                does(OverlayLists::Attached) ? static_cast<std::uint64_t>(r.integers[1]) : std::uint64_t{0};
+            for (const auto& [handle, overlay] : overlays)
+                if (!overlay.path.empty() && overlay.platform == platform) r.pointers.push_back(handle);
+        } else if (is(Id::ScreenText)) {
+            if (does(ScreenText::Remove)) return screenTexts.erase(r.pointers[0]), 1;
+            r.pointers.push_back(nextHandle());
+            screenTexts[r.pointers.back()] = r.strings[0];
+        } else if (is(Id::ContextMenu)) {
+            if (does(ContextMenu::AddItem)) return contextItems[r.strings[0]] = callback(1), 1;
+            std::erase(contextMenus, r.pointers[0]);
+            if (does(ContextMenu::Register))
+                contextMenus.push_back(static_cast<PIHALVIS::ContextMenuCallbackV3*>(r.pointers[0]));
         }
         return 1;
     }
@@ -468,45 +366,26 @@ class FakeHost final : public PIServiceTable {
         const auto index = r.integers.size() > 1 ? static_cast<std::size_t>(r.integers[1]) : 0;
         const auto offset = static_cast<std::ptrdiff_t>(index);
         const bool known = index < list.items.size();
-        switch (operation) {
-            case Op::Append:
-                if (list.items.empty()) list.number = -1;
-                list.items.push_back(r.strings[0]);
-                list.itemData.push_back(r.pointers[1]);
-                r.integers.push_back(static_cast<std::int64_t>(list.items.size()) - 1);
-                break;
-            case Op::AppendHeader:
-                list.caption += "\t" + r.strings[0];
-                break;
-            case Op::Remove:
-                if (!known) break;
-                list.items.erase(list.items.begin() + offset);
-                list.itemData.erase(list.itemData.begin() + offset);
-                break;
-            case Op::Clear:
-                list.items.clear(), list.itemData.clear(), list.number = -1;
-                break;
-            case Op::Count:
-                r.integers.push_back(static_cast<std::int64_t>(list.items.size()));
-                break;
-            case Op::Selected:
-                r.integers.push_back(list.items.empty() ? -1 : static_cast<std::int64_t>(list.number));
-                break;
-            case Op::Select:
-                list.number = static_cast<double>(r.integers[1]);
-                break;
-            case Op::DeselectAll:
-                list.number = -1;
-                break;
-            case Op::GetText:
-                if (known) r.strings.push_back(list.items[index]);
-                break;
-            case Op::SetText:
-                if (known) list.items[index] = r.strings[0];
-                break;
-            case Op::GetData:
-                if (known) r.pointers.push_back(list.itemData[index]);
-                break;
+        const auto give = [&r](auto value) { r.integers.push_back(static_cast<std::int64_t>(value)); };
+        if (operation == Op::Append) {
+            if (list.items.empty()) list.number = -1;
+            give(list.items.size());
+            list.items.push_back(r.strings[0]);
+            list.itemData.push_back(r.pointers[1]);
+        }
+        if (operation == Op::AppendHeader) list.caption += "\t" + r.strings[0];
+        if (operation == Op::Clear) list.items.clear(), list.itemData.clear();
+        if (operation == Op::Clear || operation == Op::DeselectAll) list.number = -1;
+        if (operation == Op::Count) give(list.items.size());
+        if (operation == Op::Selected) give(list.items.empty() ? -1 : list.number);
+        if (operation == Op::Select) list.number = static_cast<double>(r.integers[1]);
+        if (!known) return;
+        if (operation == Op::GetText) r.strings.push_back(list.items[index]);
+        if (operation == Op::SetText) list.items[index] = r.strings[0];
+        if (operation == Op::GetData) r.pointers.push_back(list.itemData[index]);
+        if (operation == Op::Remove) {
+            list.items.erase(list.items.begin() + offset);
+            list.itemData.erase(list.itemData.begin() + offset);
         }
     }
 
@@ -515,15 +394,12 @@ class FakeHost final : public PIServiceTable {
         widgets[record.pointer].*member = record.flag;
         return 1;
     }
-    static PIServiceResult setNumber(Widget& widget, double value) {
-        widget.number = value;
-        widget.text = UTILS::writeNumber(value);
-        return 1;
-    }
-    static PIServiceResult setText(Widget& widget, const std::string& text) {
-        widget.text = text;
-        for (std::size_t i = 0; i < widget.items.size(); ++i)
-            if (widget.items[i] == text) widget.number = static_cast<double>(i);
+    template <typename Record, typename Number>
+    PIServiceResult setNumber(void* args, Number Record::*value) {
+        const auto& record = as<Record>(args);
+        Widget& widget = widgets[record.pointer];
+        widget.number = record.*value;
+        widget.text = UTILS::writeNumber(widget.number);
         return 1;
     }
     /// The chosen index or the colour, or the number that a text field holds.
