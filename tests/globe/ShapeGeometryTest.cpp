@@ -1,47 +1,34 @@
 #include <algorithm>
 #include <cmath>
-#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include <GeographicLib/Ellipsoid.hpp>
-#include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/PolygonArea.hpp>
 #include <GeographicLib/Rhumb.hpp>
 #include <gtest/gtest.h>
 
-#include "format/ZelShapes.h"
-#include "geo/Angles.h"
 #include "geo/Ecef.h"
-#include "globe/DrawingOrder.h"
+#include "geo/Sodano.h"
 #include "globe/ShapeGeometry.h"
+#include "globe/ShapeText.h"
 
 namespace sandbox {
 namespace {
 
-namespace ZEL = halCore::ZEL;
-using GeographicLib::Geodesic;
 using halCore::Ecef;
-using halCore::kRadiansPerDegree;
-using halCore::localFrame;
 using halCore::Vec3;
+using halCore::Sodano::inverse;
 
-Vec3 at(double lat, double lon, double alt = 0.0) {
-    return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, alt};
-}
-
-double distanceTo(const Vec3& from, const Ecef& position, double* azimuth = nullptr) {
-    const Vec3 to = toGeodetic(position);
-    double meters = 0.0, start = 0.0, end = 0.0;
-    Geodesic::WGS84().Inverse(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
-                              to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree, meters, start, end);
-    if (azimuth) *azimuth = start;
-    return meters;
-}
-
-DrawList geometry(const ZEL::ZelShape& shape, double tolerance = 0.0,
-                  const std::optional<OverlayReference>& reference = std::nullopt) {
+DrawList drawn(const OverlayScene::Shapes& shapes, double tolerance = 0.0,
+               const std::optional<OverlayReference>& reference = std::nullopt) {
     DrawList list;
-    appendGeometry(shape, reference, tolerance, list);
+    for (const auto& shape : shapes) appendGeometry(*shape, reference, tolerance, list);
     return list;
+}
+DrawList drawn(std::string_view text, double tolerance = 0.0) {
+    return drawn(shapesOf(text), tolerance);
 }
 
 /// The area of a mesh in the plane of its triangles, square metres.
@@ -55,610 +42,384 @@ double areaOf(const DrawList::Mesh& mesh) {
     return sum;
 }
 
-struct CircleCase {
-    double lat, lon, radius;
-};
+/// All that is drawn, but for areas.
+std::vector<Ecef> placesOf(const DrawList& list) {
+    std::vector<Ecef> result;
+    const auto take = [&](const auto& places) { result.insert(result.end(), places.begin(), places.end()); };
+    for (const DrawList::Line& line : list.lines) take(line.points);
+    for (const DrawList::Picture& picture : list.pictures) take(picture.vertices);
+    for (const DrawList::Label& label : list.labels) result.push_back(label.position);
+    return result;
+}
 
-class Circles : public testing::TestWithParam<CircleCase> {};
-
-TEST_P(Circles, EveryPointIsAtTheGeodesicRadius) {
-    const auto [lat, lon, radius] = GetParam();
-    ZEL::Circle circle(false);
-    circle.setCenterPosition(at(lat, lon));
-    circle.setRadius(radius);
-    circle.setFilled(true);
-    const DrawList list = geometry(circle);
-    ASSERT_EQ(list.lines.size(), 1U);
-    const DrawList::Line& line = list.lines.front();
-    EXPECT_TRUE(line.closed);
-    double longest = 0.0;
-    for (std::size_t i = 0; i < line.points.size(); ++i) {
-        EXPECT_NEAR(distanceTo(at(lat, lon), line.points[i]), radius, 1e-6);
-        EXPECT_NEAR(toGeodetic(line.points[i]).alt(), 0.0, 1e-6);
-        longest = std::max(longest, length(line.points[i] - line.points[(i + 1) % line.points.size()]));
-    }
-    // Sideways the straight pieces are within a centimetre, or 2e-6 of the radius.
-    EXPECT_LT(longest * longest / (8.0 * radius), std::max(0.0101, 2.02e-6 * radius));
-
-    // The fill covers the circle once: area of a geodesic circle, less what chords lose.
-    ASSERT_EQ(list.meshes.size(), 1U);
-    const GeographicLib::PolygonArea ring(Geodesic::WGS84());
-    GeographicLib::PolygonArea polygon(Geodesic::WGS84());
-    for (const Ecef& p : line.points) {
-        const Vec3 g = toGeodetic(p);
-        polygon.AddPoint(g.lat() / kRadiansPerDegree, g.lon() / kRadiansPerDegree);
+/// The smaller area that a ring cuts off the ellipsoid, by GeographicLib.
+double areaWithin(const std::vector<Ecef>& ring) {
+    GeographicLib::PolygonArea polygon(GeographicLib::Geodesic::WGS84());
+    for (const Ecef& p : ring) {
+        const Vec3 place = toGeodetic(p);
+        polygon.AddPoint(place.lat() / kRadiansPerDegree, place.lon() / kRadiansPerDegree);
     }
     double perimeter = 0.0, area = 0.0;
-    polygon.Compute(true, true, perimeter, area);
-    EXPECT_NEAR(areaOf(list.meshes.front()) / std::abs(area), 1.0, 2e-3);
+    polygon.Compute(false, true, perimeter, area);
+    return std::abs(area);
 }
 
-INSTANTIATE_TEST_SUITE_P(Places, Circles,
-                         testing::Values(CircleCase{21.3, -158, 50.0e3}, CircleCase{0, 0, 10.0},
-                                         CircleCase{89.9, 20, 300.0e3}, CircleCase{-90, 0, 2.0e6},
-                                         CircleCase{-17, 179.9, 100.0e3}, CircleCase{35, -180, 5.0e6},
-                                         CircleCase{10, 10, 9.0e6}));
+/// Every kind of shape, with its longitudes behind an @ each.
+const char* const kShapes[] = {
+    "points; ll 1 @20; ll 2 @19.9; pointsize 7 | linesegs; ll 0 @18; ll 0 @21; ll 1 @20; ll 3 @20",
+    "line; ll 10 @15; lla 40 @25 5000; ll 41 @24.5 | annotation A; ll 30 @20",
+    "line; ll 10 @15; ll 40 @25; tessellate true; lineprojection rhumbline",
+    "polygon; ll 60 @10; ll 60 @30; ll 70 @30; ll 65 @20; ll 70 @10; filled",
+    "polygon; ll -70 @0; ll -75 @90; ll -70 @180; ll -80 @-90; filled",
+    "polygon; lla 5 @20 900; lla 6 @20 900; lla 6 @21 900; filled; extrude true 500",
+    "circle; centerll 89.9 @20; radius 300000; filled",
+    "ellipse; centerll 10 @20; majoraxis 400000; minoraxis 100000; orient 30 0 0; filled",
+    "arc; centerll -33 @20; radius 20000; anglestart 300; angledeg 120; filled",
+    "orbit; centerll 20 @19.5; centerll2 20.2 @20.8; radius 12000; filled",
+    "latlonaltbox 20.1 10 @15 @25.1 0; filled | latlonaltbox 20.1 -10 @-110.1 @130 100 5000; filled",
+    "latlonaltbox 60 -30 @20 @20 0; filled | cylinder; centerlla 30 @20 100; radius 5000; height 300; filled",
+    "cylinder; centerll 30 @20; radius 5000; anglestart 20; angledeg -100; height -300; filled",
+    "cone; centerll 30 @20; radius 5000; height 300; orient 10 20 30; filled",
+    "sphere; centerll 30 @20; radius 5000; filled | hemisphere; centerll 30 @20; radius 5000",
+    "ellipsoid; centerll 30 @20; majoraxis 3000; minoraxis 1000; height 200; orient 20 30 40; filled",
+    "# kml_groundoverlay; # kml_icon a.png; # kml_latlonbox 61 59 @21 @19 30",
+    "line; xyz 5000 -200 7; xyz -9000 100 -7; ref 60 @20; orient 30 0 0",
+};
 
-TEST(DrawingOrder, GathersOnlyWhatLooksAlike) {
-    OverlayScene::Shapes shapes;
-    for (const double lon : {5.0, 95.0, 6.0, 96.0}) {
-        auto line = std::make_shared<ZEL::Line>(false);
-        line->addPoint(at(1, lon));
-        line->addPoint(at(2, lon));
-        line->setLineColor(ZEL::Color(9, 9, 9, 100));
-        shapes.push_back(line);
+/// A text whose longitudes are turned eastwards by so many degrees.
+std::string turned(std::string text, double degrees = 0.0) {
+    for (std::size_t i = text.find('@'); i != std::string::npos; i = text.find('@')) {
+        std::size_t size = 0;
+        const double lon = std::stod(text.substr(i + 1), &size);
+        text.replace(i, size + 1, std::to_string(std::remainder(lon + degrees, 360.0)));
     }
-    shapes.insert(shapes.begin() + 1, nullptr);
-    using Order = std::vector<std::size_t>;
-    EXPECT_EQ(drawingOrder(shapes), (Order{0, 3, 2, 4}));
-    // One that looks otherwise, or is no line, keeps all in their order.
-    static_cast<ZEL::Line&>(*shapes[3]).setLineWidth(2);
-    EXPECT_EQ(drawingOrder(shapes), (Order{0, 2, 3, 4}));
-    static_cast<ZEL::Line&>(*shapes[3]).setLineWidth(1);
-    shapes[1] = std::make_shared<ZEL::Annotation>(false);
-    EXPECT_EQ(drawingOrder(shapes), (Order{0, 1, 2, 3, 4}));
-    EXPECT_TRUE(drawingOrder({}).empty());
+    return text;
 }
 
-TEST(ShapeGeometry, OutlinedPointsHaveARim) {
-    ZEL::Points points(false);
-    points.addPoint(at(1, 2));
-    points.setPointSize(7);
-    points.setColor(ZEL::Color(255, 255, 0, 200));
-    EXPECT_EQ(geometry(points).lines.size(), 1U);
-    points.setOutlined(true);
-    const DrawList list = geometry(points);
-    ASSERT_EQ(list.lines.size(), 2U);
-    EXPECT_EQ(list.lines[0].width, 9.0F);
-    EXPECT_EQ(list.lines[0].color, (Rgba{0, 0, 0, 200}));
-    EXPECT_EQ(list.lines[1].width, 7.0F);
-}
-
-TEST(ShapeGeometry, CoarseCirclesStayWithinTheirTolerance) {
-    ZEL::Circle circle(false);
-    circle.setCenterPosition(at(50, 8));
-    circle.setRadius(50.0e3);
-    std::size_t before = 100000;
-    for (const double tolerance : {0.0, 2.0, 50.0}) {
-        const auto points = geometry(circle, tolerance).lines.front().points;
-        EXPECT_LT(points.size(), before);
-        before = points.size();
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            const Ecef middle = (points[i] + points[(i + 1) % points.size()]) * 0.5;
-            EXPECT_NEAR(distanceTo(at(50, 8), middle), 50.0e3, tolerance + 0.11);
+/// The same everywhere: also where the shape lies across 180°.
+TEST(ShapeGeometry, AnyMeridianIsAsGoodAsAnother) {
+    for (const char* text : kShapes) {
+        const DrawList here = drawn(turned(text));
+        const std::vector<Ecef> places = placesOf(here);
+        EXPECT_FALSE(places.empty());
+        for (const double degrees : {159.75, 160.0, 180.0, -20.0}) {
+            SCOPED_TRACE(turned(text, degrees));
+            const DrawList there = drawn(turned(text, degrees));
+            const std::vector<Ecef> others = placesOf(there);
+            ASSERT_EQ(others.size(), places.size());
+            const double sine = std::sin(degrees * kRadiansPerDegree);
+            const double cosine = std::cos(degrees * kRadiansPerDegree);
+            double off = 0.0;
+            for (std::size_t i = 0; i < places.size(); ++i) {
+                const Ecef& p = places[i];
+                off = std::max(
+                    off, length(others[i] - Ecef{p.x * cosine - p.y * sine, p.x * sine + p.y * cosine, p.z}));
+            }
+            EXPECT_LT(off, 1e-3);
+            ASSERT_EQ(there.meshes.size(), here.meshes.size());
+            for (std::size_t i = 0; i < here.meshes.size(); ++i)
+                EXPECT_NEAR(areaOf(there.meshes[i]) / areaOf(here.meshes[i]), 1.0, 2e-4);
         }
+    }
+}
+
+/// What is drawn coarsely is off by about its tolerance at most, and saves points.
+TEST(ShapeGeometry, CoarseLinesStayWithinTheirTolerance) {
+    for (const char* text : kShapes) {
+        const DrawList fine = drawn(turned(text));
+        std::size_t before = 1'000'000;
+        for (const double tolerance : {0.0, 2.0, 50.0, 1250.0}) {
+            const DrawList coarse = drawn(turned(text), tolerance);
+            ASSERT_EQ(coarse.lines.size(), fine.lines.size());
+            std::size_t points = 0;
+            double off = 0.0;
+            for (std::size_t k = 0; k < fine.lines.size(); ++k) {
+                std::vector<Ecef> line = coarse.lines[k].points;
+                points += line.size();
+                if (coarse.lines[k].closed) line.push_back(Ecef(line.front()));
+                const std::vector<Ecef>& all = fine.lines[k].points;
+                for (std::size_t n = 0; n < all.size(); n += 1 + all.size() / 60) {
+                    double nearest = length(all[n] - line.front());
+                    for (std::size_t i = 1; i < line.size(); ++i) {
+                        const Ecef v = line[i] - line[i - 1], w = all[n] - line[i - 1];
+                        nearest =
+                            std::min(nearest, length(w - v * std::clamp(dot(w, v) / dot(v, v), 0.0, 1.0)));
+                    }
+                    off = std::max(off, nearest);
+                }
+            }
+            EXPECT_LT(off, tolerance * 1.5 + 0.2) << text << " within " << tolerance;
+            EXPECT_LE(points, before) << text;
+            before = points;
+        }
+    }
+}
+
+/// Every point is where its azimuth tells, in pieces as short as need be.
+TEST(ShapeGeometry, RoundShapesAreRound) {
+    const std::string wide = "ellipse; majoraxis 40000; minoraxis 10000; centerll 10 20";
+    const struct {
+        std::string text;
+        double east, north, turn = 0, start = 0, sweep = 360;
+    } cases[] = {
+        {"circle; radius 50000; centerll 21.3 -158", 50e3, 50e3},
+        {"circle; radius -10; centerll 0 0", 10, 10},
+        {"circle; radius 2000000; centerll -90 0", 2e6, 2e6},
+        {"circle; radius 9000000; centerll 10 10", 9e6, 9e6},
+        {"circle; radius 7000; scale 2 2 1; centerll 1 1", 14e3, 14e3},
+        {"circle; radius 7000; scale 3 1 1; orient 9 0 0; centerll 1 1", 21e3, 7e3, 9},
+        {wide, 20e3, 5e3},
+        {wide + "; orient 30 0 0; scale 1 2 1", 20e3, 10e3, 30},
+        // An axis that is missing is as long as the other one, unless there is a radius.
+        {"ellipse; minoraxis -10000; centerll 10 20", 5e3, 5e3},
+        {"ellipse; minoraxis 10000; radius -7000; centerll 10 20", 7e3, 5e3},
+        {"arc; radius 20000; anglestart 30; angledeg 100; centerll -33 18", 20e3, 20e3, 0, 30, 100},
+        {"arc; radius 20000; anglestart 90; angledeg -45; centerll -33 18", 20e3, 20e3, 0, 90, -45},
+        {"arc" + wide.substr(7) + "; anglestart 10; angledeg 200; orient 50 0 0", 20e3, 5e3, 50, 60, 200}};
+    for (const auto& c : cases) {
+        const auto shape = shapesOf(c.text).front();
+        Vec3 center;
+        dynamic_cast<halCore::ZEL::CircularShape&>(*shape).getCenterPosition(center);
+        SCOPED_TRACE(c.text);
+        const DrawList list = drawn({shape});
+        ASSERT_TRUE(list.lines.size() == 1 && list.lines.front().closed == (c.sweep == 360.0));
+        const std::vector<Ecef>& points = list.lines.front().points;
+        double passed = 0.0, before = c.start, longest = 0.0;
+        for (const Ecef& p : points) {
+            const auto way = inverse(center, toGeodetic(p));
+            const double seen = way.azimuth1 - c.turn * kRadiansPerDegree;
+            EXPECT_NEAR(std::hypot(std::sin(seen) / c.east, std::cos(seen) / c.north) * way.distance, 1.0,
+                        1e-7);
+            EXPECT_NEAR(toGeodetic(p).alt(), 0.0, 1e-6);
+            const double azimuth = way.azimuth1 / kRadiansPerDegree;
+            passed += std::remainder(azimuth - before, 360.0);
+            before = azimuth;
+            if (&p != &points.front()) longest = std::max(longest, length(p - *(&p - 1)));
+        }
+        // Sideways the straight pieces are within a centimetre, or 2e-6 of the radius.
+        const double most = std::max(c.east, c.north);
+        EXPECT_LT(longest * longest / (8.0 * most), std::max(0.0101, 2.02e-6 * most));
+        EXPECT_NEAR(std::abs(passed), std::abs(c.sweep), c.sweep == 360.0 ? 60.0 : 1e-6);
+        EXPECT_TRUE(passed * c.sweep > 0.0 || c.sweep == 360.0) << "the way round";
     }
 }
 
 TEST(ShapeGeometry, LinesFollowGeodesicsAndRhumbLines) {
-    const Vec3 from = at(37.8, -122.4, 0);
-    const Vec3 to = at(35.6, 139.7, 1000);
-    ZEL::Line line(false);
-    line.addPoint(from);
-    line.addPoint(to);
-    double total = 0.0, azimuth = 0.0, end = 0.0;
-    Geodesic::WGS84().Inverse(37.8, -122.4, 35.6, 139.7, total, azimuth, end);
-    const auto points = geometry(line).lines.front().points;
+    const Vec3 from = at(37.8, -122.4);
+    const std::string text = "line; ll 37.8 -122.4; lla 35.6 139.7 1000";
+    const auto whole = inverse(from, at(35.6, 139.7));
+    const auto points = drawn(text).lines.front().points;
     EXPECT_LT(length(points.front() - toEcef(from)), 1e-6);
-    EXPECT_LT(length(points.back() - toEcef(to)), 1e-6);
+    EXPECT_LT(length(points.back() - toEcef(at(35.6, 139.7, 1000))), 1e-6);
     for (std::size_t i = 1; i < points.size(); ++i) {
-        double here = 0.0;
-        const double along = distanceTo(from, points[i], &here);
-        EXPECT_NEAR(here, azimuth, 1e-6);
-        EXPECT_NEAR(toGeodetic(points[i]).alt(), 1000.0 * along / total, 1e-3);
+        const auto here = inverse(from, toGeodetic(points[i]));
+        EXPECT_NEAR(here.azimuth1, whole.azimuth1, 1e-8);
+        EXPECT_NEAR(toGeodetic(points[i]).alt(), 1000.0 * here.distance / whole.distance, 1e-3);
         EXPECT_LT(length(points[i] - points[i - 1]), 2001.0);
     }
-
-    line.setTessellation(ZEL::TessellationStyle::RhumbLine);
     const GeographicLib::Rhumb& rhumb = GeographicLib::Rhumb::WGS84();
-    double bearing = 0.0;
-    rhumb.Inverse(37.8, -122.4, 35.6, 139.7, total, bearing);
-    const auto loxodrome = geometry(line).lines.front().points;
+    double meters = 0.0, bearing = 0.0, there = 0.0;
+    rhumb.Inverse(37.8, -122.4, 35.6, 139.7, meters, bearing);
+    const auto loxodrome = drawn(text + "; tessellate true; lineprojection rhumbline").lines.front().points;
     const Vec3 half = toGeodetic(loxodrome[loxodrome.size() / 2]);
-    double there = 0.0;
-    rhumb.Inverse(37.8, -122.4, half.lat() / kRadiansPerDegree, half.lon() / kRadiansPerDegree, total, there);
+    rhumb.Inverse(37.8, -122.4, half.lat() / kRadiansPerDegree, half.lon() / kRadiansPerDegree, meters,
+                  there);
     EXPECT_NEAR(there, bearing, 1e-6);
+    const DrawList pairs = drawn("linesegs; ll 0 0; ll 0 1; ll 0 2; ll 0 3; ll 0 4");
+    ASSERT_EQ(pairs.lines.size(), 2U);
+    EXPECT_LT(length(pairs.lines[1].points.front() - toEcef(at(0, 2))), 1e-6);
+    EXPECT_LT(length(pairs.lines[1].points.back() - toEcef(at(0, 3))), 1e-6);
 }
 
-TEST(ShapeGeometry, LineSegmentsArePairs) {
-    ZEL::LineSegs segments(false);
-    for (int i = 0; i < 5; ++i) segments.addPoint(at(0, i));
-    const DrawList list = geometry(segments);
-    ASSERT_EQ(list.lines.size(), 2U);
-    EXPECT_NEAR(toGeodetic(list.lines[1].points.front()).lon(), 2 * kRadiansPerDegree, 1e-12);
-    EXPECT_NEAR(toGeodetic(list.lines[1].points.back()).lon(), 3 * kRadiansPerDegree, 1e-12);
-}
-
-struct PolygonCase {
-    const char* what;
-    std::vector<std::pair<double, double>> corners;
-};
-
-class Polygons : public testing::TestWithParam<PolygonCase> {};
-
-TEST_P(Polygons, AreFilledExactly) {
-    ZEL::Polygon polygon(false);
-    GeographicLib::PolygonArea expected(Geodesic::WGS84());
-    for (const auto& [lat, lon] : GetParam().corners) {
-        polygon.addPoint(at(lat, lon));
-        expected.AddPoint(lat, lon);
+/// Areas cover what is within their outline, once: wide boxes, rings across 180° and around a pole, and all
+/// countries.
+TEST(ShapeGeometry, AreasAreFilledExactly) {
+    OverlayScene::Shapes shapes = shapesOf(
+        "polygon; ll 0 0; ll 0 10; ll 10 10; ll 10 0; filled | polygon; ll 0 -60; ll 0 60; ll 70 0; filled"
+        " | polygon; ll 60 170; ll 60 -170; ll 70 -170; ll 65 180; ll 70 170; filled"
+        " | polygon; ll -70 0; ll -75 90; ll -70 180; ll -80 -90; filled | circle; centerll 10 10; radius 9e6"
+        "; filled | circle; centerll 1 2; radius 9999; scale 3 1 1; filled | circle; centerll -90 0; radius "
+        "2e6"
+        "; filled | latlonaltbox 20 10 170 -170 0; filled | latlonaltbox 20 -30 -120 120 0; filled"
+        " | latlonaltbox 30 0 10 0 0; filled | orbit; centerll 20 1; centerll2 20 1; radius 12000; filled"
+        " | orbit; centerll 20 179.5; centerll2 20.2 -179; radius 12000; filled");
+    const double leg = inverse(at(20, 179.5), at(20.2, -179)).distance;
+    EXPECT_NEAR(
+        areaWithin(drawn({shapes.back()}).lines.front().points) / (12e3 * (halCore::kPi * 12e3 + 2.0 * leg)),
+        1.0, 1e-4);
+    for (const auto& country : halCore::ZEL::parsed(halCore::ZEL::sample("countries-110m.zel")).shapes) {
+        dynamic_cast<halCore::ZEL::Polygon&>(*country).setFilled(true);
+        shapes.push_back(country);
     }
-    polygon.setFilled(true);
-    double perimeter = 0.0, area = 0.0;
-    expected.Compute(false, true, perimeter, area);
-    for (const double tolerance : {0.0, 2.0}) {
-        const DrawList list = geometry(polygon, tolerance);
-        ASSERT_EQ(list.meshes.size(), 1U);
-        EXPECT_NEAR(areaOf(list.meshes.front()) / std::abs(area), 1.0, 1e-3) << GetParam().what;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Shapes, Polygons,
-    testing::Values(PolygonCase{"convex", {{0, 0}, {0, 10}, {10, 10}, {10, 0}}},
-                    PolygonCase{"concave", {{40, 0}, {40, 20}, {45, 10}, {50, 20}, {50, 0}}},
-                    PolygonCase{"across 180°", {{60, 170}, {60, -170}, {70, -170}, {65, 180}, {70, 170}}},
-                    PolygonCase{"around the pole", {{-70, 0}, {-75, 90}, {-70, 180}, {-80, -90}}},
-                    PolygonCase{"clockwise and tiny", {{21, -158}, {21.0001, -158}, {21.0001, -157.9999}}},
-                    PolygonCase{"large", {{0, -60}, {0, 60}, {70, 0}}}),
-    [](const auto& info) { return "Case" + std::to_string(info.index); });
-
-/// The ring that the world's borders give for Antarctica: down to the pole along 180° and back.
-TEST(ShapeGeometry, ARingThatRunsThroughThePoleIsFilled) {
-    ZEL::Polygon polygon(false);
-    GeographicLib::PolygonArea expected(Geodesic::WGS84());
-    for (int lon = -180; lon <= 180; lon += 5) {
-        polygon.addPoint(at(-70, lon));
-        if (lon < 180) expected.AddPoint(-70, lon);
-    }
-    polygon.addPoint(at(-90, 180));
-    polygon.addPoint(at(-90, -180));
-    polygon.setFilled(true);
-    double perimeter = 0.0, area = 0.0;
-    expected.Compute(false, true, perimeter, area);
-    EXPECT_NEAR(areaOf(geometry(polygon).meshes.front()) / std::abs(area), 1.0, 1e-3);
-}
-
-TEST(ShapeGeometry, BoxesOfAnyWidthAreFilledOnTheirOwnSide) {
-    struct Case {
-        double north, south, west, east, span;
-        std::size_t lines;
-    };
-    const GeographicLib::Ellipsoid& earth = GeographicLib::Ellipsoid::WGS84();
-    const auto sine = [&](double lat) { return std::sin(earth.AuthalicLatitude(lat) * kRadiansPerDegree); };
-    for (const Case& c :
-         {Case{20, 10, 170, -170, 20, 1}, Case{60, -60, -120, 120, 240, 1}, Case{30, 0, 10, 0, 350, 1},
-          Case{60, -30, 20, 20, 360, 2}, Case{90, -90, -180, 180, 360, 2}}) {
-        ZEL::LatLonAltBox box(false);
-        box.setNorth(c.north * kRadiansPerDegree);
-        box.setSouth(c.south * kRadiansPerDegree);
-        box.setWest(c.west * kRadiansPerDegree);
-        box.setEast(c.east * kRadiansPerDegree);
-        box.setFilled(true);
-        const DrawList list = geometry(box);
-        ASSERT_EQ(list.meshes.size(), 1U);
-        const double area = earth.Area() / 2 * (sine(c.north) - sine(c.south)) * c.span / 360;
-        EXPECT_NEAR(areaOf(list.meshes.front()) / area, 1.0, 1e-3) << c.span << " degrees wide";
-        EXPECT_EQ(list.lines.size(), c.lines) << "no seam where it meets itself";
-    }
-}
-
-TEST(ShapeGeometry, AreasTakeTheColourOfTheirLine) {
-    ZEL::Circle circle(false);
-    circle.setCenterPosition(at(1, 2));
-    circle.setRadius(100);
-    circle.setFilled(true);
-    const auto fill = [&] { return geometry(circle).meshes.front().color; };
-    EXPECT_EQ(fill(), (Rgba{255, 0, 0, 255}));
-    circle.setLineColor(ZEL::Color(1, 2, 3, 200));
-    EXPECT_EQ(fill(), (Rgba{1, 2, 3, 200}));
-    circle.setFillColor(ZEL::Color(4, 5, 6, 100));
-    EXPECT_EQ(fill(), (Rgba{4, 5, 6, 100}));
-}
-
-TEST(ShapeGeometry, EllipsesHaveTheirMajorAxisEastWest) {
-    ZEL::Ellipse ellipse(false);
-    ellipse.setCenterPosition(at(10, 20));
-    ellipse.setMajorAxis(40.0e3);
-    ellipse.setMinorAxis(10.0e3);
-    const auto radiusTowards = [&](double wanted) {
-        double best = 1e9, radius = 0.0;
-        const DrawList list = geometry(ellipse);
-        for (const Ecef& p : list.lines.front().points) {
-            double azimuth = 0.0;
-            const double meters = distanceTo(at(10, 20), p, &azimuth);
-            const double off = std::abs(std::remainder(azimuth - wanted, 360.0));
-            if (off < best) {
-                best = off;
-                radius = meters;
-            }
+    for (const auto& shape : shapes)
+        for (const double tolerance : {0.0, 2.0, 1250.0}) {
+            const DrawList list = drawn({shape}, tolerance);
+            ASSERT_TRUE(list.lines.size() == 1 && list.lines.front().closed && list.meshes.size() == 1);
+            const double area = areaWithin(list.lines.front().points);
+            EXPECT_NEAR(areaOf(list.meshes.front()), area, 1.0 + area * (tolerance > 2.0 ? 1e-2 : 2e-3))
+                << halCore::ZEL::written(*shape).substr(0, 200);
         }
-        return radius;
-    };
-    EXPECT_NEAR(radiusTowards(90), 20.0e3, 1.0);
-    EXPECT_NEAR(radiusTowards(0), 5.0e3, 1.0);
-    ellipse.setYawOffset(30 * kRadiansPerDegree);  // clockwise
-    EXPECT_NEAR(radiusTowards(120), 20.0e3, 1.0);
-    EXPECT_NEAR(radiusTowards(30), 5.0e3, 1.0);
-
-    // An axis that is missing is as long as the other one, unless there is a radius.
-    ZEL::Ellipse round(false);
-    round.setCenterPosition(at(10, 20));
-    round.setMinorAxis(10.0e3);
-    const auto longest = [&] {
-        double most = 0.0;
-        const DrawList list = geometry(round);
-        for (const Ecef& p : list.lines.front().points) most = std::max(most, distanceTo(at(10, 20), p));
-        return most;
-    };
-    EXPECT_NEAR(longest(), 5.0e3, 1.0);
-    round.setMinorAxis(-10.0e3);
-    EXPECT_NEAR(longest(), 5.0e3, 1.0) << "without its sign";
-    round.setRadius(-7.0e3);
-    EXPECT_NEAR(longest(), 7.0e3, 1.0);
+    // All around, without a seam where they meet themselves.
+    const GeographicLib::Ellipsoid& earth = GeographicLib::Ellipsoid::WGS84();
+    EXPECT_NEAR(areaOf(drawn("latlonaltbox 90 0 20 20 0; filled").meshes.front()) * 2.0 / earth.Area(), 1.0,
+                1e-3);
+    EXPECT_EQ(drawn("latlonaltbox 90 0 -180 180 0; filled").lines.size(), 2U);
 }
 
-TEST(ShapeGeometry, ArcsRunOverTheirSweepOnly) {
-    struct Case {
-        double start, sweep, major, minor;
-    };
-    for (const Case& c :
-         {Case{30, 100, 0, 0}, Case{300, 120, 0, 0}, Case{90, -45, 0, 0}, Case{10, 200, 60e3, 20e3}}) {
-        ZEL::Arc arc(false);
-        arc.setCenterPosition(at(-33, 18));
-        arc.setRadius(20.0e3);
-        if (c.major > 0.0) arc.setMajorAxis(c.major);
-        if (c.minor > 0.0) arc.setMinorAxis(c.minor);
-        arc.setAngleStart(c.start * kRadiansPerDegree);
-        arc.setAngleSweep(c.sweep * kRadiansPerDegree);
-        const DrawList list = geometry(arc);
-        ASSERT_EQ(list.lines.size(), 1U);
-        EXPECT_FALSE(list.lines.front().closed);
-        const auto& points = list.lines.front().points;
-        double first = 0.0, last = 0.0;
-        distanceTo(at(-33, 18), points.front(), &first);
-        distanceTo(at(-33, 18), points.back(), &last);
-        EXPECT_NEAR(std::remainder(first - c.start, 360.0), 0.0, 1e-6);
-        EXPECT_NEAR(std::remainder(last - c.start - c.sweep, 360.0), 0.0, 1e-6);
-        EXPECT_TRUE(list.meshes.empty());
-    }
-}
-
-TEST(ShapeGeometry, OrbitsKeepTheirRadiusFromTheLeg) {
-    const Vec3 first = at(20, -157.5);
-    const Vec3 second = at(20.2, -156.2);
-    ZEL::Orbit orbit(false);
-    orbit.setCenterPosition(first);
-    orbit.setCenterPosition2(second);
-    orbit.setRadius(12.0e3);
-    const auto points = geometry(orbit).lines.front().points;
-    double widest = 0.0, nearest = 1e9;
-    for (const Ecef& p : points) {
-        const double meters = std::min(distanceTo(first, p), distanceTo(second, p));
-        nearest = std::min(nearest, meters);
-        widest = std::max(widest, meters);
-    }
-    EXPECT_NEAR(nearest, 12.0e3, 1e-3);
-    // The middle of a side, give or take half a piece of it.
-    double leg = 0.0, unused = 0.0, unused2 = 0.0;
-    Geodesic::WGS84().Inverse(20, -157.5, 20.2, -156.2, leg, unused, unused2);
-    EXPECT_LT(widest, std::hypot(leg / 2, 12.0e3) + 1.0);
-    EXPECT_GT(widest, std::hypot(leg / 2 - 1001.0, 12.0e3) - 1.0);
-}
-
-/// x east, y north of the flat frame: at 60° N a degree of longitude is N cos 60° long.
+/// A shape's own reference point goes before the platform; following turns with the heading.
 TEST(ShapeGeometry, RelativeShapesStandAboutTheirReference) {
     const OverlayReference ship{at(60, 10, 5), 90 * kRadiansPerDegree, 0, 0};
-    ZEL::Points points(true);
-    points.addPoint({1000, 0, 0});
-    points.addPoint({0, 1000, 20});
-    ASSERT_TRUE(geometry(points).lines.empty()) << "nothing to stand about";
-    const DrawList list = geometry(points, 0.0, ship);
-    ASSERT_EQ(list.lines.size(), 2U);
-    // The radii of curvature at 60°, by their closed formulas.
-    const double e2 = (1 / 298.257223563) * (2 - 1 / 298.257223563);
-    const double w = std::sqrt(1 - e2 * 0.75);
-    const double n = 6378137.0 / w + 5.0;
-    const double m = 6378137.0 * (1 - e2) / (w * w * w) + 5.0;
-    const Vec3 east = toGeodetic(list.lines[0].points.front());
-    EXPECT_NEAR(east.lat(), 60 * kRadiansPerDegree, 1e-12);
-    EXPECT_NEAR(east.lon(), 10 * kRadiansPerDegree + 1000.0 / (n * 0.5), 1e-12);
-    const Vec3 north = toGeodetic(list.lines[1].points.front());
-    EXPECT_NEAR(north.lat(), 60 * kRadiansPerDegree + 1000.0 / m, 1e-12);
-    EXPECT_NEAR(north.alt(), 25.0, 1e-6);
-
-    // A shape's own reference point goes before the platform; following turns with the heading.
-    points.setReferencePosition(at(0, 0));
-    EXPECT_NEAR(toGeodetic(geometry(points, 0.0, ship).lines[0].points.front()).lat(), 0.0, 1e-12);
-    points.setFollowYaw(true);
-    const Vec3 turned = toGeodetic(geometry(points, 0.0, ship).lines[1].points.front());
-    EXPECT_NEAR(turned.lat(), 0.0, 1e-12);
-    EXPECT_NEAR(turned.lon(), 1000.0 / 6378137.0, 1e-12);
+    ASSERT_TRUE(drawn("points; xyz 1000 0 0").lines.empty()) << "nothing to stand about";
+    const struct {
+        const char* text;
+        Vec3 about;
+        double azimuth;
+    } cases[] = {{"points; xyz 1000 0 20", at(60, 10, 25), 90},
+                 {"points; xyz 0 1000 0; 3d follow c", at(60, 10, 5), 90},
+                 {"points; xyz 0 -1000 0; ref 50 7", at(50, 7), 180},
+                 {"points; xyz 1000 0 0; ref 50 7; 3d offsetcourse -30", at(50, 7), 60}};
+    for (const auto& c : cases) {
+        const Vec3 place = toGeodetic(drawn(shapesOf(c.text), 0.0, ship).lines.at(0).points.front());
+        EXPECT_NEAR(inverse(c.about, place).distance, 1000.0, 0.1) << c.text;
+        EXPECT_NEAR(inverse(c.about, place).azimuth1 / kRadiansPerDegree, c.azimuth, 0.01) << c.text;
+        EXPECT_NEAR(place.alt(), c.about.alt(), 1e-3) << c.text;
+    }
 }
 
-TEST(ShapeGeometry, SolidsHaveTheirSizes) {
-    const Vec3 center = at(30, 40, 100);
-    const Ecef up = localFrame(30 * kRadiansPerDegree, 40 * kRadiansPerDegree).up;
-    const auto heights = [&](const ZEL::ZelShape& shape) {
-        double low = 1e9, high = -1e9;
-        for (const DrawList::Mesh& mesh : geometry(shape).meshes) {
-            EXPECT_TRUE(mesh.solid);
-            for (const Ecef& p : mesh.vertices) {
-                const double height = dot(p - toEcef(center), up);
-                low = std::min(low, height);
-                high = std::max(high, height);
-            }
-        }
-        return std::pair(low, high);
-    };
-    const auto expect = [&](const char* what, const ZEL::ZelShape& shape, double low, double high) {
-        const auto [l, h] = heights(shape);
-        EXPECT_NEAR(l, low, 0.05) << what;
-        EXPECT_NEAR(h, high, 0.05) << what;
-    };
-    const auto prepare = [&](ZEL::CircularShape& shape) {
-        shape.setCenterPosition(center);
-        shape.setRadius(500.0);
-        shape.setFilled(true);
-    };
-    ZEL::Sphere sphere(false);
-    prepare(sphere);
-    expect("sphere", sphere, -500, 500);
-    ZEL::Hemisphere hemisphere(false);
-    prepare(hemisphere);
-    expect("hemisphere", hemisphere, 0, 500);
-    ZEL::Ellipsoid ellipsoid(false);
-    prepare(ellipsoid);
-    ellipsoid.setMajorAxis(3000);
-    ellipsoid.setMinorAxis(1000);
-    ellipsoid.setHeight(200);
-    expect("ellipsoid", ellipsoid, -200, 200);
-    ZEL::Cylinder cylinder(false);
-    prepare(cylinder);
-    cylinder.setHeight(300);
-    expect("cylinder", cylinder, -0.02, 300);
-    ZEL::Cone cone(false);
-    prepare(cone);
-    cone.setHeight(700);
-    expect("cone", cone, -0.02, 700);
+/// Altitudes of all that is drawn, and how many lines and areas.
+TEST(ShapeGeometry, ShapesHaveTheirHeights) {
+    const std::string body = "; centerlla 30 40 100; radius 500; filled";
+    const std::string box = "latlonaltbox 30.01 30 40.01 40 100 300; 3d offsetalt 50";
+    const std::string polygon = "polygon; lla 10 20 200; lla 10 20.01 300; lla 10.01 20 400; filled";
+    const std::string arc = "arc; centerlla 10 20 200; radius 300; angledeg 60";
+    const struct {
+        std::string text;
+        double low, high;
+        std::size_t lines, meshes;
+    } cases[] = {{"sphere" + body, -400, 600, 1, 1},
+                 {"sphere; centerlla 30 40 100; radius 500", -400, 600, 18, 0},
+                 {"hemisphere" + body, 100, 600, 1, 2},
+                 {"ellipsoid; majoraxis 3000; minoraxis 1000; height 200" + body, -100, 300, 1, 1},
+                 {"cylinder; height 300" + body, 100, 400, 14, 3},
+                 {"cylinder; height -300" + body, -200, 100, 14, 3},
+                 {"cone; height 700" + body, 100, 800, 13, 2},
+                 // Altitude modes move bodies, but they keep their height.
+                 {"cylinder; height 300; 3d offsetalt 50" + body, 150, 450, 14, 3},
+                 {"cylinder; height 300; altitudemode clamptoground" + body, 0, 300, 14, 3},
+                 {box, 150, 450, 6, 0},
+                 {box + "; altitudemode clamptoground", 0, 300, 6, 0},
+                 // Down to the ground with a curtain, or up to a height with a lid and a second line.
+                 {polygon + "; extrude true", 0, 400, 1, 2},
+                 {polygon + "; extrude true 1000", 200, 1400, 2, 3},
+                 {arc + "; extrude true", 0, 200, 1, 1},
+                 {arc + "; extrude true 1000", 200, 1200, 2, 1},
+                 {arc + "; extrude true 1000; filled", 200, 1200, 2, 3},
+                 {"points; lla 10 20 200; extrude true", 0, 200, 2, 0},
+                 {"points; lla 10 20 200; extrude true 1000", 200, 1200, 2, 0},
+                 {"annotation A; lla 10 20 200; extrude true", 0, 200, 1, 0},
+                 // What lies on the ground does not lean.
+                 {"circle; orient 0 30 0; altitudemode clamptoground" + body, 0, 0, 1, 1}};
+    for (const auto& c : cases) {
+        const DrawList list = drawn(c.text);
+        std::vector<Ecef> places = placesOf(list);
+        for (const DrawList::Mesh& mesh : list.meshes)
+            places.insert(places.end(), mesh.vertices.begin(), mesh.vertices.end());
+        const auto height = [](const Ecef& p) { return toGeodetic(p).alt(); };
+        EXPECT_NEAR(height(std::ranges::min(places, {}, height)), c.low, 0.05) << c.text;
+        EXPECT_NEAR(height(std::ranges::max(places, {}, height)), c.high, 0.05) << c.text;
+        EXPECT_TRUE(list.lines.size() == c.lines && list.meshes.size() == c.meshes) << c.text;
+    }
 }
 
 /// Outer faces are drawn only: each must run counter-clockwise as seen from outside.
 TEST(ShapeGeometry, SolidsFaceOutwards) {
-    std::vector<std::unique_ptr<ZEL::ZelShape>> shapes;
-    const auto add = [&](auto shape) {
-        shape->setCenterPosition(at(-20, 179.95, 1000));
-        shape->setRadius(5000.0);
-        shape->setFilled(true);
-        shapes.push_back(std::move(shape));
-    };
-    for (const Vec3& scale : {Vec3(1, 1, 1), Vec3(-1, 1, 1), Vec3(1, 1, -1)}) {
-        add(std::make_unique<ZEL::Sphere>(false));
-        shapes.back()->setScale(scale);
-        add(std::make_unique<ZEL::Hemisphere>(false));
-        shapes.back()->setScale(scale);
+    const std::string round = "; centerlla -20 179.95 6000; radius 5000; filled";
+    std::vector<std::string> texts;
+    for (const char* more : {"", "; scale -1 1 1", "; scale 1 1 -1", "; orient 30 40 50"})
+        for (const char* kind : {"sphere", "hemisphere", "ellipsoid; height 300"})
+            texts.push_back(kind + round + more);
+    for (const std::string height : {"4000", "-4000"}) {
+        for (const char* kind : {"cylinder", "cone", "cylinder; anglestart 20; angledeg 70",
+                                 "cylinder; angledeg -70", "cylinder; majoraxis 3000; orient 10 20 30"})
+            texts.push_back(kind + round + "; height " + height);
+        texts.push_back("latlonaltbox 6 5 179.8 -179.8 5000 " + height + "; filled");
     }
-    for (const double height : {4000.0, -4000.0}) {
-        auto cylinder = std::make_unique<ZEL::Cylinder>(false);
-        cylinder->setHeight(height);
-        add(std::move(cylinder));
-        auto cone = std::make_unique<ZEL::Cone>(false);
-        cone->setHeight(height);
-        add(std::move(cone));
-        auto wedge = std::make_unique<ZEL::Cylinder>(false);
-        wedge->setHeight(height);
-        wedge->setAngleStart(0.3);
-        wedge->setAngleSweep(height > 0.0 ? 1.2 : -1.2);
-        add(std::move(wedge));
-        auto box = std::make_unique<ZEL::LatLonAltBox>(false);
-        box->setNorth(0.1);
-        box->setSouth(0.09);
-        box->setWest(3.14);
-        box->setEast(-3.13);
-        box->setAltitude(5000);
-        box->setHeight(height);
-        box->setFilled(true);
-        shapes.push_back(std::move(box));
-    }
-    for (const auto& shape : shapes) {
+    for (const std::string& text : texts) {
         // The volume by the divergence theorem: positive and of one closed surface.
-        const DrawList list = geometry(*shape);
+        const DrawList list = drawn(text);
         ASSERT_FALSE(list.meshes.empty());
         const Ecef origin = list.meshes.front().vertices.front();
         double volume = 0.0;
         Ecef open;
         for (const DrawList::Mesh& mesh : list.meshes) {
+            EXPECT_TRUE(mesh.solid);
             for (std::size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
                 const Ecef a = mesh.vertices[mesh.triangles[i]] - origin;
                 const Ecef b = mesh.vertices[mesh.triangles[i + 1]] - origin;
                 const Ecef c = mesh.vertices[mesh.triangles[i + 2]] - origin;
                 volume += dot(a, cross(b, c)) / 6.0;
                 open = open + cross(b - a, c - a) * 0.5;
+                const Ecef normal = mesh.normals.empty() ? Ecef() : mesh.normals[mesh.triangles[i]];
+                EXPECT_GT(dot(normal, cross(b - a, c - a)), -1e-6) << text;
             }
         }
-        EXPECT_GT(volume, 0.0) << int(shape->shapeType());
-        EXPECT_LT(length(open), 0.01 * std::pow(volume, 2.0 / 3.0)) << int(shape->shapeType());
+        EXPECT_GT(volume, 0.0) << text;
+        EXPECT_LT(length(open), 0.01 * std::pow(volume, 2.0 / 3.0)) << text;
     }
-}
-
-/// The lowest and the highest altitude of everything drawn, metres.
-std::pair<double, double> altitudes(const DrawList& list) {
-    std::pair<double, double> range(1e9, -1e9);
-    const auto take = [&range](const std::vector<Ecef>& points) {
-        for (const Ecef& p : points) {
-            const double altitude = toGeodetic(p).alt();
-            range = {std::min(range.first, altitude), std::max(range.second, altitude)};
-        }
-    };
-    for (const DrawList::Mesh& mesh : list.meshes) take(mesh.vertices);
-    for (const DrawList::Line& line : list.lines) take(line.points);
-    return range;
-}
-
-void expectAltitudes(const char* what, const ZEL::ZelShape& shape, double low, double high) {
-    const auto [l, h] = altitudes(geometry(shape));
-    EXPECT_NEAR(l, low, 0.05) << what;
-    EXPECT_NEAR(h, high, 0.05) << what;
-}
-
-TEST(ShapeGeometry, AltitudeModesMoveBodiesButKeepTheirHeight) {
-    ZEL::Cylinder cylinder(false);
-    cylinder.setCenterPosition(at(30, 40, 100));
-    cylinder.setRadius(500.0);
-    cylinder.setHeight(300.0);
-    cylinder.setAltitudeOffset(50.0);
-    ZEL::LatLonAltBox box(false);
-    box.setNorth(0.101);
-    box.setSouth(0.1);
-    box.setEast(0.201);
-    box.setWest(0.2);
-    box.setAltitude(100.0);
-    box.setHeight(300.0);
-    box.setAltitudeOffset(50.0);
-    for (ZEL::ZelShape* shape : {static_cast<ZEL::ZelShape*>(&cylinder), static_cast<ZEL::ZelShape*>(&box)}) {
-        expectAltitudes("offset", *shape, 150, 450);
-        shape->setAltitudeMode(ZEL::AltitudeMode::ClampToGround);
-        expectAltitudes("clamped", *shape, 0, 300);
-    }
-}
-
-TEST(ShapeGeometry, ExtrusionReachesTheGroundOrItsHeightWithALid) {
-    ZEL::Polygon polygon(false);
-    for (const Vec3& corner : {at(10, 20, 200), at(10, 20.01, 300), at(10.01, 20, 400)})
-        polygon.addPoint(corner);
-    ZEL::Arc arc(false);
-    arc.setCenterPosition(at(10, 20, 200));
-    arc.setRadius(300.0);
-    arc.setAngleSweep(1.0);
-    ZEL::Points points(false);
-    points.addPoint(at(10, 20, 200));
-    polygon.setFilled(true);
-    polygon.setAltitudeMode(ZEL::AltitudeMode::Extrude);
-    arc.setAltitudeMode(ZEL::AltitudeMode::Extrude);
-    points.setAltitudeMode(ZEL::AltitudeMode::Extrude);
-    expectAltitudes("polygon to the ground", polygon, 0, 400);
-    expectAltitudes("arc to the ground", arc, 0, 200);
-    expectAltitudes("point to the ground", points, 0, 200);
-    EXPECT_EQ(geometry(polygon).meshes.size(), 2U) << "area and curtain";
-
-    polygon.setExtrudeHeight(1000.0);
-    arc.setExtrudeHeight(1000.0);
-    points.setExtrudeHeight(1000.0);
-    expectAltitudes("polygon", polygon, 200, 1400);
-    expectAltitudes("arc", arc, 200, 1200);
-    expectAltitudes("point", points, 200, 1200);
-    const DrawList list = geometry(polygon);
-    EXPECT_EQ(list.meshes.size(), 3U) << "area, curtain and lid";
-    EXPECT_EQ(list.lines.size(), 2U);
-    arc.setFilled(true);
-    EXPECT_EQ(geometry(arc).lines.size(), 2U) << "filled, the arc is drawn at both ends too";
 }
 
 TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
-    const auto expectLean = [](ZEL::CircularShape& shape, const char* what) {
-        const Vec3 center = at(0, 0, 5000);
-        shape.setCenterPosition(center);
-        shape.setRadius(1000.0);
-        // Heading east: ahead is y, the right side -z, up x.
-        shape.setYawOffset(90 * kRadiansPerDegree);
-        const auto heightOf = [&](double ahead, double right) {
-            double best = 1e9, height = 0.0;
-            const DrawList list = geometry(shape);
+    for (const std::string kind : {"circle", "ellipse", "cylinder"})
+        for (const bool pitched : {true, false}) {
+            const DrawList list =
+                drawn(kind + "; centerlla 0 0 5000; radius 1000; orient 90 " + (pitched ? "30 0" : "0 30"));
             for (const Ecef& p : list.lines.front().points) {
-                const Ecef v = p - toEcef(center);
-                const double off = std::hypot(v.y - ahead, v.z + right);
-                if (off < best) best = off, height = v.x;
+                // Heading east: up is x, ahead is y, the left side z. The nose points up, the right side
+                // down.
+                const Ecef v = p - toEcef(at(0, 0, 5000));
+                EXPECT_NEAR(v.x, (pitched ? v.y : v.z) * std::tan(30 * kRadiansPerDegree), 2.0) << kind;
+                EXPECT_NEAR(length(v), 1000.0, 1.0) << kind;
             }
-            EXPECT_LT(best, 20.0) << what;
-            return height;
-        };
-        const double less = 1000.0 * std::cos(30 * kRadiansPerDegree);
-        shape.setPitchOffset(30 * kRadiansPerDegree);
-        EXPECT_NEAR(heightOf(less, 0), 500.0, 2.0) << what;
-        EXPECT_NEAR(heightOf(-less, 0), -500.0, 2.0) << what;
-        EXPECT_NEAR(heightOf(0, 1000), 0.0, 12.0) << what;
-        shape.setPitchOffset(0.0);
-        shape.setRollOffset(30 * kRadiansPerDegree);
-        EXPECT_NEAR(heightOf(0, less), -500.0, 2.0) << what;
-        EXPECT_NEAR(heightOf(0, -less), 500.0, 2.0) << what;
-        shape.setAltitudeMode(ZEL::AltitudeMode::ClampToGround);
-        expectAltitudes(what, shape, 0, 0);
-    };
-    ZEL::Circle circle(false);
-    expectLean(circle, "circle");
-    ZEL::Ellipse ellipse(false);
-    ellipse.setMajorAxis(2000.0);
-    ellipse.setMinorAxis(2000.0);
-    expectLean(ellipse, "ellipse");
-    ZEL::Cylinder cylinder(false);
-    expectLean(cylinder, "cylinder");
+        }
 }
 
 TEST(ShapeGeometry, WhatIsOffOrIncompleteIsNotDrawn) {
-    ZEL::Circle off(false);
-    off.setCenterPosition(at(0, 0));
-    off.setRadius(1000);
-    off.setDrawn(false);
-    EXPECT_TRUE(geometry(off).lines.empty());
-    ZEL::Circle noCenter(false);
-    noCenter.setRadius(1000);
-    EXPECT_TRUE(geometry(noCenter).lines.empty());
-    ZEL::Orbit oneCenter(false);
-    oneCenter.setCenterPosition(at(0, 0));
-    oneCenter.setRadius(1000);
-    EXPECT_TRUE(geometry(oneCenter).lines.empty());
-    ZEL::Circle wild(false);
-    wild.setCenterPosition({NAN, 0, 0});
-    wild.setRadius(INFINITY);
-    EXPECT_TRUE(geometry(wild).lines.empty());
-    ZEL::Circle fillOnly(false);
-    fillOnly.setCenterPosition(at(0, 0));
-    fillOnly.setRadius(1000);
-    fillOnly.setFilled(true);
-    fillOnly.setOutlined(false);
-    EXPECT_TRUE(geometry(fillOnly).lines.empty());
-    EXPECT_EQ(geometry(fillOnly).meshes.size(), 1U);
+    for (const char* text :
+         {"circle; centerll 0 0; radius 1000; off", "circle; radius 1000", "circle; centerll 0 0",
+          "sphere; centerll 0 0", "points; xy 1 2", "circle; centerxy 0 2e7; ref 0 0; radius 9"})
+        EXPECT_TRUE(drawn(text).lines.empty()) << text;
 }
 
-TEST(OverlayScene, ReportsRealChangesOnly) {
-    OverlayScene scene;
-    int reports = 0;
-    scene.setChangeCallback([&] { ++reports; });
-    const auto id = scene.add({});
-    EXPECT_EQ(reports, 1);
-    scene.setShown(id, true);
-    scene.setReference(id, std::nullopt);
-    scene.remove(id + 1);
-    scene.replace(id + 1, {});
-    EXPECT_EQ(reports, 1);
-    const auto revision = scene.find(id)->revision;
-    scene.setShown(id, false);
-    EXPECT_EQ(scene.find(id)->revision, revision) << "hiding rebuilds nothing";
-    scene.setReference(id, OverlayReference{at(1, 2), 0, 0, 0});
-    EXPECT_GT(scene.find(id)->revision, revision);
-    scene.remove(id);
-    EXPECT_EQ(reports, 4);
-    EXPECT_NE(scene.add({}), id) << "an id is never given twice";
+TEST(ShapeGeometry, LinesAndAreasHaveTheirLooks) {
+    const std::string circle = "circle; centerll 1 2; radius 100; filled";
+    const auto fill = [&](const std::string& more) { return drawn(circle + more).meshes.front().color; };
+    EXPECT_EQ(fill(""), (Rgba{255, 0, 0, 255}));
+    EXPECT_EQ(fill("; linecolor hex c8030201"), (Rgba{1, 2, 3, 200})) << "that of the line";
+    EXPECT_EQ(fill("; linecolor hex c8030201; fillcolor hex 64060504"), (Rgba{4, 5, 6, 100}));
+    EXPECT_TRUE(drawn(circle + "; outline false").lines.empty());
+    const DrawList over = drawn(circle + "; linewidth 3; linestyle dashed; depthbuffer false");
+    EXPECT_TRUE(over.meshes.front().overBodies && over.lines.front().overBodies);
+    EXPECT_TRUE(over.lines.front().width == 3.0F && over.lines.front().stroke == Stroke::Dashed);
+    EXPECT_FALSE(drawn(circle).lines.front().overBodies);
+    const DrawList rims =
+        drawn("points; ll 1 2; pointsize 7; linecolor hex c800ffff; outline true | points; ll 1 2");
+    ASSERT_EQ(rims.lines.size(), 3U) << "no rim without a word about it";
+    EXPECT_TRUE(rims.lines[0].width == 9.0F && rims.lines[1].width == 7.0F);
+    EXPECT_EQ(rims.lines[0].color, (Rgba{0, 0, 0, 200}));
+    const DrawList::Label label =
+        drawn(
+            "annotation A_b; ll 1 2; linecolor hex c8030201; textoutlinethickness thin"
+            "; textoutlinecolor white; fontsize 20; priority 3")
+            .labels.front();
+    EXPECT_TRUE(label.color == (Rgba{1, 2, 3, 200}) && label.outlineColor == (Rgba{255, 255, 255, 255}));
+    EXPECT_TRUE(label.text == "A b" && label.outlineWidth == 1 && label.pixelSize == 20 &&
+                label.priority == 3.0);
+    const auto border =
+        drawn("# kml_groundoverlay; # kml_icon a.png; # kml_latlonbox 2 1 4 3 0").pictures.front().border;
+    EXPECT_NEAR(areaWithin(border.points), 111.2e3 * 110.6e3, 1e8);
+    EXPECT_TRUE(border.closed);
+    const DrawList stem = drawn("line; lla 1 2 9; lla 1 3 9; extrude true; linecolor hex c8030201");
+    EXPECT_EQ(stem.meshes.front().color, (Rgba{1, 2, 3, 66})) << "a curtain of a line is thin";
 }
 
 }  // namespace
