@@ -93,9 +93,10 @@ int BaseMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent& event) {
 }
 
 int BaseMouseTool::rightPress_(PIMouseEventType_t, const PIMouseEvent&) {
-    deactivate();
     lastX_ = 0;
     lastY_ = 0;
+    // Last: who hears that the drawing is done may clear the shape, and this tool with it.
+    deactivate();
     return 0;
 }
 
