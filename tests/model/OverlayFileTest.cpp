@@ -38,7 +38,8 @@ class OverlayFileTest : public ::testing::Test {
     template <typename Kind = CylinderShape>
     std::unique_ptr<Kind> only(const std::string& lines, PointConverter* converter = nullptr) {
         auto shapes = load("start\n" + lines + "end\n", converter).shapes;
-        auto* const kind = shapes.size() == 1 ? dynamic_cast<Kind*>(shapes[0].release()) : nullptr;
+        auto* const kind = shapes.size() == 1 ? dynamic_cast<Kind*>(shapes[0].get()) : nullptr;
+        if (kind) shapes[0].release();
         return std::unique_ptr<Kind>(kind);
     }
 

@@ -94,8 +94,8 @@ TEST_F(WrapperTest, AWidgetIsCreatedBoundAndDestroyed) {
         EXPECT_TRUE(widget.checked);
         button.setEnabled(true);
         EXPECT_TRUE(widget.enabled);
-        host.answer = [&](Id, void*) -> std::optional<PIServiceResult> {
-            EXPECT_EQ(host.widgets.size(), host.widgets.count(button.handle()) + 1) << "the child goes first";
+        host.answer = [this, handle = button.handle()](Id, void*) -> std::optional<PIServiceResult> {
+            EXPECT_EQ(host.widgets.size(), host.widgets.count(handle) + 1) << "the child goes first";
             return std::nullopt;
         };
     }
