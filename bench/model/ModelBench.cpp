@@ -64,18 +64,23 @@ void lineChanges(benchmark::State& state) {
 }
 BENCHMARK(lineChanges)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
-/// A change costs its own shape only, whatever else the overlay holds.
-void oneOfManyChanges(benchmark::State& state) {
-    ReadingHost host;
-    Preferences preferences;
-    Overlay overlay;
-    for (std::int64_t i = 0; i < state.range(0); ++i) {
+/// \return the first of them
+CylinderShape* addCircles(Overlay& overlay, const Preferences& preferences, std::int64_t count) {
+    for (std::int64_t i = 0; i < count; ++i) {
         auto* const circle = new CylinderShape(preferences, CylinderShape::Circle);
         circle->setCenter({0.1, 0.2, 0.0});
         circle->setMajorRadius(1000.0);
         overlay.addShape(circle);
     }
-    auto* const circle = static_cast<CylinderShape*>(overlay.shapes()[0]);
+    return static_cast<CylinderShape*>(overlay.shapes()[0]);
+}
+
+/// A change costs its own shape only, whatever else the overlay holds.
+void oneOfManyChanges(benchmark::State& state) {
+    ReadingHost host;
+    Preferences preferences;
+    Overlay overlay;
+    CylinderShape* const circle = addCircles(overlay, preferences, state.range(0));
     for (auto _ : state) circle->setMajorRadius(2000.0);
 }
 BENCHMARK(oneOfManyChanges)->Arg(1)->Arg(10000)->Unit(benchmark::kMicrosecond);
@@ -87,13 +92,7 @@ void changesOfOneAmongMany(benchmark::State& state) {
     Preferences preferences;
     Overlay overlay;
     Document document(preferences, overlay);
-    for (std::int64_t i = 0; i < state.range(0); ++i) {
-        auto* const circle = new CylinderShape(preferences, CylinderShape::Circle);
-        circle->setCenter({0.1, 0.2, 0.0});
-        circle->setMajorRadius(1000.0);
-        overlay.addShape(circle);
-    }
-    auto* const circle = static_cast<CylinderShape*>(overlay.shapes()[0]);
+    CylinderShape* const circle = addCircles(overlay, preferences, state.range(0));
     document.isSaved();
     double radius = 2000.0;
     for (auto _ : state) {
