@@ -1,17 +1,14 @@
 // A user who saves where it cannot be: on a disk that is full, on one that is read-only, into a device. The log says
-// why, the old file stands, the shapes stay, and saved elsewhere nothing is lost.
+// why, the old file stands, the shapes stay, and with room again nothing is lost.
 const editor = dialog("Overlay Editor");
-const work = temporaryDirectory();
 const disk = environment("FULL_DISK");
 const readOnly = environment("READ_ONLY_DISK");
-
 menu("Plug-ins", "Overlay Editor...");
 editor.moveTo(820, 20);
 editor.choose("Shape:", "Circle");
 editor.fill("Lat:", "41.5 N");
 editor.fill("Lon:", "12.25 E");
 editor.fill("Radius:", "12.3456789 nm");
-const radius = "\nradius 22864.1973228\n";
 
 let seen = log().length;
 /// The errors since the last call.
@@ -25,55 +22,31 @@ function saveAs(path) {
     editor.press("Save As...");
     return errors();
 }
-function shapesAreThere() {
-    assertEqual(editor.items(), ["Circle 1"]);
-    assert(overlays().some(o => !o.path && o.text.includes("radius")), "the circle is in the view");
-}
-
 if (disk) {
     for (const [path, reason] of [[disk + "/device.zel", "Not a regular file"],
                                   [readOnly + "/plan.zel", `no file can be made in ${readOnly}: Read-only file system`]]) {
         assertEqual(saveAs(path), [`Could not save ${path}: ${reason}`]);
-        shapesAreThere();
-        assertEqual([editor.value("File:"), editor.enabled("Save")], ["", false]);
+        assertEqual([editor.items(), editor.value("File:"), editor.enabled("Save")], [["Circle 1"], "", false]);
     }
 
     // There is room at first, then none.
     const plan = disk + "/plan.zel";
     assertEqual(saveAs(plan), []);
-    assert(readFile(plan).includes(radius), "saved");
     const old = readFile(plan);
-    for (let i = 0; i < 20; ++i) {
-        try {
-            writeFile(disk + "/filler" + i, "x".repeat(4096));
-        } catch (full) {
-            break;
-        }
+    assert(old.includes("\nradius 22864.1973228\n"), "saved");
+    try {
+        for (let i = 0; i < 20; ++i) writeFile(disk + "/filler" + i, "x".repeat(4096));
+    } catch (full) {
     }
     editor.fill("Name:", "Harbour limit");
     editor.press("Save");
     assertEqual(errors(), [`Could not save ${plan}: No space left on device`]);
     assertEqual(readFile(plan), old, "the old file");
     assertEqual(listFiles(disk).filter(name => !name.startsWith("filler")), ["device.zel", "plan.zel"]);
-    assertEqual(editor.items(), ["Harbour limit"]);
-    // With room again.
     removeFile(disk + "/filler0");
     editor.press("Save");
     assertEqual(errors(), []);
     assert(readFile(plan).includes("\n3d name Harbour limit\n"), "saved in the second try");
-    editor.fill("Name:", "Circle 1");
 } else {
-    print("no right to mount a small disk: only saving elsewhere was tried");
+    print("no right to mount a small disk: nothing was tried");
 }
-
-// Elsewhere, and back again.
-assertEqual(saveAs(work + "/elsewhere.zel"), []);
-const saved = readFile(work + "/elsewhere.zel");
-assert(saved.includes(radius) && saved.includes("\ncenterlla 41.5 12.25 0\n"), saved);
-editor.press("Delete All");
-answerFileDialog(work + "/elsewhere.zel");
-editor.press("...");
-shapesAreThere();
-editor.press("Save");
-assertEqual(errors(), []);
-assertEqual(readFile(work + "/elsewhere.zel"), saved);
