@@ -13,21 +13,10 @@
 #include "TestView.h"
 #include "model/Overlay.h"
 #include "support/FakeHost.h"
+#include "support/Installed.h"
 #include "tools/BaseMouseTool.h"
 #include "tools/MouseManager.h"
 #include "tools/MouseToolMaker.h"
-
-/// Shapes with their real tools and no panels.
-class ToolEquipment {
-  public:
-    ToolEquipment() { OverlayEditor::ToolMaker::install(&maker_); }
-    ~ToolEquipment() { OverlayEditor::ToolMaker::install(nullptr); }
-    ToolEquipment(const ToolEquipment&) = delete;
-    ToolEquipment& operator=(const ToolEquipment&) = delete;
-
-  private:
-    OverlayEditor::MouseToolMaker maker_;
-};
 
 /// Reads "21.3N 158.0W".
 inline halCore::Vec3 place(const std::string& text) {
@@ -150,7 +139,7 @@ struct DrawingTest : testing::Test {
     FakeHost host;
     TestView view{degrees(21.0, -158.0, 2e5)};
     OverlayEditor::Preferences preferences;
-    ToolEquipment equipment;
+    Installed<OverlayEditor::ToolMaker, OverlayEditor::MouseToolMaker> tools;
     OverlayEditor::MouseManager manager;
     Mouse mouse{host, view, manager};
     OverlayEditor::Overlay overlay;

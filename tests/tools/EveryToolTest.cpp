@@ -2,22 +2,35 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Drawing.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeRegistry.h"
+#include "tools/ScreenNote.h"
 
 namespace {
 
 using namespace OverlayEditor;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 /// What holds for the tools of all kinds.
 struct EveryTool : DrawingTest {
-    EveryTool() { addAllKinds(registry, preferences); }
+    EveryTool() {
+        addAllKinds(registry, preferences);
+        manager.setHintListener([this](std::string_view text) {
+            hint = text;
+            ++hintChanges;
+        });
+    }
+    ~EveryTool() override { manager.setHintListener({}); }
     Shape& begin(const std::string& kind) { return start(registry.getShapeByName(kind)->clone()); }
 
     ShapeRegistry registry;
+    std::string hint;
+    int hintChanges = 0;
 };
 
 /// Clears the overlay when a drawing is done, in the tool's own event.
@@ -178,8 +191,6 @@ TEST_F(EveryTool, LabelsTellTheMeasures) {
 }
 
 TEST_F(EveryTool, HintsTellTheNextStep) {
-    std::string hint;
-    manager.setHintListener([&](std::string_view text) { hint = text; });
     struct Case {
         const char* kind;
         /// Before the first press, with it, after its release elsewhere, then with the second press.
@@ -200,22 +211,58 @@ TEST_F(EveryTool, HintsTellTheNextStep) {
                "Release to place the point"},
           Case{"Text", "Click where the label", "Release where the label", "Drag a point", ""}}) {
         SCOPED_TRACE(c.kind);
-        const auto expect = [&](std::string_view start) {
-            EXPECT_TRUE(hint.starts_with(start)) << hint << ", not " << start;
-        };
         begin(c.kind);
-        expect(c.resting);
+        EXPECT_THAT(hint, StartsWith(c.resting));
         mouse.from("21.0N 158.0W");
-        expect(c.pressed);
+        EXPECT_THAT(hint, StartsWith(c.pressed));
         mouse.to("21.1N 158.0W").move("21.05N 158.1W");
-        expect(c.released);
+        EXPECT_THAT(hint, StartsWith(c.released));
         mouse.press();
-        expect(c.pressedAgain);
+        EXPECT_THAT(hint, StartsWith(c.pressedAgain));
         mouse.release();
         overlay.clearShapes(false);
         EXPECT_EQ(hint, "") << "nothing is said of a tool that is gone";
     }
-    manager.setHintListener({});
+}
+
+TEST_F(EveryTool, HintsFollowTheShape) {
+    Shape& shape = begin("Cylinder");
+    for (int i = 0; i < 10; ++i) mouse.move("21.0N 158.0W").frame();
+    EXPECT_EQ(hintChanges, 1) << "told when it changes";
+    mouse.press().to("21.0N 157.8W").from("21.05N 158.1W").to("21.2N 158.0W").move("20.9N 158.2W");
+    EXPECT_THAT(hint, StartsWith("No height yet: Shift + wheel on the cyan point"));
+    mouse.frame().moveToPixel(400, 300 - 28);
+    EXPECT_THAT(hint, HasSubstr("changes the height"));
+    mouse.wheel(120).move("20.9N 158.2W");
+    EXPECT_THAT(hint, StartsWith("Drag a point")) << "it has one now";
+    mouse.frame().move("21.0N 158.0W");
+    EXPECT_THAT(hint, HasSubstr("centre"));
+    mouse.press();
+    EXPECT_THAT(hint, StartsWith("Release to leave the point"));
+    mouse.rightPress();
+    EXPECT_EQ(hint, "");
+    shape.setShowPoints(false);
+    manager.setCurrentMouseTool(shape.mouseTool(), true);
+    EXPECT_THAT(hint, StartsWith("The shape is complete")) << "no point can be dragged";
+    begin("Line");
+    mouse.from("21.0N 158.0W").to("21.0N 158.0W").move("21.0N 158.1W");
+    EXPECT_THAT(hint, StartsWith("Click the second point"));
+    mouse.move("21.0N 158.0W");
+    EXPECT_THAT(hint, StartsWith("Click to remove this point"));
+}
+
+TEST(ScreenNote, ShowsTheTextThatWasAskedForLast) {
+    FakeHost host;
+    {
+        ScreenNote note({.left = 10.0, .vertical = 8.0, .bottom = true});
+        note.show("one");
+        note.show("two\nlines");
+        ASSERT_EQ(host.screenTexts.size(), 1u);
+        EXPECT_THAT(host.screenTexts.begin()->second,
+                    AllOf(HasSubstr("Text STRING two lines\n"), HasSubstr("PosY FLOAT64 8.0\n"),
+                          HasSubstr("VAlign STRING B\n")));
+    }
+    EXPECT_TRUE(host.screenTexts.empty());
 }
 
 }  // namespace

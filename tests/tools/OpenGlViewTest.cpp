@@ -30,51 +30,36 @@ using PluginUtils::PUDrawPoint;
 constexpr int kWidth = TestView::kWidth;
 constexpr int kHeight = TestView::kHeight;
 
-/// A legacy-compatible context without a screen, the same for all tests and never taken down: the driver
-/// does not free everything.
-class OffscreenContext {
-  public:
-    static OffscreenContext& instance() {
-        static auto* const context = new OffscreenContext;
-        return *context;
-    }
-    /// False where there is no OpenGL.
-    bool makeCurrent() { return eglMakeCurrent(display_, surface_, surface_, context_) == EGL_TRUE; }
-    void release() { eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT); }
-
-  private:
-    OffscreenContext() {
-        display_ = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
-        if (!eglInitialize(display_, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API)) return;
+/// Makes a legacy-compatible context without a screen current, the same for all tests and never taken down:
+/// the driver does not free everything. \return false where there is no OpenGL
+bool makeContextCurrent() {
+    static EGLDisplay display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
+    static EGLSurface surface{};
+    static EGLContext context{};
+    if (!context) {
         const EGLint wanted[] = {EGL_SURFACE_TYPE,    EGL_PBUFFER_BIT, EGL_RED_SIZE, 8, EGL_ALPHA_SIZE, 8,
                                  EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,  EGL_NONE};
+        const EGLint size[] = {EGL_WIDTH, kWidth, EGL_HEIGHT, kHeight, EGL_NONE};
         EGLConfig config{};
         EGLint count = 0;
-        if (!eglChooseConfig(display_, wanted, &config, 1, &count) || count == 0) return;
-        const EGLint size[] = {EGL_WIDTH, kWidth, EGL_HEIGHT, kHeight, EGL_NONE};
-        surface_ = eglCreatePbufferSurface(display_, config, size);
-        context_ = eglCreateContext(display_, config, EGL_NO_CONTEXT, nullptr);
+        if (!eglInitialize(display, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API) ||
+            !eglChooseConfig(display, wanted, &config, 1, &count) || count == 0)
+            return false;
+        surface = eglCreatePbufferSurface(display, config, size);
+        context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
     }
-
-    EGLDisplay display_{};
-    EGLSurface surface_{};
-    EGLContext context_{};
-};
+    return eglMakeCurrent(display, surface, surface, context) == EGL_TRUE;
+}
 
 struct Painting : testing::Test {
     void SetUp() override {
-        if (!OffscreenContext::instance().makeCurrent()) GTEST_SKIP() << "no OpenGL here";
+        if (!makeContextCurrent()) GTEST_SKIP() << "no OpenGL here";
         glViewport(0, 0, kWidth, kHeight);
-        clear();
         font = std::make_unique<LabelFont>(LabelFont::defaultPath());
     }
     void TearDown() override {
         font.reset();
-        OffscreenContext::instance().release();
-    }
-    static void clear() {
-        glClearColor(0.0F, 0.0F, 0.0F, 0.0F);
-        glClear(GL_COLOR_BUFFER_BIT);
+        eglMakeCurrent(eglGetCurrentDisplay(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
     /// Red, green, blue, alpha of a pixel counted from the top left.
     static std::array<std::uint8_t, 4> at(const std::vector<std::uint8_t>& image, int x, int y) {
@@ -82,11 +67,6 @@ struct Painting : testing::Test {
         const auto start = static_cast<std::size_t>(((kHeight - 1 - y) * kWidth + x) * 4);
         std::copy_n(image.begin() + static_cast<std::ptrdiff_t>(start), 4, rgba.begin());
         return rgba;
-    }
-    static std::vector<std::uint8_t> image() {
-        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(kWidth) * kHeight * 4);
-        glReadPixels(0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE, bytes.data());
-        return bytes;
     }
     struct Blob {
         int pixels = 0;
@@ -118,10 +98,13 @@ struct Painting : testing::Test {
             picture.add(*point);
         }
         if (line) picture.add(*line);
-        clear();
+        glClearColor(0.0F, 0.0F, 0.0F, 0.0F);
+        glClear(GL_COLOR_BUFFER_BIT);
         PointPainter(projection, *font).paint(picture);
         EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        return image();
+        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(kWidth) * kHeight * 4);
+        glReadPixels(0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE, bytes.data());
+        return bytes;
     }
 
     FakeHost host;
@@ -214,19 +197,14 @@ TEST_F(Painting, AMissingFontCostsTheLabelsAndOneMessage) {
     std::vector<std::string> messages;
     halNotify::setNotifyHandler(
         [&](halNotify::Severity, const std::string& text) { messages.push_back(text); });
-    LabelFont missing("/nonexistent/font.ttf");
-    halNotify::setNotifyHandler({});
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_NE(messages[0].find("/nonexistent/font.ttf"), std::string::npos);
-
+    font = std::make_unique<LabelFont>("/nonexistent/font.ttf");
     TestView view(degrees(21.0, -158.0, 1e5));
     PUDrawPoint point(*view.pick(200, 300), 0xFF0000FF);
     point.setDescription("label");
-    point.show();
-    ToolPicture picture;
-    picture.add(point);
-    PointPainter(view.projection(), missing).paint(picture);
-    EXPECT_GT(blob(image(), 0).pixels, 30);
+    EXPECT_GT(blob(paint(view.projection(), {&point}), 0).pixels, 30);
+    halNotify::setNotifyHandler({});
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_NE(messages[0].find("/nonexistent/font.ttf"), std::string::npos);
 }
 
 TEST_F(Painting, TheHostsViewIsReadFromItsMatrices) {

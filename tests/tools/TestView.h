@@ -42,21 +42,16 @@ class TestView final : public OverlayEditor::ToolView {
     ~TestView() override { install(nullptr); }
 
     void look(const halCore::Vec3& eye, double azimuth = 0.0, double tilt = 0.0) {
-        const double sinLat = std::sin(eye.lat()), cosLat = std::cos(eye.lat());
-        const double sinLon = std::sin(eye.lon()), cosLon = std::cos(eye.lon());
-        const Axes enu{{{-sinLon, cosLon, 0.0},
-                        {-sinLat * cosLon, -sinLat * sinLon, cosLat},
-                        {cosLat * cosLon, cosLat * sinLon, sinLat}}};
-        const double sinAz = std::sin(azimuth), cosAz = std::cos(azimuth);
-        const double sinTilt = std::sin(tilt), cosTilt = std::cos(tilt);
-        for (std::size_t i = 0; i < 3; ++i) {
-            const double forward = enu[0][i] * sinAz + enu[1][i] * cosAz;
-            axes_[0][i] = enu[0][i] * cosAz - enu[1][i] * sinAz;
-            axes_[1][i] = forward * cosTilt + enu[2][i] * sinTilt;
-            axes_[2][i] = -forward * sinTilt + enu[2][i] * cosTilt;
-        }
+        std::vector<double> enu(9);
         GeographicLib::Geocentric::WGS84().Forward(eye.lat() / kDegree, eye.lon() / kDegree, eye.alt(),
-                                                   eye_[0], eye_[1], eye_[2]);
+                                                   eye_[0], eye_[1], eye_[2], enu);
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double east = enu[3 * i], north = enu[3 * i + 1], up = enu[3 * i + 2];
+            const double forward = east * std::sin(azimuth) + north * std::cos(azimuth);
+            axes_[0][i] = east * std::cos(azimuth) - north * std::sin(azimuth);
+            axes_[1][i] = forward * std::cos(tilt) + up * std::sin(tilt);
+            axes_[2][i] = -forward * std::sin(tilt) + up * std::cos(tilt);
+        }
     }
 
     /// Modelview and projection, column by column.
@@ -120,9 +115,7 @@ class TestView final : public OverlayEditor::ToolView {
     static constexpr double kFocal = 3.0;
 
   private:
-    using Axes = std::array<std::array<double, 3>, 3>;
-
     /// To the right, up, and backwards.
-    Axes axes_{};
+    std::array<std::array<double, 3>, 3> axes_{};
     std::array<double, 3> eye_{};
 };
