@@ -1,8 +1,10 @@
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "model/ToolRetirement.h"
 #include "support/FakeHost.h"
 #include "tools/MouseManager.h"
 #include "tools/PlatformMouseTool.h"
