@@ -144,12 +144,9 @@ halCore::Vec3 SerializeToZel::filePosition_(const halCore::Vec3& lla) {
         failure_ = "it is attached, but the platform's position is not known";
         return {};
     }
-    halCore::Vec3 xyz;
-    if (converter_->convertLlaToXyz(lla, xyz) != 0) {
-        failure_ = "a position cannot be expressed relative to the platform";
-        return {};
-    }
-    return {onOffsetGrid(xyz.x()), onOffsetGrid(xyz.y()), onOffsetGrid(xyz.z())};
+    const auto offset = offsetOf(*converter_, lla);
+    if (!offset) failure_ = "a position cannot be expressed relative to the platform";
+    return offset.value_or(halCore::Vec3());
 }
 
 double SerializeToZel::checked_(double value) {

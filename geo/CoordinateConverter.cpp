@@ -9,9 +9,14 @@
 namespace halCore {
 namespace {
 
-/// A latitude that rounding alone carried beyond a pole is still the pole: a tenth of a micrometre, to which
-/// offsets are kept in texts.
-constexpr double kLatitudeGrain = 2e-14;
+/// What rounding alone carries beyond a pole, in radians, is still the pole: six nanometres.
+constexpr double kPoleGrain = 1e-15;
+/// So near to half way round, in radians, east and west cannot be told apart; both are half way to the east.
+constexpr double kOppositeGrain = 1e-14;
+
+bool isBeyondPole(double latitude) {
+    return !(std::abs(latitude) <= kHalfPi + kPoleGrain);
+}
 
 bool isFinite(const Vec3& v) {
     return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());
@@ -43,32 +48,40 @@ void CoordinateConverter::setReferenceOrigin(const Vec3& lla) {
 }
 
 Vec3 CoordinateConverter::toFlat_(const Vec3& lla) const {
-    return Vec3(wrapToPi(lla.lon() - origin_.lon()) * metersPerLongitude_,
-                (lla.lat() - origin_.lat()) * metersPerLatitude_, lla.alt() - origin_.alt());
+    double turn = wrapToPi(lla.lon() - origin_.lon());
+    if (turn <= kOppositeGrain - kPi) turn = kPi;
+    return Vec3(turn * metersPerLongitude_, (lla.lat() - origin_.lat()) * metersPerLatitude_,
+                lla.alt() - origin_.alt());
 }
 
 Vec3 CoordinateConverter::toLla_(const Vec3& enu) const {
     const double lat = origin_.lat() + enu.y() / metersPerLatitude_;
     const double lon = origin_.lon() + enu.x() / metersPerLongitude_;
-    const bool isPole = std::abs(lat) > kHalfPi && std::abs(lat) <= kHalfPi + kLatitudeGrain;
+    const bool isPole = std::abs(lat) > kHalfPi && !isBeyondPole(lat);
     return Vec3(isPole ? std::copysign(kHalfPi, lat) : lat, wrapToPi(lon), enu.z() + origin_.alt());
 }
 
+bool CoordinateConverter::isWithinHalfTurn_(double east) const {
+    const double turn = east / metersPerLongitude_;
+    return turn > kOppositeGrain - kPi && turn <= kPi + kPoleGrain;
+}
+
 int CoordinateConverter::convert(const Coordinate& in, Coordinate& out, CoordinateSystem target) const {
-    Vec3 position = in.position();
-    const bool same = in.coordinateSystem() == target;
-    double lat = position.lat();
-    if (!same && target == CoordinateSystem::FlatEnu) {
-        position = toFlat_(position);
-    } else if (!same) {
-        position = toLla_(position);
-        lat = position.lat();
+    const Vec3& given = in.position();
+    if (in.coordinateSystem() == target) {
+        out = in;
+        return isFinite(given) ? 0 : 3;
     }
-    const bool isFiniteResult = isFinite(in.position()) && isFinite(position);
-    out = Coordinate(target, position, in.elapsedEciTime());
-    if (!holds_ && !same) return 1;
-    if (!isFiniteResult) return 3;
-    return !same && std::abs(lat) > kHalfPi + kLatitudeGrain ? 2 : 0;
+    const bool toFlat = target == CoordinateSystem::FlatEnu;
+    const Vec3 result = toFlat ? toFlat_(given) : toLla_(given);
+    const bool beyondPole = isBeyondPole(toFlat ? given.lat() : result.lat());
+    const bool comesBack = toFlat || isWithinHalfTurn_(given.x());
+    const bool isNumber = isFinite(given) && isFinite(result);
+    out = Coordinate(target, result, in.elapsedEciTime());
+    if (!holds_) return 1;
+    if (!isNumber) return 3;
+    if (beyondPole) return 2;
+    return comesBack ? 0 : 4;
 }
 
 }  // namespace halCore

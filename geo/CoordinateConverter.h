@@ -45,16 +45,19 @@ class CoordinateConverter {
     void setReferenceOrigin(const Vec3& lla);
     const Vec3& referenceOrigin() const { return origin_; }
 
-    /// Converts `in` to the target system; a longitude comes out in (-pi, pi]. Returns 0, or
+    /// Converts `in` to the target system; a longitude comes out in (-pi, pi]. Returns 0 when the way back
+    /// gives the same position (its longitude modulo a full turn), or
     /// - 1 when the frame does not hold: the origin is within a millimetre of a pole or the earth's centre;
     /// - 2 when the latitude of the position lies beyond a pole;
-    /// - 3 when a number is not finite.
-    /// The output is written even then.
+    /// - 3 when a number is not finite;
+    /// - 4 when an offset leads round more than half of the origin's parallel.
+    /// The output is written even then, and is no position.
     int convert(const Coordinate& in, Coordinate& out, CoordinateSystem target) const;
 
   private:
     Vec3 toFlat_(const Vec3& lla) const;
     Vec3 toLla_(const Vec3& enu) const;
+    bool isWithinHalfTurn_(double east) const;
 
     Vec3 origin_;
     double metersPerLatitude_ = 1.0;

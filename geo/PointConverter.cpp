@@ -14,12 +14,14 @@ int convert(const halCore::CoordinateConverter& converter, halCore::CoordinateSy
 }  // namespace
 
 PointConverter::PointConverter() : converter_(std::make_unique<halCore::CoordinateConverter>()) {
-    converter_->setReferenceOrigin(0.0, 0.0, 0.0);
+    setReferenceLla({}, 0);
 }
 
 PointConverter::~PointConverter() = default;
 
 void PointConverter::setReferenceLla(const halCore::Vec3& lla, unsigned long platformId) {
+    static std::uint64_t last = 0;
+    revision_ = ++last;
     refPlatformId_ = platformId;
     converter_->setReferenceOrigin(lla);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "common/Vec3.h"
@@ -22,14 +23,19 @@ class PointConverter {
     void setReferenceLla(const halCore::Vec3& lla, unsigned long platformId);
     void getReferenceLla(halCore::Vec3& lla) const;
     unsigned long refPlatformId() const;
+    /// Another number after each setReferenceLla, and for each converter: what was derived from a reference
+    /// holds as long as it is the same.
+    std::uint64_t revision() const { return revision_; }
 
     /// Geodetic to metres east, north and up of the reference, and back. Return the code of
-    /// CoordinateConverter::convert, 0 on success; the output is written even on failure.
+    /// CoordinateConverter::convert, 0 on success; the output is written even on failure, and is then no
+    /// position.
     int convertLlaToXyz(const halCore::Vec3& lla, halCore::Vec3& xyz) const;
     int convertXyzToLla(const halCore::Vec3& xyz, halCore::Vec3& lla) const;
 
   private:
     unsigned long refPlatformId_ = 0;
+    std::uint64_t revision_ = 0;
     std::unique_ptr<halCore::CoordinateConverter> converter_;
 };
 

@@ -1,6 +1,6 @@
 #include "gui/XyzEditGUI.h"
 
-#include <cmath>
+#include "geo/OffsetGrid.h"
 
 namespace OverlayEditor {
 
@@ -25,14 +25,7 @@ void XyzEditGUI::setPosition(const Vec3& lla) {
 }
 
 std::string_view XyzEditGUI::refusal_(const Vec3& offset) const {
-    constexpr double tolerance = 1e-3;
-    Vec3 lla;
-    Vec3 back;
-    if (!converter_) return "";
-    // Beyond a pole there is nothing; round more than half of the earth the place has another offset.
-    const bool stands = converter_->convertXyzToLla(offset, lla) == 0 &&
-                        converter_->convertLlaToXyz(lla, back) == 0 &&
-                        std::hypot(back.x() - offset.x(), back.y() - offset.y()) < tolerance;
+    const bool stands = !converter_ || placeOf(*converter_, offset);
     return stands ? "" : "no place has this offset";
 }
 

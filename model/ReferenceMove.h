@@ -21,12 +21,8 @@ class ReferenceMove {
 
     /// Nothing when a point cannot be moved: a reference on a pole, a point beyond it.
     std::optional<halCore::Vec3> operator()(const halCore::Vec3& lla) const {
-        halCore::Vec3 xyz;
-        halCore::Vec3 moved;
-        if (from_.convertLlaToXyz(lla, xyz) != 0) return std::nullopt;
-        xyz.set(onOffsetGrid(xyz.x()), onOffsetGrid(xyz.y()), onOffsetGrid(xyz.z()));
-        if (target_.convertXyzToLla(xyz, moved) != 0) return std::nullopt;
-        return moved;
+        const auto offset = offsetOf(from_, lla);
+        return offset ? placeOf(target_, *offset) : std::nullopt;
     }
 
   private:

@@ -78,12 +78,13 @@ TEST(PointConverter, FailsAtThePolesAndForWhatIsNoNumberButWrites) {
     EXPECT_NE(converter.convertLlaToXyz(Vec3(std::nan(""), 0.0, 0.0), out), 0);
     EXPECT_NE(converter.convertXyzToLla(Vec3(0.0, 0.0, HUGE_VAL), out), 0);
 
-    // Offsets are kept in texts to a tenth of a micrometre; the pole is still the pole then.
+    // Two ways of stating the pole: only one of them comes back.
     ASSERT_EQ(converter.convertLlaToXyz(Vec3(kHalfPi, 0.0, 0.0), out), 0);
     Vec3 pole;
-    EXPECT_EQ(converter.convertXyzToLla(Vec3(0.0, out.y() + 1e-7, 0.0), pole), 0);
+    EXPECT_EQ(converter.convertXyzToLla(out, pole), 0);
     EXPECT_EQ(pole.lat(), kHalfPi);
-    EXPECT_NE(converter.convertXyzToLla(Vec3(0.0, out.y() + 1e-6, 0.0), pole), 0);
+    EXPECT_NE(converter.convertXyzToLla(Vec3(0.0, out.y() + 1e-7, 0.0), pole), 0);
+    EXPECT_NE(converter.convertLlaToXyz(Vec3(kHalfPi + 1e-14, 0.0, 0.0), out), 0);
 
     constexpr double metersPerRadian = 6399593.6;
     for (const double sign : {-1.0, 1.0}) {
@@ -109,16 +110,21 @@ TEST(CoordinateConverter, LeavesAPositionInItsOwnSystemAlone) {
     EXPECT_EQ(out.coordinateSystem(), CoordinateSystem::FlatEnu);
 }
 
-/// Points within a few thousand kilometres come back, and a box of equal sides stays one to the last bit.
-TEST(PointConverterProperty, RoundTrips) {
+/// What succeeds comes back the same, on every part of the earth and in both directions; a box of equal
+/// sides stays one to the last bit. What leads beyond a pole or round more than half of the parallel fails.
+TEST(PointConverterProperty, WhatSucceedsComesBack) {
     std::mt19937_64 random(23);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
     PointConverter converter;
     for (int i = 0; i < 20000; ++i) {
-        converter.setReferenceLla(lla(85.0 * unit(random), 180.0 * unit(random), 1e4 * unit(random)), 1);
-        // The poles among them, which rounding must not lead beyond themselves.
+        // Many close to a pole, or half way round.
+        const double latitude =
+            90.0 * std::copysign(1.0 - std::pow(10.0, -6.0 * std::abs(unit(random))), unit(random));
+        const Vec3 origin = lla(latitude, 180.0 * unit(random), 1e4 * unit(random));
+        converter.setReferenceLla(origin, 1);
         const double lat = i % 8 == 0 ? std::copysign(kHalfPi, unit(random)) : kHalfPi * unit(random);
-        const double lon = kPi * unit(random);
+        const double lon =
+            i % 5 == 0 ? wrapToPi(origin.lon() + kPi + 1e-15 * (i % 3 - 1)) : kPi * unit(random);
         const double alt = 1e4 * unit(random);
         Vec3 corners[2];
         ASSERT_EQ(converter.convertLlaToXyz(Vec3(lat, lon, alt), corners[0]), 0);
@@ -129,9 +135,31 @@ TEST(PointConverterProperty, RoundTrips) {
         ASSERT_EQ(converter.convertXyzToLla(corners[1], back[1]), 0);
         ASSERT_EQ(back[0].lat(), back[1].lat());
         ASSERT_NEAR(back[0].lat(), lat, 1e-15);
-        ASSERT_NEAR(wrapToPi(back[0].lon() - lon), 0.0, 2e-15);
+        ASSERT_NEAR(wrapToPi(back[0].lon() - lon), 0.0, 1.1e-14);
         ASSERT_NEAR(back[0].alt(), alt, 1e-11);
+
+        // From a metre to beyond the earth.
+        const double reach = std::pow(10.0, 8.0 * std::abs(unit(random)));
+        const Vec3 offset(reach * unit(random), reach * unit(random), 100.0);
+        Vec3 place;
+        Vec3 again;
+        if (converter.convertXyzToLla(offset, place) != 0) {
+            constexpr double quarter = 10e6;
+            ASSERT_GT(std::hypot(offset.x() / std::cos(origin.lat()), offset.y()),
+                      quarter * (1.0 - std::abs(latitude) / 90.0) * 0.98);
+            continue;
+        }
+        ASSERT_EQ(converter.convertLlaToXyz(place, again), 0);
+        ASSERT_NEAR(again.x(), offset.x(), 1e-7);
+        ASSERT_NEAR(again.y(), offset.y(), 1e-7);
     }
+
+    // Half of the parallel at 60 degrees: pi times 3,197,104.587 m.
+    converter.setReferenceLla(lla(60.0, 0.0, 0.0), 0);
+    Vec3 out;
+    EXPECT_EQ(converter.convertXyzToLla(Vec3(kPi * 3197104.58, 0.0, 0.0), out), 0);
+    EXPECT_NE(converter.convertXyzToLla(Vec3(kPi * 3197104.6, 0.0, 0.0), out), 0);
+    EXPECT_NE(converter.convertXyzToLla(Vec3(kPi * -3197104.6, 0.0, 0.0), out), 0);
 }
 
 }  // namespace

@@ -1,0 +1,46 @@
+#include "geo/OffsetGrid.h"
+
+#include <cmath>
+
+#include "geo/Angles.h"
+#include "geo/Wgs84.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+namespace {
+
+double onGrid(double meters) {
+    constexpr double steps = 1e7;
+    return std::nearbyint(meters * steps) / steps;
+}
+
+bool isSamePlace(const Vec3& a, const Vec3& b) {
+    constexpr double micrometer = 1e-6;
+    constexpr double rounding = 1e-15;
+    const double north = (a.lat() - b.lat()) * halCore::wgs84::a;
+    const double east = halCore::wrapToPi(a.lon() - b.lon()) * std::cos(a.lat()) * halCore::wgs84::a;
+    return std::hypot(north, east) < micrometer &&
+           std::abs(a.alt() - b.alt()) < micrometer + rounding * std::abs(a.alt());
+}
+
+}  // namespace
+
+std::optional<Vec3> placeOf(const PointConverter& frame, const Vec3& offset) {
+    Vec3 lla;
+    if (frame.convertXyzToLla(offset, lla) != 0) return std::nullopt;
+    return lla;
+}
+
+std::optional<Vec3> offsetOf(const PointConverter& frame, const Vec3& lla) {
+    Vec3 exact;
+    if (frame.convertLlaToXyz(lla, exact) != 0) return std::nullopt;
+    for (const Vec3& offset : {Vec3(onGrid(exact.x()), onGrid(exact.y()), onGrid(exact.z())), exact}) {
+        const auto back = placeOf(frame, offset);
+        if (back && isSamePlace(*back, lla)) return offset;
+    }
+    return std::nullopt;
+}
+
+}  // namespace OverlayEditor
