@@ -315,8 +315,6 @@ TEST_F(PanelsTest, WhatPeopleTypeIsTakenWithOneReload) {
 
 TEST_F(PanelsTest, StylesAreTakenWithOneReload) {
     forEachPanel([&] {
-        auto* const line = dynamic_cast<BaseLineShape*>(shapes[0].get());
-        auto* const fill = dynamic_cast<BaseFilledShape*>(shapes[0].get());
         const auto once = [&](const char* label, const std::function<void()>& act, int loads = 1) {
             EXPECT_EQ(form.has(label) ? loadsOf(act) : loads, loads) << label;
         };
@@ -328,21 +326,17 @@ TEST_F(PanelsTest, StylesAreTakenWithOneReload) {
         once("Font Size:", [&] { form.choose("Font Size:", 14); });
         once(
             "Pixel Precision:", [&] { form.choose("Pixel Precision:", 12); }, 0);
-        if (line) {
-            EXPECT_EQ(line->lineWidth(), 7);
-            EXPECT_EQ(line->lineColor(), 0xFF7300FFu);
-        }
-        if (auto* const drawing = dynamic_cast<FreeDrawShape*>(shapes[0].get())) {
-            EXPECT_EQ(drawing->pixelPrecision(), 12);
-        } else if (fill) {
-            EXPECT_TRUE(fill->filled());
-            EXPECT_EQ(fill->fillColor(), 0x00FF0080u);
-        }
-        if (auto* const label = dynamic_cast<AnnotationShape*>(shapes[0].get())) {
-            EXPECT_EQ(label->fontName(), "impact.ttf");
-            EXPECT_EQ(label->fontSize(), 14);
-            EXPECT_EQ(label->color(), 0xFF7300FFu);
-        }
+        const std::string saved = text();
+        for (const auto& [label, line] :
+             std::map<std::string, std::string>{{"Line Color:", "\nlinecolor hex 0xff0073ff\n"},
+                                                {"Line Width: ", "\nlinewidth 7\n"},
+                                                {"Filled:", "\nfilled\n"},
+                                                {"Fill Color:", "\nfillcolor hex 0x8000ff00\n"},
+                                                {"Font:", "\nfontname impact.ttf\n"},
+                                                {"Font Size:", "\nfontsize 14\n"}})
+            EXPECT_TRUE(!form.has(label) || saved.find(line) != std::string::npos) << label << saved;
+        auto* const drawing = dynamic_cast<FreeDrawShape*>(shapes[0].get());
+        EXPECT_TRUE(!drawing || drawing->pixelPrecision() == 12);
         once(
             "Draw:", [&] { form.check("Draw:", false); }, 0);
         EXPECT_FALSE(shapes[0]->shown());
@@ -434,24 +428,6 @@ TEST_F(PanelsTest, NewUnitsRelabelAndRedisplayEveryField) {
     wedge.notifyPrefsUpdate();
     EXPECT_FALSE(form.has("GZD:"));
     EXPECT_EQ(form.field("Lat:").text, "0.500\u00b0N");
-}
-
-TEST_F(PanelsTest, AnEditKeepsTheDigitsOfAllOthers) {
-    OrbitShape& orbit = open<OrbitShape>();
-    const Vec3 second(0.123456789012345, -2.3456789012345, 12.3456789);
-    orbit.setCenter(degrees(10.1234567890123, 20, 1.0 / 3.0));
-    const Vec3 first = *orbit.centerPt();
-    orbit.setCenter2(second);
-    orbit.setMinorRadius(1234.5678901);
-    orbit.fillGui();
-    form.type("Lon: ", "158 30 W");
-    EXPECT_EQ(orbit.centerPt()->lat(), first.lat());
-    EXPECT_NEAR(orbit.centerPt()->lon(), -158.5 * kRadiansPerDegree, 1e-15);
-    EXPECT_EQ(orbit.centerPt()->alt(), first.alt());
-    EXPECT_EQ(orbit.minorAxis(), 1234.5678901);
-    EXPECT_EQ(*orbit.centerPt2(), second);
-    form.type("Radius:", "3.123456789 km");
-    EXPECT_EQ(orbit.minorAxis(), 3123.456789);
 }
 
 // By GeographicLib: 21.3N 158W lies in 04QFJ 03723 55678, and 04QFJ 12345 67890 starts at 21.409796672217N
@@ -573,14 +549,6 @@ TEST_F(PanelsTest, AFontOfAFileJoinsThoseOnOffer) {
     EXPECT_EQ(messages.size(), 1u);
     EXPECT_EQ(label.fontSize(), 8);
     EXPECT_EQ(form.field("Font Size:").number, 8);
-}
-
-TEST_F(PanelsTest, AHostThatRefusesEverythingIsSurvived) {
-    host.refuseAll = true;
-    for (const auto& [name, maker] : kinds()) {
-        open(maker, Position::Geodetic);
-        shapes[0]->notifyPrefsUpdate();
-    }
 }
 
 }  // namespace

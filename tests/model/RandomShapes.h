@@ -13,6 +13,7 @@
 #include "model/OrbitShape.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"
+#include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
 
@@ -41,7 +42,7 @@ class RandomShapes {
                 std::make_unique<CylinderShape>(preferences_, static_cast<CylinderShape::Subtype>(kind));
             shape->setCenter(position(about));
             shape->setMajorRadius(length());
-            shape->setMinorRadius(length());
+            if (shape->kind().radii == ShapeKind::Radii::Two) shape->setMinorRadius(length());
             shape->setHeight(number(-100, 20000));
             if (kind == CylinderShape::Wedge || (kind == CylinderShape::Arc && maybe())) {
                 shape->setStartAngle(number(-7, 7));
@@ -68,7 +69,7 @@ class RandomShapes {
             else
                 shape->setFirstCorner(position(about)), shape->setLastCorner(position(about));
             made = std::move(shape);
-        } else if (kind == 14) {
+        } else if (kind == kFreeDrawing) {
             auto shape = std::make_unique<FreeDrawShape>(preferences_);
             for (int lines = integer(1, 3); lines > 0; --lines) {
                 shape->startLine(position(about));
@@ -93,6 +94,7 @@ class RandomShapes {
     }
 
     static constexpr int kKinds = 16;
+    static constexpr int kFreeDrawing = 14;
 
   private:
     unsigned char byte() { return static_cast<unsigned char>(integer(0, 255)); }

@@ -179,6 +179,7 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
     openDialog();
     addCircle();
     EXPECT_EQ(form.field("Name:").text, "Circle 1");
+    EXPECT_THAT(host.screenTexts.begin()->second, HasSubstr("VAlign STRING B")) << "the hint";
     drag(plugin, 100, 100, 130, 100);
     plugin.mouse(Mouse::RightPress, 0, 0);
     host.fireTimeouts();
@@ -212,8 +213,11 @@ TEST_F(PluginTest, CloseWithoutARecordCleansUpTheSame) {
     openDialog();
     addCircle();
     plugin.mouse(Mouse::LeftPress, 10, 10);
+    command("Quick Circle Draw");
+    drag(plugin, 40, 40, 60, 40);
     plugin.dispatch(Function::Close, nullptr);
     expectNothingLeft();
+    EXPECT_EQ(quickFiles(), 1) << "what is complete is saved";
     EXPECT_EQ(plugin.mouse(Mouse::LeftRelease, 10, 10), 0);
 }
 
