@@ -275,7 +275,8 @@ class FakeHost final : public PIServiceTable {
             r.pointers.push_back(handle);
         } else if (is(Id::Action)) {
             if (does(Action::SetChecked)) actionChecks[r.strings[1]] = r.integers[1] != 0;
-            if (does(Action::Destroy)) actions.erase(actionLabels_[r.pointers[0]]);
+            if (does(Action::Destroy))
+                if (const auto label = actionLabels_.extract(r.pointers[0])) actions.erase(label.mapped());
             if (does(Action::Create)) {
                 actions[r.strings[1]] = callback(0);
                 r.pointers.push_back(nextHandle());
