@@ -1,5 +1,5 @@
 // A line's first word as a number: the fast reader agrees with the general one, and what is written comes
-// back.
+// back. A line that is no angle leaves the value alone.
 
 #include <cmath>
 #include <cstddef>
@@ -35,6 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(halCore::readAngle(std::string_view(line.c_str(), p), radians) == 0);
         require(same(radians, plain * halCore::kRadiansPerDegree));
     }
+    double angle = 42.0;
+    require(halCore::readAngle(line, angle) == 0 ? std::isfinite(angle) : angle == 42.0);
     const std::optional<double> value = UTILS::readNumber(line);
     if (value) {
         require(UTILS::readNumber(UTILS::writeNumber(*value, 17)) == value);

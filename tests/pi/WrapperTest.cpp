@@ -1,6 +1,4 @@
 // The wrappers: what each service call carries, and what a wrapper makes of the host's answer.
-#include <sstream>
-
 #include <gmock/gmock.h>
 
 #include "pi/PICommon.h"
@@ -32,43 +30,27 @@ TEST(RecordTest, TheHeaderIsNineFixedWords) {
 
 TEST_F(WrapperTest, AHostThatRefusesLeavesNeutralWrappers) {
     host.refuseAll = true;
-    PIGUI::PIDialogBox box(nullptr, "Title");
-    PIGUI::PIList list(&box, PIGUI::PIListSingle);
-    PIGUI::PIOptionMenu menu(&box, "", nullptr);
-    PIGUI::PITextField field(&box, PIGUI::PITextFieldNormal, nullptr);
-    PIGUI::PICheckButton button(&box, "Check", nullptr);
-    EXPECT_EQ(calls.size(), 5u);  // the five creations
-    box.show();
-    list.clearItems();
-    menu.appendOption(0, "x");
+    PIGUI::PIList list(nullptr, PIGUI::PIListSingle);
+    PIGUI::PIOptionMenu menu(nullptr, "", nullptr);
+    PIGUI::PITextField field(nullptr, PIGUI::PITextFieldNormal, nullptr);
+    EXPECT_EQ(calls.size(), 3u);
     field.setValue("text");
-    field.check();
-    EXPECT_FALSE(box.shown());
     EXPECT_EQ(list.appendItem("item"), -1);
     EXPECT_EQ(list.getSelectedItem(), -1);
     EXPECT_EQ(list.getNumItems(), 0);
     EXPECT_EQ(list.getItemData(0), nullptr);
-    EXPECT_EQ(menu.getOptionText(0), "");
-    EXPECT_EQ(field.getValueText(), "");
+    EXPECT_EQ(menu.getOptionText(0) + field.getValueText(), "");
     EXPECT_EQ(field.getValueDouble(), 0.0);
-    EXPECT_EQ(field.getValueInt(), 0);
-    EXPECT_FALSE(button.isChecked());
-    EXPECT_EQ(calls.size(), 5u);  // nothing is called on a null handle
+    EXPECT_EQ(calls.size(), 3u) << "nothing is called on a null handle";
 
     double latitude = 5.0;
     EXPECT_NE(
         PIHALVIS::getMouseCursorLLA(1, 2, &latitude, nullptr, nullptr, PIData::PIVerticalDatum_t::WGS84), 0);
     EXPECT_EQ(latitude, 5.0);
-    std::istringstream text("start");
-    EXPECT_EQ(PIHALVIS::loadZELStream(text, 0), nullptr);
-    EXPECT_EQ(PIHALVIS::getZELFiles().size(), 0u);
-    EXPECT_EQ(PIData::getPlatformList().size(), 0u);
     PIData::PIPlatformHeader header{3, "kept", ""};
     EXPECT_NE(PIData::getHeader(3, header), 0);
     EXPECT_EQ(header.name, "kept");
     EXPECT_EQ(PIData::createPlatform(header, {}, PIData::CoordReferenceFrame::Geodetic), 0u);
-    EXPECT_EQ(PIGUI::PIRegistry::getValue("Key"), "");
-    EXPECT_EQ(PICommon::showFileLoadDialog({}), "");
 }
 
 TEST_F(WrapperTest, AHostThatSaysYesButGivesNothingIsNotBelieved) {
