@@ -33,6 +33,16 @@ LocalFrame localFrame(double latitude, double longitude) {
             {cosLat * cosLon, cosLat * sinLon, sinLat}};
 }
 
+BodyFrame bodyFrame(const Vec3& origin, double heading, double pitch, double roll) {
+    const LocalFrame level = localFrame(origin.lat(), origin.lon());
+    const Ecef ahead = level.north * std::cos(heading) + level.east * std::sin(heading);
+    const Ecef aside = level.east * std::cos(heading) - level.north * std::sin(heading);
+    const Ecef forward = ahead * std::cos(pitch) + level.up * std::sin(pitch);
+    const Ecef above = level.up * std::cos(pitch) - ahead * std::sin(pitch);
+    return {aside * std::cos(roll) - above * std::sin(roll), forward,
+            above * std::cos(roll) + aside * std::sin(roll)};
+}
+
 bool isHiddenByEarth(const Ecef& eye, const Ecef& point) {
     const Ecef e = toUnitSphere(eye);
     const Ecef v = toUnitSphere(point - eye);

@@ -56,6 +56,15 @@ struct LocalFrame {
 };
 LocalFrame localFrame(double latitude, double longitude);
 
+/// Axes of a body: right, forward and up, turned out of east, north and up.
+struct BodyFrame {
+    Ecef right;
+    Ecef forward;
+    Ecef up;
+};
+/// Heading clockwise from north, pitch nose up, roll right side down (radians).
+BodyFrame bodyFrame(const Vec3& origin, double heading, double pitch, double roll);
+
 /// Scales earth-centred metres so that the ellipsoid becomes the unit sphere. Straight lines stay straight,
 /// so questions of sight are answered on the sphere.
 constexpr Ecef toUnitSphere(const Ecef& p) {

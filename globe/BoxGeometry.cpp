@@ -6,10 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include "format/BoxOutline.h"
 #include "geo/Angles.h"
 #include "geo/Ecef.h"
+#include "geo/GeodesicPath.h"
 #include "geo/Wgs84.h"
-#include "globe/GeodesicPath.h"
 #include "globe/SolidGeometry.h"
 #include "globe/StyledGeometry.h"
 #include "globe/SurfaceFill.h"
@@ -24,12 +25,6 @@ using halCore::kTwoPi;
 using halCore::Vec3;
 
 namespace {
-
-/// From a meridian eastwards to another; the whole way round when they are the same.
-double eastward(double west, double east) {
-    const double span = halCore::wrapToPi(east - west);
-    return span <= 0.0 ? span + kTwoPi : span;
-}
 
 /// The four sides of a box, counter-clockwise from its south-western corner, along parallels and meridians.
 struct BoxSides {
@@ -70,7 +65,7 @@ void join(DrawList::Mesh& mesh, const DrawList::Mesh& more) {
 
 void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawList& out) {
     const ShapeStyle style = styleOf(box);
-    const double span = eastward(box.west(), box.east());
+    const double span = ZEL::eastward(box.west(), box.east());
     const double west = box.west();
     const double north = std::clamp(std::max(box.north(), box.south()), -kHalfPi, kHalfPi);
     const double south = std::clamp(std::min(box.north(), box.south()), -kHalfPi, kHalfPi);
@@ -114,17 +109,11 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
 void appendPicture(const ZEL::ImageOverlay& shape, const Placement& placement, DrawList& out) {
     const double north = std::max(shape.north(), shape.south());
     const double south = std::min(shape.north(), shape.south());
-    const double span = eastward(shape.west(), shape.east());
-    double turn = 0.0;
-    shape.getRotation(turn);
-    const double midLat = 0.5 * (north + south);
-    const double shrink = std::max(std::cos(midLat), 1e-6);
+    const double span = ZEL::eastward(shape.west(), shape.east());
     const auto at = [&](double across, double down) {
-        const double x = (across - 0.5) * span * shrink;
-        const double y = (0.5 - down) * (north - south);
-        const double lat = midLat + y * std::cos(turn) + x * std::sin(turn);
-        const double lon = shape.west() + 0.5 * span + (x * std::cos(turn) - y * std::sin(turn)) / shrink;
-        return toEcef(Vec3(std::clamp(lat, -kHalfPi, kHalfPi), lon, placement.altitude(0.0)));
+        Vec3 place = ZEL::placeInPicture(shape, across, down);
+        place.setAlt(placement.altitude(0.0));
+        return toEcef(place);
     };
     const auto pieces = [&](double radians) {
         const double extent = std::abs(radians) * wgs84::a;

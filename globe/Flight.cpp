@@ -4,14 +4,14 @@
 #include <cmath>
 
 #include "geo/Angles.h"
-#include "globe/GeodesicPath.h"
+#include "geo/GeodesicPath.h"
 
 namespace sandbox {
 
 using halCore::kTwoPi;
 
 Flight::Flight(const Camera& from, const Camera& to) : from_(from), to_(to) {
-    const DistanceAndAzimuth way = geodesicBetween(from.center(), to.center());
+    const halCore::DistanceAndAzimuth way = geodesicBetween(from.center(), to.center());
     meters_ = way.meters;
     azimuth_ = way.azimuthAtStart;
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Vec3.h"
+#include "format/Placement.h"
 
 namespace halCore::ZEL {
 class ZelShape;
@@ -16,15 +16,7 @@ class ZelShape;
 
 namespace sandbox {
 
-/// What relative shapes are placed against, and what shapes that follow turn with.
-struct OverlayReference {
-    halCore::Vec3 position;  ///< latitude, longitude (radians), altitude (metres)
-    double heading = 0.0;    ///< radians clockwise from north
-    double pitch = 0.0;      ///< radians, nose up
-    double roll = 0.0;       ///< radians, right side down
-
-    friend bool operator==(const OverlayReference&, const OverlayReference&) = default;
-};
+using OverlayReference = halCore::ZEL::Reference;
 
 /// The overlays that the view shows, drawn in the order in which they were added. Each change reports
 /// itself through the change callback; the view redraws by itself. Geometry is rebuilt for changed

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "geo/GeodesicPath.h"
 #include "globe/Camera.h"
-#include "globe/GeodesicPath.h"
 
 namespace sandbox {
 

@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
+#include "format/Placement.h"
 #include "format/ZelShapes.h"
 #include "geo/Ecef.h"
+#include "geo/GeodesicPath.h"
 #include "globe/BoxGeometry.h"
-#include "globe/GeodesicPath.h"
-#include "globe/Placement.h"
 #include "globe/RoundGeometry.h"
 #include "globe/StyledGeometry.h"
 
@@ -17,6 +17,8 @@ namespace sandbox {
 
 namespace ZEL = halCore::ZEL;
 using halCore::Ecef;
+using halCore::PathKind;
+using halCore::PlacedPath;
 using halCore::Vec3;
 
 namespace {

@@ -65,16 +65,6 @@ void turnOver(DrawList::Mesh& mesh) {
 
 }  // namespace
 
-BodyFrame bodyFrame(const halCore::Vec3& origin, double heading, double pitch, double roll) {
-    const LocalFrame level = localFrame(origin.lat(), origin.lon());
-    const Ecef ahead = level.north * std::cos(heading) + level.east * std::sin(heading);
-    const Ecef aside = level.east * std::cos(heading) - level.north * std::sin(heading);
-    const Ecef forward = ahead * std::cos(pitch) + level.up * std::sin(pitch);
-    const Ecef above = level.up * std::cos(pitch) - ahead * std::sin(pitch);
-    return {aside * std::cos(roll) - above * std::sin(roll), forward,
-            above * std::cos(roll) + aside * std::sin(roll)};
-}
-
 void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
                      const std::array<double, 3>& halfAxes, bool dome, const ShapeStyle& style,
                      double tolerance, DrawList& out) {
@@ -88,8 +78,8 @@ void appendEllipsoid(const halCore::Vec3& center, const BodyFrame& frame,
                frame.up * (half[2] * std::sin(above));
     };
     const double lowest = dome ? 0.0 : -kHalfPi;
-    const int pieces =
-        std::clamp(piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), kTwoPi, tolerance), 24, 192);
+    const int pieces = std::clamp(
+        halCore::piecesOfArc(std::max({half[0], half[1], std::abs(half[2])}), kTwoPi, tolerance), 24, 192);
     const auto columns = static_cast<std::uint32_t>(std::min(pieces, 96));
     const std::uint32_t rows = dome ? columns / 4 : columns / 2;
     if (style.filled) {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "geo/GeodesicPath.h"
 #include "globe/DrawList.h"
-#include "globe/GeodesicPath.h"
 
 namespace sandbox {
 
@@ -20,14 +20,8 @@ struct ShapeStyle {
     bool filled = false;
 };
 
-/// Axes of a body: right, forward and up, turned out of east, north and up.
-struct BodyFrame {
-    halCore::Ecef right;
-    halCore::Ecef forward;
-    halCore::Ecef up;
-};
-/// Heading clockwise from north, pitch nose up, roll right side down (radians).
-BodyFrame bodyFrame(const halCore::Vec3& origin, double heading, double pitch, double roll);
+using halCore::BodyFrame;
+using halCore::GeodeticPath;
 
 /// Fills a ring that lies level; also the same ring at another altitude.
 using RingFill = std::function<DrawList::Mesh(const GeodeticPath& ring)>;

@@ -4,13 +4,15 @@
 #include <vector>
 
 #include "common/Vec3.h"
+#include "format/Placement.h"
 #include "format/ZelShapes.h"
 #include "geo/Ecef.h"
 #include "globe/DrawList.h"
-#include "globe/Placement.h"
 #include "globe/SolidGeometry.h"
 
 namespace sandbox {
+
+using halCore::ZEL::Placement;
 
 // What the geometry of all kinds of shapes is made of: lines and areas in a shape's style, on the ground or
 // at an altitude, with what their extrusion adds.

@@ -3,10 +3,12 @@
 #include <optional>
 #include <vector>
 
+#include "geo/GeodesicPath.h"
 #include "globe/DrawList.h"
-#include "globe/GeodesicPath.h"
 
 namespace sandbox {
+
+using halCore::GeodeticPath;
 
 /// Fills the area within a ring on the ellipsoid (the last point joins the first, in short straight
 /// pieces already), by the even-odd rule. Concave and self-crossing rings, rings across 180° and around a

@@ -1,19 +1,14 @@
-#include "globe/Placement.h"
+#include "format/Placement.h"
 
 #include <cmath>
 
 #include "format/ZelShapes.h"
 #include "geo/Angles.h"
 #include "geo/Ecef.h"
-#include "globe/SolidGeometry.h"
 
-namespace sandbox {
+namespace halCore::ZEL {
 
-namespace ZEL = halCore::ZEL;
-using halCore::Vec3;
-
-Placement::Placement(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                     double tolerance)
+Placement::Placement(const ZelShape& shape, const std::optional<Reference>& reference, double tolerance)
     : relative_(shape.isRelative()), tolerance_(tolerance) {
     Vec3 own;
     if (shape.getReferencePosition(own) == 0)
@@ -33,10 +28,10 @@ Placement::Placement(const ZEL::ZelShape& shape, const std::optional<OverlayRefe
     shape.getFollowRoll(follow);
     roll_ = offset + (follow && reference ? reference->roll : 0.0);
     shape.getAltitudeOffset(altitudeOffset_);
-    ZEL::AltitudeMode mode = ZEL::AltitudeMode::None;
+    AltitudeMode mode = AltitudeMode::None;
     shape.getAltitudeMode(mode);
-    clamped_ = mode == ZEL::AltitudeMode::ClampToGround;
-    extruded_ = mode == ZEL::AltitudeMode::Extrude;
+    clamped_ = mode == AltitudeMode::ClampToGround;
+    extruded_ = mode == AltitudeMode::Extrude;
     double height = 0.0;
     if (shape.getExtrudeHeight(height) == 0) extrudeHeight_ = height;
 }
@@ -46,13 +41,13 @@ std::optional<Vec3> Placement::place(const Vec3& position) const {
         return std::nullopt;
     Vec3 result = position;
     if (relative_) {
-        halCore::Coordinate placed;
-        if (!frame_ || frame_->convert({halCore::CoordinateSystem::FlatEnu, turned(position)}, placed,
-                                       halCore::CoordinateSystem::Lla) != 0)
+        Coordinate placed;
+        if (!frame_ || frame_->convert({CoordinateSystem::FlatEnu, turned(position)}, placed,
+                                       CoordinateSystem::Lla) != 0)
             return std::nullopt;
         result = placed.position();
     }
-    if (std::abs(result.lat()) > halCore::kHalfPi) return std::nullopt;
+    if (std::abs(result.lat()) > kHalfPi) return std::nullopt;
     result.setAlt(altitude(result.alt()));
     return result;
 }
@@ -73,8 +68,8 @@ Vec3 Placement::turned(const Vec3& p) const {
     if (yaw_ == 0.0 && pitch_ == 0.0 && roll_ == 0.0) return {right, forward, up};
     // bodyFrame() at 0°/0°, where east is y, north is z and up is x.
     const BodyFrame frame = bodyFrame(Vec3(), yaw_, pitch_, roll_);
-    const halCore::Ecef v = frame.right * right + frame.forward * forward + frame.up * up;
+    const Ecef v = frame.right * right + frame.forward * forward + frame.up * up;
     return {v.y, v.z, v.x};
 }
 
-}  // namespace sandbox
+}  // namespace halCore::ZEL

@@ -1,4 +1,4 @@
-#include "globe/GeodesicPath.h"
+#include "geo/GeodesicPath.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,12 +11,7 @@
 #include "geo/Angles.h"
 #include "geo/Ecef.h"
 
-namespace sandbox {
-
-using halCore::Ecef;
-using halCore::kHalfPi;
-using halCore::kRadiansPerDegree;
-using halCore::kTwoPi;
+namespace halCore {
 
 namespace {
 
@@ -33,8 +28,8 @@ int piecesOfPath(double meters, double step) {
 /// Calls `add` for the points that cut the way into pieces of at most `step` metres. `chord`: how far apart
 /// the ends are in a straight line.
 template <typename Add>
-void forPointsBetween(const halCore::Vec3& from, const halCore::Vec3& to, double chord, PathKind kind,
-                      double step, const Add& add) {
+void forPointsBetween(const Vec3& from, const Vec3& to, double chord, PathKind kind, double step,
+                      const Add& add) {
     const auto addAlong = [&](double meters, const auto& position) {
         const int pieces = piecesOfPath(meters, step);
         for (int i = 1; i < pieces; ++i) {
@@ -42,8 +37,8 @@ void forPointsBetween(const halCore::Vec3& from, const halCore::Vec3& to, double
             double lat = 0.0;
             double lon = 0.0;
             position(meters * share, lat, lon);
-            add(halCore::Vec3(lat * kRadiansPerDegree, lon * kRadiansPerDegree,
-                              std::lerp(from.alt(), to.alt(), share)));
+            add(Vec3(lat * kRadiansPerDegree, lon * kRadiansPerDegree,
+                     std::lerp(from.alt(), to.alt(), share)));
         }
     };
     if (kind == PathKind::Rhumb) {
@@ -73,7 +68,7 @@ int piecesOfArc(double radius, double sweep, double tolerance) {
     return std::abs(sweep) < kTwoPi - 1e-9 ? pieces : (pieces + 11) / 12 * 12;
 }
 
-DistanceAndAzimuth geodesicBetween(const halCore::Vec3& from, const halCore::Vec3& to) {
+DistanceAndAzimuth geodesicBetween(const Vec3& from, const Vec3& to) {
     DistanceAndAzimuth result;
     geodesic().Inverse(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
                        to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree, result.meters,
@@ -83,7 +78,7 @@ DistanceAndAzimuth geodesicBetween(const halCore::Vec3& from, const halCore::Vec
     return result;
 }
 
-halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double meters) {
+Vec3 geodesicFrom(const Vec3& from, double azimuth, double meters) {
     double lat = 0.0;
     double lon = 0.0;
     geodesic().Direct(from.lat() / kRadiansPerDegree, from.lon() / kRadiansPerDegree,
@@ -91,51 +86,58 @@ halCore::Vec3 geodesicFrom(const halCore::Vec3& from, double azimuth, double met
     return {lat * kRadiansPerDegree, lon * kRadiansPerDegree, from.alt()};
 }
 
-void appendPath(GeodeticPath& path, const halCore::Vec3& to, PathKind kind, double step) {
-    const halCore::Vec3 from = path.back();
+void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step) {
+    const Vec3 from = path.back();
     forPointsBetween(from, to, length(toEcef(to) - toEcef(from)), kind, step,
-                     [&path](const halCore::Vec3& p) { path.push_back(p); });
+                     [&path](const Vec3& p) { path.push_back(p); });
     path.push_back(to);
 }
 
-void appendPath(PlacedPath& path, const halCore::Vec3& to, const Ecef& place, PathKind kind, double step) {
-    const halCore::Vec3 from = path.points.back();
+void appendPath(PlacedPath& path, const Vec3& to, const Ecef& place, PathKind kind, double step) {
+    const Vec3 from = path.points.back();
     forPointsBetween(from, to, length(place - path.places.back()), kind, step,
-                     [&path](const halCore::Vec3& p) { path.add(p, toEcef(p)); });
+                     [&path](const Vec3& p) { path.add(p, toEcef(p)); });
     path.add(to, place);
 }
 
-GeodeticPath geodesicArc(const halCore::Vec3& center, double meters, double azimuth, double sweep,
-                         double tolerance) {
-    const int pieces = piecesOfArc(meters, sweep, tolerance);
-    GeodeticPath path;
-    path.reserve(static_cast<std::size_t>(pieces) + 1);
-    for (int i = 0; i <= pieces; ++i)
-        path.push_back(geodesicFrom(center, azimuth + sweep * i / pieces, meters));
-    return path;
-}
-
-GeodeticPath ellipticalArc(const halCore::Vec3& center, double halfEast, double halfNorth, double turn,
-                           double azimuth, double sweep, double tolerance) {
+EllipticalArc::EllipticalArc(const Vec3& center, double halfEast, double halfNorth, double turn,
+                             double azimuth, double sweep)
+    : center_(center), halfEast_(halfEast), halfNorth_(halfNorth), turn_(turn) {
     // The parameter angle p of the point seen at azimuth z: tan z = east sin p / (north cos p). Both
     // angles agree at the quarters, which keeps whole turns whole.
     const auto parameter = [&](double seenAt) {
         const double quarters = std::round(seenAt / kHalfPi) * kHalfPi;
         const double raw = std::atan2(std::sin(seenAt) * halfNorth, std::cos(seenAt) * halfEast);
-        return quarters + halCore::wrapToPi(raw - quarters);
+        return quarters + wrapToPi(raw - quarters);
     };
-    const double from = parameter(azimuth - turn);
-    const double to = parameter(azimuth - turn + sweep);
-    const int pieces = piecesOfArc(std::max(halfEast, halfNorth), to - from, tolerance);
+    from_ = parameter(azimuth - turn);
+    sweep_ = parameter(azimuth - turn + sweep) - from_;
+}
+
+double EllipticalArc::longerHalf() const {
+    return std::max(halfEast_, halfNorth_);
+}
+
+Vec3 EllipticalArc::at(double share) const {
+    const double p = from_ + sweep_ * share;
+    const double east = halfEast_ * std::sin(p);
+    const double north = halfNorth_ * std::cos(p);
+    return geodesicFrom(center_, std::atan2(east, north) + turn_, std::hypot(east, north));
+}
+
+GeodeticPath EllipticalArc::path(double tolerance) const {
+    const int pieces = piecesOfArc(longerHalf(), sweep_, tolerance);
     GeodeticPath path;
     path.reserve(static_cast<std::size_t>(pieces) + 1);
-    for (int i = 0; i <= pieces; ++i) {
-        const double p = from + (to - from) * i / pieces;
-        const double east = halfEast * std::sin(p);
-        const double north = halfNorth * std::cos(p);
-        path.push_back(geodesicFrom(center, std::atan2(east, north) + turn, std::hypot(east, north)));
-    }
+    for (int i = 0; i <= pieces; ++i) path.push_back(at(static_cast<double>(i) / pieces));
     return path;
+}
+
+std::vector<EllipticalArc> racetrackArcs(const Vec3& center, const Vec3& center2, double radius) {
+    const DistanceAndAzimuth way = geodesicBetween(center, center2);
+    if (way.meters < 1e-3) return {{center, radius, radius, 0.0, 0.0, -kTwoPi}};
+    return {{center2, radius, radius, 0.0, way.azimuthAtEnd - kHalfPi, kPi},
+            {center, radius, radius, 0.0, way.azimuthAtStart + kHalfPi, kPi}};
 }
 
 void simplify(PlacedPath& path, double tolerance) {
@@ -176,8 +178,8 @@ void simplify(PlacedPath& path, double tolerance) {
 std::vector<Ecef> toEcef(const GeodeticPath& path) {
     std::vector<Ecef> result;
     result.reserve(path.size());
-    for (const halCore::Vec3& point : path) result.push_back(toEcef(point));
+    for (const Vec3& point : path) result.push_back(toEcef(point));
     return result;
 }
 
-}  // namespace sandbox
+}  // namespace halCore
