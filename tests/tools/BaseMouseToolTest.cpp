@@ -170,36 +170,6 @@ TEST_F(BaseTool, RightPressForgetsTheCursorAndTellsThatDrawingIsDone) {
     EXPECT_EQ(done.calls, 1);
 }
 
-TEST_F(BaseTool, HoversGrabsDragsAndLeavesAPoint) {
-    host.cursor = degrees(30.0, 40.0);
-    tool.rest = BaseMouseTool::Placing;
-    tool.put(BaseMouseTool::Placing);
-    tool.near = &tool.existing;
-    EXPECT_EQ(send(Type::Motion), 0) << "onto a point, even while placing";
-    EXPECT_EQ(tool.state(), BaseMouseTool::Hovering);
-    EXPECT_TRUE(tool.existing.isHighlighted());
-    EXPECT_EQ(tool.existing.getDescription(), "alt 700");
-    EXPECT_EQ(tool.getCurrentAltitude_(), 700.0);
-    EXPECT_EQ(send(Type::Motion), 0) << "still on it";
-
-    EXPECT_EQ(send(Type::LeftPress), 1);
-    EXPECT_EQ(send(Type::Motion), 1);
-    EXPECT_EQ(tool.at, degrees(30.0, 40.0, 700.0));
-    EXPECT_EQ(send(Type::LeftRelease), 1);
-    EXPECT_EQ(tool.state(), BaseMouseTool::Placing);
-    EXPECT_EQ(send(Type::LeftPress), 1) << "pressed again without a motion in between";
-    EXPECT_EQ(tool.state(), BaseMouseTool::Dragging);
-    EXPECT_EQ(send(Type::LeftRelease), 1);
-
-    tool.near = nullptr;
-    tool.hooks.clear();
-    EXPECT_EQ(send(Type::Motion), 1);
-    EXPECT_EQ(send(Type::Motion), 1);
-    EXPECT_EQ(tool.hooks, "NEN") << "editing is finished once";
-    EXPECT_FALSE(tool.existing.isHighlighted());
-    EXPECT_EQ(tool.existing.getDescription(), "");
-}
-
 TEST_F(BaseTool, APointDoesNotJumpWhenItIsGrabbedOffItsCentre) {
     view.look(degrees(29.0, 40.0, 3e5), 0.0, 0.4);
     host.pixelToLla = [&](int x, int y) { return view.pick(x * view.density, y * view.density); };

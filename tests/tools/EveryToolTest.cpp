@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -125,6 +126,7 @@ TEST_F(EveryTool, ALeavingMouseTakesItsPointAndItsMarksAlong) {
     EXPECT_FALSE(rubberBandShown());
     mouse.to("21.1N 158.0W").move("21.0N 158.0W").frame();
     EXPECT_EQ(stateOf(circle), Tool::Hovering) << "the button was held all the time";
+    EXPECT_EQ(std::ranges::count_if(view.painted, &TestView::Painted::highlighted), 1);
     mouse.leave().frame();
     ASSERT_EQ(view.painted.size(), 2u);
     for (const auto& point : view.painted) EXPECT_TRUE(point.label.empty() && !point.highlighted);
