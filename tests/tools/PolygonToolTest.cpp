@@ -120,7 +120,9 @@ TEST_F(PolygonTool, PointsAreDraggedAndLifted) {
     auto& shape = drawn();
     mouse.from("21.1N 158.0W");
     EXPECT_EQ(stateOf(shape), Tool::Dragging);
-    mouse.to("21.2N 158.1W");
+    mouse.to("21.2N 158.1W").press();
+    EXPECT_EQ(stateOf(shape), Tool::Dragging) << "again, without a motion in between";
+    mouse.release();
     EXPECT_NEAR(geodesic(shape.pointAtIndex(1), place("21.2N 158.1W")).meters, 0.0, 1.0);
     EXPECT_EQ(shape.pointAtIndex(0), place("21.0N 158.0W"));
     mouse.wheel(120).wheel(240);
