@@ -142,10 +142,14 @@ TEST_F(BaseTool, AnswersEveryEventInEveryState) {
             host.cursor = row.earth == On ? std::optional(degrees(30.0, 40.0)) : std::nullopt;
             tool.near = row.near == Point ? &tool.existing : nullptr;
             tool.put(states[i].state, states[i].pressed);
+            const int redraws = host.redraws;
             std::ostringstream cell;
             cell << send(row.type, 300, 200, row.modifiers, 120) << ' ' << tool.state();
             if (tool.isPressed() && tool.isActive()) cell << 'p';
             if (!tool.hooks.empty()) cell << ' ' << tool.hooks;
+            const bool follows = row.type == Type::Motion && states[i].state == BaseMouseTool::Placing;
+            const bool seen = follows || tool.hooks.find_first_of("SFAMWE") != std::string::npos;
+            EXPECT_GE(host.redraws, redraws + (seen ? 1 : 0)) << row.name << " is not seen in state " << i;
             EXPECT_EQ(cell.str(), row.cells[i]) << row.name << (row.earth == On ? ", " : " off the earth, ")
                                                 << (row.near == Point ? "on a point, " : "") << "in state "
                                                 << states[i].state << (states[i].pressed ? ", pressed" : "");
