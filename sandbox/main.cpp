@@ -14,6 +14,7 @@
 #include "sandbox/Host.h"
 #include "sandbox/InstalledFiles.h"
 #include "sandbox/Palette.h"
+#include "sandbox/PlainText.h"
 #include "sandbox/RenderCommand.h"
 #include "sandbox/SizeText.h"
 #include "sandbox/UserFiles.h"
@@ -135,6 +136,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(SANDBOX_VERSION);
     QApplication::setDesktopFileName("org.overlayeditor.HalvisSandbox");
     QApplication::setStyle(QStyleFactory::create("Fusion"));
+    new sandbox::PlainText;
     if (render) return sandbox::runRenderCommand(arguments);
     sandbox::announceDataDirectory();
     const Options options = readCommandLine(arguments);

@@ -82,7 +82,6 @@ void showPressed(QWidget& button, bool pressed) {
 }  // namespace
 
 LabelWidget::LabelWidget(const std::string& caption) : label_(new QLabel) {
-    label_->setTextFormat(Qt::PlainText);
     setWidget(label_);
     setText(QString::fromStdString(caption));
 }
