@@ -1,14 +1,14 @@
 #include <iostream>
-#include <sstream>
 
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
-#include "cli/Printable.h"
 #include "common/Files.h"
 #include "common/NumberText.h"
+#include "cli/Printable.h"
 #include "common/SaveFile.h"
 #include "format/Parser.h"
+#include "format/TextBuffer.h"
 
 namespace cli {
 namespace {
@@ -39,9 +39,9 @@ std::string formatInPlace(const std::string& file, const std::string& text, cons
     if (shapes.empty()) return "There is no shape in it, not rewritten";
     if (!report.messages.empty() && !options.force)
         return "Not rewritten, because what the messages name would be lost (use --force to lose it)";
-    std::ostringstream out;
-    write(out, shapes, report);
-    return out.view() == text ? std::string() : UTILS::saveFile(file, out.view());
+    const auto formatted = OverlayEditor::TextBuffer::take();
+    write(formatted->out(), shapes, report);
+    return formatted->text() == text ? std::string() : UTILS::saveFile(file, formatted->text());
 }
 
 }  // namespace

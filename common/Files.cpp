@@ -2,9 +2,12 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <memory>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -42,6 +45,17 @@ std::string makeDirectories(const std::string& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);
     return error ? error.message() : std::string();
+}
+
+// Not by std::filesystem, which ends the program when memory is short.
+std::vector<std::string> namesIn(const std::string& directory) {
+    const auto close = [](DIR* open) { ::closedir(open); };
+    const std::unique_ptr<DIR, decltype(close)> open(::opendir(directory.c_str()), close);
+    std::vector<std::string> names;
+    while (const dirent* const entry = open ? ::readdir(open.get()) : nullptr)
+        if (const std::string_view name = entry->d_name; name != "." && name != "..")
+            names.emplace_back(name);
+    return names;
 }
 
 std::string readFile(const std::string& path, std::string& contents) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace UTILS {
 
@@ -23,6 +24,9 @@ std::string temporaryDirectory();
 /// Makes a directory and those above it; one that is there already is fine. Returns an empty text, or why
 /// not.
 std::string makeDirectories(const std::string& path);
+
+/// What a directory holds, in no order, without "." and ".."; nothing when it cannot be read.
+std::vector<std::string> namesIn(const std::string& directory);
 
 /// The largest file that is read: 1 GiB. A sparse file can be of any size, and fill the memory.
 inline constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;

@@ -3,13 +3,13 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+
+#include "common/Files.h"
 
 namespace UTILS {
 namespace {
@@ -134,11 +134,9 @@ int TemporaryFile::place(const std::string& target, bool replace) {
 }
 
 void removeAbandonedFiles(const std::string& directory) {
-    std::error_code error;
-    for (std::filesystem::directory_iterator at(directory, error), end; !error && at != end;
-         at.increment(error)) {
-        if (!isOurs(at->path().filename().native())) continue;
-        const std::string path = at->path().native();
+    for (const std::string& name : namesIn(directory)) {
+        if (!isOurs(name)) continue;
+        const std::string path = directory + "/" + name;
         const Descriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
         struct stat info {};
         if (!file.isOpen() || ::fstat(file.get(), &info) != 0) continue;

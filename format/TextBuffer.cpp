@@ -1,6 +1,7 @@
-#include "model/TextBuffer.h"
+#include "format/TextBuffer.h"
 
 #include <locale>
+#include <new>
 
 namespace OverlayEditor {
 namespace {
@@ -33,7 +34,13 @@ void TextBuffer::GiveBack::operator()(TextBuffer* buffer) const {
         spare.reset(buffer);
 }
 
+const std::string& TextBuffer::text() const {
+    if (!out_) throw std::bad_alloc();
+    return memory_.text;
+}
+
 std::istream& TextBuffer::in() {
+    text();
     memory_.rewind();
     in_.clear();
     return in_;

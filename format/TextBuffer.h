@@ -9,6 +9,7 @@ namespace OverlayEditor {
 
 /// Text written through a stream and then read through another, without a copy in between. The memory is
 /// kept for the next user: a shape that is being dragged is written as text at every mouse move.
+/// A stream swallows what goes wrong while it writes: a text that is not whole cannot be had from here.
 class TextBuffer {
   public:
     /// An empty buffer, given back when the pointer dies. Several may be out at a time.
@@ -19,9 +20,10 @@ class TextBuffer {
     static Ptr take();
 
     std::ostream& out() { return out_; }
-    /// Reads what was written so far, from its beginning.
+    /// Reads what was written so far, from its beginning. \throws as text()
     std::istream& in();
-    const std::string& text() const { return memory_.text; }
+    /// What was written so far. \throws std::bad_alloc when there was not enough memory for all of it
+    const std::string& text() const;
 
   private:
     class Memory : public std::streambuf {

@@ -1,6 +1,7 @@
 #include "model/Document.h"
 
 #include <algorithm>
+#include <new>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -11,8 +12,8 @@
 #include "common/SaveFile.h"
 #include "common/TemporaryFile.h"
 #include "format/Parser.h"
+#include "format/TextBuffer.h"
 #include "model/RescueFile.h"
-#include "model/TextBuffer.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
@@ -108,16 +109,22 @@ Document::Reading Document::read(std::string_view text, const std::string& fileN
 }
 
 Document::Reading Document::readFile(const std::string& fileName) const {
-    std::string text;
-    if (std::string error = UTILS::readFile(fileName, text); !error.empty()) {
-        halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << error;
-        Reading reading;
-        reading.loaded.error = std::move(error);
-        return reading;
+    std::string error;
+    try {
+        std::string text;
+        error = UTILS::readFile(fileName, text);
+        if (error.empty()) {
+            // A file that the host displays is edited in its place, so that it is not drawn twice.
+            Reading reading = read(text, fileName, PIHALVIS::getZELObject(fileName));
+            reading.version = FileVersion(fileName, text);
+            return reading;
+        }
+    } catch (const std::bad_alloc&) {
+        error = "not enough memory";
     }
-    // A file that the host displays is edited in its place, so that it is not drawn twice.
-    Reading reading = read(text, fileName, PIHALVIS::getZELObject(fileName));
-    reading.version = FileVersion(fileName, text);
+    halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << error;
+    Reading reading;
+    reading.loaded.error = std::move(error);
     return reading;
 }
 
@@ -147,6 +154,9 @@ Document::Reading Document::readOverlay(void* zel) const {
 
 void Document::take(Reading reading) {
     overlay_.clearShapes(false);
+    // Should memory run out, part of one file is not saved as another.
+    fileName_.clear();
+    knownFile_ = {};
     // The reference platform goes, also when it is the one that the host has the overlay on.
     unsigned long platform = reading.platform;
     if (attachment_.isReferencePlatform(platform)) platform = 0;
@@ -286,11 +296,17 @@ bool Document::keepOldFile_(const std::string& fileName) const {
 
 bool Document::save(const std::string& fileName) {
     std::vector<std::string> skipped;
-    const std::string text = overlay_.text(&skipped);
-    // Nothing to write must not even cost an older copy.
-    if (!text.empty() && !keepOldFile_(fileName)) return false;
-    PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
-    const std::string error = text.empty() ? "there is nothing to save" : UTILS::saveFile(fileName, text);
+    std::string text;
+    std::string error;
+    try {
+        text = overlay_.text(&skipped);
+        // Nothing to write must not even cost an older copy.
+        if (!text.empty() && !keepOldFile_(fileName)) return false;
+        PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
+        error = text.empty() ? "there is nothing to save" : UTILS::saveFile(fileName, text);
+    } catch (const std::bad_alloc&) {
+        error = "not enough memory; the file is as it was";
+    }
     if (!error.empty()) {
         halNotify::notify(halNotify::Error) << "Could not save " << fileName << ": " << error;
         return false;

@@ -140,15 +140,17 @@ std::string Overlay::text(std::vector<std::string>* skipped) const {
 
 void Overlay::sumUp_() const {
     if (sum_.revision == revision_) return;
-    sum_ = {.revision = revision_};
+    // Kept when it is whole: memory may run out on the way.
+    Sum sum{.revision = revision_};
     for (std::size_t i = 0; i < places_.size(); ++i) {
         if (!places_[i].shape) continue;
         if (!places_[i].written)
             places_[i].written = ShapeWriter(pointConverter(), referenceWritten_).add(*places_[i].shape);
         const WrittenShape& written = *places_[i].written;
         // In their order: the same shapes in another order are another text.
-        if (written.digest != 0) sum_.digest = (sum_.digest + written.digest) * 0x9E3779B97F4A7C15U | 1U;
+        if (written.digest != 0) sum.digest = (sum.digest + written.digest) * 0x9E3779B97F4A7C15U | 1U;
     }
+    sum_ = sum;
 }
 
 std::uint64_t Overlay::digest() const {

@@ -5,7 +5,7 @@
 
 #include "common/NumberText.h"
 #include "format/SerializeToZel.h"
-#include "model/TextBuffer.h"
+#include "format/TextBuffer.h"
 #include "pi/PIHALVIS.h"
 
 namespace OverlayEditor {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "format/SerializeToZel.h"
+#include "format/TextBuffer.h"
 #include "model/Shape.h"
-#include "model/TextBuffer.h"
 
 namespace OverlayEditor {
 

@@ -109,7 +109,8 @@ std::uint64_t getZELHost(void* overlay) {
 int serializeZELToStream(void* overlay, std::ostream& text) {
     if (!overlay) return 1;
     CatchallCall call(Id::OverlayFiles, Select::OverlayFiles::SerializeToStream);
-    return call.pointer(overlay).pointer(&text).perform() ? 0 : 1;
+    // A stream that could not take it all says nothing else of it.
+    return call.pointer(overlay).pointer(&text).perform() && text.good() ? 0 : 1;
 }
 
 void registerZELObserver(ZELEventObserver* observer) {

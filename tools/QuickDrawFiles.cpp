@@ -33,10 +33,7 @@ int numberOf(std::string_view name) {
 
 int highestQuickShapeNumber(const std::string& directory) {
     int highest = 0;
-    std::error_code error;
-    for (std::filesystem::directory_iterator at(directory, error), end; !error && at != end;
-         at.increment(error))
-        highest = std::max(highest, numberOf(at->path().filename().native()));
+    for (const std::string& name : UTILS::namesIn(directory)) highest = std::max(highest, numberOf(name));
     return highest;
 }
 
