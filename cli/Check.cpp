@@ -1,9 +1,9 @@
 #include <iostream>
 
+#include "cli/Columns.h"
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
-#include "cli/Printable.h"
 #include "format/Parser.h"
 
 namespace cli {

@@ -1,22 +1,8 @@
-#include "cli/Printable.h"
+#include "cli/Columns.h"
 
 #include <algorithm>
 
 namespace cli {
-
-std::string printable(std::string_view text) {
-    constexpr char digits[] = "0123456789abcdef";
-    std::string result;
-    result.reserve(text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte >= 0x20 && byte != 0x7f)
-            result += c;
-        else
-            result.append("\\x").append(1, digits[byte >> 4]).append(1, digits[byte & 0xf]);
-    }
-    return result;
-}
 
 std::string counted(std::size_t count, std::string_view what) {
     return std::to_string(count).append(" ").append(what).append(count == 1 ? "" : "s");

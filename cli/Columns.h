@@ -5,10 +5,6 @@
 
 namespace cli {
 
-/// The text with control characters as "\xNN", so that a file cannot steer the terminal. Other bytes,
-/// UTF-8 included, stay.
-std::string printable(std::string_view text);
-
 /// "1 shape", "2 shapes".
 std::string counted(std::size_t count, std::string_view what);
 

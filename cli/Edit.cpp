@@ -2,10 +2,10 @@
 #include <iterator>
 #include <utility>
 
+#include "cli/Columns.h"
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
-#include "cli/Printable.h"
 #include "common/Notify.h"
 #include "model/Document.h"
 #include "model/QuietServiceTable.h"

@@ -5,7 +5,7 @@
 #include "cli/Messages.h"
 #include "common/Files.h"
 #include "common/NumberText.h"
-#include "cli/Printable.h"
+#include "common/Printable.h"
 #include "common/SaveFile.h"
 #include "format/Parser.h"
 #include "format/TextBuffer.h"
@@ -63,7 +63,7 @@ int format(const FormatOptions& options) {
             progress.advance(text.size());
             if (!problem.empty() || !report.messages.empty()) progress.hide();
             printMessages(std::cerr, file, report.messages);
-            if (!problem.empty()) std::cerr << "zel: " << printable(file) << ": " << problem << '\n';
+            if (!problem.empty()) std::cerr << "zel: " << UTILS::printable(file) << ": " << problem << '\n';
             complete = complete && problem.empty() && report.messages.empty();
             continue;
         }

@@ -5,11 +5,12 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/Bounds.h"
+#include "cli/Columns.h"
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
-#include "cli/Printable.h"
 #include "common/NumberText.h"
+#include "common/Printable.h"
 #include "format/Parser.h"
 #include "format/ZelShapes.h"
 
@@ -105,7 +106,7 @@ void printTable(const FileInfo& info) {
     const std::vector<std::string> titles = {"kind", "name", "points", "units", "bounds"};
     std::vector<std::vector<std::string>> rows = {titles};
     for (const ShapeInfo& shape : info.shapes)
-        rows.push_back({shape.kind, printable(shape.name), std::to_string(shape.points), shape.units,
+        rows.push_back({shape.kind, UTILS::printable(shape.name), std::to_string(shape.points), shape.units,
                         boundsText(shape.bounds, shape.relative)});
     std::vector<std::size_t> widths(titles.size());
     for (const auto& row : rows)
@@ -117,7 +118,7 @@ void printTable(const FileInfo& info) {
 }
 
 void print(const FileInfo& info, bool summary) {
-    std::cout << printable(info.file) << '\n';
+    std::cout << UTILS::printable(info.file) << '\n';
     std::cout << "  " << counted(info.report.blocks, "block") << ", " << counted(info.shapes.size(), "shape")
               << ", " << counted(info.points, "point") << ", "
               << counted(info.report.messages.size(), "message") << '\n';

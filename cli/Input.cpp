@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "cli/Printable.h"
+#include "common/Printable.h"
 #include "common/Strings.h"
 
 namespace cli {
@@ -44,7 +44,7 @@ void addDirectory(const std::string& directory, std::vector<std::string>& files,
 
 void Failures::report(const std::string& file, const std::string& reason) {
     any_ = true;
-    std::cerr << "zel: " << printable(file) << ": " << reason << '\n';
+    std::cerr << "zel: " << UTILS::printable(file) << ": " << reason << '\n';
 }
 
 std::vector<std::string> inputFiles(const std::vector<std::string>& arguments, bool recursive,

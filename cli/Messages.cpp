@@ -2,15 +2,16 @@
 
 #include <ostream>
 
-#include "cli/Printable.h"
+#include "common/Printable.h"
 
 namespace cli {
 
 void printMessages(std::ostream& out, const std::string& file,
                    std::span<const halCore::ZEL::ParseMessage> messages) {
-    const std::string name = printable(file);
+    const std::string name = UTILS::printable(file);
     for (const halCore::ZEL::ParseMessage& message : messages)
-        out << name << ':' << message.line << ": " << printable(message.text) << '\n';
+        out << name << ':' << message.line << ": " << UTILS::printable(message.text, UTILS::kLongestShown)
+            << '\n';
 }
 
 }  // namespace cli

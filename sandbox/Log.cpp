@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "common/Notify.h"
+#include "common/Printable.h"
 
 namespace sandbox {
 
@@ -15,15 +16,21 @@ constexpr std::size_t kMaximumEntries = 20000;
 
 }  // namespace
 
+QString LogEntry::shown() const {
+    const auto printable = [](const QString& line) {
+        return QString::fromStdString(UTILS::printable(line.toStdString(), UTILS::kLongestShown));
+    };
+    QStringList lines;
+    for (const QString& line : text.split('\n')) lines << printable(line);
+    return QString("%1  %2: ").arg(Log::severityName(severity), printable(source)) + lines.join("\n    ");
+}
+
 void Log::add(int severity, const QString& source, const QString& text) {
     if (entries_.size() >= kMaximumEntries)
         entries_.erase(entries_.begin(), entries_.begin() + kMaximumEntries / 2);
     entries_.push_back({severity, source, text.trimmed()});
     const LogEntry entry = entries_.back();
-    if (echo_) {
-        std::fprintf(stderr, "%s: %s: %s\n", qPrintable(severityName(severity)), qPrintable(source),
-                     qPrintable(entry.text));
-    }
+    if (echo_) std::fprintf(stderr, "%s\n", qPrintable(entry.shown()));
     emit added(entry);
 }
 

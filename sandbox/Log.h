@@ -12,6 +12,10 @@ struct LogEntry {
     int severity = 0;
     QString source;
     QString text;
+
+    /// As it is shown: "severity  source: text". Nothing in it passes for another entry: further lines are
+    /// indented.
+    QString shown() const;
 };
 
 /// The host's log, oldest entry first. Violations of the host contract are counted apart, so that a test

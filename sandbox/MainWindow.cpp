@@ -97,8 +97,7 @@ void MainWindow::buildPanels(const Log& log) {
 }
 
 void MainWindow::appendLogEntry(const LogEntry& entry) {
-    const QString line =
-        QString("%1  %2: %3").arg(Log::severityName(entry.severity), entry.source, entry.text);
+    const QString line = entry.shown();
     const bool dark = logText_->palette().color(QPalette::Base).lightness() < 128;
     const char* color = nullptr;
     if (entry.severity <= halNotify::Error)
@@ -106,7 +105,8 @@ void MainWindow::appendLogEntry(const LogEntry& entry) {
     else if (entry.severity == halNotify::Warning)
         color = dark ? "#f0b454" : "#9a6009";
     if (color)
-        logText_->appendHtml(QString("<span style=\"color:%1\">%2</span>").arg(color, line.toHtmlEscaped()));
+        logText_->appendHtml(QString("<span style=\"color:%1\">%2</span>")
+                                 .arg(color, line.toHtmlEscaped().replace('\n', "<br>")));
     else
         logText_->appendPlainText(line);
 }

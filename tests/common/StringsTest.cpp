@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "common/Printable.h"
 #include "common/Strings.h"
 
 namespace {
@@ -30,6 +31,16 @@ TEST(Strings, AreQuotedInPart) {
     // Not cut within a character.
     EXPECT_EQ(excerpt(front(38) + "°°"), front(38) + "°...");
     EXPECT_EQ(excerpt(front(39) + "°°"), front(39) + "...");
+}
+
+TEST(Strings, AreShownWithoutSteeringTheTerminal) {
+    EXPECT_EQ(printable("Élan 21°\t\x1b[2J\x7f\n"), "Élan 21°\\x09\\x1b[2J\\x7f\\x0a");
+    // A C1 control as UTF-8 and as a byte; turned direction; a line separator.
+    EXPECT_EQ(printable("\u009b1m \x9b \u202egpj.exe\u2069 \u2028"),
+              "\\u009b1m \\x9b \\u202egpj.exe\\u2069 \\u2028");
+    // Too long, a surrogate, cut off.
+    EXPECT_EQ(printable("\xc0\x80 \xed\xa0\x80 \xe2\x80"), "\\xc0\\x80 \\xed\\xa0\\x80 \\xe2\\x80");
+    EXPECT_EQ(printable("ab°c", 3), "ab... (3 bytes more)");
 }
 
 }  // namespace
