@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "common/NumberText.h"
 #include "geo/GeodesicPath.h"
 #include "globe/Camera.h"
 
@@ -23,10 +24,7 @@ ScaleBar scaleBar(const Camera& camera, double mostPixels) {
     bar.meters = power * (lead >= 5.0 ? 5.0 : lead >= 2.0 ? 2.0 : 1.0);
     bar.pixels = bar.meters / metersPerPixel;
     const bool kilometers = bar.meters >= 1000.0;
-    std::string number = std::to_string(bar.meters / (kilometers ? 1000.0 : 1.0));
-    number.erase(number.find_last_not_of('0') + 1);
-    if (number.back() == '.') number.pop_back();
-    bar.text = number + (kilometers ? " km" : " m");
+    bar.text = UTILS::writeNumber(bar.meters / (kilometers ? 1000.0 : 1.0)).append(kilometers ? " km" : " m");
     return bar;
 }
 

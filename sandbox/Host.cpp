@@ -13,6 +13,7 @@
 #include "sandbox/FirstSteps.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
+#include "sandbox/PictureFile.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/ViewMenu.h"
 #include "sandbox/services/ContextMenu.h"
@@ -402,8 +403,8 @@ void Host::savePictureByUser() {
                                             .startDirectory = {},
                                             .filterRows = {"PNG pictures\t*.png"}});
     if (path.isEmpty()) return;
-    if (!picture.save(path))
-        log_.add(halNotify::Error, "host", QString("picture %1 cannot be written").arg(path));
+    if (const QString problem = savePicture(picture, path); !problem.isEmpty())
+        log_.add(halNotify::Error, "host", QString("picture %1 cannot be written: %2").arg(path, problem));
 }
 
 void Host::addPlatformByUser() {

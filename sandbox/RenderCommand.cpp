@@ -1,17 +1,19 @@
 #include "sandbox/RenderCommand.h"
 
+#include <QBuffer>
 #include <QColor>
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <cstdio>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "common/Files.h"
 #include "common/NumberText.h"
+#include "common/Printable.h"
 #include "format/Parser.h"
 #include "geo/Angles.h"
 #include "globe/Camera.h"
@@ -20,6 +22,7 @@
 #include "globe/PrintPicture.h"
 #include "globe/SceneExtent.h"
 #include "sandbox/OverlayNotes.h"
+#include "sandbox/PictureFile.h"
 #include "sandbox/SizeText.h"
 
 namespace sandbox {
@@ -152,26 +155,31 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
     return job;
 }
 
+/// One line on standard error, with its place.
+void complain(const std::string& file, std::size_t line, std::string_view text) {
+    std::string place = UTILS::printable(file);
+    if (line != 0) place.append(":").append(std::to_string(line));
+    std::fprintf(stderr, "%s: %s\n", place.c_str(), UTILS::printable(text, UTILS::kLongestShown).c_str());
+}
+
 /// Adds a file's shapes to the scene and prints what is wrong with them. False when there was anything.
 bool load(const QString& file, OverlayScene& scene) {
     std::string text;
     const std::string path = file.toLocal8Bit().toStdString();
     if (const std::string error = UTILS::readFile(path, text); !error.empty()) {
-        std::fprintf(stderr, "%s: %s\n", path.c_str(), error.c_str());
+        complain(path, 0, error);
         return false;
     }
     OverlayScene::Shapes shapes;
     halCore::ZEL::ParseReport report;
     halCore::ZEL::Parser().parse(std::string_view(text), shapes, report);
-    for (const auto& message : report.messages)
-        std::fprintf(stderr, "%s:%zu: %s\n", path.c_str(), message.line, message.text.c_str());
-    if (report.unterminatedBlock > 0)
-        std::fprintf(stderr, "%s:%zu: block without \"end\"\n", path.c_str(), report.unterminatedBlock);
-    if (shapes.empty()) std::fprintf(stderr, "%s: holds no shape\n", path.c_str());
+    for (const auto& message : report.messages) complain(path, message.line, message.text);
+    if (report.unterminatedBlock > 0) complain(path, report.unterminatedBlock, "block without \"end\"");
+    if (shapes.empty()) complain(path, 0, "holds no shape");
     bool good = report.messages.empty() && report.unterminatedBlock == 0 && !shapes.empty();
     const std::string directory = QFileInfo(file).absolutePath().toStdString();
     for (const OverlayNote& note : notesOn(shapes, directory, false)) {
-        std::fprintf(stderr, "%s:%zu: %s\n", path.c_str(), report.shapeLines[note.shape], note.text.c_str());
+        complain(path, report.shapeLines[note.shape], note.text);
         good = good && !note.isFault;
     }
     scene.add(std::move(shapes), std::nullopt, true, directory);
@@ -196,12 +204,8 @@ Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
     return camera;
 }
 
-bool savePicture(const QImage& image, const QString& file) {
-    return !image.isNull() && image.save(file);
-}
-
-/// Vectors, over a picture of what has none.
-bool print(const GlobeFrame& frame, GlobePicture& picture, const QString& file) {
+/// Vectors, over a picture of what has none. \return empty, or why not
+QString print(const GlobeFrame& frame, GlobePicture& picture, const QString& file) {
     const OverlayScene pictures = picturesOf(frame.overlays);
     QImage ground;
     if (frame.backdrop.earth || !pictures.entries().empty())
@@ -212,8 +216,10 @@ bool print(const GlobeFrame& frame, GlobePicture& picture, const QString& file) 
                                .overlays = pictures,
                                .platforms = frame.platforms,
                                .screenTexts = frame.screenTexts});
-    QSaveFile output(file);
-    return output.open(QIODevice::WriteOnly) && printPicture(frame, ground, output) && output.commit();
+    QByteArray bytes;
+    QBuffer output(&bytes);
+    output.open(QIODevice::WriteOnly);
+    return printPicture(frame, ground, output) ? savePicture(bytes, file) : QString("it could not be drawn");
 }
 
 }  // namespace
@@ -244,8 +250,10 @@ int runRenderCommand(const QStringList& arguments) {
                            .platforms = {},
                            .screenTexts = {}};
     const bool vectors = job.output.endsWith(".svg", Qt::CaseInsensitive);
-    if (!(vectors ? print(frame, picture, job.output) : savePicture(picture.draw(frame), job.output))) {
-        std::fprintf(stderr, "%s cannot be written\n", qPrintable(job.output));
+    const QString problem =
+        vectors ? print(frame, picture, job.output) : savePicture(picture.draw(frame), job.output);
+    if (!problem.isEmpty()) {
+        complain(job.output.toStdString(), 0, "cannot be written: " + problem.toStdString());
         return kNoPicture;
     }
     return good ? kGood : kWithMessages;
