@@ -13,7 +13,7 @@
 #include "sandbox/FirstSteps.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
-#include "sandbox/PictureFile.h"
+#include "sandbox/PictureOutput.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/ViewMenu.h"
 #include "sandbox/services/ContextMenu.h"

@@ -22,7 +22,7 @@
 #include "globe/PrintPicture.h"
 #include "globe/SceneExtent.h"
 #include "sandbox/OverlayNotes.h"
-#include "sandbox/PictureFile.h"
+#include "sandbox/PictureOutput.h"
 #include "sandbox/SizeText.h"
 
 namespace sandbox {

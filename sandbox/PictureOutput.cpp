@@ -1,4 +1,4 @@
-#include "sandbox/PictureFile.h"
+#include "sandbox/PictureOutput.h"
 
 #include <QBuffer>
 #include <QFileInfo>
