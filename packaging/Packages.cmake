@@ -8,6 +8,9 @@ set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL plugin sandbox zel development)
+if(TARGET ogr_ZEL)
+  list(APPEND CPACK_COMPONENTS_ALL gdal)
+endif()
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/packaging/PackageDate.cmake)
 file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "set(ENV{SOURCE_DATE_EPOCH} ${OVERLAYEDITOR_SOURCE_DATE})\n")
@@ -56,6 +59,15 @@ set(CPACK_DEBIAN_ZEL_DESCRIPTION
 ZEL files describe shapes on the globe as plain text. The zel command
 checks them as the host and its overlay editor read them, tells what is
 in them, and writes them in one order and one form.")
+
+set(CPACK_DEBIAN_GDAL_PACKAGE_NAME gdal-driver-zel)
+set(CPACK_DEBIAN_GDAL_PACKAGE_ENHANCES "gdal-bin, qgis, python3-gdal")
+set(CPACK_DEBIAN_GDAL_PACKAGE_SUGGESTS "gdal-bin, zel")
+set(CPACK_DEBIAN_GDAL_DESCRIPTION
+    "ZEL overlay files for GDAL and the programs that use it
+ZEL files describe shapes on the globe as plain text. With this driver
+GDAL reads and writes them, and so do QGIS, ogr2ogr and others: circles
+come back as circles, with their names, sizes and colours.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME overlayeditor-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)

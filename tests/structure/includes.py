@@ -16,6 +16,7 @@ BELOW = {
     "gui": ["common", "geo", "format", "pi", "model", "tools"],
     "plugin": ["common", "geo", "format", "pi", "model", "tools", "gui"],
     "cli": ["common", "geo", "format", "pi", "model"],
+    "gdal": ["common", "geo", "format"],
     "globe": ["common", "geo", "format"],
     "sandbox": ["common", "geo", "format", "pi", "globe"],
 }
