@@ -17,6 +17,8 @@
 namespace UTILS {
 
 std::string reasonOf(int error) {
+    // The system's words for it speak of devices.
+    if (error == ENOSPC) return "the disk is full";
     return std::generic_category().message(error);
 }
 

@@ -70,9 +70,29 @@ void takeOver(const std::string& from, int to) {
     [[maybe_unused]] const int ignored = ::fchmod(to, mode);
 }
 
+/// Gives the file the name `target`, and reads what had it until then. 0 or errno.
+int swapIn(TemporaryFile& file, const std::string& target, std::string& replaced) {
+    constexpr int maxTries = 20;
+    for (int i = 0; i < maxTries; ++i) {
+        const int error = file.exchange(target);
+        if (error == EINVAL || error == ENOSYS) return file.place(target, true);
+        if (error == 0) {
+            if (readFile(file.name(), replaced).empty()) return 0;
+            // What cannot be read is no file that may go.
+            file.exchange(target);
+            return EACCES;
+        }
+        if (error != ENOENT) return error;
+        const int placed = file.place(target, false);
+        if (placed != EEXIST) return placed;
+    }
+    return EBUSY;
+}
+
 /// \param like whose owner, permissions and attributes the new file gets; empty for those of a new one
+/// \param replaced null, or gets what had the name
 std::string writeAndPlace(const std::string& target, std::string_view contents, IfThere ifThere,
-                          const std::string& like) {
+                          const std::string& like, std::string* replaced) {
     const std::string directory = directoryOf(target);
     // Nobody else sees the contents of a private file before it has its mode.
     const mode_t mode = like.empty() ? 0666 : 0600;
@@ -89,7 +109,9 @@ std::string writeAndPlace(const std::string& target, std::string_view contents, 
         error = file->write(contents);
         if (error == 0 && !like.empty()) takeOver(like, file->descriptor());
         if (error == 0) error = file->flush();
-        if (error == 0) error = file->place(target, ifThere == IfThere::Replace);
+        if (error == 0)
+            error = replaced ? swapIn(*file, target, *replaced)
+                             : file->place(target, ifThere == IfThere::Replace);
         if (error == 0) break;
     }
     if (error != 0) return reasonOf(error);
@@ -100,7 +122,8 @@ std::string writeAndPlace(const std::string& target, std::string_view contents, 
     return {};
 }
 
-std::string save(const std::string& path, std::string_view contents, IfThere ifThere, std::string like) {
+std::string save(const std::string& path, std::string_view contents, IfThere ifThere, std::string like,
+                 std::string* replaced = nullptr) {
     if (contents.empty()) return "Nothing to write";
     if (path.empty()) return reasonOf(ENOENT);
     std::string target = path;
@@ -118,13 +141,13 @@ std::string save(const std::string& path, std::string_view contents, IfThere ifT
     } else if (errno != ENOENT) {
         return reasonOf(errno);
     }
-    return writeAndPlace(target, contents, ifThere, like);
+    return writeAndPlace(target, contents, ifThere, like, replaced);
 }
 
 }  // namespace
 
-std::string saveFile(const std::string& path, std::string_view contents) {
-    return save(path, contents, IfThere::Replace, {});
+std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced) {
+    return save(path, contents, IfThere::Replace, {}, replaced);
 }
 
 std::string saveNewFile(const Names& names, std::string_view contents, std::string& path) {

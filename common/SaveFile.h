@@ -11,10 +11,13 @@ namespace UTILS {
 /// meanwhile, the disk holds the old file or the new one, whole. A symbolic link stays, and what it points to
 /// is replaced; another hard link keeps the old file. Permissions and extended attributes are kept, owner and
 /// group as far as the user may. What dead processes left of temporary files there is deleted.
-/// \return an empty text, or why it failed ("No space left on device"); then the old file stands untouched,
+/// \return an empty text, or why it failed ("the disk is full"); then the old file stands untouched,
 ///         and no temporary file is left. Empty contents are refused, as is what is no regular file or may
 ///         not be written.
-std::string saveFile(const std::string& path, std::string_view contents);
+/// \param replaced null, or gets what stood there at the very moment of saving: others may save there, too,
+///        and it may not be what the caller has read before. Empty when nothing stood there, or where the
+///        file system cannot tell.
+std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced = nullptr);
 
 /// The path to try first (0), second (1), ...
 using Names = std::function<std::string(int)>;

@@ -133,6 +133,12 @@ int TemporaryFile::place(const std::string& target, bool replace) {
     return error;
 }
 
+int TemporaryFile::exchange(const std::string& target) {
+    if (name_.empty())
+        if (const int error = makeName_()) return error;
+    return ::renameat2(AT_FDCWD, name_.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0 ? 0 : errno;
+}
+
 void removeAbandonedFiles(const std::string& directory) {
     for (const std::string& name : namesIn(directory)) {
         if (!isOurs(name)) continue;

@@ -32,6 +32,12 @@ class TemporaryFile {
     /// Renames it to `target`, in the same directory. 0 or errno.
     /// \param replace whether a file of that name is replaced; otherwise it is EEXIST
     int place(const std::string& target, bool replace);
+    /// Swaps names with `target`, in the same directory: what stood there has this one's name now, and goes
+    /// with the object. 0 or errno: ENOENT when nothing stands there, EINVAL or ENOSYS where files cannot be
+    /// swapped.
+    int exchange(const std::string& target);
+    /// Whole path; empty while it has none.
+    const std::string& name() const { return name_; }
 
   private:
     TemporaryFile(int fd, std::string directory, std::string name);

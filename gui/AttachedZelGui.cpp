@@ -1,6 +1,9 @@
 #include "gui/AttachedZelGui.h"
 
+#include <utility>
+
 #include "common/Notify.h"
+#include "gui/Captions.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
 
@@ -27,11 +30,8 @@ AttachedZelGui::AttachedZelGui(PIGUI::PICanvas* parent, MouseManager* mouseManag
 
 void AttachedZelGui::setAttachPlatform(unsigned long id) {
     platform_ = id;
-    // A platform's name may hold a tab, which would end the caption.
-    std::string name = id ? Utils::platformName(id) : EMPTY_PLATFORM_NAME;
-    for (char& c : name)
-        if (c == '\t' || c == '\n') c = ' ';
-    check_.setValue(name + kTooltip);
+    check_.setValue(oneLine(id ? Utils::platformName(id) : EMPTY_PLATFORM_NAME) +
+                    (why_.empty() ? kTooltip : "\t" + why_));
     check_.setCheck(id != 0);
 }
 
@@ -41,9 +41,11 @@ void AttachedZelGui::hideDialog() {
     setAttachPlatform(platform_);
 }
 
-void AttachedZelGui::setControlsEnabled(bool enabled) {
+void AttachedZelGui::setControlsEnabled(bool enabled, const std::string& why) {
+    const std::string tooltip = enabled ? std::string() : why;
     check_.setEnabled(enabled);
     if (!enabled) hideDialog();
+    if (std::exchange(why_, tooltip) != tooltip) setAttachPlatform(platform_);
 }
 
 void AttachedZelGui::refreshPlatformList() {

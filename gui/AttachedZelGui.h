@@ -28,8 +28,8 @@ class AttachedZelGui {
     void reset() { setAttachPlatform(0); }
     void refreshPlatformList();
     bool centerOnHost() const { return platforms_.centerOnHost(); }
-    /// Disabling also ends choosing a platform.
-    void setControlsEnabled(bool enabled);
+    /// Disabling also ends choosing a platform. \param why not, shown as the tooltip
+    void setControlsEnabled(bool enabled, const std::string& why);
     /// Ends choosing a platform without a choice.
     void hideDialog();
 
@@ -39,6 +39,8 @@ class AttachedZelGui {
   private:
     FunctorTwoParams__* change_;
     unsigned long platform_ = 0;
+    /// Why the row cannot be used, empty when it can.
+    std::string why_;
     CallbackList<AttachedZelGui> callbacks_{this};
     PIGUI::PILabel caption_;
     PIGUI::PICheckButton check_;

@@ -14,4 +14,10 @@ std::string tooltipOf(const std::string& caption) {
     return caption.substr(std::min(caption.find('\t'), caption.size()));
 }
 
+std::string oneLine(std::string name) {
+    for (char& c : name)
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = ' ';
+    return name;
+}
+
 }  // namespace OverlayEditor

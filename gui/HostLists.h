@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "pi/PIWidgets.h"
+
 namespace OverlayEditor {
 
 /// List items carry platform ids where other items carry pointers.
@@ -10,6 +12,14 @@ inline void* itemData(std::uint64_t id) {
 }
 inline std::uint64_t idOfItem(const void* data) {
     return reinterpret_cast<std::uintptr_t>(data);
+}
+
+/// So many rows of a list to choose from are seen at once.
+inline constexpr std::int32_t kRowsOfSelection = 10;
+
+/// Where there is no choice the item is selected.
+inline void selectOnlyItem(PIGUI::PIList& list) {
+    if (list.getNumItems() == 1) list.setSelectedItem(0);
 }
 
 }  // namespace OverlayEditor

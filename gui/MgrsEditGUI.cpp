@@ -34,10 +34,11 @@ MgrsEditGUI::MgrsEditGUI(PanelBody& panel)
       alt_(panel, "Alt:\tAltitude in specified units", ValueUnitEntry::Quantity::Altitude) {}
 
 void MgrsEditGUI::setPosition(const halCore::Vec3& lla) {
+    const Texts before = reference_();
     position_ = lla;
     referenceEdited_ = false;
     alt_.setValue(lla.alt());
-    showReference_();
+    if (!isRefused_() || reference_() != before) showReference_();
 }
 
 std::optional<halCore::Vec3> MgrsEditGUI::edited() const {
@@ -55,20 +56,30 @@ MgrsEditGUI::Texts MgrsEditGUI::reference_() const {
 
 void MgrsEditGUI::showReference_() {
     const Texts shown = reference_();
+    square_.refused().forget();
+    numbers_.refused().forget();
     square_.setText(shown.square);
     numbers_.setText(shown.numbers);
 }
 
-bool MgrsEditGUI::takeReference_() {
+bool MgrsEditGUI::takeReference_(TextRow& edited) {
     const Texts typed{square_.text(), numbers_.text()};
-    if (typed == reference_()) return false;
-    halCore::Vec3 lla = edited().value_or(position_);
+    if (typed == reference_() || edited.refused().is(edited.text())) {
+        showReference_();
+        return false;
+    }
+    halCore::Vec3 lla = this->edited().value_or(position_);
     const std::string error = read_(typed, lla);
-    if (error.empty())
+    if (error.empty()) {
         setPosition(lla);
-    else
+    } else {
+        const Texts shown = reference_();
         halNotify::notify(halNotify::Warning)
-            << "MGRS \"" << typed.square << " " << typed.numbers << "\": " << error;
+            << "MGRS \"" << typed.square << " " << typed.numbers << "\": " << error
+            << "; understood are \"4Q FJ\" and \"12345 67890\"; still " << shown.square << " "
+            << shown.numbers;
+        if (edited.refused().keep(edited.text())) return false;
+    }
     showReference_();
     referenceEdited_ = referenceEdited_ || error.empty();
     return error.empty();

@@ -25,11 +25,13 @@ class MgrsEditGUI final : public PointEditor {
             : Row(panel, caption, PIGUI::PITextFieldNormal, unit), editor_(editor) {}
         std::string text() const { return field_.getValueText(); }
         void setText(const std::string& text) { field_.setValue(text); }
+        RefusedText& refused() { return refused_; }
 
       private:
-        bool takeEdit_() override { return editor_.takeReference_(); }
+        bool takeEdit_() override { return editor_.takeReference_(*this); }
 
         MgrsEditGUI& editor_;
+        RefusedText refused_{field_};
     };
     /// What the two fields hold.
     struct Texts {
@@ -39,9 +41,10 @@ class MgrsEditGUI final : public PointEditor {
     };
 
     std::array<Row*, 3> rows_() override { return {&square_, &numbers_, &alt_}; }
-    /// One of the two fields was edited. Text that denotes no place is reported, and the fields show the
-    /// position again. \return whether it is a new place
-    bool takeReference_();
+    /// One of the two fields was edited. Text that denotes no place is reported, and refused.
+    /// \return whether it is a new place
+    bool takeReference_(TextRow& edited);
+    bool isRefused_() { return square_.refused().stands() || numbers_.refused().stands(); }
     /// Of the position; empty where there are no references.
     Texts reference_() const;
     void showReference_();

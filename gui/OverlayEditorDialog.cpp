@@ -8,6 +8,7 @@
 #include "common/Strings.h"
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
+#include "gui/Captions.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/ShapePlace.h"
 #include "pi/Guard.h"
@@ -20,6 +21,9 @@ namespace {
 constexpr std::int32_t kFollowToolMilliseconds = 1000;
 constexpr double kNearestRangeMeters = 5000.0;
 constexpr double kFarthestRangeMeters = 7.0e6;
+constexpr const char* kFileCaption = "File:\tCurrently loaded ZEL file";
+constexpr const char* kRecover = "Recover\tLoad the rescue file with the shapes that were not saved";
+constexpr const char* kDiscard = "Discard\tGive up the shapes that are not saved";
 
 }  // namespace
 
@@ -42,6 +46,7 @@ class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver
     void removedZEL(void* zel) override {
         guarded("removedZEL", 0, [&] {
             dialog_.document_.overlayRemoved(zel);
+            std::erase(dialog_.toLoad_, zel);
             return 0;
         });
         changed_->Call(nullptr, nullptr);
@@ -63,9 +68,11 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
           std::make_unique<OverlayCloseObserver>(callbacks_.make(&OverlayEditorDialog::onCmdDismiss))),
       zelObserver_(std::make_unique<ZelObserver>(*this)),
       box_(nullptr, "Overlay Editor"),
-      widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)) {
+      widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)),
+      refusedName_(std::make_unique<RefusedText>(widgets_->name)) {
     box_.registerCloseObserver(closeObserver_.get());
     PIHALVIS::registerZELObserver(zelObserver_.get());
+    updateAttachControls_();
 }
 
 OverlayEditorDialog::~OverlayEditorDialog() {
@@ -80,7 +87,10 @@ OverlayEditorDialog::~OverlayEditorDialog() {
 }
 
 void OverlayEditorDialog::show() {
+    const bool open = editing_ && box_.shown();
     box_.show();
+    // It comes to the front; drawing and picking go on.
+    if (open) return;
     setShowEditing_(true);
 }
 
@@ -160,6 +170,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
             shape->fillGui();
         }
     }
+    refusedName_->forget();
     widgets_->name.setValue(shape ? shape->name() : std::string());
     widgets_->name.setEnabled(shape != nullptr);
     updateAttachControls_();
@@ -177,7 +188,9 @@ void OverlayEditorDialog::updateListManipulationButtons_() {
     const bool selected = widgets_->list.getSelectedItem() >= 0;
     widgets_->center.setEnabled(selected);
     widgets_->remove.setEnabled(selected);
-    widgets_->removeAll.setEnabled(widgets_->list.getNumItems() > 0);
+    const bool any = widgets_->list.getNumItems() > 0;
+    widgets_->removeAll.setEnabled(any);
+    widgets_->fresh.setEnabled(any || !document_.fileName().empty());
 }
 
 int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
@@ -213,10 +226,33 @@ int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
-    if (!document_.rescue()) return 1;
+    if (rescued_()) clear_();
+    return 1;
+}
+
+void OverlayEditorDialog::clear_() {
     giveUpShapes_();
     document_.clear();
     showDocument_();
+}
+
+bool OverlayEditorDialog::rescued_() {
+    const std::string before = document_.rescueFile();
+    const bool rescued = document_.rescue();
+    if (!rescued)
+        widgets_->messages.offer(kDiscard);
+    else if (document_.rescueFile() != before)
+        widgets_->messages.offer(kRecover);
+    answer_ = rescued ? Answer::Recover : Answer::Discard;
+    return rescued;
+}
+
+int OverlayEditorDialog::onCmdAnswer(PIObject*, void*) {
+    widgets_->messages.clear();
+    if (answer_ == Answer::Recover)
+        loadOverlay_(document_.readFile(document_.rescueFile()));
+    else
+        clear_();
     return 1;
 }
 
@@ -277,8 +313,8 @@ void OverlayEditorDialog::updateMouseControls_() {
     widgets_->stop.setEnabled(usable);
     widgets_->edit.setCheck(drawing);
     widgets_->stop.setCheck(usable && !drawing);
-    // The panel of a shape without a tool makes changes, too.
-    if (usable || shape) PICommon::createTimeout(timeout_, kFollowToolMilliseconds, onTimeoutCallback_);
+    // Others may write the file at any time, and what is said is not to stand for ever.
+    PICommon::createTimeout(timeout_, kFollowToolMilliseconds, onTimeoutCallback_);
 }
 
 int OverlayEditorDialog::onTimeout(PIObject*, void*) {
@@ -287,15 +323,26 @@ int OverlayEditorDialog::onTimeout(PIObject*, void*) {
     return followTool_->Call(nullptr, nullptr);
 }
 
+void OverlayEditorDialog::hear(halNotify::Severity severity, const std::string& text) {
+    widgets_->messages.hear(severity, text);
+}
+
 int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
     Shape* const shape = current_();
     if (!shape) return 1;
     const std::string name = widgets_->name.getValueText();
     if (UTILS::trimmed(name).empty()) {
-        halNotify::notify(halNotify::Warning) << "A shape needs a name";
-        widgets_->name.setValue(shape->name());
+        const bool again = refusedName_->is(name);
+        if (!again)
+            halNotify::notify(halNotify::Warning)
+                << "A shape needs a name; still \"" << shape->name() << "\"";
+        if (again || !refusedName_->keep(name)) {
+            refusedName_->forget();
+            widgets_->name.setValue(shape->name());
+        }
         return 1;
     }
+    refusedName_->forget();
     shape->setName(name);
     if (const std::int32_t item = itemOf_(shape); item >= 0) widgets_->list.setItemText(item, name);
     updateSavedMark_();
@@ -338,10 +385,9 @@ int OverlayEditorDialog::onCmdRangeUnits(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdPrecision(PIObject*, void*) {
-    preferences_->setPrecision(widgets_->precision.getValueInt());
-    // Beyond what can be shown the preferences keep their limit.
-    if (widgets_->precision.getValueInt() != preferences_->precision())
-        widgets_->precision.setValue(preferences_->precision());
+    const auto digits = widgets_->digits.take();
+    if (!digits) return 1;
+    preferences_->setPrecision(*digits);
     notifyPrefsUpdate_();
     return 1;
 }
@@ -368,11 +414,15 @@ int OverlayEditorDialog::onCmdDismiss(PIObject*, void*) {
 void OverlayEditorDialog::updateAttachControls_() {
     const Shape* const shape = current_();
     const bool canAttach = (shape && shape->canAttach()) || document_.attachment().holdsOffsets();
-    widgets_->attach.setControlsEnabled(canAttach || overlay_->attachedPlatformId() != 0);
+    widgets_->attach.setControlsEnabled(canAttach || overlay_->attachedPlatformId() != 0,
+                                        shape ? "A shape of this kind cannot be attached: select another one"
+                                              : "Select a shape first: it is attached with all the others");
 }
 
 void OverlayEditorDialog::showDocument_() {
     widgets_->file.setValue(document_.fileName());
+    widgets_->fileCaption.setValue(
+        kFileCaption + (document_.fileName().empty() ? std::string() : ": " + oneLine(document_.fileName())));
     widgets_->save.setEnabled(!document_.fileName().empty());
     widgets_->attach.setAttachPlatform(overlay_->attachedPlatformId());
     updateAttachControls_();
@@ -391,6 +441,7 @@ int OverlayEditorDialog::onCmdAttach(PIObject*, void* data) {
 }
 
 int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
+    widgets_->messages.tick();
     updateMouseControls_();
     return 1;
 }

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "common/Notify.h"
 #include "geo/UnitTypes.h"
+#include "gui/RefusedText.h"
 #include "gui/SelectExistingZELDialog.h"
 #include "model/Document.h"
 #include "model/Preferences.h"
@@ -32,6 +34,7 @@ class OverlayEditorDialog {
 
     virtual void show();
     virtual void hide();
+    bool shown() const { return editing_ && box_.shown(); }
     void setIcon(const PIGUI::PIIcon& icon) { box_.setIcon(icon); }
     /// Told of every overlay that was saved; null for nobody.
     void setServiceInterface(PluginClient::Interfaces::OverlayEditorInterface* service) {
@@ -40,8 +43,11 @@ class OverlayEditorDialog {
 
     /// Gives up the shapes that are held and takes these, with their ownership.
     void setCurrentShapes(const std::vector<Shape*>& shapes);
-    /// Takes overlays that the host has loaded into the editor, one after the other.
+    /// Takes overlays that the host has loaded into the editor, one after the other: the last one is edited.
     void loadZels(const std::vector<void*>& overlays);
+
+    /// What the editor has to say is shown at the dialog's lower edge.
+    void hear(halNotify::Severity severity, const std::string& text);
 
     void scenarioEntityRemoved(unsigned long id);
     void scenarioZELsChanged();
@@ -50,6 +56,7 @@ class OverlayEditorDialog {
     int onCmdCurrentShapeSelection(PIObject* sender, void* data);
     int onCmdCenter(PIObject* sender, void* data);
     int onCmdDelete(PIObject* sender, void* data);
+    int onCmdAnswer(PIObject* sender, void* data);
     int onCmdClear(PIObject* sender, void* data);
     int onCmdLoadOverlay(PIObject* sender, void* data);
     /// \param data the platform's id (unsigned long*), null to detach
@@ -107,6 +114,9 @@ class OverlayEditorDialog {
     void saveZel_(const std::string& fileName);
     /// Says whether there is something to save.
     void updateSavedMark_();
+    /// What is not saved is kept, and the user offered to go back. \return false when it could not be
+    bool rescued_();
+    void clear_();
     /// Nothing of the shapes is shown, listed or drawn any more: they are about to go.
     void giveUpShapes_();
     /// The row can be used when there is something to attach, or to detach.
@@ -121,7 +131,12 @@ class OverlayEditorDialog {
     PluginClient::Interfaces::OverlayEditorInterface* service_ = nullptr;
 
     Document document_;
+    /// Overlays that wait for loadZels, and that the host still has.
+    std::vector<void*> toLoad_;
     Shape* currentShape_ = nullptr;
+    /// What the button behind the message does.
+    enum class Answer { Recover, Discard };
+    Answer answer_ = Answer::Recover;
     int nameCounter_ = 1;
     bool editing_ = false;
     PICommon::Timeout timeout_;
@@ -134,6 +149,7 @@ class OverlayEditorDialog {
     std::unique_ptr<ZelObserver> zelObserver_;
     PIGUI::PIDialogBox box_;
     std::unique_ptr<Widgets> widgets_;
+    std::unique_ptr<RefusedText> refusedName_;
     /// Made when it is first asked for.
     std::unique_ptr<SelectExistingZELDialog> existingZels_;
 };

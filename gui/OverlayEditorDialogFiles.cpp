@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 
 #include "common/Files.h"
 #include "common/Notify.h"
@@ -39,7 +40,21 @@ int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
-    for (void* const zel : zels) loadOverlay_(document_.readOverlay(zel));
+    toLoad_ = zels;
+    std::vector<std::string> names;
+    // While the host serves the first ones it may unload others.
+    while (!toLoad_.empty()) {
+        void* const zel = toLoad_.front();
+        toLoad_.erase(toLoad_.begin());
+        names.push_back(PIHALVIS::getZELFilename(zel));
+        loadOverlay_(document_.readOverlay(zel));
+    }
+    if (names.size() < 2) return;
+    std::erase(names, document_.fileName());
+    std::string others;
+    for (const std::string& name : names) others.append(others.empty() ? "" : ", ").append(name);
+    halNotify::notify(halNotify::Warning)
+        << "One overlay is edited at a time: " << document_.fileName() << ", and not " << others;
 }
 
 int OverlayEditorDialog::onCmdLoadExisting(PIObject*, void*) {
@@ -63,7 +78,7 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::loadOverlay_(Document::Reading reading) {
-    if (!reading.loaded.error.empty() || !document_.rescue()) return;
+    if (!reading.loaded.error.empty() || !rescued_()) return;
     giveUpShapes_();
     document_.take(std::move(reading));
     fillList_();
@@ -79,7 +94,9 @@ int OverlayEditorDialog::onCmdSave(PIObject*, void*) {
 
 int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
     const std::string fileName = PICommon::showFileSaveDialog(saveRequest());
-    if (!fileName.empty()) saveZel_(fileName);
+    if (fileName.empty()) return 1;
+    // Hosts differ in whether they have appended it.
+    saveZel_(std::filesystem::path(fileName).has_extension() ? fileName : fileName + ".zel");
     return 1;
 }
 
@@ -90,7 +107,7 @@ void OverlayEditorDialog::saveZel_(const std::string& fileName) {
 }
 
 void OverlayEditorDialog::updateSavedMark_() {
-    widgets_->changes.updateValue(document_.isSaved() ? "None" : "Not saved");
+    widgets_->changes.updateValue(document_.changes());
 }
 
 // The manual

@@ -1,11 +1,20 @@
 #include "gui/OverlayEditorDialogWidgets.h"
 
+#include "geo/TspiUnitsProviderAdapter.h"
+
 namespace OverlayEditor {
 
 namespace {
 
 constexpr std::uint32_t kFill = PIGUI::PILayoutFillX | PIGUI::PILayoutFillY;
 constexpr const char* kAutoDelete = "\tDelete any ZEL files that were automatically created on exit";
+
+/// "Easting/Northing:"
+constexpr std::int32_t kCaptionLetters = 18;
+/// A rectangle's.
+constexpr std::int32_t kPanelRows = 16;
+/// Of a list of points.
+constexpr std::int32_t kPanelLetters = 62;
 
 }  // namespace
 
@@ -23,7 +32,11 @@ OverlayEditorDialog::UnitsMenu::UnitsMenu(PIGUI::PICanvas& table, const std::str
 OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks,
                                       MouseManager* mouseManager, const Preferences& preferences,
                                       const std::vector<Shape*>& prototypes)
-    : listGroup(&box, "All Shapes", kFill),
+    : columns(&box, kFill),
+      left(&columns, kFill),
+      right(&columns, kFill),
+
+      listGroup(&left, "All Shapes", kFill),
       list(&listGroup, PIGUI::PIListSingle),
       listButtons(&listGroup, PIGUI::PILayoutFillX),
       center(&listButtons, "Center\tCenter on the selected ZEL in HALVIS",
@@ -33,12 +46,15 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       removeAll(&listButtons, "Delete All\tRemove all shapes",
                 callbacks.make(&OverlayEditorDialog::onCmdClear)),
 
-      generalGroup(&box, "General Options"),
+      generalGroup(&left, "General Options"),
       general(&generalGroup, 3),
       fileCaption(&general, "File:\tCurrently loaded ZEL file"),
       file(&general, PIGUI::PITextFieldReadOnly, nullptr),
-      load(&general, "...\tLoad a ZEL file from file system to edit",
+      fileButtons(&general),
+      load(&fileButtons, "...\tLoad a ZEL file from file system to edit",
            callbacks.make(&OverlayEditorDialog::onCmdLoadOverlay)),
+      fresh(&fileButtons, "New\tGive up the overlay and begin an empty one",
+            callbacks.make(&OverlayEditorDialog::onCmdClear)),
       changesCaption(&general, "Changes:\tWhether the shapes are in the file as they are here"),
       changes(&general, "None"),
       changesFiller(&general, ""),
@@ -48,7 +64,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       autoDelete(&general, kAutoDelete, callbacks.make(&OverlayEditorDialog::onCmdAutoDelete)),
       autoDeleteFiller(&general, ""),
 
-      shapeGroup(&box, "Shape Controls"),
+      shapeGroup(&right, "Shape Controls"),
       shapeControls(&shapeGroup, 2),
       shapeCaption(&shapeControls, "Shape:\tSelect a shape to add it"),
       shape(&shapeControls, "\tSelect a shape to add it",
@@ -63,7 +79,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       name(&shapeControls, PIGUI::PITextFieldNormal, callbacks.make(&OverlayEditorDialog::onCmdShapeName)),
       panelArea(&shapeGroup, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
 
-      unitsGroup(&box, "Units"),
+      unitsGroup(&left, "Units"),
       units(&unitsGroup, 4),
       lla(units, "LLA:\tGeodetic units for all latitude and longitude fields", UTILS::geodeticUnitTypes(),
           preferences.geodeticUnits(), callbacks.make(&OverlayEditorDialog::onCmdLlaUnits)),
@@ -75,11 +91,15 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
             preferences.rangeUnits(), callbacks.make(&OverlayEditorDialog::onCmdRangeUnits)),
       precisionCaption(&units, "Prec:\tDecimal points to use for precision"),
       precision(&units, PIGUI::PISpinnerNormal, callbacks.make(&OverlayEditorDialog::onCmdPrecision)),
+      digits(precision, "Prec", 0, UTILS::TspiUnitsProviderAdapter::kMaxPrecision),
       systemCaption(&units, "Pos:\tCoordinate system for all position fields"),
       system(&units, "\tCoordinate system for all position fields",
              callbacks.make(&OverlayEditorDialog::onCmdCoordinateSystem)),
 
-      buttons(&box, PIGUI::PILayoutFillX),
+      foot(&box, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
+      footColumn(&foot, PIGUI::PILayoutFillX),
+      messages(&footColumn, callbacks.make(&OverlayEditorDialog::onCmdAnswer)),
+      buttons(&footColumn, PIGUI::PILayoutFillX),
       loadExisting(&buttons, "Load HALVIS...\tLoad a ZEL file currently loaded in HALVIS",
                    callbacks.make(&OverlayEditorDialog::onCmdLoadExisting)),
       save(&buttons, "Save\tSave the current shapes to the current ZEL file and reload it in HALVIS",
@@ -94,18 +114,21 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     std::int32_t index = 0;
     for (const Shape* prototype : prototypes) shape.appendOption(++index, prototype->name());
     shape.setValue(0);
-    precision.setValue(preferences.precision());
+    digits.show(preferences.precision());
     for (const auto choice : {Preferences::LLA, Preferences::MGRS})
         system.appendOption(choice, preferences.getStringFromSystem(choice));
     system.setValue(preferences.coordinateSystem());
+    // Widest of what can stand there, so that nothing moves from shape to shape.
+    shapeCaption.setRoom(kCaptionLetters, 1);
+    panelArea.setRoom(kPanelLetters, kPanelRows);
+    changes.setRoom(0, 1);
     name.disable();
-    attach.setControlsEnabled(false);
     // The first uncheck makes a button a toggle button.
     for (PIGUI::PIButton* toggle : {&edit, &stop}) {
         toggle->uncheck();
         toggle->disable();
     }
-    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &save}) button->disable();
+    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &fresh, &save}) button->disable();
 }
 
 }  // namespace OverlayEditor

@@ -3,7 +3,9 @@
 #include <span>
 
 #include "gui/AttachedZelGui.h"
+#include "gui/MessageBoard.h"
 #include "gui/OverlayEditorDialog.h"
+#include "gui/WholeNumber.h"
 
 namespace OverlayEditor {
 
@@ -21,6 +23,11 @@ struct OverlayEditorDialog::Widgets {
     Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks, MouseManager* mouseManager,
             const Preferences& preferences, const std::vector<Shape*>& prototypes);
 
+    /// Two columns, so that the whole is seen on a laptop's screen, and the place of the panel is kept.
+    PIGUI::PIHorizontalFrame columns;
+    PIGUI::PICanvas left;
+    PIGUI::PICanvas right;
+
     PIGUI::PIGroupBox listGroup;
     PIGUI::PIList list;
     PIGUI::PIHorizontalFrame listButtons;
@@ -32,7 +39,9 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PIHorizontalMatrix general;
     PIGUI::PILabel fileCaption;
     PIGUI::PITextField file;
+    PIGUI::PIHorizontalFrame fileButtons;
     PIGUI::PIButton load;
+    PIGUI::PIButton fresh;
     PIGUI::PILabel changesCaption;
     PIGUI::PILabel changes;
     PIGUI::PILabel changesFiller;
@@ -62,9 +71,14 @@ struct OverlayEditorDialog::Widgets {
     UnitsMenu range;
     PIGUI::PILabel precisionCaption;
     PIGUI::PISpinner precision;
+    WholeNumber digits;
     PIGUI::PILabel systemCaption;
     PIGUI::PIOptionMenu system;
 
+    /// One row of a column, as hosts keep a row that comes last in sight.
+    PIGUI::PIHorizontalFrame foot;
+    PIGUI::PICanvas footColumn;
+    MessageBoard messages;
     PIGUI::PIHorizontalFrame buttons;
     PIGUI::PIButton loadExisting;
     PIGUI::PIButton save;

@@ -1,9 +1,14 @@
 #include "gui/PanelRows.h"
 
-#include "common/Notify.h"
 #include "gui/Captions.h"
 
 namespace OverlayEditor {
+
+namespace {
+
+constexpr int kMost = 9999;
+
+}  // namespace
 
 CheckRow::CheckRow(PanelBody& panel, const std::string& caption)
     : PanelRow(panel, caption, tooltipOf(caption), "") {}
@@ -19,22 +24,17 @@ bool CheckRow::takeEdit_() {
 }
 
 NumberRow::NumberRow(PanelBody& panel, const std::string& caption, const std::string& unit, int least)
-    : PanelRow(panel, caption, PIGUI::PISpinnerNormal, unit), name_(captionName(caption)), least_(least) {}
+    : panel_(panel),
+      caption_(panel.table(), caption),
+      pair_(panel.table()),
+      field_(&pair_, PIGUI::PISpinnerNormal, callbacks_.make(&NumberRow::onCmdEdit)),
+      unit_(&pair_, unit),
+      filler_(panel.table(), ""),
+      number_(field_, captionName(caption), least, kMost) {}
 
-void NumberRow::setValue(int value) {
-    value_ = value;
-    field_.setValue(value);
-}
-
-bool NumberRow::takeEdit_() {
-    const int typed = field_.getValueInt();
-    if (typed < least_) {
-        halNotify::notify(halNotify::Warning) << name_ << ": " << typed << " is less than " << least_;
-        field_.setValue(value_);
-        return false;
-    }
-    value_ = typed;
-    return true;
+int NumberRow::onCmdEdit(PIObject*, void*) {
+    if (number_.take()) panel_.onCmdChange();
+    return 1;
 }
 
 ColorRow::ColorRow(PanelBody& panel, const std::string& caption)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "gui/PanelBody.h"
+#include "gui/WholeNumber.h"
 
 namespace OverlayEditor {
 
@@ -21,8 +22,14 @@ class PanelRow {
         unit_.setShown(shown);
     }
     void setEnabled(bool enabled) { field_.setEnabled(enabled); }
+    /// Keeps room for the longest unit behind the fields of the table, so that these do not change their
+    /// width.
+    void setUnitRoom() { unit_.setRoom(kUnitLetters, 1); }
 
   private:
+    /// "deg:min:sec NSEW"
+    static constexpr std::int32_t kUnitLetters = 17;
+
     PanelBody& panel_;
     CallbackList<PanelRow> callbacks_{this};
     PIGUI::PILabel caption_;
@@ -63,20 +70,29 @@ class CheckRow final : public PanelRow<PIGUI::PICheckButton> {
 };
 
 /// A whole number. Unless it is edited it answers what was set, also what the widget cannot show.
-class NumberRow final : public PanelRow<PIGUI::PISpinner> {
+class NumberRow {
   public:
     /// \param unit what stands behind the number
     /// \param least a smaller number is refused with a message
     NumberRow(PanelBody& panel, const std::string& caption, const std::string& unit, int least);
-    void setValue(int value);
-    int value() const { return value_; }
+    ~NumberRow() { callbacks_.disconnect(); }
+    NumberRow(const NumberRow&) = delete;
+    NumberRow& operator=(const NumberRow&) = delete;
+    void setValue(int value) { number_.show(value); }
+    int value() const { return number_.value(); }
 
   private:
-    bool takeEdit_() override;
+    int onCmdEdit(PIObject* sender, void* data);
 
-    std::string name_;
-    int least_;
-    int value_ = 0;
+    PanelBody& panel_;
+    CallbackList<NumberRow> callbacks_{this};
+    PIGUI::PILabel caption_;
+    /// The unit stands by its number, not at the end of the row.
+    PIGUI::PIHorizontalFrame pair_;
+    PIGUI::PISpinner field_;
+    PIGUI::PILabel unit_;
+    PIGUI::PILabel filler_;
+    WholeNumber number_;
 };
 
 /// A colour with its transparency: red in the top byte, alpha in the lowest.
@@ -169,7 +185,9 @@ template <typename Panel>
 class PanelOf : public Panel, public PanelBody {
   public:
     PanelOf(const Preferences& preferences, PIGUI::PICanvas& canvas, PanelChange change)
-        : PanelBody(preferences, canvas, std::move(change)) {}
+        : PanelBody(preferences, canvas, std::move(change)) {
+        draw_.setUnitRoom();
+    }
 
     void setDrawCheck(bool drawn) override { draw_.setValue(drawn); }
     bool drawCheck() const override { return draw_.value(); }

@@ -1,5 +1,6 @@
 #include "gui/SelectExistingZELDialog.h"
 
+#include "gui/Captions.h"
 #include "gui/HostLists.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
@@ -25,7 +26,13 @@ SelectExistingZELDialog::SelectExistingZELDialog(FunctorTwoParams__* onOk)
       buttons_(&box_, PIGUI::PILayoutFillX),
       ok_(&buttons_, "OK\tLoad the selected existing ZEL", onOk),
       refresh_(&buttons_, "Refresh\tUpdate the ZEL list",
-               callbacks_.make(&SelectExistingZELDialog::onCmdRefresh)) {
+               callbacks_.make(&SelectExistingZELDialog::onCmdRefresh)),
+      cancel_(&buttons_, "Cancel\tClose this dialog without a choice",
+              callbacks_.make(&SelectExistingZELDialog::onCmdCancel)) {
+    list_.setRoom(80, kRowsOfSelection);
+    list_.mapFunction(callbacks_.make(&SelectExistingZELDialog::onCmdSelection));
+    list_.setChosenCallback(onOk);
+    ok_.disable();
     PIHALVIS::registerZELObserver(observer_.get());
 }
 
@@ -36,6 +43,8 @@ SelectExistingZELDialog::~SelectExistingZELDialog() {
 
 void SelectExistingZELDialog::show() {
     refreshZELList();
+    selectOnlyItem(list_);
+    ok_.setEnabled(list_.getSelectedItem() >= 0);
     box_.show();
 }
 
@@ -43,7 +52,7 @@ void SelectExistingZELDialog::refreshZELList() {
     std::vector<PIGUI::PIList::Item> items;
     const auto append = [&items](const std::vector<void*>& overlays, const std::string& platform) {
         for (void* const overlay : overlays)
-            items.push_back({PIHALVIS::getZELFilename(overlay) + "\t" + platform, overlay});
+            items.push_back({oneLine(PIHALVIS::getZELFilename(overlay)) + "\t" + oneLine(platform), overlay});
     };
     for (const std::uint64_t platform : PIData::getPlatformList()) {
         const std::vector<void*> overlays = PIHALVIS::getAttachedZELFiles(platform);
@@ -51,6 +60,7 @@ void SelectExistingZELDialog::refreshZELList() {
     }
     append(PIHALVIS::getZELFiles(), "Absolute");
     list_.setItems(std::move(items));
+    ok_.setEnabled(list_.getSelectedItem() >= 0);
 }
 
 int SelectExistingZELDialog::getSelection(std::string& fileName, unsigned long& handle) const {
@@ -63,6 +73,16 @@ int SelectExistingZELDialog::getSelection(std::string& fileName, unsigned long& 
 
 int SelectExistingZELDialog::onCmdRefresh(PIObject*, void*) {
     refreshZELList();
+    return 1;
+}
+
+int SelectExistingZELDialog::onCmdSelection(PIObject*, void*) {
+    ok_.setEnabled(list_.getSelectedItem() >= 0);
+    return 1;
+}
+
+int SelectExistingZELDialog::onCmdCancel(PIObject*, void*) {
+    hide();
     return 1;
 }
 

@@ -24,6 +24,8 @@ class SelectExistingZELDialog {
     int getSelection(std::string& fileName, unsigned long& handle) const;
 
     int onCmdRefresh(PIObject* sender, void* data);
+    int onCmdSelection(PIObject* sender, void* data);
+    int onCmdCancel(PIObject* sender, void* data);
 
   private:
     class ZELEventObserver;
@@ -35,6 +37,7 @@ class SelectExistingZELDialog {
     PIGUI::PIHorizontalFrame buttons_;
     PIGUI::PIButton ok_;
     PIGUI::PIButton refresh_;
+    PIGUI::PIButton cancel_;
 };
 
 }  // namespace OverlayEditor

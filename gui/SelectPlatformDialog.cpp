@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "gui/Captions.h"
 #include "gui/HostLists.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
@@ -54,7 +55,12 @@ SelectPlatformDialog::SelectPlatformDialog(MouseManager* mouseManager, FunctorTw
             callbacks_.make(&SelectPlatformDialog::onCmdPick)),
       refresh_(&buttons_, "Refresh\tUpdate the platform list",
                callbacks_.make(&SelectPlatformDialog::onCmdRefresh)),
-      ok_(&buttons_, "OK\tAttach the current ZEL to the selected platform", onOk) {
+      ok_(&buttons_, "OK\tAttach the current ZEL to the selected platform", onOk),
+      cancel_(&buttons_, "Cancel\tClose this dialog without a choice",
+              callbacks_.make(&SelectPlatformDialog::onCmdClosed)) {
+    list_.setRoom(40, kRowsOfSelection);
+    list_.setChosenCallback(onOk);
+    ok_.disable();
     list_.mapFunction(callbacks_.make(&SelectPlatformDialog::onCmdPlatformList));
     // The first uncheck makes it a toggle button.
     pick_.uncheck();
@@ -69,7 +75,11 @@ SelectPlatformDialog::~SelectPlatformDialog() {
 }
 
 void SelectPlatformDialog::show() {
+    // Moving the shapes is asked for anew each time.
+    centerOnHost_.uncheck();
     refreshPlatformList();
+    selectOnlyItem(list_);
+    ok_.setEnabled(selectedPlatform() != 0);
     box_.show();
     pick_.check();
     onCmdPick(nullptr, nullptr);
@@ -89,7 +99,9 @@ void SelectPlatformDialog::refreshPlatformList() {
     for (const std::uint64_t id : PIData::getPlatformList())
         items.push_back({Utils::platformName(id), itemData(id)});
     std::ranges::stable_sort(items, {}, &PIGUI::PIList::Item::text);
+    for (auto& item : items) item.text = oneLine(std::move(item.text));
     list_.setItems(std::move(items));
+    ok_.setEnabled(selectedPlatform() != 0);
 }
 
 unsigned long SelectPlatformDialog::selectedPlatform() const {
@@ -102,12 +114,15 @@ void SelectPlatformDialog::select_(unsigned long platform) {
         if (idOfItem(list_.getItemData(i)) != platform) continue;
         list_.deselectAll();
         list_.setSelectedItem(i);
+        ok_.enable();
         return;
     }
 }
 
 int SelectPlatformDialog::onCmdPlatformList(PIObject*, void*) {
-    if (const unsigned long platform = selectedPlatform()) select_(platform);
+    const unsigned long platform = selectedPlatform();
+    if (platform) select_(platform);
+    ok_.setEnabled(platform != 0);
     return 1;
 }
 

@@ -64,6 +64,7 @@ class SelectPlatformDialog {
     PIGUI::PIButton pick_;
     PIGUI::PIButton refresh_;
     PIGUI::PIButton ok_;
+    PIGUI::PIButton cancel_;
 };
 
 }  // namespace OverlayEditor

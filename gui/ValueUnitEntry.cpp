@@ -1,5 +1,6 @@
 #include "gui/ValueUnitEntry.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "common/Notify.h"
@@ -44,12 +45,17 @@ ValueUnitEntry::ValueUnitEntry(PanelBody& panel, const std::string& caption, Qua
 }
 
 void ValueUnitEntry::setValue(double value) {
-    value_ = value;
     edited_ = false;
+    // Other fields of the panel were edited: the text waits for its correction.
+    const std::string before = format_();
+    value_ = value;
+    if (refused_.stands() && format_() == before) return;
+    refused_.forget();
     field_.setValue(format_());
 }
 
 void ValueUnitEntry::notifyPrefsUpdate() {
+    refused_.forget();
     unit_.setValue(unitText_());
     field_.setValue(format_());
 }
@@ -57,7 +63,11 @@ void ValueUnitEntry::notifyPrefsUpdate() {
 bool ValueUnitEntry::takeEdit_() {
     const std::string text = field_.getValueText();
     // Left as it was, it keeps the digits that are not shown.
-    if (text == format_()) return false;
+    if (text == format_() || refused_.is(text)) {
+        refused_.forget();
+        field_.setValue(format_());
+        return false;
+    }
     double value = 0.0;
     std::string error;
     if (parse_(text, value, error) == 0) {
@@ -65,16 +75,43 @@ bool ValueUnitEntry::takeEdit_() {
         if (reason.empty() && check_) reason = check_(value);
         if (!reason.empty())
             error.append("Invalid value \"").append(UTILS::excerpt(text)).append("\": ").append(reason);
+    } else if (isWithComma_(text)) {
+        error.replace(error.rfind("\": ") + 3, std::string::npos, "use a point for decimals");
     }
-    const bool taken = error.empty();
-    if (taken) {
-        value_ = value;
-        edited_ = true;
-    } else {
-        halNotify::notify(halNotify::Warning) << name_ << ": " << error;
+    if (!error.empty()) {
+        halNotify::notify(halNotify::Warning)
+            << name_ << ": " << error << "; understood are " << example_() << "; still " << format_();
+        if (!refused_.keep(text)) field_.setValue(format_());
+        return false;
     }
+    value_ = value;
+    edited_ = true;
+    refused_.forget();
     field_.setValue(format_());
-    return taken;
+    return true;
+}
+
+bool ValueUnitEntry::isWithComma_(std::string text) const {
+    if (text.find(',') == std::string::npos) return false;
+    std::ranges::replace(text, ',', '.');
+    double value = 0.0;
+    std::string error;
+    return parse_(text, value, error) == 0;
+}
+
+std::string_view ValueUnitEntry::example_() const {
+    switch (quantity_) {
+        case Quantity::Altitude:
+            return "\"120.5\" and \"300 ft\"";
+        case Quantity::Angle:
+            return "\"45.5\" and \"45 30 0\"";
+        case Quantity::Latitude:
+            return "\"21 18 30 N\" and \"21.5\"";
+        case Quantity::Longitude:
+            return "\"157 30 0 W\" and \"-157.5\"";
+        default:
+            return "\"2.5\" and \"2.5 nm\"";
+    }
 }
 
 std::string ValueUnitEntry::format_() const {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "gui/PanelRows.h"
+#include "gui/RefusedText.h"
 
 namespace OverlayEditor {
 
@@ -34,16 +35,21 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
     void notifyPrefsUpdate() override;
 
   private:
-    /// Text that is no value of this kind is reported, and the field shows its value again.
+    /// Text that is no value of this kind is reported, and refused.
     bool takeEdit_() override;
     std::string format_() const;
     int parse_(const std::string& text, double& value, std::string& error) const;
     std::string unitText_() const;
+    /// Whether the text would be a value, were its commas points.
+    bool isWithComma_(std::string text) const;
+    /// What is understood, for a message.
+    std::string_view example_() const;
 
     const Preferences& preferences_;
     Quantity quantity_;
     Check check_;
     std::string name_;
+    RefusedText refused_{field_};
     double value_ = 0.0;
     bool edited_ = false;
 };

@@ -1,6 +1,7 @@
 #include "model/Document.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <new>
 #include <sstream>
 #include <utility>
@@ -10,8 +11,10 @@
 #include "common/Notify.h"
 #include "common/NumberText.h"
 #include "common/SaveFile.h"
+#include "common/Strings.h"
 #include "common/TemporaryFile.h"
 #include "format/Parser.h"
+#include "format/SerializeToZel.h"
 #include "format/TextBuffer.h"
 #include "model/RescueFile.h"
 #include "model/Utils.h"
@@ -25,15 +28,51 @@ namespace {
 
 /// The host's setting with the directory of the last save.
 constexpr const char* kSaveDirectoryKey = "OverlayEditorSaveDirectory";
+constexpr const char* kSuffix = ".zel";
+
+constexpr std::size_t kMostListed = 20;
 
 /// "a, b, c", and how many more when there are many.
-std::string listed(const std::vector<std::string>& names) {
-    constexpr std::size_t kMost = 20;
+std::string listed(const std::vector<std::string>& names, std::size_t most = kMostListed) {
     std::string list;
-    for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) list += (i ? ", " : "") + names[i];
-    if (names.size() > kMost) list += " and " + std::to_string(names.size() - kMost) + " more";
+    for (std::size_t i = 0; i < std::min(names.size(), most); ++i) list += (i ? ", " : "") + names[i];
+    if (names.size() > most) list.append(" and ").append(std::to_string(names.size() - most)).append(" more");
     return list;
 }
+
+/// Tells what saving loses, a line each. What the reader dropped it has told itself.
+void tellLosses(const std::string& when, const std::vector<halCore::ZEL::ParseMessage>& losses) {
+    std::size_t count = 0;
+    for (const auto& loss : losses) {
+        if (loss.severity != halNotify::Warning || ++count > kMostListed) continue;
+        halNotify::notify(halNotify::Warning) << when << " line " << loss.line << ": " << loss.text;
+    }
+    if (count > kMostListed)
+        halNotify::notify(halNotify::Warning) << when << " " << count - kMostListed << " more lines";
+}
+
+/// What is left of a file of which the last shape was deleted.
+std::string textWithoutShapes() {
+    std::ostringstream text;
+    SerializeToZel::writeHeadTo(text);
+    return std::move(text).str();
+}
+
+/// Copies a file's text to its name with "~", or the next one that is free, and tells so.
+/// \param copy gets that name \return why it could not be written, empty when it was
+std::string copyOldText(const std::string& fileName, const std::string& old, const char* why,
+                        std::string& copy) {
+    copy = fileName + "~";
+    std::string kept;
+    if (!UTILS::readFile(copy, kept).empty() || kept != old) {
+        const auto name = [&](int i) { return fileName + "~" + (i > 0 ? std::to_string(i + 1) : ""); };
+        if (std::string error = UTILS::saveCopy(fileName, name, old, copy); !error.empty()) return error;
+    }
+    halNotify::notify(halNotify::Warning) << "The old " << fileName << " is kept as " << copy << ": " << why;
+    return {};
+}
+
+constexpr const char* kForeign = "somebody else has written it meanwhile";
 
 /// Whether two texts are of the same shapes; line ends and the like do not count.
 bool sameShapes(std::string_view a, std::string_view b) {
@@ -99,12 +138,14 @@ Document::Reading Document::read(std::string_view text, const std::string& fileN
         loaded = loadOverlayText(text, fileName, preferences_, nullptr, 0);
         loaded.offsets.reset();
     }
-    if (!loaded.error.empty() && !loaded.logged)
-        halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << loaded.error;
-    if (loaded.error.empty() && !loaded.leftOut.empty())
-        halNotify::notify(halNotify::Warning)
-            << fileName
-            << " holds what the editor cannot keep and would not save: " << listed(loaded.leftOut);
+    if (loaded.error.empty())
+        tellLosses(fileName + ", when it is saved,", loaded.losses);
+    else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
+        halNotify::notify(halNotify::Error)
+            << "Not loaded: " << fileName << " is no ZEL file, and the editor edits no others";
+    else
+        halNotify::notify(halNotify::Error) << "Not loaded: " << loaded.error << ". " << fileName
+                                            << " stays as it is, and what is edited, too";
     return reading;
 }
 
@@ -122,7 +163,7 @@ Document::Reading Document::readFile(const std::string& fileName) const {
     } catch (const std::bad_alloc&) {
         error = "not enough memory";
     }
-    halNotify::notify(halNotify::Error) << "Could not load " << fileName << ": " << error;
+    halNotify::notify(halNotify::Error) << "Not loaded: " << fileName << ": " << error;
     Reading reading;
     reading.loaded.error = std::move(error);
     return reading;
@@ -134,9 +175,8 @@ Document::Reading Document::readOverlay(void* zel) const {
     if (PIHALVIS::serializeZELToStream(zel, text) != 0) {
         Reading reading;
         reading.loaded.error = "the host gave no text of it";
-        halNotify::notify(halNotify::Error)
-            << "Could not load " << (fileName.empty() ? "the overlay" : fileName) << ": "
-            << reading.loaded.error;
+        halNotify::notify(halNotify::Error) << "Not loaded: " << (fileName.empty() ? "the overlay" : fileName)
+                                            << ": " << reading.loaded.error;
         return reading;
     }
     Reading reading = read(text.view(), fileName, zel);
@@ -254,43 +294,50 @@ bool Document::isSaved() const {
            (overlay_.digest() == 0 || overlay_.attachedPlatformId() == keptPlatform_);
 }
 
-bool Document::keepOldFile_(const std::string& fileName) const {
+std::string Document::changes() const {
+    std::string text = isSaved() ? "None" : "Not saved";
+    const bool any = overlay_.digest() != 0;
+    if (any && overlay_.isKept() && !fileName_.empty() && !knownFile_.isOnDisk())
+        text += UTILS::fileIsFile(fileName_) ? "; somebody else has written the file" : "; the file is gone";
+    if (const unsigned long platform = overlay_.attachedPlatformId(); any && platform != keptPlatform_)
+        text += platform == 0 ? "; offsets become positions"
+                              : "; positions become offsets from " + Utils::platformName(platform);
+    constexpr std::size_t few = 3;
+    if (const auto begun = overlay_.begun(); !begun.empty()) text += "; not complete: " + listed(begun, few);
+    std::vector<std::string> hidden;
+    for (const Shape* shape : overlay_.shapes())
+        if (!shape->shown()) hidden.push_back(shape->name());
+    if (!hidden.empty()) text += "; hidden here, but not in the file: " + listed(hidden, few);
+    return text;
+}
+
+bool Document::keepOldFile_(const std::string& fileName, bool emptied, std::string& old) const {
     // What is no file cannot be replaced; saving tells so.
     if (!UTILS::fileIsFile(fileName)) return true;
-    std::string old;
     if (const std::string error = UTILS::readFile(fileName, old); !error.empty()) {
         halNotify::notify(halNotify::Error)
-            << "Could not save " << fileName << ": what it holds cannot be read, and not be kept: " << error;
+            << "Not saved: what " << fileName << " holds cannot be read, and not be kept: " << error;
         return false;
     }
-    if (old.empty() || savedFile_.is(fileName, old)) return true;
+    if (old.empty() || (emptied ? old == textWithoutShapes() : savedFile_.is(fileName, old))) return true;
     const LoadResult read = tryText(old, preferences_);
     const bool foreign = !knownFile_.is(fileName, old);
     const bool lossy = !read.error.empty() || losesAnything(read.losses);
-    if (!foreign && !lossy) return true;
+    if (!foreign && !lossy && !emptied) return true;
 
-    const char* const why = !foreign                    ? "it holds what the editor cannot keep"
-                            : knownFile_.isOf(fileName) ? "somebody else has written it meanwhile"
-                                                        : "it is not the file that is edited";
-    std::string copy = fileName + "~";
-    std::string kept;
-    if (!UTILS::readFile(copy, kept).empty() || kept != old) {
-        const auto name = [&](int i) { return fileName + "~" + (i > 0 ? std::to_string(i + 1) : ""); };
-        if (const std::string error = UTILS::saveCopy(fileName, name, old, copy); !error.empty()) {
-            halNotify::notify(halNotify::Error)
-                << "Could not save " << fileName << ": " << why << ", and the copy " << copy
-                << " could not be written: " << error;
-            return false;
-        }
+    const char* const why = foreign
+                                ? (knownFile_.isOf(fileName) ? kForeign : "it is not the file that is edited")
+                            : emptied ? "its last shape is deleted"
+                                      : "it holds what the editor cannot keep";
+    std::string copy;
+    if (const std::string error = copyOldText(fileName, old, why, copy); !error.empty()) {
+        halNotify::notify(halNotify::Error)
+            << "Not saved: " << why << ", and the copy " << copy << " could not be written: " << error << ". "
+            << fileName << " is as it was";
+        return false;
     }
-    halNotify::notify(halNotify::Warning) << "The old " << fileName << " is kept as " << copy << ": " << why;
-    if (!lossy) return true;
-    std::vector<std::string> lost;
-    for (const auto& loss : read.losses)
-        if (loss.severity != halNotify::Notice)
-            lost.push_back("line " + std::to_string(loss.line) + ": " + loss.text);
-    halNotify::notify(halNotify::Warning)
-        << "Not in the new " << fileName << ": " << (lost.empty() ? "the old text" : listed(lost));
+    // What was loaded has been told then.
+    if (foreign) tellLosses("Not in the new " + fileName + ":", read.losses);
     return true;
 }
 
@@ -298,19 +345,31 @@ bool Document::save(const std::string& fileName) {
     std::vector<std::string> skipped;
     std::string text;
     std::string error;
+    std::string old;
+    std::string replaced;
+    bool emptied = false;
     try {
         text = overlay_.text(&skipped);
+        emptied = overlay_.shapes().empty() && !fileName.empty() && fileName == fileName_;
+        if (emptied) text = textWithoutShapes();
         // Nothing to write must not even cost an older copy.
-        if (!text.empty() && !keepOldFile_(fileName)) return false;
+        if (!text.empty() && !keepOldFile_(fileName, emptied, old)) return false;
         PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
-        error = text.empty() ? "there is nothing to save" : UTILS::saveFile(fileName, text);
+        error = overlay_.shapes().empty() && !emptied ? "there is no shape"
+                : text.empty()                        ? "no shape is complete"
+                                                      : UTILS::saveFile(fileName, text, &replaced);
     } catch (const std::bad_alloc&) {
-        error = "not enough memory; the file is as it was";
+        error = "not enough memory";
     }
     if (!error.empty()) {
-        halNotify::notify(halNotify::Error) << "Could not save " << fileName << ": " << error;
+        const char* const still = UTILS::fileIsFile(fileName) ? " is as it was" : " is not written";
+        halNotify::notify(halNotify::Error) << "Not saved: " << error << ". " << fileName << still;
         return false;
     }
+    // Written by others after it was looked at.
+    if (std::string copy;
+        !replaced.empty() && replaced != old && !copyOldText(fileName, replaced, kForeign, copy).empty())
+        writeRescueFile(replaced, true);
     fileName_ = fileName;
     savedFile_ = knownFile_ = FileVersion(fileName, text);
     attachment_.forgetOffsets();
@@ -318,11 +377,11 @@ bool Document::save(const std::string& fileName) {
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Not complete, and not in " << fileName << ": " << listed(skipped);
-    reload_();
+    reload_(emptied);
     return true;
 }
 
-void Document::reload_() {
+void Document::reload_(bool emptied) {
     void* const edited = overlay_.zelId();
     // The host may show a file more than once, on several platforms.
     std::vector<void*> showing = overlaysOf(fileName_);
@@ -336,17 +395,21 @@ void Document::reload_() {
     for (void* const other : showing) {
         const std::uint64_t platform = PIHALVIS::getZELHost(other);
         PIHALVIS::unloadZELFile(other);
-        PIHALVIS::loadZELFile(fileName_, platform, 1);
+        if (!emptied) PIHALVIS::loadZELFile(fileName_, platform, 1);
     }
+    if (emptied) return;
     // While it is edited the editor's shapes are drawn in its place.
     overlay_.setZelId(PIHALVIS::loadZELFile(fileName_, overlay_.attachedPlatformId(), editing_ ? 0 : 1));
     if (!overlay_.zelId())
         halNotify::notify(halNotify::Error) << fileName_ << " is saved, but the host could not load it";
 }
 
-bool Document::rescue(Rescue how) const {
-    if (overlay_.digest() != 0 && !isKept_() && !writeRescueFile(overlay_.text(), how == Rescue::AtEnd))
-        return false;
+bool Document::rescue(Rescue how) {
+    if (overlay_.digest() != 0 && !isKept_()) {
+        const std::string file = writeRescueFile(overlay_.text(), how == Rescue::AtEnd);
+        if (file.empty()) return false;
+        rescueFile_ = file;
+    }
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())
         halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << listed(begun);

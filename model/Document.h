@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/Attachment.h"
 #include "model/FileVersion.h"
@@ -56,9 +57,13 @@ class Document {
 
     /// Whether the shapes are in the file as they are here, and nobody else has written or deleted it.
     bool isSaved() const;
+    /// The same in words, with what saving would do that is not to be seen: "None", "Not saved", "Not saved;
+    /// not complete: Circle 3".
+    std::string changes() const;
     /// Writes the file, and has the host show it in place of what it had loaded from it. A file with
     /// something that the editor cannot keep, or that is not as the editor last read or wrote it, is copied
-    /// to its name with "~" first. \return false, with a message, when it was not written: then the old file
+    /// to its name with "~" first. Where the last shape of that very file was deleted it is copied, too, and
+    /// becomes one without shapes. \return false, with a message, when it was not written: then the old file
     /// stands untouched
     bool save(const std::string& fileName);
     enum class Rescue {
@@ -69,7 +74,9 @@ class Document {
     };
     /// Writes shapes that changed since they were loaded or saved to a dated file, and names those that no
     /// file can hold. \return false when they could not be written
-    bool rescue(Rescue how = Rescue::OrKeep) const;
+    bool rescue(Rescue how = Rescue::OrKeep);
+    /// The file of the last rescue, empty when there was none.
+    const std::string& rescueFile() const { return rescueFile_; }
     /// Gives up shapes, file and attachment. Call rescue() first.
     void clear();
 
@@ -90,10 +97,13 @@ class Document {
     /// What the overlay holds is what a file holds now.
     /// \param platform what the file's positions count from
     void keep_(unsigned long platform);
+    /// Copies what must not be lost of a file that is about to be replaced.
+    /// \param emptied whether nothing takes its place \param old gets what it holds, empty for no file
     /// \return false when the file must not be replaced, because there is no copy of it
-    bool keepOldFile_(const std::string& fileName) const;
+    bool keepOldFile_(const std::string& fileName, bool emptied, std::string& old) const;
     /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.
-    void reload_();
+    /// \param emptied whether there is no shape in it that the host could show
+    void reload_(bool emptied);
     void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;
 
     const Preferences& preferences_;
@@ -106,6 +116,7 @@ class Document {
     /// What was saved last: it holds nothing that would be lost.
     FileVersion savedFile_;
     unsigned long keptPlatform_ = 0;
+    std::string rescueFile_;
 };
 
 }  // namespace OverlayEditor

@@ -1,5 +1,8 @@
 #include "model/OverlayFile.h"
 
+#include <algorithm>
+
+#include "common/Notify.h"
 #include "format/MessageSink.h"
 #include "format/SerializeToZel.h"
 #include "model/SerializeToShape.h"
@@ -10,15 +13,21 @@ namespace OverlayEditor {
 
 namespace {
 
-/// What the reader says when it has no report to write to.
-void log(const halCore::ZEL::ParseReport& report) {
+/// What the reader says when it has no report to write to, without drowning what else is said: a file that
+/// is no overlay has something to say about each of its lines.
+void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName) {
+    constexpr std::size_t most = 5;
     const halCore::ZEL::MessageSink sink(nullptr);
-    for (const auto& message : report.messages) {
-        if (message.severity == halNotify::Error)
-            sink.error(message.line, {message.text});
+    const auto& messages = report.messages;
+    for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
+        if (messages[i].severity == halNotify::Error)
+            sink.error(messages[i].line, {messages[i].text});
         else
-            sink.warning(message.line, message.text);
+            sink.warning(messages[i].line, messages[i].text);
     }
+    if (messages.size() > most)
+        halNotify::notify(halNotify::Warning)
+            << sourceName << " has " << messages.size() - most << " more lines that are not understood";
 }
 
 /// Whether saving would write the shape. Lists of points need no trial.
@@ -50,7 +59,7 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     halCore::ZEL::Parser::Shapes read;
     halCore::ZEL::ParseReport report;
     halCore::ZEL::Parser().parse(text, read, report);
-    log(report);
+    log(report, sourceName);
     report.addUnterminatedBlock();
 
     SerializeToShape target(preferences);
@@ -70,7 +79,6 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     }
     if (result.offsets) result.offsets->mixed = absolute;
     result.losses = lossReport(text, read, report, reasons);
-    result.logged = !anyShape;
     if (result.shapes.empty())
         result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";
     return result;

@@ -15,8 +15,6 @@ namespace OverlayEditor {
 struct LoadResult {
     /// Empty when there are shapes; otherwise why there are none.
     std::string error;
-    /// Whether the log says so already.
-    bool logged = false;
     std::vector<std::unique_ptr<Shape>> shapes;
     /// Kind and name of each shape that was read but that the editor cannot hold: latlonaltbox "A".
     std::vector<std::string> leftOut;

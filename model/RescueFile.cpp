@@ -27,7 +27,7 @@ std::string rescueStem() {
 
 }  // namespace
 
-bool writeRescueFile(const std::string& text, bool atEnd) {
+std::string writeRescueFile(const std::string& text, bool atEnd) {
     std::vector<std::string> directories{makeQuickShapeDirectory()};
     if (atEnd) directories.push_back(UTILS::temporaryDirectory());
     const std::string stem = rescueStem();
@@ -41,7 +41,7 @@ bool writeRescueFile(const std::string& text, bool atEnd) {
         const std::string error = UTILS::saveNewFile(name, text, path);
         if (error.empty()) {
             halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
-            return true;
+            return path;
         }
         const bool last = directory == directories.back();
         halNotify::notify(halNotify::Error)
@@ -50,7 +50,7 @@ bool writeRescueFile(const std::string& text, bool atEnd) {
                 : atEnd ? "; they are lost"
                         : "; they stay in the editor");
     }
-    return false;
+    return {};
 }
 
 }  // namespace OverlayEditor

@@ -19,6 +19,20 @@ void callLater(FunctorTwoParams__* callback, const std::int32_t* state) {
                      [callback, kept]() mutable { callback->Call(nullptr, kept ? &*kept : nullptr); });
 }
 
+namespace {
+
+std::uint64_t commands = 0;
+
+}  // namespace
+
+std::uint64_t commandsGiven() {
+    return commands;
+}
+
+void countCommand() {
+    ++commands;
+}
+
 int callbackFailed() noexcept {
     return guarded("Callback of a widget, action or timeout", 0, []() -> int { throw; });
 }

@@ -14,6 +14,10 @@ extern std::vector<FunctorTwoParams__*> g_FunctorList;
 /// Deletes every callback object, front to back, and empties the list; its storage is kept.
 void freeFunctors();
 
+/// How many commands the user has given with widgets: calls with a sender. Timeouts and observers have none.
+std::uint64_t commandsGiven();
+void countCommand();
+
 /// To be called in a catch block: makes a message of what was thrown, and returns the neutral result.
 int callbackFailed() noexcept;
 
@@ -41,6 +45,7 @@ class CustomCallbackFunctor final : public FunctorTwoParams__ {
 
     int operator()(PIObject* sender, void* data) override {
         if (!*object_) return 0;
+        if (sender) countCommand();
         if (!EntryScope::isNested()) {
             const EntryScope scope;
             return call_(sender, data);

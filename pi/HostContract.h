@@ -119,7 +119,8 @@
 //                   buttons of one parent exclude each other
 //   123  colour well POINTER_INT_AND_FUNCTION parent, PIColorWellStyle, callback; its value is the integer
 //                   0xRRGGBBAA, as the bits of the 32-bit integer of 152: opaque red is negative
-//   124  option menu POINTER_STRING_AND_FUNCTION parent, caption, callback; its value is the chosen index
+//   124  option menu POINTER_STRING_AND_FUNCTION parent, caption, callback; its value is the chosen index.
+//                   The user changes it in the opened menu alone: neither wheel nor keys change a closed one.
 //   125  spinner    POINTER_INT_AND_FUNCTION parent, PISpinnerStyle, callback
 //   126  list       POINTER_INT_AND_STRING parent, PIListStyle, column headers separated by tabs; its
 //                   callback (146) is called when the user changes the selection
@@ -145,7 +146,9 @@
 //   163  file dialogs  CATCHALL i[Load | Save | Directory] s title, settings group, settings key, start
 //                   directory, filter rows... -> s chosen path; nothing when cancelled. A filter row is a
 //                   text, a tab, and patterns separated by blanks. The path is remembered under group and
-//                   key. Modal: events and timeouts go on. A save dialog asks before an existing file.
+//                   key. Modal: events and timeouts go on. A save dialog asks before an existing file. It may
+//                   give a name without a suffix that of the first pattern; a plug-in that needs one does so
+//                   otherwise.
 //   901  canvas, 902 horizontal frame, 903 vertical frame  POINTER_AND_OPTS parent, PILayout bits
 //   904  horizontal matrix POINTER_AND_INT parent, columns: filled row by row
 //   905  vertical matrix   POINTER_AND_INT parent, rows: filled column by column
@@ -218,3 +221,15 @@
 //                   menu opens.  CATCHALL i[AddItem], position, enabled p menu, callback s label
 //                   [ui thread, inside menuRequested]
 //   910  redraw     null record. One frame soon, however often it is asked. Returns 1.
+//   911  looks      CATCHALL. What a host may lack: it refuses the number then, and plug-ins do without.
+//                   i[Room], columns, rows p widget: keeps room for so many letters of usual width and so
+//                   many lines, whatever it holds: lines of a label, which takes no more for a longer text
+//                   (with 0 columns: the width that is left) and breaks it when it has several; rows of a
+//                   list; rows of text fields in a container. 0: as the contents need.
+//                   i[Mark], 0 or 1 p text field or spinner: shows that its text is not accepted. While
+//                   marked it calls back also when it is left, or Enter pressed, without a change.
+//                   i[Limits], least, most p spinner: what it takes. A text that is no whole number between
+//                   stays, its callback is called, and 908 tells the text; the number is the one before.
+//                   i[Chosen] p list, callback or null: called when the user double-clicks a row or presses
+//                   Enter on it.
+//                   Returns 1.

@@ -71,6 +71,7 @@ enum class PIServerFunctions_t : std::int32_t {
     WidgetValue = 908,
     ListItems = 909,
     ForceRedraw = 910,
+    WidgetLooks = 911,
 };
 
 /// Selectors: the first integer of the catch-all record of a service number that several operations
@@ -119,5 +120,7 @@ enum class ListItems : std::int64_t {
     SetText = 9,
     GetData = 10,
 };
+
+enum class WidgetLooks : std::int64_t { Room = 0, Mark = 1, Limits = 2, Chosen = 3 };
 
 }  // namespace PISelector

@@ -79,6 +79,14 @@ PITextField::PITextField(PICanvas* parent, std::int32_t style, FunctorTwoParams_
 PISpinner::PISpinner(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_INT_AND_FUNCTION>(Service::CreateSpinner, handleOf(parent), style, callback));
 }
+void PISpinner::setLimits(std::int32_t least, std::int32_t most) {
+    if (!handle()) return;
+    CatchallCall(Service::WidgetLooks, PISelector::WidgetLooks::Limits)
+        .integer(least)
+        .integer(most)
+        .pointer(handle())
+        .perform();
+}
 PIColorWell::PIColorWell(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_INT_AND_FUNCTION>(Service::CreateColorWell, handleOf(parent), style,
                                                   callback));
@@ -166,6 +174,13 @@ void* PIList::getItemData(std::int32_t index) const {
     auto call = items(PISelector::ListItems::GetData, handle());
     call.integer(index).perform();
     return call.pointerResult(0);
+}
+void PIList::setChosenCallback(FunctorTwoParams__* callback) {
+    if (!handle()) return;
+    CatchallCall(Service::WidgetLooks, PISelector::WidgetLooks::Chosen)
+        .pointer(handle())
+        .pointer(callback)
+        .perform();
 }
 void PIList::setItems(std::vector<Item> items) {
     if (items_ == items) return;

@@ -102,6 +102,9 @@ class PITextField : public PIWindow {
 class PISpinner : public PIWindow {
   public:
     PISpinner(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback);
+    /// What it takes. Where the host knows limits a text beyond them stays, and the callback finds it as the
+    /// text beside the number before.
+    void setLimits(std::int32_t least, std::int32_t most);
 };
 
 /// A colour that a click changes. Its value is an integer: red in the top byte, green, blue, alpha.
@@ -138,6 +141,8 @@ class PIList : public PIWindow {
     std::string getItemText(std::int32_t index) const;
     void setItemText(std::int32_t index, const std::string& text);
     void* getItemData(std::int32_t index) const;
+    /// Called when the user double-clicks an item or presses Enter on it; null for nobody. Hosts may lack it.
+    void setChosenCallback(FunctorTwoParams__* callback);
 
     struct Item {
         std::string text;

@@ -83,6 +83,25 @@ void PIWindow::setCheck(bool checked) {
     setFlag_(PIServerFunctions_t::WindowCheck, known_.checked, checked);
 }
 
+void PIWindow::setRoom(std::int32_t columns, std::int32_t rows) {
+    if (!handle_) return;
+    CatchallCall(PIServerFunctions_t::WidgetLooks, PISelector::WidgetLooks::Room)
+        .integer(columns)
+        .integer(rows)
+        .pointer(handle_)
+        .perform();
+}
+bool PIWindow::setMarked(bool marked) {
+    if (!handle_) return false;
+    if (known_.marked == marked) return true;
+    const bool done = CatchallCall(PIServerFunctions_t::WidgetLooks, PISelector::WidgetLooks::Mark)
+                          .integer(marked)
+                          .pointer(handle_)
+                          .perform() != 0;
+    if (done) known_.marked = marked;
+    return done;
+}
+
 void PIWindow::mapFunction(FunctorTwoParams__* callback) {
     if (!handle_) return;
     PI_DATA_POINTER_AND_FUNCTION record(handle_, callback);

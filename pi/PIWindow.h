@@ -51,6 +51,13 @@ class PIWindow : public PIObject {
     std::int32_t getValueInt() const;
     double getValueDouble() const;
 
+    /// Keeps room for so many letters and lines, whatever the widget holds, so that nothing moves about it; 0
+    /// as its contents need. Hosts may lack it.
+    void setRoom(std::int32_t columns, std::int32_t rows);
+    /// Shows that the text of a text field or a spinner is not accepted. While it is marked its callback is
+    /// called also when it is left unchanged. \return false when the host cannot
+    bool setMarked(bool marked);
+
     void* handle() const { return handle_; }
 
   protected:
@@ -59,6 +66,7 @@ class PIWindow : public PIObject {
     struct Known {
         Value value;
         std::optional<bool> checked;
+        bool marked = false;
         std::optional<bool> shown = true;
         std::optional<bool> enabled = true;
     };

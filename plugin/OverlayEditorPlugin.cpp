@@ -1,6 +1,5 @@
 #include "plugin/OverlayEditorPlugin.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "common/Notify.h"
@@ -48,9 +47,8 @@ std::string OverlayEditorPlugin::ContactInfo() const {
 
 int OverlayEditorPlugin::StartUp() {
     if (std::exchange(startedUp_, true)) return 0;
-    halNotify::setNotifyHandler([source = Name()](halNotify::Severity severity, const std::string& message) {
-        PICommon::notify(severity, source, message);
-    });
+    halNotify::setNotifyHandler(
+        [this](halNotify::Severity severity, const std::string& message) { say_(severity, message); });
     ToolMaker::install(&toolMaker_);
     PanelMaker::install(&panelMaker_);
 
@@ -65,7 +63,12 @@ int OverlayEditorPlugin::StartUp() {
     mouseManager_ = std::make_unique<MouseManager>();
     hint_ = std::make_unique<ScreenNote>(
         ScreenNote::Place{.left = 10.0, .vertical = 8.0, .bottom = true, .font = "arialbd.ttf 14"});
-    mouseManager_->setHintListener([this](std::string_view text) { hint_->show(std::string(text)); });
+    said_ = std::make_unique<ScreenNote>(
+        ScreenNote::Place{.left = 10.0, .vertical = 32.0, .bottom = true, .font = "arialbd.ttf 14"});
+    mouseManager_->setHintListener([this](std::string_view text) {
+        hint_->show(std::string(text));
+        if (text.empty() && dialog_ && dialog_->shown()) said_->show({});
+    });
     shapeRegistry_ = std::make_unique<ShapeRegistry>();
     overlay_ = std::make_unique<Overlay>();
     quickDrawManager_ =
@@ -93,6 +96,7 @@ void OverlayEditorPlugin::takeDown_() {
     if (mouseManager_) mouseManager_->clearMouseTool();
     if (mouseManager_) mouseManager_->setHintListener({});
     hint_.reset();
+    said_.reset();
     if (dialog_) dialog_->hide();
     if (overlay_) overlay_->setActive(false);
 
@@ -117,6 +121,14 @@ void OverlayEditorPlugin::takeDown_() {
     halNotify::setNotifyHandler({});
 }
 
+void OverlayEditorPlugin::say_(halNotify::Severity severity, const std::string& message) {
+    PICommon::notify(severity, Name(), message);
+    if (severity > halNotify::Warning) return;
+    if (dialog_) dialog_->hear(severity, message);
+    const bool seen = dialog_ && dialog_->shown() && !(mouseManager_ && mouseManager_->isActive());
+    if (!seen && said_) said_->show(message);
+}
+
 int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
     if (!dialog_) {
         dialog_ = std::make_unique<OverlayEditorDialog>(preferences_.get(), mouseManager_.get(),
@@ -124,16 +136,14 @@ int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
         dialog_->setIcon(*icon_);
         dialog_->setServiceInterface(serviceInterface_.get());
     }
+    if (said_) said_->show({});
     dialog_->show();
     return 1;
 }
 
 int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
     onCmdShowSettings(sender, data);
-    // While the host serves the first ones it may unload others.
-    const auto& offered = rightClickObserver_->overlays();
-    for (void* const overlay : std::vector(offered))
-        if (std::ranges::find(offered, overlay) != offered.end()) dialog_->loadZels({overlay});
+    dialog_->loadZels(rightClickObserver_->overlays());
     return 1;
 }
 
@@ -159,6 +169,8 @@ void OverlayEditorPlugin::preDrawOnRefresh(int widthPixels, int heightPixels) {
 }
 
 int OverlayEditorPlugin::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
+    using Type = PIGUI::PIMouseEventType_t;
+    if (said_ && (type == Type::LeftPress || type == Type::RightPress)) said_->show({});
     return mouseManager_ ? mouseManager_->handleMouseEvent(type, event) : 0;
 }
 

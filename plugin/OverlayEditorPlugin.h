@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
+#include "common/Notify.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/ShapePanelMaker.h"
 #include "model/Overlay.h"
@@ -55,6 +57,9 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     class RightClickObserver;
 
     void takeDown_();
+    /// Everything that the editor has to say comes here: it goes into the host's log, and to where the eye
+    /// is, the dialog's lower edge or, while the mouse draws or without a dialog, the view.
+    void say_(halNotify::Severity severity, const std::string& message);
 
     bool startedUp_ = false;
     MouseToolMaker toolMaker_;
@@ -66,6 +71,8 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<MouseManager> mouseManager_;
     /// What the next click does.
     std::unique_ptr<ScreenNote> hint_;
+    /// What was said last, until the next press.
+    std::unique_ptr<ScreenNote> said_;
     std::unique_ptr<ShapeRegistry> shapeRegistry_;
     std::unique_ptr<Overlay> overlay_;
     std::unique_ptr<QuickDrawManager> quickDrawManager_;

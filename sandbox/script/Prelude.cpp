@@ -87,10 +87,12 @@ var Dialog = class {
     uncheck(path) { $widgets.setChecked(this.title, path, false); }
     fill(path, text) { $widgets.fill(this.title, path, String(text), true); }
     type(path, text) { $widgets.fill(this.title, path, String(text), false); }
+    key(path, key) { $widgets.key(this.title, path, key); }
     leave(path) { $widgets.leave(this.title, path); }
     choose(path, option) { $widgets.choose(this.title, path, option); }
     color(path, rgba) { $widgets.color(this.title, path, rgba); }
-    select(path, item, options) { $widgets.select(this.title, path || "", item, !!(options && options.add)); }
+    select(path, item, options) { $widgets.select(this.title, path || "", item, !!(options && options.add), !!(options && options.enter)); }
+    place(path) { return $widgets.place(this.title, path); }
     has(path) { return $widgets.isShown(this.title, path); }
     enabled(path) { return $widgets.isEnabled(this.title, path); }
     focused(path) { return $widgets.hasFocus(this.title, path); }

@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QTreeWidget>
+#include <QWheelEvent>
 
 #include "sandbox/Host.h"
 #include "sandbox/OverlayPanel.h"
@@ -210,6 +211,23 @@ void ScriptWidgets::fill(const QString& title, const QString& path, const QStrin
     });
 }
 
+void ScriptWidgets::key(const QString& title, const QString& path, const QString& key) {
+    step([&] {
+        QWidget& widget = *finder(title).find(path, isControl, "control").widget();
+        widget.setFocus();
+        if (key.startsWith("Wheel")) {
+            const QPointF place = widget.rect().center();
+            QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, key == "WheelUp" ? 120 : -120},
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&widget, &event);
+            return;
+        }
+        const QKeySequence sequence(key);
+        if (sequence.count() != 1) throw ScriptError{QString("\"%1\" is no key").arg(key)};
+        gestures::key(widget, sequence[0].key());
+    });
+}
+
 void ScriptWidgets::leave(const QString& title, const QString& path) {
     step([&] {
         const WidgetFinder found = finder(title);
@@ -245,7 +263,8 @@ void ScriptWidgets::color(const QString& title, const QString& path, const QStri
     });
 }
 
-void ScriptWidgets::select(const QString& title, const QString& path, const QJSValue& item, bool add) {
+void ScriptWidgets::select(const QString& title, const QString& path, const QJSValue& item, bool add,
+                           bool twice) {
     step([&] {
         const WidgetFinder found = finder(title);
         auto& list = static_cast<ListWidget&>(path.isEmpty() ? found.findOnly(is<ListWidget>, "list")
@@ -259,6 +278,7 @@ void ScriptWidgets::select(const QString& title, const QString& path, const QJSV
         if (!list.isIndex(index))
             throw ScriptError{QString("the list has no item \"%1\"").arg(item.toString())};
         gestures::clickItem(*list.list(), index, add ? Qt::ControlModifier : Qt::NoModifier);
+        if (twice) gestures::key(*list.list(), Qt::Key_Return);
     });
 }
 
@@ -297,6 +317,19 @@ QString ScriptWidgets::value(const QString& title, const QString& path) {
                 path, [](const HostWidget& widget) { return widget.text().has_value(); }, "widget")
             .text()
             .value_or(QString());
+    });
+}
+
+QVariantMap ScriptWidgets::place(const QString& title, const QString& path) {
+    return step([&] {
+        run().settle();
+        const WidgetFinder found = finder(title);
+        const HostWidget* widget = found.findOptional(path, isControl, "control");
+        if (!widget) widget = &found.find(path, is<LabelWidget>, "label");
+        const QRect place(widget->widget()->mapTo(widget->widget()->window(), QPoint(0, 0)),
+                          widget->widget()->size());
+        return QVariantMap{
+            {"x", place.x()}, {"y", place.y()}, {"width", place.width()}, {"height", place.height()}};
     });
 }
 

@@ -30,15 +30,20 @@ class ScriptWidgets : public ScriptObject {
     Q_INVOKABLE void moveDialog(const QString& title, int x, int y);
     /// Where a dialog stands and how much room there is: { x, y, width, height, screenWidth, screenHeight }.
     Q_INVOKABLE QVariantMap geometry(const QString& title);
+    /// Where a widget stands in its dialog: { x, y, width, height }.
+    Q_INVOKABLE QVariantMap place(const QString& title, const QString& path);
     Q_INVOKABLE QStringList captions(const QString& title);
 
     Q_INVOKABLE void press(const QString& title, const QString& path);
     Q_INVOKABLE void setChecked(const QString& title, const QString& path, bool checked);
     Q_INVOKABLE void fill(const QString& title, const QString& path, const QString& text, bool enter);
     Q_INVOKABLE void leave(const QString& title, const QString& path);
+    /// A key, named as Qt names it, or a notch of the wheel ("WheelUp", "WheelDown"), in a control.
+    Q_INVOKABLE void key(const QString& title, const QString& path, const QString& key);
     Q_INVOKABLE void choose(const QString& title, const QString& path, const QString& option);
     Q_INVOKABLE void color(const QString& title, const QString& path, const QString& rgba);
-    Q_INVOKABLE void select(const QString& title, const QString& path, const QJSValue& item, bool add);
+    Q_INVOKABLE void select(const QString& title, const QString& path, const QJSValue& item, bool add,
+                            bool twice);
 
     Q_INVOKABLE bool isShown(const QString& title, const QString& path);
     Q_INVOKABLE bool isEnabled(const QString& title, const QString& path);

@@ -31,7 +31,7 @@ void addDialogBox(Host& host) {
                 if (!parent->widget()) return call.misuse(parent->describe() + " stands in no window");
                 owner = parent->widget()->window();
             }
-            return asResult(call.keep(std::make_unique<DialogBox>(owner, record.text)));
+            return asResult(call.keep(std::make_unique<DialogBox>(owner, record.text, host.settings())));
         });
     table.addBare(Id::DialogShow, "show dialog", [](ServiceCall& call, void* handle) -> PIServiceResult {
         auto* dialog = call.object<DialogBox>(handle, "dialog");

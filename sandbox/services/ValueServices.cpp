@@ -1,6 +1,9 @@
+#include <algorithm>
+
 #include "sandbox/Host.h"
 #include "sandbox/services/Services.h"
 #include "sandbox/widgets/Controls.h"
+#include "sandbox/widgets/ListWidget.h"
 
 namespace sandbox {
 
@@ -117,9 +120,53 @@ void addOptions(ServiceTable& table) {
                       });
 }
 
+/// Room, marks and limits: additions that a plug-in can do without.
+void addLooks(ServiceTable& table) {
+    using Selector = PISelector::WidgetLooks;
+    table.addSelected(
+        Id::WidgetLooks, Selector::Room, "room", {.integers = 2, .pointers = 1},
+        [](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
+            auto* widget = call.object<HostWidget>(arguments.pointer(0), "widget");
+            if (!widget) return 0;
+            constexpr std::int64_t most = 400;
+            const auto room = [&](std::size_t i) {
+                return static_cast<int>(std::clamp<std::int64_t>(arguments.integer(i), 0, most));
+            };
+            widget->setRoom(room(0), room(1));
+            return 1;
+        });
+    table.addSelected(Id::WidgetLooks, Selector::Mark, "mark", {.integers = 1, .pointers = 1},
+                      [](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
+                          auto* widget = call.object<HostWidget>(arguments.pointer(0), "widget");
+                          if (!widget) return 0;
+                          if (widget->setMarked(arguments.integer(0) != 0)) return 1;
+                          return unsupported(call, *widget, "mark");
+                      });
+    table.addSelected(Id::WidgetLooks, Selector::Limits, "limits", {.integers = 2, .pointers = 1},
+                      [](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
+                          auto* spinner = call.object<SpinnerWidget>(arguments.pointer(0), "spinner");
+                          if (!spinner) return 0;
+                          const std::int64_t least = arguments.integer(0);
+                          const std::int64_t most = arguments.integer(1);
+                          constexpr std::int64_t widest = 1000000;
+                          if (least > most || least < -widest || most > widest)
+                              return call.misuse(QString("no limits: %1 to %2").arg(least).arg(most));
+                          spinner->setLimits(static_cast<int>(least), static_cast<int>(most));
+                          return 1;
+                      });
+    table.addSelected(Id::WidgetLooks, Selector::Chosen, "choice", {.pointers = 2},
+                      [](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
+                          auto* list = call.object<ListWidget>(arguments.pointer(0), "list");
+                          if (!list) return 0;
+                          list->setChosen(arguments.pointer<FunctorTwoParams__>(1));
+                          return 1;
+                      });
+}
+
 }  // namespace
 
 void addValueServices(Host& host) {
+    addLooks(host.services());
     addFlags(host.services());
     addSetters(host.services());
     addGetters(host.services());

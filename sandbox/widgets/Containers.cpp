@@ -53,12 +53,18 @@ BoxWidget::BoxWidget(const char* kind, QWidget* widget, Direction direction, std
 }
 
 void BoxWidget::place(HostWidget& child) {
+    layout_->insertWidget(layout_->count() - 1, child.widget());
+    roomChanged(child);
+}
+
+void BoxWidget::roomChanged(HostWidget& child) {
     const bool row = layout_->direction() == QBoxLayout::LeftToRight;
     const bool along = row ? child.wantsWidth() : child.wantsHeight();
     const bool across = row ? child.wantsHeight() : child.wantsWidth();
     Qt::Alignment alignment;
     if (!across) alignment = row ? Qt::AlignVCenter : Qt::AlignLeft;
-    layout_->insertWidget(layout_->count() - 1, child.widget(), along ? 1 : 0, alignment);
+    layout_->setStretchFactor(child.widget(), along ? 1 : 0);
+    layout_->setAlignment(child.widget(), alignment);
 }
 
 GroupBox::GroupBox(const QString& title, std::uint32_t layoutOptions)
@@ -98,19 +104,23 @@ void MatrixWidget::place(HostWidget& child) {
         fill_ == Fill::ByRow ? Cell{next_ / count_, next_ % count_} : Cell{next_ % count_, next_ / count_};
     ++next_;
     cells_[&child] = cell;
+    layout_->addWidget(child.widget(), cell.row, cell.column);
+    roomChanged(child);
+    // A field without a tooltip of its own is explained by the label in front of it.
+    auto* caption = dynamic_cast<LabelWidget*>(at({cell.row, cell.column - 1}));
+    if (caption && !dynamic_cast<const LabelWidget*>(&child)) caption->explain(*child.widget());
+}
+
+void MatrixWidget::roomChanged(HostWidget& child) {
     Qt::Alignment alignment;
     // Menus below each other are equally wide.
     if (!child.wantsWidth() && !dynamic_cast<const OptionMenuWidget*>(&child)) alignment |= Qt::AlignLeft;
     if (!child.wantsHeight()) alignment |= Qt::AlignVCenter;
     if (child.wantsWidth()) {
-        layout_->setColumnStretch(cell.column, 1);
+        layout_->setColumnStretch(cells_.at(&child).column, 1);
         layout_->setColumnStretch(kSpareColumn, 0);
     }
-    layout_->addWidget(child.widget(), cell.row, cell.column, alignment);
-    // A field without a tooltip of its own is explained by the label in front of it.
-    const auto* caption = dynamic_cast<const LabelWidget*>(at({cell.row, cell.column - 1}));
-    if (caption && !dynamic_cast<const LabelWidget*>(&child) && child.widget()->toolTip().isEmpty())
-        child.widget()->setToolTip(caption->widget()->toolTip());
+    layout_->setAlignment(child.widget(), alignment);
 }
 
 void MatrixWidget::removed(HostWidget& child) {

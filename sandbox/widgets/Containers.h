@@ -23,6 +23,9 @@ class BoxWidget : public ContainerWidget {
     BoxWidget(const char* kind, QWidget* widget, Direction direction, std::uint32_t layoutOptions);
     void place(HostWidget& child) override;
 
+  public:
+    void roomChanged(HostWidget& child) override;
+
   private:
     const char* kind_;
     QBoxLayout* layout_;
@@ -57,6 +60,7 @@ class MatrixWidget final : public ContainerWidget {
     /// Nothing for a widget that is no child.
     std::optional<Cell> cellOf(const HostWidget& child) const;
     HostWidget* at(Cell cell) const;
+    void roomChanged(HostWidget& child) override;
     /// What the first column needs; nothing when it holds more than labels.
     std::optional<int> labelWidth() const;
     void setFirstColumnWidth(int width);

@@ -4,12 +4,14 @@
 #include <QColorDialog>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "common/Notify.h"
 #include "common/NumberText.h"
@@ -39,6 +41,80 @@ class WheelGuard final : public QObject {
     }
 };
 
+/// A closed menu stays as it is: a choice may be a command, and the wheel, or a key on the way through the
+/// form, none. Keys that would choose open it.
+class ClosedMenuGuard final : public QObject {
+  public:
+    using QObject::QObject;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto& menu = static_cast<QComboBox&>(*watched);
+        if (event->type() == QEvent::Wheel) {
+            event->ignore();
+            return true;
+        }
+        if (event->type() != QEvent::KeyPress) return false;
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        const bool chooses = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down ||
+                             key.key() == Qt::Key_PageUp || key.key() == Qt::Key_PageDown ||
+                             key.key() == Qt::Key_Home || key.key() == Qt::Key_End ||
+                             (!key.text().isEmpty() && key.text().front().isLetterOrNumber());
+        if (chooses) menu.showPopup();
+        return chooses;
+    }
+};
+
+/// A label that takes the room it was given, and no more for a longer text: that is cut.
+class RoomyLabel final : public QLabel {
+  public:
+    void setWhole(const QString& text) {
+        whole_ = text;
+        show_();
+    }
+    void setRoom(int columns, int rows) {
+        columns_ = columns;
+        rows_ = rows;
+        setWordWrap(rows > 1);
+        setAlignment(Qt::AlignLeft | (rows > 1 ? Qt::AlignTop : Qt::AlignVCenter));
+        setSizePolicy(columns > 0 ? QSizePolicy::Preferred : QSizePolicy::Expanding, QSizePolicy::Fixed);
+        updateGeometry();
+        show_();
+    }
+    QSize sizeHint() const override {
+        if (rows_ == 0) return QLabel::sizeHint();
+        return {columns_ > 0 ? columns_ * fontMetrics().averageCharWidth() : 40,
+                rows_ * fontMetrics().lineSpacing()};
+    }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+    bool hasHeightForWidth() const override { return rows_ == 0 && QLabel::hasHeightForWidth(); }
+    int heightForWidth(int width) const override {
+        return rows_ == 0 ? QLabel::heightForWidth(width) : sizeHint().height();
+    }
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QLabel::resizeEvent(event);
+        show_();
+    }
+
+  private:
+    void show_() { setText(rows_ == 1 ? fontMetrics().elidedText(whole_, Qt::ElideRight, width()) : whole_); }
+
+    QString whole_;
+    int columns_ = 0;
+    int rows_ = 0;
+};
+
+/// What is not accepted stands on a ground of its own, in light and in dark colours; nothing changes its
+/// size.
+void showMarked(QWidget& field, bool marked) {
+    QPalette palette;
+    const bool dark = palette.color(QPalette::Window).lightness() < 128;
+    if (marked) palette.setColor(QPalette::Base, dark ? QColor(112, 32, 32) : QColor(255, 196, 188));
+    field.setPalette(palette);
+}
+
 void guardWheel(QWidget* widget) {
     widget->setFocusPolicy(Qt::StrongFocus);
     widget->installEventFilter(new WheelGuard(widget));
@@ -51,12 +127,21 @@ void applyCaption(QWidget* widget, const Caption& caption, bool keepTooltip = fa
 /// Qt's own box drops the keys that it does not like: "3.7" would become 37. Here what is typed stays until
 /// it is left, and is refused as a whole.
 class WholeNumberBox final : public QSpinBox {
-  protected:
+  public:
+    /// Whether what is refused is told to others, who say so.
+    bool refusals = false;
+    /// What the user has typed and not handed over, and what was refused of it and stands there still.
+    QString typed;
+    QString refused;
+    bool takes(const QString& text) const { return number(text).has_value(); }
+
     QValidator::State validate(QString& text, int&) const override {
         return number(text) ? QValidator::Acceptable : QValidator::Intermediate;
     }
+    QLineEdit& edit() const { return *lineEdit(); }
     int valueFromText(const QString& text) const override { return number(text).value_or(value()); }
     void fixup(QString& text) const override {
+        if (refusals) return;
         halNotify::notify(halNotify::Warning)
             << '"' << UTILS::excerpt(text.toStdString()) << "\" is no whole number from " << minimum()
             << " to " << maximum();
@@ -81,16 +166,30 @@ void showPressed(QWidget& button, bool pressed) {
 
 }  // namespace
 
-LabelWidget::LabelWidget(const std::string& caption) : label_(new QLabel) {
+LabelWidget::LabelWidget(const std::string& caption) : label_(new RoomyLabel) {
     setWidget(label_);
     setText(QString::fromStdString(caption));
 }
 
 bool LabelWidget::setText(const QString& text) {
     const Caption caption = Caption::parse(text.toStdString());
-    label_->setText(caption.text);
+    text_ = caption.text;
+    static_cast<RoomyLabel*>(label_)->setWhole(text_);
+    const QString before = label_->toolTip();
     applyCaption(label_, caption, true);
+    if (explained_ && explained_->toolTip() == before) explained_->setToolTip(label_->toolTip());
     return true;
+}
+
+void LabelWidget::setRoom(int columns, int rows) {
+    static_cast<RoomyLabel*>(label_)->setRoom(columns, rows);
+    if (parent()) parent()->roomChanged(*this);
+}
+
+void LabelWidget::explain(QWidget& field) {
+    if (!field.toolTip().isEmpty()) return;
+    field.setToolTip(label_->toolTip());
+    explained_ = &field;
 }
 
 bool LabelWidget::setReal(double value) {
@@ -167,18 +266,25 @@ TextFieldWidget::TextFieldWidget(std::int32_t style) : field_(new QLineEdit) {
         field_->setPalette(palette);
     }
     QObject::connect(field_, &QLineEdit::editingFinished, field_, [this] {
-        if (!field_->isModified()) return;
+        if (!field_->isModified() && !marked_) return;
         field_->setModified(false);
         activate();
     });
 }
 
+bool TextFieldWidget::setMarked(bool marked) {
+    marked_ = marked;
+    showMarked(*field_, marked);
+    return true;
+}
+
 bool TextFieldWidget::setText(const QString& text) {
     // The same text again keeps the cursor, and what the user is about to commit.
     if (field_->text() != text) {
+        const int caret = field_->hasFocus() ? field_->cursorPosition() : 0;
         field_->setText(text);
         // What is too long to be seen whole is a path, where nobody types: its end tells it from others.
-        if (!field_->isReadOnly()) field_->setCursorPosition(0);
+        if (!field_->isReadOnly()) field_->setCursorPosition(caret);
     }
     field_->setModified(false);
     return true;
@@ -203,12 +309,54 @@ SpinnerWidget::SpinnerWidget(std::int32_t style) : spinner_(new WholeNumberBox) 
     spinner_->setRange(style == PIGUI::PISpinnerSigned ? -limit : 0, limit);
     spinner_->setKeyboardTracking(false);
     guardWheel(spinner_);
-    QObject::connect(spinner_, &QSpinBox::valueChanged, spinner_, [this] { activate(); });
+    QObject::connect(spinner_, &QSpinBox::valueChanged, spinner_, [this] {
+        static_cast<WholeNumberBox*>(spinner_)->refused.clear();
+        activate();
+    });
+}
+
+void SpinnerWidget::setLimits(int least, int most) {
+    const QSignalBlocker blocker(spinner_);
+    spinner_->setRange(least, most);
+    auto& box = static_cast<WholeNumberBox&>(*spinner_);
+    if (std::exchange(box.refusals, true)) return;
+    // What Qt is about to replace by the number before.
+    QObject::connect(&box.edit(), &QLineEdit::textEdited, spinner_,
+                     [&box](const QString& text) { box.typed = text; });
+    QObject::connect(spinner_, &QSpinBox::editingFinished, spinner_, [this] { left(); });
+}
+
+void SpinnerWidget::left() {
+    auto& box = static_cast<WholeNumberBox&>(*spinner_);
+    const QString typed = std::exchange(box.typed, {});
+    const bool refused = !typed.isEmpty() && !box.takes(typed);
+    if (!refused && !marked_) return;
+    if (refused) box.refused = typed;
+    if (!box.refused.isEmpty()) box.edit().setText(box.refused);
+    activate();
+}
+
+bool SpinnerWidget::setMarked(bool marked) {
+    marked_ = marked;
+    showMarked(*spinner_, marked);
+    auto& box = static_cast<WholeNumberBox&>(*spinner_);
+    if (marked) return true;
+    box.refused.clear();
+    return true;
+}
+
+std::optional<QString> SpinnerWidget::text() const {
+    const auto& box = static_cast<const WholeNumberBox&>(*spinner_);
+    return box.refused.isEmpty() ? spinner_->text() : box.refused;
 }
 
 bool SpinnerWidget::setInteger(std::int32_t value) {
     const QSignalBlocker blocker(spinner_);
-    spinner_->setValue(value);
+    auto& box = static_cast<WholeNumberBox&>(*spinner_);
+    box.refused.clear();
+    box.setValue(value);
+    // Qt sets the text only with another value.
+    box.edit().setText(QString::number(box.value()));
     return true;
 }
 
@@ -291,7 +439,8 @@ OptionMenuWidget::OptionMenuWidget(const std::string& caption) : menu_(new QComb
     }
     widget()->setToolTip(parsed.tooltip);
     menu_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    guardWheel(menu_);
+    menu_->setFocusPolicy(Qt::StrongFocus);
+    menu_->installEventFilter(new ClosedMenuGuard(menu_));
     QObject::connect(menu_, &QComboBox::activated, menu_, [this] { activate(); });
 }
 

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QSpinBox>
 #include <QToolButton>
 
@@ -16,14 +17,19 @@ class LabelWidget final : public HostWidget {
   public:
     explicit LabelWidget(const std::string& caption);
     const char* kind() const override { return "label"; }
-    QString caption() const override { return label_->text(); }
+    QString caption() const override { return text_; }
     bool setText(const QString& text) override;
+    void setRoom(int columns, int rows) override;
+    /// The widget that it stands in front of, and whose tooltip is this one's where it has none of its own.
+    void explain(QWidget& field);
     bool setInteger(std::int32_t value) override { return setText(QString::number(value)); }
     bool setReal(double value) override;
-    std::optional<QString> text() const override { return label_->text(); }
+    std::optional<QString> text() const override { return text_; }
 
   private:
     QLabel* label_;
+    QString text_;
+    QPointer<QWidget> explained_;
 };
 
 /// Push button, check button and radio button.
@@ -54,6 +60,7 @@ class TextFieldWidget final : public HostWidget {
     explicit TextFieldWidget(std::int32_t style);
     const char* kind() const override { return "text field"; }
     bool setText(const QString& text) override;
+    bool setMarked(bool marked) override;
     bool setInteger(std::int32_t value) override { return setText(QString::number(value)); }
     bool setReal(double value) override;
     std::optional<QString> text() const override { return field_->text(); }
@@ -63,6 +70,7 @@ class TextFieldWidget final : public HostWidget {
 
   private:
     QLineEdit* field_;
+    bool marked_ = false;
 };
 
 class SpinnerWidget final : public HostWidget {
@@ -72,12 +80,17 @@ class SpinnerWidget final : public HostWidget {
     bool setInteger(std::int32_t value) override;
     bool setReal(double value) override;
     bool setText(const QString& text) override;
-    std::optional<QString> text() const override { return spinner_->text(); }
+    bool setMarked(bool marked) override;
+    void setLimits(int least, int most);
+    std::optional<QString> text() const override;
     std::optional<std::int64_t> integer() const override { return spinner_->value(); }
     std::optional<double> real() const override { return spinner_->value(); }
 
   private:
+    void left();
+
     QSpinBox* spinner_;
+    bool marked_ = false;
 };
 
 /// A colour, shown on a button that opens a colour dialog. Its value is 0xRRGGBBAA.

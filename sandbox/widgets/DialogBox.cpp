@@ -1,7 +1,12 @@
 #include "sandbox/widgets/DialogBox.h"
 
+#include <QMainWindow>
+#include <QScreen>
+#include <optional>
+
 #include "pi/HostStructures.h"
 #include "sandbox/Plugin.h"
+#include "sandbox/Settings.h"
 #include "sandbox/widgets/Caption.h"
 #include "sandbox/widgets/DialogWindow.h"
 
@@ -26,9 +31,18 @@ void collectFocusable(const ContainerWidget& container, std::vector<QWidget*>& f
     }
 }
 
+void alignGroups(const ContainerWidget& container) {
+    for (HostWidget* child : container.children()) {
+        if (auto* group = dynamic_cast<GroupBox*>(child))
+            group->alignTables();
+        else if (const auto* inner = dynamic_cast<const ContainerWidget*>(child))
+            alignGroups(*inner);
+    }
+}
+
 }  // namespace
 
-DialogBox::DialogBox(QWidget* owner, const std::string& title) {
+DialogBox::DialogBox(QWidget* owner, const std::string& title, Settings& sizes) : sizes_(sizes) {
     auto* window = new DialogWindow(owner);
     setWidget(window);
     setFilling(PIGUI::PILayoutFillX | PIGUI::PILayoutFillY);
@@ -38,11 +52,14 @@ DialogBox::DialogBox(QWidget* owner, const std::string& title) {
         if (widget() && widget()->isVisible()) fit_();
     };
     window->focusAboutToMove = [this] { orderFocus_(); };
+    window->resizedByUser = [this](QSize size) {
+        sizes_.setValue(sizeKey_(), QString("%1x%2").arg(size.width()).arg(size.height()));
+    };
 }
 
 DialogBox::~DialogBox() {
     // The window outlives this by an event or two.
-    if (widget()) window_().closed = window_().contentsChanged = window_().focusAboutToMove = nullptr;
+    if (widget()) window_().forgetCallbacks();
 }
 
 DialogWindow& DialogBox::window_() const {
@@ -74,8 +91,7 @@ void DialogBox::removed(HostWidget& child) {
 }
 
 void DialogBox::fit_() {
-    for (HostWidget* child : children())
-        if (auto* group = dynamic_cast<GroupBox*>(child)) group->alignTables();
+    alignGroups(*this);
     window_().fit();
 }
 
@@ -91,17 +107,44 @@ void DialogBox::open() {
     fit_();
     if (!wasOpen_) {
         wasOpen_ = true;
-        // Over the left edge of the view, each further dialog a little lower and to the right.
-        int step = 0;
-        for (const auto* other : window.parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-            if (other->isWindow() && other->isVisible()) ++step;
-        const QRect owner = window.parentWidget()->geometry();
-        window.move(owner.topLeft() + QPoint(24 + 28 * step, 64 + 28 * step));
-        window.keepOnScreen();
+        const QStringList size = sizes_.value(sizeKey_()).split('x');
+        if (size.size() == 2) window.give(QSize(size[0].toInt(), size[1].toInt()));
+        place_();
     }
     window.show();
     window.raise();
     window.activateWindow();
+}
+
+void DialogBox::place_() {
+    DialogWindow& window = window_();
+    const QWidget* const owner = window.parentWidget();
+    int step = 0;
+    for (const auto* other : owner->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        if (other->isWindow() && other->isVisible()) ++step;
+    // Each further dialog stands a little lower.
+    const int top = owner->frameGeometry().top() + 28 * step;
+    const QRect screen = owner->screen()->availableGeometry();
+    const QRect frame = owner->frameGeometry();
+    const QSize size = window.frameGeometry().size();
+    const auto* const main = qobject_cast<const QMainWindow*>(owner);
+    const QWidget& view = main && main->centralWidget() ? *main->centralWidget() : *owner;
+    const QRect seen(view.mapToGlobal(QPoint(0, 0)), view.size());
+    std::optional<QPoint> best;
+    std::int64_t least = 0;
+    // Left of the window, right of it, at the left edge of the screen and at the right one.
+    for (const int left :
+         {frame.left() - size.width(), frame.right() + 1, screen.left(), screen.right() + 1 - size.width()}) {
+        const QRect place(QPoint(left, top), size);
+        if (place.left() < screen.left() || place.right() > screen.right()) continue;
+        const QRect covered = place & seen;
+        const std::int64_t area = std::int64_t{covered.width()} * covered.height();
+        if (best && area >= least) continue;
+        best = place.topLeft();
+        least = area;
+    }
+    window.move(best.value_or(QPoint(screen.left(), top)));
+    window.keepOnScreen();
 }
 
 void DialogBox::userClosed() {

@@ -6,13 +6,15 @@
 namespace sandbox {
 
 class DialogWindow;
+class Settings;
 
 /// A window of a plug-in's, not modal, hidden at the start. Its children stand in a column; in two when one
 /// is too tall for the screen, and what is still too tall scrolls. A row of buttons that comes last stays
 /// below them, always in sight. The Tab key follows the order in which the widgets stand.
 class DialogBox final : public ContainerWidget {
   public:
-    DialogBox(QWidget* owner, const std::string& title);
+    /// \param sizes where the size that the user gave it is kept from run to run; must outlive it
+    DialogBox(QWidget* owner, const std::string& title, Settings& sizes);
     ~DialogBox() override;
 
     const char* kind() const override { return "dialog"; }
@@ -38,6 +40,11 @@ class DialogBox final : public ContainerWidget {
     void orderFocus_() const;
 
     PIGUI::PICloseObserver* observer_ = nullptr;
+    /// Beside what is looked at: where it covers least of the view.
+    void place_();
+    QString sizeKey_() const { return "Dialogs/" + caption(); }
+
+    Settings& sizes_;
     HostWidget* footer_ = nullptr;
     bool wasOpen_ = false;
 };

@@ -152,9 +152,15 @@ void DialogWindow::fit() {
     const QSize size = wanted();
     scroll_->setMinimumWidth(std::min(content_->minimumSizeHint().width(), available.width()));
     const QSize old = this->size();
-    resize(columns_ == before && isVisible() ? size.expandedTo(old) : size);
+    resize(columns_ == before && isVisible() ? size.expandedTo(old)
+                                             : size.expandedTo(given_).boundedTo(available));
     if (isVisible() && this->size() != old) keepOnScreen();
     fitting_ = false;
+}
+
+void DialogWindow::give(QSize size) {
+    given_ = size;
+    fit();
 }
 
 void DialogWindow::keepOnScreen() {
@@ -164,6 +170,15 @@ void DialogWindow::keepOnScreen() {
     corner.setX(std::max(area.left(), std::min(corner.x(), area.right() + 1 - frame.width())));
     corner.setY(std::max(area.top(), std::min(corner.y(), area.bottom() + 1 - frame.height())));
     if (corner != frame.topLeft()) move(corner);
+}
+
+void DialogWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // Qt makes room for its contents by itself, too.
+    if (!event->spontaneous() && isVisible()) keepOnScreen();
+    if (fitting_ || !event->spontaneous()) return;
+    given_ = size();
+    if (resizedByUser) resizedByUser(given_);
 }
 
 void DialogWindow::closeEvent(QCloseEvent* event) {

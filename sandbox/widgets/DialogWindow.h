@@ -18,6 +18,11 @@ class DialogWindow final : public QWidget {
     std::function<void()> closed;
     std::function<void()> contentsChanged;
     std::function<void()> focusAboutToMove;
+    std::function<void(QSize)> resizedByUser;
+    void forgetCallbacks() {
+        closed = contentsChanged = focusAboutToMove = nullptr;
+        resizedByUser = nullptr;
+    }
 
     void addToColumns(QWidget& widget, bool wantsWidth, bool wantsHeight);
     void setFooter(QWidget& widget);
@@ -28,11 +33,14 @@ class DialogWindow final : public QWidget {
     void fit();
     /// The next fit() may go back to one column; while the window is shown it would jump.
     void startWithOneColumn() { columns_ = 1; }
+    /// At least so large, as the user had it before, where the screen has the room.
+    void give(QSize size);
     /// Moves the window back where it can be seen whole.
     void keepOnScreen();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
@@ -57,6 +65,8 @@ class DialogWindow final : public QWidget {
     /// Nothing when the items are to be put into their columns anew.
     std::optional<std::uint32_t> arranged_;
     bool fitting_ = false;
+    /// As large as the user has made it, or larger.
+    QSize given_;
     QScrollArea* scroll_;
     QWidget* content_;
     QVBoxLayout* column_[2];

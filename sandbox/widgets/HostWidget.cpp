@@ -1,5 +1,7 @@
 #include "sandbox/widgets/HostWidget.h"
 
+#include <QFontMetrics>
+#include <QLineEdit>
 #include <algorithm>
 
 #include "pi/HostStructures.h"
@@ -34,6 +36,13 @@ bool HostWidget::wantsHeight() const {
     return (widget_->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag) != 0;
 }
 
+void HostWidget::setRoom(int columns, int rows) {
+    constexpr int frame = 8;
+    const QFontMetrics metrics = widget_->fontMetrics();
+    if (columns > 0) widget_->setMinimumWidth(columns * metrics.averageCharWidth() + frame);
+    if (rows > 0) widget_->setMinimumHeight(rows * metrics.lineSpacing());
+}
+
 void HostWidget::activate(void* data) {
     if (!callback_) return;
     owner()->enter("callback of " + describe(),
@@ -54,6 +63,12 @@ void ContainerWidget::release(HostWidget& child) {
     std::erase(children_, &child);
     removed(child);
     child.parent_ = nullptr;
+}
+
+void ContainerWidget::setRoom(int columns, int rows) {
+    HostWidget::setRoom(columns, 0);
+    constexpr int spacing = 6;
+    if (rows > 0) widget()->setMinimumHeight(rows * (QLineEdit().sizeHint().height() + spacing) - spacing);
 }
 
 void ContainerWidget::setFilling(std::uint32_t layoutOptions) {

@@ -50,6 +50,11 @@ class HostWidget : public HostObject {
     }
     virtual bool isEnabled() const { return widget_ && widget_->isEnabled(); }
 
+    /// Keeps room for so many letters and lines, whatever the widget holds; 0 as the contents need.
+    virtual void setRoom(int columns, int rows);
+    /// Shows that its text is not accepted. \return false for a widget without a text of the user's
+    virtual bool setMarked(bool) { return false; }
+
     /// Whether the layout should give it the width (the height) that is left.
     virtual bool wantsWidth() const;
     virtual bool wantsHeight() const;
@@ -83,7 +88,10 @@ class ContainerWidget : public HostWidget {
     void adopt(HostWidget& child);
     /// The child is going.
     void release(HostWidget& child);
+    /// The child wants another share of the room than when it was placed.
+    virtual void roomChanged(HostWidget&) {}
 
+    void setRoom(int columns, int rows) override;
     bool wantsWidth() const override { return fillsWidth_; }
     bool wantsHeight() const override { return fillsHeight_; }
 

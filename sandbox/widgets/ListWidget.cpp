@@ -6,22 +6,30 @@
 #include <algorithm>
 
 #include "pi/HostStructures.h"
+#include "sandbox/Plugin.h"
 
 namespace sandbox {
 
 namespace {
 
-constexpr int kRowsShown = 6;
-
 /// A tree widget of a moderate height; it grows where there is room.
 class CompactTree final : public QTreeWidget {
   public:
-    QSize sizeHint() const override {
-        // Several columns are apart only when each has its room.
-        return {columnCount() > 1 ? 480 : 260,
-                fontMetrics().height() * (kRowsShown + 1) + 2 * frameWidth() + 8};
+    void setRoom(int columns, int rows) {
+        columns_ = columns;
+        rows_ = rows;
+        updateGeometry();
     }
-    QSize minimumSizeHint() const override { return {160, fontMetrics().height() * 4}; }
+    QSize sizeHint() const override {
+        constexpr int rowsShown = 6;
+        // Several columns are apart only when each has its room.
+        const int width = columnCount() > 1 ? 480 : 260;
+        return {columns_ > 0 ? columns_ * fontMetrics().averageCharWidth() : width,
+                heightOf(rows_ > 0 ? rows_ : rowsShown)};
+    }
+    QSize minimumSizeHint() const override {
+        return {160, rows_ > 0 ? heightOf(rows_) : fontMetrics().height() * 4};
+    }
 
   protected:
     /// The selected item stays in sight.
@@ -29,6 +37,16 @@ class CompactTree final : public QTreeWidget {
         QTreeWidget::resizeEvent(event);
         if (const auto selected = selectedItems(); !selected.isEmpty()) scrollToItem(selected.first());
     }
+
+  private:
+    int heightOf(int rows) const {
+        // Not asked of the rows and the header, which answer another height once they are shown.
+        const int header = isHeaderHidden() ? 0 : fontMetrics().height() + 8;
+        return header + rows * (fontMetrics().height() + 2) + 2 * frameWidth();
+    }
+
+    int columns_ = 0;
+    int rows_ = 0;
 };
 
 /// A column is as wide as its widest text, within reason.
@@ -55,6 +73,15 @@ ListWidget::ListWidget(std::int32_t style, const QString& headers) : list_(new C
     if (!headers.isEmpty()) headers_ = headers.split('\t');
     showHeaders();
     QObject::connect(list_, &QTreeWidget::itemSelectionChanged, list_, [this] { activate(); });
+    QObject::connect(list_, &QTreeWidget::itemActivated, list_, [this] {
+        if (!chosen_) return;
+        owner()->enter("choice in " + describe(),
+                       [chosen = chosen_, wrapper = wrapper()] { chosen->Call(wrapper, nullptr); });
+    });
+}
+
+void ListWidget::setRoom(int columns, int rows) {
+    static_cast<CompactTree*>(list_)->setRoom(columns, rows);
 }
 
 void ListWidget::showHeaders() {

@@ -14,6 +14,9 @@ class ListWidget final : public HostWidget {
 
     const char* kind() const override { return "list"; }
     bool setInteger(std::int32_t value) override;
+    void setRoom(int columns, int rows) override;
+    /// Called when a row is double-clicked, or Enter pressed on it.
+    void setChosen(FunctorTwoParams__* chosen) { chosen_ = chosen; }
     /// The first selected item's text.
     std::optional<QString> text() const override;
     std::optional<std::int64_t> integer() const override { return selected(); }
@@ -39,6 +42,7 @@ class ListWidget final : public HostWidget {
 
     QTreeWidget* list_;
     QStringList headers_;
+    FunctorTwoParams__* chosen_ = nullptr;
 };
 
 }  // namespace sandbox

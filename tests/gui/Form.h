@@ -58,8 +58,12 @@ class Form {
         for (auto at = widgets.begin(); at != widgets.end(); ++at) {
             const auto& widget = at->second;
             if (widget.kind == FakeHost::Id::CreateLabel && widget.shown &&
-                widget.caption.substr(0, widget.caption.find('\t')) == label)
-                return std::next(at);
+                widget.caption.substr(0, widget.caption.find('\t')) == label) {
+                // What stands in a row of its own with its unit.
+                do ++at;
+                while (at != widgets.end() && at->second.kind == FakeHost::Id::CreateHorizontalFrame);
+                return at;
+            }
         }
         return widgets.end();
     }

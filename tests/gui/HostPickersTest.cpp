@@ -255,6 +255,7 @@ TEST_F(HostPickersTest, WhateverEndsChoosingAttachesNothing) {
         {"nothing left", [&] { press("Delete All"); }}};
     for (const auto& [what, act] : ends) {
         SCOPED_TRACE(what);
+        dialog->hide();
         dialog->show();
         EXPECT_EQ(host.grabs, 0) << "shown again, it does not draw at once";
         addCircle(Vec3(0.31, -2.7, 0));

@@ -25,6 +25,7 @@ using OverlayEditor::Document;
 using OverlayEditor::Overlay;
 using OverlayEditor::Preferences;
 using OverlayEditor::Shape;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -174,9 +175,11 @@ TEST_F(DocumentTest, WhatFailsCostsNothing) {
     EXPECT_FALSE(load(write("box.zel", kBox)));
     EXPECT_FALSE(take(document->readOverlay(&host)));
     EXPECT_EQ(overlay.shapes().size(), 2u);
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("Could not save " + precious + ": there is nothing to save"),
-                                      HasSubstr("No such file or directory"), HasSubstr("File name too long"),
-                                      HasSubstr("No such file or directory"), HasSubstr("none of its shapes"),
+    const std::string newFile = path("no-such-directory/x.zel");
+    EXPECT_THAT(messages, ElementsAre("Not saved: no shape is complete. " + precious + " is as it was",
+                                      AllOf(HasSubstr("No such file or directory"), HasSubstr(newFile)),
+                                      HasSubstr("File name too long"), HasSubstr("No such file or directory"),
+                                      HasSubstr("no valid shapes found"), HasSubstr("none of its shapes"),
                                       HasSubstr("the host gave no text")));
     EXPECT_THAT(host.notifications.back(), HasSubstr("empty.zel, no valid shapes found"));
 
@@ -209,15 +212,14 @@ TEST_F(DocumentTest, CopiesWhatItCannotKeepAndWhatOthersWrote) {
     const std::string mixed = kTwoCircles + kBox;
     const std::string file = write("mixed.zel", mixed);
     ASSERT_TRUE(load(file));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("latlonaltbox \"Fence\"")));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("when it is saved, line 21: the latlonaltbox \"Fence\"")));
     write("mixed.zel~", "an older copy");
     messages.clear();
     document->save(file);
     EXPECT_EQ(contentsOf(file + "~"), "an older copy");
     EXPECT_EQ(contentsOf(file + "~2"), mixed);
     EXPECT_THAT(contentsOf(file), Not(HasSubstr("Fence")));
-    EXPECT_THAT(messages,
-                ElementsAre(HasSubstr("is kept as " + file + "~2: it holds what"), HasSubstr("Fence")));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("is kept as " + file + "~2: it holds what")));
 
     // What the editor wrote needs no copy, what is kept already no second one.
     first().setName("x");
@@ -461,6 +463,73 @@ TEST_F(DocumentTest, TheOnlyCopyIsRescued) {
     EXPECT_FALSE(document->isSaved());
     clear();
     EXPECT_EQ(rescued().size(), 2u);
+}
+
+/// Deleting the last shape of a file is an edit like others, and the only way to an empty file.
+TEST_F(DocumentTest, TheLastShapeOfAFileCanBeDeleted) {
+    const std::string file = write("two.zel", kTwoCircles);
+    for (int i = 0; i < 2; ++i) host.overlays[&host + i] = {kTwoCircles, file, 0, true};
+    EXPECT_FALSE(document->save(file)) << "nothing was loaded from it";
+    ASSERT_TRUE(take(document->readOverlay(&host)));
+    overlay.clearShapes(false);
+    EXPECT_FALSE(document->isSaved());
+    messages.clear();
+    EXPECT_TRUE(document->save(file));
+    EXPECT_TRUE(document->save(file)) << "no copy of nothing";
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("is kept as " + file + "~: its last shape is deleted")));
+    EXPECT_EQ(contentsOf(file), "version 2\n\n");
+    EXPECT_EQ(contentsOf(file + "~"), kTwoCircles);
+    EXPECT_THAT(host.overlays, IsEmpty());
+    EXPECT_TRUE(document->isSaved());
+    EXPECT_FALSE(document->save(path("other.zel")));
+}
+
+/// Two editors and a text editor: what came in between looking at a file and replacing it is kept.
+TEST_F(DocumentTest, WhatOthersWriteWhileItIsSavedIsKept) {
+    const std::string file = write("two.zel", kTwoCircles);
+    ASSERT_TRUE(load(file));
+    first().setName("x");
+    // The host is called after the file was looked at.
+    host.onCall = [&](FakeHost::Id id) {
+        if (id == FakeHost::Id::RegistrySetValue) write("two.zel", "theirs");
+    };
+    EXPECT_TRUE(document->save(file));
+    EXPECT_EQ(contentsOf(file + "~"), "theirs");
+    EXPECT_THAT(messages.back(), HasSubstr("kept as " + file + "~: somebody else has written it"));
+    first().setName("y");
+    host.onCall = [&](FakeHost::Id id) {
+        if (id == FakeHost::Id::RegistrySetValue) std::filesystem::remove(file);
+    };
+    EXPECT_TRUE(document->save(file));
+    host.onCall = {};
+    EXPECT_THAT(contentsOf(file), HasSubstr("3d name y"));
+}
+
+/// What reads like nothing but its errors says so five times, not three hundred.
+TEST_F(DocumentTest, AFileThatIsNoOverlayIsToldInAFewWords) {
+    std::string points;
+    for (int i = 0; i < 300; ++i) points += "21.3 -158 0\n";
+    EXPECT_FALSE(load(write("coast.ll", points)));
+    EXPECT_THAT(messages, ::testing::SizeIs(7));
+    EXPECT_THAT(messages[5], HasSubstr("295 more lines"));
+    EXPECT_THAT(messages[6], HasSubstr("is no ZEL file, and the editor edits no others"));
+}
+
+TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
+    const std::string file = write("two.zel", kTwoCircles);
+    host.platforms[7].header.name = "Ship";
+    load(file);
+    EXPECT_EQ(document->changes(), "None");
+    first().setShown(false);
+    EXPECT_EQ(document->changes(), "None; hidden here, but not in the file: Inner");
+    first().setShown(true);
+    std::filesystem::remove(file);
+    EXPECT_EQ(document->changes(), "Not saved; the file is gone");
+    write("two.zel", "theirs");
+    EXPECT_EQ(document->changes(), "Not saved; somebody else has written the file");
+    add("New").setCenter({0.1, 0.2, 0});
+    document->attach(7, false);
+    EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
 }
 
 /// The host has an overlay with absolute positions on a platform: saved, they are offsets.

@@ -39,7 +39,7 @@ class FakeHost final : public PIServiceTable {
         PIObject* wrapper = nullptr;
         std::string text;  ///< value of a text field; caption of a label or a button, as it is now
         double number = 0.0;
-        bool shown = true, enabled = true, checked = false;
+        bool shown = true, enabled = true, checked = false, marked = false;
         std::vector<std::string> items;  ///< of an option menu or a list
         std::vector<void*> itemData;
         PIGUI::PICloseObserver* closeObserver = nullptr;
@@ -61,6 +61,7 @@ class FakeHost final : public PIServiceTable {
 
     // What the test puts in.
     bool refuseAll = false;          ///< every call returns 0 without results
+    bool marks = true;               ///< whether it can mark fields, and what else not every host can
     std::function<void(Id)> onCall;  ///< called during each call, but for calls made from within it
     /// Asked before each call; what it answers takes the place of the service.
     std::function<std::optional<PIServiceResult>(Id, void* args)> answer;
@@ -247,6 +248,10 @@ class FakeHost final : public PIServiceTable {
         if (is(Id::OverlayFiles)) return overlayFiles(r, static_cast<OverlayFiles>(selector));
         if (is(Id::ListItems)) listItems(r, static_cast<ListItems>(selector));
         if (is(Id::SwitcherSetCurrent)) widgets[r.pointers[0]].number = static_cast<double>(r.integers[0]);
+        if (is(Id::WidgetLooks)) {
+            if (marks && does(WidgetLooks::Mark)) widgets[r.pointers[0]].marked = r.integers[1] != 0;
+            return marks ? 1 : 0;
+        }
         if (is(Id::MouseGrab)) grabs += does(MouseGrab::Grab) ? 1 : -1;
         if (is(Id::Clock)) r.doubles.push_back(0.0);
         if (is(Id::Notify))

@@ -25,7 +25,9 @@ function saveAs(path) {
 if (disk) {
     for (const [path, reason] of [[disk + "/device.zel", "Not a regular file"],
                                   [readOnly + "/plan.zel", `no file can be made in ${readOnly}: Read-only file system`]]) {
-        assertEqual(saveAs(path), [`Could not save ${path}: ${reason}`]);
+        const [told, ...more] = saveAs(path);
+        assert(told.startsWith("Not saved: " + reason) && told.includes(path) && more.length === 0, told);
+        assert(editor.captions().some(text => text.startsWith("Not saved: " + reason)), "the dialog says so, too");
         assertEqual([editor.items(), editor.value("File:"), editor.enabled("Save")], [["Circle 1"], "", false]);
     }
 
@@ -40,7 +42,7 @@ if (disk) {
     }
     editor.fill("Name:", "Harbour limit");
     editor.press("Save");
-    assertEqual(errors(), [`Could not save ${plan}: No space left on device`]);
+    assertEqual(errors(), [`Not saved: the disk is full. ${plan} is as it was`]);
     assertEqual(readFile(plan), old, "the old file");
     assertEqual(listFiles(disk).filter(name => !name.startsWith("filler")), ["device.zel", "plan.zel"]);
     removeFile(disk + "/filler0");

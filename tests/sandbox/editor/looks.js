@@ -34,8 +34,9 @@ function tabThrough(paths) {
 const style = ["Line Width:", "Line Color:", "Filled:", "Fill Color:"];
 function selectKind(kind) { editor.select("All Shapes", editor.items("All Shapes").find(i => i.startsWith(kind + " "))); }
 selectKind("Wedge");
+tabThrough(["Prec:", "Pos:", "Shape:"]);
 tabThrough(["Name:", "Draw:", "Lat:", "Lon:", "Shape Controls > Alt:", "X Radius:", "Y Radius:", "Height:", "Start Angle:",
-            "End Angle:", ...style, "LLA:", "Units > Alt:", "Ang:", "Rng:", "Prec:", "Pos:", "Load HALVIS..."]);
+            "End Angle:", ...style, "Load HALVIS..."]);
 selectKind("Orbit");
 tabThrough(["Name:", "Draw:", "Center 1: > Lat:", "Center 1: > Lon:", "Center 1: > Alt:", "Center 2: > Lat:", "Center 2: > Lon:",
             "Center 2: > Alt:", "Radius:", ...style]);
@@ -47,14 +48,33 @@ assertThrows(() => editor.press("Delete"), /"All Shapes > Delete", "Points > Del
 editor.press("All Shapes > Delete");
 assert(!editor.items("All Shapes").some(i => i.startsWith("Polygon ")), "the shape is gone");
 
-// Nonsense in a spinner is refused as a whole.
+// Nonsense in a spinner is refused as a whole, and stays until it is left twice.
 selectKind("Circle");
 for (const nonsense of ["3.7", "wide", "-5", "99999"]) {
-    const before = log().length;
     editor.fill("Line Width:", nonsense);
+    assertEqual(editor.value("Line Width:"), nonsense);
+    assert(editor.captions().some(text => text.startsWith(`Line Width: "${nonsense}" is no whole number from 0 to 9999`)));
+    editor.leave("Line Width:");
     assertEqual(editor.value("Line Width:"), "2", nonsense);
-    assert(log().slice(before).some(m => m.text.includes(nonsense)), "the log says why " + nonsense + " is refused");
 }
+
+// From shape to shape nothing moves but what the panel shows.
+const fixed = ["All Shapes", "All Shapes > Center", "File:", "Changes:", "Attach:", "LLA:", "Pos:", "Shape:", "Name:", "Draw:", "Save"];
+let standing;
+for (const kind of ["Circle", "Rectangle", "Orbit", "Line", "Text", "Wedge", "Free Draw"]) {
+    selectKind(kind);
+    if (kind === "Wedge") editor.fill("X Radius:", "45,5");
+    wait(50);
+    const places = JSON.stringify([editor.geometry, ...fixed.map(path => editor.place(path))]);
+    assertEqual(places, standing = standing || places, kind);
+    if (args[0]) editor.picture(args[0] + "/selected-" + kind.replace(" ", "-") + ".png");
+}
+selectKind("Circle");
+
+// A closed menu is no command line.
+const count = editor.items("All Shapes").length;
+for (const key of ["WheelDown", "WheelUp", "Down", "C"]) editor.key("Shape:", key);
+assertEqual(editor.items("All Shapes").length, count, "keys and wheel on the closed menu add nothing");
 
 // What somebody else has named makes no dialog wider.
 const before = editor.geometry.width;

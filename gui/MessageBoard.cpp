@@ -1,0 +1,81 @@
+#include "gui/MessageBoard.h"
+
+#include <algorithm>
+
+#include "gui/Captions.h"
+#include "pi/FunctorTwoParams.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+constexpr std::int32_t kLines = 2;
+/// So many letters are sure to have room.
+constexpr std::size_t kMostLetters = 220;
+constexpr std::size_t kMostInTooltip = 20;
+constexpr int kTicksToRead = 2;
+
+/// A text that fits; whole letters of UTF-8, the file name at the end of a path rather than its beginning.
+std::string shortened(const std::string& text) {
+    if (text.size() <= kMostLetters) return text;
+    const auto isPart = [&](std::size_t at) {
+        return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80;
+    };
+    std::size_t head = kMostLetters * 2 / 3;
+    std::size_t tail = text.size() - (kMostLetters - head);
+    while (head > 0 && isPart(head)) --head;
+    while (tail < text.size() && isPart(tail)) ++tail;
+    return text.substr(0, head) + " ... " + text.substr(tail);
+}
+
+}  // namespace
+
+MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer)
+    : row_(parent, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
+      text_(&row_, ""),
+      answer_(&row_, "Recover", onAnswer) {
+    text_.setRoom(0, kLines);
+    answer_.hide();
+}
+
+void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
+    if (command_ != commandsGiven()) lines_.clear();
+    command_ = commandsGiven();
+    ticks_ = 0;
+    if (lines_.empty()) answer_.hide();
+    lines_.push_back({severity, oneLine(text)});
+    show_();
+}
+
+void MessageBoard::offer(const std::string& caption) {
+    answer_.setValue(caption);
+    answer_.show();
+}
+
+void MessageBoard::clear() {
+    lines_.clear();
+    answer_.hide();
+    show_();
+}
+
+void MessageBoard::tick() {
+    if (lines_.empty() || command_ == commandsGiven()) return;
+    if (++ticks_ >= kTicksToRead) clear();
+}
+
+void MessageBoard::show_() {
+    if (lines_.empty()) {
+        text_.setValue(std::string("\t "));
+        return;
+    }
+    // Of equals the first: what comes behind it explains it.
+    const auto worst = std::ranges::min_element(lines_, {}, &Line::severity);
+    std::string text = shortened(worst->text);
+    if (lines_.size() > 1) text.append(" (and ").append(std::to_string(lines_.size() - 1)).append(" more)");
+    text += '\t';
+    for (std::size_t i = 0; i < std::min(lines_.size(), kMostInTooltip); ++i)
+        text.append(i ? "\n" : "").append(lines_[i].text);
+    text_.setValue(text);
+}
+
+}  // namespace OverlayEditor
