@@ -27,8 +27,7 @@ SelectExistingZELDialog::SelectExistingZELDialog(FunctorTwoParams__* onOk)
       ok_(&buttons_, "OK\tLoad the selected existing ZEL", onOk),
       refresh_(&buttons_, "Refresh\tUpdate the ZEL list",
                callbacks_.make(&SelectExistingZELDialog::onCmdRefresh)),
-      cancel_(&buttons_, "Cancel\tClose this dialog without a choice",
-              callbacks_.make(&SelectExistingZELDialog::onCmdCancel)) {
+      cancel_(&buttons_, "Cancel\tLoad nothing", callbacks_.make(&SelectExistingZELDialog::onCmdCancel)) {
     list_.setRoom(80, kRowsOfSelection);
     list_.mapFunction(callbacks_.make(&SelectExistingZELDialog::onCmdSelection));
     list_.setChosenCallback(onOk);

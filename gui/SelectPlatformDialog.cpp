@@ -56,7 +56,7 @@ SelectPlatformDialog::SelectPlatformDialog(MouseManager* mouseManager, FunctorTw
       refresh_(&buttons_, "Refresh\tUpdate the platform list",
                callbacks_.make(&SelectPlatformDialog::onCmdRefresh)),
       ok_(&buttons_, "OK\tAttach the current ZEL to the selected platform", onOk),
-      cancel_(&buttons_, "Cancel\tClose this dialog without a choice",
+      cancel_(&buttons_, "Cancel\tLeave the attachment as it is",
               callbacks_.make(&SelectPlatformDialog::onCmdClosed)) {
     list_.setRoom(40, kRowsOfSelection);
     list_.setChosenCallback(onOk);

@@ -139,6 +139,34 @@ TEST_F(HostPickersTest, ListsOverlaysUnderTheirPlatformOnce) {
     EXPECT_FALSE(host.overlays[&handles[2]].shown);
 }
 
+TEST_F(HostPickersTest, ARowThatIsAloneIsSelectedAndKeepsToItsColumns) {
+    host.platforms = {{7, {{7, "Zu\tlu\n", ""}, {.latRad = 0.3, .lonRad = -2.7}}}};
+    int handle = 0;
+    host.overlays[&handle] = {kCircle, "/a\tb.zel", 7, true};
+    press("Load HALVIS...");
+    EXPECT_THAT(zels().items, ElementsAre("/a b.zel\tZu lu "));
+    EXPECT_TRUE(zels().number == 0 && host.find(kZelOk)->enabled);
+    press("Cancel\tLoad nothing");
+    EXPECT_FALSE(host.find("Select Existing ZEL")->shown);
+
+    addCircle(Vec3(0.31, -2.7, 0));
+    const auto selected = [this] { return platforms().number == 0 && host.find(kPlatformOk)->enabled; };
+    attachBox(true);
+    EXPECT_TRUE(selected());
+    EXPECT_THAT(platforms().items, ElementsAre("Zu lu "));
+    host.find("Center On Host")->checked = true;
+    press(kPlatformOk);
+    attachBox(false);
+    addPlatform(8, "Alpha", 0.4, -2.8);
+    platforms().number = -1;
+    attachBox(true);
+    EXPECT_FALSE(host.find("Center On Host")->checked) << "asked for anew each time";
+    EXPECT_FALSE(host.find(kPlatformOk)->enabled);
+    platforms().number = 0;
+    host.activate(platforms());
+    EXPECT_TRUE(selected());
+}
+
 TEST_F(HostPickersTest, SortsPlatformsAndKeepsTheHostsOrderOfEqualNames) {
     addCircle(Vec3(0.31, -2.7, 0));
     attachBox(true);

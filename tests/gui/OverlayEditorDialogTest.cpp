@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -47,8 +48,10 @@ constexpr const char* kTwoCircles =
 class OverlayEditorDialogTest : public ::testing::Test {
   protected:
     OverlayEditorDialogTest() {
-        halNotify::setNotifyHandler(
-            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
+        halNotify::setNotifyHandler([this](halNotify::Severity severity, const std::string& text) {
+            messages.push_back(text);
+            if (dialog) dialog->hear(severity, text);
+        });
         host.eye = Vec3(0.4, -2.7, 1e6);
         host.settings["AutoSaveZelDir"] = path("rescued");
         for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
@@ -90,6 +93,13 @@ class OverlayEditorDialogTest : public ::testing::Test {
         host.fireTimeouts();
         const std::string& text = form.field("Changes:").text;
         return text.empty() ? "None" : text;
+    }
+    /// Whether the dialog tells it.
+    bool says(const std::string& text) const {
+        return std::ranges::any_of(host.widgets, [&](const auto& entry) {
+            return entry.second.kind == FakeHost::Id::CreateLabel &&
+                   entry.second.text.find(text) != std::string::npos;
+        });
     }
     std::string path(const char* name) const { return directory + "/" + name; }
     std::string contentsOf(const std::string& file) const {
@@ -332,6 +342,75 @@ TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
     addCircle(1, 2, 500);
     dialog.reset();
     EXPECT_EQ(rescued().size(), 2u) << "at the end, too";
+}
+
+TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAnswer) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    form.type("Radius:", "45,5");
+    EXPECT_TRUE(says("Radius: Invalid value \"45,5\": use a point for decimals; understood are \"2.5\""));
+    for (int i = 0; i < 3; ++i) host.fireTimeouts();
+    EXPECT_TRUE(says("45,5")) << "nobody has done anything since";
+    select(0);
+    EXPECT_TRUE(says("45,5")) << "the command that left the field";
+    for (int i = 0; i < 3; ++i) host.fireTimeouts();
+    EXPECT_FALSE(says("45,5"));
+
+    auto& answer = *host.find("Recover");
+    press("Delete All");
+    EXPECT_TRUE(says("are kept in " + path("rescued")));
+    ASSERT_TRUE(answer.shown);
+    host.activate(answer);
+    EXPECT_THAT(list().items, ElementsAre("Circle 1"));
+    EXPECT_FALSE(answer.shown || says("are kept in"));
+
+    // The worst of what a command says, and how much more there is.
+    select(0);
+    form.type("Name:", "Mine");
+    std::filesystem::remove_all(path("rescued"));
+    write(path("rescued"), "a file where the directory should be");
+    write(path("box.zel"), std::string(kTwoCircles) + "latlonaltbox 4 3 1 2 0\n");
+    host.fileDialogAnswers = {path("box.zel")};
+    press("...");
+    EXPECT_TRUE(says("could not be written to"));
+    EXPECT_TRUE(says(" more)\t"));
+    ASSERT_TRUE(answer.shown);
+    EXPECT_THAT(answer.text, ::testing::StartsWith("Discard\t"));
+    EXPECT_THAT(list().items, ElementsAre("Mine"));
+    host.activate(answer);
+    EXPECT_THAT(list().items, IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, LeavesNothingWithoutAWayOut) {
+    dialog->show();
+    EXPECT_FALSE(host.find("New")->enabled);
+    addCircle(1, 2, 500);
+    host.fileDialogAnswers = {path("harbour")};
+    press("Save As...");
+    EXPECT_EQ(form.field("File:").text, path("harbour.zel"));
+    EXPECT_THAT(host.find("File:")->text, ::testing::EndsWith(path("harbour.zel")))
+        << "the whole path as tooltip";
+    press("Delete");
+    EXPECT_EQ(changes(), "Not saved");
+    press("Save");
+    EXPECT_EQ(changes(), "None");
+    EXPECT_THAT(contentsOf(path("harbour.zel~")), HasSubstr("Circle 1"));
+    press("New");
+    EXPECT_EQ(form.field("File:").text, "");
+    EXPECT_FALSE(host.find("Save")->enabled || host.find("New")->enabled);
+
+    // Asked for once more while it is open, it comes to the front and ends no drawing.
+    add(1);
+    dialog->show();
+    EXPECT_TRUE(mouse.isActive());
+    std::vector<void*> sent;
+    for (const char* name : {"one.zel", "two.zel", "three.zel"}) {
+        sent.push_back(&host + sent.size());
+        host.overlays[sent.back()] = {kTwoCircles, path(name), 0, true};
+    }
+    dialog->loadZels(sent);
+    EXPECT_TRUE(
+        says("One overlay is edited at a time: " + path("three.zel") + ", and not " + path("one.zel")));
 }
 
 TEST_F(OverlayEditorDialogTest, DeleteWhileDrawingEndsTheTool) {
