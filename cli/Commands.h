@@ -49,4 +49,15 @@ struct EditOptions {
 /// The files as the editor saves them, and what it loses of them.
 int edit(const EditOptions& options);
 
+struct ConvertOptions {
+    std::string in;
+    std::string out;
+    /// As typed; empty where nothing was.
+    std::string to;
+    std::string tolerance;
+    std::string about;
+};
+/// Runs the program that has GDAL in place of this one; returns only when it cannot.
+int convert(const ConvertOptions& options);
+
 }  // namespace cli

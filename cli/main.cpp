@@ -13,7 +13,7 @@ void addFiles(CLI::App& command, std::vector<std::string>& files, bool& recursiv
 }
 
 int run(int argc, char** argv) {
-    CLI::App app("Checks, describes and formats ZEL overlay files.", "zel");
+    CLI::App app("Checks, describes, formats and converts ZEL overlay files.", "zel");
     app.set_version_flag("--version", "zel " ZEL_VERSION);
     app.require_subcommand(1);
     app.footer("Exit codes: 0 clean, 1 with messages, 2 unreadable or wrongly called.");
@@ -42,6 +42,20 @@ int run(int argc, char** argv) {
     addFiles(*edit, editOptions.files, editOptions.recursive);
     edit->add_flag("-q,--quiet", editOptions.quiet, "Print no summary");
 
+    cli::ConvertOptions convertOptions;
+    CLI::App* const convert = app.add_subcommand(
+        "convert", "Make a ZEL file of one of another format, or the other way round; needs GDAL");
+    convert->add_option("IN", convertOptions.in, "The file to read")->required();
+    convert->add_option("OUT", convertOptions.out, "The file to write; - is standard output")->required();
+    convert->add_option(
+        "--to", convertOptions.to,
+        "The format to write, where OUT has not its suffix: zel, geojson, kml, kmz, gpx, csv, "
+        "gpkg or shp");
+    convert->add_option("--tolerance", convertOptions.tolerance,
+                        "Metres that the straight pieces of an outline may leave a curve");
+    convert->add_option("--about", convertOptions.about,
+                        "Where offsets without a reference are: latitude,longitude[,altitude[,heading]]");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -50,6 +64,7 @@ int run(int argc, char** argv) {
     if (check->parsed()) return cli::check(checkOptions);
     if (info->parsed()) return cli::info(infoOptions);
     if (edit->parsed()) return cli::edit(editOptions);
+    if (convert->parsed()) return cli::convert(convertOptions);
     return cli::format(formatOptions);
 }
 

@@ -13,8 +13,9 @@ _zel() {
         info) options='-s --summary --json -r --recursive -h --help' ;;
         format) options='-i --in-place --force -r --recursive -h --help' ;;
         edit) options='-q --quiet -r --recursive -h --help' ;;
+        convert) options='--to --tolerance --about -h --help' ;;
         *)
-            mapfile -t COMPREPLY < <(compgen -W 'check info format edit -h --help --version' -- "$word")
+            mapfile -t COMPREPLY < <(compgen -W 'check info format edit convert -h --help --version' -- "$word")
             return
             ;;
     esac
@@ -24,7 +25,11 @@ _zel() {
         compopt -o filenames 2> /dev/null
         mapfile -t COMPREPLY < <(
             compgen -d -- "$word"
-            compgen -f -X '!*.[zZ][eE][lL]' -- "$word"
+            if [[ $command == convert ]]; then
+                compgen -f -X '!*.@(zel|geojson|kml|kmz|gpx|csv|gpkg|shp)' -- "$word"
+            else
+                compgen -f -X '!*.[zZ][eE][lL]' -- "$word"
+            fi
         )
     fi
 }

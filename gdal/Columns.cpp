@@ -124,6 +124,8 @@ const ColumnInfo& infoOf(Column column) {
 }
 
 bool ColumnIndex::add(std::string_view name, int field) {
+    // What a GPX file holds beside its own.
+    if (name.starts_with("ogr_")) name.remove_prefix(4);
     for (std::size_t i = 0; i < kColumnCount; ++i) {
         if (!UTILS::equalsIgnoringCase(name, kColumns[i].name)) continue;
         if (fields_[i] >= 0) return false;

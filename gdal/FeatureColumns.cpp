@@ -164,7 +164,7 @@ std::optional<bool> truthIn(const OGRFeature& feature, const ColumnIndex& index,
 }
 
 std::string textOfPoints(const std::vector<Vec3>& points, bool geodetic) {
-    std::string text;
+    std::string text = "(";
     const auto add = [&text](double value, char after) {
         text.append(UTILS::writeNumber(value, 17)) += after;
     };
@@ -173,12 +173,15 @@ std::string textOfPoints(const std::vector<Vec3>& points, bool geodetic) {
         add(geodetic ? degreesOf(point.y()) : point.y(), ' ');
         add(point.z(), ',');
     }
-    if (!text.empty()) text.pop_back();
-    return text;
+    if (!points.empty()) text.pop_back();
+    return text += ')';
 }
 
 std::vector<Vec3> pointsOfText(std::string_view text, bool geodetic) {
     std::vector<Vec3> points;
+    text = UTILS::trimmed(text);
+    if (text.size() < 2 || text.front() != '(' || text.back() != ')') return points;
+    text = text.substr(1, text.size() - 2);
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(','), text.size());
         std::string_view part = UTILS::trimmed(text.substr(0, end));

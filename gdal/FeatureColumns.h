@@ -23,7 +23,7 @@ std::optional<std::string> textIn(const OGRFeature& feature, const ColumnIndex& 
 std::optional<double> numberIn(const OGRFeature& feature, const ColumnIndex& index, Column column);
 std::optional<bool> truthIn(const OGRFeature& feature, const ColumnIndex& index, Column column);
 
-/// Points in one text: "1 2 3, 4 5 6".
+/// Points in one text: "(1 2 3,4 5 6)"; without a bracket some drivers take it for a number.
 std::string textOfPoints(const std::vector<halCore::Vec3>& points, bool geodetic);
 /// Empty when the text is none.
 std::vector<halCore::Vec3> pointsOfText(std::string_view text, bool geodetic);

@@ -55,7 +55,9 @@ bool isOfKind(const OGRGeometry& geometry, const std::vector<GeodeticPath>& path
             return (type == wkbLineString || type == wkbMultiLineString) &&
                    std::ranges::all_of(paths, [](const GeodeticPath& path) { return path.size() == 2; });
         case ShapeType::Polygon:
-            return paths.size() == 1 && (type == wkbPolygon || type == wkbMultiPolygon);
+            // Where a format has no areas, their outlines are lines.
+            return paths.size() == 1 && (type == wkbPolygon || type == wkbMultiPolygon ||
+                                         paths.front().front() == paths.front().back());
         default:
             return false;
     }
@@ -142,6 +144,7 @@ bool ShapeMaker::takePlaces_(ZEL::ZelShape& shape, bool& altered) {
     if (!geometry_ || shape.isRelative() || !isOfKind(*geometry_, *paths_, kind)) return false;
     std::vector<Vec3> points;
     for (const GeodeticPath& path : *paths_) points.insert(points.end(), path.begin(), path.end());
+    if (kind == ShapeType::Polygon && points.size() > 1 && points.front() == points.back()) points.pop_back();
     if (points.size() < fewestPoints(kind)) return false;
     setPoints(shape, std::move(points));
     return true;

@@ -1,6 +1,6 @@
 #include "gdal/WriteDataset.h"
 
-#include <sstream>
+#include <new>
 
 #include <cpl_string.h>
 #include <cpl_vsi.h>
@@ -8,6 +8,7 @@
 #include "common/Files.h"
 #include "common/NumberText.h"
 #include "common/SaveFile.h"
+#include "format/TextBuffer.h"
 
 namespace exchange {
 namespace {
@@ -76,16 +77,22 @@ void WriteDataset::note(const std::string& text) {
 
 bool WriteDataset::save_() {
     if (saved_) return true;
-    std::ostringstream out;
-    out.precision(UTILS::kSignificantDigits);
-    out << "version 2\n\n";
-    for (const halCore::ZEL::ZelShapePtr& shape : shapes_) {
-        shape->serializeToStream(out);
-        out << '\n';
-    }
     const std::string file = GetDescription();
-    const std::string problem =
-        isVirtual(file) ? saveVirtually(file, out.str()) : UTILS::saveFile(file, out.view());
+    std::string problem;
+    try {
+        const auto buffer = OverlayEditor::TextBuffer::take();
+        std::ostream& out = buffer->out();
+        out.precision(UTILS::kSignificantDigits);
+        out << "version 2\n\n";
+        for (const halCore::ZEL::ZelShapePtr& shape : shapes_) {
+            shape->serializeToStream(out);
+            out << '\n';
+        }
+        problem =
+            isVirtual(file) ? saveVirtually(file, buffer->text()) : UTILS::saveFile(file, buffer->text());
+    } catch (const std::bad_alloc&) {
+        problem = "not enough memory";
+    }
     if (problem.empty())
         saved_ = true;
     else

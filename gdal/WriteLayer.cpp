@@ -44,9 +44,9 @@ int WriteLayer::TestCapability(const char* capability) {
 
 OGRErr WriteLayer::CreateField(OGRFieldDefn* field, int) {
     const std::string name = field->GetNameRef();
-    // What the KML driver gives every feature is no loss.
-    const bool isKmls = name == "tessellate" || name == "extrude" || name == "visibility";
-    if (!index_.add(name, definition_->GetFieldCount()) && !isKmls)
+    // What the drivers of KML and CSV give every feature is no loss.
+    const bool isTheirs = name == "tessellate" || name == "extrude" || name == "visibility" || name == "WKT";
+    if (!index_.add(name, definition_->GetFieldCount()) && !isTheirs)
         unknown_.push_back(definition_->GetFieldCount());
     definition_->AddFieldDefn(field);
     return OGRERR_NONE;

@@ -53,7 +53,7 @@ without a window, and plays scripts that act as a person would.")
 
 set(CPACK_DEBIAN_ZEL_PACKAGE_NAME zel)
 set(CPACK_DEBIAN_ZEL_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_ZEL_PACKAGE_SUGGESTS "bash-completion, halvis-sandbox")
+set(CPACK_DEBIAN_ZEL_PACKAGE_SUGGESTS "bash-completion, gdal-driver-zel, halvis-sandbox")
 set(CPACK_DEBIAN_ZEL_DESCRIPTION
     "check, describe and format ZEL overlay files
 ZEL files describe shapes on the globe as plain text. The zel command

@@ -13,7 +13,7 @@ import unittest
 from geographiclib.geodesic import Geodesic
 from osgeo import gdal, ogr, osr
 
-ZEL, SAMPLES = sys.argv[1:3]
+ZEL, SAMPLES = map(os.path.abspath, sys.argv[1:3])
 EARTH = Geodesic.WGS84
 PLACES = [(0, 0), (64, 179.9), (89.9, 20), (-89.9, 20)]
 KEPT = {"start", "end", "filled", "off"}
@@ -283,7 +283,7 @@ class Driver(Case):
         lines = ["line", "xyz 0 0 0", "xyz 1000 0 50", "rangeunits m", "altitudeunits m"]
         feature = self.shape(*lines)
         self.assertIsNone(feature.GetGeometryRef())
-        self.assertEqual((feature["relative"], feature["points"]), (1, "0 0 0,1000 0 50"))
+        self.assertEqual((feature["relative"], feature["points"]), (1, "(0 0 0,1000 0 50)"))
         placed = self.outline(*lines, options=["ABOUT=60,10,20"])
         self.assertEqual(placed.GetPoint(0), (10, 60, 20))
         self.assertAlmostEqual(EARTH.Inverse(60, 10, placed.GetY(1), placed.GetX(1))["s12"], 1000, delta=0.01)
@@ -491,6 +491,47 @@ class Writing(Case):
         gdal.VectorTranslate("/vsimem/copy.zel", self.path("copy.zel"))
         copy = self.open("/vsimem/copy.zel")
         self.assertEqual(copy.GetLayer(0).GetFeatureCount(), 1)
+
+
+class Convert(Case):
+    """The zel command, for those who have no tools of GDAL's at hand."""
+
+    def zel(self, *arguments, code=0, program=ZEL):
+        done = subprocess.run([program, "convert", *arguments], capture_output=True, cwd=self.directory)
+        self.assertEqual(done.returncode, code, done.stderr)
+        return done.stdout.decode(), done.stderr.decode()
+
+    def test_every_format_there_and_back(self):
+        source = os.path.join(SAMPLES, "gallery.zel")
+        for suffix in ("geojson", "kml", "kmz", "csv", "gpkg", "zel"):
+            self.zel(source, f"g.{suffix}")
+            self.zel(f"g.{suffix}", "back.zel")
+            self.assertSameBlocks(self.blocks(source), self.blocks(self.path("back.zel")), suffix)
+        # What the others cannot hold is told.
+        self.assertIn("GPX holds no areas; 28 outlines became tracks", self.zel(source, "g.gpx", code=1)[1])
+        self.zel("g.gpx", "back.zel")
+        kinds = lambda file: sorted(b[0].replace("\\n", " ") for b in self.blocks(file) if b[0] not in ("points", "# kml groundoverlay"))
+        self.assertEqual(kinds(self.path("back.zel")), kinds(source))
+        self.zel(source, "g.shp")
+        found = []
+        for part in ("area", "line", "point", "points"):
+            self.zel(f"g_{part}.shp", "back.zel")
+            found += [block[0] for block in self.blocks(self.path("back.zel"))]
+        self.assertEqual(sorted(found), sorted(block[0] for block in self.blocks(source)))
+
+    def test_options_and_what_goes_wrong(self):
+        file = self.file("start\ncircle\ncenterxy 1 2\nradius 9\nrangeunits km\nend\n")
+        coarse = self.zel(file, "-", "--to", "geojson", "--tolerance", "100", "--about=-33,151")[0]
+        self.assertIn('"tol_m": 100', coarse)
+        self.assertLess(len(coarse), len(self.zel(file, "-", "--to", "geojson", "--about=-33,151")[0]))
+        self.assertIn("no-such.kml", self.zel("no-such.kml", "x.zel", code=2)[1])
+        self.assertIn("not one of the formats zel, geojson,", self.zel(file, "x.foo", code=2)[1])
+        self.assertIn("has to be a ZEL file", self.zel(self.file("{}", "a.geojson"), "a.kml", code=2)[1]
+                      if False else self.zel(self.file("a,WKT\n1,POINT (1 2)\n", "a.csv"), "a.kml", code=2)[1])
+        self.assertIn("No such file", self.zel(file, "no/directory/x.kml", code=2)[1])
+        alone = shutil.copy(ZEL, self.path("zel"))
+        self.assertEqual(self.zel(file, "x.kml", code=2, program=alone)[1],
+                         "zel: convert needs GDAL, and its driver for ZEL files: install the package gdal-driver-zel\n")
 
 
 if __name__ == "__main__":

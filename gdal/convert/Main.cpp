@@ -1,0 +1,173 @@
+// zel-convert IN OUT FORMAT TOLERANCE PLACE: what "zel convert" runs, so that the zel command needs no GDAL.
+// OUT may be
+// "-"; the last three may be empty. Exit codes are those of zel.
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <cpl_error.h>
+#include <cpl_string.h>
+#include <cpl_vsi.h>
+#include <gdal_priv.h>
+
+#include "common/SaveFile.h"
+#include "gdal/Driver.h"
+#include "gdal/convert/Copy.h"
+
+namespace {
+
+using exchange::Copied;
+using exchange::Format;
+
+constexpr int kMessages = 1;
+constexpr int kFailed = 2;
+const std::string kWork = "/vsimem/convert";
+
+/// Messages, warnings and errors, as the other commands print them.
+struct Console {
+    static inline bool warned = false;
+    static inline bool failed = false;
+    static inline std::string work;
+    static inline std::string out;
+
+    static void say(const std::string& text) {
+        std::cerr << "zel: " << text << '\n';
+        warned = true;
+    }
+    static int fail(const std::string& text) {
+        std::cerr << "zel: " << text << '\n';
+        return kFailed;
+    }
+    static void CPL_STDCALL handle(CPLErr level, CPLErrorNum, const char* text) {
+        // More than one driver has a suffix: which it is, is told them.
+        if (std::string_view(text).find("Several drivers") == 0) return;
+        std::string line(text);
+        while (line.ends_with('\n')) line.pop_back();
+        // What is written in memory is meant for elsewhere.
+        if (line.starts_with(work)) line.replace(0, work.size(), out);
+        std::cerr << line << '\n';
+        (level >= CE_Failure ? failed : warned) = true;
+    }
+};
+
+std::string count(std::size_t number, const char* one, const char* many) {
+    return std::to_string(number).append(" ").append(number == 1 ? one : many);
+}
+
+void tellLosses(const Copied& copied, const std::string& file) {
+    if (copied.areasAsLines > 0)
+        Console::say(file + ": GPX holds no areas; " + count(copied.areasAsLines, "outline", "outlines") +
+                     " became tracks");
+    if (copied.withoutPlace > 0)
+        Console::say(file + ": GPX holds places only; " + count(copied.withoutPlace, "shape", "shapes") +
+                     " without one (see --about) are left out");
+    if (copied.texts > 0)
+        Console::say(file + ": a Shapefile cuts texts at 254 bytes; " +
+                     count(copied.texts, "text is", "texts are") + " longer");
+}
+
+GDALDatasetUniquePtr openSource(const std::string& in, const std::string& tolerance,
+                                const std::string& about) {
+    CPLStringList options;
+    const auto format = exchange::formatOfFile(in);
+    const std::string_view driver = format ? format->driver : "";
+    if (driver == "CSV") {
+        options.AddString("X_POSSIBLE_NAMES=lon,long,longitude,lng,x");
+        options.AddString("Y_POSSIBLE_NAMES=lat,latitude,y");
+        options.AddString("Z_POSSIBLE_NAMES=alt,altitude,ele,elevation,z");
+        options.AddString("KEEP_GEOM_COLUMNS=YES");
+    } else if (driver == "ZEL" || driver.empty()) {
+        // The order of shapes is that in which they are drawn.
+        options.AddString("LAYERS=ALL");
+        if (!tolerance.empty()) options.AddString(("TOLERANCE=" + tolerance).c_str());
+        if (!about.empty()) options.AddString(("ABOUT=" + about).c_str());
+    }
+    return GDALDatasetUniquePtr(
+        GDALDataset::Open(in.c_str(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR, nullptr, options.List()));
+}
+
+/// What was written in memory takes its place on the disk, each file as a whole.
+bool save(const std::string& out, const std::string& stem) {
+    const CPLStringList files(VSIReadDir(kWork.c_str()));
+    // Of several files the names begin with that of the target.
+    const std::filesystem::path target(out);
+    bool saved = true;
+    for (int i = 0; i < files.Count(); ++i) {
+        const std::string name = files[i];
+        vsi_l_offset size = 0;
+        const GByte* const bytes = VSIGetMemFileBuffer((kWork + "/" + name).c_str(), &size, FALSE);
+        if (!bytes) continue;
+        const std::string_view contents(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
+        if (out == "-") {
+            std::cout << contents << std::flush;
+            saved = saved && std::cout.good();
+            continue;
+        }
+        const std::string place =
+            name.starts_with(stem + ".") && files.Count() == 1 ? out : (target.parent_path() / name).string();
+        if (const std::string problem = UTILS::saveFile(place, contents); !problem.empty()) {
+            Console::fail(place + ": " + problem);
+            saved = false;
+        }
+    }
+    return saved && files.Count() > 0;
+}
+
+int convert(const std::string& in, const std::string& out, const std::string& to,
+            const std::string& tolerance, const std::string& about) {
+    const auto format = to.empty() ? exchange::formatOfFile(out) : exchange::formatNamed(to);
+    if (!format)
+        return Console::fail((to.empty() ? out : to) + ": not one of the formats " + exchange::formatNames() +
+                             (to.empty() ? " (--to names it)" : ""));
+    if (out == "-" && format->layers == Format::Layers::OneEachType)
+        return Console::fail("A Shapefile is several files, which do not fit into a pipe");
+    GDALAllRegister();
+    exchange::registerDriver();
+    CPLSetErrorHandler(Console::handle);
+    // Polygons may cross themselves.
+    CPLSetConfigOption("LIBKML_STRICT_COMPLIANCE", "NO");
+    GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName(format->driver);
+    if (!driver) return Console::fail(std::string("This GDAL has no driver for ") + format->driver);
+
+    const GDALDatasetUniquePtr source = openSource(in, tolerance, about);
+    if (!source) return kFailed;
+    const bool fromZel = EQUAL(source->GetDriverName(), "ZEL");
+    if (!fromZel && !EQUAL(format->driver, "ZEL"))
+        return Console::fail("One of the two has to be a ZEL file");
+
+    const std::string stem = out == "-" ? "overlay" : std::filesystem::path(out).stem().string();
+    VSIMkdir(kWork.c_str(), 0700);
+    CPLStringList options;
+    if (format->datasetOption) options.AddString(format->datasetOption);
+    const bool isDirectory = format->layers == Format::Layers::OneEachType;
+    const std::string work = isDirectory ? kWork : kWork + "/" + stem + "." + format->name;
+    Console::work = work;
+    Console::out = out;
+    GDALDatasetUniquePtr target(driver->Create(work.c_str(), 0, 0, 0, GDT_Unknown, options.List()));
+    if (!target) return kFailed;
+    const Copied copied = copyLayers(*source, *target, *format, fromZel ? stem : std::string());
+    target.reset();
+    tellLosses(copied, out);
+    if (copied.failed > 0)
+        Console::say(out + ": " + count(copied.failed, "shape is", "shapes are") + " not in it");
+    if (!save(out, stem)) return kFailed;
+    return Console::failed ? kFailed : Console::warned ? kMessages : 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 6) {
+        std::fputs("This is what \"zel convert\" runs.\n", stderr);
+        return kFailed;
+    }
+    try {
+        return convert(argv[1], argv[2], argv[3], argv[4], argv[5]);
+    } catch (const std::exception& error) {
+        return Console::fail(error.what());
+    }
+}
