@@ -56,6 +56,7 @@ void MessageBoard::clear() {
     lines_.clear();
     answer_.hide();
     show_();
+    if (over_) over_();
 }
 
 void MessageBoard::tick() {
@@ -68,8 +69,8 @@ void MessageBoard::show_() {
         text_.setValue(std::string("\t "));
         return;
     }
-    // Of equals the first: what comes behind it explains it.
-    const auto worst = std::ranges::min_element(lines_, {}, &Line::severity);
+    // Of equals the last: it tells what has become of the command.
+    const auto worst = std::ranges::min_element(lines_.rbegin(), lines_.rend(), {}, &Line::severity);
     std::string text = shortened(worst->text);
     if (lines_.size() > 1) text.append(" (and ").append(std::to_string(lines_.size() - 1)).append(" more)");
     text += '\t';

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/Notify.h"
@@ -22,6 +24,8 @@ class MessageBoard {
     /// A message that can be answered gets its button until the next one.
     void offer(const std::string& caption);
     void clear();
+    /// Called when what was said is over; empty for nobody.
+    void setOverListener(std::function<void()> over) { over_ = std::move(over); }
     /// Once a second: what was said before the user's last command goes after a while. What a command says is
     /// to be read also when another follows at once, as when a field is left for a button.
     void tick();
@@ -34,6 +38,7 @@ class MessageBoard {
     void show_();
 
     std::vector<Line> lines_;
+    std::function<void()> over_;
     /// The command that said it.
     std::uint64_t command_ = 0;
     int ticks_ = 0;

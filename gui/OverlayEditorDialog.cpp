@@ -327,6 +327,10 @@ void OverlayEditorDialog::hear(halNotify::Severity severity, const std::string& 
     widgets_->messages.hear(severity, text);
 }
 
+void OverlayEditorDialog::setOverListener(std::function<void()> over) {
+    widgets_->messages.setOverListener(std::move(over));
+}
+
 int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
     Shape* const shape = current_();
     if (!shape) return 1;

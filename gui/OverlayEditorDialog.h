@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -48,6 +49,8 @@ class OverlayEditorDialog {
 
     /// What the editor has to say is shown at the dialog's lower edge.
     void hear(halNotify::Severity severity, const std::string& text);
+    /// Called when that is over; empty for nobody.
+    void setOverListener(std::function<void()> over);
 
     void scenarioEntityRemoved(unsigned long id);
     void scenarioZELsChanged();

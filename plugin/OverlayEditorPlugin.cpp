@@ -135,6 +135,9 @@ int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
                                                         overlay_.get(), shapeRegistry_->getShapes());
         dialog_->setIcon(*icon_);
         dialog_->setServiceInterface(serviceInterface_.get());
+        dialog_->setOverListener([this] {
+            if (said_) said_->show({});
+        });
     }
     if (said_) said_->show({});
     dialog_->show();
@@ -142,6 +145,8 @@ int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
 }
 
 int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {
+    // The item of a context menu is no widget of ours.
+    countCommand();
     onCmdShowSettings(sender, data);
     dialog_->loadZels(rightClickObserver_->overlays());
     return 1;
