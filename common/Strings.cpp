@@ -47,4 +47,11 @@ std::string excerpt(std::string_view text) {
     return std::string(text.substr(0, size)) + "...";
 }
 
+std::string listed(std::span<const std::string> names, std::size_t most) {
+    std::string list;
+    for (std::size_t i = 0; i < std::min(names.size(), most); ++i) list += (i ? ", " : "") + names[i];
+    if (names.size() > most) list.append(" and ").append(std::to_string(names.size() - most)).append(" more");
+    return list;
+}
+
 }  // namespace UTILS

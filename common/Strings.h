@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -30,5 +31,9 @@ bool stringIsTrueToken(std::string_view text);
 /// The text as a message quotes it: a long one is cut after 40 bytes or less, not within a UTF-8 character,
 /// and ends in "...".
 std::string excerpt(std::string_view text);
+
+/// "a, b, c", and how many more when there are many.
+inline constexpr std::size_t kMostListed = 20;
+std::string listed(std::span<const std::string> names, std::size_t most = kMostListed);
 
 }  // namespace UTILS

@@ -52,6 +52,13 @@ ZEL::ZelShapePtr makeShape(Serializer::ShapeType type, bool relative) {
     return nullptr;
 }
 
+constexpr const char* kNoNumber = "a position is not a number";
+constexpr const char* kNoOffset = "a position cannot be expressed relative to the platform";
+
+bool isFinite(const halCore::Vec3& position) {
+    return std::isfinite(position.x()) && std::isfinite(position.y()) && std::isfinite(position.z());
+}
+
 /// To the nearest 1e-12 degrees. The difference of two angles loses less than that.
 double onAngleGrid(double radians) {
     constexpr double steps = 1e12;
@@ -135,8 +142,8 @@ void SerializeToZel::endShape() {
 }
 
 halCore::Vec3 SerializeToZel::filePosition_(const halCore::Vec3& lla) {
-    if (!std::isfinite(lla.x()) || !std::isfinite(lla.y()) || !std::isfinite(lla.z())) {
-        failure_ = "a position is not a number";
+    if (!isFinite(lla)) {
+        failure_ = kNoNumber;
         return {};
     }
     if (!current_->isRelative()) return lla;
@@ -145,7 +152,7 @@ halCore::Vec3 SerializeToZel::filePosition_(const halCore::Vec3& lla) {
         return {};
     }
     const auto offset = offsetOf(*converter_, lla);
-    if (!offset) failure_ = "a position cannot be expressed relative to the platform";
+    if (!offset) failure_ = kNoOffset;
     return offset.value_or(halCore::Vec3());
 }
 
@@ -162,21 +169,41 @@ void SerializeToZel::setItemName(const std::string& name) {
         current_->setName(name);
 }
 
-void SerializeToZel::addPoint(const halCore::Vec3& lla) {
-    if (!current_) return;
-    const halCore::Vec3 position = filePosition_(lla);
-    if (as_.pointBased)
+void SerializeToZel::put_(Use use, const halCore::Vec3& position) {
+    if (use == Use::Center2) {
+        if (as_.orbit) as_.orbit->setCenterPosition2(position);
+    } else if (as_.pointBased) {
         as_.pointBased->addPoint(position);
-    else if (as_.points)
+    } else if (as_.points) {
         as_.points->addPoint(position);
-    else if (as_.annotation)
+    } else if (as_.annotation) {
         as_.annotation->setPosition(position);
-    else if (as_.circular)
+    } else if (as_.circular) {
         as_.circular->setCenterPosition(position);
+    }
+}
+
+void SerializeToZel::addPoint(const halCore::Vec3& lla) {
+    if (current_) put_(Use::Point, filePosition_(lla));
 }
 
 void SerializeToZel::setCenterPoint2(const halCore::Vec3& lla) {
-    if (as_.orbit) as_.orbit->setCenterPosition2(filePosition_(lla));
+    if (as_.orbit) put_(Use::Center2, filePosition_(lla));
+}
+
+void SerializeToZel::giveOffset(Use use, const halCore::Vec3& xyz, const PointConverter& frame, bool named) {
+    if (!current_) return;
+    if (!isFinite(xyz)) failure_ = kNoNumber;
+    halCore::Vec3 lla;
+    if (named) {
+        frame.getReferenceLla(lla);
+        current_->setReferencePosition(lla);
+    } else if (&frame != converter_) {
+        if (frame.convertXyzToLla(xyz, lla) != 0) failure_ = kNoOffset;
+        give(use, lla);
+        return;
+    }
+    put_(use, xyz);
 }
 
 void SerializeToZel::setMajorRadius(double meters) {

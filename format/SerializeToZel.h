@@ -10,9 +10,9 @@ namespace OverlayEditor {
 
 /// Turns a shape's description into shapes of the overlay format, and those into text.
 ///
-/// A shape with a platform becomes a relative one: its positions are converted with the point converter
-/// and kept to a tenth of a micrometre, so that a position that was read and is written again gives the
-/// same text. Angle sweeps are kept to 1e-12 degrees for the same reason. A property that the shape's
+/// A shape with a platform becomes a relative one: offsets stand in the text as they are given, places are
+/// converted with the point converter. Angle sweeps are kept to 1e-12 degrees, so that one that was read and
+/// is written again gives the same text. A property that the shape's
 /// class does not have is ignored. A shape that cannot be written (a number is not finite, a relative
 /// position has no converter, a label has no text) is left out with a message.
 class SerializeToZel final : public Serializer {
@@ -42,6 +42,7 @@ class SerializeToZel final : public Serializer {
     void setLineStyle(LineStyle style) override;
     void setFontName(const std::string& fileName) override;
     void setTextSize(int points) override;
+    void giveOffset(Use use, const halCore::Vec3& xyz, const PointConverter& frame, bool named) override;
 
     /// The finished shapes; null stands for one that could not be made.
     const std::vector<halCore::ZEL::ZelShapePtr>& shapes() const { return finished_; }
@@ -74,6 +75,8 @@ class SerializeToZel final : public Serializer {
     void findFaces_();
     /// The position as it stands in the file; (0, 0, 0) and a failed shape when there is none.
     halCore::Vec3 filePosition_(const halCore::Vec3& lla);
+    /// Takes a position as it stands in the file.
+    void put_(Use use, const halCore::Vec3& position);
     /// `value`, noting that the shape cannot be written when it is not finite.
     double checked_(double value);
 

@@ -9,7 +9,8 @@ namespace OverlayEditor {
 
 /// Receives the description of a shape, call by call. Every shape's serialize() calls beginShape, its
 /// style and geometry in the order its own class fixes, then endShape. A call without a current shape is
-/// ignored. Positions are geodetic (radians, metres), lengths metres, angles radians; radii are halves.
+/// ignored. Positions are geodetic (radians, metres), lengths metres, angles radians; radii are halves. A
+/// position that is known as an offset is told as one.
 class Serializer {
   public:
     enum ShapeType {
@@ -57,6 +58,15 @@ class Serializer {
     virtual void setLineStyle(LineStyle style) = 0;
     virtual void setFontName(const std::string& fileName) = 0;
     virtual void setTextSize(int points) = 0;
+
+    /// What a position is told for.
+    enum class Use { Point, Corner, Center2 };
+    /// addPoint, addCorner or setCenterPoint2.
+    void give(Use use, const halCore::Vec3& lla);
+    /// A position that is an offset from a frame's reference. For who takes no offsets it is the place where
+    /// it leads, if there is one. \param named whether the shape names the reference; otherwise it is the
+    /// point converter's
+    virtual void giveOffset(Use use, const halCore::Vec3& xyz, const PointConverter& frame, bool named);
 
   protected:
     PointConverter* converter_ = nullptr;

@@ -17,12 +17,12 @@ double onGrid(double meters) {
 }
 
 bool isSamePlace(const Vec3& a, const Vec3& b) {
-    constexpr double micrometer = 1e-6;
+    constexpr double halfMicrometer = 5e-7;
     constexpr double rounding = 1e-15;
     const double north = (a.lat() - b.lat()) * halCore::wgs84::a;
     const double east = halCore::wrapToPi(a.lon() - b.lon()) * std::cos(a.lat()) * halCore::wgs84::a;
-    return std::hypot(north, east) < micrometer &&
-           std::abs(a.alt() - b.alt()) < micrometer + rounding * std::abs(a.alt());
+    return std::hypot(north, east) < halfMicrometer &&
+           std::abs(a.alt() - b.alt()) < halfMicrometer + rounding * std::abs(a.alt());
 }
 
 }  // namespace

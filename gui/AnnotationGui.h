@@ -27,8 +27,8 @@ class AnnotationGui final : public PanelOf<AnnotationPanel> {
   public:
     using PanelOf::PanelOf;
 
-    void setPosition(const halCore::Vec3& lla) override { position_.setPosition(lla); }
-    std::optional<halCore::Vec3> position() const override { return position_.edited(); }
+    void setPosition(const PlacedPoint& point) override { position_.setPosition(point); }
+    std::optional<PlacedPoint> position() const override { return position_.edited(); }
     void setColor(std::uint32_t rgba) override { color_.setValue(rgba); }
     std::uint32_t color() const override { return color_.value(); }
     void setFontName(const std::string& fileName) override { font_.setValue(fileName); }

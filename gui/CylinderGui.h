@@ -14,8 +14,8 @@ class CylinderGui final : public PanelOf<CylinderPanel> {
     CylinderGui(CylinderShape::Subtype subtype, const Preferences& preferences, PIGUI::PICanvas& canvas,
                 PanelChange change);
 
-    void setCenterLla(const halCore::Vec3& lla) override { center_.setPosition(lla); }
-    std::optional<halCore::Vec3> centerLla() const override { return center_.edited(); }
+    void setCenterLla(const PlacedPoint& point) override { center_.setPosition(point); }
+    std::optional<PlacedPoint> centerLla() const override { return center_.edited(); }
     void setXradius(double meters) override { xRadius_.setValue(meters); }
     std::optional<double> xRadius() const override { return xRadius_.edited(); }
     void setYradius(double meters) override { show_(yRadius_, meters); }

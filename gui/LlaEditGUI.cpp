@@ -9,15 +9,16 @@ LlaEditGUI::LlaEditGUI(PanelBody& panel)
       lon_(panel, "Lon: \tLongitude in specified units", Quantity::Longitude),
       alt_(panel, "Alt:\tAltitude in specified units", Quantity::Altitude) {}
 
-void LlaEditGUI::setPosition(const halCore::Vec3& lla) {
+void LlaEditGUI::setPosition(const PlacedPoint& point) {
+    const halCore::Vec3& lla = point.place;
     lat_.setValue(lla.lat());
     lon_.setValue(lla.lon());
     alt_.setValue(lla.alt());
 }
 
-std::optional<halCore::Vec3> LlaEditGUI::edited() const {
+std::optional<PlacedPoint> LlaEditGUI::edited() const {
     if (!placeEdited() && !alt_.edited()) return std::nullopt;
-    return halCore::Vec3(lat_.value(), lon_.value(), alt_.value());
+    return PlacedPoint(halCore::Vec3(lat_.value(), lon_.value(), alt_.value()));
 }
 
 }  // namespace OverlayEditor

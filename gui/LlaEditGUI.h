@@ -10,8 +10,8 @@ class LlaEditGUI final : public PointEditor {
   public:
     explicit LlaEditGUI(PanelBody& panel);
 
-    void setPosition(const halCore::Vec3& lla) override;
-    std::optional<halCore::Vec3> edited() const override;
+    void setPosition(const PlacedPoint& point) override;
+    std::optional<PlacedPoint> edited() const override;
     bool placeEdited() const override { return lat_.edited() || lon_.edited(); }
 
   private:

@@ -33,17 +33,17 @@ MgrsEditGUI::MgrsEditGUI(PanelBody& panel)
       numbers_(panel, *this, "Easting/Northing:\tMGRS Easting and Northing components", "m"),
       alt_(panel, "Alt:\tAltitude in specified units", ValueUnitEntry::Quantity::Altitude) {}
 
-void MgrsEditGUI::setPosition(const halCore::Vec3& lla) {
+void MgrsEditGUI::setPosition(const PlacedPoint& point) {
     const Texts before = reference_();
-    position_ = lla;
+    position_ = point.place;
     referenceEdited_ = false;
-    alt_.setValue(lla.alt());
+    alt_.setValue(position_.alt());
     if (!isRefused_() || reference_() != before) showReference_();
 }
 
-std::optional<halCore::Vec3> MgrsEditGUI::edited() const {
+std::optional<PlacedPoint> MgrsEditGUI::edited() const {
     if (!referenceEdited_ && !alt_.edited()) return std::nullopt;
-    return halCore::Vec3(position_.lat(), position_.lon(), alt_.value());
+    return PlacedPoint(halCore::Vec3(position_.lat(), position_.lon(), alt_.value()));
 }
 
 MgrsEditGUI::Texts MgrsEditGUI::reference_() const {
@@ -68,10 +68,10 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
         showReference_();
         return false;
     }
-    halCore::Vec3 lla = this->edited().value_or(position_);
+    halCore::Vec3 lla(position_.lat(), position_.lon(), alt_.value());
     const std::string error = read_(typed, lla);
     if (error.empty()) {
-        setPosition(lla);
+        setPosition(PlacedPoint(lla));
     } else {
         const Texts shown = reference_();
         halNotify::notify(halNotify::Warning)

@@ -13,8 +13,8 @@ class MgrsEditGUI final : public PointEditor {
   public:
     explicit MgrsEditGUI(PanelBody& panel);
 
-    void setPosition(const halCore::Vec3& lla) override;
-    std::optional<halCore::Vec3> edited() const override;
+    void setPosition(const PlacedPoint& point) override;
+    std::optional<PlacedPoint> edited() const override;
     bool placeEdited() const override { return referenceEdited_; }
 
   private:

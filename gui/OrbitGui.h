@@ -9,10 +9,10 @@ class OrbitGui final : public PanelOf<OrbitPanel> {
   public:
     using PanelOf::PanelOf;
 
-    void setCenterLla(const halCore::Vec3& lla) override { center1_.setPosition(lla); }
-    std::optional<halCore::Vec3> centerLla() const override { return center1_.edited(); }
-    void setCenterLla2(const halCore::Vec3& lla) override { center2_.setPosition(lla); }
-    std::optional<halCore::Vec3> centerLla2() const override { return center2_.edited(); }
+    void setCenterLla(const PlacedPoint& point) override { center1_.setPosition(point); }
+    std::optional<PlacedPoint> centerLla() const override { return center1_.edited(); }
+    void setCenterLla2(const PlacedPoint& point) override { center2_.setPosition(point); }
+    std::optional<PlacedPoint> centerLla2() const override { return center2_.edited(); }
     void setRadius(double meters) override { radius_.setValue(meters); }
     std::optional<double> radius() const override { return radius_.edited(); }
     LineStyleGUI& lineStyle() override { return lineStyle_; }

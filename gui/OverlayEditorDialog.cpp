@@ -194,7 +194,7 @@ void OverlayEditorDialog::updateListManipulationButtons_() {
 }
 
 int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
-    document_.followPlatform();
+    followPlatform_();
     const Shape* const shape = selectedShape_();
     if (!shape) return 1;
     if (!hasPlace(*shape)) {
@@ -293,6 +293,11 @@ int OverlayEditorDialog::onCmdStartDraw(PIObject*, void*) {
     return 1;
 }
 
+void OverlayEditorDialog::followPlatform_() {
+    Shape* const shape = current_();
+    if (document_.followPlatform() && shape) shape->fillGui();
+}
+
 int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
     mouseManager_->clearMouseTool();
     updateMouseControls_();
@@ -300,7 +305,7 @@ int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::updateMouseControls_() {
-    if (editing_) document_.followPlatform();
+    if (editing_) followPlatform_();
     timeout_.cancel();
     updateSavedMark_();
     if (!editing_) return;

@@ -106,6 +106,8 @@ class OverlayEditorDialog {
     void updateListManipulationButtons_();
     /// Lets the buttons follow the current tool, now and once a second while the dialog is shown.
     void updateMouseControls_();
+    /// The shapes go where their platform is now, and the panel with them.
+    void followPlatform_();
     /// The host's own display of the edited overlay is hidden while the dialog is shown.
     void setShowEditing_(bool editing);
 

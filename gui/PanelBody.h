@@ -15,7 +15,7 @@ class PanelPart {
     /// Units, precision or the coordinate system changed: everything is shown anew.
     virtual void notifyPrefsUpdate() {}
     /// Whose reference positions are offsets from; null for none. Not owned.
-    virtual void setPointConverter(PointConverter*) {}
+    virtual void setPointConverter(const PointConverter*) {}
 
   protected:
     ~PanelPart() = default;

@@ -140,6 +140,10 @@ class HeadingRow {
     HeadingRow(PanelBody& panel, const std::string& caption)
         : caption_(panel.table(), caption), filler_(panel.table(), ""), unitFiller_(panel.table(), "") {}
 
+    void setShown(bool shown) {
+        for (PIGUI::PILabel* label : {&caption_, &filler_, &unitFiller_}) label->setShown(shown);
+    }
+
   private:
     PIGUI::PILabel caption_;
     PIGUI::PILabel filler_;
@@ -191,7 +195,7 @@ class PanelOf : public Panel, public PanelBody {
 
     void setDrawCheck(bool drawn) override { draw_.setValue(drawn); }
     bool drawCheck() const override { return draw_.value(); }
-    void setPointConverter(PointConverter* converter) override {
+    void setPointConverter(const PointConverter* converter) override {
         for (PanelPart* part : parts_) part->setPointConverter(converter);
     }
     void notifyPrefsUpdate() override {

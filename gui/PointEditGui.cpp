@@ -10,12 +10,12 @@ PointEditGui::PointEditGui(PanelBody& panel)
     panel.add(*this);
 }
 
-void PointEditGui::setPosition(const halCore::Vec3& lla) {
-    position_ = lla;
-    current_->setPosition(lla);
+void PointEditGui::setPosition(const PlacedPoint& point) {
+    position_ = point;
+    current_->setPosition(point);
 }
 
-void PointEditGui::setPointConverter(PointConverter* converter) {
+void PointEditGui::setPointConverter(const PointConverter* converter) {
     position_ = position();
     attached_ = converter != nullptr;
     xyz_.setPointConverter(converter);

@@ -15,14 +15,14 @@ class PointEditGui final : public PanelPart {
     explicit PointEditGui(PanelBody& panel);
 
     /// The converter's reference may have moved: follow with setPosition.
-    void setPointConverter(PointConverter* converter) override;
+    void setPointConverter(const PointConverter* converter) override;
     void notifyPrefsUpdate() override { choose_(); }
     /// Radians and metres. \see PointEditor
-    void setPosition(const halCore::Vec3& lla);
-    std::optional<halCore::Vec3> edited() const { return current_->edited(); }
+    void setPosition(const PlacedPoint& point);
+    std::optional<PlacedPoint> edited() const { return current_->edited(); }
     bool placeEdited() const { return current_->placeEdited(); }
     /// The position in view, edited or not.
-    halCore::Vec3 position() const { return edited().value_or(position_); }
+    PlacedPoint position() const { return edited().value_or(position_); }
     void setEnabled(bool enabled);
 
   private:
@@ -31,7 +31,7 @@ class PointEditGui final : public PanelPart {
 
     const Preferences& preferences_;
     bool attached_ = false;
-    halCore::Vec3 position_;
+    PlacedPoint position_{halCore::Vec3()};
     LlaEditGUI lla_;
     XyzEditGUI xyz_;
     MgrsEditGUI mgrs_;

@@ -3,23 +3,23 @@
 #include <array>
 #include <optional>
 
-#include "common/Vec3.h"
 #include "gui/PanelRows.h"
+#include "model/PlacedPoint.h"
 
 namespace OverlayEditor {
 
-/// Three rows for one geodetic position in one way of writing it: radians, metres.
+/// Three rows for one position in one way of writing it: radians, metres.
 class PointEditor {
   public:
     virtual ~PointEditor() = default;
     /// Shows a position; what the user typed before no longer counts as an edit.
-    virtual void setPosition(const halCore::Vec3& lla) = 0;
+    virtual void setPosition(const PlacedPoint& point) = 0;
     /// The position with what the user typed since the last setPosition; nothing when there was no edit.
     /// Components that nobody typed keep all of their digits.
-    virtual std::optional<halCore::Vec3> edited() const = 0;
+    virtual std::optional<PlacedPoint> edited() const = 0;
     /// Whether more than the height was typed since the last setPosition.
     virtual bool placeEdited() const = 0;
-    void setShown(bool shown) {
+    virtual void setShown(bool shown) {
         for (Row* row : rows_()) row->setShown(shown);
     }
     void setEnabled(bool enabled) {

@@ -46,7 +46,7 @@ void PointsGui::show_() {
     const bool isNew = index_ == count;
     name_.setValue(std::string(isNew ? "New Point" : "Point"));
     counter_.setValue(isNew ? std::string() : std::to_string(index_ + 1) + " of " + std::to_string(count));
-    point_.setPosition(isNew ? newPoint_() : points_->pointAtIndex(index_));
+    point_.setPosition(isNew ? PlacedPoint(newPoint_()) : points_->placedPointAtIndex(index_));
     previous_.setEnabled(index_ > 0);
     next_.setEnabled(!isNew);
     delete_.setEnabled(!isNew);
@@ -97,7 +97,7 @@ int PointsGui::onCmdDelete(PIObject*, void*) {
 
 bool PointsGui::takeEdit() {
     const auto edited = point_.edited();
-    if (points_ && edited) points_->setPointAtIndex(index_, *edited);
+    if (points_ && edited) points_->setPlacedPointAtIndex(index_, *edited);
     return edited.has_value();
 }
 

@@ -26,7 +26,7 @@ class PointsGui final : public PanelPart {
     void refreshPoint(unsigned long index);
     /// Takes over what was typed. \return whether anything was
     bool takeEdit();
-    void setPointConverter(PointConverter* converter) override { converter_ = converter; }
+    void setPointConverter(const PointConverter* converter) override { converter_ = converter; }
 
     int onCmdPrevious(PIObject* sender, void* data);
     int onCmdNext(PIObject* sender, void* data);
@@ -44,7 +44,7 @@ class PointsGui final : public PanelPart {
     PointsContainer* points_ = nullptr;
     unsigned long index_ = 0;
     bool closed_;
-    PointConverter* converter_ = nullptr;
+    const PointConverter* converter_ = nullptr;
     CallbackList<PointsGui> callbacks_{this};
     PIGUI::PILabel caption_;
     PIGUI::PIHorizontalFrame buttons_;

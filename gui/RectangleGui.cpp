@@ -6,6 +6,16 @@ namespace OverlayEditor {
 
 using halCore::Vec3;
 
+namespace {
+
+PlacedPoint atHeightOf(const PlacedPoint& other, PlacedPoint point) {
+    point.place.setAlt(other.place.alt());
+    if (point.offset && other.offset) point.offset->setZ(other.offset->z());
+    return point;
+}
+
+}  // namespace
+
 RectangleGui::RectangleGui(const Preferences& preferences, PIGUI::PICanvas& canvas, PanelChange change)
     : PanelOf(preferences, canvas, std::move(change)),
       anchorChoice_(*this, "Anchor Point:\tStarting point of rectangle", "Center\tCenter of the rectangle",
@@ -39,32 +49,29 @@ bool RectangleGui::reshaped() const {
     return anchor_.placeEdited() || spanned();
 }
 
-Vec3 RectangleGui::anchor() const {
-    Vec3 anchor = anchor_.position();
+PlacedPoint RectangleGui::anchor() const {
     // A rectangle is flat; the altitude typed last holds.
-    if (const auto corner = corner_.edited()) anchor.setAlt(corner->alt());
-    return anchor;
+    const auto corner = corner_.edited();
+    return corner ? atHeightOf(*corner, anchor_.position()) : anchor_.position();
 }
 
 RectangleGeometry::Size RectangleGui::size_() const {
     if (!cornerIsSource_()) return {width_.value(), height_.value()};
-    const auto size = RectangleGeometry::calcWidthHeight(anchor(), getLastCorner());
+    const auto size = RectangleGeometry::calcWidthHeight(anchor().place, getLastCorner().place);
     return isAnchorCenter() ? RectangleGeometry::Size{2.0 * size.width, 2.0 * size.height} : size;
 }
 
-Vec3 RectangleGui::getFirstCorner() const {
-    return isAnchorCenter() ? RectangleGeometry::cornersAbout(anchor(), size_()).first : anchor();
+PlacedPoint RectangleGui::getFirstCorner() const {
+    if (!isAnchorCenter()) return anchor();
+    return PlacedPoint(RectangleGeometry::cornersAbout(anchor().place, size_()).first);
 }
 
-Vec3 RectangleGui::getLastCorner() const {
-    if (cornerIsSource_()) {
-        Vec3 corner = corner_.position();
-        corner.setAlt(anchor().alt());
-        return corner;
-    }
+PlacedPoint RectangleGui::getLastCorner() const {
+    if (cornerIsSource_()) return atHeightOf(anchor(), corner_.position());
     const auto size = size_();
-    return isAnchorCenter() ? RectangleGeometry::cornersAbout(anchor(), size).last
-                            : RectangleGeometry::calcCornerPoint(anchor(), size.width, size.height);
+    const Vec3 from = anchor().place;
+    return PlacedPoint(isAnchorCenter() ? RectangleGeometry::cornersAbout(from, size).last
+                                        : RectangleGeometry::calcCornerPoint(from, size.width, size.height));
 }
 
 void RectangleGui::enableSource_() {

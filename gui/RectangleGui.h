@@ -11,17 +11,17 @@ class RectangleGui final : public PanelOf<RectanglePanel> {
   public:
     RectangleGui(const Preferences& preferences, PIGUI::PICanvas& canvas, PanelChange change);
 
-    void setAnchor(const halCore::Vec3& lla) override { anchor_.setPosition(lla); }
+    void setAnchor(const PlacedPoint& point) override { anchor_.setPosition(point); }
     void setAnchorCenter(bool center) override { anchorChoice_.setFirst(center); }
     bool isAnchorCenter() const override { return anchorChoice_.isFirst(); }
-    void setLastCorner(const halCore::Vec3& lla) override { corner_.setPosition(lla); }
+    void setLastCorner(const PlacedPoint& point) override { corner_.setPosition(point); }
     void updateWidthHeight(double width, double height) override;
     bool edited() const override;
     bool spanned() const override;
     bool reshaped() const override;
-    halCore::Vec3 anchor() const override;
-    halCore::Vec3 getFirstCorner() const override;
-    halCore::Vec3 getLastCorner() const override;
+    PlacedPoint anchor() const override;
+    PlacedPoint getFirstCorner() const override;
+    PlacedPoint getLastCorner() const override;
     double getWidth() const override { return size_().width; }
     double getHeight() const override { return size_().height; }
     LineStyleGUI& lineStyle() override { return lineStyle_; }

@@ -15,9 +15,10 @@ class XyzEditGUI final : public PointEditor {
     /// Whose reference the offsets count from. Not owned; without one nothing can be shown or edited.
     void setPointConverter(const PointConverter* converter) { converter_ = converter; }
 
-    void setPosition(const halCore::Vec3& lla) override;
-    std::optional<halCore::Vec3> edited() const override;
+    void setPosition(const PlacedPoint& point) override;
+    std::optional<PlacedPoint> edited() const override;
     bool placeEdited() const override { return x_.edited() || y_.edited(); }
+    void setShown(bool shown) override;
 
   private:
     std::array<Row*, 3> rows_() override { return {&x_, &y_, &z_}; }
@@ -29,6 +30,9 @@ class XyzEditGUI final : public PointEditor {
     ValueUnitEntry x_;
     ValueUnitEntry y_;
     ValueUnitEntry z_;
+    HeadingRow nowhere_;
+    bool shown_ = true;
+    bool isNowhere_ = false;
 };
 
 }  // namespace OverlayEditor

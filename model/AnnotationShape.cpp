@@ -11,19 +11,14 @@ AnnotationShape::AnnotationShape(const Preferences& preferences) : Equipped(pref
 }
 
 AnnotationShape::AnnotationShape(const AnnotationShape& other)
-    : Equipped(other),
-      hasPoint_(other.hasPoint_),
-      position_(other.position_),
-      color_(other.color_),
-      fontSize_(other.fontSize_),
-      fontName_(other.fontName_) {}
+    : Equipped(other), color_(other.color_), fontSize_(other.fontSize_), fontName_(other.fontName_) {}
 
 int AnnotationShape::serialize(Serializer& serializer) {
-    if (!hasPoint_) return 1;
+    if (!hasPoint()) return 1;
     const ColorBytes color(color_);
-    serializer.beginShape(shapeKind(ShapeKind::Text).written, attachedPlatformId_);
+    serializer.beginShape(shapeKind(ShapeKind::Text).written, writtenPlatform_());
     serializer.setItemName(name());
-    serializer.addPoint(position_);
+    give_(serializer, Serializer::Use::Point, points_.given()[0]);
     serializer.setLineColor(color.r, color.g, color.b, color.a);
     serializer.setFontName(fontName_);
     serializer.setTextSize(fontSize_);
@@ -36,41 +31,29 @@ void AnnotationShape::setName(const std::string& name) {
     dirty_();
 }
 
-void AnnotationShape::setPosition(const halCore::Vec3& lla) {
-    position_ = lla;
-    hasPoint_ = true;
-}
-
 void AnnotationShape::mouseSetPosition(const halCore::Vec3& lla) {
     setPosition(lla);
-    if (panel_()) panel_()->setPosition(lla);
+    if (panel_() && hasPoint()) panel_()->setPosition(points_.at(0));
     dirty_();
 }
 
 void AnnotationShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (takeAttachment_(id, converter)) {
-        if (hasPoint_ && converter && anchorCenter) converter->getReferenceLla(position_);
-        dirty_();
-    }
-    fillGui();
-}
-
-void AnnotationShape::carry(const ReferenceMove& move) {
-    if (hasPoint_) position_ = move(position_).value_or(position_);
+    if (takeAttachment_(id, converter, anchorCenter)) dirty_();
     fillGui();
 }
 
 std::pair<halCore::Vec3, halCore::Vec3> AnnotationShape::boundingBox() const {
-    return {position_, position_};
+    return {position(), position()};
 }
 
 void AnnotationShape::showIn_(AnnotationPanel& panel) {
-    if (hasPoint_)
-        shownPosition_ = position_;
+    PlacedPoint shown{halCore::Vec3()};
+    if (hasPoint())
+        shown = points_.at(0);
     else
-        Utils::getDefaultLla(shownPosition_);
-    panel.setDraw(shown());
-    panel.setPosition(shownPosition_);
+        Utils::getDefaultLla(shown.place);
+    panel.setDraw(this->shown());
+    panel.setPosition(shown);
     panel.setColor(color_);
     panel.setFontName(fontName_);
     panel.setFontSize(fontSize_);

@@ -3,33 +3,34 @@
 #include <cstdint>
 #include <string>
 
-#include "model/Carried.h"
+#include "model/Anchored.h"
 #include "model/Equipped.h"
 #include "model/Shape.h"
 
 namespace OverlayEditor {
 
 /// A text label at one position. Its text is the shape's name.
-class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>, public Carried {
+class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>, public Anchored {
   public:
     explicit AnnotationShape(const Preferences& preferences);
     AnnotationShape(const AnnotationShape& other);
 
     int serialize(Serializer& serializer) override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
-    void carry(const ReferenceMove& move) override;
+    halCore::Vec3 anchorPlace() const override { return position(); }
     void setName(const std::string& name) override;
     /// A single point: the position.
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
 
-    bool hasPoint() const { return hasPoint_; }
-    /// (0, 0, 0) until it is set.
-    const halCore::Vec3& position() const { return position_; }
+    bool hasPoint() const { return points_.has(0); }
+    /// (0, 0, 0) until it is set; kNoPlace where its offset leads nowhere.
+    halCore::Vec3 position() const { return hasPoint() ? points_.place(0) : halCore::Vec3(); }
     /// For the tool: as setPosition, shown at once in the host and in the panel.
     void mouseSetPosition(const halCore::Vec3& lla);
 
     // These leave the refresh to their caller.
-    void setPosition(const halCore::Vec3& lla);
+    void setPosition(const halCore::Vec3& lla) { setPosition(PlacedPoint(lla)); }
+    void setPosition(const PlacedPoint& point) { putPlaced_(0, point); }
     /// Red in the top byte, alpha in the lowest.
     void setColor(std::uint32_t rgba) { color_ = rgba; }
     std::uint32_t color() const { return color_; }
@@ -45,13 +46,9 @@ class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>
     void showIn_(AnnotationPanel& panel);
     void takeFrom_(AnnotationPanel& panel);
 
-    bool hasPoint_ = false;
-    halCore::Vec3 position_;
     std::uint32_t color_ = 0xFF0000FF;
     std::int32_t fontSize_ = 8;
     std::string fontName_ = "arialbd.ttf";
-    /// The position that the panel shows while there is none.
-    halCore::Vec3 shownPosition_;
     Equipment<AnnotationPanel> equipment_{*this, preferences_, mouseTool_};
 };
 

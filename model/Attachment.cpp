@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/Notify.h"
+#include "common/Strings.h"
 #include "model/Utils.h"
 #include "pi/PICommon.h"
 #include "pi/PIData.h"
@@ -54,18 +55,23 @@ void Attachment::take(std::unique_ptr<PointConverter> converter, const halCore::
                       unsigned long platform) {
     converter_ = std::move(converter);
     converter_->setReferenceLla(lla, platform);
-    overlay_.setAttachedPlatformId(platform, platform ? converter_.get() : nullptr, false);
+    overlay_.setAttachedPlatformId(platform, converter_.get(), false);
 }
 
-bool Attachment::takeReference(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla,
+void Attachment::takeReference(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla,
                                bool written) {
     overlay_.setReferenceWritten(written);
     take(std::move(converter), lla, createRelativeReferencePlatform_(lla, {}));
-    return referencePlatform_ != 0;
+}
+
+halCore::Vec3 Attachment::reference_() const {
+    halCore::Vec3 lla;
+    converter_->getReferenceLla(lla);
+    return lla;
 }
 
 bool Attachment::attach(unsigned long platform, bool center) {
-    if (!platform && !overlay_.attachedPlatformId()) return true;
+    if (!center && platform == overlay_.attachedPlatformId()) return true;
     followPlatform();
     halCore::Vec3 place;
     if (platform && Utils::getPlatformLla(platform, place) != 0) {
@@ -75,23 +81,35 @@ bool Attachment::attach(unsigned long platform, bool center) {
     }
     const bool own = isReferencePlatform(platform);
     const bool assumed = referencePlatform_ && !overlay_.referenceWritten();
+    // Offsets that count from nowhere count from this platform: where they were shown was only assumed.
+    std::optional<halCore::Vec3> staying;
     if (platform && !own && !center) {
-        const bool untouched = fromNowhere_ && fromNowhere_->digest == overlay_.digest();
-        if (untouched) {
-            converter_->setReferenceLla(fromNowhere_->assumed, platform);
-            overlay_.setAttachedPlatformId(platform, converter_.get(), false);
+        if (assumed)
+            staying = reference_();
+        else if (fromNowhere_ && fromNowhere_->digest == overlay_.digest())
+            staying = fromNowhere_->assumed;
+    }
+    if (platform) {
+        PointConverter there;
+        there.setReferenceLla(place, platform);
+        if (const auto misfits = overlay_.misfits(there, center, staying); !misfits.empty()) {
+            halNotify::notify(halNotify::Error)
+                << "The overlay is not attached to " << Utils::platformName(platform)
+                << ": no offsets from there lead to all of " << UTILS::listed(misfits);
+            return false;
         }
-        // Offsets that count from nowhere count from this platform: where they were shown was only assumed.
-        if (assumed || untouched) moveReference_(place);
+    }
+    if (staying) {
+        if (!assumed) {
+            converter_->setReferenceLla(*staying, platform);
+            overlay_.attachThoseFrom(*staying, platform, converter_.get());
+        }
+        moveReference_(place);
     }
     // Shapes that are attached keep their reference: they are detached before it moves.
     overlay_.setAttachedPlatformId(0, nullptr, false);
     fromNowhere_.reset();
-    if (!platform && assumed) {
-        fromNowhere_.emplace();
-        converter_->getReferenceLla(fromNowhere_->assumed);
-        fromNowhere_->digest = overlay_.digest();
-    }
+    if (!platform && assumed) fromNowhere_ = FromNowhere{reference_(), overlay_.digest()};
     if (!own) {
         removeReferencePlatform_();
         overlay_.setReferenceWritten(false);
@@ -101,31 +119,20 @@ bool Attachment::attach(unsigned long platform, bool center) {
     return true;
 }
 
-void Attachment::followPlatform() {
+bool Attachment::followPlatform() {
     const unsigned long platform = overlay_.attachedPlatformId();
     halCore::Vec3 place;
     halCore::Vec3 way;
-    if (platform == 0 || Utils::getPlatformLla(platform, place) != 0) return;
-    if (converter_->convertLlaToXyz(place, way) == 0 &&
-        std::hypot(way.x(), way.y(), way.z()) < kStandsStillMeters)
-        return;
+    if (platform == 0 || Utils::getPlatformLla(platform, place) != 0) return false;
+    converter_->convertLlaToXyz(place, way);
+    if (std::hypot(way.x(), way.y(), way.z()) < kStandsStillMeters) return false;
     moveReference_(place);
+    return true;
 }
 
 void Attachment::moveReference_(const halCore::Vec3& lla) {
-    halCore::Vec3 from;
-    halCore::Vec3 origin;
-    const unsigned long platform = converter_->refPlatformId();
-    converter_->getReferenceLla(from);
-    // What is not written yet counts from where the reference still is.
-    overlay_.digest();
-    converter_->setReferenceLla(lla, platform);
-    // On a pole there is no east.
-    if (converter_->convertXyzToLla({}, origin) != 0) {
-        converter_->setReferenceLla(from, platform);
-        return;
-    }
-    overlay_.carry(ReferenceMove(from, *converter_));
+    converter_->setReferenceLla(lla, converter_->refPlatformId());
+    overlay_.referenceMoved();
 }
 
 void Attachment::release() {

@@ -36,21 +36,24 @@ class Attachment {
     /// The overlay, empty and attached to nothing, is attached to a platform as shapes that were read with
     /// this converter need it; to none with 0.
     void take(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla, unsigned long platform);
-    /// The same with a reference platform, which is made.
-    /// \param written whether files name the reference \return false when the host makes none
-    bool takeReference(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla, bool written);
+    /// The same with a reference platform, which is made if the host makes one.
+    /// \param written whether shapes that are added name the reference
+    void takeReference(std::unique_ptr<PointConverter> converter, const halCore::Vec3& lla, bool written);
     /// Attaches the shapes to a platform at its place now, or detaches them with 0.
     /// \param center moves them so that their centres lie on the platform
-    /// \return false, with a message, when the platform has no place: then nothing has changed
+    /// \return false, with a message, when the platform has no place, or no offsets from it lead to all
+    /// shapes:
+    ///         then nothing has changed
     bool attach(unsigned long platform, bool center);
-    /// Lets the shapes go where the platform is now.
-    void followPlatform();
+    /// Lets the shapes go where the platform is now. \return whether it has moved
+    bool followPlatform();
     /// Detaches; the reference platform goes.
     void release();
 
   private:
     /// What the offsets count from moves, and the shapes with it; that is no change of theirs.
     void moveReference_(const halCore::Vec3& lla);
+    halCore::Vec3 reference_() const;
     /// Makes the platform that stands for a reference, in place of the one before.
     /// \param ori heading, pitch and roll in radians
     /// \return its id, 0 when the host refuses

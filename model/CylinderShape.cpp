@@ -65,16 +65,17 @@ CylinderShape::CylinderShape(const CylinderShape& other)
       subtype_(other.subtype_),
       places_(other.places_),
       numbers_(other.numbers_),
+      marks_(other.marks_),
       requiresAllPoints_(other.requiresAllPoints_) {}
 
 int CylinderShape::serialize(Serializer& serializer) {
-    if (!hasKind_() || !centerPt()) return 1;
+    if (!hasKind_() || !hasCenter_()) return 1;
     if (requiresAllPoints_ && !isComplete()) return 1;
-    serializer.beginShape(kind().written, attachedPlatformId_);
-    serializer.addPoint(*centerPt());
+    serializer.beginShape(kind().written, writtenPlatform_());
+    give_(serializer, Serializer::Use::Point, points_.given()[First]);
     if (const double major = majorAxis(); major != 0.0) serializer.setMajorRadius(major);
     if (const double minor = minorAxis(); minor != 0.0) serializer.setMinorRadius(minor);
-    if (startAnglePt()) serializer.setStartEndAngles(startAngle(), endAngle());
+    if (hasPoint_(EditPoint::StartAngle)) serializer.setStartEndAngles(startAngle(), endAngle());
     serializer.setHeight(height_());
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
@@ -83,7 +84,7 @@ int CylinderShape::serialize(Serializer& serializer) {
 
 bool CylinderShape::isComplete() const {
     if (!hasKind_()) return true;
-    if (!centerPt() || majorAxis() == 0.0) return false;
+    if (!hasCenter_() || majorAxis() == 0.0) return false;
     return kind().radii != ShapeKind::Radii::Two || minorAxis() != 0.0;
 }
 
@@ -91,25 +92,99 @@ bool CylinderShape::isComplete() const {
 
 std::optional<double> CylinderShape::kept_(EditPoint role) const {
     const auto& number = numbers_[index_(role)];
-    const auto& place = editPoint(role);
-    if (!number || !centerPt() || !place) return std::nullopt;
+    const auto& center = known_(EditPoint::Center);
+    const auto& place = known_(role);
+    if (!number || !center || !place) return std::nullopt;
     const bool stands = role == EditPoint::Height
-                            ? number->center.alt() == centerPt()->alt() && number->point.alt() == place->alt()
-                            : samePlace(number->center, *centerPt()) && samePlace(number->point, *place);
+                            ? number->center.alt() == center->alt() && number->point.alt() == place->alt()
+                            : samePlace(number->center, *center) && samePlace(number->point, *place);
     return stands ? std::optional(number->value) : std::nullopt;
 }
 
-void CylinderShape::keep_(EditPoint role, double value) {
-    numbers_[index_(role)] = SetNumber{value, *centerPt(), *editPoint(role)};
+void CylinderShape::keep_(EditPoint role, double value) const {
+    const auto& center = known_(EditPoint::Center);
+    if (center && known_(role)) numbers_[index_(role)] = SetNumber{value, *center, *known_(role)};
+}
+
+void CylinderShape::place_(EditPoint role, const Vec3& lla) {
+    places_[index_(role)] = lla;
+    marks_[index_(role)].reset();
+}
+
+void CylinderShape::sync_() const {
+    const auto placeOf = [this](Position position) {
+        const bool stands = points_.has(position) && isPlace(points_.places()[position]);
+        return stands ? std::optional(points_.places()[position]) : std::nullopt;
+    };
+    auto& first = places_[index_(EditPoint::Center)];
+    auto& second = places_[index_(EditPoint::MajorAxis)];
+    const auto firstNow = placeOf(First);
+    const auto secondNow = hasKind_() ? second : placeOf(Second);
+    if (firstNow == first && secondNow == second) return;
+    captureMarks_();
+    first = firstNow;
+    second = secondNow;
+    placeMarks_();
+}
+
+void CylinderShape::captureMarks_() const {
+    for (std::size_t i = 0; i < kEditPoints; ++i) {
+        const auto role = static_cast<EditPoint>(i);
+        if (!isMark_(role) || marks_[i] || !places_[i]) continue;
+        const Position anchor = anchorOf_(role);
+        const auto& center = known_(anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
+        if (!center) continue;
+        const auto way = Sodano::inverse(*center, *places_[i]);
+        marks_[i] =
+            Mark{way.azimuth1, way.distance, places_[i]->alt() - center->alt(), number_(role), anchor};
+        if (role == EditPoint::Height) marks_[i]->above = marks_[i]->number;
+    }
+}
+
+void CylinderShape::placeMarks_() const {
+    for (std::size_t i = 0; i < kEditPoints; ++i) {
+        const auto role = static_cast<EditPoint>(i);
+        const auto& mark = marks_[i];
+        if (!mark) continue;
+        const auto& center = known_(mark->anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
+        places_[i].reset();
+        if (!center) continue;
+        places_[i] =
+            role == EditPoint::Height ? *center : Sodano::direct(*center, mark->azimuth, mark->distance);
+        places_[i]->setAlt(center->alt() + mark->above);
+        keep_(role, mark->number);
+    }
+}
+
+bool CylinderShape::putCenter_(Position position, const PlacedPoint& point) {
+    sync_();
+    if (!putPlaced_(position, point)) return false;
+    auto& place = places_[index_(position == First ? EditPoint::Center : EditPoint::MajorAxis)];
+    if (place && isPlace(points_.place(position))) {
+        place = points_.place(position);
+        for (std::size_t i = 0; i < kEditPoints; ++i)
+            if (places_[i]) marks_[i].reset();
+    }
+    // Otherwise the other points go where it goes.
+    sync_();
+    return true;
 }
 
 void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, double number) {
-    place_(role) = Sodano::direct(*centerPt(), azimuth, meters);
+    if (!centerPt()) {
+        marks_[index_(role)] = Mark{azimuth, meters, 0.0, number};
+        return;
+    }
+    place_(role, Sodano::direct(*centerPt(), azimuth, meters));
     keep_(role, number);
 }
 
 void CylinderShape::placeHeight_(double meters) {
-    place_(EditPoint::Height) = Vec3(centerPt()->lat(), centerPt()->lon(), centerPt()->alt() + meters);
+    if (!centerPt()) {
+        marks_[index_(EditPoint::Height)] = Mark{0.0, 0.0, meters, meters};
+        return;
+    }
+    place_(EditPoint::Height, {centerPt()->lat(), centerPt()->lon(), centerPt()->alt() + meters});
     keep_(EditPoint::Height, meters);
 }
 
@@ -120,8 +195,8 @@ void CylinderShape::placeAngle_(EditPoint role, double radians) {
 void CylinderShape::placeSector_() {
     // Not the end angle: from a full turn that would come back a last digit beside the start.
     const double end = number_(EditPoint::EndAngle);
-    if (startAnglePt()) placeAngle_(EditPoint::StartAngle, startAngle());
-    if (endAnglePt()) placeAngle_(EditPoint::EndAngle, end);
+    if (hasPoint_(EditPoint::StartAngle)) placeAngle_(EditPoint::StartAngle, startAngle());
+    if (hasPoint_(EditPoint::EndAngle)) placeAngle_(EditPoint::EndAngle, end);
 }
 
 double CylinderShape::rimDistance_(double azimuth) const {
@@ -133,86 +208,65 @@ double CylinderShape::rimDistance_(double azimuth) const {
 }
 
 double CylinderShape::measured_(EditPoint role) const {
-    const auto& place = editPoint(role);
-    if (!centerPt() || !place) return 0.0;
-    if (role == EditPoint::Height) return place->alt() - centerPt()->alt();
-    const auto way = Sodano::inverse(*centerPt(), *place);
+    const auto& center = known_(EditPoint::Center);
+    const auto& place = known_(role);
+    if (!center || !place) return 0.0;
+    if (role == EditPoint::Height) return place->alt() - center->alt();
+    const auto way = Sodano::inverse(*center, *place);
     const bool isAngle = role == EditPoint::StartAngle || role == EditPoint::EndAngle;
     return isAngle ? normalized(way.azimuth1) : way.distance;
 }
 
 double CylinderShape::number_(EditPoint role) const {
+    if (const auto& mark = marks_[index_(role)]) return mark->number;
     const auto kept = kept_(role);
     return kept ? *kept : measured_(role);
 }
 
 double CylinderShape::majorAxis() const {
+    sync_();
     return number_(EditPoint::MajorAxis);
 }
 
 double CylinderShape::minorAxis() const {
+    sync_();
     return number_(EditPoint::MinorAxis);
 }
 
 double CylinderShape::height_() const {
+    sync_();
     return subtype_ == Sphere ? majorAxis() : number_(EditPoint::Height);
 }
 
 double CylinderShape::startAngle() const {
+    sync_();
     return number_(EditPoint::StartAngle);
 }
 
 double CylinderShape::endAngle() const {
-    if (!centerPt() || !endAnglePt()) return 0.0;
+    if (!hasCenter_() || !hasPoint_(EditPoint::EndAngle)) return 0.0;
     const double end = number_(EditPoint::EndAngle);
     return end == startAngle() ? end + halCore::kTwoPi : end;
 }
 
 // Setters
 
-void CylinderShape::setCenter(const Vec3& lla) {
+void CylinderShape::setCenter(const PlacedPoint& point) {
     const double height = height_();
-    place_(EditPoint::Center) = lla;
-    if (heightPt()) placeHeight_(height);
+    if (!putCenter_(First, point)) return;
+    if (hasPoint_(EditPoint::Height)) placeHeight_(height);
     dirty_();
 }
 
-void CylinderShape::moveCenter(const Vec3& lla) {
-    if (!centerPt()) {
-        setCenter(lla);
+void CylinderShape::moveCenter(const PlacedPoint& point) {
+    if (!hasCenter_()) {
+        setCenter(point);
         return;
     }
-    moveAll_(lla);
+    sync_();
+    if (!putPlaced_(First, point)) return;
+    sync_();
     dirty_();
-}
-
-void CylinderShape::moveAll_(const Vec3& lla) {
-    const Vec3 from = *centerPt();
-    const double height = height_();
-    // Kept from here on even if they were measured until now: moving changes no number. Not the end angle, to
-    // which a full turn may have been added.
-    const std::array<std::pair<EditPoint, double>, 4> numbers{
-        {{EditPoint::MajorAxis, majorAxis()},
-         {EditPoint::MinorAxis, minorAxis()},
-         {EditPoint::StartAngle, startAngle()},
-         {EditPoint::EndAngle, number_(EditPoint::EndAngle)}}};
-    place_(EditPoint::Center) = lla;
-    for (const auto& [role, number] : numbers) {
-        auto& place = place_(role);
-        if (!place) continue;
-        const double above = place->alt() - from.alt();
-        const auto way = Sodano::inverse(from, *place);
-        place = Sodano::direct(lla, way.azimuth1, way.distance);
-        place->setAlt(lla.alt() + above);
-        keep_(role, number);
-    }
-    if (heightPt()) placeHeight_(height);
-}
-
-void CylinderShape::carry(const ReferenceMove& move) {
-    const auto center = centerPt() ? move(*centerPt()) : std::nullopt;
-    if (center) moveAll_(*center);
-    fillGui();
 }
 
 bool CylinderShape::isRadius(double meters) {
@@ -220,21 +274,26 @@ bool CylinderShape::isRadius(double meters) {
 }
 
 void CylinderShape::setMajorRadius(double meters) {
-    if (!centerPt() || !accepted(meters)) return;
+    if (!hasCenter_() || !accepted(meters)) return;
     placeAt_(EditPoint::MajorAxis, kEast, std::abs(meters), std::abs(meters));
     placeSector_();
     dirty_();
 }
 
 void CylinderShape::setMinorRadius(double meters) {
-    if (!centerPt() || !accepted(meters)) return;
+    if (!hasCenter_() || !accepted(meters)) return;
     placeAt_(EditPoint::MinorAxis, kNorth, std::abs(meters), std::abs(meters));
     placeSector_();
     dirty_();
 }
 
 void CylinderShape::put_(EditPoint role, const Vec3& lla) {
-    place_(role) = lla;
+    // About a centre that is nowhere there are only numbers.
+    if (isMark_(role) && hasCenter_() && !centerPt()) return;
+    if (isMark_(role))
+        place_(role, lla);
+    else
+        putCenter_(Second, PlacedPoint(lla));
     dirty_();
 }
 
@@ -244,23 +303,25 @@ void CylinderShape::setInnerRadius(double meters) {
 }
 
 void CylinderShape::setStartAngle(double radians) {
-    if (!centerPt() || !std::isfinite(radians)) return;
+    if (!hasCenter_() || !std::isfinite(radians)) return;
     placeAngle_(EditPoint::StartAngle, normalized(radians));
     dirty_();
 }
 
 void CylinderShape::setEndAngle(double radians) {
-    if (!centerPt() || !std::isfinite(radians)) return;
+    if (!hasCenter_() || !std::isfinite(radians)) return;
     double end = normalized(radians);
     // A full turn loses a last digit on its way here.
     const double start = startAngle();
-    if (startAnglePt() && std::abs(std::remainder(end - start, halCore::kTwoPi)) < kSameAngle) end = start;
+    if (hasPoint_(EditPoint::StartAngle) &&
+        std::abs(std::remainder(end - start, halCore::kTwoPi)) < kSameAngle)
+        end = start;
     placeAngle_(EditPoint::EndAngle, end);
     dirty_();
 }
 
 void CylinderShape::setHeight(double meters) {
-    if (!centerPt() || !std::isfinite(meters)) return;
+    if (!hasCenter_() || !std::isfinite(meters)) return;
     if (subtype_ == Ellipsoid && meters <= 0.0) {
         meters = 1.0;
         if (panel_()) panel_()->setHeight(meters);
@@ -270,9 +331,9 @@ void CylinderShape::setHeight(double meters) {
 }
 
 void CylinderShape::updatePoints() {
-    if (!centerPt() || !hasKind_()) return;
-    if (majorAxisPt()) placeAt_(EditPoint::MajorAxis, kEast, majorAxis(), majorAxis());
-    if (minorAxisPt()) placeAt_(EditPoint::MinorAxis, kNorth, minorAxis(), minorAxis());
+    if (!hasCenter_() || !hasKind_()) return;
+    if (hasPoint_(EditPoint::MajorAxis)) placeAt_(EditPoint::MajorAxis, kEast, majorAxis(), majorAxis());
+    if (hasPoint_(EditPoint::MinorAxis)) placeAt_(EditPoint::MinorAxis, kNorth, minorAxis(), minorAxis());
     placeSector_();
     dirty_();
 }
@@ -283,20 +344,15 @@ void CylinderShape::setEditPointsShown(bool shown, bool height) {
 }
 
 void CylinderShape::clear() {
+    points_.clear();
     places_ = {};
+    marks_ = {};
     hide_();
 }
 
 void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (takeAttachment_(id, converter) && centerPt()) {
-        if (converter && anchorCenter) {
-            Vec3 reference;
-            converter->getReferenceLla(reference);
-            moveCenter(reference);
-        } else {
-            dirty_();
-        }
-    }
+    sync_();
+    if (takeAttachment_(id, converter, anchorCenter) && hasCenter_()) dirty_();
     fillGui();
 }
 
@@ -353,10 +409,10 @@ std::pair<Vec3, Vec3> CylinderShape::boundingBox() const {
 // Panel
 
 void CylinderShape::showIn_(CylinderPanel& panel) {
-    if (centerPt())
-        shownCenter_ = *centerPt();
+    if (hasCenter_())
+        shownCenter_ = points_.at(First);
     else
-        Utils::getDefaultLla(shownCenter_);
+        Utils::getDefaultLla((shownCenter_ = PlacedPoint(Vec3())).place);
     panel.setDrawCheck(shown());
     panel.setCenterLla(shownCenter_);
     panel.setXradius(majorAxis());
@@ -378,7 +434,7 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
     if (drawn != shown()) setShown(drawn);
     if (center)
         moveCenter(*center);
-    else if (!centerPt() && (x || y || height || start || end))
+    else if (!hasCenter_() && (x || y || height || start || end))
         setCenter(shownCenter_);  // the user fills in a shape about the centre that stands in the panel
     if (x) setMajorRadius(*x);
     if (y) setMinorRadius(*y);

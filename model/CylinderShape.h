@@ -5,8 +5,8 @@
 #include <functional>
 #include <optional>
 
+#include "model/Anchored.h"
 #include "model/BaseFilledShape.h"
-#include "model/Carried.h"
 #include "model/Equipped.h"
 
 namespace OverlayEditor {
@@ -15,8 +15,10 @@ struct ShapeKind;
 
 /// The circular shapes: a centre, one or two radii, perhaps a sector and a height. The geometry is kept
 /// as edit points; beside a point stands the number as it was set, and it is the answer until that
-/// point or the centre moves. Lengths in metres, angles in radians clockwise from north.
-class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPanel>, public Carried {
+/// point or the centre moves. When the centre moves with what its offset counts from, the other points lie
+/// about it as before, and the numbers stay, also while the offset leads nowhere. Lengths in metres, angles
+/// in radians clockwise from north.
+class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPanel>, public Anchored {
   public:
     enum Subtype {
         Circle = 0,
@@ -45,15 +47,17 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
 
     int serialize(Serializer& serializer) override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
-    void carry(const ReferenceMove& move) override;
+    halCore::Vec3 anchorPlace() const override { return centerPt().value_or(kNoPlace); }
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     void clear() override;
 
     /// Moves the centre alone: the other points stay where they are, the numbers set for them are
     /// measured anew. Carries the height point.
-    void setCenter(const halCore::Vec3& lla);
+    void setCenter(const halCore::Vec3& lla) { setCenter(PlacedPoint(lla)); }
+    void setCenter(const PlacedPoint& point);
     /// Moves the whole shape: radii, angles and height keep their numbers.
-    void moveCenter(const halCore::Vec3& lla);
+    void moveCenter(const halCore::Vec3& lla) { moveCenter(PlacedPoint(lla)); }
+    void moveCenter(const PlacedPoint& point);
     /// Whether a length, whatever its sign, can be a radius: a number, and not beyond half the earth's way
     /// round. There, a point would come back from the other side.
     static bool isRadius(double meters);
@@ -73,8 +77,11 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// Above the centre; needs one. An ellipsoid's height of 0 or less becomes 1.
     void setHeight(double meters);
 
-    /// Where it stands; nothing while the shape has none.
-    const std::optional<halCore::Vec3>& editPoint(EditPoint role) const { return places_[index_(role)]; }
+    /// Where it stands; nothing while the shape has none, or its offset leads nowhere.
+    const std::optional<halCore::Vec3>& editPoint(EditPoint role) const {
+        sync_();
+        return places_[index_(role)];
+    }
     const std::optional<halCore::Vec3>& centerPt() const { return editPoint(EditPoint::Center); }
     const std::optional<halCore::Vec3>& majorAxisPt() const { return editPoint(EditPoint::MajorAxis); }
     const std::optional<halCore::Vec3>& minorAxisPt() const { return editPoint(EditPoint::MinorAxis); }
@@ -103,6 +110,25 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void updatePoints();
 
   protected:
+    /// The shape's positions: the centre, and an orbit's second one.
+    enum Position : std::size_t { First, Second };
+    bool hasCenter_() const { return points_.has(First); }
+    /// Whether the shape has the edit point, wherever it stands.
+    bool hasPoint_(EditPoint role) const {
+        sync_();
+        return places_[index_(role)] || marks_[index_(role)];
+    }
+    /// Moves a centre alone, with a message when no offset leads there. \return whether it was moved
+    bool putCenter_(Position position, const PlacedPoint& point);
+    /// Brings the edit points to where the centre is now: it moves with what its offset counts from.
+    void sync_() const;
+    /// What the next three look at and answer is as of the last sync_.
+    const std::optional<halCore::Vec3>& known_(EditPoint role) const { return places_[index_(role)]; }
+    /// The centre about which an edit point lies.
+    virtual Position anchorOf_(EditPoint) const { return First; }
+    /// What the point says; an angle in [0, 2pi), a hair's breadth (1e-10) below 0 is 0. 0 when the point or
+    /// the centre is missing.
+    virtual double measured_(EditPoint role) const;
     double height_() const;
     /// Widens a box by a rim about a centre, and by every longitude when a full turn goes round a pole.
     /// Longitudes go on beyond 180 degrees so that the box stays one piece about the centre's.
@@ -115,8 +141,11 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// a height).
     std::optional<double> kept_(EditPoint role) const;
     /// Takes a number for the one that its point, where it stands now, was set for.
-    void keep_(EditPoint role, double value);
-    std::optional<halCore::Vec3>& place_(EditPoint role) { return places_[index_(role)]; }
+    void keep_(EditPoint role, double value) const;
+    /// Puts an edit point that is no centre somewhere.
+    void place_(EditPoint role, const halCore::Vec3& lla);
+    /// As it was set, or else measured.
+    double number_(EditPoint role) const;
 
   private:
     friend Equipped;
@@ -128,14 +157,23 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
         halCore::Vec3 point;
     };
 
+    /// How an edit point lies about its centre, and its number, while the centre moves.
+    struct Mark {
+        double azimuth = 0.0;
+        double distance = 0.0;
+        double above = 0.0;
+        double number = 0.0;
+        Position anchor = First;
+    };
+
     static constexpr std::size_t kEditPoints = 6;
     static std::size_t index_(EditPoint role) { return static_cast<std::size_t>(role); }
     bool hasKind_() const { return subtype_ < NoSubtype; }
-    /// What the point says; an angle in [0, 2pi), a hair's breadth (1e-10) below 0 is 0. 0 when the point or
-    /// the centre is missing.
-    double measured_(EditPoint role) const;
-    /// As it was set, or else measured.
-    double number_(EditPoint role) const;
+    bool isMark_(EditPoint role) const {
+        return role != EditPoint::Center && (hasKind_() || role != EditPoint::MajorAxis);
+    }
+    void captureMarks_() const;
+    void placeMarks_() const;
     /// Puts a point somewhere, and shows it.
     void put_(EditPoint role, const halCore::Vec3& lla);
     /// Puts a point at a direction and distance from the centre, at the centre's altitude, and keeps the
@@ -147,20 +185,21 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void placeSector_();
     /// From the centre to the rim in a direction; a stand-in length while there is no radius.
     double rimDistance_(double azimuth) const;
-    /// Moves the centre, and everything else by the same ways; needs a centre.
-    void moveAll_(const halCore::Vec3& center);
     void showIn_(CylinderPanel& panel);
     void takeFrom_(CylinderPanel& panel);
 
     Subtype subtype_;
-    /// By role.
-    std::array<std::optional<halCore::Vec3>, kEditPoints> places_;
-    std::array<std::optional<SetNumber>, kEditPoints> numbers_;
+    /// By role. The centres' are derived from the shape's positions, and with them the others'.
+    mutable std::array<std::optional<halCore::Vec3>, kEditPoints> places_;
+    mutable std::array<std::optional<SetNumber>, kEditPoints> numbers_;
+    /// What counts instead of the places when a centre has moved, or has none. None for points that have been
+    /// set since.
+    mutable std::array<std::optional<Mark>, kEditPoints> marks_;
     bool editPointsShown_ = false;
     bool heightPointShown_ = false;
     bool requiresAllPoints_ = true;
     /// The centre that the panel shows while there is none.
-    halCore::Vec3 shownCenter_;
+    PlacedPoint shownCenter_{halCore::Vec3()};
     Equipment<CylinderPanel> equipment_{*this, preferences_, mouseTool_};
 };
 

@@ -30,25 +30,15 @@ namespace {
 constexpr const char* kSaveDirectoryKey = "OverlayEditorSaveDirectory";
 constexpr const char* kSuffix = ".zel";
 
-constexpr std::size_t kMostListed = 20;
-
-/// "a, b, c", and how many more when there are many.
-std::string listed(const std::vector<std::string>& names, std::size_t most = kMostListed) {
-    std::string list;
-    for (std::size_t i = 0; i < std::min(names.size(), most); ++i) list += (i ? ", " : "") + names[i];
-    if (names.size() > most) list.append(" and ").append(std::to_string(names.size() - most)).append(" more");
-    return list;
-}
-
 /// Tells what saving loses, a line each. What the reader dropped it has told itself.
 void tellLosses(const std::string& when, const std::vector<halCore::ZEL::ParseMessage>& losses) {
     std::size_t count = 0;
     for (const auto& loss : losses) {
-        if (loss.severity != halNotify::Warning || ++count > kMostListed) continue;
+        if (loss.severity != halNotify::Warning || ++count > UTILS::kMostListed) continue;
         halNotify::notify(halNotify::Warning) << when << " line " << loss.line << ": " << loss.text;
     }
-    if (count > kMostListed)
-        halNotify::notify(halNotify::Warning) << when << " " << count - kMostListed << " more lines";
+    if (count > UTILS::kMostListed)
+        halNotify::notify(halNotify::Warning) << when << " " << count - UTILS::kMostListed << " more lines";
 }
 
 /// What is left of a file of which the last shape was deleted.
@@ -134,10 +124,6 @@ Document::Reading Document::read(std::string_view text, const std::string& fileN
     reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), 0);
     LoadResult& loaded = reading.loaded;
     loaded = loadOverlayText(text, fileName, preferences_, reading.converter.get(), 0);
-    if (!reference && loaded.offsets && loaded.offsets->mixed && !loaded.offsets->reference) {
-        loaded = loadOverlayText(text, fileName, preferences_, nullptr, 0);
-        loaded.offsets.reset();
-    }
     if (loaded.error.empty())
         tellLosses(fileName + ", when it is saved,", loaded.losses);
     else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
@@ -201,41 +187,28 @@ void Document::take(Reading reading) {
     unsigned long platform = reading.platform;
     if (attachment_.isReferencePlatform(platform)) platform = 0;
     cleanupPriorZEL_();
-    // A reference in the file counts for more than a platform, in the host as here.
-    const auto& offsets = reading.loaded.offsets;
-    const bool fixed = offsets && (offsets->reference || platform == 0);
+    const LoadResult& loaded = reading.loaded;
     halCore::Vec3 reference;
     reading.converter->getReferenceLla(reference);
-    if (fixed) {
-        if (offsets->reference)
-            reference = *offsets->reference;
-        else
-            warnOfAssumedReference_(reading.fileName, reference);
-        // Without a reference in the file its absolute positions would be lost beside offsets from nothing.
-        if (!attachment_.takeReference(std::move(reading.converter), reference,
-                                       offsets->reference || offsets->mixed))
-            halNotify::notify(halNotify::Warning) << "The host makes no reference platform: the offsets of "
-                                                  << reading.fileName << " become absolute positions";
-    } else {
+    if (platform != 0 || (!loaded.fromNowhere && !loaded.reference)) {
         attachment_.take(std::move(reading.converter), reference, platform);
+    } else {
+        if (loaded.fromNowhere) warnOfAssumedReference_(reading.fileName, reference);
+        attachment_.takeReference(std::move(reading.converter),
+                                  loaded.fromNowhere ? reference : *loaded.reference, !loaded.fromNowhere);
     }
     overlay_.setZelId(reading.zel);
     if (reading.zel && editing_) PIHALVIS::showZELFile(reading.zel, false);
-    for (auto& loaded : reading.loaded.shapes) {
-        Shape* const shape = loaded.release();
+    for (auto& read : reading.loaded.shapes) {
+        Shape* const shape = read.release();
+        // Beside offsets, places stay places.
+        if (!shape->placed().frame()) shape->keepPlaces();
         overlay_.addShape(shape);
         if (!editing_) shape->setActive(false);
     }
-    // On a platform of the scenario, saving makes offsets of what the file has as absolute positions.
-    const bool absolute = platform != 0 && !fixed && (!offsets || offsets->mixed);
-    if (absolute)
-        halNotify::notify(halNotify::Warning)
-            << reading.fileName << " has absolute positions, and the host has it on "
-            << Utils::platformName(platform)
-            << ": saved, they are offsets from there, unless the overlay is detached first";
     fileName_ = std::move(reading.fileName);
     knownFile_ = std::move(reading.version);
-    keep_(absolute ? 0 : overlay_.attachedPlatformId());
+    keep_(overlay_.attachedPlatformId());
 }
 
 void Document::warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const {
@@ -303,11 +276,12 @@ std::string Document::changes() const {
         text += platform == 0 ? "; offsets become positions"
                               : "; positions become offsets from " + Utils::platformName(platform);
     constexpr std::size_t few = 3;
-    if (const auto begun = overlay_.begun(); !begun.empty()) text += "; not complete: " + listed(begun, few);
+    if (const auto begun = overlay_.begun(); !begun.empty())
+        text += "; not complete: " + UTILS::listed(begun, few);
     std::vector<std::string> hidden;
     for (const Shape* shape : overlay_.shapes())
         if (!shape->shown()) hidden.push_back(shape->name());
-    if (!hidden.empty()) text += "; hidden here, but not in the file: " + listed(hidden, few);
+    if (!hidden.empty()) text += "; hidden here, but not in the file: " + UTILS::listed(hidden, few);
     return text;
 }
 
@@ -376,7 +350,7 @@ bool Document::save(const std::string& fileName) {
     keep_(overlay_.attachedPlatformId());
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
-            << "Not complete, and not in " << fileName << ": " << listed(skipped);
+            << "Not complete, and not in " << fileName << ": " << UTILS::listed(skipped);
     reload_(emptied);
     return true;
 }
@@ -406,13 +380,17 @@ void Document::reload_(bool emptied) {
 
 bool Document::rescue(Rescue how) {
     if (overlay_.digest() != 0 && !isKept_()) {
-        const std::string file = writeRescueFile(overlay_.text(), how == Rescue::AtEnd);
+        // Nobody attaches the file to what the overlay was attached to, but a fixed point is found again.
+        const unsigned long platform = overlay_.attachedPlatformId();
+        const bool sails = platform != 0 && !attachment_.isReferencePlatform(platform);
+        const std::string file =
+            writeRescueFile(sails ? overlay_.textWithReference() : overlay_.text(), how == Rescue::AtEnd);
         if (file.empty()) return false;
         rescueFile_ = file;
     }
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())
-        halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << listed(begun);
+        halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << UTILS::listed(begun);
     return true;
 }
 

@@ -44,8 +44,7 @@ class Document {
         /// The file that holds the text; none when it is in no file.
         FileVersion version;
     };
-    /// Reads a text; what cannot be kept of it is named. Where no view tells what offsets without a reference
-    /// count from, they are left out beside absolute positions.
+    /// Reads a text; what cannot be kept of it is named.
     /// \return with an error, and a message, when there is nothing in it that can be edited
     Reading read(std::string_view text, const std::string& fileName, void* zel = nullptr) const;
     /// The same with a file, in place of what the host displays of it.
@@ -82,7 +81,7 @@ class Document {
 
     /// \see Attachment::attach
     bool attach(unsigned long platform, bool center) { return attachment_.attach(platform, center); }
-    void followPlatform() { attachment_.followPlatform(); }
+    bool followPlatform() { return attachment_.followPlatform(); }
     /// A platform of the scenario is gone. \return whether the shapes were attached to it: they stay where
     /// they are
     bool platformRemoved(unsigned long id);

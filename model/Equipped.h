@@ -54,7 +54,7 @@ class Equipped : public Base {
     }
     void fillGui() override {
         if (!panel_()) return;
-        panel_()->setPointConverter(this->attachedPlatformId_ != 0 ? this->pointConverter_ : nullptr);
+        panel_()->setPointConverter(this->points_.frame());
         self_().showIn_(*panel_());
     }
     void deleteGui() override { self_().equipment_.panel.reset(); }

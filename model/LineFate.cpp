@@ -145,9 +145,7 @@ LineFate fateOfAttribute(P parameter, const LineTokens& tokens, const ZEL::ZelSh
                 tokens, as<ZEL::Orbit>(shape) && relative == (parameter == P::Center2Relative), !relative);
         case P::ReferencePoint:
             if (!relative || tokens.count() < 3) return {halNotify::Notice, kUnusedLine.what};
-            if (const LineFate fate = fateOfPosition(tokens, true); !fate.isKept()) return fate;
-            return {halNotify::Notice,
-                    "is kept or gives way to the file's first one: the positions keep their places"};
+            return fateOfPosition(tokens, true);
         case P::Radius:
             return fateOfRadius(value, shape);
         case P::AngleStart:

@@ -5,7 +5,6 @@
 
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
-#include "model/ReferenceMove.h"
 #include "model/ShapeKinds.h"
 #include "model/Utils.h"
 
@@ -20,136 +19,117 @@ OrbitShape::OrbitShape(const Preferences& preferences) : Equipped(preferences, N
 OrbitShape::OrbitShape(const OrbitShape& other) : Equipped(other) {}
 
 bool OrbitShape::isComplete() const {
-    return centerPt() && centerPt2();
+    return hasCenter_() && points_.has(Second);
 }
 
 int OrbitShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
-    serializer.beginShape(shapeKind(ShapeKind::Orbit).written, attachedPlatformId_);
-    serializer.addPoint(*centerPt());
-    serializer.setCenterPoint2(*centerPt2());
-    serializer.setMajorRadius(minorAxisPt() ? minorAxis() : kDefaultRadius);
+    serializer.beginShape(shapeKind(ShapeKind::Orbit).written, writtenPlatform_());
+    give_(serializer, Serializer::Use::Point, points_.given()[First]);
+    give_(serializer, Serializer::Use::Center2, points_.given()[Second]);
+    serializer.setMajorRadius(hasPoint_(EditPoint::MinorAxis) ? minorAxis() : kDefaultRadius);
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
     return 0;
 }
 
 double OrbitShape::getShortestDistance_(const Vec3& position) const {
-    if (!isComplete()) return 0.0;
-    return std::min(halCore::Sodano::inverse(*centerPt(), position).distance,
-                    halCore::Sodano::inverse(*centerPt2(), position).distance);
+    sync_();
+    return shortestDistance_(position);
+}
+
+double OrbitShape::shortestDistance_(const Vec3& position) const {
+    const auto& first = known_(EditPoint::Center);
+    const auto& second = known_(EditPoint::MajorAxis);
+    if (!first || !second) return 0.0;
+    return std::min(halCore::Sodano::inverse(*first, position).distance,
+                    halCore::Sodano::inverse(*second, position).distance);
+}
+
+double OrbitShape::measured_(EditPoint role) const {
+    if (role != EditPoint::MinorAxis) return CylinderShape::measured_(role);
+    return known_(role) ? shortestDistance_(*known_(role)) : 0.0;
 }
 
 double OrbitShape::minorAxis() const {
-    if (!minorAxisPt()) return 0.0;
-    const auto kept = kept_(EditPoint::MinorAxis);
-    return kept ? *kept : getShortestDistance_(*minorAxisPt());
+    return hasPoint_(EditPoint::MinorAxis) ? number_(EditPoint::MinorAxis) : 0.0;
 }
 
 void OrbitShape::setMinorRadius(const Vec3& lla) {
-    if (!isComplete()) return;
+    if (!centerPt() || !centerPt2()) return;
     const double radius = getShortestDistance_(lla);
     setMinorRadius(radius);
     if (!minorAxisPt()) return;
-    place_(EditPoint::MinorAxis) = lla;
+    place_(EditPoint::MinorAxis, lla);
     keep_(EditPoint::MinorAxis, radius);
     dirty_();
 }
 
-bool OrbitShape::radiusAtSecond_() const {
-    if (!isComplete() || !minorAxisPt()) return false;
-    const double radius = minorAxis();
+CylinderShape::Position OrbitShape::anchorOf_(EditPoint role) const {
+    const auto& first = known_(EditPoint::Center);
+    const auto& second = known_(EditPoint::MajorAxis);
+    const auto& point = known_(role);
+    if (role != EditPoint::MinorAxis || !first || !second || !point) return First;
+    const double radius = number_(role);
     const auto beside = [&](const Vec3& center) {
-        return std::abs(halCore::Sodano::inverse(center, *minorAxisPt()).distance - radius);
+        return std::abs(halCore::Sodano::inverse(center, *point).distance - radius);
     };
-    return beside(*centerPt2()) < beside(*centerPt());
+    return beside(*second) < beside(*first) ? Second : First;
 }
 
-void OrbitShape::carryRadiusPoint_(const Vec3& from, const Vec3& to) {
-    const auto way = halCore::Sodano::inverse(from, *minorAxisPt());
-    place_(EditPoint::MinorAxis) = halCore::Sodano::direct(to, way.azimuth1, way.distance);
-}
-
-void OrbitShape::moveFirstCenter(const Vec3& lla) {
-    if (!centerPt() || !minorAxisPt()) {
-        setCenter(lla);
-        return;
-    }
+void OrbitShape::putWithRadius_(Position position, const PlacedPoint& point) {
+    const auto& center = known_(position == First ? EditPoint::Center : EditPoint::MajorAxis);
+    sync_();
     const double radius = minorAxis();
-    if (!radiusAtSecond_()) carryRadiusPoint_(*centerPt(), lla);
-    place_(EditPoint::Center) = lla;
-    keep_(EditPoint::MinorAxis, radius);
+    const auto from = center;
+    const bool goesAlong = from && minorAxisPt() && anchorOf_(EditPoint::MinorAxis) == position;
+    if (!putCenter_(position, point)) return;
+    if (goesAlong && center && minorAxisPt()) {
+        const auto way = halCore::Sodano::inverse(*from, *minorAxisPt());
+        place_(EditPoint::MinorAxis, halCore::Sodano::direct(*center, way.azimuth1, way.distance));
+    }
+    if (from && radius > 0.0) keep_(EditPoint::MinorAxis, radius);
     dirty_();
 }
 
-void OrbitShape::setCenter2(const Vec3& lla) {
-    if (isComplete() && minorAxisPt()) {
-        const double radius = minorAxis();
-        if (radiusAtSecond_()) carryRadiusPoint_(*centerPt2(), lla);
-        keep_(EditPoint::MinorAxis, radius);
-    }
-    CylinderShape::setMajorRadius(lla);
+void OrbitShape::moveFirstCenter(const PlacedPoint& point) {
+    if (centerPt() && minorAxisPt())
+        putWithRadius_(First, point);
+    else
+        setCenter(point);
+}
+
+void OrbitShape::setCenter2(const PlacedPoint& point) {
+    putWithRadius_(Second, point);
 }
 
 void OrbitShape::setAltitude(double meters) {
     bool lifted = false;
-    for (const EditPoint role : {EditPoint::Center, EditPoint::MajorAxis, EditPoint::MinorAxis}) {
-        auto& place = place_(role);
-        if (!place || place->alt() == meters) continue;
-        place->setAlt(meters);
+    const auto lift = [&](EditPoint role) -> std::optional<Vec3> {
+        const auto& place = editPoint(role);
+        if (!place || place->alt() == meters) return std::nullopt;
         lifted = true;
-    }
+        return Vec3(place->lat(), place->lon(), meters);
+    };
+    if (const auto radius = lift(EditPoint::MinorAxis)) place_(EditPoint::MinorAxis, *radius);
+    if (const auto first = lift(EditPoint::Center)) putCenter_(First, PlacedPoint(*first));
+    if (const auto second = lift(EditPoint::MajorAxis)) putCenter_(Second, PlacedPoint(*second));
     if (lifted) dirty_();
 }
 
-void OrbitShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (!takeAttachment_(id, converter)) {
-        fillGui();
-        return;
-    }
-    if (isComplete() && converter && anchorCenter) {
-        const Vec3 from = *centerPt();
-        const Vec3 to = *centerPt2();
-        const Vec3 middle(0.5 * (from.lat() + to.lat()),
-                          from.lon() + 0.5 * halCore::wrapToPi(to.lon() - from.lon()),
-                          0.5 * (from.alt() + to.alt()));
-        const ReferenceMove move(middle, *converter);
-        const auto first = move(from);
-        const auto second = move(to);
-        if (first && second) {
-            moveCenter(*first);
-            setCenter2(*second);
-            fillGui();
-            return;
-        }
-    }
-    dirty_();
-    fillGui();
-}
-
-void OrbitShape::carry(const ReferenceMove& move) {
-    const auto second = centerPt2() ? move(*centerPt2()) : std::nullopt;
-    if (centerPt2() && !second) return;
-    const bool radiusAtSecond = radiusAtSecond_();
-    const double radius = minorAxis();
-    const Vec3 from = centerPt2().value_or(Vec3());
-    const auto radiusPoint = minorAxisPt();
-    CylinderShape::carry(move);
-    if (!second) return;
-    place_(EditPoint::MajorAxis) = *second;
-    if (radiusAtSecond) {
-        place_(EditPoint::MinorAxis) = radiusPoint;
-        carryRadiusPoint_(from, *second);
-        keep_(EditPoint::MinorAxis, radius);
-    }
-    fillGui();
+Vec3 OrbitShape::anchorPlace() const {
+    if (!centerPt() || !centerPt2()) return CylinderShape::anchorPlace();
+    const Vec3 from = *centerPt();
+    const Vec3 to = *centerPt2();
+    return {0.5 * (from.lat() + to.lat()), from.lon() + 0.5 * halCore::wrapToPi(to.lon() - from.lon()),
+            0.5 * (from.alt() + to.alt())};
 }
 
 std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
     std::pair<Vec3, Vec3> bounds;
     initBounds_(bounds);
-    if (!isComplete()) return CylinderShape::boundingBox();
-    const double radius = minorAxisPt() ? minorAxis() : kDefaultRadius;
+    if (!centerPt() || !centerPt2()) return CylinderShape::boundingBox();
+    const double radius = hasPoint_(EditPoint::MinorAxis) ? minorAxis() : kDefaultRadius;
     const Vec3 first = *centerPt();
     Vec3 second = *centerPt2();
     second.setLon(first.lon() + halCore::wrapToPi(second.lon() - first.lon()));
@@ -160,12 +140,12 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
 }
 
 void OrbitShape::showIn_(OrbitPanel& panel) {
-    Vec3 ground;
-    if (!isComplete()) Utils::getDefaultLla(ground);
-    shownCenter_ = centerPt().value_or(ground);
+    PlacedPoint ground{Vec3()};
+    if (!isComplete()) Utils::getDefaultLla(ground.place);
+    shownCenter_ = hasCenter_() ? points_.at(First) : ground;
     panel.setDrawCheck(shown());
     panel.setCenterLla(shownCenter_);
-    panel.setCenterLla2(centerPt2().value_or(ground));
+    panel.setCenterLla2(points_.has(Second) ? points_.at(Second) : ground);
     panel.setRadius(minorAxis());
     showStyles_(panel.lineStyle(), panel.fillStyle());
 }
@@ -180,7 +160,7 @@ void OrbitShape::takeFrom_(OrbitPanel& panel) {
     if (first) moveFirstCenter(*first);
     if (second) setCenter2(*second);
     // The radius is marked from the first centre: the one that stands in the panel, if need be.
-    if (radius && !centerPt()) setCenter(shownCenter_);
+    if (radius && !hasCenter_()) setCenter(shownCenter_);
     if (radius) setMinorRadius(*radius);
     takeStyles_(panel.lineStyle(), panel.fillStyle());
 }

@@ -19,15 +19,16 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     OrbitShape(const OrbitShape& other);
 
     int serialize(Serializer& serializer) override;
-    /// Anchored, the middle between the centres comes to lie on the reference.
-    void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
-    void carry(const ReferenceMove& move) override;
+    /// The middle between the centres.
+    halCore::Vec3 anchorPlace() const override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
 
     /// Move one centre; the other stays, and the radius keeps its number. The radius' point goes along with
     /// the centre that it stands about.
-    void moveFirstCenter(const halCore::Vec3& lla);
-    void setCenter2(const halCore::Vec3& lla);
+    void moveFirstCenter(const halCore::Vec3& lla) { moveFirstCenter(PlacedPoint(lla)); }
+    void moveFirstCenter(const PlacedPoint& point);
+    void setCenter2(const halCore::Vec3& lla) { setCenter2(PlacedPoint(lla)); }
+    void setCenter2(const PlacedPoint& point);
     /// Gives both centres an altitude.
     void setAltitude(double meters);
     const std::optional<halCore::Vec3>& centerPt2() const { return majorAxisPt(); }
@@ -47,15 +48,18 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
 
     // On an orbit it would move the second centre.
     using CylinderShape::setMajorRadius;
-    /// The radius' point stands about the second centre, not about the first.
-    bool radiusAtSecond_() const;
-    /// Brings the radius' point to the same side of a centre's new place.
-    void carryRadiusPoint_(const halCore::Vec3& from, const halCore::Vec3& to);
+    /// The radius' point may stand about the second centre.
+    Position anchorOf_(EditPoint role) const override;
+    double measured_(EditPoint role) const override;
+    /// The same as getShortestDistance_, as of the last sync_.
+    double shortestDistance_(const halCore::Vec3& position) const;
+    /// Moves one centre, and the radius' point with it when that stands about it; the radius stays.
+    void putWithRadius_(Position position, const PlacedPoint& point);
     void showIn_(OrbitPanel& panel);
     void takeFrom_(OrbitPanel& panel);
 
     /// The first centre that the panel shows while there is none.
-    halCore::Vec3 shownCenter_;
+    PlacedPoint shownCenter_{halCore::Vec3()};
     Equipment<OrbitPanel> equipment_{*this, preferences_, mouseTool_};
 };
 

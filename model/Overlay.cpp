@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "model/Carried.h"
+#include "model/Shape.h"
 
 namespace OverlayEditor {
 
@@ -113,21 +113,23 @@ void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter,
     for (Shape* shape : shapes()) shape->setAttachedPlatformId(id, converter, anchorCenter);
 }
 
-void Overlay::carry(const ReferenceMove& move) {
-    const bool kept = isKept();
-    if (referenceWritten_) touchAll_();
-    for (Shape* shape : shapes()) {
-        if (shape->attachedPlatformId() == 0) continue;
-        auto* const carried = dynamic_cast<Carried*>(shape);
-        if (!carried) continue;
-        carried->carry(move);
-        if (carried->isRounded()) touched(*shape);
+void Overlay::attachThoseFrom(const halCore::Vec3& reference, unsigned long id, PointConverter* converter) {
+    for (Shape* shape : shapes())
+        if (shape->placed().countsFrom(reference)) shape->setAttachedPlatformId(id, converter, false);
+}
+
+std::vector<std::string> Overlay::misfits(const PointConverter& converter, bool anchorCenter,
+                                          const std::optional<halCore::Vec3>& staying) const {
+    std::vector<std::string> names;
+    for (const Shape* shape : shapes()) {
+        const bool stays = staying && shape->placed().countsFrom(*staying);
+        if (!stays && !shape->fits(converter, anchorCenter)) names.push_back(shape->name());
     }
-    if (kept && !referenceWritten_) keep();
+    return names;
 }
 
 std::string Overlay::text(std::vector<std::string>* skipped) const {
-    ShapeWriter writer(pointConverter(), referenceWritten_);
+    ShapeWriter writer(pointConverter_, referenceWritten_);
     for (std::size_t i = 0; i < places_.size(); ++i) {
         Shape* const shape = places_[i].shape;
         if (!shape) continue;
@@ -138,6 +140,12 @@ std::string Overlay::text(std::vector<std::string>* skipped) const {
     return writer.text();
 }
 
+std::string Overlay::textWithReference() const {
+    ShapeWriter writer(pointConverter_, true);
+    for (Shape* shape : shapes()) writer.add(*shape);
+    return writer.text();
+}
+
 void Overlay::sumUp_() const {
     if (sum_.revision == revision_) return;
     // Kept when it is whole: memory may run out on the way.
@@ -145,7 +153,7 @@ void Overlay::sumUp_() const {
     for (std::size_t i = 0; i < places_.size(); ++i) {
         if (!places_[i].shape) continue;
         if (!places_[i].written)
-            places_[i].written = ShapeWriter(pointConverter(), referenceWritten_).add(*places_[i].shape);
+            places_[i].written = ShapeWriter(pointConverter_, referenceWritten_).add(*places_[i].shape);
         const WrittenShape& written = *places_[i].written;
         // In their order: the same shapes in another order are another text.
         if (written.digest != 0) sum.digest = (sum.digest + written.digest) * 0x9E3779B97F4A7C15U | 1U;

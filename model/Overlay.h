@@ -8,7 +8,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "model/ReferenceMove.h"
 #include "model/Shape.h"
 #include "model/ShapeWriter.h"
 
@@ -48,9 +47,17 @@ class Overlay final : private ShapeKeeper {
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
 
-    /// The converter's reference has moved with its platform: the attached shapes go along, and nothing is
-    /// displayed anew. What is written of them stays, but for what Carried::isRounded tells.
-    void carry(const ReferenceMove& move);
+    /// The converter's reference has moved. Offsets stay, and so does what is written of them, unless it
+    /// names the reference; places are derived anew when somebody asks, and nothing is displayed anew.
+    void referenceMoved() {
+        if (referenceWritten_) touchAll_();
+    }
+    /// Detached shapes whose offsets counted from a reference are attached to it again, to the digit.
+    void attachThoseFrom(const halCore::Vec3& reference, unsigned long id, PointConverter* converter);
+    /// The names of shapes that could not be attached there. \see Shape::fits
+    /// \param staying shapes whose offsets count from there keep them, and fit
+    std::vector<std::string> misfits(const PointConverter& converter, bool anchorCenter,
+                                     const std::optional<halCore::Vec3>& staying) const;
 
     /// Another number whenever something of the overlay may have changed: the shapes need not be looked at as
     /// long as it is the same.
@@ -59,6 +66,8 @@ class Overlay final : private ShapeKeeper {
     /// The text of a file with the shapes, in their order; empty when there is nothing to write.
     /// \param skipped gets the names of the shapes that are not complete
     std::string text(std::vector<std::string>* skipped = nullptr) const;
+    /// The same with the reference named, so that it is found again without its platform.
+    std::string textWithReference() const;
     /// Tells texts apart without making them: the same text has the same number, no text has 0. Of the
     /// shapes only those are written that may have changed since somebody asked.
     std::uint64_t digest() const;
@@ -66,8 +75,7 @@ class Overlay final : private ShapeKeeper {
     std::vector<std::string> begun() const;
     /// A file holds the text as it is now.
     void keep() { kept_ = digest(); }
-    /// Whether the text is as it was when it was kept last; at first there was none. Being carried is no
-    /// change, as long as the text does not name the reference.
+    /// Whether the text is as it was when it was kept last; at first there was none.
     bool isKept() const { return digest() == kept_; }
 
     /// Writes every shape in order. \return 0 when at least one was written, otherwise -1

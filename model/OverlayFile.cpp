@@ -38,16 +38,14 @@ bool isWritten(Shape& shape, PointConverter* converter) {
     return shape.serialize(zel) == 0;
 }
 
-/// Adds what a shape that was read says about offsets. \param absolute whether one without them was read
-void noteOffsets(const halCore::ZEL::ZelShape& shape, bool& absolute,
-                 std::optional<LoadResult::Offsets>& offsets) {
-    if (!shape.isRelative()) {
-        absolute = true;
-        return;
-    }
-    if (!offsets) offsets.emplace();
+/// Adds what a shape that was read says about offsets.
+void noteOffsets(const halCore::ZEL::ZelShape& shape, LoadResult& result) {
+    if (!shape.isRelative()) return;
     halCore::Vec3 reference;
-    if (!offsets->reference && shape.getReferencePosition(reference) == 0) offsets->reference = reference;
+    if (shape.getReferencePosition(reference) != 0)
+        result.fromNowhere = true;
+    else if (!result.reference)
+        result.reference = reference;
 }
 
 }  // namespace
@@ -68,16 +66,14 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     const bool anyShape = ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) == 0;
     result.shapes = target.shapes();
     auto shape = result.shapes.begin();
-    bool absolute = false;
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (!reasons[i].empty()) {
             result.leftOut.push_back(labelOf(*read[i]));
             continue;
         }
-        noteOffsets(*read[i], absolute, result.offsets);
+        noteOffsets(*read[i], result);
         if (!isWritten(**shape++, converter)) reasons[i] = "it is not complete";
     }
-    if (result.offsets) result.offsets->mixed = absolute;
     result.losses = lossReport(text, read, report, reasons);
     if (result.shapes.empty())
         result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";

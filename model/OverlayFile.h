@@ -18,13 +18,9 @@ struct LoadResult {
     std::vector<std::unique_ptr<Shape>> shapes;
     /// Kind and name of each shape that was read but that the editor cannot hold: latlonaltbox "A".
     std::vector<std::string> leftOut;
-    /// Where offsets were read: what the file itself has them count from, when it says so, and whether there
-    /// are absolute positions beside them.
-    struct Offsets {
-        std::optional<halCore::Vec3> reference;
-        bool mixed = false;
-    };
-    std::optional<Offsets> offsets;
+    /// Whether there are offsets that name no reference; and the first that is named.
+    bool fromNowhere = false;
+    std::optional<halCore::Vec3> reference;
     /// What saving the shapes over the file would lose or change, by line. \see lossReport
     std::vector<halCore::ZEL::ParseMessage> losses;
 };

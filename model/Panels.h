@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "common/Vec3.h"
 #include "geo/PointConverter.h"
+#include "model/PlacedPoint.h"
 
 /// The property panels as the shapes see them. A panel only holds values: the shape writes its state
 /// into it, and reads the values back when the panel reports an edit. Setters never report an edit. A
@@ -45,8 +45,8 @@ class ShapePanel {
   public:
     virtual ~ShapePanel() = default;
 
-    /// Used to show positions relative to a platform; null for absolute. Not owned.
-    virtual void setPointConverter(PointConverter* converter) = 0;
+    /// Used to show positions as offsets; null for places. Not owned.
+    virtual void setPointConverter(const PointConverter* converter) = 0;
     /// Units or precision changed: every field is labelled and shown anew.
     virtual void notifyPrefsUpdate() = 0;
 };
@@ -62,8 +62,8 @@ class CheckedPanel : public ShapePanel {
 /// have do nothing, their getters answer nothing. Lengths in metres, angles in radians.
 class CylinderPanel : public CheckedPanel {
   public:
-    virtual void setCenterLla(const halCore::Vec3& lla) = 0;
-    virtual std::optional<halCore::Vec3> centerLla() const = 0;
+    virtual void setCenterLla(const PlacedPoint& point) = 0;
+    virtual std::optional<PlacedPoint> centerLla() const = 0;
     virtual void setXradius(double meters) = 0;
     virtual std::optional<double> xRadius() const = 0;
     virtual void setYradius(double meters) = 0;
@@ -80,10 +80,10 @@ class CylinderPanel : public CheckedPanel {
 /// Panel of the orbit. Lengths in metres.
 class OrbitPanel : public CheckedPanel {
   public:
-    virtual void setCenterLla(const halCore::Vec3& lla) = 0;
-    virtual std::optional<halCore::Vec3> centerLla() const = 0;
-    virtual void setCenterLla2(const halCore::Vec3& lla) = 0;
-    virtual std::optional<halCore::Vec3> centerLla2() const = 0;
+    virtual void setCenterLla(const PlacedPoint& point) = 0;
+    virtual std::optional<PlacedPoint> centerLla() const = 0;
+    virtual void setCenterLla2(const PlacedPoint& point) = 0;
+    virtual std::optional<PlacedPoint> centerLla2() const = 0;
     virtual void setRadius(double meters) = 0;
     virtual std::optional<double> radius() const = 0;
     virtual LineStyleGUI& lineStyle() = 0;
@@ -106,10 +106,10 @@ class PolygonPanel : public CheckedPanel {
 /// north. Once something is edited, the getters answer the rectangle that the fields describe.
 class RectanglePanel : public CheckedPanel {
   public:
-    virtual void setAnchor(const halCore::Vec3& lla) = 0;
+    virtual void setAnchor(const PlacedPoint& point) = 0;
     virtual void setAnchorCenter(bool center) = 0;
     virtual bool isAnchorCenter() const = 0;
-    virtual void setLastCorner(const halCore::Vec3& lla) = 0;
+    virtual void setLastCorner(const PlacedPoint& point) = 0;
     virtual void updateWidthHeight(double width, double height) = 0;
 
     /// Whether the user has edited the anchor's position, the size or the corner since the setters.
@@ -118,9 +118,9 @@ class RectanglePanel : public CheckedPanel {
     virtual bool spanned() const = 0;
     /// Whether more than an altitude was edited. Otherwise the corners stay where they are.
     virtual bool reshaped() const = 0;
-    virtual halCore::Vec3 anchor() const = 0;
-    virtual halCore::Vec3 getFirstCorner() const = 0;
-    virtual halCore::Vec3 getLastCorner() const = 0;
+    virtual PlacedPoint anchor() const = 0;
+    virtual PlacedPoint getFirstCorner() const = 0;
+    virtual PlacedPoint getLastCorner() const = 0;
     virtual double getWidth() const = 0;
     virtual double getHeight() const = 0;
     virtual LineStyleGUI& lineStyle() = 0;
@@ -140,8 +140,8 @@ class AnnotationPanel : public CheckedPanel {
   public:
     void setDraw(bool drawn) { setDrawCheck(drawn); }
     bool isDrawn() const { return drawCheck(); }
-    virtual void setPosition(const halCore::Vec3& lla) = 0;
-    virtual std::optional<halCore::Vec3> position() const = 0;
+    virtual void setPosition(const PlacedPoint& point) = 0;
+    virtual std::optional<PlacedPoint> position() const = 0;
     /// Red in the top byte, alpha in the lowest.
     virtual void setColor(std::uint32_t rgba) = 0;
     virtual std::uint32_t color() const = 0;

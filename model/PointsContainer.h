@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "common/Vec3.h"
+#include "model/PlacedPoint.h"
 
 namespace OverlayEditor {
 
@@ -19,6 +19,13 @@ class PointsContainer {
     virtual void insertPointAtIndex(unsigned long index, const halCore::Vec3& point) = 0;
     /// Behind the last point: nothing is deleted.
     virtual void deletePointAtIndex(unsigned long index) = 0;
+    /// A point as it was given, which must be there; and the same with one that may be an offset.
+    virtual PlacedPoint placedPointAtIndex(unsigned long index) const {
+        return PlacedPoint(pointAtIndex(index));
+    }
+    virtual void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) {
+        setPointAtIndex(index, point.place);
+    }
 };
 
 }  // namespace OverlayEditor

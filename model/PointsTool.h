@@ -8,8 +8,6 @@ class PointsTool {
   public:
     /// The list has changed: points may have come or gone, and indices may mean other points.
     virtual void resetPoints_() = 0;
-    /// All points have moved, each still being itself: what is done with the mouse goes on.
-    virtual void carryPoints_() = 0;
 
   protected:
     ~PointsTool() = default;

@@ -1,8 +1,9 @@
 #include "model/PolygonShape.h"
 
+#include <algorithm>
+
 #include "model/LongitudeWalk.h"
 #include "model/PointsTool.h"
-#include "model/ReferenceMove.h"
 #include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
@@ -23,7 +24,7 @@ PolygonShape::PolygonShape(const Preferences& preferences, Subtype subtype)
 }
 
 PolygonShape::PolygonShape(const PolygonShape& other)
-    : PointsContainer(other), Equipped(other), subtype_(other.subtype_), points_(other.points_) {}
+    : PointsContainer(other), Equipped(other), subtype_(other.subtype_) {}
 
 bool PolygonShape::isComplete() const {
     return points_.size() >= (subtype_ == Line ? 2U : 3U);
@@ -31,32 +32,35 @@ bool PolygonShape::isComplete() const {
 
 int PolygonShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
-    serializer.beginShape(kindOf(subtype_).written, attachedPlatformId_);
+    serializer.beginShape(kindOf(subtype_).written, writtenPlatform_());
     serializer.setVisible(shown());
-    for (const Vec3& point : points_) serializer.addPoint(point);
+    for (const Vec3& given : points_.given()) give_(serializer, Serializer::Use::Point, given);
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
     return 0;
 }
 
 Vec3 PolygonShape::pointAtIndex(unsigned long index) const {
-    if (index < points_.size()) return points_[index];
+    if (index < points_.size()) return points_.place(index);
     Vec3 reference;
-    if (pointConverter_) pointConverter_->getReferenceLla(reference);
+    const PointConverter* const frame = points_.frame() ? points_.frame() : pointConverter_;
+    if (frame) frame->getReferenceLla(reference);
     return reference;
 }
 
-void PolygonShape::put_(unsigned long index, const Vec3& point) {
-    if (index < points_.size())
-        points_[index] = point;
-    else
-        points_.push_back(point);
+void PolygonShape::putPoint_(unsigned long index, const PlacedPoint& point) {
+    putPlaced_(std::min<std::size_t>(index, points_.size()), point);
+    dirty_();
+    if (panel_()) panel_()->refreshPoint(index);
 }
 
 void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) {
-    put_(index, point);
-    dirty_();
-    if (panel_()) panel_()->refreshPoint(index);
+    putPoint_(index, PlacedPoint(point));
+}
+
+void PolygonShape::setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) {
+    putPoint_(index, point);
+    resetToolPoints_();
 }
 
 void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {
@@ -75,15 +79,12 @@ void PolygonShape::resetToolPoints_() {
 }
 
 void PolygonShape::insertPointAtIndex(unsigned long index, const Vec3& point) {
-    if (index < points_.size())
-        points_.insert(points_.begin() + static_cast<std::ptrdiff_t>(index), point);
-    else
-        points_.push_back(point);
+    accepted_(points_.insert(index, PlacedPoint(point)));
     pointsChanged_(index);
 }
 
 void PolygonShape::deletePointAtIndex(unsigned long index) {
-    if (index < points_.size()) points_.erase(points_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index < points_.size()) points_.erase(index);
     pointsChanged_(index);
 }
 
@@ -98,40 +99,16 @@ std::pair<Vec3, Vec3> PolygonShape::boundingBox() const {
     std::pair<Vec3, Vec3> bounds;
     initBounds_(bounds);
     LongitudeWalk walk;
-    for (const Vec3& point : points_)
-        updateBounds_({point.lat(), walk.next(point.lon()), point.alt()}, bounds);
+    for (const Vec3& point : points())
+        if (isPlace(point)) updateBounds_({point.lat(), walk.next(point.lon()), point.alt()}, bounds);
     return bounds;
 }
 
 void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    if (takeAttachment_(id, converter) && !points_.empty()) {
-        if (converter) convertAbsolutePoints_(*converter, anchorCenter);
+    if (takeAttachment_(id, converter, anchorCenter) && points_.size() != 0) {
         dirty_();
         resetToolPoints_();
     }
-    fillGui();
-}
-
-void PolygonShape::convertAbsolutePoints_(const PointConverter& target, bool anchorCenter) {
-    // About the target's own reference every point stays where it is.
-    if (!anchorCenter) return;
-    moveAll_(ReferenceMove(centerPoint(), target));
-}
-
-void PolygonShape::moveAll_(const ReferenceMove& move) {
-    std::vector<Vec3> moved;
-    moved.reserve(points_.size());
-    for (const Vec3& point : points_) {
-        const auto there = move(point);
-        if (!there) return;
-        moved.push_back(*there);
-    }
-    points_ = std::move(moved);
-}
-
-void PolygonShape::carry(const ReferenceMove& move) {
-    moveAll_(move);
-    if (auto* const tool = dynamic_cast<PointsTool*>(mouseTool_)) tool->carryPoints_();
     fillGui();
 }
 

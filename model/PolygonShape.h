@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "model/Anchored.h"
 #include "model/BaseFilledShape.h"
-#include "model/Carried.h"
 #include "model/Equipped.h"
 #include "model/PointsContainer.h"
 
@@ -13,7 +13,7 @@ namespace OverlayEditor {
 /// A line or a polygon: an ordered list of geodetic points.
 class PolygonShape : public PointsContainer,
                      public Equipped<PolygonShape, BaseFilledShape, PolygonPanel>,
-                     public Carried {
+                     public Anchored {
   public:
     enum Subtype { Line = 0, Polygon = 1 };
 
@@ -21,13 +21,14 @@ class PolygonShape : public PointsContainer,
     PolygonShape(const PolygonShape& other);
 
     Subtype subtype() const { return subtype_; }
-    const std::vector<halCore::Vec3>& points() const { return points_; }
+    /// Radians and metres; kNoPlace for an offset that leads nowhere.
+    const std::vector<halCore::Vec3>& points() const { return points_.places(); }
     /// A line with two points at least, a polygon with three.
     bool isComplete() const;
 
     int serialize(Serializer& serializer) override;
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
-    void carry(const ReferenceMove& move) override;
+    halCore::Vec3 anchorPlace() const override { return centerPoint(); }
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     /// Removes all points; the shape disappears at once.
     void clear() override;
@@ -38,19 +39,20 @@ class PolygonShape : public PointsContainer,
     void setPointAtIndex(unsigned long index, const halCore::Vec3& point) override;
     void insertPointAtIndex(unsigned long index, const halCore::Vec3& point) override;
     void deletePointAtIndex(unsigned long index) override;
+    PlacedPoint placedPointAtIndex(unsigned long index) const override { return points_.at(index); }
+    void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) override;
 
     /// For the tool while a point is dragged: as setPointAtIndex, but the tool keeps its points.
     void mouseSetPointAtIndex(unsigned long index, const halCore::Vec3& point);
     /// Appends without showing anything anew: for a shape under construction.
-    void addPoint(const halCore::Vec3& point) { points_.push_back(point); }
+    void addPoint(const halCore::Vec3& point) { addPoint(PlacedPoint(point)); }
+    void addPoint(const PlacedPoint& point) { putPlaced_(points_.size(), point); }
 
   private:
     friend Equipped;
 
-    void convertAbsolutePoints_(const PointConverter& target, bool anchorCenter);
-    /// All or nothing: a point that cannot be moved keeps the others where they are.
-    void moveAll_(const ReferenceMove& move);
-    void put_(unsigned long index, const halCore::Vec3& point);
+    /// Behind the last point: appends.
+    void putPoint_(unsigned long index, const PlacedPoint& point);
     /// Refreshes after a change of the list, at an index, that the tool did not make.
     void pointsChanged_(unsigned long index);
     void resetToolPoints_();
@@ -58,7 +60,6 @@ class PolygonShape : public PointsContainer,
     void takeFrom_(PolygonPanel& panel);
 
     Subtype subtype_;
-    std::vector<halCore::Vec3> points_;
     Equipment<PolygonPanel> equipment_{*this, preferences_, mouseTool_};
 };
 

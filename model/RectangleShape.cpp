@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "geo/Angles.h"
+#include "geo/OffsetGrid.h"
 #include "model/LongitudeWalk.h"
-#include "model/ReferenceMove.h"
 #include "model/ShapeKinds.h"
 #include "model/Utils.h"
 
@@ -27,99 +27,125 @@ RectangleShape::RectangleShape(const Preferences& preferences, Subtype subtype)
 }
 
 RectangleShape::RectangleShape(const RectangleShape& other)
-    : Equipped(other), subtype_(other.subtype_), first_(other.first_), last_(other.last_), set_(other.set_) {}
+    : Equipped(other), subtype_(other.subtype_), setSize_(other.setSize_) {}
 
 int RectangleShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
-    const double alt = first_->alt();
+    const Vec3 first = points_.given()[First];
+    const Vec3 last = points_.given()[Last];
+    // Offsets have east first, places have north first.
+    const bool isOffset = points_.frame() != nullptr;
+    const auto north = [&](const Vec3& given) { return isOffset ? given.y() : given.x(); };
+    const auto east = [&](const Vec3& given) { return isOffset ? given.x() : given.y(); };
+    const auto give = [&](Serializer::Use use, double toNorth, double toEast) {
+        const double alt = first.z();
+        give_(serializer, use, isOffset ? Vec3(toEast, toNorth, alt) : Vec3(toNorth, toEast, alt));
+    };
+    serializer.beginShape(kindOf(subtype_).written, writtenPlatform_());
+    serializer.setVisible(shown());
     if (subtype_ == Rectangle) {
-        serializer.beginShape(kindOf(subtype_).written, attachedPlatformId_);
-        serializer.setVisible(shown());
-        serializer.addCorner(*first_);
-        serializer.addCorner({first_->lat(), last_->lon(), alt});
-        serializer.addCorner(*last_);
-        serializer.addCorner({last_->lat(), first_->lon(), alt});
+        give(Serializer::Use::Corner, north(first), east(first));
+        give(Serializer::Use::Corner, north(first), east(last));
+        give(Serializer::Use::Corner, north(last), east(last));
+        give(Serializer::Use::Corner, north(last), east(first));
     } else {
-        const auto [low, high] = boundingBox();
-        serializer.beginShape(kindOf(subtype_).written, attachedPlatformId_);
-        serializer.setVisible(shown());
-        serializer.addPoint({low.lat(), first_->lon(), alt});
-        serializer.addPoint({low.lat(), last_->lon(), alt});
-        serializer.addPoint({high.lat(), halCore::wrapToPi(0.5 * (low.lon() + high.lon())), alt});
+        const double base = std::min(north(first), north(last));
+        const double across = east(last) - east(first);
+        const double end = isOffset ? east(last) : east(first) + halCore::wrapToPi(across);
+        const double middle = 0.5 * (east(first) + end);
+        give(Serializer::Use::Point, base, east(first));
+        give(Serializer::Use::Point, base, east(last));
+        give(Serializer::Use::Point, std::max(north(first), north(last)),
+             isOffset ? middle : halCore::wrapToPi(middle));
     }
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
     return 0;
 }
 
-void RectangleShape::level_(double altitude) {
-    if (first_) first_->setAlt(altitude);
-    if (last_) last_->setAlt(altitude);
+std::optional<Vec3> RectangleShape::placeOf_(Position position) const {
+    if (!points_.has(position)) return std::nullopt;
+    const Vec3 place = points_.place(position);
+    return isPlace(place) ? std::optional(place) : std::nullopt;
 }
 
-void RectangleShape::setFirstCorner(const Vec3& lla) {
-    first_ = lla;
-    level_(lla.alt());
+void RectangleShape::setCorner_(Position position, const PlacedPoint& point) {
+    const bool stands = points_.has(position) && point.place.lat() == points_.place(position).lat() &&
+                        point.place.lon() == points_.place(position).lon();
+    if (!putPlaced_(position, point)) return;
+    points_.level(position);
+    if (!stands) {
+        setSize_.reset();
+        points_.remove(Center);
+    }
     dirty_();
 }
 
-void RectangleShape::setLastCorner(const Vec3& lla) {
-    last_ = lla;
-    level_(lla.alt());
+void RectangleShape::setCorners_(const PlacedPoint& first, const PlacedPoint& last,
+                                 const RectangleGeometry::Size& size,
+                                 const std::optional<PlacedPoint>& center) {
+    PlacedPoints points = points_;
+    points.remove(Center);
+    points.remove(TypedAnchor);
+    const bool taken =
+        points.put(First, first) && points.put(Last, last) && (!center || points.put(Center, *center));
+    if (!accepted_(taken)) return;
+    points.level(First);
+    points_ = std::move(points);
+    setSize_ = size;
     dirty_();
 }
 
-const RectangleShape::SetSize* RectangleShape::kept_() const {
-    const auto samePlace = [](const Vec3& a, const Vec3& b) {
-        return a.lat() == b.lat() && a.lon() == b.lon();
-    };
-    const bool stands = set_ && isComplete() && samePlace(set_->corners.first, *first_) &&
-                        samePlace(set_->corners.last, *last_);
-    return stands ? &*set_ : nullptr;
+RectangleGeometry::Size RectangleShape::size_() const {
+    if (setSize_) return *setSize_;
+    const auto first = firstCorner();
+    const auto last = lastCorner();
+    return first && last ? RectangleGeometry::calcWidthHeight(*first, *last) : RectangleGeometry::Size{};
 }
 
 double RectangleShape::width() const {
-    if (!isComplete()) return 0.0;
-    const SetSize* const kept = kept_();
-    return kept ? kept->size.width : RectangleGeometry::calcWidthHeight(*first_, *last_).width;
+    return size_().width;
 }
 
 double RectangleShape::height() const {
-    if (!isComplete()) return 0.0;
-    const SetSize* const kept = kept_();
-    return kept ? kept->size.height : RectangleGeometry::calcWidthHeight(*first_, *last_).height;
+    return size_().height;
+}
+
+PlacedPoint RectangleShape::placedCenter_() const {
+    if (points_.has(Center)) return points_.at(Center);
+    if (points_.frame()) {
+        const Vec3& first = points_.given()[First];
+        const Vec3& last = points_.given()[Last];
+        const Vec3 middle(0.5 * (first.x() + last.x()), 0.5 * (first.y() + last.y()), first.z());
+        return {middle, placeOf(*points_.frame(), middle).value_or(kNoPlace)};
+    }
+    const Vec3 middle = centerPoint();
+    return PlacedPoint(Vec3(middle.lat(), halCore::wrapToPi(middle.lon()), middle.alt()));
 }
 
 Vec3 RectangleShape::center() const {
-    if (!isComplete()) return {};
-    const SetSize* const kept = kept_();
-    if (kept && kept->center) return {kept->center->lat(), kept->center->lon(), first_->alt()};
-    const Vec3 middle = centerPoint();
-    return {middle.lat(), halCore::wrapToPi(middle.lon()), middle.alt()};
+    return isComplete() ? placedCenter_().place : Vec3();
+}
+
+Vec3 RectangleShape::anchorPlace() const {
+    return anchorCenter() && isComplete() ? center() : firstCorner().value_or(center());
 }
 
 void RectangleShape::setFromCorner(const Vec3& first, double width, double height) {
     if (!std::isfinite(width) || !std::isfinite(height)) return;
-    const RectangleGeometry::Corners corners{first, RectangleGeometry::calcCornerPoint(first, width, height)};
-    first_ = corners.first;
-    last_ = corners.last;
-    set_ = SetSize{{width, height}, std::nullopt, corners};
-    dirty_();
+    setCorners_(PlacedPoint(first), PlacedPoint(RectangleGeometry::calcCornerPoint(first, width, height)),
+                {width, height}, std::nullopt);
 }
 
 void RectangleShape::setFromCenter(const Vec3& center, double width, double height) {
     if (!std::isfinite(width) || !std::isfinite(height)) return;
-    const RectangleGeometry::Corners corners = RectangleGeometry::cornersAbout(center, {width, height});
-    first_ = corners.first;
-    last_ = corners.last;
-    set_ = SetSize{{width, height}, center, corners};
-    dirty_();
+    const auto corners = RectangleGeometry::cornersAbout(center, {width, height});
+    setCorners_(PlacedPoint(corners.first), PlacedPoint(corners.last), {width, height}, PlacedPoint(center));
 }
 
 void RectangleShape::clear() {
-    first_.reset();
-    last_.reset();
-    typedAnchor_.reset();
+    points_.clear();
+    setSize_.reset();
     hide_();
 }
 
@@ -127,44 +153,18 @@ std::pair<Vec3, Vec3> RectangleShape::boundingBox() const {
     std::pair<Vec3, Vec3> bounds;
     initBounds_(bounds);
     LongitudeWalk walk;
-    for (const auto* corner : {&first_, &last_})
-        if (*corner) updateBounds_({(*corner)->lat(), walk.next((*corner)->lon()), (*corner)->alt()}, bounds);
+    for (const auto& corner : {firstCorner(), lastCorner()})
+        if (corner) updateBounds_({corner->lat(), walk.next(corner->lon()), corner->alt()}, bounds);
     return bounds;
 }
 
 void RectangleShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchor) {
-    if (!takeAttachment_(id, converter)) {
-        fillGui();
-        return;
-    }
-    if (first_ && converter && anchor) {
-        moveAll_(ReferenceMove(anchorCenter() && last_ ? center() : *first_, *converter));
-    }
-    dirty_();
-    fillGui();
-}
-
-void RectangleShape::moveAll_(const ReferenceMove& move) {
-    const auto first = first_ ? move(*first_) : std::nullopt;
-    const auto last = last_ ? move(*last_) : std::nullopt;
-    if (first.has_value() != first_.has_value() || last.has_value() != last_.has_value()) return;
-    // The form stays, and so do its numbers.
-    if (const SetSize* const kept = kept_()) {
-        const SetSize moved{kept->size, kept->center ? move(*kept->center) : std::nullopt, {*first, *last}};
-        set_ = moved;
-    }
-    if (typedAnchor_) typedAnchor_ = move(*typedAnchor_);
-    first_ = first;
-    last_ = last;
-}
-
-void RectangleShape::carry(const ReferenceMove& move) {
-    moveAll_(move);
+    if (takeAttachment_(id, converter, anchor)) dirty_();
     fillGui();
 }
 
 std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst) const {
-    const auto& opposite = isFirst ? last_ : first_;
+    const auto opposite = isFirst ? lastCorner() : firstCorner();
     if (!opposite) return {};
     const auto size = isFirst ? RectangleGeometry::calcWidthHeight(corner, *opposite)
                               : RectangleGeometry::calcWidthHeight(*opposite, corner);
@@ -175,42 +175,40 @@ std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst)
 }
 
 void RectangleShape::showIn_(RectanglePanel& panel) {
-    Vec3 anchor;
+    PlacedPoint anchor{Vec3()};
     if (isComplete())
-        anchor = anchorCenter() ? center() : *first_;
-    else if (typedAnchor_)
-        anchor = *typedAnchor_;
-    else if (first_)
-        anchor = *first_;
+        anchor = anchorCenter() ? placedCenter_() : points_.at(First);
+    else if (points_.has(TypedAnchor))
+        anchor = points_.at(TypedAnchor);
+    else if (points_.has(First))
+        anchor = points_.at(First);
     else
-        Utils::getDefaultLla(anchor);
+        Utils::getDefaultLla(anchor.place);
     panel.setDrawCheck(shown());
     panel.setAnchorCenter(anchorCenter());
     panel.setAnchor(anchor);
-    panel.setLastCorner(last_.value_or(anchor));
+    panel.setLastCorner(points_.has(Last) ? points_.at(Last) : anchor);
     panel.updateWidthHeight(width(), height());
     showStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
 void RectangleShape::takeGeometry_(const RectanglePanel& panel) {
     const RectangleGeometry::Size size{panel.getWidth(), panel.getHeight()};
-    const Vec3 anchor = panel.anchor();
+    const PlacedPoint anchor = panel.anchor();
     if (isComplete() && !panel.reshaped()) {
-        level_(anchor.alt());
-        dirty_();
+        PlacedPoint first = points_.at(First);
+        first.place.setAlt(anchor.place.alt());
+        if (first.offset && anchor.offset) first.offset->setZ(anchor.offset->z());
+        setFirstCorner(first);
         return;
     }
     if (!isComplete() && (!panel.spanned() || (size.width == 0.0 && size.height == 0.0))) {
         // A place without a size is no rectangle yet; the other corner goes along until it is typed.
-        typedAnchor_ = anchor;
+        putPlaced_(TypedAnchor, anchor);
         return;
     }
-    const RectangleGeometry::Corners corners{panel.getFirstCorner(), panel.getLastCorner()};
-    first_ = corners.first;
-    last_ = corners.last;
-    set_ = SetSize{size, panel.isAnchorCenter() ? std::optional(anchor) : std::nullopt, corners};
-    typedAnchor_.reset();
-    dirty_();
+    setCorners_(panel.getFirstCorner(), panel.getLastCorner(), size,
+                panel.isAnchorCenter() ? std::optional(anchor) : std::nullopt);
 }
 
 void RectangleShape::takeFrom_(RectanglePanel& panel) {

@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "model/Anchored.h"
 #include "model/BaseFilledShape.h"
-#include "model/Carried.h"
 #include "model/Equipped.h"
 #include "model/RectangleGeometry.h"
 
@@ -16,7 +16,7 @@ namespace OverlayEditor {
 /// It is written as a polygon of its corners, and read back from one. Width, height and a centre that were
 /// set are kept beside the corners and are the answer until a corner moves; a file holds the corners
 /// only, so after loading they are computed.
-class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, RectanglePanel>, public Carried {
+class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, RectanglePanel>, public Anchored {
   public:
     enum Subtype { Rectangle = 0, Triangle = 1 };
 
@@ -25,21 +25,22 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
 
     Subtype subtype() const { return subtype_; }
     /// Both corners are there.
-    bool isComplete() const { return first_ && last_; }
+    bool isComplete() const { return points_.has(First) && points_.has(Last); }
 
     int serialize(Serializer& serializer) override;
     /// Anchored, the centre comes to lie on the reference, or the first corner unless anchorCenter().
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) override;
-    void carry(const ReferenceMove& move) override;
-    bool isRounded() const override { return true; }
+    halCore::Vec3 anchorPlace() const override;
     std::pair<halCore::Vec3, halCore::Vec3> boundingBox() const override;
     void clear() override;
 
-    /// Nothing until it is set.
-    const std::optional<halCore::Vec3>& firstCorner() const { return first_; }
-    const std::optional<halCore::Vec3>& lastCorner() const { return last_; }
-    void setFirstCorner(const halCore::Vec3& lla);
-    void setLastCorner(const halCore::Vec3& lla);
+    /// Nothing until it is set, and while its offset leads nowhere.
+    std::optional<halCore::Vec3> firstCorner() const { return placeOf_(First); }
+    std::optional<halCore::Vec3> lastCorner() const { return placeOf_(Last); }
+    void setFirstCorner(const halCore::Vec3& lla) { setCorner_(First, PlacedPoint(lla)); }
+    void setLastCorner(const halCore::Vec3& lla) { setCorner_(Last, PlacedPoint(lla)); }
+    void setFirstCorner(const PlacedPoint& point) { setCorner_(First, point); }
+    void setLastCorner(const PlacedPoint& point) { setCorner_(Last, point); }
 
     /// Metres from the first corner to the last, negative to the west and south; 0 without both.
     double width() const;
@@ -58,28 +59,26 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
   private:
     friend Equipped;
 
-    /// What was set, and the corners it was set for.
-    struct SetSize {
-        RectangleGeometry::Size size;
-        std::optional<halCore::Vec3> center;
-        RectangleGeometry::Corners corners;
-    };
+    /// What the shape's positions are. A centre is kept beside the corners when it was set; an anchor that
+    /// was typed before there was a size is no part of the shape yet.
+    enum Position : std::size_t { First, Last, Center, TypedAnchor };
 
-    const SetSize* kept_() const;
-    void level_(double altitude);
-    /// All or nothing: a corner that cannot be moved keeps the other where it is.
-    void moveAll_(const ReferenceMove& move);
+    std::optional<halCore::Vec3> placeOf_(Position position) const;
+    void setCorner_(Position position, const PlacedPoint& point);
+    /// Both corners, and the numbers that they were set by.
+    void setCorners_(const PlacedPoint& first, const PlacedPoint& last, const RectangleGeometry::Size& size,
+                     const std::optional<PlacedPoint>& center);
+    RectangleGeometry::Size size_() const;
+    /// The middle; needs both corners.
+    PlacedPoint placedCenter_() const;
     /// Takes over the rectangle that a panel's fields describe.
     void takeGeometry_(const RectanglePanel& panel);
     void showIn_(RectanglePanel& panel);
     void takeFrom_(RectanglePanel& panel);
 
     Subtype subtype_;
-    std::optional<halCore::Vec3> first_;
-    std::optional<halCore::Vec3> last_;
-    std::optional<SetSize> set_;
-    /// An anchor typed before there was a size.
-    std::optional<halCore::Vec3> typedAnchor_;
+    /// As it was set, until a corner is set by itself.
+    std::optional<RectangleGeometry::Size> setSize_;
     Equipment<RectanglePanel> equipment_{*this, preferences_, mouseTool_};
 };
 

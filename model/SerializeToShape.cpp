@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "format/Annotation.h"
+#include "geo/OffsetGrid.h"
 #include "model/ColorBytes.h"
 #include "model/ShapeKinds.h"
 
@@ -52,29 +53,53 @@ void SerializeToShape::setItemName(const std::string& name) {
 }
 
 void SerializeToShape::addPoint(const halCore::Vec3& lla) {
-    if (as_.polygon)
-        as_.polygon->addPoint(lla);
-    else if (as_.cylinder)
-        as_.cylinder->setCenter(lla);
-    else if (as_.annotation)
-        as_.annotation->setPosition(lla);
-    else if (as_.rectangle)
-        addCorner(lla);
+    take_(Use::Point, PlacedPoint(lla));
 }
 
 void SerializeToShape::addCorner(const halCore::Vec3& lla) {
-    if (!as_.rectangle) {
-        addPoint(lla);
-        return;
-    }
-    // All round: the third lies opposite of the first.
-    ++corners_;
-    if (corners_ == 1) as_.rectangle->setFirstCorner(lla);
-    if (corners_ == 3) as_.rectangle->setLastCorner(lla);
+    take_(Use::Corner, PlacedPoint(lla));
 }
 
 void SerializeToShape::setCenterPoint2(const halCore::Vec3& lla) {
-    if (as_.orbit) as_.orbit->setCenter2(lla);
+    take_(Use::Center2, PlacedPoint(lla));
+}
+
+void SerializeToShape::giveOffset(Use use, const halCore::Vec3& xyz, const PointConverter& frame,
+                                  bool named) {
+    if (!current_) return;
+    if (current_->placed().size() == 0 && corners_ == 0) {
+        if (!named) {
+            current_->countFrom(frame);
+        } else {
+            halCore::Vec3 reference;
+            halCore::Vec3 last;
+            frame.getReferenceLla(reference);
+            if (named_) named_->getReferenceLla(last);
+            if (!named_ || last != reference) {
+                named_ = std::make_shared<PointConverter>();
+                named_->setReferenceLla(reference, 0);
+            }
+            current_->nameReference(named_);
+        }
+    }
+    take_(use, {xyz, placeOf(frame, xyz).value_or(kNoPlace)});
+}
+
+void SerializeToShape::take_(Use use, const PlacedPoint& point) {
+    if (use == Use::Center2) {
+        if (as_.orbit) as_.orbit->setCenter2(point);
+    } else if (as_.polygon) {
+        as_.polygon->addPoint(point);
+    } else if (as_.cylinder) {
+        as_.cylinder->setCenter(point);
+    } else if (as_.annotation) {
+        as_.annotation->setPosition(point);
+    } else if (as_.rectangle) {
+        // All round: the third lies opposite of the first.
+        ++corners_;
+        if (corners_ == 1) as_.rectangle->setFirstCorner(point);
+        if (corners_ == 3) as_.rectangle->setLastCorner(point);
+    }
 }
 
 void SerializeToShape::setMajorRadius(double meters) {

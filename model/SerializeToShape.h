@@ -15,7 +15,8 @@
 namespace OverlayEditor {
 
 /// Turns descriptions into new editor shapes. A shape is attached to its platform before it gets its
-/// points, so that they stay where they are; positions are geodetic whatever the platform.
+/// points, so that they stay where they are. Offsets stay as they are given; those from another reference
+/// than the point converter's are the shape's own.
 class SerializeToShape final : public Serializer {
   public:
     explicit SerializeToShape(const Preferences& preferences) : preferences_(preferences) {}
@@ -39,6 +40,7 @@ class SerializeToShape final : public Serializer {
     void setLineStyle(LineStyle) override {}
     void setFontName(const std::string& fileName) override;
     void setTextSize(int points) override;
+    void giveOffset(Use use, const halCore::Vec3& xyz, const PointConverter& frame, bool named) override;
 
     /// Hands the finished shapes over, in their order; they are the caller's, and gone from here.
     std::vector<std::unique_ptr<Shape>> shapes();
@@ -59,10 +61,14 @@ class SerializeToShape final : public Serializer {
         AnnotationShape* annotation;
     };
 
+    void take_(Use use, const PlacedPoint& point);
+
     const Preferences& preferences_;
     std::unique_ptr<Shape> current_;
     Faces as_{nullptr};
     int corners_ = 0;
+    /// The reference that a shape named last: the next one often names the same.
+    std::shared_ptr<PointConverter> named_;
     std::vector<std::unique_ptr<Shape>> finished_;
 };
 

@@ -1,14 +1,36 @@
 #include "model/Shape.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <span>
 
+#include "common/Notify.h"
 #include "common/NumberText.h"
 #include "format/SerializeToZel.h"
 #include "format/TextBuffer.h"
+#include "geo/Sodano.h"
+#include "model/Anchored.h"
+#include "model/Utils.h"
 #include "pi/PIHALVIS.h"
 
 namespace OverlayEditor {
+
+namespace {
+
+/// The largest change of a distance between neighbours, the last and the first among them, as a part of it.
+double largestChange(std::span<const halCore::Vec3> before, std::span<const halCore::Vec3> after) {
+    double change = 0.0;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        const std::size_t next = (i + 1) % before.size();
+        const double was = halCore::Sodano::inverse(before[i], before[next]).distance;
+        const double is = halCore::Sodano::inverse(after[i], after[next]).distance;
+        if (was > 0.0) change = std::max(change, std::abs(is / was - 1.0));
+    }
+    return change;
+}
+
+}  // namespace
 
 Shape::Shape(const Shape& other)
     : preferences_(other.preferences_),
@@ -16,8 +38,10 @@ Shape::Shape(const Shape& other)
       active_(other.active_),
       showPoints_(other.showPoints_),
       anchorCenter_(other.anchorCenter_),
+      keepsPlaces_(other.keepsPlaces_),
       attachedPlatformId_(other.attachedPlatformId_),
       pointConverter_(other.pointConverter_),
+      points_(other.points_),
       name_(other.name_) {}
 
 Shape::~Shape() {
@@ -60,15 +84,57 @@ void Shape::setAnchorCenter(bool anchored) {
     if (attachedPlatformId_ != 0) dirty_();
 }
 
-bool Shape::takeAttachment_(unsigned long id, PointConverter* converter) {
+bool Shape::fits(const PointConverter& converter, bool anchorCenter) const {
+    return points_.fits(converter, middle_(anchorCenter));
+}
+
+std::optional<halCore::Vec3> Shape::middle_(bool anchorCenter) const {
+    const auto* const anchored = dynamic_cast<const Anchored*>(this);
+    if (!anchorCenter || !anchored || points_.size() == 0) return std::nullopt;
+    return anchored->anchorPlace();
+}
+
+bool Shape::accepted_(bool taken) const {
+    if (!taken)
+        halNotify::notify(halNotify::Error)
+            << "\"" << name() << "\": no offset from its reference leads there; nothing is changed";
+    return taken;
+}
+
+unsigned long Shape::writtenPlatform_() const {
+    constexpr unsigned long unattached = ~0UL;
+    return attachedPlatformId_ == 0 && points_.frame() ? unattached : attachedPlatformId_;
+}
+
+bool Shape::takeAttachment_(unsigned long id, PointConverter* converter, bool anchorCenter) {
     pointConverter_ = converter;
-    if (id == attachedPlatformId_) return false;
+    if (id == 0) keepsPlaces_ = false;
+    if (id != 0 && attachedPlatformId_ != 0 && converter) points_.follow(*converter);
+    if (id == attachedPlatformId_ || keepsPlaces_) return false;
     if (id == 0) {
         attachedPlatformId_ = 0;
+        if (!points_.leave())
+            halNotify::notify(halNotify::Warning)
+                << "\"" << name() << "\" keeps its offsets, and names their reference: they lead to no place";
         dirty_();
         return false;
     }
     if (attachedPlatformId_ != 0) return false;
+    if (converter && !points_.namesReference()) {
+        const auto middle = middle_(anchorCenter);
+        const std::vector<halCore::Vec3> before = middle ? points_.places() : std::vector<halCore::Vec3>();
+        if (!points_.enter(*converter, middle)) {
+            halNotify::notify(halNotify::Error)
+                << "\"" << name() << "\" is not attached to " << Utils::platformName(id)
+                << ": no offsets from there lead to all of it";
+            return false;
+        }
+        const double percent = 100.0 * largestChange(before, points_.places());
+        if (percent > 1.0)
+            halNotify::notify(halNotify::Warning)
+                << "\"" << name() << "\": centered on " << Utils::platformName(id)
+                << ", distances between its points change by up to " << std::lround(percent) << " %";
+    }
     attachedPlatformId_ = id;
     return true;
 }
@@ -85,6 +151,7 @@ void Shape::initBounds_(std::pair<halCore::Vec3, halCore::Vec3>& bounds) {
 }
 
 void Shape::updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, halCore::Vec3>& bounds) {
+    if (!isPlace(point)) return;
     auto& [low, high] = bounds;
     low.set(std::min(low.x(), point.x()), std::min(low.y(), point.y()), std::min(low.z(), point.z()));
     high.set(std::max(high.x(), point.x()), std::max(high.y(), point.y()), std::max(high.z(), point.z()));
@@ -101,9 +168,7 @@ void Shape::dirty_() {
     text->out().precision(UTILS::kSignificantDigits);
     serializer.writeTo(text->out(), static_cast<unsigned int>(std::max(preferences_.precision(), 0)));
 
-    // A shape that was detached still has its converter, but its text is absolute.
-    const unsigned long platform =
-        attachedPlatformId_ != 0 && pointConverter_ ? pointConverter_->refPlatformId() : 0;
+    const unsigned long platform = points_.frame() ? points_.frame()->refPlatformId() : 0;
     hostOverlay_ = PIHALVIS::loadZELStream(text->in(), platform);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -7,6 +9,7 @@
 #include "format/Serializer.h"
 #include "geo/PointConverter.h"
 #include "model/MouseTool.h"
+#include "model/PlacedPoints.h"
 #include "model/Preferences.h"
 
 namespace PIGUI {
@@ -57,6 +60,7 @@ class Shape {
     /// Attaches to a platform, or detaches with id 0.
     /// \param converter converts points about the platform; kept, not owned; may be null when detaching
     /// \param anchorCenter moves the shape so that its centre lies on the converter's reference
+    /// A shape that does not fit there stays as it is, with a message.
     virtual void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) = 0;
     virtual void setName(const std::string& name);
     virtual void setShown(bool shown);
@@ -77,6 +81,18 @@ class Shape {
     bool anchorCenter() const { return anchorCenter_; }
     void setAnchorCenter(bool anchored);
     unsigned long attachedPlatformId() const { return attachedPlatformId_; }
+    /// The shape's positions; none for kinds that cannot be attached.
+    const PlacedPoints& placed() const { return points_; }
+    /// Offsets from a reference that the shape names itself. Only before it has a position.
+    void nameReference(std::shared_ptr<const PointConverter> reference) {
+        points_.nameReference(std::move(reference));
+    }
+    /// Offsets from a converter's reference, before it has a position and before it is attached. Not owned.
+    void countFrom(const PointConverter& frame) { points_.enter(frame, std::nullopt); }
+    /// The places stay places, whatever the overlay is attached to, until it is detached next.
+    void keepPlaces() { keepsPlaces_ = true; }
+    /// Whether it could be attached there: an offset leads to each of its positions.
+    bool fits(const PointConverter& converter, bool anchorCenter) const;
     /// The middle of the bounding box.
     halCore::Vec3 centerPoint() const;
     /// Who is told of a new name and of the end, null for nobody: the overlay that holds the shape. Not
@@ -89,9 +105,24 @@ class Shape {
     Shape& operator=(const Shape&) = delete;
 
     /// The part of setAttachedPlatformId that all shapes share: the converter is stored in any case; id 0
-    /// detaches and refreshes; a shape is never moved from one platform straight to another.
-    /// \return whether the shape has been attached just now, so that its points may have to move
-    bool takeAttachment_(unsigned long id, PointConverter* converter);
+    /// detaches and refreshes; a shape is never moved from one platform straight to another. Its positions
+    /// become offsets from the converter's reference, or places again.
+    /// \return whether the shape has been attached just now
+    bool takeAttachment_(unsigned long id, PointConverter* converter, bool anchorCenter);
+    /// PlacedPoints::put, with a message when no offset leads there.
+    bool putPlaced_(std::size_t index, const PlacedPoint& point) {
+        return accepted_(points_.put(index, point));
+    }
+    bool accepted_(bool taken) const;
+    /// What beginShape is told: not 0 when the positions are offsets.
+    unsigned long writtenPlatform_() const;
+    /// Tells a position in the form in which positions are given.
+    void give_(Serializer& serializer, Serializer::Use use, const halCore::Vec3& given) const {
+        if (points_.frame())
+            serializer.giveOffset(use, given, *points_.frame(), points_.hasOwnReference());
+        else
+            serializer.give(use, given);
+    }
 
     static void initBounds_(std::pair<halCore::Vec3, halCore::Vec3>& bounds);
     static void updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, halCore::Vec3>& bounds);
@@ -103,11 +134,15 @@ class Shape {
     bool active_ = false;
     bool showPoints_ = true;
     bool anchorCenter_ = true;
+    bool keepsPlaces_ = false;
 
   protected:
     unsigned long attachedPlatformId_ = 0;
 
   private:
+    /// Where the shape is anchored; nothing when it is not to be.
+    std::optional<halCore::Vec3> middle_(bool anchorCenter) const;
+
     void* hostOverlay_ = nullptr;
     ShapeKeeper* keeper_ = nullptr;
 
@@ -115,6 +150,7 @@ class Shape {
     /// Set by the concrete shape, which owns the tool as its last member.
     MouseTool* mouseTool_ = nullptr;
     PointConverter* pointConverter_ = nullptr;
+    PlacedPoints points_;
 
   private:
     std::string name_;

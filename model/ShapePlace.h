@@ -4,12 +4,16 @@
 
 namespace OverlayEditor {
 
-/// Whether anything of the shape has a place on the earth. (The box of a label says so also before it has
-/// one.)
+/// Whether anything of the shape has a place on the earth now.
 inline bool hasPlace(const Shape& shape) {
-    if (const auto* const label = dynamic_cast<const AnnotationShape*>(&shape)) return label->hasPoint();
     const auto [low, high] = shape.boundingBox();
-    return low.lat() <= high.lat();
+    const auto* const label = dynamic_cast<const AnnotationShape*>(&shape);
+    return low.lat() <= high.lat() && (!label || label->hasPoint());
+}
+
+/// Whether the shape has a position, wherever it is.
+inline bool isBegun(const Shape& shape) {
+    return shape.placed().has(0) || shape.placed().has(1) || (!shape.canAttach() && hasPlace(shape));
 }
 
 }  // namespace OverlayEditor

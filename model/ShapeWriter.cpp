@@ -19,7 +19,7 @@ ShapeWriter::ShapeWriter(PointConverter* converter, bool referenceWritten) {
 WrittenShape ShapeWriter::add(Shape& shape) {
     const std::size_t before = buffer_->text().size();
     zel_.clear();
-    if (shape.serialize(zel_) != 0 || !zel_.hasShapes()) return {.begun = hasPlace(shape)};
+    if (shape.serialize(zel_) != 0 || !zel_.hasShapes()) return {.begun = isBegun(shape)};
     zel_.writeShapesTo(buffer_->out());
     any_ = true;
     const auto own = std::string_view(buffer_->text()).substr(before);

@@ -30,36 +30,34 @@ std::optional<Value> valueOf(const Object& object, int (Object::*getter)(Value&)
     return value;
 }
 
-/// Brings one shape's positions to the globe.
+/// Tells a target one shape's positions: places as they are, offsets with what they count from.
 class Placement {
   public:
-    Placement(const ZEL::ZelShape& shape, const PointConverter* converter) : relative_(shape.isRelative()) {
-        if (!relative_) return;
-        if (const auto reference = valueOf(shape, &ZEL::ZelShape::getReferencePosition)) {
-            own_.emplace().setReferenceLla(*reference, 0);
-            converter_ = &*own_;
-        } else {
-            converter_ = converter;
-        }
+    using Use = Serializer::Use;
+
+    Placement(const ZEL::ZelShape& shape, Serializer& target)
+        : target_(target), relative_(shape.isRelative()), frame_(target.pointConverter()) {
+        const auto reference = valueOf(shape, &ZEL::ZelShape::getReferencePosition);
+        if (!relative_ || !reference) return;
+        own_.setReferenceLla(*reference, 0);
+        frame_ = &own_;
     }
     Placement(const Placement&) = delete;
     Placement& operator=(const Placement&) = delete;
 
-    bool isRelative() const { return relative_; }
-    bool isPossible() const { return !relative_ || converter_; }
-    /// False when the position is not on the globe.
-    bool toLla(const Vec3& position, Vec3& lla) const {
-        if (!relative_) {
-            lla = position;
-            return true;
-        }
-        return converter_ && converter_->convertXyzToLla(position, lla) == 0;
+    bool isPossible() const { return !relative_ || frame_; }
+    void give(Use use, const Vec3& position) const {
+        if (relative_)
+            target_.giveOffset(use, position, *frame_, frame_ == &own_);
+        else
+            target_.give(use, position);
     }
 
   private:
+    Serializer& target_;
     bool relative_;
-    std::optional<PointConverter> own_;
-    const PointConverter* converter_ = nullptr;
+    PointConverter own_;
+    const PointConverter* frame_;
 };
 
 std::string_view leaveOut(const ZEL::ZelShape& shape, std::string_view reason) {
@@ -237,52 +235,35 @@ std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL
     if (type == Type::None) return "the editor has no such shape";
     const auto* const points = pointsOf(shape);
 
-    // All positions first: a shape that cannot be placed must not be begun.
-    const Placement placement(shape, target.pointConverter());
-    const auto place = [&](const Vec3& position) {
-        Vec3 lla;
-        return placement.toLla(position, lla) ? std::optional(lla) : std::nullopt;
-    };
+    // What a shape lacks first: one that cannot be placed must not be begun.
+    const Placement placement(shape, target);
     const auto position = points ? std::nullopt : anchorOf(shape);
     const bool canWait = type == Type::Annotation;  // the user can still put a label somewhere
     if (!placement.isPossible() && !canWait)
         return leaveOut(shape, "its position is relative to a platform, and it has none");
     if (!points && !position && !canWait) return leaveOut(shape, "it has no center");
-    const auto anchor = position ? place(*position) : std::nullopt;
-    constexpr const char* offGlobe = "a position is not on the globe";
-    if (position && !anchor && !canWait) return leaveOut(shape, offGlobe);
-    std::vector<Vec3> placed;
-    if (points && placement.isRelative()) {
-        placed.reserve(points->size());
-        for (const Vec3& point : *points) {
-            const auto lla = place(point);
-            if (!lla) return leaveOut(shape, offGlobe);
-            placed.push_back(*lla);
-        }
-    }
     std::optional<Vec3> secondCenter;
     if (type == Type::Orbit) {
-        const auto second = valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2);
-        secondCenter = second ? place(*second) : std::nullopt;
-        if (!secondCenter) return leaveOut(shape, second ? offGlobe : "it has no second center");
+        secondCenter = valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2);
+        if (!secondCenter) return leaveOut(shape, "it has no second center");
     }
 
     target.beginShape(type, platformId);
     target.setItemName(nameOf(shape));
     style(target, shape);
     if (points) {
-        for (const Vec3& lla : placement.isRelative() ? placed : *points)
-            type == Type::Rectangle ? target.addCorner(lla) : target.addPoint(lla);
+        const auto use = type == Type::Rectangle ? Serializer::Use::Corner : Serializer::Use::Point;
+        for (const Vec3& point : *points) placement.give(use, point);
         if (type == Type::Points)
             if (const auto color = valueOf(static_cast<const ZEL::Points&>(shape), &ZEL::Points::getColor))
                 lineColor(target, *color);
     } else {
-        if (anchor) target.addPoint(*anchor);
+        if (position && placement.isPossible()) placement.give(Serializer::Use::Point, *position);
         if (type == Type::Annotation)
             annotationStyle(target, static_cast<const ZEL::Annotation&>(shape));
         else
             circular(target, static_cast<const ZEL::CircularShape&>(shape), type);
-        if (secondCenter) target.setCenterPoint2(*secondCenter);
+        if (secondCenter) placement.give(Serializer::Use::Center2, *secondCenter);
     }
     target.endShape();
     return {};

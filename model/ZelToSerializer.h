@@ -10,10 +10,10 @@
 
 namespace OverlayEditor {
 
-/// Reads overlay text and replays its shapes as calls on a serializer. Every position reaches the target
-/// geodetic: offsets of a relative shape count from its own reference point, or else from the target's
-/// point converter. Boxes and image overlays have no counterpart in the editor and are left out; a relative
-/// shape with nothing to count from, or a circular one without a centre, is left out with a message.
+/// Reads overlay text and replays its shapes as calls on a serializer. Offsets of a relative shape count from
+/// its own reference point, or else from the target's point converter. Boxes and image overlays have no
+/// counterpart in the editor and are left out; a relative shape with nothing to count from, or a circular one
+/// without a centre, is left out with a message.
 class ZelToSerializer {
   public:
     /// \param platformId passed on to the target: what the shapes are attached to there

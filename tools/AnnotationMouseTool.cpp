@@ -26,7 +26,7 @@ void AnnotationMouseTool::handleFinishDrag_(const Vec3& pos) {
 }
 
 std::optional<Vec3> AnnotationMouseTool::placeOf_(Role) const {
-    return shape_.hasPoint() ? std::optional(shape_.position()) : std::nullopt;
+    return shape_.hasPoint() && isPlace(shape_.position()) ? std::optional(shape_.position()) : std::nullopt;
 }
 
 void AnnotationMouseTool::moveGrabbed_(const Vec3& pos) {

@@ -37,7 +37,7 @@ CylinderMouseTool::CylinderMouseTool(const Preferences& preferences, CylinderSha
 
 std::optional<Vec3> CylinderMouseTool::placeOf_(Role role) const {
     if (role != Height) return shape_.editPoint(editPoint(role));
-    return hasHeight_() && shape_.isComplete() ? std::optional(top_()) : std::nullopt;
+    return hasHeight_() && shape_.isComplete() && shape_.centerPt() ? std::optional(top_()) : std::nullopt;
 }
 
 void CylinderMouseTool::dress_(PUDrawPoint& point, Role role) const {

@@ -41,7 +41,7 @@ void PolygonMouseTool::resetPoints_() {
 }
 
 void PolygonMouseTool::carryPoints_() {
-    if (!isActive()) return;
+    revision_ = shape_.placed().revision();
     drawn_.setPositions(shape_.points());
     if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
 }
@@ -52,16 +52,14 @@ std::string PolygonMouseTool::getPointText_(const Vec3& pos) const {
     const std::size_t index = pointIndex();
     if (index == 0 || index > shape_.getNumPoints()) return text.str();
     const Vec3& previous = shape_.points()[index - 1];
+    if (!isPlace(previous)) return text.str();
     appendRange_(text, " Dist: ", halCore::Sodano::inverse(previous, pos).distance);
     appendBearing_(text, previous, pos);
     return text.str();
 }
 
 void PolygonMouseTool::handleStartDrag_(const Vec3& pos) {
-    if (shape_.getNumPoints() != 0) return;
-    firstPress_ = true;
-    firstPoint_ = true;
-    append_(pos);
+    if (shape_.getNumPoints() == 0) firstPress_ = firstPoint_ = append_(pos);
 }
 
 void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
@@ -74,7 +72,7 @@ void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
     }
     if (!point) {
         firstPoint_ = false;
-        append_(pos);
+        if (!append_(pos)) return;
         point = &drawn_.point(drawn_.size() - 1);
     }
     // As if the cursor had been moved onto it: the next press without a motion grabs it.
@@ -92,10 +90,12 @@ void PolygonMouseTool::handleAbortDrag_() {
     if (std::exchange(firstPress_, false)) removeFirstPoint_();
 }
 
-void PolygonMouseTool::append_(const Vec3& pos) {
+bool PolygonMouseTool::append_(const Vec3& pos) {
     removeTempGraphics_();
-    shape_.mouseSetPointAtIndex(shape_.getNumPoints(), pos);
+    const std::size_t before = shape_.getNumPoints();
+    shape_.mouseSetPointAtIndex(before, pos);
     drawn_.setPositions(shape_.points());
+    return shape_.getNumPoints() > before;
 }
 
 void PolygonMouseTool::removeFirstPoint_() {
@@ -109,11 +109,13 @@ PUDrawPoint* PolygonMouseTool::pointNearMouse_(const Vec3& pos) {
 }
 
 void PolygonMouseTool::redrawPointsForViewChange_() {
-    for (std::size_t i = 0; i < drawn_.size(); ++i) picture_.add(drawn_.point(i));
+    for (std::size_t i = 0; i < drawn_.size(); ++i)
+        if (isPlace(drawn_.point(i).getPosition())) picture_.add(drawn_.point(i));
 }
 
 void PolygonMouseTool::showEditPoints_(bool shown) {
     if (drawn_.size() != shape_.getNumPoints()) resetPoints_();
+    if (isActive() && revision_ != shape_.placed().revision()) carryPoints_();
     if (shown == drawn_.isShown()) return;
     if (shown)
         drawn_.show();
@@ -128,7 +130,7 @@ std::unique_ptr<BaseLineShape> PolygonMouseTool::makeRubberBand_() const {
 }
 
 bool PolygonMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3& pos) {
-    if (shape_.getNumPoints() == 0) return false;
+    if (shape_.getNumPoints() == 0 || !isPlace(shape_.points().back())) return false;
     auto& line = static_cast<PolygonShape&>(rubberBand);
     line.setPointAtIndex(0, shape_.points().back());
     line.setPointAtIndex(1, pos);

@@ -22,7 +22,6 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     int leftRelease_(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override;
     /// What is highlighted or dragged is let go.
     void resetPoints_() override;
-    void carryPoints_() override;
 
     /// Of the point that is highlighted or dragged, else of the next one to be placed.
     std::size_t pointIndex() const { return grabbed_.value_or(shape_.getNumPoints()); }
@@ -46,12 +45,18 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     std::string_view hoveringHint_() const override;
 
   private:
-    void append_(const halCore::Vec3& pos);
+    /// \return false when the shape did not take the point
+    bool append_(const halCore::Vec3& pos);
+    /// The points have moved with what they count from, each still being itself: what is done with the mouse
+    /// goes on.
+    void carryPoints_();
     void removeFirstPoint_();
 
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.
     PolygonShape& shape_;
     PluginUtils::PUDrawPoints drawn_{PluginUtils::kEditPointColor};
+    /// The shape's, when the points were drawn last.
+    std::uint64_t revision_ = 0;
     std::optional<std::size_t> grabbed_;
     bool moved_ = false;
     /// The first point was placed by the press that is still held.

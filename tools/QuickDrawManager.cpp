@@ -482,12 +482,14 @@ unsigned long QuickDrawManager::attachShape_(const Shape& shape) {
         problem = "a shape of this kind cannot be attached";
     else if (Utils::getPlatformLla(platform, place) != 0)
         problem = "the picked platform has no position";
+    converter_.setReferenceLla(place, platform);
+    if (!problem && !shape.fits(converter_, true))
+        problem = "no offsets from the picked platform lead to all of it";
     if (problem) {
         halNotify::notify(halNotify::Warning)
             << "\"" << shape.name() << "\" is saved without a platform: " << problem;
         return 0;
     }
-    converter_.setReferenceLla(place, platform);
     overlay_.setAttachedPlatformId(platform, &converter_, true);
     return platform;
 }

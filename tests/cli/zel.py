@@ -176,17 +176,16 @@ class Zel(unittest.TestCase):
         self.assertIn("\nxyz 0 1200 0\nxyz 500 -1000 7\n", out)
         self.assertNotIn("ref", out)
         self.assertIn("1 shape saved, 0 lost, 0 changed", err)
-        # The file's first reference holds for all.
-        both = line.format("ref 21.3 -157.9\n") + line.format("ref 21.4 -157.9\n")
-        out = self.zel("edit", "-q", "-", stdin=both)[0]
-        self.assertEqual(out.count("\nxyz 0 1200 0\n"), 1)
-        self.assertEqual(out.count("\nref 21.3 -157.9 0\n"), 2)
-        self.assertEqual(self.zel("edit", "-q", "-", stdin=out)[0], out)
-        # Beside absolute positions, offsets without a reference have no place.
+        # Each block keeps what it counts from, beside places too.
         circle = "start\ncircle\ncenterll 1 2\nradius 5\nrangeunits m\nend\n"
-        out, err = self.zel("edit", "-", stdin=line.format("") + circle, code=1)
+        mixed = line.format("ref 21.3 -157.9\n") + line.format("") + circle + line.format("ref 21.4 -157.9\n")
+        out, err = self.zel("edit", "-", stdin=mixed)
+        self.assertEqual(out.count("\nxyz 0 1200 0\nxyz 500 -1000 7\n"), 3)
+        self.assertEqual(out.count("\nref 21.3 -157.9 0\n"), 1)
+        self.assertEqual(out.count("\nref "), 2)
         self.assertIn("\ncenterlla 1 2 0\n", out)
-        self.assertIn("1 shape saved, 1 lost", err)
+        self.assertIn("4 shapes saved, 0 lost", err)
+        self.assertEqual(self.zel("edit", "-q", "-", stdin=out)[0], out)
 
     def test_output_that_cannot_be_written(self):
         with open("/dev/full", "w") as full:

@@ -249,11 +249,18 @@ TEST_F(HostPickersTest, ShapesFollowAPlatformThatMoves) {
     host.platforms[7].point.latRad = 0.35;
     attachBox(false);
     EXPECT_NEAR(circle.centerPt()->lat(), 0.36, 1e-4);
-    // On a pole nothing can stand about the platform.
+    // On a pole nothing can stand about the platform. The panel says so, and shows the offset.
     attachTo(3);
+    const std::string offset = form.text("Y:");
     host.platforms[7].point.latRad = halCore::kHalfPi;
     host.fireTimeouts();
+    EXPECT_FALSE(circle.centerPt());
+    EXPECT_EQ(form.text("Y:"), offset);
+    EXPECT_TRUE(form.has("No place now"));
+    host.platforms[7].point.latRad = 0.35;
+    host.fireTimeouts();
     EXPECT_NEAR(circle.centerPt()->lat(), 0.36, 1e-4);
+    EXPECT_FALSE(form.has("No place now"));
 }
 
 TEST_F(HostPickersTest, AnAttachedOverlayCanBeDetachedWhateverItHolds) {

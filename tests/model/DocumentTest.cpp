@@ -273,8 +273,7 @@ TEST_F(DocumentTest, AFileWithOffsetsStaysOne) {
     const std::vector<Case> table = {
         {"own.zel", offsets("ref 21.25 -158 300\n"), {21.25 * kDegree, -158 * kDegree, 300}, true, false},
         {"none.zel", offsets(), {0.4, -2.7, 0}, false, true},  // below the eye
-        // Absolute positions beside offsets hold only with a reference.
-        {"mixed.zel", offsets() + kTwoCircles, {0.4, -2.7, 0}, true, true}};
+        {"mixed.zel", offsets() + kTwoCircles, {0.4, -2.7, 0}, false, true}};
     for (const auto& [name, text, reference, written, warned] : table) {
         SCOPED_TRACE(name);
         messages.clear();
@@ -311,16 +310,10 @@ TEST_F(DocumentTest, AFileWithOffsetsStaysOne) {
         EXPECT_EQ(contentsOf(file), saved);
         host.platforms[overlay.attachedPlatformId()].point.latRad += 0.01;
         document->followPlatform();
-        EXPECT_EQ(document->isSaved(), !written) << "a reference that is written is another one";
+        EXPECT_TRUE(document->isSaved()) << "a reference belongs to its block";
         clear();
     }
     EXPECT_THAT(host.platforms, IsEmpty());
-
-    // Without a view there is nothing to assume beside absolute positions.
-    host.eye.reset();
-    ASSERT_TRUE(load(write("blind.zel", offsets() + kTwoCircles)));
-    EXPECT_EQ(overlay.shapes().size(), 2u);
-    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
 }
 
 TEST_F(DocumentTest, OffsetsGoFromReferenceToPlatformAndBack) {
@@ -530,26 +523,6 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     add("New").setCenter({0.1, 0.2, 0});
     document->attach(7, false);
     EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
-}
-
-/// The host has an overlay with absolute positions on a platform: saved, they are offsets.
-TEST_F(DocumentTest, SaysThatAbsolutePositionsWouldBecomeOffsets) {
-    host.platforms[7].point.latRad = 0.3;
-    host.overlays[&host] = {kTwoCircles, write("rings.zel", kTwoCircles), 7, true};
-    ASSERT_TRUE(take(document->readOverlay(&host)));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("has absolute positions")));
-    EXPECT_EQ(overlay.attachedPlatformId(), 7u);
-    EXPECT_FALSE(host.overlays[&host].shown);
-    EXPECT_FALSE(document->isSaved());
-    ASSERT_TRUE(take(document->readOverlay(&host)));
-    EXPECT_THAT(rescued(), IsEmpty()) << "nobody changed a shape";
-    document->save(path("rings.zel"));
-    EXPECT_TRUE(document->isSaved());
-    messages.clear();
-    host.overlays[overlay.zelId()].text = contentsOf(path("rings.zel"));
-    ASSERT_TRUE(take(document->readOverlay(overlay.zelId())));
-    EXPECT_THAT(messages, IsEmpty());
-    EXPECT_TRUE(document->isSaved());
 }
 
 TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {

@@ -130,8 +130,7 @@ TEST_F(LossReportTest, NamesTheLineThatIsLost) {
         // Points of two kinds: the first one decides. A centre makes offsets count as degrees.
         line + "xyz 1 2 3 => unused\n",
         "line\nxyz 1 2 3\nxyz 4 5 6\nlla 7 8 9 => unused\ncenterll 1 2 => unused\n",
-        "line\nmgrs nonsense =! Unable to convert MGRS coordinate to lat/lon\nxy 1 2\nxy 2 3\nref 1 2 => is "
-        "kept or gives way to the file's first one: the positions keep their places\n",
+        "line\nmgrs nonsense =! Unable to convert MGRS coordinate to lat/lon\nxy 1 2\nxy 2 3\nref 1 2\n",
         // A label has one place.
         label + "ll 1 2\n",
         label + "centerll 1 2\n",

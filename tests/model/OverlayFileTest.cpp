@@ -139,21 +139,27 @@ TEST_F(OverlayFileTest, OffsetsCountFromTheirReferenceOrThePlatform) {
     const auto own = only("circle\ncenterxy 0 0\nradius 10\nref 10 20 0\n", &platform);
     EXPECT_NEAR(own->centerPoint().lat(), 10 * halCore::kRadiansPerDegree, 1e-9);
     // A label can still be put somewhere.
-    for (const char* nowhere : {"", "xy 1 2\n", "xy 1 2\nref 90 0\n"}) {
+    for (const char* nowhere : {"", "xy 1 2\n"}) {
         const auto label = only<AnnotationShape>(std::string("annotation A\n") + nowhere);
         EXPECT_TRUE(label && !label->hasPoint());
     }
     EXPECT_FALSE(only("circle\nradius 10\n"));
-    EXPECT_FALSE(only("circle\ncenterxy 0 0\nradius 10\nref 90 0\n"));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("relative to a platform"), HasSubstr("not on the globe")));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("relative to a platform")));
+    // Offsets that lead nowhere are kept, and so are the numbers about them.
+    const auto polar = only("circle\ncenterxy 0 0\nradius 10\nref 90 0\nrangeunits m\n");
+    ASSERT_TRUE(polar);
+    EXPECT_FALSE(polar->centerPt());
+    EXPECT_EQ(polar->majorAxis(), 10.0);
+    EXPECT_TRUE(polar->isComplete());
 
     const std::string line = "line\nxy 1 2\nxy 3 4\n";
-    EXPECT_FALSE(load(block("line\nll 1 2\nll 3 4\n")).offsets);
-    const auto offsets = load(block(line) + block(line + "ref 1 2\n") + block(line + "ref 3 4\n"), &platform);
-    EXPECT_NEAR(offsets.offsets->reference->lat(), halCore::kRadiansPerDegree, 1e-15) << "the first one";
-    EXPECT_FALSE(offsets.offsets->mixed);
-    EXPECT_THAT(offsets.losses, ::testing::SizeIs(2)) << "the references, and every shape is complete";
-    EXPECT_TRUE(load(block(line) + block("line\nll 1 2\nll 3 4\n"), &platform).offsets->mixed);
+    const LoadResult absolute = load(block("line\nll 1 2\nll 3 4\n"));
+    EXPECT_FALSE(absolute.reference || absolute.fromNowhere);
+    const auto named = load(block(line + "ref 1 2\n") + block(line + "ref 3 4\n"), &platform);
+    EXPECT_NEAR(named.reference->lat(), halCore::kRadiansPerDegree, 1e-15) << "the first one";
+    EXPECT_FALSE(named.fromNowhere);
+    EXPECT_THAT(named.losses, IsEmpty()) << "the references are kept, and every shape is complete";
+    EXPECT_TRUE(load(block(line), &platform).fromNowhere);
 }
 
 TEST_F(OverlayFileTest, BoxesComeBackAsRectanglesAndNothingElseDoes) {

@@ -63,7 +63,6 @@ TEST_F(PolygonTool, ADragGoesOnWhenThePlatformCarriesTheShape) {
     ASSERT_EQ(stateOf(shape), Tool::Dragging);
     const int loads = host.loads;
     converter.setReferenceLla(place("20.8N 158.0W"), 7);
-    overlay.carry(OverlayEditor::ReferenceMove(place("21.0N 158.0W"), converter));
     mouse.frame();
     EXPECT_EQ(host.loads, loads) << "the host carries what it displays itself";
     EXPECT_EQ(stateOf(shape), Tool::Dragging);

@@ -1,0 +1,189 @@
+#include "model/PlacedPoints.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "geo/OffsetGrid.h"
+
+namespace OverlayEditor {
+
+using halCore::Vec3;
+
+const std::vector<Vec3>& PlacedPoints::places() const {
+    if (!frame_) return given_;
+    if (isDerived_()) return places_;
+    places_.resize(size());
+    std::ranges::transform(given_, places_.begin(), [this](const Vec3& offset) {
+        return placeOf(*frame_, offset).value_or(kNoPlace);
+    });
+    derivedAt_ = frame_->revision();
+    return places_;
+}
+
+Vec3 PlacedPoints::place(std::size_t index) const {
+    if (!frame_) return given_[index];
+    return isDerived_() ? places_[index] : placeOf(*frame_, given_[index]).value_or(kNoPlace);
+}
+
+PlacedPoint PlacedPoints::at(std::size_t index) const {
+    return frame_ ? PlacedPoint(given_[index], place(index)) : PlacedPoint(given_[index]);
+}
+
+bool PlacedPoints::hasAllPlaces() const {
+    if (!frame_) return true;
+    const std::vector<Vec3>& all = places();
+    for (std::size_t i = 0; i < size(); ++i)
+        if (has(i) && !isPlace(all[i])) return false;
+    return true;
+}
+
+std::optional<Vec3> PlacedPoints::givenFor_(const PlacedPoint& point) const {
+    if (!frame_) return point.place;
+    return point.offset ? point.offset : offsetOf(*frame_, point.place);
+}
+
+bool PlacedPoints::put(std::size_t index, const PlacedPoint& point) {
+    const auto given = givenFor_(point);
+    if (!given) return false;
+    left_.reset();
+    const bool derived = frame_ && isDerived_();
+    if (index >= size()) {
+        for (std::size_t gap = size(); gap < std::min(index, kSlots); ++gap) missing_ |= 1U << gap;
+        given_.resize(index + 1, kNoPlace);
+        if (derived) places_.resize(index + 1, kNoPlace);
+    }
+    if (index < kSlots) missing_ &= ~(1U << index);
+    given_[index] = *given;
+    if (derived) places_[index] = point.place;
+    return true;
+}
+
+bool PlacedPoints::insert(std::size_t index, const PlacedPoint& point) {
+    const auto given = givenFor_(point);
+    if (!given) return false;
+    left_.reset();
+    const auto at = static_cast<std::ptrdiff_t>(std::min(index, size()));
+    if (frame_ && isDerived_()) places_.insert(places_.begin() + at, point.place);
+    given_.insert(given_.begin() + at, *given);
+    return true;
+}
+
+void PlacedPoints::erase(std::size_t index) {
+    left_.reset();
+    const auto at = static_cast<std::ptrdiff_t>(index);
+    if (frame_ && isDerived_()) places_.erase(places_.begin() + at);
+    given_.erase(given_.begin() + at);
+}
+
+void PlacedPoints::remove(std::size_t index) {
+    if (!has(index)) return;
+    left_.reset();
+    missing_ |= 1U << index;
+}
+
+void PlacedPoints::clear() {
+    left_.reset();
+    missing_ = 0;
+    given_.clear();
+    places_.clear();
+}
+
+void PlacedPoints::level(std::size_t index) {
+    const double given = given_[index].z();
+    const double place = this->place(index).alt();
+    left_.reset();
+    for (Vec3& position : given_) position.setZ(given);
+    if (!frame_ || !isDerived_()) return;
+    for (Vec3& position : places_) position.setAlt(place);
+}
+
+// Frames
+
+Vec3 PlacedPoints::reference_() const {
+    Vec3 reference;
+    frame_->getReferenceLla(reference);
+    return reference;
+}
+
+bool PlacedPoints::joins_(const Vec3& reference) const {
+    return frame_ && (!own_ || stranded_) && reference_() == reference;
+}
+
+bool PlacedPoints::countsFrom(const Vec3& reference) const {
+    return joins_(reference) || (!frame_ && left_ && left_->reference == reference);
+}
+
+std::optional<std::vector<Vec3>> PlacedPoints::offsetsIn_(const PointConverter& frame,
+                                                          const std::optional<Vec3>& middle) const {
+    PointConverter about;
+    if (middle) about.setReferenceLla(*middle, 0);
+    std::vector<Vec3> offsets(size());
+    for (std::size_t i = 0; i < size(); ++i) {
+        if (!has(i)) continue;
+        const Vec3 lla = place(i);
+        const auto offset = !middle ? offsetOf(frame, lla) : lla == *middle ? Vec3() : offsetOf(about, lla);
+        if (!offset || (middle && !placeOf(frame, *offset))) return std::nullopt;
+        offsets[i] = *offset;
+    }
+    return offsets;
+}
+
+bool PlacedPoints::fits(const PointConverter& frame, const std::optional<Vec3>& middle) const {
+    Vec3 reference;
+    frame.getReferenceLla(reference);
+    return (!middle && countsFrom(reference)) || offsetsIn_(frame, middle);
+}
+
+bool PlacedPoints::enter(const PointConverter& frame, const std::optional<Vec3>& middle) {
+    Vec3 reference;
+    frame.getReferenceLla(reference);
+    if (!middle && joins_(reference)) {
+        derivedAt_ = isDerived_() ? frame.revision() : 0;
+    } else {
+        auto offsets = !middle && countsFrom(reference) ? std::optional(std::move(left_->offsets))
+                                                        : offsetsIn_(frame, middle);
+        if (!offsets) return false;
+        if (!middle && places().data() == given_.data()) places_ = std::move(given_);
+        derivedAt_ = middle ? 0 : frame.revision();
+        given_ = std::move(*offsets);
+    }
+    left_.reset();
+    own_.reset();
+    stranded_ = false;
+    frame_ = &frame;
+    return true;
+}
+
+void PlacedPoints::nameReference(std::shared_ptr<const PointConverter> reference) {
+    own_ = std::move(reference);
+    frame_ = own_.get();
+    derivedAt_ = 0;
+}
+
+bool PlacedPoints::leave() {
+    if (!frame_) return true;
+    const Vec3 reference = reference_();
+    if (!hasAllPlaces()) {
+        if (own_) return false;
+        auto own = std::make_shared<PointConverter>();
+        own->setReferenceLla(reference, 0);
+        nameReference(std::move(own));
+        stranded_ = true;
+        return false;
+    }
+    places();
+    left_ = Left{reference, std::move(given_)};
+    given_ = std::exchange(places_, {});
+    frame_ = nullptr;
+    own_.reset();
+    stranded_ = false;
+    return true;
+}
+
+void PlacedPoints::follow(const PointConverter& frame) {
+    if (&frame == frame_ || own_ || enter(frame, std::nullopt) || !frame_) return;
+    frame_ = &frame;
+    derivedAt_ = 0;
+}
+
+}  // namespace OverlayEditor
