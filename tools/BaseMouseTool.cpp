@@ -107,7 +107,6 @@ int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
     if (state_ == Dragging) {
         const auto pos = cursorPosition_(event.x + grabOffsetX_, event.y + grabOffsetY_);
         if (pos && nearPoint_) {
-            nearPoint_->setDescription(getPointText_(*pos));
             handleMovePoint_(*pos);
             PICommon::forceOpenGLRedraw();
         }

@@ -286,7 +286,12 @@ TEST_F(HostPickersTest, WhateverEndsChoosingAttachesNothing) {
         {"the editor closed", [&] { press("Close"); }},
         {"deleted", [&] { press("Delete"); }},
         {"a free drawing", [&] { form.choose("Shape:", 2); }},
-        {"loaded", [&] { press("..."); }},
+        {"loaded",
+         [&] {
+             messages.clear();
+             press("...");
+             EXPECT_THAT(messages, ElementsAre(HasSubstr("kept in"))) << "what was not saved";
+         }},
         {"nothing left", [&] { press("Delete All"); }}};
     for (const auto& [what, act] : ends) {
         SCOPED_TRACE(what);

@@ -41,7 +41,7 @@ class PanelsTest : public ::testing::Test {
   protected:
     PanelsTest() {
         host.eye = degrees(10, 20, 5e6);
-        converter.setReferenceLla(degrees(42, 10, 0), 7);
+        converter.setReferenceLla(degrees(42, 10, 0), 1);
         halNotify::setNotifyHandler(
             [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
     }
@@ -124,7 +124,7 @@ class PanelsTest : public ::testing::Test {
         preferences.setCoordinateSystem(position == Position::Mgrs ? Preferences::MGRS : Preferences::LLA);
         maker();
         if (position == Position::Attached && shapes[0]->canAttach())
-            shapes[0]->setAttachedPlatformId(7, &converter, false);
+            shapes[0]->setAttachedPlatformId(1, &converter, false);
         show();
     }
     std::string text() { return shapesText(shapes, &converter); }
@@ -424,7 +424,7 @@ TEST_F(PanelsTest, NewUnitsRelabelAndRedisplayEveryField) {
     EXPECT_EQ(form.text("X Radius:"), "10.000 nm");
     EXPECT_EQ(form.text("Height:"), "100.000 ft");
     EXPECT_EQ(form.text("Alt:"), "1000.000 ft");
-    EXPECT_EQ(form.text("Start Angle:").substr(0, 9), "1600.000 ");
+    EXPECT_EQ(form.text("Start Angle:"), "1600.000 mil");
     EXPECT_EQ(form.field("Lat:").text, "0.500\u00b0N");
     preferences.setCoordinateSystem(Preferences::MGRS);
     wedge.notifyPrefsUpdate();
@@ -434,6 +434,8 @@ TEST_F(PanelsTest, NewUnitsRelabelAndRedisplayEveryField) {
     wedge.notifyPrefsUpdate();
     EXPECT_FALSE(form.has("GZD:"));
     EXPECT_EQ(form.field("Lat:").text, "0.500\u00b0N");
+    form.type("Alt:", "500");
+    EXPECT_EQ(form.text("Alt:"), "500.000 ft") << "a number counts in the unit behind it";
 }
 
 // By GeographicLib: 21.3N 158W lies in 04QFJ 03723 55678, and 04QFJ 12345 67890 starts at 21.409796672217N
@@ -482,14 +484,18 @@ TEST_F(PanelsTest, PointsAreSteppedInsertedAndDeleted) {
     // What the mouse does appears at once.
     line.mouseSetPointAtIndex(7, degrees(5, 6, 7));
     EXPECT_EQ(form.text("Alt:"), "7.00 m");
+    PolygonShape& ring = open<PolygonShape>(PolygonShape::Polygon);
+    for (const double lat : {1.0, 3.0}) ring.addPoint(degrees(lat, 20, 0));
+    press("Insert");
+    EXPECT_NEAR(ring.points()[0].lat(), 2 * kRadiansPerDegree, 1e-6) << "on the edge that closes it";
 }
 
 TEST_F(PanelsTest, AttachedPointsAreOffsets) {
     PolygonShape& line = open<PolygonShape>(PolygonShape::Line);
     line.insertPointAtIndex(0, degrees(42, 10, 0));
     line.insertPointAtIndex(1, degrees(42.5, 10, 1.0 / 3.0));
-    converter.setReferenceLla(degrees(42, 10, 0), 7);
-    line.setAttachedPlatformId(7, &converter, false);
+    converter.setReferenceLla(degrees(42, 10, 0), 1);
+    line.setAttachedPlatformId(1, &converter, false);
     EXPECT_FALSE(form.has("Lat:"));
     press("<-");
     form.type("X:", "5 nm");
@@ -522,6 +528,9 @@ TEST_F(PanelsTest, ARectangleIsSpannedByItsSizeOrItsCorner) {
     form.type("Width:         ", "500");
     EXPECT_EQ(box.width(), 500);
     EXPECT_EQ(box.height(), 1000);
+    box.deleteGui();
+    show();
+    EXPECT_TRUE(host.find("Corner 1")->checked) << "as it was chosen";
 }
 
 TEST_F(PanelsTest, ARectangleWaitsForItsOtherCorner) {
@@ -540,6 +549,9 @@ TEST_F(PanelsTest, ARectangleWaitsForItsOtherCorner) {
     ASSERT_TRUE(box.isComplete());
     EXPECT_EQ(*box.firstCorner(), degrees(42, 5, 0));
     EXPECT_EQ(*box.lastCorner(), degrees(43, 7, 0));
+    choose("Center", "Corner 1");
+    type(3, "44");
+    EXPECT_NEAR(box.lastCorner()->lat(), 44 * kRadiansPerDegree, 1e-3) << "the centre is not in its way";
 }
 
 TEST_F(PanelsTest, AFontOfAFileJoinsThoseOnOffer) {

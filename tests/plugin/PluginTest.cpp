@@ -188,7 +188,8 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
 
     std::vector<void*> saved;
     auto* const service = static_cast<Service*>(host.services[OVERLAYEDITOR_SERVICE_NAME]);
-    service->registerNewZelFunction([&](const auto& overlays) { saved = overlays; });
+    service->registerNewZelFunction(
+        [&](const auto& overlays) { saved.insert(saved.end(), overlays.begin(), overlays.end()); });
     host.fileDialogAnswers = {file};
     press("Save As...");
     std::string contents;
@@ -197,6 +198,9 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
     ASSERT_EQ(saved.size(), 1u);
     EXPECT_EQ(host.overlays[saved[0]].path, file);
     EXPECT_FALSE(host.overlays[saved[0]].shown) << "the editor's circle is drawn in its place";
+    host.fileDialogAnswers = {directory + "/no/such.zel"};
+    press("Save As...");
+    EXPECT_EQ(saved.size(), 1u) << "nobody hears of what is not saved";
 
     EXPECT_EQ(plugin.dispatch(Function::Close), 0);
     EXPECT_TRUE(host.overlays[saved[0]].shown);

@@ -172,6 +172,7 @@ TEST_F(CylinderTools, AnArcIsCentreStartAndEnd) {
 
         mouse.move("21.0N 158.2W").frame().from("20.8N 158.0W").frame();
         EXPECT_TRUE(rubberBandShown());
+        EXPECT_NE(host.lastText.find("\nangledeg 180\n"), std::string::npos) << host.lastText;
         mouse.to("20.9N 157.85W");
         EXPECT_EQ(stateOf(shape), Tool::Complete);
         EXPECT_NEAR(shape.startAngle(), toStart.bearing, 1e-9);
@@ -207,6 +208,10 @@ TEST_F(CylinderTools, AnArcsPointsAreDraggedApart) {
     mouse.move(*shape.majorAxisPt()).frame().press().to("20.95N 157.7W");
     EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("20.95N 157.7W")).meters, 100.0);
     EXPECT_NEAR(shape.minorAxis(), radius, kMillimeter);
+    const double major = shape.majorAxis();
+    mouse.move(*shape.minorAxisPt()).frame().press().to("21.15N 158.1W");
+    EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.15N 158.1W")).meters, 100.0);
+    EXPECT_EQ(shape.majorAxis(), major);
 }
 
 TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {

@@ -130,6 +130,8 @@ TEST_F(EveryTool, ALeavingMouseTakesItsPointAndItsMarksAlong) {
     mouse.leave().frame();
     ASSERT_EQ(view.painted.size(), 2u);
     for (const auto& point : view.painted) EXPECT_TRUE(point.label.empty() && !point.highlighted);
+    mouse.move("21.0N 158.0W").press().leave().to("21.05N 158.0W");
+    EXPECT_NEAR(circle.centerPoint().lat(), 21.05 * kDegree, 1e-5) << "a drag goes on";
 }
 
 /// While it is drawn, and when its points are hovered.
@@ -155,7 +157,8 @@ TEST_F(EveryTool, LabelsTellTheMeasures) {
           {"20.9N 158.0W", Rests, "LLA: 20.90 -158.00 0.00 m Rad: 22.14"}}},
         {"Arc",
          {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
-          {"20.9N 158.0W", Rests, "LLA: 20.90 -158.00 0.00 m Rad: 11.07 T: 180.00"}}},
+          {"20.9N 158.0W", Rests, "LLA: 20.90 -158.00 0.00 m Rad: 11.07 T: 180.00"},
+          {"21.0N 158.1W", Rests, "LLA: 21.00 -158.10 0.00 m Rad: 10.40 T: 270.02"}}},
         {"Ellipse",
          {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
           {"20.9N 158.0W", Releases, "LLA: 20.90 -158.00 0.00 m Rad: 11.07"},

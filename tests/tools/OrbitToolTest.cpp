@@ -41,6 +41,7 @@ TEST_F(OrbitTool, IsFirstCentreSecondCentreAndWidth) {
         EXPECT_NE(text().find("radius 50\n"), std::string::npos) << "the axis is seen at once";
         mouse.move(c.width).frame().press().frame();
         EXPECT_TRUE(rubberBandShown());
+        EXPECT_EQ(text().find("radius 50\n"), std::string::npos) << "as wide as the cursor says";
         mouse.release().frame();
         EXPECT_FALSE(rubberBandShown());
         EXPECT_EQ(stateOf(orbit), Tool::Complete);

@@ -30,6 +30,7 @@ TEST_F(PolygonTool, EachClickAppendsAPointUntilTheRightClick) {
         EXPECT_EQ(stateOf(shape), Tool::Placing) << "it can always be continued";
         mouse.frame();
         EXPECT_EQ(std::ranges::count_if(view.painted, &TestView::Painted::highlighted), 1);
+        EXPECT_EQ(std::ranges::count(view.painted, "", &TestView::Painted::label), 2) << "one has a label";
         overlay.clearShapes(false);
     }
 }
