@@ -14,6 +14,9 @@ namespace {
 constexpr const char* kTooltip =
     "\tAttach the current ZEL to a selected platform, requires save to be effective";
 
+/// More of a name is cut, so that no name changes the form.
+constexpr std::int32_t kNameLetters = 26;
+
 }  // namespace
 
 AttachedZelGui::AttachedZelGui(PIGUI::PICanvas* parent, MouseManager* mouseManager,
@@ -24,6 +27,7 @@ AttachedZelGui::AttachedZelGui(PIGUI::PICanvas* parent, MouseManager* mouseManag
              callbacks_.make(&AttachedZelGui::onCmdSelect)),
       filler_(parent, ""),
       platforms_(mouseManager, callbacks_.make(&AttachedZelGui::onCmdSelected), pickChange) {
+    check_.setRoom(kNameLetters, 1);
     // Closed without a choice: the row shows again what is.
     platforms_.setClosedCallback([this] { setAttachPlatform(platform_); });
 }

@@ -43,13 +43,15 @@ void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
     command_ = commandsGiven();
     ticks_ = 0;
     if (lines_.empty()) answer_.hide();
-    lines_.push_back({severity, oneLine(text)});
+    lines_.push_back({severity, false, oneLine(text)});
     show_();
 }
 
 void MessageBoard::offer(const std::string& caption) {
+    if (!lines_.empty()) lines_.back().answered = true;
     answer_.setValue(caption);
     answer_.show();
+    show_();
 }
 
 void MessageBoard::clear() {
@@ -69,8 +71,9 @@ void MessageBoard::show_() {
         text_.setValue(std::string("\t "));
         return;
     }
-    // Of equals the last: it tells what has become of the command.
-    const auto worst = std::ranges::min_element(lines_.rbegin(), lines_.rend(), {}, &Line::severity);
+    // Of equals the one that the button is for, or the last: it tells what has become of the command.
+    const auto rank = [](const Line& line) { return std::pair(line.severity, !line.answered); };
+    const auto worst = std::ranges::min_element(lines_.rbegin(), lines_.rend(), {}, rank);
     std::string text = shortened(worst->text);
     if (lines_.size() > 1) text.append(" (and ").append(std::to_string(lines_.size() - 1)).append(" more)");
     text += '\t';

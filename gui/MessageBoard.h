@@ -21,7 +21,7 @@ class MessageBoard {
 
     /// Of a later command than the last one: in place of what was said.
     void hear(halNotify::Severity severity, const std::string& text);
-    /// A message that can be answered gets its button until the next one.
+    /// The message that was said last gets its button, until a later command's.
     void offer(const std::string& caption);
     void clear();
     /// Called when what was said is over; empty for nobody.
@@ -33,6 +33,8 @@ class MessageBoard {
   private:
     struct Line {
         halNotify::Severity severity;
+        /// Whether the button is its answer.
+        bool answered = false;
         std::string text;
     };
     void show_();

@@ -14,7 +14,7 @@ constexpr std::int32_t kCaptionLetters = 18;
 /// A rectangle's.
 constexpr std::int32_t kPanelRows = 16;
 /// Of a list of points.
-constexpr std::int32_t kPanelLetters = 68;
+constexpr std::int32_t kPanelLetters = 81;
 
 }  // namespace
 

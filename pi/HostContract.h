@@ -223,9 +223,10 @@
 //   910  redraw     null record. One frame soon, however often it is asked. Returns 1.
 //   911  looks      CATCHALL. What a host may lack: it refuses the number then, and plug-ins do without.
 //                   i[Room], columns, rows p widget: keeps room for so many letters of usual width and so
-//                   many lines, whatever it holds: lines of a label, which takes no more for a longer text
-//                   (with 0 columns: the width that is left) and breaks it when it has several; rows of a
-//                   list; rows of text fields in a container. 0: as the contents need.
+//                   many lines, whatever it holds: lines of a label, which breaks its text when it has
+//                   several; rows of a list; rows of text fields in a container. A label and a check button
+//                   take no more for a longer text, a label with 0 columns the width that is left. 0 rows,
+//                   or columns of others: as the contents need.
 //                   i[Mark], 0 or 1 p text field or spinner: shows that its text is not accepted. While
 //                   marked it calls back also when it is left, or Enter pressed, without a change.
 //                   i[Limits], least, most p spinner: what it takes. A text that is no whole number between

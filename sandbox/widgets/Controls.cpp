@@ -230,12 +230,10 @@ const char* ButtonWidget::kind() const {
 bool ButtonWidget::setText(const QString& text) {
     const Caption caption = Caption::parse(text.toStdString());
     caption_ = caption.text;
-    constexpr int widestCheck = 260;
     // The name of something may stand behind a check button, of whatever length.
-    const QString shown =
-        style_ == Style::Check
-            ? button_->fontMetrics().elidedText(caption_, Qt::ElideMiddle, widestCheck, Qt::TextSingleLine)
-            : caption_;
+    const QString shown = style_ == Style::Check ? button_->fontMetrics().elidedText(
+                                                       caption_, Qt::ElideMiddle, widest_, Qt::TextSingleLine)
+                                                 : caption_;
     button_->setText(Caption::escaped(shown));
     applyCaption(button_, caption, true);
     // A button with a mere "..." or "<-" needs no room for a word.
@@ -245,6 +243,17 @@ bool ButtonWidget::setText(const QString& text) {
         button_->setMaximumWidth(caption_.size() <= 3 && !word ? std::max(width, 32) : QWIDGETSIZE_MAX);
     }
     return true;
+}
+
+void ButtonWidget::setRoom(int columns, int rows) {
+    if (style_ != Style::Check || columns == 0) {
+        HostWidget::setRoom(columns, rows);
+        return;
+    }
+    constexpr int box = 24;
+    widest_ = columns * button_->fontMetrics().averageCharWidth();
+    button_->setFixedWidth(widest_ + box);
+    setText(caption_);
 }
 
 bool ButtonWidget::setChecked(bool checked) {

@@ -42,6 +42,7 @@ class ButtonWidget final : public HostWidget {
     QString caption() const override { return caption_; }
     Style style() const { return style_; }
     bool setText(const QString& text) override;
+    void setRoom(int columns, int rows) override;
     /// A push button becomes a toggle button by its first check.
     bool setChecked(bool checked) override;
     std::optional<QString> text() const override { return caption_; }
@@ -52,6 +53,8 @@ class ButtonWidget final : public HostWidget {
     Style style_;
     QAbstractButton* button_;
     QString caption_;
+    /// Pixels that a check button's text may take.
+    int widest_ = 260;
 };
 
 /// One line of text. It calls back once the user has changed it and pressed Enter or left it.

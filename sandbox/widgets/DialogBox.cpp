@@ -112,6 +112,8 @@ void DialogBox::open() {
         place_();
     }
     window.show();
+    // Only what is shown has its looks, and knows its size.
+    fit_();
     window.raise();
     window.activateWindow();
 }

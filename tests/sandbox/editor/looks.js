@@ -81,6 +81,8 @@ const before = editor.geometry.width;
 addPlatform({ name: "A ship with a name " + "that goes on and on ".repeat(10), lat: 0, lon: 0 });
 editor.check("Attach:");
 show(platforms, "platforms");
+const check = platforms.place("Center On Host");
+assert(check.y + check.height <= platforms.place("OK").y, "nothing is scrolled out of sight");
 platforms.select("", 0);
 platforms.press("OK");
 show(editor, "long-name");
