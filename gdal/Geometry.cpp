@@ -48,10 +48,11 @@ std::unique_ptr<OGRGeometry> joined(std::vector<std::unique_ptr<Member>> members
 }
 
 std::unique_ptr<OGRGeometry> linesOf(const Outline& outline, bool split, bool& altered) {
+    const bool isGiven = outline.origin == Outline::Origin::Given;
     std::vector<std::unique_ptr<OGRLineString>> lines;
     for (const halCore::GeodeticPath& part : outline.parts) {
         Track track = toTrack(part);
-        if (!crossesSeam(track, false)) {
+        if ((!split && isGiven) || !crossesSeam(track, false)) {
             lines.push_back(lineOf(track));
             continue;
         }
@@ -73,7 +74,7 @@ std::unique_ptr<OGRGeometry> mapWithout(const OGRGeometry& parts, double altitud
 
 std::unique_ptr<OGRGeometry> areaOf(const Outline& outline, bool split, bool& altered) {
     Track track = toTrack(outline.parts.front());
-    if (outline.origin == Outline::Origin::Given && !crossesSeam(track, true))
+    if (outline.origin == Outline::Origin::Given && (!split || !crossesSeam(track, true)))
         return polygonOf(std::move(track));
     altered = true;
     bool outside = false;

@@ -9,19 +9,20 @@ namespace exchange {
 double degreesOf(double radians) {
     constexpr double kScale = 1e13;
     const double raw = radians * halCore::kDegreesPerRadian;
-    const double round = std::nearbyint(raw * kScale) / kScale;
+    // Adding and taking away what leaves no bits for a fraction rounds.
+    constexpr double kNoFraction = 0x1.8p52;
+    const double round = (raw * kScale + kNoFraction - kNoFraction) / kScale;
     return std::abs(round - raw) <= 8e-16 * std::abs(raw) ? round : raw;
 }
 
 Track toTrack(const halCore::GeodeticPath& path) {
     Track track;
-    track.lon.resize(path.size());
-    track.lat.resize(path.size());
-    track.alt.resize(path.size());
-    for (std::size_t i = 0; i < path.size(); ++i) {
-        track.lon[i] = degreesOf(path[i].lon());
-        track.lat[i] = degreesOf(path[i].lat());
-        track.alt[i] = path[i].alt();
+    // A ring will be closed.
+    for (std::vector<double>* values : {&track.lon, &track.lat, &track.alt}) values->reserve(path.size() + 1);
+    for (const halCore::Vec3& place : path) {
+        track.lon.push_back(degreesOf(place.lon()));
+        track.lat.push_back(degreesOf(place.lat()));
+        track.alt.push_back(place.alt());
     }
     return track;
 }

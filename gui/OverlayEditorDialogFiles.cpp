@@ -5,6 +5,7 @@
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "gui/LaunchHtmlFile.h"
+#include "gui/OtherFormats.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "pi/PIHALVIS.h"
 
@@ -15,7 +16,7 @@ namespace {
 PICommon::FileDialogRequest loadRequest() {
     return {.title = "Load Overlay File",
             .filters = {"Overlay Files\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "ZEL Files\t*.zel",
-                        "All Files\t*"},
+                        std::string("Files of Other Programs\t") + UTILS::kOtherFormats, "All Files\t*"},
             .settingsGroup = "SETTINGS",
             .settingsKey = "LastOverlayEditorLoadFile",
             .startDirectory = {}};
@@ -29,13 +30,33 @@ PICommon::FileDialogRequest saveRequest() {
             .startDirectory = {}};
 }
 
+/// A file of another program, as a new overlay.
+Document::Reading readOtherFormat(const Document& document, const std::string& fileName) {
+    std::string text;
+    std::vector<std::string> messages;
+    const std::string error = UTILS::readOtherFormat(fileName, text, messages);
+    for (const std::string& message : messages) halNotify::notify(halNotify::Warning) << message;
+    Document::Reading reading;
+    if (error.empty()) {
+        reading = document.read(text, fileName);
+        // It is in no file of the editor's yet.
+        reading.fileName.clear();
+    } else {
+        halNotify::notify(halNotify::Error) << "Not loaded: " << fileName << ": " << error;
+        reading.loaded.error = error;
+    }
+    return reading;
+}
+
 }  // namespace
 
 // Loading
 
 int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
     const std::string fileName = PICommon::showFileLoadDialog(loadRequest());
-    if (!fileName.empty()) loadOverlay_(document_.readFile(fileName));
+    if (!fileName.empty())
+        loadOverlay_(UTILS::isOtherFormat(fileName) ? readOtherFormat(document_, fileName)
+                                                    : document_.readFile(fileName));
     return 1;
 }
 

@@ -1,7 +1,10 @@
 #include "sandbox/UserFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <map>
 #include <utility>
 
@@ -22,6 +25,18 @@ constexpr int kRecentFiles = 10;
 const char* const kRecentKey = "Host/RecentFiles";
 /// Programs write a file in several steps, or put another in its place.
 constexpr int kSettleMilliseconds = 200;
+
+/// Those that the zel command makes overlays of; ".csv" is taken by platforms.
+bool isOfOtherProgram(const QString& path) {
+    const QStringList suffixes = {"geojson", "json", "kml", "kmz", "gpx", "gpkg", "shp"};
+    return suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+}
+
+/// The zel command: beside this program, as in a build, or on the user's path.
+QString findZel() {
+    const QString beside = QStandardPaths::findExecutable("zel", {QCoreApplication::applicationDirPath()});
+    return beside.isEmpty() ? QStandardPaths::findExecutable("zel") : beside;
+}
 
 }  // namespace
 
@@ -55,7 +70,9 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
 
 bool UserFiles::open(const QString& path) {
     const QString whole = QFileInfo(path).absoluteFilePath();
-    const bool opened = isPlatformFile(whole) ? openPlatforms(whole) : openOverlay(whole);
+    const bool opened = isPlatformFile(whole)     ? openPlatforms(whole)
+                        : isOfOtherProgram(whole) ? openConverted(whole)
+                                                  : openOverlay(whole);
     if (opened) remember(whole);
     return opened;
 }
@@ -66,6 +83,31 @@ bool UserFiles::openOverlay(const QString& path) {
     bool good = true;
     for (LoadedOverlay* overlay : loaded) good = overlays_.reload(*overlay) && good;
     return good;
+}
+
+bool UserFiles::openConverted(const QString& path) {
+    const QString program = findZel();
+    const QFileInfo file(path);
+    QDir directory(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    if (program.isEmpty() || !directory.mkpath("converted") || !directory.cd("converted")) {
+        log_.add(
+            halNotify::Error, "host",
+            QString("%1 cannot be opened: %2")
+                .arg(path, program.isEmpty() ? "the zel command, which reads such files, is not installed"
+                                             : "there is no room for its overlay"));
+        return false;
+    }
+    // It may be edited and saved, so it stays, and another one takes no other's place.
+    QString overlay = directory.absoluteFilePath(file.completeBaseName() + ".zel");
+    for (int i = 2; QFileInfo::exists(overlay); ++i)
+        overlay = directory.absoluteFilePath(QString("%1-%2.zel").arg(file.completeBaseName()).arg(i));
+    QProcess zel;
+    zel.setProcessChannelMode(QProcess::MergedChannels);
+    zel.start(program, {"convert", path, overlay});
+    zel.waitForFinished(-1);
+    for (const QByteArray& line : zel.readAll().split('\n'))
+        if (!line.trimmed().isEmpty()) log_.add(halNotify::Warning, "host", QString::fromUtf8(line));
+    return QFileInfo::exists(overlay) && openOverlay(overlay);
 }
 
 bool UserFiles::openPlatforms(const QString& path) {

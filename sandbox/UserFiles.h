@@ -26,13 +26,15 @@ class UserFiles : public QObject {
               Settings& settings, Log& log);
 
     static bool isPlatformFile(const QString& path) { return path.endsWith(".csv", Qt::CaseInsensitive); }
-    /// Opens platforms by ".csv", overlays by every other name; what is open already is read again.
-    /// \return whether anything of it is shown now
+    /// Opens platforms by ".csv", files of other programs by their suffixes, overlays by every other name;
+    /// what is open already is read again. \return whether anything of it is shown now
     bool open(const QString& path);
 
   private:
     bool openPlatforms(const QString& path);
     bool openOverlay(const QString& path);
+    /// Has the zel command make an overlay of a file of another program, and opens that.
+    bool openConverted(const QString& path);
     void attach(const QString& path, std::uint64_t platform);
     void ask(const QString& title, const QString& key, const QStringList& filterRows);
     void remember(const QString& path);

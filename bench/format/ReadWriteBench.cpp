@@ -74,6 +74,11 @@ void readGdalGeoJson(benchmark::State& state) {
     repeat(state, source(), [] { return readByGdal("/vsimem/data.geojson"); });
 }
 template <Source source>
+void readGdalZel(benchmark::State& state) {
+    provideToGdal("/vsimem/data.zel", source().zel);
+    repeat(state, source(), [] { return readByGdal("/vsimem/data.zel"); });
+}
+template <Source source>
 void readGdalKml(benchmark::State& state) {
     writeByGdal(source(), "LIBKML", "/vsimem/data.kml");
     repeat(state, source(), [] { return readByGdal("/vsimem/data.kml"); });
@@ -87,6 +92,7 @@ void writeGdalKml(benchmark::State& state) {
     repeat(state, source(), [] { return writeByGdal(source(), "LIBKML", "/vsimem/out.kml"); });
 }
 #define GDAL_BENCHMARKS(name, source)                                         \
+    BENCHMARK(readGdalZel<source>)->Name("read " name "/GDAL ZEL");           \
     BENCHMARK(readGdalGeoJson<source>)->Name("read " name "/GDAL GeoJSON");   \
     BENCHMARK(readGdalKml<source>)->Name("read " name "/GDAL LIBKML");        \
     BENCHMARK(writeGdalGeoJson<source>)->Name("write " name "/GDAL GeoJSON"); \

@@ -273,6 +273,34 @@ TEST_F(OverlayEditorDialogTest, HidingEndsEditingAndShowingResumesIt) {
     EXPECT_TRUE(zel.shown);
 }
 
+TEST_F(OverlayEditorDialogTest, LoadsWhatTheZelCommandMakesOfOtherFormats) {
+    const std::string before = std::getenv("PATH");
+    ::setenv("PATH", directory.c_str(), 1);
+    host.fileDialogAnswers = {path("harbour.KML"), path("harbour.KML"), path("bad.gpkg")};
+    dialog->show();
+    press("...");
+    EXPECT_THAT(
+        messages,
+        ElementsAre(HasSubstr("harbour.KML: the zel command, which reads such files, is not installed")));
+    messages.clear();
+    // It says something, writes what it is told to, and fails on one file.
+    write(path("zel"),
+          "#!/bin/sh\n[ \"$1 ${2##*/}\" = 'convert harbour.KML' ] || { echo one >&2; echo 'zel: no' >&2; "
+          "exit 2; }\n"
+          "echo \"$3: a hole\" >&2\nprintf '" +
+              std::string(kTwoCircles) + "' >\"$3\"\n");
+    std::filesystem::permissions(path("zel"), std::filesystem::perms::owner_all);
+    press("...");
+    EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
+    EXPECT_EQ(form.field("File:").text, "");
+    EXPECT_EQ(changes(), "Not saved");
+    EXPECT_THAT(messages, ElementsAre(path("harbour.KML") + ": a hole"));
+    press("...");
+    EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
+    EXPECT_THAT(messages, ElementsAre(testing::_, "one", HasSubstr("bad.gpkg: no")));
+    ::setenv("PATH", before.c_str(), 1);
+}
+
 TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
     write(path("two.zel"), kTwoCircles);
     write(path("offset.zel"), "start\nline\nref 21 -158\nxyz 1 2\nxyz 3 4\n3d name Leg\nend\n");
