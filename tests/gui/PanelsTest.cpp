@@ -551,7 +551,7 @@ TEST_F(PanelsTest, ARectangleWaitsForItsOtherCorner) {
     EXPECT_EQ(*box.lastCorner(), degrees(43, 7, 0));
     choose("Center", "Corner 1");
     type(3, "44");
-    EXPECT_NEAR(box.lastCorner()->lat(), 44 * kRadiansPerDegree, 1e-3) << "the centre is not in its way";
+    EXPECT_NEAR(box.firstCorner()->lat(), 41 * kRadiansPerDegree, 1e-3) << "as far on the other side";
 }
 
 TEST_F(PanelsTest, AFontOfAFileJoinsThoseOnOffer) {
