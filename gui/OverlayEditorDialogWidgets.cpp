@@ -121,7 +121,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     // Widest of what can stand there, so that nothing moves from shape to shape.
     shapeCaption.setRoom(kCaptionLetters, 1);
     panelArea.setRoom(kPanelLetters, kPanelRows);
-    changes.setRoom(0, 1);
+    changes.setRoom(0, 2);
     name.disable();
     // The first uncheck makes a button a toggle button.
     for (PIGUI::PIButton* toggle : {&edit, &stop}) {

@@ -4,11 +4,13 @@
 #include <QColorDialog>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -76,7 +78,7 @@ class RoomyLabel final : public QLabel {
         columns_ = columns;
         rows_ = rows;
         setWordWrap(rows > 1);
-        setAlignment(Qt::AlignLeft | (rows > 1 ? Qt::AlignTop : Qt::AlignVCenter));
+        setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         setSizePolicy(columns > 0 ? QSizePolicy::Preferred : QSizePolicy::Expanding, QSizePolicy::Fixed);
         updateGeometry();
         show_();
@@ -96,6 +98,12 @@ class RoomyLabel final : public QLabel {
     void resizeEvent(QResizeEvent* event) override {
         QLabel::resizeEvent(event);
         show_();
+    }
+    bool event(QEvent* event) override {
+        const bool asked = event->type() == QEvent::ToolTip && toolTip().isEmpty();
+        if (!asked || rows_ == 0 || whole_.isEmpty()) return QLabel::event(event);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole_, this);
+        return true;
     }
 
   private:
