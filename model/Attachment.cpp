@@ -5,6 +5,8 @@
 
 #include "common/Notify.h"
 #include "common/Strings.h"
+#include "geo/Angles.h"
+#include "geo/Wgs84.h"
 #include "model/Utils.h"
 #include "pi/PICommon.h"
 #include "pi/PIData.h"
@@ -13,8 +15,15 @@ namespace OverlayEditor {
 
 namespace {
 
-/// A platform that is nearer to where it was has not moved.
-constexpr double kStandsStillMeters = 1e-3;
+/// A platform that is nearer to where it was has not moved: less than a millimetre, and the meridian is the
+/// same, along which offsets are counted close to a pole.
+bool isStill(const halCore::Vec3& from, const halCore::Vec3& to) {
+    constexpr double meters = 1e-3;
+    constexpr double radians = meters / halCore::wgs84::a;
+    return std::abs(to.lat() - from.lat()) < radians &&
+           std::abs(halCore::wrapToPi(to.lon() - from.lon())) < radians &&
+           std::abs(to.alt() - from.alt()) < meters;
+}
 
 }  // namespace
 
@@ -122,10 +131,8 @@ bool Attachment::attach(unsigned long platform, bool center) {
 bool Attachment::followPlatform() {
     const unsigned long platform = overlay_.attachedPlatformId();
     halCore::Vec3 place;
-    halCore::Vec3 way;
     if (platform == 0 || Utils::getPlatformLla(platform, place) != 0) return false;
-    converter_->convertLlaToXyz(place, way);
-    if (std::hypot(way.x(), way.y(), way.z()) < kStandsStillMeters) return false;
+    if (isStill(reference_(), place)) return false;
     moveReference_(place);
     return true;
 }

@@ -111,6 +111,14 @@ void CylinderShape::place_(EditPoint role, const Vec3& lla) {
     marks_[index_(role)].reset();
 }
 
+bool CylinderShape::liftMark_(EditPoint role, double meters) {
+    auto& place = places_[index_(role)];
+    if (!place || place->alt() == meters) return false;
+    if (auto& mark = marks_[index_(role)]) mark->above += meters - place->alt();
+    place->setAlt(meters);
+    return true;
+}
+
 void CylinderShape::sync_() const {
     const auto placeOf = [this](Position position) {
         const bool stands = points_.has(position) && isPlace(points_.places()[position]);
@@ -156,8 +164,10 @@ void CylinderShape::placeMarks_() const {
     }
 }
 
-bool CylinderShape::putCenter_(Position position, const PlacedPoint& point) {
+bool CylinderShape::putCenter_(Position position, const PlacedPoint& point, std::optional<EditPoint> along) {
     sync_();
+    if (along) captureMarks_();
+    const auto kept = along ? marks_[index_(*along)] : std::nullopt;
     if (!putPlaced_(position, point)) return false;
     auto& place = places_[index_(position == First ? EditPoint::Center : EditPoint::MajorAxis)];
     if (place && isPlace(points_.place(position))) {
@@ -165,13 +175,18 @@ bool CylinderShape::putCenter_(Position position, const PlacedPoint& point) {
         for (std::size_t i = 0; i < kEditPoints; ++i)
             if (places_[i]) marks_[i].reset();
     }
-    // Otherwise the other points go where it goes.
+    // From or to nowhere the other points go where it goes.
     sync_();
+    if (kept) {
+        marks_[index_(*along)] = kept;
+        if (kept->anchor == position) placeMarks_();
+    }
     return true;
 }
 
 void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, double number) {
     if (!centerPt()) {
+        places_[index_(role)].reset();
         marks_[index_(role)] = Mark{azimuth, meters, 0.0, number};
         return;
     }

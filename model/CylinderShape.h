@@ -119,7 +119,9 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
         return places_[index_(role)] || marks_[index_(role)];
     }
     /// Moves a centre alone, with a message when no offset leads there. \return whether it was moved
-    bool putCenter_(Position position, const PlacedPoint& point);
+    /// \param along keeps its number and its way from the centre about which it lies
+    bool putCenter_(Position position, const PlacedPoint& point,
+                    std::optional<EditPoint> along = std::nullopt);
     /// Brings the edit points to where the centre is now: it moves with what its offset counts from.
     void sync_() const;
     /// What the next three look at and answer is as of the last sync_.
@@ -144,6 +146,9 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void keep_(EditPoint role, double value) const;
     /// Puts an edit point that is no centre somewhere.
     void place_(EditPoint role, const halCore::Vec3& lla);
+    /// Gives an edit point that is no centre an altitude; its number stays. \return whether it had another
+    /// one
+    bool liftMark_(EditPoint role, double meters);
     /// As it was set, or else measured.
     double number_(EditPoint role) const;
 

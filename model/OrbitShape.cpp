@@ -77,43 +77,27 @@ CylinderShape::Position OrbitShape::anchorOf_(EditPoint role) const {
     return beside(*second) < beside(*first) ? Second : First;
 }
 
-void OrbitShape::putWithRadius_(Position position, const PlacedPoint& point) {
-    const auto& center = known_(position == First ? EditPoint::Center : EditPoint::MajorAxis);
-    sync_();
-    const double radius = minorAxis();
-    const auto from = center;
-    const bool goesAlong = from && minorAxisPt() && anchorOf_(EditPoint::MinorAxis) == position;
-    if (!putCenter_(position, point)) return;
-    if (goesAlong && center && minorAxisPt()) {
-        const auto way = halCore::Sodano::inverse(*from, *minorAxisPt());
-        place_(EditPoint::MinorAxis, halCore::Sodano::direct(*center, way.azimuth1, way.distance));
-    }
-    if (from && radius > 0.0) keep_(EditPoint::MinorAxis, radius);
-    dirty_();
-}
-
 void OrbitShape::moveFirstCenter(const PlacedPoint& point) {
-    if (centerPt() && minorAxisPt())
-        putWithRadius_(First, point);
-    else
-        setCenter(point);
+    if (putCenter_(First, point, EditPoint::MinorAxis)) dirty_();
 }
 
 void OrbitShape::setCenter2(const PlacedPoint& point) {
-    putWithRadius_(Second, point);
+    if (putCenter_(Second, point, EditPoint::MinorAxis)) dirty_();
 }
 
 void OrbitShape::setAltitude(double meters) {
+    sync_();
     bool lifted = false;
-    const auto lift = [&](EditPoint role) -> std::optional<Vec3> {
-        const auto& place = editPoint(role);
-        if (!place || place->alt() == meters) return std::nullopt;
-        lifted = true;
-        return Vec3(place->lat(), place->lon(), meters);
-    };
-    if (const auto radius = lift(EditPoint::MinorAxis)) place_(EditPoint::MinorAxis, *radius);
-    if (const auto first = lift(EditPoint::Center)) putCenter_(First, PlacedPoint(*first));
-    if (const auto second = lift(EditPoint::MajorAxis)) putCenter_(Second, PlacedPoint(*second));
+    for (const Position position : {First, Second}) {
+        if (!points_.has(position) || !isPlace(points_.place(position))) continue;
+        Vec3 place = points_.place(position);
+        if (place.alt() == meters) continue;
+        place.setAlt(meters);
+        lifted = putPlaced_(position, PlacedPoint(place)) || lifted;
+    }
+    // The radius' point goes along.
+    sync_();
+    lifted = liftMark_(EditPoint::MinorAxis, meters) || lifted;
     if (lifted) dirty_();
 }
 

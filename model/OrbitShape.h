@@ -53,8 +53,6 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     double measured_(EditPoint role) const override;
     /// The same as getShortestDistance_, as of the last sync_.
     double shortestDistance_(const halCore::Vec3& position) const;
-    /// Moves one centre, and the radius' point with it when that stands about it; the radius stays.
-    void putWithRadius_(Position position, const PlacedPoint& point);
     void showIn_(OrbitPanel& panel);
     void takeFrom_(OrbitPanel& panel);
 
