@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "common/Strings.h"
 #include "gdal/FeatureColumns.h"
@@ -74,10 +75,11 @@ void setMetres(ZEL::ZelShape& shape) {
 }  // namespace
 
 ShapeMaker::ShapeMaker(const OGRFeature& feature, const ColumnIndex& index, const OGRGeometry* geometry,
-                       const Note& note)
+                       std::string style, const Note& note)
     : feature_(feature),
       index_(index),
       geometry_(geometry && !geometry->IsEmpty() ? geometry : nullptr),
+      style_(std::move(style)),
       note_(note) {}
 
 std::vector<ZEL::ZelShapePtr> ShapeMaker::make() {
@@ -237,7 +239,7 @@ void ShapeMaker::finish_(ZEL::ZelShape& shape) const {
     completeComments(shape);
     // The columns of what came from an overlay say all, and what they leave open was open.
     if (numberIn(feature_, index_, Column::SourceLine)) return;
-    applyStyle(feature_.GetStyleString(), shape);
+    applyStyle(style_.c_str(), shape);
     setMetres(shape);
 }
 
@@ -245,7 +247,7 @@ std::string ShapeMaker::label_() const {
     if (auto text = textIn(feature_, index_, Column::Text)) return *text;
     // The name of points is no text to be shown.
     if (textIn(feature_, index_, Column::Kind).value_or("") == "points") return {};
-    std::string text = labelOfStyle(feature_.GetStyleString());
+    std::string text = labelOfStyle(style_.c_str());
     return text.empty() ? textIn(feature_, index_, Column::Name).value_or("") : text;
 }
 

@@ -23,10 +23,11 @@ class ShapeMaker {
   public:
     using Note = std::function<void(const std::string& text)>;
 
-    /// All are only referred to. `geometry`: in WGS 84, longitudes first; null for none. `note` is told what
+    /// All are only referred to. `geometry`: in WGS 84, longitudes first; null for none. `style`: a
+    /// style string, not the name of one. `note` is told what
     /// was not taken over as it stands.
     ShapeMaker(const OGRFeature& feature, const ColumnIndex& index, const OGRGeometry* geometry,
-               const Note& note);
+               std::string style, const Note& note);
 
     /// None, with a note, for a feature that makes no shape.
     std::vector<halCore::ZEL::ZelShapePtr> make();
@@ -48,6 +49,7 @@ class ShapeMaker {
     const OGRFeature& feature_;
     ColumnIndex index_;
     const OGRGeometry* geometry_;
+    std::string style_;
     const Note& note_;
     std::optional<Paths> paths_;
     std::vector<halCore::ZEL::ZelShapePtr> shapes_;

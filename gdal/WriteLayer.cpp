@@ -71,7 +71,7 @@ OGRErr WriteLayer::ICreateFeature(OGRFeature* feature) {
                       text);
     };
     try {
-        for (auto& shape : ShapeMaker(*feature, index_, geometry, note).make())
+        for (auto& shape : ShapeMaker(*feature, index_, geometry, styleOf_(*feature), note).make())
             dataset_.add(std::move(shape));
     } catch (const std::bad_alloc&) {
         CPLError(CE_Failure, CPLE_OutOfMemory, "There is not enough memory for the overlay");
@@ -79,6 +79,15 @@ OGRErr WriteLayer::ICreateFeature(OGRFeature* feature) {
     }
     feature->SetFID(count_++);
     return OGRERR_NONE;
+}
+
+std::string WriteLayer::styleOf_(OGRFeature& feature) {
+    const char* const style = feature.GetStyleString();
+    if (!style || *style != '@') return style ? style : "";
+    // The name of a style that the file it came from has once for many.
+    for (OGRStyleTable* const table : {feature.GetStyleTable(), GetStyleTable(), dataset_.GetStyleTable()})
+        if (const char* const found = table ? table->Find(style + 1) : nullptr) return found;
+    return {};
 }
 
 void WriteLayer::noteUnknown_(const OGRFeature& feature) {

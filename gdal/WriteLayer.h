@@ -30,6 +30,7 @@ class WriteLayer final : public OGRLayer {
     OGRErr ICreateFeature(OGRFeature* feature) override;
 
   private:
+    std::string styleOf_(OGRFeature& feature);
     /// Notes the columns without a place that hold something.
     void noteUnknown_(const OGRFeature& feature);
 

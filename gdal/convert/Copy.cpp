@@ -65,6 +65,13 @@ class LayerCopy {
         if (!target.layer) return target;
         OGRFeatureDefn* const fields = from_.GetLayerDefn();
         for (int i = 0; i < fields->GetFieldCount(); ++i) {
+            // It is in the geometry, too.
+            const bool isElevation = from_.GetName() == std::string_view("waypoints") &&
+                                     EQUAL(fields->GetFieldDefn(i)->GetNameRef(), "ele");
+            if (isElevation) {
+                target.fields.push_back(-1);
+                continue;
+            }
             // GPX has a name for every feature.
             int at = target.layer->GetLayerDefn()->GetFieldIndex(fields->GetFieldDefn(i)->GetNameRef());
             if (at < 0 && target.layer->CreateField(fields->GetFieldDefn(i)) == OGRERR_NONE)

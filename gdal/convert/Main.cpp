@@ -79,7 +79,7 @@ GDALDatasetUniquePtr openSource(const std::string& in, const std::string& tolera
         options.AddString("X_POSSIBLE_NAMES=lon,long,longitude,lng,x");
         options.AddString("Y_POSSIBLE_NAMES=lat,latitude,y");
         options.AddString("Z_POSSIBLE_NAMES=alt,altitude,ele,elevation,z");
-        options.AddString("KEEP_GEOM_COLUMNS=YES");
+        options.AddString("KEEP_GEOM_COLUMNS=NO");
     } else if (driver == "ZEL" || driver.empty()) {
         // The order of shapes is that in which they are drawn.
         options.AddString("LAYERS=ALL");
@@ -130,6 +130,8 @@ int convert(const std::string& in, const std::string& out, const std::string& to
     CPLSetErrorHandler(Console::handle);
     // Polygons may cross themselves.
     CPLSetConfigOption("LIBKML_STRICT_COMPLIANCE", "NO");
+    CPLSetConfigOption("LIBKML_RESOLVE_STYLE", "YES");
+    CPLSetConfigOption("GPX_ELE_AS_25D", "YES");
     GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName(format->driver);
     if (!driver) return Console::fail(std::string("This GDAL has no driver for ") + format->driver);
 

@@ -519,6 +519,19 @@ class Convert(Case):
             found += [block[0] for block in self.blocks(self.path("back.zel"))]
         self.assertEqual(sorted(found), sorted(block[0] for block in self.blocks(source)))
 
+    def test_files_of_other_programs(self):
+        kml = ("<kml xmlns='http://www.opengis.net/kml/2.2'><Document><Style id='s'><LineStyle><color>ff332211</color>"
+               "<width>4</width></LineStyle></Style><Folder><name>F</name><Placemark><styleUrl>#s</styleUrl><LineString>"
+               "<coordinates>1,2,3 4,5,6</coordinates></LineString></Placemark></Folder></Document></kml>")
+        for name, text, expected in (
+            ("a.kml", kml, ["line", "lla 2 1 3", "lla 5 4 6", "linewidth 4", "linecolor hex 0xff332211"]),
+            ("a.csv", "kind,lat,lon,radius_m\ncircle,50,7,1500\n", ["circle", "centerlla 50 7 0", "radius 1500"]),
+            ("a.gpx", "<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'><wpt lat='1' lon='2'><ele>3</ele>"
+                      "<name>W</name></wpt></gpx>", ["annotation W", "lla 1 2 3"]),
+        ):
+            self.assertEqual(self.zel(self.file(text, name), "back.zel")[1], "", name)
+            self.assertEqual(self.blocks(self.path("back.zel"))[0][:len(expected)], expected)
+
     def test_options_and_what_goes_wrong(self):
         file = self.file("start\ncircle\ncenterxy 1 2\nradius 9\nrangeunits km\nend\n")
         coarse = self.zel(file, "-", "--to", "geojson", "--tolerance", "100", "--about=-33,151")[0]
