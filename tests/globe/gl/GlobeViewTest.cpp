@@ -395,6 +395,15 @@ TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
     }
 }
 
+/// The nearest within reach, and none behind the earth.
+TEST_F(GlobeViewTest, KnowsThePlatformUnderTheMouse) {
+    look(at(0, 0), 1.0e6);
+    for (const auto& [id, lon] : {std::pair{1, 0.0}, {2, 0.05}, {3, 180.0}})
+        view.setPlatform({static_cast<std::uint64_t>(id), "Ship", at(0, lon), 0.0, "x2"});
+    EXPECT_EQ(view.platformAt(320, 240), 1U);
+    EXPECT_EQ(view.platformAt(320, 300), std::nullopt);
+}
+
 TEST_F(GlobeViewTest, TheListenerComesFirst) {
     using enum QEvent::Type;
     using enum Qt::MouseButton;
