@@ -11,9 +11,14 @@ using halCore::Vec3;
 
 namespace {
 
-double onGrid(double meters) {
-    constexpr double steps = 1e7;
-    return std::nearbyint(meters * steps) / steps;
+constexpr double kSteps = 1e7;
+
+double nearest(double meters) {
+    return std::nearbyint(meters * kSteps) / kSteps;
+}
+
+double inward(double meters) {
+    return std::trunc(meters * kSteps) / kSteps;
 }
 
 bool isSamePlace(const Vec3& a, const Vec3& b) {
@@ -36,7 +41,9 @@ std::optional<Vec3> placeOf(const PointConverter& frame, const Vec3& offset) {
 std::optional<Vec3> offsetOf(const PointConverter& frame, const Vec3& lla) {
     Vec3 exact;
     if (frame.convertLlaToXyz(lla, exact) != 0) return std::nullopt;
-    for (const Vec3& offset : {Vec3(onGrid(exact.x()), onGrid(exact.y()), onGrid(exact.z())), exact}) {
+    // Rounded outward, the offset of a pole would lead beyond it.
+    for (const Vec3& offset : {Vec3(nearest(exact.x()), nearest(exact.y()), nearest(exact.z())),
+                               Vec3(inward(exact.x()), inward(exact.y()), nearest(exact.z())), exact}) {
         const auto back = placeOf(frame, offset);
         if (back && isSamePlace(*back, lla)) return offset;
     }

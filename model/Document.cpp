@@ -16,6 +16,7 @@
 #include "format/Parser.h"
 #include "format/SerializeToZel.h"
 #include "format/TextBuffer.h"
+#include "geo/OffsetGrid.h"
 #include "model/RescueFile.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
@@ -383,10 +384,15 @@ bool Document::rescue(Rescue how) {
         // Nobody attaches the file to what the overlay was attached to, but a fixed point is found again.
         const unsigned long platform = overlay_.attachedPlatformId();
         const bool sails = platform != 0 && !attachment_.isReferencePlatform(platform);
+        // A point from which nothing leads anywhere, as a pole, would be a dead end.
+        const bool anchored = sails && placeOf(*overlay_.pointConverter(), {});
         const std::string file =
-            writeRescueFile(sails ? overlay_.textWithReference() : overlay_.text(), how == Rescue::AtEnd);
+            writeRescueFile(anchored ? overlay_.textWithReference() : overlay_.text(), how == Rescue::AtEnd);
         if (file.empty()) return false;
         rescueFile_ = file;
+        if (sails && !anchored)
+            halNotify::notify(halNotify::Warning)
+                << "The offsets in " << file << " count from " << Utils::platformName(platform);
     }
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())

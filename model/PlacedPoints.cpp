@@ -105,8 +105,12 @@ Vec3 PlacedPoints::reference_() const {
     return reference;
 }
 
+bool PlacedPoints::isAdrift_() const {
+    return stranded_ && !placeOf(*frame_, Vec3());
+}
+
 bool PlacedPoints::joins_(const Vec3& reference) const {
-    return frame_ && (!own_ || stranded_) && reference_() == reference;
+    return frame_ && (isAdrift_() || ((!own_ || stranded_) && reference_() == reference));
 }
 
 bool PlacedPoints::countsFrom(const Vec3& reference) const {
@@ -138,7 +142,7 @@ bool PlacedPoints::enter(const PointConverter& frame, const std::optional<Vec3>&
     Vec3 reference;
     frame.getReferenceLla(reference);
     if (!middle && joins_(reference)) {
-        derivedAt_ = isDerived_() ? frame.revision() : 0;
+        derivedAt_ = isDerived_() && !isAdrift_() ? frame.revision() : 0;
     } else {
         auto offsets = !middle && countsFrom(reference) ? std::optional(std::move(left_->offsets))
                                                         : offsetsIn_(frame, middle);

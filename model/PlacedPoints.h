@@ -49,15 +49,15 @@ class PlacedPoints {
     /// Whether they count from a reference that the shape names; and whether it was given that one.
     bool hasOwnReference() const { return own_ != nullptr; }
     bool namesReference() const { return own_ && !stranded_; }
-    /// Whether the offsets count from there, or did until the frame was left last.
+    /// Whether the offsets count from there, or did until the frame was left last, or from nowhere.
     bool countsFrom(const Vec3& reference) const;
     /// Changes whenever the reference moves.
     std::uint64_t revision() const { return frame_ ? frame_->revision() : 0; }
 
     /// From now on offsets in a frame, which must outlive the stay there. The places stay, or, about a
     /// middle, the form: what lay about the middle lies about the reference. Offsets that counted from a
-    /// reference at the same place stay to the digit. \return false when an offset does not lead there or
-    /// back: nothing has changed
+    /// reference at the same place, or at one that leads nowhere, stay to the digit. \return false when an
+    /// offset does not lead there or back: nothing has changed
     bool enter(const PointConverter& frame, const std::optional<Vec3>& middle);
     /// Whether enter would succeed.
     bool fits(const PointConverter& frame, const std::optional<Vec3>& middle) const;
@@ -80,6 +80,8 @@ class PlacedPoints {
     };
 
     Vec3 reference_() const;
+    /// Whether the frame was left where nothing in it has a place, as on a pole.
+    bool isAdrift_() const;
     bool isDerived_() const { return !frame_ || derivedAt_ == frame_->revision(); }
     bool joins_(const Vec3& reference) const;
     /// What the positions are in a frame; nothing when one cannot be.

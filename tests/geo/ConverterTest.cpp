@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "common/NumberText.h"
 #include "geo/Angles.h"
 #include "geo/CoordinateConverter.h"
+#include "geo/OffsetGrid.h"
 #include "geo/PointConverter.h"
 
 namespace {
@@ -160,6 +162,22 @@ TEST(PointConverterProperty, WhatSucceedsComesBack) {
     EXPECT_EQ(converter.convertXyzToLla(Vec3(kPi * 3197104.58, 0.0, 0.0), out), 0);
     EXPECT_NE(converter.convertXyzToLla(Vec3(kPi * 3197104.6, 0.0, 0.0), out), 0);
     EXPECT_NE(converter.convertXyzToLla(Vec3(kPi * -3197104.6, 0.0, 0.0), out), 0);
+}
+
+TEST(OffsetGrid, LeadsToThePolesAndNotBeyond) {
+    std::mt19937_64 chance(1);
+    for (int i = 0; i < 2000; ++i) {
+        const double lat = std::uniform_real_distribution(-1.57, 1.57)(chance);
+        for (const double pole : {-kHalfPi, kHalfPi}) {
+            PointConverter frame;
+            frame.setReferenceLla({lat, 0.1, 0}, 0);
+            const auto offset = OverlayEditor::offsetOf(frame, {pole, 0.1, 0});
+            ASSERT_TRUE(offset) << lat;
+            // As files have it.
+            const double written = *UTILS::readNumber(UTILS::writeNumber(offset->y()));
+            ASSERT_TRUE(OverlayEditor::placeOf(frame, {offset->x(), written, 0})) << lat;
+        }
+    }
 }
 
 }  // namespace

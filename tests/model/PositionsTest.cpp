@@ -341,7 +341,7 @@ TEST_F(PositionsTest, NothingIsLostOnAPole) {
     EXPECT_THAT(messages, Contains(HasSubstr("no offsets from there lead to all of Ring")));
     EXPECT_EQ(overlay.text(), drawn);
 
-    // Sailing there it is complete all the time. A rescue file names what it counts from.
+    // Sailing there it is complete all the time. A rescue file can be attached again.
     move({0.3, 0.2, 0});
     ASSERT_TRUE(document->attach(7, false));
     const std::string sailing = overlay.text();
@@ -355,7 +355,8 @@ TEST_F(PositionsTest, NothingIsLostOnAPole) {
         UTILS::readFile(entry.path(), rescued);
     ASSERT_EQ(positionsOf(rescued).size(), 1u);
     EXPECT_EQ(positionsOf(rescued)[0].given, positionsOf(sailing)[0].given);
-    EXPECT_EQ(positionsOf(rescued)[0].reference, pole);
+    EXPECT_EQ(positionsOf(rescued)[0].reference, kNone);
+    EXPECT_THAT(messages, Contains(HasSubstr("The offsets in ")));
     // What is typed counts as elsewhere; what is drawn has no offset.
     circle->setMajorRadius(2000);
     auto* const line = new PolygonShape(preferences, PolygonShape::Line);
@@ -370,6 +371,12 @@ TEST_F(PositionsTest, NothingIsLostOnAPole) {
     EXPECT_EQ(positionsOf(overlay.text())[0].reference, pole);
     EXPECT_EQ(positionsOf(overlay.text())[0].given, positionsOf(sailing)[0].given);
     EXPECT_EQ(circle->majorAxis(), 2000);
+    // And so it does from the next one.
+    move({0.5, 0.4, 0});
+    EXPECT_TRUE(document->attach(7, false));
+    EXPECT_EQ(positionsOf(overlay.text())[0].reference, kNone);
+    EXPECT_EQ(positionsOf(overlay.text())[0].given, positionsOf(sailing)[0].given);
+    EXPECT_TRUE(circle->centerPt());
 }
 
 }  // namespace
