@@ -68,7 +68,7 @@ std::vector<std::string> linesOf(std::string_view text) {
 bool isOtherFormat(const std::string& fileName) {
     const std::size_t dot = fileName.rfind('.');
     if (dot == std::string::npos || fileName.find('/', dot) != std::string::npos) return false;
-    const std::string pattern = "*" + lowerCase(fileName.substr(dot)) + " ";
+    const std::string pattern = std::string("*").append(lowerCase(fileName.substr(dot))).append(" ");
     return (std::string(kOtherFormats) + " ").find(pattern) != std::string::npos;
 }
 
