@@ -122,6 +122,17 @@ std::string writeAndPlace(const std::string& target, std::string_view contents, 
     return {};
 }
 
+/// \param target no link
+std::string refusalOf(const std::string& target, bool& there) {
+    struct stat info {};
+    there = ::stat(target.c_str(), &info) == 0;
+    if (!there) return errno == ENOENT ? std::string() : reasonOf(errno);
+    if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
+    if (!S_ISREG(info.st_mode)) return "Not a regular file";
+    // Renaming needs no right to write the file itself, but replacing a protected one is no save.
+    return ::access(target.c_str(), W_OK) != 0 ? reasonOf(errno) : std::string();
+}
+
 std::string save(const std::string& path, std::string_view contents, IfThere ifThere, std::string like,
                  std::string* replaced = nullptr) {
     if (contents.empty()) return "Nothing to write";
@@ -130,21 +141,22 @@ std::string save(const std::string& path, std::string_view contents, IfThere ifT
     if (const int error = followLinks(target)) return reasonOf(error);
     removeAbandonedFiles(directoryOf(target));
 
-    struct stat info {};
-    if (::stat(target.c_str(), &info) == 0) {
-        if (ifThere == IfThere::Refuse) return reasonOf(EEXIST);
-        if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
-        if (!S_ISREG(info.st_mode)) return "Not a regular file";
-        // Renaming needs no right to write the file itself, but replacing a protected one is no save.
-        if (::access(target.c_str(), W_OK) != 0) return reasonOf(errno);
-        if (like.empty()) like = target;
-    } else if (errno != ENOENT) {
-        return reasonOf(errno);
-    }
+    bool there = false;
+    const std::string refusal = refusalOf(target, there);
+    if (there && ifThere == IfThere::Refuse) return reasonOf(EEXIST);
+    if (!refusal.empty()) return refusal;
+    if (there && like.empty()) like = target;
     return writeAndPlace(target, contents, ifThere, like, replaced);
 }
 
 }  // namespace
+
+std::string whyNotReplaced(const std::string& path) {
+    std::string target = path;
+    bool there = false;
+    const int error = followLinks(target);
+    return error != 0 ? reasonOf(error) : refusalOf(target, there);
+}
 
 std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced) {
     return save(path, contents, IfThere::Replace, {}, replaced);

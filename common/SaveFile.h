@@ -19,6 +19,10 @@ namespace UTILS {
 ///        file system cannot tell.
 std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced = nullptr);
 
+/// Why a file that stands there may not be replaced, in saveFile's words; empty when it may, or there is
+/// none.
+std::string whyNotReplaced(const std::string& path);
+
 /// The path to try first (0), second (1), ...
 using Names = std::function<std::string(int)>;
 inline constexpr int kMaxNames = 100;

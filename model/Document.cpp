@@ -125,9 +125,14 @@ Document::Reading Document::read(std::string_view text, const std::string& fileN
     reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), 0);
     LoadResult& loaded = reading.loaded;
     loaded = loadOverlayText(text, fileName, preferences_, reading.converter.get(), 0);
-    if (loaded.error.empty())
+    if (loaded.error.empty()) {
         tellLosses(fileName + ", when it is saved,", loaded.losses);
-    else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
+        const auto faulty =
+            std::ranges::count(loaded.losses, halNotify::Error, &halCore::ZEL::ParseMessage::severity);
+        if (faulty > 0)
+            halNotify::notify(halNotify::Error)
+                << fileName << " is loaded without what its faulty lines say: " << faulty << " of them";
+    } else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
         halNotify::notify(halNotify::Error)
             << "Not loaded: " << fileName << " is no ZEL file, and the editor edits no others";
     else
@@ -277,8 +282,8 @@ std::string Document::changes() const {
         text += platform == 0 ? "; offsets become positions"
                               : "; positions become offsets from " + Utils::platformName(platform);
     constexpr std::size_t few = 3;
-    if (const auto begun = overlay_.begun(); !begun.empty())
-        text += "; not complete: " + UTILS::listed(begun, few);
+    if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
+        text += "; not complete: " + UTILS::listed(incomplete, few);
     std::vector<std::string> hidden;
     for (const Shape* shape : overlay_.shapes())
         if (!shape->shown()) hidden.push_back(shape->name());
@@ -287,8 +292,8 @@ std::string Document::changes() const {
 }
 
 bool Document::keepOldFile_(const std::string& fileName, bool emptied, std::string& old) const {
-    // What is no file cannot be replaced; saving tells so.
-    if (!UTILS::fileIsFile(fileName)) return true;
+    // What cannot be replaced needs no copy; saving tells why.
+    if (!UTILS::fileIsFile(fileName) || !UTILS::whyNotReplaced(fileName).empty()) return true;
     if (const std::string error = UTILS::readFile(fileName, old); !error.empty()) {
         halNotify::notify(halNotify::Error)
             << "Not saved: what " << fileName << " holds cannot be read, and not be kept: " << error;
@@ -300,8 +305,7 @@ bool Document::keepOldFile_(const std::string& fileName, bool emptied, std::stri
     const bool lossy = !read.error.empty() || losesAnything(read.losses);
     if (!foreign && !lossy && !emptied) return true;
 
-    const char* const why = foreign
-                                ? (knownFile_.isOf(fileName) ? kForeign : "it is not the file that is edited")
+    const char* const why = foreign ? (fileName == fileName_ ? kForeign : "it is not the file that is edited")
                             : emptied ? "its last shape is deleted"
                                       : "it holds what the editor cannot keep";
     std::string copy;
@@ -367,16 +371,27 @@ void Document::reload_(bool emptied) {
     overlay_.setZelId(nullptr);
     if (replaced) PIHALVIS::unloadZELFile(replaced);
     if (edited && edited != replaced) PIHALVIS::showZELFile(edited, true);
+    const auto tellNotLoaded = [this] {
+        halNotify::notify(halNotify::Error) << fileName_ << " is saved, but the host could not load it";
+    };
+    // Offsets from a platform that the file does not name.
+    const bool sails =
+        overlay_.attachedPlatformId() != 0 && !attachment_.isReferencePlatform(overlay_.attachedPlatformId());
+    bool lost = false;
     for (void* const other : showing) {
         const std::uint64_t platform = PIHALVIS::getZELHost(other);
         PIHALVIS::unloadZELFile(other);
-        if (!emptied) PIHALVIS::loadZELFile(fileName_, platform, 1);
+        if (emptied) continue;
+        if (!PIHALVIS::loadZELFile(fileName_, platform, 1)) tellNotLoaded();
+        lost = lost || (sails && platform == 0);
     }
     if (emptied) return;
+    if (lost)
+        halNotify::notify(halNotify::Warning)
+            << fileName_ << " is shown without a platform, too: what is attached now is not drawn there";
     // While it is edited the editor's shapes are drawn in its place.
     overlay_.setZelId(PIHALVIS::loadZELFile(fileName_, overlay_.attachedPlatformId(), editing_ ? 0 : 1));
-    if (!overlay_.zelId())
-        halNotify::notify(halNotify::Error) << fileName_ << " is saved, but the host could not load it";
+    if (!overlay_.zelId()) tellNotLoaded();
 }
 
 bool Document::rescue(Rescue how) {

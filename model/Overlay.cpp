@@ -174,6 +174,14 @@ std::vector<std::string> Overlay::begun() const {
     return names;
 }
 
+std::vector<std::string> Overlay::incomplete() const {
+    sumUp_();
+    std::vector<std::string> names;
+    for (const Place& place : places_)
+        if (place.shape && place.written->digest == 0) names.push_back(place.shape->name());
+    return names;
+}
+
 int Overlay::serializeShapes(Serializer& serializer) const {
     serializer.setPointConverter(pointConverter());
     int result = -1;
