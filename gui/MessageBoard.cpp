@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "gui/Captions.h"
+#include "gui/RefusedText.h"
 #include "pi/FunctorTwoParams.h"
 
 namespace OverlayEditor {
@@ -13,7 +14,6 @@ constexpr std::int32_t kLines = 2;
 /// So many letters are sure to have room.
 constexpr std::size_t kMostLetters = 220;
 constexpr std::size_t kMostInTooltip = 20;
-constexpr int kTicksToRead = 2;
 
 /// A text that fits; whole letters of UTF-8, the file name at the end of a path rather than its beginning.
 std::string shortened(const std::string& text) {
@@ -36,12 +36,14 @@ MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer
       answer_(&row_, "Recover", onAnswer) {
     text_.setRoom(0, kLines);
     answer_.hide();
+    setCommandListener([this](PIObject* sender) { commanded_(sender); });
+}
+
+MessageBoard::~MessageBoard() {
+    setCommandListener({});
 }
 
 void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
-    if (command_ != commandsGiven()) lines_.clear();
-    command_ = commandsGiven();
-    ticks_ = 0;
     if (lines_.empty()) answer_.hide();
     lines_.push_back({severity, false, oneLine(text)});
     show_();
@@ -61,9 +63,11 @@ void MessageBoard::clear() {
     if (over_) over_();
 }
 
-void MessageBoard::tick() {
-    if (lines_.empty() || command_ == commandsGiven()) return;
-    if (++ticks_ >= kTicksToRead) clear();
+void MessageBoard::commanded_(const PIObject* sender) {
+    const bool follows = RefusedText::lastCommand() != 0 && commandsGiven() == RefusedText::lastCommand() + 1;
+    const bool another =
+        !sender || (sender != RefusedText::lastField() && !dynamic_cast<const PIGUI::PITextField*>(sender));
+    if (!lines_.empty() && !(follows && another)) clear();
 }
 
 void MessageBoard::show_() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
@@ -18,17 +17,16 @@ class MessageBoard {
   public:
     /// \param onAnswer called when the button behind the message is pressed
     MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer);
+    ~MessageBoard();
+    MessageBoard(const MessageBoard&) = delete;
+    MessageBoard& operator=(const MessageBoard&) = delete;
 
-    /// Of a later command than the last one: in place of what was said.
     void hear(halNotify::Severity severity, const std::string& text);
     /// The message that was said last gets its button, until a later command's.
     void offer(const std::string& caption);
     void clear();
     /// Called when what was said is over; empty for nobody.
     void setOverListener(std::function<void()> over) { over_ = std::move(over); }
-    /// Once a second: what was said before the user's last command goes after a while. What a command says is
-    /// to be read also when another follows at once, as when a field is left for a button.
-    void tick();
 
   private:
     struct Line {
@@ -37,13 +35,13 @@ class MessageBoard {
         bool answered = false;
         std::string text;
     };
+    /// The user's next command: what was said goes at once. But one click leaves a field, and is a command by
+    /// itself: what the field has refused stays over the command that follows.
+    void commanded_(const PIObject* sender);
     void show_();
 
     std::vector<Line> lines_;
     std::function<void()> over_;
-    /// The command that said it.
-    std::uint64_t command_ = 0;
-    int ticks_ = 0;
     PIGUI::PIHorizontalFrame row_;
     PIGUI::PILabel text_;
     PIGUI::PIButton answer_;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/MgrsConvert.h"
 
@@ -74,11 +73,11 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
         setPosition(PlacedPoint(lla));
     } else {
         const Texts shown = reference_();
-        halNotify::notify(halNotify::Warning)
-            << "MGRS \"" << typed.square << " " << typed.numbers << "\": " << error
-            << "; understood are \"4Q FJ\" and \"12345 67890\"; still " << shown.square << " "
-            << shown.numbers;
-        if (edited.refused().keep(edited.text())) return false;
+        std::string message = edited.name() + ": MGRS \"";
+        message.append(UTILS::excerpt(typed.square + " " + typed.numbers)).append("\": ").append(error);
+        message.append("; understood are \"4Q FJ\" and \"12345 67890\"; still ");
+        message.append(shown.square).append(" ").append(shown.numbers);
+        if (edited.refused().refuse(edited.text(), message)) return false;
     }
     showReference_();
     referenceEdited_ = referenceEdited_ || error.empty();

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "gui/Captions.h"
 #include "gui/PointEditor.h"
 #include "gui/ValueUnitEntry.h"
 
@@ -22,7 +23,10 @@ class MgrsEditGUI final : public PointEditor {
     class TextRow final : public Row {
       public:
         TextRow(PanelBody& panel, MgrsEditGUI& editor, const std::string& caption, const std::string& unit)
-            : Row(panel, caption, PIGUI::PITextFieldNormal, unit), editor_(editor) {}
+            : Row(panel, caption, PIGUI::PITextFieldNormal, unit),
+              editor_(editor),
+              name_(captionName(caption)) {}
+        const std::string& name() const { return name_; }
         std::string text() const { return field_.getValueText(); }
         void setText(const std::string& text) { field_.setValue(text); }
         RefusedText& refused() { return refused_; }
@@ -31,6 +35,7 @@ class MgrsEditGUI final : public PointEditor {
         bool takeEdit_() override { return editor_.takeReference_(*this); }
 
         MgrsEditGUI& editor_;
+        std::string name_;
         RefusedText refused_{field_};
     };
     /// What the two fields hold.

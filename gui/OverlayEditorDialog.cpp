@@ -318,7 +318,7 @@ void OverlayEditorDialog::updateMouseControls_() {
     widgets_->stop.setEnabled(usable);
     widgets_->edit.setCheck(drawing);
     widgets_->stop.setCheck(usable && !drawing);
-    // Others may write the file at any time, and what is said is not to stand for ever.
+    // Others may write the file at any time.
     PICommon::createTimeout(timeout_, kFollowToolMilliseconds, onTimeoutCallback_);
 }
 
@@ -341,11 +341,8 @@ int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
     if (!shape) return 1;
     const std::string name = widgets_->name.getValueText();
     if (UTILS::trimmed(name).empty()) {
-        const bool again = refusedName_->is(name);
-        if (!again)
-            halNotify::notify(halNotify::Warning)
-                << "A shape needs a name; still \"" << shape->name() << "\"";
-        if (again || !refusedName_->keep(name)) {
+        if (refusedName_->is(name) ||
+            !refusedName_->refuse(name, "A shape needs a name; still \"" + shape->name() + "\"")) {
             refusedName_->forget();
             widgets_->name.setValue(shape->name());
         }
@@ -450,7 +447,6 @@ int OverlayEditorDialog::onCmdAttach(PIObject*, void* data) {
 }
 
 int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
-    widgets_->messages.tick();
     updateMouseControls_();
     return 1;
 }

@@ -123,6 +123,8 @@ int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
 
 void OverlayEditorDialog::saveZel_(const std::string& fileName) {
     if (!document_.save(fileName)) return;
+    for (const std::string& message : RefusedText::messages())
+        halNotify::notify(halNotify::Warning) << "Saved, but not this: " << message;
     showDocument_();
     if (service_ && overlay_->zelId()) service_->executeFunctions(overlay_->zelId());
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "pi/PIWindow.h"
 
@@ -14,26 +16,27 @@ class RefusedText {
   public:
     /// \param field outlives this
     explicit RefusedText(PIGUI::PIWindow& field) : field_(field) {}
+    ~RefusedText();
+    RefusedText(const RefusedText&) = delete;
+    RefusedText& operator=(const RefusedText&) = delete;
 
     /// Whether the text that the user hands over is the one that was refused, once more.
     bool is(const std::string& text) const { return text_ == text; }
     bool stands() const { return text_.has_value(); }
-    /// \return whether the text stays
-    bool keep(const std::string& text) {
-        if (field_.setMarked(true))
-            text_ = text;
-        else
-            text_.reset();
-        return stands();
-    }
-    void forget() {
-        if (text_) field_.setMarked(false);
-        text_.reset();
-    }
+    /// \param message what is said of it \return whether the text stays
+    bool refuse(const std::string& text, const std::string& message);
+    void forget();
+
+    /// What was said of the texts that stand in fields now.
+    static std::vector<std::string> messages();
+    /// The command that was refused last, 0 for none, and its field; null once the field is gone.
+    static std::uint64_t lastCommand();
+    static const PIGUI::PIWindow* lastField();
 
   private:
     PIGUI::PIWindow& field_;
     std::optional<std::string> text_;
+    std::string message_;
 };
 
 }  // namespace OverlayEditor

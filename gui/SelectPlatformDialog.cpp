@@ -76,7 +76,7 @@ SelectPlatformDialog::~SelectPlatformDialog() {
 
 void SelectPlatformDialog::show() {
     // Moving the shapes is asked for anew each time.
-    centerOnHost_.uncheck();
+    if (centerOnHost_.isChecked()) centerOnHost_.uncheck();
     refreshPlatformList();
     selectOnlyItem(list_);
     ok_.setEnabled(selectedPlatform() != 0);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/Wgs84.h"
 #include "gui/Captions.h"
@@ -79,9 +78,9 @@ bool ValueUnitEntry::takeEdit_() {
         error.replace(error.rfind("\": ") + 3, std::string::npos, "use a point for decimals");
     }
     if (!error.empty()) {
-        halNotify::notify(halNotify::Warning)
-            << name_ << ": " << error << "; understood are " << example_() << "; still " << format_();
-        if (!refused_.keep(text)) field_.setValue(format_());
+        error.insert(0, name_ + ": ");
+        error.append("; understood are ").append(example_()).append("; still ").append(format_());
+        if (!refused_.refuse(text, error)) field_.setValue(format_());
         return false;
     }
     value_ = value;

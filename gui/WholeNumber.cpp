@@ -1,8 +1,8 @@
 #include "gui/WholeNumber.h"
 
+#include <sstream>
 #include <utility>
 
-#include "common/Notify.h"
 #include "common/NumberText.h"
 #include "common/Strings.h"
 
@@ -35,10 +35,10 @@ std::optional<int> WholeNumber::take() {
     if (!nonsense) text = std::to_string(number);
     const bool again = refused_.is(text);
     if (!again) {
-        halNotify::notify(halNotify::Warning)
-            << name_ << ": \"" << UTILS::excerpt(text) << "\" is no whole number from " << least_ << " to "
-            << most_ << "; still " << value_;
-        if (refused_.keep(text)) return std::nullopt;
+        std::ostringstream message;
+        message << name_ << ": \"" << UTILS::excerpt(text) << "\" is no whole number from " << least_
+                << " to " << most_ << "; still " << value_;
+        if (refused_.refuse(text, message.str())) return std::nullopt;
     }
     refused_.forget();
     spinner_.setValue(value_);

@@ -1,6 +1,7 @@
 #include "pi/FunctorTwoParams.h"
 
 #include <optional>
+#include <utility>
 
 #include "pi/Guard.h"
 
@@ -22,6 +23,7 @@ void callLater(FunctorTwoParams__* callback, const std::int32_t* state) {
 namespace {
 
 std::uint64_t commands = 0;
+std::function<void(PIObject*)> commandListener;
 
 }  // namespace
 
@@ -29,8 +31,17 @@ std::uint64_t commandsGiven() {
     return commands;
 }
 
-void countCommand() {
+void countCommand(PIObject* sender) {
     ++commands;
+    if (!commandListener) return;
+    guarded("A command", 0, [&] {
+        commandListener(sender);
+        return 0;
+    });
+}
+
+void setCommandListener(std::function<void(PIObject*)> listener) {
+    commandListener = std::move(listener);
 }
 
 int callbackFailed() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -16,7 +17,10 @@ void freeFunctors();
 
 /// How many commands the user has given with widgets: calls with a sender. Timeouts and observers have none.
 std::uint64_t commandsGiven();
-void countCommand();
+/// \param sender what the user has used, null for what is no widget of ours
+void countCommand(PIObject* sender = nullptr);
+/// Told of each command before it does anything; empty for nobody. The sender is as in countCommand.
+void setCommandListener(std::function<void(PIObject* sender)> listener);
 
 /// To be called in a catch block: makes a message of what was thrown, and returns the neutral result.
 int callbackFailed() noexcept;
@@ -45,11 +49,12 @@ class CustomCallbackFunctor final : public FunctorTwoParams__ {
 
     int operator()(PIObject* sender, void* data) override {
         if (!*object_) return 0;
-        if (sender) countCommand();
         if (!EntryScope::isNested()) {
             const EntryScope scope;
+            if (sender) countCommand(sender);
             return call_(sender, data);
         }
+        if (sender) countCommand(sender);
         if (arrival_ == Arrival::AtOnce) return call_(sender, data);
         callLater(this, static_cast<const std::int32_t*>(data));
         return 1;

@@ -175,7 +175,10 @@ void OverlayEditorPlugin::preDrawOnRefresh(int widthPixels, int heightPixels) {
 
 int OverlayEditorPlugin::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
     using Type = PIGUI::PIMouseEventType_t;
-    if (said_ && (type == Type::LeftPress || type == Type::RightPress)) said_->show({});
+    if (type == Type::LeftPress || type == Type::RightPress) {
+        countCommand();
+        if (said_) said_->show({});
+    }
     return mouseManager_ ? mouseManager_->handleMouseEvent(type, event) : 0;
 }
 

@@ -13,6 +13,7 @@
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <utility>
 
 #include "common/Notify.h"
@@ -164,6 +165,20 @@ class WholeNumberBox final : public QSpinBox {
     }
 };
 
+/// Qt tells that a line was left only when it was edited since; here the left line itself tells.
+class LeftLine final : public QLineEdit {
+  public:
+    /// Called when the user leaves it for another place of this program.
+    std::function<void()> left;
+
+  protected:
+    void focusOutEvent(QFocusEvent* event) override {
+        QLineEdit::focusOutEvent(event);
+        const auto reason = event->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) left();
+    }
+};
+
 /// In dark colours a pressed button looks like others; it takes on some of the highlight's.
 void showPressed(QWidget& button, bool pressed) {
     QPalette palette;
@@ -274,7 +289,9 @@ bool ButtonWidget::setChecked(bool checked) {
     return true;
 }
 
-TextFieldWidget::TextFieldWidget(std::int32_t style) : field_(new QLineEdit) {
+TextFieldWidget::TextFieldWidget(std::int32_t style) {
+    auto* const line = new LeftLine;
+    field_ = line;
     setWidget(field_);
     if (style == PIGUI::PITextFieldReadOnly) {
         field_->setReadOnly(true);
@@ -283,10 +300,16 @@ TextFieldWidget::TextFieldWidget(std::int32_t style) : field_(new QLineEdit) {
         field_->setPalette(palette);
     }
     QObject::connect(field_, &QLineEdit::editingFinished, field_, [this] {
+        handedOver_ = true;
         if (!field_->isModified() && !marked_) return;
         field_->setModified(false);
         activate();
     });
+    line->left = [this] {
+        // Enter leaves no field: the first leaving after it is the first one.
+        if (std::exchange(handedOver_, false) || !marked_) return;
+        activate();
+    };
 }
 
 bool TextFieldWidget::setMarked(bool marked) {

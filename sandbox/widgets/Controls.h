@@ -74,6 +74,8 @@ class TextFieldWidget final : public HostWidget {
   private:
     QLineEdit* field_;
     bool marked_ = false;
+    /// Since it was left last.
+    bool handedOver_ = false;
 };
 
 class SpinnerWidget final : public HostWidget {

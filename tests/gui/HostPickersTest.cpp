@@ -220,9 +220,14 @@ TEST_F(HostPickersTest, AttachesInPlaceOrCentered) {
     EXPECT_EQ(form.field("Attach:").text.substr(0, 4), "None");
     EXPECT_THAT(host.lastText, Not(HasSubstr("centerxyz")));
     EXPECT_EQ(*circle.centerPt(), center);
+    attachBox(true);
     host.find("Center On Host")->checked = true;
-    attachTo(0);
+    platforms().number = 0;
+    press(kPlatformOk);
     EXPECT_THAT(host.lastText, HasSubstr("centerxyz 0 0 0\n"));
+    attachBox(false);
+    attachBox(true);
+    EXPECT_FALSE(host.find("Center On Host")->checked) << "asked for anew each time";
 }
 
 TEST_F(HostPickersTest, ShapesFollowAPlatformThatMoves) {

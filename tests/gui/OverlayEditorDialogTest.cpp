@@ -380,9 +380,17 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     for (int i = 0; i < 3; ++i) host.fireTimeouts();
     EXPECT_TRUE(says("45,5")) << "nobody has done anything since";
     select(0);
-    EXPECT_TRUE(says("45,5")) << "the command that left the field";
-    for (int i = 0; i < 3; ++i) host.fireTimeouts();
+    EXPECT_TRUE(says("45,5")) << "the click that left the field";
+    press("Center");
     EXPECT_FALSE(says("45,5"));
+    form.type("Radius:", "9z");
+    form.type("Radius:", "600");
+    EXPECT_FALSE(says("9z")) << "it is corrected";
+    form.type("Radius:", "9z");
+    host.fileDialogAnswers = {path("nine.zel")};
+    press("Save As...");
+    EXPECT_TRUE(says("Saved, but not this: Radius: Invalid value \"9z\""));
+    form.type("Radius:", "700");
 
     auto& answer = *host.find("Recover");
     press("Delete All");

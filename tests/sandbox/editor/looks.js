@@ -58,6 +58,13 @@ for (const nonsense of ["3.7", "wide", "-5", "99999"]) {
     assertEqual(editor.value("Line Width:"), "2", nonsense);
 }
 
+editor.fill("Radius:", "45,5");
+for (const shown of ["45,5", "0.00"]) {
+    editor.key("Radius:", "End");
+    editor.leave("Radius:");
+    assertEqual(editor.value("Radius:"), shown, "left");
+}
+
 // From shape to shape nothing moves but what the panel shows.
 const fixed = ["All Shapes", "All Shapes > Center", "File:", "Changes:", "Attach:", "LLA:", "Pos:", "Shape:", "Name:", "Draw:", "Save"];
 let standing;
