@@ -16,12 +16,13 @@ function numbers(text, keyword) {
     return line.split(" ").slice(1).map(Number);
 }
 
-// Sicily right of the middle, so that the dialog leaves it free.
-view.camera = { lat: 33, lon: 1, alt: 0, range: 9500000, azimuth: 0, elevation: 90 };
+// Sicily left of the middle, so that the dialog leaves it free.
+view.camera = { lat: 33, lon: 40, alt: 0, range: 9500000, azimuth: 0, elevation: 90 };
 
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
 assert(editor.shown, "the editor dialog did not open");
+editor.moveTo(645, 5);
 
 // Draw: press at the centre, drag, release on the edge; a right click ends drawing.
 editor.choose("Shape:", "Circle");

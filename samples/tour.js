@@ -1,6 +1,6 @@
 // The three pictures of the README: a ring is drawn about a ship, given exact numbers, and sails with her.
 //
-//     halvis-sandbox --size 1280x900 --script samples/tour.js [DIRECTORY]
+//     halvis-sandbox --size 1600x900 --script samples/tour.js [DIRECTORY]
 //
 // They land in DIRECTORY, "out" when none is given: tour-draw.png, tour-numbers.png, tour-attached.png.
 
@@ -14,11 +14,11 @@ const begin = time();
 const minutes = count => setTime(begin + 60 * count);
 minutes(60);
 if (!menuItems("View").find(item => item.text === "Coastlines").checked) menu("View", "Coastlines");
-view.camera = { lat: 20.95, lon: -158.15, range: 360e3 };
+view.camera = { lat: 20.95, lon: -157.9, range: 360e3 };
 
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
-editor.moveTo(815, 25);
+editor.moveTo(646, 25);
 editor.choose("Rng:", "nm");
 
 /// Takes a picture, when the view has caught up.
