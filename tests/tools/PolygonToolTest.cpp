@@ -73,6 +73,8 @@ TEST_F(PolygonTool, ADragGoesOnWhenThePlatformCarriesTheShape) {
     EXPECT_NEAR(geodesic(shape.pointAtIndex(1), place("21.2N 158.1W")).meters, 0.0, 1.0)
         << "at the cursor, wherever the shape went";
     EXPECT_NEAR(geodesic(shape.pointAtIndex(0), place("20.8N 158.0W")).meters, 0.0, 1e-6);
+    // The converter goes before the shape does.
+    overlay.setAttachedPlatformId(0, nullptr, false);
 }
 
 TEST_F(PolygonTool, TheOnlyPointClickedAgainIsRemoved) {
