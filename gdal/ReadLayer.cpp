@@ -113,7 +113,9 @@ OGRFeature* ReadLayer::makeFeature_(std::size_t number) const {
     // Points whose geometry does not hold them as they are.
     const std::vector<halCore::Vec3>* const points = pointsOf(*shape);
     if (points && (altered || offset)) put(Column::Points, textOfPoints(*points, !offset).c_str());
-    if (!definition_->IsStyleIgnored()) feature->SetStyleString(styleOf(*shape).c_str());
+    // Also where styles are ignored: QGIS does so with all layers that it may, and asks for them all the
+    // same.
+    feature->SetStyleString(styleOf(*shape).c_str());
     return feature.release();
 }
 

@@ -138,26 +138,44 @@ class Outlines(Case):
                     self.assertTrue(west >= -180 and east <= 180 and south >= -90 and north <= 90, where)
 
     def test_other_curves(self):
+        def across(radius):
+            """From a point to a curve about the centre, across it: what is missing along the ray, less its slope."""
+            def distance(x, y):
+                way = EARTH.Inverse(lat, lon, x, y)
+                azimuth, step = math.radians(way["azi1"]), 1e-6
+                slope = (radius(azimuth + step) - radius(azimuth - step)) / (2 * step)
+                return abs(way["s12"] - radius(azimuth)) * radius(azimuth) / math.hypot(radius(azimuth), slope)
+            return distance
+
+        def axes(azimuth):
+            return 1 / math.hypot(math.sin(azimuth - math.radians(30)) / 40e3, math.cos(azimuth - math.radians(30)) / 20e3)
+
+        def beside(line, x, y):
+            """From a point to a geodesic, and whether its foot lies on it."""
+            at = 0
+            for _ in range(5):
+                foot = line.Position(at)
+                way = EARTH.Inverse(foot["lat2"], foot["lon2"], x, y)
+                at += way["s12"] * math.cos(math.radians(way["azi1"] - foot["azi2"]))
+            return way["s12"] if 0 <= at <= line.s13 else math.inf
+
         for lat, lon in PLACES:
-            second = EARTH.Direct(lat, lon, 70, 90_000)
-            for lines, distance in (
-                (["arc", "anglestart 300", "angledeg 250"], lambda s, z: abs(s - 50_000)),
-                (["ellipse", "majoraxis 80000", "minoraxis 40000", "orient 30"],
-                 lambda s, z: abs(s - 1 / math.hypot(math.sin(z - math.radians(30)) / 40e3,
-                                                     math.cos(z - math.radians(30)) / 20e3))),
-            ):
+            for lines, distance in ((["arc", "anglestart 300", "angledeg 250"], across(lambda azimuth: 50_000)),
+                                    (["ellipse", "majoraxis 80000", "minoraxis 40000", "orient 30"], across(axes))):
                 geometry = self.outline(*lines, f"centerll {lat} {lon}", "radius 50000", "rangeunits m")
                 for x, y in self.sampled(geometry):
-                    way = EARTH.Inverse(lat, lon, x, y)
-                    # Beside the curve along the ray is farther than across.
-                    self.assertLess(distance(way["s12"], math.radians(way["azi1"])), 3, (lines, lat, lon))
-            orbit = self.outline("orbit", f"centerll {lat} {lon}", f"centerll2 {second['lat2']!r} {second['lon2']!r}",
-                               "radius 20000", "rangeunits m")
+                    self.assertLess(distance(x, y), 1, (lines, lat, lon))
+            way = EARTH.Direct(lat, lon, 70, 90_000)
+            ends = ((lat, lon), (way["lat2"], way["lon2"]))
+            tangents = [[EARTH.Direct(*end, azimuth + side, 20_000) for end, azimuth in zip(ends, (70, way["azi2"]))]
+                        for side in (-90, 90)]
+            sides = [EARTH.InverseLine(a["lat2"], a["lon2"], b["lat2"], b["lon2"]) for a, b in tangents]
+            orbit = self.outline("orbit", f"centerll {lat} {lon}", f"centerll2 {ends[1][0]!r} {ends[1][1]!r}",
+                                 "radius 20000", "rangeunits m")
             self.assertTrue(orbit.IsValid())
             for x, y in self.sampled(orbit):
-                ends = [EARTH.Inverse(lat, lon, x, y)["s12"], EARTH.Inverse(second["lat2"], second["lon2"], x, y)["s12"]]
-                self.assertGreater(min(ends), 20_000 - 1)
-                self.assertLess(min(ends), math.hypot(45_000, 20_050) + 1)
+                self.assertLess(min([abs(EARTH.Inverse(*end, x, y)["s12"] - 20_000) for end in ends]
+                                    + [beside(side, x, y) for side in sides]), 1, (lat, lon))
 
     def test_wedges_at_the_pole_and_boxes_round_the_world_are_closed(self):
         wedge = self.outline("cylinder", "centerll 90 0", "radius 1000", "rangeunits km", "anglestart 20",
