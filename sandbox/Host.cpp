@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMenu>
+#include <QMenuBar>
 
 #include "common/Notify.h"
 #include "geo/Angles.h"
@@ -11,6 +12,7 @@
 #include "globe/SceneExtent.h"
 #include "sandbox/ClockBar.h"
 #include "sandbox/FirstSteps.h"
+#include "sandbox/KeysDialog.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
 #include "sandbox/PictureOutput.h"
@@ -69,6 +71,7 @@ Host::Host(const QString& settingsFile)
       services_(log_, handles_, trace_),
       window_(log_),
       overlays_(window_.view().overlays(), scenario_, handles_, log_),
+      actions_(window_.actionsMenu(), *window_.menuBar(), settings_),
       fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)),
       files_(std::make_unique<UserFiles>(overlays_, scenario_, window_, *fileDialogs_, settings_, log_)),
       tracks_(window_.view().overlays(), scenario_),
@@ -201,6 +204,8 @@ void Host::connectWindow() {
     window_.viewMenu().addSeparator();
     window_.viewMenu().addAction("Show &Everything", QKeySequence("Ctrl+E"), this, &Host::showEverything);
     fillViewMenu(window_.viewMenu(), view(), settings_);
+    window_.actionsMenu().addAction("&Keys...", this,
+                                    [this] { (new KeysDialog(actions_, &window_))->open(); });
     const OverlayPanel& panel = window_.overlayPanel();
     connect(&panel, &OverlayPanel::overlayShownChanged, this, [this](void* handle, bool shown) {
         if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);

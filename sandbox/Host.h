@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "sandbox/CallTrace.h"
+#include "sandbox/FieldKeys.h"
 #include "sandbox/HandleRegistry.h"
 #include "sandbox/Log.h"
 #include "sandbox/MainWindow.h"
 #include "sandbox/OverlayFiles.h"
 #include "sandbox/Plugin.h"
+#include "sandbox/PluginActions.h"
 #include "sandbox/ServiceTable.h"
 #include "sandbox/Settings.h"
 #include "sandbox/TrackLines.h"
@@ -48,6 +50,7 @@ class Host : public QObject {
     OverlayFiles& overlays() { return overlays_; }
     FileDialogs& fileDialogs() { return *fileDialogs_; }
     PluginRegistrations& registrations() { return registrations_; }
+    PluginActions& actions() { return actions_; }
 
     /// Loads, initialises and starts a plug-in. Null when it is refused; the log says why.
     Plugin* openPlugin(const std::filesystem::path& path);
@@ -100,6 +103,8 @@ class Host : public QObject {
     Scenario scenario_;
     OverlayFiles overlays_;
     PluginRegistrations registrations_;
+    PluginActions actions_;
+    FieldKeys fieldKeys_;
     std::unique_ptr<FileDialogs> fileDialogs_;
     std::unique_ptr<UserFiles> files_;
     TrackLines tracks_;

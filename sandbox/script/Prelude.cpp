@@ -47,6 +47,9 @@ function waitFor(condition, message, timeout) {
     }
 }
 
+/// A key of the keyboard, such as "Ctrl+Z", as it comes to the window that is in front.
+function pressKey(key) { $tools.pressKey(key); }
+
 // Output, environment, files
 function print(...values) { $tools.print(values.map(v => typeof v === "string" ? v : show_(v)).join(" ")); }
 var args = $tools.arguments();

@@ -1,11 +1,15 @@
 #include "sandbox/script/ScriptTools.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
+#include <QWidget>
+#include <QWindow>
 #include <cstdio>
 
 #include <GeographicLib/Geodesic.hpp>
@@ -21,6 +25,19 @@ void ScriptTools::wait(int milliseconds) {
         QEventLoop loop;
         QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
         loop.exec();
+    });
+}
+
+void ScriptTools::pressKey(const QString& key) {
+    step([&] {
+        const QKeySequence sequence(key);
+        if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown)
+            throw ScriptError{QString("\"%1\" is no key").arg(key)};
+        QWidget* window = QApplication::activePopupWidget();
+        if (!window) window = QApplication::activeWindow();
+        if (!window) window = &host().window();
+        QTest::keyClick(window->windowHandle(), sequence[0].key(), sequence[0].keyboardModifiers());
+        run().settle();
     });
 }
 

@@ -16,6 +16,9 @@ class ScriptTools : public ScriptObject {
     using ScriptObject::ScriptObject;
 
     Q_INVOKABLE void wait(int milliseconds);
+    /// A key of the keyboard, such as "Ctrl+Z": it goes where the focus is, or to the action that it is bound
+    /// to.
+    Q_INVOKABLE void pressKey(const QString& key);
     Q_INVOKABLE void print(const QString& text);
     Q_INVOKABLE QStringList arguments();
     Q_INVOKABLE QString environment(const QString& name);

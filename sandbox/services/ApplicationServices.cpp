@@ -77,6 +77,7 @@ void addActions(Host& host) {
                 return call.misuse(QString("action \"%1\" exists already").arg(arguments.string(1)));
             auto* action = call.keep(std::make_unique<HostAction>(
                 host.window().actionsMenu(), arguments.string(0), arguments.string(1), callback));
+            host.actions().admit(*action->action(), action->ownerName(), action->label());
             arguments.give(action->handle());
             return 1;
         });

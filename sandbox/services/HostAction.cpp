@@ -12,13 +12,13 @@ HostAction::HostAction(QMenu& menu, const QString& ownerName, const QString& lab
       label_(label),
       callback_(callback) {
     action_->setStatusTip(ownerName);
-    menu.addAction(action_);
     QObject::connect(action_, &QAction::triggered, action_, [this] { triggered(); });
 }
 
 HostAction::~HostAction() {
     if (!action_) return;
     action_->setVisible(false);
+    action_->setShortcuts(QList<QKeySequence>());
     action_->disconnect();
     action_->deleteLater();
 }

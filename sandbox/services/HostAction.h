@@ -9,8 +9,8 @@
 
 namespace sandbox {
 
-/// A named command in the actions menu. The plug-in alone sets its check mark: choosing the command only
-/// tells which state is asked for.
+/// A named command of a plug-in's; PluginActions puts it into the actions menu. The plug-in alone sets its
+/// check mark: choosing the command only tells which state is asked for.
 class HostAction final : public HostObject {
   public:
     HostAction(QMenu& menu, const QString& ownerName, const QString& label, FunctorTwoParams__* callback);
@@ -19,6 +19,7 @@ class HostAction final : public HostObject {
     QString describe() const override { return QString("action \"%1\"").arg(label_); }
     const QString& ownerName() const { return ownerName_; }
     const QString& label() const { return label_; }
+    QAction* action() const { return action_; }
     void setChecked(bool checked);
     bool isChecked() const { return action_ && action_->isChecked(); }
 

@@ -51,6 +51,24 @@ assertEqual(item().checked, true);
 ask(319, "i2", "paction");
 assert(!item(), "the action is gone from the menu");
 
+// Keys: defaults by the action's name, the user's own from the settings, a taken one not a second time.
+setSetting("Keys/Probe: Draw It", "Ctrl+J; Ctrl+O");
+setSetting("Keys/Probe: Finish Overlay Shape", "none");
+for (const label of ["Undo_Overlay_Edit", "Delete_Overlay_Shape", "Finish_Overlay_Shape", "Draw_It"]) command("action " + label);
+said();
+view.click({ x: 300, y: 300 });
+for (const key of ["Ctrl+Z", "Del", "Return", "Ctrl+J"]) pressKey(key);
+assertEqual(said(), ["Undo Overlay Edit asked for 1", "Delete Overlay Shape asked for 1", "Draw It asked for 1"]);
+// A field keeps the keys that it uses; what is typed is undone there until it is handed over.
+probe.type("Text:", "ab");
+for (const key of ["Backspace", "Del", "X", "Ctrl+Z"]) pressKey(key);
+assertEqual(said(), []);
+assertEqual(probe.value("Text:"), "a");
+pressKey("Return");
+assertEqual(said(), ["text: a"]);
+pressKey("Ctrl+Z");
+assertEqual([said(), probe.value("Text:")], [["Undo Overlay Edit asked for 1"], "a"]);
+
 assertEqual(command("publish org.example/Probe"), "1");
 assertEqual(command("publish org.example/Probe"), "0", "the name is taken");
 assertEqual(command("find-service org.example/Probe"), "gallery", "its own");
