@@ -238,7 +238,7 @@ void SerializeToZel::setStartEndAngles(double startRad, double endRad) {
     const double kept = onAngleGrid(sweep);
     as_.elliptical->setAngleStart(startRad);
     // Equal bounds are a full turn; a sweep of 0 is no sweep to a reader.
-    as_.elliptical->setAngleSweep(kept == 0.0 ? halCore::kTwoPi : kept);
+    as_.elliptical->setAngleSweep(kept != 0.0 ? kept : sweep != 0.0 ? sweep : halCore::kTwoPi);
 }
 
 void SerializeToZel::setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {

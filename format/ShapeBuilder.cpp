@@ -11,15 +11,17 @@
 namespace halCore::ZEL {
 namespace {
 
+/// Angles that differ by less are the same.
+constexpr double kNearlyZero = 1e-10;
+
 /// Radians in [0, 2 pi) of an angle in file units. Whole turns are taken off in these, where 370 degrees
 /// are exactly 10. What is nearly a whole turn is none, so that it is still 0 after it was written and read.
 double normalizedAngle(double angle, const Units& units) {
-    constexpr double nearlyZero = 1e-10;
     constexpr double nearlyWhole = 1e-12;
     const double turn = Units::RADIANS.convertTo(units, kTwoPi);
     const bool outside = angle >= turn || angle < 0.0;
     double radians = units.convertTo(Units::RADIANS, outside ? std::fmod(angle, turn) : angle);
-    if (outside && std::abs(radians) < nearlyZero) radians = 0.0;
+    if (outside && std::abs(radians) < kNearlyZero) radians = 0.0;
     if (radians < 0.0) radians += kTwoPi;
     return kTwoPi - radians < nearlyWhole ? 0.0 : radians;
 }
@@ -195,8 +197,8 @@ std::shared_ptr<ZelShape> ShapeBuilder::buildAnnotation_() {
     }
     auto shape = std::make_shared<Annotation>(relative_);
     shape->setText(record_.text(P::AnnotationText));
-    if (record_.firstPointRead())
-        shape->setPosition(points_().front());
+    if (const auto point = firstPoint_())
+        shape->setPosition(*point);
     else if (const auto center = centerPosition_(P::CenterAbsolute, P::CenterRelative))
         shape->setPosition(*center);
     if (record_.hasValue(P::FontName)) shape->setFontName(record_.text(P::FontName));
@@ -301,7 +303,7 @@ void ShapeBuilder::setElliptical_(EllipticalShape& shape) const {
             shape.setAngleSweep(*sweep);
     } else if (const auto angle = validateDouble_(P::AngleEnd, "angleend")) {
         const double end = normalizedAngle(*angle, units_.angleUnits());
-        if (end == start)
+        if (std::abs(std::remainder(end - start, kTwoPi)) < kNearlyZero)
             error_({label_(), " angleend cannot be the same as anglestart"});
         else
             shape.setAngleSweep(end > start ? end - start : end - start + kTwoPi);
@@ -374,10 +376,19 @@ void ShapeBuilder::setOrientation_(ZelShape& shape) const {
     if (const auto offset = angle_(P::OffsetRoll, "offsetroll")) shape.setRollOffset(*offset);
 }
 
+std::optional<Vec3> ShapeBuilder::firstPoint_() const {
+    if (!offsetsAreDegrees_())
+        return record_.firstPointRead() ? std::optional(points_().front()) : std::nullopt;
+    return getPosition_(record_.positions().front(), false);
+}
+
+bool ShapeBuilder::offsetsAreDegrees_() const {
+    return !relative_ && record_.pointType() == ParsedShape::PointType::Relative;
+}
+
 std::vector<Vec3> ShapeBuilder::points_() const {
     std::vector<Vec3> points;
-    if (!relative_ && record_.pointType() == ParsedShape::PointType::Relative) {
-        // A centre made the block absolute: the numbers of its relative points count as degrees.
+    if (offsetsAreDegrees_()) {
         for (const PositionStrings& text : record_.positions())
             if (const auto position = getPosition_(text, false)) points.push_back(*position);
         return points;

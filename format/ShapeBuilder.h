@@ -54,6 +54,10 @@ class ShapeBuilder {
     void setOrientation_(ZelShape& shape) const;
 
     std::vector<Vec3> points_() const;
+    /// The first point given, if it could be read.
+    std::optional<Vec3> firstPoint_() const;
+    /// A centre made the block absolute: the numbers of its relative points count as degrees.
+    bool offsetsAreDegrees_() const;
     std::optional<Vec3> getPosition_(const PositionStrings& text, bool relative) const;
     std::optional<Vec3> centerPosition_(P absolute, P relative) const;
     std::optional<double> degrees_(P parameter, AngleKind kind) const;

@@ -100,7 +100,6 @@ ellipse;semimajoraxis 9e299 | Invalid majoraxis: 1.8e+300 for ellipse ellipse | 
 ellipse;semiminoraxis x | Invalid minoraxis: x for ellipse ellipse | ellipse
 circle;centerll 1 x | circle circle invalid center point | circle
 arc;angledeg 0 | arc arc angledeg cannot be 0 | arc
-arc;anglestart 10;angleend 370 | arc arc angleend cannot be the same as anglestart | arc;anglestart 10
 arc;anglestart x | Invalid anglestart: x for arc arc | arc
 arc;angledeg x | Invalid angledeg: x for arc arc | arc
 arc;angleend x | Invalid angleend: x for arc arc | arc
@@ -124,6 +123,22 @@ arc;angledeg 5;angleunits ft | Invalid angleunits: ft for arc arc | arc;angledeg
 )",
                                 3))
         EXPECT_EQ(read("\n" + block(row[0])), "2: " + row[1] + "\n" + (row[2].empty() ? "" : block(row[2])));
+}
+
+/// Whole turns apart is the same angle, in whatever digits; a sweep that is given is one.
+TEST(Messages, ofEqualAngles) {
+    for (int tenths = -3600; tenths <= 7200; tenths += 7)
+        for (const int turns : {-2, -1, 0, 1, 2}) {
+            const auto decimal = [](int value) {
+                return (value < 0 ? "-" : "") + std::to_string(std::abs(value) / 10) + "." +
+                       std::to_string(std::abs(value) % 10);
+            };
+            const std::string text = read(
+                block("arc;anglestart " + decimal(tenths) + ";angleend " + decimal(tenths + 3600 * turns)));
+            EXPECT_TRUE(text.starts_with("1: arc arc angleend cannot be the same as anglestart\n")) << text;
+            EXPECT_EQ(text.find("angledeg"), std::string::npos) << text;
+        }
+    EXPECT_EQ(read(block("arc;anglestart 10;angledeg 5e-09")), block("arc;anglestart 10;angledeg 5e-09"));
 }
 
 TEST(Messages, ofAnAnnotationWithoutText) {

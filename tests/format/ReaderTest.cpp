@@ -59,6 +59,8 @@ annotation A;textoutlinethickness none;fontname /Fonts/A.ttf | annotation A;font
 annotation A;centerll 1 2 | annotation A;lla 1 2 0
 annotation A;ll 3 4;ll 5 6;centerll 1 2 | annotation A;lla 3 4 0
 annotation A;ll x 4;ll 5 6;centerll 1 2 | annotation A;lla 1 2 0
+annotation A;xy 21:18:36 -157:54;xy 5 6;centerll 1 2 | annotation A;lla 21.31 -157.9 0
+annotation A;xy x 4;xy 5 6;centerll 1 2 | annotation A;lla 1 2 0
 line;xy 1 2;xy 3 4;tessellate on;lineprojection straight | line;xyz 1 2 0;xyz 3 4 0;tessellate true;lineprojection rhumbline
 line;xy 1 2;xy 3 4;tessellate false;lineprojection greatcircle | line;xyz 1 2 0;xyz 3 4 0;tessellate false
 circle;diameter 0.1 | circle;radius 0.05
