@@ -27,6 +27,8 @@ constexpr double kSameAngle = 1e-10;
 /// Directions in which the rim is sampled for the bounding box; a multiple of four, so that the points due
 /// north, east, south and west are among them.
 constexpr int kRimSamples = 128;
+/// Pieces of a straight side of a sector, for the same.
+constexpr int kSideSamples = 32;
 
 double normalized(double radians) {
     if (radians >= 0.0 && radians < halCore::kTwoPi) return radians;
@@ -66,7 +68,8 @@ CylinderShape::CylinderShape(const CylinderShape& other)
       places_(other.places_),
       numbers_(other.numbers_),
       marks_(other.marks_),
-      requiresAllPoints_(other.requiresAllPoints_) {}
+      requiresAllPoints_(other.requiresAllPoints_),
+      heightGiven_(other.heightGiven_) {}
 
 int CylinderShape::serialize(Serializer& serializer) {
     if (!hasKind_() || !hasCenter_()) return 1;
@@ -203,6 +206,11 @@ void CylinderShape::placeHeight_(double meters) {
     keep_(EditPoint::Height, meters);
 }
 
+void CylinderShape::placeOwnHeight_() {
+    if (subtype_ != Ellipsoid || heightGiven_) return;
+    if (const double longer = std::max(majorAxis(), minorAxis()); longer > 0.0) placeHeight_(longer);
+}
+
 void CylinderShape::placeAngle_(EditPoint role, double radians) {
     placeAt_(role, radians, rimDistance_(radians), radians);
 }
@@ -270,6 +278,7 @@ void CylinderShape::setCenter(const PlacedPoint& point) {
     const double height = height_();
     if (!putCenter_(First, point)) return;
     if (hasPoint_(EditPoint::Height)) placeHeight_(height);
+    placeOwnHeight_();
     dirty_();
 }
 
@@ -289,9 +298,10 @@ bool CylinderShape::isRadius(double meters) {
 }
 
 void CylinderShape::setMajorRadius(double meters) {
-    if (!hasCenter_() || !accepted(meters)) return;
+    if (!hasCenter_() || !isMark_(EditPoint::MajorAxis) || !accepted(meters)) return;
     placeAt_(EditPoint::MajorAxis, kEast, std::abs(meters), std::abs(meters));
     placeSector_();
+    placeOwnHeight_();
     dirty_();
 }
 
@@ -299,6 +309,7 @@ void CylinderShape::setMinorRadius(double meters) {
     if (!hasCenter_() || !accepted(meters)) return;
     placeAt_(EditPoint::MinorAxis, kNorth, std::abs(meters), std::abs(meters));
     placeSector_();
+    placeOwnHeight_();
     dirty_();
 }
 
@@ -309,6 +320,7 @@ void CylinderShape::put_(EditPoint role, const Vec3& lla) {
         place_(role, lla);
     else
         putCenter_(Second, PlacedPoint(lla));
+    placeOwnHeight_();
     dirty_();
 }
 
@@ -326,10 +338,10 @@ void CylinderShape::setStartAngle(double radians) {
 void CylinderShape::setEndAngle(double radians) {
     if (!hasCenter_() || !std::isfinite(radians)) return;
     double end = normalized(radians);
-    // A full turn loses a last digit on its way here.
+    // A full turn loses a last digit on its way here; a small sector is none.
     const double start = startAngle();
-    if (hasPoint_(EditPoint::StartAngle) &&
-        std::abs(std::remainder(end - start, halCore::kTwoPi)) < kSameAngle)
+    if (hasPoint_(EditPoint::StartAngle) && std::abs(radians - start) > halCore::kPi &&
+        std::abs(std::remainder(radians - start, halCore::kTwoPi)) < kSameAngle)
         end = start;
     placeAngle_(EditPoint::EndAngle, end);
     dirty_();
@@ -341,6 +353,7 @@ void CylinderShape::setHeight(double meters) {
         meters = 1.0;
         if (panel_()) panel_()->setHeight(meters);
     }
+    heightGiven_ = true;
     placeHeight_(meters);
     dirty_();
 }
@@ -362,6 +375,7 @@ void CylinderShape::clear() {
     points_.clear();
     places_ = {};
     marks_ = {};
+    heightGiven_ = false;
     hide_();
 }
 
@@ -373,24 +387,32 @@ void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* conv
 
 // The part of the earth that the shape covers
 
-void CylinderShape::includeRim_(const Vec3& center, double startRad, double sweepRad,
-                                const std::function<double(double)>& distance,
-                                std::pair<Vec3, Vec3>& bounds) {
-    const auto include = [&](double azimuth) {
-        Vec3 rim = Sodano::direct(center, azimuth, distance(azimuth));
-        rim.setLon(center.lon() + halCore::wrapToPi(rim.lon() - center.lon()));
-        updateBounds_(rim, bounds);
+void CylinderShape::includeSector_(const Sector& sector, std::pair<Vec3, Vec3>& bounds) {
+    const Vec3& center = sector.center;
+    const auto include = [&](double azimuth, double part) {
+        Vec3 point = Sodano::direct(center, azimuth, part * sector.distance(azimuth));
+        point.setLon(center.lon() + halCore::wrapToPi(point.lon() - center.lon()));
+        updateBounds_(point, bounds);
     };
     constexpr double step = halCore::kTwoPi / kRimSamples;
-    include(startRad);
-    for (double at = std::ceil(startRad / step) * step; at < startRad + sweepRad; at += step) include(at);
-    include(startRad + sweepRad);
-    if (sweepRad < halCore::kTwoPi) return;
+    const double endRad = sector.startRad + sector.sweepRad;
+    const bool whole = sector.sweepRad >= halCore::kTwoPi;
+    include(sector.startRad, 1.0);
+    for (double at = std::ceil(sector.startRad / step) * step; at < endRad; at += step) include(at, 1.0);
+    include(endRad, 1.0);
+    if (sector.filled && !whole)
+        for (int i = 0; i < kSideSamples; ++i)
+            for (const double side : {sector.startRad, endRad})
+                include(side, static_cast<double>(i) / kSideSamples);
     for (const double pole : {halCore::kHalfPi, -halCore::kHalfPi}) {
         const auto way = Sodano::inverse(center.lat(), center.lon(), pole, center.lon());
-        if (way.distance > distance(way.azimuth1)) continue;
-        updateBounds_({pole, center.lon() - halCore::kPi, center.alt()}, bounds);
-        updateBounds_({pole, center.lon() + halCore::kPi, center.alt()}, bounds);
+        // From a pole every way leads about it.
+        const bool within = whole || way.distance == 0.0 ||
+                            halCore::wrapToTwoPi(way.azimuth1 - sector.startRad) <= sector.sweepRad;
+        if (!within || way.distance > sector.distance(way.azimuth1)) continue;
+        const double lat = sector.filled ? pole : bounds.first.lat();
+        updateBounds_({lat, center.lon() - halCore::kPi, center.alt()}, bounds);
+        updateBounds_({lat, center.lon() + halCore::kPi, center.alt()}, bounds);
     }
 }
 
@@ -400,17 +422,18 @@ std::pair<Vec3, Vec3> CylinderShape::boundingBox() const {
     if (!centerPt()) return bounds;
     const Vec3 center = *centerPt();
 
+    Sector sector{.center = center, .distance = [this](double azimuth) { return rimDistance_(azimuth); }};
     const bool hasSector = startAnglePt() && kind().sector == ShapeKind::Sector::Drawn;
-    const double start = hasSector ? startAngle() : 0.0;
-    double sweep = hasSector ? endAngle() - start : halCore::kTwoPi;
-    if (sweep <= 0.0) sweep += halCore::kTwoPi;
+    if (hasSector) {
+        sector.startRad = startAngle();
+        sector.sweepRad = endAngle() - sector.startRad;
+        if (sector.sweepRad <= 0.0) sector.sweepRad += halCore::kTwoPi;
+    }
     const double radius = std::max(majorAxis(), minorAxis());
-
     // An arc is only its rim unless it is filled; everything else holds its centre.
-    if (subtype_ != Arc || !hasSector || filled() || radius == 0.0) updateBounds_(center, bounds);
-    if (radius > 0.0)
-        includeRim_(
-            center, start, sweep, [this](double azimuth) { return rimDistance_(azimuth); }, bounds);
+    sector.filled = subtype_ != Arc || !hasSector || filled() || radius == 0.0;
+    if (sector.filled) updateBounds_(center, bounds);
+    if (radius > 0.0) includeSector_(sector, bounds);
 
     double above = 0.0;
     if (kind().height == ShapeKind::Height::Own) above = height_();
@@ -454,8 +477,14 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
     if (x) setMajorRadius(*x);
     if (y) setMinorRadius(*y);
     if (height) setHeight(*height);
-    if (start) setStartAngle(*start);
-    if (end) setEndAngle(*end);
+    // A bound that nobody gave stands where the panel shows it, and bounds that show the same are a full
+    // turn.
+    const bool bounded = (start || end) && hasCenter_();
+    if (start || (bounded && !hasPoint_(EditPoint::StartAngle))) setStartAngle(start.value_or(startAngle()));
+    if (end || (bounded && !hasPoint_(EditPoint::EndAngle))) {
+        const double bound = end.value_or(0.0);
+        setEndAngle(std::abs(bound - startAngle()) < kSameAngle ? startAngle() : bound);
+    }
     takeStyles_(panel.lineStyle(), panel.fillStyle());
 }
 

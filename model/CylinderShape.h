@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "geo/Angles.h"
 #include "model/Anchored.h"
 #include "model/BaseFilledShape.h"
 #include "model/Equipped.h"
@@ -67,14 +68,16 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     virtual void setMinorRadius(double meters);
     void setMajorRadius(const halCore::Vec3& lla) { put_(EditPoint::MajorAxis, lla); }
     virtual void setMinorRadius(const halCore::Vec3& lla) { put_(EditPoint::MinorAxis, lla); }
-    /// Makes both radii the same.
+    /// Makes both radii the same; an orbit has one.
     void setInnerRadius(double meters);
-    /// Place the angle points on the rim; need a centre. An end within 1e-10 of the start is the start.
+    /// Place the angle points on the rim; need a centre. An end that is whole turns from the start, to 1e-10,
+    /// is the start.
     void setStartAngle(double radians);
     void setEndAngle(double radians);
     void setStartAnglePt(const halCore::Vec3& lla) { put_(EditPoint::StartAngle, lla); }
     void setEndAnglePt(const halCore::Vec3& lla) { put_(EditPoint::EndAngle, lla); }
-    /// Above the centre; needs one. An ellipsoid's height of 0 or less becomes 1.
+    /// Above the centre; needs one. An ellipsoid's height of 0 or less becomes 1. An ellipsoid that was given
+    /// none is as high as its longer radius, as hosts draw it.
     void setHeight(double meters);
 
     /// Where it stands; nothing while the shape has none, or its offset leads nowhere.
@@ -98,7 +101,8 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     double endAngle() const;
 
     virtual bool isComplete() const;
-    /// While set (the default) an incomplete shape is not written.
+    /// While set (the default) an incomplete shape is not written. One that a file has is written as it is
+    /// there.
     void setRequiresAllPoints(bool required) { requiresAllPoints_ = required; }
     /// Which of the edit points the tool draws: none, or all, the height point only with `height`.
     virtual void setEditPointsShown(bool shown, bool height);
@@ -132,12 +136,19 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// the centre is missing.
     virtual double measured_(EditPoint role) const;
     double height_() const;
-    /// Widens a box by a rim about a centre, and by every longitude when a full turn goes round a pole.
-    /// Longitudes go on beyond 180 degrees so that the box stays one piece about the centre's.
-    /// \param distance from the centre to the rim by azimuth
-    static void includeRim_(const halCore::Vec3& center, double startRad, double sweepRad,
-                            const std::function<double(double)>& distance,
-                            std::pair<halCore::Vec3, halCore::Vec3>& bounds);
+    /// A part of the earth about a centre, as far as a rim.
+    struct Sector {
+        halCore::Vec3 center;
+        double startRad = 0.0;
+        double sweepRad = halCore::kTwoPi;
+        /// From the centre to the rim by azimuth.
+        std::function<double(double)> distance;
+        /// Without it only the rim counts.
+        bool filled = true;
+    };
+    /// Widens a box by a sector, and by every longitude when it lies about a pole. Longitudes go on beyond
+    /// 180 degrees so that the box stays one piece about the centre's.
+    static void includeSector_(const Sector& sector, std::pair<halCore::Vec3, halCore::Vec3>& bounds);
 
     /// The number as it was set, unless its point or the centre has moved on the earth since (up or down, for
     /// a height).
@@ -185,6 +196,8 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// number.
     void placeAt_(EditPoint role, double azimuth, double meters, double number);
     void placeHeight_(double meters);
+    /// Of an ellipsoid that was given no height.
+    void placeOwnHeight_();
     void placeAngle_(EditPoint role, double radians);
     /// Puts the bounds of the sector on the rim again when the radii have changed.
     void placeSector_();
@@ -203,6 +216,7 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     bool editPointsShown_ = false;
     bool heightPointShown_ = false;
     bool requiresAllPoints_ = true;
+    bool heightGiven_ = false;
     /// The centre that the panel shows while there is none.
     PlacedPoint shownCenter_{halCore::Vec3()};
     Equipment<CylinderPanel> equipment_{*this, preferences_, mouseTool_};

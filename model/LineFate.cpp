@@ -59,10 +59,6 @@ LineFate fateOfRadius(std::string_view value, const ZEL::ZelShape& shape) {
         return axesCount;
     if (const auto* const ellipsoid = as<ZEL::Ellipsoid>(shape); ellipsoid && hasBothAxes(*ellipsoid))
         return axesCount;
-    double metres = 0.0;
-    // Other kinds are not complete without a radius, and not saved.
-    if (as<ZEL::Orbit>(shape) && isSet(circular->getRadius(metres)) && !CylinderShape::isRadius(metres))
-        return {halNotify::Warning, "is too large and is saved as 50 m"};
     return fateOfLength(value);
 }
 
@@ -78,7 +74,8 @@ LineFate fateOfHeight(const ZEL::ZelShape& shape) {
     double height = 0.0;
     if (const auto* const ellipsoid = as<ZEL::Ellipsoid>(shape)) {
         ellipsoid->getHeight(height);
-        return keptIf(height >= 0.0, {halNotify::Warning, "is saved as 1 m"});
+        return keptIf(height > 0.0,
+                      {halNotify::Notice, "means as high as the longer radius, and is saved so"});
     }
     const ShapeKind* const kind = kindOf(shape);
     return keptIf(kind && kind->height == ShapeKind::Height::Own);

@@ -27,7 +27,7 @@ int OrbitShape::serialize(Serializer& serializer) {
     serializer.beginShape(shapeKind(ShapeKind::Orbit).written, writtenPlatform_());
     give_(serializer, Serializer::Use::Point, points_.given()[First]);
     give_(serializer, Serializer::Use::Center2, points_.given()[Second]);
-    serializer.setMajorRadius(hasPoint_(EditPoint::MinorAxis) ? minorAxis() : kDefaultRadius);
+    serializer.setMajorRadius(drawnRadius_());
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
     return 0;
@@ -53,6 +53,10 @@ double OrbitShape::measured_(EditPoint role) const {
 
 double OrbitShape::minorAxis() const {
     return hasPoint_(EditPoint::MinorAxis) ? number_(EditPoint::MinorAxis) : 0.0;
+}
+
+double OrbitShape::drawnRadius_() const {
+    return hasPoint_(EditPoint::MinorAxis) ? minorAxis() : kDefaultRadius;
 }
 
 void OrbitShape::setMinorRadius(const Vec3& lla) {
@@ -113,13 +117,12 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
     std::pair<Vec3, Vec3> bounds;
     initBounds_(bounds);
     if (!centerPt() || !centerPt2()) return CylinderShape::boundingBox();
-    const double radius = hasPoint_(EditPoint::MinorAxis) ? minorAxis() : kDefaultRadius;
+    const double radius = drawnRadius_();
     const Vec3 first = *centerPt();
     Vec3 second = *centerPt2();
     second.setLon(first.lon() + halCore::wrapToPi(second.lon() - first.lon()));
     for (const Vec3& center : {first, second})
-        includeRim_(
-            center, 0.0, halCore::kTwoPi, [radius](double) { return radius; }, bounds);
+        includeSector_({.center = center, .distance = [radius](double) { return radius; }}, bounds);
     return bounds;
 }
 
@@ -129,8 +132,9 @@ void OrbitShape::showIn_(OrbitPanel& panel) {
     shownCenter_ = hasCenter_() ? points_.at(First) : ground;
     panel.setDrawCheck(shown());
     panel.setCenterLla(shownCenter_);
-    panel.setCenterLla2(points_.has(Second) ? points_.at(Second) : ground);
-    panel.setRadius(minorAxis());
+    shownSecond_ = points_.has(Second) ? points_.at(Second) : ground;
+    panel.setCenterLla2(shownSecond_);
+    panel.setRadius(drawnRadius_());
     showStyles_(panel.lineStyle(), panel.fillStyle());
 }
 
@@ -143,8 +147,9 @@ void OrbitShape::takeFrom_(OrbitPanel& panel) {
     if (drawn != shown()) setShown(drawn);
     if (first) moveFirstCenter(*first);
     if (second) setCenter2(*second);
-    // The radius is marked from the first centre: the one that stands in the panel, if need be.
-    if (radius && !hasCenter_()) setCenter(shownCenter_);
+    // The user fills the panel from the top: what is above counts as it stands there.
+    if ((second || radius) && !hasCenter_()) setCenter(shownCenter_);
+    if (radius && !points_.has(Second)) setCenter2(shownSecond_);
     if (radius) setMinorRadius(*radius);
     takeStyles_(panel.lineStyle(), panel.fillStyle());
 }

@@ -51,13 +51,16 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     /// The radius' point may stand about the second centre.
     Position anchorOf_(EditPoint role) const override;
     double measured_(EditPoint role) const override;
+    /// What stands in the file and in the panel.
+    double drawnRadius_() const;
     /// The same as getShortestDistance_, as of the last sync_.
     double shortestDistance_(const halCore::Vec3& position) const;
     void showIn_(OrbitPanel& panel);
     void takeFrom_(OrbitPanel& panel);
 
-    /// The first centre that the panel shows while there is none.
+    /// The centres that the panel shows while there are none.
     PlacedPoint shownCenter_{halCore::Vec3()};
+    PlacedPoint shownSecond_{halCore::Vec3()};
     Equipment<OrbitPanel> equipment_{*this, preferences_, mouseTool_};
 };
 

@@ -28,4 +28,12 @@ Corners cornersAbout(const halCore::Vec3& center, const Size& size) {
             calcCornerPoint(center, halfWidth, halfHeight)};
 }
 
+Span spanBetween(const Corners& corners) {
+    const auto way = halCore::Sodano::inverse(corners.first, corners.last);
+    const auto middle =
+        halCore::Sodano::direct(corners.first.lat(), corners.first.lon(), way.azimuth1, 0.5 * way.distance);
+    return {{middle.lat, middle.lon, corners.first.alt()},
+            {way.distance * std::sin(middle.azimuth2), way.distance * std::cos(middle.azimuth2)}};
+}
+
 }  // namespace OverlayEditor::RectangleGeometry

@@ -15,7 +15,8 @@ struct Size {
     double height = 0.0;
 };
 
-/// The components of the diagonal from the first corner to the last; negative to the west and south.
+/// The components of the diagonal from the first corner to the last, by its direction at the first; negative
+/// to the west and south. What calcCornerPoint spans.
 Size calcWidthHeight(const halCore::Vec3& first, const halCore::Vec3& last);
 
 struct Corners {
@@ -25,5 +26,15 @@ struct Corners {
 /// The corners half the size away from a centre. When half the height is exactly 0 the first corner is
 /// taken one metre to the south.
 Corners cornersAbout(const halCore::Vec3& center, const Size& size);
+
+struct Span {
+    /// The middle of the diagonal, at the first corner's altitude.
+    halCore::Vec3 center;
+    /// By the direction of the diagonal there.
+    Size size;
+};
+
+/// The inverse of cornersAbout.
+Span spanBetween(const Corners& corners);
 
 }  // namespace OverlayEditor::RectangleGeometry

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/Notify.h"
 #include "geo/Angles.h"
 #include "geo/OffsetGrid.h"
 #include "model/LongitudeWalk.h"
@@ -84,6 +85,11 @@ void RectangleShape::setCorner_(Position position, const PlacedPoint& point) {
 void RectangleShape::setCorners_(const PlacedPoint& first, const PlacedPoint& last,
                                  const RectangleGeometry::Size& size,
                                  const std::optional<PlacedPoint>& center) {
+    if (first.place.lat() == last.place.lat() && first.place.lon() == last.place.lon()) {
+        halNotify::notify(halNotify::Warning)
+            << "\"" << name() << "\": both corners would be one point; nothing is changed";
+        return;
+    }
     PlacedPoints points = points_;
     points.remove(Center);
     points.remove(TypedAnchor);
@@ -92,35 +98,35 @@ void RectangleShape::setCorners_(const PlacedPoint& first, const PlacedPoint& la
     if (!accepted_(taken)) return;
     points.level(First);
     points_ = std::move(points);
-    setSize_ = size;
+    setSize_ = SetSize{size, center.has_value()};
     dirty_();
 }
 
 RectangleGeometry::Size RectangleShape::size_() const {
-    if (setSize_) return *setSize_;
+    if (setSize_ && setSize_->aboutCenter == anchorCenter()) return setSize_->size;
     const auto first = firstCorner();
     const auto last = lastCorner();
-    return first && last ? RectangleGeometry::calcWidthHeight(*first, *last) : RectangleGeometry::Size{};
+    return first && last ? sizeBetween_({*first, *last}) : RectangleGeometry::Size{};
 }
 
-double RectangleShape::width() const {
-    return size_().width;
-}
-
-double RectangleShape::height() const {
-    return size_().height;
+RectangleGeometry::Size RectangleShape::sizeBetween_(const RectangleGeometry::Corners& corners) const {
+    return anchorCenter() ? RectangleGeometry::spanBetween(corners).size
+                          : RectangleGeometry::calcWidthHeight(corners.first, corners.last);
 }
 
 PlacedPoint RectangleShape::placedCenter_() const {
     if (points_.has(Center)) return points_.at(Center);
-    if (points_.frame()) {
-        const Vec3& first = points_.given()[First];
-        const Vec3& last = points_.given()[Last];
-        const Vec3 middle(0.5 * (first.x() + last.x()), 0.5 * (first.y() + last.y()), first.z());
-        return {middle, placeOf(*points_.frame(), middle).value_or(kNoPlace)};
+    const PointConverter* const frame = points_.frame();
+    const auto first = firstCorner();
+    const auto last = lastCorner();
+    if (first && last) {
+        const Vec3 middle = RectangleGeometry::spanBetween({*first, *last}).center;
+        if (!frame) return PlacedPoint(middle);
+        if (const auto offset = offsetOf(*frame, middle)) return {*offset, middle};
     }
-    const Vec3 middle = centerPoint();
-    return PlacedPoint(Vec3(middle.lat(), halCore::wrapToPi(middle.lon()), middle.alt()));
+    const Vec3& from = points_.given()[First];
+    const Vec3& to = points_.given()[Last];
+    return {Vec3(0.5 * (from.x() + to.x()), 0.5 * (from.y() + to.y()), from.z()), kNoPlace};
 }
 
 Vec3 RectangleShape::center() const {
@@ -159,15 +165,19 @@ std::pair<Vec3, Vec3> RectangleShape::boundingBox() const {
 }
 
 void RectangleShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchor) {
-    if (takeAttachment_(id, converter, anchor)) dirty_();
+    // That it is to stand on the reference is given from now on.
+    const bool centered = anchor && id != 0 && isComplete() && !points_.has(Center);
+    if (centered) points_.put(Center, placedCenter_());
+    const bool taken = takeAttachment_(id, converter, anchor);
+    if (centered && !taken) points_.remove(Center);
+    if (taken) dirty_();
     fillGui();
 }
 
 std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst) const {
     const auto opposite = isFirst ? lastCorner() : firstCorner();
     if (!opposite) return {};
-    const auto size = isFirst ? RectangleGeometry::calcWidthHeight(corner, *opposite)
-                              : RectangleGeometry::calcWidthHeight(*opposite, corner);
+    const auto size = isFirst ? sizeBetween_({corner, *opposite}) : sizeBetween_({*opposite, corner});
     const UTILS::TspiUnitsProviderAdapter& units = *preferences_.unitsProvider();
     const std::string unit(UTILS::unitsGetAbbreviation(units.rangeUnits()));
     return " Width: " + units.formatRange(std::abs(size.width)) + " " + unit +

@@ -15,7 +15,8 @@ namespace OverlayEditor {
 ///
 /// It is written as a polygon of its corners, and read back from one. Width, height and a centre that were
 /// set are kept beside the corners and are the answer until a corner moves; a file holds the corners
-/// only, so after loading they are computed.
+/// only, so after loading they are computed, by the rule that sets them: about the centre, or from the first
+/// corner, whichever anchors the shape.
 class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, RectanglePanel>, public Anchored {
   public:
     enum Subtype { Rectangle = 0, Triangle = 1 };
@@ -43,9 +44,9 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     void setLastCorner(const PlacedPoint& point) { setCorner_(Last, point); }
 
     /// Metres from the first corner to the last, negative to the west and south; 0 without both.
-    double width() const;
-    double height() const;
-    /// The middle; (0, 0, 0) without both corners.
+    double width() const { return size_().width; }
+    double height() const { return size_().height; }
+    /// The middle of the diagonal; (0, 0, 0) without both corners.
     halCore::Vec3 center() const;
     /// Spans the rectangle from its first corner, or about its centre.
     void setFromCorner(const halCore::Vec3& first, double width, double height);
@@ -63,13 +64,22 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     /// was typed before there was a size is no part of the shape yet.
     enum Position : std::size_t { First, Last, Center, TypedAnchor };
 
+    /// A size, and whether it was set about the centre.
+    struct SetSize {
+        RectangleGeometry::Size size;
+        bool aboutCenter;
+    };
+
     std::optional<halCore::Vec3> placeOf_(Position position) const;
     void setCorner_(Position position, const PlacedPoint& point);
     /// Both corners, and the numbers that they were set by.
     void setCorners_(const PlacedPoint& first, const PlacedPoint& last, const RectangleGeometry::Size& size,
                      const std::optional<PlacedPoint>& center);
+    /// As it was set by the rule of the present anchor, or else measured.
     RectangleGeometry::Size size_() const;
-    /// The middle; needs both corners.
+    /// What the panel's fields would be for corners there.
+    RectangleGeometry::Size sizeBetween_(const RectangleGeometry::Corners& corners) const;
+    /// The middle of the diagonal; needs both corners.
     PlacedPoint placedCenter_() const;
     /// Takes over the rectangle that a panel's fields describe.
     void takeGeometry_(const RectanglePanel& panel);
@@ -78,7 +88,7 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
 
     Subtype subtype_;
     /// As it was set, until a corner is set by itself.
-    std::optional<RectangleGeometry::Size> setSize_;
+    std::optional<SetSize> setSize_;
     Equipment<RectanglePanel> equipment_{*this, preferences_, mouseTool_};
 };
 

@@ -39,6 +39,7 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
     as_ = Faces(current_.get());
     corners_ = 0;
     if (as_.annotation) useFontOfFiles(*as_.annotation);
+    if (as_.cylinder) as_.cylinder->setRequiresAllPoints(false);
     if (current_) current_->setAttachedPlatformId(platformId, converter_, false);
 }
 

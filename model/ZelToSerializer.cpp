@@ -6,6 +6,7 @@
 #include "common/Notify.h"
 #include "format/Parser.h"
 #include "geo/Angles.h"
+#include "model/CylinderShape.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeLabel.h"
 #include "pi/PICommon.h"
@@ -138,43 +139,45 @@ Radii radiiOf(const std::optional<double>& radius, const std::optional<double>& 
     return radii;
 }
 
-void setRadii(Serializer& target, const Radii& radii) {
-    if (radii.major) target.setMajorRadius(*radii.major);
-    if (radii.minor) target.setMinorRadius(*radii.minor);
+Radii radiiOf(const ZEL::CircularShape& shape) {
+    const auto radius = valueOf(shape, &ZEL::CircularShape::getRadius);
+    if (const auto* ellipse = dynamic_cast<const ZEL::EllipticalShape*>(&shape))
+        return radiiOf(radius, valueOf(*ellipse, &ZEL::EllipticalShape::getMajorAxis),
+                       valueOf(*ellipse, &ZEL::EllipticalShape::getMinorAxis));
+    if (const auto* ellipsoid = dynamic_cast<const ZEL::Ellipsoid*>(&shape))
+        return radiiOf(radius, valueOf(*ellipsoid, &ZEL::Ellipsoid::getMajorAxis),
+                       valueOf(*ellipsoid, &ZEL::Ellipsoid::getMinorAxis));
+    return {radius, std::nullopt};
 }
 
-void elliptical(Serializer& target, const ZEL::EllipticalShape& shape, bool hasSector) {
-    setRadii(target, radiiOf(valueOf<double, ZEL::CircularShape>(shape, &ZEL::CircularShape::getRadius),
-                             valueOf(shape, &ZEL::EllipticalShape::getMajorAxis),
-                             valueOf(shape, &ZEL::EllipticalShape::getMinorAxis)));
+void sector(Serializer& target, const ZEL::EllipticalShape& shape) {
     const auto sweep = valueOf(shape, &ZEL::EllipticalShape::getAngleSweep);
-    if (!hasSector || !sweep) return;
+    if (!sweep) return;
     const double start = valueOf(shape, &ZEL::EllipticalShape::getAngleStart).value_or(0.0);
+    // A sweep that is lost in the sum is still no full turn.
+    const double other =
+        start + *sweep != start ? start + *sweep : std::nextafter(start, start + std::copysign(1.0, *sweep));
     if (std::abs(*sweep) >= halCore::kTwoPi - kSameAngle)
         target.setStartEndAngles(start, start + halCore::kTwoPi);
     else if (*sweep < 0.0)
-        target.setStartEndAngles(start + *sweep, start);
+        target.setStartEndAngles(other, start);
     else
-        target.setStartEndAngles(start, start + *sweep);
+        target.setStartEndAngles(start, other);
 }
 
-void circular(Serializer& target, const ZEL::CircularShape& shape, Type type) {
+void circular(Serializer& target, const ZEL::CircularShape& shape, const Radii& radii, Type type) {
+    if (radii.major) target.setMajorRadius(*radii.major);
+    if (radii.minor) target.setMinorRadius(*radii.minor);
     if (const auto* ellipse = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
-        elliptical(target, *ellipse, type != Type::Cylinder);
+        if (type != Type::Cylinder) sector(target, *ellipse);
         if (const auto* cylinder = dynamic_cast<const ZEL::Cylinder*>(&shape))
             if (const auto height = valueOf(*cylinder, &ZEL::Cylinder::getHeight)) target.setHeight(*height);
         return;
     }
-    const auto radius = valueOf(shape, &ZEL::CircularShape::getRadius);
-    if (const auto* ellipsoid = dynamic_cast<const ZEL::Ellipsoid*>(&shape))
-        setRadii(target, radiiOf(radius, valueOf(*ellipsoid, &ZEL::Ellipsoid::getMajorAxis),
-                                 valueOf(*ellipsoid, &ZEL::Ellipsoid::getMinorAxis)));
-    else if (radius)
-        target.setMajorRadius(*radius);
     if (const auto* high = dynamic_cast<const ZEL::CircularHeightShape*>(&shape))
         if (const auto height = valueOf(*high, &ZEL::CircularHeightShape::getHeight))
-            // An ellipsoid without a height is written with 0; set as one, it would come back as 1 high.
-            if (type != Type::Ellipsoid || *height != 0.0) target.setHeight(*height);
+            // To a host, an ellipsoid that is not above 0 high has no height.
+            if (type != Type::Ellipsoid || *height > 0.0) target.setHeight(*height);
 }
 
 void annotationStyle(Serializer& target, const ZEL::Annotation& annotation) {
@@ -247,6 +250,12 @@ std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL
         secondCenter = valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2);
         if (!secondCenter) return leaveOut(shape, "it has no second center");
     }
+    Radii radii;
+    const auto* const round = dynamic_cast<const ZEL::CircularShape*>(&shape);
+    if (round) radii = radiiOf(*round);
+    for (const auto& radius : {radii.major, radii.minor})
+        if (radius && !CylinderShape::isRadius(*radius))
+            return leaveOut(shape, "its radius reaches round more than half of the earth");
 
     target.beginShape(type, platformId);
     target.setItemName(nameOf(shape));
@@ -262,7 +271,7 @@ std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL
         if (type == Type::Annotation)
             annotationStyle(target, static_cast<const ZEL::Annotation&>(shape));
         else
-            circular(target, static_cast<const ZEL::CircularShape&>(shape), type);
+            circular(target, *round, radii, type);
         if (secondCenter) placement.give(Serializer::Use::Center2, *secondCenter);
     }
     target.endShape();

@@ -100,8 +100,7 @@ void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
 void ArcMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {
     const double radius = radiusAt_(pos);
     const double bearing = bearingAt_(pos);
-    rubberBand.setMajorRadius(radius);
-    rubberBand.setMinorRadius(radius);
+    rubberBand.setInnerRadius(radius);
     // While there is no start yet, the quarter that would begin at the cursor.
     const bool started = shape_.startAnglePt().has_value();
     rubberBand.setStartAngle(started ? shape_.startAngle() : bearing);

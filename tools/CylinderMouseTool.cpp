@@ -71,7 +71,7 @@ void CylinderMouseTool::moveTop_(const Vec3& pos) {
     const Vec3 center = center_();
     const Vec3 beneath(pos.lat(), pos.lon(), center.alt());
     const bool lifted = pos.alt() != top_().alt();
-    if (beneath != center) movePoint_(Center, beneath);
+    if (beneath != center) shape_.moveCenter(beneath);
     if (lifted) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
 }
 

@@ -60,6 +60,9 @@ bool RectangleMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3&
 
 void RectangleMouseTool::moveGrabbed_(const Vec3& pos) {
     if (grabbedRole_ == 0 || placeOf_(grabbedRole_).value_or(pos) == pos) return;
+    // Both corners in one point are no rectangle: the last one stays until the cursor goes on.
+    const auto other = placeOf_(grabbedRole_ == First ? Last : First);
+    if (other && other->lat() == pos.lat() && other->lon() == pos.lon()) return;
     if (grabbedRole_ == First)
         shape_.setFirstCorner(pos);
     else

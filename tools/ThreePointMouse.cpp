@@ -82,8 +82,8 @@ void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {
 void ThreePointMouse::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos) const {
     const double radius = radiusAt_(pos);
     const double major = shape_.majorAxis();
-    rubberBand.setMajorRadius(major == 0.0 ? radius : major);
-    rubberBand.setMinorRadius(radius);
+    rubberBand.setInnerRadius(radius);
+    if (major != 0.0) rubberBand.setMajorRadius(major);
 }
 
 std::string_view ThreePointMouse::placingHint_() const {

@@ -527,7 +527,7 @@ TEST_F(PanelsTest, ARectangleIsSpannedByItsSizeOrItsCorner) {
     EXPECT_EQ(box.lastCorner()->lat(), last.lat()) << "choosing changes nothing";
     form.type("Width:         ", "500");
     EXPECT_EQ(box.width(), 500);
-    EXPECT_EQ(box.height(), 1000);
+    EXPECT_NEAR(box.height(), 1000, 1.5) << "as measured from the corner";
     box.deleteGui();
     show();
     EXPECT_TRUE(host.find("Corner 1")->checked) << "as it was chosen";
@@ -552,6 +552,40 @@ TEST_F(PanelsTest, ARectangleWaitsForItsOtherCorner) {
     choose("Center", "Corner 1");
     type(3, "44");
     EXPECT_NEAR(box.firstCorner()->lat(), 41 * kRadiansPerDegree, 1e-3) << "as far on the other side";
+}
+
+TEST_F(PanelsTest, WhatThePanelShowsCounts) {
+    const std::string place = "centerlla 10 20 0\n";
+    CylinderShape& wedge = open<CylinderShape>(CylinderShape::Wedge);
+    form.type("End Angle:", "90");
+    form.type("X Radius:", "5");
+    form.type("Y Radius:", "5");
+    EXPECT_THAT(text(), HasSubstr("anglestart 0\nangledeg 90\n"));
+    form.type("End Angle:", "0");
+    EXPECT_EQ(wedge.endAngle(), halCore::kTwoPi) << "bounds that show the same";
+    open<CylinderShape>(CylinderShape::Arc);
+    form.type("Start Angle:", "30");
+    form.type("X Radius:", "5");
+    form.type("Y Radius:", "5");
+    EXPECT_THAT(text(), HasSubstr("anglestart 30\nangledeg 330\n"));
+
+    open<OrbitShape>();
+    EXPECT_EQ(form.text("Radius:"), "50.00 m");
+    form.type("Lat:", "11");
+    EXPECT_THAT(text(), testing::Not(HasSubstr("orbit")));
+    form.type("Radius:", "7");
+    EXPECT_THAT(text(), HasSubstr("centerlla 11 20 0\nradius 7\ncenterll2 10 20 0\n"));
+    open<OrbitShape>();
+    host.type(*form.textFields().at(4).widget, "21");
+    EXPECT_THAT(text(), HasSubstr(place + "radius 50\ncenterll2 10 21 0\n"));
+
+    open<CylinderShape>(CylinderShape::Ellipsoid);
+    form.type("X Radius:", "5");
+    form.type("Y Radius:", "7");
+    EXPECT_EQ(form.text("Height:"), "7.00 m") << "as hosts draw it";
+    form.type("Height:", "9");
+    form.type("X Radius:", "20");
+    EXPECT_EQ(form.text("Height:"), "9.00 m");
 }
 
 TEST_F(PanelsTest, AFontOfAFileJoinsThoseOnOffer) {

@@ -74,6 +74,8 @@ TEST_F(CylinderShapeTest, IsWrittenOnceItHasTheRadiiOfItsKind) {
               "centerlla 21.3 -158 100\nradius 1000\n"
               "3d name Circle\naltitudeunits m\nangleunits deg\nrangeunits m\nend\n\n");
     circle->setRequiresAllPoints(false);
+    circle->setMajorRadius(0.0);
+    EXPECT_THAT(textOf(*circle), ::testing::Not(::testing::HasSubstr("radius"))) << "as a file may have it";
     circle->clear();
     EXPECT_EQ(textOf(*circle), "");
 }
@@ -155,6 +157,8 @@ TEST_F(CylinderShapeTest, AnglesAreNormalizedAndEqualBoundsAreAFullTurn) {
         arc->setStartAngle(start + 0.5);
         EXPECT_EQ(arc->endAngle(), start);
     }
+    arc->setEndAngle(arc->startAngle() + 1e-11);
+    EXPECT_LT(arc->endAngle(), arc->startAngle() + 1e-10) << "a small sector is no full turn";
     // By points: the same azimuth twice.
     const Vec3 there = halCore::Sodano::direct(*arc->centerPt(), 2.0, 1000.0);
     arc->setStartAnglePt(there);

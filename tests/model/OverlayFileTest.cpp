@@ -89,15 +89,17 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         {"ellipse\nsemimajoraxis 10\nradius 4\n", CylinderShape::Ellipse, 10, 4, 0},
         {"ellipse\nmajoraxis 10\n", CylinderShape::Ellipse, 5, 5, 0},
         {"cylinder\nradius 3\nheight 4\n", CylinderShape::Cylinder, 3, 3, 4},
-        {"ellipsoid\nradius 3\nminoraxis 4\nheight 0\n", CylinderShape::Ellipsoid, 3, 2, 0},
+        {"ellipsoid\nradius 3\nminoraxis 4\nheight 0\n", CylinderShape::Ellipsoid, 3, 2, 3},
         {"ellipsoid\nminoraxis 10\nheight 4\n", CylinderShape::Ellipsoid, 5, 5, 4},
-        {"ellipsoid\nradius 3\nheight -2\n", CylinderShape::Ellipsoid, 3, 3, 1},
+        {"ellipsoid\nradius 3\nheight -2\n", CylinderShape::Ellipsoid, 3, 3, 3},
         {"cylinder\nradius 3\nangledeg 1\nangleunits bam\n", CylinderShape::Cylinder, 3, 3, 0},
         {"cylinder\nradius 3\nangledeg 90\n", CylinderShape::Wedge, 3, 3, 0, 0, 90},
         {"arc\nradius 3\nanglestart 350\nangledeg 20\n", CylinderShape::Arc, 3, 3, 0, 350, 10},
         {"arc\nradius 3\nanglestart 10\nangledeg -30\n", CylinderShape::Arc, 3, 3, 0, 340, 10},
         {"arc\nradius 3\nanglestart 10\nangledeg 360\n", CylinderShape::Arc, 3, 3, 0, 10, 370},
         {"arc\nradius 3\nanglestart 10\nangledeg -800\n", CylinderShape::Arc, 3, 3, 0, 10, 370},
+        {"arc\nradius 3\nanglestart 10\nangledeg 5e-9\n", CylinderShape::Arc, 3, 3, 0, 10, 10 + 5e-9},
+        {"arc\nradius 3\nanglestart 10\nangledeg 5e-17\n", CylinderShape::Arc, 3, 3, 0, 10, 10},
         {"arc\nradius 3\n", CylinderShape::Arc, 3, 3, 0}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.lines);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <memory>
@@ -30,8 +31,8 @@ class RandomShapes {
     /// Near `about` when there is one: what is attached is near its platform.
     halCore::Vec3 position(const halCore::Vec3* about) {
         if (!about) return {number(-1.55, 1.55), number(-3.1415, 3.1415), number(-1000, 40000)};
-        return {about->lat() + number(-0.02, 0.02), halCore::wrapToPi(about->lon() + number(-0.02, 0.02)),
-                number(-1000, 40000)};
+        return {std::clamp(about->lat() + number(-0.02, 0.02), -1.57, 1.57),
+                halCore::wrapToPi(about->lon() + number(-0.02, 0.02)), number(-1000, 40000)};
     }
     double length() { return std::pow(10.0, number(-2, 6)); }
 

@@ -104,7 +104,14 @@ struct Extent {
         box.first.set(std::min(box.first.lat(), point.lat()), std::min(box.first.lon(), lon), 0);
         box.second.set(std::max(box.second.lat(), point.lat()), std::max(box.second.lon(), lon), 0);
     }
-    void addRim(const Vec3& center, double east, double north, double start, double end) {
+    void addRim(const Vec3& center, double east, double north, double start, double end, bool filled = true) {
+        if (filled && end - start < kTwoPi)
+            for (int i = 0; i <= 1440; ++i) {
+                const double azimuth = i % 2 == 0 ? start : end;
+                const double rim =
+                    east * north / std::hypot(north * std::sin(azimuth), east * std::cos(azimuth));
+                add(halCore::Sodano::direct(center, azimuth, rim * (i / 2) / 720));
+            }
         for (int i = 0; i <= 720; ++i) {
             const double azimuth = start + (end - start) * i / 720;
             add(halCore::Sodano::direct(
@@ -112,8 +119,9 @@ struct Extent {
                 east * north / std::hypot(north * std::sin(azimuth), east * std::cos(azimuth))));
         }
         for (const double pole : {-0.5 * kPi, 0.5 * kPi}) {
-            if (end - start < kTwoPi || distance(center, {pole, 0, 0}) > north) continue;
-            add({pole, middle_.lon(), 0});
+            const double past = std::fmod((pole > 0 ? 0.0 : kPi) - start + 2 * kTwoPi, kTwoPi);
+            if (past > end - start || distance(center, {pole, 0, 0}) > north) continue;
+            if (filled) add({pole, middle_.lon(), 0});
             box.first.setLon(center.lon() - kPi);
             box.second.setLon(center.lon() + kPi);
         }
@@ -160,15 +168,19 @@ TEST_F(ShapeGeometryTest, TheBoxIsTheExtent) {
             shape->setMajorRadius(east);
             if (!oneRadius) shape->setMinorRadius(north);
             shape->setHeight(height);
-            if (shape->kind().sector == ShapeKind::Sector::Drawn && !polar && random.maybe()) {
+            bool filled = true;
+            if (shape->kind().sector == ShapeKind::Sector::Drawn && random.maybe()) {
                 start = random.number(0, kTwoPi);
                 end = start + random.number(0.01, 6.0) * (round % 3 == 0 ? 0.01 : 1.0);
                 shape->setStartAngle(start);
                 shape->setEndAngle(end);
                 shape->setFilled(random.maybe());
-                if (subtype == CylinderShape::Wedge || shape->filled()) extent.add(center);
+                filled = subtype == CylinderShape::Wedge || shape->filled();
+            } else if (random.maybe()) {
+                // An ellipse keeps what its file says, and is whole.
+                if (subtype == CylinderShape::Ellipse) shape->setStartAngle(1.0), shape->setEndAngle(2.0);
             }
-            extent.addRim(center, east, north, start, end);
+            extent.addRim(center, east, north, start, end, filled);
             using C = CylinderShape;
             if (subtype == C::Cylinder || subtype == C::Wedge || subtype == C::Cone)
                 low = std::min(height, 0.0), high = std::max(height, 0.0);
@@ -177,8 +189,8 @@ TEST_F(ShapeGeometryTest, TheBoxIsTheExtent) {
             if (subtype == C::Ellipsoid || subtype == C::Sphere) low = -high;
         }
         // The shape looks at the rim every three degrees. Near a pole an ellipse is lean between them.
-        const double near = 100e3 / 6.3e6 * 1e-3;
-        const double nearLon = (polar ? 4 : 1) * near / std::cos(lat);
+        const double near = (polar ? 4 : 1) * 100e3 / 6.3e6 * 1e-3;
+        const double nearLon = near / std::cos(lat);
         const Box box = shape->boundingBox();
         EXPECT_NEAR(box.first.lat(), extent.box.first.lat(), near);
         EXPECT_NEAR(box.second.lat(), extent.box.second.lat(), near);
@@ -186,6 +198,57 @@ TEST_F(ShapeGeometryTest, TheBoxIsTheExtent) {
         EXPECT_NEAR(box.second.lon(), extent.box.second.lon(), nearLon);
         EXPECT_DOUBLE_EQ(box.first.alt(), 100.0 + low);
         EXPECT_DOUBLE_EQ(box.second.alt(), 100.0 + high);
+    }
+}
+
+/// What a rectangle's panel says is what spans it, to the corners of a file and back, and moving it keeps its
+/// numbers.
+TEST_F(ShapeGeometryTest, ARectanglesNumbersAreTheInverseOfItsRule) {
+    for (int round = 0; round < 4000 && !HasFailure(); ++round) {
+        const bool centered = round % 2 == 0;
+        const auto length = [&] { return (random.maybe() ? 1 : -1) * std::pow(10.0, random.number(0, 6)); };
+        const auto make = [&] {
+            auto made = std::make_unique<RectangleShape>(preferences, RectangleShape::Rectangle);
+            made->setAnchorCenter(centered);
+            return made;
+        };
+        const auto span = [&](RectangleShape& box, const Vec3& anchor, double width, double height) {
+            centered ? box.setFromCenter(anchor, width, height) : box.setFromCorner(anchor, width, height);
+        };
+        const auto fromFile = [&](const RectangleShape& box) {
+            const auto read = [](const Vec3& corner) {
+                const auto digits = [](double angle) {
+                    return std::round(angle * halCore::kDegreesPerRadian * 1e12) * 1e-12 *
+                           halCore::kRadiansPerDegree;
+                };
+                return Vec3(digits(corner.lat()), digits(corner.lon()), corner.alt());
+            };
+            auto back = make();
+            back->setFirstCorner(read(*box.firstCorner()));
+            back->setLastCorner(read(*box.lastCorner()));
+            return back;
+        };
+        const Vec3 anchor(random.number(-1.3, 1.3), random.number(-kPi, kPi), 100.0);
+        const double width = length(), height = length();
+        const double near = 1e-6 + 2e-9 * std::hypot(width, height);
+        SCOPED_TRACE(testing::Message() << width << " x " << height << " at " << anchor.lat());
+        const auto typed = make();
+        span(*typed, anchor, width, height);
+        const auto read = fromFile(*typed);
+        EXPECT_NEAR(read->width(), width, near);
+        EXPECT_NEAR(read->height(), height, near);
+        EXPECT_LT(distance(centered ? read->center() : *read->firstCorner(), anchor), near);
+        const Vec3 moved = halCore::Sodano::direct(anchor, random.number(0, 7), random.number(1, 1e5));
+        span(*read, moved, read->width(), read->height());
+        EXPECT_NEAR(fromFile(*read)->width(), width, 3 * near);
+        EXPECT_NEAR(fromFile(*read)->height(), height, 3 * near);
+        // One that was drawn.
+        const Vec3 drawn = halCore::Sodano::direct(anchor, random.number(0, 7), random.number(1, 1e6));
+        read->setFirstCorner(anchor);
+        read->setLastCorner(drawn);
+        span(*read, centered ? read->center() : anchor, read->width(), read->height());
+        EXPECT_LT(distance(*read->firstCorner(), anchor), near);
+        EXPECT_LT(distance(*read->lastCorner(), drawn), near);
     }
 }
 

@@ -218,9 +218,10 @@ TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {
     struct Case {
         CylinderShape::Subtype subtype;
         bool hasHeightPoint;
+        double height;
     };
-    for (const auto& c : {Case{CylinderShape::Ellipse, true}, Case{CylinderShape::Cylinder, false},
-                          Case{CylinderShape::Ellipsoid, false}}) {
+    for (const auto& c : {Case{CylinderShape::Ellipse, true, 0.0}, Case{CylinderShape::Cylinder, false, 0.0},
+                          Case{CylinderShape::Ellipsoid, true, 1.0}}) {
         SCOPED_TRACE(c.subtype);
         auto& shape = start(c.subtype);
         const Vec3 center = place("21.0N 158.0W");
@@ -234,7 +235,7 @@ TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {
         EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("21.0N 157.8W")).meters, kMillimeter);
         EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.1N 158.05W")).meters, kMillimeter);
         EXPECT_EQ(shape.heightPt().has_value(), c.hasHeightPoint);
-        EXPECT_EQ(shape.height(), 0.0);
+        EXPECT_EQ(shape.height(), c.height * shape.majorAxis());
         EXPECT_NEAR(geodesic(center, *shape.minorAxisPt()).bearing, 0.0, 1e-9)
             << "the Y point stands on its axis";
 

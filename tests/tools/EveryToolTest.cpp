@@ -178,8 +178,8 @@ TEST_F(EveryTool, LabelsTellTheMeasures) {
          {{"21.0N 158.0W", Presses, "LLA: 21.00 -158.00 0.00 m"},
           {"21.1N 158.0W", Rests, "LLA: 21.10 -158.00 0.00 m Width: 0.00 km Height: 11.07 km"},
           // The components of the diagonal.
-          {"21.1N 158.1W", Releases, "LLA: 21.10 -158.10 0.00 m Width: 10.39 km Height: 11.08 km"},
-          {"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m Width: 10.39 km Height: 11.08 km"}}},
+          {"21.1N 158.1W", Releases, "LLA: 21.10 -158.10 0.00 m Width: 10.39 km Height: 11.07 km"},
+          {"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m Width: 10.39 km Height: 11.07 km"}}},
         {"Text", {{"21.0N 158.0W", Rests, "LLA: 21.00 -158.00 0.00 m"}}},
         {"Free Draw",
          {{"21.0N 158.0W", Presses, ""}, {"21.1N 158.0W", Releases, "LLA: 21.10 -158.00 0.00 m"}}},
