@@ -26,12 +26,13 @@ int edit(const EditOptions& options) {
     std::size_t changed = 0;
     for (const std::string& file : files) {
         Input input(file, progress);
-        const std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
+        std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
         OverlayEditor::Overlay overlay;
         OverlayEditor::Document document(preferences, overlay);
-        auto reading = document.read(text, file);
+        auto reading = document.read(std::move(text), file);
         const auto losses = std::move(reading.loaded.losses);
         if (reading.loaded.error.empty()) document.take(std::move(reading));
+        overlay.adopt(nullptr);
         std::vector<std::string> skipped;
         const std::string saved = overlay.text(&skipped);
         progress.hide();

@@ -71,6 +71,7 @@ const char* scanPlainPoint(const char* p, const char* end, Vec3& point) {
 void BlockReader::readLines(std::string_view text) {
     const char* p = text.data();
     const char* const end = p + text.size();
+    text_ = p;
     while (p != end) {
         ++lineNumber_;
         while (*p != '\n' && UTILS::isBlank(*p)) ++p;
@@ -91,6 +92,7 @@ void BlockReader::readLines(std::string_view text) {
             p = readWords_(p, end) + 1;
         }
     }
+    offset_ += text.size();
 }
 
 /// Nearly all lines of a large file are points written in the plainest way. They are read here, straight
@@ -114,6 +116,8 @@ const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
 
 const char* BlockReader::readWords_(const char* p, const char* end) {
     const char* const stop = tokens_.split(p, end);
+    line_ = p;
+    lineFeed_ = stop;
     const Keyword& keyword = findKeyword(tokens_[0]);
     if (keyword.action == KeywordAction::Comment)
         readComment_(p, stop);
@@ -144,7 +148,24 @@ void BlockReader::readComment_(const char* begin, const char* end) {
     readImageOverlay_(line, end);
 }
 
+void BlockReader::spanBegins_() const {
+    if (messages_.report() == nullptr || messages_.report()->spans == nullptr) return;
+    const char* begin = line_;
+    while (begin != text_ && begin[-1] != '\n') --begin;
+    messages_.report()->spans->push_back(
+        {.begin = offset_ + static_cast<std::size_t>(begin - text_), .line = lineNumber_});
+}
+
+void BlockReader::spanEnds_(bool makesShape) const {
+    if (messages_.report() == nullptr || messages_.report()->spans == nullptr) return;
+    BlockSpan& span = messages_.report()->spans->back();
+    span.end = offset_ + static_cast<std::size_t>(lineFeed_ + 1 - text_);
+    span.isEnded = true;
+    span.makesShape = makesShape;
+}
+
 void BlockReader::openBlock_() {
+    spanBegins_();
     record_.reset();
     record_.setLineNumber(lineNumber_);
     modifiers_.clear();
@@ -155,6 +176,12 @@ void BlockReader::openBlock_() {
 
 void BlockReader::closeBlock_() {
     insideBlock_ = false;
+    const std::size_t before = made_;
+    makeShape_();
+    spanEnds_(made_ != before);
+}
+
+void BlockReader::makeShape_() {
     if (record_.shape() == ShapeType::None) {
         error_({"end command encountered before recognized ZEL shape type keyword"});
         return;

@@ -23,6 +23,9 @@ class BlockReader {
     /// Reads whole lines: `text` is empty or ends with a line feed.
     void readLines(std::string_view text);
 
+    /// Passes over bytes that are no line.
+    void skip(std::size_t bytes) { offset_ += bytes; }
+
     /// After the last line: completes the report.
     void finish();
 
@@ -33,8 +36,12 @@ class BlockReader {
     void readComment_(const char* begin, const char* end);
     void readImageOverlay_(std::string_view line, const char* end);
 
+    /// Tells where the block that is open begins, or where it ends.
+    void spanBegins_() const;
+    void spanEnds_(bool makesShape) const;
     void openBlock_();
     void closeBlock_();
+    void makeShape_();
     bool setShape_(ShapeType type);
 
     void readKeyword_(const Keyword& keyword);
@@ -62,6 +69,12 @@ class BlockReader {
 
     LineTokens tokens_;
     std::size_t lineNumber_ = 0;
+    /// The text that is being read, and how much was read before it.
+    const char* text_ = nullptr;
+    std::size_t offset_ = 0;
+    /// The line that is being read as words, from its first to its line feed.
+    const char* line_ = nullptr;
+    const char* lineFeed_ = nullptr;
     bool insideBlock_ = false;
     bool badBlock_ = false;
     std::size_t blocks_ = 0;

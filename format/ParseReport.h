@@ -25,6 +25,18 @@ struct LooseComment {
     std::string line;
 };
 
+/// Where a block stands in the text that was read.
+struct BlockSpan {
+    /// From the beginning of the line of its "start" to behind the line end of its "end"; without one, to the
+    /// end of the text. Bytes.
+    std::size_t begin = 0;
+    std::size_t end = std::size_t(-1);
+    /// Of its "start", from 1.
+    std::size_t line = 0;
+    bool isEnded = false;
+    bool makesShape = false;
+};
+
 /// What a reader has to tell about a text besides its shapes.
 struct ParseReport {
     std::vector<ParseMessage> messages;
@@ -35,6 +47,8 @@ struct ParseReport {
     std::size_t shapes = 0;
     /// The "start" line of each shape made.
     std::vector<std::size_t> shapeLines;
+    /// When given, gets the place of every block. Not owned.
+    std::vector<BlockSpan>* spans = nullptr;
     /// The "start" line of a last block that has no "end", otherwise 0. Its loss makes no message.
     std::size_t unterminatedBlock = 0;
 

@@ -26,6 +26,12 @@ std::size_t readBytes(std::istream& in, char* to, std::size_t size) {
     return static_cast<std::size_t>(in.gcount());
 }
 
+void passByteOrderMark(BlockReader& reader, std::string_view& text) {
+    if (!text.starts_with(kByteOrderMark)) return;
+    text.remove_prefix(kByteOrderMark.size());
+    reader.skip(kByteOrderMark.size());
+}
+
 /// Hands whole lines to the reader; the beginning of a line waits for its rest.
 class LineFeeder {
   public:
@@ -58,7 +64,7 @@ class LineFeeder {
 
     void feed_(std::size_t size) {
         std::string_view text(buffer_.get(), size);
-        if (atBegin_ && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+        if (atBegin_) passByteOrderMark(reader_, text);
         atBegin_ = false;
         reader_.readLines(text);
     }
@@ -80,7 +86,7 @@ class LineFeeder {
 
 /// Only a last line without a line feed is copied, to get one.
 void readText(BlockReader& reader, std::string_view text) {
-    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    passByteOrderMark(reader, text);
     const std::size_t whole = text.rfind('\n') + 1;
     reader.readLines(text.substr(0, whole));
     if (whole != text.size()) reader.readLines(std::string(text.substr(whole)) + '\n');

@@ -38,7 +38,7 @@ Document::Reading readOtherFormat(const Document& document, const std::string& f
     for (const std::string& message : messages) halNotify::notify(halNotify::Warning) << message;
     Document::Reading reading;
     if (error.empty()) {
-        reading = document.read(text, fileName);
+        reading = document.read(std::move(text), fileName);
         // It is in no file of the editor's yet.
         reading.fileName.clear();
     } else {

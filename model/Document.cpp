@@ -42,13 +42,6 @@ void tellLosses(const std::string& when, const std::vector<halCore::ZEL::ParseMe
         halNotify::notify(halNotify::Warning) << when << " " << count - UTILS::kMostListed << " more lines";
 }
 
-/// What is left of a file of which the last shape was deleted.
-std::string textWithoutShapes() {
-    std::ostringstream text;
-    SerializeToZel::writeHeadTo(text);
-    return std::move(text).str();
-}
-
 /// Copies a file's text to its name with "~", or the next one that is free, and tells so.
 /// \param copy gets that name \return why it could not be written, empty when it was
 std::string copyOldText(const std::string& fileName, const std::string& old, const char* why,
@@ -95,7 +88,7 @@ LoadResult tryText(std::string_view text, const Preferences& preferences) {
     const halNotify::Silence silence;
     // Offsets are no loss, whatever they count from.
     PointConverter anywhere;
-    return loadOverlayText(text, {}, preferences, &anywhere, 0);
+    return loadOverlayText(std::string(text), {}, preferences, &anywhere, 0);
 }
 
 }  // namespace
@@ -115,7 +108,7 @@ void Document::setEditing(bool editing) {
 
 // Loading
 
-Document::Reading Document::read(std::string_view text, const std::string& fileName, void* zel) const {
+Document::Reading Document::read(std::string text, const std::string& fileName, void* zel) const {
     Reading reading;
     reading.fileName = fileName;
     reading.zel = zel;
@@ -124,7 +117,7 @@ Document::Reading Document::read(std::string_view text, const std::string& fileN
     reading.converter = std::make_unique<PointConverter>();
     reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), 0);
     LoadResult& loaded = reading.loaded;
-    loaded = loadOverlayText(text, fileName, preferences_, reading.converter.get(), 0);
+    loaded = loadOverlayText(std::move(text), fileName, preferences_, reading.converter.get(), 0);
     if (loaded.error.empty()) {
         tellLosses(fileName + ", when it is saved,", loaded.losses);
         const auto faulty =
@@ -148,8 +141,9 @@ Document::Reading Document::readFile(const std::string& fileName) const {
         error = UTILS::readFile(fileName, text);
         if (error.empty()) {
             // A file that the host displays is edited in its place, so that it is not drawn twice.
-            Reading reading = read(text, fileName, PIHALVIS::getZELObject(fileName));
-            reading.version = FileVersion(fileName, text);
+            FileVersion version(fileName, text);
+            Reading reading = read(std::move(text), fileName, PIHALVIS::getZELObject(fileName));
+            reading.version = std::move(version);
             return reading;
         }
     } catch (const std::bad_alloc&) {
@@ -171,10 +165,15 @@ Document::Reading Document::readOverlay(void* zel) const {
                                             << ": " << reading.loaded.error;
         return reading;
     }
-    Reading reading = read(text.view(), fileName, zel);
-    if (std::string inFile; UTILS::readFile(fileName, inFile).empty()) {
-        if (sameShapes(text.view(), inFile))
-            reading.version = FileVersion(fileName, inFile);
+    // A file that says the same says it in its own words.
+    std::string inFile;
+    const bool hasFile = UTILS::readFile(fileName, inFile).empty();
+    const bool isSame = hasFile && sameShapes(text.view(), inFile);
+    FileVersion version(fileName, inFile);
+    Reading reading = read(isSame ? std::move(inFile) : std::move(text).str(), fileName, zel);
+    if (hasFile) {
+        if (isSame)
+            reading.version = std::move(version);
         else if (reading.loaded.error.empty())
             halNotify::notify(halNotify::Warning)
                 << fileName
@@ -214,6 +213,7 @@ void Document::take(Reading reading) {
     }
     fileName_ = std::move(reading.fileName);
     knownFile_ = std::move(reading.version);
+    overlay_.adopt(std::move(reading.loaded.source));
     keep_(overlay_.attachedPlatformId());
 }
 
@@ -236,6 +236,7 @@ void Document::cleanupPriorZEL_() {
 
 void Document::clear() {
     overlay_.clearShapes(false);
+    overlay_.adopt(nullptr);
     fileName_.clear();
     cleanupPriorZEL_();
     keep_(0);
@@ -291,7 +292,8 @@ std::string Document::changes() const {
     return text;
 }
 
-bool Document::keepOldFile_(const std::string& fileName, bool emptied, std::string& old) const {
+bool Document::keepOldFile_(const std::string& fileName, const std::string& text, bool emptied,
+                            std::string& old) const {
     // What cannot be replaced needs no copy; saving tells why.
     if (!UTILS::fileIsFile(fileName) || !UTILS::whyNotReplaced(fileName).empty()) return true;
     if (const std::string error = UTILS::readFile(fileName, old); !error.empty()) {
@@ -299,7 +301,7 @@ bool Document::keepOldFile_(const std::string& fileName, bool emptied, std::stri
             << "Not saved: what " << fileName << " holds cannot be read, and not be kept: " << error;
         return false;
     }
-    if (old.empty() || (emptied ? old == textWithoutShapes() : savedFile_.is(fileName, old))) return true;
+    if (old.empty() || old == text || (!emptied && savedFile_.is(fileName, old))) return true;
     const LoadResult read = tryText(old, preferences_);
     const bool foreign = !knownFile_.is(fileName, old);
     const bool lossy = !read.error.empty() || losesAnything(read.losses);
@@ -330,9 +332,9 @@ bool Document::save(const std::string& fileName) {
     try {
         text = overlay_.text(&skipped);
         emptied = overlay_.shapes().empty() && !fileName.empty() && fileName == fileName_;
-        if (emptied) text = textWithoutShapes();
+        if (emptied) text = overlay_.textWithoutShapes();
         // Nothing to write must not even cost an older copy.
-        if (!text.empty() && !keepOldFile_(fileName, emptied, old)) return false;
+        if (!text.empty() && !keepOldFile_(fileName, text, emptied, old)) return false;
         PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
         error = overlay_.shapes().empty() && !emptied ? "there is no shape"
                 : text.empty()                        ? "no shape is complete"

@@ -46,7 +46,7 @@ class Document {
     };
     /// Reads a text; what cannot be kept of it is named.
     /// \return with an error, and a message, when there is nothing in it that can be edited
-    Reading read(std::string_view text, const std::string& fileName, void* zel = nullptr) const;
+    Reading read(std::string text, const std::string& fileName, void* zel = nullptr) const;
     /// The same with a file, in place of what the host displays of it.
     Reading readFile(const std::string& fileName) const;
     /// The same with the text that the host has of an overlay.
@@ -97,9 +97,10 @@ class Document {
     /// \param platform what the file's positions count from
     void keep_(unsigned long platform);
     /// Copies what must not be lost of a file that is about to be replaced.
-    /// \param emptied whether nothing takes its place \param old gets what it holds, empty for no file
-    /// \return false when the file must not be replaced, because there is no copy of it
-    bool keepOldFile_(const std::string& fileName, bool emptied, std::string& old) const;
+    /// \param text what takes its place \param emptied whether that is nothing \param old gets what it holds,
+    /// empty for no file \return false when the file must not be replaced, because there is no copy of it
+    bool keepOldFile_(const std::string& fileName, const std::string& text, bool emptied,
+                      std::string& old) const;
     /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.
     /// \param emptied whether there is no shape in it that the host could show
     void reload_(bool emptied);

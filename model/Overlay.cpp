@@ -6,6 +6,17 @@
 #include "model/Shape.h"
 
 namespace OverlayEditor {
+namespace {
+
+/// Of two numbers in their order.
+std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
+    std::uint64_t mix = a * 0x9E3779B97F4A7C15U + b;
+    mix = (mix ^ mix >> 30U) * 0xBF58476D1CE4E5B9U;
+    mix = (mix ^ mix >> 27U) * 0x94D049BB133111EBU;
+    return mix ^ mix >> 31U;
+}
+
+}  // namespace
 
 Overlay::~Overlay() {
     clearShapes(true);
@@ -128,36 +139,104 @@ std::vector<std::string> Overlay::misfits(const PointConverter& converter, bool 
     return names;
 }
 
-std::string Overlay::text(std::vector<std::string>* skipped) const {
-    ShapeWriter writer(pointConverter_, referenceWritten_);
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-        Shape* const shape = places_[i].shape;
-        if (!shape) continue;
-        const WrittenShape written = writer.add(*shape);
-        places_[i].written = written;
-        if (written.digest == 0 && skipped) skipped->push_back(shape->name());
+void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
+    source_ = std::move(source);
+    ++revision_;
+    sumUp_();
+    for (const Place& place : places_) {
+        if (!place.shape || !hasBlock_(*place.shape)) continue;
+        ShapeSource own = place.shape->source();
+        own.digest = place.written->digest;
+        place.shape->setSource(std::move(own));
     }
-    return writer.text();
 }
 
-std::string Overlay::textWithReference() const {
-    ShapeWriter writer(pointConverter_, true);
-    for (Shape* shape : shapes()) writer.add(*shape);
-    return writer.text();
+std::vector<const Overlay::Place*> Overlay::placesOfBlocks_() const {
+    std::vector<const Place*> places(source_ ? source_->blockCount() : 0);
+    for (const Place& place : places_) {
+        if (!place.shape || !hasBlock_(*place.shape)) continue;
+        // Of copies the first one has the block.
+        const Place*& owner = places[place.shape->source().block];
+        if (!owner) owner = &place;
+    }
+    return places;
+}
+
+std::string Overlay::text_(bool referenceWritten, std::vector<std::string>* skipped) const {
+    ShapeWriter writer(pointConverter_, referenceWritten);
+    sumUp_();
+    const std::vector<const Place*> owners = placesOfBlocks_();
+    std::vector<halCore::ZEL::SourceText::Change> changes;
+    bool any = false;
+    for (std::size_t block = 0; block < owners.size(); ++block) {
+        if (!source_->isHeld(block)) continue;
+        const Place* const owner = owners[block];
+        if (owner) {
+            const std::uint64_t loaded = owner->shape->source().digest;
+            const std::uint64_t now = referenceWritten == referenceWritten_
+                                          ? owner->written->digest
+                                          : writer.add(*owner->shape).digest;
+            any = any || now != 0 || loaded == 0;
+            if (now == loaded) continue;
+            if (now == 0 && skipped) skipped->push_back(owner->shape->name());
+        }
+        changes.push_back({block, owner ? changedBlock_(*owner->shape, writer) : std::string()});
+    }
+    writer.clear();
+    for (const Place& place : places_) {
+        if (!place.shape) continue;
+        if (hasBlock_(*place.shape) && owners[place.shape->source().block] == &place) continue;
+        const bool isWritten = writer.add(*place.shape).digest != 0;
+        if (!isWritten && skipped) skipped->push_back(place.shape->name());
+    }
+    if (!any && !writer.any()) return {};
+    return source_ ? source_->with(changes, writer.blocks()) : writer.text();
+}
+
+std::string Overlay::changedBlock_(Shape& shape, ShapeWriter& writer) const {
+    writer.clear();
+    writer.add(shape);
+    std::string lines;
+    std::string_view block = writer.blocks();
+    if (!block.empty()) block.remove_suffix(1);
+    for (const char c : block) c == '\n' ? lines += source_->lineEnd() : lines += c;
+    return lines;
+}
+
+std::string Overlay::textWithoutShapes() const {
+    ShapeWriter writer(nullptr, false);
+    if (!source_) return writer.head();
+    std::vector<halCore::ZEL::SourceText::Change> changes;
+    for (std::size_t block = 0; block < source_->blockCount(); ++block)
+        if (source_->isHeld(block)) changes.push_back({block, {}});
+    return source_->with(changes, {});
 }
 
 void Overlay::sumUp_() const {
     if (sum_.revision == revision_) return;
     // Kept when it is whole: memory may run out on the way.
     Sum sum{.revision = revision_};
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-        if (!places_[i].shape) continue;
-        if (!places_[i].written)
-            places_[i].written = ShapeWriter(pointConverter_, referenceWritten_).add(*places_[i].shape);
-        const WrittenShape& written = *places_[i].written;
-        // In their order: the same shapes in another order are another text.
-        if (written.digest != 0) sum.digest = (sum.digest + written.digest) * 0x9E3779B97F4A7C15U | 1U;
+    std::uint64_t fromBlocks = 0;
+    bool any = false;
+    std::vector<bool> owned(source_ ? source_->blockCount() : 0);
+    for (const Place& place : places_) {
+        if (!place.shape) continue;
+        if (!place.written) place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
+        const std::uint64_t written = place.written->digest;
+        const std::size_t block = place.shape->source().block;
+        if (hasBlock_(*place.shape) && !owned[block]) {
+            owned[block] = true;
+            if (written == 0 && place.shape->source().digest != 0) continue;
+            // Blocks stand in the order of the text, whatever the order of the shapes.
+            fromBlocks += mixed(block + 1, written);
+            any = true;
+        } else if (written != 0) {
+            // In their order: the same shapes in another order are another text.
+            sum.digest = mixed(sum.digest, written);
+            any = true;
+        }
     }
+    if (any) sum.digest = mixed(sum.digest, fromBlocks) | 1U;
     sum_ = sum;
 }
 
@@ -170,7 +249,8 @@ std::vector<std::string> Overlay::begun() const {
     sumUp_();
     std::vector<std::string> names;
     for (const Place& place : places_)
-        if (place.shape && place.written->begun) names.push_back(place.shape->name());
+        if (place.shape && place.written->begun && !staysInBlock_(place))
+            names.push_back(place.shape->name());
     return names;
 }
 

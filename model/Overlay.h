@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -63,11 +64,22 @@ class Overlay final : private ShapeKeeper {
     /// long as it is the same.
     std::uint64_t revision() const { return revision_; }
 
-    /// The text of a file with the shapes, in their order; empty when there is nothing to write.
+    /// From now on the shapes' blocks of a text stand for what the shapes are written as now. Null for no
+    /// text. \see ShapeSource
+    void adopt(std::shared_ptr<const halCore::ZEL::SourceText> source);
+    const std::shared_ptr<const halCore::ZEL::SourceText>& source() const { return source_; }
+
+    /// The text of a file with the shapes; empty when there is nothing to write. What was adopted is the
+    /// text, with other blocks for shapes that have changed, without those of shapes that are gone, and with
+    /// new shapes behind it; without one, the shapes in their order.
     /// \param skipped gets the names of the shapes that are not complete
-    std::string text(std::vector<std::string>* skipped = nullptr) const;
+    std::string text(std::vector<std::string>* skipped = nullptr) const {
+        return text_(referenceWritten_, skipped);
+    }
     /// The same with the reference named, so that it is found again without its platform.
-    std::string textWithReference() const;
+    std::string textWithReference() const { return text_(true, nullptr); }
+    /// What is left of the text when the last shape is gone.
+    std::string textWithoutShapes() const;
     /// Tells texts apart without making them: the same text has the same number, no text has 0. Of the
     /// shapes only those are written that may have changed since somebody asked.
     std::uint64_t digest() const;
@@ -122,13 +134,23 @@ class Overlay final : private ShapeKeeper {
         std::uint64_t order = 0;
         Shape* shape = nullptr;
         /// None while the shape may have changed.
-        std::optional<WrittenShape> written;
+        mutable std::optional<WrittenShape> written;
     };
     Place& placeOf_(const Names::iterator& entry);
+    std::string text_(bool referenceWritten, std::vector<std::string>* skipped) const;
+    /// For each block of the text the place of the shape that it stands for, null for none.
+    std::vector<const Place*> placesOfBlocks_() const;
+    std::string changedBlock_(Shape& shape, ShapeWriter& writer) const;
+    /// Whether the shape was not complete when it was loaded, and is not now: its block stays.
+    bool staysInBlock_(const Place& place) const {
+        return hasBlock_(*place.shape) && place.shape->source().digest == 0 && place.written->digest == 0;
+    }
+    /// Whether the text has a block of the shape's.
+    bool hasBlock_(const Shape& shape) const { return source_ && shape.source().text == source_; }
     void touchAll_();
     /// Brings what is known of the text up to date.
     void sumUp_() const;
-    mutable std::vector<Place> places_;
+    std::vector<Place> places_;
     /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
     Names byName_;
     std::unordered_map<const Shape*, Names::iterator> entries_;
@@ -140,6 +162,7 @@ class Overlay final : private ShapeKeeper {
     };
     mutable Sum sum_;
     std::uint64_t kept_ = 0;
+    std::shared_ptr<const halCore::ZEL::SourceText> source_;
 };
 
 }  // namespace OverlayEditor

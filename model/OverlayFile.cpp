@@ -1,6 +1,8 @@
 #include "model/OverlayFile.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 #include "common/Notify.h"
 #include "format/MessageSink.h"
@@ -48,15 +50,36 @@ void noteOffsets(const halCore::ZEL::ZelShape& shape, LoadResult& result) {
         result.reference = reference;
 }
 
+/// Keeps the text, and tells each shape its block.
+/// \param reasons for each shape that was read why the editor does not hold it
+void takeSource(std::string text, std::vector<halCore::ZEL::BlockSpan> spans,
+                const std::vector<std::string>& reasons, LoadResult& result) {
+    std::vector<bool> held(spans.size());
+    std::vector<std::size_t> blocks;
+    std::size_t made = 0;
+    for (std::size_t i = 0; i < spans.size(); ++i) {
+        if (!spans[i].makesShape) continue;
+        held[i] = made < reasons.size() && reasons[made].empty();
+        if (held[i]) blocks.push_back(i);
+        ++made;
+    }
+    result.source =
+        std::make_shared<const halCore::ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
+    for (std::size_t i = 0; i < result.shapes.size(); ++i)
+        result.shapes[i]->setSource(
+            {.text = result.source, .block = blocks[i], .digest = 0, .extras = nullptr});
+}
+
 }  // namespace
 
-LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
-                           const Preferences& preferences, PointConverter* converter,
-                           unsigned long platformId) {
+LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
+                           PointConverter* converter, unsigned long platformId) {
     LoadResult result;
     halCore::ZEL::Parser::Shapes read;
     halCore::ZEL::ParseReport report;
-    halCore::ZEL::Parser().parse(text, read, report);
+    std::vector<halCore::ZEL::BlockSpan> spans;
+    report.spans = &spans;
+    halCore::ZEL::Parser().parse(std::string_view(text), read, report);
     log(report, sourceName);
     report.addUnterminatedBlock();
 
@@ -65,6 +88,7 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
     std::vector<std::string> reasons;
     const bool anyShape = ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) == 0;
     result.shapes = target.shapes();
+    const std::vector<std::string> reasonsToLeaveOut = reasons;
     auto shape = result.shapes.begin();
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (!reasons[i].empty()) {
@@ -75,6 +99,7 @@ LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
         if (!isWritten(**shape++, converter)) reasons[i] = "it is not complete";
     }
     result.losses = lossReport(text, read, report, reasons);
+    takeSource(std::move(text), std::move(spans), reasonsToLeaveOut, result);
     if (result.shapes.empty())
         result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";
     return result;

@@ -3,7 +3,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "model/LossReport.h"
@@ -23,6 +22,8 @@ struct LoadResult {
     std::optional<halCore::Vec3> reference;
     /// What saving the shapes over the file would lose or change, by line. \see lossReport
     std::vector<halCore::ZEL::ParseMessage> losses;
+    /// The text itself; the shapes know their blocks of it.
+    std::shared_ptr<const halCore::ZEL::SourceText> source;
 };
 
 /// Reads the text of a file into shapes that are not yet in an overlay.
@@ -30,8 +31,7 @@ struct LoadResult {
 /// \param converter what relative positions count from when they do not say it themselves, and what the
 ///        shapes keep; not owned, null for absolute
 /// \param platformId what the shapes are attached to
-LoadResult loadOverlayText(std::string_view text, const std::string& sourceName,
-                           const Preferences& preferences, PointConverter* converter,
-                           unsigned long platformId);
+LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
+                           PointConverter* converter, unsigned long platformId);
 
 }  // namespace OverlayEditor

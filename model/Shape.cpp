@@ -42,7 +42,8 @@ Shape::Shape(const Shape& other)
       attachedPlatformId_(other.attachedPlatformId_),
       pointConverter_(other.pointConverter_),
       points_(other.points_),
-      name_(other.name_) {}
+      name_(other.name_),
+      source_(other.source_) {}
 
 Shape::~Shape() {
     if (keeper_) keeper_->deleted(this);

@@ -11,6 +11,7 @@
 #include "model/MouseTool.h"
 #include "model/PlacedPoints.h"
 #include "model/Preferences.h"
+#include "model/ShapeSource.h"
 
 namespace PIGUI {
 class PICanvas;
@@ -93,6 +94,9 @@ class Shape {
     void keepPlaces() { keepsPlaces_ = true; }
     /// Whether it could be attached there: an offset leads to each of its positions.
     bool fits(const PointConverter& converter, bool anchorCenter) const;
+    /// The block of a file that it was made of.
+    const ShapeSource& source() const { return source_; }
+    void setSource(ShapeSource source) { source_ = std::move(source); }
     /// The middle of the bounding box.
     halCore::Vec3 centerPoint() const;
     /// Who is told of a new name and of the end, null for nobody: the overlay that holds the shape. Not
@@ -154,6 +158,7 @@ class Shape {
 
   private:
     std::string name_;
+    ShapeSource source_;
 };
 
 }  // namespace OverlayEditor

@@ -12,8 +12,15 @@ namespace OverlayEditor {
 ShapeWriter::ShapeWriter(PointConverter* converter, bool referenceWritten) {
     zel_.setReferenceWritten(referenceWritten);
     zel_.setPointConverter(converter);
+    clear();
+}
+
+void ShapeWriter::clear() {
+    buffer_ = TextBuffer::take();
     buffer_->out().precision(UTILS::kSignificantDigits);
     SerializeToZel::writeHeadTo(buffer_->out());
+    headSize_ = buffer_->text().size();
+    any_ = false;
 }
 
 WrittenShape ShapeWriter::add(Shape& shape) {

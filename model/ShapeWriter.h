@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "format/SerializeToZel.h"
@@ -32,10 +33,16 @@ class ShapeWriter {
     bool any() const { return any_; }
     /// The whole text, empty when there is nothing in it.
     std::string text() const { return any_ ? buffer_->text() : std::string(); }
+    /// What stands at the beginning of a file, and what follows it.
+    std::string head() const { return buffer_->text().substr(0, headSize_); }
+    std::string_view blocks() const { return std::string_view(buffer_->text()).substr(headSize_); }
+    /// Forgets what was added.
+    void clear();
 
   private:
     SerializeToZel zel_;
-    TextBuffer::Ptr buffer_ = TextBuffer::take();
+    TextBuffer::Ptr buffer_;
+    std::size_t headSize_ = 0;
     bool any_ = false;
 };
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "format/SourceText.h"
+#include "format/ZelShape.h"
+
+namespace OverlayEditor {
+
+/// Where a shape comes from: the block of a text that stands for it as long as it is not changed. Copies of
+/// the shape have it, too.
+struct ShapeSource {
+    /// Null for a shape that was made here.
+    std::shared_ptr<const halCore::ZEL::SourceText> text;
+    std::size_t block = 0;
+    /// Of what it was written as when it was loaded: as long as that is the same, so is the shape. 0 when it
+    /// was not written.
+    std::uint64_t digest = 0;
+    /// What the block says beside what the editor has fields for; null for nothing.
+    std::shared_ptr<const halCore::ZEL::ZelShape> extras;
+};
+
+}  // namespace OverlayEditor
