@@ -60,6 +60,11 @@ std::vector<std::string> namesIn(const std::string& directory) {
     return names;
 }
 
+namespace {
+constexpr const char* kTooLarge = "It is larger than 1 GiB, the most that is read";
+static_assert(kMaxFileSize == std::size_t{1} << 30);
+}  // namespace
+
 std::string readFile(const std::string& path, std::string& contents) {
     // Without O_NONBLOCK opening a pipe that nobody writes to would hang.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -68,13 +73,13 @@ std::string readFile(const std::string& path, std::string& contents) {
     if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
     if (!S_ISREG(info.st_mode)) return "Not a regular file";
 
-    if (static_cast<std::size_t>(info.st_size) > kMaxFileSize) return reasonOf(EFBIG);
+    if (static_cast<std::size_t>(info.st_size) > kMaxFileSize) return kTooLarge;
     std::string result;
     std::size_t size = 0;
     result.resize(static_cast<std::size_t>(info.st_size) + 1);
     for (;;) {
         // It may have grown, or not have told its size.
-        if (size > kMaxFileSize) return reasonOf(EFBIG);
+        if (size > kMaxFileSize) return kTooLarge;
         if (size == result.size()) result.resize(2 * result.size());
         const ssize_t count = ::read(file.get(), result.data() + size, result.size() - size);
         if (count == 0) break;

@@ -12,7 +12,7 @@ std::string reasonOf(int error);
 /// True when the path names a regular file (a symbolic link to one counts).
 bool fileIsFile(const std::string& path);
 
-/// Deletes a file; false when it could not be deleted.
+/// Deletes a file; false when it could not be deleted, which errno explains.
 bool fileRemove(const std::string& path);
 
 /// Where a path's last part lies: "." for a bare name.
@@ -32,7 +32,7 @@ std::vector<std::string> namesIn(const std::string& directory);
 inline constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;
 
 /// Reads a whole regular file into `contents`. Returns an empty text, or why it could not be read
-/// ("No such file or directory", "Is a directory", "File too large"); then `contents` is unchanged.
+/// ("No such file or directory", "Is a directory", "It is larger than ..."); then `contents` is unchanged.
 std::string readFile(const std::string& path, std::string& contents);
 
 }  // namespace UTILS

@@ -25,7 +25,6 @@ AttachedZelGui::AttachedZelGui(PIGUI::PICanvas* parent, MouseManager* mouseManag
       caption_(parent, std::string("Attach:") + kTooltip),
       check_(parent, std::string(EMPTY_PLATFORM_NAME) + kTooltip,
              callbacks_.make(&AttachedZelGui::onCmdSelect)),
-      filler_(parent, ""),
       platforms_(mouseManager, callbacks_.make(&AttachedZelGui::onCmdSelected), pickChange) {
     check_.setRoom(kNameLetters, 1);
     // Closed without a choice: the row shows again what is.
@@ -70,12 +69,13 @@ int AttachedZelGui::onCmdSelect(PIObject*, void*) {
 int AttachedZelGui::onCmdSelected(PIObject*, void*) {
     unsigned long id = platforms_.selectedPlatform();
     if (id == 0) {
-        halNotify::notify(halNotify::Warning) << "No platform is selected";
+        halNotify::notify(halNotify::Warning) << "Not attached: no platform is selected";
         return 1;
     }
     PIData::PIPlatformHeader header;
     if (PIData::getHeader(id, header) != 0) {
-        halNotify::notify(halNotify::Warning) << "The selected platform is gone";
+        halNotify::notify(halNotify::Warning)
+            << "Not attached: the selected platform is gone. The list is up to date again";
         platforms_.refreshPlatformList();
         return 1;
     }

@@ -7,7 +7,7 @@
 
 namespace OverlayEditor {
 
-/// The row that shows and changes the platform that the edited overlay is attached to: three cells of a
+/// The row that shows and changes the platform that the edited overlay is attached to: two cells of a
 /// table.
 class AttachedZelGui {
   public:
@@ -44,7 +44,6 @@ class AttachedZelGui {
     CallbackList<AttachedZelGui> callbacks_{this};
     PIGUI::PILabel caption_;
     PIGUI::PICheckButton check_;
-    PIGUI::PILabel filler_;
     SelectPlatformDialog platforms_;
 };
 

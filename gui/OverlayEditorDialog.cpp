@@ -142,7 +142,7 @@ Shape* OverlayEditorDialog::selectedShape_() {
     auto* const shape = static_cast<Shape*>(widgets_->list.getItemData(item));
     if (overlay_->contains(shape)) return shape;
     halNotify::notify(halNotify::Warning)
-        << "The shape \"" << widgets_->list.getItemText(item) << "\" is gone";
+        << "The shape \"" << widgets_->list.getItemText(item) << "\" is gone, and leaves the list";
     widgets_->list.removeItem(item);
     widgets_->list.deselectAll();
     updateListManipulationButtons_();
@@ -198,7 +198,8 @@ int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
     const Shape* const shape = selectedShape_();
     if (!shape) return 1;
     if (!hasPlace(*shape)) {
-        halNotify::notify(halNotify::Warning) << "\"" << shape->name() << "\" has no position yet";
+        halNotify::notify(halNotify::Warning)
+            << "Not centered: \"" << shape->name() << "\" has no position yet";
         return 1;
     }
     const auto [low, high] = shape->boundingBox();
@@ -342,7 +343,7 @@ int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
     const std::string name = widgets_->name.getValueText();
     if (UTILS::trimmed(name).empty()) {
         if (refusedName_->is(name) ||
-            !refusedName_->refuse(name, "A shape needs a name; still \"" + shape->name() + "\"")) {
+            !refusedName_->refuse(name, "Name: a shape needs one; still \"" + shape->name() + "\"")) {
             refusedName_->forget();
             widgets_->name.setValue(shape->name());
         }

@@ -42,7 +42,8 @@ Document::Reading readOtherFormat(const Document& document, const std::string& f
         // It is in no file of the editor's yet.
         reading.fileName.clear();
     } else {
-        halNotify::notify(halNotify::Error) << "Not loaded: " << fileName << ": " << error;
+        halNotify::notify(halNotify::Error)
+            << "Not loaded: " << fileName << ": " << error << ". What is edited stays";
         reading.loaded.error = error;
     }
     return reading;
@@ -90,7 +91,7 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
     std::string fileName;
     unsigned long handle = 0;
     if (!existingZels_ || existingZels_->getSelection(fileName, handle) != 0) {
-        halNotify::notify(halNotify::Warning) << "No overlay is selected";
+        halNotify::notify(halNotify::Warning) << "Not loaded: no overlay is selected";
         return 1;
     }
     loadZels({reinterpret_cast<void*>(handle)});

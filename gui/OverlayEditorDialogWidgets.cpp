@@ -13,8 +13,10 @@ constexpr const char* kAutoDelete = "\tDelete any ZEL files that were automatica
 constexpr std::int32_t kCaptionLetters = 18;
 /// A rectangle's.
 constexpr std::int32_t kPanelRows = 16;
-/// Of a list of points.
-constexpr std::int32_t kPanelLetters = 81;
+/// Caption, field and unit of a longitude.
+constexpr std::int32_t kPanelLetters = 70;
+/// The end of a path.
+constexpr std::int32_t kFileLetters = 18;
 
 }  // namespace
 
@@ -47,22 +49,20 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
                 callbacks.make(&OverlayEditorDialog::onCmdClear)),
 
       generalGroup(&left, "General Options"),
-      general(&generalGroup, 3),
+      general(&generalGroup, 2),
       fileCaption(&general, "File:\tCurrently loaded ZEL file"),
-      file(&general, PIGUI::PITextFieldReadOnly, nullptr),
-      fileButtons(&general),
-      load(&fileButtons, "...\tLoad a ZEL file from file system to edit",
+      fileRow(&general, PIGUI::PILayoutFillX),
+      file(&fileRow, PIGUI::PITextFieldReadOnly, nullptr),
+      load(&fileRow, "...\tLoad a ZEL file from file system to edit",
            callbacks.make(&OverlayEditorDialog::onCmdLoadOverlay)),
-      fresh(&fileButtons, "New\tGive up the overlay and begin an empty one",
+      fresh(&fileRow, "New\tGive up the overlay and begin an empty one",
             callbacks.make(&OverlayEditorDialog::onCmdClear)),
       changesCaption(&general, "Changes:\tWhether the shapes are in the file as they are here"),
       changes(&general, "None"),
-      changesFiller(&general, ""),
       attach(&general, mouseManager, callbacks.make(&OverlayEditorDialog::onCmdAttach),
              callbacks.make(&OverlayEditorDialog::onCmdSetMouseTool)),
       autoDeleteCaption(&general, std::string("Auto-delete:") + kAutoDelete),
       autoDelete(&general, kAutoDelete, callbacks.make(&OverlayEditorDialog::onCmdAutoDelete)),
-      autoDeleteFiller(&general, ""),
 
       shapeGroup(&right, "Shape Controls"),
       shapeControls(&shapeGroup, 2),
@@ -121,6 +121,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     // Widest of what can stand there, so that nothing moves from shape to shape.
     shapeCaption.setRoom(kCaptionLetters, 1);
     panelArea.setRoom(kPanelLetters, kPanelRows);
+    file.setRoom(kFileLetters, 1);
     changes.setRoom(0, 2);
     name.disable();
     // The first uncheck makes a button a toggle button.

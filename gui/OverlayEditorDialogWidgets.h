@@ -38,17 +38,15 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PIGroupBox generalGroup;
     PIGUI::PIHorizontalMatrix general;
     PIGUI::PILabel fileCaption;
+    PIGUI::PIHorizontalFrame fileRow;
     PIGUI::PITextField file;
-    PIGUI::PIHorizontalFrame fileButtons;
     PIGUI::PIButton load;
     PIGUI::PIButton fresh;
     PIGUI::PILabel changesCaption;
     PIGUI::PILabel changes;
-    PIGUI::PILabel changesFiller;
     AttachedZelGui attach;
     PIGUI::PILabel autoDeleteCaption;
     PIGUI::PICheckButton autoDelete;
-    PIGUI::PILabel autoDeleteFiller;
 
     PIGUI::PIGroupBox shapeGroup;
     PIGUI::PIHorizontalMatrix shapeControls;

@@ -14,14 +14,15 @@ PointsGui::PointsGui(PanelBody& panel, bool closed)
     : closed_(closed),
       caption_(panel.table(), "Points"),
       buttons_(panel.table(), PIGUI::PILayoutFillX),
-      previous_(&buttons_, "<-\tPrevious point", callbacks_.make(&PointsGui::onCmdPrevious)),
-      next_(&buttons_, "->\tNext point", callbacks_.make(&PointsGui::onCmdNext)),
       insert_(&buttons_, "Insert\tInsert a point before the current one",
               callbacks_.make(&PointsGui::onCmdInsert)),
       delete_(&buttons_, "Delete\tDelete the current point", callbacks_.make(&PointsGui::onCmdDelete)),
       filler_(panel.table(), ""),
       name_(panel.table(), "Point"),
-      counter_(panel.table(), ""),
+      steps_(panel.table(), PIGUI::PILayoutFillX),
+      previous_(&steps_, "<-\tPrevious point", callbacks_.make(&PointsGui::onCmdPrevious)),
+      next_(&steps_, "->\tNext point", callbacks_.make(&PointsGui::onCmdNext)),
+      counter_(&steps_, ""),
       counterFiller_(panel.table(), ""),
       point_(panel) {
     panel.add(*this);

@@ -48,12 +48,13 @@ class PointsGui final : public PanelPart {
     CallbackList<PointsGui> callbacks_{this};
     PIGUI::PILabel caption_;
     PIGUI::PIHorizontalFrame buttons_;
-    PIGUI::PIButton previous_;
-    PIGUI::PIButton next_;
     PIGUI::PIButton insert_;
     PIGUI::PIButton delete_;
     PIGUI::PILabel filler_;
     PIGUI::PILabel name_;
+    PIGUI::PIHorizontalFrame steps_;
+    PIGUI::PIButton previous_;
+    PIGUI::PIButton next_;
     PIGUI::PILabel counter_;
     PIGUI::PILabel counterFiller_;
     PointEditGui point_;

@@ -26,7 +26,8 @@ std::optional<int> WholeNumber::take() {
     // Last, as the wrapper takes what was read last for what stands there.
     std::string text = spinner_.getValueText();
     const auto typed = UTILS::readInteger(text);
-    const bool nonsense = !text.empty() && (!typed || !fits(*typed));
+    // Emptied, unless it is a host's that tells no text of a spinner.
+    const bool nonsense = text.empty() ? number == value_ : !typed || !fits(*typed);
     if (!nonsense && fits(number)) {
         refused_.forget();
         value_ = number;

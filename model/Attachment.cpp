@@ -84,8 +84,8 @@ bool Attachment::attach(unsigned long platform, bool center) {
     followPlatform();
     halCore::Vec3 place;
     if (platform && Utils::getPlatformLla(platform, place) != 0) {
-        halNotify::notify(halNotify::Error)
-            << Utils::platformName(platform) << " has no position now: the overlay is not attached to it";
+        halNotify::notify(halNotify::Error) << "Not attached to " << Utils::platformName(platform)
+                                            << ": it has no position now. Nothing has changed";
         return false;
     }
     const bool own = isReferencePlatform(platform);
@@ -102,9 +102,9 @@ bool Attachment::attach(unsigned long platform, bool center) {
         PointConverter there;
         there.setReferenceLla(place, platform);
         if (const auto misfits = overlay_.misfits(there, center, staying); !misfits.empty()) {
-            halNotify::notify(halNotify::Error)
-                << "The overlay is not attached to " << Utils::platformName(platform)
-                << ": no offsets from there lead to all of " << UTILS::listed(misfits);
+            halNotify::notify(halNotify::Error) << "Not attached to " << Utils::platformName(platform)
+                                                << ": no offsets from there lead to all of "
+                                                << UTILS::listed(misfits) << ". Nothing has changed";
             return false;
         }
     }

@@ -39,7 +39,8 @@ void tellLosses(const std::string& when, const std::vector<halCore::ZEL::ParseMe
         halNotify::notify(halNotify::Warning) << when << " line " << loss.line << ": " << loss.text;
     }
     if (count > UTILS::kMostListed)
-        halNotify::notify(halNotify::Warning) << when << " " << count - UTILS::kMostListed << " more lines";
+        halNotify::notify(halNotify::Warning)
+            << when << " " << count - UTILS::kMostListed << " more lines are lost";
 }
 
 /// Copies a file's text to its name with "~", or the next one that is free, and tells so.
@@ -127,10 +128,11 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
                 << fileName << " is loaded without what its faulty lines say: " << faulty << " of them";
     } else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
         halNotify::notify(halNotify::Error)
-            << "Not loaded: " << fileName << " is no ZEL file, and the editor edits no others";
+            << "Not loaded: " << fileName
+            << " is no ZEL file, and the editor edits no others. What is edited stays";
     else
-        halNotify::notify(halNotify::Error) << "Not loaded: " << loaded.error << ". " << fileName
-                                            << " stays as it is, and what is edited, too";
+        halNotify::notify(halNotify::Error)
+            << "Not loaded: " << fileName << ": " << loaded.error << ". What is edited stays";
     return reading;
 }
 
@@ -149,7 +151,8 @@ Document::Reading Document::readFile(const std::string& fileName) const {
     } catch (const std::bad_alloc&) {
         error = "not enough memory";
     }
-    halNotify::notify(halNotify::Error) << "Not loaded: " << fileName << ": " << error;
+    halNotify::notify(halNotify::Error)
+        << "Not loaded: " << fileName << ": " << error << ". What is edited stays";
     Reading reading;
     reading.loaded.error = std::move(error);
     return reading;
@@ -162,7 +165,7 @@ Document::Reading Document::readOverlay(void* zel) const {
         Reading reading;
         reading.loaded.error = "the host gave no text of it";
         halNotify::notify(halNotify::Error) << "Not loaded: " << (fileName.empty() ? "the overlay" : fileName)
-                                            << ": " << reading.loaded.error;
+                                            << ": " << reading.loaded.error << ". What is edited stays";
         return reading;
     }
     // A file that says the same says it in its own words.
@@ -298,7 +301,8 @@ bool Document::keepOldFile_(const std::string& fileName, const std::string& text
     if (!UTILS::fileIsFile(fileName) || !UTILS::whyNotReplaced(fileName).empty()) return true;
     if (const std::string error = UTILS::readFile(fileName, old); !error.empty()) {
         halNotify::notify(halNotify::Error)
-            << "Not saved: what " << fileName << " holds cannot be read, and not be kept: " << error;
+            << "Not saved: " << fileName << " cannot be read, so that no copy of it can be kept: " << error
+            << ". It is as it was";
         return false;
     }
     if (old.empty() || old == text || (!emptied && savedFile_.is(fileName, old))) return true;
@@ -312,9 +316,8 @@ bool Document::keepOldFile_(const std::string& fileName, const std::string& text
                                       : "it holds what the editor cannot keep";
     std::string copy;
     if (const std::string error = copyOldText(fileName, old, why, copy); !error.empty()) {
-        halNotify::notify(halNotify::Error)
-            << "Not saved: " << why << ", and the copy " << copy << " could not be written: " << error << ". "
-            << fileName << " is as it was";
+        halNotify::notify(halNotify::Error) << "Not saved: no copy of " << fileName << " could be kept as "
+                                            << copy << ": " << error << ". It is as it was (" << why << ")";
         return false;
     }
     // What was loaded has been told then.
@@ -357,7 +360,7 @@ bool Document::save(const std::string& fileName) {
     keep_(overlay_.attachedPlatformId());
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
-            << "Not complete, and not in " << fileName << ": " << UTILS::listed(skipped);
+            << "Saved in " << fileName << ", but for what is not complete: " << UTILS::listed(skipped);
     reload_(emptied);
     return true;
 }
@@ -374,7 +377,8 @@ void Document::reload_(bool emptied) {
     if (replaced) PIHALVIS::unloadZELFile(replaced);
     if (edited && edited != replaced) PIHALVIS::showZELFile(edited, true);
     const auto tellNotLoaded = [this] {
-        halNotify::notify(halNotify::Error) << fileName_ << " is saved, but the host could not load it";
+        halNotify::notify(halNotify::Error)
+            << fileName_ << " is saved, but not shown: the host could not load it";
     };
     // Offsets from a platform that the file does not name.
     const bool sails =
@@ -409,7 +413,8 @@ bool Document::rescue(Rescue how) {
         rescueFile_ = file;
         if (sails && !anchored)
             halNotify::notify(halNotify::Warning)
-                << "The offsets in " << file << " count from " << Utils::platformName(platform);
+                << "The offsets in " << file << " count from " << Utils::platformName(platform)
+                << ": attach them to it once they are loaded";
     }
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())

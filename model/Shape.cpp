@@ -98,7 +98,7 @@ std::optional<halCore::Vec3> Shape::middle_(bool anchorCenter) const {
 bool Shape::accepted_(bool taken) const {
     if (!taken)
         halNotify::notify(halNotify::Error)
-            << "\"" << name() << "\": no offset from its reference leads there; nothing is changed";
+            << "\"" << name() << "\" stays as it was: no offset from its platform leads there";
     return taken;
 }
 
@@ -116,7 +116,8 @@ bool Shape::takeAttachment_(unsigned long id, PointConverter* converter, bool an
         attachedPlatformId_ = 0;
         if (!points_.leave())
             halNotify::notify(halNotify::Warning)
-                << "\"" << name() << "\" keeps its offsets, and names their reference: they lead to no place";
+                << "\"" << name()
+                << "\" keeps its offsets, and its file will name what they count from: they lead to no place";
         dirty_();
         return false;
     }

@@ -6,6 +6,8 @@
 #include "common/Notify.h"
 #include "pi/EntryScope.h"
 
+inline constexpr const char* kFaultOfOurs = "A fault in the plug-in, save under another name: ";
+
 /// Runs one entry from the host so that no exception crosses the boundary: what was thrown becomes an
 /// error message that names the entry, and `fallback` is returned.
 template <typename Result, typename Body>
@@ -14,13 +16,13 @@ Result guarded(const char* entry, Result fallback, Body&& body) noexcept {
         return body();
     } catch (const std::exception& problem) {
         try {
-            halNotify::notify(halNotify::Error) << entry << ": " << problem.what();
+            halNotify::notify(halNotify::Error) << kFaultOfOurs << entry << ": " << problem.what();
         } catch (...) {
             // Not even the message could be built; the neutral result is all that is left to give.
         }
     } catch (...) {
         try {
-            halNotify::notify(halNotify::Error) << entry << ": unknown failure";
+            halNotify::notify(halNotify::Error) << kFaultOfOurs << entry << ": unknown failure";
         } catch (...) {
         }
     }

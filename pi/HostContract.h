@@ -226,7 +226,8 @@
 //                   many lines, whatever it holds: lines of a label, which breaks its text when it has
 //                   several; rows of a list; rows of text fields in a container. A label and a check button
 //                   take no more for a longer text, a label with 0 columns the width that is left; what is
-//                   cut can be read as its tooltip. 0 rows, or columns of others: as the contents need.
+//                   cut can be read as its tooltip. A text field wants no more width, and takes what is
+//                   left. 0 rows, or columns of others: as the contents need.
 //                   i[Mark], 0 or 1 p text field or spinner: shows that its text is not accepted. While
 //                   marked it calls back also when it is left, or Enter pressed, without a change.
 //                   i[Limits], least, most p spinner: what it takes. A text that is no whole number between

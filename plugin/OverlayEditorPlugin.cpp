@@ -81,7 +81,8 @@ int OverlayEditorPlugin::StartUp() {
         static_cast<PluginClient::Interfaces::OverlayEditorInterface*>(serviceInterface_.get()));
     if (!service_->registerSelf())
         halNotify::notify(halNotify::Warning)
-            << "The service " << service_->name() << " could not be published";
+            << "Other plug-ins do not hear of what this editor saves: the service " << service_->name()
+            << " could not be published";
     return 0;
 }
 

@@ -28,7 +28,7 @@ LabelFont::LabelFont(const std::string& path) {
     }
     if (halNotify::isNotifyEnabled(halNotify::Warning))
         halNotify::notify(halNotify::Warning)
-            << "Points are drawn without labels, cannot open the font " << path;
+            << "Points are drawn without labels: the font " << path << " cannot be opened";
 }
 
 LabelFont::~LabelFont() = default;

@@ -1,6 +1,7 @@
 #include "tools/QuickDrawManager.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "common/Files.h"
@@ -9,6 +10,7 @@
 #include "common/TemporaryFile.h"
 #include "model/BaseLineShape.h"
 #include "model/QuickShapeDirectory.h"
+#include "model/RescueFile.h"
 #include "model/Utils.h"
 #include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
@@ -159,7 +161,8 @@ int QuickDrawManager::addShape_(const std::string& kind) {
     std::unique_ptr<Shape> made(prototype ? prototype->clone() : nullptr);
     MouseTool* const tool = made ? made->mouseTool() : nullptr;
     if (!tool) {
-        halNotify::notify(halNotify::Warning) << "A shape of the kind " << kind << " cannot be drawn";
+        halNotify::notify(halNotify::Warning)
+            << "Nothing is drawn: the editor has no shape of the kind " << kind;
         return 1;
     }
     kind_ = kind;
@@ -238,7 +241,7 @@ void QuickDrawManager::save_(Shape& shape) {
         const bool begun = low.lat() <= high.lat();
         if (begun)
             halNotify::notify(halNotify::Warning)
-                << "\"" << shape.name() << "\" is not complete; it is not saved";
+                << "Not saved: \"" << shape.name() << "\" is not complete. It is given up";
         return;
     }
     const unsigned long platform = attachShape_(shape);
@@ -247,7 +250,8 @@ void QuickDrawManager::save_(Shape& shape) {
     std::string path;
     if (const std::string error = saveUnderFreeNumber_(text, path); !error.empty()) {
         PICommon::debugPrint("Failed to create file " + path + " for auto saving ZEL\n");
-        halNotify::notify(halNotify::Error) << "\"" << shape.name() << "\" is not saved: " << error;
+        halNotify::notify(halNotify::Error) << "Not saved: \"" << shape.name() << "\": " << error;
+        writeRescueFile(text, true);
         return;
     }
     created_.insert_or_assign(path, WrittenFile(path, text));
@@ -259,7 +263,7 @@ void QuickDrawManager::load_(const std::string& path, unsigned long platform) {
     if (overlay)
         adopt_(overlay, path);
     else
-        halNotify::notify(halNotify::Error) << path << " is saved, but the host could not load it";
+        halNotify::notify(halNotify::Error) << path << " is saved, but not shown: the host could not load it";
 }
 
 void QuickDrawManager::adopt_(void* overlay, const std::string& path) {
@@ -322,8 +326,11 @@ bool QuickDrawManager::mayDelete_(const std::string& path) const {
 }
 
 void QuickDrawManager::deleteFile_(const std::string& path) {
-    if (!UTILS::fileRemove(path) && UTILS::fileIsFile(path))
-        halNotify::notify(halNotify::Warning) << path << " could not be deleted";
+    const bool removed = UTILS::fileRemove(path);
+    const int error = errno;
+    if (!removed && UTILS::fileIsFile(path))
+        halNotify::notify(halNotify::Warning)
+            << path << " could not be deleted, and stays: " << UTILS::reasonOf(error);
     else
         created_.erase(path);
 }

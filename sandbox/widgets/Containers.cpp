@@ -38,7 +38,7 @@ BoxWidget::BoxWidget(const char* kind, Direction direction, std::uint32_t layout
     : BoxWidget(kind, frame(layoutOptions), direction, layoutOptions) {}
 
 BoxWidget::BoxWidget(const char* kind, QWidget* widget, Direction direction, std::uint32_t layoutOptions)
-    : kind_(kind) {
+    : kind_(kind), direction_(direction) {
     setWidget(widget);
     setFilling(layoutOptions);
     layout_ = new QBoxLayout(direction == Direction::Row ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom,
@@ -65,6 +65,19 @@ void BoxWidget::roomChanged(HostWidget& child) {
     if (!across) alignment = row ? Qt::AlignVCenter : Qt::AlignLeft;
     layout_->setStretchFactor(child.widget(), along ? 1 : 0);
     layout_->setAlignment(child.widget(), alignment);
+}
+
+bool BoxWidget::holdsColumns() const {
+    const auto isColumn = [](const HostWidget* child) {
+        const auto* box = dynamic_cast<const BoxWidget*>(child);
+        return box && !box->isRow();
+    };
+    return isRow() && children().size() > 1 && std::ranges::all_of(children(), isColumn);
+}
+
+void BoxWidget::stack(bool below) {
+    layout_->setDirection(below ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    for (HostWidget* child : children()) roomChanged(*child);
 }
 
 GroupBox::GroupBox(const QString& title, std::uint32_t layoutOptions)

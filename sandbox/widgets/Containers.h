@@ -17,7 +17,11 @@ class BoxWidget : public ContainerWidget {
     BoxWidget(const char* kind, Direction direction, std::uint32_t layoutOptions);
 
     const char* kind() const override { return kind_; }
-    bool isRow() const { return layout_->direction() == QBoxLayout::LeftToRight; }
+    bool isRow() const { return direction_ == Direction::Row; }
+    /// Whether it is a row of columns.
+    bool holdsColumns() const;
+    /// The columns of a row stand below each other, as on a screen that is too narrow for both.
+    void stack(bool below);
 
   protected:
     BoxWidget(const char* kind, QWidget* widget, Direction direction, std::uint32_t layoutOptions);
@@ -28,6 +32,7 @@ class BoxWidget : public ContainerWidget {
 
   private:
     const char* kind_;
+    Direction direction_;
     QBoxLayout* layout_;
 };
 

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QTextLayout>
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
@@ -78,7 +79,6 @@ class RoomyLabel final : public QLabel {
     void setRoom(int columns, int rows) {
         columns_ = columns;
         rows_ = rows;
-        setWordWrap(rows > 1);
         setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         setSizePolicy(columns > 0 ? QSizePolicy::Preferred : QSizePolicy::Expanding, QSizePolicy::Fixed);
         updateGeometry();
@@ -108,7 +108,24 @@ class RoomyLabel final : public QLabel {
     }
 
   private:
-    void show_() { setText(rows_ == 1 ? fontMetrics().elidedText(whole_, Qt::ElideRight, width()) : whole_); }
+    /// Broken into the lines that there are; the last one ends in dots when there is more.
+    void show_() {
+        if (rows_ == 0) return setText(whole_);
+        QTextLayout layout(whole_, font());
+        layout.beginLayout();
+        QString shown;
+        int from = 0;
+        for (int row = 1; row < rows_; ++row) {
+            QTextLine line = layout.createLine();
+            if (!line.isValid()) break;
+            line.setLineWidth(width());
+            shown += whole_.sliced(from, line.textLength()).trimmed() + '\n';
+            from += line.textLength();
+        }
+        layout.endLayout();
+        shown += fontMetrics().elidedText(whole_.sliced(from), Qt::ElideRight, width());
+        setText(shown.trimmed());
+    }
 
     QString whole_;
     int columns_ = 0;
@@ -140,8 +157,8 @@ class WholeNumberBox final : public QSpinBox {
     /// Whether what is refused is told to others, who say so.
     bool refusals = false;
     /// What the user has typed and not handed over, and what was refused of it and stands there still.
-    QString typed;
-    QString refused;
+    std::optional<QString> typed;
+    std::optional<QString> refused;
     bool takes(const QString& text) const { return number(text).has_value(); }
 
     QValidator::State validate(QString& text, int&) const override {
@@ -170,6 +187,13 @@ class LeftLine final : public QLineEdit {
   public:
     /// Called when the user leaves it for another place of this program.
     std::function<void()> left;
+    /// Pixels that it wants, 0 for those that Qt gives every line.
+    int wanted = 0;
+
+    QSize sizeHint() const override {
+        const QSize usual = QLineEdit::sizeHint();
+        return wanted > 0 ? QSize(wanted, usual.height()) : usual;
+    }
 
   protected:
     void focusOutEvent(QFocusEvent* event) override {
@@ -312,6 +336,14 @@ TextFieldWidget::TextFieldWidget(std::int32_t style) {
     };
 }
 
+void TextFieldWidget::setRoom(int columns, int) {
+    auto& line = static_cast<LeftLine&>(*field_);
+    constexpr int frame = 12;
+    line.wanted = columns > 0 ? columns * line.fontMetrics().averageCharWidth() + frame : 0;
+    line.setMinimumWidth(line.wanted);
+    line.updateGeometry();
+}
+
 bool TextFieldWidget::setMarked(bool marked) {
     marked_ = marked;
     showMarked(*field_, marked);
@@ -350,7 +382,7 @@ SpinnerWidget::SpinnerWidget(std::int32_t style) : spinner_(new WholeNumberBox) 
     spinner_->setKeyboardTracking(false);
     guardWheel(spinner_);
     QObject::connect(spinner_, &QSpinBox::valueChanged, spinner_, [this] {
-        static_cast<WholeNumberBox*>(spinner_)->refused.clear();
+        static_cast<WholeNumberBox*>(spinner_)->refused.reset();
         activate();
     });
 }
@@ -368,11 +400,11 @@ void SpinnerWidget::setLimits(int least, int most) {
 
 void SpinnerWidget::left() {
     auto& box = static_cast<WholeNumberBox&>(*spinner_);
-    const QString typed = std::exchange(box.typed, {});
-    const bool refused = !typed.isEmpty() && !box.takes(typed);
+    const std::optional<QString> typed = std::exchange(box.typed, {});
+    const bool refused = typed && !box.takes(*typed);
     if (!refused && !marked_) return;
     if (refused) box.refused = typed;
-    if (!box.refused.isEmpty()) box.edit().setText(box.refused);
+    if (box.refused) box.edit().setText(*box.refused);
     activate();
 }
 
@@ -380,20 +412,19 @@ bool SpinnerWidget::setMarked(bool marked) {
     marked_ = marked;
     showMarked(*spinner_, marked);
     auto& box = static_cast<WholeNumberBox&>(*spinner_);
-    if (marked) return true;
-    box.refused.clear();
+    if (!marked) box.refused.reset();
     return true;
 }
 
 std::optional<QString> SpinnerWidget::text() const {
     const auto& box = static_cast<const WholeNumberBox&>(*spinner_);
-    return box.refused.isEmpty() ? spinner_->text() : box.refused;
+    return box.refused.value_or(spinner_->text());
 }
 
 bool SpinnerWidget::setInteger(std::int32_t value) {
     const QSignalBlocker blocker(spinner_);
     auto& box = static_cast<WholeNumberBox&>(*spinner_);
-    box.refused.clear();
+    box.refused.reset();
     box.setValue(value);
     // Qt sets the text only with another value.
     box.edit().setText(QString::number(box.value()));

@@ -63,6 +63,7 @@ class TextFieldWidget final : public HostWidget {
     explicit TextFieldWidget(std::int32_t style);
     const char* kind() const override { return "text field"; }
     bool setText(const QString& text) override;
+    void setRoom(int columns, int rows) override;
     bool setMarked(bool marked) override;
     bool setInteger(std::int32_t value) override { return setText(QString::number(value)); }
     bool setReal(double value) override;

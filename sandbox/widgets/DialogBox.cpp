@@ -101,10 +101,20 @@ void DialogBox::orderFocus_() const {
     for (std::size_t i = 1; i < order.size(); ++i) QWidget::setTabOrder(order[i - 1], order[i]);
 }
 
+void DialogBox::stackColumns_(bool below) const {
+    for (HostWidget* child : children())
+        if (auto* box = dynamic_cast<BoxWidget*>(child); box && box->holdsColumns()) box->stack(below);
+}
+
 void DialogBox::open() {
     DialogWindow& window = window_();
     window.startWithOneColumn();
+    stackColumns_(false);
     fit_();
+    if (window.isTooWide()) {
+        stackColumns_(true);
+        fit_();
+    }
     if (!wasOpen_) {
         wasOpen_ = true;
         const QStringList size = sizes_.value(sizeKey_()).split('x');

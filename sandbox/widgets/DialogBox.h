@@ -37,6 +37,8 @@ class DialogBox final : public ContainerWidget {
     DialogWindow& window_() const;
     /// Puts the children into one column or two, and makes the window large enough for them.
     void fit_();
+    /// The columns of rows of columns, below or beside each other.
+    void stackColumns_(bool below) const;
     void orderFocus_() const;
 
     PIGUI::PICloseObserver* observer_ = nullptr;

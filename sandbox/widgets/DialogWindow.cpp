@@ -158,6 +158,11 @@ void DialogWindow::fit() {
     fitting_ = false;
 }
 
+bool DialogWindow::isTooWide() const {
+    content_->layout()->activate();
+    return content_->minimumSizeHint().width() > room().width();
+}
+
 void DialogWindow::give(QSize size) {
     given_ = size;
     fit();

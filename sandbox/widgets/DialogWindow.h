@@ -33,6 +33,8 @@ class DialogWindow final : public QWidget {
     void fit();
     /// The next fit() may go back to one column; while the window is shown it would jump.
     void startWithOneColumn() { columns_ = 1; }
+    /// Whether the screen is too narrow for the contents, however they are arranged.
+    bool isTooWide() const;
     /// At least so large, as the user had it before, where the screen has the room.
     void give(QSize size);
     /// Moves the window back where it can be seen whole.

@@ -67,7 +67,7 @@ TEST_F(SaveFileTest, TellsWhyAFileCannotBeRead) {
     EXPECT_FALSE(fileIsFile(path("pipe")));
     ASSERT_EQ(saveFile(path("sparse"), "x"), "");
     fs::resize_file(path("sparse"), std::uintmax_t{1} << 42);
-    EXPECT_EQ(readFile(path("sparse"), text), "File too large");
+    EXPECT_EQ(readFile(path("sparse"), text), "It is larger than 1 GiB, the most that is read");
     EXPECT_EQ(text, "unchanged");
     EXPECT_TRUE(fileRemove(path("sparse")));
     EXPECT_FALSE(fileRemove(path("sparse")));

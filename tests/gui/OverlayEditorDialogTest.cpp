@@ -21,6 +21,7 @@
 #include "model/CylinderShape.h"
 #include "model/ShapeRegistry.h"
 #include "pi/PIHALVIS.h"
+#include "support/ScopedVariable.h"
 #include "support/TemporaryDirectory.h"
 
 using halCore::kRadiansPerDegree;
@@ -274,8 +275,7 @@ TEST_F(OverlayEditorDialogTest, HidingEndsEditingAndShowingResumesIt) {
 }
 
 TEST_F(OverlayEditorDialogTest, LoadsWhatTheZelCommandMakesOfOtherFormats) {
-    const std::string before = std::getenv("PATH");
-    ::setenv("PATH", directory.c_str(), 1);
+    const ScopedVariable only("PATH", directory);
     host.fileDialogAnswers = {path("harbour.KML"), path("harbour.KML"), path("bad.gpkg")};
     dialog->show();
     press("...");
@@ -298,7 +298,6 @@ TEST_F(OverlayEditorDialogTest, LoadsWhatTheZelCommandMakesOfOtherFormats) {
     press("...");
     EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
     EXPECT_THAT(messages, ElementsAre(testing::_, "one", HasSubstr("bad.gpkg: no")));
-    ::setenv("PATH", before.c_str(), 1);
 }
 
 TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
@@ -510,7 +509,7 @@ TEST_F(OverlayEditorDialogTest, AnItemWhoseShapeIsGoneGoesWithAMessage) {
 TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {
     ::unsetenv("HALVIS_DIR");
     press("Help...");
-    ::setenv("HALVIS_DIR", directory.c_str(), 1);
+    const ScopedVariable here("HALVIS_DIR", directory);
     press("Help...");
     EXPECT_THAT(messages, ElementsAre("Could not find Overlay Editor Documentation.\n",
                                       "Could not find Overlay Editor Documentation.\n"));
@@ -519,8 +518,7 @@ TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {
     std::filesystem::create_directories(directory + "/doc/HALVIS");
     const std::string manual = directory + "/doc/HALVIS/Overlay_Editor_Plugin.pdf";
     write(manual, "%PDF");
-    const std::string before = ::getenv("PATH");
-    ::setenv("PATH", directory.c_str(), 1);
+    const ScopedVariable only("PATH", directory);
     press("Help...");
     EXPECT_THAT(messages, ElementsAre("Error Loading Overlay Editor Documentation at file://" + manual +
                                       " : xdg-open: command not found"));
@@ -532,11 +530,9 @@ TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {
                       "/opened.tmp' '" + directory + "/opened'\n");
     std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
     press("Help...");
-    ::setenv("PATH", before.c_str(), 1);
     EXPECT_THAT(messages, IsEmpty());
     for (int i = 0; i < 500 && !UTILS::fileIsFile(path("opened")); ++i) ::usleep(10000);
     EXPECT_EQ(contentsOf(path("opened")), "file://" + manual + "\n");
-    ::unsetenv("HALVIS_DIR");
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -17,6 +16,7 @@
 #include "model/Document.h"
 #include "pi/PIHALVIS.h"
 #include "support/FakeHost.h"
+#include "support/ScopedVariable.h"
 #include "support/TemporaryDirectory.h"
 
 using halCore::Vec3;
@@ -188,13 +188,14 @@ TEST_F(DocumentTest, WhatFailsCostsNothing) {
     std::filesystem::resize_file(huge, UTILS::kMaxFileSize + 1);
     EXPECT_FALSE(document->save(huge));
     EXPECT_EQ(std::filesystem::file_size(huge), UTILS::kMaxFileSize + 1);
-    EXPECT_THAT(messages.back(), HasSubstr("cannot be read, and not be kept: File too large"));
+    EXPECT_THAT(messages.back(),
+                HasSubstr("cannot be read, so that no copy of it can be kept: It is larger than 1 GiB"));
 
     messages.clear();
     EXPECT_TRUE(document->save(precious));
     EXPECT_THAT(messages,
                 ElementsAre(HasSubstr("is kept as " + precious + "~: it is not the file that is edited"),
-                            "Not complete, and not in " + precious + ": Never drawn"));
+                            "Saved in " + precious + ", but for what is not complete: Never drawn"));
     EXPECT_EQ(contentsOf(precious + "~"), kTwoCircles);
     EXPECT_THAT(contentsOf(precious), HasSubstr("3d name Mine"));
 
@@ -414,6 +415,7 @@ TEST_F(DocumentTest, AFileShownOnSeveralPlatformsIsReplacedOnEach) {
         host.platforms[7 + static_cast<unsigned>(i)].point.latRad = 0.3 + 0.1 * i;
         host.overlays[&ships[i]] = {contentsOf(file), file, 7 + static_cast<unsigned>(i), true};
     }
+    host.overlays[&host] = {contentsOf(file), file, 0, true};
     ASSERT_TRUE(take(document->readOverlay(&ships[1])));
     first().setMajorRadius(6);
     ASSERT_TRUE(document->save(file));
@@ -421,7 +423,8 @@ TEST_F(DocumentTest, AFileShownOnSeveralPlatformsIsReplacedOnEach) {
     for (const auto& [handle, zel] : host.overlays)
         if (zel.path == file && !shown.emplace(zel.platform, zel.shown).second)
             ADD_FAILURE() << "shown twice";
-    EXPECT_EQ(shown, (std::map<std::uint64_t, bool>{{7, true}, {8, false}, {9, true}}));
+    EXPECT_EQ(shown, (std::map<std::uint64_t, bool>{{0, true}, {7, true}, {8, false}, {9, true}}));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("is shown without a platform, too")));
     EXPECT_EQ(host.overlays.at(overlay.zelId()).platform, 8u);
     for (int& ship : ships) EXPECT_EQ(host.overlays.count(&ship), 0u);
 }
@@ -506,11 +509,13 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     first().setShown(false);
     EXPECT_EQ(document->changes(), "None; hidden here, but not in the file: Inner");
     first().setShown(true);
+    CylinderShape& fresh = add("New");
+    EXPECT_EQ(document->changes(), "None; not complete: New");
     std::filesystem::remove(file);
-    EXPECT_EQ(document->changes(), "Not saved; the file is gone");
+    EXPECT_EQ(document->changes(), "Not saved; the file is gone; not complete: New");
     write("two.zel", "theirs");
-    EXPECT_EQ(document->changes(), "Not saved; somebody else has written the file");
-    add("New").setCenter({0.1, 0.2, 0});
+    EXPECT_EQ(document->changes(), "Not saved; somebody else has written the file; not complete: New");
+    fresh.setCenter({0.1, 0.2, 0});
     document->attach(7, false);
     EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
 }
@@ -540,11 +545,8 @@ TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {
                 ElementsAre(HasSubstr("they stay in the editor"), HasSubstr("they stay in the editor")));
     // At the end of the host any place is better than none.
     std::filesystem::create_directory(path("temporary"));
-    const char* const before = std::getenv("TMPDIR");
-    const std::string old = before ? before : "";
-    ::setenv("TMPDIR", path("temporary").c_str(), 1);
+    const ScopedVariable elsewhere("TMPDIR", path("temporary"));
     EXPECT_TRUE(document->rescue(Document::Rescue::AtEnd));
-    before ? ::setenv("TMPDIR", old.c_str(), 1) : ::unsetenv("TMPDIR");
     EXPECT_THAT(messages.back(), HasSubstr("are kept in " + path("temporary/Unsaved ")));
     ASSERT_EQ(filesIn("temporary").size(), 1u);
     EXPECT_THAT(contentsOf(filesIn("temporary").front()), HasSubstr("Mine"));

@@ -18,6 +18,7 @@
 #include "model/ShapeKinds.h"
 #include "model/ShapeRegistry.h"
 #include "pi/PIHALVIS.h"
+#include "support/ScopedVariable.h"
 #include "support/TemporaryDirectory.h"
 #include "tools/QuickDrawManager.h"
 
@@ -262,13 +263,16 @@ TEST_F(QuickDraw, TheDirectory) {
     EXPECT_TRUE(UTILS::fileIsFile(home.path() + "/a/b/Circle_1.zel"));
     EXPECT_EQ(host.overlays.begin()->second.path, home.path() + "/a/b/Circle_1.zel");
 
-    // A file stands in the way: one message, and drawing is over.
+    // A file stands in the way: drawing is over, and what was drawn kept elsewhere.
+    const ScopedVariable elsewhere("TMPDIR", home.path());
     host.settings["AutoSaveZelDir"] = home.path() + "/a/b/Circle_1.zel";
     drawCircle();
     expectIdle();
     EXPECT_THAT(host.notifications,
                 ElementsAre(HasSubstr("Circle_1.zel/Circle_1.zel for auto saving ZEL\n")));
-    EXPECT_THAT(messages, ElementsAre("\"Circle 1\" is not saved: Not a directory"));
+    EXPECT_THAT(messages,
+                ElementsAre("Not saved: \"Circle 1\": Not a directory", HasSubstr("could not be written"),
+                            HasSubstr("are kept in " + home.path() + "/Unsaved ")));
 
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(home.path());

@@ -14,6 +14,7 @@ function show(box, name) {
 }
 
 show(editor, "editor");
+assert(editor.geometry.width < 850, "as narrow as can be: " + editor.geometry.width);
 const kinds = editor.options("Shape:").slice(1);
 assert(kinds.length >= 15, "the kinds of shapes: " + kinds);
 for (const kind of kinds) {
@@ -50,7 +51,7 @@ assert(!editor.items("All Shapes").some(i => i.startsWith("Polygon ")), "the sha
 
 // Nonsense in a spinner is refused as a whole, and stays until it is left twice.
 selectKind("Circle");
-for (const nonsense of ["3.7", "wide", "-5", "99999"]) {
+for (const nonsense of ["", "3.7", "wide", "-5", "99999"]) {
     editor.fill("Line Width:", nonsense);
     assertEqual(editor.value("Line Width:"), nonsense);
     assert(editor.captions().some(text => text.startsWith(`Line Width: "${nonsense}" is no whole number from 0 to 9999`)));
@@ -90,8 +91,8 @@ editor.check("Attach:");
 show(platforms, "platforms");
 const check = platforms.place("Center On Host");
 assert(check.y + check.height <= platforms.place("OK").y, "nothing is scrolled out of sight");
-platforms.select("", 0);
-platforms.press("OK");
+platforms.select("", 0, { enter: true });
+assert(!platforms.shown && editor.checked("Attach:"), "Enter on a row chooses it");
 show(editor, "long-name");
 assert(editor.geometry.width < 1.2 * before, "the editor with a long name: " + editor.geometry.width + ", " + before);
 const work = temporaryDirectory() + "/a-directory-with-a-long-name/and-another-one-of-the-same-kind-below-it/plans";
@@ -100,8 +101,10 @@ for (const name of ["north", "south"]) {
     writeFile(work + "/" + name + ".zel", "start\n3d name Far\ncircle\ncenterll 10 20\nradius 5\nend\n");
     openOverlay(work + "/" + name + ".zel");
 }
+setSetting("Dialogs/Select Existing ZEL", "731x377");
 editor.press("Load HALVIS...");
 show(existing, "existing");
+assertEqual([existing.geometry.width, existing.geometry.height], [731, 377], "as large as it was left");
 existing.select("", 1);
 existing.press("OK");
 show(editor, "long-path");
