@@ -53,102 +53,98 @@ bool isUnderflow(std::string_view text) {
 __extension__ using Uint128 = unsigned __int128;
 
 constexpr int kMostDigits = 17;
-/// As many as two words of eight hold.
-constexpr int kOrdinaryDigits = 16;
-/// The highest power of five that fits 64 bits.
-constexpr int kMostFives = 27;
-
-template <std::uint64_t Base, int Count>
-constexpr std::array<std::uint64_t, Count> powers() {
-    std::array<std::uint64_t, Count> result{};
-    std::uint64_t power = 1;
-    for (auto& entry : result) {
-        entry = power;
-        power *= Base;
-    }
-    return result;
-}
-
-constexpr auto kPowersOfFive = powers<5, kMostFives + 1>();
-constexpr auto kPowersOfTen = powers<10, kMostDigits + 1>();
-
+/// As many as an integer below 2^51 always holds.
+constexpr int kOrdinaryDigits = 15;
 constexpr int kLeastPower = -4;
-constexpr double kDecimalPowers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
-                                     1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
+/// From 1 on they are exact.
+constexpr double kDecimalPowers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
 
-/// mantissa * 2^exponent * 10^scale to the nearest integer, ties to even. Exact: the product of a
-/// 53-bit mantissa and 5^scale fits 128 bits, and the rest is a shift. The result has at most 18 digits.
-std::uint64_t scaledInteger(std::uint64_t mantissa, int exponent, int scale) {
-    const Uint128 product = static_cast<Uint128>(mantissa) * kPowersOfFive[static_cast<std::size_t>(scale)];
-    const int shift = -(exponent + scale);
-    if (shift <= 0) return static_cast<std::uint64_t>(product << -shift);
-    auto integer = static_cast<std::uint64_t>(product >> shift);
-    const Uint128 rest = product - (static_cast<Uint128>(integer) << shift);
-    const Uint128 half = static_cast<Uint128>(1) << (shift - 1);
-    // Without a branch, which nobody could predict.
-    integer += static_cast<std::uint64_t>((rest > half) | ((rest == half) & ((integer & 1) != 0)));
-    return integer;
+double powerOfTen(int exponent) {
+    return kDecimalPowers[static_cast<std::size_t>(exponent - kLeastPower)];
 }
 
-/// The eight decimal digits of `value`, the first one in the lowest byte: the halves, then the quarters,
-/// then the digits are taken apart in parallel.
-std::uint64_t eightDigits(std::uint64_t value) {
-    const std::uint64_t fours = value / 10000 | (value % 10000) << 32;
-    const std::uint64_t hundreds = (fours * 10486 >> 20) & 0x0000007f'0000007fULL;
-    const std::uint64_t twos = ((fours - 100 * hundreds) << 16) + hundreds;
-    const std::uint64_t tens = (twos * 103 >> 10) & 0x000f'000f'000f'000fULL;
-    return tens + ((twos - 10 * tens) << 8);
+/// The digits of 0 to 9999, the first one in the lowest byte.
+constexpr auto kFourDigits = [] {
+    std::array<std::uint32_t, 10'000> result{};
+    for (std::uint32_t i = 0; i < result.size(); ++i)
+        result[i] = i / 1000 | i / 100 % 10 << 8 | i / 10 % 10 << 16 | i % 10 << 24;
+    return result;
+}();
+
+/// The eight decimal digits of `value`, the first one in the lowest byte.
+std::uint64_t eightDigits(std::uint32_t value) {
+    return kFourDigits[value / 10'000] | static_cast<std::uint64_t>(kFourDigits[value % 10'000]) << 32;
+}
+
+/// What `rounded` is to become, which lies half a unit from `product`, the rounded value * power: the exact
+/// product lies on the one side or the other, or there is a tie, which is even already.
+std::int64_t besideHalf(std::int64_t rounded, double half, double value, double power, double product) {
+    const double rest = std::fma(value, power, -product);
+    return rounded + static_cast<int>(half > 0.0 && rest > 0.0) - static_cast<int>(half < 0.0 && rest < 0.0);
 }
 
 static_assert(std::endian::native == std::endian::little, "digits are stored as little-endian words");
 
-/// Writes numbers of everyday size, whose digits come from exact 128-bit arithmetic several times faster
-/// than from the general algorithm. Returns null for all others.
-char* writeOrdinary(char* out, double value, int digits) {
+/// Writes numbers of everyday size several times faster than the general algorithm. Returns null for all
+/// others.
+///
+/// value * 10^n is an integer of all digits once rounded. The double product lies within half its last bit
+/// of the exact one, and an odd multiple of one half is a double of that size; so both round to the same
+/// integer, unless the double product is such a half itself.
+[[gnu::always_inline]] inline char* writeOrdinary(char* out, double value, int digits) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
-    const int biased = static_cast<int>(bits >> 52 & 0x7ff);
+    const bool negative = bits >> 63 != 0;
     if (value == 0.0) {
-        if (std::signbit(value)) *out++ = '-';
+        *out = '-';
+        out += static_cast<int>(negative);
         *out++ = '0';
         return out;
     }
-    const int binary = biased - 1023;
-    // 1e-5 to 1e17: the decimal exponent is at least -5, and never more than the digits allow.
-    if (binary < -16 || binary > 56) return nullptr;
-    const std::uint64_t mantissa = (bits & ((1ULL << 52) - 1)) | 1ULL << 52;
-
+    const int binary = static_cast<int>(bits >> 52 & 0x7ff) - 1023;
+    // Altitudes are often whole numbers of few digits.
+    const int few = value > 0.0 && value < 10'000.0 && digits >= 4 ? static_cast<int>(value) : 0;
+    if (static_cast<double>(few) == value) {
+        const std::uint32_t four = kFourDigits[static_cast<std::size_t>(few)];
+        const int leading = std::countr_zero(four) / 8;
+        const std::uint32_t text = (four | 0x30303030U) >> 8 * leading;
+        std::memcpy(out, &text, sizeof text);
+        return out + 4 - leading;
+    }
+    // 1e-4 to 1e15: the decimal exponent is at least -5, and never more than the digits allow.
+    if (binary < -14 || binary > 49 || digits > kOrdinaryDigits) return nullptr;
+    const double size = std::abs(value);
     // floor(log10(2) * binary) is the decimal exponent or one less.
     int exponent = binary * 1233 >> 12;
-    exponent += static_cast<int>(std::abs(value) >=
-                                 kDecimalPowers[static_cast<std::size_t>(exponent + 1 - kLeastPower)]);
-    if (digits > kOrdinaryDigits || exponent < -4 || exponent > digits - 1 ||
-        digits - 1 - exponent > kMostFives)
+    exponent += static_cast<int>(size >= powerOfTen(exponent + 1));
+    if (exponent < -4 || exponent > digits - 1) return nullptr;
+
+    const double power = powerOfTen(digits - 1 - exponent);
+    const double product = size * power;
+    // Adding 1.5 * 2^52 rounds to an integer, ties to even, and leaves it in the lowest bits.
+    constexpr double shift = 0x1.8p52;
+    const double shifted = product + shift;
+    std::int64_t integer = std::bit_cast<std::int64_t>(shifted) - std::bit_cast<std::int64_t>(shift);
+    const double rest = product - (shifted - shift);
+    if (std::abs(rest) == 0.5) [[unlikely]]
+        integer = besideHalf(integer, rest, size, power, product);
+    // Rounded up to the next power of ten: another exponent.
+    if (static_cast<double>(integer) >= powerOfTen(digits)) [[unlikely]]
         return nullptr;
-    std::uint64_t integer = scaledInteger(mantissa, biased - 1075, digits - 1 - exponent);
-    if (integer == kPowersOfTen[static_cast<std::size_t>(digits)]) {
-        // Rounded up to the next power of ten.
-        integer /= 10;
-        if (++exponent > digits - 1) return nullptr;
-    }
 
     // All sixteen digits in one word, the first in its lowest byte; those in front that are not asked for
     // are shifted out. Words, not bytes in memory: reading back what was just written in parts is slow.
     constexpr std::uint64_t zeros = 0x30303030'30303030ULL;
     constexpr std::uint64_t tenToEight = 100'000'000;
-    const std::uint64_t low = eightDigits(integer % tenToEight);
-    const std::uint64_t middle = eightDigits(integer / tenToEight);
-    const Uint128 text =
-        (static_cast<Uint128>(low | zeros) << 64 | (middle | zeros)) >> 8 * (kOrdinaryDigits - digits);
+    const auto whole16 = static_cast<std::uint64_t>(integer);
+    const std::uint64_t low = eightDigits(static_cast<std::uint32_t>(whole16 % tenToEight));
+    const std::uint64_t middle = eightDigits(static_cast<std::uint32_t>(whole16 / tenToEight));
+    const Uint128 text = (static_cast<Uint128>(low | zeros) << 64 | (middle | zeros)) >> 8 * (16 - digits);
     // Zeros at the end are not written; the last digit is in the highest byte.
-    int used = digits - kOrdinaryDigits;
-    if (low != 0)
-        used += 16 - std::countl_zero(low) / 8;
-    else if (middle != 0)
-        used += 8 - std::countl_zero(middle) / 8;
-    used = std::max(used, 1);
+    const int used = digits - (low != 0 ? std::countl_zero(low) / 8 : 8 + std::countl_zero(middle) / 8);
 
     *out = '-';
-    out += static_cast<int>(value < 0.0);
+    out += static_cast<int>(negative);
     if (exponent < 0) {
         std::memcpy(out, "0.0000", 6);
         out += 1 - exponent;
@@ -188,9 +184,31 @@ std::optional<std::int64_t> readInteger(std::string_view text) {
     return value;
 }
 
+char* writeNumbers(char* out, double x, double y, double z, int significantDigits) {
+    if (significantDigits == kSignificantDigits) {
+        if (char* a = writeOrdinary(out, x, kSignificantDigits)) {
+            *a++ = ' ';
+            if (char* b = writeOrdinary(a, y, kSignificantDigits)) {
+                *b++ = ' ';
+                if (char* c = writeOrdinary(b, z, kSignificantDigits)) return c;
+            }
+        }
+    }
+    out = writeNumber(out, x, significantDigits);
+    *out++ = ' ';
+    out = writeNumber(out, y, significantDigits);
+    *out++ = ' ';
+    return writeNumber(out, z, significantDigits);
+}
+
 char* writeNumber(char* out, double value, int significantDigits) {
+    // With the digits that nearly everybody asks for known at compile time.
+    char* const end = significantDigits == kSignificantDigits
+                          ? writeOrdinary(out, value, kSignificantDigits)
+                          : writeOrdinary(out, value, std::clamp(significantDigits, 1, kMostDigits));
+    if (end) [[likely]]
+        return end;
     significantDigits = std::clamp(significantDigits, 1, kMostDigits);
-    if (char* const end = writeOrdinary(out, value, significantDigits)) return end;
     return std::to_chars(out, out + kMaxNumberLength, value, std::chars_format::general, significantDigits)
         .ptr;
 }

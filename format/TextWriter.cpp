@@ -49,11 +49,7 @@ TextWriter& TextWriter::line(std::string_view keyword, double x, double y, doubl
         return text(keyword).number(x).space().number(y).space().number(z).endLine();
     if (buffer_.size() - used_ < keyword.size() + room) flush();
     char* p = std::copy(keyword.begin(), keyword.end(), buffer_.data() + used_);
-    p = UTILS::writeNumber(p, x, significantDigits_);
-    *p++ = ' ';
-    p = UTILS::writeNumber(p, y, significantDigits_);
-    *p++ = ' ';
-    p = UTILS::writeNumber(p, z, significantDigits_);
+    p = UTILS::writeNumbers(p, x, y, z, significantDigits_);
     *p++ = '\n';
     used_ = static_cast<std::size_t>(p - buffer_.data());
     return *this;

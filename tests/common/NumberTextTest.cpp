@@ -55,12 +55,14 @@ TEST(ReadInteger, TakesWholeNumbersOnly) {
 TEST(WriteNumber, WritesAsPrintfDoes) {
     std::mt19937_64 random(7);
     for (int i = 0; i < 200000; ++i) {
-        // Alternately any double at all and one of everyday size.
+        // In turn any double at all, one of everyday size, and one half way between two texts or beside it.
         double value = std::bit_cast<double>(random());
-        if (i % 2 == 0)
+        if (i % 3 == 0)
             value = std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 75));
+        if (i % 3 == 1)
+            value = (static_cast<double>(random() % 400'000'000) * 10 + 5) / std::pow(10.0, random() % 10);
         if (!std::isfinite(value)) continue;
-        const int digits = 1 + static_cast<int>(random() % 17);
+        const int digits = 1 + static_cast<int>(random() % (i % 3 == 1 ? 10 : 17));
         char expected[64];
         std::snprintf(expected, sizeof expected, "%.*g", digits, value);
         ASSERT_EQ(writeNumber(value, digits), expected);
