@@ -82,7 +82,8 @@ class ToFeature {
 
 class FromFeature {
   public:
-    FromFeature(const OGRFeature& feature, const ColumnIndex& index) : feature_(feature), index_(index) {}
+    FromFeature(const OGRFeature& feature, const ColumnIndex& index, const Note& note)
+        : feature_(feature), index_(index), note_(note) {}
 
     void real(Column column, auto& shape, auto, auto set, double unit = 1.0) {
         if (const auto value = number(column))
@@ -101,7 +102,9 @@ class FromFeature {
     }
     void color(Column column, auto& shape, auto, auto set) {
         const auto text = textIn(feature_, index_, column);
-        if (const auto value = text ? colorOfText(*text) : std::nullopt) std::invoke(set, shape, *value);
+        const auto value = text ? colorOfText(*text) : std::nullopt;
+        if (value) std::invoke(set, shape, *value);
+        if (text && !value) unread(column, *text, "no colour, as #rrggbb or #rrggbbaa");
     }
     template <typename Shape, typename Class, typename Enum, typename Set>
     void word(Column column, Shape& shape, int (Class::*)(Enum&) const, Set set,
@@ -109,7 +112,10 @@ class FromFeature {
         const auto text = textIn(feature_, index_, column);
         if (!text) return;
         const auto found = std::ranges::find(words, UTILS::lowerCase(*text));
-        if (found != words.end()) std::invoke(set, shape, static_cast<Enum>(found - words.begin()));
+        if (found != words.end())
+            std::invoke(set, shape, static_cast<Enum>(found - words.begin()));
+        else
+            unread(column, *text, "not known");
     }
     void vector(Column column, auto& shape, auto, auto set, bool geodetic) {
         const auto x = number(column);
@@ -120,11 +126,20 @@ class FromFeature {
     }
 
   private:
-    std::optional<double> number(Column column) const { return numberIn(feature_, index_, column); }
+    std::optional<double> number(Column column) const {
+        const auto value = numberIn(feature_, index_, column);
+        if (const auto text = value ? std::nullopt : textIn(feature_, index_, column))
+            unread(column, *text, "no number");
+        return value;
+    }
+    void unread(Column column, const std::string& text, const char* why) const {
+        note_(std::string(infoOf(column).name) + " \"" + UTILS::excerpt(text) + "\" is " + why);
+    }
     static double radians(double degrees) { return degrees * kRadiansPerDegree; }
 
     const OGRFeature& feature_;
     const ColumnIndex& index_;
+    const Note& note_;
 };
 
 }  // namespace
@@ -134,8 +149,9 @@ void putColumns(const ZEL::ZelShape& shape, const ColumnIndex& index, OGRFeature
     describe(shape, archive);
 }
 
-void takeColumns(const OGRFeature& feature, const ColumnIndex& index, ZEL::ZelShape& shape) {
-    FromFeature archive(feature, index);
+void takeColumns(const OGRFeature& feature, const ColumnIndex& index, ZEL::ZelShape& shape,
+                 const Note& note) {
+    FromFeature archive(feature, index, note);
     describe(shape, archive);
 }
 

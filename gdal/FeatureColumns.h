@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -14,8 +15,12 @@ namespace exchange {
 /// are left out.
 void putColumns(const halCore::ZEL::ZelShape& shape, const ColumnIndex& index, OGRFeature& feature);
 
-/// Sets a shape's attributes from a feature's fields.
-void takeColumns(const OGRFeature& feature, const ColumnIndex& index, halCore::ZEL::ZelShape& shape);
+/// Told what was not taken over as it stands.
+using Note = std::function<void(const std::string& text)>;
+
+/// Sets a shape's attributes from a feature's fields. `note` is told of those that cannot be read.
+void takeColumns(const OGRFeature& feature, const ColumnIndex& index, halCore::ZEL::ZelShape& shape,
+                 const Note& note);
 
 /// A field as text or as a number, whatever its type; nothing for a field that is not there, not set or
 /// empty, or is no number.

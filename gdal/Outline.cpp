@@ -127,7 +127,10 @@ Outline roundShape(const ZEL::CircularShape& shape, const ZEL::Placement& placem
     out.form = Outline::Form::Area;
     bool clockwise = false;
     if (!round->whole) {
+        const Vec3 rim = path.front();
+        appendLeg(round->center, tolerance, path);
         path.push_back(round->center);
+        appendLeg(rim, tolerance, path);
         double sweep = 0.0;
         static_cast<const ZEL::EllipticalShape&>(shape).getAngleSweep(sweep);
         clockwise = sweep > 0.0;

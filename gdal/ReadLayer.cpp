@@ -6,6 +6,7 @@
 #include "gdal/FeatureColumns.h"
 #include "gdal/Geometry.h"
 #include "gdal/NewShape.h"
+#include "gdal/ShapeTexts.h"
 #include "gdal/Style.h"
 #include "gdal/Wgs84Reference.h"
 
@@ -90,7 +91,9 @@ OGRFeature* ReadLayer::makeFeature_(std::size_t number) const {
     halCore::Vec3 own;
     const bool offset = hasOffsets(*shape);
     const bool isPlaced = shape->getReferencePosition(own) == 0;
-    const bool usesAbout = offset && options_.about && !isPlaced;
+    // What follows a platform's angles is turned by its heading, too.
+    std::string follows;
+    const bool usesAbout = options_.about && ((offset && !isPlaced) || followLetters(*shape, follows) == 0);
 
     bool altered = false;
     if (!definition_->IsGeometryIgnored()) {

@@ -12,6 +12,8 @@
 #include "gdal/ReadOptions.h"
 #include "gdal/ShapeTexts.h"
 #include "gdal/Style.h"
+#include "geo/Angles.h"
+#include "geo/Wgs84.h"
 
 namespace exchange {
 
@@ -114,7 +116,7 @@ ZEL::ZelShapePtr ShapeMaker::byColumns_(ShapeType kind) {
     const bool onGrid = kind == ShapeType::LatLonAltBox || kind == ShapeType::ImageOverlay;
     const bool offset = truthIn(feature_, index_, Column::Relative).value_or(false);
     ZEL::ZelShapePtr shape = newShape(kind, offset || onGrid);
-    takeColumns(feature_, index_, *shape);
+    takeColumns(feature_, index_, *shape, [&](const std::string& text) { note_(who_(kind) + text); });
     finish_(*shape);
     if (kind == ShapeType::Annotation && static_cast<const ZEL::Annotation&>(*shape).label().empty())
         return nullptr;
@@ -125,7 +127,10 @@ ZEL::ZelShapePtr ShapeMaker::byColumns_(ShapeType kind) {
         if (geometry_) note_(who_(kind) + "its geometry is of another kind, which counts");
         return nullptr;
     }
-    if (!altered || fits_(*shape)) return shape;
+    if (!altered) return shape;
+    const bool fits = fits_(*shape);
+    if (!isWhole_(*shape)) return nullptr;
+    if (fits) return shape;
     note_(who_(kind) + "its geometry is no longer the one of its columns; the geometry counts");
     return nullptr;
 }
@@ -188,6 +193,37 @@ bool ShapeMaker::fits_(ZEL::ZelShape& shape) {
     return true;
 }
 
+/// Whether a shape of somebody else's columns has what its kind needs. An overlay's own blocks may lack
+/// what they please.
+bool ShapeMaker::isWhole_(const ZEL::ZelShape& shape) const {
+    const auto* const circular = dynamic_cast<const ZEL::CircularShape*>(&shape);
+    if (!circular || numberIn(feature_, index_, Column::SourceLine)) return true;
+    Vec3 place;
+    const char* missing = nullptr;
+    // Half way round the earth nothing is round any more.
+    constexpr double most = halCore::kPi * halCore::wgs84::a;
+    const auto isLength = [](double metres) { return metres > 0.0 && metres <= most; };
+    double radius = 0.0;
+    double sweep = 1.0;
+    circular->getRadius(radius);
+    bool sized = isLength(radius);
+    for (const Column axis : {Column::Major, Column::Minor})
+        if (const auto length = numberIn(feature_, index_, axis)) sized = isLength(*length);
+    if (const auto* const sector = dynamic_cast<const ZEL::EllipticalShape*>(&shape))
+        if (sector->getAngleSweep(sweep) != 0) sweep = 1.0;
+    if (circular->getCenterPosition(place) != 0)
+        missing = "it has no place";
+    else if (!sized)
+        missing = "it has no radius, or none that there is on the earth";
+    else if (sweep == 0.0)
+        missing = "it sweeps over no angle";
+    else if (shape.shapeType() == ShapeType::Orbit &&
+             static_cast<const ZEL::Orbit&>(shape).getCenterPosition2(place) != 0)
+        missing = "it has no second centre";
+    if (missing) note_(who_(shape.shapeType()) + missing + (geometry_ ? "; its geometry counts" : ""));
+    return !missing;
+}
+
 void ShapeMaker::byGeometry_(const OGRGeometry& geometry) {
     if (geometry.IsEmpty()) return;
     const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
@@ -227,7 +263,8 @@ void ShapeMaker::addPolygon_(const OGRPolygon& polygon) {
 void ShapeMaker::addShape_(ShapeType kind, GeodeticPath points) {
     if (points.size() < fewestPoints(kind)) return;
     ZEL::ZelShapePtr shape = newShape(kind, false);
-    takeColumns(feature_, index_, *shape);
+    // What cannot be read of them has been told.
+    takeColumns(feature_, index_, *shape, [](const std::string&) {});
     if (kind == ShapeType::Annotation) static_cast<ZEL::Annotation&>(*shape).setLabel(label_());
     setPoints(*shape, std::move(points));
     finish_(*shape);

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include <ogr_feature.h>
 
-#include "gdal/Columns.h"
+#include "gdal/FeatureColumns.h"
 #include "gdal/Outline.h"
 
 namespace exchange {
@@ -21,8 +20,6 @@ namespace exchange {
 /// come from the columns, else from the style string.
 class ShapeMaker {
   public:
-    using Note = std::function<void(const std::string& text)>;
-
     /// All are only referred to. `geometry`: in WGS 84, longitudes first; null for none. `style`: a
     /// style string, not the name of one. `note` is told what
     /// was not taken over as it stands.
@@ -39,6 +36,7 @@ class ShapeMaker {
     bool takePlaces_(halCore::ZEL::ZelShape& shape, bool& altered);
     bool takeOwnPoints_(halCore::ZEL::ZelShape& shape, bool& altered);
     bool fits_(halCore::ZEL::ZelShape& shape);
+    bool isWhole_(const halCore::ZEL::ZelShape& shape) const;
     void byGeometry_(const OGRGeometry& geometry);
     void addShape_(halCore::ZEL::ShapeType kind, halCore::GeodeticPath points);
     void addPolygon_(const OGRPolygon& polygon);

@@ -1,5 +1,7 @@
 #include "gdal/ShapeTexts.h"
 
+#include <algorithm>
+
 #include "common/NumberText.h"
 #include "common/Strings.h"
 #include "format/Annotation.h"
@@ -111,12 +113,20 @@ void completeComments(ZEL::ZelShape& shape) {
         double rotation = 0.0;
         picture.getRotation(rotation);
         std::string sides = "# kml_latlonbox";
-        for (const double side : {picture.north(), picture.south(), picture.east(), picture.west(), rotation})
+        for (const double side : {picture.north(), picture.south(), picture.east(), picture.west()})
             sides.append(" ").append(UTILS::writeNumber(degreesOf(side)));
+        // Sides are degrees whatever the angle units are; the rotation is not.
+        double turn = degreesOf(rotation);
+        const Units& unit = shape.originalUnits().angleUnits();
+        if (!(unit == Units::DEGREES)) turn = Units::DEGREES.convertTo(unit, turn);
+        sides.append(" ").append(UTILS::writeNumber(turn));
         needed = {"# kml_groundoverlay", "# kml_icon " + picture.imageFile(), sides};
-    } else {
+    } else if (std::ranges::none_of(shape.comments(), [](const std::string& line) {
+                   return isComment(line, "kml_groundoverlay");
+               })) {
         return;
     }
+    // The lines of another picture or icon, also where the shape is no longer one, would be read again.
     for (const std::string& line : shape.comments())
         if (!isComment(line, "kml_icon") && !isComment(line, "kml_groundoverlay") &&
             !isComment(line, "kml_latlonbox"))

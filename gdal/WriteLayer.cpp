@@ -4,6 +4,8 @@
 #include <new>
 #include <string>
 
+#include "common/Strings.h"
+#include "gdal/FeatureColumns.h"
 #include "gdal/ShapeMaker.h"
 #include "gdal/WriteDataset.h"
 
@@ -44,10 +46,11 @@ int WriteLayer::TestCapability(const char* capability) {
 
 OGRErr WriteLayer::CreateField(OGRFieldDefn* field, int) {
     const std::string name = field->GetNameRef();
-    // What the drivers of KML and CSV give every feature is no loss.
-    const bool isTheirs = name == "tessellate" || name == "extrude" || name == "visibility" || name == "WKT";
-    if (!index_.add(name, definition_->GetFieldCount()) && !isTheirs)
-        unknown_.push_back(definition_->GetFieldCount());
+    const int number = definition_->GetFieldCount();
+    if (name == "visibility")
+        visibility_ = number;
+    else if (!index_.add(name, number) && name != "WKT")
+        unknown_.push_back(number);
     definition_->AddFieldDefn(field);
     return OGRERR_NONE;
 }
@@ -59,6 +62,7 @@ OGRErr WriteLayer::ICreateFeature(OGRFeature* feature) {
         return OGRERR_UNSUPPORTED_SRS;
     }
     noteUnknown_(*feature);
+    noteKind_(*feature);
     std::unique_ptr<OGRGeometry> moved;
     const OGRGeometry* geometry = feature->GetGeometryRef();
     if (geometry && toWgs84_) {
@@ -66,13 +70,16 @@ OGRErr WriteLayer::ICreateFeature(OGRFeature* feature) {
         if (moved->transform(toWgs84_.get()) != OGRERR_NONE) return OGRERR_FAILURE;
         geometry = moved.get();
     }
-    const ShapeMaker::Note note = [&](const std::string& text) {
+    const Note note = [&](const std::string& text) {
         dataset_.note(std::string("layer ") + GetName() + ", feature " + std::to_string(count_) + ": " +
                       text);
     };
     try {
-        for (auto& shape : ShapeMaker(*feature, index_, geometry, styleOf_(*feature), note).make())
+        for (auto& shape : ShapeMaker(*feature, index_, geometry, styleOf_(*feature), note).make()) {
+            if (visibility_ >= 0 && EQUAL(feature->GetFieldAsString(visibility_), "0"))
+                shape->setDrawn(false);
             dataset_.add(std::move(shape));
+        }
     } catch (const std::bad_alloc&) {
         CPLError(CE_Failure, CPLE_OutOfMemory, "There is not enough memory for the overlay");
         return OGRERR_NOT_ENOUGH_MEMORY;
@@ -90,9 +97,23 @@ std::string WriteLayer::styleOf_(OGRFeature& feature) {
     return {};
 }
 
+void WriteLayer::noteKind_(const OGRFeature& feature) {
+    const std::optional<std::string> kind = textIn(feature, index_, Column::Kind);
+    if (!kind ||
+        halCore::ZEL::ZelShape::stringToShapeType(UTILS::lowerCase(*kind)) != halCore::ZEL::ShapeType::None)
+        return;
+    if (strangeKinds_.insert(*kind).second)
+        dataset_.note(std::string("layer ") + GetName() + ": \"" + UTILS::excerpt(*kind) +
+                      "\" is no kind of shape; such features become what their geometry is");
+}
+
 void WriteLayer::noteUnknown_(const OGRFeature& feature) {
     std::erase_if(unknown_, [&](int field) {
         if (!feature.IsFieldSetAndNotNull(field) || *feature.GetFieldAsString(field) == '\0') return false;
+        const std::string_view name = definition_->GetFieldDefn(field)->GetNameRef();
+        // KML's driver gives them to every feature.
+        if ((name == "tessellate" || name == "extrude") && feature.GetFieldAsInteger(field) <= 0)
+            return false;
         lost_.append(lost_.empty() ? "" : ", ").append(definition_->GetFieldDefn(field)->GetNameRef());
         return true;
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,8 @@ class WriteLayer final : public OGRLayer {
     std::string styleOf_(OGRFeature& feature);
     /// Notes the columns without a place that hold something.
     void noteUnknown_(const OGRFeature& feature);
+    /// Notes a word for a kind that is none.
+    void noteKind_(const OGRFeature& feature);
 
     WriteDataset& dataset_;
     OGRFeatureDefn* definition_;
@@ -42,6 +45,9 @@ class WriteLayer final : public OGRLayer {
     /// Fields that no column stands for, until one was seen that holds something.
     std::vector<int> unknown_;
     std::string lost_;
+    std::set<std::string> strangeKinds_;
+    /// KML's field for what is not shown, -1 for none.
+    int visibility_ = -1;
     GIntBig count_ = 0;
 };
 

@@ -2,12 +2,14 @@
 // OUT may be
 // "-"; the last three may be empty. Exit codes are those of zel.
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <cpl_error.h>
 #include <cpl_string.h>
@@ -90,31 +92,72 @@ GDALDatasetUniquePtr openSource(const std::string& in, const std::string& tolera
         GDALDataset::Open(in.c_str(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR, nullptr, options.List()));
 }
 
+/// A file that was written in memory.
+std::string_view contentsOf(const std::string& name) {
+    vsi_l_offset size = 0;
+    const GByte* const bytes = VSIGetMemFileBuffer((kWork + "/" + name).c_str(), &size, FALSE);
+    return bytes ? std::string_view(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size))
+                 : std::string_view();
+}
+
+/// Several files, which mean nothing without each other: all are on the disk before the first one takes its
+/// name.
+bool saveTogether(const std::vector<std::string>& names, const std::filesystem::path& directory) {
+    std::vector<std::pair<std::string, std::string>> written;
+    std::string problem;
+    for (const std::string& name : names) {
+        const std::string place = (directory / name).string();
+        std::string early;
+        problem = UTILS::whyNotReplaced(place);
+        if (problem.empty())
+            problem = UTILS::saveNewFile(
+                [&](int i) {
+                    return std::string(place).append(".new").append(i > 0 ? std::to_string(i) : "");
+                },
+                contentsOf(name), early);
+        if (!problem.empty()) {
+            Console::fail(place + ": " + problem + "; nothing is written");
+            break;
+        }
+        written.emplace_back(early, place);
+    }
+    bool saved = problem.empty();
+    for (const auto& [early, place] : written) {
+        std::error_code error;
+        if (problem.empty())
+            std::filesystem::rename(early, place, error);
+        else
+            std::filesystem::remove(early, error);
+        if (!error) continue;
+        Console::fail(place + ": " + error.message());
+        saved = false;
+    }
+    return saved;
+}
+
 /// What was written in memory takes its place on the disk, each file as a whole.
 bool save(const std::string& out, const std::string& stem) {
-    const CPLStringList files(VSIReadDir(kWork.c_str()));
-    // Of several files the names begin with that of the target.
-    const std::filesystem::path target(out);
-    bool saved = true;
-    for (int i = 0; i < files.Count(); ++i) {
-        const std::string name = files[i];
-        vsi_l_offset size = 0;
-        const GByte* const bytes = VSIGetMemFileBuffer((kWork + "/" + name).c_str(), &size, FALSE);
-        if (!bytes) continue;
-        const std::string_view contents(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
-        if (out == "-") {
-            std::cout << contents << std::flush;
-            saved = saved && std::cout.good();
-            continue;
-        }
-        const std::string place =
-            name.starts_with(stem + ".") && files.Count() == 1 ? out : (target.parent_path() / name).string();
-        if (const std::string problem = UTILS::saveFile(place, contents); !problem.empty()) {
-            Console::fail(place + ": " + problem);
-            saved = false;
-        }
+    const CPLStringList list(VSIReadDir(kWork.c_str()));
+    std::vector<std::string> names;
+    for (int i = 0; i < list.Count(); ++i)
+        if (!contentsOf(list[i]).empty()) names.emplace_back(list[i]);
+    if (names.empty()) return false;
+    if (out == "-") {
+        for (const std::string& name : names) std::cout << contentsOf(name);
+        return std::cout.flush().good();
     }
-    return saved && files.Count() > 0;
+    if (names.size() > 1 || !names.front().starts_with(stem + ".")) {
+        // Their names begin with that of the target.
+        if (!saveTogether(names, std::filesystem::path(out).parent_path())) return false;
+        std::string shapefiles;
+        for (const std::string& name : names)
+            if (name.ends_with(".shp") || (name.ends_with("_table.dbf")))
+                shapefiles.append(shapefiles.empty() ? "" : ", ").append(name);
+        std::cerr << "zel: " << out << ": written as " << shapefiles << '\n';
+        return true;
+    }
+    const std::string problem = UTILS::saveFile(out, contentsOf(names.front()));
+    return problem.empty() || (Console::fail(out + ": " + problem), false);
 }
 
 int convert(const std::string& in, const std::string& out, const std::string& to,
@@ -135,13 +178,16 @@ int convert(const std::string& in, const std::string& out, const std::string& to
     GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName(format->driver);
     if (!driver) return Console::fail(std::string("This GDAL has no driver for ") + format->driver);
 
+    if (std::filesystem::is_directory(in)) return Console::fail(in + ": it is a directory");
     const GDALDatasetUniquePtr source = openSource(in, tolerance, about);
     if (!source) return kFailed;
     const bool fromZel = EQUAL(source->GetDriverName(), "ZEL");
     if (!fromZel && !EQUAL(format->driver, "ZEL"))
         return Console::fail("One of the two has to be a ZEL file");
 
-    const std::string stem = out == "-" ? "overlay" : std::filesystem::path(out).stem().string();
+    std::string stem = out == "-" ? "overlay" : std::filesystem::path(out).stem().string();
+    // GDAL takes it for a slash.
+    std::ranges::replace(stem, '\\', '_');
     VSIMkdir(kWork.c_str(), 0700);
     CPLStringList options;
     if (format->datasetOption) options.AddString(format->datasetOption);

@@ -173,6 +173,12 @@ class Outlines(Case):
             orbit = self.outline("orbit", f"centerll {lat} {lon}", f"centerll2 {ends[1][0]!r} {ends[1][1]!r}",
                                  "radius 20000", "rangeunits m")
             self.assertTrue(orbit.IsValid())
+            slice = self.outline("cylinder", f"centerll {lat} {lon}", "radius 20000", "rangeunits m", "anglestart 30",
+                                 "angledeg 70")
+            rays = [EARTH.DirectLine(lat, lon, azimuth, 20_000) for azimuth in (30, 100)]
+            for x, y in self.sampled(slice):
+                self.assertLess(min([across(lambda azimuth: 20_000)(x, y)] + [beside(ray, x, y) for ray in rays]), 1,
+                                (lat, lon))
             for x, y in self.sampled(orbit):
                 self.assertLess(min([abs(EARTH.Inverse(*end, x, y)["s12"] - 20_000) for end in ends]
                                     + [beside(side, x, y) for side in sides]), 1, (lat, lon))
@@ -313,10 +319,11 @@ def anything(random):
     maybe = lambda *lines: [line for line in lines if random.random() < 0.4]
     out = []
     for kind in ("points", "line", "linesegs", "polygon", "arc", "circle", "ellipse", "ellipsoid", "cylinder", "sphere",
-                 "hemisphere", "cone", "orbit", "annotation", "latlonaltbox"):
+                 "hemisphere", "cone", "orbit", "annotation", "latlonaltbox", "# kml_groundoverlay"):
         lat = random.choice((random.uniform(-80, 80), 89.9, -89.9, 0))
         lon = random.choice((random.uniform(-180, 180), 179.99, -180, 0))
-        relative = random.random() < 0.2 and kind != "latlonaltbox"
+        on_grid = kind in ("latlonaltbox", "# kml_groundoverlay")
+        relative = random.random() < 0.2 and not on_grid
         point = lambda key: (f"{key}xyz {n(-9, 9)} {n(-9, 9)} {n(-9, 9)}" if relative else
                              f"{key}lla {max(-89.95, min(89.95, lat + random.uniform(-1, 1)))!r} "
                              f"{(lon + random.uniform(-1, 1) + 540) % 360 - 180!r} {n(-99, 9999)}")
@@ -326,7 +333,10 @@ def anything(random):
             lines += [point("") for _ in range(random.choice((4, 6, 8)))]
         elif kind == "annotation":
             lines += [point("")]
-        elif kind != "latlonaltbox":
+        elif kind == "# kml_groundoverlay":
+            lines += ["# kml_icon a.png", f"# kml_latlonbox {lat + 0.05!r} {lat - 0.05!r} {lon + 0.5!r} {lon!r} {n(-1, 1)}"]
+            lines += maybe("angleunits rad")
+        elif not on_grid:
             lines += [point("center"), f"radius {n(0.1, 300)}"]
         if kind == "orbit":
             lines += [point("center").replace("centerlla", "centerll2").replace("centerxyz", "centerxy2")]
@@ -336,12 +346,12 @@ def anything(random):
             lines += maybe(f"majoraxis {n(1, 400)}", f"minoraxis {n(1, 400)}", f"height {n(1, 400)}")
         if kind == "points":
             lines += maybe("pointsize 7")
-        elif kind != "annotation":
+        elif kind != "annotation" and not kind.startswith("#"):
             lines += maybe("linewidth 3", "linestyle dashed", "filled", "fillcolor hex 4000ff00", "outline false")
         lines += maybe("linecolor hex 80402010", f"3d name Name {len(out)}", "off", "altitudemode clamptoground",
                        "altitudeunits m", "rangeunits km", "depthbuffer false", "# a comment")
         if kind in ("circle", "ellipse"):
-            lines += maybe(f"scale {n(0.5, 2)} {n(0.5, 2)} 1", f"3d offsetcourse {n(0, 360)}")
+            lines += maybe(f"orient {n(0, 6)}", f"scale {n(0.5, 2)} {n(0.5, 2)} 1", f"3d offsetcourse {n(0, 360)}")
         if relative:
             lines += maybe(f"ref {lat!r} {lon!r} 5")
         out += ["start", *lines, "end", ""]
@@ -349,10 +359,10 @@ def anything(random):
 
 
 class ThereAndBack(Case):
-    def roundTrip(self, source, *formats):
+    def roundTrip(self, source, *formats, options=()):
         expected = self.blocks(source)
         for suffix in formats:
-            middle = self.convert(self.open(source, "LAYERS=ALL"), f"middle.{suffix}")
+            middle = self.convert(self.open(source, "LAYERS=ALL", *options), f"middle.{suffix}")
             with Messages() as texts:
                 back = self.convert(self.open(middle, *(["LAYERS=ALL"] if suffix == "zel" else [])), "back.zel")
             self.assertEqual([text for text in texts if "Several drivers" not in text], [], suffix)
@@ -365,7 +375,9 @@ class ThereAndBack(Case):
 
     def test_shapes_of_all_kinds_everywhere(self):
         for seed in range(int(os.environ.get("GDAL_ROUNDS", "4"))):
-            self.roundTrip(self.file(anything(random.Random(seed))), "geojson", "kml", "gpkg")
+            source = self.file(anything(random.Random(seed)))
+            self.roundTrip(source, "geojson", "kml")
+            self.roundTrip(source, "gpkg", options=["ABOUT=21.3,-157.8,0,45"])
 
     def test_countries(self):
         source = os.path.join(SAMPLES, "countries-110m.zel")
@@ -419,6 +431,37 @@ class Writing(Case):
         lat, lon, alt = map(float, next(line for line in block if line.startswith("centerlla")).split()[1:])
         self.assertAlmostEqual(lat, 20, delta=1e-6)
         self.assertAlmostEqual(lon, 30, delta=1e-6)
+
+    def test_columns_that_make_no_shape_are_told(self):
+        table = self.file("""kind,lat,lon,radius_m,sweep_deg,line_color,text
+circle,,,500,,,
+circle,1,2,1 nm,,,
+orbit,1,2,500,,,
+arc,1,2,500,0,,
+cirle,1,2,500,,,Here
+circle,1,2,500,,#f00x,
+""", "in.csv")
+        done = subprocess.run([ZEL, "convert", table, self.path("out.zel")], capture_output=True, text=True)
+        for text in ('circle: it has no place', 'it has no geometry, it is left out', 'radius_m "1 nm" is no number',
+                     'circle: it has no radius', 'orbit: it has no second centre', 'arc: it sweeps over no angle',
+                     '"cirle" is no kind of shape', 'line_color "#f00x" is no colour'):
+            self.assertIn(text, done.stderr)
+        self.assertEqual([block[0] for block in self.blocks(self.path("out.zel"))],
+                         ["points", "points", "points", "annotation Here", "circle"])
+
+    def test_what_is_several_files_is_saved_as_a_whole(self):
+        area = self.path("a_area.shx")
+        subprocess.run([ZEL, "convert", self.file(self.CIRCLE), self.path("a.shp")], capture_output=True, check=True)
+        with open(area, "rb") as file:
+            before = file.read()
+        os.remove(self.path("a_area.prj"))
+        os.mkdir(self.path("a_area.prj"))
+        done = subprocess.run([ZEL, "convert", self.file(self.CIRCLE * 3), self.path("a.shp")], capture_output=True, text=True)
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("nothing is written", done.stderr)
+        with open(area, "rb") as file:
+            self.assertEqual(file.read(), before)
+        self.assertEqual([name for name in os.listdir(self.directory) if ".new" in name], [])
 
     def test_what_was_reshaped_is_what_it_looks_like(self):
         def pull(feature):
