@@ -36,11 +36,6 @@ MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer
       answer_(&row_, "Recover", onAnswer) {
     text_.setRoom(0, kLines);
     answer_.hide();
-    setCommandListener([this](PIObject* sender) { commanded_(sender); });
-}
-
-MessageBoard::~MessageBoard() {
-    setCommandListener({});
 }
 
 void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
@@ -63,7 +58,7 @@ void MessageBoard::clear() {
     if (over_) over_();
 }
 
-void MessageBoard::commanded_(const PIObject* sender) {
+void MessageBoard::commanded(const PIObject* sender) {
     const bool follows = RefusedText::lastCommand() != 0 && commandsGiven() == RefusedText::lastCommand() + 1;
     const bool another =
         !sender || (sender != RefusedText::lastField() && !dynamic_cast<const PIGUI::PITextField*>(sender));

@@ -17,7 +17,6 @@ class MessageBoard {
   public:
     /// \param onAnswer called when the button behind the message is pressed
     MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer);
-    ~MessageBoard();
     MessageBoard(const MessageBoard&) = delete;
     MessageBoard& operator=(const MessageBoard&) = delete;
 
@@ -25,6 +24,10 @@ class MessageBoard {
     /// The message that was said last gets its button, until a later command's.
     void offer(const std::string& caption);
     void clear();
+    /// The user's next command: what was said goes at once. But one click leaves a field, and is a command by
+    /// itself: what the field has refused stays over the command that follows.
+    /// \param sender as countCommand has it
+    void commanded(const PIObject* sender);
     /// Called when what was said is over; empty for nobody.
     void setOverListener(std::function<void()> over) { over_ = std::move(over); }
 
@@ -35,9 +38,6 @@ class MessageBoard {
         bool answered = false;
         std::string text;
     };
-    /// The user's next command: what was said goes at once. But one click leaves a field, and is a command by
-    /// itself: what the field has refused stays over the command that follows.
-    void commanded_(const PIObject* sender);
     void show_();
 
     std::vector<Line> lines_;

@@ -72,11 +72,18 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
       refusedName_(std::make_unique<RefusedText>(widgets_->name)) {
     box_.registerCloseObserver(closeObserver_.get());
     PIHALVIS::registerZELObserver(zelObserver_.get());
+    setCommandListener([this](PIObject* sender) { commanded_(sender); });
+    mouseManager_->setEventListener([this](PIGUI::PIMouseEventType_t type) { mouseMoved_(type); });
+    document_.history().setListener([this] { showSteps_(); });
     updateAttachControls_();
+    showSteps_();
 }
 
 OverlayEditorDialog::~OverlayEditorDialog() {
     callbacks_.disconnect();
+    setCommandListener({});
+    mouseManager_->setEventListener({});
+    document_.history().setListener({});
     PIHALVIS::removeZELObserver(zelObserver_.get());
     timeout_.cancel();
     editing_ = false;
@@ -170,6 +177,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
             shape->fillGui();
         }
     }
+    document_.history().select(overlay_->numberOf(shape));
     refusedName_->forget();
     widgets_->name.setValue(shape ? shape->name() : std::string());
     widgets_->name.setEnabled(shape != nullptr);
@@ -214,6 +222,11 @@ int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
 int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
     Shape* const shape = selectedShape_();
     mouseManager_->clearMouseTool();
+    delete_(shape);
+    return 1;
+}
+
+void OverlayEditorDialog::delete_(Shape* shape) {
     if (shape) {
         setCurrentShape_(nullptr);
         widgets_->list.removeItem(itemOf_(shape));
@@ -223,7 +236,6 @@ int OverlayEditorDialog::onCmdDelete(PIObject*, void*) {
     }
     updateMouseControls_();
     updateListManipulationButtons_();
-    return 1;
 }
 
 int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
@@ -281,6 +293,7 @@ int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
     widgets_->list.deselectAll();
     widgets_->list.setSelectedItem(widgets_->list.appendItem(shape->name(), shape));
     setCurrentShape_(shape);
+    fresh_ = overlay_->numberOf(shape);
     if (shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), true);
     updateMouseControls_();
     updateListManipulationButtons_();
@@ -289,6 +302,7 @@ int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
 
 int OverlayEditorDialog::onCmdStartDraw(PIObject*, void*) {
     const Shape* const shape = current_();
+    if (!draws_()) fresh_ = 0;
     if (shape && shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), true);
     updateMouseControls_();
     return 1;

@@ -60,6 +60,12 @@ class OverlayEditorDialog {
     int onCmdCenter(PIObject* sender, void* data);
     int onCmdDelete(PIObject* sender, void* data);
     int onCmdAnswer(PIObject* sender, void* data);
+    int onCmdUndo(PIObject* sender, void* data);
+    int onCmdRedo(PIObject* sender, void* data);
+    /// Ends drawing without what is held of it: the shape that is drawn for the first time goes.
+    int onCmdCancelDrawing(PIObject* sender, void* data);
+    /// While a shape is drawn: its last point goes, of a hand-drawn one the last line.
+    int onCmdRemoveLastPoint(PIObject* sender, void* data);
     int onCmdClear(PIObject* sender, void* data);
     int onCmdLoadOverlay(PIObject* sender, void* data);
     /// \param data the platform's id (unsigned long*), null to detach
@@ -97,12 +103,23 @@ class OverlayEditorDialog {
     /// The shape whose panel is shown, null for none: it may be gone.
     Shape* current_();
     void fillList_();
+    /// What is told of each command of the user's, before it does anything. \see setCommandListener
+    void commanded_(PIObject* sender);
+    void mouseMoved_(PIGUI::PIMouseEventType_t type);
+    /// Whether the mouse draws the current shape, or edits it.
+    bool draws_();
+    /// What the mouse holds of the current shape is let go; it is drawn on. \return whether it held anything
+    bool letGo_();
+    /// A text that is typed and holds not yet, or not at all, goes. \return whether there was any
+    bool dropTyped_();
+    void step_(History::Outcome (Document::*step)());
+    void showSteps_();
+    void delete_(Shape* shape);
     /// The shape of the selected item, null when none is selected. The item of a shape that is gone goes,
     /// too, with a message.
     Shape* selectedShape_();
     /// The item of a shape, -1 when it has none.
     std::int32_t itemOf_(const Shape* shape) const;
-    void selectInList_(const Shape* shape);
     void updateListManipulationButtons_();
     /// Lets the buttons follow the current tool, now and once a second while the dialog is shown.
     void updateMouseControls_();
@@ -143,6 +160,8 @@ class OverlayEditorDialog {
     enum class Answer { Recover, Discard };
     Answer answer_ = Answer::Recover;
     int nameCounter_ = 1;
+    /// The number of the shape that was added last, until its drawing has ended; 0 for none.
+    std::uint64_t fresh_ = 0;
     bool editing_ = false;
     PICommon::Timeout timeout_;
 

@@ -47,6 +47,9 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
              callbacks.make(&OverlayEditorDialog::onCmdDelete)),
       removeAll(&listButtons, "Delete All\tRemove all shapes",
                 callbacks.make(&OverlayEditorDialog::onCmdClear)),
+      stepButtons(&listGroup, PIGUI::PILayoutFillX),
+      undo(&stepButtons, "Undo", callbacks.make(&OverlayEditorDialog::onCmdUndo)),
+      redo(&stepButtons, "Redo", callbacks.make(&OverlayEditorDialog::onCmdRedo)),
 
       generalGroup(&left, "General Options"),
       general(&generalGroup, 2),
@@ -129,7 +132,8 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
         toggle->uncheck();
         toggle->disable();
     }
-    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &fresh, &save}) button->disable();
+    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &undo, &redo, &fresh, &save})
+        button->disable();
 }
 
 }  // namespace OverlayEditor

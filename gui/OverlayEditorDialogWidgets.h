@@ -34,6 +34,9 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PIButton center;
     PIGUI::PIButton remove;
     PIGUI::PIButton removeAll;
+    PIGUI::PIHorizontalFrame stepButtons;
+    PIGUI::PIButton undo;
+    PIGUI::PIButton redo;
 
     PIGUI::PIGroupBox generalGroup;
     PIGUI::PIHorizontalMatrix general;

@@ -6,7 +6,7 @@ namespace OverlayEditor {
 
 namespace {
 
-std::vector<const RefusedText*> standing;
+std::vector<RefusedText*> standing;
 std::uint64_t command = 0;
 const PIGUI::PIWindow* commandsField = nullptr;
 
@@ -36,6 +36,12 @@ void RefusedText::forget() {
     if (text_) field_.setMarked(false);
     text_.reset();
     std::erase(standing, this);
+}
+
+bool RefusedText::forgetAll() {
+    const auto all = standing;
+    for (RefusedText* each : all) each->forget();
+    return !all.empty();
 }
 
 std::vector<std::string> RefusedText::messages() {

@@ -27,6 +27,8 @@ class RefusedText {
     bool refuse(const std::string& text, const std::string& message);
     void forget();
 
+    /// Forgets all that stand; their owners show again what holds. \return whether there were any
+    static bool forgetAll();
     /// What was said of the texts that stand in fields now.
     static std::vector<std::string> messages();
     /// The command that was refused last, 0 for none, and its field; null once the field is gone.

@@ -2,6 +2,7 @@
 
 #include "model/ColorBytes.h"
 #include "model/ShapeKinds.h"
+#include "model/ShapeState.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
@@ -44,6 +45,19 @@ void AnnotationShape::setAttachedPlatformId(unsigned long id, PointConverter* co
 
 std::pair<halCore::Vec3, halCore::Vec3> AnnotationShape::boundingBox() const {
     return {position(), position()};
+}
+
+void AnnotationShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    Shape::saveState_(state, like);
+    state.kind = ShapeKind::Text;
+    state.own = LabelState{color_, fontSize_, fontName_};
+}
+
+void AnnotationShape::takeState_(const ShapeState& state) {
+    const auto& own = std::get<LabelState>(state.own);
+    color_ = own.color;
+    fontSize_ = own.fontSize;
+    fontName_ = own.fontName;
 }
 
 void AnnotationShape::showIn_(AnnotationPanel& panel) {

@@ -6,11 +6,14 @@
 #include "model/Anchored.h"
 #include "model/Equipped.h"
 #include "model/Shape.h"
+#include "model/Stateful.h"
 
 namespace OverlayEditor {
 
 /// A text label at one position. Its text is the shape's name.
-class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>, public Anchored {
+class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>,
+                        public Anchored,
+                        public Stateful {
   public:
     explicit AnnotationShape(const Preferences& preferences);
     AnnotationShape(const AnnotationShape& other);
@@ -32,17 +35,24 @@ class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>
     void setPosition(const halCore::Vec3& lla) { setPosition(PlacedPoint(lla)); }
     void setPosition(const PlacedPoint& point) { putPlaced_(0, point); }
     /// Red in the top byte, alpha in the lowest.
-    void setColor(std::uint32_t rgba) { color_ = rgba; }
+    void setColor(std::uint32_t rgba) { set_(color_, rgba); }
     std::uint32_t color() const { return color_; }
     /// A font file's name.
-    void setFontName(const std::string& fileName) { fontName_ = fileName; }
+    void setFontName(const std::string& fileName) { set_(fontName_, fileName); }
     const std::string& fontName() const { return fontName_; }
-    void setFontSize(int points) { fontSize_ = points; }
+    void setFontSize(int points) { set_(fontSize_, points); }
     int fontSize() const { return fontSize_; }
 
   private:
     friend Equipped;
 
+    template <typename Value>
+    void set_(Value& member, const Value& value) {
+        member = value;
+        changed_();
+    }
+    void saveState_(ShapeState& state, const ShapeState* like) const override;
+    void takeState_(const ShapeState& state) override;
     void showIn_(AnnotationPanel& panel);
     void takeFrom_(AnnotationPanel& panel);
 

@@ -142,6 +142,43 @@ void Attachment::moveReference_(const halCore::Vec3& lla) {
     overlay_.referenceMoved();
 }
 
+bool Attachment::State::operator==(const State& other) const {
+    const bool fixed = own || platform == 0;
+    return own == other.own && (own || platform == other.platform) && written == other.written &&
+           counts == other.counts && (!fixed || reference == other.reference) &&
+           fromNowhere == other.fromNowhere;
+}
+
+Attachment::State Attachment::state() const {
+    const unsigned long platform = overlay_.attachedPlatformId();
+    return {.platform = platform,
+            .name = {},
+            .own = isReferencePlatform(platform),
+            .written = overlay_.referenceWritten(),
+            .counts = overlay_.counts(),
+            .reference = reference_(),
+            .fromNowhere = fromNowhere_};
+}
+
+bool Attachment::isThere(const State& state) {
+    PIData::PIPlatformHeader header;
+    return state.platform == 0 || state.own || PIData::getHeader(state.platform, header) == 0;
+}
+
+void Attachment::restore(const State& state) {
+    unsigned long platform = state.platform;
+    halCore::Vec3 place = state.reference;
+    if (state.own)
+        platform = createRelativeReferencePlatform_(place, {});
+    else
+        removeReferencePlatform_();
+    if (platform && !state.own) Utils::getPlatformLla(platform, place);
+    converter_->setReferenceLla(place, platform);
+    overlay_.restoreAttachment(platform, state.counts ? converter_.get() : nullptr);
+    overlay_.setReferenceWritten(state.written);
+    fromNowhere_ = state.fromNowhere;
+}
+
 void Attachment::release() {
     overlay_.setAttachedPlatformId(0, nullptr, false);
     removeReferencePlatform_();

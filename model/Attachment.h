@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "geo/PointConverter.h"
 #include "model/Overlay.h"
@@ -50,6 +51,37 @@ class Attachment {
     /// Detaches; the reference platform goes.
     void release();
 
+    /// Offsets that count from nowhere, detached: where they were assumed to count from, and what the shapes
+    /// were, which stand about it as long as nobody changes them.
+    struct FromNowhere {
+        halCore::Vec3 assumed;
+        std::uint64_t digest = 0;
+        bool operator==(const FromNowhere&) const = default;
+    };
+    /// All that is not derived.
+    struct State {
+        /// 0 for none.
+        unsigned long platform = 0;
+        /// What it was called; not looked up by state().
+        std::string name;
+        /// Whether it is the editor's own; its number is another one each time that it is made.
+        bool own = false;
+        bool written = false;
+        bool counts = false;
+        halCore::Vec3 reference;
+        std::optional<FromNowhere> fromNowhere;
+        /// A platform of the scenario may have moved meanwhile.
+        bool operator==(const State& other) const;
+    };
+    State state() const;
+    /// Whether restore could attach to it.
+    static bool isThere(const State& state);
+    /// What the overlay was attached to, without a word to the shapes. A platform of the scenario counts
+    /// where it is now, or was last when it has no place.
+    void restore(const State& state);
+    /// What attached shapes' offsets count from.
+    PointConverter& converter() { return *converter_; }
+
   private:
     /// What the offsets count from moves, and the shapes with it; that is no change of theirs.
     void moveReference_(const halCore::Vec3& lla);
@@ -64,12 +96,6 @@ class Attachment {
     std::unique_ptr<PointConverter> converter_ = std::make_unique<PointConverter>();
     /// 0 for none.
     unsigned long referencePlatform_ = 0;
-    /// Offsets that count from nowhere, detached: where they were assumed to count from, and what the shapes
-    /// were, which stand about it as long as nobody changes them.
-    struct FromNowhere {
-        halCore::Vec3 assumed;
-        std::uint64_t digest = 0;
-    };
     std::optional<FromNowhere> fromNowhere_;
 };
 

@@ -1,6 +1,7 @@
 #include "model/BaseFilledShape.h"
 
 #include "model/ColorBytes.h"
+#include "model/ShapeState.h"
 
 namespace OverlayEditor {
 
@@ -41,6 +42,18 @@ void BaseFilledShape::takeStyles_(const LineStyleGUI& line, const FillStyleGUI& 
         setLineFromGui(line);
     else
         setFillFromGui(fill);
+}
+
+void BaseFilledShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    BaseLineShape::saveState_(state, like);
+    state.fillColor = fillColor_;
+    state.filled = filled_;
+}
+
+void BaseFilledShape::takeState_(const ShapeState& state) {
+    BaseLineShape::takeState_(state);
+    fillColor_ = state.fillColor;
+    filled_ = state.filled;
 }
 
 void BaseFilledShape::setFillFromGui(const FillStyleGUI& gui) {

@@ -25,6 +25,8 @@ class BaseFilledShape : public BaseLineShape {
     /// Takes over the style that the user changed. A panel reports each edit on its own, so there is only
     /// one.
     void takeStyles_(const LineStyleGUI& line, const FillStyleGUI& fill);
+    void saveState_(ShapeState& state, const ShapeState* like) const;
+    void takeState_(const ShapeState& state);
 
   private:
     std::uint32_t fillColor_ = 0xFF00FFA0;

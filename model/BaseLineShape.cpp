@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "model/ColorBytes.h"
+#include "model/ShapeState.h"
 
 namespace OverlayEditor {
 
@@ -36,6 +37,17 @@ void BaseLineShape::setLineColor(unsigned char r, unsigned char g, unsigned char
 void BaseLineShape::showLine_(LineStyleGUI& gui) const {
     gui.setColor(lineColor_);
     gui.setWidth(lineWidth_);
+}
+
+void BaseLineShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    Shape::saveState_(state, like);
+    state.lineColor = lineColor_;
+    state.lineWidth = lineWidth_;
+}
+
+void BaseLineShape::takeState_(const ShapeState& state) {
+    lineColor_ = state.lineColor;
+    lineWidth_ = state.lineWidth;
 }
 
 bool BaseLineShape::lineDiffers_(const LineStyleGUI& gui) const {

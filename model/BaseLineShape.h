@@ -27,6 +27,8 @@ class BaseLineShape : public Shape {
     /// Copies the style into a panel's part.
     void showLine_(LineStyleGUI& gui) const;
     bool lineDiffers_(const LineStyleGUI& gui) const;
+    void saveState_(ShapeState& state, const ShapeState* like) const;
+    void takeState_(const ShapeState& state);
 
   private:
     std::uint32_t lineColor_ = 0x00FF00FF;

@@ -444,6 +444,36 @@ std::pair<Vec3, Vec3> CylinderShape::boundingBox() const {
     return bounds;
 }
 
+// State
+
+void CylinderShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    BaseFilledShape::saveState_(state, like);
+    state.kind = static_cast<ShapeKind::Id>(&kind() - shapeKinds().data());
+    // In a frame the edit points lie about their centres, wherever these are.
+    if (points_.frame()) {
+        sync_();
+        captureMarks_();
+    }
+    RoundState& own = state.own.emplace<RoundState>();
+    own = {places_, numbers_, marks_, requiresAllPoints_, heightGiven_};
+    if (!points_.frame()) return;
+    for (std::size_t i = 0; i < kEditPoints; ++i) {
+        if (isMark_(static_cast<EditPoint>(i)) && !marks_[i]) continue;
+        own.places[i].reset();
+        own.numbers[i].reset();
+    }
+}
+
+void CylinderShape::takeState_(const ShapeState& state) {
+    BaseFilledShape::takeState_(state);
+    const auto& own = std::get<RoundState>(state.own);
+    places_ = own.places;
+    numbers_ = own.numbers;
+    marks_ = own.marks;
+    requiresAllPoints_ = own.requiresAllPoints;
+    heightGiven_ = own.heightGiven;
+}
+
 // Panel
 
 void CylinderShape::showIn_(CylinderPanel& panel) {

@@ -9,17 +9,19 @@
 #include "model/Anchored.h"
 #include "model/BaseFilledShape.h"
 #include "model/Equipped.h"
+#include "model/ShapeState.h"
+#include "model/Stateful.h"
 
 namespace OverlayEditor {
-
-struct ShapeKind;
 
 /// The circular shapes: a centre, one or two radii, perhaps a sector and a height. The geometry is kept
 /// as edit points; beside a point stands the number as it was set, and it is the answer until that
 /// point or the centre moves. When the centre moves with what its offset counts from, the other points lie
 /// about it as before, and the numbers stay, also while the offset leads nowhere. Lengths in metres, angles
 /// in radians clockwise from north.
-class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPanel>, public Anchored {
+class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPanel>,
+                      public Anchored,
+                      public Stateful {
   public:
     enum Subtype {
         Circle = 0,
@@ -166,23 +168,9 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
   private:
     friend Equipped;
 
-    /// A number as it was set, and where the points were that it was set for.
-    struct SetNumber {
-        double value = 0.0;
-        halCore::Vec3 center;
-        halCore::Vec3 point;
-    };
-
-    /// How an edit point lies about its centre, and its number, while the centre moves.
-    struct Mark {
-        double azimuth = 0.0;
-        double distance = 0.0;
-        double above = 0.0;
-        double number = 0.0;
-        Position anchor = First;
-    };
-
-    static constexpr std::size_t kEditPoints = 6;
+    using SetNumber = RoundState::SetNumber;
+    using Mark = RoundState::Mark;
+    static constexpr std::size_t kEditPoints = RoundState::kEditPoints;
     static std::size_t index_(EditPoint role) { return static_cast<std::size_t>(role); }
     bool hasKind_() const { return subtype_ < NoSubtype; }
     bool isMark_(EditPoint role) const {
@@ -203,6 +191,8 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void placeSector_();
     /// From the centre to the rim in a direction; a stand-in length while there is no radius.
     double rimDistance_(double azimuth) const;
+    void saveState_(ShapeState& state, const ShapeState* like) const override;
+    void takeState_(const ShapeState& state) override;
     void showIn_(CylinderPanel& panel);
     void takeFrom_(CylinderPanel& panel);
 

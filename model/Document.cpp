@@ -107,6 +107,45 @@ void Document::setEditing(bool editing) {
     if (overlay_.zelId()) PIHALVIS::showZELFile(overlay_.zelId(), !editing);
 }
 
+// History
+
+FileState Document::fileState_() const {
+    FileState file = file_;
+    file.kept = overlay_.kept();
+    file.zel = overlay_.zelId();
+    file.source = overlay_.source();
+    return file;
+}
+
+void Document::takeFile_(FileState file) {
+    overlay_.restoreSource(file.source);
+    overlay_.setKept(file.kept);
+    if (file.zel != overlay_.zelId()) {
+        if (void* const before = overlay_.zelId()) PIHALVIS::showZELFile(before, true);
+        // The host may have loaded the file anew, or have given the number to another overlay.
+        const std::vector<void*> showing = file.name.empty() ? std::vector<void*>() : overlaysOf(file.name);
+        const bool stands = std::ranges::find(showing, file.zel) != showing.end();
+        overlay_.setZelId(!stands && !showing.empty() ? showing.front() : stands ? file.zel : nullptr);
+        if (overlay_.zelId() && editing_) PIHALVIS::showZELFile(overlay_.zelId(), false);
+    }
+    file_ = std::move(file);
+}
+
+History::Outcome Document::undo() {
+    history_.commit();
+    FileState file = fileState_();
+    const History::Outcome outcome = history_.undo(file);
+    takeFile_(std::move(file));
+    return outcome;
+}
+
+History::Outcome Document::redo() {
+    FileState file = fileState_();
+    const History::Outcome outcome = history_.redo(file);
+    takeFile_(std::move(file));
+    return outcome;
+}
+
 // Loading
 
 Document::Reading Document::read(std::string text, const std::string& fileName, void* zel) const {
@@ -187,10 +226,15 @@ Document::Reading Document::readOverlay(void* zel) const {
 }
 
 void Document::take(Reading reading) {
+    history_.commit();
+    history_.switchFile(
+        fileState_(),
+        "load " + (reading.fileName.empty() ? "shapes"
+                                            : std::filesystem::path(reading.fileName).filename().string()));
     overlay_.clearShapes(false);
     // Should memory run out, part of one file is not saved as another.
-    fileName_.clear();
-    knownFile_ = {};
+    file_.name.clear();
+    file_.known = {};
     // The reference platform goes, also when it is the one that the host has the overlay on.
     unsigned long platform = reading.platform;
     if (attachment_.isReferencePlatform(platform)) platform = 0;
@@ -214,8 +258,8 @@ void Document::take(Reading reading) {
         overlay_.addShape(shape);
         if (!editing_) shape->setActive(false);
     }
-    fileName_ = std::move(reading.fileName);
-    knownFile_ = std::move(reading.version);
+    file_.name = std::move(reading.fileName);
+    file_.known = std::move(reading.version);
     overlay_.adopt(std::move(reading.loaded.source));
     keep_(overlay_.attachedPlatformId());
 }
@@ -238,17 +282,27 @@ void Document::cleanupPriorZEL_() {
 }
 
 void Document::clear() {
+    history_.commit();
+    history_.switchFile(fileState_(), "delete all shapes");
     overlay_.clearShapes(false);
     overlay_.adopt(nullptr);
-    fileName_.clear();
+    file_.name.clear();
     cleanupPriorZEL_();
     keep_(0);
+}
+
+bool Document::attach(unsigned long platform, bool center) {
+    followPlatform();
+    // Where the shapes stand should the platform go before this is taken back.
+    history_.commit();
+    return attachment_.attach(platform, center);
 }
 
 bool Document::platformRemoved(unsigned long id) {
     if (id == 0 || id != overlay_.attachedPlatformId()) return false;
     halNotify::notify(halNotify::Warning)
         << "The platform of the edited overlay is gone; its shapes stay where they are";
+    history_.commit();
     attachment_.attach(0, false);
     return true;
 }
@@ -264,25 +318,25 @@ void Document::overlayRemoved(void* zel) {
 // Saving
 
 bool Document::isKept_() const {
-    return overlay_.isKept() && (overlay_.digest() == 0 || knownFile_.isOnDisk());
+    return overlay_.isKept() && (overlay_.digest() == 0 || file_.known.isOnDisk());
 }
 
 void Document::keep_(unsigned long platform) {
     overlay_.keep();
-    keptPlatform_ = platform;
+    file_.keptPlatform = platform;
 }
 
 bool Document::isSaved() const {
     return isKept_() && overlay_.begun().empty() &&
-           (overlay_.digest() == 0 || overlay_.attachedPlatformId() == keptPlatform_);
+           (overlay_.digest() == 0 || overlay_.attachedPlatformId() == file_.keptPlatform);
 }
 
 std::string Document::changes() const {
     std::string text = isSaved() ? "None" : "Not saved";
     const bool any = overlay_.digest() != 0;
-    if (any && overlay_.isKept() && !fileName_.empty() && !knownFile_.isOnDisk())
-        text += UTILS::fileIsFile(fileName_) ? "; somebody else has written the file" : "; the file is gone";
-    if (const unsigned long platform = overlay_.attachedPlatformId(); any && platform != keptPlatform_)
+    if (any && overlay_.isKept() && !file_.name.empty() && !file_.known.isOnDisk())
+        text += UTILS::fileIsFile(file_.name) ? "; somebody else has written the file" : "; the file is gone";
+    if (const unsigned long platform = overlay_.attachedPlatformId(); any && platform != file_.keptPlatform)
         text += platform == 0 ? "; offsets become positions"
                               : "; positions become offsets from " + Utils::platformName(platform);
     constexpr std::size_t few = 3;
@@ -305,13 +359,14 @@ bool Document::keepOldFile_(const std::string& fileName, const std::string& text
             << ". It is as it was";
         return false;
     }
-    if (old.empty() || old == text || (!emptied && savedFile_.is(fileName, old))) return true;
+    if (old.empty() || old == text || (!emptied && file_.saved.is(fileName, old))) return true;
     const LoadResult read = tryText(old, preferences_);
-    const bool foreign = !knownFile_.is(fileName, old);
+    const bool foreign = !file_.known.is(fileName, old);
     const bool lossy = !read.error.empty() || losesAnything(read.losses);
     if (!foreign && !lossy && !emptied) return true;
 
-    const char* const why = foreign ? (fileName == fileName_ ? kForeign : "it is not the file that is edited")
+    const char* const why = foreign
+                                ? (fileName == file_.name ? kForeign : "it is not the file that is edited")
                             : emptied ? "its last shape is deleted"
                                       : "it holds what the editor cannot keep";
     std::string copy;
@@ -334,7 +389,7 @@ bool Document::save(const std::string& fileName) {
     bool emptied = false;
     try {
         text = overlay_.text(&skipped);
-        emptied = overlay_.shapes().empty() && !fileName.empty() && fileName == fileName_;
+        emptied = overlay_.shapes().empty() && !fileName.empty() && fileName == file_.name;
         if (emptied) text = overlay_.textWithoutShapes();
         // Nothing to write must not even cost an older copy.
         if (!text.empty() && !keepOldFile_(fileName, text, emptied, old)) return false;
@@ -354,8 +409,8 @@ bool Document::save(const std::string& fileName) {
     if (std::string copy;
         !replaced.empty() && replaced != old && !copyOldText(fileName, replaced, kForeign, copy).empty())
         writeRescueFile(replaced, true);
-    fileName_ = fileName;
-    savedFile_ = knownFile_ = FileVersion(fileName, text);
+    file_.name = fileName;
+    file_.saved = file_.known = FileVersion(fileName, text);
     attachment_.forgetOffsets();
     keep_(overlay_.attachedPlatformId());
     if (!skipped.empty())
@@ -368,9 +423,9 @@ bool Document::save(const std::string& fileName) {
 void Document::reload_(bool emptied) {
     void* const edited = overlay_.zelId();
     // The host may show a file more than once, on several platforms.
-    std::vector<void*> showing = overlaysOf(fileName_);
+    std::vector<void*> showing = overlaysOf(file_.name);
     const bool own = std::find(showing.begin(), showing.end(), edited) != showing.end();
-    void* const replaced = own ? edited : PIHALVIS::getZELObject(fileName_);
+    void* const replaced = own ? edited : PIHALVIS::getZELObject(file_.name);
     std::erase(showing, replaced);
     // The host tells its observers: the overlay may not name what is gone.
     overlay_.setZelId(nullptr);
@@ -378,7 +433,7 @@ void Document::reload_(bool emptied) {
     if (edited && edited != replaced) PIHALVIS::showZELFile(edited, true);
     const auto tellNotLoaded = [this] {
         halNotify::notify(halNotify::Error)
-            << fileName_ << " is saved, but not shown: the host could not load it";
+            << file_.name << " is saved, but not shown: the host could not load it";
     };
     // Offsets from a platform that the file does not name.
     const bool sails =
@@ -388,15 +443,15 @@ void Document::reload_(bool emptied) {
         const std::uint64_t platform = PIHALVIS::getZELHost(other);
         PIHALVIS::unloadZELFile(other);
         if (emptied) continue;
-        if (!PIHALVIS::loadZELFile(fileName_, platform, 1)) tellNotLoaded();
+        if (!PIHALVIS::loadZELFile(file_.name, platform, 1)) tellNotLoaded();
         lost = lost || (sails && platform == 0);
     }
     if (emptied) return;
     if (lost)
         halNotify::notify(halNotify::Warning)
-            << fileName_ << " is shown without a platform, too: what is attached now is not drawn there";
+            << file_.name << " is shown without a platform, too: what is attached now is not drawn there";
     // While it is edited the editor's shapes are drawn in its place.
-    overlay_.setZelId(PIHALVIS::loadZELFile(fileName_, overlay_.attachedPlatformId(), editing_ ? 0 : 1));
+    overlay_.setZelId(PIHALVIS::loadZELFile(file_.name, overlay_.attachedPlatformId(), editing_ ? 0 : 1));
     if (!overlay_.zelId()) tellNotLoaded();
 }
 

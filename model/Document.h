@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "model/Attachment.h"
-#include "model/FileVersion.h"
+#include "model/FileState.h"
+#include "model/History.h"
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
 
@@ -25,8 +26,15 @@ class Document {
     Document& operator=(const Document&) = delete;
 
     /// The file that was loaded or saved last, empty for none.
-    const std::string& fileName() const { return fileName_; }
+    const std::string& fileName() const { return file_.name; }
     const Attachment& attachment() const { return attachment_; }
+
+    /// What the user has done. \see undo
+    History& history() { return history_; }
+    const History& history() const { return history_; }
+    /// Takes the last step back, or does the next one again, with the file that was edited then.
+    History::Outcome undo();
+    History::Outcome redo();
 
     /// While it is edited the shapes are drawn in place of the host's own display of the overlay. Not at
     /// first.
@@ -80,7 +88,7 @@ class Document {
     void clear();
 
     /// \see Attachment::attach
-    bool attach(unsigned long platform, bool center) { return attachment_.attach(platform, center); }
+    bool attach(unsigned long platform, bool center);
     bool followPlatform() { return attachment_.followPlatform(); }
     /// A platform of the scenario is gone. \return whether the shapes were attached to it: they stay where
     /// they are
@@ -91,6 +99,9 @@ class Document {
   private:
     /// Lets go of the host's overlay that was edited: the host displays it again.
     void cleanupPriorZEL_();
+    /// With what the overlay knows of it.
+    FileState fileState_() const;
+    void takeFile_(FileState file);
     /// The text is in a file.
     bool isKept_() const;
     /// What the overlay holds is what a file holds now.
@@ -109,13 +120,10 @@ class Document {
     const Preferences& preferences_;
     Overlay& overlay_;
     Attachment attachment_{overlay_};
+    History history_{preferences_, overlay_, attachment_};
     bool editing_ = false;
-    std::string fileName_;
-    /// The file that was loaded or saved last.
-    FileVersion knownFile_;
-    /// What was saved last: it holds nothing that would be lost.
-    FileVersion savedFile_;
-    unsigned long keptPlatform_ = 0;
+    /// What the overlay itself knows of it, see fileState_.
+    FileState file_;
     std::string rescueFile_;
 };
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 
 #include "model/PanelMaker.h"
 #include "model/Shape.h"
+#include "model/Stateful.h"
 #include "model/ToolMaker.h"
 
 namespace OverlayEditor {
@@ -40,7 +42,10 @@ class Equipped : public Base {
     /// The panel calls it after each edit of the user's.
     using GuiChange = PanelChange;
 
-    Shape* clone() const override { return new Concrete(static_cast<const Concrete&>(*this)); }
+    Shape* clone() const override {
+        static_assert(std::is_base_of_v<Stateful, Concrete>);
+        return new Concrete(static_cast<const Concrete&>(*this));
+    }
     void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override {
         auto* const maker = PanelMaker::installed();
         if (!maker || !preferences || !canvas) return;

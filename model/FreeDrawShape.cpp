@@ -4,6 +4,7 @@
 
 #include "model/LongitudeWalk.h"
 #include "model/ShapeKinds.h"
+#include "model/ShapeState.h"
 
 namespace OverlayEditor {
 
@@ -42,6 +43,12 @@ void FreeDrawShape::append_(const Vec3& lla) {
 void FreeDrawShape::startLine(const Vec3& lla) {
     lines_.push_back({lla});
     // A single point shows nothing: the host keeps the lines it has.
+    changed_();
+}
+
+void FreeDrawShape::removeLastLine() {
+    if (!lines_.empty()) lines_.pop_back();
+    dirty_();
 }
 
 void FreeDrawShape::addPoint(const Vec3& lla) {
@@ -117,6 +124,34 @@ std::pair<Vec3, Vec3> FreeDrawShape::boundingBox() const {
         for (const Vec3& point : line)
             updateBounds_({point.lat(), walk.next(point.lon()), point.alt()}, bounds);
     return bounds;
+}
+
+void FreeDrawShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    BaseFilledShape::saveState_(state, like);
+    state.kind = ShapeKind::FreeDraw;
+    FreeDrawState& own = state.own.emplace<FreeDrawState>();
+    std::vector<Vec3> all;
+    all.reserve(getNumPoints());
+    for (const LinePoints& line : lines_) {
+        own.lines.push_back(line.size());
+        all.insert(all.end(), line.begin(), line.end());
+    }
+    own.points = SharedPoints(all, like ? &std::get<FreeDrawState>(like->own).points : nullptr);
+    own.pixelPrecision = pixelPrecision_;
+}
+
+void FreeDrawShape::takeState_(const ShapeState& state) {
+    BaseFilledShape::takeState_(state);
+    const auto& own = std::get<FreeDrawState>(state.own);
+    const std::vector<Vec3> all = own.points.points();
+    lines_.clear();
+    auto next = all.begin();
+    for (const std::size_t length : own.lines) {
+        const auto end = next + static_cast<std::ptrdiff_t>(length);
+        lines_.emplace_back(next, end);
+        next = end;
+    }
+    pixelPrecision_ = own.pixelPrecision;
 }
 
 void FreeDrawShape::showIn_(FreeDrawPanel& panel) {

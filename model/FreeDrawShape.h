@@ -6,13 +6,16 @@
 #include "model/BaseFilledShape.h"
 #include "model/Equipped.h"
 #include "model/PointsContainer.h"
+#include "model/Stateful.h"
 
 namespace OverlayEditor {
 
 /// Lines drawn by hand: each is what the mouse left behind between a press and a release. As a points
 /// container it is all lines in one row. It cannot be attached, and is written as one line block for each
 /// line of at least two points, all of the shape's name; they are read back as lines.
-class FreeDrawShape : public PointsContainer, public Equipped<FreeDrawShape, BaseFilledShape, FreeDrawPanel> {
+class FreeDrawShape : public PointsContainer,
+                      public Equipped<FreeDrawShape, BaseFilledShape, FreeDrawPanel>,
+                      public Stateful {
   public:
     using LinePoints = std::vector<halCore::Vec3>;
 
@@ -32,13 +35,17 @@ class FreeDrawShape : public PointsContainer, public Equipped<FreeDrawShape, Bas
     bool isComplete() const;
     /// Begins a new line at a position.
     void startLine(const halCore::Vec3& lla);
+    void removeLastLine();
     /// Appends to the line begun last; begins the first one.
     void addPoint(const halCore::Vec3& lla);
 
     /// How far the mouse must move before it leaves a point behind, in pixels, 1 at least. Counts for lines
     /// begun afterwards.
     int pixelPrecision() const { return pixelPrecision_; }
-    void setPixelPrecision(int pixels) { pixelPrecision_ = pixels < 1 ? 1 : pixels; }
+    void setPixelPrecision(int pixels) {
+        pixelPrecision_ = pixels < 1 ? 1 : pixels;
+        changed_();
+    }
     static constexpr int kDefaultPixelPrecision = 5;
 
     std::size_t getNumPoints() const override;
@@ -59,6 +66,8 @@ class FreeDrawShape : public PointsContainer, public Equipped<FreeDrawShape, Bas
     /// Where a point stands; the line is lines_.size() behind the last point.
     Place placeOf_(unsigned long index) const;
     void append_(const halCore::Vec3& lla);
+    void saveState_(ShapeState& state, const ShapeState* like) const override;
+    void takeState_(const ShapeState& state) override;
     void showIn_(FreeDrawPanel& panel);
     void takeFrom_(FreeDrawPanel& panel);
 

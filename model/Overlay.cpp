@@ -24,14 +24,36 @@ Overlay::~Overlay() {
 
 void Overlay::addShape(Shape* shape) {
     if (!shape || contains(shape)) return;
-    ++revision_;
     shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
     shape->setActive(true);
     shape->setShown(true);
-    const std::uint64_t order = nextOrder_++;
-    places_.push_back({order, shape, {}});
-    entries_.emplace(shape, byName_.insert({shape->name(), order, shape}).first);
+    const std::uint64_t number = nextOrder_++;
+    places_.push_back({number, nullptr, {}});
+    enter_(number, shape);
+}
+
+void Overlay::insertShape(std::uint64_t number, Shape* shape) {
+    auto place = placeOf_(number);
+    if (place == places_.end() || place->order != number) places_.insert(place, {number, nullptr, {}});
+    enter_(number, shape);
+}
+
+void Overlay::enter_(std::uint64_t number, Shape* shape) {
+    entries_.emplace(shape, byName_.insert({shape->name(), number, shape}).first);
+    placeOf_(number)->shape = shape;
+    placeOf_(number)->written.reset();
     shape->setKeeper(this);
+    touched_(number);
+}
+
+std::uint64_t Overlay::numberOf(const Shape* shape) const {
+    const auto known = entries_.find(shape);
+    return known != entries_.end() ? known->second->order : 0;
+}
+
+Shape* Overlay::shapeOf(std::uint64_t number) const {
+    const auto place = std::ranges::lower_bound(places_, number, {}, &Place::order);
+    return place != places_.end() && place->order == number ? place->shape : nullptr;
 }
 
 std::vector<Shape*> Overlay::shapes() const {
@@ -49,29 +71,32 @@ void Overlay::removeShape(Shape* shape) {
 bool Overlay::forget_(const Shape* shape) {
     const auto known = entries_.find(shape);
     if (known == entries_.end()) return false;
-    ++revision_;
-    placeOf_(known->second).shape = nullptr;
+    const std::uint64_t number = known->second->order;
+    placeOf_(number)->shape = nullptr;
     byName_.erase(known->second);
     entries_.erase(known);
     if (places_.size() > 2 * entries_.size())
         std::erase_if(places_, [](const Place& place) { return !place.shape; });
+    touched_(number);
     return true;
 }
 
-Overlay::Place& Overlay::placeOf_(const Names::iterator& entry) {
-    return *std::lower_bound(places_.begin(), places_.end(), entry->order,
-                             [](const Place& place, auto wanted) { return place.order < wanted; });
+void Overlay::touched(const Shape& shape) {
+    const auto known = entries_.find(&shape);
+    if (known == entries_.end()) return;
+    placeOf_(known->second->order)->written.reset();
+    touched_(known->second->order);
 }
 
-void Overlay::touched(const Shape& shape) {
+void Overlay::touched_(std::uint64_t number) {
     ++revision_;
-    const auto known = entries_.find(&shape);
-    if (known != entries_.end()) placeOf_(known->second).written.reset();
+    if (watcher_) watcher_->shapeTouched(number);
 }
 
 void Overlay::touchAll_() {
-    ++revision_;
     for (Place& place : places_) place.written.reset();
+    ++revision_;
+    if (watcher_) watcher_->attachmentTouched();
 }
 
 void Overlay::setReferenceWritten(bool written) {
@@ -96,10 +121,13 @@ Shape* Overlay::findShape(const std::string& name) const {
 }
 
 void Overlay::clearShapes(bool destroying) {
-    ++revision_;
     // Emptied first: a dying shape's tool may look at the overlay.
     const std::vector<Shape*> dying = shapes();
-    for (Shape* shape : dying) shape->setKeeper(nullptr);
+    std::vector<std::uint64_t> numbers;
+    for (Shape* shape : dying) {
+        numbers.push_back(entries_.at(shape)->order);
+        shape->setKeeper(nullptr);
+    }
     places_.clear();
     byName_.clear();
     entries_.clear();
@@ -107,6 +135,7 @@ void Overlay::clearShapes(bool destroying) {
         if (!destroying) shape->deleteGui();
         delete shape;
     }
+    for (const std::uint64_t number : numbers) touched_(number);
 }
 
 void Overlay::setShown(bool shown) {
@@ -114,14 +143,24 @@ void Overlay::setShown(bool shown) {
 }
 
 void Overlay::setActive(bool active) {
+    active_ = active;
     for (Shape* shape : shapes()) shape->setActive(active);
 }
 
 void Overlay::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {
-    touchAll_();
     attachedPlatformId_ = id;
     pointConverter_ = converter;
-    for (Shape* shape : shapes()) shape->setAttachedPlatformId(id, converter, anchorCenter);
+    for (Shape* shape : shapes()) {
+        shape->setAttachedPlatformId(id, converter, anchorCenter);
+        touched(*shape);
+    }
+    touchAll_();
+}
+
+void Overlay::restoreAttachment(unsigned long id, PointConverter* converter) {
+    attachedPlatformId_ = id;
+    pointConverter_ = converter;
+    touchAll_();
 }
 
 void Overlay::attachThoseFrom(const halCore::Vec3& reference, unsigned long id, PointConverter* converter) {
@@ -149,6 +188,11 @@ void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
         own.digest = place.written->digest;
         place.shape->setSource(std::move(own));
     }
+}
+
+void Overlay::restoreSource(std::shared_ptr<const halCore::ZEL::SourceText> source) {
+    source_ = std::move(source);
+    ++revision_;
 }
 
 std::vector<const Overlay::Place*> Overlay::placesOfBlocks_() const {

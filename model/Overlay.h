@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,6 +14,16 @@
 #include "model/ShapeWriter.h"
 
 namespace OverlayEditor {
+
+/// Told of what may have changed in an overlay, once it has. Shapes are told by their numbers.
+class OverlayWatcher {
+  public:
+    virtual void shapeTouched(std::uint64_t number) = 0;
+    virtual void attachmentTouched() = 0;
+
+  protected:
+    ~OverlayWatcher() = default;
+};
 
 /// The document that the editor edits: an ordered list of shapes that share one attachment. It owns its
 /// shapes from addShape until removeShape or clearShapes.
@@ -33,11 +44,23 @@ class Overlay final : private ShapeKeeper {
     std::vector<Shape*> shapes() const;
     /// Whether the shape is in the overlay; of the pointer only the address is used.
     bool contains(const Shape* shape) const { return entries_.contains(shape); }
+    /// A shape's number in the overlay, 0 when it is not there. They follow the order, and none is given
+    /// twice: a shape that has gone may come back under its own.
+    std::uint64_t numberOf(const Shape* shape) const;
+    /// Null for none.
+    Shape* shapeOf(std::uint64_t number) const;
+    /// Takes ownership of a shape that is what it was when it had the number, which is free: it is neither
+    /// attached nor displayed anew.
+    void insertShape(std::uint64_t number, Shape* shape);
+    /// Who is told of changes, null for nobody. Not owned.
+    void setWatcher(OverlayWatcher* watcher) { watcher_ = watcher; }
     /// Deletes every shape; their panels first, unless the overlay itself is going.
     void clearShapes(bool destroying);
 
     void setShown(bool shown);
     void setActive(bool active);
+    /// As it was set last.
+    bool active() const { return active_; }
     unsigned long attachedPlatformId() const { return attachedPlatformId_; }
     /// What the attached shapes' offsets count from; null when the overlay is not attached.
     PointConverter* pointConverter() const { return attachedPlatformId_ != 0 ? pointConverter_ : nullptr; }
@@ -45,8 +68,13 @@ class Overlay final : private ShapeKeeper {
     /// point, not about what a platform of the scenario is. Not at first; means nothing when not attached.
     bool referenceWritten() const { return referenceWritten_; }
     void setReferenceWritten(bool written);
+    /// Whether offsets count from a converter's reference, be it without a platform.
+    bool counts() const { return pointConverter_ != nullptr; }
     /// \see Shape::setAttachedPlatformId
     void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter);
+
+    /// The same without a word to the shapes: they are told by whoever restores them.
+    void restoreAttachment(unsigned long id, PointConverter* converter);
 
     /// The converter's reference has moved. Offsets stay, and so does what is written of them, unless it
     /// names the reference; places are derived anew when somebody asks, and nothing is displayed anew.
@@ -68,6 +96,9 @@ class Overlay final : private ShapeKeeper {
     /// text. \see ShapeSource
     void adopt(std::shared_ptr<const halCore::ZEL::SourceText> source);
     const std::shared_ptr<const halCore::ZEL::SourceText>& source() const { return source_; }
+
+    /// The same with shapes that have been told of their blocks.
+    void restoreSource(std::shared_ptr<const halCore::ZEL::SourceText> source);
 
     /// The text of a file with the shapes; empty when there is nothing to write. What was adopted is the
     /// text, with other blocks for shapes that have changed, without those of shapes that are gone, and with
@@ -91,6 +122,9 @@ class Overlay final : private ShapeKeeper {
     void keep() { kept_ = digest(); }
     /// Whether the text is as it was when it was kept last; at first there was none.
     bool isKept() const { return digest() == kept_; }
+    /// The digest of the text that was kept, to be kept again.
+    std::uint64_t kept() const { return kept_; }
+    void setKept(std::uint64_t digest) { kept_ = digest; }
 
     /// Writes every shape in order. \return 0 when at least one was written, otherwise -1
     int serializeShapes(Serializer& serializer) const;
@@ -123,8 +157,10 @@ class Overlay final : private ShapeKeeper {
     /// Needs no more than the address. \return whether the shape was here
     bool forget_(const Shape* shape);
 
+    OverlayWatcher* watcher_ = nullptr;
     PointConverter* pointConverter_ = nullptr;
     unsigned long attachedPlatformId_ = 0;
+    bool active_ = true;
     std::uint64_t revision_ = 0;
     bool referenceWritten_ = false;
     void* zelId_ = nullptr;
@@ -136,7 +172,12 @@ class Overlay final : private ShapeKeeper {
         /// None while the shape may have changed.
         mutable std::optional<WrittenShape> written;
     };
-    Place& placeOf_(const Names::iterator& entry);
+    /// The place of a number, or the one behind which it would stand.
+    std::vector<Place>::iterator placeOf_(std::uint64_t number) {
+        return std::ranges::lower_bound(places_, number, {}, &Place::order);
+    }
+    void enter_(std::uint64_t number, Shape* shape);
+    void touched_(std::uint64_t number);
     std::string text_(bool referenceWritten, std::vector<std::string>* skipped) const;
     /// For each block of the text the place of the shape that it stands for, null for none.
     std::vector<const Place*> placesOfBlocks_() const;
@@ -154,7 +195,7 @@ class Overlay final : private ShapeKeeper {
     /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
     Names byName_;
     std::unordered_map<const Shape*, Names::iterator> entries_;
-    std::uint64_t nextOrder_ = 0;
+    std::uint64_t nextOrder_ = 1;
     /// The text as it was at a revision.
     struct Sum {
         std::optional<std::uint64_t> revision;

@@ -190,4 +190,32 @@ void PlacedPoints::follow(const PointConverter& frame) {
     derivedAt_ = 0;
 }
 
+PlacedPoints::State PlacedPoints::state(const State* like) const {
+    State state{.given = SharedPoints(given_, like ? &like->given : nullptr),
+                .missing = missing_,
+                .frame = !frame_ ? State::Frame::None
+                         : own_  ? State::Frame::Own
+                                 : State::Frame::Others,
+                .own = own_,
+                .stranded = stranded_,
+                .left = {}};
+    if (left_) {
+        const auto* const before = like && like->left ? &like->left->offsets : nullptr;
+        state.left = State::Left{left_->reference, SharedPoints(left_->offsets, before)};
+    }
+    return state;
+}
+
+void PlacedPoints::restore(const State& state, const PointConverter& frame) {
+    given_ = state.given.points();
+    places_.clear();
+    missing_ = state.missing;
+    own_ = state.own;
+    frame_ = state.frame == State::Frame::None ? nullptr : own_ ? own_.get() : &frame;
+    stranded_ = state.stranded;
+    derivedAt_ = 0;
+    left_.reset();
+    if (state.left) left_ = Left{state.left->reference, state.left->offsets.points()};
+}
+
 }  // namespace OverlayEditor

@@ -8,6 +8,7 @@
 
 #include "geo/PointConverter.h"
 #include "model/PlacedPoint.h"
+#include "model/SharedPoints.h"
 
 namespace OverlayEditor {
 
@@ -69,6 +70,28 @@ class PlacedPoints {
     bool leave();
     /// Another converter takes the frame's part; the places stay where that is possible.
     void follow(const PointConverter& frame);
+
+    /// All that is not derived.
+    struct State {
+        enum class Frame { None, Others, Own };
+        struct Left {
+            Vec3 reference;
+            SharedPoints offsets;
+            bool operator==(const Left&) const = default;
+        };
+
+        SharedPoints given;
+        std::uint32_t missing = 0;
+        Frame frame = Frame::None;
+        std::shared_ptr<const PointConverter> own;
+        bool stranded = false;
+        std::optional<Left> left;
+        bool operator==(const State&) const = default;
+    };
+    /// \param like null, or a state with which it shares what is the same
+    State state(const State* like) const;
+    /// \param frame stands for one that is somebody else's; must outlive the stay there
+    void restore(const State& state, const PointConverter& frame);
 
   private:
     /// Positions that a shape may lack.

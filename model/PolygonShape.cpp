@@ -5,6 +5,7 @@
 #include "model/LongitudeWalk.h"
 #include "model/PointsTool.h"
 #include "model/ShapeKinds.h"
+#include "model/ShapeState.h"
 
 namespace OverlayEditor {
 
@@ -12,8 +13,12 @@ using halCore::Vec3;
 
 namespace {
 
+ShapeKind::Id idOf(PolygonShape::Subtype subtype) {
+    return subtype == PolygonShape::Line ? ShapeKind::Line : ShapeKind::Polygon;
+}
+
 const ShapeKind& kindOf(PolygonShape::Subtype subtype) {
-    return shapeKind(subtype == PolygonShape::Line ? ShapeKind::Line : ShapeKind::Polygon);
+    return shapeKind(idOf(subtype));
 }
 
 }  // namespace
@@ -110,6 +115,16 @@ void PolygonShape::setAttachedPlatformId(unsigned long id, PointConverter* conve
         resetToolPoints_();
     }
     fillGui();
+}
+
+void PolygonShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    BaseFilledShape::saveState_(state, like);
+    state.kind = idOf(subtype_);
+}
+
+void PolygonShape::takeState_(const ShapeState& state) {
+    BaseFilledShape::takeState_(state);
+    resetToolPoints_();
 }
 
 void PolygonShape::showIn_(PolygonPanel& panel) {

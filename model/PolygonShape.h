@@ -7,13 +7,15 @@
 #include "model/BaseFilledShape.h"
 #include "model/Equipped.h"
 #include "model/PointsContainer.h"
+#include "model/Stateful.h"
 
 namespace OverlayEditor {
 
 /// A line or a polygon: an ordered list of geodetic points.
 class PolygonShape : public PointsContainer,
                      public Equipped<PolygonShape, BaseFilledShape, PolygonPanel>,
-                     public Anchored {
+                     public Anchored,
+                     public Stateful {
   public:
     enum Subtype { Line = 0, Polygon = 1 };
 
@@ -56,6 +58,8 @@ class PolygonShape : public PointsContainer,
     /// Refreshes after a change of the list, at an index, that the tool did not make.
     void pointsChanged_(unsigned long index);
     void resetToolPoints_();
+    void saveState_(ShapeState& state, const ShapeState* like) const override;
+    void takeState_(const ShapeState& state) override;
     void showIn_(PolygonPanel& panel);
     void takeFrom_(PolygonPanel& panel);
 

@@ -13,6 +13,7 @@ halCore::Vec3 calcCornerPoint(const halCore::Vec3& anchor, double width, double 
 struct Size {
     double width = 0.0;
     double height = 0.0;
+    bool operator==(const Size&) const = default;
 };
 
 /// The components of the diagonal from the first corner to the last, by its direction at the first; negative

@@ -8,6 +8,7 @@
 #include "geo/OffsetGrid.h"
 #include "model/LongitudeWalk.h"
 #include "model/ShapeKinds.h"
+#include "model/ShapeState.h"
 #include "model/Utils.h"
 
 namespace OverlayEditor {
@@ -16,8 +17,12 @@ using halCore::Vec3;
 
 namespace {
 
+ShapeKind::Id idOf(RectangleShape::Subtype subtype) {
+    return subtype == RectangleShape::Rectangle ? ShapeKind::Rectangle : ShapeKind::Triangle;
+}
+
 const ShapeKind& kindOf(RectangleShape::Subtype subtype) {
-    return shapeKind(subtype == RectangleShape::Rectangle ? ShapeKind::Rectangle : ShapeKind::Triangle);
+    return shapeKind(idOf(subtype));
 }
 
 }  // namespace
@@ -182,6 +187,17 @@ std::string RectangleShape::getShortPointText_(const Vec3& corner, bool isFirst)
     const std::string unit(UTILS::unitsGetAbbreviation(units.rangeUnits()));
     return " Width: " + units.formatRange(std::abs(size.width)) + " " + unit +
            " Height: " + units.formatRange(std::abs(size.height)) + " " + unit;
+}
+
+void RectangleShape::saveState_(ShapeState& state, const ShapeState* like) const {
+    BaseFilledShape::saveState_(state, like);
+    state.kind = idOf(subtype_);
+    state.own = RectangleState{setSize_};
+}
+
+void RectangleShape::takeState_(const ShapeState& state) {
+    BaseFilledShape::takeState_(state);
+    setSize_ = std::get<RectangleState>(state.own).size;
 }
 
 void RectangleShape::showIn_(RectanglePanel& panel) {

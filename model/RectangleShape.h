@@ -7,6 +7,8 @@
 #include "model/BaseFilledShape.h"
 #include "model/Equipped.h"
 #include "model/RectangleGeometry.h"
+#include "model/ShapeState.h"
+#include "model/Stateful.h"
 
 namespace OverlayEditor {
 
@@ -17,7 +19,9 @@ namespace OverlayEditor {
 /// set are kept beside the corners and are the answer until a corner moves; a file holds the corners
 /// only, so after loading they are computed, by the rule that sets them: about the centre, or from the first
 /// corner, whichever anchors the shape.
-class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, RectanglePanel>, public Anchored {
+class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, RectanglePanel>,
+                       public Anchored,
+                       public Stateful {
   public:
     enum Subtype { Rectangle = 0, Triangle = 1 };
 
@@ -64,11 +68,7 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     /// was typed before there was a size is no part of the shape yet.
     enum Position : std::size_t { First, Last, Center, TypedAnchor };
 
-    /// A size, and whether it was set about the centre.
-    struct SetSize {
-        RectangleGeometry::Size size;
-        bool aboutCenter;
-    };
+    using SetSize = RectangleState::SetSize;
 
     std::optional<halCore::Vec3> placeOf_(Position position) const;
     void setCorner_(Position position, const PlacedPoint& point);
@@ -83,6 +83,8 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     PlacedPoint placedCenter_() const;
     /// Takes over the rectangle that a panel's fields describe.
     void takeGeometry_(const RectanglePanel& panel);
+    void saveState_(ShapeState& state, const ShapeState* like) const override;
+    void takeState_(const ShapeState& state) override;
     void showIn_(RectanglePanel& panel);
     void takeFrom_(RectanglePanel& panel);
 

@@ -11,6 +11,8 @@
 #include "format/TextBuffer.h"
 #include "geo/Sodano.h"
 #include "model/Anchored.h"
+#include "model/ShapeState.h"
+#include "model/Stateful.h"
 #include "model/Utils.h"
 #include "pi/PIHALVIS.h"
 
@@ -82,6 +84,7 @@ void Shape::setShowPoints(bool shown) {
 void Shape::setAnchorCenter(bool anchored) {
     if (anchored == anchorCenter_) return;
     anchorCenter_ = anchored;
+    changed_();
     if (attachedPlatformId_ != 0) dirty_();
 }
 
@@ -131,6 +134,7 @@ bool Shape::takeAttachment_(unsigned long id, PointConverter* converter, bool an
                 << ": no offsets from there lead to all of it";
             return false;
         }
+        changed_();
         const double percent = 100.0 * largestChange(before, points_.places());
         if (percent > 1.0)
             halNotify::notify(halNotify::Warning)
@@ -138,7 +142,45 @@ bool Shape::takeAttachment_(unsigned long id, PointConverter* converter, bool an
                 << ", distances between its points change by up to " << std::lround(percent) << " %";
     }
     attachedPlatformId_ = id;
+    changed_();
     return true;
+}
+
+std::shared_ptr<const ShapeState> Shape::state(const ShapeState* like) const {
+    const auto state = std::make_shared<ShapeState>();
+    dynamic_cast<const Stateful&>(*this).saveState_(*state, like);
+    return state;
+}
+
+void Shape::saveState_(ShapeState& state, const ShapeState* like) const {
+    state.name = name_;
+    state.shown = shown_;
+    state.showPoints = showPoints_;
+    state.anchorCenter = anchorCenter_;
+    state.keepsPlaces = keepsPlaces_;
+    state.attached = attachedPlatformId_ != 0;
+    state.source = source_;
+    state.positions = points_.state(like ? &like->positions : nullptr);
+}
+
+void Shape::restore(const ShapeState& state, const PointConverter& frame, unsigned long platform,
+                    PointConverter* converter) {
+    // Ends what the mouse does with the shape, which may change it once more.
+    if (mouseTool() && shown_ && !state.shown) mouseTool()->deactivate();
+    name_ = state.name;
+    shown_ = state.shown;
+    anchorCenter_ = state.anchorCenter;
+    keepsPlaces_ = state.keepsPlaces;
+    attachedPlatformId_ = state.attached ? platform : 0;
+    pointConverter_ = converter;
+    source_ = state.source;
+    points_.restore(state.positions, frame);
+    dynamic_cast<Stateful&>(*this).takeState_(state);
+    if (keeper_) keeper_->renamed(*this);
+    dirty_();
+    if (std::exchange(showPoints_, state.showPoints) != state.showPoints && mouseTool())
+        mouseTool()->setShowPoints(showPoints_);
+    fillGui();
 }
 
 halCore::Vec3 Shape::centerPoint() const {

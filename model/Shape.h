@@ -20,6 +20,7 @@ class PICanvas;
 namespace OverlayEditor {
 
 class Shape;
+struct ShapeState;
 
 /// Told what happens to the shapes of a collection.
 class ShapeKeeper {
@@ -99,6 +100,15 @@ class Shape {
     void setSource(ShapeSource source) { source_ = std::move(source); }
     /// The middle of the bounding box.
     halCore::Vec3 centerPoint() const;
+    /// All that makes it what it is.
+    /// \param like null, or a state with which it shares what is the same
+    std::shared_ptr<const ShapeState> state(const ShapeState* like = nullptr) const;
+    /// Becomes what a shape of its kind was. Its tool goes on with it, and its panel shows it.
+    /// \param frame what offsets count from unless the shape names it; outlives the stay there
+    /// \param platform what the shape is attached to if it was attached
+    /// \param converter as in setAttachedPlatformId
+    void restore(const ShapeState& state, const PointConverter& frame, unsigned long platform,
+                 PointConverter* converter);
     /// Who is told of a new name and of the end, null for nobody: the overlay that holds the shape. Not
     /// owned, not copied.
     void setKeeper(ShapeKeeper* keeper) { keeper_ = keeper; }
@@ -115,9 +125,17 @@ class Shape {
     bool takeAttachment_(unsigned long id, PointConverter* converter, bool anchorCenter);
     /// PlacedPoints::put, with a message when no offset leads there.
     bool putPlaced_(std::size_t index, const PlacedPoint& point) {
-        return accepted_(points_.put(index, point));
+        const bool put = accepted_(points_.put(index, point));
+        changed_();
+        return put;
     }
     bool accepted_(bool taken) const;
+    /// Something of it has changed: to be called once that is complete, unless dirty_ or hide_ is.
+    void changed_() const {
+        if (keeper_) keeper_->touched(*this);
+    }
+    /// The part of Stateful that is the same for all.
+    void saveState_(ShapeState& state, const ShapeState* like) const;
     /// What beginShape is told: not 0 when the positions are offsets.
     unsigned long writtenPlatform_() const;
     /// Tells a position in the form in which positions are given.

@@ -20,6 +20,7 @@ struct ShapeSource {
     std::uint64_t digest = 0;
     /// What the block says beside what the editor has fields for; null for nothing.
     std::shared_ptr<const halCore::ZEL::ZelShape> extras;
+    bool operator==(const ShapeSource&) const = default;
 };
 
 }  // namespace OverlayEditor

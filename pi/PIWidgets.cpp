@@ -10,6 +10,8 @@ namespace {
 
 using Service = PIServerFunctions_t;
 
+std::vector<PITextField*> textFields;
+
 void* handleOf(const PIWindow* window) {
     return window ? window->handle() : nullptr;
 }
@@ -75,6 +77,21 @@ PIRadioButton::PIRadioButton(PICanvas* parent, const std::string& caption, Funct
 PITextField::PITextField(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_INT_AND_FUNCTION>(Service::CreateTextField, handleOf(parent), style,
                                                   callback));
+    textFields.push_back(this);
+}
+PITextField::~PITextField() {
+    std::erase(textFields, this);
+}
+bool PITextField::dropTyped() {
+    bool dropped = false;
+    for (PITextField* const field : textFields) {
+        const Value told = field->known_.value;
+        const auto* const text = std::get_if<std::string>(&told);
+        if (!text || field->getValueText() == *text) continue;
+        field->setValue(*text);
+        dropped = true;
+    }
+    return dropped;
 }
 PISpinner::PISpinner(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback) {
     bind(create<PI_DATA_POINTER_INT_AND_FUNCTION>(Service::CreateSpinner, handleOf(parent), style, callback));

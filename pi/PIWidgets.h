@@ -96,6 +96,9 @@ class PIRadioButton : public PIWindow {
 class PITextField : public PIWindow {
   public:
     PITextField(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback);
+    ~PITextField() override;
+    /// What somebody has typed into whichever field and not handed over goes. \return whether there was any
+    static bool dropTyped();
 };
 
 /// An integer with arrows: 0 to 9999, or -9999 to 9999 when signed. Its callback is called at each change.

@@ -57,8 +57,19 @@ int OverlayEditorPlugin::StartUp() {
     icon_->loadPNGByArray(editorIconPng().data(), editorIconPng().size());
     FunctorTwoParams__* const show = callbacks_.make(&OverlayEditorPlugin::onCmdShowSettings);
     menuItem_ = std::make_unique<PIGUI::PIMenuItem>(nullptr, "Overlay Editor...", show);
-    action_ = std::make_unique<PICommon::Action>();
-    PICommon::createAction(*action_, Name(), "Overlay Editor Dialog", show);
+    const auto offer = [this](const char* label, FunctorTwoParams__* callback) {
+        actions_.push_back(std::make_unique<PICommon::Action>());
+        PICommon::createAction(*actions_.back(), Name(), label, callback);
+    };
+    offer("Overlay Editor Dialog", show);
+    for (const auto& [label, handler] :
+         {std::pair{"Undo Overlay Edit", &OverlayEditorPlugin::onCmdUndo},
+          std::pair{"Redo Overlay Edit", &OverlayEditorPlugin::onCmdRedo},
+          std::pair{"Finish Overlay Shape", &OverlayEditorPlugin::onCmdFinish},
+          std::pair{"Remove Last Overlay Point", &OverlayEditorPlugin::onCmdRemoveLastPoint},
+          std::pair{"Delete Overlay Shape", &OverlayEditorPlugin::onCmdDelete},
+          std::pair{"Cancel Overlay Drawing", &OverlayEditorPlugin::onCmdCancel}})
+        offer(label, callbacks_.make(handler));
     menuItem_->setIcon(*icon_);
     mouseManager_ = std::make_unique<MouseManager>();
     hint_ = std::make_unique<ScreenNote>(
@@ -102,7 +113,7 @@ void OverlayEditorPlugin::takeDown_() {
     if (overlay_) overlay_->setActive(false);
 
     callbacks_.disconnect();
-    action_.reset();
+    actions_.clear();
     menuItem_.reset();
 
     service_.reset();
@@ -143,6 +154,38 @@ int OverlayEditorPlugin::onCmdShowSettings(PIObject*, void*) {
     if (said_) said_->show({});
     dialog_->show();
     return 1;
+}
+
+int OverlayEditorPlugin::edit_(int (OverlayEditorDialog::*command)(PIObject*, void*)) {
+    return dialog_ && dialog_->shown() ? (*dialog_.*command)(nullptr, nullptr) : 1;
+}
+
+int OverlayEditorPlugin::onCmdUndo(PIObject*, void*) {
+    return edit_(&OverlayEditorDialog::onCmdUndo);
+}
+
+int OverlayEditorPlugin::onCmdRedo(PIObject*, void*) {
+    return edit_(&OverlayEditorDialog::onCmdRedo);
+}
+
+int OverlayEditorPlugin::onCmdFinish(PIObject*, void*) {
+    // The quick shape that is drawn ends, too.
+    if (mouseManager_ && mouseManager_->isActive()) mouseManager_->clearMouseTool();
+    return edit_(&OverlayEditorDialog::onCmdStop);
+}
+
+int OverlayEditorPlugin::onCmdRemoveLastPoint(PIObject*, void*) {
+    return edit_(&OverlayEditorDialog::onCmdRemoveLastPoint);
+}
+
+int OverlayEditorPlugin::onCmdDelete(PIObject*, void*) {
+    if (dialog_ && dialog_->shown()) countCommand();
+    return edit_(&OverlayEditorDialog::onCmdDelete);
+}
+
+int OverlayEditorPlugin::onCmdCancel(PIObject*, void*) {
+    if (quickDrawManager_) quickDrawManager_->cancelDrawing();
+    return edit_(&OverlayEditorDialog::onCmdCancelDrawing);
 }
 
 int OverlayEditorPlugin::onCmdLoadHalvisZels(PIObject* sender, void* data) {

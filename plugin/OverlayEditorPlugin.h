@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "common/Notify.h"
 #include "gui/OverlayEditorDialog.h"
@@ -50,6 +51,14 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
 
     /// Shows the editor dialog, which is made the first time.
     int onCmdShowSettings(PIObject* sender, void* data);
+    // Handlers of the actions to which the host lets its users bind keys. They do nothing while the dialog is
+    // not shown: what they change could not be seen.
+    int onCmdUndo(PIObject* sender, void* data);
+    int onCmdRedo(PIObject* sender, void* data);
+    int onCmdFinish(PIObject* sender, void* data);
+    int onCmdRemoveLastPoint(PIObject* sender, void* data);
+    int onCmdDelete(PIObject* sender, void* data);
+    int onCmdCancel(PIObject* sender, void* data);
     /// Takes the overlays that were right-clicked last into the editor.
     int onCmdLoadHalvisZels(PIObject* sender, void* data);
 
@@ -57,6 +66,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     class RightClickObserver;
 
     void takeDown_();
+    int edit_(int (OverlayEditorDialog::*command)(PIObject*, void*));
     /// Everything that the editor has to say comes here: it goes into the host's log, and to where the eye
     /// is, the dialog's lower edge or, while the mouse draws or without a dialog, the view.
     void say_(halNotify::Severity severity, const std::string& message);
@@ -67,7 +77,8 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<Preferences> preferences_;
     std::unique_ptr<PIGUI::PIIcon> icon_;
     std::unique_ptr<PIGUI::PIMenuItem> menuItem_;
-    std::unique_ptr<PICommon::Action> action_;
+    /// The dialog's, and those of editing.
+    std::vector<std::unique_ptr<PICommon::Action>> actions_;
     std::unique_ptr<MouseManager> mouseManager_;
     /// What the next click does.
     std::unique_ptr<ScreenNote> hint_;

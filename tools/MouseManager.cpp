@@ -38,6 +38,7 @@ void MouseManager::clearMouseTool() {
 
 int MouseManager::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
     const EntryScope scope;
+    if (eventListener_) eventListener_(type);
     const int result = current_->handleMouseEvent(type, event);
     reportHint_();
     return result;

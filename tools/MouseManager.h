@@ -38,6 +38,10 @@ class MouseManager {
     void setDrawDoneCallback(FunctorTwoParams__* callback);
     /// Told when another tool has become current, in whichever way but its retirement; empty for nobody.
     void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
+    /// Told of each event before the tool is; empty for nobody.
+    void setEventListener(std::function<void(PIGUI::PIMouseEventType_t)> listener) {
+        eventListener_ = std::move(listener);
+    }
     /// Told whenever the current tool's hint has become another one, empty when there is none; an empty
     /// function for nobody. The host may be called from it.
     void setHintListener(std::function<void(std::string_view)> listener);
@@ -53,6 +57,7 @@ class MouseManager {
     std::string_view hint_;
     FunctorTwoParams__* drawDoneCallback_ = nullptr;
     std::function<void()> changeListener_;
+    std::function<void(PIGUI::PIMouseEventType_t)> eventListener_;
     std::function<void(std::string_view)> hintListener_;
 };
 

@@ -21,7 +21,8 @@ namespace OverlayEditor {
 /// Random shapes of every kind, the same in every run.
 class RandomShapes {
   public:
-    explicit RandomShapes(const Preferences& preferences) : preferences_(preferences) {}
+    explicit RandomShapes(const Preferences& preferences, unsigned seed = 20240229)
+        : preferences_(preferences), random_(seed) {}
 
     double number(double low, double high) {
         return std::uniform_real_distribution<double>(low, high)(random_);
@@ -110,7 +111,7 @@ class RandomShapes {
     }
 
     const Preferences& preferences_;
-    std::mt19937_64 random_{20240229};
+    std::mt19937_64 random_;
 };
 
 }  // namespace OverlayEditor

@@ -1,0 +1,123 @@
+#include "gui/Captions.h"
+#include "gui/OverlayEditorDialog.h"
+#include "gui/OverlayEditorDialogWidgets.h"
+#include "model/FreeDrawShape.h"
+
+namespace OverlayEditor {
+
+using Gesture = History::Gesture;
+
+// What the user does, as far as it tells one step from the next
+
+void OverlayEditorDialog::commanded_(PIObject* sender) {
+    const bool typed = dynamic_cast<PIGUI::PITextField*>(sender) || dynamic_cast<PIGUI::PISpinner*>(sender);
+    document_.history().begin(typed ? Gesture::Typing : Gesture::Command, sender);
+    widgets_->messages.commanded(sender);
+}
+
+void OverlayEditorDialog::mouseMoved_(PIGUI::PIMouseEventType_t type) {
+    using Type = PIGUI::PIMouseEventType_t;
+    if (type == Type::LeftPress) document_.history().begin(Gesture::Press);
+    if (type == Type::LeftRelease) document_.history().release();
+    if (type == Type::Wheel) document_.history().begin(Gesture::Wheel);
+}
+
+// Undo and redo
+
+int OverlayEditorDialog::onCmdUndo(PIObject* sender, void*) {
+    letGo_();
+    if (!sender) countCommand();
+    if (!dropTyped_()) step_(&Document::undo);
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdRedo(PIObject* sender, void*) {
+    letGo_();
+    if (!sender) countCommand();
+    if (!dropTyped_()) step_(&Document::redo);
+    return 1;
+}
+
+bool OverlayEditorDialog::dropTyped_() {
+    const bool typed = PIGUI::PITextField::dropTyped();
+    const bool refused = RefusedText::forgetAll();
+    Shape* const shape = current_();
+    if (refused && shape) {
+        shape->fillGui();
+        widgets_->name.setValue(shape->name());
+    }
+    return typed || refused;
+}
+
+void OverlayEditorDialog::step_(History::Outcome (Document::*step)()) {
+    const History& history = document_.history();
+    const std::uint64_t before = overlay_->numberOf(current_());
+    const History::Outcome outcome = (document_.*step)();
+    if (outcome == History::Outcome::Nothing) return;
+    // Another shape may lie where the current one was.
+    if (!overlay_->shapeOf(before)) currentShape_ = nullptr;
+    if (outcome == History::Outcome::Listed) fillList_();
+    Shape* const selected = overlay_->shapeOf(history.selected());
+    if (selected != current_()) mouseManager_->clearMouseTool();
+    setCurrentShape_(selected);
+    widgets_->list.deselectAll();
+    if (selected) widgets_->list.setSelectedItem(itemOf_(selected));
+    showDocument_();
+}
+
+void OverlayEditorDialog::showSteps_() {
+    const History& history = document_.history();
+    const auto show = [](PIGUI::PIButton& button, const std::string& verb, bool can,
+                         const std::string& name) {
+        button.setValue(verb + "\t" + (can ? verb + ": " + oneLine(name) : "Nothing to " + oneLine(name)));
+        button.setEnabled(can);
+    };
+    show(widgets_->undo, "Undo", history.canUndo(), history.canUndo() ? history.undoName() : "undo");
+    show(widgets_->redo, "Redo", history.canRedo(), history.canRedo() ? history.redoName() : "redo");
+}
+
+// While a shape is drawn
+
+bool OverlayEditorDialog::draws_() {
+    const Shape* const shape = current_();
+    return shape && shape->mouseTool() && mouseManager_->currentMouseTool() == shape->mouseTool() &&
+           shape->mouseTool()->isActive();
+}
+
+bool OverlayEditorDialog::letGo_() {
+    if (!document_.history().isPressed()) return false;
+    if (draws_()) {
+        mouseManager_->clearMouseTool();
+        mouseManager_->setCurrentMouseTool(current_()->mouseTool(), true);
+    }
+    return true;
+}
+
+int OverlayEditorDialog::onCmdCancelDrawing(PIObject*, void*) {
+    if (!draws_()) return 1;
+    const bool held = document_.history().isPressed();
+    mouseManager_->clearMouseTool();
+    if (held) document_.history().revert();
+    countCommand();
+    Shape* const shape = current_();
+    delete_(shape && overlay_->numberOf(shape) == fresh_ ? shape : nullptr);
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdRemoveLastPoint(PIObject*, void*) {
+    letGo_();
+    countCommand();
+    if (!draws_()) return 1;
+    Shape* const shape = current_();
+    if (auto* const drawn = dynamic_cast<FreeDrawShape*>(shape)) {
+        drawn->removeLastLine();
+    } else if (auto* const points = dynamic_cast<PointsContainer*>(shape)) {
+        if (points->getNumPoints() > 0) points->deletePointAtIndex(points->getNumPoints() - 1);
+    } else if (document_.history().lastChanged() == overlay_->numberOf(shape)) {
+        step_(&Document::undo);
+    }
+    updateSavedMark_();
+    return 1;
+}
+
+}  // namespace OverlayEditor

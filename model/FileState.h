@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "format/SourceText.h"
+#include "model/FileVersion.h"
+
+namespace OverlayEditor {
+
+/// What a document knows of the file that is edited.
+struct FileState {
+    /// The file that was loaded or saved last, empty for none.
+    std::string name;
+    /// As it was then.
+    FileVersion known;
+    /// What was saved last: it holds nothing that would be lost.
+    FileVersion saved;
+    /// The digest of the overlay's text that is in it, and the platform that its positions count from.
+    std::uint64_t kept = 0;
+    unsigned long keptPlatform = 0;
+    /// The text of which the shapes have blocks, null for none.
+    std::shared_ptr<const halCore::ZEL::SourceText> source;
+    /// The host's overlay of it; it may be gone.
+    void* zel = nullptr;
+};
+
+}  // namespace OverlayEditor

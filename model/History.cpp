@@ -1,0 +1,336 @@
+#include "model/History.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/Notify.h"
+#include "model/StepName.h"
+#include "model/Utils.h"
+#include "pi/EntryScope.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+/// The wheel stands still for so long before it turns anew.
+constexpr std::chrono::seconds kTurn{1};
+
+bool same(const ShapeStatePtr& a, const ShapeStatePtr& b) {
+    return a == b || (a && b && *a == *b);
+}
+
+}  // namespace
+
+History::History(const Preferences& preferences, Overlay& overlay, Attachment& attachment)
+    : preferences_(preferences), overlay_(overlay), attachment_(attachment), attached_(attachment.state()) {
+    for (const Shape* shape : overlay.shapes()) states_[overlay.numberOf(shape)] = shape->state();
+    overlay_.setWatcher(this);
+}
+
+History::~History() {
+    *self_ = nullptr;
+    overlay_.setWatcher(nullptr);
+}
+
+// Noticing
+
+void History::begin(Gesture gesture, const void* field) {
+    if (gesture == Gesture::Wheel && pressed_) return;
+    // In the midst of another entry nothing is whole.
+    pressed_ = false;
+    if (!EntryScope::isNested()) commit();
+    const auto now = std::chrono::steady_clock::now();
+    const bool goesOn = gesture == kind_ && ((gesture == Gesture::Typing && field == field_) ||
+                                             (gesture == Gesture::Wheel && now - turned_ < kTurn));
+    if (!goesOn) ++gesture_;
+    kind_ = gesture;
+    field_ = field;
+    turned_ = now;
+    pressed_ = gesture == Gesture::Press;
+}
+
+void History::release() {
+    pressed_ = false;
+    commitLater_();
+}
+
+void History::select(std::uint64_t number) {
+    selected_ = number;
+    commitLater_();
+}
+
+void History::shapeTouched(std::uint64_t number) {
+    touched_.insert(number);
+    commitLater_();
+}
+
+void History::attachmentTouched() {
+    commitLater_();
+}
+
+void History::commitLater_() {
+    if (applying_ || std::exchange(waiting_, true)) return;
+    EntryScope::atEnd([self = self_] {
+        History* const history = *self;
+        if (!history) return;
+        history->waiting_ = false;
+        if (!history->pressed_) history->commit();
+    });
+}
+
+ShapeStatePtr History::stateByStep_(std::uint64_t number) const {
+    const auto known = states_.find(number);
+    return known != states_.end() ? known->second : nullptr;
+}
+
+ShapeStatePtr History::stateNow_(std::uint64_t number) const {
+    const Shape* const shape = overlay_.shapeOf(number);
+    return shape ? shape->state(stateByStep_(number).get()) : nullptr;
+}
+
+void History::commit() {
+    if (applying_) return;
+    const std::uint64_t settled = std::exchange(settled_, selected_);
+    const auto touched = std::exchange(touched_, {});
+    Attachment::State attached = attachment_.state();
+    const bool attachmentChanged = !(attached == lostAttached_.value_or(attached_));
+    States now;
+    for (const std::uint64_t number : touched) {
+        const auto lost = lost_.find(number);
+        ShapeStatePtr state = stateNow_(number);
+        if (!same(state, lost != lost_.end() ? lost->second : stateByStep_(number)))
+            now[number] = std::move(state);
+    }
+    if (now.empty() && !attachmentChanged && !fileBefore_) {
+        // A platform that has moved is no step.
+        if (!lostAttached_) attached_.reference = attached.reference;
+        return;
+    }
+    attached.name =
+        attached.platform == attached_.platform ? attached_.name : Utils::platformName(attached.platform);
+    now.merge(std::exchange(lost_, {}));
+    lostAttached_.reset();
+
+    Step step{.gesture = gesture_,
+              .changes = {},
+              .attachedBefore = std::exchange(attached_, attached),
+              .attachedAfter = attached,
+              .file = std::exchange(fileBefore_, {}),
+              .fileName = std::exchange(switchName_, {}),
+              .selectedBefore = settled,
+              .selectedAfter = selected_};
+    for (auto& [number, state] : now) {
+        ShapeStatePtr before = stateByStep_(number);
+        if (same(before, state)) continue;
+        if (state)
+            states_[number] = state;
+        else
+            states_.erase(number);
+        step.changes.push_back({number, std::move(before), std::move(state)});
+    }
+    if (joins_(step))
+        join_(step);
+    else
+        push_(std::move(step));
+    if (listener_) listener_();
+    // What nobody did with the mouse or a widget is a step by itself.
+    if (!pressed_ && kind_ != Gesture::Typing && kind_ != Gesture::Wheel) ++gesture_;
+}
+
+void History::switchFile(FileState before, std::string name) {
+    if (!fileBefore_) fileBefore_ = std::move(before);
+    switchName_ = std::move(name);
+    commitLater_();
+}
+
+// Steps
+
+bool History::Step::lists() const {
+    return std::ranges::any_of(changes, [](const Change& change) {
+        return !change.before || !change.after || change.before->name != change.after->name;
+    });
+}
+
+void History::Step::weigh() {
+    bytes = sizeof(Step) + changes.size() * sizeof(Change);
+    for (const Change& change : changes) {
+        if (change.before) bytes += change.before->bytesBeyond(change.after.get());
+        if (change.after) bytes += change.after->bytesBeyond(change.before.get());
+    }
+}
+
+std::string History::Step::name() const {
+    if (file) return fileName;
+    if (!(attachedBefore == attachedAfter))
+        return attachedAfter.platform != 0 ? "attach to " + attachedAfter.name
+                                           : "detach from " + attachedBefore.name;
+    if (changes.size() == 1) return stepName(changes.front().before.get(), changes.front().after.get());
+    return "change " + std::to_string(changes.size()) + " shapes";
+}
+
+bool History::joins_(const Step& step) const {
+    if (done_ == 0 || done_ < steps_.size() || step.file) return false;
+    const Step& last = steps_.back();
+    return last.gesture == step.gesture && !last.file && step.attachedBefore == step.attachedAfter;
+}
+
+void History::join_(Step& step) {
+    Step& last = steps_.back();
+    bytes_ -= last.bytes;
+    for (Change& change : step.changes) {
+        const auto known = std::ranges::find(last.changes, change.shape, &Change::shape);
+        if (known == last.changes.end())
+            last.changes.push_back(std::move(change));
+        else
+            known->after = std::move(change.after);
+    }
+    std::erase_if(last.changes, [](const Change& change) { return same(change.before, change.after); });
+    last.selectedAfter = step.selectedAfter;
+    if (last.changes.empty() && last.attachedBefore == last.attachedAfter) {
+        steps_.pop_back();
+        --done_;
+        return;
+    }
+    last.weigh();
+    bytes_ += last.bytes;
+    limit_();
+}
+
+void History::push_(Step step) {
+    while (steps_.size() > done_) {
+        bytes_ -= steps_.back().bytes;
+        steps_.pop_back();
+    }
+    step.weigh();
+    bytes_ += step.bytes;
+    steps_.push_back(std::move(step));
+    ++done_;
+    limit_();
+}
+
+void History::limit_() {
+    while (!steps_.empty() && (steps_.size() > kMostSteps || bytes_ > kMostBytes)) {
+        bytes_ -= steps_.front().bytes;
+        steps_.pop_front();
+        if (done_ > 0) --done_;
+    }
+}
+
+std::string History::undoName() const {
+    return canUndo() ? steps_[done_ - 1].name() : std::string();
+}
+
+std::string History::redoName() const {
+    return canRedo() ? steps_[done_].name() : std::string();
+}
+
+std::uint64_t History::lastChanged() const {
+    if (!canUndo() || steps_[done_ - 1].changes.size() != 1) return 0;
+    const Change& change = steps_[done_ - 1].changes.front();
+    return change.before && change.after ? change.shape : 0;
+}
+
+History::Outcome History::undo(FileState& file) {
+    pressed_ = false;
+    commit();
+    return canUndo() ? apply_(steps_[--done_], true, file) : Outcome::Nothing;
+}
+
+History::Outcome History::redo(FileState& file) {
+    pressed_ = false;
+    commit();
+    return canRedo() ? apply_(steps_[done_++], false, file) : Outcome::Nothing;
+}
+
+History::Outcome History::apply_(Step& step, bool back, FileState& file) {
+    ++gesture_;
+    kind_ = Gesture::Command;
+    std::set<std::uint64_t> numbers;
+    for (const Change& change : step.changes) {
+        numbers.insert(change.shape);
+        const ShapeStatePtr& target = back ? change.before : change.after;
+        if (target)
+            states_[change.shape] = target;
+        else
+            states_.erase(change.shape);
+    }
+    if (!(step.attachedBefore == step.attachedAfter))
+        attached_ = back ? step.attachedBefore : step.attachedAfter;
+    if (step.file) std::swap(file, *step.file);
+    selected_ = settled_ = back ? step.selectedBefore : step.selectedAfter;
+    realize_(std::move(numbers));
+    if (listener_) listener_();
+    return step.lists() ? Outcome::Listed : Outcome::Changed;
+}
+
+// Living shapes
+
+void History::restore(std::uint64_t number, const ShapeState& state) {
+    if (overlay_.shapeOf(number)) restore_(number, state, attachment_.converter());
+}
+
+void History::revert() {
+    pressed_ = false;
+    realize_(std::exchange(touched_, {}));
+}
+
+void History::remove_(Shape* shape) {
+    shape->deleteGui();
+    overlay_.removeShape(shape);
+    delete shape;
+}
+
+void History::restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame) {
+    Shape* shape = overlay_.shapeOf(number);
+    if (!shape) {
+        auto made = shapeKind(state.kind).make(preferences_);
+        made->setActive(overlay_.active());
+        made->setName(state.name);
+        overlay_.insertShape(number, made.get());
+        shape = made.release();
+    }
+    const bool attached = &frame == &attachment_.converter();
+    shape->restore(state, frame, attached ? overlay_.attachedPlatformId() : attached_.platform,
+                   attached && overlay_.counts() ? &attachment_.converter() : nullptr);
+}
+
+void History::realize_(std::set<std::uint64_t> numbers) {
+    applying_ = true;
+    const struct Guard {
+        ~Guard() { applying = false; }
+        bool& applying;
+    } guard{applying_};
+
+    const bool there = Attachment::isThere(attached_);
+    const bool switches = !(attachment_.state() == attached_);
+    for (const auto& [number, state] : lost_) numbers.insert(number);
+    if (there && switches)
+        for (const auto& [number, state] : states_) numbers.insert(number);
+    for (const std::uint64_t number : numbers)
+        if (Shape* const shape = overlay_.shapeOf(number); shape && !states_.contains(number)) remove_(shape);
+
+    lost_.clear();
+    lostAttached_.reset();
+    PointConverter gone;
+    if (there) {
+        if (switches) attachment_.restore(attached_);
+    } else {
+        halNotify::notify(halNotify::Warning)
+            << attached_.name
+            << " is gone: the shapes are not attached to it again, and stand where they stood";
+        gone.setReferenceLla(attached_.reference, attached_.platform);
+        if (switches) attachment_.restore({});
+    }
+    for (const std::uint64_t number : numbers) {
+        const auto state = states_.find(number);
+        if (state == states_.end()) continue;
+        restore_(number, *state->second, there ? attachment_.converter() : gone);
+        if (there) continue;
+        overlay_.shapeOf(number)->setAttachedPlatformId(0, nullptr, false);
+        lost_[number] = overlay_.shapeOf(number)->state();
+    }
+    if (!there) lostAttached_ = attachment_.state();
+    touched_.clear();
+}
+
+}  // namespace OverlayEditor
