@@ -11,6 +11,7 @@
 #include "geo/Angles.h"
 #include "geo/Ecef.h"
 #include "geo/Wgs84.h"
+#include "globe/BaseMap.h"
 #include "globe/Camera.h"
 #include "globe/EarthShaders.h"
 #include "globe/SoftwareRenderer.h"
@@ -38,9 +39,32 @@ std::unique_ptr<QOpenGLShaderProgram> compile(const std::string& fragment) {
     return program;
 }
 
-std::unique_ptr<QOpenGLShaderProgram> compileGround(const char* defines) {
-    return compile(std::string("#version 120\n#extension GL_ARB_shader_texture_lod : require\n") + defines +
-                   kGroundFragmentShader);
+// Of the map, before the air: deep water and dry grass, dull enough that overlays stand out.
+constexpr float kSea[] = {0.070F, 0.170F, 0.275F};
+constexpr float kShore[] = {0.150F, 0.335F, 0.425F};
+constexpr float kIce[] = {0.700F, 0.735F, 0.755F};
+constexpr float kLand[] = {0.440F, 0.455F, 0.345F};
+
+/// A field's two bytes an element as a texture.
+std::unique_ptr<QOpenGLTexture> textureOf(const MapField& field, QOpenGLTexture::WrapMode across) {
+    auto texture = std::make_unique<QOpenGLTexture>(QOpenGLTexture::Target2D);
+    texture->setFormat(QOpenGLTexture::RG8_UNorm);
+    texture->setSize(field.width, field.height);
+    texture->setMipLevels(1);
+    texture->allocateStorage(QOpenGLTexture::RG, QOpenGLTexture::UInt8);
+    texture->setMinMagFilters(QOpenGLTexture::Linear, QOpenGLTexture::Linear);
+    texture->setWrapMode(QOpenGLTexture::DirectionS, across);
+    texture->setWrapMode(QOpenGLTexture::DirectionT, QOpenGLTexture::ClampToEdge);
+    texture->setData(QOpenGLTexture::RG, QOpenGLTexture::UInt8, field.bytes.data());
+    return texture;
+}
+
+QVector3D vector(const float (&v)[3]) {
+    return {v[0], v[1], v[2]};
+}
+
+QVector3D vector(const Rgba& color) {
+    return QVector3D(color.r, color.g, color.b) / 255.0F;
 }
 
 /// The part of the view (-1 to 1) that the globe may touch: left, bottom, right, top.
@@ -71,12 +95,7 @@ std::array<float, 4> areaOfEarth(const Camera& camera) {
 
 }  // namespace
 
-EarthLayer::EarthLayer() : sky_(compile(kSkyFragmentShader)) {
-    ground_[Plain] = compileGround("#define PLAIN\n");
-    ground_[Minified] = compileGround("#define MINIFIED\n");
-    ground_[Mixed] = compileGround("#define MINIFIED\n#define MAGNIFIED\n");
-    ground_[Magnified] = compileGround("#define MAGNIFIED\n");
-}
+EarthLayer::EarthLayer() : sky_(compile(kSkyFragmentShader)) {}
 
 EarthLayer::~EarthLayer() = default;
 
@@ -111,7 +130,29 @@ void EarthLayer::drawRectangle(QOpenGLShaderProgram& program, const Camera& came
     program.disableAttributeArray(0);
 }
 
-void EarthLayer::draw(const Camera& camera) {
+QOpenGLShaderProgram& EarthLayer::groundProgram(unsigned ground) {
+    std::unique_ptr<QOpenGLShaderProgram>& program = ground_[ground];
+    if (!program) {
+        std::string text = "#version 120\n#extension GL_ARB_shader_texture_lod : require\n";
+        if (ground & kPlain) text += "#define PLAIN\n";
+        if (ground & kMinified) text += "#define MINIFIED\n";
+        if (ground & kMagnified) text += "#define MAGNIFIED\n";
+        if (ground & kFading) text += "#define FADING\n";
+        if (ground & kWorld) text += "#define WORLD\n";
+        if (ground & kDetail) text += "#define DETAIL\n";
+        program = compile(text + kGroundFragmentShader);
+    }
+    return *program;
+}
+
+void EarthLayer::uploadMap(BaseMap& map, unsigned ground) {
+    if ((ground & kWorld) != 0 && !world_) world_ = textureOf(map.world(), QOpenGLTexture::Repeat);
+    if ((ground & kDetail) == 0 || detailRevision_ == map.detail()->revision) return;
+    detail_ = textureOf(map.detail()->field, QOpenGLTexture::ClampToEdge);
+    detailRevision_ = map.detail()->revision;
+}
+
+void EarthLayer::draw(const Camera& camera, double pixelRatio, BaseMap& map, const MapOptions& options) {
     QOpenGLContext::currentContext()->functions()->glBindBuffer(GL_ARRAY_BUFFER, 0);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
@@ -119,31 +160,82 @@ void EarthLayer::draw(const Camera& camera) {
     drawRectangle(*sky_, camera, kWholeView);
     sky_->release();
 
-    Ground kind = Plain;
+    unsigned kind = kPlain;
     double smoothness = 0.0;
+    double land = options.land ? 1.0 : 0.0;
     if (texture_) {
         // Screen pixels a texel, where the view looks closest.
         const double texel = kTwoPi * wgs84::a / texture_->width();
         const double distance = std::min(camera.range(), std::max(1.0, length(camera.eye()) - wgs84::b));
         const double pixel = 2.0 * distance * camera.tanHalfHeight() / camera.height();
         smoothness = std::clamp(1.5 - pixel / texel, 0.0, 1.0);
-        kind = smoothness <= 0.0 ? Minified : smoothness >= 1.0 ? Magnified : Mixed;
+        kind = smoothness <= 0.0 ? kMinified : smoothness >= 1.0 ? kMagnified : kMinified | kMagnified;
+        // The picture fades out from where a texel is two pixels wide to where it is twelve.
+        land *= std::clamp(std::log2(0.5 * texel / pixel) / std::log2(6.0), 0.0, 1.0);
     }
-    QOpenGLShaderProgram& program = *ground_[kind];
+    if (land >= 1.0) kind = 0;
+    if (land > 0.0 && (kind & kMagnified) != 0) kind |= kFading;
+    // From far away the picture shows the coasts itself.
+    const double lines =
+        std::lerp(0.55, 1.0, land) *
+        std::clamp((BaseMap::kFarthest - camera.range()) / (0.3 * BaseMap::kFarthest), 0.0, 1.0);
+    const bool shown = land > 0.0 || (lines > 0.0 && (options.coastlines || options.borders));
+    if (shown && map.detail()) kind |= kDetail;
+    if (shown && !(map.detail() && map.isDetailEnough())) kind |= kWorld;
+    QOpenGLShaderProgram& program = groundProgram(kind);
     if (!program.isLinked()) return;
+    if (shown) uploadMap(map, kind);
     program.bind();
     program.setUniformValue("axisRatio", static_cast<float>(wgs84::b / wgs84::a));
-    if (texture_) {
+    if (kind & (kMinified | kMagnified)) {
         program.setUniformValue("imageSize", QSizeF(texture_->width(), texture_->height()));
         program.setUniformValue("smoothness", static_cast<float>(smoothness));
         program.setUniformValue("image", 0);
         texture_->bind(0);
     }
+    if (shown) {
+        program.setUniformValue(
+            "mapStrength",
+            QVector4D(static_cast<float>(land),
+                      static_cast<float>(options.coastlines ? lines * kCoastColor.a / 255.0 : 0.0),
+                      static_cast<float>(options.borders ? lines * kBorderColor.a / 255.0 : 0.0),
+                      static_cast<float>(pixelRatio)));
+        program.setUniformValue(
+            "pixelAngle", static_cast<float>(2.0 * camera.tanHalfHeight() / (camera.height() * pixelRatio)));
+        program.setUniformValue("seaColor", vector(kSea));
+        program.setUniformValue("shoreColor", vector(kShore));
+        program.setUniformValue("iceColor", vector(kIce));
+        program.setUniformValue("landColor", vector(kLand));
+        program.setUniformValue("coastColor", vector(kCoastColor));
+        program.setUniformValue("borderColor", vector(kBorderColor));
+    }
+    if (kind & kWorld) {
+        program.setUniformValue("world", 1);
+        program.setUniformValue("worldSize", QSizeF(world_->width(), world_->height()));
+        world_->bind(1);
+    }
+    if (kind & kDetail) {
+        const MapRegion& region = map.detail()->region;
+        const MapRegion::Frame frame = region.frame();
+        program.setUniformValue("detail", 2);
+        program.setUniformValue("fromDetail", vector(toUnitSphere(camera.eye()) - frame.middle));
+        program.setUniformValue("detailEast", vector(frame.east));
+        program.setUniformValue("detailNorth", vector(frame.north));
+        program.setUniformValue("detailScale", static_cast<float>(region.scale()));
+        program.setUniformValue("detailSize", static_cast<float>(region.size));
+        detail_->bind(2);
+    }
+    // Everybody else counts on the first unit.
+    QOpenGLFunctions& gl = *QOpenGLContext::currentContext()->functions();
+    gl.glActiveTexture(GL_TEXTURE0);
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     drawRectangle(program, camera, areaOfEarth(camera));
     glDisable(GL_BLEND);
-    if (texture_) texture_->release();
+    if (kind & kDetail) detail_->release(2);
+    if (kind & kWorld) world_->release(1);
+    if (kind & (kMinified | kMagnified)) texture_->release(0);
+    gl.glActiveTexture(GL_TEXTURE0);
     program.release();
 }
 

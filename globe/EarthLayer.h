@@ -2,13 +2,18 @@
 
 #include <QImage>
 #include <array>
+#include <cstdint>
+#include <map>
 #include <memory>
+
+#include "globe/MapOptions.h"
 
 class QOpenGLShaderProgram;
 class QOpenGLTexture;
 
 namespace sandbox {
 
+class BaseMap;
 class Camera;
 
 /// Draws space, the atmosphere's rim and the earth. The ellipsoid is not a mesh: each pixel's ray is
@@ -23,18 +28,30 @@ class EarthLayer {
 
     /// A null image gives the plain globe with a graticule.
     void setImage(const QImage& image);
-    /// Fills the whole view.
-    void draw(const Camera& camera);
+    /// Fills the whole view. Of the map it shows what the options say; `map` was updated for the camera.
+    void draw(const Camera& camera, double pixelRatio, BaseMap& map, const MapOptions& options);
 
   private:
     /// Ways to colour the ground, each a program of its own: a software renderer pays for every branch.
-    enum Ground { Plain, Minified, Mixed, Magnified, kGroundCount };
+    enum Ground : unsigned {
+        kPlain = 1,
+        kMinified = 2,
+        kMagnified = 4,
+        kFading = 8,
+        kWorld = 16,
+        kDetail = 32
+    };
 
+    QOpenGLShaderProgram& groundProgram(unsigned ground);
+    void uploadMap(BaseMap& map, unsigned ground);
     void drawRectangle(QOpenGLShaderProgram& program, const Camera& camera, const std::array<float, 4>& area);
 
     std::unique_ptr<QOpenGLShaderProgram> sky_;
-    std::array<std::unique_ptr<QOpenGLShaderProgram>, kGroundCount> ground_;
+    std::map<unsigned, std::unique_ptr<QOpenGLShaderProgram>> ground_;
     std::unique_ptr<QOpenGLTexture> texture_;
+    std::unique_ptr<QOpenGLTexture> world_;
+    std::unique_ptr<QOpenGLTexture> detail_;
+    std::uint64_t detailRevision_ = 0;
 };
 
 }  // namespace sandbox

@@ -34,8 +34,12 @@ void main() {
 }
 )";
 
-/// The ground, blended over the sky by the share of the pixel that it covers. Compiled with one of
-/// PLAIN (graticule), MINIFIED, MAGNIFIED or both of the latter, in which case `smoothness` mixes them.
+/// The ground, blended over the sky by the share of the pixel that it covers. Compiled with
+///
+/// - one of PLAIN (graticule), MINIFIED, MAGNIFIED or both of the latter, in which case `smoothness` mixes
+///   them; or none, where the map's colours cover all;
+/// - FADING besides MAGNIFIED, where the map covers some of the image;
+/// - WORLD and DETAIL for the fields of the map (`MapField`), each where it is needed.
 inline constexpr const char* kGroundFragmentShader = R"(
 uniform vec3 eye;
 uniform float eyeExcess;
@@ -48,7 +52,14 @@ varying vec3 ray;
 const float kPi = 3.14159265358979;
 const vec3 kAir = vec3(0.36, 0.60, 0.95);
 
-#ifdef MAGNIFIED
+#ifdef FADING
+// One look-up, its way from texel to texel eased: enough where the map's colours lie over it.
+vec3 smoothLookUp(vec2 uv) {
+    vec2 at = uv * imageSize - 0.5;
+    vec2 f = fract(at);
+    return texture2DLod(image, (at - f + f * f * (3.0 - 2.0 * f) + 0.5) / imageSize, 0.0).rgb;
+}
+#elif defined(MAGNIFIED)
 // Cubic B-spline by four bilinear look-ups: a magnified image stays smooth, without the bilinear diamonds.
 vec3 smoothLookUp(vec2 uv) {
     vec2 at = uv * imageSize - 0.5;
@@ -78,6 +89,55 @@ float gridLine(float degrees, float spacing, float pixel) {
 }
 #endif
 
+#if defined(WORLD) || defined(DETAIL)
+uniform float pixelAngle;  // of a pixel, radians
+uniform vec4 mapStrength;  // of land and sea, coasts, borders; pixels to a widget pixel
+uniform vec3 seaColor;
+uniform vec3 shoreColor;
+uniform vec3 iceColor;
+uniform vec3 landColor;
+uniform vec3 coastColor;
+uniform vec3 borderColor;
+const float kReach = 4.0;
+const float kFarReach = 36.0;
+
+// What a field says, in pixels: how far into the land, and how far to a border. `step`: elements to a pixel.
+vec2 inPixels(vec2 found, float step) {
+    float level = found.x * 255.0;
+    float sea = level > 64.0 ? (level - 127.5) * (kReach / 63.5)
+                             : (level - 64.0) * ((kFarReach - kReach) / 64.0) - kReach;
+    return vec2(level > 127.5 ? (level - 127.5) * (kReach / 127.5) : sea, found.y * kReach) /
+           clamp(step, 0.02, 2.5);
+}
+
+vec3 paintMap(vec3 ground, vec2 field, float south) {
+    float unit = mapStrength.w;
+    float land = clamp(field.x + 0.5, 0.0, 1.0);
+    // Paler along the coasts, as on charts.
+    float rim = 1.0 - clamp(-field.x / (22.0 * unit), 0.0, 1.0);
+    vec3 colors = mix(mix(seaColor, shoreColor, rim * rim), mix(landColor, iceColor, smoothstep(0.87, 0.91, south)), land);
+    ground = mix(ground, colors, mapStrength.x);
+    float border = clamp(0.5 * unit + 0.5 - field.y, 0.0, 1.0) * land;
+    ground = mix(ground, borderColor, border * mapStrength.z);
+    float coast = clamp(0.5 * unit + 0.5 - abs(field.x), 0.0, 1.0);
+    return mix(ground, coastColor, coast * mapStrength.y);
+}
+#endif
+
+#ifdef WORLD
+uniform sampler2D world;
+uniform vec2 worldSize;
+#endif
+
+#ifdef DETAIL
+uniform sampler2D detail;
+uniform vec3 fromDetail;  // the eye, from the detail's middle
+uniform vec3 detailEast;
+uniform vec3 detailNorth;
+uniform float detailScale;  // elements
+uniform float detailSize;
+#endif
+
 void main() {
     float a = dot(ray, ray);
     float b = dot(eye, ray);
@@ -86,6 +146,7 @@ void main() {
     // Beyond the limb the nearest point of the ray stands in, so that slopes stay continuous.
     float t = discriminant > 0.0 ? eyeExcess / (-b + sqrt(discriminant)) : -b / a;
     vec3 hit = normalize(eye + t * ray);
+#if defined(PLAIN) || defined(MINIFIED)
     // The slopes of u and v by calculus: u jumps at 180°, and differences between pixels would see that.
     float ring = max(dot(hit.xy, hit.xy), 1e-7);
     vec3 acrossX = dFdx(hit);
@@ -94,9 +155,18 @@ void main() {
                     -acrossX.z * inversesqrt(ring) / kPi);
     vec2 uvY = vec2((hit.x * acrossY.y - hit.y * acrossY.x) / (2.0 * kPi * ring),
                     -acrossY.z * inversesqrt(ring) / kPi);
+#endif
+#ifdef DETAIL
+    vec3 away = fromDetail + t * ray;
+    vec2 at = vec2(dot(away, detailEast), dot(away, detailNorth)) *
+              (detailScale * inversesqrt(max(1.0 - 0.25 * dot(away, away), 0.05)));
+#endif
+    float facing = clamp(-dot(hit, ray) * inversesqrt(a), 0.0, 1.0);
     if (b >= 0.0 || coverage <= 0.0) discard;
+#if defined(PLAIN) || defined(MINIFIED) || defined(MAGNIFIED) || defined(WORLD)
     vec2 uv = vec2(atan(hit.y, hit.x) / (2.0 * kPi) + 0.5,
-                   0.5 - atan(hit.z, axisRatio * sqrt(ring)) / kPi);
+                   0.5 - atan(hit.z, axisRatio * sqrt(max(dot(hit.xy, hit.xy), 1e-7))) / kPi);
+#endif
 
     vec3 ground = vec3(0.0);
 #ifdef MINIFIED
@@ -119,10 +189,27 @@ void main() {
     ground = mix(ground, vec3(0.70, 0.80, 0.92), 0.6 * main);
 #endif
 
+#ifdef WORLD
+    vec2 field = inPixels(texture2DLod(world, vec2(uv.x, 1.0 - uv.y), 0.0).rg,
+                          worldSize.y / kPi * pixelAngle * t * sqrt(a / max(facing, 0.05)));
+#endif
+#ifdef DETAIL
+    vec2 close = inPixels(texture2DLod(detail, at / detailSize + 0.5, 0.0).rg,
+                          detailScale * pixelAngle * t * sqrt(a / max(facing, 0.05)));
+#ifdef WORLD
+    float inside = clamp((0.48 - length(at) / detailSize) * 40.0, 0.0, 1.0);
+    field = mix(field, close, inside);
+#else
+    vec2 field = close;
+#endif
+#endif
+#if defined(WORLD) || defined(DETAIL)
+    ground = paintMap(ground, field, -hit.z);
+#endif
+
     // The photographs' oceans are nearly black; lift the dark a little.
     ground += (1.0 - ground) * (1.0 - ground) * vec3(0.012, 0.042, 0.050);
     // More air lies before what is seen at a flat angle.
-    float facing = clamp(-dot(hit, ray) * inversesqrt(a), 0.0, 1.0);
     float haze = (1.0 - facing) * (1.0 - facing);
     ground *= mix(1.0, 0.72 + 0.28 * facing, clamp(eyeExcess * 20.0, 0.0, 1.0));
     gl_FragColor = vec4(mix(ground, kAir, 0.75 * haze * haze), coverage);

@@ -29,7 +29,6 @@ struct GlobePainter::Layers {
     HookLayer hook;
     GraticuleLayer graticule;
     BaseMap baseMap;
-    OverlayLayer baseLines;
     OverlayLayer overlays;
     Sprites sprites;
 };
@@ -70,10 +69,10 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     const float opacity = color.alphaF();
     glClearColor(color.redF() * opacity, color.greenF() * opacity, color.blueF() * opacity, opacity);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    if (frame.backdrop.earth) layers_->earth.draw(camera);
-    layers_->baseMap.show(frame.map);
-    layers_->baseLines.update(layers_->baseMap.scene());
-    layers_->baseLines.draw(layers_->baseMap.scene(), camera, frame.pixelRatio);
+    if (frame.backdrop.earth) {
+        layers_->baseMap.update(camera, frame.pixelRatio, frame.map);
+        layers_->earth.draw(camera, frame.pixelRatio, layers_->baseMap, frame.map);
+    }
     if (frame.map.graticule) layers_->graticule.draw(camera, frame.pixelRatio);
     layers_->overlays.update(frame.overlays);
     layers_->overlays.draw(frame.overlays, camera, frame.pixelRatio);
@@ -119,9 +118,18 @@ void GlobePainter::paintLabels(const GlobeFrame& frame, QPaintDevice& device) {
 }
 
 void GlobePainter::paintMapTexts(const GlobeFrame& frame, QPaintDevice& device) {
-    if (!frame.map.graticule && !frame.map.scaleBar) return;
+    if (!frame.map.graticule && !frame.map.scaleBar && !frame.map.names) return;
     const Camera& camera = frame.camera;
     QPainter painter(&device);
+    if (frame.map.names) {
+        const std::vector<DrawList::Label> names = BaseMap::names(camera);
+        std::vector<const DrawList::Label*> labels;
+        for (const DrawList::Label& name : names) labels.push_back(&name);
+        for (const PlacedLabel& placed : placeLabels(labels, camera))
+            layers_->sprites.drawTextCentered(painter, placed.x, placed.y,
+                                              QString::fromStdString(placed.label->text),
+                                              lookOf(*placed.label));
+    }
     const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
     if (frame.map.graticule)
         for (const GraticuleLabel& label : layers_->graticule.labels(camera))

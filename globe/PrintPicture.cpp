@@ -407,10 +407,18 @@ bool printPicture(const GlobeFrame& frame, const QImage& ground, QIODevice& devi
     if (!ground.isNull()) painter.drawImage(all, ground);
 
     Printer printer(camera, painter);
-    BaseMap map;
-    map.show(frame.map);
-    printer.draw(map.scene());
+    DrawList map;
+    map.lines = BaseMap::lines(camera, frame.map);
+    printer.draw(map);
     const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
+    if (frame.map.names) {
+        const std::vector<DrawList::Label> names = BaseMap::names(camera);
+        std::vector<const DrawList::Label*> labels;
+        for (const DrawList::Label& name : names) labels.push_back(&name);
+        for (const PlacedLabel& placed : placeLabels(labels, camera))
+            printer.drawText({placed.x, placed.y}, QString::fromStdString(placed.label->text),
+                             lookOf(*placed.label));
+    }
     if (frame.map.graticule) {
         const GraticuleGrid grid = graticuleGrid(camera);
         DrawList lines;

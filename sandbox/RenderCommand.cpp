@@ -98,6 +98,10 @@ std::optional<MapOptions> readMap(const QString& text) {
             map.coastlines = true;
         else if (word == "borders")
             map.borders = true;
+        else if (word == "land")
+            map.land = true;
+        else if (word == "names")
+            map.names = true;
         else if (word == "scale")
             map.scaleBar = true;
         else
@@ -124,7 +128,7 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         "earth.",
         "what", "earth");
     const QCommandLineOption map("map", "What else to show, such as graticule,scale.",
-                                 "graticule,coast,borders,scale");
+                                 "graticule,coast,borders,land,names,scale");
     parser.addOptions({render, output, size, density, view, background, map});
     parser.addPositionalArgument("files", "Overlay files.", "FILE...");
     if (!parser.parse(arguments)) return parser.errorText();
@@ -150,7 +154,8 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
     if (const auto wanted = readMap(parser.value(map)))
         job.map = *wanted;
     else
-        return QString("--map %1: expected some of graticule,coast,borders,scale").arg(parser.value(map));
+        return QString("--map %1: expected some of graticule,coast,borders,land,names,scale")
+            .arg(parser.value(map));
     if (const auto complaint = readBackground(parser.value(background), job)) return *complaint;
     return job;
 }
@@ -212,7 +217,7 @@ QString print(const GlobeFrame& frame, GlobePicture& picture, const QString& fil
         ground = picture.draw({.camera = frame.camera,
                                .pixelRatio = frame.pixelRatio,
                                .backdrop = {.earth = frame.backdrop.earth, .color = QColor(0, 0, 0, 0)},
-                               .map = {},
+                               .map = {.land = frame.map.land},
                                .overlays = pictures,
                                .platforms = frame.platforms,
                                .screenTexts = frame.screenTexts});

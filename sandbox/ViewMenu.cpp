@@ -90,8 +90,10 @@ void fillViewMenu(QMenu& menu, GlobeView& view, Settings& settings) {
     menu.addAction("&Fly To...", QKeySequence("Ctrl+G"), &view, [&view] { askForPlace(view); });
     menu.addSeparator();
     addMapOption(menu, view, settings, "&Graticule", &MapOptions::graticule, true);
-    addMapOption(menu, view, settings, "&Coastlines", &MapOptions::coastlines, false);
-    addMapOption(menu, view, settings, "&Borders", &MapOptions::borders, false);
+    addMapOption(menu, view, settings, "&Coastlines", &MapOptions::coastlines, true);
+    addMapOption(menu, view, settings, "&Borders", &MapOptions::borders, true);
+    addMapOption(menu, view, settings, "&Land and Sea", &MapOptions::land, true);
+    addMapOption(menu, view, settings, "Country &Names", &MapOptions::names, true);
     addMapOption(menu, view, settings, "&Scale Bar", &MapOptions::scaleBar, true);
 }
 

@@ -11,7 +11,7 @@ _halvis_sandbox() {
         -o | --output) files='!*.@(png|svg)' ;;
         --palette) words='light dark system' ;;
         --background) files='!*.@(jpg|png)' words='earth plain none' ;;
-        --map) words='graticule coast borders scale' ;;
+        --map) words='graticule coast borders land names scale' ;;
         --size | --density | --view) return ;;
         *)
             files='!*.@([zZ][eE][lL]|[cC][sS][vV])'

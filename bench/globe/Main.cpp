@@ -1,4 +1,5 @@
 // bench-view FILE.zel [SHAPES POINTS]: how long the view takes to load a file, and its frames.
+// bench-view --map [IMAGE]: frames with and without the base map, over a picture of the earth.
 //
 // With SHAPES and POINTS the file's largest shapes are repeated, each copy shifted a little, until there are
 // so many shapes with about so many points. Draws off screen, on whatever renderer OpenGL gives.
@@ -20,6 +21,7 @@
 #include "geo/Angles.h"
 #include "globe/Camera.h"
 #include "globe/GlobePicture.h"
+#include "globe/GlobeView.h"
 #include "globe/OverlayScene.h"
 
 namespace {
@@ -83,10 +85,58 @@ std::string repeated(const std::string& text, std::size_t shapes, std::size_t po
     return result;
 }
 
+/// Frames at several distances over islands and a coast, the view wandering by a fifth of its height each
+/// time.
+int compareMaps(const char* image) {
+    sandbox::GlobePicture picture;
+    if (!picture.error().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(picture.error()));
+        return 2;
+    }
+    picture.setEarthImage(
+        QImage(image ? QString::fromLocal8Bit(image) : sandbox::GlobeView::defaultEarthImage()));
+    const sandbox::OverlayScene scene;
+    for (const double range : {2.3e7, 5.0e6, 1.0e6, 5.0e5, 1.0e5, 2.0e4, 5.0e3, 1.0e3}) {
+        std::vector<Stopwatch::Times> times[2];
+        constexpr int kFrames = 40;
+        for (int i = 0; i < kFrames; ++i) {
+            sandbox::Camera camera;
+            camera.setViewport(1280, 800);
+            camera.setRange(range);
+            const double step = 0.2 * 0.6 * range / 6.4e6;
+            camera.setCenter(
+                halCore::Vec3(37.0 * kRadiansPerDegree, 25.0 * kRadiansPerDegree + step * i, 0.0));
+            for (const bool map : {false, true}) {
+                const Stopwatch watch;
+                picture.draw({.camera = camera,
+                              .backdrop = {},
+                              .map = {.land = map, .coastlines = map, .borders = map, .names = map},
+                              .overlays = scene,
+                              .platforms = {},
+                              .screenTexts = {}});
+                times[map ? 1 : 0].push_back(watch.elapsed());
+            }
+        }
+        std::printf("%6.0f km away:", range / 1000.0);
+        for (auto& list : times) {
+            list.erase(list.begin());  // compiles the shaders
+            double sum = 0.0;
+            for (const Stopwatch::Times& time : list) sum += time.cpu;
+            const double mean = sum / static_cast<double>(list.size());
+            std::ranges::sort(list, {}, &Stopwatch::Times::cpu);
+            std::printf("  %s median %.1f ms, mean %.1f, worst %.1f", &list == times ? "without" : "with",
+                        list[list.size() / 2].cpu, mean, list.back().cpu);
+        }
+        std::printf("\n");
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
+    if (argc > 1 && std::string(argv[1]) == "--map") return compareMaps(argc > 2 ? argv[2] : nullptr);
     std::string text;
     if (argc < 2 || !UTILS::readFile(argv[1], text).empty()) {
         std::fprintf(stderr, "bench-view FILE.zel [SHAPES POINTS]\n");

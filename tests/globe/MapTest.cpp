@@ -8,11 +8,74 @@
 #include "globe/Graticule.h"
 #include "globe/ScaleBar.h"
 #include "globe/ShapeText.h"
+#include "globe/map/MapField.h"
 
 namespace sandbox {
 namespace {
 
 constexpr double kMilliSeconds = 3600000.0;  // a degree
+
+/// Of a place in the field of a part of the earth: whether it is land, and how many elements lie between it
+/// and the coast (no more than the field reaches).
+struct Ground {
+    bool land = false;
+    double toCoast = 0.0;
+};
+Ground groundAt(const MapRegion& region, const MapField& field, double latDegrees, double lonDegrees) {
+    const MapRegion::Frame frame = region.frame();
+    const halCore::Ecef u = halCore::toUnitSphere(
+        halCore::toEcef({latDegrees * kRadiansPerDegree, lonDegrees * kRadiansPerDegree, 0.0}));
+    const halCore::Ecef d = u - frame.middle;
+    const double grown = region.scale() / std::sqrt(1.0 - dot(d, d) / 4.0);
+    const auto x = static_cast<int>(region.size / 2.0 + dot(d, frame.east) * grown);
+    const auto y = static_cast<int>(region.size / 2.0 + dot(d, frame.north) * grown);
+    const int value = field.bytes[2 * static_cast<std::size_t>(y * field.width + x)];
+    return {value > 127, std::abs(value - 127.5) / (value > 127 ? 127.5 : 63.5) * MapField::kReach};
+}
+Ground groundAt(const MapRegion& region, double latDegrees, double lonDegrees) {
+    return groundAt(region, drawField(region), latDegrees, lonDegrees);
+}
+
+/// Land and sea where everybody knows them, near poles and 180 degrees, in parts of the earth of any size
+/// that have the place anywhere in them; and the field of all the earth says the same.
+TEST(BaseMap, KnowsLandFromSea) {
+    const struct {
+        double lat, lon;
+        bool land;
+    } places[] = {{21.5, -158.0, true}, {21.0, -158.5, false}, {48.9, 2.4, true},     {36.0, 18.0, false},
+                  {-90.0, 0.0, true},   {90.0, 0.0, false},    {-80.0, 179.9, false}, {-85.0, -179.9, true},
+                  {68.0, 179.99, true}, {68.0, -179.99, true}, {0.0, -160.0, false},  {-17.8, 178.0, true},
+                  {64.0, -19.0, true},  {0.0, 25.0, true},     {40.0, -100.0, true},  {-25.0, 135.0, true}};
+    const MapField world = drawWorldField(2048, 1024);
+    for (const auto& place : places) {
+        const auto row = std::clamp(static_cast<int>((place.lat + 90.0) / 180.0 * 1024), 0, 1023);
+        const auto column = static_cast<int>((place.lon + 180.0) / 360.0 * 2048);
+        EXPECT_EQ(world.bytes[2 * static_cast<std::size_t>(row * 2048 + column)] > 127, place.land)
+            << place.lat << ' ' << place.lon;
+        double bearing = place.lat + place.lon;
+        for (const double radius : {1.02, 0.7, 0.2, 0.02, 2e-3, 1e-4}) {
+            bearing += 2.4;
+            const double away = 0.8 * radius / kRadiansPerDegree;
+            const double lat = std::clamp(place.lat + away * std::cos(bearing), -90.0, 90.0);
+            const double lon = place.lon + away * std::sin(bearing) * std::cos(place.lat * kRadiansPerDegree);
+            const MapRegion region{lat * kRadiansPerDegree, lon * kRadiansPerDegree, radius,
+                                   radius > 0.1 ? 1000 : 200};
+            EXPECT_EQ(groundAt(region, place.lat, place.lon).land, place.land)
+                << place.lat << ' ' << place.lon << " in " << radius << " about " << lat << ' ' << lon;
+        }
+    }
+}
+
+/// The coast stays where it is when one comes closer, to what the source is good for.
+TEST(BaseMap, CoastsStayInPlace) {
+    for (double lat = 20.6; lat < 21.0; lat += 0.013) {
+        const MapRegion wide{0.36, -2.73, 0.02, 512};
+        const MapRegion close{lat * kRadiansPerDegree, -156.4 * kRadiansPerDegree, 5e-4, 512};
+        const Ground far = groundAt(wide, lat, -156.4);
+        const Ground near = groundAt(close, lat, -156.4);
+        EXPECT_TRUE(near.land == far.land || far.toCoast * wide.metersPerElement() < 700.0) << lat;
+    }
+}
 
 TEST(Graticule, NamesItsLines) {
     const auto name = [](double degrees, bool latitude, double spacing) {
