@@ -89,7 +89,9 @@ void Shape::setAnchorCenter(bool anchored) {
 }
 
 bool Shape::fits(const PointConverter& converter, bool anchorCenter) const {
-    return points_.fits(converter, middle_(anchorCenter));
+    // What counts from where nothing leads anywhere, as a pole, stays with the reference that it names.
+    const bool stays = points_.namesReference() && !points_.hasAllPlaces();
+    return stays || points_.fits(converter, middle_(anchorCenter));
 }
 
 std::optional<halCore::Vec3> Shape::middle_(bool anchorCenter) const {

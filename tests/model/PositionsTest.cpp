@@ -25,6 +25,7 @@ namespace ZEL = halCore::ZEL;
 using halCore::Vec3;
 using namespace OverlayEditor;
 using ::testing::Contains;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -244,7 +245,8 @@ TEST_F(PositionsTest, StayWhatTheyAre) {
                 const std::string sailing = overlay.text();
                 const auto after = places();
                 for (std::size_t i = 0; i < before.size() && !fromNowhere; ++i)
-                    EXPECT_LT(apart(before[i], after[i]), 1e-6);
+                    EXPECT_TRUE(apart(before[i], after[i]) < 1e-6 ||
+                                !(isPlace(before[i]) || isPlace(after[i])));
                 const auto& point = host.platforms[7].point;
                 const Vec3 start(point.latRad, point.lonRad, point.altMeters);
                 for (int leg = 0; leg < 4; ++leg) move(random.place());
@@ -374,6 +376,20 @@ TEST_F(PositionsTest, NothingIsLostOnAPole) {
     EXPECT_EQ(positionsOf(overlay.text())[0].reference, kNone);
     EXPECT_EQ(positionsOf(overlay.text())[0].given, positionsOf(sailing)[0].given);
     EXPECT_TRUE(circle->centerPt());
+}
+
+/// One block that counts from where nothing leads anywhere keeps nobody else from the platform.
+TEST_F(PositionsTest, ABlockWithoutAPlaceStaysWithItsReference) {
+    load(
+        "start\nannotation Lost\naltitudeunits m\nrangeunits m\nref 90 0 0\nxyz 5 6 7\nend\n"
+        "start\nline\nlla 17.2 11.5 0\nlla 17.3 11.6 0\nend\n");
+    move({0.3, 0.2, 0});
+    EXPECT_TRUE(document->attach(7, false));
+    const auto positions = positionsOf(overlay.text());
+    ASSERT_EQ(positions.size(), 2u);
+    EXPECT_THAT(positions[0].given, ElementsAre(Vec3(5, 6, 7)));
+    EXPECT_EQ(positions[0].reference, Vec3(halCore::kHalfPi, 0, 0));
+    EXPECT_TRUE(positions[1].relative && positions[1].reference == kNone);
 }
 
 }  // namespace
