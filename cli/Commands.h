@@ -44,6 +44,8 @@ struct EditOptions {
     std::vector<std::string> files;
     bool recursive = false;
     bool quiet = false;
+    /// Every block as if its shape had been changed beyond what a line can say.
+    bool rewrite = false;
 };
 
 /// The files as the editor saves them, and what it loses of them.

@@ -37,10 +37,10 @@ int run(int argc, char** argv) {
                      "Rewrite files with messages too, and lose what they name");
 
     cli::EditOptions editOptions;
-    CLI::App* const edit =
-        app.add_subcommand("edit", "Write the files as the editor saves them, and tell what it loses");
+    CLI::App* const edit = app.add_subcommand("edit", "Write the files as the editor saves them");
     addFiles(*edit, editOptions.files, editOptions.recursive);
     edit->add_flag("-q,--quiet", editOptions.quiet, "Print no summary");
+    edit->add_flag("--rewrite", editOptions.rewrite, "Write every block anew, and tell what that loses");
 
     cli::ConvertOptions convertOptions;
     CLI::App* const convert = app.add_subcommand(

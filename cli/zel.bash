@@ -12,7 +12,7 @@ _zel() {
         check) options='-q --quiet -r --recursive -h --help' ;;
         info) options='-s --summary --json -r --recursive -h --help' ;;
         format) options='-i --in-place --force -r --recursive -h --help' ;;
-        edit) options='-q --quiet -r --recursive -h --help' ;;
+        edit) options='-q --quiet --rewrite -r --recursive -h --help' ;;
         convert) options='--to --tolerance --about -h --help' ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W 'check info format edit convert -h --help --version' -- "$word")

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "common/Notify.h"
+#include "format/ShapeExtras.h"
 #include "geo/Angles.h"
 #include "geo/OffsetGrid.h"
 
@@ -136,6 +137,7 @@ void SerializeToZel::endShape() {
         }
         current_ = nullptr;
     }
+    if (current_ && extras_) ZEL::setExtras(*extras_, *current_);
     finished_.push_back(std::move(current_));
     current_ = nullptr;
     as_ = Faces{};

@@ -23,6 +23,9 @@ class SerializeToZel final : public Serializer {
     /// without a platform. Not at first.
     void setReferenceWritten(bool written) { referenceWritten_ = written; }
 
+    /// What the shapes that are described from now on say beside, null for nothing. Not owned.
+    void setExtras(const halCore::ZEL::ZelShape* extras) { extras_ = extras; }
+
     void beginShape(ShapeType type, unsigned long platformId) override;
     void endShape() override;
     void setItemName(const std::string& name) override;
@@ -82,6 +85,7 @@ class SerializeToZel final : public Serializer {
 
     const halCore::ZEL::UnitsState units_;
     bool referenceWritten_ = false;
+    const halCore::ZEL::ZelShape* extras_ = nullptr;
     halCore::ZEL::ZelShapePtr current_;
     Faces as_;
     const char* failure_ = nullptr;

@@ -81,13 +81,23 @@ std::string SourceText::with(const std::vector<Change>& changes, std::string_vie
     return result.append(text.substr(tail));
 }
 
+std::string SourceText::withLineEnds(std::string_view lines) const {
+    std::string text;
+    for (const char c : lines)
+        if (c == '\n')
+            text += lineEnd_;
+        else
+            text += c;
+    return text;
+}
+
 void SourceText::add_(std::string& text, std::string_view added) const {
     const bool isLast = blocks_.empty() || blocks_.back().isEnded;
     const bool endsLine = text.empty() || text.ends_with('\n');
     const bool leavesBlank = text.empty() || isBlankLine(lastLine(text));
     if (!endsLine) text += lineEnd_;
     if (!leavesBlank) text += lineEnd_;
-    for (const char c : added) c == '\n' ? text += lineEnd_ : text += c;
+    text += withLineEnds(added);
     // As the text ended before, so it ends now.
     if (isLast && !leavesBlank) text.resize(text.size() - lineEnd_.size());
     if (isLast && !endsLine) text.resize(text.size() - lineEnd_.size());

@@ -26,6 +26,8 @@ class SourceText {
     std::string_view blockText(std::size_t index) const;
     /// The text's first line end: "\n" or "\r\n".
     std::string_view lineEnd() const { return lineEnd_; }
+    /// Lines that end with "\n", with the text's own line ends.
+    std::string withLineEnds(std::string_view lines) const;
 
     /// What takes a block's place.
     struct Change {

@@ -31,16 +31,14 @@ namespace {
 constexpr const char* kSaveDirectoryKey = "OverlayEditorSaveDirectory";
 constexpr const char* kSuffix = ".zel";
 
-/// Tells what saving loses, a line each. What the reader dropped it has told itself.
-void tellLosses(const std::string& when, const std::vector<halCore::ZEL::ParseMessage>& losses) {
-    std::size_t count = 0;
-    for (const auto& loss : losses) {
-        if (loss.severity != halNotify::Warning || ++count > UTILS::kMostListed) continue;
-        halNotify::notify(halNotify::Warning) << when << " line " << loss.line << ": " << loss.text;
-    }
-    if (count > UTILS::kMostListed)
+/// Tells what a save has lost, a line each.
+void tellLosses(const std::string& fileName, const Overlay::Losses& losses) {
+    for (std::size_t i = 0; i < std::min(losses.size(), UTILS::kMostListed); ++i)
         halNotify::notify(halNotify::Warning)
-            << when << " " << count - UTILS::kMostListed << " more lines are lost";
+            << "Not in the new " << fileName << ": line " << losses[i].line << ": " << losses[i].text;
+    if (losses.size() > UTILS::kMostListed)
+        halNotify::notify(halNotify::Warning) << "Not in the new " << fileName << ": "
+                                              << losses.size() - UTILS::kMostListed << " more lines are lost";
 }
 
 /// Copies a file's text to its name with "~", or the next one that is free, and tells so.
@@ -84,14 +82,6 @@ std::vector<void*> overlaysOf(const std::string& fileName) {
     return overlays;
 }
 
-/// What replacing a text by its shapes would lose; tried without a word.
-LoadResult tryText(std::string_view text, const Preferences& preferences) {
-    const halNotify::Silence silence;
-    // Offsets are no loss, whatever they count from.
-    PointConverter anywhere;
-    return loadOverlayText(std::string(text), {}, preferences, &anywhere, 0);
-}
-
 }  // namespace
 
 Document::Document(const Preferences& preferences, Overlay& overlay)
@@ -105,6 +95,14 @@ void Document::setEditing(bool editing) {
     editing_ = editing;
     overlay_.setActive(editing);
     if (overlay_.zelId()) PIHALVIS::showZELFile(overlay_.zelId(), !editing);
+    showKeptBlocks_();
+}
+
+void Document::showKeptBlocks_() {
+    if (void* const shown = std::exchange(keptBlocks_, nullptr)) PIHALVIS::unloadZELFile(shown);
+    if (!editing_) return;
+    std::istringstream text(overlay_.keptBlocks());
+    if (!text.view().empty()) keptBlocks_ = PIHALVIS::loadZELStream(text, overlay_.attachedPlatformId());
 }
 
 // History
@@ -129,6 +127,7 @@ void Document::takeFile_(FileState file) {
         if (overlay_.zelId() && editing_) PIHALVIS::showZELFile(overlay_.zelId(), false);
     }
     file_ = std::move(file);
+    showKeptBlocks_();
 }
 
 History::Outcome Document::undo() {
@@ -159,12 +158,14 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
     LoadResult& loaded = reading.loaded;
     loaded = loadOverlayText(std::move(text), fileName, preferences_, reading.converter.get(), 0);
     if (loaded.error.empty()) {
-        tellLosses(fileName + ", when it is saved,", loaded.losses);
-        const auto faulty =
-            std::ranges::count(loaded.losses, halNotify::Error, &halCore::ZEL::ParseMessage::severity);
-        if (faulty > 0)
+        if (loaded.faultyLines > 0)
             halNotify::notify(halNotify::Error)
-                << fileName << " is loaded without what its faulty lines say: " << faulty << " of them";
+                << fileName << " is loaded without what its faulty lines say: " << loaded.faultyLines
+                << " of them. They are kept as they are";
+        if (loaded.keptBlocks > 0)
+            halNotify::notify(halNotify::Warning)
+                << fileName << ": " << loaded.kept
+                << (loaded.keptBlocks == 1 ? " is kept as it is" : " are kept as they are");
     } else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
         halNotify::notify(halNotify::Error)
             << "Not loaded: " << fileName
@@ -253,15 +254,18 @@ void Document::take(Reading reading) {
     if (reading.zel && editing_) PIHALVIS::showZELFile(reading.zel, false);
     for (auto& read : reading.loaded.shapes) {
         Shape* const shape = read.release();
+        const bool shown = shape->shown();
         // Beside offsets, places stay places.
         if (!shape->placed().frame()) shape->keepPlaces();
         overlay_.addShape(shape);
+        if (!shown) shape->setShown(false);
         if (!editing_) shape->setActive(false);
     }
     file_.name = std::move(reading.fileName);
     file_.known = std::move(reading.version);
     overlay_.adopt(std::move(reading.loaded.source));
     keep_(overlay_.attachedPlatformId());
+    showKeptBlocks_();
 }
 
 void Document::warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const {
@@ -289,13 +293,16 @@ void Document::clear() {
     file_.name.clear();
     cleanupPriorZEL_();
     keep_(0);
+    showKeptBlocks_();
 }
 
 bool Document::attach(unsigned long platform, bool center) {
     followPlatform();
     // Where the shapes stand should the platform go before this is taken back.
     history_.commit();
-    return attachment_.attach(platform, center);
+    const bool attached = attachment_.attach(platform, center);
+    showKeptBlocks_();
+    return attached;
 }
 
 bool Document::platformRemoved(unsigned long id) {
@@ -304,10 +311,12 @@ bool Document::platformRemoved(unsigned long id) {
         << "The platform of the edited overlay is gone; its shapes stay where they are";
     history_.commit();
     attachment_.attach(0, false);
+    showKeptBlocks_();
     return true;
 }
 
 void Document::overlayRemoved(void* zel) {
+    if (zel && zel == keptBlocks_) keptBlocks_ = nullptr;
     if (!zel || zel != overlay_.zelId()) return;
     overlay_.setZelId(nullptr);
     halNotify::notify(halNotify::Warning)
@@ -342,14 +351,10 @@ std::string Document::changes() const {
     constexpr std::size_t few = 3;
     if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
         text += "; not complete: " + UTILS::listed(incomplete, few);
-    std::vector<std::string> hidden;
-    for (const Shape* shape : overlay_.shapes())
-        if (!shape->shown()) hidden.push_back(shape->name());
-    if (!hidden.empty()) text += "; hidden here, but not in the file: " + UTILS::listed(hidden, few);
     return text;
 }
 
-bool Document::keepOldFile_(const std::string& fileName, const std::string& text, bool emptied,
+bool Document::keepOldFile_(const std::string& fileName, const std::string& text, bool emptied, bool lossy,
                             std::string& old) const {
     // What cannot be replaced needs no copy; saving tells why.
     if (!UTILS::fileIsFile(fileName) || !UTILS::whyNotReplaced(fileName).empty()) return true;
@@ -360,9 +365,7 @@ bool Document::keepOldFile_(const std::string& fileName, const std::string& text
         return false;
     }
     if (old.empty() || old == text || (!emptied && file_.saved.is(fileName, old))) return true;
-    const LoadResult read = tryText(old, preferences_);
     const bool foreign = !file_.known.is(fileName, old);
-    const bool lossy = !read.error.empty() || losesAnything(read.losses);
     if (!foreign && !lossy && !emptied) return true;
 
     const char* const why = foreign
@@ -375,27 +378,27 @@ bool Document::keepOldFile_(const std::string& fileName, const std::string& text
                                             << copy << ": " << error << ". It is as it was (" << why << ")";
         return false;
     }
-    // What was loaded has been told then.
-    if (foreign) tellLosses("Not in the new " + fileName + ":", read.losses);
     return true;
 }
 
 bool Document::save(const std::string& fileName) {
     std::vector<std::string> skipped;
+    Overlay::Losses lost;
     std::string text;
     std::string error;
     std::string old;
     std::string replaced;
     bool emptied = false;
     try {
-        text = overlay_.text(&skipped);
+        text = overlay_.text(&skipped, &lost);
         emptied = overlay_.shapes().empty() && !fileName.empty() && fileName == file_.name;
         if (emptied) text = overlay_.textWithoutShapes();
         // Nothing to write must not even cost an older copy.
-        if (!text.empty() && !keepOldFile_(fileName, text, emptied, old)) return false;
+        if (!text.empty() && !keepOldFile_(fileName, text, emptied, !lost.empty(), old)) return false;
         PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
         error = overlay_.shapes().empty() && !emptied ? "there is no shape"
                 : text.empty()                        ? "no shape is complete"
+                : text == old                         ? ""  // not even its time changes
                                                       : UTILS::saveFile(fileName, text, &replaced);
     } catch (const std::bad_alloc&) {
         error = "not enough memory";
@@ -416,7 +419,8 @@ bool Document::save(const std::string& fileName) {
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Saved in " << fileName << ", but for what is not complete: " << UTILS::listed(skipped);
-    reload_(emptied);
+    tellLosses(fileName, lost);
+    reload_(emptied && overlay_.keptBlocks().empty());
     return true;
 }
 

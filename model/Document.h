@@ -21,7 +21,11 @@ class Document {
     /// \param overlay holds the shapes; it and the preferences must outlive the document
     Document(const Preferences& preferences, Overlay& overlay);
     /// Detaches the shapes, and lets the host display the overlay again.
-    ~Document() { cleanupPriorZEL_(); }
+    ~Document() {
+        editing_ = false;
+        showKeptBlocks_();
+        cleanupPriorZEL_();
+    }
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
 
@@ -73,6 +77,10 @@ class Document {
     /// becomes one without shapes. \return false, with a message, when it was not written: then the old file
     /// stands untouched
     bool save(const std::string& fileName);
+    /// What save() writes: empty when there is nothing to write.
+    std::string text() const {
+        return overlay_.shapes().empty() ? overlay_.textWithoutShapes() : overlay_.text();
+    }
     enum class Rescue {
         /// Among the quick shapes, or not at all.
         OrKeep,
@@ -108,13 +116,16 @@ class Document {
     /// \param platform what the file's positions count from
     void keep_(unsigned long platform);
     /// Copies what must not be lost of a file that is about to be replaced.
-    /// \param text what takes its place \param emptied whether that is nothing \param old gets what it holds,
+    /// \param text what takes its place \param emptied whether that is nothing \param lossy whether it lacks
+    /// what the file says \param old gets what it holds,
     /// empty for no file \return false when the file must not be replaced, because there is no copy of it
-    bool keepOldFile_(const std::string& fileName, const std::string& text, bool emptied,
+    bool keepOldFile_(const std::string& fileName, const std::string& text, bool emptied, bool lossy,
                       std::string& old) const;
     /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.
     /// \param emptied whether there is no shape in it that the host could show
     void reload_(bool emptied);
+    /// Has the host draw the blocks that no shape stands for while it does not show the file itself.
+    void showKeptBlocks_();
     void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;
 
     const Preferences& preferences_;
@@ -125,6 +136,8 @@ class Document {
     /// What the overlay itself knows of it, see fileState_.
     FileState file_;
     std::string rescueFile_;
+    /// The host's overlay of the blocks that no shape stands for, null while there is none.
+    void* keptBlocks_ = nullptr;
 };
 
 }  // namespace OverlayEditor

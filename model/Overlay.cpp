@@ -1,8 +1,11 @@
 #include "model/Overlay.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
+#include "common/Notify.h"
+#include "model/BlockRewriter.h"
 #include "model/Shape.h"
 
 namespace OverlayEditor {
@@ -206,25 +209,40 @@ std::vector<const Overlay::Place*> Overlay::placesOfBlocks_() const {
     return places;
 }
 
-std::string Overlay::text_(bool referenceWritten, std::vector<std::string>* skipped) const {
-    ShapeWriter writer(pointConverter_, referenceWritten);
+std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Losses* lost) const {
+    ShapeWriter writer(pointConverter_, how.referenceWritten);
     sumUp_();
     const std::vector<const Place*> owners = placesOfBlocks_();
     std::vector<halCore::ZEL::SourceText::Change> changes;
+    std::optional<BlockRewriter> rewriter;
     bool any = false;
     for (std::size_t block = 0; block < owners.size(); ++block) {
         if (!source_->isHeld(block)) continue;
         const Place* const owner = owners[block];
-        if (owner) {
-            const std::uint64_t loaded = owner->shape->source().digest;
-            const std::uint64_t now = referenceWritten == referenceWritten_
-                                          ? owner->written->digest
-                                          : writer.add(*owner->shape).digest;
-            any = any || now != 0 || loaded == 0;
-            if (now == loaded) continue;
-            if (now == 0 && skipped) skipped->push_back(owner->shape->name());
+        if (!owner) {
+            changes.push_back({block, {}});
+            continue;
         }
-        changes.push_back({block, owner ? changedBlock_(*owner->shape, writer) : std::string()});
+        Shape& shape = *owner->shape;
+        const std::uint64_t loaded = shape.source().digest;
+        std::uint64_t now = owner->written->digest;
+        if (how.referenceWritten != referenceWritten_) now = writer.add(shape).digest;
+        any = any || now != 0 || loaded == 0;
+        if (now == loaded && (!how.anew || now == 0)) continue;
+        changes.push_back({block, {}});
+        writer.clear();
+        if (writer.add(shape).digest == 0) {
+            if (skipped) skipped->push_back(shape.name());
+            continue;
+        }
+        if (!rewriter) rewriter.emplace();
+        auto rewritten = rewriter->rewrite(*source_, block, *writer.last(), shape.preferences(), how.anew);
+        changes.back().lines = std::move(rewritten.lines);
+        if (!lost) continue;
+        if (shape.source().becomes)
+            lost->push_back({source_->block(block).line, halNotify::Warning,
+                             "\"" + shape.name() + "\" " + shape.source().becomes});
+        std::ranges::move(rewritten.lost, std::back_inserter(*lost));
     }
     writer.clear();
     for (const Place& place : places_) {
@@ -237,14 +255,12 @@ std::string Overlay::text_(bool referenceWritten, std::vector<std::string>* skip
     return source_ ? source_->with(changes, writer.blocks()) : writer.text();
 }
 
-std::string Overlay::changedBlock_(Shape& shape, ShapeWriter& writer) const {
-    writer.clear();
-    writer.add(shape);
-    std::string lines;
-    std::string_view block = writer.blocks();
-    if (!block.empty()) block.remove_suffix(1);
-    for (const char c : block) c == '\n' ? lines += source_->lineEnd() : lines += c;
-    return lines;
+void Overlay::tellWhatItBecomes_(const Place& place) {
+    const ShapeSource& source = place.shape->source();
+    if (place.told || !source.becomes || source.digest == 0 || place.written->digest == source.digest) return;
+    place.told = true;
+    halNotify::notify(halNotify::Warning)
+        << "\"" << place.shape->name() << "\" is changed: it " << source.becomes;
 }
 
 std::string Overlay::textWithoutShapes() const {
@@ -270,6 +286,7 @@ void Overlay::sumUp_() const {
         const std::size_t block = place.shape->source().block;
         if (hasBlock_(*place.shape) && !owned[block]) {
             owned[block] = true;
+            tellWhatItBecomes_(place);
             if (written == 0 && place.shape->source().digest != 0) continue;
             // Blocks stand in the order of the text, whatever the order of the shapes.
             fromBlocks += mixed(block + 1, written);

@@ -29,6 +29,8 @@ class OverlayWatcher {
 /// shapes from addShape until removeShape or clearShapes.
 class Overlay final : private ShapeKeeper {
   public:
+    using Losses = std::vector<halCore::ZEL::ParseMessage>;
+
     Overlay() = default;
     ~Overlay();
     Overlay(const Overlay&) = delete;
@@ -104,11 +106,18 @@ class Overlay final : private ShapeKeeper {
     /// text, with other blocks for shapes that have changed, without those of shapes that are gone, and with
     /// new shapes behind it; without one, the shapes in their order.
     /// \param skipped gets the names of the shapes that are not complete
-    std::string text(std::vector<std::string>* skipped = nullptr) const {
-        return text_(referenceWritten_, skipped);
+    /// \param lost gets what is not in the text any more of blocks that are changed, by line
+    std::string text(std::vector<std::string>* skipped = nullptr, Losses* lost = nullptr) const {
+        return text_({.referenceWritten = referenceWritten_}, skipped, lost);
     }
     /// The same with the reference named, so that it is found again without its platform.
-    std::string textWithReference() const { return text_(true, nullptr); }
+    std::string textWithReference() const { return text_({.referenceWritten = true}, nullptr, nullptr); }
+    /// The same with every block written anew, as if the editor knew nothing but the shapes.
+    std::string textAnew(Losses& lost) const {
+        return text_({.referenceWritten = referenceWritten_, .anew = true}, nullptr, &lost);
+    }
+    /// The blocks of the text that no shape stands for, as a text for the host; empty for none.
+    std::string keptBlocks() const { return source_ ? source_->keptBlocks() : std::string(); }
     /// What is left of the text when the last shape is gone.
     std::string textWithoutShapes() const;
     /// Tells texts apart without making them: the same text has the same number, no text has 0. Of the
@@ -171,6 +180,8 @@ class Overlay final : private ShapeKeeper {
         Shape* shape = nullptr;
         /// None while the shape may have changed.
         mutable std::optional<WrittenShape> written;
+        /// Whether it has been told that its block becomes another one.
+        mutable bool told = false;
     };
     /// The place of a number, or the one behind which it would stand.
     std::vector<Place>::iterator placeOf_(std::uint64_t number) {
@@ -178,10 +189,13 @@ class Overlay final : private ShapeKeeper {
     }
     void enter_(std::uint64_t number, Shape* shape);
     void touched_(std::uint64_t number);
-    std::string text_(bool referenceWritten, std::vector<std::string>* skipped) const;
+    struct How {
+        bool referenceWritten = false;
+        bool anew = false;
+    };
+    std::string text_(const How& how, std::vector<std::string>* skipped, Losses* lost) const;
     /// For each block of the text the place of the shape that it stands for, null for none.
     std::vector<const Place*> placesOfBlocks_() const;
-    std::string changedBlock_(Shape& shape, ShapeWriter& writer) const;
     /// Whether the shape was not complete when it was loaded, and is not now: its block stays.
     bool staysInBlock_(const Place& place) const {
         return hasBlock_(*place.shape) && place.shape->source().digest == 0 && place.written->digest == 0;
@@ -189,6 +203,8 @@ class Overlay final : private ShapeKeeper {
     /// Whether the text has a block of the shape's.
     bool hasBlock_(const Shape& shape) const { return source_ && shape.source().text == source_; }
     void touchAll_();
+    /// Says it when a shape has been changed that stays what it is only until then.
+    static void tellWhatItBecomes_(const Place& place);
     /// Brings what is known of the text up to date.
     void sumUp_() const;
     std::vector<Place> places_;

@@ -6,7 +6,8 @@
 
 #include "common/Notify.h"
 #include "format/MessageSink.h"
-#include "format/SerializeToZel.h"
+#include "format/Parser.h"
+#include "format/ShapeExtras.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeLabel.h"
 #include "model/ZelToSerializer.h"
@@ -14,6 +15,8 @@
 namespace OverlayEditor {
 
 namespace {
+
+namespace ZEL = halCore::ZEL;
 
 /// What the reader says when it has no report to write to, without drowning what else is said: a file that
 /// is no overlay has something to say about each of its lines.
@@ -32,14 +35,6 @@ void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName)
             << sourceName << " has " << messages.size() - most << " more lines that are not understood";
 }
 
-/// Whether saving would write the shape. Lists of points need no trial.
-bool isWritten(Shape& shape, PointConverter* converter) {
-    if (const auto* const list = dynamic_cast<PolygonShape*>(&shape)) return list->isComplete();
-    SerializeToZel zel;
-    zel.setPointConverter(converter);
-    return shape.serialize(zel) == 0;
-}
-
 /// Adds what a shape that was read says about offsets.
 void noteOffsets(const halCore::ZEL::ZelShape& shape, LoadResult& result) {
     if (!shape.isRelative()) return;
@@ -50,24 +45,79 @@ void noteOffsets(const halCore::ZEL::ZelShape& shape, LoadResult& result) {
         result.reference = reference;
 }
 
+/// What a block turns into once its shape is changed.
+const char* becomes(const ZEL::ZelShape& shape) {
+    switch (shape.shapeType()) {
+        case ZEL::ShapeType::Points:
+            return "becomes a line through all of its points";
+        case ZEL::ShapeType::LineSegs:
+            return "becomes one line through all of its points";
+        default:
+            return nullptr;
+    }
+}
+
+/// Counts things of a kind in the order in which they come.
+class Counts {
+  public:
+    void add(const std::string& one, const std::string& many) {
+        const auto known = std::ranges::find(counts_, one, &Count::one);
+        known == counts_.end() ? counts_.push_back({one, many, 1}) : void(++known->number);
+    }
+    /// "1 latlonaltbox, 2 cones and 3 blocks with errors"
+    std::string text() const {
+        std::string text;
+        for (std::size_t i = 0; i < counts_.size(); ++i) {
+            if (i > 0) text += i + 1 == counts_.size() ? " and " : ", ";
+            text.append(std::to_string(counts_[i].number)).append(" ");
+            text += counts_[i].number == 1 ? counts_[i].one : counts_[i].many;
+        }
+        return text;
+    }
+
+  private:
+    struct Count {
+        std::string one;
+        std::string many;
+        std::size_t number = 0;
+    };
+    std::vector<Count> counts_;
+};
+
 /// Keeps the text, and tells each shape its block.
-/// \param reasons for each shape that was read why the editor does not hold it
-void takeSource(std::string text, std::vector<halCore::ZEL::BlockSpan> spans,
+/// \param read the shapes that were read, of which those are held that have no reason why not
+void takeSource(std::string text, std::vector<ZEL::BlockSpan> spans, const ZEL::Parser::Shapes& read,
                 const std::vector<std::string>& reasons, LoadResult& result) {
     std::vector<bool> held(spans.size());
-    std::vector<std::size_t> blocks;
+    Counts kept;
     std::size_t made = 0;
+    std::vector<ShapeSource> sources;
     for (std::size_t i = 0; i < spans.size(); ++i) {
-        if (!spans[i].makesShape) continue;
-        held[i] = made < reasons.size() && reasons[made].empty();
-        if (held[i]) blocks.push_back(i);
-        ++made;
+        if (spans[i].makesShape && reasons[made].empty()) {
+            held[i] = true;
+            sources.push_back({.text = nullptr,
+                               .block = i,
+                               .digest = 0,
+                               .extras = ZEL::extrasOf(read[made]),
+                               .becomes = becomes(*read[made])});
+        } else if (spans[i].makesShape) {
+            const std::string kind(ZEL::ZelShape::shapeTypeToString(read[made]->shapeType()));
+            kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
+        } else if (spans[i].isEnded) {
+            kept.add("block with errors", "blocks with errors");
+        } else {
+            kept.add("block without \"end\"", "");
+        }
+        if (!held[i]) ++result.keptBlocks;
+        if (spans[i].makesShape) ++made;
     }
+    result.kept = kept.text();
     result.source =
-        std::make_shared<const halCore::ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
-    for (std::size_t i = 0; i < result.shapes.size(); ++i)
-        result.shapes[i]->setSource(
-            {.text = result.source, .block = blocks[i], .digest = 0, .extras = nullptr});
+        std::make_shared<const ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
+    for (std::size_t i = 0; i < result.shapes.size(); ++i) {
+        sources[i].text = result.source;
+        result.shapes[i]->setSource(std::move(sources[i]));
+    }
 }
 
 }  // namespace
@@ -75,20 +125,23 @@ void takeSource(std::string text, std::vector<halCore::ZEL::BlockSpan> spans,
 LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
                            PointConverter* converter, unsigned long platformId) {
     LoadResult result;
-    halCore::ZEL::Parser::Shapes read;
-    halCore::ZEL::ParseReport report;
-    std::vector<halCore::ZEL::BlockSpan> spans;
+    ZEL::Parser::Shapes read;
+    ZEL::ParseReport report;
+    std::vector<ZEL::BlockSpan> spans;
     report.spans = &spans;
-    halCore::ZEL::Parser().parse(std::string_view(text), read, report);
+    ZEL::Parser().parse(std::string_view(text), read, report);
     log(report, sourceName);
-    report.addUnterminatedBlock();
+    result.faultyLines = static_cast<std::size_t>(
+        std::ranges::count(report.messages, halNotify::Error, &ZEL::ParseMessage::severity));
 
     SerializeToShape target(preferences);
     target.setPointConverter(converter);
     std::vector<std::string> reasons;
-    const bool anyShape = ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) == 0;
+    if (ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) != 0) {
+        result.error = "no valid shapes found";
+        return result;
+    }
     result.shapes = target.shapes();
-    const std::vector<std::string> reasonsToLeaveOut = reasons;
     auto shape = result.shapes.begin();
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (!reasons[i].empty()) {
@@ -96,12 +149,11 @@ LoadResult loadOverlayText(std::string text, const std::string& sourceName, cons
             continue;
         }
         noteOffsets(*read[i], result);
-        if (!isWritten(**shape++, converter)) reasons[i] = "it is not complete";
+        bool drawn = true;
+        read[i]->getDrawn(drawn);
+        (*shape++)->setShown(drawn);
     }
-    result.losses = lossReport(text, read, report, reasons);
-    takeSource(std::move(text), std::move(spans), reasonsToLeaveOut, result);
-    if (result.shapes.empty())
-        result.error = anyShape ? "none of its shapes can be edited" : "no valid shapes found";
+    takeSource(std::move(text), std::move(spans), read, reasons, result);
     return result;
 }
 

@@ -5,23 +5,28 @@
 #include <string>
 #include <vector>
 
-#include "model/LossReport.h"
+#include "format/SourceText.h"
 #include "model/Shape.h"
 
 namespace OverlayEditor {
 
 /// Shapes that came from a file or a text, the caller's.
 struct LoadResult {
-    /// Empty when there are shapes; otherwise why there are none.
+    /// Empty when there is something that can be edited or kept; otherwise why there is nothing.
     std::string error;
+    /// Shown or not, as the text says.
     std::vector<std::unique_ptr<Shape>> shapes;
     /// Kind and name of each shape that was read but that the editor cannot hold: latlonaltbox "A".
     std::vector<std::string> leftOut;
     /// Whether there are offsets that name no reference; and the first that is named.
     bool fromNowhere = false;
     std::optional<halCore::Vec3> reference;
-    /// What saving the shapes over the file would lose or change, by line. \see lossReport
-    std::vector<halCore::ZEL::ParseMessage> losses;
+    /// What of the text stays as it is, in words: "1 latlonaltbox and 2 blocks with errors". Empty for
+    /// nothing.
+    std::string kept;
+    std::size_t keptBlocks = 0;
+    /// Lines that the reader did not understand.
+    std::size_t faultyLines = 0;
     /// The text itself; the shapes know their blocks of it.
     std::shared_ptr<const halCore::ZEL::SourceText> source;
 };

@@ -203,13 +203,18 @@ void Shape::updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, h
     high.set(std::max(high.x(), point.x()), std::max(high.y(), point.y()), std::max(high.z(), point.z()));
 }
 
+int Shape::write(SerializeToZel& zel) {
+    zel.setExtras(source_.extras.get());
+    return serialize(zel);
+}
+
 void Shape::dirty_() {
     hide_();
     if (!shown_ || !active_) return;
 
     SerializeToZel serializer;
     serializer.setPointConverter(pointConverter_);
-    if (serialize(serializer) != 0 || !serializer.hasShapes()) return;
+    if (write(serializer) != 0 || !serializer.hasShapes()) return;
     const auto text = TextBuffer::take();
     text->out().precision(UTILS::kSignificantDigits);
     serializer.writeTo(text->out(), static_cast<unsigned int>(std::max(preferences_.precision(), 0)));

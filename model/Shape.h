@@ -19,6 +19,7 @@ class PICanvas;
 
 namespace OverlayEditor {
 
+class SerializeToZel;
 class Shape;
 struct ShapeState;
 
@@ -47,6 +48,8 @@ class Shape {
     virtual Shape* clone() const = 0;
     /// \return 0 when the shape was written, non-zero when it is not complete
     virtual int serialize(Serializer& serializer) = 0;
+    /// The same as a shape of the format, with what its block says beside what the editor has fields for.
+    int write(SerializeToZel& zel);
     /// Null for a shape without a tool. The shape's.
     virtual MouseTool* mouseTool() const { return mouseTool_; }
     /// Builds the property panel inside the canvas, which must outlive it.
@@ -78,6 +81,7 @@ class Shape {
 
   public:
     bool active() const { return active_; }
+    const Preferences& preferences() const { return preferences_; }
     bool showPoints() const { return showPoints_; }
     void setShowPoints(bool shown);
     bool anchorCenter() const { return anchorCenter_; }

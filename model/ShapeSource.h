@@ -20,6 +20,8 @@ struct ShapeSource {
     std::uint64_t digest = 0;
     /// What the block says beside what the editor has fields for; null for nothing.
     std::shared_ptr<const halCore::ZEL::ZelShape> extras;
+    /// What the block becomes when the shape is changed, as a sentence about it; null for what it is.
+    const char* becomes = nullptr;
     bool operator==(const ShapeSource&) const = default;
 };
 

@@ -26,7 +26,10 @@ void ShapeWriter::clear() {
 WrittenShape ShapeWriter::add(Shape& shape) {
     const std::size_t before = buffer_->text().size();
     zel_.clear();
-    if (shape.serialize(zel_) != 0 || !zel_.hasShapes()) return {.begun = isBegun(shape)};
+    if (shape.write(zel_) != 0 || !zel_.hasShapes()) return {.begun = isBegun(shape)};
+    if (!shape.shown())
+        for (const auto& written : zel_.shapes())
+            if (written) written->setDrawn(false);
     zel_.writeShapesTo(buffer_->out());
     any_ = true;
     const auto own = std::string_view(buffer_->text()).substr(before);

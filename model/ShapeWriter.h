@@ -29,6 +29,8 @@ class ShapeWriter {
     ShapeWriter(PointConverter* converter, bool referenceWritten);
 
     WrittenShape add(Shape& shape);
+    /// The shape that was added last, which was written.
+    const halCore::ZEL::ZelShapePtr& last() const { return zel_.shapes().back(); }
     /// Whether any shape was written.
     bool any() const { return any_; }
     /// The whole text, empty when there is nothing in it.

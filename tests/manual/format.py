@@ -37,12 +37,8 @@ def check_examples():
             words = dict(re.findall(r'(\w+)="([^"]*)"', attributes))
             if "example" in words:
                 shown.add(words["example"])
-            elif "report" in words:
-                expect(run("edit", words["report"] + ".zel")[1], text, f"{page.name}: report")
             elif attributes.split()[0] == "zel":
                 expect(run("check", "-q", "-", text=text)[0], "", f"{page.name}: {text}")
-            if "edit" in words:
-                expect(run("edit", words["edit"] + ".zel")[0], text, f"{page.name}: saved text")
     expect(shown, {path.stem for path in manual.glob("format/*.zel")}, "examples shown, and files")
     expect(run("check", "-q", "-r", ".")[0], "", "examples")
 

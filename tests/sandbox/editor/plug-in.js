@@ -9,7 +9,7 @@ assert(menuItems("Plug-ins").find(entry => entry.text === "Overlay Editor...").i
 
 // Sent from the host's list, several: each is edited in turn, and the host draws it no more meanwhile.
 for (const name of ["A", "B"]) {
-    writeFile(work + "/" + name + ".zel", "start\n3d name " + name + "\ncircle\ncenterll 42 5\nradius 90\nend\n");
+    writeFile(work + "/" + name + ".zel", "start\n3d name " + name + "\ncircle\ncenterll 42 5\nradius 90\nrangeunits m\nend\n");
     assert(openOverlay(work + "/" + name + ".zel"));
 }
 overlayMenu(["A.zel", "B.zel"], "Send to Overlay Editor");

@@ -1,0 +1,183 @@
+#include "format/BlockLines.h"
+
+#include <algorithm>
+
+#include "common/Strings.h"
+#include "format/FileNumber.h"
+#include "format/LineTokens.h"
+#include "geo/Mgrs.h"
+
+namespace halCore::ZEL {
+namespace {
+
+using Action = KeywordAction;
+using P = ShapeParameter;
+
+/// A line without its line end and the blanks in front of it.
+std::string_view withoutEnd(std::string_view line) {
+    while (!line.empty() && UTILS::isBlank(line.back())) line.remove_suffix(1);
+    return line;
+}
+
+std::string_view indentation(std::string_view line) {
+    std::size_t length = 0;
+    while (length < line.size() && (line[length] == ' ' || line[length] == '\t')) ++length;
+    return line.substr(0, length);
+}
+
+/// The kind of point that a line gives.
+enum class Kind { None, Absolute, Relative };
+
+Kind kindOfPoint(const Keyword& keyword, const LineTokens& tokens) {
+    double lat = 0.0;
+    double lon = 0.0;
+    switch (keyword.action) {
+        case Action::AbsolutePoint:
+            return tokens.count() >= 3 ? Kind::Absolute : Kind::None;
+        case Action::RelativePoint:
+            return tokens.count() >= 3 ? Kind::Relative : Kind::None;
+        case Action::GridPoint:
+            return Mgrs::convertMgrsToGeodetic(tokens[1], lat, lon) == 0 ? Kind::Absolute : Kind::None;
+        default:
+            return Kind::None;
+    }
+}
+
+bool isReadable(const Keyword& keyword, const LineTokens& tokens) {
+    if (keyword.action == Action::GridPoint) return true;
+    if (keyword.action == Action::RelativePoint)
+        return readFileNumber(tokens[1]) && readFileNumber(tokens[2]);
+    return readFileDegrees(tokens[1], AngleKind::Latitude) &&
+           readFileDegrees(tokens[2], AngleKind::Longitude);
+}
+
+/// Of a line that is no point.
+int slotOfLine(const Keyword& keyword, const LineTokens& tokens, bool relative) {
+    const std::size_t words = tokens.count();
+    const int own = slotOf(keyword.parameter);
+    switch (keyword.action) {
+        case Action::Shape:
+            return kShapeSlot;
+        case Action::AnnotationText:
+            return words >= 2 ? own : kNoSlot;
+        case Action::Flag:
+            return own;
+        case Action::Value:
+        case Action::QuietValue:
+        case Action::RestOfLine:
+        case Action::Half:
+        case Action::Double:
+            return words >= 2 ? own : kNoSlot;
+        case Action::Color:
+            return words == 2 || words == 3 ? own : kNoSlot;
+        case Action::ReferencePoint:
+            return words >= 3 ? own : kNoSlot;
+        case Action::AbsolutePosition:
+            return words < 3 ? kNoSlot : relative ? kOtherPositionSlot : own;
+        case Action::RelativePosition: {
+            const P absolute =
+                keyword.parameter == P::CenterRelative ? P::CenterAbsolute : P::Center2Absolute;
+            return words < 3 ? kNoSlot : relative ? slotOf(absolute) : kOtherPositionSlot;
+        }
+        case Action::ThreeD:
+            return words >= 3 && tokens.line().starts_with("3d name") ? slotOf(P::Name) : kNoSlot;
+        default:
+            return kNoSlot;
+    }
+}
+
+}  // namespace
+
+std::vector<std::string_view> wordsOf(std::string_view line) {
+    std::vector<std::string_view> words;
+    std::size_t at = 0;
+    while (at < line.size()) {
+        if (UTILS::isBlank(line[at])) {
+            ++at;
+            continue;
+        }
+        const std::size_t begin = at;
+        if (line[at] == '"') at = std::min(line.find('"', at + 1), line.size());
+        while (at < line.size() && !UTILS::isBlank(line[at])) ++at;
+        words.push_back(line.substr(begin, at - begin));
+    }
+    return words;
+}
+
+BlockLines::BlockLines(std::string_view block, const ZelShape& read) {
+    LineTokens tokens;
+    Kind taken = Kind::None;
+    while (!block.empty()) {
+        Line line{.text = block.substr(0, std::min(block.find('\n'), block.size() - 1) + 1)};
+        block.remove_prefix(line.text.size());
+        const std::string_view words = UTILS::trimmed(line.text);
+        if (!words.empty() && words.front() != '#' && words.front() != '/') {
+            tokens.split(words);
+            const Keyword& keyword = findKeyword(tokens[0]);
+            line.keyword = &keyword;
+            if (const Kind kind = kindOfPoint(keyword, tokens); kind != Kind::None) {
+                if (taken == Kind::None) taken = kind;
+                if (kind != taken)
+                    line.slot = kOtherPositionSlot;
+                else if (isReadable(keyword, tokens))
+                    line.slot = kPointSlot;
+            } else {
+                line.slot = slotOfLine(keyword, tokens, read.isRelative());
+            }
+            if (keyword.action == Action::End) end_ = lines_.size();
+        }
+        if (line.slot != kNoSlot) setters_[line.slot].push_back(lines_.size());
+        lines_.push_back(line);
+    }
+}
+
+const std::vector<std::size_t>& BlockLines::setters(int slot) const {
+    static const std::vector<std::size_t> none;
+    const auto found = setters_.find(slot);
+    return found == setters_.end() ? none : found->second;
+}
+
+void BlockLines::removeAll(int slot) {
+    for (const std::size_t line : setters(slot)) remove(line);
+}
+
+std::string BlockLines::newLine_(std::size_t beside, std::string_view text) const {
+    const bool hasReturn = lines_.front().text.ends_with("\r\n");
+    return std::string(indentation(lines_[beside].text)).append(text).append(hasReturn ? "\r\n" : "\n");
+}
+
+void BlockLines::insertBehind(std::size_t line, std::string_view text) {
+    edits_[line].behind += newLine_(line, text);
+}
+
+void BlockLines::insertBefore(std::size_t line, std::string_view text) {
+    edits_[line].before += newLine_(line, text);
+}
+
+void BlockLines::append(std::string_view text) {
+    // Indented as the lines inside are.
+    const auto& shape = setters(kShapeSlot);
+    edits_[end_].before += newLine_(shape.empty() ? end_ : shape.front(), text);
+}
+
+std::string BlockLines::text() const {
+    std::string text;
+    auto edit = edits_.begin();
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (edit == edits_.end() || edit->first != i) {
+            text += lines_[i].text;
+            continue;
+        }
+        const auto& [before, behind] = std::pair(edit->second.before, edit->second.behind);
+        text += before;
+        if (!edit->second.text)
+            text += lines_[i].text;
+        else if (!edit->second.text->empty())
+            text.append(*edit->second.text).append(lines_[i].text.substr(withoutEnd(lines_[i].text).size()));
+        text += behind;
+        ++edit;
+    }
+    return text;
+}
+
+}  // namespace halCore::ZEL

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "format/ZelShape.h"
+
+namespace halCore::ZEL {
+
+/// Makes a block into that of a changed shape by changing lines: those that set a value that is another one
+/// now, in the block's own units and words. All others stay as they are, whatever they say.
+class BlockPatch {
+  public:
+    /// How much is written anew.
+    enum class Extent {
+        /// The values that differ.
+        Changed,
+        /// Every value that the editor has.
+        All
+    };
+
+    /// \param block its lines \param read what a reader makes of them
+    /// \param before, after what the editor writes of the shape as it was read, and of it as it is now. Both
+    ///        get the block's units.
+    /// All must outlive the patch.
+    BlockPatch(std::string_view block, const ZelShape& read, ZelShape& before, ZelShape& after)
+        : block_(block), read_(read), before_(before), after_(after) {}
+
+    /// The block's new lines; nothing when its lines cannot be told from each other. Whether a reader makes
+    /// exactly the shape of them is for the caller to see.
+    std::optional<std::string> lines(Extent extent) const;
+
+  private:
+    std::string_view block_;
+    const ZelShape& read_;
+    ZelShape& before_;
+    ZelShape& after_;
+};
+
+}  // namespace halCore::ZEL
