@@ -19,18 +19,22 @@ int check(const CheckOptions& options) {
     std::size_t blocks = 0;
     std::size_t shapes = 0;
     std::size_t messages = 0;
+    std::size_t warnings = 0;
     std::size_t read = 0;
     for (const std::string& file : files) {
         Input input(file, progress);
         ParseReport report;
+        std::vector<halCore::ZEL::ParseMessage> silent;
+        report.silent = &silent;
         Parser::Shapes made;
         parser.parse(input.stream(), made, report);
         report.addUnterminatedBlock();
-        if (!report.messages.empty()) progress.hide();
-        printMessages(std::cout, file, report.messages);
+        if (!report.messages.empty() || !silent.empty()) progress.hide();
+        printMessages(std::cout, file, report.messages, silent);
         blocks += report.blocks;
         shapes += report.shapes;
         messages += report.messages.size();
+        warnings += silent.size();
         if (const std::string error = input.error(); !error.empty())
             failures.report(file, error);
         else
@@ -40,9 +44,10 @@ int check(const CheckOptions& options) {
     if (!options.quiet)
         std::cout << counted(read, "file") << ", " << counted(blocks, "block") << " read, "
                   << counted(shapes, "shape") << " made, " << blocks - shapes << " dropped, "
-                  << counted(messages, "message") << '\n';
+                  << counted(messages, "message") << (warnings > 0 ? ", " + counted(warnings, "warning") : "")
+                  << '\n';
     if (failures.any()) return kUnreadable;
-    return messages == 0 ? kClean : kMessages;
+    return messages == 0 && (warnings == 0 || !options.strict) ? kClean : kMessages;
 }
 
 }  // namespace cli

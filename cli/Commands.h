@@ -15,6 +15,8 @@ struct CheckOptions {
     std::vector<std::string> files;
     bool recursive = false;
     bool quiet = false;
+    /// Warnings count as errors.
+    bool strict = false;
 };
 
 /// Every message as "FILE:LINE: message", and a summary.

@@ -8,11 +8,13 @@
 #include "common/Printable.h"
 #include "common/SaveFile.h"
 #include "format/Parser.h"
+#include "format/SilentLines.h"
 #include "format/TextBuffer.h"
 
 namespace cli {
 namespace {
 
+using halCore::ZEL::ParseMessage;
 using halCore::ZEL::Parser;
 using halCore::ZEL::ParseReport;
 
@@ -25,6 +27,8 @@ void write(std::ostream& out, const Parser::Shapes& shapes, const ParseReport& r
         for (; comment != report.looseComments.end() && comment->shapesBefore <= i; ++comment)
             out << comment->line << '\n';
         if (i == shapes.size()) break;
+        // It would come back on whatever platform there is; a warning has told it.
+        if (halCore::ZEL::isPlaceless(*shapes[i])) continue;
         shapes[i]->serializeToStream(out);
         out << '\n';
     }
@@ -32,12 +36,12 @@ void write(std::ostream& out, const Parser::Shapes& shapes, const ParseReport& r
 
 /// Empty, or why the file is left as it is.
 std::string formatInPlace(const std::string& file, const std::string& text, const FormatOptions& options,
-                          ParseReport& report) {
+                          ParseReport& report, const std::vector<ParseMessage>& silent) {
     Parser::Shapes shapes;
     Parser().parse(text, shapes, report);
     report.addUnterminatedBlock();
     if (shapes.empty()) return "There is no shape in it, not rewritten";
-    if (!report.messages.empty() && !options.force)
+    if (!(report.messages.empty() && silent.empty()) && !options.force)
         return "Not rewritten, because what the messages name would be lost (use --force to lose it)";
     const auto formatted = OverlayEditor::TextBuffer::take();
     write(formatted->out(), shapes, report);
@@ -53,18 +57,21 @@ int format(const FormatOptions& options) {
     bool complete = true;
     for (const std::string& file : files) {
         ParseReport report;
+        std::vector<ParseMessage> silent;
+        report.silent = &silent;
         if (options.inPlace && file != kStandardInput) {
             std::string text;
             if (const std::string error = UTILS::readFile(file, text); !error.empty()) {
                 failures.report(file, error);
                 continue;
             }
-            const std::string problem = formatInPlace(file, text, options, report);
+            const std::string problem = formatInPlace(file, text, options, report, silent);
             progress.advance(text.size());
-            if (!problem.empty() || !report.messages.empty()) progress.hide();
-            printMessages(std::cerr, file, report.messages);
+            const bool clean = report.messages.empty() && silent.empty();
+            if (!problem.empty() || !clean) progress.hide();
+            printMessages(std::cerr, file, report.messages, silent);
             if (!problem.empty()) std::cerr << "zel: " << UTILS::printable(file) << ": " << problem << '\n';
-            complete = complete && problem.empty() && report.messages.empty();
+            complete = complete && problem.empty() && clean;
             continue;
         }
         Input input(file, progress);
@@ -73,8 +80,8 @@ int format(const FormatOptions& options) {
         report.addUnterminatedBlock();
         progress.hide();
         write(std::cout, shapes, report);
-        printMessages(std::cerr, file, report.messages);
-        complete = complete && report.messages.empty();
+        printMessages(std::cerr, file, report.messages, silent);
+        complete = complete && report.messages.empty() && silent.empty();
         if (const std::string error = input.error(); !error.empty()) failures.report(file, error);
     }
     if (failures.any()) return kUnreadable;

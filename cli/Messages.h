@@ -8,8 +8,10 @@
 
 namespace cli {
 
-/// One line a message, "FILE:LINE: message".
+/// One line a message, "FILE:LINE: message", in the order of the lines; of warnings "FILE:LINE: warning:
+/// message".
 void printMessages(std::ostream& out, const std::string& file,
-                   std::span<const halCore::ZEL::ParseMessage> messages);
+                   std::span<const halCore::ZEL::ParseMessage> messages,
+                   std::span<const halCore::ZEL::ParseMessage> warnings = {});
 
 }  // namespace cli

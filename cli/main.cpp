@@ -22,6 +22,7 @@ int run(int argc, char** argv) {
     CLI::App* const check = app.add_subcommand("check", "Print every message as FILE:LINE: message");
     addFiles(*check, checkOptions.files, checkOptions.recursive);
     check->add_flag("-q,--quiet", checkOptions.quiet, "Print no summary");
+    check->add_flag("--strict", checkOptions.strict, "Let warnings count as errors");
 
     cli::InfoOptions infoOptions;
     CLI::App* const info = app.add_subcommand("info", "Tell what is in the files");

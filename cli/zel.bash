@@ -9,7 +9,7 @@ _zel() {
     done
     local options
     case $command in
-        check) options='-q --quiet -r --recursive -h --help' ;;
+        check) options='-q --quiet --strict -r --recursive -h --help' ;;
         info) options='-s --summary --json -r --recursive -h --help' ;;
         format) options='-i --in-place --force -r --recursive -h --help' ;;
         edit) options='-q --quiet --rewrite -r --recursive -h --help' ;;

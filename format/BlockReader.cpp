@@ -98,6 +98,7 @@ void BlockReader::readLines(std::string_view text) {
 /// Nearly all lines of a large file are points written in the plainest way. They are read here, straight
 /// from the text; returns the next line, or null, and nothing done, for every other line.
 const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
+    const char* const line = p;
     const bool absolute = *p == 'l';
     if (*++p != (absolute ? 'l' : 'y')) return nullptr;
     if (*++p == (absolute ? 'a' : 'z')) ++p;
@@ -106,12 +107,31 @@ const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
     const char* stop = end - p >= window ? readPlainPoint(p, point) : nullptr;
     if (stop == nullptr) stop = scanPlainPoint(p, end, point);
     if (stop == nullptr) return nullptr;
-    if (absolute)
-        record_.append(ParsedShape::PointType::Absolute,
-                       Vec3(point.x() * kRadiansPerDegree, point.y() * kRadiansPerDegree, point.z()));
-    else
-        record_.append(ParsedShape::PointType::Relative, point);
+    const bool taken =
+        absolute
+            ? record_.append(ParsedShape::PointType::Absolute,
+                             Vec3(point.x() * kRadiansPerDegree, point.y() * kRadiansPerDegree, point.z()))
+            : record_.append(ParsedShape::PointType::Relative, point);
+    if (silent_ != nullptr && !(taken && takesPoints_())) addSilent_(line, stop);
     return stop + 1;
+}
+
+bool BlockReader::takesPoints_() const {
+    // Of other kinds it is not yet known, or they take none, or one.
+    switch (record_.shape()) {
+        case ShapeType::Line:
+        case ShapeType::LineSegs:
+        case ShapeType::Points:
+        case ShapeType::Polygon:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void BlockReader::addSilent_(const char* begin, const char* end) {
+    const std::string_view line(begin, end);
+    silentLines_.add(lineNumber_, findKeyword(firstWord(line)), line);
 }
 
 const char* BlockReader::readWords_(const char* p, const char* end) {
@@ -119,12 +139,14 @@ const char* BlockReader::readWords_(const char* p, const char* end) {
     line_ = p;
     lineFeed_ = stop;
     const Keyword& keyword = findKeyword(tokens_[0]);
-    if (keyword.action == KeywordAction::Comment)
+    if (keyword.action == KeywordAction::Comment) {
         readComment_(p, stop);
-    else if (insideBlock_)
+    } else if (insideBlock_) {
+        if (silent_ != nullptr) silentLines_.add(lineNumber_, keyword, {p, stop});
         readKeyword_(keyword);
-    else
+    } else {
         readOutside_(keyword);
+    }
     return stop;
 }
 
@@ -169,6 +191,7 @@ void BlockReader::openBlock_() {
     record_.reset();
     record_.setLineNumber(lineNumber_);
     modifiers_.clear();
+    silentLines_.clear();
     badBlock_ = false;
     insideBlock_ = true;
     ++blocks_;
@@ -190,7 +213,9 @@ void BlockReader::makeShape_() {
     if (badBlock_) return;
     if (record_.pointType() == ParsedShape::PointType::Absolute) record_.set(ShapeParameter::Absolute, "1");
     modifiers_.apply(record_);
+    const ParsedShape::PointType pointType = record_.pointType();
     if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, registry_, messages_)) {
+        if (silent_ != nullptr) silentLines_.tell(record_.lineNumber(), *shape, pointType, *silent_);
         shapes_.push_back(std::move(shape));
         ++made_;
         if (messages_.report() != nullptr) messages_.report()->shapeLines.push_back(record_.lineNumber());

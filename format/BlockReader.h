@@ -7,6 +7,7 @@
 #include "format/ModifierState.h"
 #include "format/ParsedShape.h"
 #include "format/Parser.h"
+#include "format/SilentLines.h"
 
 namespace halCore::ZEL {
 
@@ -18,7 +19,11 @@ class BlockReader {
     /// All four are only referred to.
     BlockReader(const Parser& parser, const UnitsRegistry& registry, Parser::Shapes& shapes,
                 const MessageSink& messages)
-        : parser_(parser), registry_(registry), shapes_(shapes), messages_(messages) {}
+        : parser_(parser),
+          registry_(registry),
+          shapes_(shapes),
+          messages_(messages),
+          silent_(messages.report() ? messages.report()->silent : nullptr) {}
 
     /// Reads whole lines: `text` is empty or ends with a line feed.
     void readLines(std::string_view text);
@@ -33,6 +38,8 @@ class BlockReader {
     const char* readPlainPoint_(const char* p, const char* end);
     const char* readWords_(const char* p, const char* end);
     void readOutside_(const Keyword& keyword);
+    bool takesPoints_() const;
+    void addSilent_(const char* begin, const char* end);
     void readComment_(const char* begin, const char* end);
     void readImageOverlay_(std::string_view line, const char* end);
 
@@ -81,6 +88,9 @@ class BlockReader {
     std::size_t made_ = 0;
     ParsedShape record_;
     ModifierState modifiers_;
+    /// Null unless somebody wants to know what is passed over.
+    std::vector<ParseMessage>* silent_ = nullptr;
+    SilentLines silentLines_;
 };
 
 }  // namespace halCore::ZEL

@@ -49,6 +49,9 @@ struct ParseReport {
     std::vector<std::size_t> shapeLines;
     /// When given, gets the place of every block. Not owned.
     std::vector<BlockSpan>* spans = nullptr;
+    /// When given, gets what means nothing and has no message, such as points of the other sort and names of
+    /// colours that nobody knows. Reading takes longer then. Not owned.
+    std::vector<ParseMessage>* silent = nullptr;
     /// The "start" line of a last block that has no "end", otherwise 0. Its loss makes no message.
     std::size_t unterminatedBlock = 0;
 

@@ -159,6 +159,42 @@ class Zel(unittest.TestCase):
         self.zel("format", "-i", "none.zel", code=1)
         self.assertEqual(self.read("none.zel"), "# only a comment\n")
 
+    def test_what_the_reader_passes_over_in_silence(self):
+        line = "start\nline\nll 3 4\nll 5 6\n{}end\n"
+        circle = "start\ncircle\ncenterll 1 2\nradius 5\n{}end\n"
+        red = "names no color that is known, and means red"
+        more = "has more words than are read"
+        for block, warning in (
+            (line.format("ll 21.3O -157.8\n"), '5: warning: "ll 21.3O -157.8" cannot be read, and is passed over'),
+            (line.format("lla 1 2 1,000\n"), '5: warning: "lla 1 2 1,000" has an altitude that cannot be read, and means 0'),
+            (line.format("xyz 1 2 3\n" * 2).replace("xyz 1 2 3\n", "", 1), '5: warning: "xyz 1 2 3" means nothing here'),
+            (line.format("altitudemode clamptogroud\n"), '5: warning: "altitudemode clamptogroud" cannot be read, and is passed over'),
+            (line.format("verticaldatum egm2020\n"), '5: warning: "verticaldatum egm2020" cannot be read, and is passed over'),
+            (line.format("LineColor Purple\n"), f'5: warning: "LineColor Purple" {red}'),
+            (line.format("radius 5\n"), '5: warning: "radius 5" means nothing here'),
+            (line.format("linewidth 2 px\n"), f'5: warning: "linewidth 2 px" {more}'),
+            (line.format("filled true\nref 1 2\nlinecolor red\n"), None),
+            (circle.format("diameter 3\n"), '4: warning: "radius 5" is passed over, because line 5 counts'),
+            (circle.format("lla 1 2 3\n"), '5: warning: "lla 1 2 3" means nothing here'),
+            (circle.format("innerradius 3\n"), '5: warning: "innerradius 3" is passed over'),
+            ("start\nannotation A\nll 1 2\nll 3 4\nend\n", '4: warning: "ll 3 4" is passed over, because line 3 counts'),
+            ("start\narc\ncenterll 1 2\nangleend 4\nangledeg 7\nend\n", '4: warning: "angleend 4" is passed over, because line 5 counts'),
+            # The same, but far from the end of the text, where plain points are read in another way.
+            (line.format("xyz 1 2 3\n") + "# " + 100 * "x" + "\n", '5: warning: "xyz 1 2 3" means nothing here'),
+        ):
+            wanted = f"x.zel:{warning}\n" if warning else ""
+            self.file("x.zel", block)
+            self.assertEqual(self.zel("check", "-q", "x.zel")[0], wanted)
+            self.assertEqual(self.zel("check", "-q", "--strict", "x.zel", code=1 if warning else 0)[0], wanted)
+            self.assertIn(wanted, self.zel("format", "-i", "x.zel", code=1 if warning else 0)[1])
+            self.assertEqual(self.read("x.zel") == block, warning is not None)
+        # A circle without a place must not come to stand on a platform.
+        placeless = "start\ncircle\ncenterll2 1 2\nradius 5\nend\n"
+        self.file("x.zel", placeless + CIRCLE)
+        self.zel("format", "-i", "x.zel", code=1)
+        self.assertIn("x.zel:1: warning: circle has no place", self.zel("format", "-i", "--force", "x.zel", code=1)[1])
+        self.assertEqual(self.read("x.zel"), "version 2\n\n" + CIRCLE + "\n")
+
     def test_edit(self):
         for name in os.listdir(SAMPLES):
             if name.endswith(".zel"):
