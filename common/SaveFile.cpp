@@ -20,6 +20,17 @@ enum class IfThere { Replace, Refuse };
 
 constexpr const char* kAccessList = "system.posix_acl_access";
 
+/// Whether a link may have been planted: somebody else's, in a directory that everybody may write, unless
+/// that is theirs, too.
+bool isPlanted(const std::string& link) {
+    struct stat found {};
+    struct stat directory {};
+    if (::lstat(link.c_str(), &found) != 0 || ::stat(directoryOf(link).c_str(), &directory) != 0)
+        return false;
+    return (directory.st_mode & S_IWOTH) != 0 && found.st_uid != ::geteuid() &&
+           found.st_uid != directory.st_uid;
+}
+
 /// Follows symbolic links, the last of which may point to a file that does not exist yet. 0 or errno.
 int followLinks(std::string& path) {
     constexpr int maxLinks = 40;
@@ -28,6 +39,7 @@ int followLinks(std::string& path) {
         const ssize_t length = ::readlink(path.c_str(), buffer.data(), buffer.size());
         if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
         if (static_cast<std::size_t>(length) == buffer.size()) return ENAMETOOLONG;
+        if (isPlanted(path)) return EACCES;
         std::string target(buffer.data(), static_cast<std::size_t>(length));
         path = target.starts_with('/') ? target : directoryOf(path) + "/" + target;
     }
@@ -92,10 +104,10 @@ int swapIn(TemporaryFile& file, const std::string& target, std::string& replaced
 /// \param like whose owner, permissions and attributes the new file gets; empty for those of a new one
 /// \param replaced null, or gets what had the name
 std::string writeAndPlace(const std::string& target, std::string_view contents, IfThere ifThere,
-                          const std::string& like, std::string* replaced) {
+                          const std::string& like, std::string* replaced, Rights rights) {
     const std::string directory = directoryOf(target);
     // Nobody else sees the contents of a private file before it has its mode.
-    const mode_t mode = like.empty() ? 0666 : 0600;
+    const mode_t mode = like.empty() && rights == Rights::Usual ? 0666 : 0600;
     int error = 0;
     // What can have no name at first may turn out to get none later, without /proc for one.
     for (const auto kind : {TemporaryFile::Nameless, TemporaryFile::Named}) {
@@ -133,20 +145,34 @@ std::string refusalOf(const std::string& target, bool& there) {
     return ::access(target.c_str(), W_OK) != 0 ? reasonOf(errno) : std::string();
 }
 
-std::string save(const std::string& path, std::string_view contents, IfThere ifThere, std::string like,
-                 std::string* replaced = nullptr) {
+std::string saveAt(const std::string& path, std::string_view contents, IfThere ifThere, std::string like,
+                   std::string* replaced = nullptr, Rights rights = Rights::Usual) {
     if (contents.empty()) return "Nothing to write";
     if (path.empty()) return reasonOf(ENOENT);
     std::string target = path;
+    struct stat link {};
+    if (ifThere == IfThere::Refuse && ::lstat(path.c_str(), &link) == 0) return reasonOf(EEXIST);
     if (const int error = followLinks(target)) return reasonOf(error);
     removeAbandonedFiles(directoryOf(target));
 
     bool there = false;
     const std::string refusal = refusalOf(target, there);
-    if (there && ifThere == IfThere::Refuse) return reasonOf(EEXIST);
     if (!refusal.empty()) return refusal;
     if (there && like.empty()) like = target;
-    return writeAndPlace(target, contents, ifThere, like, replaced);
+    return writeAndPlace(target, contents, ifThere, like, replaced, rights);
+}
+
+/// Saves under the first free name.
+std::string saveFree(const Names& names, std::string_view contents, std::string& path,
+                     const std::string& like, Rights rights) {
+    const std::string taken = reasonOf(EEXIST);
+    std::string error;
+    for (int i = 0; i < kMaxNames; ++i) {
+        path = names(i);
+        error = saveAt(path, contents, IfThere::Refuse, like, nullptr, rights);
+        if (error != taken) break;
+    }
+    return error;
 }
 
 }  // namespace
@@ -159,23 +185,16 @@ std::string whyNotReplaced(const std::string& path) {
 }
 
 std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced) {
-    return save(path, contents, IfThere::Replace, {}, replaced);
+    return saveAt(path, contents, IfThere::Replace, {}, replaced);
 }
 
-std::string saveNewFile(const Names& names, std::string_view contents, std::string& path) {
-    return saveCopy({}, names, contents, path);
+std::string saveNewFile(const Names& names, std::string_view contents, std::string& path, Rights rights) {
+    return saveFree(names, contents, path, {}, rights);
 }
 
 std::string saveCopy(const std::string& original, const Names& names, std::string_view contents,
                      std::string& path) {
-    const std::string taken = reasonOf(EEXIST);
-    std::string error;
-    for (int i = 0; i < kMaxNames; ++i) {
-        path = names(i);
-        error = save(path, contents, IfThere::Refuse, original);
-        if (error != taken) break;
-    }
-    return error;
+    return saveFree(names, contents, path, original, Rights::Usual);
 }
 
 }  // namespace UTILS

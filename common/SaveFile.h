@@ -9,8 +9,9 @@ namespace UTILS {
 /// The one way a file of the user's is saved: all of it is written to a temporary file in the same directory
 /// and flushed to disk before it takes the name, and then the directory is flushed. Whatever happens
 /// meanwhile, the disk holds the old file or the new one, whole. A symbolic link stays, and what it points to
-/// is replaced; another hard link keeps the old file. Permissions and extended attributes are kept, owner and
-/// group as far as the user may. What dead processes left of temporary files there is deleted.
+/// is replaced, unless the link is somebody else's in a directory where everybody may plant one; another hard
+/// link keeps the old file. Permissions and extended attributes are kept, owner and group as far as the user
+/// may. What dead processes left of temporary files there is deleted.
 /// \return an empty text, or why it failed ("the disk is full"); then the old file stands untouched,
 ///         and no temporary file is left. Empty contents are refused, as is what is no regular file or may
 ///         not be written.
@@ -27,10 +28,14 @@ std::string whyNotReplaced(const std::string& path);
 using Names = std::function<std::string(int)>;
 inline constexpr int kMaxNames = 100;
 
-/// Saves under the first name that is free, also when others look for one at the same time.
+enum class Rights { Usual, OwnersAlone };
+
+/// Saves under the first name that is free, also when others look for one at the same time. A link is not
+/// followed: its name is taken.
 /// \param path the name that was taken or, on failure, tried last
 /// \return as saveFile; "File exists" after kMaxNames names
-std::string saveNewFile(const Names& names, std::string_view contents, std::string& path);
+std::string saveNewFile(const Names& names, std::string_view contents, std::string& path,
+                        Rights rights = Rights::Usual);
 /// Saves the contents of `original` under another name, with its permissions and attributes. \see saveNewFile
 std::string saveCopy(const std::string& original, const Names& names, std::string_view contents,
                      std::string& path);

@@ -2,11 +2,13 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 
 #include "common/Files.h"
@@ -28,10 +30,16 @@ bool isOurs(std::string_view name) {
     return dash != std::string_view::npos && digits(name.substr(0, dash)) && digits(name.substr(dash + 1));
 }
 
+/// One that nobody can guess, and so take before.
 std::string nextName(const std::string& directory) {
-    static std::atomic<unsigned> count = 0;
-    return directory + "/" + std::string(kPrefix) + std::to_string(::getpid()) + "-" +
-           std::to_string(count++);
+    static std::atomic<std::uint64_t> count = [] {
+        std::uint64_t first = 0;
+        [[maybe_unused]] const ssize_t drawn = ::getrandom(&first, sizeof(first), GRND_NONBLOCK);
+        return first;
+    }();
+    std::string name = directory + "/";
+    name.append(kPrefix).append(std::to_string(::getpid())).append("-").append(std::to_string(count++));
+    return name;
 }
 
 /// Whether the path still names the open file.

@@ -38,7 +38,7 @@ std::string writeRescueFile(const std::string& text, bool atEnd) {
             return path + ".zel";
         };
         std::string path;
-        const std::string error = UTILS::saveNewFile(name, text, path);
+        const std::string error = UTILS::saveNewFile(name, text, path, UTILS::Rights::OwnersAlone);
         if (error.empty()) {
             halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
             return path;

@@ -132,6 +132,9 @@ TEST_F(SaveFileTest, KeepsPermissionsAndGivesNewFilesTheUsualOnes) {
     }
     EXPECT_EQ(saveCopy(file, numbered, "x", copy), "File exists");
     EXPECT_EQ(copy, numbered(99)) << "the last one that was tried";
+    ASSERT_EQ(saveNewFile([&](int) { return path("private"); }, "x", copy, Rights::OwnersAlone), "");
+    EXPECT_EQ(mode(copy), 0600u);
+    copy = numbered(99);
     EXPECT_EQ(contents(numbered(0)), "0");
     EXPECT_EQ(contents(copy), "99");
 }
@@ -196,6 +199,9 @@ TEST_F(SaveFileTest, KeepsSymbolicLinksAndPartsHardOnes) {
     EXPECT_TRUE(fs::is_symlink(path("link")));
     EXPECT_EQ(contents(path("sub/target")), "newer");
 
+    fs::create_symlink("nowhere", path("planted"));
+    ASSERT_EQ(saveNew(path("planted"), "x"), "");
+    EXPECT_TRUE(fileIsFile(path("planted2")) && !fs::exists(path("nowhere"))) << "the name is taken";
     fs::create_symlink("loop", path("loop"));
     EXPECT_EQ(saveFile(path("loop"), "x"), "Too many levels of symbolic links");
 
