@@ -1,6 +1,7 @@
 #include "globe/PictureFile.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <filesystem>
@@ -17,8 +18,25 @@ PictureFile findPicture(const std::string& name, const std::string& directory) {
     return file;
 }
 
+bool isTooLarge(const PictureFile& file) {
+    constexpr qint64 kMostPixels = 64'000'000;
+    constexpr qint64 kMostDrawing = 1 << 20;
+    constexpr qint64 kMostPackedDrawing = 100 << 10;
+    QImageReader reader(QString::fromStdString(file.path));
+    const QByteArray format = reader.format();
+    const qint64 bytes = QFileInfo(QString::fromStdString(file.path)).size();
+    // How long a drawing takes, nobody knows before.
+    if (format == "svgz" || format == "svg") {
+        QFile packed(QString::fromStdString(file.path));
+        const bool isPacked = packed.open(QIODevice::ReadOnly) && packed.peek(2) == "\x1f\x8b";
+        if (bytes > (isPacked ? kMostPackedDrawing : kMostDrawing)) return true;
+    }
+    const QSize size = reader.size();
+    return qint64{size.width()} * size.height() > kMostPixels;
+}
+
 QImage readPicture(const PictureFile& file) {
-    if (file.modified == 0) return {};
+    if (file.modified == 0 || isTooLarge(file)) return {};
     QImageReader reader(QString::fromStdString(file.path));
     reader.setAutoTransform(true);
     return reader.read();

@@ -18,7 +18,9 @@ struct PictureFile {
 /// `name` as an overlay file says it, perhaps in quotes; counted from the directory of that file.
 PictureFile findPicture(const std::string& name, const std::string& directory);
 
-/// Null when the file cannot be read as a picture.
+/// Whether it has more than 64 million pixels, or is a drawing of more than a megabyte (packed: 100 KiB).
+bool isTooLarge(const PictureFile& file);
+/// Null when the file cannot be read as a picture, or is too large.
 QImage readPicture(const PictureFile& file);
 /// Whether readPicture() has a chance; reads no more than the beginning of the file.
 bool canReadPicture(const PictureFile& file);

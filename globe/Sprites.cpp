@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "geo/Angles.h"
 
@@ -16,6 +17,9 @@ using halCore::kPi;
 namespace {
 
 constexpr int kMostSprites = 20000;
+constexpr qsizetype kMostBytes = qsizetype{256} << 20;
+constexpr int kMostPixels = 2048;
+constexpr int kLargestFont = 1000;
 
 /// Room around a text for its outline and for strokes that stick out of their boxes.
 double marginOf(const TextLook& look) {
@@ -54,7 +58,7 @@ QFont fontForFile(const QString& fileName, int pixelSize) {
         font.setBold(ending.startsWith(QLatin1Char('b')) || ending.contains(QLatin1String("bold")));
         font.setItalic(ending.endsWith(QLatin1Char('i')) || ending.contains(QLatin1String("italic")));
     }
-    font.setPixelSize(std::max(1, pixelSize));
+    font.setPixelSize(std::clamp(pixelSize, 1, kLargestFont));
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }
@@ -85,10 +89,16 @@ void Sprites::setPixelRatio(double ratio) {
     if (ratio == ratio_) return;
     ratio_ = ratio;
     images_.clear();
+    bytes_ = 0;
 }
 
-void Sprites::makeRoom() {
-    if (images_.size() >= kMostSprites) images_.clear();
+const QImage& Sprites::keep(const QString& key, QImage image) {
+    if (images_.size() >= kMostSprites || bytes_ + image.sizeInBytes() > kMostBytes) {
+        images_.clear();
+        bytes_ = 0;
+    }
+    bytes_ += image.sizeInBytes();
+    return images_.emplace(key, std::move(image)).first->second;
 }
 
 const QImage& Sprites::text(const QString& text, const TextLook& look) {
@@ -97,7 +107,6 @@ const QImage& Sprites::text(const QString& text, const TextLook& look) {
                         QString::number(look.outlineWidth) + QLatin1Char('|') + text;
     const auto found = images_.find(key);
     if (found != images_.end()) return found->second;
-    makeRoom();
 
     const QFontMetricsF metrics(look.font);
     const QStringList lines = text.split(QLatin1Char('\n'));
@@ -107,7 +116,7 @@ const QImage& Sprites::text(const QString& text, const TextLook& look) {
     const double height = metrics.lineSpacing() * static_cast<double>(lines.size());
     const QSize size(static_cast<int>(std::ceil((width + 2.0 * margin) * ratio_)),
                      static_cast<int>(std::ceil((height + 2.0 * margin) * ratio_)));
-    QImage image(size.boundedTo(QSize(4096, 4096)), QImage::Format_ARGB32_Premultiplied);
+    QImage image(size.boundedTo(QSize(kMostPixels, kMostPixels)), QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio_);
     image.fill(Qt::transparent);
     QPainter painter(&image);
@@ -115,6 +124,7 @@ const QImage& Sprites::text(const QString& text, const TextLook& look) {
     painter.setFont(look.font);
     double baseline = margin + metrics.ascent();
     for (const QString& line : lines) {
+        if ((baseline - metrics.ascent()) * ratio_ > kMostPixels) break;
         if (look.outlineWidth > 0) {
             QPainterPath path;
             path.addText(margin, baseline, look.font, line);
@@ -126,7 +136,7 @@ const QImage& Sprites::text(const QString& text, const TextLook& look) {
         baseline += metrics.lineSpacing();
     }
     painter.end();
-    return images_.emplace(key, std::move(image)).first->second;
+    return keep(key, std::move(image));
 }
 
 void Sprites::put(QPainter& painter, double x, double y, const QImage& image) const {
@@ -153,13 +163,10 @@ void Sprites::drawTextBeside(QPainter& painter, double x, double y, const QStrin
 double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFile& file) {
     const QString key =
         QLatin1String("\nicon") + QString::number(file.modified) + QString::fromStdString(file.path);
-    auto found = images_.find(key);
-    if (found == images_.end()) {
-        makeRoom();
-        found = images_.emplace(key, iconImage(file, ratio_)).first;
-    }
-    const double width = found->second.width() / ratio_;
-    put(painter, x - width / 2.0, y - found->second.height() / ratio_ / 2.0, found->second);
+    const auto found = images_.find(key);
+    const QImage& image = found != images_.end() ? found->second : keep(key, iconImage(file, ratio_));
+    const double width = image.width() / ratio_;
+    put(painter, x - width / 2.0, y - image.height() / ratio_ / 2.0, image);
     return width;
 }
 
@@ -167,9 +174,9 @@ void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMa
     const bool cross = platform.icon == "x2";
     const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / kPi)) % 360;
     const QString key = QLatin1String(cross ? "\ncross" : "\narrow") + QString::number(degrees);
-    auto found = images_.find(key);
-    if (found == images_.end()) {
-        makeRoom();
+    const auto found = images_.find(key);
+    const QImage* known = found != images_.end() ? &found->second : nullptr;
+    if (!known) {
         constexpr double kSize = 28.0;
         const int pixels = static_cast<int>(std::ceil(kSize * ratio_));
         QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
@@ -199,10 +206,9 @@ void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMa
         else
             symbol.fillPath(path, QColor(255, 214, 64));
         symbol.end();
-        found = images_.emplace(key, std::move(image)).first;
+        known = &keep(key, std::move(image));
     }
-    const QImage& image = found->second;
-    put(painter, x - image.width() / ratio_ / 2.0, y - image.height() / ratio_ / 2.0, image);
+    put(painter, x - known->width() / ratio_ / 2.0, y - known->height() / ratio_ / 2.0, *known);
 }
 
 }  // namespace sandbox

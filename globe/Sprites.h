@@ -30,7 +30,8 @@ QFont fontForFile(const QString& fileName, int pixelSize);
 QImage iconImage(const PictureFile& file, double ratio);
 
 /// Small pictures that stand upright on the screen: texts and platform symbols, rendered once each by Qt's
-/// raster engine and then drawn at whole device pixels, so that they stay crisp.
+/// raster engine and then drawn at whole device pixels, so that they stay crisp. A text is cut at 2048 device
+/// pixels in width and height; all together take 256 MiB at most.
 class Sprites {
   public:
     /// Forgets everything when the pixel density changes. Call before the others.
@@ -49,9 +50,11 @@ class Sprites {
   private:
     const QImage& text(const QString& text, const TextLook& look);
     void put(QPainter& painter, double x, double y, const QImage& image) const;
-    void makeRoom();
+    /// Keeps an image; older ones go when there are too many of them, or they take too much memory.
+    const QImage& keep(const QString& key, QImage image);
 
     std::unordered_map<QString, QImage> images_;
+    qsizetype bytes_ = 0;
     double ratio_ = 1.0;
 };
 

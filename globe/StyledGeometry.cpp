@@ -87,7 +87,9 @@ void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& m
 
 double stepFor(double meters, double tolerance) {
     const double fine = std::clamp(meters / 20000.0, 2000.0, 100.0e3);
-    return std::max(fine, std::sqrt(8.0 * halCore::wgs84::a * tolerance));
+    // No shape has more than some millions of pieces, however often it goes round the earth.
+    constexpr double kMostPieces = 2e6;
+    return std::max({fine, std::sqrt(8.0 * halCore::wgs84::a * tolerance), meters / kMostPieces});
 }
 
 void addStem(const Vec3& point, const Placement& placement, Rgba color, DrawList& out) {

@@ -241,6 +241,145 @@ class Cutter {
     int cells_;
 };
 
+/// Whether a ring crosses itself so often that triangles between the crossings would be too many. Goes
+/// along the axis across which the edges are shorter, as a sweep does.
+class Tangle {
+  public:
+    explicit Tangle(const FlatRing& ring) : ring_(ring) {
+        double across[2] = {0.0, 0.0};
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            across[0] += std::abs(end(i).x - ring[i].x);
+            across[1] += std::abs(end(i).y - ring[i].y);
+        }
+        along_ = across[0] <= across[1] ? &Flat::x : &Flat::y;
+        aside_ = across[0] <= across[1] ? &Flat::y : &Flat::x;
+    }
+
+    bool isThere() const {
+        constexpr std::size_t kMostCrossings = 200;
+        std::size_t tests = 200 * ring_.size() + 1000000;
+        std::size_t crossings = 0;
+        std::vector<std::uint32_t> order(ring_.size());
+        for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<std::uint32_t>(i);
+        std::ranges::sort(order, {}, [this](std::uint32_t edge) { return low(edge, along_); });
+        std::vector<std::uint32_t> open;
+        for (const std::uint32_t edge : order) {
+            for (std::size_t i = 0; i < open.size();) {
+                if (high(open[i], along_) < low(edge, along_)) {
+                    open[i] = open.back();
+                    open.pop_back();
+                    continue;
+                }
+                if (tests-- == 0) return true;
+                if (cross(open[i], edge) && ++crossings > kMostCrossings) return true;
+                ++i;
+            }
+            open.push_back(edge);
+        }
+        return false;
+    }
+
+  private:
+    const Flat& end(std::size_t edge) const { return ring_[edge + 1 == ring_.size() ? 0 : edge + 1]; }
+    double low(std::size_t edge, double Flat::*axis) const {
+        return std::min(ring_[edge].*axis, end(edge).*axis);
+    }
+    double high(std::size_t edge, double Flat::*axis) const {
+        return std::max(ring_[edge].*axis, end(edge).*axis);
+    }
+    /// In their midst: neighbours, which share a corner, do not.
+    bool cross(std::size_t e, std::size_t f) const {
+        if (low(e, aside_) > high(f, aside_) || low(f, aside_) > high(e, aside_)) return false;
+        const auto side = [](const Flat& a, const Flat& b, const Flat& c) {
+            return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+        };
+        const Flat &a = ring_[e], &b = end(e), &c = ring_[f], &d = end(f);
+        return side(a, b, c) * side(a, b, d) < 0.0 && side(c, d, a) * side(c, d, b) < 0.0;
+    }
+
+    const FlatRing& ring_;
+    double Flat::*along_ = nullptr;
+    double Flat::*aside_ = nullptr;
+};
+
+/// Fills a tangled ring in rows, by the even-odd rule along the middle of each.
+class RowFill {
+  public:
+    /// \param step along which a piece may be straight
+    RowFill(Tessellator& tessellator, DrawList::Mesh& mesh, double left, double bottom, double size,
+            double step, std::size_t edges)
+        : tessellator_(tessellator), mesh_(mesh), left_(left), bottom_(bottom), step_(step) {
+        constexpr int kFew = 100;
+        const int needed = static_cast<int>(std::min(std::ceil(size / step), 256.0));
+        rows_ = std::max(edges < 2 * kFew ? kFew : 2 * kFew, needed);
+        height_ = size / rows_;
+    }
+
+    void run(const FlatRing& ring) {
+        std::vector<Spot> spots;
+        for (int row = 0; row < rows_; ++row) {
+            const double y = bottom_ + height_ * (row + 0.5);
+            spots.clear();
+            for (std::size_t i = 0; i < ring.size(); ++i) {
+                const Flat& a = ring[i];
+                const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
+                if ((a.y <= y) == (b.y <= y)) continue;
+                const double share = (y - a.y) / (b.y - a.y);
+                spots.push_back({a.x + (b.x - a.x) * share, a.altitude + (b.altitude - a.altitude) * share});
+            }
+            std::ranges::sort(spots, {}, &Spot::x);
+            if (spots.size() > static_cast<std::size_t>(rows_)) blur(spots);
+            for (std::size_t i = 0; i + 1 < spots.size(); i += 2) addRun(spots[i], spots[i + 1], row);
+        }
+    }
+
+  private:
+    struct Spot {
+        double x = 0.0;
+        double altitude = 0.0;
+    };
+
+    /// More than can be told apart: what the middles of the columns say.
+    void blur(std::vector<Spot>& spots) const {
+        std::vector<Spot> kept;
+        std::size_t next = 0;
+        bool inside = false;
+        for (int column = 0; column < rows_; ++column) {
+            const double middle = left_ + height_ * (column + 0.5);
+            while (next < spots.size() && spots[next].x <= middle) ++next;
+            if ((next % 2 == 1) == inside) continue;
+            inside = !inside;
+            kept.push_back({middle - 0.5 * height_, spots[std::min(next, spots.size() - 1)].altitude});
+        }
+        if (inside) kept.push_back({left_ + height_ * rows_, spots.back().altitude});
+        spots = std::move(kept);
+    }
+
+    void addRun(const Spot& from, const Spot& to, int row) {
+        const double low = bottom_ + height_ * row;
+        const double high = bottom_ + height_ * (row + 1);
+        const int pieces = std::max(1, static_cast<int>(std::ceil((to.x - from.x) / step_)));
+        const auto base = static_cast<std::uint32_t>(mesh_.vertices.size());
+        for (int i = 0; i <= pieces; ++i) {
+            const double share = static_cast<double>(i) / pieces;
+            const double x = from.x + (to.x - from.x) * share;
+            const double altitude = from.altitude + (to.altitude - from.altitude) * share;
+            tessellator_.append({x, low, altitude});
+            tessellator_.append({x, high, altitude});
+        }
+        for (std::uint32_t a = base; a + 3 < base + 2 * static_cast<std::uint32_t>(pieces) + 2; a += 2)
+            mesh_.triangles.insert(mesh_.triangles.end(), {a, a + 2, a + 3, a, a + 3, a + 1});
+    }
+
+    Tessellator& tessellator_;
+    DrawList::Mesh& mesh_;
+    double left_;
+    double bottom_;
+    double step_;
+    double height_ = 0.0;
+    int rows_ = 0;
+};
+
 }  // namespace
 
 DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optional<halCore::Vec3>& middle,
@@ -275,7 +414,13 @@ DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optiona
         std::clamp(static_cast<int>(std::ceil(std::log2(size / std::max(fine, coarse)))), 0, kMostLevels);
     Tessellator tessellator(plane, mesh);
     // A little larger than the ring: none of its edges may lie on the border of the grid.
-    Cutter(tessellator, mesh, low[0] - 0.001 * size, low[1] - 0.001 * size, 1.002 * size, levels).run(flat);
+    const double left = low[0] - 0.001 * size;
+    const double bottom = low[1] - 0.001 * size;
+    if (Tangle(flat).isThere())
+        RowFill(tessellator, mesh, left, bottom, 1.002 * size, std::ldexp(1.002 * size, -levels), flat.size())
+            .run(flat);
+    else
+        Cutter(tessellator, mesh, left, bottom, 1.002 * size, levels).run(flat);
     return mesh;
 }
 

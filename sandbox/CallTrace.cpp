@@ -1,6 +1,7 @@
 #include "sandbox/CallTrace.h"
 
 #include <QStringList>
+#include <cstdio>
 
 #include "pi/PIDataRecords.h"
 #include "pi/PIFunctionParams.h"
@@ -54,8 +55,10 @@ QString CallTrace::open(const QString& path) {
 }
 
 void CallTrace::write(const QString& text) {
-    file_.write(text.toUtf8());
-    file_.flush();
+    const QByteArray bytes = text.toUtf8();
+    if ((file_.write(bytes) == bytes.size() && file_.flush()) || reported_) return;
+    reported_ = true;
+    std::fprintf(stderr, "--trace %s: %s\n", qPrintable(file_.fileName()), qPrintable(file_.errorString()));
 }
 
 void CallTrace::begin(const QString& head) {

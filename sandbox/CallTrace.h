@@ -71,6 +71,8 @@ class CallTrace {
 
     const HandleRegistry& handles_;
     QFile file_;
+    /// Whether it could not be written.
+    bool reported_ = false;
     QElapsedTimer clock_;
     int depth_ = 0;
     std::size_t lines_ = 0;

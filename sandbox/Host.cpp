@@ -5,6 +5,10 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <cstdlib>
+#include <utility>
+
+#include <unistd.h>
 
 #include "common/Notify.h"
 #include "geo/Angles.h"
@@ -29,6 +33,13 @@ using halCore::kHalfPi;
 namespace {
 
 using PIGUI::PIMouseEventType_t;
+
+Host* living = nullptr;
+
+/// Without its screen Qt leaves the program in its midst, and nothing may be drawn any more.
+void closeInExit() {
+    if (Host* const host = std::exchange(living, nullptr)) host->closeWithoutScreen();
+}
 
 PIMouseEventType_t typeOf(ViewMouseEvent::Kind kind) {
     switch (kind) {
@@ -76,6 +87,7 @@ Host::Host(const QString& settingsFile)
       files_(std::make_unique<UserFiles>(overlays_, scenario_, window_, *fileDialogs_, settings_, log_)),
       tracks_(window_.view().overlays(), scenario_),
       clockBar_(new ClockBar(scenario_)) {
+    living = this;
     halNotify::setNotifyHandler([this](halNotify::Severity severity, const std::string& message) {
         log_.add(severity, "host", QString::fromStdString(message));
     });
@@ -101,6 +113,7 @@ Host::Host(const QString& settingsFile)
 
 Host::~Host() {
     closePlugins();
+    living = nullptr;
     // The window outlives this destructor's body: nothing of its end may come back here.
     view().removeEventFilter(this);
     window_.disconnect(this);
@@ -289,6 +302,8 @@ Plugin* Host::openPlugin(const std::filesystem::path& path) {
     Plugin& plugin = *plugins_.back();
     services_.admit(plugin);
     plugin.initialize(services_);
+    // Behind what the library has registered, which runs the other way round.
+    std::atexit(&closeInExit);
     const int status = plugin.startUp();
     log_.add(
         halNotify::Notice, "host",
@@ -321,6 +336,13 @@ bool Host::closePlugin(Plugin& plugin) {
 
 void Host::closePlugins() {
     while (!plugins_.empty()) closePlugin(*plugins_.back());
+}
+
+void Host::closeWithoutScreen() {
+    for (const auto& plugin : plugins_) plugin->close();
+    settings_.flush();
+    // What else would end itself wants the screen.
+    ::_exit(EXIT_FAILURE);
 }
 
 QStringList Host::dropLeftovers(Plugin& plugin) {

@@ -58,6 +58,8 @@ class Host : public QObject {
     /// \return whether the library is gone from the process; the object is in any case
     bool closePlugin(Plugin& plugin);
     void closePlugins();
+    /// Closes them as the program dies, and ends it.
+    [[noreturn]] void closeWithoutScreen();
     const std::vector<std::unique_ptr<Plugin>>& plugins() const { return plugins_; }
 
     /// The mouse's place in the view, widget pixels; nothing while it is elsewhere.

@@ -48,4 +48,16 @@ QString Log::severityName(int severity) {
     return names[static_cast<std::size_t>(std::clamp(severity, 0, static_cast<int>(names.size()) - 1))];
 }
 
+FileMessages::~FileMessages() {
+    for (const auto& [severity, count] : counts_)
+        if (count > Log::kMostOfAKind)
+            log_.add(severity, "host",
+                     QString("%1: %2 more messages of this kind").arg(file_).arg(count - Log::kMostOfAKind));
+}
+
+void FileMessages::add(int severity, std::size_t line, const std::string& text) {
+    if (++counts_[severity] > Log::kMostOfAKind) return;
+    log_.add(severity, "host", QString("%1:%2: %3").arg(file_).arg(line).arg(QString::fromStdString(text)));
+}
+
 }  // namespace sandbox

@@ -2,6 +2,9 @@
 
 #include <QObject>
 #include <QString>
+#include <map>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace sandbox {
@@ -38,6 +41,9 @@ class Log : public QObject {
 
     static QString severityName(int severity);
 
+    /// Of what one file or one plug-in's step has to say in one go, this many of a severity are told.
+    static constexpr std::size_t kMostOfAKind = 100;
+
   signals:
     void added(const sandbox::LogEntry& entry);
 
@@ -45,6 +51,22 @@ class Log : public QObject {
     std::vector<LogEntry> entries_;
     QStringList misuses_;
     bool echo_ = false;
+};
+
+/// The messages on one file: the first hundred of each severity, and how many more there are.
+class FileMessages {
+  public:
+    FileMessages(Log& log, QString file) : log_(log), file_(std::move(file)) {}
+    ~FileMessages();
+    FileMessages(const FileMessages&) = delete;
+    FileMessages& operator=(const FileMessages&) = delete;
+
+    void add(int severity, std::size_t line, const std::string& text);
+
+  private:
+    Log& log_;
+    QString file_;
+    std::map<int, std::size_t> counts_;
 };
 
 }  // namespace sandbox

@@ -69,10 +69,8 @@ OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
                                         std::move(note.text)});
     }
     const QString source = overlay.isStream() ? overlay.describe() : QString::fromStdString(overlay.path);
-    for (const auto& message : overlay.messages)
-        log_.add(
-            message.severity, "host",
-            QString("%1:%2: %3").arg(source).arg(message.line).arg(QString::fromStdString(message.text)));
+    FileMessages told(log_, source);
+    for (const auto& message : overlay.messages) told.add(message.severity, message.line, message.text);
     if (shapes.empty()) log_.add(halNotify::Error, "host", overlay.describe() + " holds no shape");
     return shapes;
 }

@@ -83,9 +83,12 @@ std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::
         if (shapes[i]->getVerticalDatum(datum) == 0 && datum != "wgs84" && datums.insert(datum).second)
             notes.push_back({i, false, "heights above " + datum + " are shown above wgs84"});
         const std::string picture = pictureOf(*shapes[i]);
-        if (!picture.empty() && pictures.insert(picture).second &&
-            !canReadPicture(findPicture(picture, directory)))
+        if (picture.empty() || !pictures.insert(picture).second) continue;
+        const PictureFile file = findPicture(picture, directory);
+        if (!canReadPicture(file))
             notes.push_back({i, true, "picture " + picture + " cannot be read"});
+        else if (isTooLarge(file))
+            notes.push_back({i, true, "picture " + picture + " is too large to be shown"});
     }
     for (const auto& [what, lack] : lacks) {
         std::string& text = notes[lack.note].text;

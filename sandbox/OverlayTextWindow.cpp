@@ -30,7 +30,9 @@ OverlayTextWindow::OverlayTextWindow(const LoadedOverlay& overlay, QWidget* pare
     if (overlay.messages.empty()) return;
 
     auto* messages = new QListWidget;
+    constexpr int most = 1000;
     for (const auto& message : overlay.messages) {
+        if (messages->count() == most) break;
         auto* item = new QListWidgetItem(
             QString("%1: %2").arg(message.line).arg(QString::fromStdString(message.text)), messages);
         item->setData(Qt::UserRole, static_cast<int>(message.line));

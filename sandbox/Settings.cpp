@@ -1,5 +1,6 @@
 #include "sandbox/Settings.h"
 
+#include <QFile>
 #include <QStandardPaths>
 
 #include "common/Notify.h"
@@ -13,6 +14,16 @@ QString ownPlace() {
     return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + "/settings.ini";
 }
 
+/// A copy of what cannot be read before it is written anew. \return what to say of it
+QString keepDamaged(const QString& file) {
+    for (int i = 1; i <= 99; ++i) {
+        const QString copy = QString("%1.damaged%2").arg(file).arg(i > 1 ? QString::number(i) : QString());
+        if (QFile::copy(file, copy)) return "; it is kept as " + copy;
+        if (!QFile::exists(copy)) break;
+    }
+    return {};
+}
+
 }  // namespace
 
 Settings::Settings(const QString& file, Log& log)
@@ -22,7 +33,8 @@ Settings::Settings(const QString& file, Log& log)
     connect(&flushSoon_, &QTimer::timeout, this, &Settings::flush);
     if (settings_.status() == QSettings::FormatError) {
         log_.add(halNotify::Error, "host",
-                 QString("settings file %1 is damaged: its values may be lost").arg(fileName()));
+                 QString("settings file %1 is damaged: its values may be lost%2")
+                     .arg(fileName(), keepDamaged(fileName())));
     }
 }
 

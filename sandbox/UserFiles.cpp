@@ -118,9 +118,11 @@ bool UserFiles::openPlatforms(const QString& path) {
         return false;
     }
     PlatformFile file = readPlatformFile(text, Scenario::kReferenceYear);
-    for (const PlatformFile::Message& message : file.messages)
-        log_.add(halNotify::Error, "host",
-                 QString("%1:%2: %3").arg(path).arg(message.line).arg(QString::fromStdString(message.text)));
+    {
+        FileMessages told(log_, path);
+        for (const PlatformFile::Message& message : file.messages)
+            told.add(halNotify::Error, message.line, message.text);
+    }
     if (file.platforms.empty()) {
         log_.add(halNotify::Error, "host", QString("platform file %1 holds no platform").arg(path));
         return false;

@@ -1,8 +1,10 @@
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QStyleFactory>
 #include <QSurfaceFormat>
 #include <QTimer>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -11,6 +13,7 @@
 #include <unistd.h>
 
 #include "globe/GlobeView.h"
+#include "sandbox/EndSignals.h"
 #include "sandbox/Host.h"
 #include "sandbox/InstalledFiles.h"
 #include "sandbox/Palette.h"
@@ -100,6 +103,10 @@ Options readCommandLine(const QStringList& arguments) {
                      qPrintable(parser.value(size)));
         std::exit(2);
     }
+    if (const QFileInfo file(options.settings); file.exists() && !file.isFile()) {
+        std::fprintf(stderr, "--settings %s: not a regular file\n", qPrintable(options.settings));
+        std::exit(2);
+    }
     if (!sandbox::choosePalette(parser.value(palette))) {
         std::fprintf(stderr, "--palette %s: expected light, dark or system\n",
                      qPrintable(parser.value(palette)));
@@ -149,6 +156,13 @@ int main(int argc, char** argv) {
             return 2;
         }
     }
+    // What is larger than the user may write is a message, no end.
+    std::signal(SIGXFSZ, SIG_IGN);
+    sandbox::ScriptRun* running = nullptr;
+    const sandbox::EndSignals endSignals([&running](int number) {
+        if (running) running->interrupt();
+        QApplication::exit(128 + number);
+    });
     host.window().resize(options.size);
     host.window().show();
     if (options.plugin != "none") host.openPlugin(options.plugin.toStdString());
@@ -162,6 +176,7 @@ int main(int argc, char** argv) {
     // A blinking mark in a field would make every picture another one.
     QApplication::setCursorFlashTime(0);
     sandbox::ScriptRun run(host, options.script, options.scriptArguments);
+    running = &run;
     QTimer::singleShot(0, &host, [&run] { QApplication::exit(run.execute()); });
     return QApplication::exec();
 }

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QTimeZone>
 #include <array>
+#include <chrono>
 #include <map>
 #include <optional>
 #include <utility>
@@ -60,6 +61,36 @@ std::optional<std::vector<std::string>> fieldsOf(std::string_view row, char sepa
         if (end == row.size()) return fields;
         at = end + 1;
     }
+}
+
+/// Seconds since 1970 of the form that most files have, "2026-11-22T10:00:00.5Z"; nothing for others.
+std::optional<double> plainTime(std::string_view text) {
+    if (text.ends_with('Z')) text.remove_suffix(1);
+    constexpr std::string_view kForm = "0000-00-00T00:00:00";
+    if (text.size() < kForm.size()) return std::nullopt;
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (i >= kForm.size() ? (i > kForm.size() ? !isDigit(text[i]) : text[i] != '.')
+            : kForm[i] == '0' ? !isDigit(text[i])
+                              : text[i] != kForm[i])
+            return std::nullopt;
+    }
+    // Milliseconds, as Qt reads them.
+    if (text.size() != kForm.size() && text.size() != kForm.size() + 4) return std::nullopt;
+    const auto number = [&](std::size_t at, std::size_t digits) {
+        int value = 0;
+        for (const char c : text.substr(at, digits)) value = 10 * value + (c - '0');
+        return value;
+    };
+    namespace chrono = std::chrono;
+    const chrono::year_month_day date(chrono::year(number(0, 4)),
+                                      chrono::month(static_cast<unsigned>(number(5, 2))),
+                                      chrono::day(static_cast<unsigned>(number(8, 2))));
+    const int hour = number(11, 2), minute = number(14, 2), second = number(17, 2);
+    if (!date.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
+    const int milliseconds = text.size() > kForm.size() ? number(kForm.size() + 1, 3) : 0;
+    const auto days = chrono::sys_days(date).time_since_epoch().count();
+    return 86400.0 * static_cast<double>(days) + 3600 * hour + 60 * minute + second + milliseconds / 1000.0;
 }
 
 /// Reads the rows of one file; every row is good or gives one message.
@@ -134,6 +165,10 @@ class Reader {
             out = *seconds;
             return {};
         }
+        if (const auto seconds = plainTime(text)) {
+            out = *seconds - beginSeconds_;
+            return {};
+        }
         QDateTime time = QDateTime::fromString(QString::fromStdString(text), Qt::ISODateWithMs);
         if (!time.isValid())
             return "time: expected ISO 8601 or seconds, found \"" + UTILS::excerpt(text) + '"';
@@ -179,6 +214,7 @@ class Reader {
     }
 
     const QDateTime yearBegin_;
+    const double beginSeconds_ = static_cast<double>(yearBegin_.toSecsSinceEpoch());
     bool hasHeader_ = false;
     char separator_ = ',';
     std::vector<std::optional<Column>> columns_;

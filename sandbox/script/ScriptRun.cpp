@@ -72,6 +72,11 @@ bool ScriptRun::eventFilter(QObject* watched, QEvent* event) {
     }
 }
 
+void ScriptRun::interrupt() {
+    addProblem("ended by a signal");
+    engine_.setInterrupted(true);
+}
+
 void ScriptRun::settle() {
     for (int i = 0; i < 3; ++i) {
         QCoreApplication::processEvents();

@@ -29,6 +29,9 @@ class ScriptRun : public QObject {
     const QString& file() const { return file_; }
     const QStringList& arguments() const { return arguments_; }
 
+    /// Ends the script at its next step.
+    void interrupt();
+
     /// Lets everything happen that is waiting to happen now.
     void settle();
     /// Evaluates a further file in the script's global scope. Throws ScriptError.

@@ -78,7 +78,7 @@ void ScriptTools::writeFile(const QString& path, const QString& text) {
     step([&] {
         QFile file(path);
         const QByteArray bytes = text.toUtf8();
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
             throw ScriptError{path + ": " + file.errorString()};
     });
 }

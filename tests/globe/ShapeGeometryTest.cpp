@@ -267,6 +267,41 @@ TEST(ShapeGeometry, AreasAreFilledExactly) {
 }
 
 /// A shape's own reference point goes before the platform; following turns with the heading.
+/// A ring with more crossings than anybody can see is filled by the same rule, for a price that does not grow
+/// with them. Held against a count of places.
+TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
+    for (const int points : {41, 1001}) {
+        // Each corner joined with the one that lies almost opposite, on a circle of 0.2 degrees.
+        std::vector<std::pair<double, double>> corners;
+        std::string text = "polygon; filled";
+        for (int i = 0; i <= points; ++i) {
+            const double turn = halCore::kTwoPi * (i * (points / 2) % points) / points;
+            corners.emplace_back(0.2 * std::cos(turn), 0.2 * std::sin(turn));
+            if (i < points)
+                text += "; ll " + std::to_string(corners.back().first) + " " +
+                        std::to_string(corners.back().second);
+        }
+        const DrawList list = drawn(text);
+        EXPECT_LT(list.meshes.at(0).triangles.size(), 200000U) << points;
+        int inside = 0;
+        constexpr int kSide = 100;
+        for (int place = 0; place < kSide * kSide; ++place) {
+            const double x = 0.4 * (place % kSide + 0.5) / kSide - 0.2;
+            const double y = 0.4 * (place / kSide + 0.5) / kSide - 0.2;
+            bool odd = false;
+            for (std::size_t i = 1; i < corners.size(); ++i) {
+                const auto [ax, ay] = corners[i - 1];
+                const auto [bx, by] = corners[i];
+                if ((ay <= y) != (by <= y) && ax + (bx - ax) * (y - ay) / (by - ay) > x) odd = !odd;
+            }
+            inside += odd ? 1 : 0;
+        }
+        const double degree = 110.9e3;
+        const double expected = 0.16 * degree * degree * inside / (kSide * kSide);
+        EXPECT_NEAR(areaOf(list.meshes.at(0)) / expected, 1.0, 0.05) << points;
+    }
+}
+
 TEST(ShapeGeometry, RelativeShapesStandAboutTheirReference) {
     const OverlayReference ship{at(60, 10, 5), 90 * kRadiansPerDegree, 0, 0};
     ASSERT_TRUE(drawn("points; xyz 1000 0 0").lines.empty()) << "nothing to stand about";

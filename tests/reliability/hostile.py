@@ -1,0 +1,139 @@
+"""hostile.py BIN WORK [KIND...]: files that nobody should write, given to the programs that read them, one after the
+other. Prints a line each: time and peak memory. A limit that is passed fails the run."""
+
+import gzip
+import math
+import os
+import pathlib
+import random
+import resource
+import struct
+import subprocess
+import sys
+import time
+import zlib
+
+BIN, WORK = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+SECONDS = 5.0
+MEBIBYTES = 512
+random.seed(27)
+
+
+def block(*lines):
+    return "start\n" + "\n".join(lines) + "\nend\n"
+
+
+def place():
+    return f"{random.uniform(-85, 85):.6f} {random.uniform(-180, 180):.6f} 0"
+
+
+def repeated(text, size):
+    return text * (size // len(text))
+
+
+def star(points, step):
+    corners = [i * step % points for i in range(points)]
+    return [f"lla {20 * math.cos(math.tau * c / points):.9f} {20 * math.sin(math.tau * c / points):.9f} 0" for c in corners]
+
+
+def points(keyword, count, filled=False):
+    return block(keyword, *(["filled true"] if filled else []), *("lla " + place() for _ in range(count)))
+
+
+def png(width, height):
+    """A picture of one colour: a few bytes for each row."""
+    def chunk(name, data):
+        return struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data))
+    packer = zlib.compressobj(9)
+    rows = b"".join(packer.compress(bytes(1 + width)) for _ in range(height)) + packer.flush()
+    head = struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", rows) + chunk(b"IEND", b"")
+
+
+def svgz():
+    boxes = "".join(f'<circle cx="{i % 1000}" cy="{i // 1000}" r="400" opacity="0.01"/>' for i in range(100000))
+    return gzip.compress(f'<svg xmlns="http://www.w3.org/2000/svg" width="3000" height="3000">{boxes}</svg>'.encode())
+
+
+def picture(name, data):
+    (WORK / name).write_bytes(data)
+    return block(f"imageoverlay {name}", "latlonaltbox 4 3 1 2 0")
+
+
+MB = 1 << 20
+RENDER = ["halvis-sandbox", "--render", "{}", "-o", "out.png", "--size", "400x300"]
+CHECK = ["zel", "check", "{}"]
+FORMAT = ["zel", "format", "{}"]
+EDIT = ["zel", "edit", "{}"]
+circle = block("circle", "centerlla 10 20 0", "radius 500")
+
+# name: (what is in the file, the commands that read it)
+KINDS = {
+    "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT]),
+    "circles-edited": (lambda: repeated(circle, 20 * MB), [EDIT]),
+    "one-line-of-points": (lambda: block("line", repeated("lla 10.123456 20.123456 0\n", 100 * MB)), [CHECK, FORMAT]),
+    "no-line-end": (lambda: "a" * 100 * MB, [CHECK, RENDER]),
+    "nulls": (lambda: "\0" * 50 * MB, [CHECK, RENDER]),
+    "nulls-in-lines": (lambda: repeated("\0\0\0\n", 20 * MB), [CHECK, RENDER]),
+    "nonsense-lines": (lambda: repeated("what is this\n", 24 * MB), [CHECK, RENDER]),
+    "nonsense-in-blocks": (lambda: repeated("start\ncircle\nradius x\nradius y\nend\n", 24 * MB), [CHECK, EDIT]),
+    "unterminated": (lambda: "start\nline\n" + repeated("lla 1 2 3\n", 50 * MB), [CHECK]),
+    "starts-only": (lambda: repeated("start\n", 24 * MB), [CHECK]),
+    "carriage-returns": (lambda: circle.replace("\n", "\r") * 100000, [CHECK]),
+    "long-numbers": (lambda: block("line", *("lla " + "1" * 100000 + " 2 3" for _ in range(500))), [CHECK]),
+    "blanks": (lambda: repeated(" \t" * 5000 + "\n", 100 * MB), [CHECK]),
+    "not-text": (lambda: random.randbytes(20 * MB), [CHECK, RENDER]),
+    "comments": (lambda: repeated("# nothing at all\n", 100 * MB), [CHECK, FORMAT]),
+    "empty-blocks": (lambda: repeated("start\nend\n", 24 * MB), [CHECK]),
+    "filled-star-801": (lambda: block("polygon", "filled true", *star(801, 400)), [RENDER]),
+    "filled-star-20001": (lambda: block("polygon", "filled true", *star(20001, 10000)), [RENDER]),
+    "many-filled-stars": (lambda: "".join(block("polygon", "filled true", *star(41, 20)) for _ in range(1000)), [RENDER]),
+    "filled-scrawl": (lambda: points("polygon", 100000, True), [RENDER]),
+    "huge-radius": (lambda: block("circle", "filled true", "rangeunits m", "centerlla 1 2 0", "radius 1e9"), [RENDER]),
+    "huge-radii": (lambda: block("ellipse", "filled true", "rangeunits m", "centerlla 1 2 0", "majoraxis 1e300", "minoraxis 1e9"), [RENDER]),
+    "circles-shown": (lambda: "".join(block("circle", f"centerlla {place()}", "radius 50", "filled true") for _ in range(20000)), [RENDER]),
+    "random-segments": (lambda: points("linesegs", 200000), [RENDER]),
+    "tall-labels": (lambda: "".join(block("annotation " + "a\\n" * 5000, f"lla {place()}") for _ in range(100)), [RENDER]),
+    "large-labels": (lambda: "".join(block("annotation Large", "fontsize 100000", f"lla {place()}") for _ in range(100)), [RENDER]),
+    "large-picture": (lambda: picture("large.png", png(30000, 30000)), [RENDER]),
+    "slow-picture": (lambda: picture("slow.svgz", svgz()), [RENDER]),
+}
+
+
+def run(command, file):
+    started = time.monotonic()
+    words = [str(BIN / command[0])] + [word.format(file) for word in command[1:]]
+    process = subprocess.Popen(words, cwd=WORK, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    timer = time.monotonic() + 30 * SECONDS
+    while True:
+        pid, status, usage = os.wait4(process.pid, os.WNOHANG)
+        if pid:
+            break
+        if time.monotonic() > timer:
+            process.kill()
+            _, status, usage = os.wait4(process.pid, 0)
+            break
+        time.sleep(0.005)
+    process.returncode = os.waitstatus_to_exitcode(status)
+    return time.monotonic() - started, usage.ru_maxrss / 1024, process.returncode, usage.ru_utime + usage.ru_stime
+
+
+failed = []
+WORK.mkdir(parents=True, exist_ok=True)
+chosen = sys.argv[3:] or list(KINDS)
+print(f"{'file':22} {'MB':>6} {'command':10} {'s':>7} {'cpu s':>7} {'MiB':>7} status")
+for name in chosen:
+    make, commands = KINDS[name]
+    contents = make()
+    file = WORK / (name + ".zel")
+    file.write_bytes(contents if isinstance(contents, bytes) else contents.encode())
+    megabytes = file.stat().st_size / MB
+    for command in commands:
+        seconds, memory, status, cpu = run(command, file)
+        verb = command[1].lstrip("-")
+        print(f"{name:22} {megabytes:6.1f} {verb:10} {seconds:7.2f} {cpu:7.2f} {memory:7.0f} {status}", flush=True)
+        if cpu > SECONDS or memory > MEBIBYTES or status not in (0, 1, 2):
+            failed.append(f"{name}, {verb}: {cpu:.1f} s, {memory:.0f} MiB, status {status}")
+    file.unlink()
+print("\n".join(failed))
+sys.exit(1 if failed else 0)

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# ends.sh SANDBOX PLUGIN DIRECTORY: however the sandbox is ended, what nobody saved is rescued.
+set -uo pipefail
+sandbox=$1 plugin=$2 script=$3/ends/unsaved.js
+work=$(mktemp -d)
+pids=()
+trap 'kill "${pids[@]}" 2>/dev/null; rm -rf "$work"' EXIT
+failed=0
+for way in TERM HUP INT screen; do
+    home=$work/$way
+    mkdir "$home"
+    display=$DISPLAY
+    if [ $way = screen ]; then
+        mkfifo "$home/number"
+        Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp +extension GLX 3>"$home/number" >/dev/null 2>&1 &
+        screen=$!
+        pids+=($screen)
+        read -r number <"$home/number"
+        display=:$number
+    fi
+    # A shell that is no terminal's ignores SIGINT for what it runs behind it.
+    DISPLAY=$display HOME=$home python3 -c 'import os, signal, sys
+signal.signal(signal.SIGINT, signal.SIG_DFL)
+os.execv(sys.argv[1], sys.argv[1:])' "$sandbox" --settings "$home/settings.ini" --plugin "$plugin" --script "$script" \
+        "$home/ready" >"$home/output" 2>&1 &
+    pid=$!
+    pids+=($pid)
+    for ((i = 0; i < 600; ++i)); do [ -e "$home/ready" ] && break || sleep 0.1; done
+    if [ $way = screen ]; then kill $screen; else kill -$way $pid; fi
+    for ((i = 0; i < 300; ++i)); do kill -0 $pid 2>/dev/null && sleep 0.1 || break; done
+    if kill -0 $pid 2>/dev/null; then
+        echo "$way: does not end"
+        kill -9 $pid
+        failed=1
+    fi
+    if [ "$(find "$home" -name 'Unsaved *.zel' -exec grep -l '^3d name Circle 1$' {} + | wc -l)" != 1 ]; then
+        echo "$way: nothing is rescued"
+        cat "$home/output"
+        failed=1
+    fi
+done
+exit $failed
