@@ -144,6 +144,7 @@ class Patch {
         };
         if (differs_(P::LineColor)) force(P::FillColor);
         if (read_.shapeType() != after_.shapeType()) force(P::Name);
+        if (read_.shapeType() == ShapeType::Points) force(P::FillColor);
         if (isSet_(P::Radius)) return;
         if (differs_(P::MajorAxis)) force(P::MinorAxis);
         if (differs_(P::MinorAxis)) force(P::MajorAxis);

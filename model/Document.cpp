@@ -413,7 +413,8 @@ bool Document::save(const std::string& fileName) {
         !replaced.empty() && replaced != old && !copyOldText(fileName, replaced, kForeign, copy).empty())
         writeRescueFile(replaced, true);
     file_.name = fileName;
-    file_.saved = file_.known = FileVersion(fileName, text);
+    file_.known = FileVersion(fileName, text);
+    file_.saved = lost.empty() ? FileVersion() : file_.known;
     attachment_.forgetOffsets();
     keep_(overlay_.attachedPlatformId());
     if (!skipped.empty())

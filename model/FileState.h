@@ -15,7 +15,7 @@ struct FileState {
     std::string name;
     /// As it was then.
     FileVersion known;
-    /// What was saved last: it holds nothing that would be lost.
+    /// What was saved last, where something was lost: it needs no copy for what is lost again.
     FileVersion saved;
     /// The digest of the overlay's text that is in it, and the platform that its positions count from.
     std::uint64_t kept = 0;

@@ -450,6 +450,74 @@ TEST_F(DocumentTest, TheOnlyCopyIsRescued) {
     EXPECT_EQ(rescued().size(), 2u);
 }
 
+/// Open somebody's file, change one number, save: the diff is one line.
+TEST_F(DocumentTest, KeepsWhatItCannotEdit) {
+    const std::string picture =
+        "start\n# kml_groundoverlay\n# kml_icon a.png\n# kml_latlonbox 4 3 2 1 0\nend\n";
+    const std::string ring =
+        "# Of the ring\nstart\n  Circle  # no entry\n  centerll 21:18:36N 157:51:30W\n  radius\t2 # about\n"
+        "rangeunits nm\nlinestyle dashed\nextrude true 50\nfoo bar\nend\n";
+    const std::string singles = "\nstart\npoints\nll 1 2\nll 3 4\noff\nend";
+    const std::string text =
+        "// Harbour office\n\n" + ring + kBox + "\n" + picture + "start\nfoo\nend\n" + singles;
+    const std::string file = write("harbour.zel", text);
+    host.platforms[7].point.latRad = 0.3;
+    ASSERT_TRUE(load(file));
+    EXPECT_EQ(messages.back(),
+              file + ": 1 latlonaltbox, 1 imageoverlay and 1 block with errors are kept as they are");
+    // The host draws them while it does not show the file.
+    const auto shown = [&](const std::string& what) -> const FakeHost::Overlay* {
+        for (const auto& [handle, zel] : host.overlays)
+            if (zel.path.empty() && zel.text.find(what) != std::string::npos) return &zel;
+        return nullptr;
+    };
+    ASSERT_TRUE(shown("latlonaltbox"));
+    EXPECT_TRUE(shown("kml_icon a.png"));
+    EXPECT_EQ(shown("latlonaltbox")->platform, 0u);
+    document->setEditing(false);
+    EXPECT_FALSE(shown("latlonaltbox"));
+    document->setEditing(true);
+    document->attach(7, false);
+    EXPECT_EQ(shown("latlonaltbox")->platform, 7u);
+    document->attach(0, false);
+    EXPECT_FALSE(overlay.shapes().back()->shown());
+
+    first().setMajorRadius(2.5 * 1852);
+    EXPECT_THAT(shown("circle\n")->text, AllOf(HasSubstr("linestyle dashed"), HasSubstr("extrude true")));
+    EXPECT_FALSE(document->isSaved());
+    messages.clear();
+    EXPECT_TRUE(document->save(file));
+    std::string wanted = text;
+    wanted.replace(wanted.find("\t2 #"), 4, "\t2.5 #");
+    EXPECT_EQ(contentsOf(file), wanted);
+    EXPECT_THAT(messages, IsEmpty()) << "nothing is lost, and nothing copied";
+    // What is undone is no change, also of what was saved meanwhile.
+    first().setMajorRadius(2.0 * 1852);
+    EXPECT_FALSE(document->isSaved());
+    document->save(file);
+    EXPECT_EQ(contentsOf(file), text);
+
+    // Single points are lines as soon as one of them is another one.
+    overlay.shapes().back()->setShown(true);
+    EXPECT_FALSE(document->isSaved());
+    EXPECT_THAT(messages, ElementsAre("\"points\" is changed: it becomes a line through all of its points"));
+    document->save(file);
+    EXPECT_THAT(contentsOf(file),
+                HasSubstr("\nstart\nline\nll 1 2\nll 3 4\nfillcolor hex 0xa0ff00ff\n3d name points\nend"));
+    EXPECT_EQ(contentsOf(file + "~"), text);
+
+    // A new shape follows, a deleted one takes its comment along.
+    add("New").setCenter({0.1, 0.2, 0});
+    static_cast<CylinderShape&>(*overlay.shapes().back()).setMajorRadius(5);
+    delete &first();
+    document->save(file);
+    EXPECT_TRUE(contentsOf(file).starts_with(
+        "// Harbour office\n\nstart\naltitudeunits m\nrangeunits m\nlatlonaltbox"));
+    EXPECT_THAT(contentsOf(file), HasSubstr("end\n\nstart\ncircle\nlinewidth"));
+    clear();
+    EXPECT_FALSE(shown("latlonaltbox"));
+}
+
 /// Deleting the last shape of a file is an edit like others, and the only way to an empty file.
 TEST_F(DocumentTest, TheLastShapeOfAFileCanBeDeleted) {
     const std::string file = write("two.zel", kTwoCircles);
