@@ -183,27 +183,40 @@ std::vector<std::string> Overlay::misfits(const PointConverter& converter, bool 
 
 void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
     source_ = std::move(source);
-    ++revision_;
+    learnBlocks_();
     sumUp_();
     for (const Place& place : places_) {
-        if (!place.shape || !hasBlock_(*place.shape)) continue;
+        if (!place.shape || !place.block) continue;
         ShapeSource own = place.shape->source();
         own.digest = place.written->digest;
         place.shape->setSource(std::move(own));
     }
+    learnBlocks_();
+}
+
+void Overlay::learnBlock_(const Place& place) const {
+    const ShapeSource& own = place.shape->source();
+    place.block = source_ && own.text == source_ ? std::optional(own.block) : std::nullopt;
+    place.loaded = own.digest;
+}
+
+void Overlay::learnBlocks_() {
+    ++revision_;
+    for (const Place& place : places_)
+        if (place.shape) learnBlock_(place);
 }
 
 void Overlay::restoreSource(std::shared_ptr<const halCore::ZEL::SourceText> source) {
     source_ = std::move(source);
-    ++revision_;
+    learnBlocks_();
 }
 
 std::vector<const Overlay::Place*> Overlay::placesOfBlocks_() const {
     std::vector<const Place*> places(source_ ? source_->blockCount() : 0);
     for (const Place& place : places_) {
-        if (!place.shape || !hasBlock_(*place.shape)) continue;
+        if (!place.shape || !place.block) continue;
         // Of copies the first one has the block.
-        const Place*& owner = places[place.shape->source().block];
+        const Place*& owner = places[*place.block];
         if (!owner) owner = &place;
     }
     return places;
@@ -224,7 +237,7 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
             continue;
         }
         Shape& shape = *owner->shape;
-        const std::uint64_t loaded = shape.source().digest;
+        const std::uint64_t loaded = owner->loaded;
         std::uint64_t now = owner->written->digest;
         if (how.referenceWritten != referenceWritten_) now = writer.add(shape).digest;
         any = any || now != 0 || loaded == 0;
@@ -247,7 +260,7 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
     writer.clear();
     for (const Place& place : places_) {
         if (!place.shape) continue;
-        if (hasBlock_(*place.shape) && owners[place.shape->source().block] == &place) continue;
+        if (place.block && owners[*place.block] == &place) continue;
         const bool isWritten = writer.add(*place.shape).digest != 0;
         if (!isWritten && skipped) skipped->push_back(place.shape->name());
     }
@@ -281,15 +294,17 @@ void Overlay::sumUp_() const {
     std::vector<bool> owned(source_ ? source_->blockCount() : 0);
     for (const Place& place : places_) {
         if (!place.shape) continue;
-        if (!place.written) place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
-        const std::uint64_t written = place.written->digest;
-        const std::size_t block = place.shape->source().block;
-        if (hasBlock_(*place.shape) && !owned[block]) {
-            owned[block] = true;
+        if (!place.written) {
+            place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
+            learnBlock_(place);
             tellWhatItBecomes_(place);
-            if (written == 0 && place.shape->source().digest != 0) continue;
+        }
+        const std::uint64_t written = place.written->digest;
+        if (place.block && !owned[*place.block]) {
+            owned[*place.block] = true;
+            if (written == 0 && place.loaded != 0) continue;
             // Blocks stand in the order of the text, whatever the order of the shapes.
-            fromBlocks += mixed(block + 1, written);
+            fromBlocks += mixed(*place.block + 1, written);
             any = true;
         } else if (written != 0) {
             // In their order: the same shapes in another order are another text.

@@ -182,6 +182,10 @@ class Overlay final : private ShapeKeeper {
         mutable std::optional<WrittenShape> written;
         /// Whether it has been told that its block becomes another one.
         mutable bool told = false;
+        /// Its block of the text, and what it was written as when that was read: beside the shapes, so that
+        /// nobody need look at those that have not changed. \see learnBlock_
+        mutable std::optional<std::size_t> block{};
+        mutable std::uint64_t loaded = 0;
     };
     /// The place of a number, or the one behind which it would stand.
     std::vector<Place>::iterator placeOf_(std::uint64_t number) {
@@ -198,10 +202,11 @@ class Overlay final : private ShapeKeeper {
     std::vector<const Place*> placesOfBlocks_() const;
     /// Whether the shape was not complete when it was loaded, and is not now: its block stays.
     bool staysInBlock_(const Place& place) const {
-        return hasBlock_(*place.shape) && place.shape->source().digest == 0 && place.written->digest == 0;
+        return place.block && place.loaded == 0 && place.written->digest == 0;
     }
-    /// Whether the text has a block of the shape's.
-    bool hasBlock_(const Shape& shape) const { return source_ && shape.source().text == source_; }
+    /// Looks which block of the text is the shape's.
+    void learnBlock_(const Place& place) const;
+    void learnBlocks_();
     void touchAll_();
     /// Says it when a shape has been changed that stays what it is only until then.
     static void tellWhatItBecomes_(const Place& place);
