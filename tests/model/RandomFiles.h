@@ -19,7 +19,10 @@ class RandomFiles {
         eol_ = random_.maybe() ? "\n" : "\r\n";
         std::string text = chance(5) ? "\xEF\xBB\xBF" : "";
         if (random_.maybe()) text += "# Of the harbour office" + eol_ + "version 2" + eol_ + eol_;
-        for (int i = random_.integer(1, 6); i > 0; --i) text += between() + block();
+        for (int i = random_.integer(1, 6); i > 0; --i) {
+            const std::string one = block();
+            text += between() + one + (chance(8) ? one : "");
+        }
         if (chance(6)) text += "start" + eol_ + "circle" + eol_ + "# without an end" + eol_;
         if (chance(4)) text.resize(text.size() - eol_.size());
         return text;
@@ -109,6 +112,9 @@ class RandomFiles {
             lines.push_back(point(relative ? "centerxy" : "centerll"));
         }
         const std::vector<std::string> extras{"# inside",
+                                              "# back\\",
+                                              std::string("# nul \0 x", 9),
+                                              "# \xff\xfe \"quoted  words",
                                               "// slashes",
                                               "comment words",
                                               "/one",
