@@ -99,6 +99,7 @@ void OverlayEditorDialog::show() {
     // It comes to the front; drawing and picking go on.
     if (open) return;
     setShowEditing_(true);
+    offerLost_();
 }
 
 void OverlayEditorDialog::hide() {
@@ -252,10 +253,18 @@ void OverlayEditorDialog::clear_() {
 bool OverlayEditorDialog::rescued_() {
     const std::string before = document_.rescueFile();
     const bool rescued = document_.rescue();
-    if (!rescued)
+    if (!rescued && std::exchange(insists_, false)) {
+        halNotify::notify(halNotify::Warning)
+            << "The unsaved shapes are given up without a rescue file; Undo brings them back";
+        return true;
+    }
+    if (!rescued) {
         widgets_->messages.offer(kDiscard);
-    else if (document_.rescueFile() != before)
+        refused_ = sender_;
+        refusedAt_ = std::chrono::steady_clock::now();
+    } else if (document_.rescueFile() != before) {
         widgets_->messages.offer(kRecover);
+    }
     answer_ = rescued ? Answer::Recover : Answer::Discard;
     return rescued;
 }
@@ -264,6 +273,8 @@ int OverlayEditorDialog::onCmdAnswer(PIObject*, void*) {
     widgets_->messages.clear();
     if (answer_ == Answer::Recover)
         loadOverlay_(document_.readFile(document_.rescueFile()));
+    else if (answer_ == Answer::Lost)
+        recoverLost_();
     else
         clear_();
     return 1;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -138,6 +140,9 @@ class OverlayEditorDialog {
     void updateSavedMark_();
     /// What is not saved is kept, and the user offered to go back. \return false when it could not be
     bool rescued_();
+    /// Says what a host that ended without a word has left, and offers to take it.
+    void offerLost_();
+    void recoverLost_();
     void clear_();
     /// Nothing of the shapes is shown, listed or drawn any more: they are about to go.
     void giveUpShapes_();
@@ -157,8 +162,16 @@ class OverlayEditorDialog {
     std::vector<void*> toLoad_;
     Shape* currentShape_ = nullptr;
     /// What the button behind the message does.
-    enum class Answer { Recover, Discard };
+    enum class Answer { Recover, Discard, Lost };
     Answer answer_ = Answer::Recover;
+    /// With what unsaved shapes were to be given up that could not be rescued, and when: used once more soon,
+    /// it gives them up.
+    const PIObject* refused_ = nullptr;
+    std::chrono::steady_clock::time_point refusedAt_;
+    const PIObject* sender_ = nullptr;
+    bool insists_ = false;
+    /// What is offered to be recovered.
+    std::optional<Document::Lost> lost_;
     int nameCounter_ = 1;
     /// The number of the shape that was added last, until its drawing has ended; 0 for none.
     std::uint64_t fresh_ = 0;

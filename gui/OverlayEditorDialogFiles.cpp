@@ -100,7 +100,10 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::loadOverlay_(Document::Reading reading) {
-    if (!reading.loaded.error.empty() || !rescued_()) return;
+    if (!reading.loaded.error.empty()) return;
+    // What goes back to its own file can be had again.
+    const bool goesBack = !reading.fileName.empty() && reading.fileName == document_.fileName();
+    if (!(goesBack && document_.history().holds()) && !rescued_()) return;
     giveUpShapes_();
     document_.take(std::move(reading));
     fillList_();

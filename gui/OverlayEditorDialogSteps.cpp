@@ -12,6 +12,10 @@ using Gesture = History::Gesture;
 void OverlayEditorDialog::commanded_(PIObject* sender) {
     const bool typed = dynamic_cast<PIGUI::PITextField*>(sender) || dynamic_cast<PIGUI::PISpinner*>(sender);
     document_.history().begin(typed ? Gesture::Typing : Gesture::Command, sender);
+    constexpr std::chrono::seconds soon{10};
+    insists_ = sender && sender == refused_ && std::chrono::steady_clock::now() - refusedAt_ < soon;
+    refused_ = nullptr;
+    sender_ = sender;
     widgets_->messages.commanded(sender);
 }
 

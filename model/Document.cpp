@@ -131,17 +131,21 @@ void Document::takeFile_(FileState file) {
 }
 
 History::Outcome Document::undo() {
-    history_.commit();
-    FileState file = fileState_();
-    const History::Outcome outcome = history_.undo(file);
-    takeFile_(std::move(file));
-    return outcome;
+    return step_(&History::undo);
 }
 
 History::Outcome Document::redo() {
+    return step_(&History::redo);
+}
+
+History::Outcome Document::step_(History::Outcome (History::*step)(FileState&)) {
+    history_.commit();
     FileState file = fileState_();
-    const History::Outcome outcome = history_.redo(file);
+    const std::uint64_t before = history_.fileSwitches();
+    const History::Outcome outcome = (history_.*step)(file);
     takeFile_(std::move(file));
+    // Of another file nobody knows which shapes differ from it.
+    if (history_.fileSwitches() != before) isSaved() ? journal_.settle() : journal_.unsettle();
     return outcome;
 }
 
@@ -333,6 +337,7 @@ bool Document::isKept_() const {
 void Document::keep_(unsigned long platform) {
     overlay_.keep();
     file_.keptPlatform = platform;
+    journal_.settle();
 }
 
 bool Document::isSaved() const {
@@ -461,6 +466,12 @@ void Document::reload_(bool emptied) {
 }
 
 bool Document::rescue(Rescue how) {
+    const bool rescued = rescue_(how);
+    if (how == Rescue::AtEnd) rescued ? journal_.end() : journal_.leave();
+    return rescued;
+}
+
+bool Document::rescue_(Rescue how) {
     if (overlay_.digest() != 0 && !isKept_()) {
         // Nobody attaches the file to what the overlay was attached to, but a fixed point is found again.
         const unsigned long platform = overlay_.attachedPlatformId();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "model/Attachment.h"
 #include "model/FileState.h"
 #include "model/History.h"
+#include "model/Journal.h"
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
 
@@ -39,6 +41,19 @@ class Document {
     /// Takes the last step back, or does the next one again, with the file that was edited then.
     History::Outcome undo();
     History::Outcome redo();
+
+    /// What a host that ended without a word has left of an overlay.
+    struct Lost {
+        std::unique_ptr<JournalFile> file;
+        JournalContents contents;
+        /// "Circle 1, Line 2"
+        std::string names() const;
+    };
+    /// The newest that nobody has; none without any shape is found.
+    std::optional<Lost> findLost() const;
+    /// Takes it as an overlay that is not saved, with the name and the platform that it had. Call rescue()
+    /// first.
+    void recover(Lost lost);
 
     /// While it is edited the shapes are drawn in place of the host's own display of the overlay. Not at
     /// first.
@@ -110,6 +125,9 @@ class Document {
     /// With what the overlay knows of it.
     FileState fileState_() const;
     void takeFile_(FileState file);
+    bool rescue_(Rescue how);
+    JournalHead journalHead_() const;
+    History::Outcome step_(History::Outcome (History::*step)(FileState&));
     /// The text is in a file.
     bool isKept_() const;
     /// What the overlay holds is what a file holds now.
@@ -135,6 +153,7 @@ class Document {
     bool editing_ = false;
     /// What the overlay itself knows of it, see fileState_.
     FileState file_;
+    Journal journal_{history_, [this] { return journalHead_(); }};
     std::string rescueFile_;
     /// The host's overlay of the blocks that no shape stands for, null while there is none.
     void* keptBlocks_ = nullptr;

@@ -11,6 +11,13 @@ namespace OverlayEditor {
 FileVersion::FileVersion(std::string path, std::string_view text)
     : path_(std::move(path)), hash_(hashOf(text)) {}
 
+FileVersion FileVersion::known(std::string path, std::size_t hash) {
+    FileVersion version;
+    version.path_ = std::move(path);
+    version.hash_ = hash;
+    return version;
+}
+
 std::size_t FileVersion::hashOf(std::string_view text) {
     return std::hash<std::string_view>()(text);
 }

@@ -17,6 +17,10 @@ class FileVersion {
     /// \param text what has just been read from the file or written to it
     FileVersion(std::string path, std::string_view text);
 
+    /// One that was known before, by its hash.
+    static FileVersion known(std::string path, std::size_t hash);
+    std::size_t hash() const { return hash_; }
+
     /// Empty for no file.
     const std::string& path() const { return path_; }
     bool isOf(const std::string& path) const { return !path.empty() && path == path_; }

@@ -75,6 +75,7 @@ void History::commitLater_() {
         if (!history) return;
         history->waiting_ = false;
         if (!history->pressed_) history->commit();
+        if (history->entryListener_) history->entryListener_();
     });
 }
 
@@ -122,6 +123,7 @@ void History::commit() {
     for (auto& [number, state] : now) {
         ShapeStatePtr before = stateByStep_(number);
         if (same(before, state)) continue;
+        changed_.insert(number);
         if (state)
             states_[number] = state;
         else
@@ -224,6 +226,12 @@ std::string History::redoName() const {
     return canRedo() ? steps_[done_].name() : std::string();
 }
 
+bool History::holds() const {
+    std::size_t bytes = 0;
+    for (const auto& [number, state] : states_) bytes += state->bytesBeyond(nullptr) + sizeof(Change);
+    return bytes < kMostBytes / 2;
+}
+
 std::uint64_t History::lastChanged() const {
     if (!canUndo() || steps_[done_ - 1].changes.size() != 1) return 0;
     const Change& change = steps_[done_ - 1].changes.front();
@@ -248,6 +256,7 @@ History::Outcome History::apply_(Step& step, bool back, FileState& file) {
     std::set<std::uint64_t> numbers;
     for (const Change& change : step.changes) {
         numbers.insert(change.shape);
+        changed_.insert(change.shape);
         const ShapeStatePtr& target = back ? change.before : change.after;
         if (target)
             states_[change.shape] = target;
@@ -256,10 +265,14 @@ History::Outcome History::apply_(Step& step, bool back, FileState& file) {
     }
     if (!(step.attachedBefore == step.attachedAfter))
         attached_ = back ? step.attachedBefore : step.attachedAfter;
-    if (step.file) std::swap(file, *step.file);
+    if (step.file) {
+        std::swap(file, *step.file);
+        ++fileSwitches_;
+    }
     selected_ = settled_ = back ? step.selectedBefore : step.selectedAfter;
     realize_(std::move(numbers));
     if (listener_) listener_();
+    commitLater_();
     return step.lists() ? Outcome::Listed : Outcome::Changed;
 }
 

@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/Attachment.h"
@@ -74,18 +75,29 @@ class History final : private OverlayWatcher {
     /// \param file becomes that of the file edited then
     Outcome undo(FileState& file);
     Outcome redo(FileState& file);
+    /// How often undone and redone steps have led to another file.
+    std::uint64_t fileSwitches() const { return fileSwitches_; }
+    /// Whether a step that replaces all shapes could be taken back.
+    bool holds() const;
     /// The number of the one shape that the last step has changed; 0 when it did something else.
     std::uint64_t lastChanged() const;
     /// Called when there are other steps, or another one would be undone next; empty for nobody.
     void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
+    /// Called at the end of an entry in which something may have changed, and after a step was undone or done
+    /// again; empty for nobody.
+    void setEntryListener(std::function<void()> listener) { entryListener_ = std::move(listener); }
 
     /// The selected shape's number, 0 for none. Steps bring it back; selecting is none by itself.
     std::uint64_t selected() const { return selected_; }
     void select(std::uint64_t number);
 
+    /// Has the entry listener called when this entry is over.
+    void noteEntry() { commitLater_(); }
     /// What the shapes are by the steps that are done, by number. Up to date after commit().
     using States = std::map<std::uint64_t, ShapeStatePtr>;
     const States& states() const { return states_; }
+    /// The numbers of those that have come, gone or changed since this was asked last.
+    std::set<std::uint64_t> takeChanged() { return std::exchange(changed_, {}); }
     const Attachment::State& attachment() const { return attached_; }
     /// A shape becomes what it was; the change is the user's.
     void restore(std::uint64_t number, const ShapeState& state);
@@ -142,6 +154,7 @@ class History final : private OverlayWatcher {
     std::optional<Attachment::State> lostAttached_;
 
     std::set<std::uint64_t> touched_;
+    std::set<std::uint64_t> changed_;
     std::optional<FileState> fileBefore_;
     std::string switchName_;
     bool applying_ = false;
@@ -152,7 +165,9 @@ class History final : private OverlayWatcher {
     std::deque<Step> steps_;
     std::size_t done_ = 0;
     std::size_t bytes_ = 0;
+    std::uint64_t fileSwitches_ = 0;
     std::function<void()> listener_;
+    std::function<void()> entryListener_;
 
     std::uint64_t gesture_ = 1;
     Gesture kind_ = Gesture::Command;

@@ -1,7 +1,11 @@
 #include "model/RescueFile.h"
 
+#include <algorithm>
 #include <ctime>
+#include <filesystem>
+#include <functional>
 #include <iomanip>
+#include <regex>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -25,6 +29,44 @@ std::string rescueStem() {
     return std::move(stem).str();
 }
 
+constexpr std::size_t kMostFiles = 20;
+
+/// Whether a name is one that rescueStem gives, and not one that somebody has made of it.
+bool isRescueName(const std::string& name) {
+    static const std::regex pattern(R"(Unsaved \d{4}-\d\d-\d\d \d\d-\d\d-\d\d( \d+)?\.zel)");
+    return std::regex_match(name, pattern);
+}
+
+/// The rescue files of a directory, the newest first.
+std::vector<std::string> rescueFilesIn(const std::string& directory) {
+    std::vector<std::pair<std::filesystem::file_time_type, std::string>> found;
+    for (const std::string& name : UTILS::namesIn(directory)) {
+        std::error_code gone;
+        const auto time = std::filesystem::last_write_time(directory + "/" + name, gone);
+        if (isRescueName(name) && !gone) found.emplace_back(time, directory + "/" + name);
+    }
+    std::ranges::sort(found, std::greater<>());
+    std::vector<std::string> paths;
+    for (auto& [time, path] : found) paths.push_back(std::move(path));
+    return paths;
+}
+
+std::string fileWith(const std::string& text, const std::string& directory) {
+    for (const std::string& path : rescueFilesIn(directory)) {
+        std::string kept;
+        std::error_code gone;
+        if (std::filesystem::file_size(path, gone) == text.size() && UTILS::readFile(path, kept).empty() &&
+            kept == text)
+            return path;
+    }
+    return {};
+}
+
+void dropOldest(const std::string& directory) {
+    const std::vector<std::string> paths = rescueFilesIn(directory);
+    for (std::size_t i = kMostFiles; i < paths.size(); ++i) UTILS::fileRemove(paths[i]);
+}
+
 }  // namespace
 
 std::string writeRescueFile(const std::string& text, bool atEnd) {
@@ -37,18 +79,23 @@ std::string writeRescueFile(const std::string& text, bool atEnd) {
             if (i > 0) path.append(" ").append(std::to_string(i + 1));
             return path + ".zel";
         };
-        std::string path;
-        const std::string error = UTILS::saveNewFile(name, text, path, UTILS::Rights::OwnersAlone);
+        // In the other one there are other people's files.
+        const bool own = directory == directories.front();
+        std::string path = own ? fileWith(text, directory) : std::string();
+        const std::string error =
+            path.empty() ? UTILS::saveNewFile(name, text, path, UTILS::Rights::OwnersAlone) : std::string();
         if (error.empty()) {
+            if (own) dropOldest(directory);
             halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
             return path;
         }
         const bool last = directory == directories.back();
         halNotify::notify(halNotify::Error)
             << "The unsaved shapes could not be written to " << path << ": " << error
-            << (!last   ? ""
-                : atEnd ? "; they are lost"
-                        : "; they stay in the editor");
+            << (!last ? ""
+                : atEnd
+                    ? "; they are lost"
+                    : "; they stay in the editor, unless you press the same button again within ten seconds");
     }
     return {};
 }

@@ -99,15 +99,56 @@ void SharedPoints::appendFrom_(const SharedPoints& other, std::size_t first, std
 std::vector<Vec3> SharedPoints::points() const {
     std::vector<Vec3> points;
     points.reserve(size_);
-    for (const Piece& piece : pieces_)
-        points.insert(points.end(), piece.begin(), piece.begin() + piece.count);
+    copyTo(points, 0, size_);
     return points;
 }
 
+void SharedPoints::copyTo(std::vector<Vec3>& points, std::size_t first, std::size_t count) const {
+    SharedPoints some;
+    some.appendFrom_(*this, first, count);
+    for (const Piece& piece : some.pieces_)
+        points.insert(points.end(), piece.begin(), piece.begin() + piece.count);
+}
+
 SharedPoints::Common SharedPoints::commonWith(const SharedPoints& other) const {
-    const std::vector<Vec3> points = other.points();
-    Common common{.front = commonFront_(points)};
-    common.back = std::min(commonBack_(std::span(points).subspan(common.front)), size_ - common.front);
+    Common common;
+    const std::size_t most = std::min(size_, other.size_);
+    std::size_t mine = 0;
+    std::size_t theirs = 0;
+    std::size_t inMine = 0;
+    std::size_t inTheirs = 0;
+    while (common.front < most) {
+        const Piece& a = pieces_[mine];
+        const Piece& b = other.pieces_[theirs];
+        const std::size_t some = std::min(a.count - inMine, b.count - inTheirs);
+        const Vec3* const from = a.begin() + inMine;
+        const Vec3* const to = b.begin() + inTheirs;
+        const std::size_t found = from == to ? some : sameFront(from, to, some);
+        common.front += found;
+        if (found < some) break;
+        inMine += some;
+        inTheirs += some;
+        if (inMine == a.count) ++mine, inMine = 0;
+        if (inTheirs == b.count) ++theirs, inTheirs = 0;
+    }
+    mine = pieces_.size();
+    theirs = other.pieces_.size();
+    inMine = inTheirs = 0;
+    while (common.back < most - common.front) {
+        const Piece& a = pieces_[mine - 1];
+        const Piece& b = other.pieces_[theirs - 1];
+        const std::size_t some =
+            std::min({a.count - inMine, b.count - inTheirs, most - common.front - common.back});
+        const Vec3* const from = a.begin() + (a.count - inMine - some);
+        const Vec3* const to = b.begin() + (b.count - inTheirs - some);
+        const std::size_t found = from == to ? some : sameBack(from, to, some);
+        common.back += found;
+        if (found < some) break;
+        inMine += some;
+        inTheirs += some;
+        if (inMine == a.count) --mine, inMine = 0;
+        if (inTheirs == b.count) --theirs, inTheirs = 0;
+    }
     return common;
 }
 
@@ -123,25 +164,7 @@ std::size_t SharedPoints::bytesBeyond(const SharedPoints* other) const {
 }
 
 bool SharedPoints::operator==(const SharedPoints& other) const {
-    if (size_ != other.size_) return false;
-    std::size_t mine = 0;
-    std::size_t theirs = 0;
-    std::size_t inMine = 0;
-    std::size_t inTheirs = 0;
-    for (std::size_t left = size_; left > 0;) {
-        const Piece& a = pieces_[mine];
-        const Piece& b = other.pieces_[theirs];
-        const std::size_t some = std::min(a.count - inMine, b.count - inTheirs);
-        const Vec3* const from = a.begin() + inMine;
-        const Vec3* const to = b.begin() + inTheirs;
-        if (from != to && !same(from, to, some)) return false;
-        left -= some;
-        inMine += some;
-        inTheirs += some;
-        if (inMine == a.count) ++mine, inMine = 0;
-        if (inTheirs == b.count) ++theirs, inTheirs = 0;
-    }
-    return true;
+    return size_ == other.size_ && commonWith(other).front == size_;
 }
 
 }  // namespace OverlayEditor

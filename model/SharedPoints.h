@@ -19,6 +19,8 @@ class SharedPoints {
 
     std::size_t size() const { return size_; }
     std::vector<halCore::Vec3> points() const;
+    /// Appends some of them to another list.
+    void copyTo(std::vector<halCore::Vec3>& points, std::size_t first, std::size_t count) const;
     /// How many points stand at both beginnings, and behind them at both ends.
     struct Common {
         std::size_t front = 0;

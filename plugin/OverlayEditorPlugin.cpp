@@ -94,6 +94,9 @@ int OverlayEditorPlugin::StartUp() {
         halNotify::notify(halNotify::Warning)
             << "Other plug-ins do not hear of what this editor saves: the service " << service_->name()
             << " could not be published";
+    if (!abandonedJournals().empty())
+        halNotify::notify(halNotify::Warning) << "Shapes that were not saved when the host ended last can be "
+                                                 "recovered: open \"Overlay Editor...\"";
     return 0;
 }
 

@@ -356,6 +356,7 @@ TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
 
     // What cannot be rescued stays listed.
     addCircle(1, 2, 500);
+    std::filesystem::remove_all(path("rescued"));
     write(path("rescued"), "a file where the directory should be");
     press("Delete All");
     EXPECT_THAT(list().items, ElementsAre("Inner", "Outer", "Circle 1"));

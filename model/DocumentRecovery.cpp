@@ -1,0 +1,120 @@
+#include <algorithm>
+
+#include "common/Files.h"
+#include "common/Notify.h"
+#include "common/Strings.h"
+#include "model/Document.h"
+#include "model/OverlayFile.h"
+#include "model/Utils.h"
+#include "pi/PIData.h"
+#include "pi/PIHALVIS.h"
+
+namespace OverlayEditor {
+
+namespace {
+
+/// The platform of the scenario that a journal means: numbers are given anew by each run of a host, names are
+/// not. 0 when there is none, or no telling.
+unsigned long platformOf(const Attachment::State& state) {
+    const auto platforms = PIData::getPlatformList();
+    const auto isIt = [&](std::uint64_t id) { return Utils::platformName(id) == state.name; };
+    if (std::ranges::find(platforms, state.platform) != platforms.end() && isIt(state.platform))
+        return state.platform;
+    return std::ranges::count_if(platforms, isIt) == 1 ? *std::ranges::find_if(platforms, isIt) : 0;
+}
+
+/// The blocks of the file, if it is still the one that was edited: shapes that were made of them are told.
+std::shared_ptr<const halCore::ZEL::SourceText> findBlocks(const JournalHead& head,
+                                                           const Preferences& preferences,
+                                                           std::vector<ShapeSource>& blocks) {
+    std::string text;
+    if (head.fileName.empty() || !UTILS::readFile(head.fileName, text).empty() ||
+        !head.known.is(head.fileName, text))
+        return nullptr;
+    const halNotify::Silence silence;
+    PointConverter anywhere;
+    const LoadResult loaded = loadOverlayText(std::move(text), {}, preferences, &anywhere, 0);
+    for (const auto& shape : loaded.shapes) blocks.push_back(shape->source());
+    return loaded.source;
+}
+
+}  // namespace
+
+std::string Document::Lost::names() const {
+    std::vector<std::string> names;
+    for (const auto& [number, state] : contents.shapes) names.push_back(state->name);
+    constexpr std::size_t few = 3;
+    return UTILS::listed(names, few);
+}
+
+std::optional<Document::Lost> Document::findLost() const {
+    for (const std::string& path : abandonedJournals()) {
+        Lost lost{JournalFile::take(path), {}};
+        std::string text;
+        if (!lost.file || !UTILS::readFile(path, text).empty()) continue;
+        lost.contents = readJournal(text);
+        if (!lost.contents.shapes.empty()) return lost;
+        lost.file->remove();
+    }
+    return std::nullopt;
+}
+
+JournalHead Document::journalHead_() const {
+    return {file_.name, file_.known, history_.attachment(), std::time(nullptr)};
+}
+
+void Document::recover(Lost lost) {
+    const JournalHead& head = lost.contents.head;
+    history_.commit();
+    history_.switchFile(fileState_(), "recover shapes");
+    overlay_.clearShapes(false);
+    overlay_.adopt(nullptr);
+    file_ = {};
+    cleanupPriorZEL_();
+
+    Attachment::State attached = head.attachment;
+    if (attached.platform != 0 && !attached.own) attached.platform = platformOf(attached);
+    const bool gone = attached.platform == 0 && head.attachment.platform != 0;
+    PointConverter there;
+    there.setReferenceLla(attached.reference, head.attachment.platform);
+    if (gone)
+        halNotify::notify(halNotify::Warning)
+            << attached.name
+            << " is not there: the recovered shapes stand where they stood, attached to nothing";
+    else
+        attachment_.restore(attached);
+    std::vector<ShapeSource> blocks;
+    const auto source = findBlocks(head, preferences_, blocks);
+    for (const auto& [number, state] : lost.contents.shapes) {
+        Shape* const shape = shapeKind(state->kind).make(preferences_).release();
+        shape->setName(state->name);
+        overlay_.addShape(shape);
+        if (!editing_) shape->setActive(false);
+        ShapeState whole = *state;
+        const auto block = std::ranges::find_if(blocks, [&](const ShapeSource& each) {
+            return state->source.digest != 0 && each.block == state->source.block;
+        });
+        whole.source = block != blocks.end() ? *block : ShapeSource();
+        whole.source.digest = state->source.digest;
+        shape->restore(whole, gone ? there : attachment_.converter(),
+                       gone ? there.refPlatformId() : overlay_.attachedPlatformId(),
+                       !gone && overlay_.counts() ? &attachment_.converter() : nullptr);
+        if (gone) shape->setAttachedPlatformId(0, nullptr, false);
+    }
+    overlay_.restoreSource(source);
+    file_.name = head.fileName;
+    file_.known = head.known;
+    if (void* const zel = file_.name.empty() ? nullptr : PIHALVIS::getZELObject(file_.name)) {
+        overlay_.setZelId(zel);
+        if (editing_) PIHALVIS::showZELFile(zel, false);
+    }
+    // No file holds it.
+    overlay_.setKept(~overlay_.digest());
+    if (lost.contents.damaged)
+        halNotify::notify(halNotify::Warning) << "The journal of the recovered shapes is damaged: look "
+                                                 "whether all of them are there, and whole";
+    journal_.unsettle();
+    journal_.adopt(std::move(lost.file));
+}
+
+}  // namespace OverlayEditor

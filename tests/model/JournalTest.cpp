@@ -1,0 +1,191 @@
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "common/Notify.h"
+#include "model/Document.h"
+#include "model/RandomShapes.h"
+#include "pi/EntryScope.h"
+#include "support/FakeHost.h"
+#include "support/TemporaryDirectory.h"
+
+namespace OverlayEditor {
+namespace {
+
+using halCore::Vec3;
+
+/// An editor in a host of its own, which may end without a word.
+struct Session {
+    explicit Session(const std::string& directory) {
+        host.eye = Vec3(0.4, -2.7, 1e6);
+        host.settings["AutoSaveZelDir"] = directory;
+        host.platforms[7].header.name = "Ship";
+        host.platforms[7].point.latRad = 0.3;
+        document = std::make_unique<Document>(preferences, overlay);
+        document->setEditing(true);
+    }
+    template <typename Action>
+    void act(Action action) {
+        const EntryScope entry;
+        document->history().begin(History::Gesture::Command);
+        action();
+    }
+    /// A second goes by.
+    void wait() {
+        for (int i = 0; i < 1000 && !host.timeouts.empty(); ++i) host.fireTimeouts();
+    }
+    std::vector<ShapeState> states() const {
+        std::vector<ShapeState> states;
+        for (const Shape* shape : overlay.shapes()) states.push_back(*shape->state());
+        return states;
+    }
+
+    FakeHost host;
+    Preferences preferences;
+    Overlay overlay;
+    std::unique_ptr<Document> document;
+};
+
+class JournalTest : public ::testing::Test {
+  protected:
+    std::vector<std::string> journals() const {
+        std::vector<std::string> paths;
+        for (const auto& entry : std::filesystem::directory_iterator(directory.path()))
+            if (entry.path().filename().string().starts_with(".overlayeditor-"))
+                paths.push_back(entry.path());
+        return paths;
+    }
+    /// What another process leaves that dies in the midst of a session.
+    template <typename Life>
+    void die(Life life) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            Session session(directory.path());
+            life(session);
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        ASSERT_EQ(status, 0);
+    }
+
+    halNotify::Silence silence;
+    TemporaryDirectory directory;
+};
+
+TEST_F(JournalTest, WhatADeadHostHadIsRecoveredToTheDigit) {
+    const auto draw = [&](Session& session) {
+        session.act([&] { session.document->attach(7, false); });
+        RandomShapes random(session.preferences);
+        const Vec3 near(0.3, 0.0, 0.0);
+        for (int kind = 0; kind < RandomShapes::kKinds; ++kind)
+            session.act([&] { session.overlay.addShape(random.make(kind, &near).release()); });
+        session.act(
+            [&] { session.overlay.addShape(new CylinderShape(session.preferences, CylinderShape::Arc)); });
+        session.act([&] {
+            auto* const line = new PolygonShape(session.preferences, PolygonShape::Line);
+            for (int i = 0; i < 20000; ++i) line->addPoint(Vec3(0.3, 1e-6 * i, 0.0));
+            session.overlay.addShape(line);
+        });
+        session.wait();
+        // Of a long line only what has changed is written.
+        const auto size = std::filesystem::file_size(journals().at(0));
+        auto* const line = dynamic_cast<PolygonShape*>(session.overlay.shapes().back());
+        session.act([&] { line->setPointAtIndex(10000, Vec3(0.31, 0.0, 5.0)); });
+        session.act([&] { line->deletePointAtIndex(10100); });
+        session.act([&] { session.overlay.shapes().front()->setName("Renamed"); });
+        session.act([&] { delete session.overlay.shapes()[3]; });
+        session.wait();
+        if (std::filesystem::file_size(journals().at(0)) > size + 5000) ::_exit(2);
+        struct stat info {};
+        if (::stat(journals().at(0).c_str(), &info) != 0 || (info.st_mode & 0777) != 0600) ::_exit(3);
+        // While its process lives nobody takes it.
+        if (!abandonedJournals().empty()) ::_exit(4);
+    };
+    die(draw);
+    ASSERT_EQ(journals().size(), 1U);
+    Session next(directory.path());
+    auto lost = next.document->findLost();
+    ASSERT_TRUE(lost);
+    EXPECT_FALSE(lost->contents.damaged);
+    EXPECT_EQ(lost->contents.shapes.size(), 17U);
+    EXPECT_EQ(lost->contents.shapes.begin()->second->name, "Renamed");
+    std::vector<ShapeState> expected;
+    for (const auto& [number, state] : lost->contents.shapes) expected.push_back(*state);
+    next.act([&] { next.document->recover(std::move(*lost)); });
+    EXPECT_EQ(next.overlay.attachedPlatformId(), 7U);
+    EXPECT_TRUE(next.states() == expected);
+    EXPECT_EQ(dynamic_cast<PolygonShape*>(next.overlay.shapes().back())->getNumPoints(), 19999U);
+    EXPECT_FALSE(next.document->isSaved());
+
+    // Until it is written again the old one stays; saving ends both.
+    EXPECT_EQ(journals().size(), 1U);
+    next.wait();
+    EXPECT_EQ(journals().size(), 1U);
+    EXPECT_TRUE(abandonedJournals().empty());
+    next.act([&] { next.overlay.shapes().back()->setName("Long"); });
+    next.act([&] { next.document->save(directory.path() + "/saved.zel"); });
+    EXPECT_THAT(journals(), ::testing::IsEmpty());
+    next.act([&] { next.document->undo(); });
+    next.wait();
+    EXPECT_EQ(journals().size(), 1U) << "undone, the file does not hold it";
+    next.act([&] { next.document->redo(); });
+    EXPECT_EQ(journals().size(), 0U);
+}
+
+TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
+    const auto circles = [](int count) {
+        return [count](Session& session) {
+            for (int i = 0; i < count; ++i) {
+                session.act([&] {
+                    RandomShapes random(session.preferences);
+                    session.overlay.addShape(random.make(0, nullptr).release());
+                });
+                session.wait();
+            }
+        };
+    };
+    die(circles(3));
+    const std::string first = journals().at(0);
+    std::filesystem::last_write_time(first,
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+    die(circles(5));
+    Session next(directory.path());
+    auto newest = next.document->findLost();
+    ASSERT_TRUE(newest);
+    EXPECT_EQ(newest->contents.shapes.size(), 5U);
+    auto oldest = next.document->findLost();
+    ASSERT_TRUE(oldest);
+    EXPECT_EQ(oldest->contents.shapes.size(), 3U) << "the other one is held";
+    EXPECT_FALSE(next.document->findLost());
+
+    // Whatever byte is broken, and wherever it ends, the rest is read.
+    std::ifstream file(newest->file->path(), std::ios::binary);
+    const std::string whole((std::istreambuf_iterator<char>(file)), {});
+    RandomShapes random(next.preferences);
+    for (int i = 0; i < 2000; ++i) {
+        std::string text = whole;
+        const auto at = static_cast<std::size_t>(random.integer(0, static_cast<int>(whole.size()) - 1));
+        if (random.maybe())
+            text.resize(at);
+        else
+            text[at] = static_cast<char>(text[at] ^ (1 << random.integer(0, 7)));
+        const JournalContents read = readJournal(text);
+        EXPECT_GE(read.shapes.size() + 1, text.size() == whole.size() ? 5U : 0U);
+        EXPECT_LE(read.shapes.size(), 5U);
+        for (const auto& [number, state] : read.shapes)
+            EXPECT_TRUE(*state == *newest->contents.shapes.at(number));
+    }
+}
+
+}  // namespace
+}  // namespace OverlayEditor
