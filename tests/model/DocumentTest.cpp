@@ -447,7 +447,16 @@ TEST_F(DocumentTest, TheOnlyCopyIsRescued) {
     std::filesystem::remove(file);
     EXPECT_FALSE(document->isSaved());
     clear();
-    EXPECT_EQ(rescued().size(), 2u);
+    EXPECT_EQ(rescued().size(), 1u) << "the same text is not written twice";
+    for (int i = 10; i < 40; ++i)
+        write("rescued/Unsaved 2026-01-01 00-00-" + std::to_string(i) + ".zel", "old");
+    write("rescued/Unsaved by hand.zel", "mine");
+    write("two.zel", offsets("ref 1 2 3\n"));
+    load(file);
+    std::filesystem::remove(file);
+    clear();
+    EXPECT_EQ(rescued().size(), 21u) << "the twenty newest, and what is none";
+    EXPECT_THAT(contentsOf(document->rescueFile()), HasSubstr("Leg"));
 }
 
 /// Open somebody's file, change one number, save: the diff is one line.
