@@ -101,6 +101,7 @@ class Reader {
         const bool isLatitude = letter == 'N' || letter == 'S';
         if (hemisphere_ != 0) return refuse("more than one hemisphere");
         if (hasSign_) return refuse("a sign and a hemisphere together");
+        if (options_.kind == AngleKind::Bearing) return refuse("this angle has no N, S, E or W");
         if (options_.kind == AngleKind::Latitude && !isLatitude) return refuse("a latitude is N or S");
         if (options_.kind == AngleKind::Longitude && isLatitude) return refuse("a longitude is E or W");
         hemisphere_ = letter;
@@ -171,7 +172,8 @@ class Reader {
             if (!takeAny(kMinuteMarks) && !takeLetter('M') && isSideOrSeconds())
                 return refuse("S could mean seconds or south");
         } else if (!takeAny(kSecondMarks) && isSideOrSeconds()) {
-            if (markCase_ == Case::Upper && hemisphere_ == 0 && options_.kind != AngleKind::Longitude &&
+            const bool maySouth = options_.kind == AngleKind::Any || options_.kind == AngleKind::Latitude;
+            if (markCase_ == Case::Upper && hemisphere_ == 0 && maySouth &&
                 !isHemisphereBehind(rest_.substr(1)))
                 return refuse("S could mean seconds or south");
             rest_.remove_prefix(1);
@@ -266,10 +268,23 @@ int readAngle(std::string_view text, double& radians, AngleReadOptions options, 
     return 1;
 }
 
+int maxAnglePrecision(AngleFormat format) {
+    switch (format) {
+        case AngleFormat::DegreesMinutes:
+            return 11;
+        case AngleFormat::DegreesMinutesSeconds:
+            return 9;
+        case AngleFormat::Decimal:
+        case AngleFormat::Degrees:
+            break;
+    }
+    return 12;
+}
+
 std::string writeAngle(double radians, AngleFormat format, int precision, AngleKind hemisphere) {
     const double degrees = std::abs(radians) * kDegreesPerRadian;
     if (!std::isfinite(degrees)) return {};
-    precision = std::clamp(precision, 0, kMaxAnglePrecision);
+    precision = std::clamp(precision, 0, maxAnglePrecision(format));
 
     std::string text;
     switch (format) {

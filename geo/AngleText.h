@@ -7,10 +7,15 @@
 namespace halCore {
 
 /// What an angle is, which decides the hemisphere letters and the range.
-enum class AngleKind { Any, Latitude, Longitude };
+enum class AngleKind {
+    Any,
+    Latitude,
+    Longitude,
+    Bearing  ///< has no hemisphere
+};
 
 struct AngleReadOptions {
-    /// Latitude refuses E and W, Longitude refuses N and S; Any takes all four.
+    /// Latitude refuses E and W, Longitude refuses N and S, Bearing all four; Any takes them.
     AngleKind kind = AngleKind::Any;
     /// Refuse more than 90 degrees for a latitude, 180 for a longitude, 360 otherwise.
     bool checkRange = false;
@@ -40,13 +45,14 @@ enum class AngleFormat {
     DegreesMinutesSeconds  ///< 21°18'30.00"
 };
 
-/// Most decimals that are written.
-inline constexpr int kMaxAnglePrecision = 12;
+/// Most decimals that are written. A text with more would not come back as it stands: radians have no more
+/// digits.
+int maxAnglePrecision(AngleFormat format);
 
-/// Writes an angle with `precision` decimals (0 to kMaxAnglePrecision, clamped) in its last part. With
-/// kind Latitude or Longitude a letter N, S, E or W ends the text; with Any a negative angle has a sign.
-/// Minutes and seconds are never written as 60, nor zero as negative. The text reads back to within half
-/// a unit of its last decimal. Empty for a value that is not finite in degrees.
+/// Writes an angle with `precision` decimals (0 to maxAnglePrecision, clamped) in its last part. With
+/// kind Latitude or Longitude a letter N, S, E or W ends the text; otherwise a negative angle has a sign.
+/// Minutes and seconds are never written as 60, nor zero as negative. Within a turn what is read from the
+/// text is written as the same text. Empty for a value that is not finite in degrees.
 std::string writeAngle(double radians, AngleFormat format, int precision,
                        AngleKind hemisphere = AngleKind::Any);
 

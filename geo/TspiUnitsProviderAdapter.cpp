@@ -8,6 +8,8 @@
 #include "common/NumberText.h"
 #include "common/Strings.h"
 #include "geo/AngleText.h"
+#include "geo/Angles.h"
+#include "geo/TypedText.h"
 
 namespace UTILS {
 namespace {
@@ -21,8 +23,8 @@ bool assign(UnitType_t& units, UnitType_t type, bool fits) {
     return fits;
 }
 
-int fail(std::string* error, std::string_view text, std::string_view reason) {
-    if (error) error->assign("Invalid value \"").append(excerpt(text)).append("\": ").append(reason);
+int fail(std::string* remark, std::string_view reason) {
+    if (remark) *remark = reason;
     return 1;
 }
 
@@ -34,9 +36,13 @@ struct NumberAndUnit {
 
 NumberAndUnit split(std::string_view text) {
     text = trimmed(text);
-    const std::size_t last = text.find_last_of("0123456789.");
+    const std::size_t last = text.find_last_of("0123456789");
     if (last == std::string_view::npos) return {text, {}};
-    return {trimmed(text.substr(0, last + 1)), trimmed(text.substr(last + 1))};
+    const std::size_t end = text.substr(last + 1).starts_with('.') ? last + 2 : last + 1;
+    std::string_view unit = trimmed(text.substr(end));
+    // An abbreviation's.
+    if (unit.ends_with('.')) unit.remove_suffix(1);
+    return {trimmed(text.substr(0, end)), unit};
 }
 
 /// Units as people write them beside the names and abbreviations of the menus.
@@ -51,15 +57,36 @@ constexpr std::array kSpellings = {
     Spelling{"kilometer", UnitType_t::Kilometers},
     Spelling{"kilometre", UnitType_t::Kilometers},
     Spelling{"kilometres", UnitType_t::Kilometers},
+    Spelling{"kms", UnitType_t::Kilometers},
+    Spelling{"centimeter", UnitType_t::Centimeters},
+    Spelling{"centimetre", UnitType_t::Centimeters},
+    Spelling{"centimetres", UnitType_t::Centimeters},
+    Spelling{"millimeter", UnitType_t::Millimeters},
+    Spelling{"millimetre", UnitType_t::Millimeters},
+    Spelling{"millimetres", UnitType_t::Millimeters},
     Spelling{"yard", UnitType_t::Yards},
+    Spelling{"yds", UnitType_t::Yards},
+    Spelling{"kiloyard", UnitType_t::Kiloyards},
     Spelling{"mile", UnitType_t::Miles},
+    Spelling{"sm", UnitType_t::Miles},
+    Spelling{"statute mile", UnitType_t::Miles},
+    Spelling{"statute miles", UnitType_t::Miles},
     Spelling{"foot", UnitType_t::Feet},
+    Spelling{"kilofoot", UnitType_t::Kilofeet},
     Spelling{"inch", UnitType_t::Inches},
     Spelling{"nmi", UnitType_t::NauticalMiles},
+    Spelling{"nms", UnitType_t::NauticalMiles},
     Spelling{"nautical mile", UnitType_t::NauticalMiles},
     Spelling{"fathom", UnitType_t::Fathoms},
     Spelling{"data mile", UnitType_t::DataMiles},
     Spelling{"mils", UnitType_t::Mils},
+    Spelling{"radian", UnitType_t::Radians},
+    Spelling{"rads", UnitType_t::Radians},
+    Spelling{"milliradian", UnitType_t::Milliradians},
+    Spelling{"mrads", UnitType_t::Milliradians},
+    Spelling{"degree", UnitType_t::Degrees},
+    Spelling{"degs", UnitType_t::Degrees},
+    Spelling{"\xC2\xB0", UnitType_t::Degrees},
 };
 
 UnitType_t typedUnits(std::string_view text) {
@@ -75,16 +102,25 @@ std::string formatLength(double meters, UnitType_t type, int precision) {
     return writeFixed(Units::METERS.convertTo(unitsGetUnits(type), meters), precision);
 }
 
-int parseLength(std::string_view text, UnitType_t type, double& meters, std::string* error) {
+int parseLength(std::string_view typed, UnitType_t type, double& meters, std::string* remark) {
+    const std::string text = plainText(typed);
     const auto [numberText, unit] = split(text);
-    if (!unit.empty()) type = typedUnits(unit);
-    if (!unitsIsLength(type)) return fail(error, trimmed(text), "not a unit of length");
     const std::optional<double> number = readNumber(numberText);
-    if (!number) return fail(error, trimmed(text), "not a number");
+    if (!number) {
+        const std::string advice = numberAdvice(text);
+        return fail(remark, !advice.empty() ? advice : text.empty() ? "no text" : "not a number");
+    }
+    if (!unit.empty()) type = typedUnits(unit);
+    if (!unitsIsLength(type)) return fail(remark, "not a unit of length");
     const double value = unitsGetUnits(type).convertTo(Units::METERS, *number);
-    if (!std::isfinite(value)) return fail(error, trimmed(text), "too large");
+    if (!std::isfinite(value)) return fail(remark, "too large");
     meters = value;
+    if (remark) remark->clear();
     return 0;
+}
+
+bool isDegrees(UnitType_t type) {
+    return unitsGetUnits(type) == Units::DEGREES;
 }
 
 /// An angle with a unit of measure behind it, or a plain number in `type`; none for anything else.
@@ -95,6 +131,11 @@ std::optional<double> parseMeasuredAngle(std::string_view text, UnitType_t type)
     const std::optional<double> number = readNumber(numberText);
     if (!number) return std::nullopt;
     return unitsGetUnits(type).convertTo(Units::RADIANS, *number);
+}
+
+/// Whether a text can only be meant in degrees.
+bool hasDegreeMark(std::string_view text) {
+    return text.find("\xC2\xB0") != std::string_view::npos || lowerCase(text).find('d') != std::string::npos;
 }
 
 std::string formatAngleAs(double radians, UnitType_t type, int precision, AngleKind kind) {
@@ -114,8 +155,9 @@ std::string formatAngleAs(double radians, UnitType_t type, int precision, AngleK
     }
 }
 
-int parsePosition(std::string_view text, AngleKind kind, double& radians, std::string* error) {
-    return halCore::readAngle(text, radians, {.kind = kind, .checkRange = true}, error);
+int parsePosition(std::string_view text, AngleKind kind, double& radians, std::string* remark) {
+    std::string own;
+    return readTypedAngle(text, kind, radians, remark ? *remark : own);
 }
 
 }  // namespace
@@ -160,30 +202,51 @@ std::string TspiUnitsProviderAdapter::formatLongitude(double radians) const {
     return formatAngleAs(radians, geodeticUnits_, precision_, AngleKind::Longitude);
 }
 
-int TspiUnitsProviderAdapter::parseRange(std::string_view text, double& meters, std::string* error) const {
-    return parseLength(text, rangeUnits_, meters, error);
+int TspiUnitsProviderAdapter::parseRange(std::string_view text, double& meters, std::string* remark) const {
+    return parseLength(text, rangeUnits_, meters, remark);
 }
 
-int TspiUnitsProviderAdapter::parseAltitude(std::string_view text, double& meters, std::string* error) const {
-    return parseLength(text, altitudeUnits_, meters, error);
+int TspiUnitsProviderAdapter::parseAltitude(std::string_view text, double& meters,
+                                            std::string* remark) const {
+    return parseLength(text, altitudeUnits_, meters, remark);
 }
 
-int TspiUnitsProviderAdapter::parseAngle(std::string_view text, double& radians, std::string* error) const {
-    const std::optional<double> measured = parseMeasuredAngle(text, angleUnits_);
-    if (!measured) return halCore::readAngle(text, radians, {}, error);
-    if (!std::isfinite(*measured)) return fail(error, trimmed(text), "too large");
-    radians = *measured;
+int TspiUnitsProviderAdapter::parseAngle(std::string_view typed, double& radians, std::string* remark) const {
+    const std::string text = plainText(typed);
+    std::string reason;
+    double value = 0.0;
+    if (const std::optional<double> measured = parseMeasuredAngle(text, angleUnits_)) {
+        value = *measured;
+    } else if (readTypedAngle(text, AngleKind::Bearing, value, reason) != 0) {
+        if (const std::string advice = numberAdvice(text); !advice.empty()) reason = advice;
+        return fail(remark, reason);
+    } else if (!isDegrees(angleUnits_) && !hasDegreeMark(text)) {
+        return fail(remark, "degrees and minutes need their marks here: type \"" +
+                                writeAngle(value, halCore::AngleFormat::DegreesMinutesSeconds, 0) + "\"");
+    }
+    // A full turn may lose a digit, or be rounded up where it is shown.
+    if (std::abs(value) > halCore::kTwoPi && formatAngle(std::abs(value)) != formatAngle(halCore::kTwoPi)) {
+        std::string reason = "more than one turn";
+        // Of far more turns no digit is left.
+        if (std::abs(value) < 1e3)
+            reason.append(": \"")
+                .append(formatAngle(halCore::wrapToTwoPi(value)))
+                .append("\" is the same direction");
+        return fail(remark, reason);
+    }
+    radians = value;
+    if (remark) remark->clear();
     return 0;
 }
 
 int TspiUnitsProviderAdapter::parseLatitude(std::string_view text, double& radians,
-                                            std::string* error) const {
-    return parsePosition(text, AngleKind::Latitude, radians, error);
+                                            std::string* remark) const {
+    return parsePosition(text, AngleKind::Latitude, radians, remark);
 }
 
 int TspiUnitsProviderAdapter::parseLongitude(std::string_view text, double& radians,
-                                             std::string* error) const {
-    return parsePosition(text, AngleKind::Longitude, radians, error);
+                                             std::string* remark) const {
+    return parsePosition(text, AngleKind::Longitude, radians, remark);
 }
 
 }  // namespace UTILS

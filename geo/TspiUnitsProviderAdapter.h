@@ -13,8 +13,9 @@ namespace UTILS {
 ///
 /// Formatting a value that is not finite gives an empty text. Parsing takes what was formatted and what
 /// people type: blanks around it, any number form, a unit of the same family behind it ("2.5 nm", "3
-/// feet", "1 mile") and, for angles, any degree form. It returns 0 and sets the value; otherwise
-/// non-zero, with the value left alone and the reason in `error`.
+/// feet", "1 mile") and, for angles, any degree form of readTypedAngle. It returns 0 and sets the value; then
+/// `remark` is empty or tells that the value is not the one that was typed. Otherwise it returns non-zero,
+/// with the value left alone and the reason in `remark`: what is wrong, or what to type instead.
 class TspiUnitsProviderAdapter {
   public:
     UnitType_t rangeUnits() const { return rangeUnits_; }
@@ -38,12 +39,14 @@ class TspiUnitsProviderAdapter {
     std::string formatLatitude(double radians) const;
     std::string formatLongitude(double radians) const;
 
-    int parseRange(std::string_view text, double& meters, std::string* error = nullptr) const;
-    int parseAltitude(std::string_view text, double& meters, std::string* error = nullptr) const;
-    int parseAngle(std::string_view text, double& radians, std::string* error = nullptr) const;
-    /// Beyond 90 and 180 degrees is refused.
-    int parseLatitude(std::string_view text, double& radians, std::string* error = nullptr) const;
-    int parseLongitude(std::string_view text, double& radians, std::string* error = nullptr) const;
+    int parseRange(std::string_view text, double& meters, std::string* remark = nullptr) const;
+    int parseAltitude(std::string_view text, double& meters, std::string* remark = nullptr) const;
+    /// An angle without a hemisphere, up to one turn either way. A plain number is in the user's unit.
+    /// Where the unit is not degrees, these need their marks ("10°30'").
+    int parseAngle(std::string_view text, double& radians, std::string* remark = nullptr) const;
+    /// In degrees; beyond 90 is refused, beyond 180, up to 360, is the same meridian, with a remark.
+    int parseLatitude(std::string_view text, double& radians, std::string* remark = nullptr) const;
+    int parseLongitude(std::string_view text, double& radians, std::string* remark = nullptr) const;
 
   private:
     UnitType_t rangeUnits_ = kDefaultLengthUnits;

@@ -16,6 +16,13 @@ void LlaEditGUI::setPosition(const PlacedPoint& point) {
     alt_.setValue(lla.alt());
 }
 
+void LlaEditGUI::setTaker(const Taker& taker) {
+    for (ValueUnitEntry* entry : {&lat_, &lon_, &alt_})
+        entry->setTaker([taker](const std::string& text, std::string& reason) {
+            return taker(text, UTILS::PlainPairs::All, reason);
+        });
+}
+
 std::optional<PlacedPoint> LlaEditGUI::edited() const {
     if (!placeEdited() && !alt_.edited()) return std::nullopt;
     return PlacedPoint(halCore::Vec3(lat_.value(), lon_.value(), alt_.value()));

@@ -13,6 +13,7 @@ class LlaEditGUI final : public PointEditor {
     void setPosition(const PlacedPoint& point) override;
     std::optional<PlacedPoint> edited() const override;
     bool placeEdited() const override { return lat_.edited() || lon_.edited(); }
+    void setTaker(const Taker& taker) override;
 
   private:
     std::array<Row*, 3> rows_() override { return {&lat_, &lon_, &alt_}; }

@@ -5,20 +5,28 @@
 
 #include "common/Strings.h"
 #include "geo/MgrsConvert.h"
+#include "geo/TypedText.h"
 
 namespace OverlayEditor {
 
 namespace {
 
-/// Easting and northing of a field such as "12345 67890", "12345/67890" or "1234567890".
+/// With blanks for the commas and slashes between the parts.
+std::string withBlanks(std::string_view typed) {
+    std::string text = UTILS::plainText(typed);
+    std::ranges::replace_if(
+        text, [](char c) { return c == ',' || c == '/' || c == '\t'; }, ' ');
+    return text;
+}
+
+/// Easting and northing of a field such as "12345 67890" or "1234567890".
 void splitNumbers(std::string_view text, std::string& easting, std::string& northing) {
     text = UTILS::trimmed(text);
-    const auto gap = text.find_first_of(" \t/");
+    const auto gap = text.find(' ');
     const auto middle = gap == std::string_view::npos ? (text.size() + 1) / 2 : gap;
     easting = text.substr(0, middle);
     std::string_view rest = text.substr(middle);
-    rest.remove_prefix(std::min(rest.find_first_not_of(" \t/"), rest.size()));
-    northing = rest;
+    northing = UTILS::trimmed(rest);
 }
 
 bool isLetter(char c) {
@@ -69,6 +77,13 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
     }
     halCore::Vec3 lla(position_.lat(), position_.lon(), alt_.value());
     const std::string error = read_(typed, lla);
+    // Whole numbers in the second field are easting and northing, whatever is wrong with them.
+    const auto plain = &edited == &numbers_ ? UTILS::PlainPairs::Decimals : UTILS::PlainPairs::All;
+    std::string reason;
+    if (!error.empty() && taker_ && taker_(edited.text(), plain, reason)) {
+        edited.refused().forget();
+        return true;
+    }
     if (error.empty()) {
         setPosition(PlacedPoint(lla));
     } else {
@@ -84,7 +99,15 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
     return error.empty();
 }
 
-std::string MgrsEditGUI::read_(const Texts& typed, halCore::Vec3& lla) {
+void MgrsEditGUI::setTaker(const Taker& taker) {
+    taker_ = taker;
+    alt_.setTaker([taker](const std::string& text, std::string& reason) {
+        return taker(text, UTILS::PlainPairs::All, reason);
+    });
+}
+
+std::string MgrsEditGUI::read_(const Texts& fields, halCore::Vec3& lla) {
+    const Texts typed{withBlanks(fields.square), withBlanks(fields.numbers)};
     std::string error, gzd, squareId, easting, northing, mgrs;
     // With letters the second field holds a whole reference, and the first is what it was before.
     const bool whole = std::ranges::any_of(typed.numbers, isLetter);

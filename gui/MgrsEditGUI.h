@@ -9,7 +9,8 @@
 namespace OverlayEditor {
 
 /// A position as an MGRS reference and an altitude. The reference is shown to the metre; one that is typed
-/// means the south-west corner of its square. A whole reference may be typed into either field.
+/// means the south-west corner of its square. A whole reference may be typed into either field, parted by
+/// blanks, commas or slashes.
 class MgrsEditGUI final : public PointEditor {
   public:
     explicit MgrsEditGUI(PanelBody& panel);
@@ -17,6 +18,7 @@ class MgrsEditGUI final : public PointEditor {
     void setPosition(const PlacedPoint& point) override;
     std::optional<PlacedPoint> edited() const override;
     bool placeEdited() const override { return referenceEdited_; }
+    void setTaker(const Taker& taker) override;
 
   private:
     /// One of the two fields of the reference.
@@ -53,8 +55,9 @@ class MgrsEditGUI final : public PointEditor {
     /// Of the position; empty where there are no references.
     Texts reference_() const;
     void showReference_();
-    static std::string read_(const Texts& typed, halCore::Vec3& lla);
+    static std::string read_(const Texts& fields, halCore::Vec3& lla);
 
+    Taker taker_;
     halCore::Vec3 position_;
     bool referenceEdited_ = false;
     TextRow square_;

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
+#include <string>
 
+#include "geo/TypedPosition.h"
 #include "gui/PanelRows.h"
 #include "model/PlacedPoint.h"
 
@@ -19,6 +22,10 @@ class PointEditor {
     virtual std::optional<PlacedPoint> edited() const = 0;
     /// Whether more than the height was typed since the last setPosition.
     virtual bool placeEdited() const = 0;
+    /// Asked about texts that are nothing by themselves: whether they are whole positions, which are then
+    /// taken. \see ValueUnitEntry::Taker
+    using Taker = std::function<bool(const std::string& text, UTILS::PlainPairs plain, std::string& reason)>;
+    virtual void setTaker(const Taker& taker) = 0;
     virtual void setShown(bool shown) {
         for (Row* row : rows_()) row->setShown(shown);
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "geo/Sodano.h"
 #include "model/Utils.h"
@@ -25,6 +26,7 @@ PointsGui::PointsGui(PanelBody& panel, bool closed)
       counter_(&steps_, ""),
       counterFiller_(panel.table(), ""),
       point_(panel) {
+    point_.allowSeveral();
     panel.add(*this);
 }
 
@@ -98,7 +100,10 @@ int PointsGui::onCmdDelete(PIObject*, void*) {
 
 bool PointsGui::takeEdit() {
     const auto edited = point_.edited();
-    if (points_ && edited) points_->setPlacedPointAtIndex(index_, *edited);
+    if (points_ && point_.taken().size() > 1)
+        points_->replacePointAtIndex(index_, std::vector(point_.taken().begin(), point_.taken().end()));
+    else if (points_ && edited)
+        points_->setPlacedPointAtIndex(index_, *edited);
     return edited.has_value();
 }
 

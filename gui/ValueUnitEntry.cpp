@@ -1,8 +1,8 @@
 #include "gui/ValueUnitEntry.h"
 
-#include <algorithm>
 #include <cmath>
 
+#include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/Wgs84.h"
 #include "gui/Captions.h"
@@ -68,34 +68,34 @@ bool ValueUnitEntry::takeEdit_() {
         return false;
     }
     double value = 0.0;
-    std::string error;
-    if (parse_(text, value, error) == 0) {
-        std::string_view reason = refusal(quantity_, value);
-        if (reason.empty() && check_) reason = check_(value);
-        if (!reason.empty())
-            error.append("Invalid value \"").append(UTILS::excerpt(text)).append("\": ").append(reason);
-    } else if (isWithComma_(text)) {
-        error.replace(error.rfind("\": ") + 3, std::string::npos, "use a point for decimals");
+    std::string remark;
+    const bool isValue = parse_(text, value, remark) == 0;
+    std::string reason = isValue ? std::string(refusal(quantity_, value)) : remark;
+    if (isValue && reason.empty() && check_) reason = check_(value);
+    if (!isValue && taker_) {
+        std::string taken;
+        if (taker_(text, taken)) {
+            refused_.forget();
+            return true;
+        }
+        // What looks like numbers may be a position to a field that wants one.
+        if (!taken.empty() && isCoordinate_()) reason = taken;
     }
-    if (!error.empty()) {
-        error.insert(0, name_ + ": ");
-        error.append("; understood are ").append(example_()).append("; still ").append(format_());
-        if (!refused_.refuse(text, error)) field_.setValue(format_());
+    if (!reason.empty()) {
+        std::string message = name_ + ": Invalid value \"";
+        message.append(UTILS::excerpt(text)).append("\": ").append(reason);
+        message.append("; understood are ").append(example_()).append("; still ").append(format_());
+        if (!refused_.refuse(text, message)) field_.setValue(format_());
         return false;
     }
     value_ = value;
     edited_ = true;
     refused_.forget();
     field_.setValue(format_());
+    if (!remark.empty())
+        halNotify::notify(halNotify::Warning) << name_ << ": \"" << UTILS::excerpt(text) << "\" is " << remark
+                                              << ", and taken as " << format_();
     return true;
-}
-
-bool ValueUnitEntry::isWithComma_(std::string text) const {
-    if (text.find(',') == std::string::npos) return false;
-    std::ranges::replace(text, ',', '.');
-    double value = 0.0;
-    std::string error;
-    return parse_(text, value, error) == 0;
 }
 
 std::string_view ValueUnitEntry::example_() const {
@@ -103,7 +103,9 @@ std::string_view ValueUnitEntry::example_() const {
         case Quantity::Altitude:
             return "\"120.5\" and \"300 ft\"";
         case Quantity::Angle:
-            return "\"45.5\" and \"45 30 0\"";
+            return UTILS::unitsGetUnits(preferences_.unitsProvider()->angleUnits()) == halCore::Units::DEGREES
+                       ? "\"45.5\" and \"45 30 0\""
+                       : "\"0.5\" and \"45.5 deg\"";
         case Quantity::Latitude:
             return "\"21 18 30 N\" and \"21.5\"";
         case Quantity::Longitude:
@@ -132,21 +134,21 @@ std::string ValueUnitEntry::format_() const {
     return {};
 }
 
-int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& error) const {
+int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& remark) const {
     const auto& units = *preferences_.unitsProvider();
     switch (quantity_) {
         case Quantity::Range:
         case Quantity::Radius:
         case Quantity::Size:
-            return units.parseRange(text, value, &error);
+            return units.parseRange(text, value, &remark);
         case Quantity::Altitude:
-            return units.parseAltitude(text, value, &error);
+            return units.parseAltitude(text, value, &remark);
         case Quantity::Angle:
-            return units.parseAngle(text, value, &error);
+            return units.parseAngle(text, value, &remark);
         case Quantity::Latitude:
-            return units.parseLatitude(text, value, &error);
+            return units.parseLatitude(text, value, &remark);
         case Quantity::Longitude:
-            return units.parseLongitude(text, value, &error);
+            return units.parseLongitude(text, value, &remark);
     }
     return 1;
 }

@@ -32,22 +32,27 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
     using Check = std::function<std::string_view(double)>;
     void setCheck(Check check) { check_ = std::move(check); }
 
+    /// Asked about every text that is no value: whether somebody else takes it, who has then done so.
+    /// Otherwise `reason` may tell why not.
+    using Taker = std::function<bool(const std::string& text, std::string& reason)>;
+    void setTaker(Taker taker) { taker_ = std::move(taker); }
+
     void notifyPrefsUpdate() override;
 
   private:
     /// Text that is no value of this kind is reported, and refused.
     bool takeEdit_() override;
     std::string format_() const;
-    int parse_(const std::string& text, double& value, std::string& error) const;
+    int parse_(const std::string& text, double& value, std::string& remark) const;
+    bool isCoordinate_() const { return quantity_ == Quantity::Latitude || quantity_ == Quantity::Longitude; }
     std::string unitText_() const;
-    /// Whether the text would be a value, were its commas points.
-    bool isWithComma_(std::string text) const;
     /// What is understood, for a message.
     std::string_view example_() const;
 
     const Preferences& preferences_;
     Quantity quantity_;
     Check check_;
+    Taker taker_;
     std::string name_;
     RefusedText refused_{field_};
     double value_ = 0.0;

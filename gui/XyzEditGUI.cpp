@@ -31,6 +31,13 @@ void XyzEditGUI::setPosition(const PlacedPoint& point) {
     nowhere_.setShown(shown_ && isNowhere_);
 }
 
+void XyzEditGUI::setTaker(const Taker& taker) {
+    for (ValueUnitEntry* entry : {&x_, &y_, &z_})
+        entry->setTaker([taker](const std::string& text, std::string& reason) {
+            return taker(text, UTILS::PlainPairs::None, reason);
+        });
+}
+
 void XyzEditGUI::setShown(bool shown) {
     PointEditor::setShown(shown);
     shown_ = shown;

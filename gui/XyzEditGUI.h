@@ -18,6 +18,8 @@ class XyzEditGUI final : public PointEditor {
     void setPosition(const PlacedPoint& point) override;
     std::optional<PlacedPoint> edited() const override;
     bool placeEdited() const override { return x_.edited() || y_.edited(); }
+    /// Plain numbers are offsets.
+    void setTaker(const Taker& taker) override;
     void setShown(bool shown) override;
 
   private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 
 #include "model/PlacedPoint.h"
 
@@ -25,6 +26,11 @@ class PointsContainer {
     }
     virtual void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) {
         setPointAtIndex(index, point.place);
+    }
+    /// Several points, one or more, in the place of one; behind the last point they are appended.
+    virtual void replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) {
+        setPlacedPointAtIndex(index, points.front());
+        for (const PlacedPoint& point : points.subspan(1)) insertPointAtIndex(++index, point.place);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "model/PolygonShape.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "model/LongitudeWalk.h"
 #include "model/PointsTool.h"
@@ -66,6 +67,15 @@ void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) 
 void PolygonShape::setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) {
     putPoint_(index, point);
     resetToolPoints_();
+}
+
+void PolygonShape::replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) {
+    const std::size_t at = std::min<std::size_t>(index, points_.size());
+    PlacedPoints replaced = points_;
+    bool taken = replaced.put(at, points.front());
+    for (std::size_t i = 1; i < points.size() && taken; ++i) taken = replaced.insert(at + i, points[i]);
+    if (accepted_(taken)) points_ = std::move(replaced);
+    pointsChanged_(at + points.size() - 1);
 }
 
 void PolygonShape::setPointAtIndex(unsigned long index, const Vec3& point) {

@@ -43,6 +43,7 @@ class PolygonShape : public PointsContainer,
     void deletePointAtIndex(unsigned long index) override;
     PlacedPoint placedPointAtIndex(unsigned long index) const override { return points_.at(index); }
     void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) override;
+    void replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) override;
 
     /// For the tool while a point is dragged: as setPointAtIndex, but the tool keeps its points.
     void mouseSetPointAtIndex(unsigned long index, const halCore::Vec3& point);

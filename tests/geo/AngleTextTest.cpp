@@ -120,7 +120,7 @@ TEST(WriteAngle, BearsAnyValueAndPrecision) {
     EXPECT_EQ(writeAngle(std::nan(""), AngleFormat::Decimal, 2), "");
     EXPECT_EQ(writeAngle(HUGE_VAL, AngleFormat::DegreesMinutesSeconds, 2), "");
     EXPECT_EQ(writeAngle(kDegree, AngleFormat::DegreesMinutesSeconds, -5), "1\u00B000'00\"");
-    EXPECT_EQ(writeAngle(0.0, AngleFormat::DegreesMinutes, 99), "0\u00B000.000000000000'");
+    EXPECT_EQ(writeAngle(0.0, AngleFormat::DegreesMinutes, 99), "0\u00B000.00000000000'");
     EXPECT_FALSE(writeAngle(1e300, AngleFormat::DegreesMinutesSeconds, 12).empty());
     for (const auto format :
          {AngleFormat::Decimal, AngleFormat::DegreesMinutes, AngleFormat::DegreesMinutesSeconds})

@@ -30,7 +30,7 @@ struct Field {
 const std::map<std::string, Field> kFields{
     {"range", {&Provider::formatRange, &Provider::parseRange, &Provider::rangeUnits, 1e7}},
     {"altitude", {&Provider::formatAltitude, &Provider::parseAltitude, &Provider::altitudeUnits, 1e7}},
-    {"angle", {&Provider::formatAngle, &Provider::parseAngle, &Provider::angleUnits, 7.0}},
+    {"angle", {&Provider::formatAngle, &Provider::parseAngle, &Provider::angleUnits, 2 * M_PI}},
     {"latitude", {&Provider::formatLatitude, &Provider::parseLatitude, &Provider::geodeticUnits, M_PI / 2}},
     {"longitude", {&Provider::formatLongitude, &Provider::parseLongitude, &Provider::geodeticUnits, M_PI}}};
 
@@ -119,55 +119,8 @@ TEST(UnitsProvider, FormatsInTheUsersUnits) {
     EXPECT_EQ(provider.formatLongitude(lon), "-158.000");
 }
 
-TEST(UnitsProvider, ParsesWhatPeopleType) {
-    Provider provider;
-    provider.setRangeUnits(UnitType_t::Kilometers);
-    provider.setAltitudeUnits(UnitType_t::Feet);
-    provider.setAngleUnits(UnitType_t::Mils);
-    for (const auto& row : test::rows(R"(
-range | 1500 | 1.5; +1.5 ;1.5 km;1500m;1.5e3 M;1500 meter;1500 metre;1500 metres;1.5 kilometer;1.5 Kilometres
-range | 1.5 | 1.5 m
-range | 3704 | 2 nm;2NM;2 Nautical Miles;2 nmi;2 nautical mile
-range | 1609.344 | 1 mile;1 mi
-range | 0.30479999 | 1 foot;1 ft;1 feet
-range | 0.025399999 | 1 inch;1in
-range | 0.91439997 | 1 yard;1yd
-range | 1.82879994 | 1 fathom
-range | 1828.800164446 | 1 data mile
-altitude | -0.91439997 | -3;-3 ft
-angle | 90 | 1600;1600 mils;1600 mil;90 deg;90°
-angle | 90.5 | 90d30m
-latitude | 21.3 | 21.3 deg;21.3;21 18.0
-longitude | -158.05 | 158 03 W;-158.05
-)",
-                                      3)) {
-        const Field& field = kFields.at(row[0]);
-        const double expected = std::stod(row[1]) * (field.most > 7.0 ? 1.0 : kRadiansPerDegree);
-        const test::CommaLocale locale;
-        for (const std::string& text : test::split(row[2], ";")) {
-            double value = 0.0;
-            EXPECT_EQ((provider.*field.parse)(text, value, nullptr), 0) << text;
-            EXPECT_DOUBLE_EQ(value, expected) << text;
-        }
-    }
-    for (const auto& row : test::rows(R"(
-range | ;  ;abc;1,000;5 secs;5 deg;nan;inf;1e308 km;m;5 m m
-altitude | 5 deg
-angle | 5 km;
-latitude | 90.001;10 E;21 18,6 S
-longitude | 181;10 N
-)",
-                                      2))
-        for (const std::string& text : test::split(row[1], ";")) {
-            double value = 42.0;
-            std::string error;
-            EXPECT_NE((provider.*kFields.at(row[0]).parse)(text, value, &error), 0) << text;
-            EXPECT_FALSE(error.empty()) << text;
-            EXPECT_EQ(value, 42.0);
-        }
-}
-
-/// Every choice of units and precision gives a text that reads back to within its last decimal.
+/// Every choice of units and precision gives a text that reads back to within its last decimal; in degrees
+/// and radians it is the same text then, also where the last part is nearly full.
 TEST(UnitsProviderProperty, RoundTrips) {
     std::mt19937_64 random(13);
     std::uniform_real_distribution<double> part(-1.0, 1.0);
@@ -180,13 +133,22 @@ TEST(UnitsProviderProperty, RoundTrips) {
         provider.setAngleUnits(any(angleUnitTypes()));
         provider.setGeodeticUnits(any(geodeticUnitTypes()));
         for (const auto& [name, field] : kFields) {
-            const double value = field.most * part(random);
+            double value = field.most * part(random);
+            const bool isAngle = field.most < 7.0;
+            if (isAngle && i % 3 == 0) {
+                const double full = (std::trunc(value / kRadiansPerDegree) + 1.0 / 60.0) * kRadiansPerDegree;
+                value = std::min(full - std::pow(10.0, -5.0 - 10.0 * std::abs(part(random))), field.most);
+            }
             const std::string text = (provider.*field.format)(value);
             double back = 0.0;
             ASSERT_EQ((provider.*field.parse)(text, back, nullptr), 0) << text;
             const double unit = unitsGetUnits((provider.*field.units)()).toBaseScalar();
             ASSERT_NEAR(back, value,
                         0.51 * std::pow(10.0, -provider.precision()) * unit + 2e-15 * field.most);
+            const UnitType_t type = (provider.*field.units)();
+            if (unitsGetUnits(type) == halCore::Units::DEGREES || type == UnitType_t::Radians) {
+                ASSERT_EQ((provider.*field.format)(back), text) << provider.precision();
+            }
         }
     }
 }

@@ -224,7 +224,7 @@ TEST_F(PanelsTest, NonsenseIsExplainedAndChangesNothing) {
                                                  "1e999", "--5",  "0x10",      "5 5 5 5"};
     const std::map<std::string, std::vector<std::string>> also = {
         {"Lat:", {"91", "5 E", "21 61 0", "-5 S"}},
-        {"Lon: ", {"181", "5 N", "158 30 61"}},
+        {"Lon: ", {"361", "5 N", "158 30 61"}},
         {"Alt:", {"5 deg", "1e10"}},
         {"X:", {"5 deg", "-1e10", "3e7"}},
         {"Y:", {"2e7"}},

@@ -1,0 +1,241 @@
+#include "geo/TypedPosition.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "common/NumberText.h"
+#include "common/Strings.h"
+#include "geo/MgrsConvert.h"
+#include "geo/TypedText.h"
+
+namespace UTILS {
+namespace {
+
+using halCore::AngleKind;
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isOf(std::string_view set, char c) {
+    return set.find(c) != std::string_view::npos;
+}
+
+std::vector<std::string> split(std::string_view text, std::string_view separators) {
+    std::vector<std::string> parts;
+    while (true) {
+        const std::size_t end = std::min(text.find_first_of(separators), text.size());
+        parts.emplace_back(trimmed(text.substr(0, end)));
+        if (end == text.size()) return parts;
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// Without brackets about the whole.
+std::string_view unwrapped(std::string_view text) {
+    text = trimmed(text);
+    while (text.size() >= 2 &&
+           ((text.front() == '(' && text.back() == ')') || (text.front() == '[' && text.back() == ']')))
+        text = trimmed(text.substr(1, text.size() - 2));
+    return text;
+}
+
+/// Without "Lat:" and the like; a separator stands where "Lon:" did, unless it began the text.
+std::string withoutNames(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        std::size_t letters = 0;
+        while (letters < text.size() && isLetter(text[letters])) ++letters;
+        const std::string word = lowerCase(text.substr(0, letters));
+        const bool isLat = word == "lat" || word == "latitude";
+        const bool isLon = word == "lon" || word == "long" || word == "lng" || word == "longitude";
+        if (!isLat && !isLon) {
+            const std::size_t taken = std::max<std::size_t>(letters, 1);
+            result += text.substr(0, taken);
+            text.remove_prefix(taken);
+            continue;
+        }
+        text = trimmed(text.substr(letters));
+        if (!text.empty() && isOf(":=", text.front())) text.remove_prefix(1);
+        const std::string_view before = trimmed(result);
+        result += !before.empty() && !isOf(",;/\t", before.back()) ? ";" : " ";
+    }
+    return result;
+}
+
+/// A latitude and a longitude, in the order that their letters tell.
+std::optional<TypedPosition> readPair(const std::string& first, const std::string& second,
+                                      std::string& reason) {
+    TypedPosition pair;
+    std::string remark;
+    std::string other;
+    if (readTypedAngle(first, AngleKind::Latitude, pair.lat, remark) == 0) {
+        if (readTypedAngle(second, AngleKind::Longitude, pair.lon, reason) != 0) return std::nullopt;
+        pair.lonWrapped = !reason.empty();
+        return pair;
+    }
+    reason = remark;
+    if (readTypedAngle(second, AngleKind::Latitude, pair.lat, other) != 0 ||
+        readTypedAngle(first, AngleKind::Longitude, pair.lon, other) != 0)
+        return std::nullopt;
+    // Only letters tell that the longitude comes first.
+    const auto hasSide = [](const std::string& text, std::string_view letters) {
+        return lowerCase(text).find_first_of(letters) != std::string::npos;
+    };
+    if (!hasSide(first, "ew") && !hasSide(second, "ns")) {
+        reason += "; the latitude comes first";
+        return std::nullopt;
+    }
+    pair.lonWrapped = !other.empty();
+    return pair;
+}
+
+/// Words between which a latitude may end: blanks, and the border behind or before a hemisphere.
+std::vector<std::string> words(std::string_view text) {
+    constexpr std::string_view sides = "NSEWnsew";
+    const bool isInFront = !text.empty() && isOf(sides, text.front());
+    std::string parted;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char before = i > 0 ? text[i - 1] : ' ';
+        const bool isSide =
+            isOf(sides, text[i]) && i > 0 && !isLetter(before) && i + 1 < text.size() && isDigit(text[i + 1]);
+        if (isSide && isInFront) parted += ' ';
+        parted += text[i];
+        if (isSide && !isInFront) parted += ' ';
+    }
+    std::vector<std::string> result = split(parted, " \t\n\r");
+    std::erase(result, "");
+    return result;
+}
+
+std::string joined(const std::vector<std::string>& parts, std::size_t from, std::size_t to) {
+    std::string text;
+    for (std::size_t i = from; i < to; ++i) text.append(i > from ? " " : "").append(parts[i]);
+    return text;
+}
+
+/// Whether something besides a blank tells that a latitude ends here; minutes might follow it.
+bool isBorder(const std::string& first, const std::string& second) {
+    constexpr std::string_view sides = "NSEWnsew";
+    const auto hasPoint = [](const std::string& part) { return part.find('.') != std::string::npos; };
+    const auto hasDegrees = [](const std::string& part) {
+        return part.find("\xC2\xB0") != std::string::npos || lowerCase(part).find('d') != std::string::npos;
+    };
+    // An s behind a number with marks ends its seconds.
+    const bool hasSide = isOf(sides, first.back()) && (first.back() != 's' || !hasDegrees(first));
+    return hasSide || isOf("+-NSEWnsew", second.front()) || (hasPoint(first) && hasPoint(second)) ||
+           hasDegrees(second);
+}
+
+/// A position whose parts only blanks part.
+TypedPositions readWords(std::string_view text) {
+    const std::vector<std::string> parts = words(text);
+    TypedPositions found;
+    std::string ignored;
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        const std::string first = joined(parts, 0, i);
+        const std::string second = joined(parts, i, parts.size());
+        if (!isBorder(first, second)) continue;
+        if (const auto pair = readPair(first, second, ignored)) found.positions.push_back(*pair);
+    }
+    if (found.positions.size() > 1)
+        return {{}, "it is not clear where the latitude ends: put a comma between both"};
+    if (!found.positions.empty() || parts.size() < 3) return found;
+    // Two decimal numbers, and what is behind them is an altitude.
+    const auto isDecimal = [](const std::string& word) {
+        return readNumber(word) && word.find('.') != std::string::npos;
+    };
+    if (!isDecimal(parts[0]) || !isDecimal(parts[1]) || !readNumber(parts[2])) return found;
+    if (auto position = readPair(parts[0], parts[1], ignored)) {
+        position->altitude = joined(parts, 2, parts.size());
+        found.positions.push_back(*position);
+    }
+    return found;
+}
+
+/// A position whose parts are parted by something else.
+TypedPositions readCells(std::string_view text) {
+    const bool hasCommas = text.find_first_of(";\t/") == std::string_view::npos;
+    const std::vector<std::string> cells = split(text, hasCommas ? "," : ";\t/");
+    for (std::size_t i = 1; i < cells.size() && hasCommas; ++i) {
+        const std::string& before = cells[i - 1];
+        const std::string& behind = cells[i];
+        const bool isTight = text.find(before + ',' + behind) != std::string_view::npos;
+        if (!isTight || before.empty() || behind.empty() || !isDigit(before.back()) ||
+            !isDigit(behind.front()) || (before + behind).find('.') != std::string::npos)
+            continue;
+        if (cells.size() > 2) return {{}, "put blanks behind the commas between numbers"};
+        return {{},
+                "a comma may be a point, or part two numbers: type \"" + before + "." + behind + "\" or \"" +
+                    before + ", " + behind + "\""};
+    }
+    if (!hasCommas && std::ranges::any_of(cells, [](auto& cell) { return isOf(cell, ','); }))
+        return {{}, "use points for decimals"};
+    if (cells.size() > 3) return {{}, "more than a position"};
+    std::string reason;
+    auto position = readPair(cells[0], cells[1], reason);
+    if (!position) return {{}, reason};
+    if (cells.size() > 2) position->altitude = cells[2];
+    return {{*position}, {}};
+}
+
+std::optional<TypedPosition> readReference(std::string_view text) {
+    std::string plain(text);
+    std::ranges::replace_if(
+        plain, [](char c) { return isOf(",/", c); }, ' ');
+    TypedPosition position;
+    // A square alone may be a word.
+    if (plain.empty() || !isDigit(trimmed(plain).back())) return std::nullopt;
+    if (MgrsConvert::mgrsToGeodetic(plain, position.lat, position.lon) != 0) return std::nullopt;
+    return position;
+}
+
+bool isPlainPair(std::string_view text) {
+    return text.find_first_not_of("+-0123456789.,;/ \t") == std::string_view::npos;
+}
+
+TypedPositions readLine(std::string_view line, PlainPairs plain) {
+    const std::string text = withoutNames(unwrapped(line));
+    const std::string_view rest = unwrapped(text);
+    if (const auto position = readReference(rest)) return {{*position}, {}};
+    if (isPlainPair(rest)) {
+        if (plain == PlainPairs::None) return {};
+        if (plain == PlainPairs::Decimals && rest.find_first_of(".-") == std::string_view::npos) return {};
+    }
+    return rest.find_first_of(",;\t/") == std::string_view::npos ? readWords(rest) : readCells(rest);
+}
+
+/// Pairs in one line, without a blank within.
+bool isRowOfPairs(const std::vector<std::string>& cells) {
+    return cells.size() > 1 && std::ranges::all_of(cells, [](const std::string& cell) {
+               const auto numbers = split(cell, ",");
+               return numbers.size() >= 2 && numbers.size() <= 3 &&
+                      std::ranges::all_of(numbers,
+                                          [](auto& number) { return readNumber(number).has_value(); });
+           });
+}
+
+}  // namespace
+
+TypedPositions readTypedPositions(std::string_view text, PlainPairs plain) {
+    std::vector<std::string> lines = split(plainText(text), "\n\r");
+    std::erase(lines, "");
+    if (lines.size() == 1)
+        if (auto cells = split(lines[0], " "); isRowOfPairs(cells)) lines = std::move(cells);
+    TypedPositions all;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        TypedPositions one = readLine(lines[i], plain);
+        if (one.positions.empty() && lines.size() > 1)
+            return {{},
+                    "line " + std::to_string(i + 1) + " is no position" +
+                        (one.reason.empty() ? "" : ": " + one.reason)};
+        if (one.positions.empty()) return one;
+        all.positions.push_back(std::move(one.positions.front()));
+    }
+    return all;
+}
+
+}  // namespace UTILS

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace UTILS {
+
+/// Latitude and longitude in radians, and the text of an altitude, if there was one.
+struct TypedPosition {
+    double lat = 0.0;
+    double lon = 0.0;
+    std::string altitude;
+    /// Of more than 180 degrees as typed.
+    bool lonWrapped = false;
+};
+
+struct TypedPositions {
+    /// Empty when the text holds none.
+    std::vector<TypedPosition> positions;
+    /// Why a text that looks like positions is none; empty for one that does not.
+    std::string reason;
+};
+
+/// Which pairs of plain numbers are a latitude and a longitude.
+enum class PlainPairs {
+    All,       ///< "45, -120"
+    Decimals,  ///< "45.5, -120.3"; whole numbers may be an easting and a northing
+    None       ///< they are offsets
+};
+
+/// Reads whole positions as people type and paste them, a line each: latitude and longitude in any form of
+/// readTypedAngle, parted by a comma, a semicolon, a slash, a tab or a blank ("45.5, -120.3",
+/// "21°18'30\"N 157°54'W", "W 157 54, N 21 18"), perhaps an altitude behind them, perhaps "Lat:" and "Lon:"
+/// in front, perhaps in brackets; or an MGRS reference ("4Q FJ 12345 67890"). Pairs without a blank
+/// in them may stand in one line ("45.5,-120.3 46,-121").
+TypedPositions readTypedPositions(std::string_view text, PlainPairs plain = PlainPairs::All);
+
+}  // namespace UTILS
