@@ -62,11 +62,19 @@ struct Parts {
     std::string_view gzdLetters() const { return {letters.data(), letters.size()}; }
 };
 
-std::string_view withoutQuotes(std::string_view text) {
-    const auto isOutside = [](char c) { return UTILS::isBlank(c) || c == '"' || c == '\''; };
+bool isQuote(char c) {
+    return c == '"' || c == '\'';
+}
+
+/// The text without quotes and outer blanks. \param store holds it when quotes stand within
+std::string_view withoutQuotes(std::string_view text, std::string& store) {
+    const auto isOutside = [](char c) { return UTILS::isBlank(c) || isQuote(c); };
     while (!text.empty() && isOutside(text.front())) text.remove_prefix(1);
     while (!text.empty() && isOutside(text.back())) text.remove_suffix(1);
-    return text;
+    if (std::none_of(text.begin(), text.end(), isQuote)) return text;
+    store = text;
+    std::erase_if(store, isQuote);
+    return store;
 }
 
 /// The metres that up to 11 digits of an easting or northing stand for.
@@ -86,7 +94,8 @@ bool readMeters(std::string_view digits, double& meters) {
 }
 
 int split(std::string_view text, Parts& parts, std::string* err) {
-    text = withoutQuotes(text);
+    std::string store;
+    text = withoutQuotes(text, store);
     const std::size_t zoneSize =
         static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) - text.begin());
     for (std::size_t i = 0; i < zoneSize && parts.zone <= kMaxZone; ++i)
@@ -170,13 +179,13 @@ int utmSquare(int zone, std::string_view letters, double easting, double northin
     if (letterAt(0) == letterIndex('X') && (zone == 32 || zone == 34 || zone == 36))
         return fail(err, "Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist.");
 
+    // Zone 32V is widened to the west at the cost of 31V.
+    if (zone == 31 && letterAt(0) == letterIndex('V') && letterAt(1) > letterIndex('D'))
+        return fail(err, "Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower.");
     const GridValues grid = getGridValues_(zone);
     const int column = letterAt(1) - grid.firstColumn;
     if (column < 0 || column >= kColumns)
         return fail(err, "Invalid MGRS coordinate: Grid column letter is out of range.");
-    // Zone 32V is widened to the west at the cost of 31V.
-    if (zone == 31 && letterAt(0) == letterIndex('V') && letterAt(1) > letterIndex('D'))
-        return fail(err, "Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower.");
     const int row = letterAt(2);
     if (row < 0 || row >= kRows || letters.size() != 3)
         return fail(err, "Invalid MGRS coordinate: Grid row letter is out of range.");

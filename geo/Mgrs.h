@@ -13,8 +13,9 @@ namespace halCore {
 /// northings metres.
 class Mgrs {
   public:
-    /// Takes what GeographicLib takes, quotes and blanks around it too, and puts it to the same place; only
-    /// 32X, 34X, 36X and 31V from column E on are refused, as those places belong to the zones beside them.
+    /// Takes what GeographicLib takes, quotes in it and blanks around it too, and puts it to the same place;
+    /// only 32X, 34X, 36X and 31V from column E on are refused, as those places belong to the zones beside
+    /// them.
     static int convertMgrsToGeodetic(std::string_view mgrs, double& lat, double& lon,
                                      std::string* err = nullptr);
 

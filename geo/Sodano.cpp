@@ -202,6 +202,8 @@ InverseSolution inverse(double lat1, double lon1, double lat2, double lon2) noex
     if (!isLatitude(lat1) || !isLatitude(lat2) || !std::isfinite(lon1) || !std::isfinite(lon2)) return {};
     lat1 = clampLatitude(lat1);
     lat2 = clampLatitude(lat2);
+    // A pole is one place, whatever its longitude.
+    if (lat1 == lat2 && std::abs(lat1) == kHalfPi) return {.valid = true};
     const double longitude = wrapToPi(lon2 - lon1);
 
     const Reduced beta1(lat1);

@@ -16,7 +16,8 @@ struct InverseSolution {
     /// False when an argument was not finite or a latitude lay beyond a pole; all else is then 0.
     bool valid = false;
     double distance = 0.0;
-    /// Direction at the first point, towards the second. 0 when the points coincide.
+    /// Direction at the first point, towards the second. 0 when the points coincide, as a pole does with
+    /// itself under another longitude.
     double azimuth1 = 0.0;
     /// Direction at the second point, onward, away from the first. 0 when the points coincide.
     double azimuth2 = 0.0;

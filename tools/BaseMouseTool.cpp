@@ -257,12 +257,19 @@ void BaseMouseTool::appendLLAText_(std::ostream& text, const Vec3& pos) const {
 }
 
 void BaseMouseTool::appendRange_(std::ostream& text, std::string_view label, double meters) const {
-    text << label << prefs_.unitsProvider()->formatRange(meters);
+    const auto& units = *prefs_.unitsProvider();
+    text << label << units.formatRange(meters) << ' ' << UTILS::unitsGetAbbreviation(units.rangeUnits());
 }
 
 void BaseMouseTool::appendBearing_(std::ostream& text, const Vec3& from, const Vec3& to) const {
     const double bearing = halCore::wrapToTwoPi(halCore::Sodano::inverse(from, to).azimuth1);
-    text << " T: " << prefs_.unitsProvider()->formatAngle(bearing);
+    const auto& units = *prefs_.unitsProvider();
+    text << " T: " << units.formatAngle(bearing);
+    // The forms of degrees have their marks.
+    using UTILS::UnitType_t;
+    if (units.angleUnits() != UnitType_t::DegreesMinutes &&
+        units.angleUnits() != UnitType_t::DegreesMinutesSeconds)
+        text << ' ' << UTILS::unitsGetAbbreviation(units.angleUnits());
 }
 
 void BaseMouseTool::notifyDrawDone_() {

@@ -61,7 +61,7 @@ TEST(Mgrs, BreaksAReferenceIntoItsParts) {
     std::string letters;
     double easting, northing;
     ASSERT_EQ(Mgrs::breakMgrsString(" '\"4qfj 12345 67890\" ", zone, letters, easting, northing), 1);
-    ASSERT_EQ(Mgrs::breakMgrsString(" \"4qfj1234567890\" ", zone, letters, easting, northing), 0);
+    ASSERT_EQ(Mgrs::breakMgrsString(" \"4q\"fj'12345'67890\" ", zone, letters, easting, northing), 0);
     EXPECT_EQ(zone, 4);
     EXPECT_EQ(letters, "QFJ");
     EXPECT_EQ(easting, 12345.0);
@@ -85,8 +85,8 @@ Invalid MGRS string: Numeric easting location is not a valid number. | 4QFJ1x34;
 Invalid MGRS string: Numeric northing location is not a valid number. | 4QFJ12-4
 Invalid MGRS coordinate: Latitude band letter is invalid. | 4AFJ;4IFJ
 Invalid MGRS coordinate: Zones 32X, 34X, and 36X do not exist. | 32XMH;34XDP;36XVP
-Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower. | 31VEH
-Invalid MGRS coordinate: Grid column letter is out of range. | 4QJJ;31VJH
+Invalid MGRS coordinate: Zone 31V must have grid column letter D or lower. | 31VEH;31VJH
+Invalid MGRS coordinate: Grid column letter is out of range. | 4QJJ;31NJH
 Invalid MGRS coordinate: Grid row letter is out of range. | 4QFW;4QFO
 Invalid MGRS coordinate: Northing is out of range. | 31NEV
 Grid column letter is not valid for provided GZD. | AAA;YAA
