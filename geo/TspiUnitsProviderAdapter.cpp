@@ -103,6 +103,7 @@ std::string formatLength(double meters, UnitType_t type, int precision) {
 }
 
 int parseLength(std::string_view typed, UnitType_t type, double& meters, std::string* remark) {
+    if (typed.size() > kLongestTyped) return fail(remark, "not a number");
     const std::string text = plainText(typed);
     const auto [numberText, unit] = split(text);
     const std::optional<double> number = readNumber(numberText);
@@ -212,6 +213,7 @@ int TspiUnitsProviderAdapter::parseAltitude(std::string_view text, double& meter
 }
 
 int TspiUnitsProviderAdapter::parseAngle(std::string_view typed, double& radians, std::string* remark) const {
+    if (typed.size() > kLongestTyped) return fail(remark, "a text that long is no angle");
     const std::string text = plainText(typed);
     std::string reason;
     double value = 0.0;

@@ -198,6 +198,7 @@ bool isPlainPair(std::string_view text) {
 }
 
 TypedPositions readLine(std::string_view line, PlainPairs plain) {
+    if (line.size() > kLongestTyped) return {};
     const std::string text = withoutNames(unwrapped(line));
     const std::string_view rest = unwrapped(text);
     if (const auto position = readReference(rest)) return {{*position}, {}};

@@ -215,6 +215,10 @@ std::string numberAdvice(std::string_view text) {
 }
 
 int readTypedAngle(std::string_view text, AngleKind kind, double& radians, std::string& remark) {
+    if (text.size() > kLongestTyped) {
+        remark = "a text that long is no angle";
+        return 1;
+    }
     const std::string plain = plainText(text);
     const auto read = [kind](const std::string& typed, double& value, std::string* reason) {
         return halCore::readAngle(withPartedRow(withPlainParts(typed)), value,

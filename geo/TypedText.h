@@ -9,6 +9,9 @@
 /// strictly.
 namespace UTILS {
 
+/// No value that a person types is longer.
+inline constexpr std::size_t kLongestTyped = 500;
+
 /// The text with the plain characters that look-alikes stand for: every kind of blank is one, every dash a
 /// minus, accents and typographic quotes are primes. Characters without a width are gone, and so are blanks
 /// at both ends.

@@ -376,7 +376,8 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     dialog->show();
     addCircle(1, 2, 500);
     form.type("Radius:", "45,5");
-    EXPECT_TRUE(says("Radius: Invalid value \"45,5\": use a point for decimals: \"45.5\"; understood are \"2.5\""));
+    EXPECT_TRUE(
+        says("Radius: Invalid value \"45,5\": use a point for decimals: \"45.5\"; understood are \"2.5\""));
     for (int i = 0; i < 3; ++i) host.fireTimeouts();
     EXPECT_TRUE(says("45,5")) << "nobody has done anything since";
     select(0);
