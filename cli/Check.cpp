@@ -26,6 +26,7 @@ int check(const CheckOptions& options) {
         ParseReport report;
         std::vector<halCore::ZEL::ParseMessage> silent;
         report.silent = &silent;
+        report.advisesOnPlaces = true;
         Parser::Shapes made;
         parser.parse(input.stream(), made, report);
         report.addUnterminatedBlock();

@@ -54,8 +54,6 @@ ShapeInfo describe(const ZelShape& shape) {
     ShapeInfo info;
     info.kind = ZelShape::shapeTypeToString(shape.shapeType());
     shape.getName(info.name);
-    if (const auto* const annotation = dynamic_cast<const Annotation*>(&shape))
-        info.name = annotation->label();
     const Extent extent = extentOf(shape);
     info.points = extent.points;
     info.bounds = extent.bounds;
@@ -178,6 +176,7 @@ int info(const InfoOptions& options) {
     const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
     Progress progress(totalSize(files));
     Json all = Json::array();
+    bool hasMessages = false;
     for (const std::string& file : files) {
         Input input(file, progress);
         const FileInfo described = describe(file, input.stream());
@@ -186,6 +185,7 @@ int info(const InfoOptions& options) {
             failures.report(file, error);
             continue;
         }
+        hasMessages = hasMessages || !described.report.messages.empty();
         if (options.json)
             all.push_back(toJson(described, options.summary));
         else
@@ -193,7 +193,8 @@ int info(const InfoOptions& options) {
     }
     // Names that are not UTF-8 must not end the whole list: JSON gets a replacement character.
     if (options.json) std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
-    return failures.any() ? kUnreadable : kClean;
+    if (failures.any()) return kUnreadable;
+    return hasMessages ? kMessages : kClean;
 }
 
 }  // namespace cli

@@ -8,6 +8,7 @@
 #include "format/FileNumber.h"
 #include "format/Keyword.h"
 #include "format/LabelText.h"
+#include "format/PlaceAdvice.h"
 #include "format/PlainPoint.h"
 #include "geo/Angles.h"
 #include "geo/Mgrs.h"
@@ -107,6 +108,10 @@ const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
     const char* stop = end - p >= window ? readPlainPoint(p, point) : nullptr;
     if (stop == nullptr) stop = scanPlainPoint(p, end, point);
     if (stop == nullptr) return nullptr;
+    // What there is to say of it takes its words.
+    if (absolute && messages_.advisesOnPlaces() &&
+        !(std::abs(point.x()) <= 90.0 && std::abs(point.y()) <= 360.0))
+        return nullptr;
     const bool taken =
         absolute
             ? record_.append(ParsedShape::PointType::Absolute,
@@ -254,7 +259,7 @@ void BlockReader::readImageOverlay_(std::string_view line, const char* end) {
 bool BlockReader::setShape_(ShapeType type) {
     const bool first = record_.shape() == ShapeType::None;
     if (!first) {
-        messages_.warning(lineNumber_, "Multiple shape keywords found in single start/end block");
+        messages_.warning(lineNumber_, kMultipleShapes);
         badBlock_ = true;
     }
     record_.setShape(type);
@@ -263,7 +268,7 @@ bool BlockReader::setShape_(ShapeType type) {
 
 void BlockReader::readKeyword_(const Keyword& keyword) {
     const std::string_view label = keyword.label.empty() ? keyword.text : keyword.label;
-    if (tokens_.endedInCapitalS()) warnOfCapitalS_(keyword);
+    if (tokens_.endedInCapitalS() || messages_.advisesOnPlaces()) advise_(keyword);
     switch (keyword.action) {
         case KeywordAction::Unknown:
             readUnknown_();
@@ -364,7 +369,9 @@ void BlockReader::readBox_() {
     if (tokens_.count() >= 7) record_.set(ShapeParameter::BoxHeight, tokens_[6]);
 }
 
-void BlockReader::warnOfCapitalS_(const Keyword& keyword) const {
+void BlockReader::advise_(const Keyword& keyword) const {
+    // Latitude and longitude; a box has two latitudes first.
+    const bool isBox = keyword.action == KeywordAction::Box;
     switch (keyword.action) {
         case KeywordAction::AbsolutePoint:
         case KeywordAction::AbsolutePosition:
@@ -374,15 +381,16 @@ void BlockReader::warnOfCapitalS_(const Keyword& keyword) const {
         default:
             return;
     }
-    for (const std::size_t word : {std::size_t{1}, std::size_t{2}}) {
-        std::string written(tokens_[word]);
-        if (!written.ends_with('s')) continue;
-        const auto read = readFileDegrees(written, AngleKind::Latitude);
-        written.back() = 'S';
-        const auto meant = readFileDegrees(written, AngleKind::Latitude);
-        if (read && meant && *read != *meant)
-            messages_.warning(lineNumber_,
-                              "The S of \"" + written + "\" is taken for seconds, not for south");
+    if (tokens_.count() < (isBox ? 6 : 3)) return;
+    if (tokens_.endedInCapitalS())
+        for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word)
+            messages_.advice(lineNumber_, adviceOnCapitalS(tokens_[word]));
+    if (!messages_.advisesOnPlaces()) return;
+    for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word) {
+        std::string text = adviceOnPlace(tokens_[word], tokens_[isBox ? word + 2 : 2]);
+        if (text.empty()) continue;
+        auto& told = silent_ != nullptr ? *silent_ : messages_.report()->messages;
+        told.push_back({lineNumber_, halNotify::Warning, std::move(text)});
     }
 }
 
@@ -412,6 +420,7 @@ void BlockReader::readGridPoint_() {
         error_({"Unable to convert MGRS coordinate to lat/lon"});
         return;
     }
+    messages_.advice(lineNumber_, adviceOnReference(tokens_[1], tokens_[2], tokens_[3]));
     record_.append(ParsedShape::PointType::Absolute, gridDegrees(lat), gridDegrees(lon), tokens_[2]);
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "format/LineTokens.h"
 #include "format/MessageSink.h"
@@ -54,8 +57,8 @@ class BlockReader {
     void readKeyword_(const Keyword& keyword);
     void readAnnotation_();
     void readBox_();
-    /// Warns of a latitude of the line that would be south with the capital S it was written with.
-    void warnOfCapitalS_(const Keyword& keyword) const;
+    /// Warns of places of the line that are perhaps not meant as they are read.
+    void advise_(const Keyword& keyword) const;
     void readColor_(const Keyword& keyword);
     void readGridPoint_();
     void readScaled_(const Keyword& keyword, double factor);

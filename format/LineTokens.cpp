@@ -108,6 +108,8 @@ void LineTokens::split(std::string_view line, Case letters) {
         }
         add_(joined_.data() + at, joined_.data() + joined_.size());
     }
+    if (endedInCapitalS_)
+        endedInCapitalS_ = line.find_first_of("abcdefghijklmnopqrstuvwxyz") != std::string_view::npos;
 }
 
 }  // namespace halCore::ZEL

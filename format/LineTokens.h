@@ -35,7 +35,7 @@ class LineTokens {
     }
     std::string_view line() const { return from(0); }
 
-    /// Whether a word that is now in lower case ended in a capital S.
+    /// Whether a word that is now in lower case ended in a capital S, in a line that is not all in capitals.
     bool endedInCapitalS() const { return endedInCapitalS_; }
 
   private:

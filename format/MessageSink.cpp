@@ -19,4 +19,12 @@ void MessageSink::warning(std::size_t line, std::string_view text) const {
         halNotify::notify(halNotify::Warning) << text;
 }
 
+void MessageSink::advice(std::size_t line, std::string_view text) const {
+    if (text.empty()) return;
+    if (report_ != nullptr)
+        report_->messages.push_back({line, halNotify::Warning, std::string(text)});
+    else if (halNotify::isNotifyEnabled(halNotify::Warning))
+        halNotify::notify(halNotify::Warning) << "ZEL warning: " << text << ", line: " << line;
+}
+
 }  // namespace halCore::ZEL

@@ -55,6 +55,10 @@ struct ParseReport {
     /// The "start" line of a last block that has no "end", otherwise 0. Its loss makes no message.
     std::size_t unterminatedBlock = 0;
 
+    /// Also asks for messages about places that lie beyond the globe or seem to be mistyped: among the silent
+    /// lines, when these are asked for.
+    bool advisesOnPlaces = false;
+
     /// Adds the message that reading does not make.
     void addUnterminatedBlock() {
         if (unterminatedBlock != 0)

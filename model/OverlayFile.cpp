@@ -27,8 +27,11 @@ void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName)
     for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
         if (messages[i].severity == halNotify::Error)
             sink.error(messages[i].line, {messages[i].text});
-        else
+        else if (messages[i].text == halCore::ZEL::kMultipleShapes)
             sink.warning(messages[i].line, messages[i].text);
+        else
+            halNotify::notify(halNotify::Warning)
+                << sourceName << ", line " << messages[i].line << ": " << messages[i].text;
     }
     if (messages.size() > most)
         halNotify::notify(halNotify::Warning)

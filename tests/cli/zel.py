@@ -96,13 +96,20 @@ class Zel(unittest.TestCase):
         self.assertIn("--in-place", self.zel("format", "--help")[0])
         self.assertRegex(self.zel("--version")[0], r"^zel \d")
 
+    def test_check_asks_about_places(self):
+        self.file("odd.zel", "start\npoints\nll 100 200\nll -157 21\nend\n")
+        out = self.zel("check", "--strict", "odd.zel", code=1)[0]
+        self.assertIn('odd.zel:3: warning: "100" is a latitude of 100 degrees\n', out)
+        self.assertIn("odd.zel:4: warning: ", out)
+        self.zel("info", "odd.zel")
+
     def test_info(self):
         self.file(
             "a.zel",
             "start\npoints\nlla 21.3 -158 10\nlla -1 2 30\naltitudeunits m\n3d name Größe\nend\n"
             "start\ncircle\ncenterxy 5 -6\nrangeunits m\nend\n"
             "start\nlatlonaltbox 40 30 10 20 0\nend\n"
-            "start\nannotation My_Label\nend\n",
+            "start\nannotation My_Label\n3d name Its_Name\nend\n",
         )
         table = self.zel("info", "a.zel")[0]
         self.assertIn("4 blocks, 4 shapes, 2 points, 0 messages", table)
@@ -118,8 +125,10 @@ class Zel(unittest.TestCase):
         )
         self.assertEqual(described["relativeBounds"]["northMin"], -6)
         self.assertEqual(described["kinds"], {"annotation": 1, "circle": 1, "latlonaltbox": 1, "points": 1})
-        self.assertEqual([s["name"] for s in described["list"]], ["Größe", "circle", "latlonaltbox", "My Label"])
+        self.assertEqual([s["name"] for s in described["list"]], ["Größe", "circle", "latlonaltbox", "Its_Name"])
         self.assertEqual(described["list"][3]["bounds"], None)
+        self.file("bad.zel", BAD)
+        self.assertIn("3 messages", self.zel("info", "bad.zel", code=1)[0])
         self.file("latin1.zel", b"start\ncircle\n3d name \xe9t\xe9\nend\n")
         self.assertEqual(json.loads(self.zel("info", "--json", "latin1.zel")[0])[0]["list"][0]["name"], "�t�")
 

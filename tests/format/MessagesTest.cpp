@@ -29,10 +29,35 @@ start;# kml_groundoverlay;circle;end | 3: Multiple shape keywords found in singl
 start;circle;Foo  BAR 1;3d wings;imageoverlay;end | 3: Found unknown ZEL command foo bar 1;4: Found unknown ZEL command 3d wings;5: Found unknown ZEL command imageoverlay | @
 @;start;circle |  | @
 // Only where small letters make another latitude of it.
-start;points;LL 21d18m36S 158;ll 21:18:36S 158;ll "21d18m36S" 158;ll 21d18m36s 158;ll -21d18m36S 158;end | 3: The S of "21d18m36S" is taken for seconds, not for south | start;points;lla 21.31 158 0;lla -21.31 158 0;lla -21.31 158 0;lla 21.31 158 0;lla -21.31 158 0;end
+start;points;LL 21d18m36S 158;ll 21:18:36S 158;ll "21d18m36S" 158;ll 21d18m36s 158;ll -21d18m36S 158;end | 3: 21d18m36S is read as 21.31 north, as words are in small letters: in quotes, "21d18m36S", it is 21.31 south | start;points;lla 21.31 158 0;lla -21.31 158 0;lla -21.31 158 0;lla 21.31 158 0;lla -21.31 158 0;end
+start;points;LL 21D18M36S 158D3M2S;ll 21 158d18m36S;end |  | start;points;lla 21.31 158.050555555556 0;lla 21 158.31 0;end
+start;points;mgrs 4QFJ 12345 67890;mgrs 4QFJ 123456;mgrs 4QFJ 1200;mgrs 4QFJ12346789 100 200;end | 3: 4QFJ is read as the corner of its square, at an altitude of 12345: written without blanks, 4QFJ1234567890, it is another place;4: 4QFJ is read as the corner of its square, at an altitude of 123456: written without blanks, 4QFJ123456, it is another place | start;points;lla 20.797189 -158.0391289 12345;lla 20.797189 -158.0391289 123456;lla 20.797189 -158.0391289 1200;lla 21.409797 -157.9161294 100;end
 )",
                                 3))
         EXPECT_EQ(read(text(row[0])), text(row[1]) + text(row[2])) << row[0];
+}
+
+/// Those who ask are told of places that nobody can mean.
+TEST(Messages, ofPlaces) {
+    for (const auto& row : rows(R"(
+ll 90 360;lla -90 -360 5;ll 21:18 -157:54;latlonaltbox 2 1 3 4 0 |
+ll 100 200 | "100" is a latitude of 100 degrees
+lla -157.5 21.3 0 | "-157.5" is a latitude of -157.5 degrees; are latitude and longitude changed over?
+ll 21 361 | "361" is a longitude of 361 degrees
+centerll 211836N 1575400W | "211836n" is a latitude of 211836 degrees; in degrees and minutes it is "21:18:36n"
+ll 2118.5s 5 | "2118.5s" is a latitude of -2118.5 degrees; in degrees and minutes it is "21:18.5s"
+ref 5 15754w 5 | "15754w" is a longitude of -15754 degrees; in degrees and minutes it is "157:54w"
+latlonaltbox 2 -91 3 4 0 | "-91" is a latitude of -91 degrees; are latitude and longitude changed over?
+)",
+                                2)) {
+        ParseReport report;
+        report.advisesOnPlaces = true;
+        Parser::Shapes shapes;
+        std::istringstream in("start\n" + lines(row[0]) + "points\nll 1 2\nend\n");
+        Parser().parse(in, shapes, report);
+        std::erase_if(report.messages, [](auto& message) { return message.text.starts_with("Multiple"); });
+        EXPECT_EQ(messages(report), row[1].empty() ? "" : "2: " + row[1] + "\n") << row[0];
+    }
 }
 
 /// A line that says too little, or what has no meaning, is reported and has no effect. "*" stands for the

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// What is said of places that are read as the format has it, but perhaps not as they were meant. Words are
+/// as the reader sees them, in small letters unless they are quoted. Each is empty when there is nothing to
+/// say.
+namespace halCore::ZEL {
+
+/// Of a latitude that ended in a capital S, which would be south.
+std::string adviceOnCapitalS(std::string_view latitude);
+
+/// Of a grid reference, and the words behind it: these look like its digits.
+std::string adviceOnReference(std::string_view reference, std::string_view second, std::string_view third);
+
+/// Of a latitude and a longitude: they lie beyond the globe, or seem to be changed over or to
+/// be degrees, minutes and seconds in a row of digits.
+std::string adviceOnPlace(std::string_view latitude, std::string_view longitude);
+
+}  // namespace halCore::ZEL
