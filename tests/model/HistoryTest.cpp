@@ -116,7 +116,7 @@ class Walk {
     }
     void movePlatforms_() {
         for (auto& [id, platform] : host_.platforms) {
-            if (id > 9) continue;  // the editor's own
+            if (platform.header.name != "P") continue;  // the editor's own
             const Vec3 at = random_.position(nullptr);
             platform.point.latRad = 0.8 * at.lat();
             platform.point.lonRad = at.lon();
