@@ -26,7 +26,7 @@ class Camera {
   public:
     static constexpr double kMinimumRange = 10.0;
     static constexpr double kMaximumRange = 2.0e8;
-    static constexpr double kFieldOfView = 0.6;  ///< vertical, radians
+    static constexpr double kFieldOfView = 0.8;  ///< vertical, radians
 
     /// The point that is looked at. Latitude is clamped to the poles, longitude wrapped into [-pi, pi].
     const halCore::Vec3& center() const { return center_; }

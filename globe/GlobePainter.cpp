@@ -1,10 +1,14 @@
 #include "globe/GlobePainter.h"
 
+#include <QFontMetricsF>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QPainter>
+#include <QStringList>
+#include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "geo/Ecef.h"
 #include "globe/BaseMap.h"
@@ -34,6 +38,29 @@ struct GlobePainter::Layers {
 };
 
 namespace {
+
+/// A dark strip that texts stand out on, whatever lies below.
+void paintStrip(QPainter& painter, const QRectF& area) {
+    painter.fillRect(area, QColor(8, 13, 20, 150));
+}
+
+/// What a screen text and its strip cover.
+QRectF areaOf(const ScreenText& text) {
+    const QFontMetricsF metrics(fontForFile(QString::fromStdString(text.fontFile), text.pixelSize));
+    const QStringList lines = QString::fromStdString(text.text).split(QLatin1Char('\n'));
+    double width = 0.0;
+    for (const QString& line : lines) width = std::max(width, metrics.horizontalAdvance(line));
+    if (width == 0.0) return {};
+    return QRectF(text.x, text.y, width, metrics.lineSpacing() * static_cast<double>(lines.size()))
+        .adjusted(-8.0, -4.0, 8.0, 5.0);
+}
+
+/// What the scale and its strip cover.
+QRectF areaOf(const ScaleBar& bar, const Camera& camera) {
+    const double width = std::max(bar.pixels, 60.0);
+    return {camera.width() - ScaleBar::kMargin - bar.pixels / 2.0 - width / 2.0 - 8.0,
+            camera.height() - ScaleBar::kMargin - 24.0, width + 16.0, 32.0};
+}
 
 /// The direction of a platform's heading on the screen, clockwise from up.
 double screenTurn(const Camera& camera, const PlatformMarker& platform) {
@@ -121,23 +148,31 @@ void GlobePainter::paintMapTexts(const GlobeFrame& frame, QPaintDevice& device) 
     if (!frame.map.graticule && !frame.map.scaleBar && !frame.map.names) return;
     const Camera& camera = frame.camera;
     QPainter painter(&device);
-    if (frame.map.names) {
-        const std::vector<DrawList::Label> names = BaseMap::names(camera);
-        std::vector<const DrawList::Label*> labels;
-        for (const DrawList::Label& name : names) labels.push_back(&name);
-        for (const PlacedLabel& placed : placeLabels(labels, camera))
-            layers_->sprites.drawTextCentered(painter, placed.x, placed.y,
-                                              QString::fromStdString(placed.label->text),
-                                              lookOf(*placed.label));
-    }
+    const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
+    // Others keep clear of the scale and of the hints.
+    std::vector<QRectF> taken;
+    if (frame.map.scaleBar) taken.push_back(areaOf(bar, camera));
+    for (const auto& [id, text] : frame.screenTexts) taken.push_back(areaOf(text));
+    const auto draw = [&](double x, double y, const QString& text, const TextLook& look) {
+        const QSizeF size(QFontMetricsF(look.font).horizontalAdvance(text),
+                          QFontMetricsF(look.font).height());
+        const QRectF area(QPointF(x - size.width() / 2.0, y - size.height() / 2.0), size);
+        if (std::ranges::any_of(taken, [&](const QRectF& other) { return other.intersects(area); })) return;
+        taken.push_back(area);
+        layers_->sprites.drawTextCentered(painter, x, y, text, look);
+    };
     const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
     if (frame.map.graticule)
         for (const GraticuleLabel& label : layers_->graticule.labels(camera))
-            layers_->sprites.drawTextCentered(painter, label.x, label.y, QString::fromStdString(label.text),
-                                              look);
+            draw(label.x, label.y, QString::fromStdString(label.text), look);
+    if (frame.map.names)
+        for (const DrawList::Label& name : BaseMap::names(camera)) {
+            const Projected place = camera.project(name.position);
+            draw(place.x, place.y, QString::fromStdString(name.text), lookOf(name));
+        }
     if (!frame.map.scaleBar) return;
+    paintStrip(painter, areaOf(bar, camera));
     constexpr double kTick = 5.0;
-    const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
     // At whole device pixels, filled: crisp and the same on every renderer.
     const auto whole = [&](double v) { return std::round(v * frame.pixelRatio) / frame.pixelRatio; };
     const double right = whole(camera.width() - ScaleBar::kMargin);
@@ -160,6 +195,7 @@ void GlobePainter::paintScreenTexts(const GlobeFrame& frame, QPaintDevice& devic
     for (const auto& [id, text] : frame.screenTexts) {
         const TextLook look{fontForFile(QString::fromStdString(text.fontFile), text.pixelSize), text.argb,
                             0xa0000000, 1};
+        if (const QRectF area = areaOf(text); !area.isEmpty()) paintStrip(painter, area);
         layers_->sprites.drawText(painter, text.x, text.y, QString::fromStdString(text.text), look);
     }
 }

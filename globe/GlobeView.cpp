@@ -5,6 +5,7 @@
 #include <QOpenGLFunctions>
 #include <QWheelEvent>
 #include <cmath>
+#include <utility>
 
 namespace sandbox {
 
@@ -253,8 +254,10 @@ void GlobeView::mousePressEvent(QMouseEvent* event) {
     const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), true);
     lastDrag_ = event->position();
     if (event->button() == Qt::LeftButton) pressTold_ = true;
+    pressedAt_.reset();
     if (!kind || listenerTakes(describe(*event, *kind))) return;
     flight_.reset();
+    if (event->button() == Qt::LeftButton) pressedAt_ = event->position();
     if (event->button() == Qt::LeftButton)
         grabbed_ = camera_.pick(event->position().x(), event->position().y());
     tilting_ = event->button() == Qt::MiddleButton;
@@ -266,12 +269,14 @@ void GlobeView::mouseReleaseEvent(QMouseEvent* event) {
         pressTold_ = false;
     }
     if (event->button() == Qt::MiddleButton) tilting_ = false;
-    if (const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), false))
-        listenerTakes(describe(*event, *kind));
+    const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), false);
+    const bool taken = kind && listenerTakes(describe(*event, *kind));
+    if (const auto at = std::exchange(pressedAt_, std::nullopt); at && !taken) emit clicked(at->x(), at->y());
 }
 
 void GlobeView::releaseUnseen() {
     pressTold_ = false;
+    pressedAt_.reset();
     grabbed_.reset();
     ViewMouseEvent release;
     release.kind = ViewMouseEvent::Kind::LeftRelease;
@@ -283,6 +288,8 @@ void GlobeView::releaseUnseen() {
 void GlobeView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
     if (pressTold_ && !(event->buttons() & Qt::LeftButton)) releaseUnseen();
+    constexpr double kStill = 3.0;
+    if (pressedAt_ && (at - *pressedAt_).manhattanLength() > kStill) pressedAt_.reset();
     if (!listenerTakes(describe(*event, ViewMouseEvent::Kind::Motion))) {
         if (grabbed_ && (event->buttons() & Qt::LeftButton)) {
             if (camera_.bring(*grabbed_, at.x(), at.y())) cameraMoved();
@@ -318,7 +325,7 @@ void GlobeView::wheelEvent(QWheelEvent* event) {
 }
 
 void GlobeView::leaveEvent(QEvent*) {
-    emit cursorMoved(false, 0.0, 0.0);
+    emit cursorLeft();
 }
 
 }  // namespace sandbox

@@ -37,6 +37,7 @@ class GlobeView : public QOpenGLWidget {
     /// An image of the whole earth, plate carrée, 180° West at its left edge. Without a readable image
     /// (the answer is false then) the globe is plain, with a graticule.
     bool setEarthImage(const QString& path);
+    const QImage& earthImage() const { return earthImage_; }
     static QString defaultEarthImage();
 
     const Camera& camera() const { return camera_; }
@@ -92,6 +93,9 @@ class GlobeView : public QOpenGLWidget {
   signals:
     /// The position under the cursor; `onEarth` is false (and the angles 0) when there is none.
     void cursorMoved(bool onEarth, double latitude, double longitude);
+    void cursorLeft();
+    /// The left button was pressed and released at a place, and nobody took it.
+    void clicked(double x, double y);
     void cameraChanged();
     void frameDrawn();
 
@@ -130,6 +134,7 @@ class GlobeView : public QOpenGLWidget {
     std::unique_ptr<GlobePainter> painter_;  // lives and dies with the context
     std::optional<halCore::Vec3> grabbed_;
     QPointF lastDrag_;
+    std::optional<QPointF> pressedAt_;  ///< with the left button, as long as the mouse stays there
     bool tilting_ = false;
     bool pressTold_ = false;
     std::uint64_t frameCount_ = 0;

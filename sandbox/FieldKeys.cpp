@@ -1,5 +1,6 @@
 #include "sandbox/FieldKeys.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -84,6 +85,10 @@ FieldKeys::FieldKeys() {
 }
 
 bool FieldKeys::eventFilter(QObject* watched, QEvent* event) {
+    // A button that is pressed by its letter takes no focus: what was typed would not be handed over first.
+    if (event->type() == QEvent::Shortcut && qobject_cast<QAbstractButton*>(watched))
+        if (QWidget* focused = QApplication::focusWidget(); focused && fieldOf(*focused))
+            static_cast<QWidget*>(watched)->setFocus(Qt::ShortcutFocusReason);
     if (event->type() != QEvent::ShortcutOverride) return false;
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget) return false;

@@ -5,6 +5,8 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <cstdlib>
 #include <utility>
 
@@ -14,17 +16,21 @@
 #include "geo/Angles.h"
 #include "globe/GlobeView.h"
 #include "globe/SceneExtent.h"
+#include "globe/ShapePick.h"
 #include "sandbox/ClockBar.h"
 #include "sandbox/FirstSteps.h"
 #include "sandbox/KeysDialog.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
-#include "sandbox/PictureOutput.h"
+#include "sandbox/Session.h"
+#include "sandbox/ShapeIcon.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/ViewMenu.h"
+#include "sandbox/ViewPicture.h"
 #include "sandbox/services/ContextMenu.h"
 #include "sandbox/services/FileDialogs.h"
 #include "sandbox/services/Services.h"
+#include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
 
@@ -67,6 +73,7 @@ PIMouseEventType_t typeOf(ViewMouseEvent::Kind kind) {
 
 const char* const kGeometryKey = "Host/Window";
 const char* const kLayoutKey = "Host/Layout";
+const char* const kTitleKey = "Host/PrintTitle";
 const char* const kGreetedKey = "Host/FirstStepsRead";
 
 std::uint32_t modifiersOf(unsigned modifiers) {
@@ -85,6 +92,7 @@ Host::Host(const QString& settingsFile)
       actions_(window_.actionsMenu(), *window_.menuBar(), settings_),
       fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)),
       files_(std::make_unique<UserFiles>(overlays_, scenario_, window_, *fileDialogs_, settings_, log_)),
+      session_(std::make_unique<Session>(*files_, overlays_, scenario_, window_.view(), settings_)),
       tracks_(window_.view().overlays(), scenario_),
       clockBar_(new ClockBar(scenario_)) {
     living = this;
@@ -207,6 +215,7 @@ void Host::connectWindow() {
     connect(&scenario_, &Scenario::platformRemoved, this, refreshSoon);
 
     connect(&window_, &MainWindow::savePictureRequested, this, &Host::savePictureByUser);
+    connect(&window_, &MainWindow::printRequested, this, &Host::printByUser);
     connect(&window_, &MainWindow::addPlatformRequested, this, &Host::addPlatformByUser);
     connect(&window_, &MainWindow::clearScenarioRequested, this,
             [this] { scenario_.clear(PIApplicationEvents_t::ScenarioCleared); });
@@ -224,10 +233,16 @@ void Host::connectWindow() {
         if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);
     });
     connect(&panel, &OverlayPanel::overlayMenuRequested, this, &Host::openOverlayMenu);
+    connect(&panel, &OverlayPanel::shapesWanted, this, &Host::listShapes);
+    connect(&view(), &GlobeView::clicked, this, &Host::selectShapeAt);
     connect(&panel, &OverlayPanel::platformMenuRequested, this, &Host::openPlatformMenu);
     connect(&panel, &OverlayPanel::overlayActivated, this, [this](void* handle) { showOverlays({handle}); });
     connect(&panel, &OverlayPanel::platformActivated, this, &Host::showPlatformFromAbove);
-    connect(&window_, &MainWindow::closing, this, &Host::closePlugins);
+    connect(&window_, &MainWindow::closeAllRequested, this, [this] { files_->closeAll(); });
+    connect(&window_, &MainWindow::closing, this, [this] {
+        session_->finish();
+        closePlugins();
+    });
 }
 
 void Host::refreshOverlayPanel() {
@@ -242,6 +257,29 @@ void Host::refreshOverlayPanel() {
                             overlay->shown, static_cast<int>(overlay->messages.size())});
     }
     window_.overlayPanel().setRows(platforms, overlays);
+}
+
+void Host::listShapes(void* handle) {
+    constexpr std::size_t kMost = 500;
+    const auto* overlay = handles_.find<LoadedOverlay>(handle);
+    const OverlayScene::Entry* entry = overlay ? view().overlays().find(overlay->sceneId) : nullptr;
+    if (!entry) return;
+    std::vector<OverlayPanel::ShapeRow> rows;
+    for (const auto& shape : entry->shapes) {
+        if (rows.size() == kMost) break;
+        rows.push_back({shapeTitle(*shape), shapeIcon(*shape)});
+    }
+    window_.overlayPanel().setShapes(handle, rows, entry->shapes.size() - rows.size());
+}
+
+void Host::selectShapeAt(double x, double y) {
+    const auto picked = pickShape(view().overlays(), view().camera(), x, y);
+    for (const LoadedOverlay* overlay : overlays_.files())
+        if (picked && overlay->sceneId == picked->overlay) {
+            window_.overlayPanel().selectShape(overlay->handle(), picked->shape);
+            return;
+        }
+    window_.overlayPanel().selectShape(nullptr, 0);
 }
 
 void Host::showOverlays(const std::vector<void*>& handles) {
@@ -410,7 +448,25 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
     menu->setAttribute(Qt::WA_DeleteOnClose);
     gathered->fill(*menu);
     handles_.remove(menuHandle);
+    if (any) addAttachMenu(*menu, overlays);
     menu->popup(globalPosition);
+}
+
+void Host::addAttachMenu(QMenu& menu, const std::vector<void*>& overlays) {
+    auto* attach = new QMenu("Attach To", &menu);
+    const auto offer = [&](const QString& name, std::uint64_t platform) {
+        attach->addAction(Caption::escaped(name), this, [this, overlays, platform] {
+            for (void* handle : overlays)
+                if (auto* overlay = handles_.find<LoadedOverlay>(handle))
+                    overlays_.attach(*overlay, platform);
+        });
+    };
+    offer("Nothing", 0);
+    attach->addSeparator();
+    for (const auto& [id, platform] : scenario_.platforms())
+        offer(QString::fromStdString(platform.header.name), id);
+    const QList<QAction*> items = menu.actions();
+    menu.insertMenu(items.isEmpty() ? nullptr : items.last(), attach);
 }
 
 void Host::openPlatformMenu(std::uint64_t id, const QPoint& globalPosition) {
@@ -422,16 +478,31 @@ void Host::openPlatformMenu(std::uint64_t id, const QPoint& globalPosition) {
 }
 
 void Host::savePictureByUser() {
-    const QImage picture = view().grabFrame();
-    const QString path = fileDialogs_->ask({.kind = FileDialogs::Kind::Save,
-                                            .title = "Save Picture",
-                                            .group = "Host",
-                                            .key = "LastPicture",
-                                            .startDirectory = {},
-                                            .filterRows = {"PNG pictures\t*.png"}});
+    const QString path =
+        fileDialogs_->ask({.kind = FileDialogs::Kind::Save,
+                           .title = "Save Picture",
+                           .group = "Host",
+                           .key = "LastPicture",
+                           .startDirectory = {},
+                           .filterRows = {"PNG pictures\t*.png", "SVG pictures, for print\t*.svg"}});
     if (path.isEmpty()) return;
-    if (const QString problem = savePicture(picture, path); !problem.isEmpty())
+    if (const QString problem = saveView(view(), window_.pictureSize(), path); !problem.isEmpty())
         log_.add(halNotify::Error, "host", QString("picture %1 cannot be written: %2").arg(path, problem));
+}
+
+void Host::printByUser() {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageOrientation(QPageLayout::Landscape);
+    printer.setDocName("HALVIS Sandbox");
+    QPrintDialog dialog(&printer, &window_);
+    if (dialog.exec() != QDialog::Accepted) return;
+    bool accepted = false;
+    const QString title = QInputDialog::getText(&window_, "Print", "Title:", QLineEdit::Normal,
+                                                settings_.value(kTitleKey), &accepted);
+    if (!accepted) return;
+    settings_.setValue(kTitleKey, title);
+    if (const QString problem = printView(view(), title, printer); !problem.isEmpty())
+        log_.add(halNotify::Error, "host", QString("the view cannot be printed: %1").arg(problem));
 }
 
 void Host::addPlatformByUser() {

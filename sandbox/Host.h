@@ -26,6 +26,7 @@ namespace sandbox {
 
 class ClockBar;
 class FileDialogs;
+class Session;
 class UserFiles;
 struct ViewMouseEvent;
 
@@ -65,6 +66,7 @@ class Host : public QObject {
     /// The mouse's place in the view, widget pixels; nothing while it is elsewhere.
     std::optional<QPoint> cursor() const { return cursor_; }
     UserFiles& files() { return *files_; }
+    Session& session() { return *session_; }
     /// Builds and pops up the menu that a right click in the overlay panel opens.
     void openOverlayMenu(const std::vector<void*>& handles, const QPoint& globalPosition);
     void openPlatformMenu(std::uint64_t id, const QPoint& globalPosition);
@@ -92,9 +94,14 @@ class Host : public QObject {
     QStringList dropLeftovers(Plugin& plugin);
     void showPlatform(std::uint64_t id);
     void refreshOverlayPanel();
+    void listShapes(void* handle);
+    /// Selects the shape that is seen at a pixel of the view in the panel.
+    void selectShapeAt(double x, double y);
     void lookAt(const std::vector<const OverlayScene::Entry*>& entries);
+    void addAttachMenu(QMenu& menu, const std::vector<void*>& overlays);
     void addPlatformByUser();
     void savePictureByUser();
+    void printByUser();
 
     Log log_;
     Settings settings_;
@@ -109,6 +116,7 @@ class Host : public QObject {
     FieldKeys fieldKeys_;
     std::unique_ptr<FileDialogs> fileDialogs_;
     std::unique_ptr<UserFiles> files_;
+    std::unique_ptr<Session> session_;
     TrackLines tracks_;
     ClockBar* clockBar_;
     std::vector<std::unique_ptr<Plugin>> plugins_;

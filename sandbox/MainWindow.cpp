@@ -1,5 +1,6 @@
 #include "sandbox/MainWindow.h"
 
+#include <QActionGroup>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -8,23 +9,18 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QStatusBar>
 
 #include "common/Notify.h"
 #include "globe/GlobeView.h"
 #include "sandbox/Log.h"
+#include "sandbox/LogPanel.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/PositionText.h"
 #include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
-
-namespace {
-
-constexpr int kLogLinesShown = 2000;
-
-}  // namespace
 
 MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
     setWindowTitle("HALVIS Sandbox");
@@ -39,8 +35,8 @@ MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
     statusBar()->addWidget(positionLabel_, 1);
     statusBar()->addPermanentWidget(rangeLabel_);
     connect(view_, &GlobeView::cursorMoved, this, &MainWindow::showCursor);
+    connect(view_, &GlobeView::cursorLeft, positionLabel_, &QLabel::clear);
     connect(view_, &GlobeView::cameraChanged, this, &MainWindow::showRange);
-    showCursor(false, 0.0, 0.0);
     showRange();
     resize(1280, 800);
 }
@@ -52,8 +48,21 @@ void MainWindow::buildMenus() {
     recentMenu_ = file->addMenu("Open &Recent");
     recentMenu_->setToolTipsVisible(true);
     setRecentFiles({});
+    file->addAction("&Close All", this, &MainWindow::closeAllRequested);
     file->addSeparator();
     file->addAction("&Save Picture...", this, &MainWindow::savePictureRequested);
+    QMenu* sizes = file->addMenu("Picture Si&ze");
+    pictureSizes_ = new QActionGroup(this);
+    for (const QSize size : {QSize(), QSize(1280, 800), QSize(1920, 1080), QSize(3840, 2160)}) {
+        QAction* action =
+            sizes->addAction(size.isEmpty() ? QString("As in the &Window")
+                                            : QString("%1 x %2").arg(size.width()).arg(size.height()));
+        action->setCheckable(true);
+        action->setData(size);
+        pictureSizes_->addAction(action);
+    }
+    pictureSizes_->actions().first()->setChecked(true);
+    file->addAction("&Print...", QKeySequence::Print, this, &MainWindow::printRequested);
     file->addSeparator();
     file->addAction("&Quit", QKeySequence::Quit, this, &QWidget::close);
 
@@ -77,16 +86,35 @@ void MainWindow::buildPanels(const Log& log) {
     overlays->setWidget(overlayPanel_);
     addDockWidget(Qt::RightDockWidgetArea, overlays);
 
-    logText_ = new QPlainTextEdit;
-    logText_->setReadOnly(true);
-    logText_->setMaximumBlockCount(kLogLinesShown);
-    logText_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    auto* logPanel = new LogPanel(log);
     auto* messages = new QDockWidget("Log", this);
     messages->setObjectName("Log");
-    messages->setWidget(logText_);
+    messages->setWidget(logPanel);
     addDockWidget(Qt::BottomDockWidgetArea, messages);
-    for (const LogEntry& entry : log.entries()) appendLogEntry(entry);
-    connect(&log, &Log::added, this, &MainWindow::appendLogEntry);
+
+    errorMark_ = new QPushButton;
+    errorMark_->setFlat(true);
+    errorMark_->setFocusPolicy(Qt::NoFocus);
+    errorMark_->setStyleSheet("color: white; background: #c0392b; padding: 0 6px; border-radius: 3px");
+    errorMark_->setToolTip("Shows the log");
+    errorMark_->hide();
+    statusBar()->addPermanentWidget(errorMark_);
+    const auto seen = [this] {
+        errors_ = 0;
+        errorMark_->hide();
+    };
+    connect(logPanel, &LogPanel::looked, this, seen);
+    connect(errorMark_, &QPushButton::clicked, this, [seen, messages] {
+        messages->show();
+        messages->raise();
+        seen();
+    });
+    connect(&log, &Log::added, this, [this](const LogEntry& entry) {
+        if (entry.severity > halNotify::Error || entry.severity == halNotify::Always) return;
+        ++errors_;
+        errorMark_->setText(errors_ == 1 ? QString("1 error") : QString("%1 errors").arg(errors_));
+        errorMark_->show();
+    });
 
     resizeDocks({overlays}, {240}, Qt::Horizontal);
     resizeDocks({messages}, {96}, Qt::Vertical);
@@ -94,21 +122,6 @@ void MainWindow::buildPanels(const Log& log) {
     viewMenu_ = menuBar()->addMenu("&View");
     viewMenu_->addAction(overlays->toggleViewAction());
     viewMenu_->addAction(messages->toggleViewAction());
-}
-
-void MainWindow::appendLogEntry(const LogEntry& entry) {
-    const QString line = entry.shown();
-    const bool dark = logText_->palette().color(QPalette::Base).lightness() < 128;
-    const char* color = nullptr;
-    if (entry.severity <= halNotify::Error)
-        color = dark ? "#ff7b6b" : "#c0392b";
-    else if (entry.severity == halNotify::Warning)
-        color = dark ? "#f0b454" : "#9a6009";
-    if (color)
-        logText_->appendHtml(QString("<span style=\"color:%1\">%2</span>")
-                                 .arg(color, line.toHtmlEscaped().replace('\n', "<br>")));
-    else
-        logText_->appendPlainText(line);
 }
 
 void MainWindow::setRecentFiles(const QStringList& paths) {
@@ -139,6 +152,10 @@ void MainWindow::showCursor(bool onEarth, double latitude, double longitude) {
 
 void MainWindow::showRange() {
     rangeLabel_->setText("Range " + lengthText(view_->camera().range()));
+}
+
+QSize MainWindow::pictureSize() const {
+    return pictureSizes_->checkedAction()->data().toSize();
 }
 
 QString MainWindow::statusText() const {

@@ -4,16 +4,16 @@
 #include <cstdint>
 #include <vector>
 
+class QActionGroup;
 class QLabel;
 class QMenu;
-class QPlainTextEdit;
+class QPushButton;
 
 namespace sandbox {
 
 class GlobeView;
 class Log;
 class OverlayPanel;
-struct LogEntry;
 
 /// The host's window: the globe, menus, the panels of overlays and messages, the status bar. It holds no
 /// state of its own and only says what the user asked for.
@@ -33,12 +33,16 @@ class MainWindow : public QMainWindow {
 
     /// The files of the "Open Recent" menu, latest first.
     void setRecentFiles(const QStringList& paths);
+    /// Of the pictures that are saved; empty for that of the view.
+    QSize pictureSize() const;
     /// The text of the status bar about the cursor and the camera.
     QString statusText() const;
 
   signals:
     void openOverlayRequested();
+    void closeAllRequested();
     void savePictureRequested();
+    void printRequested();
     void addPlatformRequested();
     void clearScenarioRequested();
     void openPlatformsRequested();
@@ -56,7 +60,6 @@ class MainWindow : public QMainWindow {
   private:
     void buildMenus();
     void buildPanels(const Log& log);
-    void appendLogEntry(const LogEntry& entry);
     void showCursor(bool onEarth, double latitude, double longitude);
     void showRange();
 
@@ -66,8 +69,10 @@ class MainWindow : public QMainWindow {
     QMenu* scenarioMenu_ = nullptr;
     QMenu* viewMenu_ = nullptr;
     QMenu* recentMenu_ = nullptr;
+    QActionGroup* pictureSizes_ = nullptr;
     OverlayPanel* overlayPanel_ = nullptr;
-    QPlainTextEdit* logText_ = nullptr;
+    QPushButton* errorMark_ = nullptr;  ///< while there are errors that nobody has looked at
+    int errors_ = 0;
     QLabel* positionLabel_ = nullptr;
     QLabel* rangeLabel_ = nullptr;
 };

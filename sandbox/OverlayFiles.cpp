@@ -144,6 +144,14 @@ void OverlayFiles::show(LoadedOverlay& overlay, bool shown) {
     if (!overlay.isStream()) emit filesChanged();
 }
 
+void OverlayFiles::attach(LoadedOverlay& overlay, std::uint64_t platform) {
+    if (overlay.platform == platform) return;
+    const std::string path = overlay.path;
+    const bool shown = overlay.shown;
+    // First, so that an overlay that cannot be read any more stays.
+    if (loadFile(path, platform, shown)) unload(overlay);
+}
+
 std::vector<LoadedOverlay*> OverlayFiles::findAll(const std::string& path) const {
     auto found = files();
     std::erase_if(found,

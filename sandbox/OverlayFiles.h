@@ -56,6 +56,8 @@ class OverlayFiles : public QObject {
     bool reload(LoadedOverlay& overlay);
     void unload(LoadedOverlay& overlay);
     void show(LoadedOverlay& overlay, bool shown);
+    /// Puts a file's overlay on another platform, or on none (0): it is unloaded, and loaded there.
+    void attach(LoadedOverlay& overlay, std::uint64_t platform);
 
     /// The file's overlays, found whatever way its path is written: one for each platform that it was
     /// loaded for.

@@ -1,6 +1,5 @@
 #include "sandbox/RenderCommand.h"
 
-#include <QBuffer>
 #include <QColor>
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -19,11 +18,10 @@
 #include "globe/Camera.h"
 #include "globe/GlobePicture.h"
 #include "globe/GlobeView.h"
-#include "globe/PrintPicture.h"
 #include "globe/SceneExtent.h"
 #include "sandbox/OverlayNotes.h"
-#include "sandbox/PictureOutput.h"
 #include "sandbox/SizeText.h"
+#include "sandbox/ViewPicture.h"
 
 namespace sandbox {
 
@@ -209,24 +207,6 @@ Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
     return camera;
 }
 
-/// Vectors, over a picture of what has none. \return empty, or why not
-QString print(const GlobeFrame& frame, GlobePicture& picture, const QString& file) {
-    const OverlayScene pictures = picturesOf(frame.overlays);
-    QImage ground;
-    if (frame.backdrop.earth || !pictures.entries().empty())
-        ground = picture.draw({.camera = frame.camera,
-                               .pixelRatio = frame.pixelRatio,
-                               .backdrop = {.earth = frame.backdrop.earth, .color = QColor(0, 0, 0, 0)},
-                               .map = {.land = frame.map.land},
-                               .overlays = pictures,
-                               .platforms = frame.platforms,
-                               .screenTexts = frame.screenTexts});
-    QByteArray bytes;
-    QBuffer output(&bytes);
-    output.open(QIODevice::WriteOnly);
-    return printPicture(frame, ground, output) ? savePicture(bytes, file) : QString("it could not be drawn");
-}
-
 }  // namespace
 
 int runRenderCommand(const QStringList& arguments) {
@@ -254,9 +234,7 @@ int runRenderCommand(const QStringList& arguments) {
                            .overlays = scene,
                            .platforms = {},
                            .screenTexts = {}};
-    const bool vectors = job.output.endsWith(".svg", Qt::CaseInsensitive);
-    const QString problem =
-        vectors ? print(frame, picture, job.output) : savePicture(picture.draw(frame), job.output);
+    const QString problem = saveFrame(frame, picture, job.output);
     if (!problem.isEmpty()) {
         complain(job.output.toStdString(), 0, "cannot be written: " + problem.toStdString());
         return kNoPicture;

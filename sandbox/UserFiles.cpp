@@ -77,6 +77,13 @@ bool UserFiles::open(const QString& path) {
     return opened;
 }
 
+void UserFiles::closeAll() {
+    for (LoadedOverlay* overlay : overlays_.files()) overlays_.unload(*overlay);
+    platformFiles_.clear();
+    scenario_.clear(PIApplicationEvents_t::ScenarioCleared);
+    watch();
+}
+
 bool UserFiles::openOverlay(const QString& path) {
     const auto loaded = overlays_.findAll(path.toStdString());
     if (loaded.empty()) return overlays_.loadFile(path.toStdString(), 0, true) != nullptr;

@@ -29,6 +29,10 @@ class UserFiles : public QObject {
     /// Opens platforms by ".csv", files of other programs by their suffixes, overlays by every other name;
     /// what is open already is read again. \return whether anything of it is shown now
     bool open(const QString& path);
+    /// Those that were opened, in any order.
+    QStringList platformFiles() const { return platformFiles_.values(); }
+    /// Gives up all that is open.
+    void closeAll();
 
   private:
     bool openPlatforms(const QString& path);

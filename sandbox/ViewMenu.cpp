@@ -1,13 +1,13 @@
 #include "sandbox/ViewMenu.h"
 
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <optional>
 
-#include "geo/AngleText.h"
 #include "geo/Angles.h"
 #include "globe/GlobeView.h"
+#include "sandbox/PlaceText.h"
 #include "sandbox/Settings.h"
 
 namespace sandbox {
@@ -19,38 +19,24 @@ namespace {
 constexpr double kWholeEarth = 2.3e7;
 constexpr double kClose = 2.0e5;
 
-/// "21.3 -158", "21°18'N, 158°W": two angles, parted by a comma or else by the middle blank.
-std::optional<halCore::Vec3> readPlace(const QString& text) {
-    QStringList parts = text.split(',', Qt::SkipEmptyParts);
-    if (parts.size() == 1) {
-        const QStringList words = text.simplified().split(' ');
-        const auto half = words.size() / 2;
-        parts = {words.mid(0, half).join(' '), words.mid(half).join(' ')};
-    }
-    if (parts.size() != 2) return std::nullopt;
-    double lat = 0.0;
-    double lon = 0.0;
-    using halCore::AngleKind;
-    if (halCore::readAngle(parts[0].trimmed().toStdString(), lat,
-                           {.kind = AngleKind::Latitude, .checkRange = true}) != 0 ||
-        halCore::readAngle(parts[1].trimmed().toStdString(), lon,
-                           {.kind = AngleKind::Longitude, .checkRange = true}) != 0)
-        return std::nullopt;
-    return halCore::Vec3(lat, lon, 0.0);
-}
-
+/// Asks again, with what was typed, until it is a place or the user gives up.
 void askForPlace(GlobeView& view) {
-    const QString text = QInputDialog::getText(view.window(), "Fly To", "Latitude, longitude:");
-    if (text.trimmed().isEmpty()) return;
-    const std::optional<halCore::Vec3> place = readPlace(text);
-    if (!place) {
-        QMessageBox::warning(view.window(), "Fly To", QString("\"%1\" is no place").arg(text));
-        return;
+    QString text;
+    QString prompt = "Latitude and longitude, or an MGRS reference:";
+    for (;;) {
+        bool accepted = false;
+        text = QInputDialog::getText(view.window(), "Fly To", prompt, QLineEdit::Normal, text, &accepted);
+        if (!accepted || text.trimmed().isEmpty()) return;
+        QString reason;
+        if (const std::optional<halCore::Vec3> place = readPlace(text, reason)) {
+            Camera target = view.camera();
+            target.setCenter(*place);
+            target.setRange(std::min(target.range(), kClose));
+            view.flyTo(target);
+            return;
+        }
+        prompt = reason;
     }
-    Camera target = view.camera();
-    target.setCenter(*place);
-    target.setRange(std::min(target.range(), kClose));
-    view.flyTo(target);
 }
 
 void showWholeEarth(GlobeView& view) {

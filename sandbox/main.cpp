@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QScreen>
 #include <QStyleFactory>
 #include <QSurfaceFormat>
 #include <QTimer>
@@ -19,6 +20,7 @@
 #include "sandbox/Palette.h"
 #include "sandbox/PlainText.h"
 #include "sandbox/RenderCommand.h"
+#include "sandbox/Session.h"
 #include "sandbox/SizeText.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/script/ScriptRun.h"
@@ -164,12 +166,21 @@ int main(int argc, char** argv) {
         QApplication::exit(128 + number);
     });
     host.window().resize(options.size);
+    if (!options.hasSize && options.script.isEmpty()) {
+        // What a window manager's frame takes, there is nothing to ask yet.
+        constexpr int kFrame = 40;
+        const QSize room = host.window().screen()->availableGeometry().size() - QSize(0, kFrame);
+        host.window().resize(options.size.boundedTo(room));
+    }
     host.window().show();
     if (options.plugin != "none") host.openPlugin(options.plugin.toStdString());
     if (options.script.isEmpty()) {
         host.greet();
         if (options.hasSize) host.window().resize(options.size);
+        // Who names files wants these; who names none goes on where the last session ended.
+        if (options.overlays.isEmpty()) host.session().restore();
         openFiles(host, options.overlays);
+        host.session().begin();
         return QApplication::exec();
     }
 

@@ -170,6 +170,8 @@ function screenTexts() { return $scene.screenTexts(); }
 function log() { return $scene.log(); }
 function setting(key) { return $scene.setting(key); }
 function setSetting(key, value) { $scene.setSetting(key, value); }
+function keepSession() { $scene.keepSession(); }
+function restoreSession() { $scene.restoreSession(); }
 function settingsFile() { return $scene.settingsFile(); }
 function plugins() { return $scene.plugins(); }
 function openPlugin(path) { return $scene.openPlugin(path); }

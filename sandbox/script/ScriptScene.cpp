@@ -5,6 +5,7 @@
 #include "geo/Angles.h"
 #include "globe/GlobeView.h"
 #include "sandbox/Host.h"
+#include "sandbox/Session.h"
 #include "sandbox/UserFiles.h"
 #include "sandbox/script/ScriptRun.h"
 
@@ -145,6 +146,17 @@ QVariantList ScriptScene::log() {
                 {"severity", entry.severity}, {"source", entry.source}, {"text", entry.text}};
         return result;
     });
+}
+
+void ScriptScene::keepSession() {
+    step([&] {
+        host().session().begin();
+        host().session().finish();
+    });
+}
+
+void ScriptScene::restoreSession() {
+    step([&] { host().session().restore(); });
 }
 
 QString ScriptScene::setting(const QString& key) {

@@ -34,6 +34,9 @@ class ScriptScene : public ScriptObject {
     Q_INVOKABLE QVariantList log();
     Q_INVOKABLE QString setting(const QString& key);
     Q_INVOKABLE void setSetting(const QString& key, const QString& value);
+    /// Keeps what is open in the settings, and opens what they hold.
+    Q_INVOKABLE void keepSession();
+    Q_INVOKABLE void restoreSession();
     Q_INVOKABLE QString settingsFile();
     Q_INVOKABLE QString status();
 

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QScreen>
+#include <QShortcut>
 #include <optional>
 
 #include "pi/HostStructures.h"
@@ -9,6 +10,7 @@
 #include "sandbox/Settings.h"
 #include "sandbox/widgets/Caption.h"
 #include "sandbox/widgets/DialogWindow.h"
+#include "sandbox/widgets/Mnemonics.h"
 
 namespace sandbox {
 
@@ -51,6 +53,8 @@ DialogBox::DialogBox(QWidget* owner, const std::string& title, Settings& sizes) 
     window->contentsChanged = [this] {
         if (widget() && widget()->isVisible()) fit_();
     };
+    QObject::connect(new QShortcut(QKeySequence::Save, window), &QShortcut::activated, window,
+                     [window] { pressButton(*window, "Save"); });
     window->focusAboutToMove = [this] { orderFocus_(); };
     window->resizedByUser = [this](QSize size) {
         sizes_.setValue(sizeKey_(), QString("%1x%2").arg(size.width()).arg(size.height()));
@@ -92,6 +96,7 @@ void DialogBox::removed(HostWidget& child) {
 
 void DialogBox::fit_() {
     alignGroups(*this);
+    assignMnemonics(*widget());
     window_().fit();
 }
 

@@ -154,7 +154,7 @@ TEST(ScaleBar, IsAsLongAsItSays) {
     const struct {
         double lat, range;
         const char* text;
-    } cases[] = {{0, 37.5, "5 m"}, {21.3, 7.5e3, "1 km"}, {-60, 2.25e6, "200 km"}, {90, 1.5e5, "20 km"}};
+    } cases[] = {{0, 27.5, "5 m"}, {21.3, 5.5e3, "1 km"}, {-60, 1.65e6, "200 km"}, {90, 1.1e5, "20 km"}};
     for (const auto& c : cases) {
         const Camera camera = looking(at(c.lat, 100), c.range, 70.0);
         const ScaleBar bar = scaleBar(camera, 160.0);

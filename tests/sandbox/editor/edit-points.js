@@ -21,7 +21,7 @@ function checkPoint(place, what) {
 for (const [lat, lon, range] of [[21, -158, 100], [-3, 180, 20000000], [89.9, 40, 1000000]]) {
     const what = [lat, lon] + " from " + range + " m";
     const center = { lat, lon };
-    const span = Math.min(range / 10, 900000);
+    const span = Math.min(range / 10, 1300000);
     view.camera = { lat, lon, alt: 0, range, azimuth: 30, elevation: 90 };
     editor.choose("Shape:", "Circle");
     view.move(center);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+namespace sandbox {
+
+class GlobeView;
+class Log;
+class OverlayFiles;
+class Scenario;
+class Settings;
+class UserFiles;
+
+/// What is open, so that it can be open again: platform files and the platforms that the user added, overlay
+/// files with the platform that each is attached to and whether it is shown, the clock and the camera. An
+/// overlay file cannot name its platform, so the host keeps that.
+class Session : public QObject {
+  public:
+    Session(UserFiles& files, OverlayFiles& overlays, Scenario& scenario, GlobeView& view,
+            Settings& settings);
+
+    /// Keeps it in the settings from now on, a moment after each change.
+    void begin();
+    /// Keeps it now, for the last time: what follows is the end of the program.
+    void finish();
+    /// Opens what the settings hold. What cannot be opened is named in the log, and the rest is.
+    void restore();
+
+  private:
+    void keep();
+    QString text() const;
+
+    UserFiles& files_;
+    OverlayFiles& overlays_;
+    Scenario& scenario_;
+    GlobeView& view_;
+    Settings& settings_;
+    QTimer keepSoon_;
+    bool keeping_ = false;
+};
+
+}  // namespace sandbox

@@ -1,0 +1,15 @@
+#pragma once
+
+class QWidget;
+
+namespace sandbox {
+
+/// Gives each button that is shown in a window a letter of its text, as long as there are any left: Alt and
+/// the letter press it. A letter that begins a word is preferred.
+void assignMnemonics(QWidget& window);
+
+/// Presses the button of this text, if there is one that can be pressed, after what was typed has been handed
+/// over.
+void pressButton(QWidget& window, const char* text);
+
+}  // namespace sandbox
