@@ -17,18 +17,18 @@ function numbers(text, keyword) {
 }
 
 // Sicily left of the middle, so that the dialog leaves it free.
-view.camera = { lat: 33, lon: 40, alt: 0, range: 9500000, azimuth: 0, elevation: 90 };
+view.camera = { lat: 38, lon: 29, alt: 0, range: 5000000, azimuth: 0, elevation: 90 };
 
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
 assert(editor.shown, "the editor dialog did not open");
-editor.moveTo(645, 5);
+editor.moveTo(775, 25);
 
 // Draw: press at the centre, drag, release on the edge; a right click ends drawing.
 editor.choose("Shape:", "Circle");
 const drawn = view.drag({ lat: 37.5, lon: 14 }, { lat: 37.5, lon: 26 }, { steps: 8 });
 const radius = distance(drawn.from, drawn.to);
-view.click({ lat: 20, lon: 30 }, { button: "right" });
+view.click({ lat: 28, lon: 20 }, { button: "right" });
 waitFor(() => editor.checked("Stop"), "the buttons to follow the tool");
 
 // The panel shows what the mouse did.
