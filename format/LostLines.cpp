@@ -67,8 +67,8 @@ std::vector<ParseMessage> lostLines(std::string_view block, std::size_t firstLin
         if (text.empty() || texts.contains(text)) continue;
         const int topic = line.keyword ? topicOf(line) : int(kNoSlot);
         if (topic != kNoSlot && topics.contains(topic)) continue;
-        lost.push_back(
-            {firstLine + i, halNotify::Warning, "\"" + UTILS::excerpt(text) + "\" is not in the new block"});
+        lost.push_back({firstLine + i, halNotify::Warning,
+                        std::string("\"").append(UTILS::excerpt(text)).append("\" is not in the new block")});
     }
     return lost;
 }

@@ -281,7 +281,8 @@ void SilentLines::tell(std::size_t start, const ZelShape& shape, PointType point
         tokens_.split(line.text);
         if (const std::string fate = fateOf_(line, shape, pointType); !fate.empty())
             silent.push_back(
-                {line.number, halNotify::Warning, "\"" + UTILS::excerpt(line.text) + "\" " + fate});
+                {line.number, halNotify::Warning,
+                 std::string("\"").append(UTILS::excerpt(line.text)).append("\" ").append(fate)});
     }
 }
 

@@ -253,8 +253,9 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
         changes.back().lines = std::move(rewritten.lines);
         if (!lost) continue;
         if (shape.source().becomes)
-            lost->push_back({source_->block(block).line, halNotify::Warning,
-                             "\"" + shape.name() + "\" " + shape.source().becomes});
+            lost->push_back(
+                {source_->block(block).line, halNotify::Warning,
+                 std::string("\"").append(shape.name()).append("\" ").append(shape.source().becomes)});
         std::ranges::move(rewritten.lost, std::back_inserter(*lost));
     }
     writer.clear();
