@@ -50,7 +50,8 @@ class Walk {
         } else if ((from & to) != 0) {
             put(clamped(p), false);
         } else {
-            std::array<double, 6> cuts{0.0};
+            // Shares of the way, its end last.
+            std::array<double, 6> cuts{0.0, 1.0, 1.0, 1.0, 1.0, 1.0};
             std::size_t count = 1;
             const auto cut = [&](double edge, double a, double b) {
                 if ((a < edge) != (b < edge)) cuts[count++] = (edge - a) / (b - a);
@@ -59,8 +60,8 @@ class Walk {
             cut(box_.north, last_.lat, p.lat);
             cut(box_.west, last_.lon, p.lon);
             cut(box_.east, last_.lon, p.lon);
-            cuts[count++] = 1.0;
-            std::sort(cuts.begin(), cuts.begin() + static_cast<std::ptrdiff_t>(count));
+            ++count;
+            std::sort(cuts.begin(), cuts.end());
             const auto at = [&](double share) {
                 return Place{std::lerp(last_.lat, p.lat, share), std::lerp(last_.lon, p.lon, share)};
             };
