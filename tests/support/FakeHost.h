@@ -108,10 +108,11 @@ class FakeHost final : public PIServiceTable {
         field.text = text;
         activate(field);
     }
-    /// Lets every armed timeout fire once.
+    /// Lets every armed timeout fire once, but for those that another one cancels.
     void fireTimeouts() {
-        const auto due = std::exchange(timeouts, {});
-        for (const auto& [handle, timeout] : due) timeout.callback->Call(nullptr, timeout.userData);
+        const auto armed = timeouts;
+        for (const auto& [handle, timeout] : armed)
+            if (timeouts.erase(handle) != 0) timeout.callback->Call(nullptr, timeout.userData);
     }
 
     std::int32_t hostBuildNumber() override { return 13000; }
