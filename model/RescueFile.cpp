@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <functional>
 #include <iomanip>
-#include <regex>
 #include <sstream>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -33,8 +33,17 @@ constexpr std::size_t kMostFiles = 20;
 
 /// Whether a name is one that rescueStem gives, and not one that somebody has made of it.
 bool isRescueName(const std::string& name) {
-    static const std::regex pattern(R"(Unsaved \d{4}-\d\d-\d\d \d\d-\d\d-\d\d( \d+)?\.zel)");
-    return std::regex_match(name, pattern);
+    constexpr std::string_view stem = "Unsaved 0000-00-00 00-00-00";
+    constexpr std::string_view suffix = ".zel";
+    std::string form = name;
+    std::ranges::replace_if(
+        form, [](char c) { return c >= '0' && c <= '9'; }, '0');
+    if (!form.starts_with(stem) || !form.ends_with(suffix) || form.size() < stem.size() + suffix.size())
+        return false;
+    // Of several in one second the later ones have a number.
+    const std::string number = form.substr(stem.size(), form.size() - stem.size() - suffix.size());
+    return number.empty() ||
+           (number.size() > 1 && number[0] == ' ' && number.find_first_not_of('0', 1) == std::string::npos);
 }
 
 /// The rescue files of a directory, the newest first.

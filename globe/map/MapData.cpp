@@ -34,7 +34,7 @@ QByteArray file() {
 
 std::uint32_t word(const QByteArray& bytes, qsizetype at) {
     std::uint32_t value = 0;
-    std::memcpy(&value, bytes.constData() + at, sizeof value);
+    for (qsizetype i = 4; i-- > 0;) value = value << 8 | static_cast<std::uint8_t>(bytes[at + i]);
     return value;
 }
 
