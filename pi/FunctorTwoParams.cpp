@@ -7,10 +7,23 @@
 
 std::vector<FunctorTwoParams__*> g_FunctorList;
 
-void freeFunctors() {
-    EntryScope::clear();
+namespace {
+
+void deleteFunctors() {
     for (auto* functor : g_FunctorList) delete functor;
     g_FunctorList.clear();
+}
+
+/// Programs that are no plug-ins have no clean-up; it dies before the list.
+struct AtExit {
+    ~AtExit() { deleteFunctors(); }
+} atExit;
+
+}  // namespace
+
+void freeFunctors() {
+    EntryScope::clear();
+    deleteFunctors();
 }
 
 void callLater(FunctorTwoParams__* callback, const std::int32_t* state) {
