@@ -95,6 +95,8 @@ void BaseMap::update(const Camera& camera, double pixelRatio, const MapOptions& 
     detailNeeded_ = pixel < kFineEnough * worldElement;
     detailEnough_ = false;
     if (!detailNeeded_) return;
+    // Where a view has too many pixels, an element covers some of them: lines stay sharp.
+    const double wanted = std::clamp(2.7 * sight.radius / kMostSize, pixel, 2.5 * pixel);
     const auto covers = [&](const MapRegion& region) {
         const double off = angleBetween({region.lat, region.lon, 0.0}, camera.center());
         return off + sight.radius <= region.radius;
@@ -103,15 +105,15 @@ void BaseMap::update(const Camera& camera, double pixelRatio, const MapOptions& 
         const MapRegion& region = detail_->region;
         const double element = region.metersPerElement() / wgs84::a;
         const double off = angleBetween({region.lat, region.lon, 0.0}, camera.center());
-        const bool fine = element < 1.7 * pixel && element > 0.5 * pixel;
+        const bool fine = element < 1.7 * wanted && element > 0.5 * wanted;
         // What looks far away is never covered: then the detail should reach a good deal around the middle.
         detailEnough_ = covers(region);
         if (fine && (detailEnough_ || (sight.radius > 0.75 * region.radius && off < 0.25 * region.radius)))
             return;
     }
-    const double radius = std::min({1.35 * sight.radius, kWidest, kMostSize * 0.5 * pixel});
+    const double radius = std::min({1.35 * sight.radius, kWidest, kMostSize * 0.5 * wanted});
     MapRegion region{camera.center().lat(), camera.center().lon(), radius, 0};
-    const double elements = 4.0 * std::sin(radius / 2.0) / pixel;
+    const double elements = 4.0 * std::sin(radius / 2.0) / wanted;
     region.size = std::clamp(static_cast<int>(elements) / 2 * 2, kLeastSize, kMostSize);
     const std::uint64_t revision = detail_ ? detail_->revision + 1 : 1;
     detail_ = Detail{region, drawField(region), revision};
