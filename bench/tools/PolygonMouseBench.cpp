@@ -8,6 +8,7 @@
 
 #include "format/Parser.h"
 #include "geo/Wgs84.h"
+#include "model/History.h"
 #include "model/Overlay.h"
 #include "model/PolygonShape.h"
 #include "pi/HostContract.h"
@@ -101,6 +102,9 @@ struct Editing {
     DownwardView view;
     Preferences preferences;
     Overlay overlay;
+    Attachment attachment{overlay};
+    /// As the editor has one: it looks at the shape when the button is let go.
+    History history{preferences, overlay, attachment};
     PolygonShape* shape = new PolygonShape(preferences, PolygonShape::Polygon);
     std::unique_ptr<PolygonMouseTool> tool;
     MouseManager manager;
@@ -123,6 +127,8 @@ void pointIsDragged(benchmark::State& state, bool hostReads) {
     Editing editing(state.range(0), hostReads);
     editing.send(PIGUI::PIMouseEventType_t::Motion, kWidth / 2, kHeight / 2 - 200);
     editing.send(PIGUI::PIMouseEventType_t::LeftPress, kWidth / 2, kHeight / 2 - 200);
+    editing.history.commit();
+    editing.history.begin(History::Gesture::Press);
     const int before = editing.host.loads;
     int x = 0;
     for (auto _ : state) {
@@ -143,5 +149,21 @@ BENCHMARK_CAPTURE(pointIsDragged, both, true)
     ->Arg(10000)
     ->Arg(100000)
     ->Unit(benchmark::kMicrosecond);
+
+/// What a finished drag adds: the step.
+void dragBecomesAStep(benchmark::State& state) {
+    Editing editing(state.range(0), false);
+    editing.history.commit();
+    double north = 0.0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        editing.history.begin(History::Gesture::Press);
+        editing.shape->mouseSetPointAtIndex(editing.shape->getNumPoints() / 2, {north += 1e-9, 0.0, 0.0});
+        state.ResumeTiming();
+        editing.history.commit();
+    }
+    if (editing.history.done() == 0) state.SkipWithError("there was no step");
+}
+BENCHMARK(dragBecomesAStep)->Arg(1000)->Arg(100000)->Iterations(200)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
