@@ -96,7 +96,8 @@ void BaseMap::update(const Camera& camera, double pixelRatio, const MapOptions& 
     detailEnough_ = false;
     if (!detailNeeded_) return;
     // Where a view has too many pixels, an element covers some of them: lines stay sharp.
-    const double wanted = std::clamp(2.7 * sight.radius / kMostSize, pixel, 2.5 * pixel);
+    const double reach = std::min(1.35 * sight.radius, kWidest);
+    const double wanted = std::clamp(2.0 * reach / kMostSize, pixel, 2.5 * pixel);
     const auto covers = [&](const MapRegion& region) {
         const double off = angleBetween({region.lat, region.lon, 0.0}, camera.center());
         return off + sight.radius <= region.radius;
@@ -111,7 +112,7 @@ void BaseMap::update(const Camera& camera, double pixelRatio, const MapOptions& 
         if (fine && (detailEnough_ || (sight.radius > 0.75 * region.radius && off < 0.25 * region.radius)))
             return;
     }
-    const double radius = std::min({1.35 * sight.radius, kWidest, kMostSize * 0.5 * wanted});
+    const double radius = std::min(reach, kMostSize * 0.5 * wanted);
     MapRegion region{camera.center().lat(), camera.center().lon(), radius, 0};
     const double elements = 4.0 * std::sin(radius / 2.0) / wanted;
     region.size = std::clamp(static_cast<int>(elements) / 2 * 2, kLeastSize, kMostSize);

@@ -186,6 +186,7 @@ void EarthLayer::draw(const Camera& camera, double pixelRatio, BaseMap& map, con
     if (!program.isLinked()) return;
     if (shown) uploadMap(map, kind);
     program.bind();
+    program.setUniformValue("unit", static_cast<float>(pixelRatio));
     program.setUniformValue("axisRatio", static_cast<float>(wgs84::b / wgs84::a));
     if (kind & (kMinified | kMagnified)) {
         program.setUniformValue("imageSize", QSizeF(texture_->width(), texture_->height()));
@@ -196,10 +197,9 @@ void EarthLayer::draw(const Camera& camera, double pixelRatio, BaseMap& map, con
     if (shown) {
         program.setUniformValue(
             "mapStrength",
-            QVector4D(static_cast<float>(land),
+            QVector3D(static_cast<float>(land),
                       static_cast<float>(options.coastlines ? lines * kCoastColor.a / 255.0 : 0.0),
-                      static_cast<float>(options.borders ? lines * kBorderColor.a / 255.0 : 0.0),
-                      static_cast<float>(pixelRatio)));
+                      static_cast<float>(options.borders ? lines * kBorderColor.a / 255.0 : 0.0)));
         program.setUniformValue(
             "pixelAngle", static_cast<float>(2.0 * camera.tanHalfHeight() / (camera.height() * pixelRatio)));
         program.setUniformValue("seaColor", vector(kSea));

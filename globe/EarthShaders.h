@@ -46,6 +46,7 @@ uniform float eyeExcess;
 uniform float axisRatio;
 uniform vec2 imageSize;
 uniform float smoothness;
+uniform float unit;  // pixels to a widget pixel
 uniform sampler2D image;
 varying vec3 ray;
 
@@ -85,13 +86,13 @@ vec3 smoothLookUp(vec2 uv) {
 #ifdef PLAIN
 float gridLine(float degrees, float spacing, float pixel) {
     float distance = abs(fract(degrees / spacing - 0.5) - 0.5) * spacing;
-    return 1.0 - smoothstep(0.5, 1.5, distance / max(pixel, 1e-6));
+    return 1.0 - smoothstep(-0.5, 0.5, distance / max(pixel, 1e-6) - unit);
 }
 #endif
 
 #if defined(WORLD) || defined(DETAIL)
 uniform float pixelAngle;  // of a pixel, radians
-uniform vec4 mapStrength;  // of land and sea, coasts, borders; pixels to a widget pixel
+uniform vec3 mapStrength;  // of land and sea, coasts, borders
 uniform vec3 seaColor;
 uniform vec3 shoreColor;
 uniform vec3 iceColor;
@@ -101,23 +102,25 @@ uniform vec3 borderColor;
 const float kReach = 4.0;
 const float kFarReach = 36.0;
 
-// What a field says, in pixels: how far into the land, and how far to a border. `step`: elements to a pixel.
-vec2 inPixels(vec2 found, float step) {
+// What a field says, in pixels: how far into the land, how far to a border, and how large an element is.
+// `step`: elements to a pixel.
+vec3 inPixels(vec2 found, float step) {
     float level = found.x * 255.0;
     float sea = level > 64.0 ? (level - 127.5) * (kReach / 63.5)
                              : (level - 64.0) * ((kFarReach - kReach) / 64.0) - kReach;
-    return vec2(level > 127.5 ? (level - 127.5) * (kReach / 127.5) : sea, found.y * kReach) /
+    return vec3(level > 127.5 ? (level - 127.5) * (kReach / 127.5) : sea, found.y * kReach, 1.0) /
            clamp(step, 0.02, 2.5);
 }
 
-vec3 paintMap(vec3 ground, vec2 field, float south) {
-    float unit = mapStrength.w;
+vec3 paintMap(vec3 ground, vec3 field, float south) {
     float land = clamp(field.x + 0.5, 0.0, 1.0);
     // Paler along the coasts, as on charts.
     float rim = 1.0 - clamp(-field.x / (22.0 * unit), 0.0, 1.0);
     vec3 colors = mix(mix(seaColor, shoreColor, rim * rim), mix(landColor, iceColor, smoothstep(0.87, 0.91, south)), land);
     ground = mix(ground, colors, mapStrength.x);
-    float border = clamp(0.5 * unit + 0.5 - field.y, 0.0, 1.0) * land;
+    // Between two elements, their distances to a border are all there is: a finer line would have gaps.
+    float wide = 0.5 * max(unit, field.z);
+    float border = clamp(wide + 0.5 - field.y, 0.0, 1.0) * (0.5 * unit / wide) * land;
     ground = mix(ground, borderColor, border * mapStrength.z);
     float coast = clamp(0.5 * unit + 0.5 - abs(field.x), 0.0, 1.0);
     return mix(ground, coastColor, coast * mapStrength.y);
@@ -190,17 +193,17 @@ void main() {
 #endif
 
 #ifdef WORLD
-    vec2 field = inPixels(texture2DLod(world, vec2(uv.x, 1.0 - uv.y), 0.0).rg,
+    vec3 field = inPixels(texture2DLod(world, vec2(uv.x, 1.0 - uv.y), 0.0).rg,
                           worldSize.y / kPi * pixelAngle * t * sqrt(a / max(facing, 0.05)));
 #endif
 #ifdef DETAIL
-    vec2 close = inPixels(texture2DLod(detail, at / detailSize + 0.5, 0.0).rg,
+    vec3 close = inPixels(texture2DLod(detail, at / detailSize + 0.5, 0.0).rg,
                           detailScale * pixelAngle * t * sqrt(a / max(facing, 0.05)));
 #ifdef WORLD
     float inside = clamp((0.48 - length(at) / detailSize) * 40.0, 0.0, 1.0);
     field = mix(field, close, inside);
 #else
-    vec2 field = close;
+    vec3 field = close;
 #endif
 #endif
 #if defined(WORLD) || defined(DETAIL)
