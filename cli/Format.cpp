@@ -8,7 +8,7 @@
 #include "common/Printable.h"
 #include "common/SaveFile.h"
 #include "format/Parser.h"
-#include "format/SilentLines.h"
+#include "format/ShapeFields.h"
 #include "format/TextBuffer.h"
 
 namespace cli {

@@ -187,6 +187,7 @@ void BlockReader::spanEnds_(bool makesShape) const {
     if (messages_.report() == nullptr || messages_.report()->spans == nullptr) return;
     BlockSpan& span = messages_.report()->spans->back();
     span.end = offset_ + static_cast<std::size_t>(lineFeed_ + 1 - text_);
+    span.lastLine = lineNumber_;
     span.isEnded = true;
     span.makesShape = makesShape;
 }

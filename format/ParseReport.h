@@ -31,8 +31,9 @@ struct BlockSpan {
     /// end of the text. Bytes.
     std::size_t begin = 0;
     std::size_t end = std::size_t(-1);
-    /// Of its "start", from 1.
+    /// Of its "start" and of its "end", from 1.
     std::size_t line = 0;
+    std::size_t lastLine = std::size_t(-1);
     bool isEnded = false;
     bool makesShape = false;
 };

@@ -105,6 +105,21 @@ const std::vector<Vec3>* pointsOf(const ZelShape& shape) {
     return nullptr;
 }
 
+std::optional<Vec3> anchorOf(const ZelShape& shape) {
+    Vec3 anchor;
+    const auto* const round = dynamic_cast<const CircularShape*>(&shape);
+    const auto* const label = dynamic_cast<const Annotation*>(&shape);
+    const bool named =
+        (round && round->getCenterPosition(anchor) == 0) || (label && label->getPosition(anchor) == 0);
+    return named ? std::optional(anchor) : std::nullopt;
+}
+
+bool isPlaceless(const ZelShape& shape) {
+    const bool canLack =
+        shape.shapeType() == ShapeType::Annotation || dynamic_cast<const CircularShape*>(&shape) != nullptr;
+    return !shape.isRelative() && canLack && !anchorOf(shape);
+}
+
 ShapeFields fieldsOf(ZelShape& shape) {
     std::vector<Vec3> none;
     std::vector<Vec3>* const list = listOf(shape);

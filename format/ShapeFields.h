@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,13 @@ ShapeFields fieldsOf(ZelShape& shape);
 
 /// A shape's list of points; null for a shape without one.
 const std::vector<Vec3>* pointsOf(const ZelShape& shape);
+
+/// Where a shape without a list stands: its centre, or a label's position. Nothing where its block names
+/// none.
+std::optional<Vec3> anchorOf(const ZelShape& shape);
+/// Whether a shape counts as absolute and has no place: written as it is, it would come back as one that
+/// stands on whatever platform it is put.
+bool isPlaceless(const ZelShape& shape);
 
 /// How a point of the shape stands in its block.
 ShapeField pointField(const ZelShape& shape, const Vec3& point);

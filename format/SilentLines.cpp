@@ -6,6 +6,7 @@
 #include "common/Strings.h"
 #include "format/ColorNames.h"
 #include "format/FileNumber.h"
+#include "format/ShapeFields.h"
 #include "format/ZelShapes.h"
 #include "geo/Mgrs.h"
 
@@ -203,20 +204,7 @@ std::size_t wordsUsed(Action action) {
     }
 }
 
-bool hasPlace(const ZelShape& shape) {
-    Vec3 position;
-    if (const auto* const round = dynamic_cast<const CircularShape*>(&shape))
-        return round->getCenterPosition(position) == 0;
-    if (const auto* const label = dynamic_cast<const Annotation*>(&shape))
-        return label->getPosition(position) == 0;
-    return true;
-}
-
 }  // namespace
-
-bool isPlaceless(const ZelShape& shape) {
-    return !shape.isRelative() && !hasPlace(shape);
-}
 
 void SilentLines::add(std::size_t number, const Keyword& keyword, std::string_view line) {
     lines_.push_back({number, std::string(UTILS::trimmed(line)), &keyword});

@@ -45,8 +45,4 @@ class SilentLines {
     std::size_t labelPoint_ = 0;
 };
 
-/// Whether a shape counts as absolute and has no place: written as it is, it would come back as one that
-/// stands on whatever platform it is put.
-bool isPlaceless(const ZelShape& shape);
-
 }  // namespace halCore::ZEL

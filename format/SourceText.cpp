@@ -1,6 +1,7 @@
 #include "format/SourceText.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "common/Strings.h"
@@ -41,6 +42,12 @@ SourceText::SourceText(std::string text, std::vector<BlockSpan> blocks, std::vec
     held_.resize(blocks_.size());
     const std::size_t feed = text_.find('\n');
     lineEnd_ = feed != std::string::npos && feed > 0 && text_[feed - 1] == '\r' ? "\r\n" : "\n";
+}
+
+std::optional<std::size_t> SourceText::blockOfLine(std::size_t line) const {
+    const auto next = std::ranges::upper_bound(blocks_, line, {}, &BlockSpan::line);
+    if (next == blocks_.begin() || std::prev(next)->lastLine < line) return std::nullopt;
+    return static_cast<std::size_t>(next - blocks_.begin()) - 1;
 }
 
 std::string_view SourceText::blockText(std::size_t index) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,8 @@ class SourceText {
     std::size_t blockCount() const { return blocks_.size(); }
     const BlockSpan& block(std::size_t index) const { return blocks_[index]; }
     bool isHeld(std::size_t index) const { return held_[index]; }
+    /// The block that has a line, from 1; nothing for a line between blocks.
+    std::optional<std::size_t> blockOfLine(std::size_t line) const;
     /// The block's own lines, their line ends included.
     std::string_view blockText(std::size_t index) const;
     /// The text's first line end: "\n" or "\r\n".

@@ -157,8 +157,10 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
     reading.zel = zel;
     reading.platform = zel ? PIHALVIS::getZELHost(zel) : 0;
     const auto reference = Attachment::findDefaultRefLla(reading.platform);
+    // The editor's own goes when something is loaded.
+    if (attachment_.isReferencePlatform(reading.platform)) reading.platform = 0;
     reading.converter = std::make_unique<PointConverter>();
-    reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), 0);
+    reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), reading.platform);
     LoadResult& loaded = reading.loaded;
     loaded = loadOverlayText(std::move(text), fileName, preferences_, reading.converter.get(), 0);
     if (loaded.error.empty()) {
@@ -240,15 +242,12 @@ void Document::take(Reading reading) {
     // Should memory run out, part of one file is not saved as another.
     file_.name.clear();
     file_.known = {};
-    // The reference platform goes, also when it is the one that the host has the overlay on.
-    unsigned long platform = reading.platform;
-    if (attachment_.isReferencePlatform(platform)) platform = 0;
     cleanupPriorZEL_();
     const LoadResult& loaded = reading.loaded;
     halCore::Vec3 reference;
     reading.converter->getReferenceLla(reference);
-    if (platform != 0 || (!loaded.fromNowhere && !loaded.reference)) {
-        attachment_.take(std::move(reading.converter), reference, platform);
+    if (reading.platform != 0 || (!loaded.fromNowhere && !loaded.reference)) {
+        attachment_.take(std::move(reading.converter), reference, reading.platform);
     } else {
         if (loaded.fromNowhere) warnOfAssumedReference_(reading.fileName, reference);
         attachment_.takeReference(std::move(reading.converter),

@@ -63,7 +63,8 @@ class Document {
     struct Reading {
         LoadResult loaded;
         std::string fileName;
-        /// The host's overlay that the text is of, null for none, and the platform that it has it on.
+        /// The host's overlay that the text is of, null for none, and the platform of the scenario that it
+        /// has it on.
         void* zel = nullptr;
         unsigned long platform = 0;
         /// Where offsets count from unless the text says it.

@@ -23,18 +23,32 @@ unsigned long platformOf(const Attachment::State& state) {
     return std::ranges::count_if(platforms, isIt) == 1 ? *std::ranges::find_if(platforms, isIt) : 0;
 }
 
-/// The blocks of the file, if it is still the one that was edited: shapes that were made of them are told.
-std::shared_ptr<const halCore::ZEL::SourceText> findBlocks(const JournalHead& head,
+/// The blocks of the file, in their order, if it is still the one that was edited: shapes that were made of
+/// them are told.
+std::shared_ptr<const halCore::ZEL::SourceText> findBlocks(const JournalContents& contents,
                                                            const Preferences& preferences,
                                                            std::vector<ShapeSource>& blocks) {
+    const JournalHead& head = contents.head;
     std::string text;
     if (head.fileName.empty() || !UTILS::readFile(head.fileName, text).empty() ||
         !head.known.is(head.fileName, text))
         return nullptr;
     const halNotify::Silence silence;
-    PointConverter anywhere;
-    const LoadResult loaded = loadOverlayText(std::move(text), {}, preferences, &anywhere, 0);
-    for (const auto& shape : loaded.shapes) blocks.push_back(shape->source());
+    LoadResult loaded;
+    // What names no position is a shape only where the overlay was loaded on a platform.
+    for (const unsigned long platform : {0UL, 1UL}) {
+        PointConverter anywhere;
+        anywhere.setReferenceLla({}, platform);
+        loaded = loadOverlayText(text, {}, preferences, &anywhere, 0);
+        blocks.clear();
+        for (const auto& shape : loaded.shapes) blocks.push_back(shape->source());
+        if (std::ranges::all_of(contents.shapes, [&](const auto& shape) {
+                const std::size_t block = shape.second->source.block;
+                return block == kNoBlock ||
+                       std::ranges::binary_search(blocks, block, {}, &ShapeSource::block);
+            }))
+            break;
+    }
     return loaded.source;
 }
 
@@ -84,17 +98,16 @@ void Document::recover(Lost lost) {
     else
         attachment_.restore(attached);
     std::vector<ShapeSource> blocks;
-    const auto source = findBlocks(head, preferences_, blocks);
+    const auto source = findBlocks(lost.contents, preferences_, blocks);
     for (const auto& [number, state] : lost.contents.shapes) {
         Shape* const shape = shapeKind(state->kind).make(preferences_).release();
         shape->setName(state->name);
         overlay_.addShape(shape);
         if (!editing_) shape->setActive(false);
         ShapeState whole = *state;
-        const auto block = std::ranges::find_if(blocks, [&](const ShapeSource& each) {
-            return state->source.digest != 0 && each.block == state->source.block;
-        });
-        whole.source = block != blocks.end() ? *block : ShapeSource();
+        const auto block = std::ranges::lower_bound(blocks, state->source.block, {}, &ShapeSource::block);
+        const bool found = block != blocks.end() && block->block == state->source.block;
+        whole.source = found ? *block : ShapeSource();
         whole.source.digest = state->source.digest;
         shape->restore(whole, gone ? there : attachment_.converter(),
                        gone ? there.refPlatformId() : overlay_.attachedPlatformId(),

@@ -335,7 +335,8 @@ std::vector<std::string> Overlay::incomplete() const {
     sumUp_();
     std::vector<std::string> names;
     for (const Place& place : places_)
-        if (place.shape && place.written->digest == 0) names.push_back(place.shape->name());
+        if (place.shape && place.written->digest == 0 && !staysInBlock_(place))
+            names.push_back(place.shape->name());
     return names;
 }
 

@@ -125,7 +125,7 @@ class Overlay final : private ShapeKeeper {
     std::uint64_t digest() const;
     /// The names of shapes that have a place and are not complete, so that they are in no text.
     std::vector<std::string> begun() const;
-    /// Those and the ones without a place: all that are in no text.
+    /// Those and the ones without a place that have no block: all that are in no text.
     std::vector<std::string> incomplete() const;
     /// A file holds the text as it is now.
     void keep() { kept_ = digest(); }

@@ -8,6 +8,7 @@
 #include "format/MessageSink.h"
 #include "format/Parser.h"
 #include "format/ShapeExtras.h"
+#include "format/ShapeFields.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeLabel.h"
 #include "model/ZelToSerializer.h"
@@ -38,9 +39,11 @@ void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName)
             << sourceName << " has " << messages.size() - most << " more lines that are not understood";
 }
 
-/// Adds what a shape that was read says about offsets.
+/// Adds what a shape that can be held says about offsets. One without a position has none: it stands on the
+/// platform of an overlay that has one.
 void noteOffsets(const halCore::ZEL::ZelShape& shape, LoadResult& result) {
-    if (!shape.isRelative()) return;
+    const bool hasPosition = ZEL::pointsOf(shape) || ZEL::anchorOf(shape);
+    if (!shape.isRelative() || !hasPosition || !ZelToSerializer().whyLeftOut(shape, true).empty()) return;
     halCore::Vec3 reference;
     if (shape.getReferencePosition(reference) != 0)
         result.fromNowhere = true;
@@ -123,6 +126,16 @@ void takeSource(std::string text, std::vector<ZEL::BlockSpan> spans, const ZEL::
     }
 }
 
+/// Lines with errors, but for those of blocks that are kept as a whole.
+std::size_t faultyLines(const ZEL::ParseReport& report, const ZEL::SourceText& source) {
+    std::size_t count = 0;
+    for (const ZEL::ParseMessage& message : report.messages) {
+        const auto block = source.blockOfLine(message.line);
+        if (message.severity == halNotify::Error && (!block || source.isHeld(*block))) ++count;
+    }
+    return count;
+}
+
 }  // namespace
 
 LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
@@ -134,11 +147,12 @@ LoadResult loadOverlayText(std::string text, const std::string& sourceName, cons
     report.spans = &spans;
     ZEL::Parser().parse(std::string_view(text), read, report);
     log(report, sourceName);
-    result.faultyLines = static_cast<std::size_t>(
-        std::ranges::count(report.messages, halNotify::Error, &ZEL::ParseMessage::severity));
+    for (const ZEL::ZelShapePtr& shape : read) noteOffsets(*shape, result);
 
     SerializeToShape target(preferences);
-    target.setPointConverter(converter);
+    // Of the others each names what it counts from, or nothing.
+    const bool isPlatform = converter && converter->refPlatformId() != 0;
+    target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
     std::vector<std::string> reasons;
     if (ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) != 0) {
         result.error = "no valid shapes found";
@@ -151,12 +165,12 @@ LoadResult loadOverlayText(std::string text, const std::string& sourceName, cons
             result.leftOut.push_back(labelOf(*read[i]));
             continue;
         }
-        noteOffsets(*read[i], result);
         bool drawn = true;
         read[i]->getDrawn(drawn);
         (*shape++)->setShown(drawn);
     }
     takeSource(std::move(text), std::move(spans), read, reasons, result);
+    result.faultyLines = faultyLines(report, *result.source);
     return result;
 }
 

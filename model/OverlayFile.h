@@ -25,7 +25,7 @@ struct LoadResult {
     /// nothing.
     std::string kept;
     std::size_t keptBlocks = 0;
-    /// Lines that the reader did not understand.
+    /// Lines that the reader did not understand, but for those of blocks that stay as they are.
     std::size_t faultyLines = 0;
     /// The text itself; the shapes know their blocks of it.
     std::shared_ptr<const halCore::ZEL::SourceText> source;
@@ -34,7 +34,8 @@ struct LoadResult {
 /// Reads the text of a file into shapes that are not yet in an overlay.
 /// \param sourceName names the text in messages
 /// \param converter what relative positions count from when they do not say it themselves, and what the
-///        shapes keep; not owned, null for absolute
+///        shapes keep; not owned, null for absolute. What names no position stands on its platform, if any,
+///        or among such offsets; else nowhere.
 /// \param platformId what the shapes are attached to
 LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
                            PointConverter* converter, unsigned long platformId);

@@ -9,12 +9,15 @@
 
 namespace OverlayEditor {
 
+/// The block of a shape that was made here.
+constexpr std::size_t kNoBlock = std::size_t(-1);
+
 /// Where a shape comes from: the block of a text that stands for it as long as it is not changed. Copies of
 /// the shape have it, too.
 struct ShapeSource {
     /// Null for a shape that was made here.
     std::shared_ptr<const halCore::ZEL::SourceText> text;
-    std::size_t block = 0;
+    std::size_t block = kNoBlock;
     /// Of what it was written as when it was loaded: as long as that is the same, so is the shape. 0 when it
     /// was not written.
     std::uint64_t digest = 0;

@@ -5,6 +5,7 @@
 
 #include "common/Notify.h"
 #include "format/Parser.h"
+#include "format/ShapeFields.h"
 #include "geo/Angles.h"
 #include "model/CylinderShape.h"
 #include "model/ShapeKinds.h"
@@ -61,13 +62,6 @@ class Placement {
     const PointConverter* frame_;
 };
 
-std::string_view leaveOut(const ZEL::ZelShape& shape, std::string_view reason) {
-    if (halNotify::isNotifyEnabled(halNotify::Error))
-        halNotify::notify(halNotify::Error)
-            << "The " << labelOf(shape) << " cannot be edited and is left out: " << reason;
-    return reason;
-}
-
 /// Whether four corners, in their order, are those of a flat box along the meridians and parallels (or along
 /// the axes, when they are offsets).
 bool isBox(const std::vector<Vec3>& p) {
@@ -78,24 +72,6 @@ bool isBox(const std::vector<Vec3>& p) {
     const bool alongY =
         p[0].y() == p[1].y() && p[1].x() == p[2].x() && p[2].y() == p[3].y() && p[3].x() == p[0].x();
     return alongX || alongY;
-}
-
-const std::vector<Vec3>* pointsOf(const ZEL::ZelShape& shape) {
-    if (const auto* list = dynamic_cast<const ZEL::PointBasedShape*>(&shape)) return &list->points();
-    if (const auto* points = dynamic_cast<const ZEL::Points*>(&shape)) return &points->points();
-    return nullptr;
-}
-
-/// Where the shape stands: its centre, or a label's position. An offset that is not given is zero: such a
-/// shape stands on its platform.
-std::optional<Vec3> anchorOf(const ZEL::ZelShape& shape) {
-    std::optional<Vec3> anchor;
-    if (const auto* circular = dynamic_cast<const ZEL::CircularShape*>(&shape))
-        anchor = valueOf(*circular, &ZEL::CircularShape::getCenterPosition);
-    else if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape))
-        anchor = valueOf(*annotation, &ZEL::Annotation::getPosition);
-    if (!anchor && shape.isRelative()) anchor = Vec3();
-    return anchor;
 }
 
 std::string nameOf(const ZEL::ZelShape& shape) {
@@ -165,7 +141,8 @@ void sector(Serializer& target, const ZEL::EllipticalShape& shape) {
         target.setStartEndAngles(start, other);
 }
 
-void circular(Serializer& target, const ZEL::CircularShape& shape, const Radii& radii, Type type) {
+void circular(Serializer& target, const ZEL::CircularShape& shape, Type type) {
+    const Radii radii = radiiOf(shape);
     if (radii.major) target.setMajorRadius(*radii.major);
     if (radii.minor) target.setMinorRadius(*radii.minor);
     if (const auto* ellipse = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
@@ -229,33 +206,44 @@ Serializer::ShapeType ZelToSerializer::getShapeType_(const ZEL::ZelShape& shape)
 Serializer::ShapeType ZelToSerializer::typeOf(const ZEL::ZelShape& shape) const {
     const Type type = getShapeType_(shape);
     if (type == Type::Cylinder && isWedge(static_cast<const ZEL::Cylinder&>(shape))) return Type::Wedge;
-    return type == Type::Polygon && isBox(*pointsOf(shape)) ? Type::Rectangle : type;
+    return type == Type::Polygon && isBox(*ZEL::pointsOf(shape)) ? Type::Rectangle : type;
+}
+
+std::string_view ZelToSerializer::whyLeftOut(const ZEL::ZelShape& shape, bool hasFrame) const {
+    const Type type = typeOf(shape);
+    if (type == Type::None) return "the editor has no such shape";
+    const auto* const round = dynamic_cast<const ZEL::CircularShape*>(&shape);
+    Vec3 reference;
+    const bool isPossible = !shape.isRelative() || hasFrame || shape.getReferencePosition(reference) == 0;
+    // A label can still be put somewhere by the user.
+    if (!isPossible && type != Type::Annotation)
+        return "its position is relative to a platform, and it has none";
+    if (!round) return {};
+    if (!shape.isRelative() && !ZEL::anchorOf(shape)) return "it has no center";
+    if (type == Type::Orbit &&
+        !valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2))
+        return "it has no second center";
+    const Radii radii = radiiOf(*round);
+    for (const auto& radius : {radii.major, radii.minor})
+        if (radius && !CylinderShape::isRadius(*radius))
+            return "its radius reaches round more than half of the earth";
+    return {};
 }
 
 std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
                                                    unsigned long platformId) const {
-    const Type type = typeOf(shape);
-    if (type == Type::None) return "the editor has no such shape";
-    const auto* const points = pointsOf(shape);
-
     // What a shape lacks first: one that cannot be placed must not be begun.
+    const std::string_view reason = whyLeftOut(shape, target.pointConverter() != nullptr);
+    const Type type = typeOf(shape);
+    if (!reason.empty() && type != Type::None && halNotify::isNotifyEnabled(halNotify::Error))
+        halNotify::notify(halNotify::Error)
+            << "The " << labelOf(shape) << " cannot be edited and is left out: " << reason;
+    if (!reason.empty()) return reason;
     const Placement placement(shape, target);
-    const auto position = points ? std::nullopt : anchorOf(shape);
-    const bool canWait = type == Type::Annotation;  // the user can still put a label somewhere
-    if (!placement.isPossible() && !canWait)
-        return leaveOut(shape, "its position is relative to a platform, and it has none");
-    if (!points && !position && !canWait) return leaveOut(shape, "it has no center");
-    std::optional<Vec3> secondCenter;
-    if (type == Type::Orbit) {
-        secondCenter = valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2);
-        if (!secondCenter) return leaveOut(shape, "it has no second center");
-    }
-    Radii radii;
-    const auto* const round = dynamic_cast<const ZEL::CircularShape*>(&shape);
-    if (round) radii = radiiOf(*round);
-    for (const auto& radius : {radii.major, radii.minor})
-        if (radius && !CylinderShape::isRadius(*radius))
-            return leaveOut(shape, "its radius reaches round more than half of the earth");
+    const auto* const points = ZEL::pointsOf(shape);
+    auto position = ZEL::anchorOf(shape);
+    // An offset that is not given is zero: such a shape stands on its platform.
+    if (!position && shape.isRelative()) position = Vec3();
 
     target.beginShape(type, platformId);
     target.setItemName(nameOf(shape));
@@ -271,8 +259,10 @@ std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL
         if (type == Type::Annotation)
             annotationStyle(target, static_cast<const ZEL::Annotation&>(shape));
         else
-            circular(target, *round, radii, type);
-        if (secondCenter) placement.give(Serializer::Use::Center2, *secondCenter);
+            circular(target, static_cast<const ZEL::CircularShape&>(shape), type);
+        if (type == Type::Orbit)
+            placement.give(Serializer::Use::Center2,
+                           *valueOf(static_cast<const ZEL::Orbit&>(shape), &ZEL::Orbit::getCenterPosition2));
     }
     target.endShape();
     return {};

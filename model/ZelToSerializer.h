@@ -26,6 +26,9 @@ class ZelToSerializer {
     int replay(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
                unsigned long platformId, const std::string& sourceName,
                std::vector<std::string>* reasons = nullptr) const;
+    /// Why a shape of a file is left out; empty when it is not.
+    /// \param hasFrame whether offsets that name no reference count from anything
+    std::string_view whyLeftOut(const halCore::ZEL::ZelShape& shape, bool hasFrame) const;
     /// As what a file's shape is begun: a cylinder with a sweep is a wedge, a polygon that is a box a
     /// rectangle. None for one that is left out.
     Serializer::ShapeType typeOf(const halCore::ZEL::ZelShape& shape) const;

@@ -142,6 +142,23 @@ TEST_F(JournalTest, WhatADeadHostHadIsRecoveredToTheDigit) {
     EXPECT_EQ(journals().size(), 0U);
 }
 
+/// Of a file that nobody touched meanwhile all but the change is there again, also what waits for a place.
+TEST_F(JournalTest, WhatIsRecoveredKeepsTheBlocksOfItsFile) {
+    const std::string file = directory.path() + "/file.zel";
+    const std::string text =
+        "start\nannotation A # b\nend\nstart\ncircle\nend\nstart\nline\nll 1 2\nll 3 4\nend\n";
+    std::ofstream(file) << text;
+    die([&](Session& session) {
+        session.act([&] { session.document->take(session.document->readFile(file)); });
+        session.act([&] { session.overlay.shapes().back()->setName("B"); });
+        session.wait();
+    });
+    Session next(directory.path());
+    next.act([&] { next.document->recover(*next.document->findLost()); });
+    EXPECT_EQ(next.document->text(), text.substr(0, text.size() - 4) + "3d name B\nend\n");
+    EXPECT_EQ(next.document->changes(), "Not saved");
+}
+
 TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
     const auto circles = [](int count) {
         return [count](Session& session) {

@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -33,7 +34,8 @@ class OverlayFileTest : public ::testing::Test {
     ~OverlayFileTest() override { halNotify::setNotifyHandler({}); }
 
     LoadResult load(const std::string& text, PointConverter* converter = nullptr) {
-        return loadOverlayText(text, "test.zel", preferences, converter, converter ? 3 : 0);
+        const unsigned long id = converter ? converter->refPlatformId() : 0;
+        return loadOverlayText(text, "test.zel", preferences, converter, id);
     }
     template <typename Kind = CylinderShape>
     std::unique_ptr<Kind> only(const std::string& lines, PointConverter* converter = nullptr) {
@@ -65,13 +67,14 @@ TEST_F(OverlayFileTest, TellsWhatItCouldNotRead) {
     EXPECT_EQ(unknown.kept, "1 latlonaltbox");
     EXPECT_EQ(host.notifications.size(), 1U);
 
-    const auto mixed = load(box + block("circle\ncenterll 1 2\nradius 5\nradius\n") + "start\nline\n");
+    const auto mixed = load(box + block("circle\ncenterll 1 2\nradius 5\nradius\n") + block("annotation\n") +
+                            "start\nline\n");
     EXPECT_EQ(mixed.error, "");
     EXPECT_EQ(mixed.shapes.size(), 1U);
     EXPECT_THAT(mixed.leftOut, ElementsAre("latlonaltbox \"B\""));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("error: ZEL error: radius")));
-    EXPECT_EQ(mixed.kept, "1 latlonaltbox and 1 block without \"end\"");
-    EXPECT_EQ(mixed.faultyLines, 1U);
+    EXPECT_THAT(messages[0], HasSubstr("error: ZEL error: radius"));
+    EXPECT_EQ(mixed.kept, "1 latlonaltbox, 1 block with errors and 1 block without \"end\"");
+    EXPECT_EQ(mixed.faultyLines, 1U) << "those of the block with errors are told by its name";
 }
 
 TEST_F(OverlayFileTest, CircularShapesFromFiles) {
@@ -163,6 +166,22 @@ TEST_F(OverlayFileTest, OffsetsCountFromTheirReferenceOrThePlatform) {
     EXPECT_NEAR(named.reference->lat(), halCore::kRadiansPerDegree, 1e-15) << "the first one";
     EXPECT_FALSE(named.fromNowhere);
     EXPECT_TRUE(load(block(line), &platform).fromNowhere);
+    // What names no position is no offset, and stands nowhere without a platform, unless offsets do.
+    PointConverter camera;
+    const std::string others =
+        block("latlonaltbox 4 3 1 2 0\n") + block("circle\ncenterxy 0 0\nradius 1e9\n");
+    const std::string lacking =
+        block("annotation A\n") + block("annotation B\nref 1 2\n") + block("circle\n");
+    for (const auto& [offsets, waiting, shapes] :
+         {std::tuple{block(line + "ref 3 4\n"), true, 3U}, {block(line), false, 4U}}) {
+        const auto loaded = load(lacking + others + offsets, &camera);
+        EXPECT_EQ(loaded.fromNowhere, !waiting);
+        EXPECT_NEAR(loaded.reference.value_or(Vec3()).lat(), waiting ? 3 * halCore::kRadiansPerDegree : 0,
+                    1e-15);
+        ASSERT_EQ(loaded.shapes.size(), shapes);
+        EXPECT_EQ(loaded.shapes[0]->placed().has(0), !waiting);
+        EXPECT_EQ(loaded.source->isHeld(2), !waiting);
+    }
 }
 
 TEST_F(OverlayFileTest, BoxesComeBackAsRectanglesAndNothingElseDoes) {

@@ -216,18 +216,18 @@ TEST_F(PositionsTest, StayWhatTheyAre) {
         if (zel) host.overlays[zel] = {text, "test.zel", 7, true};
         load(text, zel);
         if (HasFailure()) break;
-        const std::string saved = overlay.text();
+        const std::string saved = document->text();
         expectSame(text, saved);
 
         Overlay blind;
         host.eye.reset();
         Document other(preferences, blind);
         other.take(other.read(text, "test.zel"));
-        EXPECT_EQ(blind.text(), saved) << "the same without a view and a platform, as in the command";
+        EXPECT_EQ(other.text(), saved) << "the same without a view and a platform, as in the command";
 
         const int loads = host.loads;
         for (int leg = 0; leg < 4; ++leg) move(random.place());
-        EXPECT_EQ(overlay.text(), saved);
+        EXPECT_EQ(document->text(), saved);
         EXPECT_EQ(host.loads, loads);
         EXPECT_TRUE(overlay.isKept());
 
@@ -240,9 +240,9 @@ TEST_F(PositionsTest, StayWhatTheyAre) {
             const bool attached = document->attach(7, false);
             if (!attached) {
                 EXPECT_THAT(messages, Contains(HasSubstr("Not attached to")));
-                EXPECT_EQ(overlay.text(), saved);
+                EXPECT_EQ(document->text(), saved);
             } else {
-                const std::string sailing = overlay.text();
+                const std::string sailing = document->text();
                 const auto after = places();
                 for (std::size_t i = 0; i < before.size() && !fromNowhere; ++i)
                     EXPECT_TRUE(apart(before[i], after[i]) < 1e-6 ||
@@ -250,7 +250,7 @@ TEST_F(PositionsTest, StayWhatTheyAre) {
                 const auto& point = host.platforms[7].point;
                 const Vec3 start(point.latRad, point.lonRad, point.altMeters);
                 for (int leg = 0; leg < 4; ++leg) move(random.place());
-                EXPECT_EQ(overlay.text(), sailing);
+                EXPECT_EQ(document->text(), sailing);
                 move(start);
                 document->attach(0, false);
                 const auto detached = places();
