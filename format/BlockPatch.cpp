@@ -103,7 +103,7 @@ class Patch {
     /// Where both axes are told by a radius, they stay told by it as long as they are the same.
     void speakOfRadius_() {
         if (!isSet_(P::Radius) || isSet_(P::MajorAxis) || isSet_(P::MinorAxis)) return;
-        const auto speak = [this](ShapeFields& fields) {
+        const auto speak = [](ShapeFields& fields) {
             const auto major = fields.find(slotOf(P::MajorAxis));
             const auto minor = fields.find(slotOf(P::MinorAxis));
             if (major == fields.end() || minor == fields.end()) return;

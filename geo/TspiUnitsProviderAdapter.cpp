@@ -108,7 +108,9 @@ int parseLength(std::string_view typed, UnitType_t type, double& meters, std::st
     const auto [numberText, unit] = split(text);
     const std::optional<double> number = readNumber(numberText);
     if (!number) {
-        const std::string advice = numberAdvice(text);
+        double ignored = 0.0;
+        const std::string advice = numberAdvice(
+            text, [&](const std::string& other) { return parseLength(other, type, ignored, nullptr) == 0; });
         return fail(remark, !advice.empty() ? advice : text.empty() ? "no text" : "not a number");
     }
     if (!unit.empty()) type = typedUnits(unit);
@@ -137,6 +139,19 @@ std::optional<double> parseMeasuredAngle(std::string_view text, UnitType_t type)
 /// Whether a text can only be meant in degrees.
 bool hasDegreeMark(std::string_view text) {
     return text.find("\xC2\xB0") != std::string_view::npos || lowerCase(text).find('d') != std::string::npos;
+}
+
+/// Degrees, minutes and seconds with as many decimals as the angle has.
+std::string shortestSeconds(double radians) {
+    constexpr auto format = AngleFormat::DegreesMinutesSeconds;
+    constexpr double none = 1e-12;
+    std::string text;
+    for (int decimals = 0; decimals <= halCore::maxAnglePrecision(format); ++decimals) {
+        double back = 0.0;
+        text = writeAngle(radians, format, decimals);
+        if (halCore::readAngle(text, back) == 0 && std::abs(back - radians) < none) break;
+    }
+    return text;
 }
 
 std::string formatAngleAs(double radians, UnitType_t type, int precision, AngleKind kind) {
@@ -217,25 +232,40 @@ int TspiUnitsProviderAdapter::parseAngle(std::string_view typed, double& radians
     const std::string text = plainText(typed);
     std::string reason;
     double value = 0.0;
+    bool needsMarks = false;
     if (const std::optional<double> measured = parseMeasuredAngle(text, angleUnits_)) {
         value = *measured;
     } else if (readTypedAngle(text, AngleKind::Bearing, value, reason) != 0) {
-        if (const std::string advice = numberAdvice(text); !advice.empty()) reason = advice;
+        const std::string advice = numberAdvice(
+            text, [&](const std::string& other) { return parseAngle(other, value, nullptr) == 0; });
+        if (!advice.empty()) return fail(remark, advice);
+        // With points for its commas it may still be refused.
+        std::string pointed = text;
+        std::ranges::replace(pointed, ',', '.');
+        std::string other;
+        if (pointed != text && readTypedAngle(pointed, AngleKind::Bearing, value, other) == 0 &&
+            parseAngle(pointed, value, &other) != 0)
+            reason = other;
         return fail(remark, reason);
-    } else if (!isDegrees(angleUnits_) && !hasDegreeMark(text)) {
-        return fail(remark, "degrees and minutes need their marks here: type \"" +
-                                writeAngle(value, halCore::AngleFormat::DegreesMinutesSeconds, 0) + "\"");
+    } else {
+        needsMarks = !isDegrees(angleUnits_) && !hasDegreeMark(text);
     }
-    // A full turn may lose a digit, or be rounded up where it is shown.
-    if (std::abs(value) > halCore::kTwoPi && formatAngle(std::abs(value)) != formatAngle(halCore::kTwoPi)) {
-        std::string reason = "more than one turn";
-        // Of far more turns no digit is left.
-        if (std::abs(value) < 1e3)
-            reason.append(": \"")
-                .append(formatAngle(halCore::wrapToTwoPi(value)))
-                .append("\" is the same direction");
-        return fail(remark, reason);
+    if (std::abs(value) > halCore::kTwoPi) {
+        // A full turn may lose a digit, or be rounded up where it is shown.
+        if (formatAngle(std::abs(value)) != formatAngle(halCore::kTwoPi)) {
+            reason = "more than one turn";
+            // Of far more turns no digit is left.
+            if (std::abs(value) < 1e3)
+                reason.append(": \"")
+                    .append(formatAngle(halCore::wrapToTwoPi(value)))
+                    .append("\" is the same direction");
+            return fail(remark, reason);
+        }
+        value = std::copysign(halCore::kTwoPi, value);
     }
+    if (needsMarks)
+        return fail(remark,
+                    "degrees and minutes need their marks here: type \"" + shortestSeconds(value) + "\"");
     radians = value;
     if (remark) remark->clear();
     return 0;

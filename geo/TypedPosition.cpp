@@ -14,6 +14,8 @@ namespace {
 
 using halCore::AngleKind;
 
+constexpr std::string_view kSeparators = ";\t/";
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -156,24 +158,40 @@ TypedPositions readWords(std::string_view text) {
     return found;
 }
 
-/// A position whose parts are parted by something else.
-TypedPositions readCells(std::string_view text) {
-    const bool hasCommas = text.find_first_of(";\t/") == std::string_view::npos;
-    const std::vector<std::string> cells = split(text, hasCommas ? "," : ";\t/");
-    for (std::size_t i = 1; i < cells.size() && hasCommas; ++i) {
-        const std::string& before = cells[i - 1];
-        const std::string& behind = cells[i];
-        const bool isTight = text.find(before + ',' + behind) != std::string_view::npos;
-        if (!isTight || before.empty() || behind.empty() || !isDigit(before.back()) ||
-            !isDigit(behind.front()) || (before + behind).find('.') != std::string::npos)
-            continue;
-        if (cells.size() > 2) return {{}, "put blanks behind the commas between numbers"};
-        return {{},
-                "a comma may be a point, or part two numbers: type \"" + before + "." + behind + "\" or \"" +
-                    before + ", " + behind + "\""};
+/// What to type instead of numbers between which commas stand without a blank; empty when nothing of that
+/// reads.
+std::string commaAdvice(const std::vector<std::string>& cells, AngleKind kind) {
+    std::string ignored;
+    const auto pair = [&](const std::string& first, const std::string& second) {
+        return readPair(first, second, ignored) ? "\"" + first + ", " + second : std::string();
+    };
+    if (cells.size() == 4) {
+        const std::string pointed = pair(cells[0] + "." + cells[1], cells[2] + "." + cells[3]);
+        return pointed.empty() ? pointed : "use points for decimals: " + pointed + "\"";
     }
-    if (!hasCommas && std::ranges::any_of(cells, [](auto& cell) { return isOf(cell, ','); }))
-        return {{}, "use points for decimals"};
+    const bool hasHeight = cells.size() == 3 && readNumber(cells[2]);
+    std::string parted = cells.size() == 2 || hasHeight ? pair(cells[0], cells[1]) : std::string();
+    if (parted.empty()) return {};
+    if (hasHeight) parted += ", " + cells[2];
+    parted += '"';
+    double radians = 0.0;
+    const std::string number = cells[0] + "." + cells[1];
+    if (cells.size() == 2 && readTypedAngle(number, kind, radians, ignored) == 0)
+        return "a comma may be a point, or part two numbers: type \"" + number + "\" or " + parted;
+    return "put blanks behind the commas between numbers: type " + parted;
+}
+
+/// A position whose parts are parted by something else.
+TypedPositions readCells(std::string_view text, AngleKind kind) {
+    const bool hasCommas = text.find_first_of(kSeparators) == std::string_view::npos;
+    const std::vector<std::string> cells = typedCells(text);
+    if (cells.empty()) return {{}, commaAdvice(split(text, ","), kind)};
+    if (!hasCommas && text.find(',') != std::string_view::npos) {
+        std::string pointed(text);
+        std::ranges::replace(pointed, ',', '.');
+        const bool reads = !readCells(pointed, kind).positions.empty();
+        return {{}, reads ? "use points for decimals: \"" + pointed + "\"" : "use points for decimals"};
+    }
     if (cells.size() > 3) return {{}, "more than a position"};
     std::string reason;
     auto position = readPair(cells[0], cells[1], reason);
@@ -197,16 +215,18 @@ bool isPlainPair(std::string_view text) {
     return text.find_first_not_of("+-0123456789.,;/ \t") == std::string_view::npos;
 }
 
-TypedPositions readLine(std::string_view line, PlainPairs plain) {
+TypedPositions readLine(std::string_view line, TypedInto into) {
     if (line.size() > kLongestTyped) return {};
     const std::string text = withoutNames(unwrapped(line));
     const std::string_view rest = unwrapped(text);
     if (const auto position = readReference(rest)) return {{*position}, {}};
     if (isPlainPair(rest)) {
-        if (plain == PlainPairs::None) return {};
-        if (plain == PlainPairs::Decimals && rest.find_first_of(".-") == std::string_view::npos) return {};
+        if (into.pairs == PlainPairs::None) return {};
+        if (into.pairs == PlainPairs::Decimals && rest.find_first_of(".-") == std::string_view::npos)
+            return {};
     }
-    return rest.find_first_of(",;\t/") == std::string_view::npos ? readWords(rest) : readCells(rest);
+    return rest.find_first_of(",;\t/") == std::string_view::npos ? readWords(rest)
+                                                                 : readCells(rest, into.kind);
 }
 
 /// Pairs in one line, without a blank within.
@@ -221,14 +241,28 @@ bool isRowOfPairs(const std::vector<std::string>& cells) {
 
 }  // namespace
 
-TypedPositions readTypedPositions(std::string_view text, PlainPairs plain) {
+std::vector<std::string> typedCells(std::string_view row) {
+    const bool hasCommas = row.find_first_of(kSeparators) == std::string_view::npos;
+    std::vector<std::string> cells = split(row, hasCommas ? "," : kSeparators);
+    for (std::size_t i = 1; i < cells.size() && hasCommas; ++i) {
+        const std::string& before = cells[i - 1];
+        const std::string& behind = cells[i];
+        const bool isTight = row.find(before + ',' + behind) != std::string_view::npos;
+        if (isTight && !before.empty() && !behind.empty() && isDigit(before.back()) &&
+            isDigit(behind.front()) && (before + behind).find('.') == std::string::npos)
+            return {};
+    }
+    return cells;
+}
+
+TypedPositions readTypedPositions(std::string_view text, TypedInto into) {
     std::vector<std::string> lines = split(plainText(text), "\n\r");
     std::erase(lines, "");
     if (lines.size() == 1)
         if (auto cells = split(lines[0], " "); isRowOfPairs(cells)) lines = std::move(cells);
     TypedPositions all;
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        TypedPositions one = readLine(lines[i], plain);
+        TypedPositions one = readLine(lines[i], into);
         if (one.positions.empty() && lines.size() > 1)
             return {{},
                     "line " + std::to_string(i + 1) + " is no position" +

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "geo/AngleText.h"
+
 namespace UTILS {
 
 /// Latitude and longitude in radians, and the text of an altitude, if there was one.
@@ -29,11 +31,22 @@ enum class PlainPairs {
     None       ///< they are offsets
 };
 
+/// What a field makes of texts by itself.
+struct TypedInto {
+    PlainPairs pairs = PlainPairs::All;
+    /// Any for a field that holds neither a latitude nor a longitude.
+    halCore::AngleKind kind = halCore::AngleKind::Any;
+};
+
+/// The parts of a row that semicolons, tabs or slashes part, or else commas ("100, 200 m"). None where a
+/// comma between two digits, without a blank, may be a decimal point ("5,000").
+std::vector<std::string> typedCells(std::string_view row);
+
 /// Reads whole positions as people type and paste them, a line each: latitude and longitude in any form of
 /// readTypedAngle, parted by a comma, a semicolon, a slash, a tab or a blank ("45.5, -120.3",
 /// "21°18'30\"N 157°54'W", "W 157 54, N 21 18"), perhaps an altitude behind them, perhaps "Lat:" and "Lon:"
 /// in front, perhaps in brackets; or an MGRS reference ("4Q FJ 12345 67890"). Pairs without a blank
 /// in them may stand in one line ("45.5,-120.3 46,-121").
-TypedPositions readTypedPositions(std::string_view text, PlainPairs plain = PlainPairs::All);
+TypedPositions readTypedPositions(std::string_view text, TypedInto into = {});
 
 }  // namespace UTILS

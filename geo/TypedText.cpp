@@ -186,7 +186,7 @@ std::string plainText(std::string_view typed) {
     return std::string(trimmed(result));
 }
 
-std::string numberAdvice(std::string_view text) {
+std::string numberAdvice(std::string_view text, const std::function<bool(const std::string&)>& reads) {
     const std::string plain = plainText(text);
     // The number in front, with all that may stand within one.
     const std::size_t end = std::min(plain.find_first_not_of("+-0123456789., '"), plain.size());
@@ -194,23 +194,26 @@ std::string numberAdvice(std::string_view text) {
     if (last == std::string::npos) return {};
     const std::string number = plain.substr(0, last + 1);
     const std::string rest = plain.substr(last + 1);
-    if (number.find_first_of(", '") == std::string::npos) return {};
+    const auto instead = [&](const std::optional<std::string>& other) {
+        return other && reads(*other + rest) ? quoted(*other + rest) : std::string();
+    };
 
     const std::size_t comma = number.find(',');
     if (comma != std::string::npos && number.find_first_of(",. '", comma + 1) == std::string::npos &&
         number.find_first_of(". '") == std::string::npos) {
-        std::string pointed = number;
-        pointed[comma] = '.';
-        if (!readNumber(pointed)) return {};
-        if (const auto joined = withoutGroups(number, ',', '.'))
-            return "a comma may be a point, or part thousands: type " + quoted(*joined + rest) + " or " +
-                   quoted(pointed + rest);
-        return "use a point for decimals: " + quoted(pointed + rest);
+        std::string other = number;
+        other[comma] = '.';
+        const std::string joined = instead(withoutGroups(number, ',', '.'));
+        const std::string pointed = instead(other);
+        if (!joined.empty() && !pointed.empty())
+            return "a comma may be a point, or part thousands: type " + joined + " or " + pointed;
+        if (!pointed.empty()) return "use a point for decimals: " + pointed;
+        return joined.empty() ? joined : "nothing parts thousands: type " + joined;
     }
     for (const auto& [separator, point] :
          {std::pair{',', '.'}, {'.', ','}, {' ', '.'}, {' ', ','}, {'\'', '.'}, {'\'', ','}})
-        if (const auto joined = withoutGroups(number, separator, point))
-            return "nothing parts thousands: type " + quoted(*joined + rest);
+        if (const std::string joined = instead(withoutGroups(number, separator, point)); !joined.empty())
+            return "nothing parts thousands: type " + joined;
     return {};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -18,8 +19,8 @@ inline constexpr std::size_t kLongestTyped = 500;
 std::string plainText(std::string_view typed);
 
 /// Why a text with commas, or with blanks within a number, is none, and what to type instead: "use a point
-/// for decimals: \"7.5 nm\"". Empty when that is not what is wrong.
-std::string numberAdvice(std::string_view text);
+/// for decimals: \"7.5 nm\"". Empty when that is not what is wrong, or nothing of that `reads`.
+std::string numberAdvice(std::string_view text, const std::function<bool(const std::string&)>& reads);
 
 /// Reads a latitude, a longitude or, with kind Bearing, an angle without a hemisphere, in degrees; all that
 /// halCore::readAngle takes, and besides dashes between the parts ("21-18-30N"), the hemisphere as a word

@@ -17,10 +17,14 @@ void LlaEditGUI::setPosition(const PlacedPoint& point) {
 }
 
 void LlaEditGUI::setTaker(const Taker& taker) {
-    for (ValueUnitEntry* entry : {&lat_, &lon_, &alt_})
-        entry->setTaker([taker](const std::string& text, std::string& reason) {
-            return taker(text, UTILS::PlainPairs::All, reason);
+    const auto pass = [&taker](ValueUnitEntry& entry, halCore::AngleKind kind) {
+        entry.setTaker([taker, kind](const std::string& text, std::string& reason) {
+            return taker(text, {UTILS::PlainPairs::All, kind}, reason);
         });
+    };
+    pass(lat_, halCore::AngleKind::Latitude);
+    pass(lon_, halCore::AngleKind::Longitude);
+    pass(alt_, halCore::AngleKind::Any);
 }
 
 std::optional<PlacedPoint> LlaEditGUI::edited() const {

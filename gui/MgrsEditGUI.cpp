@@ -78,9 +78,9 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
     halCore::Vec3 lla(position_.lat(), position_.lon(), alt_.value());
     const std::string error = read_(typed, lla);
     // Whole numbers in the second field are easting and northing, whatever is wrong with them.
-    const auto plain = &edited == &numbers_ ? UTILS::PlainPairs::Decimals : UTILS::PlainPairs::All;
+    const auto pairs = &edited == &numbers_ ? UTILS::PlainPairs::Decimals : UTILS::PlainPairs::All;
     std::string reason;
-    if (!error.empty() && taker_ && taker_(edited.text(), plain, reason)) {
+    if (!error.empty() && taker_ && taker_(edited.text(), {pairs}, reason)) {
         edited.refused().forget();
         return true;
     }
@@ -101,9 +101,7 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
 
 void MgrsEditGUI::setTaker(const Taker& taker) {
     taker_ = taker;
-    alt_.setTaker([taker](const std::string& text, std::string& reason) {
-        return taker(text, UTILS::PlainPairs::All, reason);
-    });
+    alt_.setTaker([taker](const std::string& text, std::string& reason) { return taker(text, {}, reason); });
 }
 
 std::string MgrsEditGUI::read_(const Texts& fields, halCore::Vec3& lla) {

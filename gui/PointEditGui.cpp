@@ -1,21 +1,25 @@
 #include "gui/PointEditGui.h"
 
+#include <array>
 #include <initializer_list>
 #include <utility>
 
 #include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/OffsetGrid.h"
+#include "geo/TypedText.h"
 
 namespace OverlayEditor {
+
+using Quantity = ValueUnitEntry::Quantity;
 
 PointEditGui::PointEditGui(PanelBody& panel)
     : preferences_(panel.preferences()), lla_(panel), xyz_(panel), mgrs_(panel) {
     xyz_.setShown(false);
     mgrs_.setShown(false);
     for (PointEditor* editor : std::initializer_list<PointEditor*>{&lla_, &xyz_, &mgrs_})
-        editor->setTaker([this](const std::string& text, UTILS::PlainPairs plain, std::string& reason) {
-            return take_(text, plain, reason);
+        editor->setTaker([this](const std::string& text, UTILS::TypedInto into, std::string& reason) {
+            return take_(text, into, reason);
         });
     choose_();
     panel.add(*this);
@@ -52,12 +56,12 @@ void PointEditGui::choose_() {
     current_->setPosition(position_);
 }
 
-bool PointEditGui::take_(const std::string& text, UTILS::PlainPairs plain, std::string& reason) {
+bool PointEditGui::take_(const std::string& text, UTILS::TypedInto into, std::string& reason) {
     if (const auto offsets = readOffsets_(text)) {
         taken_.assign(1, *offsets);
         return true;
     }
-    UTILS::TypedPositions typed = UTILS::readTypedPositions(text, plain);
+    UTILS::TypedPositions typed = UTILS::readTypedPositions(text, into);
     reason = std::move(typed.reason);
     if (typed.positions.empty()) return false;
     if (typed.positions.size() > 1 && !allowsSeveral_) {
@@ -69,7 +73,8 @@ bool PointEditGui::take_(const std::string& text, UTILS::PlainPairs plain, std::
     for (const UTILS::TypedPosition& each : typed.positions) {
         double altitude = height;
         if (!each.altitude.empty() &&
-            preferences_.unitsProvider()->parseAltitude(each.altitude, altitude, &reason) != 0) {
+            (preferences_.unitsProvider()->parseAltitude(each.altitude, altitude, &reason) != 0 ||
+             !(reason = ValueUnitEntry::refusal(Quantity::Altitude, altitude)).empty())) {
             reason.insert(0, "the altitude \"" + UTILS::excerpt(each.altitude) + "\": ");
             return false;
         }
@@ -84,21 +89,16 @@ bool PointEditGui::take_(const std::string& text, UTILS::PlainPairs plain, std::
 }
 
 std::optional<PlacedPoint> PointEditGui::readOffsets_(const std::string& text) const {
-    const std::size_t comma = text.find_first_of(",;");
-    if (!converter_ || comma == std::string::npos) return std::nullopt;
-    const std::size_t second = std::min(text.find_first_of(",;", comma + 1), text.size());
+    const auto cells = UTILS::typedCells(UTILS::plainText(text));
+    if (!converter_ || cells.size() < 2 || cells.size() > 3) return std::nullopt;
     PlacedPoint point = position();
     halCore::Vec3 offset = point.offset.value_or(halCore::Vec3());
-    const auto& units = *preferences_.unitsProvider();
-    double x = 0.0;
-    double y = 0.0;
-    double z = offset.z();
-    const std::string third = second < text.size() ? text.substr(second + 1) : std::string();
-    if (units.parseRange(text.substr(0, comma), x) != 0 ||
-        units.parseRange(text.substr(comma + 1, second - comma - 1), y) != 0 ||
-        (!third.empty() && units.parseRange(third, z) != 0))
-        return std::nullopt;
-    offset.set(x, y, z);
+    std::array values{0.0, 0.0, offset.z()};
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        if (preferences_.unitsProvider()->parseRange(cells[i], values[i]) != 0 ||
+            !ValueUnitEntry::refusal(Quantity::Range, values[i]).empty())
+            return std::nullopt;
+    offset.set(values[0], values[1], values[2]);
     const auto place = placeOf(*converter_, offset);
     return place ? std::optional(PlacedPoint(offset, *place)) : std::nullopt;
 }

@@ -38,7 +38,7 @@ class PointEditGui final : public PanelPart {
     /// Shows the editor that is to be shown, and it alone.
     void choose_();
     /// \see PointEditor::Taker
-    bool take_(const std::string& text, UTILS::PlainPairs plain, std::string& reason);
+    bool take_(const std::string& text, UTILS::TypedInto into, std::string& reason);
     /// "100, 200" and perhaps a third, as offsets.
     std::optional<PlacedPoint> readOffsets_(const std::string& text) const;
 

@@ -24,7 +24,7 @@ class PointEditor {
     virtual bool placeEdited() const = 0;
     /// Asked about texts that are nothing by themselves: whether they are whole positions, which are then
     /// taken. \see ValueUnitEntry::Taker
-    using Taker = std::function<bool(const std::string& text, UTILS::PlainPairs plain, std::string& reason)>;
+    using Taker = std::function<bool(const std::string& text, UTILS::TypedInto into, std::string& reason)>;
     virtual void setTaker(const Taker& taker) = 0;
     virtual void setShown(bool shown) {
         for (Row* row : rows_()) row->setShown(shown);

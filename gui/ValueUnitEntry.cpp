@@ -9,12 +9,7 @@
 
 namespace OverlayEditor {
 
-namespace {
-
-using Quantity = ValueUnitEntry::Quantity;
-
-/// Why a shape cannot have the value; empty when it can.
-std::string_view refusal(Quantity quantity, double value) {
+std::string_view ValueUnitEntry::refusal(Quantity quantity, double value) {
     constexpr double farthest = 1e9;
     switch (quantity) {
         case Quantity::Radius:
@@ -31,8 +26,6 @@ std::string_view refusal(Quantity quantity, double value) {
             return "";
     }
 }
-
-}  // namespace
 
 ValueUnitEntry::ValueUnitEntry(PanelBody& panel, const std::string& caption, Quantity quantity)
     : PanelRow(panel, caption, PIGUI::PITextFieldNormal, ""),

@@ -20,6 +20,9 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
 
     ValueUnitEntry(PanelBody& panel, const std::string& caption, Quantity quantity);
 
+    /// Why no shape can have a value; empty when one can.
+    static std::string_view refusal(Quantity quantity, double value);
+
     /// Shows a value; what the user typed before no longer counts as an edit.
     void setValue(double value);
     /// The value that the user typed since the last setValue; nothing when there was no edit.

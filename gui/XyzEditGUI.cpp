@@ -34,7 +34,7 @@ void XyzEditGUI::setPosition(const PlacedPoint& point) {
 void XyzEditGUI::setTaker(const Taker& taker) {
     for (ValueUnitEntry* entry : {&x_, &y_, &z_})
         entry->setTaker([taker](const std::string& text, std::string& reason) {
-            return taker(text, UTILS::PlainPairs::None, reason);
+            return taker(text, {UTILS::PlainPairs::None}, reason);
         });
 }
 
