@@ -13,6 +13,7 @@
 #include "globe/ScreenText.h"
 
 class QPaintDevice;
+class QPainter;
 
 namespace sandbox {
 
@@ -54,8 +55,8 @@ class GlobePainter {
   private:
     struct Layers;
 
-    void paintLabels(const GlobeFrame& frame, QPaintDevice& device);
-    void paintMapTexts(const GlobeFrame& frame, QPaintDevice& device);
+    void paintTexts(const GlobeFrame& frame, QPaintDevice& device);
+    void paintScale(const GlobeFrame& frame, QPainter& painter);
     void paintScreenTexts(const GlobeFrame& frame, QPaintDevice& device);
 
     std::unique_ptr<Layers> layers_;

@@ -13,16 +13,17 @@
 #include <utility>
 
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
 #include "geo/Ecef.h"
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
 #include "globe/DepthMap.h"
 #include "globe/Graticule.h"
-#include "globe/LabelLayout.h"
 #include "globe/OverlayScene.h"
 #include "globe/ScaleBar.h"
 #include "globe/ShapeGeometry.h"
 #include "globe/Sprites.h"
+#include "globe/TextLayout.h"
 
 namespace sandbox {
 
@@ -115,20 +116,33 @@ class Printer {
             if (!mesh.solid && mesh.overBodies) drawArea(mesh);
         for (const DrawList::Line& line : list.lines) drawLine(line);
     }
-    void drawLabels() {
-        std::vector<const DrawList::Label*> labels;
-        for (const DrawList::Label& label : labels_) labels.push_back(&label);
-        for (const PlacedLabel& placed : placeLabels(labels, camera_)) {
-            const QString text = QString::fromStdString(placed.label->text);
-            if (placed.label->icon.path.empty()) {
-                drawText({placed.x, placed.y}, text, lookOf(*placed.label));
+    const std::vector<DrawList::Label>& labels() const { return labels_; }
+    void drawTexts(const std::vector<TextLayout::Text>& texts) {
+        for (const auto& [x, y, text, look] : texts) drawText({x, y}, text, look);
+    }
+    void drawLabels(const TextLayout& layout) {
+        for (const auto& [label, x, y] : layout.labels) {
+            const QString text = QString::fromStdString(label->text);
+            if (label->icon.path.empty()) {
+                drawText({x, y}, text, lookOf(*label));
                 continue;
             }
             constexpr double kGap = 3.0;
-            const QImage icon = iconImage(placed.label->icon, 1.0);
-            painter_.drawImage(QPointF(placed.x - icon.width() / 2.0, placed.y - icon.height() / 2.0), icon);
-            drawText({placed.x + icon.width() / 2.0 + kGap, placed.y}, text, lookOf(*placed.label), false);
+            const QImage icon = iconImage(label->icon, 1.0);
+            painter_.drawImage(QPointF(x - icon.width() / 2.0, y - icon.height() / 2.0), icon);
+            drawText({x + icon.width() / 2.0 + kGap, y}, text, lookOf(*label), false);
         }
+        for (const auto& [platform, x, y, turn, named] : layout.platforms) {
+            painter_.translate(x, y);
+            paintSymbol(painter_, *platform, turn / halCore::kRadiansPerDegree);
+            painter_.translate(-x, -y);
+            if (!named) continue;
+            const TextLook look = platformLook();
+            const double middle = TextLayout::Platform::kNameY + QFontMetricsF(look.font).lineSpacing() / 2.0;
+            drawText({x + TextLayout::Platform::kNameX, y + middle}, QString::fromStdString(platform->name),
+                     look, false);
+        }
+        drawTexts(layout.counts);
     }
     void drawText(const QPointF& place, const QString& text, const TextLook& look, bool centered = true) {
         const QFontMetricsF metrics(look.font);
@@ -364,7 +378,8 @@ class Printer {
     std::vector<DrawList::Label> labels_;
 };
 
-void printScaleBar(const Camera& camera, Printer& printer, QPainter& painter, const TextLook& look) {
+void printScaleBar(const Camera& camera, Printer& printer, QPainter& painter) {
+    const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
     const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
     const QPointF right(camera.width() - ScaleBar::kMargin, camera.height() - ScaleBar::kMargin);
     const QPointF left = right - QPointF(bar.pixels, 0.0);
@@ -410,26 +425,21 @@ bool printPicture(const GlobeFrame& frame, const QImage& ground, QIODevice& devi
     DrawList map;
     map.lines = BaseMap::lines(camera, frame.map);
     printer.draw(map);
-    const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
-    if (frame.map.names) {
-        const std::vector<DrawList::Label> names = BaseMap::names(camera);
-        std::vector<const DrawList::Label*> labels;
-        for (const DrawList::Label& name : names) labels.push_back(&name);
-        for (const PlacedLabel& placed : placeLabels(labels, camera))
-            printer.drawText({placed.x, placed.y}, QString::fromStdString(placed.label->text),
-                             lookOf(*placed.label));
-    }
+    std::vector<GraticuleLabel> graticule;
     if (frame.map.graticule) {
         const GraticuleGrid grid = graticuleGrid(camera);
         DrawList lines;
         lines.lines = graticuleLines(grid);
         printer.draw(lines);
-        for (const GraticuleLabel& label : graticuleLabels(grid, camera))
-            printer.drawText({label.x, label.y}, QString::fromStdString(label.text), look);
+        graticule = graticuleLabels(grid, camera);
     }
-    if (frame.map.scaleBar) printScaleBar(camera, printer, painter, look);
     printer.draw(frame.overlays);
-    printer.drawLabels();
+    std::vector<const DrawList::Label*> labels;
+    for (const DrawList::Label& label : printer.labels()) labels.push_back(&label);
+    const TextLayout layout = layOutTexts(frame, labels, graticule);
+    printer.drawTexts(layout.map);
+    if (frame.map.scaleBar) printScaleBar(camera, printer, painter);
+    printer.drawLabels(layout);
     return painter.end();
 }
 

@@ -26,6 +26,10 @@ double marginOf(const TextLook& look) {
     return look.outlineWidth + 2.0;
 }
 
+bool isCross(const PlatformMarker& platform) {
+    return platform.icon == "x2";
+}
+
 }  // namespace
 
 QFont fontForFile(const QString& fileName, int pixelSize) {
@@ -83,6 +87,31 @@ QImage iconImage(const PictureFile& file, double ratio) {
     }
     image.setDevicePixelRatio(ratio);
     return image;
+}
+
+void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degrees) {
+    const QColor yellow(255, 214, 64);
+    const QColor rim(0, 0, 0, 190);
+    QPainterPath path;
+    if (isCross(platform)) {
+        path.moveTo(-5.5, -5.5);
+        path.lineTo(5.5, 5.5);
+        path.moveTo(-5.5, 5.5);
+        path.lineTo(5.5, -5.5);
+        painter.strokePath(path, QPen(rim, 5.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.strokePath(path, QPen(yellow, 2.4, Qt::SolidLine, Qt::RoundCap));
+        return;
+    }
+    painter.save();
+    painter.rotate(degrees);
+    path.moveTo(0, -10);
+    path.lineTo(6.5, 8);
+    path.lineTo(0, 4.5);
+    path.lineTo(-6.5, 8);
+    path.closeSubpath();
+    painter.strokePath(path, QPen(rim, 3.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.fillPath(path, yellow);
+    painter.restore();
 }
 
 void Sprites::setPixelRatio(double ratio) {
@@ -171,7 +200,7 @@ double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFil
 }
 
 void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn) {
-    const bool cross = platform.icon == "x2";
+    const bool cross = isCross(platform);
     const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / kPi)) % 360;
     const QString key = QLatin1String(cross ? "\ncross" : "\narrow") + QString::number(degrees);
     const auto found = images_.find(key);
@@ -185,26 +214,7 @@ void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMa
         QPainter symbol(&image);
         symbol.setRenderHint(QPainter::Antialiasing);
         symbol.translate(kSize / 2, kSize / 2);
-        symbol.rotate(degrees);
-        QPainterPath path;
-        if (cross) {
-            path.moveTo(-5.5, -5.5);
-            path.lineTo(5.5, 5.5);
-            path.moveTo(-5.5, 5.5);
-            path.lineTo(5.5, -5.5);
-        } else {
-            path.moveTo(0, -10);
-            path.lineTo(6.5, 8);
-            path.lineTo(0, 4.5);
-            path.lineTo(-6.5, 8);
-            path.closeSubpath();
-        }
-        symbol.strokePath(
-            path, QPen(QColor(0, 0, 0, 190), cross ? 5.0 : 3.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        if (cross)
-            symbol.strokePath(path, QPen(QColor(255, 214, 64), 2.4, Qt::SolidLine, Qt::RoundCap));
-        else
-            symbol.fillPath(path, QColor(255, 214, 64));
+        paintSymbol(symbol, platform, degrees);
         symbol.end();
         known = &keep(key, std::move(image));
     }

@@ -29,6 +29,9 @@ QFont fontForFile(const QString& fileName, int pixelSize);
 /// `ratio`: device pixels a widget pixel, which the image's own ratio is then.
 QImage iconImage(const PictureFile& file, double ratio);
 
+/// Draws a platform's symbol about the painter's origin, `degrees` clockwise.
+void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degrees);
+
 /// Small pictures that stand upright on the screen: texts and platform symbols, rendered once each by Qt's
 /// raster engine and then drawn at whole device pixels, so that they stay crisp. A text is cut at 2048 device
 /// pixels in width and height; all together take 256 MiB at most.

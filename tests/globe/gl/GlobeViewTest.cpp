@@ -260,16 +260,25 @@ TEST_F(GlobeViewTest, TheEquatorOfABallIsWhole) {
     }
 }
 
-/// Labels that overlap: of different priorities the higher one, of equal ones both.
-TEST_F(GlobeViewTest, TheHigherPriorityIsShown) {
+/// Labels that overlap: of different priorities the higher one, of equal ones the later, if they lie on each
+/// other; and how many there are besides.
+TEST_F(GlobeViewTest, LabelsGiveWayToEachOther) {
     look(at(0, 0), 1.0e6);
-    for (const auto& [other, shown] : {std::pair{"annotation Not_so_much; ll 0 0.1; priority 1", false},
-                                       {"annotation Far_away; ll 0 2; priority 1", true},
-                                       {"annotation As_important; ll 0 0.3; priority 2", true}}) {
+    struct Case {
+        const char* other;
+        bool important, green, counted;
+    };
+    for (const auto& [other, important, green, counted] :
+         {Case{"annotation Not_so_much; ll 0 0.1; priority 1", true, false, true},
+          {"annotation Far_away; ll 0 2; priority 1", true, true, false},
+          {"annotation Less_but_below; ll -0.2 0; priority 1", true, false, true},
+          {"annotation As_important_and_below; ll -0.2 0; priority 2", true, true, false},
+          {"annotation As_important; ll 0 0.3; priority 2", false, true, true}}) {
         show("annotation Important; ll 0 0; priority 2" + kMagenta + " | linecolor green; " + other);
         const QImage frame = view.grabFrame();
-        EXPECT_GT(count(frame, all, isMagenta), 20) << other;
-        EXPECT_EQ(count(frame, all, isGreen) > 50, shown) << other;
+        EXPECT_EQ(count(frame, all, isMagenta) > 20, important) << other;
+        EXPECT_EQ(count(frame, all, isGreen) > 50, green) << other;
+        EXPECT_EQ(count(frame, all, isWhite) > 10, counted) << other;
     }
 }
 

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <span>
+#include <vector>
+
+#include "globe/DrawList.h"
+#include "globe/GlobePainter.h"
+#include "globe/Sprites.h"
+
+namespace sandbox {
+
+struct GraticuleLabel;
+
+TextLook lookOf(const DrawList::Label& label);
+/// How the names of platforms look.
+TextLook platformLook();
+
+/// Where everything that is written on a view stands, so that it can be read: what has no room is left out.
+/// All places are widget pixels.
+///
+/// Of overlays' labels that overlap those with the highest priority remain; of equal ones that cover a
+/// quarter of each other, the one that would be drawn last. Then come the names of platforms, whose
+/// symbols are always there, of meridians and parallels, and of countries.
+struct TextLayout {
+    struct Label {
+        const DrawList::Label* label = nullptr;
+        double x = 0.0;  ///< where its place appears
+        double y = 0.0;
+    };
+    struct Platform {
+        const PlatformMarker* platform = nullptr;
+        double x = 0.0;
+        double y = 0.0;
+        double turn = 0.0;  ///< of its heading on the screen, radians clockwise from up
+        bool named = false;
+        /// Of its name's upper left corner, from its place.
+        static constexpr double kNameX = 12.0;
+        static constexpr double kNameY = -8.0;
+    };
+    /// Its middle is at its place.
+    struct Text {
+        double x = 0.0;
+        double y = 0.0;
+        QString text;
+        TextLook look;
+    };
+
+    std::vector<Label> labels;  ///< in drawing order
+    std::vector<Platform> platforms;
+    std::vector<Text> map;     ///< the graticule's and the countries' names
+    std::vector<Text> counts;  ///< "+3" beside a label or a name that three others had to give way to
+};
+
+/// \param labels of the frame's overlays, in drawing order, which the layout names
+TextLayout layOutTexts(const GlobeFrame& frame, std::span<const DrawList::Label* const> labels,
+                       std::span<const GraticuleLabel> graticule);
+
+/// What a screen text and the strip that it stands on cover; empty without a text.
+QRectF areaOf(const ScreenText& text);
+/// The same of the view's scale.
+QRectF areaOfScale(const Camera& camera);
+
+}  // namespace sandbox
