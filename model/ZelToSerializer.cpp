@@ -127,8 +127,10 @@ Radii radiiOf(const ZEL::CircularShape& shape) {
 }
 
 void sector(Serializer& target, const ZEL::EllipticalShape& shape) {
-    const auto sweep = valueOf(shape, &ZEL::EllipticalShape::getAngleSweep);
+    auto sweep = valueOf(shape, &ZEL::EllipticalShape::getAngleSweep);
     if (!sweep) return;
+    // Bounds that close to each other would be one, from below 0.
+    if (std::abs(*sweep) < kSameAngle) sweep = std::abs(*sweep);
     const double start = valueOf(shape, &ZEL::EllipticalShape::getAngleStart).value_or(0.0);
     // A sweep that is lost in the sum is still no full turn.
     const double other =

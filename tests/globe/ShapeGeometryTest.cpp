@@ -335,6 +335,10 @@ TEST(ShapeGeometry, ShapesHaveTheirHeights) {
                  {"sphere; centerlla 30 40 100; radius 500", -400, 600, 18, 0},
                  {"hemisphere" + body, 100, 600, 1, 2},
                  {"ellipsoid; majoraxis 3000; minoraxis 1000; height 200" + body, -100, 300, 1, 1},
+                 // Without a height as high as the longer half axis.
+                 {"ellipsoid; majoraxis 3000; minoraxis 1000" + body, -1400, 1600, 1, 1},
+                 {"ellipsoid; minoraxis 3000; height 0; centerlla 30 40 100; filled", -1400, 1600, 1, 1},
+                 {"ellipsoid; majoraxis 600; height -7" + body, -400, 600, 1, 1},
                  {"cylinder; height 300" + body, 100, 400, 14, 3},
                  {"cylinder; height -300" + body, -200, 100, 14, 3},
                  {"cone; height 700" + body, 100, 800, 13, 2},

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <sstream>
 
@@ -9,6 +11,7 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "model/CylinderShape.h"
+#include "model/RandomShapes.h"
 #include "support/FakeHost.h"
 
 using halCore::kPi;
@@ -17,6 +20,7 @@ using halCore::Vec3;
 using OverlayEditor::CylinderShape;
 using OverlayEditor::PointConverter;
 using OverlayEditor::Preferences;
+using OverlayEditor::RandomShapes;
 using OverlayEditor::SerializeToZel;
 
 namespace {
@@ -192,6 +196,33 @@ TEST_F(CylinderShapeTest, Heights) {
     EXPECT_FALSE(empty.majorAxisPt());
     cylinder->setMajorRadius(std::nan(""));
     EXPECT_EQ(cylinder->majorAxis(), 0.0);
+}
+
+// As the globe draws it, and as files are read: see the tests of both.
+TEST_F(CylinderShapeTest, AnEllipsoidWithoutAHeightIsAsHighAsItsLongerRadius) {
+    RandomShapes random(preferences);
+    const auto ellipsoid = make(CylinderShape::Ellipsoid);
+    for (int round = 0; round < 200; ++round) {
+        const double length = random.length();
+        const Vec3 near = random.position(&*ellipsoid->centerPt());
+        const std::function<void()> changes[] = {
+            [&] { ellipsoid->setMajorRadius(length); }, [&] { ellipsoid->setMinorRadius(length); },
+            [&] { ellipsoid->setMajorRadius(near); },   [&] { ellipsoid->setMinorRadius(near); },
+            [&] { ellipsoid->moveCenter(near); },       [&] { ellipsoid->setCenter(near); },
+            [&] { ellipsoid->updatePoints(); }};
+        changes[round < 2 ? round : random.integer(0, 6)]();
+        const double height = std::max(ellipsoid->majorAxis(), ellipsoid->minorAxis());
+        EXPECT_EQ(ellipsoid->height(), height);
+        EXPECT_EQ(ellipsoid->boundingBox().first.alt(), ellipsoid->centerPt()->alt() - height);
+        EXPECT_EQ(ellipsoid->boundingBox().second.alt(), ellipsoid->centerPt()->alt() + height);
+        if (round > 0) {
+            EXPECT_THAT(textOf(*ellipsoid),
+                        ::testing::HasSubstr("\nheight " + UTILS::writeNumber(height) + "\n"));
+        }
+    }
+    ellipsoid->setHeight(5.5);
+    ellipsoid->setInnerRadius(7000.0);
+    EXPECT_EQ(ellipsoid->height(), 5.5) << "once it is given one";
 }
 
 TEST_F(CylinderShapeTest, IsAttachedToOnePlatformAtATime) {

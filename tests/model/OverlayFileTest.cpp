@@ -104,6 +104,7 @@ TEST_F(OverlayFileTest, CircularShapesFromFiles) {
         {"arc\nradius 3\nanglestart 10\nangledeg 360\n", CylinderShape::Arc, 3, 3, 0, 10, 370},
         {"arc\nradius 3\nanglestart 10\nangledeg -800\n", CylinderShape::Arc, 3, 3, 0, 10, 370},
         {"arc\nradius 3\nanglestart 10\nangledeg 5e-9\n", CylinderShape::Arc, 3, 3, 0, 10, 10 + 5e-9},
+        {"arc\nradius 3\nangledeg -5e-9\n", CylinderShape::Arc, 3, 3, 0, 0, 5e-9},
         {"arc\nradius 3\nanglestart 10\nangledeg 5e-17\n", CylinderShape::Arc, 3, 3, 0, 10, 10},
         {"arc\nradius 3\n", CylinderShape::Arc, 3, 3, 0}};
     for (const Case& c : cases) {
