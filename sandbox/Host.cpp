@@ -22,6 +22,8 @@
 #include "sandbox/KeysDialog.h"
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
+#include "sandbox/PictureDialog.h"
+#include "sandbox/PlatformView.h"
 #include "sandbox/Session.h"
 #include "sandbox/ShapeIcon.h"
 #include "sandbox/UserFiles.h"
@@ -190,19 +192,12 @@ void Host::sendEvent(PIApplicationEvents_t code, const void* data) {
 }
 
 void Host::showPlatform(std::uint64_t id) {
-    const Scenario::Platform* platform = scenario_.find(id);
-    const auto point = scenario_.at(id, scenario_.time());
-    if (!platform || !point) {
-        if (view().platforms().contains(id)) overlayPanelSoon_.start();
+    const std::optional<PlatformMarker> marker = markerOf(scenario_, id);
+    if (marker.has_value() != view().platforms().contains(id)) overlayPanelSoon_.start();
+    if (marker)
+        view().setPlatform(*marker);
+    else
         view().removePlatform(id);
-        return;
-    }
-    if (!view().platforms().contains(id)) overlayPanelSoon_.start();
-    view().setPlatform({.id = id,
-                        .name = platform->header.name,
-                        .position = {point->latRad, point->lonRad, point->altMeters},
-                        .heading = point->headingRad,
-                        .icon = platform->header.icon});
 }
 
 void Host::connectWindow() {
@@ -478,6 +473,8 @@ void Host::openPlatformMenu(std::uint64_t id, const QPoint& globalPosition) {
 }
 
 void Host::savePictureByUser() {
+    PictureDialog dialog(settings_, &window_);
+    if (dialog.exec() != QDialog::Accepted) return;
     const QString path =
         fileDialogs_->ask({.kind = FileDialogs::Kind::Save,
                            .title = "Save Picture",
@@ -486,7 +483,7 @@ void Host::savePictureByUser() {
                            .startDirectory = {},
                            .filterRows = {"PNG pictures\t*.png", "SVG pictures, for print\t*.svg"}});
     if (path.isEmpty()) return;
-    if (const QString problem = saveView(view(), window_.pictureSize(), path); !problem.isEmpty())
+    if (const QString problem = saveView(view(), dialog.look(), path); !problem.isEmpty())
         log_.add(halNotify::Error, "host", QString("picture %1 cannot be written: %2").arg(path, problem));
 }
 

@@ -1,6 +1,5 @@
 #include "sandbox/MainWindow.h"
 
-#include <QActionGroup>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -51,17 +50,6 @@ void MainWindow::buildMenus() {
     file->addAction("&Close All", this, &MainWindow::closeAllRequested);
     file->addSeparator();
     file->addAction("&Save Picture...", this, &MainWindow::savePictureRequested);
-    QMenu* sizes = file->addMenu("Picture Si&ze");
-    pictureSizes_ = new QActionGroup(this);
-    for (const QSize size : {QSize(), QSize(1280, 800), QSize(1920, 1080), QSize(3840, 2160)}) {
-        QAction* action =
-            sizes->addAction(size.isEmpty() ? QString("As in the &Window")
-                                            : QString("%1 x %2").arg(size.width()).arg(size.height()));
-        action->setCheckable(true);
-        action->setData(size);
-        pictureSizes_->addAction(action);
-    }
-    pictureSizes_->actions().first()->setChecked(true);
     file->addAction("&Print...", QKeySequence::Print, this, &MainWindow::printRequested);
     file->addSeparator();
     file->addAction("&Quit", QKeySequence::Quit, this, &QWidget::close);
@@ -152,10 +140,6 @@ void MainWindow::showCursor(bool onEarth, double latitude, double longitude) {
 
 void MainWindow::showRange() {
     rangeLabel_->setText("Range " + lengthText(view_->camera().range()));
-}
-
-QSize MainWindow::pictureSize() const {
-    return pictureSizes_->checkedAction()->data().toSize();
 }
 
 QString MainWindow::statusText() const {

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <vector>
 
-class QActionGroup;
 class QLabel;
 class QMenu;
 class QPushButton;
@@ -33,8 +32,6 @@ class MainWindow : public QMainWindow {
 
     /// The files of the "Open Recent" menu, latest first.
     void setRecentFiles(const QStringList& paths);
-    /// Of the pictures that are saved; empty for that of the view.
-    QSize pictureSize() const;
     /// The text of the status bar about the cursor and the camera.
     QString statusText() const;
 
@@ -69,7 +66,6 @@ class MainWindow : public QMainWindow {
     QMenu* scenarioMenu_ = nullptr;
     QMenu* viewMenu_ = nullptr;
     QMenu* recentMenu_ = nullptr;
-    QActionGroup* pictureSizes_ = nullptr;
     OverlayPanel* overlayPanel_ = nullptr;
     QPushButton* errorMark_ = nullptr;  ///< while there are errors that nobody has looked at
     int errors_ = 0;

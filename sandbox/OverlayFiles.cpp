@@ -11,6 +11,7 @@
 #include "geo/Angles.h"
 #include "sandbox/Log.h"
 #include "sandbox/OverlayNotes.h"
+#include "sandbox/PlatformView.h"
 #include "sandbox/Plugin.h"
 #include "sandbox/scenario/Scenario.h"
 
@@ -78,8 +79,8 @@ OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
 LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner) {
     auto shapes = read(*overlay);
     if (shapes.empty()) return nullptr;
-    overlay->sceneId =
-        scene_.add(std::move(shapes), reference(overlay->platform), overlay->shown, directoryOf(*overlay));
+    overlay->sceneId = scene_.add(std::move(shapes), referenceOf(scenario_, overlay->platform),
+                                  overlay->shown, directoryOf(*overlay));
     return handles_.add(std::move(overlay), owner);
 }
 
@@ -202,13 +203,6 @@ void OverlayFiles::tell(const char* what, Event event) {
     }
 }
 
-std::optional<OverlayReference> OverlayFiles::reference(std::uint64_t platform) const {
-    const auto point = scenario_.at(platform, scenario_.time());
-    if (!point) return std::nullopt;
-    return OverlayReference{
-        {point->latRad, point->lonRad, point->altMeters}, point->headingRad, point->pitchRad, point->rollRad};
-}
-
 OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
                                         int width) {
     constexpr double degree = kPi / 180.0;
@@ -226,7 +220,7 @@ OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> pla
 
 void OverlayFiles::platformChanged(std::uint64_t id) {
     for (const LoadedOverlay* overlay : handles_.all<LoadedOverlay>())
-        if (overlay->platform == id) scene_.setReference(overlay->sceneId, reference(id));
+        if (overlay->platform == id) scene_.setReference(overlay->sceneId, referenceOf(scenario_, id));
 }
 
 void OverlayFiles::platformRemoved(std::uint64_t id) {

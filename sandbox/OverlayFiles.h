@@ -93,7 +93,6 @@ class OverlayFiles : public QObject {
     LoadedOverlay* add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner);
     void platformChanged(std::uint64_t id);
     void platformRemoved(std::uint64_t id);
-    std::optional<OverlayReference> reference(std::uint64_t platform) const;
     template <typename Event>
     void tell(const char* what, Event event);
 

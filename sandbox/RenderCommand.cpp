@@ -2,11 +2,14 @@
 
 #include <QColor>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <cstdio>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -20,8 +23,13 @@
 #include "globe/GlobeView.h"
 #include "globe/SceneExtent.h"
 #include "sandbox/OverlayNotes.h"
+#include "sandbox/PlatformView.h"
 #include "sandbox/SizeText.h"
+#include "sandbox/TrackLines.h"
+#include "sandbox/UserFiles.h"
 #include "sandbox/ViewPicture.h"
+#include "sandbox/scenario/PlatformFile.h"
+#include "sandbox/scenario/Scenario.h"
 
 namespace sandbox {
 
@@ -30,7 +38,7 @@ using halCore::kRadiansPerDegree;
 
 namespace {
 
-constexpr int kMostPixels = 8192;
+constexpr int kMostPixels = PictureLook::kMostPixels;
 
 enum Status { kGood = 0, kWithMessages = 1, kNoPicture = 2 };
 
@@ -46,7 +54,8 @@ struct RenderJob {
     QString output;
     QSize size;
     double density = 1.0;
-    std::optional<Look> look;  ///< nothing: everything that the files hold
+    std::optional<Look> look;    ///< nothing: everything that the files hold
+    std::optional<double> time;  ///< of the scenario; nothing: its begin
     Backdrop backdrop;
     MapOptions map;
     QImage earth;
@@ -110,8 +119,9 @@ std::optional<MapOptions> readMap(const QString& text) {
 
 std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
     QCommandLineParser parser;
-    parser.setApplicationDescription("Draws overlay files as a picture.");
+    parser.setApplicationDescription("Draws overlay files and platforms as a picture.");
     parser.addHelpOption();
+    parser.addVersionOption();
     const QCommandLineOption render("render", "Draw a picture instead of opening the window.");
     const QCommandLineOption output({"o", "output"}, "Picture to write: .png, or .svg for print.", "file");
     const QCommandLineOption size("size", "Size of the picture, such as 1600x1000.", "WxH", "1280x800");
@@ -125,12 +135,15 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         "earth, plain, none (transparent), a colour such as white or #203040, or a picture of the "
         "earth.",
         "what", "earth");
+    const QCommandLineOption time("time", "When to look at platforms. Without it: where their tracks begin.",
+                                  "ISO 8601 or seconds");
     const QCommandLineOption map("map", "What else to show, such as graticule,scale.",
                                  "graticule,coast,borders,land,names,scale");
-    parser.addOptions({render, output, size, density, view, background, map});
-    parser.addPositionalArgument("files", "Overlay files.", "FILE...");
+    parser.addOptions({render, output, size, density, view, background, time, map});
+    parser.addPositionalArgument("files", "Overlay files, or platforms (.csv).", "FILE...");
     if (!parser.parse(arguments)) return parser.errorText();
     if (parser.isSet("help")) parser.showHelp();
+    if (parser.isSet("version")) parser.showVersion();
 
     RenderJob job;
     job.files = parser.positionalArguments();
@@ -149,6 +162,10 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         if (!job.look)
             return QString("--view %1: expected LAT,LON,RANGE[,AZIMUTH[,ELEVATION]]").arg(parser.value(view));
     }
+    if (parser.isSet(time)) {
+        job.time = readScenarioTime(parser.value(time).toStdString(), Scenario::kReferenceYear);
+        if (!job.time) return QString("--time %1: expected ISO 8601 or seconds").arg(parser.value(time));
+    }
     if (const auto wanted = readMap(parser.value(map)))
         job.map = *wanted;
     else
@@ -165,29 +182,80 @@ void complain(const std::string& file, std::size_t line, std::string_view text) 
     std::fprintf(stderr, "%s: %s\n", place.c_str(), UTILS::printable(text, UTILS::kLongestShown).c_str());
 }
 
-/// Adds a file's shapes to the scene and prints what is wrong with them. False when there was anything.
-bool load(const QString& file, OverlayScene& scene) {
-    std::string text;
-    const std::string path = file.toLocal8Bit().toStdString();
-    if (const std::string error = UTILS::readFile(path, text); !error.empty()) {
-        complain(path, 0, error);
-        return false;
+/// The files' shapes and platforms, and whether nothing was wrong with them.
+class Stage {
+  public:
+    bool good = true;
+    OverlayScene scene;
+    Scenario scenario;
+
+    /// Platforms come first: what is attached to them counts from where they are then.
+    void load(const RenderJob& job) {
+        for (const QString& file : job.files)
+            if (UserFiles::isPlatformFile(file)) loadPlatforms(file);
+        if (job.time) scenario.setTime(*job.time);
+        for (const auto& [file, platform] : attached_) loadOverlay(file, platform);
+        for (const QString& file : job.files)
+            if (!UserFiles::isPlatformFile(file)) loadOverlay(file, 0);
     }
-    OverlayScene::Shapes shapes;
-    halCore::ZEL::ParseReport report;
-    halCore::ZEL::Parser().parse(std::string_view(text), shapes, report);
-    for (const auto& message : report.messages) complain(path, message.line, message.text);
-    if (report.unterminatedBlock > 0) complain(path, report.unterminatedBlock, "block without \"end\"");
-    if (shapes.empty()) complain(path, 0, "holds no shape");
-    bool good = report.messages.empty() && report.unterminatedBlock == 0 && !shapes.empty();
-    const std::string directory = QFileInfo(file).absolutePath().toStdString();
-    for (const OverlayNote& note : notesOn(shapes, directory, false)) {
-        complain(path, report.shapeLines[note.shape], note.text);
-        good = good && !note.isFault;
+
+    std::map<std::uint64_t, PlatformMarker> markers() const {
+        std::map<std::uint64_t, PlatformMarker> found;
+        for (const auto& [id, platform] : scenario.platforms())
+            if (auto marker = markerOf(scenario, id)) found[id] = *std::move(marker);
+        return found;
     }
-    scene.add(std::move(shapes), std::nullopt, true, directory);
-    return good;
-}
+
+  private:
+    bool read(const std::string& path, std::string& text) {
+        const std::string error = UTILS::readFile(path, text);
+        if (!error.empty()) fault(path, 0, error);
+        return error.empty();
+    }
+    void fault(const std::string& path, std::size_t line, std::string_view text) {
+        complain(path, line, text);
+        good = false;
+    }
+
+    void loadPlatforms(const QString& file) {
+        const std::string path = file.toLocal8Bit().toStdString();
+        std::string text;
+        if (!read(path, text)) return;
+        PlatformFile found = readPlatformFile(text, Scenario::kReferenceYear);
+        for (const PlatformFile::Message& message : found.messages) fault(path, message.line, message.text);
+        if (found.platforms.empty()) fault(path, 0, "holds no platform");
+        std::map<std::string, std::string> overlays;
+        for (const PlatformFile::Platform& platform : found.platforms)
+            if (!platform.overlay.empty()) overlays[platform.name] = platform.overlay;
+        scenario.load(path, std::move(found.platforms));
+        for (const auto& [id, platform] : scenario.platforms())
+            if (const auto at = overlays.find(platform.header.name);
+                at != overlays.end() && platform.file == path)
+                attached_.emplace_back(QFileInfo(file).dir().filePath(QString::fromStdString(at->second)),
+                                       id);
+    }
+
+    void loadOverlay(const QString& file, std::uint64_t platform) {
+        const std::string path = file.toLocal8Bit().toStdString();
+        std::string text;
+        if (!read(path, text)) return;
+        OverlayScene::Shapes shapes;
+        halCore::ZEL::ParseReport report;
+        halCore::ZEL::Parser().parse(std::string_view(text), shapes, report);
+        for (const auto& message : report.messages) fault(path, message.line, message.text);
+        if (report.unterminatedBlock > 0) fault(path, report.unterminatedBlock, "block without \"end\"");
+        if (shapes.empty()) fault(path, 0, "holds no shape");
+        const std::string directory = QFileInfo(file).absolutePath().toStdString();
+        for (const OverlayNote& note : notesOn(shapes, directory, platform != 0)) {
+            complain(path, report.shapeLines[note.shape], note.text);
+            good = good && !note.isFault;
+        }
+        scene.add(std::move(shapes), referenceOf(scenario, platform), true, directory);
+    }
+
+    std::vector<std::pair<QString, std::uint64_t>> attached_;
+    const TrackLines tracks_{scene, scenario};
+};
 
 Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
     Camera camera;
@@ -216,9 +284,8 @@ int runRenderCommand(const QStringList& arguments) {
         return kNoPicture;
     }
     const RenderJob& job = std::get<RenderJob>(read);
-    OverlayScene scene;
-    bool good = true;
-    for (const QString& file : job.files) good = load(file, scene) && good;
+    Stage stage;
+    stage.load(job);
 
     GlobePicture picture;
     if (!picture.error().isEmpty()) {
@@ -226,20 +293,21 @@ int runRenderCommand(const QStringList& arguments) {
         return kNoPicture;
     }
     picture.setEarthImage(job.earth);
-    const Camera camera = cameraFor(job, scene);
+    const Camera camera = cameraFor(job, stage.scene);
+    const std::map<std::uint64_t, PlatformMarker> platforms = stage.markers();
     const GlobeFrame frame{.camera = camera,
                            .pixelRatio = job.density,
                            .backdrop = job.backdrop,
                            .map = job.map,
-                           .overlays = scene,
-                           .platforms = {},
+                           .overlays = stage.scene,
+                           .platforms = platforms,
                            .screenTexts = {}};
     const QString problem = saveFrame(frame, picture, job.output);
     if (!problem.isEmpty()) {
         complain(job.output.toStdString(), 0, "cannot be written: " + problem.toStdString());
         return kNoPicture;
     }
-    return good ? kGood : kWithMessages;
+    return stage.good ? kGood : kWithMessages;
 }
 
 }  // namespace sandbox

@@ -25,11 +25,11 @@ struct ViewFrame {
     Camera camera;
     GlobeFrame frame;
 
-    ViewFrame(const GlobeView& view, QSize size, double ratio)
+    ViewFrame(const GlobeView& view, QSize size, double ratio, const Backdrop& backdrop = {})
         : camera(sized(view.camera(), size)),
           frame{.camera = camera,
                 .pixelRatio = ratio,
-                .backdrop = {},
+                .backdrop = backdrop,
                 .map = view.mapOptions(),
                 .overlays = view.overlays(),
                 .platforms = view.platforms(),
@@ -67,12 +67,15 @@ QString saveFrame(const GlobeFrame& frame, GlobePicture& picture, const QString&
     return printPicture(frame, ground, output) ? savePicture(bytes, file) : QString("it could not be drawn");
 }
 
-QString saveView(const GlobeView& view, QSize size, const QString& file) {
+QString saveView(const GlobeView& view, const PictureLook& look, const QString& file) {
+    using Background = PictureLook::Background;
     GlobePicture picture;
     if (!picture.error().isEmpty()) return picture.error();
-    picture.setEarthImage(view.earthImage());
-    const ViewFrame frame(view, size.isEmpty() ? view.size() : size,
-                          size.isEmpty() ? view.devicePixelRatio() : 1.0);
+    picture.setEarthImage(look.background == Background::Earth ? view.earthImage() : QImage());
+    const Backdrop backdrop{
+        .earth = look.background != Background::White && look.background != Background::None,
+        .color = look.background == Background::White ? QColor(Qt::white) : QColor(0, 0, 0, 0)};
+    const ViewFrame frame(view, look.size.isEmpty() ? view.size() : look.size, look.density, backdrop);
     return saveFrame(frame.frame, picture, file);
 }
 

@@ -12,13 +12,22 @@ namespace sandbox {
 class GlobePicture;
 class GlobeView;
 
+/// How a picture of the view shall be.
+struct PictureLook {
+    static constexpr int kMostPixels = 8192;  ///< along an edge
+    enum class Background { Earth, PlainEarth, White, None };
+
+    QSize size;            ///< empty: that of the view
+    double density = 1.0;  ///< pixels for each of the size's
+    Background background = Background::Earth;
+};
+
 /// Saves a frame as a picture in pixels, or, for print, as vectors over a picture of what has none, when the
 /// file ends in ".svg". \return empty, or why not
 QString saveFrame(const GlobeFrame& frame, GlobePicture& picture, const QString& file);
 
-/// What the view shows, without hints and what plug-ins draw over it, as a picture of another size. An empty
-/// size is that of the view. \return empty, or why not
-QString saveView(const GlobeView& view, QSize size, const QString& file);
+/// What the view shows, without hints and what plug-ins draw over it. \return empty, or why not
+QString saveView(const GlobeView& view, const PictureLook& look, const QString& file);
 
 /// Prints the same on a page: a title, the picture, and below it the scale, the place in the middle and the
 /// date. \return empty, or why not

@@ -3,7 +3,7 @@ _halvis_sandbox() {
     local word=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} files= words= known
     known='--plugin --settings --script --size --palette --verbose --trace --render -h --help --help-all -v --version'
     [[ " ${COMP_WORDS[*]} " != *' --render '* ]] ||
-        known='--render -o --output --size --density --view --background --map -h --help --help-all'
+        known='--render -o --output --size --density --view --time --background --map -h --help --help-all -v --version'
     case $option in
         --plugin) files='!*.so' words=none ;;
         --script) files='!*.js' ;;
@@ -12,7 +12,7 @@ _halvis_sandbox() {
         --palette) words='light dark system' ;;
         --background) files='!*.@(jpg|png)' words='earth plain none' ;;
         --map) words='graticule coast borders land names scale' ;;
-        --size | --density | --view) return ;;
+        --size | --density | --view | --time) return ;;
         *)
             files='!*.@([zZ][eE][lL]|[cC][sS][vV])'
             [[ $word != -* ]] || words=$known

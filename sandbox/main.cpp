@@ -5,6 +5,7 @@
 #include <QStyleFactory>
 #include <QSurfaceFormat>
 #include <QTimer>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -51,6 +52,13 @@ std::vector<char*> argumentsForQt(int argc, char** argv) {
     }
     kept.push_back(nullptr);
     return kept;
+}
+
+/// Whether nothing but a text is wanted, for which there need not be a screen.
+bool asksForText(const QStringList& arguments) {
+    const auto options = arguments.mid(0, arguments.indexOf("--"));
+    return std::ranges::any_of(QStringList{"-h", "--help", "--help-all", "-v", "--version"},
+                               [&](const QString& word) { return options.contains(word); });
 }
 
 /// Pictures are drawn in software, the same on every machine. Where there is no screen, the program starts
@@ -136,7 +144,10 @@ int main(int argc, char** argv) {
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
     const bool render = arguments.contains("--render");
-    if (render) prepareRendering(argv);
+    if (asksForText(arguments))
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    else if (render)
+        prepareRendering(argv);
     std::vector<char*> qtArguments = argumentsForQt(argc, argv);
     int qtArgumentCount = static_cast<int>(qtArguments.size()) - 1;
     QApplication application(qtArgumentCount, qtArguments.data());

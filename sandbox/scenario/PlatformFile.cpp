@@ -93,10 +93,31 @@ std::optional<double> plainTime(std::string_view text) {
     return 86400.0 * static_cast<double>(days) + 3600 * hour + 60 * minute + second + milliseconds / 1000.0;
 }
 
+/// Reads times as seconds since a year began.
+class Clock {
+  public:
+    explicit Clock(int year)
+        : begin_(QDate(year, 1, 1), QTime(0, 0), QTimeZone::utc()),
+          beginSeconds_(static_cast<double>(begin_.toSecsSinceEpoch())) {}
+
+    std::optional<double> read(const std::string& text) const {
+        if (const auto seconds = UTILS::readNumber(text)) return seconds;
+        if (const auto seconds = plainTime(text)) return *seconds - beginSeconds_;
+        QDateTime time = QDateTime::fromString(QString::fromStdString(text), Qt::ISODateWithMs);
+        if (!time.isValid()) return std::nullopt;
+        if (time.timeSpec() == Qt::LocalTime) time.setTimeZone(QTimeZone::utc());
+        return static_cast<double>(begin_.msecsTo(time)) / 1000.0;
+    }
+
+  private:
+    QDateTime begin_;
+    double beginSeconds_;
+};
+
 /// Reads the rows of one file; every row is good or gives one message.
 class Reader {
   public:
-    explicit Reader(int year) : yearBegin_(QDate(year, 1, 1), QTime(0, 0), QTimeZone::utc()) {}
+    explicit Reader(int year) : clock_(year) {}
 
     void readLine(std::size_t line, std::string_view row) {
         row = UTILS::trimmed(row);
@@ -160,23 +181,6 @@ class Reader {
         return {};
     }
 
-    std::string readTime(const std::string& text, double& out) const {
-        if (const auto seconds = UTILS::readNumber(text)) {
-            out = *seconds;
-            return {};
-        }
-        if (const auto seconds = plainTime(text)) {
-            out = *seconds - beginSeconds_;
-            return {};
-        }
-        QDateTime time = QDateTime::fromString(QString::fromStdString(text), Qt::ISODateWithMs);
-        if (!time.isValid())
-            return "time: expected ISO 8601 or seconds, found \"" + UTILS::excerpt(text) + '"';
-        if (time.timeSpec() == Qt::LocalTime) time.setTimeZone(QTimeZone::utc());
-        out = static_cast<double>(yearBegin_.msecsTo(time)) / 1000.0;
-        return {};
-    }
-
     std::string readRow(const std::vector<std::string>& fields) {
         if (fields.size() > columns_.size())
             return std::to_string(fields.size()) + " fields for " + std::to_string(columns_.size()) +
@@ -190,7 +194,11 @@ class Reader {
         point.speedMetersPerSecond = Track::kFollows;
         double latitude = 0.0, longitude = 0.0, heading = Track::kFollows;
         constexpr double kHuge = 1e9;
-        std::string problem = readTime(texts[Time], point.timeSeconds);
+        const std::optional<double> time = clock_.read(texts[Time]);
+        std::string problem;
+        if (!time)
+            problem = "time: expected ISO 8601 or seconds, found \"" + UTILS::excerpt(texts[Time]) + '"';
+        point.timeSeconds = time.value_or(0.0);
         const auto read = [&](Column column, double low, double high, double& out) {
             if (problem.empty()) problem = readField(texts[column], column, low, high, out);
         };
@@ -213,8 +221,7 @@ class Reader {
         return {};
     }
 
-    const QDateTime yearBegin_;
-    const double beginSeconds_ = static_cast<double>(yearBegin_.toSecsSinceEpoch());
+    const Clock clock_;
     bool hasHeader_ = false;
     char separator_ = ',';
     std::vector<std::optional<Column>> columns_;
@@ -224,6 +231,10 @@ class Reader {
 };
 
 }  // namespace
+
+std::optional<double> readScenarioTime(const std::string& text, int year) {
+    return Clock(year).read(text);
+}
 
 PlatformFile readPlatformFile(std::string_view text, int year) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,9 @@ struct PlatformFile {
     /// What could not be read. The rows that it names are left out, the others stand.
     std::vector<Message> messages;
 };
+
+/// A time as such a file has it, in seconds since the year began; nothing for any other text.
+std::optional<double> readScenarioTime(const std::string& text, int year);
 
 /// \param year that seconds count from, as the times of the tracks do
 PlatformFile readPlatformFile(std::string_view text, int year);

@@ -20,9 +20,8 @@ QString nameFilter(const QString& row) {
 }
 
 /// ".zel" of "Overlay\t*.zel *.ll".
-QString firstSuffix(const QStringList& rows) {
-    if (rows.isEmpty()) return {};
-    const QString pattern = rows.first().section('\t', 1).section(' ', 0, 0);
+QString suffixOf(const QString& row) {
+    const QString pattern = row.section('\t', 1).section(' ', 0, 0);
     return pattern.startsWith("*.") && !pattern.mid(2).contains('*') ? pattern.mid(2) : QString();
 }
 
@@ -43,7 +42,16 @@ QString FileDialogs::ask(const Request& request) {
         case Kind::Save:
             dialog.setAcceptMode(QFileDialog::AcceptSave);
             dialog.setFileMode(QFileDialog::AnyFile);
-            dialog.setDefaultSuffix(firstSuffix(request.filterRows));
+            dialog.setDefaultSuffix(suffixOf(request.filterRows.value(0)));
+            QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+                const QString suffix = suffixOf(request.filterRows.value(filters.indexOf(filter)));
+                dialog.setDefaultSuffix(suffix);
+                // A name of one kind that stands there becomes one of the other.
+                const QFileInfo name(dialog.selectedFiles().value(0));
+                for (const QString& row : request.filterRows)
+                    if (!suffix.isEmpty() && name.suffix() == suffixOf(row))
+                        dialog.selectFile(name.completeBaseName() + '.' + suffix);
+            });
             break;
         case Kind::Directory:
             dialog.setFileMode(QFileDialog::Directory);

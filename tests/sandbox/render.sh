@@ -48,6 +48,19 @@ xs = numbers[0::2]
 assert xs and abs(min(xs) - 281.2) < 0.3 and abs(max(xs) - 285.9) < 0.3, (min(xs), max(xs))
 assert "#00ffff" in text, "the area"
 END
+# Platforms, where they are at a time, and what is attached to them.
+for minutes in 30 60; do
+    expect 0 '' "$samples/islands.csv" -o "$work/$minutes.svg" --view 21.2,-157.6,300000 --time "2026-03-01T18:$((minutes - 1)):00Z"
+    grep -q '>Ferry Kahana<' "$work/$minutes.svg" && grep -q '>10 nm<' "$work/$minutes.svg" || { echo "no ferry"; failed=1; }
+done
+cmp -s "$work/30.svg" "$work/60.svg" && { echo "the ferry stands still"; failed=1; }
+expect 2 '--time noon' "$samples/islands.csv" -o "$work/t.png" --time noon
+printf 'time,name,lat,lon\n0,A,95,1\n0,B,1,1\n' >"$work/bad.csv"
+expect 1 "$work/bad.csv:2: latitude" "$work/bad.csv" -o "$work/t.png" --view 1,1,50000
+# Texts need no screen.
+for option in --help --version '--render --help'; do
+    env -u DISPLAY -u WAYLAND_DISPLAY PATH= "$sandbox" $option >"$work/text" && [ -s "$work/text" ] || { echo "$option"; failed=1; }
+done
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.svg"
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.png"
 expect 2 '--view' "$samples/coast-110m.zel" -o "$work/d.png" --view north

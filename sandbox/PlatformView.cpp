@@ -1,0 +1,25 @@
+#include "sandbox/PlatformView.h"
+
+#include "sandbox/scenario/Scenario.h"
+
+namespace sandbox {
+
+std::optional<PlatformMarker> markerOf(const Scenario& scenario, std::uint64_t platform) {
+    const Scenario::Platform* found = scenario.find(platform);
+    const auto point = scenario.at(platform, scenario.time());
+    if (!found || !point) return std::nullopt;
+    return PlatformMarker{.id = platform,
+                          .name = found->header.name,
+                          .position = {point->latRad, point->lonRad, point->altMeters},
+                          .heading = point->headingRad,
+                          .icon = found->header.icon};
+}
+
+std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint64_t platform) {
+    const auto point = scenario.at(platform, scenario.time());
+    if (!point) return std::nullopt;
+    return OverlayReference{
+        {point->latRad, point->lonRad, point->altMeters}, point->headingRad, point->pitchRad, point->rollRad};
+}
+
+}  // namespace sandbox

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "globe/OverlayScene.h"
+#include "globe/PlatformMarker.h"
+
+namespace sandbox {
+
+class Scenario;
+
+/// What a view shows of a platform at the scenario's time; nothing while it is nowhere.
+std::optional<PlatformMarker> markerOf(const Scenario& scenario, std::uint64_t platform);
+/// What the offsets of overlays on it count from, at that time.
+std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint64_t platform);
+
+}  // namespace sandbox
