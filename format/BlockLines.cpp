@@ -4,14 +4,14 @@
 
 #include "common/Strings.h"
 #include "format/FileNumber.h"
-#include "format/LineTokens.h"
-#include "geo/Mgrs.h"
+#include "format/LineSettings.h"
 
 namespace halCore::ZEL {
 namespace {
 
 using Action = KeywordAction;
 using P = ShapeParameter;
+using PointType = ParsedShape::PointType;
 
 /// A line without its line end and the blanks in front of it.
 std::string_view withoutEnd(std::string_view line) {
@@ -25,24 +25,6 @@ std::string_view indentation(std::string_view line) {
     return line.substr(0, length);
 }
 
-/// The kind of point that a line gives.
-enum class Kind { None, Absolute, Relative };
-
-Kind kindOfPoint(const Keyword& keyword, const LineTokens& tokens) {
-    double lat = 0.0;
-    double lon = 0.0;
-    switch (keyword.action) {
-        case Action::AbsolutePoint:
-            return tokens.count() >= 3 ? Kind::Absolute : Kind::None;
-        case Action::RelativePoint:
-            return tokens.count() >= 3 ? Kind::Relative : Kind::None;
-        case Action::GridPoint:
-            return Mgrs::convertMgrsToGeodetic(tokens[1], lat, lon) == 0 ? Kind::Absolute : Kind::None;
-        default:
-            return Kind::None;
-    }
-}
-
 bool isReadable(const Keyword& keyword, const LineTokens& tokens) {
     if (keyword.action == Action::GridPoint) return true;
     if (keyword.action == Action::RelativePoint)
@@ -53,36 +35,23 @@ bool isReadable(const Keyword& keyword, const LineTokens& tokens) {
 
 /// Of a line that is no point.
 int slotOfLine(const Keyword& keyword, const LineTokens& tokens, bool relative) {
-    const std::size_t words = tokens.count();
-    const int own = slotOf(keyword.parameter);
-    switch (keyword.action) {
-        case Action::Shape:
-            return kShapeSlot;
-        case Action::AnnotationText:
-            return words >= 2 ? own : kNoSlot;
-        case Action::Flag:
-            return own;
-        case Action::Value:
-        case Action::QuietValue:
-        case Action::RestOfLine:
-        case Action::Half:
-        case Action::Double:
-            return words >= 2 ? own : kNoSlot;
-        case Action::Color:
-            return words == 2 || words == 3 ? own : kNoSlot;
-        case Action::ReferencePoint:
-            return words >= 3 ? own : kNoSlot;
-        case Action::AbsolutePosition:
-            return words < 3 ? kNoSlot : relative ? kOtherPositionSlot : own;
-        case Action::RelativePosition: {
-            const P absolute =
-                keyword.parameter == P::CenterRelative ? P::CenterAbsolute : P::Center2Absolute;
-            return words < 3 ? kNoSlot : relative ? slotOf(absolute) : kOtherPositionSlot;
-        }
-        case Action::ThreeD:
-            return words >= 3 && tokens.line().starts_with("3d name") ? slotOf(P::Name) : kNoSlot;
+    const LineSettings settings(keyword, tokens);
+    if (keyword.action == Action::Shape) return kShapeSlot;
+    if (settings.empty() || keyword.action == Action::Orient || keyword.action == Action::Extrude)
+        return kNoSlot;
+    const P set = settings.begin()->parameter;
+    switch (keyword.parameter) {
+        case P::AnnotationText:
+            return slotOf(P::AnnotationText);
+        case P::CenterAbsolute:
+        case P::Center2Absolute:
+            return relative ? int(kOtherPositionSlot) : slotOf(set);
+        case P::CenterRelative:
+            return relative ? slotOf(P::CenterAbsolute) : int(kOtherPositionSlot);
+        case P::Center2Relative:
+            return relative ? slotOf(P::Center2Absolute) : int(kOtherPositionSlot);
         default:
-            return kNoSlot;
+            return slotOf(set);
     }
 }
 
@@ -106,17 +75,17 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
 
 BlockLines::BlockLines(std::string_view block, const ZelShape& read) {
     LineTokens tokens;
-    Kind taken = Kind::None;
+    PointType taken = PointType::None;
     while (!block.empty()) {
         Line line{.text = block.substr(0, std::min(block.find('\n'), block.size() - 1) + 1)};
         block.remove_prefix(line.text.size());
         const std::string_view words = UTILS::trimmed(line.text);
         if (!words.empty() && words.front() != '#' && words.front() != '/') {
             tokens.split(words);
-            const Keyword& keyword = findKeyword(tokens[0]);
+            const Keyword& keyword = keywordOf(tokens);
             line.keyword = &keyword;
-            if (const Kind kind = kindOfPoint(keyword, tokens); kind != Kind::None) {
-                if (taken == Kind::None) taken = kind;
+            if (const PointType kind = pointOf(keyword, tokens); kind != PointType::None) {
+                if (taken == PointType::None) taken = kind;
                 if (kind != taken)
                     line.slot = kOtherPositionSlot;
                 else if (isReadable(keyword, tokens))

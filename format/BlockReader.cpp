@@ -8,6 +8,7 @@
 #include "format/FileNumber.h"
 #include "format/Keyword.h"
 #include "format/LabelText.h"
+#include "format/LineSettings.h"
 #include "format/PlaceAdvice.h"
 #include "format/PlainPoint.h"
 #include "geo/Angles.h"
@@ -45,8 +46,8 @@ bool endsLine(const char* p) {
     return *p == '\n' || (*p == '\r' && p[1] == '\n');
 }
 
-/// Two or three plain numbers, whatever white space is between them; what follows a third one is passed over.
-/// Returns the line feed, or null for every other text.
+/// Two or three plain numbers, whatever white space is between them. Returns the line feed, or null for every
+/// other text.
 const char* scanPlainPoint(const char* p, const char* end, Vec3& point) {
     if (*p != ' ' && *p != '\t') return nullptr;
     double x = 0.0;
@@ -59,10 +60,10 @@ const char* scanPlainPoint(const char* p, const char* end, Vec3& point) {
     p = skipBlanks(p);
     if (!endsLine(p)) {
         if (!scanPlainNumber(p, end, z)) return nullptr;
-        p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
-    } else if (*p == '\r') {
-        ++p;
+        p = skipBlanks(p);
+        if (!endsLine(p)) return nullptr;
     }
+    if (*p == '\r') ++p;
     point.set(x, y, z);
     return p;
 }
@@ -143,7 +144,7 @@ const char* BlockReader::readWords_(const char* p, const char* end) {
     const char* const stop = tokens_.split(p, end);
     line_ = p;
     lineFeed_ = stop;
-    const Keyword& keyword = findKeyword(tokens_[0]);
+    const Keyword& keyword = insideBlock_ ? keywordOf(tokens_) : findKeyword(tokens_[0]);
     if (keyword.action == KeywordAction::Comment) {
         readComment_(p, stop);
     } else if (insideBlock_) {
@@ -151,6 +152,8 @@ const char* BlockReader::readWords_(const char* p, const char* end) {
         readKeyword_(keyword);
     } else {
         readOutside_(keyword);
+        if (silent_ != nullptr && insideBlock_) silentLines_.add(lineNumber_, keyword, {p, stop});
+        if (silent_ != nullptr && !insideBlock_) SilentLines::tellOutside(lineNumber_, {p, stop}, *silent_);
     }
     return stop;
 }
@@ -222,6 +225,7 @@ void BlockReader::makeShape_() {
     const ParsedShape::PointType pointType = record_.pointType();
     if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, registry_, messages_)) {
         if (silent_ != nullptr) silentLines_.tell(record_.lineNumber(), *shape, pointType, *silent_);
+        if (messages_.advisesOnPlaces()) tellAdvice_(record_.lineNumber(), adviceOnMissingPlace(*shape));
         shapes_.push_back(std::move(shape));
         ++made_;
         if (messages_.report() != nullptr) messages_.report()->shapeLines.push_back(record_.lineNumber());
@@ -387,12 +391,14 @@ void BlockReader::advise_(const Keyword& keyword) const {
         for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word)
             messages_.advice(lineNumber_, adviceOnCapitalS(tokens_[word]));
     if (!messages_.advisesOnPlaces()) return;
-    for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word) {
-        std::string text = adviceOnPlace(tokens_[word], tokens_[isBox ? word + 2 : 2]);
-        if (text.empty()) continue;
-        auto& told = silent_ != nullptr ? *silent_ : messages_.report()->messages;
-        told.push_back({lineNumber_, halNotify::Warning, std::move(text)});
-    }
+    for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word)
+        tellAdvice_(lineNumber_, adviceOnPlace(tokens_[word], tokens_[isBox ? word + 2 : 2]));
+}
+
+void BlockReader::tellAdvice_(std::size_t line, std::string text) const {
+    if (text.empty()) return;
+    auto& told = silent_ != nullptr ? *silent_ : messages_.report()->messages;
+    told.push_back({line, halNotify::Warning, std::move(text)});
 }
 
 void BlockReader::readColor_(const Keyword& keyword) {
@@ -447,33 +453,16 @@ void BlockReader::readExtrude_() {
 }
 
 void BlockReader::read3d_() {
-    // Known by the beginning of the line: "3d names x" is a name too.
-    struct Entry {
-        std::string_view begin;
-        ShapeParameter parameter;
-    };
-    static constexpr Entry entries[] = {{"3d name", ShapeParameter::Name},
-                                        {"3d offsetalt", ShapeParameter::OffsetAltitude},
-                                        {"3d offsetcourse", ShapeParameter::OffsetCourse},
-                                        {"3d offsetpitch", ShapeParameter::OffsetPitch},
-                                        {"3d offsetroll", ShapeParameter::OffsetRoll},
-                                        {"3d follow", ShapeParameter::Follow}};
-    for (const Entry& entry : entries) {
-        if (!tokens_.line().starts_with(entry.begin)) continue;
-        if (hasArguments_(2, "3d", kAtLeast2)) record_.set(entry.parameter, tokens_.from(2));
-        return;
+    if (const auto parameter = parameterOf3d(tokens_)) {
+        if (hasArguments_(2, "3d", kAtLeast2)) record_.set(*parameter, tokens_.from(2));
+    } else {
+        readUnknown_();
     }
-    readUnknown_();
 }
 
 void BlockReader::readUnknown_() {
     const std::string_view line = tokens_.line();
-    if (line.starts_with("rotate"))
-        readOrient_();
-    else if (line.starts_with("extrude"))
-        readExtrude_();
-    else if (!line.starts_with("3d billboard"))
-        error_({"Found unknown ZEL command ", line});
+    if (!line.starts_with("3d billboard")) error_({"Found unknown ZEL command ", line});
 }
 
 void BlockReader::set_(ShapeParameter parameter, std::string_view value) {

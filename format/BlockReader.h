@@ -59,6 +59,7 @@ class BlockReader {
     void readBox_();
     /// Warns of places of the line that are perhaps not meant as they are read.
     void advise_(const Keyword& keyword) const;
+    void tellAdvice_(std::size_t line, std::string text) const;
     void readColor_(const Keyword& keyword);
     void readGridPoint_();
     void readScaled_(const Keyword& keyword, double factor);

@@ -7,6 +7,8 @@
 #include "common/NumberText.h"
 #include "common/Strings.h"
 #include "format/FileNumber.h"
+#include "format/ShapeFields.h"
+#include "format/ZelShapes.h"
 #include "geo/Angles.h"
 
 namespace halCore::ZEL {
@@ -99,6 +101,16 @@ std::string adviceOnPlace(std::string_view latitude, std::string_view longitude)
     if (std::abs(*lat) <= kPi && std::abs(*lon) <= kHalfPi)
         advice += "; are latitude and longitude changed over?";
     return advice;
+}
+
+std::string adviceOnMissingPlace(const ZelShape& shape) {
+    Vec3 reference;
+    const bool canLack =
+        dynamic_cast<const CircularShape*>(&shape) != nullptr || shape.shapeType() == ShapeType::Annotation;
+    if (!shape.isRelative() || !canLack || anchorOf(shape) || shape.getReferencePosition(reference) == 0)
+        return {};
+    return std::string(ZelShape::shapeTypeToString(shape.shapeType())) +
+           " has no place but that of a platform which the overlay is attached to";
 }
 
 }  // namespace halCore::ZEL

@@ -8,6 +8,8 @@
 /// say.
 namespace halCore::ZEL {
 
+class ZelShape;
+
 /// Of a latitude that ended in a capital S, which would be south.
 std::string adviceOnCapitalS(std::string_view latitude);
 
@@ -17,5 +19,8 @@ std::string adviceOnReference(std::string_view reference, std::string_view secon
 /// Of a latitude and a longitude: they lie beyond the globe, or seem to be changed over or to
 /// be degrees, minutes and seconds in a row of digits.
 std::string adviceOnPlace(std::string_view latitude, std::string_view longitude);
+
+/// Of a shape that names no place, neither its own nor one that it counts from.
+std::string adviceOnMissingPlace(const ZelShape& shape);
 
 }  // namespace halCore::ZEL

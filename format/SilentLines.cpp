@@ -1,14 +1,14 @@
 #include "format/SilentLines.h"
 
 #include <algorithm>
-#include <optional>
+#include <initializer_list>
 
 #include "common/Strings.h"
 #include "format/ColorNames.h"
 #include "format/FileNumber.h"
+#include "format/LineSettings.h"
 #include "format/ShapeFields.h"
 #include "format/ZelShapes.h"
-#include "geo/Mgrs.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -19,6 +19,7 @@ using PointType = ParsedShape::PointType;
 
 constexpr const char* kUnread = "cannot be read, and is passed over";
 constexpr const char* kUnused = "means nothing here";
+constexpr const char* kSurplus = "has more words than are read";
 constexpr const char* kLevel = "has an altitude that cannot be read, and means 0";
 
 template <typename Kind>
@@ -30,50 +31,6 @@ bool isFalseToken(std::string_view text) {
     for (const std::string_view word : {"false", "f", "no", "n", "off", "0"})
         if (UTILS::equalsIgnoringCase(text, word)) return true;
     return false;
-}
-
-PointType pointOf(const Keyword& keyword, const LineTokens& tokens) {
-    double lat = 0.0;
-    double lon = 0.0;
-    switch (keyword.action) {
-        case Action::AbsolutePoint:
-            return tokens.count() >= 3 ? PointType::Absolute : PointType::None;
-        case Action::RelativePoint:
-            return tokens.count() >= 3 ? PointType::Relative : PointType::None;
-        case Action::GridPoint:
-            return Mgrs::convertMgrsToGeodetic(tokens[1], lat, lon) == 0 ? PointType::Absolute
-                                                                         : PointType::None;
-        default:
-            return PointType::None;
-    }
-}
-
-/// The attribute that a line sets, when it does.
-std::optional<P> attributeOf(const Keyword& keyword, const LineTokens& tokens) {
-    const std::size_t words = tokens.count();
-    const auto when = [&](bool isSet) { return isSet ? std::optional(keyword.parameter) : std::nullopt; };
-    switch (keyword.action) {
-        case Action::Flag:
-            return keyword.parameter;
-        case Action::Value:
-        case Action::QuietValue:
-        case Action::RestOfLine:
-        case Action::Half:
-        case Action::Double:
-            return when(words >= 2);
-        case Action::Color:
-            return when(words == 2 || words == 3);
-        case Action::AbsolutePosition:
-        case Action::RelativePosition:
-        case Action::ReferencePoint:
-            return when(words >= 3);
-        case Action::Scale:
-            return when(words >= 4);
-        case Action::ThreeD:
-            return when(words >= 3 && tokens.line().starts_with("3d name"));
-        default:
-            return std::nullopt;
-    }
 }
 
 /// Whether the shape has a use for an attribute.
@@ -133,9 +90,17 @@ std::string fateOfPosition(const LineTokens& tokens, bool asDegrees) {
     return tokens.count() == 3 || readFileNumber(tokens[3]) ? "" : kLevel;
 }
 
+std::string passedOver(std::size_t counting, bool inPart = false) {
+    return std::string("is passed over").append(inPart ? " in part" : "").append(", because line ") +
+           std::to_string(counting) + " counts";
+}
+
+std::string fateOfBoolean(std::string_view value) {
+    return UTILS::stringIsTrueToken(value) || isFalseToken(value) ? "" : "cannot be read, and means false";
+}
+
 /// Of the value of an attribute that the shape has a use for. What the builder reports is not told again.
-std::string fateOfValue(P parameter, const Keyword& keyword, const LineTokens& tokens,
-                        const ZelShape& shape) {
+std::string fateOfValue(P parameter, const LineTokens& tokens, const ZelShape& shape) {
     const std::string_view value = tokens[1];
     const auto oneOf = [value](std::initializer_list<std::string_view> known) {
         return std::ranges::find(known, value) != known.end();
@@ -144,8 +109,8 @@ std::string fateOfValue(P parameter, const Keyword& keyword, const LineTokens& t
         case P::LineColor:
         case P::FillColor:
         case P::TextOutlineColor:
-            return tokens.count() != 2 || isColorName(value) ? ""
-                                                             : "names no color that is known, and means red";
+            if (tokens.count() == 3) return value == "hex" ? "" : "is read as if \"hex\" stood in it";
+            return isColorName(value) ? "" : "names no color that is known, and means red";
         case P::AltitudeMode:
             return oneOf({"none", "clamptoground", "relativetoground", "extrude"}) ? "" : kUnread;
         case P::VerticalDatum:
@@ -156,21 +121,32 @@ std::string fateOfValue(P parameter, const Keyword& keyword, const LineTokens& t
         case P::Outline:
         case P::DepthBuffer:
         case P::Tessellate:
-            return UTILS::stringIsTrueToken(value) || isFalseToken(value) ? ""
-                                                                          : "cannot be read, and means false";
+            return fateOfBoolean(value);
         case P::CenterAbsolute:
         case P::Center2Absolute:
         case P::CenterRelative:
         case P::Center2Relative:
-            // That there is no center the builder reports.
+            // That there is no center the builder reports, but for a label.
+            if (is<Annotation>(shape)) return fateOfPosition(tokens, !shape.isRelative());
             return fateOfPosition(tokens, !shape.isRelative()) == kLevel ? kLevel : "";
         case P::ReferencePoint:
             return fateOfPosition(tokens, true) == kLevel ? kLevel : "";
         default:
-            return keyword.action == Action::Flag && tokens.count() == 2 && UTILS::stringIsTrueToken(value)
-                       ? "+"
-                       : "";
+            return {};
     }
+}
+
+std::string fateOfFollow(std::string_view letters) {
+    if (letters.find_first_of("cpr") == std::string_view::npos) return kUnread;
+    return letters.find_first_not_of("cpr ") == std::string_view::npos
+               ? ""
+               : "is read in part: only c, p and r mean something";
+}
+
+/// Of a line that names a version, wherever it stands.
+std::string fateOfVersion(const LineTokens& tokens) {
+    if (tokens.count() > 1 && tokens[1] != "2") return "is read as \"version 2\"";
+    return tokens.count() > 2 ? kSurplus : "";
 }
 
 /// How many words a reader uses at most.
@@ -210,67 +186,110 @@ void SilentLines::add(std::size_t number, const Keyword& keyword, std::string_vi
     lines_.push_back({number, std::string(UTILS::trimmed(line)), &keyword});
 }
 
-std::string SilentLines::fateOfPoint_(const Line& line, const ZelShape& shape, PointType pointType) {
+void SilentLines::tell_(std::size_t number, std::string_view line, std::string_view fate,
+                        std::vector<ParseMessage>& silent) {
+    if (fate.empty()) return;
+    silent.push_back({number, halNotify::Warning,
+                      std::string("\"").append(UTILS::excerpt(line)).append("\" ").append(fate)});
+}
+
+void SilentLines::tellOutside(std::size_t number, std::string_view line, std::vector<ParseMessage>& silent) {
+    LineTokens tokens;
+    tokens.split(UTILS::trimmed(line));
+    if (tokens[0] == "version") tell_(number, UTILS::trimmed(line), fateOfVersion(tokens), silent);
+}
+
+std::string SilentLines::fateOfPoint_(const Line& line, const ZelShape& shape, PointType pointType) const {
     const bool isLabel = is<Annotation>(shape);
     const bool takesPoints = isLabel || is<PointBasedShape>(shape) || is<Points>(shape);
     if (!takesPoints || pointOf(*line.keyword, tokens_) != pointType) return kUnused;
-    if (isLabel && labelPoint_ != 0)
-        return "is passed over, because line " + std::to_string(labelPoint_) + " counts";
-    if (isLabel) labelPoint_ = line.number;
+    if (isLabel && line.number != firstPoint_) return passedOver(firstPoint_);
     if (line.keyword->action == Action::GridPoint)
         return tokens_.count() >= 3 && !readFileNumber(tokens_[2]) ? kLevel : "";
     // In a list that a centre makes absolute, offsets count as degrees.
     return fateOfPosition(tokens_, isLabel ? pointType == PointType::Absolute : !shape.isRelative());
 }
 
-std::string SilentLines::fateOf_(const Line& line, const ZelShape& shape, PointType pointType) {
+std::string SilentLines::fateOfSettings_(const Line& line, const LineSettings& settings,
+                                         const ZelShape& shape) const {
     const Keyword& keyword = *line.keyword;
-    std::string fate;
-    if (pointOf(keyword, tokens_) != PointType::None) {
-        fate = fateOfPoint_(line, shape, pointType);
-    } else if (const auto parameter = attributeOf(keyword, tokens_)) {
-        const std::size_t counts = counts_[static_cast<std::size_t>(*parameter)];
-        if (!isOf(*parameter, shape)) return kUnused;
-        const auto last = std::ranges::find(lines_, counts, &Line::number);
-        if (counts != line.number && last->text != line.text)
-            return "is passed over, because line " + std::to_string(counts) + " counts";
-        if (const std::size_t sweep = counts_[static_cast<std::size_t>(P::AngleSweep)];
-            *parameter == P::AngleEnd && sweep != 0)
-            return "is passed over, because line " + std::to_string(sweep) + " counts";
-        fate = fateOfValue(*parameter, keyword, tokens_, shape);
-        // "filled true" says nothing more than "filled".
-        if (fate == "+") return {};
-    } else if (keyword.action == Action::Ignore && keyword.text != "version") {
-        return "is passed over";
-    } else if (tokens_.line().starts_with("3d billboard")) {
-        return "is passed over";
-    } else if (keyword.action == Action::Extrude && tokens_.count() >= 2 &&
-               !UTILS::stringIsTrueToken(tokens_[1]) && !isFalseToken(tokens_[1])) {
-        return "cannot be read, and means false";
+    std::size_t overridden = 0;
+    std::size_t count = 0;
+    std::size_t counting = 0;
+    for (const auto& [parameter, value] : settings) {
+        if (!isOf(parameter, shape)) return kUnused;
+        ++count;
+        const Last& last = lastOf_(parameter);
+        if (last.line == line.number || last.value == value) continue;
+        ++overridden;
+        counting = last.line;
     }
-    if (fate.empty() && tokens_.count() > wordsUsed(keyword.action)) fate = "has more words than are read";
-    return fate;
+    // A text that gives no name is still a text.
+    if (overridden != 0 && keyword.action != Action::AnnotationText)
+        return passedOver(counting, overridden != count);
+    if (settings.sets(P::AngleEnd) && isSet_(P::AngleSweep)) return passedOver(lastOf_(P::AngleSweep).line);
+    if (is<Annotation>(shape) && labelStands_ &&
+        (keyword.action == Action::AbsolutePosition || keyword.action == Action::RelativePosition))
+        return passedOver(firstPoint_);
+    if (settings.sets(P::LineProjection) && !UTILS::stringIsTrueToken(lastOf_(P::Tessellate).value))
+        return "means nothing without \"tessellate true\"";
+    if (settings.sets(P::ExtrudeHeight) && lastOf_(P::AltitudeMode).value != "extrude")
+        return "has a height that means nothing";
+    if (keyword.action == Action::Value || keyword.action == Action::QuietValue ||
+        keyword.action == Action::Color || keyword.action == Action::AbsolutePosition ||
+        keyword.action == Action::RelativePosition || keyword.action == Action::ReferencePoint)
+        return fateOfValue(keyword.parameter, tokens_, shape);
+    return settings.sets(P::Follow) && keyword.action == Action::ThreeD
+               ? fateOfFollow(settings.begin()->value)
+               : "";
+}
+
+std::string SilentLines::fateOf_(const Line& line, const ZelShape& shape, PointType pointType) const {
+    const Keyword& keyword = *line.keyword;
+    const LineSettings settings(keyword, tokens_);
+    std::string fate;
+    if (pointOf(keyword, tokens_) != PointType::None)
+        fate = fateOfPoint_(line, shape, pointType);
+    else if (keyword.text == "version")
+        return fateOfVersion(tokens_);
+    else if (keyword.action == Action::Ignore || tokens_.line().starts_with("3d billboard"))
+        return "is passed over";
+    else if (keyword.action == Action::QuietValue && settings.empty())
+        return "has no value, and is passed over";
+    else if (!settings.empty())
+        fate = fateOfSettings_(line, settings, shape);
+    if (fate.empty() && keyword.action == Action::Extrude && tokens_.count() >= 2) {
+        fate = fateOfBoolean(tokens_[1]);
+        if (fate.empty() && isFalseToken(tokens_[1]) && lastOf_(P::AltitudeMode).value == "extrude")
+            fate = passedOver(lastOf_(P::AltitudeMode).line);
+    }
+    // "filled true" says nothing more than "filled".
+    if (keyword.action == Action::Flag && tokens_.count() == 2 && UTILS::stringIsTrueToken(tokens_[1]))
+        return fate;
+    return fate.empty() && tokens_.count() > wordsUsed(keyword.action) ? kSurplus : fate;
 }
 
 void SilentLines::tell(std::size_t start, const ZelShape& shape, PointType pointType,
                        std::vector<ParseMessage>& silent) {
-    counts_.fill(0);
-    labelPoint_ = 0;
+    for (Last& last : last_) last = {};
+    firstPoint_ = 0;
+    labelStands_ = false;
     for (const Line& line : lines_) {
         tokens_.split(line.text);
-        if (const auto parameter = attributeOf(*line.keyword, tokens_))
-            counts_[static_cast<std::size_t>(*parameter)] = line.number;
+        for (const auto& [parameter, value] : LineSettings(*line.keyword, tokens_))
+            last_[static_cast<std::size_t>(parameter)] = {line.number, std::string(value)};
+        if (firstPoint_ != 0 || pointType == PointType::None || pointOf(*line.keyword, tokens_) != pointType)
+            continue;
+        firstPoint_ = line.number;
+        labelStands_ = fateOfPoint_(line, shape, pointType) != kUnread;
     }
     // A centre that cannot be read has its message.
-    if (isPlaceless(shape) && counts_[static_cast<std::size_t>(P::CenterAbsolute)] == 0)
+    if (isPlaceless(shape) && !isSet_(P::CenterAbsolute))
         silent.push_back({start, halNotify::Warning,
                           std::string(ZelShape::shapeTypeToString(shape.shapeType())) + " has no place"});
     for (const Line& line : lines_) {
         tokens_.split(line.text);
-        if (const std::string fate = fateOf_(line, shape, pointType); !fate.empty())
-            silent.push_back(
-                {line.number, halNotify::Warning,
-                 std::string("\"").append(UTILS::excerpt(line.text)).append("\" ").append(fate)});
+        tell_(line.number, line.text, fateOf_(line, shape, pointType), silent);
     }
 }
 

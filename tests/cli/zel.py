@@ -10,8 +10,8 @@ import unittest
 
 ZEL, SAMPLES = sys.argv[1:3]
 
-CIRCLE = "start\ncircle\nend\n"
-BAD = "start\nfoo\ncircle\nend\nstart\nline\nend\nstart\n"
+CIRCLE = "start\ncircle\ncenterlla 1 2 0\nend\n"
+BAD = "start\nfoo\ncircle\ncenterll 1 2\nend\nstart\nline\nend\nstart\n"
 
 
 class Zel(unittest.TestCase):
@@ -52,8 +52,8 @@ class Zel(unittest.TestCase):
         self.file("good.zel", CIRCLE)
         expected = (
             "bad.zel:2: Found unknown ZEL command foo\n"
-            "bad.zel:5: line line has no points, cannot create shape\n"
-            "bad.zel:8: start without end, the block is lost\n"
+            "bad.zel:6: line line has no points, cannot create shape\n"
+            "bad.zel:9: start without end, the block is lost\n"
         )
         self.assertEqual(
             self.zel("check", "bad.zel", "good.zel", code=1)[0],
@@ -101,6 +101,10 @@ class Zel(unittest.TestCase):
         out = self.zel("check", "--strict", "odd.zel", code=1)[0]
         self.assertIn('odd.zel:3: warning: "100" is a latitude of 100 degrees\n', out)
         self.assertIn("odd.zel:4: warning: ", out)
+        for lines, line in ("circle\nradius 5\n", 1), ("annotation A\n", 1), ("sphere\nref 1 2\n", 0), ("line\nxy 1 2\nxy 3 4\n", 0):
+            self.file("odd.zel", f"start\n{lines}end\n")
+            self.assertEqual("has no place but" in self.zel("check", "--strict", "odd.zel", code=line)[0], line == 1)
+            self.zel("format", "-i", "odd.zel")
         self.zel("info", "odd.zel")
 
     def test_info(self):
@@ -183,6 +187,12 @@ class Zel(unittest.TestCase):
             (line.format("radius 5\n"), '5: warning: "radius 5" means nothing here'),
             (line.format("linewidth 2 px\n"), f'5: warning: "linewidth 2 px" {more}'),
             (line.format("filled true\nref 1 2\nlinecolor red\n"), None),
+            (line.format("extrude true 50\naltitudemode none\n"), '5: warning: "extrude true 50" is passed over in part, because line 6 counts'),
+            (line.format("3d follow cq\n"), '5: warning: "3d follow cq" is read in part: only c, p and r mean something'),
+            (line.format("linestyle\n"), '5: warning: "linestyle" has no value, and is passed over'),
+            (line.format("extrude false 100\n"), '5: warning: "extrude false 100" has a height that means nothing'),
+            (line.format("").replace("start", "start here"), f'1: warning: "start here" {more}'),
+            ("version 1\n" + line.format(""), '1: warning: "version 1" is read as "version 2"'),
             (circle.format("diameter 3\n"), '4: warning: "radius 5" is passed over, because line 5 counts'),
             (circle.format("lla 1 2 3\n"), '5: warning: "lla 1 2 3" means nothing here'),
             (circle.format("innerradius 3\n"), '5: warning: "innerradius 3" is passed over'),
