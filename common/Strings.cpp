@@ -41,10 +41,11 @@ bool stringIsTrueToken(std::string_view text) {
 
 std::string excerpt(std::string_view text) {
     constexpr std::size_t longest = 40;
-    if (text.size() <= longest) return std::string(text);
-    std::size_t size = longest;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
-    return std::string(text.substr(0, size)) + "...";
+    std::size_t size = std::min(text.size(), longest);
+    while (size > 0 && size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
+    std::string quoted(text.substr(0, size));
+    std::ranges::replace_if(quoted, isBlank, ' ');
+    return size < text.size() ? quoted + "..." : quoted;
 }
 
 std::string listed(std::span<const std::string> names, std::size_t most) {

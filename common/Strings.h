@@ -28,8 +28,8 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b);
 /// True for "true", "t", "yes", "y", "on" and "1" in any case, blanks around them allowed.
 bool stringIsTrueToken(std::string_view text);
 
-/// The text as a message quotes it: a long one is cut after 40 bytes or less, not within a UTF-8 character,
-/// and ends in "...".
+/// The text as a message quotes it, in one line: a long one is cut after 40 bytes or less, not within a UTF-8
+/// character, and ends in "...".
 std::string excerpt(std::string_view text);
 
 /// "a, b, c", and how many more when there are many.

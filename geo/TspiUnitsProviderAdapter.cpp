@@ -251,14 +251,23 @@ int TspiUnitsProviderAdapter::parseAngle(std::string_view typed, double& radians
         needsMarks = !isDegrees(angleUnits_) && !hasDegreeMark(text);
     }
     if (std::abs(value) > halCore::kTwoPi) {
+        const auto withinTurn = [this](double angle) {
+            constexpr double none = 1e-7;
+            const double wrapped = halCore::wrapToTwoPi(angle);
+            TspiUnitsProviderAdapter units = *this;
+            std::string text = formatAngle(wrapped);
+            for (double back = 0.0; units.precision_ < kMaxPrecision; text = units.formatAngle(wrapped)) {
+                if (units.parseAngle(text, back) == 0 && std::abs(back - wrapped) < none) break;
+                units.setPrecision(units.precision_ + 1);
+            }
+            return text;
+        };
         // A full turn may lose a digit, or be rounded up where it is shown.
         if (formatAngle(std::abs(value)) != formatAngle(halCore::kTwoPi)) {
             reason = "more than one turn";
             // Of far more turns no digit is left.
             if (std::abs(value) < 1e3)
-                reason.append(": \"")
-                    .append(formatAngle(halCore::wrapToTwoPi(value)))
-                    .append("\" is the same direction");
+                reason.append(": \"").append(withinTurn(value)).append("\" is the same direction");
             return fail(remark, reason);
         }
         value = std::copysign(halCore::kTwoPi, value);

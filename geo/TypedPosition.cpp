@@ -128,8 +128,10 @@ bool isBorder(const std::string& first, const std::string& second) {
     };
     // An s behind a number with marks ends its seconds.
     const bool hasSide = isOf(sides, first.back()) && (first.back() != 's' || !hasDegrees(first));
+    // Behind a colon no blank parts minutes from degrees.
+    const bool haveColons = first.find(':') != std::string::npos && second.find(':') != std::string::npos;
     return hasSide || isOf("+-NSEWnsew", second.front()) || (hasPoint(first) && hasPoint(second)) ||
-           hasDegrees(second);
+           hasDegrees(second) || haveColons;
 }
 
 /// A position whose parts only blanks part.
@@ -145,12 +147,20 @@ TypedPositions readWords(std::string_view text) {
     }
     if (found.positions.size() > 1)
         return {{}, "it is not clear where the latitude ends: put a comma between both"};
+    const bool areNumbers = parts.size() == 3 && std::ranges::all_of(parts, [](const std::string& part) {
+                                return readNumber(part).has_value();
+                            });
+    if (!found.positions.empty() && areNumbers)
+        return {{},
+                "the last number may be minutes or an altitude: type \"" + parts[0] + ", " + parts[1] + " " +
+                    parts[2] + "\" or \"" + parts[0] + ", " + parts[1] + ", " + parts[2] + "\""};
     if (!found.positions.empty() || parts.size() < 3) return found;
     // Two decimal numbers, and what is behind them is an altitude.
     const auto isDecimal = [](const std::string& word) {
         return readNumber(word) && word.find('.') != std::string::npos;
     };
-    if (!isDecimal(parts[0]) || !isDecimal(parts[1]) || !readNumber(parts[2])) return found;
+    const bool isPair = (isDecimal(parts[0]) && isDecimal(parts[1])) || isOf("+-", parts[1].front());
+    if (!isPair || !readNumber(parts[0]) || !readNumber(parts[2])) return found;
     if (auto position = readPair(parts[0], parts[1], ignored)) {
         position->altitude = joined(parts, 2, parts.size());
         found.positions.push_back(*position);
@@ -158,40 +168,10 @@ TypedPositions readWords(std::string_view text) {
     return found;
 }
 
-/// What to type instead of numbers between which commas stand without a blank; empty when nothing of that
-/// reads.
-std::string commaAdvice(const std::vector<std::string>& cells, AngleKind kind) {
-    std::string ignored;
-    const auto pair = [&](const std::string& first, const std::string& second) {
-        return readPair(first, second, ignored) ? "\"" + first + ", " + second : std::string();
-    };
-    if (cells.size() == 4) {
-        const std::string pointed = pair(cells[0] + "." + cells[1], cells[2] + "." + cells[3]);
-        return pointed.empty() ? pointed : "use points for decimals: " + pointed + "\"";
-    }
-    const bool hasHeight = cells.size() == 3 && readNumber(cells[2]);
-    std::string parted = cells.size() == 2 || hasHeight ? pair(cells[0], cells[1]) : std::string();
-    if (parted.empty()) return {};
-    if (hasHeight) parted += ", " + cells[2];
-    parted += '"';
-    double radians = 0.0;
-    const std::string number = cells[0] + "." + cells[1];
-    if (cells.size() == 2 && readTypedAngle(number, kind, radians, ignored) == 0)
-        return "a comma may be a point, or part two numbers: type \"" + number + "\" or " + parted;
-    return "put blanks behind the commas between numbers: type " + parted;
-}
-
 /// A position whose parts are parted by something else.
-TypedPositions readCells(std::string_view text, AngleKind kind) {
-    const bool hasCommas = text.find_first_of(kSeparators) == std::string_view::npos;
+TypedPositions readCells(std::string_view text) {
     const std::vector<std::string> cells = typedCells(text);
-    if (cells.empty()) return {{}, commaAdvice(split(text, ","), kind)};
-    if (!hasCommas && text.find(',') != std::string_view::npos) {
-        std::string pointed(text);
-        std::ranges::replace(pointed, ',', '.');
-        const bool reads = !readCells(pointed, kind).positions.empty();
-        return {{}, reads ? "use points for decimals: \"" + pointed + "\"" : "use points for decimals"};
-    }
+    if (cells.empty()) return {};
     if (cells.size() > 3) return {{}, "more than a position"};
     std::string reason;
     auto position = readPair(cells[0], cells[1], reason);
@@ -200,14 +180,17 @@ TypedPositions readCells(std::string_view text, AngleKind kind) {
     return {{*position}, {}};
 }
 
-std::optional<TypedPosition> readReference(std::string_view text) {
+/// An MGRS reference; `reason` tells why one denotes no place.
+std::optional<TypedPosition> readReference(std::string_view text, std::string& reason) {
     std::string plain(text);
     std::ranges::replace_if(
         plain, [](char c) { return isOf(",/", c); }, ' ');
     TypedPosition position;
     // A square alone may be a word.
-    if (plain.empty() || !isDigit(trimmed(plain).back())) return std::nullopt;
-    if (MgrsConvert::mgrsToGeodetic(plain, position.lat, position.lon) != 0) return std::nullopt;
+    if (trimmed(plain).empty() || !isDigit(trimmed(plain).back())) return std::nullopt;
+    std::string gzd, square, easting, northing;
+    if (MgrsConvert::divideMgrs(plain, gzd, square, easting, northing) != 0) return std::nullopt;
+    if (MgrsConvert::mgrsToGeodetic(plain, position.lat, position.lon, &reason) != 0) return std::nullopt;
     return position;
 }
 
@@ -215,18 +198,78 @@ bool isPlainPair(std::string_view text) {
     return text.find_first_not_of("+-0123456789.,;/ \t") == std::string_view::npos;
 }
 
+/// Whether blanks part numbers that points may part into thousands, as in "12.345 67.890".
+bool areThousands(std::string_view text) {
+    return std::ranges::all_of(split(text, " "), [](const std::string& number) {
+        const std::size_t point = number.find('.');
+        return point != std::string::npos && mayBeOneNumber(number + ",0");
+    });
+}
+
+TypedPositions readParts(std::string_view text) {
+    return text.find_first_of(",;\t/") == std::string_view::npos ? readWords(text) : readCells(text);
+}
+
+/// With something else for the commas between two digits.
+std::string withoutTightCommas(std::string_view text, std::string_view instead) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isTight =
+            text[i] == ',' && i > 0 && isDigit(text[i - 1]) && i + 1 < text.size() && isDigit(text[i + 1]);
+        result += isTight ? instead : text.substr(i, 1);
+    }
+    return result;
+}
+
+/// What to type instead of commas between two digits; empty when nothing of that reads.
+std::string commaAdvice(const std::string& text, AngleKind kind) {
+    const auto isPosition = [](const std::string& other) {
+        const auto& found = readParts(other).positions;
+        return found.size() == 1 && (found[0].altitude.empty() || readNumber(found[0].altitude));
+    };
+    const auto quoted = [](const std::string& other) { return "\"" + other + "\""; };
+    const std::string pointed = withoutTightCommas(text, ".");
+    const std::string parted = withoutTightCommas(text, ", ");
+    if (pointed == text) return {};
+    double radians = 0.0;
+    std::string ignored;
+    const bool isNumber = readTypedAngle(pointed, kind, radians, ignored) == 0;
+    const bool isPointed = isNumber || isPosition(pointed);
+    if (isPointed && isPosition(parted))
+        return "a comma may be a point, or part two numbers: type " + quoted(pointed) + " or " +
+               quoted(parted);
+    if (isPointed)
+        return (isNumber ? "use a point for decimals: " : "use points for decimals: ") + quoted(pointed);
+    if (isPosition(parted)) return "put blanks behind the commas between numbers: type " + quoted(parted);
+    const std::vector<std::string> cells = split(text, ",");
+    if (cells.size() != 4) return {};
+    const std::string both = cells[0] + "." + cells[1] + ", " + cells[2] + "." + cells[3];
+    return isPosition(both) ? "use points for decimals: " + quoted(both) : std::string();
+}
+
 TypedPositions readLine(std::string_view line, TypedInto into) {
     if (line.size() > kLongestTyped) return {};
     const std::string text = withoutNames(unwrapped(line));
-    const std::string_view rest = unwrapped(text);
-    if (const auto position = readReference(rest)) return {{*position}, {}};
+    const std::string rest(unwrapped(text));
+    std::string reason;
+    if (const auto position = readReference(rest, reason)) return {{*position}, {}};
+    if (const std::size_t comma = rest.find_last_of(",;"); comma != std::string::npos)
+        if (auto position = readReference(rest.substr(0, comma), reason)) {
+            position->altitude = trimmed(std::string_view(rest).substr(comma + 1));
+            return {{*position}, {}};
+        }
+    if (!reason.empty()) return {{}, reason};
     if (isPlainPair(rest)) {
         if (into.pairs == PlainPairs::None) return {};
-        if (into.pairs == PlainPairs::Decimals && rest.find_first_of(".-") == std::string_view::npos)
+        if (into.pairs == PlainPairs::Decimals &&
+            (rest.find_first_of(".-") == std::string::npos || areThousands(rest)))
             return {};
     }
-    return rest.find_first_of(",;\t/") == std::string_view::npos ? readWords(rest)
-                                                                 : readCells(rest, into.kind);
+    TypedPositions found = readParts(rest);
+    if (found.positions.empty())
+        if (std::string advice = commaAdvice(rest, into.kind); !advice.empty())
+            found.reason = std::move(advice);
+    return found;
 }
 
 /// Pairs in one line, without a blank within.
@@ -239,18 +282,29 @@ bool isRowOfPairs(const std::vector<std::string>& cells) {
            });
 }
 
+/// One position whose parts stand in a line each.
+std::optional<TypedPosition> readStack(const std::vector<std::string>& lines) {
+    if (lines.size() < 2 || lines.size() > 3) return std::nullopt;
+    const auto part = [&](std::size_t i) { return std::string(trimmed(withoutNames(unwrapped(lines[i])))); };
+    std::string ignored;
+    auto position = readPair(part(0), part(1), ignored);
+    if (position && lines.size() == 3) position->altitude = lines[2];
+    return position;
+}
+
 }  // namespace
 
 std::vector<std::string> typedCells(std::string_view row) {
     const bool hasCommas = row.find_first_of(kSeparators) == std::string_view::npos;
     std::vector<std::string> cells = split(row, hasCommas ? "," : kSeparators);
+    constexpr std::string_view number = "0123456789.";
     for (std::size_t i = 1; i < cells.size() && hasCommas; ++i) {
-        const std::string& before = cells[i - 1];
+        std::string before = cells[i - 1];
         const std::string& behind = cells[i];
         const bool isTight = row.find(before + ',' + behind) != std::string_view::npos;
-        if (isTight && !before.empty() && !behind.empty() && isDigit(before.back()) &&
-            isDigit(behind.front()) && (before + behind).find('.') == std::string::npos)
-            return {};
+        before.erase(0, before.find_last_not_of(number) + 1);
+        const std::string first = behind.substr(0, behind.find_first_not_of(number));
+        if (isTight && !before.empty() && !first.empty() && mayBeOneNumber(before + ',' + first)) return {};
     }
     return cells;
 }
@@ -258,19 +312,29 @@ std::vector<std::string> typedCells(std::string_view row) {
 TypedPositions readTypedPositions(std::string_view text, TypedInto into) {
     std::vector<std::string> lines = split(plainText(text), "\n\r");
     std::erase(lines, "");
-    if (lines.size() == 1)
-        if (auto cells = split(lines[0], " "); isRowOfPairs(cells)) lines = std::move(cells);
-    TypedPositions all;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        TypedPositions one = readLine(lines[i], into);
-        if (one.positions.empty() && lines.size() > 1)
-            return {{},
-                    "line " + std::to_string(i + 1) + " is no position" +
-                        (one.reason.empty() ? "" : ": " + one.reason)};
-        if (one.positions.empty()) return one;
-        all.positions.push_back(std::move(one.positions.front()));
+    const auto readAll = [&into](const std::vector<std::string>& each, std::string& reason) {
+        TypedPositions all;
+        for (std::size_t i = 0; i < each.size(); ++i) {
+            TypedPositions one = readLine(each[i], into);
+            if (one.positions.empty()) {
+                reason = "line " + std::to_string(i + 1) + " is no position";
+                if (!one.reason.empty()) reason.append(": ").append(one.reason);
+                return TypedPositions();
+            }
+            all.positions.push_back(std::move(one.positions.front()));
+        }
+        return all;
+    };
+    std::string reason;
+    if (lines.size() == 1) {
+        const auto cells = split(lines[0], " ");
+        if (isRowOfPairs(cells))
+            if (TypedPositions all = readAll(cells, reason); !all.positions.empty()) return all;
+        return readLine(lines[0], into);
     }
-    return all;
+    if (TypedPositions all = readAll(lines, reason); !all.positions.empty()) return all;
+    if (const auto position = readStack(lines)) return {{*position}, {}};
+    return {{}, lines.empty() ? "" : reason};
 }
 
 }  // namespace UTILS

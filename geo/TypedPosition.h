@@ -38,15 +38,16 @@ struct TypedInto {
     halCore::AngleKind kind = halCore::AngleKind::Any;
 };
 
-/// The parts of a row that semicolons, tabs or slashes part, or else commas ("100, 200 m"). None where a
-/// comma between two digits, without a blank, may be a decimal point ("5,000").
+/// The parts of a row that semicolons, tabs or slashes part, or else commas ("100, 200 m"). None where the
+/// numbers on both sides of a comma without a blank may be one ("5,000", "1,234.5").
 std::vector<std::string> typedCells(std::string_view row);
 
 /// Reads whole positions as people type and paste them, a line each: latitude and longitude in any form of
 /// readTypedAngle, parted by a comma, a semicolon, a slash, a tab or a blank ("45.5, -120.3",
 /// "21°18'30\"N 157°54'W", "W 157 54, N 21 18"), perhaps an altitude behind them, perhaps "Lat:" and "Lon:"
-/// in front, perhaps in brackets; or an MGRS reference ("4Q FJ 12345 67890"). Pairs without a blank
-/// in them may stand in one line ("45.5,-120.3 46,-121").
+/// in front, perhaps in brackets; or an MGRS reference ("4Q FJ 12345 67890", "4QFJ1234567890, 100 ft"). Pairs
+/// without a blank in them may stand in one line ("45.5,-120.3 46,-121"), and the parts of one position in a
+/// line each.
 TypedPositions readTypedPositions(std::string_view text, TypedInto into = {});
 
 }  // namespace UTILS

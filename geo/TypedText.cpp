@@ -151,7 +151,7 @@ std::optional<std::string> withoutGroups(std::string_view number, char separator
     bool isFirst = true;
     for (const char c : number.substr(sign, decimals - sign)) {
         if (c == separator) {
-            if (isFirst ? group < 1 || group > 3 || joined.back() == '0' : group != 3) return std::nullopt;
+            if (isFirst ? group < 1 || group > 3 || joined[sign] == '0' : group != 3) return std::nullopt;
             isFirst = false;
             group = 0;
         } else {
@@ -184,6 +184,15 @@ std::string plainText(std::string_view typed) {
         typed.remove_prefix(found ? found->text.size() : 1);
     }
     return std::string(trimmed(result));
+}
+
+bool mayBeOneNumber(std::string_view number) {
+    if (number.find('.') == std::string_view::npos) {
+        std::string pointed(number);
+        std::ranges::replace(pointed, ',', '.');
+        if (readNumber(pointed)) return true;
+    }
+    return withoutGroups(number, ',', '.') || withoutGroups(number, '.', ',');
 }
 
 std::string numberAdvice(std::string_view text, const std::function<bool(const std::string&)>& reads) {

@@ -18,6 +18,10 @@ inline constexpr std::size_t kLongestTyped = 500;
 /// at both ends.
 std::string plainText(std::string_view typed);
 
+/// Whether a plain number with a comma in it may be one number: with a decimal comma ("7,5") or with parted
+/// thousands ("5,000", "1,234.5", "1.234,56").
+bool mayBeOneNumber(std::string_view number);
+
 /// Why a text with commas, or with blanks within a number, is none, and what to type instead: "use a point
 /// for decimals: \"7.5 nm\"". Empty when that is not what is wrong, or nothing of that `reads`.
 std::string numberAdvice(std::string_view text, const std::function<bool(const std::string&)>& reads);
