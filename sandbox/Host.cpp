@@ -33,6 +33,7 @@
 #include "sandbox/services/FileDialogs.h"
 #include "sandbox/services/Services.h"
 #include "sandbox/widgets/Caption.h"
+#include "sandbox/widgets/Mnemonics.h"
 
 namespace sandbox {
 
@@ -441,6 +442,7 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
 
     auto* menu = new QMenu(&window_);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    keepMnemonics(*menu);
     gathered->fill(*menu);
     handles_.remove(menuHandle);
     if (any) addAttachMenu(*menu, overlays);
@@ -449,6 +451,7 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
 
 void Host::addAttachMenu(QMenu& menu, const std::vector<void*>& overlays) {
     auto* attach = new QMenu("Attach To", &menu);
+    keepMnemonics(*attach);
     const auto offer = [&](const QString& name, std::uint64_t platform) {
         attach->addAction(Caption::escaped(name), this, [this, overlays, platform] {
             for (void* handle : overlays)
@@ -467,6 +470,7 @@ void Host::addAttachMenu(QMenu& menu, const std::vector<void*>& overlays) {
 void Host::openPlatformMenu(std::uint64_t id, const QPoint& globalPosition) {
     auto* menu = new QMenu(&window_);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    keepMnemonics(*menu);
     menu->addAction("Zoom To", this, [this, id] { showPlatformFromAbove(id); });
     menu->addAction("Remove", this, [this, id] { scenario_.remove(id); });
     menu->popup(globalPosition);

@@ -12,18 +12,14 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "sandbox/widgets/Caption.h"
+
 namespace sandbox {
 
 namespace {
 
 QString shownKeys(const PluginActions::Keys& keys) {
     return QKeySequence::listToString(keys, QKeySequence::NativeText).replace("; ", ", ");
-}
-
-/// The text without the mark of its mnemonic.
-QString plainText(const QAction& action) {
-    QString text = action.text();
-    return text.replace("&&", QString(QChar(1))).remove('&').replace(QChar(1), '&');
 }
 
 }  // namespace
@@ -35,7 +31,8 @@ KeysDialog::KeysDialog(PluginActions& actions, QWidget* parent) : QDialog(parent
     list_->setHeaderLabels({"Action", "Keys", "Plug-in"});
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
-    list_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    for (const int column : {0, 1})
+        list_->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     connect(list_, &QTreeWidget::currentItemChanged, this, &KeysDialog::showSelected);
 
     keys_ = new QKeySequenceEdit;
@@ -75,9 +72,15 @@ KeysDialog::KeysDialog(PluginActions& actions, QWidget* parent) : QDialog(parent
     layout->addLayout(row);
     layout->addWidget(clash_);
     layout->addWidget(buttons);
-    resize(560, 520);
     connect(&actions_, &PluginActions::changed, this, &KeysDialog::list);
     list();
+    // Wide enough for every column, a scroll bar and a key more.
+    QHeaderView* header = list_->header();
+    header->setStretchLastSection(false);
+    header->resizeSections(QHeaderView::ResizeToContents);
+    const int width = header->length() + 90;
+    header->setStretchLastSection(true);
+    resize(std::max(560, width), 520);
     list_->setCurrentItem(list_->topLevelItem(0));
 }
 
@@ -133,10 +136,10 @@ void KeysDialog::judge() {
         text = "It has this key already.";
     else if (holder && free)
         text = QString("%1 is the key of \"%2\", which loses it.")
-                   .arg(key.toString(QKeySequence::NativeText), plainText(*holder));
+                   .arg(key.toString(QKeySequence::NativeText), Caption::plain(holder->text()));
     else if (holder)
         text = QString("%1 is the program's own key, for \"%2\".")
-                   .arg(key.toString(QKeySequence::NativeText), plainText(*holder));
+                   .arg(key.toString(QKeySequence::NativeText), Caption::plain(holder->text()));
     clash_->setText(text);
 }
 

@@ -18,6 +18,7 @@
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/PositionText.h"
 #include "sandbox/widgets/Caption.h"
+#include "sandbox/widgets/Mnemonics.h"
 
 namespace sandbox {
 
@@ -43,7 +44,7 @@ MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
 void MainWindow::buildMenus() {
     QMenu* file = menuBar()->addMenu("&File");
     file->addAction("&Open Overlay...", QKeySequence::Open, this, &MainWindow::openOverlayRequested);
-    file->addAction("Open &Platforms...", this, &MainWindow::openPlatformsRequested);
+    file->addAction("Open P&latforms...", this, &MainWindow::openPlatformsRequested);
     recentMenu_ = file->addMenu("Open &Recent");
     recentMenu_->setToolTipsVisible(true);
     setRecentFiles({});
@@ -110,6 +111,7 @@ void MainWindow::buildPanels(const Log& log) {
     viewMenu_ = menuBar()->addMenu("&View");
     viewMenu_->addAction(overlays->toggleViewAction());
     viewMenu_->addAction(messages->toggleViewAction());
+    for (QMenu* menu : menuBar()->findChildren<QMenu*>()) keepMnemonics(*menu);
 }
 
 void MainWindow::setRecentFiles(const QStringList& paths) {

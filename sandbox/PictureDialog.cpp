@@ -31,7 +31,7 @@ QComboBox* row(QFormLayout& form, const QString& caption, const QString& tip) {
 PictureDialog::PictureDialog(Settings& settings, QWidget* parent) : QDialog(parent), settings_(settings) {
     setWindowTitle("Save Picture");
     auto* form = new QFormLayout(this);
-    size_ = row(*form, "Si&ze:", "Of the picture; the larger it is, the more of the earth there is room for");
+    size_ = row(*form, "&Size:", "Of the picture; the larger it is, the more of the earth there is room for");
     size_->setEditable(true);
     size_->setInsertPolicy(QComboBox::NoInsert);
     size_->addItems({kAsShown, "1280x800", "1920x1080", "3840x2160"});
@@ -45,9 +45,11 @@ PictureDialog::PictureDialog(Settings& settings, QWidget* parent) : QDialog(pare
         background_->addItem(text, static_cast<int>(background));
     problem_ = new QLabel(" ");
     form->addRow(problem_);
-    buttons_ = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    buttons_->addButton("&Save...", QDialogButtonBox::AcceptRole)->setDefault(true);
-    form->addRow(buttons_);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    save_ = buttons->addButton("Sa&ve...", QDialogButtonBox::AcceptRole);
+    form->addRow(buttons);
+    buttons->button(QDialogButtonBox::Cancel)->setAutoDefault(false);
+    save_->setDefault(true);
 
     if (const QString kept = settings_.value(kSizeKey); !kept.isEmpty()) size_->setCurrentText(kept);
     const QString density = settings_.value(kDensityKey);
@@ -57,8 +59,8 @@ PictureDialog::PictureDialog(Settings& settings, QWidget* parent) : QDialog(pare
     background_->setCurrentIndex(std::max(0, background_->findText(settings_.value(kBackgroundKey))));
     connect(size_, &QComboBox::currentTextChanged, this, &PictureDialog::judge);
     connect(density_, &QComboBox::currentTextChanged, this, &PictureDialog::judge);
-    connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(buttons_, &QDialogButtonBox::accepted, this, [this] {
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(buttons, &QDialogButtonBox::accepted, this, [this] {
         look_.background = static_cast<PictureLook::Background>(background_->currentData().toInt());
         settings_.setValue(kSizeKey, size_->currentText());
         settings_.setValue(kDensityKey, density_->currentText());
@@ -78,9 +80,7 @@ void PictureDialog::judge() {
     else if (std::max(look_.size.width(), look_.size.height()) * look_.density > PictureLook::kMostPixels)
         problem = QString("The picture is larger than %1 pixels").arg(PictureLook::kMostPixels);
     problem_->setText(problem.isEmpty() ? " " : problem);
-    for (QAbstractButton* button : buttons_->buttons())
-        if (buttons_->buttonRole(button) == QDialogButtonBox::AcceptRole)
-            button->setEnabled(problem.isEmpty());
+    save_->setEnabled(problem.isEmpty());
 }
 
 }  // namespace sandbox

@@ -5,8 +5,8 @@
 #include "sandbox/ViewPicture.h"
 
 class QComboBox;
-class QDialogButtonBox;
 class QLabel;
+class QPushButton;
 
 namespace sandbox {
 
@@ -31,7 +31,7 @@ class PictureDialog : public QDialog {
     QComboBox* density_;
     QComboBox* background_;
     QLabel* problem_;
-    QDialogButtonBox* buttons_;
+    QPushButton* save_;
     PictureLook look_;
 };
 

@@ -78,8 +78,8 @@ void fillViewMenu(QMenu& menu, GlobeView& view, Settings& settings) {
     addMapOption(menu, view, settings, "&Graticule", &MapOptions::graticule, true);
     addMapOption(menu, view, settings, "&Coastlines", &MapOptions::coastlines, true);
     addMapOption(menu, view, settings, "&Borders", &MapOptions::borders, true);
-    addMapOption(menu, view, settings, "&Land and Sea", &MapOptions::land, true);
-    addMapOption(menu, view, settings, "Country &Names", &MapOptions::names, true);
+    addMapOption(menu, view, settings, "Land and Se&a", &MapOptions::land, true);
+    addMapOption(menu, view, settings, "Countr&y Names", &MapOptions::names, true);
     addMapOption(menu, view, settings, "&Scale Bar", &MapOptions::scaleBar, true);
 }
 

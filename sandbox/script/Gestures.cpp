@@ -14,6 +14,7 @@
 #include <QTreeWidget>
 
 #include "sandbox/script/ScriptError.h"
+#include "sandbox/widgets/Caption.h"
 
 namespace sandbox::gestures {
 
@@ -41,9 +42,7 @@ QAction* findItem(const QList<QAction*>& actions, const QString& text) {
 }  // namespace
 
 QString shownText(const QAction& action) {
-    QString text = action.text().section('\t', 0, 0);
-    text.replace("&&", QString(QChar(1))).remove('&').replace(QChar(1), '&');
-    return text;
+    return Caption::plain(action.text().section('\t', 0, 0));
 }
 
 void click(QWidget& widget) {

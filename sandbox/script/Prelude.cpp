@@ -166,6 +166,7 @@ function overlay(name) { return $scene.overlays().find(o => o.name === name || o
 function openOverlay(path, platform) { return $scene.openOverlay(path, platform || 0); }
 function overlayMenu(names, ...path) { $widgets.overlayMenu([].concat(names), path); }
 function tickOverlay(name, shown) { $widgets.tickOverlay(name, shown); }
+function selectedShape() { return $widgets.selectedShape(); }
 function screenTexts() { return $scene.screenTexts(); }
 function log() { return $scene.log(); }
 function setting(key) { return $scene.setting(key); }

@@ -97,10 +97,13 @@ QVariantList ScriptWidgets::menuItems(const QString& menu) {
     return step([&] {
         for (const QAction* entry : host().window().menuBar()->actions()) {
             if (gestures::shownText(*entry) != menu || !entry->menu()) continue;
+            emit entry->menu()->aboutToShow();
             QVariantList items;
             for (const QAction* item : entry->menu()->actions()) {
                 if (!item->isVisible() || item->isSeparator()) continue;
+                const QKeySequence letter = QKeySequence::mnemonic(item->text());
                 items << QVariantMap{{"text", gestures::shownText(*item)},
+                                     {"letter", letter.toString().section('+', -1)},
                                      {"enabled", item->isEnabled()},
                                      {"checked", item->isChecked()},
                                      {"icon", !item->icon().isNull()}};
@@ -145,6 +148,14 @@ void ScriptWidgets::tickOverlay(const QString& overlay, bool shown) {
         if ((item.checkState(0) == Qt::Checked) == shown) return;
         list.setCurrentItem(&item);
         gestures::key(list, Qt::Key_Space);
+    });
+}
+
+QString ScriptWidgets::selectedShape() {
+    return step([&] {
+        const QList<QTreeWidgetItem*> items = host().window().overlayPanel().selectedItems();
+        if (items.isEmpty() || !items.first()->parent()) return QString();
+        return items.first()->parent()->text(0) + ": " + items.first()->text(0);
     });
 }
 

@@ -24,6 +24,7 @@ class ScriptWidgets : public ScriptObject {
     Q_INVOKABLE QVariantList menuItems(const QString& menu);
     Q_INVOKABLE void overlayMenu(const QStringList& overlays, const QStringList& path);
     Q_INVOKABLE void tickOverlay(const QString& overlay, bool shown);
+    Q_INVOKABLE QString selectedShape();
 
     Q_INVOKABLE QStringList dialogs();
     Q_INVOKABLE void closeDialog(const QString& title);

@@ -13,4 +13,8 @@ QString Caption::escapedText() const {
     return escaped(text);
 }
 
+QString Caption::plain(QString text) {
+    return text.replace("&&", QString(QChar(1))).remove('&').replace(QChar(1), '&');
+}
+
 }  // namespace sandbox

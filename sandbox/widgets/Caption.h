@@ -15,6 +15,8 @@ struct Caption {
     /// The text for widgets that take "&" as the mark of a shortcut.
     QString escapedText() const;
     static QString escaped(QString text) { return text.replace('&', "&&"); }
+    /// Of such a widget's text what is read: without the mark.
+    static QString plain(QString text);
 };
 
 }  // namespace sandbox

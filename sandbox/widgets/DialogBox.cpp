@@ -54,7 +54,7 @@ DialogBox::DialogBox(QWidget* owner, const std::string& title, Settings& sizes) 
         if (widget() && widget()->isVisible()) fit_();
     };
     QObject::connect(new QShortcut(QKeySequence::Save, window), &QShortcut::activated, window,
-                     [window] { pressButton(*window, "Save"); });
+                     [window] { pressButton(*window, "Save") || pressButton(*window, "Save As..."); });
     window->focusAboutToMove = [this] { orderFocus_(); };
     window->resizedByUser = [this](QSize size) {
         sizes_.setValue(sizeKey_(), QString("%1x%2").arg(size.width()).arg(size.height()));

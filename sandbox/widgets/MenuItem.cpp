@@ -1,6 +1,7 @@
 #include "sandbox/widgets/MenuItem.h"
 
 #include "sandbox/widgets/Caption.h"
+#include "sandbox/widgets/Mnemonics.h"
 
 namespace sandbox {
 
@@ -37,6 +38,7 @@ QMenu& MenuItem::submenu() {
     if (!submenu_) {
         submenu_ = new QMenu;
         action_->setMenu(submenu_);
+        keepMnemonics(*submenu_);
     }
     return *submenu_;
 }

@@ -1,6 +1,9 @@
 #include "sandbox/widgets/Mnemonics.h"
 
 #include <QAbstractButton>
+#include <QAction>
+#include <QKeySequence>
+#include <QMenu>
 #include <QSet>
 #include <QToolButton>
 #include <QWidget>
@@ -10,11 +13,6 @@
 namespace sandbox {
 
 namespace {
-
-/// The text without marks.
-QString plain(QString text) {
-    return text.replace("&&", QString(QChar(1))).remove('&').replace(QChar(1), '&');
-}
 
 /// Where in the text a free letter stands; -1 for nowhere.
 qsizetype freeLetter(const QString& text, const QSet<QChar>& taken) {
@@ -28,30 +26,56 @@ qsizetype freeLetter(const QString& text, const QSet<QChar>& taken) {
     return -1;
 }
 
+/// The text with its letter marked, which is taken from then on; without a mark when none is free.
+QString markedText(const QString& text, QSet<QChar>& taken) {
+    const qsizetype at = freeLetter(text, taken);
+    if (at < 0) return Caption::escaped(text);
+    taken.insert(text[at].toLower());
+    return Caption::escaped(text.left(at)) + '&' + Caption::escaped(text.mid(at));
+}
+
 }  // namespace
 
 void assignMnemonics(QWidget& window) {
     QSet<QChar> taken;
     for (auto* button : window.findChildren<QAbstractButton*>()) {
         if (qobject_cast<QToolButton*>(button) || !button->isVisibleTo(&window)) continue;
-        const QString text = plain(button->text());
-        const qsizetype at = freeLetter(text, taken);
-        QString marked = Caption::escaped(text);
-        if (at >= 0) {
-            taken.insert(text[at].toLower());
-            marked = Caption::escaped(text.left(at)) + '&' + Caption::escaped(text.mid(at));
-        }
+        const QString marked = markedText(Caption::plain(button->text()), taken);
         if (button->text() != marked) button->setText(marked);
     }
 }
 
-void pressButton(QWidget& window, const char* text) {
+void assignMnemonics(QMenu& menu) {
+    QSet<QChar> taken;
+    QList<QAction*> rest;
+    for (QAction* action : menu.actions()) {
+        const QKeySequence key = QKeySequence::mnemonic(action->text());
+        const QChar letter = key.isEmpty() ? QChar() : QChar(key[0].key()).toLower();
+        if (!action->isVisible() || action->isSeparator()) continue;
+        if (letter.isNull() || taken.contains(letter))
+            rest << action;
+        else
+            taken.insert(letter);
+    }
+    for (QAction* action : rest) {
+        const QString marked = markedText(Caption::plain(action->text()), taken);
+        if (action->text() != marked) action->setText(marked);
+    }
+}
+
+void keepMnemonics(QMenu& menu) {
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu] { assignMnemonics(menu); });
+}
+
+bool pressButton(QWidget& window, const char* text) {
     for (auto* button : window.findChildren<QAbstractButton*>())
-        if (button->isVisible() && button->isEnabled() && plain(button->text()) == QLatin1String(text)) {
+        if (button->isVisible() && button->isEnabled() &&
+            Caption::plain(button->text()) == QLatin1String(text)) {
             button->setFocus(Qt::ShortcutFocusReason);
             button->click();
-            return;
+            return true;
         }
+    return false;
 }
 
 }  // namespace sandbox

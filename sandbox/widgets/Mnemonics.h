@@ -1,5 +1,6 @@
 #pragma once
 
+class QMenu;
 class QWidget;
 
 namespace sandbox {
@@ -8,8 +9,12 @@ namespace sandbox {
 /// the letter press it. A letter that begins a word is preferred.
 void assignMnemonics(QWidget& window);
 
+/// The same for a menu's items, whenever it is opened: those that have a letter of their own keep it, if no
+/// item before them has it.
+void keepMnemonics(QMenu& menu);
+
 /// Presses the button of this text, if there is one that can be pressed, after what was typed has been handed
-/// over.
-void pressButton(QWidget& window, const char* text);
+/// over. \return whether there was
+bool pressButton(QWidget& window, const char* text);
 
 }  // namespace sandbox

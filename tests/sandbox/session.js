@@ -42,3 +42,19 @@ removeFile(ring);
 restoreSession();
 assert(log().some(entry => entry.severity === 2 && entry.text.includes(ring)), "named in the log");
 assertEqual(overlays().length, before.overlays.length - 1);
+
+// A click on a shape selects it in the panel, where nothing lies over it; one beside it nothing.
+menu("File", "Close All");
+writeFile(ring, "start\n3d name Area\ncircle\ncenterll 10 20\nradius 30000\nrangeunits m\nfilled\nend\n" +
+          "start\n3d name Road\nline\nll 10 19.9\nll 10 20.1\nend\n");
+assert(openOverlay(ring));
+view.camera = { lat: 10, lon: 20, range: 2e5 };
+const picked = (lat, lon) => { view.click({ lat, lon }); return selectedShape(); };
+assertEqual([picked(10.1, 20), picked(10, 20.05), picked(10.4, 20), picked(9.9, 20)].map(text => text.replace(/ \(.*/, "")),
+            ["ring.zel: Area", "ring.zel: Road", "", "ring.zel: Area"]);
+
+// Every item of every menu has a letter of its own.
+for (const name of ["File", "Scenario", "Plug-ins", "Actions", "View"]) {
+    const letters = menuItems(name).map(item => item.letter);
+    assertEqual([letters.length - new Set(letters).size, letters.includes("")], [0, false], name + ": " + letters);
+}

@@ -40,7 +40,7 @@ assertNear(view.camera.range, 4000 * Math.SQRT2, 10, "from corner to corner of i
 // Save As, Save; the host's copy is shown while the editor is not.
 const file = work + "/circle.zel";
 answerFileDialog(file);
-editor.press("Save As...");
+pressKey("Ctrl+S");
 changes("None");
 assertEqual(editor.value("File:"), file);
 assert(!overlay("circle.zel").shown, "the editor's shapes are drawn in its place");
@@ -50,7 +50,7 @@ menu("Plug-ins", "Overlay Editor...");
 assert(!overlay("circle.zel").shown);
 editor.select("All Shapes", "Harbour");
 editor.fill("Radius:", "300");
-editor.press("Save");
+pressKey("Ctrl+S");
 changes("None");
 assertEqual(overlays().filter(o => o.name === "circle.zel").length, 1, "shown once");
 assert(readFile(file).includes("radius 300\n"));
