@@ -15,8 +15,11 @@ namespace cli {
 
 int edit(const EditOptions& options) {
     std::vector<std::string> said;
-    halNotify::setNotifyHandler(
-        [&said](halNotify::Severity, const std::string& message) { said.push_back(message); });
+    bool anyError = false;
+    halNotify::setNotifyHandler([&](halNotify::Severity severity, const std::string& message) {
+        said.push_back(message);
+        anyError = anyError || severity == halNotify::Error;
+    });
     const OverlayEditor::QuietServiceTable host;
     const OverlayEditor::Preferences preferences;
     Failures failures;
@@ -33,10 +36,13 @@ int edit(const EditOptions& options) {
         said.clear();
         auto reading = document.read(text, file);
         OverlayEditor::Overlay::Losses losses;
-        // What cannot be loaded is not saved either.
         if (reading.loaded.error.empty()) {
             document.take(std::move(reading));
-            text = options.rewrite ? overlay.textAnew(losses) : document.text();
+            const bool anew = options.rewrite && !overlay.shapes().empty();
+            text = anew ? overlay.textAnew(losses) : document.text();
+        } else {
+            // What cannot be loaded is not saved either.
+            said = {reading.loaded.error};
         }
         progress.hide();
         std::cout << text;
@@ -55,7 +61,7 @@ int edit(const EditOptions& options) {
         std::cerr << counted(read, "file") << ", " << counted(shapes, "shape") << ", "
                   << counted(lost, "line") << " lost\n";
     if (failures.any()) return kUnreadable;
-    return lost == 0 ? kClean : kMessages;
+    return lost == 0 && !anyError ? kClean : kMessages;
 }
 
 }  // namespace cli

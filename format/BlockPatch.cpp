@@ -11,6 +11,7 @@
 #include "format/ShapeFields.h"
 #include "format/ZelShapes.h"
 #include "geo/Angles.h"
+#include "geo/Units.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -48,7 +49,7 @@ class Patch {
         was_[kShapeSlot] = {std::string(ZelShape::shapeTypeToString(read.shapeType())), {}};
         if (read.shapeType() == ShapeType::Annotation) was_.erase(kShapeSlot);
         if (!all_) {
-            speakOfRadius_();
+            speakOfRadii_();
             speakOfEnd_();
         }
         followDefaults_();
@@ -100,22 +101,57 @@ class Patch {
         return was->second != is->second;
     }
 
-    /// Where both axes are told by a radius, they stay told by it as long as they are the same.
-    void speakOfRadius_() {
-        if (!isSet_(P::Radius) || isSet_(P::MajorAxis) || isSet_(P::MinorAxis)) return;
-        const auto speak = [](ShapeFields& fields) {
-            const auto major = fields.find(slotOf(P::MajorAxis));
-            const auto minor = fields.find(slotOf(P::MinorAxis));
-            if (major == fields.end() || minor == fields.end()) return;
-            if (major->second.values != minor->second.values) return;
-            const auto axis = UTILS::readNumber(major->second.values[0]);
-            if (!axis) return;
-            fields[slotOf(P::Radius)] = {"radius", {UTILS::writeNumber(0.5 * *axis)}};
-            fields.erase(slotOf(P::MajorAxis));
-            fields.erase(slotOf(P::MinorAxis));
+    /// Values are told as the block tells them: an axis by the radius or by the other axis, the height of an
+    /// ellipsoid by its longer axis, as long as that gives them.
+    void speakOfRadii_() {
+        const int major = slotOf(P::MajorAxis);
+        const int minor = slotOf(P::MinorAxis);
+        const int radius = slotOf(P::Radius);
+        const ShapeFields before = was_;
+        for (ShapeFields* const fields : {&was_, &is_}) {
+            if (!fields->contains(major) || !fields->contains(minor) || !before.contains(major)) continue;
+            speakOfHeight_(*fields);
+            const auto axes = *fields;
+            const bool same = axes.at(major).values == axes.at(minor).values;
+            const auto tell = [&](int axis) {
+                const double metres = UTILS::readNumber(axes.at(axis).values[0]).value_or(0.0);
+                (*fields)[radius] = {"radius", {UTILS::writeNumber(0.5 * metres)}};
+            };
+            const bool hasMajor = isSet_(P::MajorAxis);
+            const bool hasMinor = isSet_(P::MinorAxis);
+            if (hasMajor && hasMinor) continue;
+            if (!hasMajor && !hasMinor) {
+                if (!isSet_(P::Radius)) continue;
+                const bool keepsMajor = axes.at(major) == before.at(major);
+                const bool keepsMinor = axes.at(minor) == before.at(minor);
+                if (!same && !keepsMajor && !keepsMinor) continue;
+                tell(keepsMajor ? major : minor);
+                if (same || keepsMajor) fields->erase(major);
+                if (same || keepsMinor) fields->erase(minor);
+            } else if (isSet_(P::Radius)) {
+                tell(hasMajor ? minor : major);
+                fields->erase(hasMajor ? minor : major);
+            } else if (same) {
+                fields->erase(hasMajor ? minor : major);
+            }
+        }
+    }
+
+    void speakOfHeight_(ShapeFields& fields) const {
+        const auto* const body = dynamic_cast<const Ellipsoid*>(&read_);
+        double own = 0.0;
+        if (!body || (body->getHeight(own) == 0 && own > 0.0)) return;
+        const auto metres = [&](P parameter, const Units& units) {
+            const auto field = fields.find(slotOf(parameter));
+            const auto value =
+                field != fields.end() ? UTILS::readNumber(field->second.values[0]) : std::nullopt;
+            return value ? units.convertTo(Units::METERS, *value) : 0.0;
         };
-        speak(was_);
-        if (was_.contains(slotOf(P::Radius))) speak(is_);
+        const UnitsState units = read_.originalUnits();
+        const double longer = 0.5 * std::max(metres(P::MajorAxis, units.rangeUnits()),
+                                             metres(P::MinorAxis, units.rangeUnits()));
+        const double height = metres(P::Height, units.altitudeUnits());
+        if (std::abs(height - longer) <= 1e-13 * longer) fields.erase(slotOf(P::Height));
     }
 
     /// Where a sweep is told by its end, it stays told by it.
@@ -145,9 +181,6 @@ class Patch {
         if (differs_(P::LineColor)) force(P::FillColor);
         if (read_.shapeType() != after_.shapeType()) force(P::Name);
         if (read_.shapeType() == ShapeType::Points) force(P::FillColor);
-        if (isSet_(P::Radius)) return;
-        if (differs_(P::MajorAxis)) force(P::MinorAxis);
-        if (differs_(P::MinorAxis)) force(P::MajorAxis);
     }
 
     /// Lines that meant nothing may mean something among the others.
@@ -289,6 +322,12 @@ std::optional<std::string> BlockPatch::lines(Extent extent) const {
     patch.fields();
     patch.otherPositions();
     return patch.text();
+}
+
+std::string BlockPatch::drawn(std::string_view block, const ZelShape& read, bool drawn) {
+    BlockLines lines(block, read);
+    drawn ? lines.removeAll(slotOf(P::Draw)) : lines.append("off");
+    return lines.text();
 }
 
 }  // namespace halCore::ZEL

@@ -31,6 +31,9 @@ class BlockPatch {
     /// exactly the shape of them is for the caller to see.
     std::optional<std::string> lines(Extent extent) const;
 
+    /// The block's lines where nothing is changed but whether the shape is drawn.
+    static std::string drawn(std::string_view block, const ZelShape& read, bool drawn);
+
   private:
     std::string_view block_;
     const ZelShape& read_;

@@ -108,19 +108,32 @@ BlockRewriter::Rewritten BlockRewriter::rewrite(const ZEL::SourceText& source, s
     const std::string_view old = source.blockText(block);
     const std::string written = blockOf(after);
     const auto read = read_(old);
-    if (read.size() != 1) return {source.withLineEnds(written), {}};
+    if (read.size() != 1) return {.lines = source.withLineEnds(written), .lost = {}};
     if (const ZEL::ZelShapePtr before = anew ? nullptr : asWritten_(read, preferences)) {
+        bool was = true;
+        bool is = true;
+        before->getDrawn(was);
+        after.getDrawn(is);
+        if (was != is) {
+            before->setDrawn(is);
+            const bool same = blockOf(*before) == written;
+            before->setDrawn(was);
+            if (same)
+                return {
+                    .lines = ZEL::BlockPatch::drawn(old, *read.front(), is), .lost = {}, .sameKind = true};
+        }
         const std::string meant = meaningOf_(written, preferences);
         const ZEL::BlockPatch patch(old, *read.front(), *before, after);
         for (const Extent extent : {Extent::Changed, Extent::All}) {
             auto lines = patch.lines(extent);
-            if (lines && sayTheSame(meaningOf_(*lines, preferences), meant)) return {std::move(*lines), {}};
+            if (lines && sayTheSame(meaningOf_(*lines, preferences), meant))
+                return {.lines = std::move(*lines), .lost = {}};
         }
     }
     auto lost = ZEL::lostLines(old, source.block(block).line, *read.front(), written, after);
     const std::string label = labelOf(*read.front()) + ": ";
     for (auto& line : lost) line.text.insert(0, label);
-    return {source.withLineEnds(written), std::move(lost)};
+    return {.lines = source.withLineEnds(written), .lost = std::move(lost)};
 }
 
 }  // namespace OverlayEditor

@@ -27,6 +27,9 @@ class BlockRewriter {
         std::string lines;
         /// What is not in the block any more, by line; only where it is written anew.
         std::vector<halCore::ZEL::ParseMessage> lost;
+        /// Whether the shape is still of its block's kind, where the editor has another one for it: hidden or
+        /// shown, and nothing else.
+        bool sameKind = false;
     };
     /// \param after what the editor makes of the shape now
     /// \param anew whether the block is written anew in any case

@@ -159,6 +159,7 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
     const auto reference = Attachment::findDefaultRefLla(reading.platform);
     // The editor's own goes when something is loaded.
     if (attachment_.isReferencePlatform(reading.platform)) reading.platform = 0;
+    reading.seesReference = reference.has_value();
     reading.converter = std::make_unique<PointConverter>();
     reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), reading.platform);
     LoadResult& loaded = reading.loaded;
@@ -249,7 +250,7 @@ void Document::take(Reading reading) {
     if (reading.platform != 0 || (!loaded.fromNowhere && !loaded.reference)) {
         attachment_.take(std::move(reading.converter), reference, reading.platform);
     } else {
-        if (loaded.fromNowhere) warnOfAssumedReference_(reading.fileName, reference);
+        if (loaded.fromNowhere && reading.seesReference) warnOfAssumedReference_(reading.fileName, reference);
         attachment_.takeReference(std::move(reading.converter),
                                   loaded.fromNowhere ? reference : *loaded.reference, !loaded.fromNowhere);
     }

@@ -69,6 +69,8 @@ class Document {
         unsigned long platform = 0;
         /// Where offsets count from unless the text says it.
         std::unique_ptr<PointConverter> converter;
+        /// Whether that is a place of the host's; without a view there is none.
+        bool seesReference = false;
         /// The file that holds the text; none when it is in no file.
         FileVersion version;
     };

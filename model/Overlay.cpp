@@ -246,13 +246,17 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
         writer.clear();
         if (writer.add(shape).digest == 0) {
             if (skipped) skipped->push_back(shape.name());
+            if (lost)
+                lost->push_back(
+                    {source_->block(block).line, halNotify::Warning,
+                     std::string("\"").append(shape.name()).append("\" is not complete any more")});
             continue;
         }
         if (!rewriter) rewriter.emplace();
         auto rewritten = rewriter->rewrite(*source_, block, *writer.last(), shape.preferences(), how.anew);
         changes.back().lines = std::move(rewritten.lines);
         if (!lost) continue;
-        if (shape.source().becomes)
+        if (shape.source().becomes && !rewritten.sameKind)
             lost->push_back(
                 {source_->block(block).line, halNotify::Warning,
                  std::string("\"").append(shape.name()).append("\" ").append(shape.source().becomes)});
@@ -269,9 +273,12 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
     return source_ ? source_->with(changes, writer.blocks()) : writer.text();
 }
 
-void Overlay::tellWhatItBecomes_(const Place& place) {
+void Overlay::tellWhatItBecomes_(const Place& place) const {
     const ShapeSource& source = place.shape->source();
     if (place.told || !source.becomes || source.digest == 0 || place.written->digest == source.digest) return;
+    // Only hidden, or shown again, it stays what it is.
+    ShapeWriter writer(pointConverter_, referenceWritten_);
+    if (writer.add(*place.shape, !place.shape->shown()).digest == source.digest) return;
     place.told = true;
     halNotify::notify(halNotify::Warning)
         << "\"" << place.shape->name() << "\" is changed: it " << source.becomes;

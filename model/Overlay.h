@@ -209,7 +209,7 @@ class Overlay final : private ShapeKeeper {
     void learnBlocks_();
     void touchAll_();
     /// Says it when a shape has been changed that stays what it is only until then.
-    static void tellWhatItBecomes_(const Place& place);
+    void tellWhatItBecomes_(const Place& place) const;
     /// Brings what is known of the text up to date.
     void sumUp_() const;
     std::vector<Place> places_;

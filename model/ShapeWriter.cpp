@@ -23,13 +23,12 @@ void ShapeWriter::clear() {
     any_ = false;
 }
 
-WrittenShape ShapeWriter::add(Shape& shape) {
+WrittenShape ShapeWriter::add(Shape& shape, bool shown) {
     const std::size_t before = buffer_->text().size();
     zel_.clear();
     if (shape.write(zel_) != 0 || !zel_.hasShapes()) return {.begun = isBegun(shape)};
-    if (!shape.shown())
-        for (const auto& written : zel_.shapes())
-            if (written) written->setDrawn(false);
+    for (const auto& written : zel_.shapes())
+        if (written) written->setDrawn(shown);
     zel_.writeShapesTo(buffer_->out());
     any_ = true;
     const auto own = std::string_view(buffer_->text()).substr(before);

@@ -28,7 +28,9 @@ class ShapeWriter {
     /// \param referenceWritten whether each of them names it
     ShapeWriter(PointConverter* converter, bool referenceWritten);
 
-    WrittenShape add(Shape& shape);
+    WrittenShape add(Shape& shape) { return add(shape, shape.shown()); }
+    /// The same as if it were shown, or not.
+    WrittenShape add(Shape& shape, bool shown);
     /// The shape that was added last, which was written.
     const halCore::ZEL::ZelShapePtr& last() const { return zel_.shapes().back(); }
     /// Whether any shape was written.

@@ -219,8 +219,14 @@ class Zel(unittest.TestCase):
             if name.endswith(".zel"):
                 with open(os.path.join(SAMPLES, name), "rb") as sample:
                     self.assertEqual(self.zel("edit", "-q", os.path.join(SAMPLES, name))[0].encode(), sample.read())
-        for text in "", "# nothing\r\n", "no overlay", "\ufeffstart\r\n circle\t\nCENTERLL 1 2\nfoo\nend # x\nstart":
-            self.assertEqual(self.zel("edit", "-q", "-", stdin=text)[0], text)
+        kept = "start\nlatlonaltbox 1 0 0 1 0\nend\n"
+        for text, code in ("", 1), ("# nothing\r\n", 1), (kept, 0), ("start\nline\nxy 1 2\nxy 3 4\nend", 0), (
+            "\ufeffstart\r\n circle\t\nCENTERLL 1 2\nfoo\nend # x\nstart", 1
+        ):
+            self.assertEqual(self.zel("edit", "-q", "-", stdin=text, code=code)[0], text)
+        self.assertEqual(self.zel("edit", "-q", "-", stdin="no overlay", code=1)[1].splitlines()[-1], "-: no valid shapes found")
+        self.assertEqual(self.zel("edit", "-q", "-", stdin="start\nline\nxy 1 2\nxy 3 4\nend"), ("start\nline\nxy 1 2\nxy 3 4\nend", ""))
+        self.assertEqual(self.zel("edit", "--rewrite", "-q", "-", stdin=kept)[0], kept)
         text = "# a\nstart\nlinesegs\nll 0 0\nll 1 1\n# b\nlinestyle dashed\nfoo 1\nend\nstart\nlatlonaltbox 1 0 0 1 0\nend\n"
         self.assertIn("-: 1 latlonaltbox is kept as it is", self.zel("edit", "-", stdin=text.replace("foo", "#"))[1])
         out, err = self.zel("edit", "--rewrite", "-", stdin=text, code=1)

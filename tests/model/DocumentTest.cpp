@@ -506,13 +506,17 @@ TEST_F(DocumentTest, KeepsWhatItCannotEdit) {
     document->save(file);
     EXPECT_EQ(contentsOf(file), text);
 
-    // Single points are lines as soon as one of them is another one.
+    // Single points are lines as soon as one of them is another one; hidden or shown they stay points.
     overlay.shapes().back()->setShown(true);
     EXPECT_FALSE(document->isSaved());
-    EXPECT_THAT(messages, ElementsAre("\"points\" is changed: it becomes a line through all of its points"));
+    EXPECT_EQ(document->text(), text.substr(0, text.size() - 7) + "end");
+    EXPECT_THAT(messages, IsEmpty());
+    overlay.shapes().back()->setName("Singles");
+    EXPECT_FALSE(document->isSaved());
+    EXPECT_THAT(messages, ElementsAre("\"Singles\" is changed: it becomes a line through all of its points"));
     document->save(file);
     EXPECT_THAT(contentsOf(file),
-                HasSubstr("\nstart\nline\nll 1 2\nll 3 4\nfillcolor hex 0xa0ff00ff\n3d name points\nend"));
+                HasSubstr("\nstart\nline\nll 1 2\nll 3 4\nfillcolor hex 0xa0ff00ff\n3d name Singles\nend"));
     EXPECT_EQ(contentsOf(file + "~"), text);
 
     // A new shape follows, a deleted one takes its comment along.

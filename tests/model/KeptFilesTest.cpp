@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -260,6 +261,57 @@ TEST_F(KeptFilesTest, OneValueIsOneLine) {
         }
         EXPECT_EQ(overlay.text(), text);
     }
+}
+
+/// What a block does not name stays unnamed as long as the others give it.
+TEST_F(KeptFilesTest, OneNumberIsOneLineWhateverStandsForWhat) {
+    using Round = CylinderShape;
+    const auto major = [](Round& shape) { shape.setMajorRadius(7.0); };
+    const auto minor = [](Round& shape) { shape.setMinorRadius(7.0); };
+    const auto both = [](Round& shape) { shape.setInnerRadius(7.0); };
+    const auto height = [](Round& shape) { shape.setHeight(7.0); };
+    struct Case {
+        const char* lines;
+        std::function<void(Round&)> change;
+        const char* now;
+    };
+    const Case cases[] = {{"radius 5", major, "radius 5\nmajoraxis 14"},
+                          {"radius 5", minor, "radius 5\nminoraxis 14"},
+                          {"radius 5", both, "radius 7"},
+                          {"radius 5", height, "radius 5\nheight 7"},
+                          {"radius 5\nheight -1", both, "radius 7\nheight -1"},
+                          {"radius 5\nheight 4", major, "radius 5\nheight 4\nmajoraxis 14"},
+                          {"radius 5\nmajoraxis 12", major, "radius 5\nmajoraxis 14"},
+                          {"radius 5\nmajoraxis 12", minor, "radius 7\nmajoraxis 12"},
+                          {"radius 5\nminoraxis 12", major, "radius 7\nminoraxis 12"},
+                          {"majoraxis 12", both, "majoraxis 14"},
+                          {"semiminoraxis 6", both, "semiminoraxis 7"},
+                          {"majoraxis 12\nminoraxis 6", minor, "majoraxis 12\nminoraxis 14"}};
+    for (const char* kind : {"ellipsoid", "ellipse", "cylinder"})
+        for (const auto& [lines, change, now] : cases) {
+            if (std::string(kind) == "ellipse" && std::string(now).find("height") != std::string::npos)
+                continue;
+            const std::string begin =
+                std::string("start\n") + kind + "\ncenterll 1 2\nrangeunits m\naltitudeunits m\n";
+            Loaded loaded(preferences, begin + lines + "\nend\n");
+            change(dynamic_cast<Round&>(*loaded.overlay.shapes().front()));
+            EXPECT_EQ(loaded.overlay.text(), begin + now + "\nend\n");
+        }
+}
+
+TEST_F(KeptFilesTest, WhatBecomesIncompleteIsNamedAndComesBack) {
+    const std::string text =
+        "# A\nstart\nline\nll 1 2\nll 3 4 # b\nfoo\nend\n\nstart\ncircle\ncenterll 1 2\nradius 2\nend\n";
+    Loaded loaded(preferences, text);
+    auto& line = dynamic_cast<PolygonShape&>(*loaded.overlay.shapes().front());
+    const Vec3 second = line.pointAtIndex(1);
+    line.deletePointAtIndex(1);
+    Overlay::Losses lost;
+    EXPECT_EQ(loaded.overlay.text(nullptr, &lost), text.substr(text.find("start\ncircle")));
+    ASSERT_EQ(lost.size(), 1U) << "so that the file is copied";
+    EXPECT_EQ(lost[0].text, "\"line\" is not complete any more");
+    line.addPoint(second);
+    EXPECT_EQ(loaded.overlay.text(), text);
 }
 
 }  // namespace
