@@ -24,7 +24,8 @@ class CylinderGui final : public PanelOf<CylinderPanel> {
     std::optional<double> height() const override { return edited_(height_); }
     void setStartEndAngles(double startRad, double endRad) override {
         show_(startAngle_, startRad);
-        show_(endAngle_, endRad);
+        // More than one turn is nothing that can be typed: equal bounds are a full turn.
+        show_(endAngle_, endRad > halCore::kTwoPi ? startRad : endRad);
     }
     std::optional<double> startAngle() const override { return edited_(startAngle_); }
     std::optional<double> endAngle() const override { return edited_(endAngle_); }

@@ -18,6 +18,7 @@ class RectangleGui final : public PanelOf<RectanglePanel> {
     void updateWidthHeight(double width, double height) override;
     bool edited() const override;
     bool spanned() const override;
+    bool isSized() const override { return !cornerIsSource_(); }
     bool reshaped() const override;
     PlacedPoint anchor() const override;
     PlacedPoint getFirstCorner() const override;

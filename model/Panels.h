@@ -116,6 +116,8 @@ class RectanglePanel : public CheckedPanel {
     virtual bool edited() const = 0;
     /// Whether a width, a height or the place of the other corner was edited.
     virtual bool spanned() const = 0;
+    /// Whether width and height span the rectangle, and not the other corner.
+    virtual bool isSized() const = 0;
     /// Whether more than an altitude was edited. Otherwise the corners stay where they are.
     virtual bool reshaped() const = 0;
     virtual PlacedPoint anchor() const = 0;

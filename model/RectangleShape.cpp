@@ -25,6 +25,18 @@ const ShapeKind& kindOf(RectangleShape::Subtype subtype) {
     return shapeKind(idOf(subtype));
 }
 
+/// Whether the corners tell the size again: not when they lie about a pole, or the way between them leads
+/// round the other side of the earth.
+bool comesBack(const RectangleGeometry::Size& size, const RectangleGeometry::Corners& corners,
+               bool centered) {
+    // Without a height the rule is another.
+    if (0.5 * size.height == 0.0) return true;
+    const auto back = centered ? RectangleGeometry::spanBetween(corners).size
+                               : RectangleGeometry::calcWidthHeight(corners.first, corners.last);
+    const double near = 1e-3 + 1e-6 * std::hypot(size.width, size.height);
+    return std::abs(back.width - size.width) < near && std::abs(back.height - size.height) < near;
+}
+
 }  // namespace
 
 RectangleShape::RectangleShape(const Preferences& preferences, Subtype subtype)
@@ -88,11 +100,15 @@ void RectangleShape::setCorner_(Position position, const PlacedPoint& point) {
 }
 
 void RectangleShape::setCorners_(const PlacedPoint& first, const PlacedPoint& last,
-                                 const RectangleGeometry::Size& size,
+                                 const std::optional<RectangleGeometry::Size>& size,
                                  const std::optional<PlacedPoint>& center) {
-    if (first.place.lat() == last.place.lat() && first.place.lon() == last.place.lon()) {
+    const bool isPoint = size == RectangleGeometry::Size() ||
+                         (first.place.lat() == last.place.lat() && first.place.lon() == last.place.lon());
+    if (isPoint || (size && !comesBack(*size, {first.place, last.place}, center.has_value()))) {
         halNotify::notify(halNotify::Warning)
-            << "\"" << name() << "\": both corners would be one point; nothing is changed";
+            << "\"" << name() << "\": "
+            << (isPoint ? "both corners would be one point" : "no rectangle of that size lies there")
+            << "; nothing is changed";
         return;
     }
     PlacedPoints points = points_;
@@ -103,7 +119,8 @@ void RectangleShape::setCorners_(const PlacedPoint& first, const PlacedPoint& la
     if (!accepted_(taken)) return;
     points.level(First);
     points_ = std::move(points);
-    setSize_ = SetSize{size, center.has_value()};
+    setSize_.reset();
+    if (size) setSize_ = SetSize{*size, center.has_value()};
     dirty_();
 }
 
@@ -145,13 +162,14 @@ Vec3 RectangleShape::anchorPlace() const {
 void RectangleShape::setFromCorner(const Vec3& first, double width, double height) {
     if (!std::isfinite(width) || !std::isfinite(height)) return;
     setCorners_(PlacedPoint(first), PlacedPoint(RectangleGeometry::calcCornerPoint(first, width, height)),
-                {width, height}, std::nullopt);
+                RectangleGeometry::Size{width, height}, std::nullopt);
 }
 
 void RectangleShape::setFromCenter(const Vec3& center, double width, double height) {
     if (!std::isfinite(width) || !std::isfinite(height)) return;
     const auto corners = RectangleGeometry::cornersAbout(center, {width, height});
-    setCorners_(PlacedPoint(corners.first), PlacedPoint(corners.last), {width, height}, PlacedPoint(center));
+    setCorners_(PlacedPoint(corners.first), PlacedPoint(corners.last), RectangleGeometry::Size{width, height},
+                PlacedPoint(center));
 }
 
 void RectangleShape::clear() {
@@ -233,7 +251,8 @@ void RectangleShape::takeGeometry_(const RectanglePanel& panel) {
         putPlaced_(TypedAnchor, anchor);
         return;
     }
-    setCorners_(panel.getFirstCorner(), panel.getLastCorner(), size,
+    const bool isGiven = panel.isSized() || (size.width == 0.0 && size.height == 0.0);
+    setCorners_(panel.getFirstCorner(), panel.getLastCorner(), isGiven ? std::optional(size) : std::nullopt,
                 panel.isAnchorCenter() ? std::optional(anchor) : std::nullopt);
 }
 

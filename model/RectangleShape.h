@@ -72,8 +72,10 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
 
     std::optional<halCore::Vec3> placeOf_(Position position) const;
     void setCorner_(Position position, const PlacedPoint& point);
-    /// Both corners, and the numbers that they were set by.
-    void setCorners_(const PlacedPoint& first, const PlacedPoint& last, const RectangleGeometry::Size& size,
+    /// Both corners, and the numbers that they were set by: refused, with a message, unless the corners tell
+    /// them again.
+    void setCorners_(const PlacedPoint& first, const PlacedPoint& last,
+                     const std::optional<RectangleGeometry::Size>& size,
                      const std::optional<PlacedPoint>& center);
     /// As it was set by the rule of the present anchor, or else measured.
     RectangleGeometry::Size size_() const;

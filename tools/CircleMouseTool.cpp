@@ -47,7 +47,10 @@ void CircleMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {
     const auto onEdge = shape_.majorAxisPt();
     const auto fixed = grabbed == Center ? onEdge : shape_.centerPt();
     // Centre and edge in one point are no circle: the last one stays until the cursor goes on.
-    if (fixed && fixed->lat() == pos.lat() && fixed->lon() == pos.lon()) return;
+    if (fixed && isOn_(pos, *fixed)) {
+        lift_(pos.alt());
+        return;
+    }
     if (grabbed == Center) {
         shape_.setCenter(pos);
         if (onEdge) shape_.setMajorRadius(Vec3(onEdge->lat(), onEdge->lon(), pos.alt()));

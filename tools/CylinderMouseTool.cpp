@@ -132,6 +132,13 @@ void CylinderMouseTool::complete_() {
     shapeChanged_();
 }
 
+bool CylinderMouseTool::isOn_(const Vec3& pos, const Vec3& place) const {
+    if (pos.lat() == place.lat() && pos.lon() == place.lon()) return true;
+    const auto cursor = view_.pixel(halCore::toEcef(pos));
+    const auto other = view_.pixel(halCore::toEcef(place));
+    return cursor && other && distance(*cursor, *other) < view_.pixelScale();
+}
+
 double CylinderMouseTool::radiusAt_(const Vec3& pos) const {
     return halCore::Sodano::inverse(center_(), pos).distance;
 }

@@ -58,6 +58,8 @@ class CylinderMouseTool : public HandleMouseTool {
     void complete_();
     halCore::Vec3 center_() const { return *shape_.centerPt(); }
     /// Metres and radians from the centre; need one.
+    /// Whether a place has the cursor's pixel: what is dragged there is dragged onto it.
+    bool isOn_(const halCore::Vec3& pos, const halCore::Vec3& place) const;
     double radiusAt_(const halCore::Vec3& pos) const;
     double bearingAt_(const halCore::Vec3& pos) const;
 

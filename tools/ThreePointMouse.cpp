@@ -70,7 +70,7 @@ void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {
     }
     lift_(pos.alt());
     // On the centre there is no radius and no bearing: the last ones stay until the cursor goes on.
-    if (shape_.isComplete() && radiusAt_(pos) == 0.0) return;
+    if (shape_.isComplete() && isOn_(pos, center_())) return;
     if (!shape_.isComplete())
         shape_.setMajorRadius(pos);
     else if (grabbed == MajorAxis)

@@ -246,12 +246,15 @@ TEST_F(PanelsTest, NonsenseIsExplainedAndChangesNothing) {
 
 // What becomes of which text is told in typed.txt.
 TEST_F(PanelsTest, WhatIsTypedIsTakenWithOneReload) {
+    // Another digit in each field, for corners apart.
     const std::map<std::string, std::string> table = {
-        {"Lat:", "21 18 30 N"},           {"Lon: ", "158 30 w"},  {"GZD:", "32 T PN 40 50"},
-        {"Easting/Northing:", "123/678"}, {"Start Angle:", "90"}, {"End Angle:", "120:30"}};
+        {"Lat:", "2# 18 30 N"},           {"Lon: ", "15# 30 w"},  {"GZD:", "32 T PN 4# 50"},
+        {"Easting/Northing:", "12#/678"}, {"Start Angle:", "9#"}, {"End Angle:", "12#:30"}};
     forEachPanel([&] {
+        char digit = '0';
         for (const auto& [label, widget] : form.textFields()) {
-            const std::string typed = table.contains(label) ? table.at(label) : "5 nm";
+            std::string typed = table.contains(label) ? table.at(label) : "# nm";
+            typed[typed.find('#')] = ++digit;
             EXPECT_EQ(loadsOf([&, field = widget] { host.type(*field, typed); }), 1) << label << typed;
             EXPECT_TRUE(messages.empty()) << messages[0];
             messages.clear();
@@ -462,6 +465,21 @@ TEST_F(PanelsTest, ARectangleIsSpannedByItsSizeOrItsCorner) {
     EXPECT_FALSE(form.field("Width:         ").text.empty());
 
     const Vec3 last = *box.lastCorner();
+    const auto refused = [&](const char* field, const char* typed) {
+        const std::string before = text();
+        form.type(field, typed);
+        EXPECT_THAT(messages, testing::ElementsAre(HasSubstr("; nothing is changed"))) << typed;
+        EXPECT_EQ(text(), before);
+        messages.clear();
+    };
+    refused("Lat:", "90");
+    form.type("Width:         ", "15000 km");
+    refused("Height:", "15000 km");
+    form.type("Height:", "0");
+    refused("Width:         ", "0");
+    EXPECT_EQ(form.field("Width:         ").text, "15000000.00");
+    form.type("Height:", "1000");
+    form.type("Width:         ", "2 nm");
     choose("Corner 1", "Center");
     EXPECT_FALSE(box.anchorCenter());
     EXPECT_EQ(box.lastCorner()->lat(), last.lat()) << "choosing changes nothing";
@@ -503,11 +521,16 @@ TEST_F(PanelsTest, WhatThePanelShowsCounts) {
     EXPECT_THAT(text(), HasSubstr("anglestart 0\nangledeg 90\n"));
     form.type("End Angle:", "0");
     EXPECT_EQ(wedge.endAngle(), halCore::kTwoPi) << "bounds that show the same";
-    open<CylinderShape>(CylinderShape::Arc);
+    CylinderShape& arc = open<CylinderShape>(CylinderShape::Arc);
     form.type("Start Angle:", "30");
     form.type("X Radius:", "5");
     form.type("Y Radius:", "5");
     EXPECT_THAT(text(), HasSubstr("anglestart 30\nangledeg 330\n"));
+    form.type("End Angle:", "30");
+    EXPECT_THAT(text(), HasSubstr("anglestart 30\nangledeg 360\n"));
+    EXPECT_EQ(form.field("End Angle:").text, "30.00") << "as it was typed";
+    form.type("Start Angle:", "40");
+    EXPECT_NEAR(arc.endAngle(), 30 * kRadiansPerDegree, 1e-12);
 
     open<OrbitShape>();
     EXPECT_EQ(form.text("Radius:"), "50.00 m");

@@ -119,6 +119,13 @@ TEST_F(CylinderTools, DraggingACirclesCentreLeavesItsRadiusPoint) {
     EXPECT_NEAR(shape.majorAxis(), geodesic(*shape.centerPt(), *shape.majorAxisPt()).meters, kMillimeter);
     EXPECT_NEAR(shape.majorAxisPt()->lat(), 21.2 * kDegree, 1e-5);
     EXPECT_EQ(shownOverlays(), 1u);
+
+    // Within a pixel of 222 m of a centre that no pixel's middle is, it is on it.
+    const double radius = shape.majorAxis();
+    mouse.from("21.2N 157.9W").to("21.0505N 158.1W");
+    EXPECT_EQ(shape.majorAxis(), radius);
+    mouse.from("21.2N 157.9W").to("21.06N 158.1W");
+    EXPECT_NEAR(shape.majorAxis(), 1107.0, 60.0);
 }
 
 TEST_F(CylinderTools, TheWheelLiftsTheWholeCircle) {
