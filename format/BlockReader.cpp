@@ -258,6 +258,8 @@ void BlockReader::readImageOverlay_(std::string_view line, const char* end) {
         record_.set(ShapeParameter::ImageEast, tokens_[4]);
         record_.set(ShapeParameter::ImageWest, tokens_[5]);
         record_.set(ShapeParameter::ImageRotation, tokens_[6]);
+        if (messages_.advisesOnPlaces())
+            tellAdvice_(lineNumber_, adviceOnBox(tokens_[2], tokens_[3], tokens_[5], tokens_[4]));
     }
 }
 
@@ -391,8 +393,8 @@ void BlockReader::advise_(const Keyword& keyword) const {
         for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word)
             messages_.advice(lineNumber_, adviceOnCapitalS(tokens_[word]));
     if (!messages_.advisesOnPlaces()) return;
-    for (std::size_t word = 1; word <= (isBox ? 2 : 1); ++word)
-        tellAdvice_(lineNumber_, adviceOnPlace(tokens_[word], tokens_[isBox ? word + 2 : 2]));
+    tellAdvice_(lineNumber_, isBox ? adviceOnBox(tokens_[1], tokens_[2], tokens_[3], tokens_[4])
+                                   : adviceOnPlace(tokens_[1], tokens_[2]));
 }
 
 void BlockReader::tellAdvice_(std::size_t line, std::string text) const {

@@ -103,6 +103,26 @@ std::string adviceOnPlace(std::string_view latitude, std::string_view longitude)
     return advice;
 }
 
+std::string adviceOnBox(std::string_view north, std::string_view south, std::string_view west,
+                        std::string_view east) {
+    std::optional<double> latitudes[2];
+    std::size_t side = 0;
+    for (const std::string_view word : {north, south}) {
+        latitudes[side] = readFileDegrees(word, AngleKind::Latitude);
+        if (!latitudes[side]) return {};
+        const std::string advice = adviceOnAngle(word, *latitudes[side++], "latitude", 90.0, "ns");
+        if (!advice.empty()) return advice;
+    }
+    if (*latitudes[0] < *latitudes[1])
+        return "the north side, " + quoted(north) + ", lies south of the south side, " + quoted(south);
+    for (const std::string_view word : {west, east})
+        if (const auto longitude = readFileDegrees(word, AngleKind::Longitude)) {
+            const std::string advice = adviceOnAngle(word, *longitude, "longitude", 360.0, "ew");
+            if (!advice.empty()) return advice;
+        }
+    return {};
+}
+
 std::string adviceOnMissingPlace(const ZelShape& shape) {
     Vec3 reference;
     const bool canLack =

@@ -20,6 +20,10 @@ std::string adviceOnReference(std::string_view reference, std::string_view secon
 /// be degrees, minutes and seconds in a row of digits.
 std::string adviceOnPlace(std::string_view latitude, std::string_view longitude);
 
+/// Of the sides of a box: one lies beyond the globe, or the north side south of the south side.
+std::string adviceOnBox(std::string_view north, std::string_view south, std::string_view west,
+                        std::string_view east);
+
 /// Of a shape that names no place, neither its own nor one that it counts from.
 std::string adviceOnMissingPlace(const ZelShape& shape);
 

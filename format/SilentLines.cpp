@@ -7,6 +7,7 @@
 #include "format/ColorNames.h"
 #include "format/FileNumber.h"
 #include "format/LineSettings.h"
+#include "format/PlaceAdvice.h"
 #include "format/ShapeFields.h"
 #include "format/ZelShapes.h"
 
@@ -207,7 +208,7 @@ std::string SilentLines::fateOfPoint_(const Line& line, const ZelShape& shape, P
     if (line.keyword->action == Action::GridPoint)
         return tokens_.count() >= 3 && !readFileNumber(tokens_[2]) ? kLevel : "";
     // In a list that a centre makes absolute, offsets count as degrees.
-    return fateOfPosition(tokens_, isLabel ? pointType == PointType::Absolute : !shape.isRelative());
+    return fateOfPosition(tokens_, !shape.isRelative());
 }
 
 std::string SilentLines::fateOfSettings_(const Line& line, const LineSettings& settings,
@@ -266,7 +267,11 @@ std::string SilentLines::fateOf_(const Line& line, const ZelShape& shape, PointT
     // "filled true" says nothing more than "filled".
     if (keyword.action == Action::Flag && tokens_.count() == 2 && UTILS::stringIsTrueToken(tokens_[1]))
         return fate;
-    return fate.empty() && tokens_.count() > wordsUsed(keyword.action) ? kSurplus : fate;
+    if (!fate.empty() || tokens_.count() <= wordsUsed(keyword.action)) return fate;
+    // That these words look like digits of the reference is told already.
+    const bool isTold =
+        keyword.action == Action::GridPoint && !adviceOnReference(tokens_[1], tokens_[2], tokens_[3]).empty();
+    return isTold ? "" : kSurplus;
 }
 
 void SilentLines::tell(std::size_t start, const ZelShape& shape, PointType pointType,

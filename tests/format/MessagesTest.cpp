@@ -47,7 +47,11 @@ ll 21 361 | "361" is a longitude of 361 degrees
 centerll 211836N 1575400W | "211836n" is a latitude of 211836 degrees; in degrees and minutes it is "21:18:36n"
 ll 2118.5s 5 | "2118.5s" is a latitude of -2118.5 degrees; in degrees and minutes it is "21:18.5s"
 ref 5 15754w 5 | "15754w" is a longitude of -15754 degrees; in degrees and minutes it is "157:54w"
-latlonaltbox 2 -91 3 4 0 | "-91" is a latitude of -91 degrees; are latitude and longitude changed over?
+latlonaltbox 2 -91 3 4 0 | "-91" is a latitude of -91 degrees
+latlonaltbox 100 20 10 30 0 | "100" is a latitude of 100 degrees
+latlonaltbox 10 20 30 40 0 | the north side, "10", lies south of the south side, "20"
+# kml_latlonbox 10 20 30 40 0 | the north side, "10", lies south of the south side, "20"
+latlonaltbox 20 10 3 361 0 | "361" is a longitude of 361 degrees
 )",
                                 2)) {
         ParseReport report;

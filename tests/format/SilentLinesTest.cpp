@@ -114,5 +114,20 @@ TEST(SilentLines, EveryWordCountsOrIsNamed) {
     EXPECT_GT(looked, rounds / 10);
 }
 
+TEST(SilentLines, NameNothingThatCountsOrIsTold) {
+    for (const auto& [body, told] : {std::pair{"annotation Lab;xy 21:18:36 -157:54;centerll 3 4",
+                                               "\"centerll 3 4\" is passed over, because line 3 counts"},
+                                     {"points;mgrs 4QFJ 12345 67890", ""},
+                                     {"points;mgrs 4QFJ12346789 100 200",
+                                      "\"mgrs 4QFJ12346789 100 200\" has more words than are read"}}) {
+        Parsed read;
+        std::vector<ParseMessage> silent;
+        read.report.silent = &silent;
+        Parser().parse("start\n" + test::lines(body) + "end\n", read.shapes, read.report);
+        EXPECT_EQ(silent.empty() ? "" : silent[0].text, told);
+        EXPECT_LE(silent.size(), 1u);
+    }
+}
+
 }  // namespace
 }  // namespace halCore::ZEL
