@@ -67,6 +67,18 @@ void putOffEvent(const PIFunctionParams_t& params) {
     });
 }
 
+/// A drag must not outlast the button that holds it.
+void putOffRelease(const PIGUI::PIMouseEvent& event) {
+    static constexpr char key = 0;
+    EntryScope::wait({&key}, [event = event]() mutable {
+        PIFunctionParams_t record;
+        record.integers[Slot::EventCode] = static_cast<std::int32_t>(PIGUI::PIMouseEventType_t::LeftRelease);
+        record.pointers[Slot::EventData] = &event;
+        ClientFunctionMap::dispatch(static_cast<std::int32_t>(PIClientFunctions_t::HandleMouseEvent),
+                                    &record);
+    });
+}
+
 /// What comes while others are at work. \return whether it has to wait, or is answered already
 bool putOff(PIClientFunctions_t function, void* object, PIFunctionParams_t* params) {
     switch (function) {
@@ -83,7 +95,12 @@ bool putOff(PIClientFunctions_t function, void* object, PIFunctionParams_t* para
             if (params) putOffEvent(*params);
             return true;
         case PIClientFunctions_t::HandleMouseEvent:
-            if (params) params->integers[Slot::Status] = 0;
+            if (!params) return true;
+            params->integers[Slot::Status] = 0;
+            if (const auto* event = static_cast<const PIGUI::PIMouseEvent*>(params->pointer(Slot::EventData));
+                event && params->integer(Slot::EventCode) ==
+                             static_cast<std::int32_t>(PIGUI::PIMouseEventType_t::LeftRelease))
+                putOffRelease(*event);
             return true;
         case PIClientFunctions_t::PreDrawOnRefresh:
             if (EntryScope::isInDialog()) return false;

@@ -74,8 +74,8 @@
 //   While it serves a call of the plug-in's the host may dispatch events, and call callbacks and observers.
 //   One entry is handled at a time: callbacks and ListenToEvents are handled when the entry that made the
 //   call is over, just before it returns, equal ones once; a callback answers 1 then. A mouse event is not
-//   consumed, and no context menu item is added. PreDrawOnRefresh draws nothing, unless the call is a file
-//   dialog, and another frame is asked for.
+//   consumed, though the release of the left button is handled then, too; no context menu item is added.
+//   PreDrawOnRefresh draws nothing, unless the call is a file dialog, and another frame is asked for.
 //
 //   Callbacks: the host calls FunctorTwoParams__::Call(sender, data) with the wrapper bound to the widget
 //   as sender; that of an action, a timeout or a context menu item is null. `data` is null but for actions

@@ -53,6 +53,7 @@ class FullPlugin final : public BarePlugin {
         g_log.push_back("refresh " + std::to_string(width) + "x" + std::to_string(height));
     }
     int handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) override {
+        g_log.push_back("mouse " + std::to_string(static_cast<int>(type)));
         return static_cast<int>(type) * 1000 + event.x;
     }
     int Callback() override { throw std::runtime_error("deliberate"); }
@@ -127,7 +128,7 @@ TEST_F(FrameTest, ArgumentsComeFromTheirSlotsAndResultsGoBack) {
     dispatch(Event::Author);
     EXPECT_EQ(record_.string(Slot::NameText), "Full");
     EXPECT_EQ(record_.string(Slot::InfoText), "somebody");
-    EXPECT_THAT(g_log, ElementsAre("event 6 with data", "refresh 800x0"));
+    EXPECT_THAT(g_log, ElementsAre("mouse 6", "event 6 with data", "refresh 800x0"));
 }
 
 TEST_F(FrameTest, StartUpTakesTheNewestFormThatIsOverridden) {
@@ -256,10 +257,13 @@ TEST_F(OneEntryTest, WhatComesWhileTheHostServesUsWaitsOrIsNotConsumed) {
         commander->command->Call(&sender, &state);
         commander->command->Call(&sender, nullptr);
         PIGUI::PIMouseEvent mouse;
-        record_.integers[Slot::Status] = 1;
         record_.pointers[Slot::EventData] = &mouse;
-        dispatch(Event::HandleMouseEvent);
-        EXPECT_EQ(record_.integer(Slot::Status), 0);
+        for (const int type : {0, 1, 6}) {
+            record_.integers[Slot::EventCode] = type;
+            record_.integers[Slot::Status] = 1;
+            dispatch(Event::HandleMouseEvent);
+            EXPECT_EQ(record_.integer(Slot::Status), 0);
+        }
         for (int i = 0; i < 2; ++i) dispatch(Event::PreDrawOnRefresh);
         commander->atOnce->Call(nullptr, nullptr);
         dispatch(Event::Name);
@@ -267,7 +271,7 @@ TEST_F(OneEntryTest, WhatComesWhileTheHostServesUsWaitsOrIsNotConsumed) {
     };
     ask();
     EXPECT_THAT(g_log, ElementsAre("asks", "command", "has asked", "command 1", "event 4 of 8",
-                                   "event 4 of 7", "command 0", "command", "redraw"));
+                                   "event 4 of 7", "command 0", "command", "mouse 1", "redraw"));
 }
 
 TEST_F(OneEntryTest, FramesGoOnWhileTheUserLooksForAFile) {
