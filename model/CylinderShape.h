@@ -105,7 +105,10 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     virtual bool isComplete() const;
     /// While set (the default) an incomplete shape is not written. One that a file has is written as it is
     /// there.
-    void setRequiresAllPoints(bool required) { requiresAllPoints_ = required; }
+    void setRequiresAllPoints(bool required) {
+        requiresAllPoints_ = required;
+        changed_();
+    }
     /// Which of the edit points the tool draws: none, or all, the height point only with `height`.
     virtual void setEditPointsShown(bool shown, bool height);
     bool isEditPointShown(EditPoint role) const {

@@ -92,11 +92,18 @@ class Shape {
     /// Offsets from a reference that the shape names itself. Only before it has a position.
     void nameReference(std::shared_ptr<const PointConverter> reference) {
         points_.nameReference(std::move(reference));
+        changed_();
     }
     /// Offsets from a converter's reference, before it has a position and before it is attached. Not owned.
-    void countFrom(const PointConverter& frame) { points_.enter(frame, std::nullopt); }
+    void countFrom(const PointConverter& frame) {
+        points_.enter(frame, std::nullopt);
+        changed_();
+    }
     /// The places stay places, whatever the overlay is attached to, until it is detached next.
-    void keepPlaces() { keepsPlaces_ = true; }
+    void keepPlaces() {
+        keepsPlaces_ = true;
+        changed_();
+    }
     /// Whether it could be attached there: an offset leads to each of its positions.
     bool fits(const PointConverter& converter, bool anchorCenter) const;
     /// The block of a file that it was made of.

@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -33,8 +34,13 @@ class Walk {
         write_("offsets.zel", "start\nline\nxyz 1000.5 2000 0\nxyz 3000 -400.25 10\nend\n");
         write_("referenced.zel", "start\nline\nref 20 -150 100\nxyz 1 2 3\nxyz 3000 -4 10\nend\n");
         document_->setEditing(true);
+        host_.onCall = [this](FakeHost::Id) { glance_(); };
         seen_.push_back(look_());
     }
+
+    ~Walk() { host_.onCall = {}; }
+    Walk(const Walk&) = delete;
+    Walk& operator=(const Walk&) = delete;
 
     void walk(int actions) {
         for (int i = 0; i < actions; ++i) {
@@ -106,9 +112,16 @@ class Walk {
         for (const Shape* shape : overlay_.shapes())
             shapes << '\n'
                    << shape->name() << shape->shown() << shape->anchorCenter() << overlay_.contains(shape);
+        return {shapes.str(), document_->fileName(), document_->changes(), states_()};
+    }
+    std::vector<ShapeState> states_() const {
         std::vector<ShapeState> states;
         for (const Shape* shape : overlay_.shapes()) states.push_back(*shape->state());
-        return {shapes.str(), document_->fileName(), document_->changes(), std::move(states)};
+        return states;
+    }
+    /// What somebody sees whom the host lets in.
+    void glance_() {
+        if (!glances_.contains(overlay_.revision())) glances_[overlay_.revision()] = states_();
     }
 
     void write_(const std::string& name, const std::string& text) {
@@ -138,7 +151,13 @@ class Walk {
             const EntryScope entry;
             history_().begin(History::Gesture::Command);
             while (seen_.size() > history_().done() + 1) seen_.pop_back();
+            glances_.clear();
+            glance_();
             perform_(random_.integer(0, 24));
+            // Whoever has looked at the overlay at this revision has seen what it is now.
+            if (const auto known = glances_.find(overlay_.revision()); known != glances_.end()) {
+                EXPECT_TRUE(known->second == states_()) << history_().done();
+            }
         }
         // What was undone is gone only when something was done.
         if (history_().canRedo()) {
@@ -213,6 +232,12 @@ class Walk {
         if (random_.integer(0, 5) == 0) shape.setName("N" + std::to_string(random_.integer(0, 9)));
         if (random_.integer(0, 5) == 0) shape.setShown(!shape.shown());
         if (random_.integer(0, 5) == 0) shape.setAnchorCenter(random_.maybe());
+        if (random_.integer(0, 5) == 0) shape.setShowPoints(random_.maybe());
+        if (auto* const filled = dynamic_cast<BaseFilledShape*>(&shape)) {
+            if (random_.integer(0, 5) == 0) filled->setFilled(random_.maybe());
+            if (random_.integer(0, 5) == 0)
+                filled->setFillColor(3, 2, 1, static_cast<unsigned char>(random_.integer(0, 255)));
+        }
         if (auto* const line = dynamic_cast<BaseLineShape*>(&shape)) {
             if (random_.integer(0, 5) == 0) line->setLineWidth(random_.number(0, 9));
             if (random_.integer(0, 5) == 0)
@@ -225,22 +250,35 @@ class Walk {
             if (what == 0) points->insertPointAtIndex(index, place);
             if (what == 1) points->deletePointAtIndex(index);
             if (what == 2) points->setPointAtIndex(index, place);
+            if (auto* const drawn = dynamic_cast<FreeDrawShape*>(&shape)) {
+                if (random_.maybe()) random_.maybe() ? drawn->startLine(place) : drawn->removeLastLine();
+                if (random_.maybe()) drawn->setPixelPrecision(random_.integer(1, 9));
+            } else if (auto* const line = dynamic_cast<PolygonShape*>(&shape); line && random_.maybe()) {
+                line->replacePointAtIndex(index, std::vector<PlacedPoint>(3, PlacedPoint(place)));
+            }
         } else if (auto* const orbit = dynamic_cast<OrbitShape*>(&shape)) {
             if (random_.maybe()) orbit->setCenter2(place);
             if (random_.maybe()) orbit->setMinorRadius(random_.length());
             if (random_.maybe()) orbit->setAltitude(random_.number(0, 1000));
+            if (random_.maybe()) orbit->moveFirstCenter(place);
         } else if (auto* const round = dynamic_cast<CylinderShape*>(&shape)) {
             if (random_.maybe()) random_.maybe() ? round->setCenter(place) : round->moveCenter(place);
             if (random_.maybe()) round->setMajorRadius(random_.length());
             if (random_.maybe()) round->setMajorRadius(place);
             if (random_.maybe()) round->setStartAngle(random_.number(-7, 7));
             if (random_.maybe()) round->setHeight(random_.number(1, 100));
+            if (random_.maybe()) round->setEndAnglePt(place);
+            if (random_.maybe()) round->setInnerRadius(random_.length());
+            if (random_.maybe()) round->setRequiresAllPoints(random_.maybe());
+            if (random_.maybe()) round->updatePoints();
         } else if (auto* const rectangle = dynamic_cast<RectangleShape*>(&shape)) {
             if (random_.maybe()) rectangle->setFromCenter(place, random_.length(), random_.length());
             if (random_.maybe()) rectangle->setFirstCorner(place);
         } else if (auto* const label = dynamic_cast<AnnotationShape*>(&shape)) {
             if (random_.maybe()) label->mouseSetPosition(place);
             if (random_.maybe()) label->setFontSize(random_.integer(1, 50));
+            if (random_.maybe()) label->setColor(static_cast<std::uint32_t>(random_.integer(0, 99)));
+            if (random_.maybe()) label->setPosition(place);
         }
     }
 
@@ -252,6 +290,8 @@ class Walk {
     Overlay overlay_;
     std::unique_ptr<Document> document_ = std::make_unique<Document>(preferences_, overlay_);
     std::vector<Seen> seen_;
+    /// By revision, since an action began.
+    std::map<std::uint64_t, std::vector<ShapeState>> glances_;
     Vec3 reference_;
     bool lost_ = false;
     bool saved_ = false;
