@@ -1,6 +1,7 @@
 #include "gui/MessageBoard.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "gui/Captions.h"
 #include "gui/RefusedText.h"
@@ -30,12 +31,17 @@ std::string shortened(const std::string& text) {
 
 }  // namespace
 
-MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer)
+MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer,
+                           FunctorTwoParams__* onRecover, FunctorTwoParams__* onDiscard)
     : row_(parent, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
       text_(&row_, ""),
-      answer_(&row_, "Recover", onAnswer) {
+      answer_(&row_, "Recover", onAnswer),
+      recover_(&row_, "Recover\tTake the shapes that were not saved into the editor", onRecover),
+      discard_(&row_,
+               "Discard\tWrite the shapes that were not saved to a rescue file, and offer them no more",
+               onDiscard) {
     text_.setRoom(0, kLines);
-    answer_.hide();
+    for (PIGUI::PIButton* button : {&answer_, &recover_, &discard_}) button->hide();
 }
 
 void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
@@ -58,6 +64,11 @@ void MessageBoard::clear() {
     if (over_) over_();
 }
 
+void MessageBoard::tellLost(const std::string& text) {
+    lost_ = oneLine(text);
+    show_();
+}
+
 void MessageBoard::commanded(const PIObject* sender) {
     const bool follows = RefusedText::lastCommand() != 0 && commandsGiven() == RefusedText::lastCommand() + 1;
     const bool another =
@@ -66,8 +77,12 @@ void MessageBoard::commanded(const PIObject* sender) {
 }
 
 void MessageBoard::show_() {
+    if (const bool tells = lines_.empty() && !lost_.empty(); std::exchange(tellsLost_, tells) != tells) {
+        recover_.setShown(tells);
+        discard_.setShown(tells);
+    }
     if (lines_.empty()) {
-        text_.setValue(std::string("\t "));
+        text_.setValue(shortened(lost_) + '\t' + (lost_.empty() ? " " : lost_));
         return;
     }
     // Of equals the one that the button is for, or the last: it tells what has become of the command.

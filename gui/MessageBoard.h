@@ -12,11 +12,13 @@ namespace OverlayEditor {
 
 /// What the editor had to say since the user's last command, at the lower edge of the dialog: the worst of
 /// it, and how much more there is, which the tooltip tells. The host's log has all, but the dialog may cover
-/// it.
+/// it. When there is nothing to say, it shows what lost shapes wait for an answer.
 class MessageBoard {
   public:
     /// \param onAnswer called when the button behind the message is pressed
-    MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer);
+    /// \param onRecover,onDiscard the same with the two behind lost shapes
+    MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer, FunctorTwoParams__* onRecover,
+                 FunctorTwoParams__* onDiscard);
     MessageBoard(const MessageBoard&) = delete;
     MessageBoard& operator=(const MessageBoard&) = delete;
 
@@ -24,6 +26,8 @@ class MessageBoard {
     /// The message that was said last gets its button, until a later command's.
     void offer(const std::string& caption);
     void clear();
+    /// Tells of lost shapes until another text, or an empty one, takes its place.
+    void tellLost(const std::string& text);
     /// The user's next command: what was said goes at once. But one click leaves a field, and is a command by
     /// itself: what the field has refused stays over the command that follows.
     /// \param sender as countCommand has it
@@ -41,10 +45,14 @@ class MessageBoard {
     void show_();
 
     std::vector<Line> lines_;
+    std::string lost_;
+    bool tellsLost_ = false;
     std::function<void()> over_;
     PIGUI::PIHorizontalFrame row_;
     PIGUI::PILabel text_;
     PIGUI::PIButton answer_;
+    PIGUI::PIButton recover_;
+    PIGUI::PIButton discard_;
 };
 
 }  // namespace OverlayEditor

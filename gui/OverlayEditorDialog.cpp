@@ -273,8 +273,6 @@ int OverlayEditorDialog::onCmdAnswer(PIObject*, void*) {
     widgets_->messages.clear();
     if (answer_ == Answer::Recover)
         loadOverlay_(document_.readFile(document_.rescueFile()));
-    else if (answer_ == Answer::Lost)
-        recoverLost_();
     else
         clear_();
     return 1;

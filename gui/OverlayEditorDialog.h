@@ -62,6 +62,9 @@ class OverlayEditorDialog {
     int onCmdCenter(PIObject* sender, void* data);
     int onCmdDelete(PIObject* sender, void* data);
     int onCmdAnswer(PIObject* sender, void* data);
+    /// What a host that ended without a word has left, or keeps it in a rescue file alone.
+    int onCmdRecoverLost(PIObject* sender, void* data);
+    int onCmdDiscardLost(PIObject* sender, void* data);
     int onCmdUndo(PIObject* sender, void* data);
     int onCmdRedo(PIObject* sender, void* data);
     /// Ends drawing without what is held of it: the shape that is drawn for the first time goes.
@@ -140,9 +143,8 @@ class OverlayEditorDialog {
     void updateSavedMark_();
     /// What is not saved is kept, and the user offered to go back. \return false when it could not be
     bool rescued_();
-    /// Says what a host that ended without a word has left, and offers to take it.
+    /// Says what a host that ended without a word has left, until the user has taken or discarded it.
     void offerLost_();
-    void recoverLost_();
     void clear_();
     /// Nothing of the shapes is shown, listed or drawn any more: they are about to go.
     void giveUpShapes_();
@@ -162,7 +164,7 @@ class OverlayEditorDialog {
     std::vector<void*> toLoad_;
     Shape* currentShape_ = nullptr;
     /// What the button behind the message does.
-    enum class Answer { Recover, Discard, Lost };
+    enum class Answer { Recover, Discard };
     Answer answer_ = Answer::Recover;
     /// With what unsaved shapes were to be given up that could not be rescued, and when: used once more soon,
     /// it gives them up.

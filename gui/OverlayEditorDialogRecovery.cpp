@@ -1,41 +1,43 @@
 #include <ctime>
 #include <iomanip>
+#include <sstream>
 #include <utility>
 
-#include "common/Notify.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 
 namespace OverlayEditor {
 
-namespace {
-
-constexpr const char* kRecoverLost = "Recover\tTake the shapes that were not saved into the editor";
-
-}  // namespace
-
 void OverlayEditorDialog::offerLost_() {
     if (!lost_) lost_ = document_.findLost();
-    if (!lost_) return;
-    const JournalHead& head = lost_->contents.head;
-    std::tm local{};
-    localtime_r(&head.written, &local);
-    halNotify::notify(halNotify::Warning)
-        << "Not saved when the host ended on " << std::put_time(&local, "%Y-%m-%d at %H:%M") << ": "
-        << lost_->names() << (head.fileName.empty() ? "" : " of " + head.fileName)
-        << ". They can be recovered";
-    widgets_->messages.offer(kRecoverLost);
-    answer_ = Answer::Lost;
+    std::ostringstream text;
+    if (lost_) {
+        const std::time_t written = lost_->file->written();
+        std::tm local{};
+        localtime_r(&written, &local);
+        const std::string& file = lost_->contents.head.fileName;
+        text << "Not saved when the host ended on " << std::put_time(&local, "%Y-%m-%d at %H:%M") << ": "
+             << lost_->names() << (file.empty() ? "" : " of " + file);
+    }
+    widgets_->messages.tellLost(text.str());
 }
 
-void OverlayEditorDialog::recoverLost_() {
-    if (!lost_ || !rescued_()) return;
+int OverlayEditorDialog::onCmdRecoverLost(PIObject*, void*) {
+    if (!lost_ || !rescued_()) return 1;
     giveUpShapes_();
     document_.recover(*std::exchange(lost_, {}));
     fillList_();
     showDocument_();
     // One after the other.
     offerLost_();
+    return 1;
+}
+
+int OverlayEditorDialog::onCmdDiscardLost(PIObject*, void*) {
+    if (!lost_ || !document_.discard(*lost_)) return 1;
+    lost_.reset();
+    offerLost_();
+    return 1;
 }
 
 }  // namespace OverlayEditor

@@ -101,7 +101,9 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
 
       foot(&box, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
       footColumn(&foot, PIGUI::PILayoutFillX),
-      messages(&footColumn, callbacks.make(&OverlayEditorDialog::onCmdAnswer)),
+      messages(&footColumn, callbacks.make(&OverlayEditorDialog::onCmdAnswer),
+               callbacks.make(&OverlayEditorDialog::onCmdRecoverLost),
+               callbacks.make(&OverlayEditorDialog::onCmdDiscardLost)),
       buttons(&footColumn, PIGUI::PILayoutFillX),
       loadExisting(&buttons, "Load HALVIS...\tLoad a ZEL file currently loaded in HALVIS",
                    callbacks.make(&OverlayEditorDialog::onCmdLoadExisting)),

@@ -17,7 +17,6 @@
 #include "format/SerializeToZel.h"
 #include "format/TextBuffer.h"
 #include "geo/OffsetGrid.h"
-#include "model/RescueFile.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
@@ -142,8 +141,13 @@ History::Outcome Document::step_(History::Outcome (History::*step)(FileState&)) 
     history_.commit();
     FileState file = fileState_();
     const std::uint64_t before = history_.fileSwitches();
+    // Redo may never come, and nobody in this session has made what is given up.
+    const bool leaves =
+        file_.recovered && (step == &History::undo ? history_.undoSwitches() : history_.redoSwitches());
+    const bool rescued = !leaves || rescue_(Unrescued::StayInJournal);
     const History::Outcome outcome = (history_.*step)(file);
     takeFile_(std::move(file));
+    if (!rescued) journal_.leave();
     // Of another file nobody knows which shapes differ from it.
     if (history_.fileSwitches() != before) isSaved() ? journal_.settle() : journal_.unsettle();
     return outcome;
@@ -337,6 +341,7 @@ bool Document::isKept_() const {
 void Document::keep_(unsigned long platform) {
     overlay_.keep();
     file_.keptPlatform = platform;
+    file_.recovered = false;
     journal_.settle();
 }
 
@@ -416,7 +421,7 @@ bool Document::save(const std::string& fileName) {
     // Written by others after it was looked at.
     if (std::string copy;
         !replaced.empty() && replaced != old && !copyOldText(fileName, replaced, kForeign, copy).empty())
-        writeRescueFile(replaced, true);
+        writeRescueFile(replaced, Unrescued::AreLost);
     file_.name = fileName;
     file_.known = FileVersion(fileName, text);
     file_.saved = lost.empty() ? FileVersion() : file_.known;
@@ -466,30 +471,36 @@ void Document::reload_(bool emptied) {
 }
 
 bool Document::rescue(Rescue how) {
-    const bool rescued = rescue_(how);
-    if (how == Rescue::AtEnd) rescued ? journal_.end() : journal_.leave();
+    const bool atEnd = how == Rescue::AtEnd;
+    const bool rescued = rescue_(atEnd ? Unrescued::AreLost : Unrescued::StayInEditor);
+    if (atEnd) rescued ? journal_.end() : journal_.leave();
     return rescued;
 }
 
-bool Document::rescue_(Rescue how) {
-    if (overlay_.digest() != 0 && !isKept_()) {
-        // Nobody attaches the file to what the overlay was attached to, but a fixed point is found again.
-        const unsigned long platform = overlay_.attachedPlatformId();
-        const bool sails = platform != 0 && !attachment_.isReferencePlatform(platform);
-        // A point from which nothing leads anywhere, as a pole, would be a dead end.
-        const bool anchored = sails && placeOf(*overlay_.pointConverter(), {});
-        const std::string file =
-            writeRescueFile(anchored ? overlay_.textWithReference() : overlay_.text(), how == Rescue::AtEnd);
-        if (file.empty()) return false;
-        rescueFile_ = file;
-        if (sails && !anchored)
-            halNotify::notify(halNotify::Warning)
-                << "The offsets in " << file << " count from " << Utils::platformName(platform)
-                << ": attach them to it once they are loaded";
-    }
+bool Document::rescue_(Unrescued otherwise) {
+    const unsigned long platform = overlay_.attachedPlatformId();
+    const bool sails = platform != 0 && !attachment_.isReferencePlatform(platform);
+    if (overlay_.digest() != 0 && !isKept_() &&
+        !rescue_(overlay_, sails ? std::optional(Utils::platformName(platform)) : std::nullopt, otherwise))
+        return false;
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())
         halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << UTILS::listed(begun);
+    return true;
+}
+
+bool Document::rescue_(const Overlay& overlay, const std::optional<std::string>& platform,
+                       Unrescued otherwise) {
+    // Nobody attaches the file to what the overlay was attached to, but a fixed point is found again. One
+    // from which nothing leads anywhere, as a pole, would be a dead end.
+    const bool anchored = platform && overlay.pointConverter() && placeOf(*overlay.pointConverter(), {});
+    const std::string file =
+        writeRescueFile(anchored ? overlay.textWithReference() : overlay.text(), otherwise);
+    if (file.empty()) return false;
+    rescueFile_ = file;
+    if (platform && !anchored)
+        halNotify::notify(halNotify::Warning) << "The offsets in " << file << " count from " << *platform
+                                              << ": attach them to it once they are loaded";
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include "model/Journal.h"
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
+#include "model/RescueFile.h"
 
 namespace OverlayEditor {
 
@@ -49,8 +50,11 @@ class Document {
         /// "Circle 1, Line 2"
         std::string names() const;
     };
-    /// The newest that nobody has; none without any shape is found.
+    /// The newest that nobody has. One without any shape goes; one of which nothing can be read is set aside.
     std::optional<Lost> findLost() const;
+    /// Writes it to a rescue file, and it is offered no more. \return false when that could not be written:
+    /// then it stays
+    bool discard(Lost& lost);
     /// Takes it as an overlay that is not saved, with the name and the platform that it had. Call rescue()
     /// first.
     void recover(Lost lost);
@@ -128,7 +132,14 @@ class Document {
     /// With what the overlay knows of it.
     FileState fileState_() const;
     void takeFile_(FileState file);
-    bool rescue_(Rescue how);
+    bool rescue_(Unrescued otherwise);
+    /// Writes what an overlay holds to a rescue file.
+    /// \param platform the name of the one of the scenario that it is attached to
+    bool rescue_(const Overlay& overlay, const std::optional<std::string>& platform, Unrescued otherwise);
+    /// Shapes come to an overlay as a journal has them.
+    /// \param frame what their offsets count from \param converter null for one that is not attached
+    void revive_(const JournalContents& contents, Overlay& overlay, bool active, const PointConverter& frame,
+                 PointConverter* converter) const;
     JournalHead journalHead_() const;
     History::Outcome step_(History::Outcome (History::*step)(FileState&));
     /// The text is in a file.

@@ -68,13 +68,58 @@ std::optional<Document::Lost> Document::findLost() const {
         if (!lost.file || !UTILS::readFile(path, text).empty()) continue;
         lost.contents = readJournal(text);
         if (!lost.contents.shapes.empty()) return lost;
-        lost.file->remove();
+        if (!lost.contents.damaged)
+            lost.file->remove();
+        else
+            halNotify::notify(halNotify::Warning)
+                << "A journal of unsaved shapes is damaged, and nothing of it can be read: it is kept as "
+                << lost.file->setAside();
     }
     return std::nullopt;
 }
 
 JournalHead Document::journalHead_() const {
-    return {file_.name, file_.known, history_.attachment(), std::time(nullptr)};
+    return {file_.name, file_.known, history_.attachment()};
+}
+
+void Document::revive_(const JournalContents& contents, Overlay& overlay, bool active,
+                       const PointConverter& frame, PointConverter* converter) const {
+    std::vector<ShapeSource> blocks;
+    const auto source = findBlocks(contents, preferences_, blocks);
+    for (const auto& [number, state] : contents.shapes) {
+        Shape* const shape = shapeKind(state->kind).make(preferences_).release();
+        shape->setName(state->name);
+        overlay.addShape(shape);
+        if (!active) shape->setActive(false);
+        ShapeState whole = *state;
+        const auto block = std::ranges::lower_bound(blocks, state->source.block, {}, &ShapeSource::block);
+        const bool found = block != blocks.end() && block->block == state->source.block;
+        whole.source = found ? *block : ShapeSource();
+        whole.source.digest = state->source.digest;
+        shape->restore(whole, frame, frame.refPlatformId(), converter);
+        // Their platform is not there.
+        if (overlay.attachedPlatformId() == 0 && frame.refPlatformId() != 0)
+            shape->setAttachedPlatformId(0, nullptr, false);
+    }
+    overlay.restoreSource(source);
+}
+
+bool Document::discard(Lost& lost) {
+    const Attachment::State& attached = lost.contents.head.attachment;
+    PointConverter there;
+    there.setReferenceLla(attached.reference, attached.platform);
+    Overlay overlay;
+    overlay.restoreAttachment(attached.platform, attached.counts ? &there : nullptr);
+    overlay.setReferenceWritten(attached.written);
+    revive_(lost.contents, overlay, false, there, attached.counts ? &there : nullptr);
+    const bool sails = attached.platform != 0 && !attached.own;
+    if (overlay.digest() != 0 &&
+        !rescue_(overlay, sails ? std::optional(attached.name) : std::nullopt, Unrescued::StayInJournal))
+        return false;
+    if (const auto begun = overlay.begun(); !begun.empty())
+        halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << UTILS::listed(begun);
+    lost.file->remove();
+    return true;
 }
 
 void Document::recover(Lost lost) {
@@ -97,26 +142,14 @@ void Document::recover(Lost lost) {
             << " is not there: the recovered shapes stand where they stood, attached to nothing";
     else
         attachment_.restore(attached);
-    std::vector<ShapeSource> blocks;
-    const auto source = findBlocks(lost.contents, preferences_, blocks);
-    for (const auto& [number, state] : lost.contents.shapes) {
-        Shape* const shape = shapeKind(state->kind).make(preferences_).release();
-        shape->setName(state->name);
-        overlay_.addShape(shape);
-        if (!editing_) shape->setActive(false);
-        ShapeState whole = *state;
-        const auto block = std::ranges::lower_bound(blocks, state->source.block, {}, &ShapeSource::block);
-        const bool found = block != blocks.end() && block->block == state->source.block;
-        whole.source = found ? *block : ShapeSource();
-        whole.source.digest = state->source.digest;
-        shape->restore(whole, gone ? there : attachment_.converter(),
-                       gone ? there.refPlatformId() : overlay_.attachedPlatformId(),
-                       !gone && overlay_.counts() ? &attachment_.converter() : nullptr);
-        if (gone) shape->setAttachedPlatformId(0, nullptr, false);
-    }
-    overlay_.restoreSource(source);
+    if (gone)
+        revive_(lost.contents, overlay_, editing_, there, nullptr);
+    else
+        revive_(lost.contents, overlay_, editing_, attachment_.converter(),
+                overlay_.counts() ? &attachment_.converter() : nullptr);
     file_.name = head.fileName;
     file_.known = head.known;
+    file_.recovered = true;
     if (void* const zel = file_.name.empty() ? nullptr : PIHALVIS::getZELObject(file_.name)) {
         overlay_.setZelId(zel);
         if (editing_) PIHALVIS::showZELFile(zel, false);

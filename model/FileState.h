@@ -22,6 +22,8 @@ struct FileState {
     unsigned long keptPlatform = 0;
     /// The text of which the shapes have blocks, null for none.
     std::shared_ptr<const halCore::ZEL::SourceText> source;
+    /// Whether it was recovered, and is in no file yet.
+    bool recovered = false;
     /// The host's overlay of it; it may be gone.
     void* zel = nullptr;
 };

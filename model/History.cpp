@@ -211,7 +211,7 @@ void History::push_(Step step) {
 }
 
 void History::limit_() {
-    while (!steps_.empty() && (steps_.size() > kMostSteps || bytes_ > kMostBytes)) {
+    while (steps_.size() > 1 && (steps_.size() > kMostSteps || bytes_ > kMostBytes)) {
         bytes_ -= steps_.front().bytes;
         steps_.pop_front();
         if (done_ > 0) --done_;

@@ -77,6 +77,9 @@ class History final : private OverlayWatcher {
     Outcome redo(FileState& file);
     /// How often undone and redone steps have led to another file.
     std::uint64_t fileSwitches() const { return fileSwitches_; }
+    /// Whether the next step to be taken back, or done again, leads to another file.
+    bool undoSwitches() const { return canUndo() && steps_[done_ - 1].file; }
+    bool redoSwitches() const { return canRedo() && steps_[done_].file; }
     /// Whether a step that replaces all shapes could be taken back.
     bool holds() const;
     /// The number of the one shape that the last step has changed; 0 when it did something else.
@@ -140,7 +143,7 @@ class History final : private OverlayWatcher {
     void realize_(std::set<std::uint64_t> numbers);
     void remove_(Shape* shape);
     void restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame);
-    /// The oldest steps go.
+    /// The oldest steps go, but never the last one.
     void limit_();
 
     const Preferences& preferences_;

@@ -5,6 +5,8 @@
 
 #include "common/Notify.h"
 #include "model/QuickShapeDirectory.h"
+#include "pi/EntryScope.h"
+#include "pi/PIWidgets.h"
 
 namespace OverlayEditor {
 
@@ -19,15 +21,23 @@ constexpr std::size_t kBufferBytes = std::size_t{128} << 10;
 /// A file that has grown by so much, and to several times what it need be, is written anew.
 constexpr std::size_t kSlackBytes = std::size_t{4} << 20;
 constexpr std::size_t kSlackFactor = 3;
+/// The host's setting with the directory of the last one: users may choose another meanwhile.
+constexpr const char* kDirectoryKey = "OverlayEditorJournalDirectory";
 
 }  // namespace
 
 std::vector<std::string> abandonedJournals() {
-    return JournalFile::abandonedIn(quickShapeDirectory());
+    std::set<std::string> directories{quickShapeDirectory()};
+    if (std::string last = PIGUI::PIRegistry::getValue(kDirectoryKey); !last.empty())
+        directories.insert(std::move(last));
+    return JournalFile::abandonedIn(directories);
 }
 
 Journal::Journal(History& history, std::function<JournalHead()> head)
-    : history_(history), head_(std::move(head)) {
+    : history_(history),
+      head_(std::move(head)),
+      settled_(history.states()),
+      settledAttachment_(history.attachment()) {
     history_.setEntryListener([this] { notice(); });
 }
 
@@ -56,12 +66,12 @@ void Journal::notice() {
         else
             differing_.insert(number);
     }
-    if (isSettled_()) {
+    // Of no shapes there is nothing to recover.
+    if (isSettled_() || history_.states().empty()) {
         end();
         return;
     }
-    if (!file_)
-        for (const auto& [number, state] : history_.states()) pending_.insert(number);
+    if (!file_) rest_ = 0;
     pending_.insert(changed.begin(), changed.end());
     headPending_ = true;
     if (!timeout_.isArmed()) arm_(kDelayMilliseconds);
@@ -99,6 +109,7 @@ void Journal::leave() {
     file_.reset();
     older_.clear();
     pending_.clear();
+    rest_ = kNoRest;
     buffer_.clear();
     writer_.restart();
     isWriting_ = headPending_ = failed_ = false;
@@ -112,6 +123,12 @@ void Journal::arm_(std::int32_t milliseconds) {
 
 int Journal::onTimeout(PIObject*, void*) {
     timeout_.fired();
+    // While the user looks for a file nothing is at work, and that may take minutes.
+    if (!EntryScope::isNested() || EntryScope::isInDialog()) return onTurn(nullptr, nullptr);
+    return onTurn_->Call(nullptr, nullptr);
+}
+
+int Journal::onTurn(PIObject*, void*) {
     // What the mouse has drawn until now belongs to its step, and comes with it.
     if (history_.isPressed()) {
         history_.commit();
@@ -124,17 +141,8 @@ int Journal::onTimeout(PIObject*, void*) {
 }
 
 void Journal::write_() {
-    if (!headPending_ || history_.states().empty()) return;
-    if (!file_ && !failed_) {
-        std::string error;
-        file_ = JournalFile::create(makeQuickShapeDirectory(), error);
-        failed_ = !file_;
-        written_ = base_ = 0;
-        if (!file_)
-            halNotify::notify(halNotify::Warning) << "No journal can be written, so that unsaved shapes are "
-                                                     "lost if the host ends without a word: "
-                                                  << error;
-    }
+    if (!headPending_) return;
+    if (!file_ && !failed_) open_();
     if (!file_) return;
     // A host without timeouts waits until all is written.
     while (file_ && headPending_) {
@@ -162,21 +170,42 @@ void Journal::write_() {
     }
 }
 
+void Journal::open_() {
+    std::string error;
+    const std::string directory = makeQuickShapeDirectory();
+    file_ = JournalFile::create(directory, error);
+    failed_ = !file_;
+    written_ = base_ = 0;
+    if (file_ && PIGUI::PIRegistry::getValue(kDirectoryKey) != directory)
+        PIGUI::PIRegistry::setValue(kDirectoryKey, directory);
+    if (!file_)
+        halNotify::notify(halNotify::Warning)
+            << "No journal can be written, so that unsaved shapes are lost if the host ends without a word: "
+            << error;
+}
+
+std::optional<std::uint64_t> Journal::nextPending_() {
+    if (!pending_.empty()) return pending_.extract(pending_.begin()).value();
+    const auto next = history_.states().lower_bound(rest_);
+    rest_ = next != history_.states().end() ? next->first + 1 : kNoRest;
+    return rest_ != kNoRest ? std::optional(next->first) : std::nullopt;
+}
+
 bool Journal::appendSome_() {
     if (isWriting_) {
         isWriting_ = !writer_.next(buffer_);
-        return !isWriting_ && pending_.empty();
+        return false;
     }
-    if (pending_.empty()) return true;
-    const std::uint64_t number = pending_.extract(pending_.begin()).value();
-    const auto state = history_.states().find(number);
+    const auto number = nextPending_();
+    if (!number) return true;
+    const auto state = history_.states().find(*number);
     if (state == history_.states().end()) {
-        writer_.gone(number, buffer_);
+        writer_.gone(*number, buffer_);
     } else {
-        writer_.begin(number, state->second);
+        writer_.begin(*number, state->second);
         isWriting_ = true;
     }
-    return !isWriting_ && pending_.empty();
+    return false;
 }
 
 void Journal::flush_() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -42,14 +43,20 @@ class Journal {
     void leave();
 
     int onTimeout(PIObject* sender, void* data);
+    int onTurn(PIObject* sender, void* data);
 
   private:
+    static constexpr std::uint64_t kNoRest = ~std::uint64_t{0};
+
     void arm_(std::int32_t milliseconds);
     /// \return whether the overlay is as it was when it was settled
     bool isSettled_() const;
     void write_();
+    void open_();
     /// Appends a little of what has changed. \return whether that was all
     bool appendSome_();
+    /// The next shape that the file does not hold as it is, null for none.
+    std::optional<std::uint64_t> nextPending_();
     void flush_();
 
     History& history_;
@@ -58,8 +65,9 @@ class Journal {
     std::unique_ptr<JournalFile> file_;
     /// Files that go as soon as this one holds all of theirs.
     std::vector<std::unique_ptr<JournalFile>> older_;
-    /// Shapes that the file does not hold as they are.
+    /// Shapes that the file does not hold as they are: these, and all from a number on.
     std::set<std::uint64_t> pending_;
+    std::uint64_t rest_ = kNoRest;
     bool isWriting_ = false;
     bool headPending_ = false;
     std::string buffer_;
@@ -69,7 +77,7 @@ class Journal {
     bool failed_ = false;
 
     /// What is kept elsewhere, and the shapes that differ from it.
-    bool settling_ = true;
+    bool settling_ = false;
     History::States settled_;
     Attachment::State settledAttachment_;
     std::set<std::uint64_t> differing_;
@@ -77,10 +85,12 @@ class Journal {
 
     PICommon::Timeout timeout_;
     CallbackList<Journal> callbacks_{this};
-    FunctorTwoParams__* const onTimeout_ = callbacks_.make(&Journal::onTimeout);
+    FunctorTwoParams__* const onTimeout_ = callbacks_.make(&Journal::onTimeout, Arrival::AtOnce);
+    FunctorTwoParams__* const onTurn_ = callbacks_.make(&Journal::onTurn);
 };
 
-/// Journals of hosts that ended without a word, the newest first. \see JournalFile::abandonedIn
+/// Journals of hosts that ended without a word, the newest first: where one would be written now, and where
+/// the last one was. \see JournalFile::abandonedIn
 std::vector<std::string> abandonedJournals();
 
 }  // namespace OverlayEditor

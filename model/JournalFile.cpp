@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
@@ -57,18 +58,20 @@ std::unique_ptr<JournalFile> JournalFile::create(const std::string& directory, s
     return nullptr;
 }
 
-std::vector<std::string> JournalFile::abandonedIn(const std::string& directory) {
+std::vector<std::string> JournalFile::abandonedIn(const std::set<std::string>& directories) {
     std::vector<std::pair<timespec, std::string>> found;
-    for (const std::string& name : UTILS::namesIn(directory)) {
-        if (!name.starts_with(kPrefix)) continue;
-        std::string path = directory + "/" + name;
-        const UTILS::Descriptor file(open(path));
-        struct stat info {};
-        if (!file.isOpen() || ::fstat(file.get(), &info) != 0) continue;
-        if (info.st_size == 0)
-            ::unlink(path.c_str());
-        else
-            found.emplace_back(info.st_mtim, std::move(path));
+    for (const std::string& directory : directories) {
+        for (const std::string& name : UTILS::namesIn(directory)) {
+            if (!name.starts_with(kPrefix)) continue;
+            std::string path = directory + "/" + name;
+            const UTILS::Descriptor file(open(path));
+            struct stat info {};
+            if (!file.isOpen() || ::fstat(file.get(), &info) != 0) continue;
+            if (info.st_size == 0)
+                ::unlink(path.c_str());
+            else
+                found.emplace_back(info.st_mtim, std::move(path));
+        }
     }
     std::ranges::sort(found, [](const auto& a, const auto& b) {
         return std::pair(a.first.tv_sec, a.first.tv_nsec) > std::pair(b.first.tv_sec, b.first.tv_nsec);
@@ -100,6 +103,20 @@ void JournalFile::settle() {
 
 void JournalFile::remove() {
     ::unlink(path_.c_str());
+}
+
+std::string JournalFile::setAside() {
+    const std::size_t name = path_.rfind('/') + 1;
+    // Without the dot, so that people find it.
+    std::string path = path_.substr(0, name) + path_.substr(name + 1);
+    path.append("-").append(std::to_string(std::time(nullptr)));
+    if (::rename(path_.c_str(), path.c_str()) == 0) path_ = path;
+    return path_;
+}
+
+std::time_t JournalFile::written() const {
+    struct stat info {};
+    return ::fstat(file_.get(), &info) == 0 ? info.st_mtim.tv_sec : 0;
 }
 
 }  // namespace OverlayEditor

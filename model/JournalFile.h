@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstddef>
+#include <ctime>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +17,8 @@ class JournalFile {
   public:
     /// A new, empty one in a directory. \return null, and why, when there can be none
     static std::unique_ptr<JournalFile> create(const std::string& directory, std::string& error);
-    /// Those that dead processes have left, the newest first.
-    static std::vector<std::string> abandonedIn(const std::string& directory);
+    /// Those that dead processes have left in some directories, the newest first.
+    static std::vector<std::string> abandonedIn(const std::set<std::string>& directories);
     /// \return null when it is another process's now, or gone
     static std::unique_ptr<JournalFile> take(const std::string& path);
 
@@ -30,6 +31,10 @@ class JournalFile {
     /// Has the system bring to the disk what was written, without waiting for it.
     void settle();
     void remove();
+    /// It gets a name under which nobody looks for it. \return its path
+    std::string setAside();
+    /// When it was written last.
+    std::time_t written() const;
 
   private:
     JournalFile(int fd, std::string path) : file_(fd), path_(std::move(path)) {}

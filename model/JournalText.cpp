@@ -163,8 +163,7 @@ struct Reference {
 template <typename Archive, typename State>
 void headValues(Archive& archive, State& head) {
     auto& at = head.attachment;
-    archive(head.fileName, head.written, at.platform, at.name, at.own, at.written, at.counts, at.reference,
-            at.fromNowhere);
+    archive(head.fileName, at.platform, at.name, at.own, at.written, at.counts, at.reference, at.fromNowhere);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <ctime>
 #include <map>
 #include <string>
 #include <string_view>
@@ -18,7 +17,6 @@ struct JournalHead {
     std::string fileName;
     FileVersion known;
     Attachment::State attachment;
-    std::time_t written = 0;
 };
 
 /// Writes a journal: records that follow one another, each of which tells whether it is whole. A shape that

@@ -78,9 +78,9 @@ void dropOldest(const std::string& directory) {
 
 }  // namespace
 
-std::string writeRescueFile(const std::string& text, bool atEnd) {
+std::string writeRescueFile(const std::string& text, Unrescued otherwise) {
     std::vector<std::string> directories{makeQuickShapeDirectory()};
-    if (atEnd) directories.push_back(UTILS::temporaryDirectory());
+    if (otherwise == Unrescued::AreLost) directories.push_back(UTILS::temporaryDirectory());
     const std::string stem = rescueStem();
     for (const std::string& directory : directories) {
         const auto name = [&](int i) {
@@ -101,9 +101,10 @@ std::string writeRescueFile(const std::string& text, bool atEnd) {
         const bool last = directory == directories.back();
         halNotify::notify(halNotify::Error)
             << "The unsaved shapes could not be written to " << path << ": " << error
-            << (!last ? ""
-                : atEnd
-                    ? "; they are lost"
+            << (!last                             ? ""
+                : otherwise == Unrescued::AreLost ? "; they are lost"
+                : otherwise == Unrescued::StayInJournal
+                    ? "; they are kept as before, and offered again"
                     : "; they stay in the editor, unless you press the same button again within ten seconds");
     }
     return {};

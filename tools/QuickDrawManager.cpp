@@ -251,7 +251,7 @@ void QuickDrawManager::save_(Shape& shape) {
     if (const std::string error = saveUnderFreeNumber_(text, path); !error.empty()) {
         PICommon::debugPrint("Failed to create file " + path + " for auto saving ZEL\n");
         halNotify::notify(halNotify::Error) << "Not saved: \"" << shape.name() << "\": " << error;
-        writeRescueFile(text, true);
+        writeRescueFile(text, Unrescued::AreLost);
         return;
     }
     created_.insert_or_assign(path, WrittenFile(path, text));

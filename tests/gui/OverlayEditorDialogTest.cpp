@@ -20,6 +20,7 @@
 #include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
 #include "model/ShapeRegistry.h"
+#include "pi/EntryScope.h"
 #include "pi/PIHALVIS.h"
 #include "support/ScopedVariable.h"
 #include "support/TemporaryDirectory.h"
@@ -416,6 +417,51 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     EXPECT_THAT(list().items, ElementsAre("Mine"));
     host.activate(answer);
     EXPECT_THAT(list().items, IsEmpty());
+}
+
+TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
+    {
+        Overlay other;
+        OverlayEditor::Document dying(preferences, other);
+        {
+            const EntryScope entry;
+            for (const char* name : {"First", "Second"}) {
+                auto* const circle = new CylinderShape(preferences, CylinderShape::Circle);
+                circle->setCenter(Vec3(0.1, 0.2, 0));
+                circle->setMajorRadius(500);
+                circle->setName(name);
+                other.addShape(circle);
+            }
+        }
+        for (int i = 0; i < 9; ++i) host.fireTimeouts();
+        const std::string journal = rescued().at(0);
+        for (const char* copy : {"rescued/.overlayeditor-journal-1-0", "rescued/.overlayeditor-journal-1-1"})
+            std::filesystem::copy(journal, path(copy));
+    }
+    const auto offered = [&] {
+        return says("Not saved when the host ended on") && !host.find("Recover")->shown &&
+               host.find("Recover\tTake the shapes that were not saved into the editor")->shown;
+    };
+    dialog->show();
+    addCircle(1, 2, 500);
+    EXPECT_TRUE(offered()) << "whatever else is done";
+    form.type("Radius:", "9z");
+    EXPECT_FALSE(offered()) << "what a command has to say comes first";
+    form.type("Radius:", "600");
+    EXPECT_TRUE(offered());
+    press("Recover\tTake the shapes that were not saved into the editor");
+    EXPECT_THAT(list().items, ElementsAre("First", "Second"));
+    EXPECT_TRUE(says("are kept in " + path("rescued"))) << "the circle";
+    press("Center");
+    EXPECT_TRUE(offered()) << "the next one";
+    host.activate(*host.find("Discard"));
+    dialog->hide();
+    dialog->show();
+    EXPECT_FALSE(offered());
+    EXPECT_THAT(list().items, ElementsAre("First", "Second"));
+    int texts = 0;
+    for (const std::string& file : rescued()) texts += contentsOf(file).find("Second") != std::string::npos;
+    EXPECT_EQ(texts, 2) << "what was discarded, and the journal of what was recovered: " << rescued().size();
 }
 
 TEST_F(OverlayEditorDialogTest, LeavesNothingWithoutAWayOut) {

@@ -39,6 +39,11 @@ struct Session {
         document->history().begin(History::Gesture::Command);
         action();
     }
+    void addCircle() {
+        RandomShapes random(preferences);
+        const Vec3 near(0.3, 0.0, 0.0);
+        overlay.addShape(random.make(0, &near).release());
+    }
     /// A second goes by.
     void wait() {
         for (int i = 0; i < 1000 && !host.timeouts.empty(); ++i) host.fireTimeouts();
@@ -77,6 +82,18 @@ class JournalTest : public ::testing::Test {
         ::waitpid(child, &status, 0);
         ASSERT_EQ(status, 0);
     }
+
+    /// A life in which circles are added.
+    static auto circles(int count) {
+        return [count](Session& session) {
+            session.act([&] { session.document->attach(7, false); });
+            for (int i = 0; i < count; ++i) {
+                session.act([&] { session.addCircle(); });
+                session.wait();
+            }
+        };
+    }
+    std::string path(const char* name) const { return directory.path() + "/" + name; }
 
     halNotify::Silence silence;
     TemporaryDirectory directory;
@@ -160,17 +177,6 @@ TEST_F(JournalTest, WhatIsRecoveredKeepsTheBlocksOfItsFile) {
 }
 
 TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
-    const auto circles = [](int count) {
-        return [count](Session& session) {
-            for (int i = 0; i < count; ++i) {
-                session.act([&] {
-                    RandomShapes random(session.preferences);
-                    session.overlay.addShape(random.make(0, nullptr).release());
-                });
-                session.wait();
-            }
-        };
-    };
     die(circles(3));
     const std::string first = journals().at(0);
     std::filesystem::last_write_time(first,
@@ -202,6 +208,51 @@ TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
         for (const auto& [number, state] : read.shapes)
             EXPECT_TRUE(*state == *newest->contents.shapes.at(number));
     }
+
+    // What cannot be read at all is kept, and not offered for ever.
+    std::ofstream(path(".overlayeditor-journal-1-0")) << "of another version";
+    EXPECT_FALSE(next.document->findLost());
+    EXPECT_TRUE(abandonedJournals().empty());
+    EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(directory.path())), 3);
+}
+
+TEST_F(JournalTest, WhatIsDiscardedOrTakenBackIsInARescueFile) {
+    die(circles(3));
+    std::filesystem::copy(journals().at(0), path(".overlayeditor-journal-1-0"));
+    Session next(directory.path());
+    auto lost = next.document->findLost();
+    ASSERT_TRUE(next.document->discard(*lost));
+    const std::string discarded = next.document->rescueFile();
+    EXPECT_TRUE(next.overlay.shapes().empty() && next.host.overlays.empty()) << "nothing is shown of it";
+    next.act([&] { next.document->recover(std::move(*next.document->findLost())); });
+    next.wait();
+    next.act([&] { next.document->undo(); });
+    EXPECT_EQ(next.document->rescueFile(), discarded) << "the same text";
+    EXPECT_NE(discarded, "");
+    EXPECT_THAT(journals(), ::testing::IsEmpty());
+    next.act([&] { next.document->redo(); });
+    next.wait();
+    EXPECT_EQ(next.overlay.shapes().size(), 3U);
+    EXPECT_EQ(journals().size(), 1U);
+    while (!next.overlay.shapes().empty()) next.act([&] { delete next.overlay.shapes().front(); });
+    EXPECT_THAT(journals(), ::testing::IsEmpty()) << "there is nothing to recover";
+}
+
+TEST_F(JournalTest, IsWrittenWhileAFileIsChosenAndFoundWhereverItIs) {
+    die([this](Session& session) {
+        session.host.onCall = [&](FakeHost::Id service) {
+            if (service == FakeHost::Id::FileDialog) session.wait();
+        };
+        session.act([&] { session.addCircle(); });
+        session.act([&] {
+            PICommon::showFileLoadDialog({});
+            if (journals().size() != 1) ::_exit(2);
+        });
+        std::ofstream(path("settings")) << session.host.settings["OverlayEditorJournalDirectory"];
+    });
+    Session next(directory.path() + "/another");
+    std::getline(std::ifstream(path("settings")), next.host.settings["OverlayEditorJournalDirectory"]);
+    EXPECT_TRUE(next.document->findLost());
 }
 
 }  // namespace
