@@ -47,11 +47,14 @@ class RatioReporter : public benchmark::BenchmarkReporter {
         double nanoseconds = 0.0;
     };
 
-    /// For one item where the benchmark counts items, else for one iteration.
+    /// For one item where the benchmark counts items, else for one iteration: the processor's time, or what
+    /// the benchmark has measured itself.
     static double nanoseconds(const Run& run) {
         const auto rate = run.counters.find("items_per_second");
         if (rate != run.counters.end()) return 1e9 / rate->second.value;
-        return run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e9;
+        const bool measuresItself = !run.run_name.time_type.empty();
+        const double seconds = measuresItself ? run.real_accumulated_time : run.cpu_accumulated_time;
+        return seconds / static_cast<double>(run.iterations) * 1e9;
     }
 
     std::map<std::pair<std::int64_t, std::int64_t>, Entry> entries_;
