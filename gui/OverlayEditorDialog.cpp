@@ -25,6 +25,21 @@ constexpr const char* kFileCaption = "File:\tCurrently loaded ZEL file";
 constexpr const char* kRecover = "Recover\tLoad the rescue file with the shapes that were not saved";
 constexpr const char* kDiscard = "Discard\tGive up the shapes that are not saved";
 
+/// The pole about which a box lies, or half about: the middle of its longitudes is beside what it holds. 0
+/// for none.
+double poleWithin(const halCore::Vec3& low, const halCore::Vec3& high) {
+    constexpr double nearPole = halCore::kHalfPi / 2.0;
+    constexpr double rounding = 1e-9;
+    const double wide = high.lon() - low.lon();
+    const bool isWhole = wide > halCore::kTwoPi - rounding;
+    const bool isHalf = wide > halCore::kPi - rounding;
+    const bool north = high.lat() == halCore::kHalfPi && isWhole;
+    const bool south = low.lat() == -halCore::kHalfPi && isWhole;
+    if (north && south) return 0.0;
+    if (north || (isHalf && low.lat() > nearPole)) return halCore::kHalfPi;
+    return south || (isHalf && high.lat() < -nearPole) ? -halCore::kHalfPi : 0.0;
+}
+
 }  // namespace
 
 /// The window manager's close button does what "Close" does.
@@ -212,8 +227,13 @@ int OverlayEditorDialog::onCmdCenter(PIObject*, void*) {
         return 1;
     }
     const auto [low, high] = shape->boundingBox();
-    const halCore::Vec3 center = shape->centerPoint();
-    const double extent = halCore::Sodano::inverse(low, high).distance;
+    halCore::Vec3 center = shape->centerPoint();
+    double extent = halCore::Sodano::inverse(low, high).distance;
+    if (const double pole = poleWithin(low, high); pole != 0.0) {
+        center.setLat(pole);
+        const double edge = pole > 0.0 ? low.lat() : high.lat();
+        extent = 2.0 * halCore::Sodano::inverse(pole, 0.0, edge, 0.0).distance;
+    }
     PIHALVIS::setCameraCenterPos(center.lat(), center.lon(), 0.0);
     PIHALVIS::setCameraRAE(std::clamp(extent, kNearestRangeMeters, kFarthestRangeMeters), 0.0,
                            halCore::kHalfPi);

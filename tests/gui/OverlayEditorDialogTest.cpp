@@ -234,6 +234,13 @@ TEST_F(OverlayEditorDialogTest, CenterClampsTheCamera) {
     EXPECT_NEAR(host.cameraCenter->lat(), 21.3 * kRadiansPerDegree, 1e-3);
     EXPECT_EQ(host.cameraCenter->alt(), 0.0);
     EXPECT_NEAR(host.cameraRae->x(), 100e3 * std::sqrt(2.0), 500) << "corner to corner";
+    // Half a degree of 55.85 km from the pole, it reaches 144.15 km beyond.
+    for (const double side : {1.0, -1.0}) {
+        addCircle(89.5 * side, 10, 200e3);
+        press("Center");
+        EXPECT_EQ(host.cameraCenter->lat(), side * halCore::kHalfPi);
+        EXPECT_NEAR(host.cameraRae->x(), 2 * 255.85e3, 100);
+    }
 }
 
 TEST_F(OverlayEditorDialogTest, ButtonsFollowTheToolInOneChainOfTimeouts) {
