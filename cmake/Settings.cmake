@@ -20,6 +20,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Unique symbols would pin the plug-in in the process: dlclose could never unmap it.
   target_compile_options(oe_settings INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
 endif()
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  # As Debian builds its packages: overwritten stacks and overrun buffers end the program, and no table of addresses can
+  # be written once it runs.
+  target_compile_options(oe_settings INTERFACE -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  target_link_options(oe_settings INTERFACE -Wl,-z,relro -Wl,-z,now)
+endif()
 if(OVERLAYEDITOR_SANITIZE)
   target_compile_options(oe_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                -fno-omit-frame-pointer)
