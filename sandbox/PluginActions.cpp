@@ -89,6 +89,9 @@ const PluginActions::Entry* PluginActions::find(const QAction& action) const {
 }
 
 const QAction* PluginActions::holder(const QKeySequence& key) const {
+    // Alt and a letter opens a menu.
+    for (const QAction* menu : hostMenus_.actions())
+        if (!key.isEmpty() && QKeySequence::mnemonic(menu->text()) == key) return menu;
     return holderIn(hostMenus_.actions(), key);
 }
 

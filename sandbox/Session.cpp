@@ -59,6 +59,8 @@ Session::Session(UserFiles& files, OverlayFiles& overlays, Scenario& scenario, G
 
 void Session::begin() {
     keeping_ = true;
+    // What was named at the start may be all that there will ever be.
+    keepSoon_.start();
 }
 
 void Session::finish() {
