@@ -7,6 +7,8 @@
 #include <QMenuBar>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScreen>
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -78,6 +80,21 @@ const char* const kGeometryKey = "Host/Window";
 const char* const kLayoutKey = "Host/Layout";
 const char* const kTitleKey = "Host/PrintTitle";
 const char* const kGreetedKey = "Host/FirstStepsRead";
+
+/// The place and size that a window had may have been those of a larger screen.
+void fitIntoScreen(QWidget& window) {
+    if (window.isMaximized() || window.isFullScreen()) return;
+    // What a window manager's frame takes, and whether it counts, there is nothing to ask yet.
+    constexpr int kTitle = 30;
+    constexpr int kSide = 8;
+    const QRect screen = window.screen()->availableGeometry().adjusted(0, kTitle, 0, 0);
+    const QSize size = window.size().boundedTo(screen.size() - QSize(kSide, kTitle + kSide));
+    const QRect room = screen.adjusted(0, 0, -size.width() - kSide, -size.height() - kTitle - kSide);
+    const QPoint place(std::clamp(window.x(), room.left(), room.right() + 1),
+                       std::clamp(window.y(), room.top(), room.bottom() + 1));
+    window.resize(size);
+    if (place != window.pos()) window.move(place);
+}
 
 std::uint32_t modifiersOf(unsigned modifiers) {
     return (modifiers & ViewMouseEvent::Shift ? PIGUI::PIModifierShift : 0U) |
@@ -308,6 +325,7 @@ void Host::greet() {
         return QByteArray::fromBase64(settings_.value(key).toLatin1());
     };
     window_.restoreGeometry(bytes(kGeometryKey));
+    fitIntoScreen(window_);
     window_.restoreState(bytes(kLayoutKey));
     connect(&window_, &MainWindow::closing, this, [this] {
         settings_.setValue(kGeometryKey, window_.saveGeometry().toBase64());
