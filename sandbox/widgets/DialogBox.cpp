@@ -129,6 +129,7 @@ void DialogBox::open() {
     window.show();
     // Only what is shown has its looks, and knows its size.
     fit_();
+    window.keepOnScreen();
     window.raise();
     window.activateWindow();
 }

@@ -94,9 +94,14 @@ void DialogWindow::arrange(std::uint32_t second) {
     static_cast<QHBoxLayout*>(content_->layout())->setStretchFactor(column_[1], two ? 1 : 0);
 }
 
+QRect DialogWindow::whole() const {
+    QRect frame = frameGeometry();
+    frame.setHeight(std::max(frame.height(), height() + kFrameHeight));
+    return frame;
+}
+
 QSize DialogWindow::room() const {
-    const int frame = std::max(kFrameHeight, frameGeometry().height() - height());
-    return screen()->availableGeometry().size() - QSize(0, frame);
+    return screen()->availableGeometry().size() - QSize(0, whole().height() - height());
 }
 
 QSize DialogWindow::need(std::uint32_t second) const {
@@ -170,7 +175,7 @@ void DialogWindow::give(QSize size) {
 
 void DialogWindow::keepOnScreen() {
     const QRect area = screen()->availableGeometry();
-    const QRect frame = frameGeometry();
+    const QRect frame = whole();
     QPoint corner = frame.topLeft();
     corner.setX(std::max(area.left(), std::min(corner.x(), area.right() + 1 - frame.width())));
     corner.setY(std::max(area.top(), std::min(corner.y(), area.bottom() + 1 - frame.height())));

@@ -53,6 +53,8 @@ class DialogWindow final : public QWidget {
         bool wantsHeight = false;
     };
 
+    /// With the frame that a window manager has given it, or will.
+    QRect whole() const;
     QSize room() const;
     /// What the columns need when the items of `second` (a bit for each) stand in the second one.
     QSize need(std::uint32_t second) const;

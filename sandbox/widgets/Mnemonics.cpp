@@ -14,6 +14,9 @@ namespace sandbox {
 
 namespace {
 
+/// The property of a button that has a letter: its text with the mark. Of a window, that letters were given.
+constexpr const char* kMark = "mnemonic";
+
 /// Where in the text a free letter stands; -1 for nowhere.
 qsizetype freeLetter(const QString& text, const QSet<QChar>& taken) {
     for (const bool first : {true, false})
@@ -37,10 +40,16 @@ QString markedText(const QString& text, QSet<QChar>& taken) {
 }  // namespace
 
 void assignMnemonics(QWidget& window) {
+    const bool first = !window.property(kMark).isValid();
+    window.setProperty(kMark, true);
     QSet<QChar> taken;
     for (auto* button : window.findChildren<QAbstractButton*>()) {
-        if (qobject_cast<QToolButton*>(button) || !button->isVisibleTo(&window)) continue;
-        const QString marked = markedText(Caption::plain(button->text()), taken);
+        if (qobject_cast<QToolButton*>(button)) continue;
+        const QString text = Caption::plain(button->text());
+        if (first && button->isVisibleTo(&window)) button->setProperty(kMark, markedText(text, taken));
+        // A button that has another text now is another command.
+        const QString given = button->property(kMark).toString();
+        const QString& marked = Caption::plain(given) == text ? given : Caption::escaped(text);
         if (button->text() != marked) button->setText(marked);
     }
 }

@@ -5,11 +5,13 @@ class QWidget;
 
 namespace sandbox {
 
-/// Gives each button that is shown in a window a letter of its text, as long as there are any left: Alt and
-/// the letter press it. A letter that begins a word is preferred.
+/// Alt and a letter press a button. When it is called for a window for the first time each button that is
+/// shown gets a letter of its text, as long as there are any left, one that begins a word if possible. Later
+/// calls only mark these letters again: what a hand has learned may not press another button because
+/// something else is selected.
 void assignMnemonics(QWidget& window);
 
-/// The same for a menu's items, whenever it is opened: those that have a letter of their own keep it, if no
+/// Gives a menu's items letters, whenever it is opened: those that have a letter of their own keep it, if no
 /// item before them has it.
 void keepMnemonics(QMenu& menu);
 
