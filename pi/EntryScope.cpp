@@ -44,6 +44,10 @@ EntryScope::~EntryScope() {
     at_ = before_;
 }
 
+bool EntryScope::isOpen() {
+    return openEntries > 0;
+}
+
 void EntryScope::wait(const Key& key, std::function<void()> work) {
     std::erase_if(waiting, [&](const Waiting& each) { return each.key == key; });
     waiting.push_back({key, std::move(work)});

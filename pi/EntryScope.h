@@ -24,6 +24,9 @@ class EntryScope {
     /// does anything else, so that frames may go on; they are all that a user sees for minutes.
     static bool isInDialog() { return at_ == At::Dialog; }
 
+    /// Whether an entry is under way, so that what waits is done before the host goes on.
+    static bool isOpen();
+
     /// Tells what waits from other things that do.
     struct Key {
         const void* who = nullptr;

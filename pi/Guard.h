@@ -29,6 +29,15 @@ Result guarded(const char* entry, Result fallback, Body&& body) noexcept {
     return fallback;
 }
 
+/// What is told to the host as an object dies: without the memory for that it is left to the host's end.
+template <typename Body>
+void guardedEnd(Body&& body) noexcept {
+    guarded("The end of an object", 0, [&] {
+        std::forward<Body>(body)();
+        return 0;
+    });
+}
+
 /// Runs what an observer of the host does as an entry of its own; no exception crosses the boundary.
 template <typename Body>
 void guardedEntry(const char* name, Body&& body) noexcept {

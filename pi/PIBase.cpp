@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "pi/EntryScope.h"
+#include "pi/HostFaults.h"
 #include "pi/PIDataRecords.h"
 
 PIServiceTable* g_FunctionMap = nullptr;
@@ -11,24 +12,31 @@ void* g_This = nullptr;
 namespace {
 
 /// The one place that calls the table. A host written in C makes it from plain structures, so the sanitizer's
-/// look at its C++ type is switched off here.
+/// look at its C++ type is switched off here. A service that throws, which it must not, has refused: many are
+/// called where nothing may be thrown, in destructors.
 __attribute__((no_sanitize("vptr"))) PIServiceResult callTable(void* identity, PIServerFunctions_t service,
                                                                void* args) {
-    const bool dialog = service == PIServerFunctions_t::FileDialog;
-    const CallToOthers call(dialog ? EntryScope::At::Dialog : EntryScope::At::Others);
-    return g_FunctionMap->handle(identity, service, args);
+    try {
+        const bool dialog = service == PIServerFunctions_t::FileDialog;
+        const CallToOthers call(dialog ? EntryScope::At::Dialog : EntryScope::At::Others);
+        return g_FunctionMap->handle(identity, service, args);
+    } catch (...) {
+        HostFaults::reportException(service);
+        return 0;
+    }
 }
 
 }  // namespace
 
 PIServiceResult handle(PIServerFunctions_t service, void* args) {
+    // First of all: from within this very question the host may take its table back.
+    void* const identity = PIBase::getOverriddenThisPointer();
     if (!g_FunctionMap) {
         std::cerr << "Invalid Plug-in API Support Function Map.  "
                      "Plug-in API calls are being made outside of the context of a loaded plug-in.\n"
                   << "API service request has not been processed." << std::endl;
         return 0;
     }
-    void* identity = PIBase::getOverriddenThisPointer();
     return callTable(identity ? identity : g_This, service, args);
 }
 

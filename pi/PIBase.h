@@ -10,7 +10,8 @@ extern PIServiceTable* g_FunctionMap;
 /// The host's handle for this plug-in instance, passed back on every service call.
 extern void* g_This;
 
-/// The funnel through which every service call leaves the plug-in.
+/// The funnel through which every service call leaves the plug-in. It throws nothing: a service that does
+/// counts as refused, with a message.
 /// Without a service table it writes two lines to standard error and returns 0.
 PIServiceResult handle(PIServerFunctions_t service, void* args);
 

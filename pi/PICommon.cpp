@@ -1,6 +1,7 @@
 #include "pi/PICommon.h"
 
 #include "pi/CatchallCall.h"
+#include "pi/Guard.h"
 
 namespace PICommon {
 
@@ -49,8 +50,13 @@ void Timeout::cancel() {
     replace_(nullptr);
 }
 
+Timeout::~Timeout() {
+    guardedEnd([this] { cancel(); });
+}
+
 Action::~Action() {
-    if (handle_) CatchallCall(Id::Action, PISelector::Action::Destroy).pointer(handle_).perform();
+    if (!handle_) return;
+    guardedEnd([this] { CatchallCall(Id::Action, PISelector::Action::Destroy).pointer(handle_).perform(); });
 }
 
 void createAction(Action& action, const std::string& owner, const std::string& label,
@@ -70,7 +76,7 @@ void setActionChecked(const std::string& owner, const std::string& label, bool c
 }
 
 Service::~Service() {
-    unregisterSelf();
+    guardedEnd([this] { unregisterSelf(); });
 }
 
 bool Service::registerSelf() {
@@ -97,7 +103,7 @@ void notify(std::int32_t severity, const std::string& source, const std::string&
 }
 
 Notify::~Notify() {
-    notify(severity_, "OverlayEditor", text_.str());
+    guardedEnd([this] { notify(severity_, "OverlayEditor", text_.str()); });
 }
 
 void debugPrint(const std::string& text) {

@@ -35,7 +35,7 @@ std::string showDirectorySelectDialog(const FileDialogRequest& request);
 class Timeout : public PIObject {
   public:
     Timeout() = default;
-    ~Timeout() override { cancel(); }
+    ~Timeout() override;
     void cancel();
     /// To be called first by the callback: the host forgets a timeout when it fires.
     void fired() { handle_ = nullptr; }

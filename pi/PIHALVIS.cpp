@@ -1,6 +1,9 @@
 #include "pi/PIHALVIS.h"
 
+#include <cmath>
+
 #include "pi/CatchallCall.h"
+#include "pi/HostFaults.h"
 
 namespace PIHALVIS {
 
@@ -9,9 +12,17 @@ namespace {
 using Id = PIServerFunctions_t;
 namespace Select = PISelector;
 
-/// Performs a call whose results are latitude, longitude and altitude.
-int position(CatchallCall& call, double* latRad, double* lonRad, double* altMeters) {
+/// Performs a call whose results are latitude, longitude and altitude. A latitude that is none is mostly one
+/// in degrees.
+int position(Id service, CatchallCall& call, double* latRad, double* lonRad, double* altMeters) {
     if (!call.perform() || !call.hasRealResults(3)) return 1;
+    constexpr double pole = 1.5707963267948966;
+    constexpr double rounding = 1e-9;
+    if (!(std::abs(call.realResult(0)) <= pole + rounding)) {
+        HostFaults::report(service, "latitude " + std::to_string(call.realResult(0)) +
+                                        " is beyond a pole; angles are radians");
+        return 1;
+    }
     if (latRad) *latRad = call.realResult(0);
     if (lonRad) *lonRad = call.realResult(1);
     if (altMeters) *altMeters = call.realResult(2);
@@ -30,7 +41,7 @@ std::vector<void*> overlays(CatchallCall& call) {
 
 int getEyePosition(double* latRad, double* lonRad, double* altMeters) {
     CatchallCall call(Id::Camera, Select::Camera::EyePosition);
-    return position(call, latRad, lonRad, altMeters);
+    return position(Id::Camera, call, latRad, lonRad, altMeters);
 }
 
 int setCameraCenterPos(double latRad, double lonRad, double altMeters) {
@@ -47,13 +58,13 @@ int getMouseCursorLLA(int x, int y, double* latRad, double* lonRad, double* altM
                       PIData::PIVerticalDatum_t datum) {
     CatchallCall call(Id::Cursor, Select::Cursor::LlaAtPixel);
     call.integer(x).integer(y).integer(static_cast<std::int64_t>(datum));
-    return position(call, latRad, lonRad, altMeters);
+    return position(Id::Cursor, call, latRad, lonRad, altMeters);
 }
 
 int getMouseCursorLLA(double* latRad, double* lonRad, double* altMeters, PIData::PIVerticalDatum_t datum) {
     CatchallCall call(Id::Cursor, Select::Cursor::LlaAtCursor);
     call.integer(static_cast<std::int64_t>(datum));
-    return position(call, latRad, lonRad, altMeters);
+    return position(Id::Cursor, call, latRad, lonRad, altMeters);
 }
 
 std::uint64_t getMouseCursorPlatform() {

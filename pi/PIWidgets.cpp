@@ -1,6 +1,7 @@
 #include "pi/PIWidgets.h"
 
 #include "pi/CatchallCall.h"
+#include "pi/Guard.h"
 #include "pi/PIBase.h"
 #include "pi/PIDataRecords.h"
 
@@ -214,7 +215,8 @@ void PIList::setItems(std::vector<Item> items) {
 }
 
 PIIcon::~PIIcon() {
-    if (handle_) CatchallCall(Service::Icon, PISelector::Icon::Destroy).pointer(handle_).perform();
+    if (!handle_) return;
+    guardedEnd([this] { CatchallCall(Service::Icon, PISelector::Icon::Destroy).pointer(handle_).perform(); });
 }
 bool PIIcon::loadPNGByArray(const unsigned char* bytes, std::size_t size) {
     CatchallCall call(Service::Icon, PISelector::Icon::LoadPng);
@@ -243,7 +245,7 @@ PIDialogBox::PIDialogBox(PIWindow* parent, const std::string& title) {
     bind(create<PI_DATA_POINTER_AND_STRING>(Service::CreateDialogBox, handleOf(parent), title));
 }
 PIDialogBox::~PIDialogBox() {
-    registerCloseObserver(nullptr);
+    guardedEnd([this] { registerCloseObserver(nullptr); });
 }
 void PIDialogBox::show() {
     if (!handle()) return;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "pi/CatchallCall.h"
+#include "pi/Guard.h"
 #include "pi/PIBase.h"
 #include "pi/PIDataRecords.h"
 
@@ -20,8 +21,10 @@ CatchallCall query(PISelector::WidgetValue selector, void* handle) {
 
 PIWindow::~PIWindow() {
     if (!handle_) return;
-    PI_DATA_POINTER_AND_POINTER record(handle_, nullptr);
-    ::handle(PIServerFunctions_t::BindWidget, &record);
+    guardedEnd([this] {
+        PI_DATA_POINTER_AND_POINTER record(handle_, nullptr);
+        ::handle(PIServerFunctions_t::BindWidget, &record);
+    });
 }
 
 void PIWindow::bind(void* handle, Value value) {
