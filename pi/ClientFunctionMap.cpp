@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "pi/EntryScope.h"
+#include "pi/FunctorTwoParams.h"
 #include "pi/PIApplication.h"
 #include "pi/PICommon.h"
+#include "pi/PIObject.h"
 
 std::map<PIClientFunctions_t, PIClientFuncAndData_t> g_ClientMessageMap;
 
@@ -114,13 +116,49 @@ bool putOff(PIClientFunctions_t function, void* object, PIFunctionParams_t* para
     }
 }
 
+/// Whether the status of the operation is that of its success.
+bool tellsSuccess(PIClientFunctions_t function) {
+    switch (function) {
+        case PIClientFunctions_t::StartUp:
+        case PIClientFunctions_t::Callback:
+        case PIClientFunctions_t::Close:
+        case PIClientFunctions_t::CloseLocation:
+        case PIClientFunctions_t::OpenLocation:
+        case PIClientFunctions_t::HandleConfigOption:
+        case PIClientFunctions_t::SaveConfigOptions:
+        case PIClientFunctions_t::ConfigureCommandLine:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void* currentObject() {
+    const auto close = g_ClientMessageMap.find(PIClientFunctions_t::Close);
+    return close == g_ClientMessageMap.end() ? nullptr : close->second.second;
+}
+
+void freeAll(void* object) {
+    PIApplication_v0_5_0::s_Close(object, nullptr);
+    delete std::exchange(g_PI_GarbageCollector, nullptr);
+    freeFunctors();
+}
+
 }  // namespace
 
-void ClientFunctionMap::replaceApplication(std::unique_ptr<PIApp::PIApplication_v1_24> application) {
-    // As if by a Close without a record.
-    const auto close = g_ClientMessageMap.find(PIClientFunctions_t::Close);
-    if (close != g_ClientMessageMap.end()) PIApplication_v0_5_0::s_Close(close->second.second, nullptr);
+void ClientFunctionMap::closeApplication() {
+    PIApplication_v0_5_0::s_Close(currentObject(), nullptr);
+}
 
+void ClientFunctionMap::cleanUp() {
+    void* const object = currentObject();
+    if (!EntryScope::isNested()) return freeAll(object);
+    forget(object);
+    EntryScope::atEnd([object] { freeAll(object); });
+}
+
+void ClientFunctionMap::replaceApplication(std::unique_ptr<PIApp::PIApplication_v1_24> application) {
+    closeApplication();
     for (std::int32_t number = 0; number < kClientFunctionCount; ++number)
         g_ClientMessageMap[static_cast<PIClientFunctions_t>(number)] = {
             kAdapters[static_cast<std::size_t>(number)], nullptr};
@@ -140,6 +178,7 @@ std::int32_t ClientFunctionMap::dispatch(std::int32_t number, PIFunctionParams_t
     const PIClientFunctions_t function = at->first;
     const auto [adapter, object] = at->second;
     if (object && EntryScope::isNested() && putOff(function, object, params)) return 0;
+    if (!object && params && tellsSuccess(function)) params->integers[Slot::Status] = kStatusClosed;
     const EntryScope scope;
     const std::int32_t status = adapter(object, params);
     if (function == PIClientFunctions_t::PreDrawOnRefresh) frameMissed = false;

@@ -54,12 +54,24 @@ std::int32_t adapt(const char* entry, void* object, PIFunctionParams_t* params, 
     });
 }
 
+/// The same for an operation whose result is its status; of one that throws it says so.
+template <typename Level, typename Operation>
+std::int32_t adaptStatus(const char* entry, void* object, PIFunctionParams_t* params, Operation&& operation) {
+    if (!object || !params) return 0;
+    std::int32_t status = kStatusFailed;
+    adapt<Level>(entry, object, params,
+                 [&](auto& application, auto& record) { status = operation(application, record); });
+    return guarded(entry, 0, [&] {
+        params->integers[Slot::Status] = status;
+        return 0;
+    });
+}
+
 }  // namespace
 
 std::int32_t PIApplication_v0_5_0::s_Callback(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v0_5_0>("Callback", object, params, [](auto& application, auto& record) {
-        record.integers[Slot::Status] = application.Callback();
-    });
+    return adaptStatus<PIApplication_v0_5_0>("Callback", object, params,
+                                             [](auto& application, auto&) { return application.Callback(); });
 }
 
 std::int32_t PIApplication_v0_5_0::s_Close(void* object, PIFunctionParams_t* params) {
@@ -67,9 +79,8 @@ std::int32_t PIApplication_v0_5_0::s_Close(void* object, PIFunctionParams_t* par
     // First of all: what the host dispatches while the object closes, a second Close not least, must not
     // find an object that is half gone.
     ClientFunctionMap::forget(object);
-    adapt<PIApplication_v0_5_0>("Close", object, params, [](auto& application, auto& record) {
-        record.integers[Slot::Status] = application.Close();
-    });
+    adaptStatus<PIApplication_v0_5_0>("Close", object, params,
+                                      [](auto& application, auto&) { return application.Close(); });
     return guarded("Close", 0, [&] {
         delete static_cast<PIApp::PIApplication_v1_24*>(object);
         EntryScope::clear();
@@ -84,18 +95,19 @@ std::int32_t PIApplication_v0_5_0::s_Name(void* object, PIFunctionParams_t* para
 }
 
 std::int32_t PIApplication_v0_5_0::s_CloseLocation(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v0_5_0>("CloseLocation", object, params, [](auto& application, auto& record) {
-        record.integers[Slot::Status] = application.closeLocation();
+    return adaptStatus<PIApplication_v0_5_0>("CloseLocation", object, params, [](auto& application, auto&) {
+        return application.closeLocation();
     });
 }
 
 std::int32_t PIApplication_v0_5_0::s_OpenLocation(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v0_5_0>("OpenLocation", object, params, [](auto& application, auto& record) {
-        const auto protocol =
-            static_cast<PIData::PINetworkProtocol_t>(record.integer(Slot::LocationProtocol));
-        record.integers[Slot::Status] = application.openLocation(
-            record.string(Slot::LocationName), record.integer(Slot::LocationPort), protocol);
-    });
+    return adaptStatus<PIApplication_v0_5_0>(
+        "OpenLocation", object, params, [](auto& application, auto& record) {
+            const auto protocol =
+                static_cast<PIData::PINetworkProtocol_t>(record.integer(Slot::LocationProtocol));
+            return application.openLocation(record.string(Slot::LocationName),
+                                            record.integer(Slot::LocationPort), protocol);
+        });
 }
 
 std::int32_t PIApplication_v0_5_0::s_FindNetworkLocation(void* object, PIFunctionParams_t* params) {
@@ -106,18 +118,17 @@ std::int32_t PIApplication_v0_5_0::s_FindNetworkLocation(void* object, PIFunctio
 }
 
 std::int32_t PIApplication_v0_5_0::s_HandleConfigOption(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v0_5_0>(
+    return adaptStatus<PIApplication_v0_5_0>(
         "HandleConfigOption", object, params, [](auto& application, auto& record) {
-            record.integers[Slot::Status] = application.handleConfigOption(record.string(Slot::ConfigKey),
-                                                                           record.string(Slot::ConfigValue));
+            return application.handleConfigOption(record.string(Slot::ConfigKey),
+                                                  record.string(Slot::ConfigValue));
         });
 }
 
 std::int32_t PIApplication_v0_5_0::s_SaveConfigOptions(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v0_5_0>("SaveConfigOptions", object, params,
-                                       [](auto& application, auto& record) {
-                                           record.integers[Slot::Status] = application.saveConfigOptions();
-                                       });
+    return adaptStatus<PIApplication_v0_5_0>(
+        "SaveConfigOptions", object, params,
+        [](auto& application, auto&) { return application.saveConfigOptions(); });
 }
 
 std::int32_t PIApplication_v0_5_0::s_ListenToEvents(void* object, PIFunctionParams_t* params) {
@@ -134,8 +145,8 @@ std::int32_t PIApplication_v0_5_0::s_DrawOnRefresh(void* object, PIFunctionParam
 }
 
 std::int32_t PIApplication_v0_5_7::s_StartUp(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v0_5_7>("StartUp", object, params, [](auto& application, auto& record) {
-        record.integers[Slot::Status] = application.StartUp(std::vector<std::string>());
+    return adaptStatus<PIApplication_v0_5_7>("StartUp", object, params, [](auto& application, auto&) {
+        return application.StartUp(std::vector<std::string>());
     });
 }
 
@@ -214,16 +225,16 @@ std::int32_t PIApplication_v1_20::s_StartUp(void* object, PIFunctionParams_t* pa
     const auto* provider =
         static_cast<const CommandLineArgumentsProvider*>(params->pointer(Slot::CommandLineArguments));
     if (!provider) return PIApplication_v0_5_7::s_StartUp(object, params);
-    return adapt<PIApplication_v1_20>("StartUp", object, params, [&](auto& application, auto& record) {
-        record.integers[Slot::Status] = application.StartUp(CommandLineArguments(provider->arguments()));
+    return adaptStatus<PIApplication_v1_20>("StartUp", object, params, [&](auto& application, auto&) {
+        return application.StartUp(CommandLineArguments(provider->arguments()));
     });
 }
 
 std::int32_t PIApplication_v1_20::s_ConfigureCommandLine(void* object, PIFunctionParams_t* params) {
-    return adapt<PIApplication_v1_20>(
+    return adaptStatus<PIApplication_v1_20>(
         "ConfigureCommandLine", object, params, [](auto& application, auto& record) {
-            void* configuration = record.pointers[Slot::CommandLineConfiguration];
-            record.integers[Slot::Status] = application.ConfigureCommandLine(configuration);
+            void* const configuration = record.pointers[Slot::CommandLineConfiguration];
+            return application.ConfigureCommandLine(configuration);
         });
 }
 

@@ -138,7 +138,8 @@ class PIApplication_v1_20 : public PIApplication_v1_13 {
   public:
     using PIApplication_v1_13::StartUp;
     virtual int StartUp(const CommandLineArguments& arguments);
-    /// \param configuration what the host put into the CommandLineConfiguration slot; may be null
+    /// \param configuration what the host put into the CommandLineConfiguration slot, a
+    /// PIApp::CommandLineConfiguration; may be null
     virtual int ConfigureCommandLine(void* configuration);
 
     /// Falls back to the v0_5_7 adapter when the host offers no command line.

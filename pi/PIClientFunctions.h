@@ -39,11 +39,16 @@ enum class PIClientFunctions_t : std::int32_t {
 
 inline constexpr std::int32_t kClientFunctionCount = 31;
 
+/// What Status says where the operation had no result of its own.
+inline constexpr std::int32_t kStatusFailed = 1;   ///< it has thrown
+inline constexpr std::int32_t kStatusClosed = -1;  ///< the plug-in was closed: nothing has happened
+
 /// Names a slot of PIFunctionParams_t. A slot is found by the type of its value and this number, so the
 /// same number may name an integer and a string.
 enum class PIParameterName_t : std::int16_t {
-    Status = 0,            ///< integer: result of StartUp, Callback, Close, CloseLocation, OpenLocation,
-                           ///< HandleConfigOption, SaveConfigOptions, HandleMouseEvent, ConfigureCommandLine
+    Status = 0,            ///< integer: result of HandleMouseEvent, not 0 when the event was consumed; of
+                           ///< StartUp, Callback, Close, CloseLocation, OpenLocation, HandleConfigOption,
+                           ///< SaveConfigOptions and ConfigureCommandLine, 0 for success
     NameText = 0,          ///< string: result of Name
     InfoText = 3,          ///< string: result of Description, Author, Version, URL, ContactInfo
     LocationName = 4,      ///< string: the location OpenLocation is to open; result of FindNetworkLocation
@@ -56,6 +61,6 @@ enum class PIParameterName_t : std::int16_t {
     EventData = 12,  ///< pointer: what the event is about; PIGUI::PIMouseEvent of HandleMouseEvent
     Width = 13,      ///< integer: width of the view in pixels, DrawOnRefresh and PreDrawOnRefresh
     Height = 14,     ///< integer: height of the view in pixels
-    CommandLineConfiguration = 22,  ///< pointer: what ConfigureCommandLine is to fill
+    CommandLineConfiguration = 22,  ///< pointer: PIApp::CommandLineConfiguration of ConfigureCommandLine
     CommandLineArguments = 23,      ///< pointer: const PIApp::CommandLineArgumentsProvider of StartUp
 };

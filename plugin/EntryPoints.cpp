@@ -1,12 +1,11 @@
 #include <cstdint>
-#include <utility>
 
+#include "common/Notify.h"
 #include "pi/ClientFunctionMap.h"
-#include "pi/FunctorTwoParams.h"
 #include "pi/Guard.h"
+#include "pi/HostFaults.h"
 #include "pi/PIApplication.h"
 #include "pi/PIBase.h"
-#include "pi/PIObject.h"
 #include "plugin/OverlayEditorPlugin.h"
 
 #define HPI_EXPORT extern "C" __attribute__((visibility("default")))
@@ -48,9 +47,17 @@ HPI_EXPORT std::int32_t HPI_IsDebugMode() {
 }
 
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* services, void* instance) {
-    g_FunctionMap = services;
-    g_This = instance;
-    guardedEntry("HPI_InitializeFunctionMap", [] {
+    if (EntryScope::isNested()) {
+        halNotify::notify(halNotify::Error)
+            << "OverlayEditor is not started again from inside a service: it is at work";
+        return;
+    }
+    guardedEntry("HPI_InitializeFunctionMap", [&] {
+        // An instance that was not closed goes through the table that it knows.
+        ClientFunctionMap::closeApplication();
+        g_FunctionMap = services;
+        g_This = instance;
+        HostFaults::forget();
         ClientFunctionMap::replaceApplication(std::make_unique<OverlayEditor::OverlayEditorPlugin>());
     });
 }
@@ -64,8 +71,7 @@ HPI_EXPORT std::int32_t HPI_PluginDispatchFunction(std::int32_t number, PIFuncti
 
 HPI_EXPORT void HPI_CleanUpPlugin() {
     guarded("HPI_CleanUpPlugin", 0, [] {
-        delete std::exchange(g_PI_GarbageCollector, nullptr);
-        freeFunctors();
+        ClientFunctionMap::cleanUp();
         return 0;
     });
     g_FunctionMap = nullptr;

@@ -4,6 +4,8 @@
 
 #include "common/Notify.h"
 #include "model/ShapeKinds.h"
+#include "pi/Guard.h"
+#include "pi/HostFaults.h"
 #include "plugin/EditorIcon.h"
 #include "plugin/RightClickObserver.h"
 #include "plugin/VSI.h"
@@ -23,7 +25,7 @@ bool endsScenario(PIApplicationEvents_t code) {
 OverlayEditorPlugin::OverlayEditorPlugin() = default;
 
 OverlayEditorPlugin::~OverlayEditorPlugin() {
-    takeDown_();
+    takeDownGuarded_();
 }
 
 std::string OverlayEditorPlugin::Name() const {
@@ -46,7 +48,22 @@ std::string OverlayEditorPlugin::ContactInfo() const {
 }
 
 int OverlayEditorPlugin::StartUp() {
-    if (std::exchange(startedUp_, true)) return 0;
+    if (std::exchange(startedUp_, true)) return startUpStatus_;
+    const bool built = guarded("StartUp", false, [this] {
+        const std::uint64_t exceptions = HostFaults::exceptions();
+        build_();
+        if (HostFaults::exceptions() == exceptions) return true;
+        halNotify::notify(halNotify::Error)
+            << "OverlayEditor is not started: the host has failed at a service";
+        return false;
+    });
+    if (built) return 0;
+    startUpStatus_ = kStatusFailed;
+    takeDownGuarded_();
+    return startUpStatus_;
+}
+
+void OverlayEditorPlugin::build_() {
     halNotify::setNotifyHandler(
         [this](halNotify::Severity severity, const std::string& message) { say_(severity, message); });
     ToolMaker::install(&toolMaker_);
@@ -97,12 +114,15 @@ int OverlayEditorPlugin::StartUp() {
     if (!abandonedJournals().empty())
         halNotify::notify(halNotify::Warning) << "Shapes that were not saved when the host ended last can be "
                                                  "recovered: open \"Overlay Editor...\"";
-    return 0;
 }
 
 int OverlayEditorPlugin::Close() {
     takeDown_();
     return 0;
+}
+
+void OverlayEditorPlugin::takeDownGuarded_() noexcept {
+    guardedEnd([this] { takeDown_(); });
 }
 
 void OverlayEditorPlugin::takeDown_() {

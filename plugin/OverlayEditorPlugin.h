@@ -32,6 +32,8 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
 
     // The forms of StartUp that bring a command line end here; the editor reads none.
     using PIApp::PIApplication_v1_24::StartUp;
+    /// All of it or nothing: what was made is taken down when something of it fails.
+    /// \return 0, or kStatusFailed
     int StartUp() override;
     int Callback() override { return 0; }
     int Close() override;
@@ -65,13 +67,19 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
   private:
     class RightClickObserver;
 
+    /// All that StartUp makes.
+    void build_();
+    /// What there is of it goes; nothing is left that the host could call.
     void takeDown_();
+    void takeDownGuarded_() noexcept;
     int edit_(int (OverlayEditorDialog::*command)(PIObject*, void*));
     /// Everything that the editor has to say comes here: it goes into the host's log, and to where the eye
     /// is, the dialog's lower edge or, while the mouse draws or without a dialog, the view.
     void say_(halNotify::Severity severity, const std::string& message);
 
     bool startedUp_ = false;
+    /// Of a start that has failed, after which nothing is there and nothing happens.
+    int startUpStatus_ = 0;
     MouseToolMaker toolMaker_;
     ShapePanelMaker panelMaker_;
     std::unique_ptr<Preferences> preferences_;

@@ -12,14 +12,16 @@ constexpr std::int32_t kMenuEnabled = 1;
 
 }  // namespace
 
-OverlayEditorPlugin::RightClickObserver::RightClickObserver(OverlayEditorPlugin& plugin) : plugin_(plugin) {
+// Once it is made its destructor runs, whichever of the registrations fails.
+OverlayEditorPlugin::RightClickObserver::RightClickObserver(OverlayEditorPlugin& plugin)
+    : RightClickObserver(&plugin) {
     PIHALVIS::registerContextMenuCallback(this);
     PIHALVIS::registerZELObserver(this);
 }
 
 OverlayEditorPlugin::RightClickObserver::~RightClickObserver() {
-    PIHALVIS::removeContextMenuCallback(this);
-    PIHALVIS::removeZELObserver(this);
+    guardedEnd([this] { PIHALVIS::removeContextMenuCallback(this); });
+    guardedEnd([this] { PIHALVIS::removeZELObserver(this); });
 }
 
 void OverlayEditorPlugin::RightClickObserver::menuRequested(const std::string& listName,
@@ -33,7 +35,7 @@ void OverlayEditorPlugin::RightClickObserver::menuRequested(const std::string& l
         if (!clicked) return;
         overlays_ = clicked->overlays;
         if (overlays_.empty()) return;
-        menuCallback_ = plugin_.callbacks_.make(&OverlayEditorPlugin::onCmdLoadHalvisZels);
+        menuCallback_ = plugin_->callbacks_.make(&OverlayEditorPlugin::onCmdLoadHalvisZels);
         PIHALVIS::addContextMenuItem(menu, "Send to Overlay Editor", menuCallback_, kMenuPosition,
                                      kMenuEnabled);
     });

@@ -26,7 +26,9 @@ class OverlayEditorPlugin::RightClickObserver final : public PIHALVIS::ContextMe
     const std::vector<void*>& overlays() const { return overlays_; }
 
   private:
-    OverlayEditorPlugin& plugin_;
+    explicit RightClickObserver(OverlayEditorPlugin* plugin) : plugin_(plugin) {}
+
+    OverlayEditorPlugin* plugin_;
     std::vector<void*> overlays_;
     FunctorTwoParams__* menuCallback_ = nullptr;
 };

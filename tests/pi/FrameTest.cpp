@@ -1,4 +1,5 @@
 // The frame: adapters, dispatch, the funnel, callbacks and clean-up.
+#include <cmath>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,9 +14,11 @@
 #include "pi/ClientFunctionMap.h"
 #include "pi/EntryScope.h"
 #include "pi/FunctorTwoParams.h"
+#include "pi/HostFaults.h"
 #include "pi/PIApplication.h"
 #include "pi/PIBase.h"
 #include "pi/PIDataRecords.h"
+#include "pi/PIHALVIS.h"
 #include "pi/PIObject.h"
 #include "support/FakeHost.h"
 
@@ -329,6 +332,43 @@ TEST_F(OneEntryTest, AHostThatAnswersEachCallIsPutOffToTheNextEntry) {
     EXPECT_EQ(g_log.size(), 2u * (2 + 8)) << "the last one was only put off";
 }
 
+TEST_F(OneEntryTest, CleanUpInTheMidstWaitsAndFindsNobody) {
+    load<FullPlugin>();
+    host.inside = [&] {
+        ClientFunctionMap::cleanUp();
+        event(PIApplicationEvents_t::ScenarioCleared, 0);
+    };
+    ask();
+    EXPECT_THAT(g_log, ElementsAre("asks", "has asked", "destroyed"));
+    EXPECT_TRUE(g_FunctorList.empty());
+}
+
+/// A service that throws has refused; degrees are no place. Both are told once, when the entry is over.
+TEST_F(OneEntryTest, FaultsOfTheHostAreTold) {
+    HostFaults::forget();
+    for (int i = 0; i < 2; ++i) {
+        host.inside = [] { throw std::runtime_error("deliberate"); };
+        ask();
+    }
+    host.inside = [] { throw 5; };
+    EXPECT_EQ(handle(PIServerFunctions_t::Clock, nullptr), 0);
+    EXPECT_THAT(g_log, ElementsAre("asks", "has asked", "asks", "has asked"));
+
+    FakeHost fake;
+    double lat = 5.0;
+    for (const double answer : {21.3, 21.3, std::acos(-1.0) / 2.0}) {
+        fake.cursor = halCore::Vec3(answer, -1.0, 0.0);
+        const bool place =
+            PIHALVIS::getMouseCursorLLA(1, 2, &lat, nullptr, nullptr, PIData::PIVerticalDatum_t::WGS84) == 0;
+        EXPECT_EQ(lat, place ? answer : 5.0);
+        EXPECT_EQ(place, answer < 2.0) << "a pole is one";
+    }
+    EXPECT_THAT(messages_,
+                ElementsAre("A fault in the host: service 418: it threw \"deliberate\"",
+                            "A fault in the host: service 246: it threw something",
+                            testing::StartsWith("A fault in the host: service 424: latitude 21.3")));
+}
+
 class Thrower {
   public:
     int onCmd(PIObject*, void*) { throw std::runtime_error("deliberate"); }
@@ -338,6 +378,7 @@ class Thrower {
 TEST_F(FrameTest, AnExceptionBecomesAMessage) {
     load<FullPlugin>();
     EXPECT_EQ(dispatch(Event::Callback), 0);
+    EXPECT_EQ(record_.integer(Slot::Status), kStatusFailed);
     Thrower thrower;
     EXPECT_EQ(thrower.callbacks.make(&Thrower::onCmd)->Call(nullptr, nullptr), 0);
     freeFunctors();
@@ -390,12 +431,28 @@ TEST(FunnelTest, CallsCarryThePluginsIdentityOrTheOnePushedLast) {
     EXPECT_THAT(callers, ElementsAre(&own, &second, &first, &own));
 }
 
+/// A host that takes its table back when it is asked for an identity.
+class LeavingHost final : public PIServiceTable {
+  public:
+    std::int32_t hostBuildNumber() override { return 13000; }
+    PIServiceResult handle(void*, PIServerFunctions_t, void*) override {
+        g_FunctionMap = nullptr;
+        return 0;
+    }
+};
+
 TEST(FunnelTest, WithoutAHostTwoLinesAreWritten) {
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(handle(PIServerFunctions_t::ForceRedraw, nullptr), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Invalid Plug-in API Support Function Map.  Plug-in API calls are being made outside of the "
-              "context of a loaded plug-in.\nAPI service request has not been processed.\n");
+    LeavingHost leaving;
+    for (PIServiceTable* const table :
+         {static_cast<PIServiceTable*>(nullptr), static_cast<PIServiceTable*>(&leaving)}) {
+        g_FunctionMap = table;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(handle(PIServerFunctions_t::ForceRedraw, nullptr), 0);
+        EXPECT_EQ(
+            testing::internal::GetCapturedStderr(),
+            "Invalid Plug-in API Support Function Map.  Plug-in API calls are being made outside of the "
+            "context of a loaded plug-in.\nAPI service request has not been processed.\n");
+    }
 }
 
 class Target {
@@ -415,12 +472,6 @@ TEST(FunctorTest, CallbacksOutliveTheirObjectAndDoNothingThen) {
     EXPECT_EQ(functor->Call(nullptr, &data), 0);
     freeFunctors();
     EXPECT_TRUE(g_FunctorList.empty());
-    freeFunctors();
-}
-
-TEST(FunctorTest, AnObjectMayOutliveItsCallbacks) {
-    Target target;  // as when a host cleans up without a Close; dies after them, under AddressSanitizer too
-    target.callbacks.make(&Target::onCmd);
     freeFunctors();
 }
 

@@ -2,6 +2,7 @@
 #include <functional>
 #include <limits>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -23,10 +24,16 @@ class DifficultHostBase : public HostedPlugin {
         calls = 0;
         LoadedPlugin plugin(host);
         running = &plugin;
-        work(plugin);
+        const bool started = work(plugin);
         drawAll(plugin);
         const int served = calls;
         running = nullptr;
+        if (!started) {
+            // All that was made has gone, as far as the host let it go, and nothing has happened since.
+            EXPECT_EQ(calls, callsOfStart);
+            if (serves) expectNothingLeft();
+            forget();
+        }
         host.settings["AutoSaveZelDir"] = directory + "/quick";
         if (host.actions.contains("Quick Circle Draw")) {
             plugin.mouse(Mouse::RightPress, 0, 0);
@@ -50,7 +57,7 @@ class DifficultHostBase : public HostedPlugin {
     /// The calls of a long session that a campaign tries; else some of them, others in each test.
     static int step(int usual) { return rounds(0) ? 1 : usual; }
 
-    int calls = 0;
+    bool serves = true;  ///< but for one call
     LoadedPlugin* running = nullptr;
 
   private:
@@ -58,16 +65,17 @@ class DifficultHostBase : public HostedPlugin {
     bool editorIsWhole_() { return form.has("Shape:") && form.field("Shape:").items.size() == 17; }
 };
 
-enum class Fault { Refusal, Nothing, Garbage };
+enum class Fault { Refusal, Nothing, Garbage, Exception };
 
-/// "Yes", and null or empty results wherever a catch-all record takes results; or handles, numbers and texts
-/// that mean nothing.
+/// An exception; "Yes", and null or empty results wherever a catch-all record takes results; or handles,
+/// numbers and texts that mean nothing.
 PIServiceResult answerFault(Fault fault, Id service, void* args) {
     static const std::set<Id> catchAll{Id::FileDialog, Id::WidgetValue, Id::ListItems,    Id::GetPlatformList,
                                        Id::Clock,      Id::Timeout,     Id::Action,       Id::Camera,
                                        Id::Cursor,     Id::ScreenText,  Id::OverlayLists, Id::OverlayFiles,
                                        Id::Icon,       Id::Service};
     if (fault == Fault::Refusal) return 0;
+    if (fault == Fault::Exception) throw std::runtime_error("deliberate");
     const bool garbage = fault == Fault::Garbage;
     if (catchAll.contains(service)) {
         auto& record = *static_cast<PI_DATA_CATCHALL*>(static_cast<PI_DATA_BASE_CLASS*>(args));
@@ -88,6 +96,7 @@ class DifficultHost : public DifficultHostBase,
 TEST_P(DifficultHost, FailsAtACall) {
     const auto [fault, once] = GetParam();
     int at = std::numeric_limits<int>::max();
+    serves = once;
     host.answer = [&, fault = fault, once = once](Id service, void* args) -> std::optional<PIServiceResult> {
         if (!running) return std::nullopt;
         ++calls;
@@ -97,7 +106,7 @@ TEST_P(DifficultHost, FailsAtACall) {
     const int all = survive();
     RecordProperty("calls", all);
     ASSERT_GT(all, 1000);
-    const int skipped = static_cast<int>(fault) + (once ? 3 : 0);
+    const int skipped = static_cast<int>(fault) + (once ? 4 : 0);
     for (at = 1 + skipped; at <= all && !HasFailure(); at += step(97)) {
         SCOPED_TRACE(at);
         survive();
@@ -106,13 +115,14 @@ TEST_P(DifficultHost, FailsAtACall) {
 }
 
 std::string faultName(const ::testing::TestParamInfo<DifficultHost::ParamType>& suite) {
-    const char* const names[] = {"Refusal", "Nothing", "Garbage"};
+    const char* const names[] = {"Refusal", "Nothing", "Garbage", "Exception"};
     const auto [fault, once] = suite.param;
     return std::string(names[static_cast<int>(fault)]) + (once ? "Once" : "FromThen");
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, DifficultHost,
-                         ::testing::Combine(::testing::Values(Fault::Refusal, Fault::Nothing, Fault::Garbage),
+                         ::testing::Combine(::testing::Values(Fault::Refusal, Fault::Nothing, Fault::Garbage,
+                                                              Fault::Exception),
                                             ::testing::Bool()),
                          faultName);
 

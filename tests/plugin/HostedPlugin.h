@@ -60,6 +60,19 @@ class HostedPlugin : public ::testing::Test {
     void check(const char* label, bool checked) {
         if (form.has(label)) form.check(label, checked);
     }
+    void chooseItem(const char* headers, const char* start) {
+        for (auto& [handle, widget] : host.widgets) {
+            if (widget.kind != FakeHost::Id::CreateList || widget.caption != headers) continue;
+            const auto item = std::find_if(widget.items.begin(), widget.items.end(),
+                                           [&](const auto& text) { return text.starts_with(start); });
+            if (item != widget.items.end()) widget.number = static_cast<double>(item - widget.items.begin());
+        }
+    }
+    void attachToShip() {
+        check("Attach:", true);
+        chooseItem("Name", "Ship");
+        press("OK\tAttach the current ZEL to the selected platform");
+    }
     void drag(LoadedPlugin& plugin, int x0, int y0, int x1, int y1) {
         plugin.mouse(Mouse::Motion, x0, y0);
         plugin.mouse(Mouse::LeftPress, x0, y0);
@@ -132,8 +145,10 @@ class HostedPlugin : public ::testing::Test {
     }
 
     /// All that a user does in a long afternoon: every dialog, drawing, saving, quick drawing, attaching.
-    void work(LoadedPlugin& plugin) {
-        plugin.dispatch(Function::StartUp);
+    /// \return whether the plug-in has started at all
+    bool work(LoadedPlugin& plugin) {
+        const bool started = plugin.dispatch(Function::StartUp) == 0;
+        callsOfStart = calls;
         openDialog();
         addCircle();
         drag(plugin, 100, 100, 130, 100);
@@ -173,6 +188,7 @@ class HostedPlugin : public ::testing::Test {
         press("Close");
         command("Quick Circle Draw");
         plugin.mouse(Mouse::LeftPress, 1, 1);
+        return started;
     }
     /// One shape of each family, with its panel, saved and read again; and one by each draw command.
     void drawAll(LoadedPlugin& plugin) {
@@ -191,6 +207,8 @@ class HostedPlugin : public ::testing::Test {
     }
 
     static constexpr std::uint64_t kShip = 77;
+
+    int calls = 0, callsOfStart = 0;  ///< where a test counts them
 
     FakeHost host;
     Form form{host};

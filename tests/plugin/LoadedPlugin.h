@@ -19,8 +19,7 @@ class LoadedPlugin {
         if (!library_) throw std::runtime_error(dlerror());
         dispatch_ = symbol<decltype(dispatch_)>("HPI_PluginDispatchFunction");
         cleanUp_ = symbol<decltype(cleanUp_)>("HPI_CleanUpPlugin");
-        const auto initialiseMap = symbol<void (*)(PIServiceTable*, void*)>("HPI_InitializeFunctionMap");
-        if (initialise) initialiseMap(&host, this);
+        if (initialise) this->initialise(host);
     }
     ~LoadedPlugin() {
         cleanUp_();
@@ -29,6 +28,9 @@ class LoadedPlugin {
     LoadedPlugin(const LoadedPlugin&) = delete;
     LoadedPlugin& operator=(const LoadedPlugin&) = delete;
 
+    void initialise(PIServiceTable& host) {
+        symbol<void (*)(PIServiceTable*, void*)>("HPI_InitializeFunctionMap")(&host, this);
+    }
     void cleanUp() { cleanUp_(); }
 
     /// False once the library is unmapped.

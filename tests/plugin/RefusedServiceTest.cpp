@@ -20,14 +20,6 @@ class RefusedServiceTest : public HostedPlugin {
         return std::count_if(host.overlays.begin(), host.overlays.end(),
                              [](const auto& entry) { return !entry.second.path.empty(); });
     }
-    void chooseItem(const char* headers, const char* start) {
-        for (auto& [handle, widget] : host.widgets) {
-            if (widget.kind != Id::CreateList || widget.caption != headers) continue;
-            const auto item = std::find_if(widget.items.begin(), widget.items.end(),
-                                           [&](const auto& text) { return text.starts_with(start); });
-            if (item != widget.items.end()) widget.number = static_cast<double>(item - widget.items.begin());
-        }
-    }
 
     /// A session, whatever of it is possible.
     /// \return what was not
@@ -75,9 +67,7 @@ class RefusedServiceTest : public HostedPlugin {
             press("...");
             want(host.loads > before && drawn("\nradius 5000\n"), "load");
 
-            check("Attach:", true);
-            chooseItem("Name", "Ship");
-            press("OK\tAttach the current ZEL to the selected platform");
+            attachToShip();
             want(drawn("\ncenterxyz "), "attach");
 
             quickCircle(plugin);
