@@ -350,19 +350,29 @@ Plugin* Host::openPlugin(const std::filesystem::path& path) {
         log_.add(halNotify::Error, "host", *refusal);
         return nullptr;
     }
-    plugins_.push_back(std::make_unique<Plugin>(std::get<PluginLibrary>(std::move(opened)), log_, trace_));
+    auto& library = std::get<PluginLibrary>(opened);
+    for (const auto& plugin : plugins_) {
+        if (!plugin->isOf(library)) continue;
+        log_.add(halNotify::Error, "host",
+                 QString("%1 is refused: it is %2, which runs already, and one library is one plug-in")
+                     .arg(QString::fromStdString(path.filename().string()), plugin->name()));
+        return nullptr;
+    }
+    plugins_.push_back(std::make_unique<Plugin>(std::move(library), log_, trace_));
     Plugin& plugin = *plugins_.back();
     services_.admit(plugin);
     plugin.initialize(services_);
     // Behind what the library has registered, which runs the other way round.
     std::atexit(&closeInExit);
-    const int status = plugin.startUp();
+    if (const int status = plugin.startUp(); status != 0) {
+        log_.add(halNotify::Error, "host",
+                 QString("%1: start-up failed with %2, so it is closed").arg(plugin.name()).arg(status));
+        closePlugin(plugin);
+        return nullptr;
+    }
     log_.add(
         halNotify::Notice, "host",
         QString("%1 %2 started").arg(plugin.name(), plugin.text(PIClientFunctions_t::Version)).simplified());
-    if (status != 0)
-        log_.add(halNotify::Error, "host",
-                 QString("%1: start-up failed with %2").arg(plugin.name()).arg(status));
     return &plugin;
 }
 

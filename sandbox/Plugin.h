@@ -26,6 +26,7 @@ class Plugin {
     Plugin& operator=(const Plugin&) = delete;
 
     const std::filesystem::path& path() const { return library_.path(); }
+    bool isOf(const PluginLibrary& library) const { return library_.isSame(library); }
     /// What the plug-in calls itself, its file's name until it has been asked.
     const QString& name() const { return name_; }
     State state() const { return state_; }

@@ -43,6 +43,13 @@ std::variant<PluginLibrary, QString> PluginLibrary::open(const std::filesystem::
     if (!result.library_) return QString("%1 is refused: %2").arg(name, dlerror());
     if (const char* missing = findExports(result.library_, result.exports_))
         return QString("%1 is refused: it does not export %2").arg(name, missing);
+    constexpr std::int32_t kInterface = 1;
+    if (const std::int32_t major = result.exports_.versionInfoEx(0); major != kInterface) {
+        return QString("%1 is refused: it is written for interface %2, this host has %3")
+            .arg(name)
+            .arg(major)
+            .arg(kInterface);
+    }
     const std::int32_t minimum = result.exports_.minimumVersion();
     if (minimum > hostBuildNumber) {
         return QString("%1 is refused: it needs host build %2, this is build %3")

@@ -38,6 +38,8 @@ class PluginLibrary {
 
     const PluginExports& exports() const { return exports_; }
     const std::filesystem::path& path() const { return path_; }
+    /// Whether both are one library in the process, by whatever names.
+    bool isSame(const PluginLibrary& other) const { return library_ && library_ == other.library_; }
 
     /// Unloads the library, once. \return whether it is really gone from the process
     bool unload();

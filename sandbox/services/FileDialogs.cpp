@@ -28,7 +28,9 @@ QString suffixOf(const QString& row) {
 }  // namespace
 
 QString FileDialogs::ask(const Request& request) {
-    const QString settingsKey = request.group.isEmpty() ? request.key : request.group + '/' + request.key;
+    // What plug-ins store and read stands in this group, too.
+    const bool plain = request.group.isEmpty() || request.group == "SETTINGS";
+    const QString settingsKey = plain ? request.key : request.group + '/' + request.key;
     const QString remembered = request.key.isEmpty() ? QString() : settings_.value(settingsKey);
 
     QFileDialog dialog(&owner_, request.title);

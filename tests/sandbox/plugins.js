@@ -5,7 +5,9 @@ const lastLine = () => log()[log().length - 1].text;
 
 for (const [file, message] of [["missing.so", "missing.so is refused: "],
                                ["probe-incomplete.so", "probe-incomplete.so is refused: it does not export HPI_CleanUpPlugin"],
-                               ["probe-demanding.so", "probe-demanding.so is refused: it needs host build 13001, this is build 13000"]]) {
+                               ["probe-demanding.so", "probe-demanding.so is refused: it needs host build 13001, this is build 13000"],
+                               ["probe-failing.so", "Probe: start-up failed with 7, so it is closed"],
+                               ["probe.so", "probe.so is refused: it is Probe, which runs already, and one library is one plug-in"]]) {
     assert(!openPlugin(libraries + "/" + file));
     assert(lastLine().startsWith(message), lastLine());
 }

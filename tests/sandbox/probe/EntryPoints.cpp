@@ -9,6 +9,10 @@
 #define PROBE_MINIMUM_VERSION 13000
 #endif
 
+#ifndef PROBE_START_STATUS
+#define PROBE_START_STATUS 0
+#endif
+
 namespace {
 
 using Slot = PIParameterName_t;
@@ -33,7 +37,7 @@ void startUp(PIFunctionParams_t& params) {
         static_cast<const PIApp::CommandLineArgumentsProvider*>(params.pointer(Slot::CommandLineArguments));
     probe::gallery = new probe::Gallery;
     if (provider) probe::say("started with " + std::to_string(provider->arguments().size()) + " arguments");
-    params.integers[Slot::Status] = 0;
+    params.integers[Slot::Status] = PROBE_START_STATUS;
 }
 
 }  // namespace
