@@ -136,8 +136,11 @@ class OverlayEditorDialog {
     UTILS::UnitType_t chosenUnits_(const PIGUI::PIOptionMenu& menu) const;
     void notifyPrefsUpdate_();
 
-    /// Only when there is a shape that the editor can keep, what is held is given up.
-    void loadOverlay_(Document::Reading reading);
+    /// What the user was asked for in a dialog of the host's is done with what is there then: what has come
+    /// while it was open comes first.
+    void afterAsking_(std::function<void()> work);
+    /// Only when there is a shape that the editor can keep, what is held is given up. \return whether it was
+    bool loadOverlay_(Document::Reading reading);
     void saveZel_(const std::string& fileName);
     /// Says whether there is something to save.
     void updateSavedMark_();

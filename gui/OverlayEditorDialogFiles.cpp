@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 #include "common/Files.h"
 #include "common/Notify.h"
@@ -13,21 +14,17 @@ namespace OverlayEditor {
 
 namespace {
 
-PICommon::FileDialogRequest loadRequest() {
-    return {.title = "Load Overlay File",
-            .filters = {"Overlay Files\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "ZEL Files\t*.zel",
-                        std::string("Files of Other Programs\t") + UTILS::kOtherFormats, "All Files\t*"},
-            .settingsGroup = "SETTINGS",
-            .settingsKey = "LastOverlayEditorLoadFile",
-            .startDirectory = {}};
-}
+/// Settings with the files that were loaded and saved last.
+constexpr const char* kLastLoaded = "LastOverlayEditorLoadFile";
+constexpr const char* kLastSaved = "LastOverlayEditorSaveFile";
 
-PICommon::FileDialogRequest saveRequest() {
-    return {.title = "Save Overlay File",
-            .filters = {"ZEL Files\t*.zel"},
+/// The host begins where it remembers; one that remembers nothing, where the file was.
+PICommon::FileDialogRequest request(std::string title, std::vector<std::string> filters, const char* last) {
+    return {.title = std::move(title),
+            .filters = std::move(filters),
             .settingsGroup = "SETTINGS",
-            .settingsKey = "LastOverlayEditorSaveFile",
-            .startDirectory = {}};
+            .settingsKey = last,
+            .startDirectory = UTILS::directoryOf(PIGUI::PIRegistry::getValue(last))};
 }
 
 /// A file of another program, as a new overlay.
@@ -53,11 +50,26 @@ Document::Reading readOtherFormat(const Document& document, const std::string& f
 
 // Loading
 
+void OverlayEditorDialog::afterAsking_(std::function<void()> work) {
+    EntryScope::wait({this}, [this, work = std::move(work)] {
+        document_.history().begin(History::Gesture::Command);
+        work();
+    });
+}
+
 int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
-    const std::string fileName = PICommon::showFileLoadDialog(loadRequest());
+    const std::string fileName = PICommon::showFileLoadDialog(
+        request("Load Overlay File",
+                {"Overlay Files\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "ZEL Files\t*.zel",
+                 std::string("Files of Other Programs\t") + UTILS::kOtherFormats, "All Files\t*"},
+                kLastLoaded));
     if (!fileName.empty())
-        loadOverlay_(UTILS::isOtherFormat(fileName) ? readOtherFormat(document_, fileName)
-                                                    : document_.readFile(fileName));
+        afterAsking_([this, fileName] {
+            const bool loaded =
+                loadOverlay_(UTILS::isOtherFormat(fileName) ? readOtherFormat(document_, fileName)
+                                                            : document_.readFile(fileName));
+            if (loaded) PIGUI::PIRegistry::setValue(kLastLoaded, fileName);
+        });
     return 1;
 }
 
@@ -99,15 +111,16 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
     return 1;
 }
 
-void OverlayEditorDialog::loadOverlay_(Document::Reading reading) {
-    if (!reading.loaded.error.empty()) return;
+bool OverlayEditorDialog::loadOverlay_(Document::Reading reading) {
+    if (!reading.loaded.error.empty()) return false;
     // What goes back to its own file can be had again.
     const bool goesBack = !reading.fileName.empty() && reading.fileName == document_.fileName();
-    if (!(goesBack && document_.history().holds()) && !rescued_()) return;
+    if (!(goesBack && document_.history().holds()) && !rescued_()) return false;
     giveUpShapes_();
     document_.take(std::move(reading));
     fillList_();
     showDocument_();
+    return true;
 }
 
 // Saving
@@ -118,15 +131,18 @@ int OverlayEditorDialog::onCmdSave(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
-    const std::string fileName = PICommon::showFileSaveDialog(saveRequest());
+    std::string fileName =
+        PICommon::showFileSaveDialog(request("Save Overlay File", {"ZEL Files\t*.zel"}, kLastSaved));
     if (fileName.empty()) return 1;
     // Hosts differ in whether they have appended it.
-    saveZel_(std::filesystem::path(fileName).has_extension() ? fileName : fileName + ".zel");
+    if (!std::filesystem::path(fileName).has_extension()) fileName += ".zel";
+    afterAsking_([this, fileName] { saveZel_(fileName); });
     return 1;
 }
 
 void OverlayEditorDialog::saveZel_(const std::string& fileName) {
     if (!document_.save(fileName)) return;
+    PIGUI::PIRegistry::setValue(kLastSaved, fileName);
     for (const std::string& message : RefusedText::messages())
         halNotify::notify(halNotify::Warning) << "Saved, but not this: " << message;
     showDocument_();
