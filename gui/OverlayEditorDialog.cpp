@@ -452,6 +452,8 @@ int OverlayEditorDialog::onCmdCoordinateSystem(PIObject*, void*) {
 
 void OverlayEditorDialog::notifyPrefsUpdate_() {
     for (Shape* shape : overlay_->shapes()) shape->notifyPrefsUpdate();
+    // The labels of points in the view, too.
+    PICommon::forceOpenGLRedraw();
 }
 
 int OverlayEditorDialog::onCmdDismiss(PIObject*, void*) {

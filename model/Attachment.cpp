@@ -140,6 +140,8 @@ bool Attachment::followPlatform() {
 void Attachment::moveReference_(const halCore::Vec3& lla) {
     converter_->setReferenceLla(lla, converter_->refPlatformId());
     overlay_.referenceMoved();
+    // The host moves what it shows by itself; the points of the tool are drawn when it asks for them.
+    PICommon::forceOpenGLRedraw();
 }
 
 bool Attachment::State::operator==(const State& other) const {

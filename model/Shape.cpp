@@ -11,9 +11,11 @@
 #include "format/TextBuffer.h"
 #include "geo/Sodano.h"
 #include "model/Anchored.h"
+#include "model/MouseTool.h"
 #include "model/ShapeState.h"
 #include "model/Stateful.h"
 #include "model/Utils.h"
+#include "pi/PICommon.h"
 #include "pi/PIHALVIS.h"
 
 namespace OverlayEditor {
@@ -208,8 +210,14 @@ int Shape::write(SerializeToZel& zel) {
     return serialize(zel);
 }
 
+void Shape::redrawPoints_() const {
+    const MouseTool* const tool = mouseTool();
+    if (tool && tool->isActive()) PICommon::forceOpenGLRedraw();
+}
+
 void Shape::dirty_() {
     hide_();
+    redrawPoints_();
     if (!shown_ || !active_) return;
 
     SerializeToZel serializer;

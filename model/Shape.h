@@ -144,7 +144,11 @@ class Shape {
     /// Something of it has changed: to be called once that is complete, unless dirty_ or hide_ is.
     void changed_() const {
         if (keeper_) keeper_->touched(*this);
+        redrawPoints_();
     }
+    /// Asks for a frame when the tool shows the shape's points: it draws them only when asked, and the host
+    /// does not know that they have moved.
+    void redrawPoints_() const;
     /// The part of Stateful that is the same for all.
     void saveState_(ShapeState& state, const ShapeState* like) const;
     /// What beginShape is told: not 0 when the positions are offsets.

@@ -167,6 +167,8 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     view_ = ToolView::current().capture(width, height);
 
     removeTempGraphics_();
+    // Units may have changed.
+    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
     redrawPointsForViewChange_();
     if (state_ == Placing) {
         // Before the first motion nobody knows where the cursor is.

@@ -211,6 +211,52 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
     EXPECT_EQ(host.settings["RangeUnits"], "meters");
 }
 
+/// What the host tells while a file dialog is open comes before what the dialog was asked for.
+TEST_F(PluginTest, AFileDialogAnswersIntoWhatIsThereThen) {
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    openDialog();
+    addCircle();
+    drag(plugin, 100, 100, 130, 100);
+    attachToShip();
+    auto meanwhile = PIApplicationEvents_t::EntityRemoved;
+    host.onCall = [&](FakeHost::Id service) {
+        if (service == FakeHost::Id::FileDialog) plugin.event(meanwhile, kShip);
+    };
+    const std::string file = directory + "/circle.zel";
+    host.fileDialogAnswers = {file, file};
+    press("Save As...");
+    EXPECT_EQ(host.overlays.rbegin()->second.path, file);
+    EXPECT_EQ(host.overlays.rbegin()->second.platform, 0u);
+    meanwhile = PIApplicationEvents_t::ScenarioCleared;
+    press("...");
+    EXPECT_EQ(form.field("File:").text, file);
+    for (const char* key : {"LastOverlayEditorLoadFile", "LastOverlayEditorSaveFile"})
+        EXPECT_EQ(host.settings[key], file);
+    plugin.dispatch(Function::Close);
+}
+
+TEST_F(PluginTest, AFrameIsAskedForWhenWhatTheToolShowsHasChanged) {
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    openDialog();
+    addCircle();
+    drag(plugin, 100, 100, 130, 100);
+    const auto asks = [&](const auto& act) {
+        host.redraws = 0;
+        act();
+        return host.redraws > 0;
+    };
+    EXPECT_TRUE(asks([&] { form.type("Radius:", "5000"); }));
+    EXPECT_TRUE(asks([&] { form.choose("Rng:", 1); }));
+    attachToShip();
+    host.fireTimeouts();
+    EXPECT_FALSE(asks([&] { host.fireTimeouts(); })) << "nothing has moved";
+    host.platforms[kShip].point.latRad += 0.01;
+    EXPECT_TRUE(asks([&] { host.fireTimeouts(); }));
+    plugin.dispatch(Function::Close);
+}
+
 TEST_F(PluginTest, CloseWithoutARecordCleansUpTheSame) {
     LoadedPlugin plugin(host);
     plugin.event(PIApplicationEvents_t::ScenarioCleared);
@@ -318,8 +364,12 @@ TEST_F(PluginTest, TheServiceCallsItsFunctionsInTheirOrder) {
     service.removeNewZelFunction(999);
     service.executeFunctions(nullptr);
     EXPECT_THAT(called, ElementsAre("third", "late"));
-    EXPECT_GT(service.registerNewZelFunction({}), third) << "ids are never reused";
-    plugin.dispatch(Function::Close);
+    EXPECT_GT(service.registerNewZelFunction([&](const auto&) { plugin.dispatch(Function::Close); }), third)
+        << "ids are never reused";
+    service.executeFunctions(nullptr);
+    EXPECT_THAT(called, ElementsAre("third", "late", "third", "late", "late"));
+    EXPECT_EQ(plugin.dispatch(Function::Close), kStatusClosed);
+    expectNothingLeft();
 }
 
 }  // namespace
