@@ -1,7 +1,10 @@
-/* Drives the plug-in as the plainest of hosts would: dlopen, dlsym and raw calls, no header of ours. */
+/* Drives the plug-in as the plainest of hosts would: dlopen, dlsym and raw calls. */
 #include <dlfcn.h>
 #include <stdint.h>
 #include <stdio.h>
+#include <string.h>
+
+#include "pi/PIFunctionParamsC.h"
 
 /* dlsym hands out functions as object pointers, as POSIX has it and ISO C does not. */
 #pragma GCC diagnostic ignored "-Wpedantic"
@@ -26,7 +29,7 @@ static intptr_t serve(struct Table* table, void* identity, int32_t service, void
 
 /* Zeroed memory is a valid empty record; one for each dispatch, so that what the plug-in puts in stays
  * reachable. */
-static char record[8][33][256], closeRecord[256];
+static char record[8][33][256];
 static int pass = 0;
 
 static int dispatchAll(Dispatch dispatch, int first) {
@@ -36,6 +39,27 @@ static int dispatchAll(Dispatch dispatch, int first) {
         CHECK(dispatch(number, record[pass][number + 1], NULL, NULL, NULL, NULL) == 0);
     }
     ++pass;
+    return 0;
+}
+
+/* Records that are made, and not only room for them: arguments go in and results come out. */
+static int withArguments(Dispatch dispatch) {
+    HPI_Params* const params = HPI_ParamsMake();
+    HPI_MouseEvent press = {10, 20, 0, 0};
+    CHECK(params && HPI_ParamsInteger(params, HPI_Status) == 0 && !*HPI_ParamsText(params, HPI_NameText));
+    dispatch(HPI_Name, params, NULL, NULL, NULL, NULL);
+    CHECK(strcmp(HPI_ParamsText(params, HPI_NameText), "OverlayEditor") == 0);
+    CHECK(HPI_ParamsSetInteger(params, HPI_Status, 7) && HPI_ParamsSetInteger(params, HPI_EventCode, 0));
+    CHECK(HPI_ParamsSetPointer(params, HPI_EventData, &press));
+    CHECK(HPI_ParamsPointer(params, HPI_EventData) == &press);
+    dispatch(HPI_HandleMouseEvent, params, NULL, NULL, NULL, NULL);
+    CHECK(HPI_ParamsInteger(params, HPI_Status) == 0); /* nothing is drawn */
+    CHECK(HPI_ParamsSetText(params, 7, "key") && strcmp(HPI_ParamsText(params, 7), "key") == 0);
+    dispatch(HPI_Close, params, NULL, NULL, NULL, NULL);
+    CHECK(HPI_ParamsInteger(params, HPI_Status) == 0);
+    dispatch(HPI_StartUp, params, NULL, NULL, NULL, NULL);
+    CHECK(HPI_ParamsInteger(params, HPI_Status) == -1); /* it is closed */
+    HPI_ParamsFree(params);
     return 0;
 }
 
@@ -64,7 +88,7 @@ int main(int count, char** arguments) {
     if (dispatchAll(dispatch, 1)) return 1;  /* before StartUp */
     if (dispatchAll(dispatch, -1)) return 1; /* StartUp, then everything */
     CHECK(served > 0);
-    CHECK(dispatch(2, closeRecord, NULL, NULL, NULL, NULL) == 0);
+    if (withArguments(dispatch)) return 1;
     if (dispatchAll(dispatch, -1)) return 1; /* closed: no entry holds the dead object */
     const int before = served;
     cleanUp();
