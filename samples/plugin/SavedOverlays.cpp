@@ -1,6 +1,8 @@
 // A plug-in that works together with OverlayEditor: it says in the host's log which overlay files the editor
 // saves. It needs the contract's headers alone and links nothing. README.md in this folder walks through it.
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "pi/HostContract.h"
@@ -15,8 +17,11 @@ using Slot = PIParameterName_t;
 
 PIServiceTable* services = nullptr;
 void* instance = nullptr;
-/// Under which the editor knows our function; 0 as long as it does not.
+/// Under which the editor knows our function.
 std::uint64_t registered = 0;
+/// Lives as long as the editor keeps our function. Another editor, which may have been started between two
+/// looks, does not have it, and our id is not ours there.
+std::weak_ptr<const char> kept;
 
 /// The editor's interface, null while no editor is started. Asked for anew each time: the editor may be
 /// closed before this plug-in, and its interface goes with it.
@@ -52,17 +57,17 @@ void overlaySaved(const std::vector<void*>& overlays) {
 /// The plug-ins may be started in any order, and the editor may be closed and started again.
 void keepRegistered() {
     Editor* const editor = findEditor();
-    if (!editor)
-        registered = 0;
-    else if (registered == 0)
-        registered = editor->registerNewZelFunction(overlaySaved);
+    if (!editor || !kept.expired()) return;
+    auto token = std::make_shared<const char>();
+    kept = token;
+    registered = editor->registerNewZelFunction(
+        [token = std::move(token)](const std::vector<void*>& overlays) { overlaySaved(overlays); });
 }
 
 /// The editor must not call code that is no longer there.
 void unregister() {
     Editor* const editor = findEditor();
-    if (editor && registered != 0) editor->removeNewZelFunction(registered);
-    registered = 0;
+    if (editor && !kept.expired()) editor->removeNewZelFunction(registered);
 }
 
 }  // namespace
