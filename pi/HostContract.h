@@ -22,22 +22,28 @@
 //   [after init]      between HPI_InitializeFunctionMap and HPI_CleanUpPlugin.
 //   [after start-up]  from the dispatch of StartUp (from inside it on) until the dispatch of Close returns.
 //
-// No exception crosses the boundary in either direction.
+// No exception crosses the boundary in either direction. A service that throws all the same has refused.
 //
 // LIFE OF A PLUG-IN
 //
-//   1. The host loads the library and finds the nine exports below. A plug-in that lacks one, or whose
-//      HPI_MinimumVersion is above the host's build number, is refused by name.
+//   1. The host loads the library and finds the nine exports below. A plug-in that lacks one, that is written
+//      for another major version than 1, or whose HPI_MinimumVersion is above the host's build number, is
+//      refused by name. A library is one plug-in in a process: one that is loaded already is refused, too.
 //   2. HPI_InitializeFunctionMap(table, instance): the plug-in keeps the service table and the host's
-//      handle for this instance, and makes its object. Nothing else happens yet.
-//   3. Dispatch of StartUp. From now on the plug-in calls services and the host dispatches events.
-//   4. Dispatch of Close, never from within another dispatch, callback or service call: the plug-in takes
-//      down what it made; its object is gone when this returns. Events dispatched meanwhile do nothing.
+//      handle for this instance, and makes its object. Nothing else happens yet. An instance that lives is
+//      closed first, through the table that it has; one that is at work goes on, and nothing else happens.
+//   3. Dispatch of StartUp. From now on the plug-in calls services and the host dispatches events. With a
+//      Status other than 0 it has not started: what it had made is taken down, and nothing that is dispatched
+//      does anything but Close, with which the host goes on.
+//   4. Dispatch of Close, never from within another dispatch, callback or service call, also not of another
+//      plug-in, which may be calling this one: the plug-in takes down what it made; its object is gone when
+//      this returns. Events dispatched meanwhile do nothing.
 //      What it still owns in the host (widgets, icons, actions, timeouts, observers, overlays from streams,
 //      platforms, screen texts, lines, services, a grabbed mouse) the host drops then, and says so. Overlay
 //      files are the host's and stay.
 //   5. HPI_CleanUpPlugin: callback objects are freed and the service table is forgotten. The host must
-//      not call a callback from here on. The library can be unloaded, and loaded again.
+//      not call a callback from here on. The library can be unloaded, and loaded again. An instance that was
+//      not closed is closed first.
 //
 // EXPORTS (C linkage)                                                                          [any time]
 //
@@ -49,17 +55,39 @@
 //   int32_t HPI_IsDebugMode()                    0
 //   void    HPI_InitializeFunctionMap(PIServiceTable*, void* instance)
 //   int32_t HPI_PluginDispatchFunction(int32_t number, void* a1, void* a2, void* a3, void* a4, void* a5)
-//           a1 is the event's PIFunctionParams_t*; numbers are PIClientFunctions_t. Unknown numbers, a null
-//           record and a plug-in that was closed give 0. A zero-filled block of sizeof(PIFunctionParams_t)
-//           bytes is a valid empty record.                                                    [after init]
+//           a1 is the event's PIFunctionParams_t*; numbers are PIClientFunctions_t. Returns 0, always: what
+//           there is to answer stands in the record. Unknown numbers, a null record and a plug-in that was
+//           closed do nothing; of the last, Status says so (kStatusClosed). A zero-filled block of
+//           sizeof(PIFunctionParams_t) bytes is a valid empty record; PIFunctionParamsC.h makes, fills and
+//           reads records in C.                                                               [after init]
 //   void    HPI_CleanUpPlugin()
 //
 // EVENTS
 //
-//   Arguments and results stand in the slots of PIParameterName_t. HandleMouseEvent takes the event type
-//   in integer EventCode and a PIGUI::PIMouseEvent in pointer EventData; its result is integer Status:
-//   non-zero when the plug-in consumed the event, and the host does nothing with it then. The host sends
-//   every mouse event of the view while the plug-in is started.
+//   Arguments and results stand in the slots of PIParameterName_t. StartUp, Close, ListenToEvents,
+//   PreDrawOnRefresh and HandleMouseEvent are what a host has to dispatch. Name, Description, Author,
+//   Version, URL and ContactInfo are answered from init to Close. The others are for hosts that have what
+//   they are about: Callback when the user chooses the plug-in in a list of plug-ins; DrawOnRefresh once a
+//   frame, after the scene, otherwise as PreDrawOnRefresh; once, after StartUp, the LoadIn... that names the
+//   program which the host is (those with a 10: from its version 10 on); ConfigureCommandLine before StartUp.
+//
+//   HandleMouseEvent takes the event type in integer EventCode and a PIGUI::PIMouseEvent in pointer
+//   EventData; its result is integer Status: non-zero when the plug-in consumed the event, and the host does
+//   nothing with it then. The host sends every mouse event of the view, in its order, while the plug-in is
+//   started:
+//
+//   Motion          the mouse has moved, with a button or without. While a button is held that was pressed in
+//                   the view also beyond its edges. One is due at the place of each press before the press.
+//   LeftPress, MiddlePress, RightPress and their releases   to each press there is one release, wherever, and
+//                   whatever the press was answered. Press, motion and release belong together: what a host
+//                   does with them itself it does when the press was not consumed, and a release that is not
+//                   consumed is no click of its own. No menu opens on a right press, nor on its release when
+//                   the mouse was grabbed at the press.
+//   LeftDoubleClick in place of the LeftPress with which the user clicks twice. When it is answered with 0
+//   the
+//                   LeftPress is due after all, or a fast click is lost. Hosts may do without this event.
+//   Wheel           wheelDelta 120 for a notch.
+//   Leave           the mouse is no longer in the view, at its last position.
 //
 //   PreDrawOnRefresh is dispatched once a frame, before the scene is drawn, with the view's size in the
 //   pixels of mouse events in integers Width and Height (OpenGL's viewport is in device pixels). A legacy-
@@ -73,9 +101,11 @@
 //
 //   While it serves a call of the plug-in's the host may dispatch events, and call callbacks and observers.
 //   One entry is handled at a time: callbacks and ListenToEvents are handled when the entry that made the
-//   call is over, just before it returns, equal ones once; a callback answers 1 then. A mouse event is not
-//   consumed, though the release of the left button is handled then, too; no context menu item is added.
-//   PreDrawOnRefresh draws nothing, unless the call is a file dialog, and another frame is asked for.
+//   call is over, just before it returns, equal ones once; a callback answers 1 then. That goes for
+//   calls from within a callback, too, and for what comes while a file dialog is open: it is handled before
+//   what the dialog was asked for. A mouse event is not consumed, though the release of the left button is
+//   handled then, too; no context menu item is added. PreDrawOnRefresh draws nothing, unless the call is a
+//   file dialog, and another frame is asked for.
 //
 //   Callbacks: the host calls FunctorTwoParams__::Call(sender, data) with the wrapper bound to the widget
 //   as sender; that of an action, a timeout or a context menu item is null. `data` is null but for actions
@@ -116,14 +146,16 @@
 //   119  text field POINTER_INT_AND_FUNCTION parent, PITextFieldStyle, callback (text changed by the user and
 //                   Enter pressed or the field left)
 //   121  radio button, 122 check button  POINTER_STRING_AND_FUNCTION parent, caption, callback; radio
-//                   buttons of one parent exclude each other
+//                   buttons of one parent exclude each other. The callback finds the button changed.
 //   123  colour well POINTER_INT_AND_FUNCTION parent, PIColorWellStyle, callback; its value is the integer
 //                   0xRRGGBBAA, as the bits of the 32-bit integer of 152: opaque red is negative
 //   124  option menu POINTER_STRING_AND_FUNCTION parent, caption, callback; its value is the chosen index.
 //                   The user changes it in the opened menu alone: neither wheel nor keys change a closed one.
-//   125  spinner    POINTER_INT_AND_FUNCTION parent, PISpinnerStyle, callback
-//   126  list       POINTER_INT_AND_STRING parent, PIListStyle, column headers separated by tabs; its
-//                   callback (146) is called when the user changes the selection
+//   125  spinner    POINTER_INT_AND_FUNCTION parent, PISpinnerStyle, callback. Whole numbers from 0 to 9999,
+//                   signed from -9999, until 911 sets other limits.
+//   126  list       POINTER_INT_AND_STRING parent, PIListStyle, column headers separated by tabs, as the
+//                   columns of an item's text are; its callback (146) is called when the user changes the
+//                   selection
 //   139  add option POINTER_INT_AND_STRING menu, index (behind the last: append), text. Returns 1.
 //   141  switcher's current child   CATCHALL i index p switcher, child (null: by index). Returns 1.
 //   143  show or hide, 144 enable or disable, 145 check or uncheck   POINTER_AND_BOOL widget, value.
@@ -132,8 +164,8 @@
 //   148  shown      the bare widget handle. Returns 1 when it can be seen, its parents being shown.
 //   152, 153, 154  set value   POINTER_AND_INT, POINTER_AND_DOUBLE, POINTER_AND_STRING widget, value.
 //        A text field shows a number's text; an option menu and a list take an index (-1: none), an
-//        option menu also an option's text; labels, buttons, group boxes and dialogs take a caption.
-//        Returns 1.
+//        option menu also an option's text; labels, buttons, group boxes and dialogs take a caption,
+//        of which one without a tab leaves the tooltip as it is. Returns 1.
 //   155  mouse      CATCHALL i[Grab] or i[Ungrab]. Grabs nest; while grabbed the view shows it by its cursor.
 //                   While a button is held events come also for positions outside of the view's edges.
 //                   Other windows can be used all the time. Returns 1.
@@ -144,17 +176,20 @@
 //   160  close observer POINTER_AND_POINTER dialog, PIGUI::PICloseObserver* or null (removes). The observer
 //                   is called after the user closed the dialog, which is hidden then.
 //   163  file dialogs  CATCHALL i[Load | Save | Directory] s title, settings group, settings key, start
-//                   directory, filter rows... -> s chosen path; nothing when cancelled. A filter row is a
-//                   text, a tab, and patterns separated by blanks. The path is remembered under group and
-//                   key. Modal: events and timeouts go on. A save dialog asks before an existing file. It may
-//                   give a name without a suffix that of the first pattern; a plug-in that needs one does so
-//                   otherwise.
+//                   directory, filter rows... -> s chosen path; nothing, and 0, when cancelled. A filter row
+//                   is a text, a tab, and patterns separated by blanks. The path is remembered under group
+//                   and key, and is where the next dialog with them begins; the start directory is for the
+//                   first one. Group SETTINGS is the one of 101 and 102, which read it under the key; that of
+//                   another group they find under "GROUP/KEY". Modal: events and timeouts go on. A save
+//                   dialog asks before an existing file. It may give a name without a suffix that of the
+//                   first pattern; a plug-in that needs one does so otherwise.
 //   901  canvas, 902 horizontal frame, 903 vertical frame  POINTER_AND_OPTS parent, PILayout bits
 //   904  horizontal matrix POINTER_AND_INT parent, columns: filled row by row
 //   905  vertical matrix   POINTER_AND_INT parent, rows: filled column by column
 //   906  group box  POINTER_INT_AND_STRING parent, PILayout bits, title
 //   907  label      POINTER_AND_STRING parent, caption
-//   908  value      CATCHALL i[Text] p widget -> s text.  i[Integer] -> i value.  i[Real] -> d value.
+//   908  value      CATCHALL i[Text] p widget -> s text, of a caption without its tooltip.
+//                   i[Integer] -> i value.  i[Real] -> d value.
 //                   i[Checked] -> i 0 or 1. A field whose text is no number reads as 0.
 //   909  list items CATCHALL p list, then
 //                   i[Append] p item data s text -> i index. The data is the plug-in's and never followed.
@@ -204,23 +239,27 @@
 //                   view ray meets the WGS-84 ellipsoid, its altitude 0. CATCHALL i[PlatformAtCursor] -> i
 //                   id, 0 when none
 //   428  overlay files, the host's once loaded; `overlay` is a handle
-//                   i[LoadFile], platform id, shown s path -> p overlay; nothing when it cannot be opened or
-//                   holds no shape. i[LoadStream], platform id p std::istream* -> p overlay, in no list; the
-//                   stream is read during the call.
-//                   i[Unload] p overlay.  i[Show], 0 or 1 p overlay.  i[FindByFileName] s path -> p overlay.
-//                   i[FileName] p overlay -> s path.  i[Host] p overlay -> i platform id.
-//                   i[SerializeToStream] p overlay, std::ostream*. Returns 1 when all was written.
-//                   i[RegisterObserver] and i[RemoveObserver] p PIHALVIS::ZELEventObserver*: called
-//                   from inside the call that loads or unloads a file, and not for streams.
+//                   i[LoadFile], platform id, shown s path -> p overlay; nothing when it cannot be opened,
+//                   holds no shape, or the platform is unknown. i[LoadStream], platform id p std::istream* ->
+//                   p overlay, in no list; the stream is read during the call. i[Unload] p overlay.  i[Show],
+//                   0 or 1 p overlay.  i[FindByFileName] s path -> p overlay. i[FileName] p overlay -> s
+//                   path.  i[Host] p overlay -> i platform id. i[SerializeToStream] p overlay, std::ostream*.
+//                   Returns 1 when all was written. i[RegisterObserver] and i[RemoveObserver] p
+//                   PIHALVIS::ZELEventObserver*: called from inside the call that loads or unloads a file,
+//                   and not for streams.
 //   432  screen text CATCHALL i[Add] s record -> p text. The record's lines are "ScreenText", then
 //                   "Enabled FLOAT64 1.0", "Text STRING ...", "Font STRING file size", "PosX FLOAT64 n",
 //                   "PosY FLOAT64 n" (pixels from the corner that the alignment names), "TextColor STRING
-//                   0xAABBGGRR", "HAlign STRING L|C|R", "VAlign STRING T|C|B".   CATCHALL i[Remove] p text
+//                   0xAABBGGRR", "HAlign STRING L|C|R", "VAlign STRING T|C|B". A font that the host does not
+//                   have is replaced.   CATCHALL i[Remove] p text
 //   439  overlay lists CATCHALL i[Unattached] -> p overlays.  CATCHALL i[Attached], platform id -> p overlays
 //   440  context menus CATCHALL i[Register] or i[Remove] p PIHALVIS::ContextMenuCallbackV3*: asked before a
-//                   menu opens.  CATCHALL i[AddItem], position, enabled p menu, callback s label
+//                   menu opens.  CATCHALL i[AddItem], position, enabled p menu, callback s label: items stand
+//                   in the order of their positions, among those of the host
 //                   [ui thread, inside menuRequested]
-//   910  redraw     null record. One frame soon, however often it is asked. Returns 1.
+//   910  redraw     null record. One frame soon, however often it is asked. Plug-ins ask when what they draw
+//                   in the hook has changed; of what it draws itself (overlays loaded, shown and unloaded,
+//                   platforms and what is attached to them, screen texts) the host knows. Returns 1.
 //   911  looks      CATCHALL. What a host may lack: it refuses the number then, and plug-ins do without.
 //                   i[Room], columns, rows p widget: keeps room for so many letters of usual width and so
 //                   many lines, whatever it holds: lines of a label, which breaks its text when it has

@@ -18,6 +18,10 @@ class CommandLineArgumentsProvider {
     ~CommandLineArgumentsProvider() = default;
 };
 
+/// What a host of its kind hands to ConfigureCommandLine. The host's; this contract says nothing of it, and
+/// plug-ins of this contract leave it alone.
+class CommandLineConfiguration;
+
 }  // namespace PIApp
 
 namespace PIGUI {

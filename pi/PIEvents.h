@@ -15,6 +15,7 @@ enum class PIApplicationEvents_t : std::int32_t {
 
 namespace PIGUI {
 
+/// When each is due: HostContract.h, "EVENTS".
 enum class PIMouseEventType_t : std::int32_t {
     LeftPress = 0,
     LeftRelease = 1,

@@ -47,7 +47,7 @@ class Plugin {
         PIFunctionParams_t record;  // may hold the command line; an empty one will do
         dispatch(PIClientFunctions_t::StartUp, record);
         if (record.integer(PIParameterName_t::Status) != 0)
-            throw std::runtime_error("the plug-in cannot start");
+            throw std::runtime_error("the plug-in cannot start");  // and ~Plugin closes it
     }
     /// 4. Never from within a service call, a callback or another dispatch.
     void close() {
@@ -68,7 +68,10 @@ class Plugin {
         record.integers[PIParameterName_t::EventCode] = static_cast<std::int32_t>(type);
         record.pointers[PIParameterName_t::EventData] = &event;
         dispatch(PIClientFunctions_t::HandleMouseEvent, record);
-        return record.integer(PIParameterName_t::Status) != 0;
+        if (record.integer(PIParameterName_t::Status) != 0) return true;
+        // The second press of a user who clicks fast, to a plug-in that does not know double clicks.
+        using Type = PIGUI::PIMouseEventType_t;
+        return type == Type::LeftDoubleClick && mouse(Type::LeftPress, x, y);
     }
 
   private:

@@ -17,7 +17,8 @@ void drawAndSave(Host& host, Plugin& plugin) {
     host.press("Overlay Editor...");
     host.choose("Shape:", "Circle");
 
-    // Press at the centre, drag, release on the edge; a right click ends drawing.
+    // Press at the centre, drag, release on the edge; a right click ends drawing. The mouse comes to a place
+    // before it is pressed there.
     plugin.mouse(Mouse::Motion, 500, 200);
     plugin.mouse(Mouse::LeftPress, 500, 200);
     plugin.mouse(Mouse::Motion, 550, 200);
