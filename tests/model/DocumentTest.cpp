@@ -1,124 +1,20 @@
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/Files.h"
-#include "common/Notify.h"
-#include "geo/Angles.h"
-#include "model/CylinderShape.h"
-#include "model/Document.h"
-#include "pi/PIHALVIS.h"
-#include "support/FakeHost.h"
-#include "support/ScopedVariable.h"
-#include "support/TemporaryDirectory.h"
+#include "model/TestDocument.h"
 
-using halCore::Vec3;
-using OverlayEditor::CylinderShape;
-using OverlayEditor::Document;
-using OverlayEditor::Overlay;
-using OverlayEditor::Preferences;
-using OverlayEditor::Shape;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
+namespace OverlayEditor {
 namespace {
-
-constexpr double kDegree = halCore::kRadiansPerDegree;
-
-std::string block(const std::string& lines, const std::string& name) {
-    return "start\naltitudeunits m\nrangeunits m\n" + lines + "3d name " + name + "\nend\n\n";
-}
-
-const std::string kTwoCircles = "version 2\n\n" +
-                                block("circle\ncenterlla 21.3 -158 0\nradius 1852.123456789\n", "Inner") +
-                                block("circle\ncenterlla 21.3 -158 0\nradius 3704\n", "Outer");
-const std::string kBox = block("latlonaltbox 4 3 1 2 0\n", "Fence");
-
-std::string offsets(const std::string& reference = {}) {
-    return block("line\n" + reference + "xyz 1000.5 2000 0\nxyz 3000 -400.25 10\n", "Leg");
-}
-
-class DocumentTest : public ::testing::Test {
-  protected:
-    DocumentTest() {
-        halNotify::setNotifyHandler(
-            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
-        host.eye = Vec3(0.4, -2.7, 1e6);
-        host.settings["AutoSaveZelDir"] = path("rescued");
-        document->setEditing(true);
-    }
-    ~DocumentTest() override {
-        document.reset();
-        halNotify::setNotifyHandler({});
-    }
-
-    std::string path(const std::string& name) const { return temporary.path() + "/" + name; }
-    std::string write(const std::string& name, const std::string& text) const {
-        std::ofstream(path(name)) << text;
-        return path(name);
-    }
-    std::string contentsOf(const std::string& file) const {
-        std::string contents;
-        UTILS::readFile(file, contents);
-        return contents;
-    }
-    std::vector<std::string> filesIn(const char* directory) const {
-        std::vector<std::string> files;
-        std::error_code none;
-        for (const auto& entry : std::filesystem::directory_iterator(path(directory), none))
-            files.push_back(entry.path().string());
-        return files;
-    }
-    std::vector<std::string> rescued() const { return filesIn("rescued"); }
-    void* shownOf(const std::string& file) const {
-        for (const auto& [handle, zel] : host.overlays)
-            if (zel.path == file) return handle;
-        return nullptr;
-    }
-
-    /// As the dialog does it. \return whether the shapes are the text's now
-    bool take(Document::Reading reading) {
-        if (!reading.loaded.error.empty() || !document->rescue()) return false;
-        document->take(std::move(reading));
-        return true;
-    }
-    bool load(const std::string& file) { return take(document->readFile(file)); }
-    bool clear() {
-        if (!document->rescue()) return false;
-        document->clear();
-        return true;
-    }
-    CylinderShape& add(const std::string& name) {
-        auto* const shape = new CylinderShape(preferences, CylinderShape::Circle);
-        shape->setName(name);
-        overlay.addShape(shape);
-        return *shape;
-    }
-    CylinderShape& addCircle(const std::string& name, double radiusMeters = 500) {
-        CylinderShape& shape = add(name);
-        shape.setCenter({0.1, 0.2, 0});
-        shape.setMajorRadius(radiusMeters);
-        return shape;
-    }
-    CylinderShape& first() { return static_cast<CylinderShape&>(*overlay.shapes().front()); }
-
-    FakeHost host;
-    std::vector<std::string> messages;
-    const TemporaryDirectory temporary;
-    Preferences preferences;
-    Overlay overlay;
-    std::unique_ptr<Document> document = std::make_unique<Document>(preferences, overlay);
-};
 
 TEST_F(DocumentTest, SavedAndLoadedItIsTheSameAndShownOnce) {
     const std::string file = write("circles.zel", kTwoCircles);
@@ -253,106 +149,6 @@ TEST_F(DocumentTest, CopiesWhatItCannotKeepAndWhatOthersWrote) {
     EXPECT_THAT(messages, IsEmpty());
 }
 
-TEST_F(DocumentTest, AFileWithOffsetsStaysOne) {
-    struct Case {
-        const char* name;
-        std::string text;
-        Vec3 reference;
-        bool written, warned;
-    };
-    const std::vector<Case> table = {
-        {"own.zel", offsets("ref 21.25 -158 300\n"), {21.25 * kDegree, -158 * kDegree, 300}, true, false},
-        {"none.zel", offsets(), {0.4, -2.7, 0}, false, true},  // below the eye
-        {"mixed.zel", offsets() + kTwoCircles, {0.4, -2.7, 0}, false, true}};
-    for (const auto& [name, text, reference, written, warned] : table) {
-        SCOPED_TRACE(name);
-        messages.clear();
-        const std::string file = write(name, text);
-        ASSERT_TRUE(load(file));
-        const std::uint64_t platform = overlay.attachedPlatformId();
-        ASSERT_EQ(host.platforms.size(), 1u) << "the one before is gone";
-        ASSERT_EQ(host.platforms.count(platform), 1u);
-        const auto& [header, point] = host.platforms[platform];
-        EXPECT_EQ(header.name, "ZEL Reference Point");
-        EXPECT_EQ(header.icon, "x2");
-        EXPECT_NEAR(point.latRad, reference.lat(), 1e-15);
-        EXPECT_NEAR(point.lonRad, reference.lon(), 1e-15);
-        EXPECT_EQ(point.altMeters, reference.alt());
-        if (warned) {
-            EXPECT_THAT(messages, ElementsAre(HasSubstr("no reference of its own")));
-        } else {
-            EXPECT_THAT(messages, IsEmpty());
-            // 2000 m along the meridian, whose radius of curvature at the reference is 6344105.44 m.
-            EXPECT_NEAR(overlay.shapes().front()->boundingBox().second.lat() / kDegree, 21.26806268199, 1e-9);
-        }
-        // Nobody changed it: not even the reference platform, which others may move.
-        EXPECT_TRUE(document->isSaved());
-        document->save(file);
-        const std::string saved = contentsOf(file);
-        EXPECT_THAT(saved, HasSubstr("xyz 1000.5 2000 0\nxyz 3000 -400.25 10\n"));
-        EXPECT_EQ(saved.find("ref ") != std::string::npos, written) << saved;
-        EXPECT_EQ(host.overlays[overlay.zelId()].platform, platform);
-        EXPECT_FALSE(UTILS::fileIsFile(file + "~")) << "nothing is lost";
-        // The host has it on the reference platform now.
-        ASSERT_TRUE(load(file));
-        EXPECT_EQ(host.platforms.size(), 1u);
-        document->save(file);
-        EXPECT_EQ(contentsOf(file), saved);
-        host.platforms[overlay.attachedPlatformId()].point.latRad += 0.01;
-        document->followPlatform();
-        EXPECT_TRUE(document->isSaved()) << "a reference belongs to its block";
-        clear();
-    }
-    EXPECT_THAT(host.platforms, IsEmpty());
-}
-
-TEST_F(DocumentTest, OffsetsGoFromReferenceToPlatformAndBack) {
-    const std::string file = write("offsets.zel", offsets("ref 21.25 -158\n"));
-    host.platforms[40].point.latRad = 0.37;
-    const auto standing = [&] { return host.platforms.size() == 2; };
-    ASSERT_TRUE(load(file));
-    EXPECT_TRUE(standing());
-    ASSERT_TRUE(document->attach(40, false));
-    EXPECT_FALSE(standing());
-    document->save(path("other.zel"));
-    EXPECT_THAT(contentsOf(path("other.zel")), Not(HasSubstr("ref ")));
-
-    ASSERT_TRUE(load(file));
-    EXPECT_TRUE(document->attach(overlay.attachedPlatformId(), false));
-    EXPECT_TRUE(standing());
-    document->attach(0, false);
-    EXPECT_FALSE(standing());
-
-    // Removed by others: it is not removed a second time, and the shapes stay.
-    ASSERT_TRUE(load(file));
-    const unsigned long reference = overlay.attachedPlatformId();
-    host.platforms.erase(reference);
-    const int removals = host.calls[FakeHost::Id::RemoveEntity];
-    EXPECT_FALSE(document->platformRemoved(40));
-    EXPECT_TRUE(document->platformRemoved(reference));
-    EXPECT_EQ(host.calls[FakeHost::Id::RemoveEntity], removals);
-    EXPECT_EQ(overlay.attachedPlatformId(), 0u);
-
-    // Offsets from nowhere are the same on any platform, also after they were detached; and no more once one
-    // of them was changed.
-    write("nowhere.zel", offsets());
-    for (const bool changed : {false, true}) {
-        ASSERT_TRUE(load(path("nowhere.zel")));
-        document->attach(0, false);
-        EXPECT_TRUE(document->attachment().holdsOffsets());
-        if (changed) first().setName("x");
-        document->attach(40, false);
-        EXPECT_EQ(overlay.text().find("xyz 1000.5 2000 0\n") == std::string::npos, changed);
-    }
-    messages.clear();
-    EXPECT_FALSE(document->attach(41, false));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("has no position now")));
-    EXPECT_EQ(overlay.attachedPlatformId(), 40u);
-    ASSERT_TRUE(load(file));
-    document.reset();
-    EXPECT_FALSE(standing());
-}
-
 TEST_F(DocumentTest, SaysWhetherThereIsSomethingToSave) {
     const std::string file = write("two.zel", kTwoCircles);
     host.platforms[7].point.latRad = 0.3;
@@ -405,27 +201,6 @@ TEST_F(DocumentTest, SaysWhetherThereIsSomethingToSave) {
     EXPECT_THAT(messages.back(), HasSubstr("has unloaded the edited overlay"));
     EXPECT_THAT(rescued(), ::testing::SizeIs(1))
         << "the deleted shape's neighbour; what was begun is no shape";
-}
-
-TEST_F(DocumentTest, AFileShownOnSeveralPlatformsIsReplacedOnEach) {
-    const std::string file = write("ring.zel", block("circle\ncenterxyz 0 0 0\nradius 5\n", "Ring"));
-    int ships[3];
-    for (int i = 0; i < 3; ++i) {
-        host.platforms[7 + static_cast<unsigned>(i)].point.latRad = 0.3 + 0.1 * i;
-        host.overlays[&ships[i]] = {contentsOf(file), file, 7 + static_cast<unsigned>(i), true};
-    }
-    host.overlays[&host] = {contentsOf(file), file, 0, true};
-    ASSERT_TRUE(take(document->readOverlay(&ships[1])));
-    first().setMajorRadius(6);
-    ASSERT_TRUE(document->save(file));
-    std::map<std::uint64_t, bool> shown;
-    for (const auto& [handle, zel] : host.overlays)
-        if (zel.path == file && !shown.emplace(zel.platform, zel.shown).second)
-            ADD_FAILURE() << "shown twice";
-    EXPECT_EQ(shown, (std::map<std::uint64_t, bool>{{0, true}, {7, true}, {8, false}, {9, true}}));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("is shown without a platform, too")));
-    EXPECT_EQ(host.overlays.at(overlay.zelId()).platform, 8u);
-    for (int& ship : ships) EXPECT_EQ(host.overlays.count(&ship), 0u);
 }
 
 /// What stands in no file is not saved, though nobody changed it.
@@ -633,3 +408,4 @@ TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {
 }
 
 }  // namespace
+}  // namespace OverlayEditor
