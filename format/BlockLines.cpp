@@ -73,10 +73,17 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
     return words;
 }
 
-BlockLines::BlockLines(std::string_view block, const ZelShape& read) {
+BlockLines::BlockLines(std::string_view block, const ZelShape& read,
+                       std::span<const std::string_view> untouched) {
     LineTokens tokens;
     PointType taken = PointType::None;
     while (!block.empty()) {
+        if (!untouched.empty() && untouched.front().data() == block.data()) {
+            lines_.push_back({.text = untouched.front(), .isUntouched = true});
+            block.remove_prefix(untouched.front().size());
+            untouched = untouched.subspan(1);
+            continue;
+        }
         Line line{.text = block.substr(0, std::min(block.find('\n'), block.size() - 1) + 1)};
         block.remove_prefix(line.text.size());
         const std::string_view words = UTILS::trimmed(line.text);
@@ -129,20 +136,24 @@ void BlockLines::append(std::string_view text) {
     edits_[end_].before += newLine_(shape.empty() ? end_ : shape.front(), text);
 }
 
-std::string BlockLines::text() const {
+std::string BlockLines::text_(bool whole) const {
+    std::size_t size = 0;
+    for (const Line& line : lines_) size += line.isUntouched && !whole ? 0 : line.text.size();
     std::string text;
+    text.reserve(size + 1024);
     auto edit = edits_.begin();
     for (std::size_t i = 0; i < lines_.size(); ++i) {
+        const std::string_view line = lines_[i].text;
         if (edit == edits_.end() || edit->first != i) {
-            text += lines_[i].text;
+            if (whole || !lines_[i].isUntouched) text += line;
             continue;
         }
-        const auto& [before, behind] = std::pair(edit->second.before, edit->second.behind);
+        const auto& [own, before, behind] = edit->second;
         text += before;
-        if (!edit->second.text)
-            text += lines_[i].text;
-        else if (!edit->second.text->empty())
-            text.append(*edit->second.text).append(lines_[i].text.substr(withoutEnd(lines_[i].text).size()));
+        if (!own)
+            text += line;
+        else if (!own->empty())
+            text.append(*own).append(line.substr(withoutEnd(line).size()));
         text += behind;
         ++edit;
     }

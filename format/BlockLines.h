@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,10 +39,13 @@ class BlockLines {
         std::string_view text;
         const Keyword* keyword = nullptr;
         int slot = kNoSlot;
+        bool isUntouched = false;
     };
 
     /// \param read what a reader makes of the block
-    BlockLines(std::string_view block, const ZelShape& read);
+    /// \param untouched lines of it, in their order, that nobody looks at; they count as one
+    BlockLines(std::string_view block, const ZelShape& read,
+               std::span<const std::string_view> untouched = {});
 
     const std::vector<Line>& lines() const { return lines_; }
     /// The lines that set a value, in their order.
@@ -61,7 +65,9 @@ class BlockLines {
     /// In front of the "end".
     void append(std::string_view text);
 
-    std::string text() const;
+    std::string text() const { return text_(true); }
+    /// The same without what is untouched.
+    std::string rest() const { return text_(false); }
 
   private:
     struct Edit {
@@ -70,6 +76,7 @@ class BlockLines {
         std::string behind;
     };
 
+    std::string text_(bool whole) const;
     std::string newLine_(std::size_t beside, std::string_view text) const;
 
     std::vector<Line> lines_;

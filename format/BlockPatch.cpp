@@ -39,8 +39,8 @@ class BorrowedUnits {
 class Patch {
   public:
     Patch(std::string_view block, const ZelShape& read, ZelShape& before, ZelShape& after,
-          BlockPatch::Extent extent)
-        : lines_(block, read),
+          const UntouchedPoints& untouched, BlockPatch::Extent extent)
+        : lines_(block, read, untouched.lines),
           read_(read),
           after_(after),
           all_(extent == BlockPatch::Extent::All),
@@ -90,7 +90,7 @@ class Patch {
                 if (!lines_.isEdited(line)) lines_.remove(line);
     }
 
-    std::string text() const { return lines_.text(); }
+    const BlockLines& lines() const { return lines_; }
 
   private:
     bool isSet_(P parameter) const { return !lines_.setters(slotOf(parameter)).empty(); }
@@ -313,19 +313,19 @@ class Patch {
 
 }  // namespace
 
-std::optional<std::string> BlockPatch::lines(Extent extent) const {
+std::optional<BlockPatch::Lines> BlockPatch::lines(Extent extent) const {
     const UnitsState units = read_.originalUnits();
     const BorrowedUnits beforeUnits(before_, units);
     const BorrowedUnits afterUnits(after_, units);
-    Patch patch(block_, read_, before_, after_, extent);
+    Patch patch(block_, read_, before_, after_, untouched_, extent);
     if (!patch.points()) return std::nullopt;
     patch.fields();
     patch.otherPositions();
-    return patch.text();
+    return Lines{patch.lines().text(), untouched_.empty() ? std::string() : patch.lines().rest()};
 }
 
-std::string BlockPatch::drawn(std::string_view block, const ZelShape& read, bool drawn) {
-    BlockLines lines(block, read);
+std::string BlockPatch::drawn(bool drawn) const {
+    BlockLines lines(block_, read_, untouched_.lines);
     drawn ? lines.removeAll(slotOf(P::Draw)) : lines.append("off");
     return lines.text();
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "format/UntouchedPoints.h"
 #include "format/ZelShape.h"
 
 namespace halCore::ZEL {
@@ -23,22 +24,30 @@ class BlockPatch {
     /// \param block its lines \param read what a reader makes of them
     /// \param before, after what the editor writes of the shape as it was read, and of it as it is now. Both
     ///        get the block's units.
+    /// \param untouched points that none of the shapes has
     /// All must outlive the patch.
-    BlockPatch(std::string_view block, const ZelShape& read, ZelShape& before, ZelShape& after)
-        : block_(block), read_(read), before_(before), after_(after) {}
+    BlockPatch(std::string_view block, const ZelShape& read, ZelShape& before, ZelShape& after,
+               const UntouchedPoints& untouched)
+        : block_(block), read_(read), before_(before), after_(after), untouched_(untouched) {}
 
+    struct Lines {
+        std::string whole;
+        /// Without the untouched points, where there are any; otherwise empty.
+        std::string rest;
+    };
     /// The block's new lines; nothing when its lines cannot be told from each other. Whether a reader makes
     /// exactly the shape of them is for the caller to see.
-    std::optional<std::string> lines(Extent extent) const;
+    std::optional<Lines> lines(Extent extent) const;
 
     /// The block's lines where nothing is changed but whether the shape is drawn.
-    static std::string drawn(std::string_view block, const ZelShape& read, bool drawn);
+    std::string drawn(bool drawn) const;
 
   private:
     std::string_view block_;
     const ZelShape& read_;
     ZelShape& before_;
     ZelShape& after_;
+    const UntouchedPoints& untouched_;
 };
 
 }  // namespace halCore::ZEL

@@ -55,10 +55,6 @@ int slotOfWritten(const Keyword& keyword, std::string_view line) {
     }
 }
 
-std::vector<Vec3>* listOf(ZelShape& shape) {
-    return const_cast<std::vector<Vec3>*>(pointsOf(shape));
-}
-
 std::string textOf(const ZelShape& shape) {
     std::ostringstream out;
     out.imbue(std::locale::classic());
@@ -105,6 +101,10 @@ const std::vector<Vec3>* pointsOf(const ZelShape& shape) {
     return nullptr;
 }
 
+std::vector<Vec3>* pointsOf(ZelShape& shape) {
+    return const_cast<std::vector<Vec3>*>(pointsOf(std::as_const(shape)));
+}
+
 std::optional<Vec3> anchorOf(const ZelShape& shape) {
     Vec3 anchor;
     const auto* const round = dynamic_cast<const CircularShape*>(&shape);
@@ -122,7 +122,7 @@ bool isPlaceless(const ZelShape& shape) {
 
 ShapeFields fieldsOf(ZelShape& shape) {
     std::vector<Vec3> none;
-    std::vector<Vec3>* const list = listOf(shape);
+    std::vector<Vec3>* const list = pointsOf(shape);
     if (list) std::swap(*list, none);
     const std::string text = textOf(shape);
     if (list) std::swap(*list, none);

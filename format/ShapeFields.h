@@ -26,6 +26,7 @@ ShapeFields fieldsOf(ZelShape& shape);
 
 /// A shape's list of points; null for a shape without one.
 const std::vector<Vec3>* pointsOf(const ZelShape& shape);
+std::vector<Vec3>* pointsOf(ZelShape& shape);
 
 /// Where a shape without a list stands: its centre, or a label's position. Nothing where its block names
 /// none.

@@ -101,35 +101,46 @@ std::string BlockRewriter::meaningOf_(std::string_view block, const Preferences&
     return written ? blockOf(*written) : std::string();
 }
 
+std::optional<BlockRewriter::Rewritten> BlockRewriter::patched_(std::string_view old, ZEL::ZelShape& after,
+                                                                const Preferences& preferences) {
+    using Extent = ZEL::BlockPatch::Extent;
+    auto read = read_(old);
+    if (read.size() != 1) return std::nullopt;
+    const auto untouched = ZEL::UntouchedPoints::find(old, *read.front(), after);
+    if (!untouched.empty()) read = read_(untouched.rest(old));
+    const ZEL::WithoutPoints fewer(after, untouched);
+    const ZEL::ZelShapePtr before = asWritten_(read, preferences);
+    if (!before) return std::nullopt;
+    const std::string written = blockOf(after);
+    const ZEL::BlockPatch patch(old, *read.front(), *before, after, untouched);
+    bool was = true;
+    bool is = true;
+    before->getDrawn(was);
+    after.getDrawn(is);
+    if (was != is) {
+        before->setDrawn(is);
+        if (blockOf(*before) == written)
+            return Rewritten{.lines = patch.drawn(is), .lost = {}, .sameKind = true};
+        before->setDrawn(was);
+    }
+    const std::string meant = meaningOf_(written, preferences);
+    for (const Extent extent : {Extent::Changed, Extent::All})
+        if (auto lines = patch.lines(extent);
+            lines &&
+            sayTheSame(meaningOf_(untouched.empty() ? lines->whole : lines->rest, preferences), meant))
+            return Rewritten{.lines = std::move(lines->whole), .lost = {}};
+    return std::nullopt;
+}
+
 BlockRewriter::Rewritten BlockRewriter::rewrite(const ZEL::SourceText& source, std::size_t block,
                                                 ZEL::ZelShape& after, const Preferences& preferences,
                                                 bool anew) {
-    using Extent = ZEL::BlockPatch::Extent;
     const std::string_view old = source.blockText(block);
+    if (!anew)
+        if (auto patched = patched_(old, after, preferences)) return std::move(*patched);
     const std::string written = blockOf(after);
     const auto read = read_(old);
     if (read.size() != 1) return {.lines = source.withLineEnds(written), .lost = {}};
-    if (const ZEL::ZelShapePtr before = anew ? nullptr : asWritten_(read, preferences)) {
-        bool was = true;
-        bool is = true;
-        before->getDrawn(was);
-        after.getDrawn(is);
-        if (was != is) {
-            before->setDrawn(is);
-            const bool same = blockOf(*before) == written;
-            before->setDrawn(was);
-            if (same)
-                return {
-                    .lines = ZEL::BlockPatch::drawn(old, *read.front(), is), .lost = {}, .sameKind = true};
-        }
-        const std::string meant = meaningOf_(written, preferences);
-        const ZEL::BlockPatch patch(old, *read.front(), *before, after);
-        for (const Extent extent : {Extent::Changed, Extent::All}) {
-            auto lines = patch.lines(extent);
-            if (lines && sayTheSame(meaningOf_(*lines, preferences), meant))
-                return {.lines = std::move(*lines), .lost = {}};
-        }
-    }
     auto lost = ZEL::lostLines(old, source.block(block).line, *read.front(), written, after);
     const std::string label = labelOf(*read.front()) + ": ";
     for (auto& line : lost) line.text.insert(0, label);

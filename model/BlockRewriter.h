@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,9 @@ class BlockRewriter {
                       halCore::ZEL::ZelShape& after, const Preferences& preferences, bool anew);
 
   private:
+    /// The block with other lines; nothing where no lines give the shape.
+    std::optional<Rewritten> patched_(std::string_view old, halCore::ZEL::ZelShape& after,
+                                      const Preferences& preferences);
     /// What the editor writes of a block that it reads and nobody changes; null when that is not one shape.
     halCore::ZEL::ZelShapePtr asWritten_(const halCore::ZEL::Parser::Shapes& read,
                                          const Preferences& preferences);

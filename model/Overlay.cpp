@@ -239,12 +239,14 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
         Shape& shape = *owner->shape;
         const std::uint64_t loaded = owner->loaded;
         std::uint64_t now = owner->written->digest;
-        if (how.referenceWritten != referenceWritten_) now = writer.add(shape).digest;
+        if (how.referenceWritten != referenceWritten_) {
+            writer.clear();
+            now = writer.add(shape).digest;
+        }
         any = any || now != 0 || loaded == 0;
         if (now == loaded && (!how.anew || now == 0)) continue;
         changes.push_back({block, {}});
-        writer.clear();
-        if (writer.add(shape).digest == 0) {
+        if (!writer.describe(shape)) {
             if (skipped) skipped->push_back(shape.name());
             if (lost)
                 lost->push_back(

@@ -23,12 +23,17 @@ void ShapeWriter::clear() {
     any_ = false;
 }
 
-WrittenShape ShapeWriter::add(Shape& shape, bool shown) {
-    const std::size_t before = buffer_->text().size();
+bool ShapeWriter::describe_(Shape& shape, bool shown) {
     zel_.clear();
-    if (shape.write(zel_) != 0 || !zel_.hasShapes()) return {.begun = isBegun(shape)};
+    if (shape.write(zel_) != 0 || !zel_.hasShapes()) return false;
     for (const auto& written : zel_.shapes())
         if (written) written->setDrawn(shown);
+    return true;
+}
+
+WrittenShape ShapeWriter::add(Shape& shape, bool shown) {
+    const std::size_t before = buffer_->text().size();
+    if (!describe_(shape, shown)) return {.begun = isBegun(shape)};
     zel_.writeShapesTo(buffer_->out());
     any_ = true;
     const auto own = std::string_view(buffer_->text()).substr(before);

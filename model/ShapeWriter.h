@@ -31,7 +31,9 @@ class ShapeWriter {
     WrittenShape add(Shape& shape) { return add(shape, shape.shown()); }
     /// The same as if it were shown, or not.
     WrittenShape add(Shape& shape, bool shown);
-    /// The shape that was added last, which was written.
+    /// Only describes it. \return false when it is not complete
+    bool describe(Shape& shape) { return describe_(shape, shape.shown()); }
+    /// The shape that was added or described last.
     const halCore::ZEL::ZelShapePtr& last() const { return zel_.shapes().back(); }
     /// Whether any shape was written.
     bool any() const { return any_; }
@@ -44,6 +46,8 @@ class ShapeWriter {
     void clear();
 
   private:
+    bool describe_(Shape& shape, bool shown);
+
     SerializeToZel zel_;
     TextBuffer::Ptr buffer_;
     std::size_t headSize_ = 0;

@@ -263,6 +263,46 @@ TEST_F(KeptFilesTest, OneValueIsOneLine) {
     }
 }
 
+/// Of long lines only what changes is looked at, wherever it is, and whatever stands between the points.
+TEST_F(KeptFilesTest, LongLinesChangeOnlyWhereTheirPointsDo) {
+    for (int round = 0; round < 150 && !HasFailure(); ++round) {
+        const int count = random.integer(250, 700);
+        std::string text = random.maybe() ? "start\nline\n" : "start\npolygon\nref 1 2\n";
+        const bool relative = text.find("ref") != std::string::npos;
+        for (int i = 0; i < count; ++i) {
+            text += relative ? "xyz " : random.integer(0, 40) == 0 ? " LLA " : "lla ";
+            text += std::to_string(random.integer(-80, 80)) + " " + std::to_string(random.integer(-9, 9)) +
+                    " 7\n";
+            // A point that cannot be read is none.
+            if (round % 4 == 0 && i == count / 2) text += relative ? "xyz 1 x\n" : "lla x 1\n";
+            if (random.integer(0, 30) == 0) text += "# comment " + std::to_string(i) + "\n";
+        }
+        text += random.maybe() ? "end" : "off\nfoo\nend\n";
+        Loaded loaded(preferences, text);
+        auto& line = dynamic_cast<PolygonShape&>(*loaded.overlay.shapes().front());
+        const int edits = random.integer(0, 4);
+        const bool moveOnly = random.maybe();
+        for (int i = 0; i < edits; ++i) {
+            const auto last = static_cast<int>(line.getNumPoints()) - 1;
+            const auto at =
+                static_cast<unsigned long>(random.integer(0, 9) == 0 ? last : random.integer(0, last));
+            const int what = moveOnly ? 0 : random.integer(0, 2);
+            const Vec3 point = random.maybe() ? line.pointAtIndex(at / 2) : random.position(nullptr);
+            if (what == 0) line.setPointAtIndex(at, point);
+            if (what == 1) line.insertPointAtIndex(at, point);
+            if (what == 2) line.deletePointAtIndex(at);
+        }
+        if (edits == 0) line.setName("Another");
+        Overlay::Losses lost;
+        const std::string saved = loaded.overlay.text(nullptr, &lost);
+        const std::string means = meaningOfReloaded(saved, false);
+        EXPECT_TRUE(sayTheSame(means, meaning(loaded.overlay, line)));
+        EXPECT_TRUE(lost.empty());
+        EXPECT_LE(linesBeside(text, saved), static_cast<std::size_t>(edits));
+        EXPECT_LE(linesBeside(saved, text), static_cast<std::size_t>(edits == 0 ? 1 : edits));
+    }
+}
+
 /// What a block does not name stays unnamed as long as the others give it.
 TEST_F(KeptFilesTest, OneNumberIsOneLineWhateverStandsForWhat) {
     using Round = CylinderShape;
