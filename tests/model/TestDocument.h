@@ -2,8 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
