@@ -27,6 +27,13 @@ bool fileIsFile(const std::string& path) {
     return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
 }
 
+bool isSameFile(const std::string& a, const std::string& b) {
+    if (a == b) return true;
+    std::error_code missing;
+    const std::filesystem::path target = std::filesystem::canonical(a, missing);
+    return !missing && target == std::filesystem::canonical(b, missing);
+}
+
 std::string directoryOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     if (slash == std::string::npos) return ".";

@@ -12,6 +12,10 @@ std::string reasonOf(int error);
 /// True when the path names a regular file (a symbolic link to one counts).
 bool fileIsFile(const std::string& path);
 
+/// Whether two paths lead to the same file, be it through symbolic links; one that is missing is only itself.
+/// Another hard link is another file: it is not replaced with the first.
+bool isSameFile(const std::string& a, const std::string& b);
+
 /// Deletes a file; false when it could not be deleted, which errno explains.
 bool fileRemove(const std::string& path);
 

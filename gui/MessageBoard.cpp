@@ -1,6 +1,7 @@
 #include "gui/MessageBoard.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "gui/Captions.h"
@@ -16,8 +17,20 @@ constexpr std::int32_t kLines = 2;
 constexpr std::size_t kMostLetters = 220;
 constexpr std::size_t kMostInTooltip = 20;
 
-/// A text that fits; whole letters of UTF-8, the file name at the end of a path rather than its beginning.
-std::string shortened(const std::string& text) {
+/// Behind the path that begins here.
+std::size_t pathEnd(const std::string& text, std::size_t begin) {
+    return std::min(text.find_first_of(":,;\"", begin), text.find(" /", begin));
+}
+
+/// A text that fits: paths without their directories, so that the reason can be read; then with whole letters
+/// of UTF-8 left out.
+std::string shortened(std::string text) {
+    constexpr std::string_view cut = "...";
+    for (std::size_t at = 0; at < text.size() && text.size() > kMostLetters; ++at) {
+        if (text[at] != '/' || (at > 0 && text[at - 1] != ' ')) continue;
+        const std::size_t last = text.rfind('/', pathEnd(text, at + 1));
+        if (last > at + cut.size()) text.replace(at, last - at, cut);
+    }
     if (text.size() <= kMostLetters) return text;
     const auto isPart = [&](std::size_t at) {
         return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80;

@@ -272,12 +272,7 @@ void OverlayEditorDialog::clear_() {
 
 bool OverlayEditorDialog::rescued_() {
     const std::string before = document_.rescueFile();
-    const bool rescued = document_.rescue();
-    if (!rescued && std::exchange(insists_, false)) {
-        halNotify::notify(halNotify::Warning)
-            << "The unsaved shapes are given up without a rescue file; Undo brings them back";
-        return true;
-    }
+    const bool rescued = document_.rescue(insists_ ? Document::Rescue::OrGiveUp : Document::Rescue::OrKeep);
     if (!rescued) {
         widgets_->messages.offer(kDiscard);
         refused_ = sender_;

@@ -140,7 +140,8 @@ class OverlayEditorDialog {
     /// while it was open comes first.
     void afterAsking_(std::function<void()> work);
     /// Only when there is a shape that the editor can keep, what is held is given up. \return whether it was
-    bool loadOverlay_(Document::Reading reading);
+    /// \param back whether the user goes back to what the file holds, when it is the one that is edited
+    bool loadOverlay_(Document::Reading reading, bool back = false);
     void saveZel_(const std::string& fileName);
     /// Says whether there is something to save.
     void updateSavedMark_();

@@ -67,7 +67,8 @@ int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
         afterAsking_([this, fileName] {
             const bool loaded =
                 loadOverlay_(UTILS::isOtherFormat(fileName) ? readOtherFormat(document_, fileName)
-                                                            : document_.readFile(fileName));
+                                                            : document_.readFile(fileName),
+                             true);
             if (loaded) PIGUI::PIRegistry::setValue(kLastLoaded, fileName);
         });
     return 1;
@@ -81,7 +82,14 @@ void OverlayEditorDialog::loadZels(const std::vector<void*>& zels) {
         void* const zel = toLoad_.front();
         toLoad_.erase(toLoad_.begin());
         names.push_back(PIHALVIS::getZELFilename(zel));
-        loadOverlay_(document_.readOverlay(zel));
+        // Sent once more while it is edited.
+        if (zel == overlay_->zelId() && !document_.isSaved())
+            halNotify::notify(halNotify::Warning)
+                << (names.back().empty() ? "The overlay" : names.back())
+                << " is edited already, and has changes that are not saved: nothing is loaded. \"New\" "
+                   "gives them up";
+        else
+            loadOverlay_(document_.readOverlay(zel));
     }
     if (names.size() < 2) return;
     std::erase(names, document_.fileName());
@@ -111,11 +119,15 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
     return 1;
 }
 
-bool OverlayEditorDialog::loadOverlay_(Document::Reading reading) {
+bool OverlayEditorDialog::loadOverlay_(Document::Reading reading, bool back) {
     if (!reading.loaded.error.empty()) return false;
     // What goes back to its own file can be had again.
-    const bool goesBack = !reading.fileName.empty() && reading.fileName == document_.fileName();
-    if (!(goesBack && document_.history().holds()) && !rescued_()) return false;
+    const bool goesBack = back && !reading.fileName.empty() && reading.fileName == document_.fileName() &&
+                          document_.history().holds();
+    if (!goesBack && !rescued_()) return false;
+    if (goesBack && !document_.isSaved())
+        halNotify::notify(halNotify::Warning)
+            << reading.fileName << " is loaded again; Undo brings back what was not saved";
     giveUpShapes_();
     document_.take(std::move(reading));
     fillList_();

@@ -17,8 +17,8 @@
 #include "format/SerializeToZel.h"
 #include "format/TextBuffer.h"
 #include "geo/OffsetGrid.h"
+#include "model/FileDisplays.h"
 #include "model/Utils.h"
-#include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 #include "pi/PIWidgets.h"
 
@@ -70,17 +70,6 @@ bool sameShapes(std::string_view a, std::string_view b) {
     return a == b || canonical(a) == canonical(b);
 }
 
-/// Where the host shows a file, on whatever platform.
-std::vector<void*> overlaysOf(const std::string& fileName) {
-    std::vector<void*> overlays = PIHALVIS::getZELFiles();
-    for (const std::uint64_t platform : PIData::getPlatformList()) {
-        const auto attached = PIHALVIS::getAttachedZELFiles(platform);
-        overlays.insert(overlays.end(), attached.begin(), attached.end());
-    }
-    std::erase_if(overlays, [&](void* overlay) { return PIHALVIS::getZELFilename(overlay) != fileName; });
-    return overlays;
-}
-
 }  // namespace
 
 Document::Document(const Preferences& preferences, Overlay& overlay)
@@ -120,7 +109,7 @@ void Document::takeFile_(FileState file) {
     if (file.zel != overlay_.zelId()) {
         if (void* const before = overlay_.zelId()) PIHALVIS::showZELFile(before, true);
         // The host may have loaded the file anew, or have given the number to another overlay.
-        const std::vector<void*> showing = file.name.empty() ? std::vector<void*>() : overlaysOf(file.name);
+        const std::vector<void*> showing = file.name.empty() ? std::vector<void*>() : displaysOf(file.name);
         const bool stands = std::ranges::find(showing, file.zel) != showing.end();
         overlay_.setZelId(!stands && !showing.empty() ? showing.front() : stands ? file.zel : nullptr);
         if (overlay_.zelId() && editing_) PIHALVIS::showZELFile(overlay_.zelId(), false);
@@ -354,34 +343,48 @@ std::string Document::changes() const {
     std::string text = isSaved() ? "None" : "Not saved";
     const bool any = overlay_.digest() != 0;
     if (any && overlay_.isKept() && !file_.name.empty() && !file_.known.isOnDisk())
-        text += UTILS::fileIsFile(file_.name) ? "; somebody else has written the file" : "; the file is gone";
+        text += "; " + file_.known.whyNot(file_.name);
     if (const unsigned long platform = overlay_.attachedPlatformId(); any && platform != file_.keptPlatform)
         text += platform == 0 ? "; offsets become positions"
                               : "; positions become offsets from " + Utils::platformName(platform);
     constexpr std::size_t few = 3;
     if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
         text += "; not complete: " + UTILS::listed(incomplete, few);
+    if (const auto hidden = overlay_.hidden(); !hidden.empty())
+        text += "; hidden: " + UTILS::listed(hidden, few);
     return text;
 }
 
-bool Document::keepOldFile_(const std::string& fileName, const std::string& text, bool emptied, bool lossy,
-                            std::string& old) const {
+bool Document::keepOldFile_(const std::string& fileName, Replacement& saving) const {
     // What cannot be replaced needs no copy; saving tells why.
     if (!UTILS::fileIsFile(fileName) || !UTILS::whyNotReplaced(fileName).empty()) return true;
+    std::string& old = saving.old;
     if (const std::string error = UTILS::readFile(fileName, old); !error.empty()) {
         halNotify::notify(halNotify::Error)
             << "Not saved: " << fileName << " cannot be read, so that no copy of it can be kept: " << error
             << ". It is as it was";
         return false;
     }
-    if (old.empty() || old == text || (!emptied && file_.saved.is(fileName, old))) return true;
-    const bool foreign = !file_.known.is(fileName, old);
-    if (!foreign && !lossy && !emptied) return true;
+    if (old.empty() || old == saving.text) return true;
+    const auto isAs = [&](const FileVersion& version) { return saving.own && version.is(file_.name, old); };
+    const bool foreign = !isAs(file_.known);
+    const bool lossy = saving.lossy && !isAs(file_.saved);
+    // Others may show it, too: what they show changes.
+    std::vector<void*> others = displaysOf(fileName);
+    std::erase(others, displayReplaced_(others));
+    bool strands = false;
+    if (!others.empty()) {
+        saving.hadOffsets = hasLooseOffsets(old);
+        saving.hasOffsets = hasLooseOffsets(saving.text);
+        strands = saving.hadOffsets && !saving.hasOffsets &&
+                  std::ranges::any_of(others, [](void* zel) { return PIHALVIS::getZELHost(zel) != 0; });
+    }
+    if (!foreign && !lossy && !strands && !saving.emptied) return true;
 
-    const char* const why = foreign
-                                ? (fileName == file_.name ? kForeign : "it is not the file that is edited")
-                            : emptied ? "its last shape is deleted"
-                                      : "it holds what the editor cannot keep";
+    const char* const why = foreign          ? (saving.own ? kForeign : "it is not the file that is edited")
+                            : saving.emptied ? "its last shape is deleted"
+                            : strands        ? "it has offsets, and is shown elsewhere, too"
+                                             : "it holds what the editor cannot keep";
     std::string copy;
     if (const std::string error = copyOldText(fileName, old, why, copy); !error.empty()) {
         halNotify::notify(halNotify::Error) << "Not saved: no copy of " << fileName << " could be kept as "
@@ -394,22 +397,23 @@ bool Document::keepOldFile_(const std::string& fileName, const std::string& text
 bool Document::save(const std::string& fileName) {
     std::vector<std::string> skipped;
     Overlay::Losses lost;
-    std::string text;
+    Replacement saving;
+    std::string& text = saving.text;
     std::string error;
-    std::string old;
     std::string replaced;
-    bool emptied = false;
     try {
         text = overlay_.text(&skipped, &lost);
-        emptied = overlay_.shapes().empty() && !fileName.empty() && fileName == file_.name;
-        if (emptied) text = overlay_.textWithoutShapes();
+        saving.lossy = !lost.empty();
+        saving.own = !file_.name.empty() && UTILS::isSameFile(fileName, file_.name);
+        saving.emptied = saving.own && overlay_.shapes().empty();
+        if (saving.emptied) text = overlay_.textWithoutShapes();
         // Nothing to write must not even cost an older copy.
-        if (!text.empty() && !keepOldFile_(fileName, text, emptied, !lost.empty(), old)) return false;
+        if (!text.empty() && !keepOldFile_(fileName, saving)) return false;
         PIGUI::PIRegistry::setValue(kSaveDirectoryKey, UTILS::directoryOf(fileName));
-        error = overlay_.shapes().empty() && !emptied ? "there is no shape"
-                : text.empty()                        ? "no shape is complete"
-                : text == old                         ? ""  // not even its time changes
-                                                      : UTILS::saveFile(fileName, text, &replaced);
+        error = overlay_.shapes().empty() && !saving.emptied ? "there is no shape"
+                : text.empty()                               ? "no shape is complete"
+                : text == saving.old                         ? ""  // not even its time changes
+                                                             : UTILS::saveFile(fileName, text, &replaced);
     } catch (const std::bad_alloc&) {
         error = "not enough memory";
     }
@@ -419,8 +423,8 @@ bool Document::save(const std::string& fileName) {
         return false;
     }
     // Written by others after it was looked at.
-    if (std::string copy;
-        !replaced.empty() && replaced != old && !copyOldText(fileName, replaced, kForeign, copy).empty())
+    if (std::string copy; !replaced.empty() && replaced != saving.old &&
+                          !copyOldText(fileName, replaced, kForeign, copy).empty())
         writeRescueFile(replaced, Unrescued::AreLost);
     file_.name = fileName;
     file_.known = FileVersion(fileName, text);
@@ -431,40 +435,54 @@ bool Document::save(const std::string& fileName) {
         halNotify::notify(halNotify::Warning)
             << "Saved in " << fileName << ", but for what is not complete: " << UTILS::listed(skipped);
     tellLosses(fileName, lost);
-    reload_(emptied && overlay_.keptBlocks().empty());
+    reload_(saving);
     return true;
 }
 
-void Document::reload_(bool emptied) {
+void* Document::displayReplaced_(const std::vector<void*>& displays) const {
+    const auto edited = std::ranges::find(displays, overlay_.zelId());
+    if (edited != displays.end()) return *edited;
+    const unsigned long platform = sails_() ? overlay_.attachedPlatformId() : 0;
+    const auto there =
+        std::ranges::find_if(displays, [&](void* zel) { return PIHALVIS::getZELHost(zel) == platform; });
+    if (there != displays.end()) return *there;
+    return displays.size() == 1 ? displays.front() : nullptr;
+}
+
+void Document::reload_(const Replacement& saved) {
     void* const edited = overlay_.zelId();
     // The host may show a file more than once, on several platforms.
-    std::vector<void*> showing = overlaysOf(file_.name);
-    const bool own = std::find(showing.begin(), showing.end(), edited) != showing.end();
-    void* const replaced = own ? edited : PIHALVIS::getZELObject(file_.name);
-    std::erase(showing, replaced);
+    std::vector<void*> others = displaysOf(file_.name);
+    void* const replaced = displayReplaced_(others);
+    std::erase(others, replaced);
     // The host tells its observers: the overlay may not name what is gone.
     overlay_.setZelId(nullptr);
     if (replaced) PIHALVIS::unloadZELFile(replaced);
     if (edited && edited != replaced) PIHALVIS::showZELFile(edited, true);
+    const bool emptied = saved.emptied && overlay_.keptBlocks().empty();
     const auto tellNotLoaded = [this] {
         halNotify::notify(halNotify::Error)
             << file_.name << " is saved, but not shown: the host could not load it";
     };
-    // Offsets from a platform that the file does not name.
-    const bool sails =
-        overlay_.attachedPlatformId() != 0 && !attachment_.isReferencePlatform(overlay_.attachedPlatformId());
-    bool lost = false;
-    for (void* const other : showing) {
+    std::vector<std::string> platforms;
+    bool fixed = false;
+    for (void* const other : others) {
         const std::uint64_t platform = PIHALVIS::getZELHost(other);
+        const std::string name = PIHALVIS::getZELFilename(other);
         PIHALVIS::unloadZELFile(other);
         if (emptied) continue;
-        if (!PIHALVIS::loadZELFile(file_.name, platform, 1)) tellNotLoaded();
-        lost = lost || (sails && platform == 0);
+        if (!PIHALVIS::loadZELFile(name, platform, 1)) tellNotLoaded();
+        platform == 0 ? void(fixed = true) : platforms.push_back(Utils::platformName(platform));
     }
     if (emptied) return;
-    if (lost)
+    if (fixed && saved.hasOffsets && sails_())
         halNotify::notify(halNotify::Warning)
             << file_.name << " is shown without a platform, too: what is attached now is not drawn there";
+    if (!platforms.empty() && saved.hadOffsets != saved.hasOffsets)
+        halNotify::notify(halNotify::Warning)
+            << file_.name << " is shown on " << UTILS::listed(platforms) << ", too: "
+            << (saved.hasOffsets ? "what is attached now is drawn about it there"
+                                 : "what is detached now does not go with it any more");
     // While it is edited the editor's shapes are drawn in its place.
     overlay_.setZelId(PIHALVIS::loadZELFile(file_.name, overlay_.attachedPlatformId(), editing_ ? 0 : 1));
     if (!overlay_.zelId()) tellNotLoaded();
@@ -472,16 +490,19 @@ void Document::reload_(bool emptied) {
 
 bool Document::rescue(Rescue how) {
     const bool atEnd = how == Rescue::AtEnd;
-    const bool rescued = rescue_(atEnd ? Unrescued::AreLost : Unrescued::StayInEditor);
+    const bool insists = how == Rescue::OrGiveUp;
+    const bool rescued = rescue_(atEnd     ? Unrescued::AreLost
+                                 : insists ? Unrescued::AreGivenUp
+                                           : Unrescued::StayInEditor);
     if (atEnd) rescued ? journal_.end() : journal_.leave();
-    return rescued;
+    return rescued || insists;
 }
 
 bool Document::rescue_(Unrescued otherwise) {
-    const unsigned long platform = overlay_.attachedPlatformId();
-    const bool sails = platform != 0 && !attachment_.isReferencePlatform(platform);
     if (overlay_.digest() != 0 && !isKept_() &&
-        !rescue_(overlay_, sails ? std::optional(Utils::platformName(platform)) : std::nullopt, otherwise))
+        !rescue_(overlay_,
+                 sails_() ? std::optional(Utils::platformName(overlay_.attachedPlatformId())) : std::nullopt,
+                 otherwise))
         return false;
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())

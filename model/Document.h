@@ -106,11 +106,13 @@ class Document {
     enum class Rescue {
         /// Among the quick shapes, or not at all.
         OrKeep,
+        /// The same; the user gives the shapes up anyway, and can take that back.
+        OrGiveUp,
         /// In the directory for temporary files rather than nowhere: the shapes are lost otherwise.
         AtEnd
     };
     /// Writes shapes that changed since they were loaded or saved to a dated file, and names those that no
-    /// file can hold. \return false when they could not be written
+    /// file can hold. \return false when they could not be written and may not be given up
     bool rescue(Rescue how = Rescue::OrKeep);
     /// The file of the last rescue, empty when there was none.
     const std::string& rescueFile() const { return rescueFile_; }
@@ -147,15 +149,33 @@ class Document {
     /// What the overlay holds is what a file holds now.
     /// \param platform what the file's positions count from
     void keep_(unsigned long platform);
+    /// What a save puts in place of what.
+    struct Replacement {
+        /// What the file held, empty for no file, and what it holds from now on.
+        std::string old;
+        std::string text;
+        /// Whether it is the file that is edited, by whatever name, and its last shape was deleted.
+        bool own = false;
+        bool emptied = false;
+        /// Whether it lacks what the file said.
+        bool lossy = false;
+        /// Whether there were, and are, offsets that count from the platform on which the file is shown; told
+        /// when it is shown more than once.
+        bool hadOffsets = false;
+        bool hasOffsets = false;
+    };
     /// Copies what must not be lost of a file that is about to be replaced.
-    /// \param text what takes its place \param emptied whether that is nothing \param lossy whether it lacks
-    /// what the file says \param old gets what it holds,
-    /// empty for no file \return false when the file must not be replaced, because there is no copy of it
-    bool keepOldFile_(const std::string& fileName, const std::string& text, bool emptied, bool lossy,
-                      std::string& old) const;
+    /// \return false when the file must not be replaced, because there is no copy of it
+    bool keepOldFile_(const std::string& fileName, Replacement& saving) const;
+    /// Whether the overlay goes with a platform of the scenario.
+    bool sails_() const {
+        const unsigned long platform = overlay_.attachedPlatformId();
+        return platform != 0 && !attachment_.isReferencePlatform(platform);
+    }
+    /// Which of the host's displays of a file the edited overlay takes the place of, null for none.
+    void* displayReplaced_(const std::vector<void*>& displays) const;
     /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.
-    /// \param emptied whether there is no shape in it that the host could show
-    void reload_(bool emptied);
+    void reload_(const Replacement& saved);
     /// Has the host draw the blocks that no shape stands for while it does not show the file itself.
     void showKeptBlocks_();
     void warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const;

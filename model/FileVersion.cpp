@@ -42,9 +42,16 @@ bool FileVersion::isOnDisk() const {
     if (!now) return false;
     if (now == seen_) return seenSame_;
     std::string text;
-    seenSame_ = UTILS::readFile(path_, text).empty() && is(path_, text);
+    unreadable_ = UTILS::readFile(path_, text);
+    seenSame_ = unreadable_.empty() && is(path_, text);
     seen_ = now;
     return seenSame_;
+}
+
+std::string FileVersion::whyNot(const std::string& path) const {
+    if (!UTILS::fileIsFile(path)) return "the file is gone";
+    return unreadable_.empty() ? "somebody else has written the file"
+                               : "the file cannot be read: " + unreadable_;
 }
 
 }  // namespace OverlayEditor

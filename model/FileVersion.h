@@ -30,6 +30,8 @@ class FileVersion {
     /// Whether the file has this text now; false for no file. It is read only when its time or size have
     /// changed since the last call.
     bool isOnDisk() const;
+    /// Why it is not in the file of that name, for the user: "the file is gone".
+    std::string whyNot(const std::string& path) const;
 
   private:
     /// What tells without reading that a file is as it was.
@@ -49,6 +51,8 @@ class FileVersion {
     /// The file when it was looked at last, and what was seen.
     mutable std::optional<Stamp> seen_;
     mutable bool seenSame_ = false;
+    /// Why it could not be read then, empty when it could.
+    mutable std::string unreadable_;
 };
 
 }  // namespace OverlayEditor

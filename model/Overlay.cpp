@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/Notify.h"
+#include "common/Strings.h"
 #include "model/BlockRewriter.h"
 #include "model/Shape.h"
 
@@ -287,12 +288,14 @@ void Overlay::tellWhatItBecomes_(const Place& place) const {
 }
 
 std::string Overlay::textWithoutShapes() const {
-    ShapeWriter writer(nullptr, false);
-    if (!source_) return writer.head();
+    // No file is empty.
+    const std::string head = ShapeWriter(nullptr, false).head();
+    if (!source_) return head;
     std::vector<halCore::ZEL::SourceText::Change> changes;
     for (std::size_t block = 0; block < source_->blockCount(); ++block)
         if (source_->isHeld(block)) changes.push_back({block, {}});
-    return source_->with(changes, {});
+    const std::string rest = source_->with(changes, {});
+    return UTILS::trimmed(rest).empty() ? source_->withLineEnds(head) : rest;
 }
 
 void Overlay::sumUp_() const {
@@ -346,6 +349,14 @@ std::vector<std::string> Overlay::incomplete() const {
     for (const Place& place : places_)
         if (place.shape && place.written->digest == 0 && !staysInBlock_(place))
             names.push_back(place.shape->name());
+    return names;
+}
+
+std::vector<std::string> Overlay::hidden() const {
+    sumUp_();
+    std::vector<std::string> names;
+    for (const Place& place : places_)
+        if (place.shape && place.written->hidden) names.push_back(place.shape->name());
     return names;
 }
 

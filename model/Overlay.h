@@ -127,6 +127,8 @@ class Overlay final : private ShapeKeeper {
     std::vector<std::string> begun() const;
     /// Those and the ones without a place that have no block: all that are in no text.
     std::vector<std::string> incomplete() const;
+    /// The names of shapes that are not drawn.
+    std::vector<std::string> hidden() const;
     /// A file holds the text as it is now.
     void keep() { kept_ = digest(); }
     /// Whether the text is as it was when it was kept last; at first there was none.

@@ -39,11 +39,15 @@ void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName)
             << sourceName << " has " << messages.size() - most << " more lines that are not understood";
 }
 
-/// Adds what a shape that can be held says about offsets. One without a position has none: it stands on the
-/// platform of an overlay that has one.
-void noteOffsets(const halCore::ZEL::ZelShape& shape, LoadResult& result) {
-    const bool hasPosition = ZEL::pointsOf(shape) || ZEL::anchorOf(shape);
-    if (!shape.isRelative() || !hasPosition || !ZelToSerializer().whyLeftOut(shape, true).empty()) return;
+/// Whether a shape's position is an offset. One without a position has none: it stands on the platform of an
+/// overlay that has one.
+bool isOffset(const ZEL::ZelShape& shape) {
+    return shape.isRelative() && (ZEL::pointsOf(shape) || ZEL::anchorOf(shape));
+}
+
+/// Adds what a shape that can be held says about offsets.
+void noteOffsets(const ZEL::ZelShape& shape, LoadResult& result) {
+    if (!isOffset(shape) || !ZelToSerializer().whyLeftOut(shape, true).empty()) return;
     halCore::Vec3 reference;
     if (shape.getReferencePosition(reference) != 0)
         result.fromNowhere = true;
@@ -138,6 +142,16 @@ std::size_t faultyLines(const ZEL::ParseReport& report, const ZEL::SourceText& s
 
 }  // namespace
 
+bool hasLooseOffsets(std::string_view text) {
+    ZEL::Parser::Shapes shapes;
+    ZEL::ParseReport report;
+    ZEL::Parser().parse(text, shapes, report);
+    halCore::Vec3 reference;
+    return std::ranges::any_of(shapes, [&](const ZEL::ZelShapePtr& shape) {
+        return isOffset(*shape) && shape->getReferencePosition(reference) != 0;
+    });
+}
+
 LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
                            PointConverter* converter, unsigned long platformId) {
     LoadResult result;
@@ -154,7 +168,8 @@ LoadResult loadOverlayText(std::string text, const std::string& sourceName, cons
     const bool isPlatform = converter && converter->refPlatformId() != 0;
     target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
     std::vector<std::string> reasons;
-    if (ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) != 0) {
+    const bool isEmpty = spans.empty() && report.messages.empty();
+    if (!isEmpty && ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) != 0) {
         result.error = "no valid shapes found";
         return result;
     }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "format/SourceText.h"
@@ -12,7 +13,8 @@ namespace OverlayEditor {
 
 /// Shapes that came from a file or a text, the caller's.
 struct LoadResult {
-    /// Empty when there is something that can be edited or kept; otherwise why there is nothing.
+    /// Empty when there is something that can be edited or kept, or nothing that is not understood: a file
+    /// whose last shape was deleted is an overlay. Otherwise why there is nothing.
     std::string error;
     /// Shown or not, as the text says.
     std::vector<std::unique_ptr<Shape>> shapes;
@@ -30,6 +32,9 @@ struct LoadResult {
     /// The text itself; the shapes know their blocks of it.
     std::shared_ptr<const halCore::ZEL::SourceText> source;
 };
+
+/// Whether a text has offsets that count from the platform on which it is shown, as none is named.
+bool hasLooseOffsets(std::string_view text);
 
 /// Reads the text of a file into shapes that are not yet in an overlay.
 /// \param sourceName names the text in messages

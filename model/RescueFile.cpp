@@ -76,6 +76,20 @@ void dropOldest(const std::string& directory) {
     for (std::size_t i = kMostFiles; i < paths.size(); ++i) UTILS::fileRemove(paths[i]);
 }
 
+const char* whatBecomesOfThem(Unrescued otherwise) {
+    switch (otherwise) {
+        case Unrescued::StayInEditor:
+            return "; they stay in the editor, unless you press the same button again within ten seconds";
+        case Unrescued::StayInJournal:
+            return "; they are kept as before, and offered again";
+        case Unrescued::AreGivenUp:
+            return "; they are given up without a rescue file, and Undo brings them back";
+        case Unrescued::AreLost:
+            break;
+    }
+    return "; they are lost";
+}
+
 }  // namespace
 
 std::string writeRescueFile(const std::string& text, Unrescued otherwise) {
@@ -99,13 +113,8 @@ std::string writeRescueFile(const std::string& text, Unrescued otherwise) {
             return path;
         }
         const bool last = directory == directories.back();
-        halNotify::notify(halNotify::Error)
-            << "The unsaved shapes could not be written to " << path << ": " << error
-            << (!last                             ? ""
-                : otherwise == Unrescued::AreLost ? "; they are lost"
-                : otherwise == Unrescued::StayInJournal
-                    ? "; they are kept as before, and offered again"
-                    : "; they stay in the editor, unless you press the same button again within ten seconds");
+        halNotify::notify(halNotify::Error) << "The unsaved shapes could not be written to " << path << ": "
+                                            << error << (last ? whatBecomesOfThem(otherwise) : "");
     }
     return {};
 }

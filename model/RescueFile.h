@@ -9,6 +9,8 @@ namespace OverlayEditor {
 enum class Unrescued : std::uint8_t {
     StayInEditor,
     StayInJournal,
+    /// The user insists, and can take it back.
+    AreGivenUp,
     /// Rather than that they are written to the directory for temporary files.
     AreLost
 };

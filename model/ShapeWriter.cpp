@@ -33,11 +33,11 @@ bool ShapeWriter::describe_(Shape& shape, bool shown) {
 
 WrittenShape ShapeWriter::add(Shape& shape, bool shown) {
     const std::size_t before = buffer_->text().size();
-    if (!describe_(shape, shown)) return {.begun = isBegun(shape)};
+    if (!describe_(shape, shown)) return {.begun = isBegun(shape), .hidden = !shown};
     zel_.writeShapesTo(buffer_->out());
     any_ = true;
     const auto own = std::string_view(buffer_->text()).substr(before);
-    return {.digest = std::max<std::uint64_t>(std::hash<std::string_view>()(own), 1)};
+    return {.digest = std::max<std::uint64_t>(std::hash<std::string_view>()(own), 1), .hidden = !shown};
 }
 
 std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter) {

@@ -18,6 +18,8 @@ struct WrittenShape {
     std::uint64_t digest = 0;
     /// Not written, although it has a place.
     bool begun = false;
+    /// Not drawn.
+    bool hidden = false;
 };
 
 /// Makes the text of a file. Each shape is written as soon as it is described, so that there is but one

@@ -1,5 +1,6 @@
 #include "model/Utils.h"
 
+#include "common/Strings.h"
 #include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 
@@ -23,7 +24,8 @@ int getPlatformLla(std::uint64_t id, halCore::Vec3& lla) {
 
 std::string platformName(std::uint64_t id) {
     PIData::PIPlatformHeader header;
-    return PIData::getHeader(id, header) == 0 ? header.name : "Unknown";
+    if (PIData::getHeader(id, header) != 0) return "Unknown";
+    return UTILS::trimmed(header.name).empty() ? "Unnamed" : header.name;
 }
 
 }  // namespace OverlayEditor::Utils

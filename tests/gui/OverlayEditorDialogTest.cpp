@@ -424,6 +424,9 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     EXPECT_THAT(list().items, ElementsAre("Mine"));
     host.activate(answer);
     EXPECT_THAT(list().items, IsEmpty());
+    dialog->hear(halNotify::Error,
+                 "No file in /" + std::string(240, 'd') + "/e f/a.zel: it is full; " + "all stays");
+    EXPECT_TRUE(says("No file in .../a.zel: it is full; all stays"));
 }
 
 TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
@@ -501,6 +504,16 @@ TEST_F(OverlayEditorDialogTest, LeavesNothingWithoutAWayOut) {
     dialog->loadZels(sent);
     EXPECT_TRUE(
         says("One overlay is edited at a time: " + path("three.zel") + ", and not " + path("one.zel")));
+    // Sent once more while it is edited, it keeps what was typed.
+    select(0);
+    form.type("Radius:", "4321");
+    dialog->loadZels({sent.back()});
+    EXPECT_TRUE(says("is edited already"));
+    EXPECT_EQ(form.field("Radius:").text, "4321.00");
+    host.overlays[&host + 5] = {kTwoCircles, path("three.zel"), 7, true};
+    const std::size_t before = rescued().size();
+    dialog->loadZels({&host + 5});
+    EXPECT_EQ(rescued().size(), before + 1) << "the same file, but another overlay";
 }
 
 TEST_F(OverlayEditorDialogTest, DeleteWhileDrawingEndsTheTool) {

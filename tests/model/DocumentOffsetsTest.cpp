@@ -133,6 +133,34 @@ TEST_F(DocumentTest, AFileShownOnSeveralPlatformsIsReplacedOnEach) {
     EXPECT_THAT(messages, ElementsAre(HasSubstr("is shown without a platform, too")));
     EXPECT_EQ(host.overlays.at(overlay.zelId()).platform, 8u);
     for (int& ship : ships) EXPECT_EQ(host.overlays.count(&ship), 0u);
+
+    // What others show stands still from now on.
+    messages.clear();
+    const std::string old = contentsOf(file);
+    document->attach(0, false);
+    ASSERT_TRUE(document->save(file));
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("it has offsets, and is shown elsewhere"),
+                                      HasSubstr("does not go with it")));
+    EXPECT_EQ(contentsOf(file + "~"), old);
+
+    // Under another name, over a file that is shown twice, by a link to the one that is edited.
+    messages.clear();
+    const std::string other = write("other.zel", kTwoCircles);
+    std::filesystem::create_symlink(other, path("link.zel"));
+    host.overlays[&ships[0]] = {kTwoCircles, other, 7, true};
+    host.overlays[&ships[2]] = {kTwoCircles, path("link.zel"), 9, true};
+    ASSERT_TRUE(take(document->readOverlay(&ships[2])));
+    first().setMajorRadius(7);
+    ASSERT_TRUE(document->save(other));
+    EXPECT_THAT(messages, IsEmpty()) << "nothing to copy, and places are the same everywhere";
+    EXPECT_EQ(host.overlays.at(shownOf(other)).platform + host.overlays.at(overlay.zelId()).platform, 16u);
+    clear();
+    addCircle("New");
+    ASSERT_TRUE(document->save(other));
+    shown.clear();
+    for (const auto& [handle, zel] : host.overlays)
+        if (zel.path == other) shown[zel.platform] = zel.shown;
+    EXPECT_EQ(shown, (std::map<std::uint64_t, bool>{{0, false}, {7, true}, {9, true}}));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "model/TestDocument.h"
 
+using Rescue = OverlayEditor::Document::Rescue;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -67,7 +68,7 @@ TEST_F(DocumentTest, WhatFailsCostsNothing) {
     EXPECT_EQ(contentsOf(longName), "# precious, but no overlay\n");
     EXPECT_EQ(document->fileName(), "");
     EXPECT_FALSE(load(path("missing.zel")));
-    EXPECT_FALSE(load(write("empty.zel", "# nothing\n")));
+    EXPECT_FALSE(load(write("open.zel", "start\n")));
     EXPECT_FALSE(take(document->readOverlay(&host)));
     EXPECT_EQ(overlay.shapes().size(), 2u);
     const std::string newFile = path("no-such-directory/x.zel");
@@ -76,7 +77,7 @@ TEST_F(DocumentTest, WhatFailsCostsNothing) {
                             AllOf(HasSubstr("No such file or directory"), HasSubstr(newFile)),
                             HasSubstr("File name too long"), HasSubstr("No such file or directory"),
                             HasSubstr("no valid shapes found"), HasSubstr("the host gave no text")));
-    EXPECT_THAT(host.notifications.back(), HasSubstr("empty.zel, no valid shapes found"));
+    EXPECT_THAT(host.notifications.back(), HasSubstr("open.zel, no valid shapes found"));
 
     // As large as no file that is read: it could not be kept.
     const std::string huge = write("huge.zel", "#");
@@ -308,21 +309,29 @@ TEST_F(DocumentTest, KeepsWhatItCannotEdit) {
 
 /// Deleting the last shape of a file is an edit like others, and the only way to an empty file.
 TEST_F(DocumentTest, TheLastShapeOfAFileCanBeDeleted) {
-    const std::string file = write("two.zel", kTwoCircles);
-    for (int i = 0; i < 2; ++i) host.overlays[&host + i] = {kTwoCircles, file, 0, true};
-    EXPECT_FALSE(document->save(file)) << "nothing was loaded from it";
-    ASSERT_TRUE(take(document->readOverlay(&host)));
-    overlay.clearShapes(false);
-    EXPECT_FALSE(document->isSaved());
-    messages.clear();
-    EXPECT_TRUE(document->save(file));
-    EXPECT_TRUE(document->save(file)) << "no copy of nothing";
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("is kept as " + file + "~: its last shape is deleted")));
-    EXPECT_EQ(contentsOf(file), "version 2\n\n");
-    EXPECT_EQ(contentsOf(file + "~"), kTwoCircles);
-    EXPECT_THAT(host.overlays, IsEmpty());
-    EXPECT_TRUE(document->isSaved());
-    EXPECT_FALSE(document->save(path("other.zel")));
+    const std::string bare = kTwoCircles.substr(kTwoCircles.find("start"));
+    int number = 0;
+    for (const std::string& text : {kTwoCircles, bare, "# note\n" + bare}) {
+        const std::string file = write(std::to_string(++number) + ".zel", text);
+        for (int i = 0; i < 2; ++i) host.overlays[&host + i] = {text, file, 0, true};
+        EXPECT_FALSE(document->save(file)) << "nothing was loaded from it";
+        ASSERT_TRUE(take(document->readOverlay(&host)));
+        overlay.clearShapes(false);
+        EXPECT_FALSE(document->isSaved());
+        messages.clear();
+        EXPECT_TRUE(document->save(file));
+        EXPECT_TRUE(document->save(file)) << "no copy of nothing";
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("is kept as " + file + "~: its last shape is deleted")));
+        EXPECT_EQ(contentsOf(file), "version 2\n\n");
+        EXPECT_EQ(contentsOf(file + "~"), text);
+        EXPECT_THAT(host.overlays, IsEmpty());
+        EXPECT_TRUE(document->isSaved());
+        EXPECT_FALSE(document->save(path("other.zel")));
+        clear();
+        EXPECT_TRUE(load(file));
+        EXPECT_EQ(document->fileName(), file);
+        clear();
+    }
 }
 
 /// Two editors and a text editor: what came in between looking at a file and replacing it is kept.
@@ -362,7 +371,7 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     load(file);
     EXPECT_EQ(document->changes(), "None");
     first().setShown(false);
-    EXPECT_EQ(document->changes(), "Not saved");
+    EXPECT_EQ(document->changes(), "Not saved; hidden: Inner");
     first().setShown(true);
     CylinderShape& fresh = add("New");
     EXPECT_EQ(document->changes(), "None; not complete: New");
@@ -370,6 +379,8 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     EXPECT_EQ(document->changes(), "Not saved; the file is gone; not complete: New");
     write("two.zel", "theirs");
     EXPECT_EQ(document->changes(), "Not saved; somebody else has written the file; not complete: New");
+    std::filesystem::resize_file(file, UTILS::kMaxFileSize + 1);
+    EXPECT_THAT(document->changes(), HasSubstr("; the file cannot be read: It is larger than"));
     fresh.setCenter({0.1, 0.2, 0});
     document->attach(7, false);
     EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
@@ -398,10 +409,13 @@ TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {
     EXPECT_THAT(overlay.shapes(), ElementsAre(&mine));
     EXPECT_THAT(messages,
                 ElementsAre(HasSubstr("they stay in the editor"), HasSubstr("they stay in the editor")));
+    EXPECT_TRUE(document->rescue(Rescue::OrGiveUp));
+    EXPECT_THAT(messages, ::testing::SizeIs(3)) << "one message: nothing that is not true any more";
+    EXPECT_THAT(messages.back(), HasSubstr("they are given up without a rescue file, and Undo brings"));
     // At the end of the host any place is better than none.
     std::filesystem::create_directory(path("temporary"));
     const ScopedVariable elsewhere("TMPDIR", path("temporary"));
-    EXPECT_TRUE(document->rescue(Document::Rescue::AtEnd));
+    EXPECT_TRUE(document->rescue(Rescue::AtEnd));
     EXPECT_THAT(messages.back(), HasSubstr("are kept in " + path("temporary/Unsaved ")));
     ASSERT_EQ(filesIn("temporary").size(), 1u);
     EXPECT_THAT(contentsOf(filesIn("temporary").front()), HasSubstr("Mine"));

@@ -56,7 +56,7 @@ std::string block(const std::string& lines) {
 }
 
 TEST_F(OverlayFileTest, TellsWhatItCouldNotRead) {
-    const auto nothing = load("# only a comment\nversion 2\n");
+    const auto nothing = load("# a block without its end\nstart\n");
     EXPECT_EQ(nothing.error, "no valid shapes found");
     ASSERT_EQ(host.notifications.size(), 1U);
     EXPECT_THAT(host.notifications[0], HasSubstr("Could not load test.zel, no valid shapes found\n"));

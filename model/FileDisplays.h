@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace OverlayEditor {
+
+/// Where the host shows a file, on whatever platform, and under whatever name: through a link, too.
+std::vector<void*> displaysOf(const std::string& fileName);
+
+}  // namespace OverlayEditor
