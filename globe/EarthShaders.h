@@ -120,7 +120,7 @@ vec3 paintMap(vec3 ground, vec3 field, float south) {
     ground = mix(ground, colors, mapStrength.x);
     // Between two elements, their distances to a border are all there is: a finer line would have gaps.
     float wide = 0.5 * max(unit, field.z);
-    float border = clamp(wide + 0.5 - field.y, 0.0, 1.0) * (0.5 * unit / wide) * land;
+    float border = clamp(wide + 0.5 - field.y, 0.0, 1.0) * sqrt(0.5 * unit / wide) * land;
     ground = mix(ground, borderColor, border * mapStrength.z);
     float coast = clamp(0.5 * unit + 0.5 - abs(field.x), 0.0, 1.0);
     return mix(ground, coastColor, coast * mapStrength.y);

@@ -191,7 +191,7 @@ std::vector<DrawList::Line> graticuleLines(const GraticuleGrid& grid) {
         shadow.width = 3.0F;
         DrawList::Line& line = lines.emplace_back();
         line.points = std::move(points);
-        line.color = {255, 255, 255, 80};
+        line.color = {255, 255, 255, 105};
     };
     const bool wholeTurn = (grid.east - grid.west) * grid.lonSpacing == 360 * kDegree;
     for (std::int64_t i = grid.west; i <= grid.east - (wholeTurn ? 1 : 0); ++i) add(meridian(grid, i));

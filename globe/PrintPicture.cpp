@@ -152,16 +152,8 @@ class Printer {
         const double left = centered ? place.x() - width / 2 : place.x();
         double baseline =
             place.y() - metrics.lineSpacing() * static_cast<double>(lines.size()) / 2 + metrics.ascent();
-        painter_.setFont(look.font);
         for (const QString& line : lines) {
-            if (look.outlineWidth > 0) {
-                QPainterPath path;
-                path.addText(left, baseline, look.font, line);
-                painter_.strokePath(path, QPen(QColor::fromRgba(look.outlineColor), 2.0 * look.outlineWidth,
-                                               Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-            }
-            painter_.setPen(QColor::fromRgba(look.color));
-            painter_.drawText(QPointF(left, baseline), line);
+            paintTextLine(painter_, {left, baseline}, line, look);
             baseline += metrics.lineSpacing();
         }
     }

@@ -89,6 +89,18 @@ QImage iconImage(const PictureFile& file, double ratio) {
     return image;
 }
 
+void paintTextLine(QPainter& painter, const QPointF& start, const QString& line, const TextLook& look) {
+    if (look.outlineWidth > 0) {
+        QPainterPath path;
+        path.addText(start, look.font, line);
+        painter.strokePath(path, QPen(QColor::fromRgba(look.outlineColor), 2.0 * look.outlineWidth,
+                                      Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    }
+    painter.setFont(look.font);
+    painter.setPen(QColor::fromRgba(look.color));
+    painter.drawText(start, line);
+}
+
 void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degrees) {
     const QColor yellow(255, 214, 64);
     const QColor rim(0, 0, 0, 190);
@@ -150,18 +162,10 @@ const QImage& Sprites::text(const QString& text, const TextLook& look) {
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    painter.setFont(look.font);
     double baseline = margin + metrics.ascent();
     for (const QString& line : lines) {
         if ((baseline - metrics.ascent()) * ratio_ > kMostPixels) break;
-        if (look.outlineWidth > 0) {
-            QPainterPath path;
-            path.addText(margin, baseline, look.font, line);
-            painter.strokePath(path, QPen(QColor::fromRgba(look.outlineColor), 2.0 * look.outlineWidth,
-                                          Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        }
-        painter.setPen(QColor::fromRgba(look.color));
-        painter.drawText(QPointF(margin, baseline), line);
+        paintTextLine(painter, {margin, baseline}, line, look);
         baseline += metrics.lineSpacing();
     }
     painter.end();

@@ -10,6 +10,7 @@
 #include "globe/PlatformMarker.h"
 
 class QPainter;
+class QPointF;
 
 namespace sandbox {
 
@@ -28,6 +29,9 @@ QFont fontForFile(const QString& fileName, int pixelSize);
 /// An icon for a label, in its own size if that is not more than 64 pixels; a frame when it cannot be read.
 /// `ratio`: device pixels a widget pixel, which the image's own ratio is then.
 QImage iconImage(const PictureFile& file, double ratio);
+
+/// Draws one line of a text, its baseline beginning at `start`.
+void paintTextLine(QPainter& painter, const QPointF& start, const QString& line, const TextLook& look);
 
 /// Draws a platform's symbol about the painter's origin, `degrees` clockwise.
 void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degrees);

@@ -324,8 +324,7 @@ void Host::greet() {
     const auto bytes = [this](const char* key) {
         return QByteArray::fromBase64(settings_.value(key).toLatin1());
     };
-    window_.restoreGeometry(bytes(kGeometryKey));
-    fitIntoScreen(window_);
+    if (window_.restoreGeometry(bytes(kGeometryKey))) fitIntoScreen(window_);
     window_.restoreState(bytes(kLayoutKey));
     connect(&window_, &MainWindow::closing, this, [this] {
         settings_.setValue(kGeometryKey, window_.saveGeometry().toBase64());
