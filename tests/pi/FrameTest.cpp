@@ -153,17 +153,6 @@ TEST_F(FrameTest, StartUpTakesTheNewestFormThatIsOverridden) {
     EXPECT_EQ(startUp(false), 7);
 }
 
-TEST_F(FrameTest, CloseEndsTheObjectAndNoEntryHoldsIt) {
-    load<FullPlugin>();
-    EXPECT_EQ(dispatch(Event::Close), 0);
-    EXPECT_EQ(record_.integer(Slot::Status), 5);
-    EXPECT_THAT(g_log, ElementsAre("Close", "destroyed"));
-    for (const auto& [number, entry] : g_ClientMessageMap) EXPECT_EQ(entry.second, nullptr);
-    for (std::int32_t number = -1; number <= kClientFunctionCount; ++number)
-        EXPECT_EQ(ClientFunctionMap::dispatch(number, &record_), 0);
-    EXPECT_EQ(g_log.size(), 2u);
-}
-
 TEST_F(FrameTest, CloseWithoutARecordDestroysWithoutCallingClose) {
     load<FullPlugin>();
     EXPECT_EQ(ClientFunctionMap::dispatch(static_cast<std::int32_t>(Event::Close), nullptr), 0);

@@ -171,15 +171,4 @@ TEST_F(WrapperTest, ADialogKnowsThatItIsShownAlsoWhenUsedAsAWindow) {
     EXPECT_FALSE(box.shown());
 }
 
-TEST_F(WrapperTest, AServiceIsPublishedOnceAndTakenBack) {
-    {
-        PICommon::BasicService service("org.example/Service", this);
-        EXPECT_TRUE(service.registerSelf());
-        EXPECT_TRUE(service.registerSelf());
-        EXPECT_EQ(host.calls[Id::Service], 1);
-        EXPECT_EQ(host.services.at("org.example/Service"), this);
-    }
-    EXPECT_THAT(host.services, IsEmpty());
-}
-
 }  // namespace
