@@ -4,6 +4,7 @@
 
 #include "common/NumberText.h"
 #include "common/Strings.h"
+#include "pi/Guard.h"
 #include "pi/PIWidgets.h"
 
 namespace OverlayEditor {
@@ -51,13 +52,15 @@ Preferences::Preferences() {
 }
 
 Preferences::~Preferences() {
-    PIRegistry::setValue(kCoordinateSystem, getStringFromSystem(coordinateSystem_));
-    PIRegistry::setValue(kAutoDelete, autoDelete_ ? "TRUE" : "FALSE");
-    storeUnits(kRangeUnits, rangeUnits());
-    storeUnits(kAltitudeUnits, altitudeUnits());
-    storeUnits(kAngleUnits, angleUnits());
-    storeUnits(kGeodeticUnits, geodeticUnits());
-    PIRegistry::setValue(kPrecision, std::to_string(precision()));
+    guardedEnd([this] {
+        PIRegistry::setValue(kCoordinateSystem, getStringFromSystem(coordinateSystem_));
+        PIRegistry::setValue(kAutoDelete, autoDelete_ ? "TRUE" : "FALSE");
+        storeUnits(kRangeUnits, rangeUnits());
+        storeUnits(kAltitudeUnits, altitudeUnits());
+        storeUnits(kAngleUnits, angleUnits());
+        storeUnits(kGeodeticUnits, geodeticUnits());
+        PIRegistry::setValue(kPrecision, std::to_string(precision()));
+    });
 }
 
 UnitType_t Preferences::rangeUnits() const {
