@@ -92,8 +92,8 @@ std::string fateOfPosition(const LineTokens& tokens, bool asDegrees) {
 }
 
 std::string passedOver(std::size_t counting, bool inPart = false) {
-    return std::string("is passed over").append(inPart ? " in part" : "").append(", because line ") +
-           std::to_string(counting) + " counts";
+    std::string text = inPart ? "is passed over in part" : "is passed over";
+    return text.append(", because line ").append(std::to_string(counting)).append(" counts");
 }
 
 std::string fateOfBoolean(std::string_view value) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <random>
 #include <set>
@@ -37,7 +38,8 @@ class RandomBlocks {
   private:
     std::string any(const Line& words) { return words[random_() % words.size()]; }
     std::string number() {
-        return std::to_string(random_() % 80 + 1) + "." + std::to_string(random_() % 900 + 1);
+        std::string text = std::to_string(random_() % 80 + 1);
+        return text.append(".").append(std::to_string(random_() % 900 + 1));
     }
     std::string word() {
         return any(
@@ -67,7 +69,8 @@ std::string textOf(const std::vector<RandomBlocks::Line>& block) {
         if (!line.empty()) text += '\n';
     }
     // Plain points are read in another way at the text's end.
-    return text + (block.size() % 2 == 0 ? "" : "# " + std::string(100, 'x') + "\n");
+    if (block.size() % 2 == 0) text.append("# ").append(100, 'x').append("\n");
+    return text;
 }
 
 /// What the library writes has lost nothing that no message and no warning names: wherever a word is taken

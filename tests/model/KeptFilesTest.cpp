@@ -271,11 +271,11 @@ TEST_F(KeptFilesTest, LongLinesChangeOnlyWhereTheirPointsDo) {
         const bool relative = text.find("ref") != std::string::npos;
         for (int i = 0; i < count; ++i) {
             text += relative ? "xyz " : random.integer(0, 40) == 0 ? " LLA " : "lla ";
-            text += std::to_string(random.integer(-80, 80)) + " " + std::to_string(random.integer(-9, 9)) +
-                    " 7\n";
+            text.append(std::to_string(random.integer(-80, 80))).append(" ");
+            text.append(std::to_string(random.integer(-9, 9))).append(" 7\n");
             // A point that cannot be read is none.
             if (round % 4 == 0 && i == count / 2) text += relative ? "xyz 1 x\n" : "lla x 1\n";
-            if (random.integer(0, 30) == 0) text += "# comment " + std::to_string(i) + "\n";
+            if (random.integer(0, 30) == 0) text.append("# comment ").append(std::to_string(i)).append("\n");
         }
         text += random.maybe() ? "end" : "off\nfoo\nend\n";
         Loaded loaded(preferences, text);
