@@ -74,7 +74,10 @@ void History::commitLater_() {
         History* const history = *self;
         if (!history) return;
         history->waiting_ = false;
-        if (!history->pressed_) history->commit();
+        if (!history->pressed_) {
+            history->commit();
+            history->settled_ = history->selected_;
+        }
         if (history->entryListener_) history->entryListener_();
     });
 }
@@ -91,7 +94,6 @@ ShapeStatePtr History::stateNow_(std::uint64_t number) const {
 
 void History::commit() {
     if (applying_) return;
-    const std::uint64_t settled = std::exchange(settled_, selected_);
     const auto touched = std::exchange(touched_, {});
     Attachment::State attached = attachment_.state();
     const bool attachmentChanged = !(attached == lostAttached_.value_or(attached_));
@@ -118,7 +120,7 @@ void History::commit() {
               .attachedAfter = attached,
               .file = std::exchange(fileBefore_, {}),
               .fileName = std::exchange(switchName_, {}),
-              .selectedBefore = settled,
+              .selectedBefore = std::exchange(settled_, selected_),
               .selectedAfter = selected_};
     for (auto& [number, state] : now) {
         ShapeStatePtr before = stateByStep_(number);

@@ -178,7 +178,7 @@ class History final : private OverlayWatcher {
     std::chrono::steady_clock::time_point turned_;
 
     std::uint64_t selected_ = 0;
-    /// When the last entry was over.
+    /// When the last entry was over, or the last step within one.
     std::uint64_t settled_ = 0;
 
     /// Whether the history is still there, for what waits for the end of an entry.

@@ -471,6 +471,10 @@ TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
     EXPECT_THAT(list().items, ElementsAre("First", "Second"));
     int texts = 0;
     for (const std::string& file : rescued()) texts += contentsOf(file).find("Second") != std::string::npos;
+    select(1);
+    press("Delete All");
+    press("Undo");
+    EXPECT_EQ(form.field("Name:").text, "Second") << "selected as it was";
     EXPECT_EQ(texts, 2) << "what was discarded, and the journal of what was recovered: " << rescued().size();
 }
 
