@@ -302,9 +302,11 @@ TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {
     // Every menu has a callback of its own. What the host unloads while another one is sent to the editor is
     // not loaded; the menu that opens then offers nothing.
     auto* const first = host.contextItems["Send to Overlay Editor"];
+    FakeHost::Overlay another = overlay;
     FakeHost::Overlay other = overlay;
+    host.overlays[&another] = another;
     host.overlays[&other] = other;
-    clicked.overlays = {handle, &other};
+    clicked.overlays = {&another, &other};
     observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &clicked, &menu);
     auto* const last = host.contextItems["Send to Overlay Editor"];
     EXPECT_NE(last, first);
@@ -325,8 +327,8 @@ TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {
     EXPECT_EQ(form.field("File:").text, "/somewhere/harbour.zel");
 
     // The host unloads it while it is edited: the shape stays in the editor.
-    host.overlays.erase(handle);
-    for (auto* zels : host.observers) zels->removedZEL(handle);
+    host.overlays.erase(&another);
+    for (auto* zels : host.observers) zels->removedZEL(&another);
     plugin.event(PIApplicationEvents_t::ScenarioReplaced);
     EXPECT_EQ(form.field("File:").text, "");
     plugin.dispatch(Function::Close);
