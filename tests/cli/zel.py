@@ -220,7 +220,7 @@ class Zel(unittest.TestCase):
                 with open(os.path.join(SAMPLES, name), "rb") as sample:
                     self.assertEqual(self.zel("edit", "-q", os.path.join(SAMPLES, name))[0].encode(), sample.read())
         kept = "start\nlatlonaltbox 1 0 0 1 0\nend\n"
-        for text, code in ("", 0), ("# nothing\r\n", 0), (kept, 0), ("start\nline\nxy 1 2\nxy 3 4\nend", 0), (
+        for text, code in ("# nothing\r\n", 0), (kept, 0), ("start\nline\nxy 1 2\nxy 3 4\nend", 0), (
             "\ufeffstart\r\n circle\t\nCENTERLL 1 2\nfoo\nend # x\nstart", 1
         ):
             self.assertEqual(self.zel("edit", "-q", "-", stdin=text, code=code)[0], text)
