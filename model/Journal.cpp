@@ -13,7 +13,7 @@ namespace OverlayEditor {
 namespace {
 
 /// From a change to the first bytes, and from some bytes to the next.
-constexpr std::int32_t kDelayMilliseconds = 250;
+constexpr std::int32_t kDelayMilliseconds = 100;
 constexpr std::int32_t kPauseMilliseconds = 2;
 /// So long the interface may wait.
 constexpr std::chrono::microseconds kAtOnce{400};
