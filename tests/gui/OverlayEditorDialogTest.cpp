@@ -1,140 +1,22 @@
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include "common/Files.h"
-#include "common/Notify.h"
-#include "geo/Angles.h"
-#include "gui/Form.h"
-#include "gui/OverlayEditorDialog.h"
-#include "gui/TestEquipment.h"
-#include "model/AnnotationShape.h"
-#include "model/CylinderShape.h"
-#include "model/ShapeRegistry.h"
-#include "pi/EntryScope.h"
+#include "gui/TestDialog.h"
 #include "pi/PIHALVIS.h"
 #include "support/ScopedVariable.h"
-#include "support/TemporaryDirectory.h"
 
-using halCore::kRadiansPerDegree;
-using halCore::Vec3;
-using OverlayEditor::AnnotationShape;
-using OverlayEditor::CylinderShape;
-using OverlayEditor::MouseManager;
-using OverlayEditor::Overlay;
-using OverlayEditor::OverlayEditorDialog;
-using OverlayEditor::Preferences;
-using OverlayEditor::ShapeRegistry;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using Mouse = PIGUI::PIMouseEventType_t;
 
+namespace OverlayEditor {
 namespace {
-
-constexpr const char* kTwoCircles =
-    "version 2\n\nstart\ncircle\naltitudeunits m\nrangeunits m\ncenterlla 21.3 -158 0\nradius "
-    "1852.123456789\n"
-    "3d name Inner\nend\n\nstart\ncircle\naltitudeunits m\nrangeunits m\ncenterlla 21.3 -158 0\nradius 3704\n"
-    "3d name Outer\nend\n";
-
-class OverlayEditorDialogTest : public ::testing::Test {
-  protected:
-    OverlayEditorDialogTest() {
-        halNotify::setNotifyHandler([this](halNotify::Severity severity, const std::string& text) {
-            messages.push_back(text);
-            if (dialog) dialog->hear(severity, text);
-        });
-        host.eye = Vec3(0.4, -2.7, 1e6);
-        host.settings["AutoSaveZelDir"] = path("rescued");
-        for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
-            registry.addPrototype(CylinderShape(preferences, subtype));
-        registry.addPrototype(AnnotationShape(preferences));
-        dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
-    }
-    ~OverlayEditorDialogTest() override {
-        dialog.reset();
-        overlay.clearShapes(true);
-        halNotify::setNotifyHandler({});
-        freeFunctors();
-    }
-
-    void press(const std::string& caption) { host.activate(*host.find(caption)); }
-    FakeHost::Widget& list() {
-        for (auto& [handle, widget] : host.widgets)
-            if (widget.kind == FakeHost::Id::CreateList) return widget;
-        throw std::runtime_error("no list");
-    }
-    void select(int item) {
-        list().number = item;
-        host.activate(list());
-    }
-    /// 1 is the first kind behind "Add".
-    CylinderShape& add(int option) {
-        form.choose("Shape:", option);
-        return static_cast<CylinderShape&>(*overlay.shapes().back());
-    }
-    CylinderShape& addCircle(double latDeg, double lonDeg, double radiusMeters) {
-        CylinderShape& shape = add(1);
-        shape.setCenter(Vec3(latDeg * kRadiansPerDegree, lonDeg * kRadiansPerDegree, 0));
-        shape.setMajorRadius(radiusMeters);
-        press("Stop");
-        return shape;
-    }
-    /// What the dialog says about changes, a second later.
-    std::string changes() {
-        host.fireTimeouts();
-        const std::string& text = form.field("Changes:").text;
-        return text.empty() ? "None" : text;
-    }
-    /// Whether the dialog tells it.
-    bool says(const std::string& text) const {
-        return std::ranges::any_of(host.widgets, [&](const auto& entry) {
-            return entry.second.kind == FakeHost::Id::CreateLabel &&
-                   entry.second.text.find(text) != std::string::npos;
-        });
-    }
-    std::string path(const char* name) const { return directory + "/" + name; }
-    std::string contentsOf(const std::string& file) const {
-        std::string contents;
-        UTILS::readFile(file, contents);
-        return contents;
-    }
-    std::vector<std::string> rescued() const {
-        std::vector<std::string> files;
-        std::error_code none;
-        for (const auto& entry : std::filesystem::directory_iterator(path("rescued"), none))
-            files.push_back(entry.path().string());
-        return files;
-    }
-    void write(const std::string& file, const std::string& text) const { std::ofstream(file) << text; }
-    void* fileOverlay(const std::string& file) const {
-        for (const auto& [handle, zel] : host.overlays)
-            if (zel.path == file) return handle;
-        return nullptr;
-    }
-
-    FakeHost host;
-    std::vector<std::string> messages;
-    const TemporaryDirectory temporary;
-    const std::string& directory = temporary.path();
-    TestEquipment equipment;
-    Preferences preferences;
-    MouseManager mouse;
-    ShapeRegistry registry;
-    Overlay overlay;
-    std::unique_ptr<OverlayEditorDialog> dialog;
-    Form form{host};
-};
 
 TEST_F(OverlayEditorDialogTest, StartsHiddenAndEmpty) {
     EXPECT_FALSE(host.find("Overlay Editor")->shown);
@@ -380,146 +262,6 @@ TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
     EXPECT_EQ(rescued().size(), 2u) << "at the end, too";
 }
 
-TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAnswer) {
-    dialog->show();
-    addCircle(1, 2, 500);
-    form.type("Radius:", "45,5");
-    EXPECT_TRUE(
-        says("Radius: Invalid value \"45,5\": use a point for decimals: \"45.5\"; understood are \"2.5\""));
-    for (int i = 0; i < 3; ++i) host.fireTimeouts();
-    EXPECT_TRUE(says("45,5")) << "nobody has done anything since";
-    select(0);
-    EXPECT_TRUE(says("45,5")) << "the click that left the field";
-    press("Center");
-    EXPECT_FALSE(says("45,5"));
-    form.type("Radius:", "9z");
-    form.type("Radius:", "600");
-    EXPECT_FALSE(says("9z")) << "it is corrected";
-    form.type("Radius:", "9z");
-    host.fileDialogAnswers = {path("nine.zel")};
-    press("Save As...");
-    EXPECT_TRUE(says("Saved, but not this: Radius: Invalid value \"9z\""));
-    form.type("Radius:", "700");
-
-    auto& answer = *host.find("Recover");
-    press("Delete All");
-    EXPECT_TRUE(says("are kept in " + path("rescued")));
-    ASSERT_TRUE(answer.shown);
-    host.activate(answer);
-    EXPECT_THAT(list().items, ElementsAre("Circle 1"));
-    EXPECT_FALSE(answer.shown || says("are kept in"));
-
-    // The worst of what a command says, and how much more there is.
-    select(0);
-    form.type("Name:", "Mine");
-    std::filesystem::remove_all(path("rescued"));
-    write(path("rescued"), "a file where the directory should be");
-    write(path("box.zel"), std::string(kTwoCircles) + "latlonaltbox 4 3 1 2 0\n");
-    host.fileDialogAnswers = {path("box.zel")};
-    press("...");
-    EXPECT_TRUE(says("could not be written to"));
-    EXPECT_TRUE(says(" more)\t"));
-    ASSERT_TRUE(answer.shown);
-    EXPECT_THAT(answer.text, ::testing::StartsWith("Discard\t"));
-    EXPECT_THAT(list().items, ElementsAre("Mine"));
-    host.activate(answer);
-    EXPECT_THAT(list().items, IsEmpty());
-    dialog->hear(halNotify::Error,
-                 "No file in /" + std::string(240, 'd') + "/e f/a.zel: it is full; " + "all stays");
-    EXPECT_TRUE(says("No file in .../a.zel: it is full; all stays"));
-}
-
-TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
-    {
-        Overlay other;
-        OverlayEditor::Document dying(preferences, other);
-        {
-            const EntryScope entry;
-            for (const char* name : {"First", "Second"}) {
-                auto* const circle = new CylinderShape(preferences, CylinderShape::Circle);
-                circle->setCenter(Vec3(0.1, 0.2, 0));
-                circle->setMajorRadius(500);
-                circle->setName(name);
-                other.addShape(circle);
-            }
-        }
-        for (int i = 0; i < 9; ++i) host.fireTimeouts();
-        const std::string journal = rescued().at(0);
-        for (const char* copy : {"rescued/.overlayeditor-journal-1-0", "rescued/.overlayeditor-journal-1-1"})
-            std::filesystem::copy(journal, path(copy));
-    }
-    const auto offered = [&] {
-        return says("Not saved when the host ended on") && !host.find("Recover")->shown &&
-               host.find("Recover\tTake the shapes that were not saved into the editor")->shown;
-    };
-    dialog->show();
-    addCircle(1, 2, 500);
-    EXPECT_TRUE(offered()) << "whatever else is done";
-    form.type("Radius:", "9z");
-    EXPECT_FALSE(offered()) << "what a command has to say comes first";
-    form.type("Radius:", "600");
-    EXPECT_TRUE(offered());
-    press("Recover\tTake the shapes that were not saved into the editor");
-    EXPECT_THAT(list().items, ElementsAre("First", "Second"));
-    EXPECT_TRUE(says("are kept in " + path("rescued"))) << "the circle";
-    press("Center");
-    EXPECT_TRUE(offered()) << "the next one";
-    host.activate(*host.find("Discard"));
-    dialog->hide();
-    dialog->show();
-    EXPECT_FALSE(offered());
-    EXPECT_THAT(list().items, ElementsAre("First", "Second"));
-    int texts = 0;
-    for (const std::string& file : rescued()) texts += contentsOf(file).find("Second") != std::string::npos;
-    select(1);
-    press("Delete All");
-    press("Undo");
-    EXPECT_EQ(form.field("Name:").text, "Second") << "selected as it was";
-    EXPECT_EQ(texts, 2) << "what was discarded, and the journal of what was recovered: " << rescued().size();
-}
-
-TEST_F(OverlayEditorDialogTest, LeavesNothingWithoutAWayOut) {
-    dialog->show();
-    EXPECT_FALSE(host.find("New")->enabled);
-    addCircle(1, 2, 500);
-    host.fileDialogAnswers = {path("harbour")};
-    press("Save As...");
-    EXPECT_EQ(form.field("File:").text, path("harbour.zel"));
-    EXPECT_THAT(host.find("File:")->text, ::testing::EndsWith(path("harbour.zel")))
-        << "the whole path as tooltip";
-    press("Delete");
-    EXPECT_EQ(changes(), "Not saved");
-    press("Save");
-    EXPECT_EQ(changes(), "None");
-    EXPECT_THAT(contentsOf(path("harbour.zel~")), HasSubstr("Circle 1"));
-    press("New");
-    EXPECT_EQ(form.field("File:").text, "");
-    EXPECT_FALSE(host.find("Save")->enabled || host.find("New")->enabled);
-
-    // Asked for once more while it is open, it comes to the front and ends no drawing.
-    add(1);
-    dialog->show();
-    EXPECT_TRUE(mouse.isActive());
-    std::vector<void*> sent;
-    for (const char* name : {"one.zel", "two.zel", "three.zel"}) {
-        sent.push_back(&host + sent.size());
-        host.overlays[sent.back()] = {kTwoCircles, path(name), 0, true};
-    }
-    dialog->loadZels(sent);
-    EXPECT_TRUE(
-        says("One overlay is edited at a time: " + path("three.zel") + ", and not " + path("one.zel")));
-    // Sent once more while it is edited, it keeps what was typed.
-    select(0);
-    form.type("Radius:", "4321");
-    dialog->loadZels({sent.back()});
-    EXPECT_TRUE(says("is edited already"));
-    EXPECT_EQ(form.field("Radius:").text, "4321.00");
-    host.overlays[&host + 5] = {kTwoCircles, path("three.zel"), 7, true};
-    const std::size_t before = rescued().size();
-    dialog->loadZels({&host + 5});
-    EXPECT_EQ(rescued().size(), before + 1) << "the same file, but another overlay";
-}
-
 TEST_F(OverlayEditorDialogTest, DeleteWhileDrawingEndsTheTool) {
     dialog->show();
     host.cursor = Vec3(0.1, 0.2, 0);
@@ -608,3 +350,4 @@ TEST_F(OverlayEditorDialogTest, HelpSaysWhatIsMissing) {
 }
 
 }  // namespace
+}  // namespace OverlayEditor
