@@ -130,7 +130,7 @@ History::Outcome Document::step_(History::Outcome (History::*step)(FileState&)) 
     history_.commit();
     FileState file = fileState_();
     const std::uint64_t before = history_.fileSwitches();
-    // Redo may never come, and nobody in this session has made what is given up.
+    // Redo may never come, and nobody has made what is given up since the host began.
     const bool leaves =
         file_.recovered && (step == &History::undo ? history_.undoSwitches() : history_.redoSwitches());
     const bool rescued = !leaves || rescue_(Unrescued::StayInJournal);
