@@ -233,17 +233,17 @@ std::vector<GraticuleLabel> graticuleLabels(const GraticuleGrid& grid, const Cam
     const double width = camera.width();
     const double height = camera.height();
     std::vector<GraticuleLabel> labels;
-    const auto add = [&](double x, double y, std::string text) {
+    const auto add = [&](double x, double y, std::string text, bool isMeridian) {
         constexpr double kApartX = 64.0;
         constexpr double kApartY = 18.0;
         for (const GraticuleLabel& other : labels)
             if (std::abs(other.x - x) < kApartX && std::abs(other.y - y) < kApartY) return;
-        labels.push_back({x, y, std::move(text)});
+        labels.push_back({x, y, std::move(text), isMeridian});
     };
     // The names of lines that end within the view stand along the line through the middle.
-    const auto inTheMiddle = [&](double lat, double lon, const std::string& text) {
+    const auto inTheMiddle = [&](double lat, double lon, const std::string& text, bool isMeridian) {
         const Projected p = camera.project(onGround(lat, lon));
-        if (p.visible && p.x > 0 && p.x < width && p.y > 0 && p.y < height) add(p.x, p.y, text);
+        if (p.visible && p.x > 0 && p.x < width && p.y > 0 && p.y < height) add(p.x, p.y, text, isMeridian);
     };
     const auto nearest = [](double radians, std::int64_t spacing) {
         return std::round(radians / kRadians / static_cast<double>(spacing)) * static_cast<double>(spacing);
@@ -256,9 +256,9 @@ std::vector<GraticuleLabel> graticuleLabels(const GraticuleGrid& grid, const Cam
         const std::string text = graticuleText(lon, false, grid.lonSpacing);
         const std::vector<Ecef> line = meridian(grid, i);
         if (const auto x = crossing(line, camera, false, height - kFromBottom, kCorner, width - kCorner))
-            add(*x, height - kFromBottom, text);
+            add(*x, height - kFromBottom, text, true);
         else if (!crossing(line, camera, false, height - 1.0, 0.0, width))
-            inTheMiddle(midLat, static_cast<double>(lon), text);
+            inTheMiddle(midLat, static_cast<double>(lon), text, true);
     }
     for (std::int64_t i = grid.south; i <= grid.north; ++i) {
         if (isPole(grid, i)) continue;
@@ -266,9 +266,9 @@ std::vector<GraticuleLabel> graticuleLabels(const GraticuleGrid& grid, const Cam
         const std::string text = graticuleText(lat, true, grid.latSpacing);
         const std::vector<Ecef> line = parallel(grid, i);
         if (const auto y = crossing(line, camera, true, kFromLeft, 12.0, height - 30.0))
-            add(kFromLeft, *y, text);
+            add(kFromLeft, *y, text, false);
         else if (!crossing(line, camera, true, 1.0, 0.0, height))
-            inTheMiddle(static_cast<double>(lat), midLon, text);
+            inTheMiddle(static_cast<double>(lat), midLon, text, false);
     }
     return labels;
 }

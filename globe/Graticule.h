@@ -30,9 +30,10 @@ std::vector<DrawList::Line> graticuleLines(const GraticuleGrid& grid);
 
 /// The name of a line, where it leaves the view at its left or lower edge, or else in the middle of the grid.
 struct GraticuleLabel {
-    double x = 0.0;  ///< of its middle, widget pixels
+    double x = 0.0;  ///< where it names its line, widget pixels
     double y = 0.0;
     std::string text;  ///< UTF-8, such as 21°30'N
+    bool isMeridian = false;
 };
 std::vector<GraticuleLabel> graticuleLabels(const GraticuleGrid& grid, const Camera& camera);
 

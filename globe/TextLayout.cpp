@@ -125,11 +125,12 @@ QRectF boxOf(const TextLayout::Label& placed, TextSizes& sizes) {
     return box.adjusted(-margin, -margin, margin, margin);
 }
 
-/// Whether two texts can both be read although their boxes meet: little of the smaller one is covered.
+/// Whether two texts can both be read although their boxes meet: of two beside each other less than half a
+/// letter is covered, of two above each other only the room that lines have between them.
 bool standsBeside(const QRectF& a, const QRectF& b) {
-    constexpr double kMost = 0.25;
-    const auto area = [](const QRectF& box) { return box.width() * box.height(); };
-    return area(a & b) < kMost * std::min(area(a), area(b));
+    const QRectF both = a & b;
+    const double height = std::min(a.height(), b.height());
+    return both.width() < 0.25 * height || both.height() < 0.2 * height;
 }
 
 /// The direction of a platform's heading on the screen, clockwise from up.
@@ -184,8 +185,14 @@ class Layout {
         if (frame_.map.scaleBar) room_.take({areaOfScale(camera_), {}});
         for (const auto& [id, text] : frame_.screenTexts) room_.take({areaOf(text), {}});
         const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
-        for (const GraticuleLabel& label : graticule)
-            placeText({label.x, label.y, QString::fromStdString(label.text), look});
+        const QFontMetricsF metrics(look.font);
+        for (const GraticuleLabel& label : graticule) {
+            const QString text = QString::fromStdString(label.text);
+            // Beside its line, which would strike it through.
+            const double right = label.isMeridian ? metrics.horizontalAdvance(text) / 2.0 + 4.0 : 0.0;
+            const double up = label.isMeridian ? 0.0 : metrics.height() / 2.0;
+            placeText({label.x + right, label.y - up, text, look});
+        }
         if (!frame_.map.names) return;
         for (const DrawList::Label& name : BaseMap::names(camera_)) {
             const Projected place = camera_.project(name.position);

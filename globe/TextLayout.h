@@ -19,8 +19,8 @@ TextLook platformLook();
 /// Where everything that is written on a view stands, so that it can be read: what has no room is left out.
 /// All places are widget pixels.
 ///
-/// Of overlays' labels that overlap those with the highest priority remain; of equal ones that cover a
-/// quarter of each other, the one that would be drawn last. Then come the names of platforms, whose
+/// Of overlays' labels that overlap those with the highest priority remain; of equal ones that cannot both
+/// be read, the one that would be drawn last. Then come the names of platforms, whose
 /// symbols are always there, of meridians and parallels, and of countries.
 struct TextLayout {
     struct Label {
