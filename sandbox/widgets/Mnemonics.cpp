@@ -66,8 +66,12 @@ void assignMnemonics(QMenu& menu) {
         else
             taken.insert(letter);
     }
+    QSet<QChar> shared;
     for (QAction* action : rest) {
-        const QString marked = markedText(Caption::plain(action->text()), taken);
+        const QString text = Caption::plain(action->text());
+        QString marked = markedText(text, taken);
+        // Several with one letter take turns, and Enter chooses; better than none.
+        if (!marked.contains('&')) marked = markedText(text, shared);
         if (action->text() != marked) action->setText(marked);
     }
 }

@@ -12,7 +12,7 @@ namespace sandbox {
 void assignMnemonics(QWidget& window);
 
 /// Gives a menu's items letters, whenever it is opened: those that have a letter of their own keep it, if no
-/// item before them has it.
+/// item before them has it. When no letter is free any more items share one: it goes from one to the next.
 void keepMnemonics(QMenu& menu);
 
 /// Presses the button of this text, if there is one that can be pressed, after what was typed has been handed
