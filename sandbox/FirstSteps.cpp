@@ -24,7 +24,7 @@ FirstSteps::FirstSteps(QWidget& view) : QFrame(&view) {
         "<li>Type exact numbers; save it with \"Save As...\".</li></ol>"
         "Drag turns the globe, the wheel zooms.<br>Files can be dropped on the window.");
     text->setTextFormat(Qt::RichText);
-    auto* close = new QPushButton("Got it");
+    auto* close = new QPushButton("Got &it");
     connect(close, &QPushButton::clicked, this, [this] {
         emit understood();
         deleteLater();

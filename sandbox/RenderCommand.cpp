@@ -186,6 +186,7 @@ void complain(const std::string& file, std::size_t line, std::string_view text) 
 class Stage {
   public:
     bool good = true;
+    bool whole = true;  ///< every file could be read
     OverlayScene scene;
     Scenario scenario;
 
@@ -209,8 +210,10 @@ class Stage {
   private:
     bool read(const std::string& path, std::string& text) {
         const std::string error = UTILS::readFile(path, text);
-        if (!error.empty()) fault(path, 0, error);
-        return error.empty();
+        if (error.empty()) return true;
+        fault(path, 0, error);
+        whole = false;
+        return false;
     }
     void fault(const std::string& path, std::size_t line, std::string_view text) {
         complain(path, line, text);
@@ -286,6 +289,7 @@ int runRenderCommand(const QStringList& arguments) {
     const RenderJob& job = std::get<RenderJob>(read);
     Stage stage;
     stage.load(job);
+    if (!stage.whole) return kNoPicture;
 
     GlobePicture picture;
     if (!picture.error().isEmpty()) {

@@ -55,7 +55,9 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
     connect(&window_, &MainWindow::openPlatformsRequested, this,
             [this] { ask("Open Platforms", "LastPlatforms", {"Platforms\t*.csv"}); });
     connect(&window_, &MainWindow::filesGiven, this, [this](const QStringList& paths) {
-        for (const QString& path : paths) open(path);
+        for (const bool platforms : {true, false})
+            for (const QString& path : paths)
+                if (isPlatformFile(path) == platforms) open(path);
     });
     connect(&overlays_, &OverlayFiles::filesChanged, this, &UserFiles::watch);
     connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& path) {
@@ -148,10 +150,15 @@ bool UserFiles::openPlatforms(const QString& path) {
 }
 
 void UserFiles::attach(const QString& path, std::uint64_t platform) {
-    const std::string overlay = path.toStdString();
-    for (const LoadedOverlay* loaded : overlays_.findAll(overlay))
+    LoadedOverlay* unattached = nullptr;
+    for (LoadedOverlay* loaded : overlays_.findAll(path.toStdString())) {
         if (loaded->platform == platform) return;
-    overlays_.loadFile(overlay, platform, true);
+        if (loaded->platform == 0) unattached = loaded;
+    }
+    if (unattached)
+        overlays_.attach(*unattached, platform);
+    else
+        overlays_.loadFile(path.toStdString(), platform, true);
 }
 
 void UserFiles::ask(const QString& title, const QString& key, const QStringList& filterRows) {

@@ -125,16 +125,19 @@ Options readCommandLine(const QStringList& arguments) {
     return options;
 }
 
-/// The view turns to everything; but if platforms are named first, to them and what is attached to them.
-void openFiles(sandbox::Host& host, const QStringList& files) {
+/// Platforms come first, so that what is attached to them finds them. The view turns to everything; but if
+/// platforms are named first, to them and what is attached to them.
+void openFiles(sandbox::Host& host, QStringList files) {
+    if (files.isEmpty()) return;
+    const bool platformsFirst = sandbox::UserFiles::isPlatformFile(files.front());
+    const auto others = std::ranges::stable_partition(files, sandbox::UserFiles::isPlatformFile);
     bool turned = false;
-    for (const QString& file : files) {
-        host.files().open(file);
-        if (file != files.front() || !sandbox::UserFiles::isPlatformFile(file)) continue;
-        host.showEverything();
-        turned = true;
-    }
-    if (!turned && !files.isEmpty()) host.showEverything();
+    for (auto file = files.begin(); file != others.begin(); ++file)
+        turned = host.files().open(*file) || turned;
+    turned = turned && platformsFirst;
+    if (turned) host.showEverything();
+    for (const QString& file : others) host.files().open(file);
+    if (!turned) host.showEverything();
 }
 
 }  // namespace
@@ -144,7 +147,9 @@ int main(int argc, char** argv) {
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
     const bool render = arguments.contains("--render");
-    if (asksForText(arguments))
+    const bool lacksScreen =
+        !render && !getenv("DISPLAY") && !getenv("WAYLAND_DISPLAY") && !getenv("QT_QPA_PLATFORM");
+    if (asksForText(arguments) || lacksScreen)
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
     else if (render)
         prepareRendering(argv);
@@ -160,6 +165,12 @@ int main(int argc, char** argv) {
     if (render) return sandbox::runRenderCommand(arguments);
     sandbox::announceDataDirectory();
     const Options options = readCommandLine(arguments);
+    if (lacksScreen) {
+        std::fprintf(
+            stderr,
+            "there is no screen (DISPLAY is not set): xvfb-run gives a virtual one, --render needs none\n");
+        return 2;
+    }
 
     sandbox::Host host(options.settings);
     host.log().setEcho(options.verbose);

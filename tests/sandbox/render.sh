@@ -18,7 +18,9 @@ expect 0 '' "$samples/coast-110m.zel" -o "$work/b.png" --size 320x240
 cmp "$work/a.png" "$work/b.png" || failed=1
 expect 1 "$work/bad.zel:5: Found unknown ZEL command" "$work/bad.zel" -o "$work/bad.png" --view 10,20,5000
 [ -s "$work/bad.png" ] || { echo "the good shapes were not drawn"; failed=1; }
-expect 1 missing.zel "$work/missing.zel" "$work/bad.zel" -o "$work/c.png" --background none
+# A picture that lacks a file is none.
+expect 2 missing.zel "$work/missing.zel" "$work/bad.zel" -o "$work/c.png" --background none
+[ -e "$work/c.png" ] && { echo "half a picture"; failed=1; }
 printf 'start\nannotation A\nll 1 1\nend\nstart\n# kml_groundoverlay\n# kml_icon none.png\n# kml_latlonbox 1 0 1 0 0\nend\n' \
     >"$work/picture.zel"
 expect 1 "$work/picture.zel:5: picture none.png cannot be read" "$work/picture.zel" -o "$work/e.png"
@@ -60,6 +62,10 @@ expect 1 "$work/bad.csv:2: latitude" "$work/bad.csv" -o "$work/t.png" --view 1,1
 # Texts need no screen.
 for option in --help --version '--render --help'; do
     env -u DISPLAY -u WAYLAND_DISPLAY PATH= "$sandbox" $option >"$work/text" && [ -s "$work/text" ] || { echo "$option"; failed=1; }
+done
+for option in bogus plugin=none; do
+    env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM "$sandbox" --$option 2>"$work/text"
+    [ $? -le 2 ] && grep -q -e bogus -e DISPLAY "$work/text" || { echo "$option: $(cat "$work/text")"; failed=1; }
 done
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.svg"
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.png"

@@ -13,7 +13,9 @@ const state = () => ({
     camera: JSON.stringify(view.camera)
 });
 
+openOverlay(samples + "ferry.zel");
 openOverlay(samples + "islands.csv");
+assertEqual(overlays().map(o => nameOf(o.platform)).sort(), ["Ferry Kahana", "Patrol 7"], "what waited for its platform is on it");
 setTime(time() + 4000);
 addPlatform({ name: "Buoy, \"east\"", lat: 20.5, lon: -156.25, heading: 30 });
 openOverlay(ring);
