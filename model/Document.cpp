@@ -236,6 +236,7 @@ void Document::take(Reading reading) {
     // Should memory run out, part of one file is not saved as another.
     file_.name.clear();
     file_.known = {};
+    file_.awaited.clear();
     cleanupPriorZEL_();
     const LoadResult& loaded = reading.loaded;
     halCore::Vec3 reference;
@@ -288,6 +289,7 @@ void Document::clear() {
     overlay_.clearShapes(false);
     overlay_.adopt(nullptr);
     file_.name.clear();
+    file_.awaited.clear();
     cleanupPriorZEL_();
     keep_(0);
     showKeptBlocks_();
@@ -499,11 +501,10 @@ bool Document::rescue(Rescue how) {
 }
 
 bool Document::rescue_(Unrescued otherwise) {
-    if (overlay_.digest() != 0 && !isKept_() &&
-        !rescue_(overlay_,
-                 sails_() ? std::optional(Utils::platformName(overlay_.attachedPlatformId())) : std::nullopt,
-                 otherwise))
-        return false;
+    std::optional<std::string> platform;
+    if (sails_()) platform = Utils::platformName(overlay_.attachedPlatformId());
+    if (awaits_()) platform = file_.awaited;
+    if (overlay_.digest() != 0 && !isKept_() && !rescue_(overlay_, platform, otherwise)) return false;
     // No file can hold half a shape.
     if (const auto begun = overlay_.begun(); !begun.empty())
         halNotify::notify(halNotify::Warning) << "Not complete, and given up: " << UTILS::listed(begun);

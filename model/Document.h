@@ -172,6 +172,8 @@ class Document {
         const unsigned long platform = overlay_.attachedPlatformId();
         return platform != 0 && !attachment_.isReferencePlatform(platform);
     }
+    /// Whether it would, were its platform there.
+    bool awaits_() const;
     /// Which of the host's displays of a file the edited overlay takes the place of, null for none.
     void* displayReplaced_(const std::vector<void*>& displays) const;
     /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.

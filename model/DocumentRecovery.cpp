@@ -78,8 +78,18 @@ std::optional<Document::Lost> Document::findLost() const {
     return std::nullopt;
 }
 
+bool Document::awaits_() const {
+    return !file_.awaited.empty() && attachment_.isReferencePlatform(overlay_.attachedPlatformId()) &&
+           !overlay_.referenceWritten();
+}
+
 JournalHead Document::journalHead_() const {
-    return {file_.name, file_.known, history_.attachment()};
+    JournalHead head{file_.name, file_.known, history_.attachment()};
+    if (awaits_()) {
+        head.attachment.own = false;
+        head.attachment.name = file_.awaited;
+    }
+    return head;
 }
 
 void Document::revive_(const JournalContents& contents, Overlay& overlay, bool active,
@@ -97,9 +107,6 @@ void Document::revive_(const JournalContents& contents, Overlay& overlay, bool a
         whole.source = found ? *block : ShapeSource();
         whole.source.digest = state->source.digest;
         shape->restore(whole, frame, frame.refPlatformId(), converter);
-        // Their platform is not there.
-        if (overlay.attachedPlatformId() == 0 && frame.refPlatformId() != 0)
-            shape->setAttachedPlatformId(0, nullptr, false);
     }
     overlay.restoreSource(source);
 }
@@ -133,20 +140,17 @@ void Document::recover(Lost lost) {
 
     Attachment::State attached = head.attachment;
     if (attached.platform != 0 && !attached.own) attached.platform = platformOf(attached);
-    const bool gone = attached.platform == 0 && head.attachment.platform != 0;
-    PointConverter there;
-    there.setReferenceLla(attached.reference, head.attachment.platform);
-    if (gone)
+    // Offsets stay what they are. They count from where it was, until they are attached to it again.
+    if (attached.platform == 0 && head.attachment.platform != 0) {
+        attached.own = true;
+        file_.awaited = attached.name;
         halNotify::notify(halNotify::Warning)
-            << attached.name
-            << " is not there: the recovered shapes stand where they stood, attached to nothing";
-    else
-        attachment_.restore(attached);
-    if (gone)
-        revive_(lost.contents, overlay_, editing_, there, nullptr);
-    else
-        revive_(lost.contents, overlay_, editing_, attachment_.converter(),
-                overlay_.counts() ? &attachment_.converter() : nullptr);
+            << attached.name << " is not there: the recovered shapes count from where it was, until the "
+            << "overlay is attached to a platform";
+    }
+    attachment_.restore(attached);
+    revive_(lost.contents, overlay_, editing_, attachment_.converter(),
+            overlay_.counts() ? &attachment_.converter() : nullptr);
     file_.name = head.fileName;
     file_.known = head.known;
     file_.recovered = true;

@@ -24,6 +24,9 @@ struct FileState {
     std::shared_ptr<const halCore::ZEL::SourceText> source;
     /// Whether it was recovered, and is in no file yet.
     bool recovered = false;
+    /// The platform of the scenario that it was recovered without, empty for none: a reference platform of
+    /// the editor's own stands in for it.
+    std::string awaited;
     /// The host's overlay of it; it may be gone.
     void* zel = nullptr;
 };

@@ -304,9 +304,14 @@ void History::restore_(std::uint64_t number, const ShapeState& state, const Poin
         overlay_.insertShape(number, made.get());
         shape = made.release();
     }
-    const bool attached = &frame == &attachment_.converter();
-    shape->restore(state, frame, attached ? overlay_.attachedPlatformId() : attached_.platform,
-                   attached && overlay_.counts() ? &attachment_.converter() : nullptr);
+    const bool there = &frame == &attachment_.converter();
+    // Nothing can be displayed of it before it is detached.
+    if (!there) shape->setActive(false);
+    shape->restore(state, frame, there ? overlay_.attachedPlatformId() : attached_.platform,
+                   there && overlay_.counts() ? &attachment_.converter() : nullptr);
+    if (there) return;
+    shape->setAttachedPlatformId(0, nullptr, false);
+    shape->setActive(overlay_.active());
 }
 
 void History::realize_(std::set<std::uint64_t> numbers) {
@@ -340,9 +345,7 @@ void History::realize_(std::set<std::uint64_t> numbers) {
         const auto state = states_.find(number);
         if (state == states_.end()) continue;
         restore_(number, *state->second, there ? attachment_.converter() : gone);
-        if (there) continue;
-        overlay_.shapeOf(number)->setAttachedPlatformId(0, nullptr, false);
-        lost_[number] = overlay_.shapeOf(number)->state();
+        if (!there) lost_[number] = overlay_.shapeOf(number)->state();
     }
     if (!there) lostAttached_ = attachment_.state();
     touched_.clear();

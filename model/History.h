@@ -142,6 +142,7 @@ class History final : private OverlayWatcher {
     /// The living shapes become what they are by the steps.
     void realize_(std::set<std::uint64_t> numbers);
     void remove_(Shape* shape);
+    /// \param frame the attachment's, or where its platform stood that is gone
     void restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame);
     /// The oldest steps go, but never the last one.
     void limit_();

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "model/TestDocument.h"
+#include "pi/EntryScope.h"
 
 using Rescue = OverlayEditor::Document::Rescue;
 using ::testing::AllOf;
@@ -384,6 +385,22 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     fresh.setCenter({0.1, 0.2, 0});
     document->attach(7, false);
     EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
+}
+
+TEST_F(DocumentTest, UndoWithoutThePlatformSaysSoAndNothingElse) {
+    host.platforms[7].header.name = "Ship";
+    const auto act = [](auto action) {
+        const EntryScope entry;
+        action();
+    };
+    act([&] { addCircle("Ring"); });
+    act([&] { document->attach(7, false); });
+    host.platforms.clear();
+    act([&] { document->platformRemoved(7); });
+    messages.clear();
+    act([&] { document->undo(); });
+    EXPECT_THAT(messages, ElementsAre(HasSubstr("Ship is gone: the shapes are not attached to it again")));
+    EXPECT_THAT(host.lastText, HasSubstr("radius 500")) << "it is displayed";
 }
 
 TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {

@@ -5,12 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "common/Files.h"
 #include "common/Notify.h"
 #include "model/Document.h"
 #include "model/RandomShapes.h"
@@ -213,7 +215,55 @@ TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
     std::ofstream(path(".overlayeditor-journal-1-0")) << "of another version";
     EXPECT_FALSE(next.document->findLost());
     EXPECT_TRUE(abandonedJournals().empty());
-    EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(directory.path())), 3);
+    EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(directory.path())), 22);
+}
+
+/// Hosts number platforms anew, and may have none yet: offsets stay, and go to the platform when it is there.
+TEST_F(JournalTest, WithoutItsPlatformItCountsFromWhereThatWas) {
+    die(circles(2));
+    std::vector<ShapeState> expected;
+    {
+        const Session reader(directory.path());
+        const auto lost = reader.document->findLost();
+        for (const auto& [number, state] : lost->contents.shapes) expected.push_back(*state);
+    }
+    die([&](Session& session) {
+        session.host.platforms.clear();
+        std::vector<std::string> said;
+        halNotify::setNotifyLevel(halNotify::Warning);
+        halNotify::setNotifyHandler(
+            [&](halNotify::Severity, const std::string& text) { said.push_back(text); });
+        session.act([&] { session.document->recover(*session.document->findLost()); });
+        if (said.size() != 1 || !said[0].starts_with("Ship is not there:")) ::_exit(2);
+        if (!(session.states() == expected)) ::_exit(3);
+        session.wait();
+        session.act([&] { session.document->rescue(); });
+        std::string rescued;
+        UTILS::readFile(session.document->rescueFile(), rescued);
+        if (rescued.find("ref 17.188") == std::string::npos) ::_exit(4);
+    });
+    Session next(directory.path());
+    next.host.platforms[9] = next.host.platforms.extract(7).mapped();
+    next.act([&] { next.document->recover(*next.document->findLost()); });
+    EXPECT_EQ(next.overlay.attachedPlatformId(), 9U);
+    EXPECT_TRUE(next.states() == expected);
+}
+
+TEST_F(JournalTest, WhoeverStillDiesIsWaitedForButNotForEver) {
+    die(circles(1));
+    Session next(directory.path());
+    int found = 0;
+    for (const bool dies : {true, false}) {
+        const UTILS::Descriptor other(::open(journals().at(0).c_str(), O_RDONLY));
+        ::flock(other.get(), LOCK_EX);
+        const LostWatch watch([&] { ++found; });
+        for (int i = 0; i < 5; ++i) next.host.fireTimeouts();
+        EXPECT_EQ(found, dies ? 0 : 1);
+        if (dies) ::flock(other.get(), LOCK_UN);
+        for (int i = 0; i < 30; ++i) next.host.fireTimeouts();
+        EXPECT_EQ(found, 1);
+        EXPECT_THAT(next.host.timeouts, ::testing::IsEmpty());
+    }
 }
 
 TEST_F(JournalTest, WhatIsDiscardedOrTakenBackIsInARescueFile) {
