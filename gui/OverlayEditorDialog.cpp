@@ -114,7 +114,7 @@ void OverlayEditorDialog::show() {
     // It comes to the front; drawing and picking go on.
     if (open) return;
     setShowEditing_(true);
-    offerLost_();
+    offerLost();
 }
 
 void OverlayEditorDialog::hide() {

@@ -53,6 +53,8 @@ class OverlayEditorDialog {
     void hear(halNotify::Severity severity, const std::string& text);
     /// Called when that is over; empty for nobody.
     void setOverListener(std::function<void()> over);
+    /// Says what a host that ended without a word has left, until the user has taken or discarded it.
+    void offerLost();
 
     void scenarioEntityRemoved(unsigned long id);
     void scenarioZELsChanged();
@@ -147,8 +149,6 @@ class OverlayEditorDialog {
     void updateSavedMark_();
     /// What is not saved is kept, and the user offered to go back. \return false when it could not be
     bool rescued_();
-    /// Says what a host that ended without a word has left, until the user has taken or discarded it.
-    void offerLost_();
     void clear_();
     /// Nothing of the shapes is shown, listed or drawn any more: they are about to go.
     void giveUpShapes_();

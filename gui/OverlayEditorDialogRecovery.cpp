@@ -8,7 +8,7 @@
 
 namespace OverlayEditor {
 
-void OverlayEditorDialog::offerLost_() {
+void OverlayEditorDialog::offerLost() {
     if (!lost_) lost_ = document_.findLost();
     std::ostringstream text;
     if (lost_) {
@@ -29,14 +29,14 @@ int OverlayEditorDialog::onCmdRecoverLost(PIObject*, void*) {
     fillList_();
     showDocument_();
     // One after the other.
-    offerLost_();
+    offerLost();
     return 1;
 }
 
 int OverlayEditorDialog::onCmdDiscardLost(PIObject*, void*) {
     if (!lost_ || !document_.discard(*lost_)) return 1;
     lost_.reset();
-    offerLost_();
+    offerLost();
     return 1;
 }
 

@@ -24,13 +24,21 @@ constexpr std::size_t kSlackFactor = 3;
 /// The host's setting with the directory of the last one: users may choose another meanwhile.
 constexpr const char* kDirectoryKey = "OverlayEditorJournalDirectory";
 
-}  // namespace
-
-std::vector<std::string> abandonedJournals() {
+std::set<std::string> journalDirectories() {
     std::set<std::string> directories{quickShapeDirectory()};
     if (std::string last = PIGUI::PIRegistry::getValue(kDirectoryKey); !last.empty())
         directories.insert(std::move(last));
-    return JournalFile::abandonedIn(directories);
+    return directories;
+}
+
+}  // namespace
+
+std::vector<std::string> abandonedJournals() {
+    return JournalFile::abandonedIn(journalDirectories());
+}
+
+bool journalsAreHeld() {
+    return JournalFile::anyHeldIn(journalDirectories());
 }
 
 Journal::Journal(History& history, std::function<JournalHead()> head)

@@ -92,5 +92,7 @@ class Journal {
 /// Journals of hosts that ended without a word, the newest first: where one would be written now, and where
 /// the last one was. \see JournalFile::abandonedIn
 std::vector<std::string> abandonedJournals();
+/// Whether other processes hold some there.
+bool journalsAreHeld();
 
 }  // namespace OverlayEditor

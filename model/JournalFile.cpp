@@ -81,6 +81,16 @@ std::vector<std::string> JournalFile::abandonedIn(const std::set<std::string>& d
     return paths;
 }
 
+bool JournalFile::anyHeldIn(const std::set<std::string>& directories) {
+    const std::string own = std::string(kPrefix).append(std::to_string(::getpid())).append("-");
+    return std::ranges::any_of(directories, [&](const std::string& directory) {
+        return std::ranges::any_of(UTILS::namesIn(directory), [&](const std::string& name) {
+            return name.starts_with(kPrefix) && !name.starts_with(own) &&
+                   !UTILS::Descriptor(open(directory + "/" + name)).isOpen();
+        });
+    });
+}
+
 std::unique_ptr<JournalFile> JournalFile::take(const std::string& path) {
     const int fd = open(path);
     return fd < 0 ? nullptr : std::unique_ptr<JournalFile>(new JournalFile(fd, path));

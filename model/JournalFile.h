@@ -19,6 +19,8 @@ class JournalFile {
     static std::unique_ptr<JournalFile> create(const std::string& directory, std::string& error);
     /// Those that dead processes have left in some directories, the newest first.
     static std::vector<std::string> abandonedIn(const std::set<std::string>& directories);
+    /// Whether other processes hold some there.
+    static bool anyHeldIn(const std::set<std::string>& directories);
     /// \return null when it is another process's now, or gone
     static std::unique_ptr<JournalFile> take(const std::string& path);
 

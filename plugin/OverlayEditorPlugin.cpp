@@ -111,9 +111,14 @@ void OverlayEditorPlugin::build_() {
         halNotify::notify(halNotify::Warning)
             << "Other plug-ins do not hear of what this editor saves: the service " << service_->name()
             << " could not be published";
-    if (!abandonedJournals().empty())
-        halNotify::notify(halNotify::Warning) << "Shapes that were not saved when the host ended last can be "
-                                                 "recovered: open \"Overlay Editor...\"";
+    lostWatch_ = std::make_unique<LostWatch>([this] {
+        if (dialog_ && dialog_->shown())
+            dialog_->offerLost();
+        else
+            halNotify::notify(halNotify::Warning)
+                << "Shapes that were not saved when the host ended last can be recovered: open \"Overlay "
+                   "Editor...\"";
+    });
 }
 
 int OverlayEditorPlugin::Close() {
@@ -136,6 +141,7 @@ void OverlayEditorPlugin::takeDown_() {
     if (overlay_) overlay_->setActive(false);
 
     callbacks_.disconnect();
+    lostWatch_.reset();
     actions_.clear();
     menuItem_.reset();
 

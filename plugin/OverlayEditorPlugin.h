@@ -8,6 +8,7 @@
 #include "common/Notify.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/ShapePanelMaker.h"
+#include "model/LostWatch.h"
 #include "model/Overlay.h"
 #include "model/Preferences.h"
 #include "model/ShapeRegistry.h"
@@ -99,6 +100,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<OverlayEditorInterface> serviceInterface_;
     std::unique_ptr<PICommon::BasicService> service_;
     std::unique_ptr<OverlayEditorDialog> dialog_;
+    std::unique_ptr<LostWatch> lostWatch_;
     CallbackList<OverlayEditorPlugin> callbacks_{this};
 };
 

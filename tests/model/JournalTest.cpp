@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,6 +16,7 @@
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "model/Document.h"
+#include "model/LostWatch.h"
 #include "model/RandomShapes.h"
 #include "pi/EntryScope.h"
 #include "support/FakeHost.h"
