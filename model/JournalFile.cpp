@@ -10,12 +10,15 @@
 #include <sys/stat.h>
 
 #include "common/Files.h"
+#include "model/NewestFiles.h"
 
 namespace OverlayEditor {
 
 namespace {
 
 constexpr std::string_view kPrefix = ".overlayeditor-journal-";
+/// Without the dot, so that people find it.
+constexpr std::string_view kAsidePrefix = kPrefix.substr(1);
 constexpr int kMaxTries = 100;
 
 /// Whether the path still names the open file.
@@ -116,11 +119,12 @@ void JournalFile::remove() {
 }
 
 std::string JournalFile::setAside() {
-    const std::size_t name = path_.rfind('/') + 1;
-    // Without the dot, so that people find it.
-    std::string path = path_.substr(0, name) + path_.substr(name + 1);
+    const std::string directory = UTILS::directoryOf(path_);
+    std::string path = directory + "/";
+    path.append(kAsidePrefix).append(path_, directory.size() + 1 + kPrefix.size());
     path.append("-").append(std::to_string(std::time(nullptr)));
     if (::rename(path_.c_str(), path.c_str()) == 0) path_ = path;
+    dropOldFilesIn(directory, [](const std::string& name) { return name.starts_with(kAsidePrefix); });
     return path_;
 }
 

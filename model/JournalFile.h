@@ -33,7 +33,8 @@ class JournalFile {
     /// Has the system bring to the disk what was written, without waiting for it.
     void settle();
     void remove();
-    /// It gets a name under which nobody looks for it. \return its path
+    /// It gets a name under which nobody looks for it. Of those that lie there the newest are kept.
+    /// \return its path
     std::string setAside();
     /// When it was written last.
     std::time_t written() const;

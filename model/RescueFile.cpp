@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <ctime>
 #include <filesystem>
-#include <functional>
 #include <iomanip>
 #include <sstream>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "common/SaveFile.h"
+#include "model/NewestFiles.h"
 #include "model/QuickShapeDirectory.h"
 
 namespace OverlayEditor {
@@ -29,8 +28,6 @@ std::string rescueStem() {
     return std::move(stem).str();
 }
 
-constexpr std::size_t kMostFiles = 20;
-
 /// Whether a name is one that rescueStem gives, and not one that somebody has made of it.
 bool isRescueName(const std::string& name) {
     constexpr std::string_view stem = "Unsaved 0000-00-00 00-00-00";
@@ -46,22 +43,8 @@ bool isRescueName(const std::string& name) {
            (number.size() > 1 && number[0] == ' ' && number.find_first_not_of('0', 1) == std::string::npos);
 }
 
-/// The rescue files of a directory, the newest first.
-std::vector<std::string> rescueFilesIn(const std::string& directory) {
-    std::vector<std::pair<std::filesystem::file_time_type, std::string>> found;
-    for (const std::string& name : UTILS::namesIn(directory)) {
-        std::error_code gone;
-        const auto time = std::filesystem::last_write_time(directory + "/" + name, gone);
-        if (isRescueName(name) && !gone) found.emplace_back(time, directory + "/" + name);
-    }
-    std::ranges::sort(found, std::greater<>());
-    std::vector<std::string> paths;
-    for (auto& [time, path] : found) paths.push_back(std::move(path));
-    return paths;
-}
-
 std::string fileWith(const std::string& text, const std::string& directory) {
-    for (const std::string& path : rescueFilesIn(directory)) {
+    for (const std::string& path : newestFilesIn(directory, isRescueName)) {
         std::string kept;
         std::error_code gone;
         if (std::filesystem::file_size(path, gone) == text.size() && UTILS::readFile(path, kept).empty() &&
@@ -69,11 +52,6 @@ std::string fileWith(const std::string& text, const std::string& directory) {
             return path;
     }
     return {};
-}
-
-void dropOldest(const std::string& directory) {
-    const std::vector<std::string> paths = rescueFilesIn(directory);
-    for (std::size_t i = kMostFiles; i < paths.size(); ++i) UTILS::fileRemove(paths[i]);
 }
 
 const char* whatBecomesOfThem(Unrescued otherwise) {
@@ -108,7 +86,7 @@ std::string writeRescueFile(const std::string& text, Unrescued otherwise) {
         const std::string error =
             path.empty() ? UTILS::saveNewFile(name, text, path, UTILS::Rights::OwnersAlone) : std::string();
         if (error.empty()) {
-            if (own) dropOldest(directory);
+            if (own) dropOldFilesIn(directory, isRescueName);
             halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
             return path;
         }
