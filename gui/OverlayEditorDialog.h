@@ -69,7 +69,8 @@ class OverlayEditorDialog {
     int onCmdDiscardLost(PIObject* sender, void* data);
     int onCmdUndo(PIObject* sender, void* data);
     int onCmdRedo(PIObject* sender, void* data);
-    /// Ends drawing without what is held of it: the shape that is drawn for the first time goes.
+    /// Ends drawing without what is held of it. All steps of a shape that is drawn for the first time are
+    /// taken back, and can be done again.
     int onCmdCancelDrawing(PIObject* sender, void* data);
     /// While a shape is drawn: its last point goes, of a hand-drawn one the last line.
     int onCmdRemoveLastPoint(PIObject* sender, void* data);

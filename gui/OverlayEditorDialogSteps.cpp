@@ -99,12 +99,20 @@ bool OverlayEditorDialog::letGo_() {
 
 int OverlayEditorDialog::onCmdCancelDrawing(PIObject*, void*) {
     if (!draws_()) return 1;
-    const bool held = document_.history().isPressed();
+    History& history = document_.history();
+    const bool held = history.isPressed();
     mouseManager_->clearMouseTool();
-    if (held) document_.history().revert();
+    if (held) history.revert();
     countCommand();
-    Shape* const shape = current_();
-    delete_(shape && overlay_->numberOf(shape) == fresh_ ? shape : nullptr);
+    const std::uint64_t drawn = overlay_->numberOf(current_());
+    if (drawn != fresh_) {
+        updateMouseControls_();
+        return 1;
+    }
+    history.commit();
+    std::size_t steps = history.stepsOf(drawn);
+    if (steps == 0) delete_(current_());
+    for (; steps > 0; --steps) step_(&Document::undo);
     return 1;
 }
 

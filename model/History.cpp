@@ -240,6 +240,17 @@ std::uint64_t History::lastChanged() const {
     return change.before && change.after ? change.shape : 0;
 }
 
+std::size_t History::stepsOf(std::uint64_t shape) const {
+    for (std::size_t i = done_; i > 0; --i) {
+        const Step& step = steps_[i - 1];
+        if (step.file || !(step.attachedBefore == step.attachedAfter) || step.changes.size() != 1 ||
+            step.changes.front().shape != shape)
+            return 0;
+        if (!step.changes.front().before) return done_ - i + 1;
+    }
+    return 0;
+}
+
 History::Outcome History::undo(FileState& file) {
     pressed_ = false;
     commit();

@@ -84,6 +84,9 @@ class History final : private OverlayWatcher {
     bool holds() const;
     /// The number of the one shape that the last step has changed; 0 when it did something else.
     std::uint64_t lastChanged() const;
+    /// How many of the last steps have to do with this shape alone, the first of which added it; 0 when that
+    /// is not so.
+    std::size_t stepsOf(std::uint64_t shape) const;
     /// Called when there are other steps, or another one would be undone next; empty for nobody.
     void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
     /// Called at the end of an entry in which something may have changed, and after a step was undone or done
