@@ -10,6 +10,7 @@
 #include "geo/Sodano.h"
 #include "gui/Captions.h"
 #include "gui/OverlayEditorDialogWidgets.h"
+#include "model/PolygonShape.h"
 #include "model/ShapePlace.h"
 #include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
@@ -184,14 +185,22 @@ Shape* OverlayEditorDialog::current_() {
     return currentShape_;
 }
 
+void OverlayEditorDialog::noteShownPoint_() {
+    if (auto* const points = dynamic_cast<PolygonShape*>(current_()))
+        shownPoints_[overlay_->numberOf(points)] = points->shownPoint();
+}
+
 void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
     if (Shape* const before = current_(); shape != before) {
+        noteShownPoint_();
         if (before) before->deleteGui();
         currentShape_ = shape;
         if (shape) {
             shape->createGui(preferences_, &widgets_->panelArea);
             shape->fillGui();
         }
+        if (auto* const points = dynamic_cast<PolygonShape*>(shape))
+            points->showPoint(shownPoints_[overlay_->numberOf(shape)]);
     }
     document_.history().select(overlay_->numberOf(shape));
     refusedName_->forget();

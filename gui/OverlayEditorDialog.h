@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -108,6 +109,7 @@ class OverlayEditorDialog {
     /// A base name, a blank and a number that no shape of the overlay has.
     std::string getUniqueName_(const std::string& base);
     void setCurrentShape_(Shape* shape);
+    void noteShownPoint_();
     /// The shape whose panel is shown, null for none: it may be gone.
     Shape* current_();
     void fillList_();
@@ -179,6 +181,8 @@ class OverlayEditorDialog {
     bool insists_ = false;
     /// What is offered to be recovered.
     std::optional<Document::Lost> lost_;
+    /// By the shape's number, the point that its panel showed last.
+    std::map<std::uint64_t, unsigned long> shownPoints_;
     int nameCounter_ = 1;
     /// The number of the shape that was added last, until its drawing has ended; 0 for none.
     std::uint64_t fresh_ = 0;

@@ -56,6 +56,7 @@ bool OverlayEditorDialog::dropTyped_() {
 void OverlayEditorDialog::step_(History::Outcome (Document::*step)()) {
     const History& history = document_.history();
     const std::uint64_t before = overlay_->numberOf(current_());
+    noteShownPoint_();
     const History::Outcome outcome = (document_.*step)();
     if (outcome == History::Outcome::Nothing) return;
     // Another shape may lie where the current one was.

@@ -24,6 +24,7 @@ class PointsGui final : public PanelPart {
     void setPoints(PointsContainer& points);
     /// Goes to a point that was changed, and shows it and the number of points.
     void refreshPoint(unsigned long index);
+    unsigned long shownPoint() const { return index_; }
     /// Takes over what was typed. \return whether anything was
     bool takeEdit();
     void setPointConverter(const PointConverter* converter) override { converter_ = converter; }

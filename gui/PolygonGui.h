@@ -14,6 +14,7 @@ class PolygonGui final : public PanelOf<PolygonPanel> {
 
     void setShape(PolygonShape& shape) override { points_.setPoints(shape); }
     void refreshPoint(unsigned long index) override { points_.refreshPoint(index); }
+    unsigned long shownPoint() const override { return points_.shownPoint(); }
     LineStyleGUI& lineStyle() override { return lineStyle_; }
     FillStyleGUI& fillStyle() override { return fillStyle_; }
 

@@ -95,8 +95,9 @@ class PolygonPanel : public CheckedPanel {
   public:
     /// Shows the shape's points; the shape must outlive the panel.
     virtual void setShape(PolygonShape& shape) = 0;
-    /// Goes to a point that was changed, and shows it and the number of points.
+    /// Goes to a point, one that was changed for instance, and shows it and the number of points.
     virtual void refreshPoint(unsigned long index) = 0;
+    virtual unsigned long shownPoint() const = 0;
     virtual LineStyleGUI& lineStyle() = 0;
     virtual FillStyleGUI& fillStyle() = 0;
 };

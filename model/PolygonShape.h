@@ -45,6 +45,11 @@ class PolygonShape : public PointsContainer,
     void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) override;
     void replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) override;
 
+    /// The point that the panel shows; 0 without one.
+    unsigned long shownPoint() { return panel_() ? panel_()->shownPoint() : 0; }
+    void showPoint(unsigned long index) {
+        if (panel_()) panel_()->refreshPoint(index);
+    }
     /// For the tool while a point is dragged: as setPointAtIndex, but the tool keeps its points.
     void mouseSetPointAtIndex(unsigned long index, const halCore::Vec3& point);
     /// Appends without showing anything anew: for a shape under construction.

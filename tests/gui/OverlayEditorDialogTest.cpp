@@ -26,7 +26,7 @@ TEST_F(OverlayEditorDialogTest, StartsHiddenAndEmpty) {
     for (const char* caption : {"...", "Save As...", "Help...", "Close"})
         EXPECT_TRUE(host.find(caption)->enabled) << caption;
     EXPECT_FALSE(form.field("Name:").enabled);
-    EXPECT_THAT(form.field("Shape:").items, ElementsAre("Add", "Circle", "Sphere", "Cone", "Text"));
+    EXPECT_THAT(form.field("Shape:").items, ElementsAre("Add", "Circle", "Sphere", "Cone", "Text", "Line"));
     EXPECT_EQ(form.field("LLA:").items.at(static_cast<std::size_t>(form.field("LLA:").number)),
               UTILS::unitsGetAbbreviation(preferences.geodeticUnits()));
     EXPECT_EQ(form.field("Prec:").number, 2);

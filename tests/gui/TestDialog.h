@@ -19,6 +19,7 @@
 #include "gui/TestEquipment.h"
 #include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
+#include "model/PolygonShape.h"
 #include "model/ShapeRegistry.h"
 #include "support/TemporaryDirectory.h"
 
@@ -45,6 +46,7 @@ class OverlayEditorDialogTest : public ::testing::Test {
         for (const auto subtype : {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Cone})
             registry.addPrototype(CylinderShape(preferences, subtype));
         registry.addPrototype(AnnotationShape(preferences));
+        registry.addPrototype(PolygonShape(preferences, PolygonShape::Line));
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
     }
     ~OverlayEditorDialogTest() override {
