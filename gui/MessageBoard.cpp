@@ -48,7 +48,7 @@ MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer
                            FunctorTwoParams__* onRecover, FunctorTwoParams__* onDiscard)
     : row_(parent, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
       text_(&row_, ""),
-      answer_(&row_, "Recover", onAnswer),
+      answer_(&row_, "Load Rescued", onAnswer),
       recover_(&row_, "Recover\tTake the shapes that were not saved into the editor", onRecover),
       discard_(&row_,
                "Discard\tWrite the shapes that were not saved to a rescue file, and offer them no more",

@@ -23,7 +23,7 @@ constexpr std::int32_t kFollowToolMilliseconds = 1000;
 constexpr double kNearestRangeMeters = 5000.0;
 constexpr double kFarthestRangeMeters = 7.0e6;
 constexpr const char* kFileCaption = "File:\tCurrently loaded ZEL file";
-constexpr const char* kRecover = "Recover\tLoad the rescue file with the shapes that were not saved";
+constexpr const char* kLoadRescued = "Load Rescued\tLoad the rescue file with the shapes that were not saved";
 constexpr const char* kDiscard = "Discard\tGive up the shapes that are not saved";
 
 /// The pole about which a box lies, or half about: the middle of its longitudes is beside what it holds. 0
@@ -287,15 +287,15 @@ bool OverlayEditorDialog::rescued_() {
         refused_ = sender_;
         refusedAt_ = std::chrono::steady_clock::now();
     } else if (document_.rescueFile() != before) {
-        widgets_->messages.offer(kRecover);
+        widgets_->messages.offer(kLoadRescued);
     }
-    answer_ = rescued ? Answer::Recover : Answer::Discard;
+    answer_ = rescued ? Answer::LoadRescued : Answer::Discard;
     return rescued;
 }
 
 int OverlayEditorDialog::onCmdAnswer(PIObject*, void*) {
     widgets_->messages.clear();
-    if (answer_ == Answer::Recover)
+    if (answer_ == Answer::LoadRescued)
         loadOverlay_(document_.readFile(document_.rescueFile()));
     else
         clear_();

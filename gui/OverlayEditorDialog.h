@@ -171,8 +171,8 @@ class OverlayEditorDialog {
     std::vector<void*> toLoad_;
     Shape* currentShape_ = nullptr;
     /// What the button behind the message does.
-    enum class Answer { Recover, Discard };
-    Answer answer_ = Answer::Recover;
+    enum class Answer { LoadRescued, Discard };
+    Answer answer_ = Answer::LoadRescued;
     /// With what unsaved shapes were to be given up that could not be rescued, and when: used once more soon,
     /// it gives them up.
     const PIObject* refused_ = nullptr;

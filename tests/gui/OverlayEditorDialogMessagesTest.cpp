@@ -36,7 +36,7 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     EXPECT_TRUE(says("Saved, but not this: Radius: Invalid value \"9z\""));
     form.type("Radius:", "700");
 
-    auto& answer = *host.find("Recover");
+    auto& answer = *host.find("Load Rescued");
     press("Delete All");
     EXPECT_TRUE(says("are kept in " + path("rescued")));
     ASSERT_TRUE(answer.shown);
@@ -84,8 +84,8 @@ TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
             std::filesystem::copy(journal, path(copy));
     }
     const auto offered = [&] {
-        return says("Not saved when the host ended on") && !host.find("Recover")->shown &&
-               host.find("Recover\tTake the shapes that were not saved into the editor")->shown;
+        return says("Not saved when the host ended on") && host.find("Recover")->shown &&
+               !host.find("Load Rescued")->shown;
     };
     dialog->show();
     addCircle(1, 2, 500);
@@ -94,7 +94,7 @@ TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
     EXPECT_FALSE(offered()) << "what a command has to say comes first";
     form.type("Radius:", "600");
     EXPECT_TRUE(offered());
-    press("Recover\tTake the shapes that were not saved into the editor");
+    press("Recover");
     EXPECT_THAT(list().items, ElementsAre("First", "Second"));
     EXPECT_TRUE(says("are kept in " + path("rescued"))) << "the circle";
     press("Center");
