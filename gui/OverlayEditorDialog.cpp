@@ -121,6 +121,7 @@ void OverlayEditorDialog::show() {
 void OverlayEditorDialog::hide() {
     widgets_->attach.hideDialog();
     if (existingZels_) existingZels_->hide();
+    if (rings_) rings_->hide();
     setShowEditing_(false);
     box_.hide();
 }
@@ -219,8 +220,9 @@ int OverlayEditorDialog::onCmdCurrentShapeSelection(PIObject*, void*) {
 
 void OverlayEditorDialog::updateListManipulationButtons_() {
     const bool selected = widgets_->list.getSelectedItem() >= 0;
-    widgets_->center.setEnabled(selected);
-    widgets_->remove.setEnabled(selected);
+    for (PIGUI::PIWindow* each : std::initializer_list<PIGUI::PIWindow*>{
+             &widgets_->center, &widgets_->remove, &widgets_->duplicate, &widgets_->style})
+        each->setEnabled(selected);
     const bool any = widgets_->list.getNumItems() > 0;
     widgets_->removeAll.setEnabled(any);
     widgets_->fresh.setEnabled(any || !document_.fileName().empty());
@@ -312,6 +314,22 @@ std::string OverlayEditorDialog::getUniqueName_(const std::string& base) {
     return name;
 }
 
+Shape* OverlayEditorDialog::add_(std::unique_ptr<Shape> made) {
+    Shape* const shape = made.release();
+    overlay_->addShape(shape);
+    widgets_->list.appendItem(shape->name(), shape);
+    return shape;
+}
+
+void OverlayEditorDialog::choose_(Shape* shape) {
+    mouseManager_->clearMouseTool();
+    widgets_->list.deselectAll();
+    widgets_->list.setSelectedItem(itemOf_(shape));
+    setCurrentShape_(shape);
+    updateMouseControls_();
+    updateListManipulationButtons_();
+}
+
 int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
     const std::int32_t option = widgets_->shape.getValueInt();
     widgets_->shape.setValue(0);
@@ -321,15 +339,11 @@ int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
     const Shape* const prototype = prototypes_[static_cast<std::size_t>(option) - 1];
     std::unique_ptr<Shape> made(prototype->clone());
     made->setName(getUniqueName_(prototype->name()));
-    Shape* const shape = made.release();
-    overlay_->addShape(shape);
-    widgets_->list.deselectAll();
-    widgets_->list.setSelectedItem(widgets_->list.appendItem(shape->name(), shape));
-    setCurrentShape_(shape);
+    Shape* const shape = add_(std::move(made));
+    choose_(shape);
     fresh_ = overlay_->numberOf(shape);
     if (shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), true);
     updateMouseControls_();
-    updateListManipulationButtons_();
     return 1;
 }
 
@@ -456,6 +470,7 @@ int OverlayEditorDialog::onCmdCoordinateSystem(PIObject*, void*) {
 
 void OverlayEditorDialog::notifyPrefsUpdate_() {
     for (Shape* shape : overlay_->shapes()) shape->notifyPrefsUpdate();
+    if (rings_) rings_->notifyPrefsUpdate();
     // The labels of points in the view, too.
     PICommon::forceOpenGLRedraw();
 }

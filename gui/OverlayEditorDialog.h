@@ -12,6 +12,7 @@
 #include "common/Notify.h"
 #include "geo/UnitTypes.h"
 #include "gui/RefusedText.h"
+#include "gui/RingsDialog.h"
 #include "gui/SelectExistingZELDialog.h"
 #include "model/Document.h"
 #include "model/Preferences.h"
@@ -68,6 +69,10 @@ class OverlayEditorDialog {
     /// What a host that ended without a word has left, or keeps it in a rescue file alone.
     int onCmdRecoverLost(PIObject* sender, void* data);
     int onCmdDiscardLost(PIObject* sender, void* data);
+    int onCmdDuplicate(PIObject* sender, void* data);
+    int onCmdRings(PIObject* sender, void* data);
+    int onCmdMakeRings(PIObject* sender, void* data);
+    int onCmdSameStyle(PIObject* sender, void* data);
     int onCmdUndo(PIObject* sender, void* data);
     int onCmdRedo(PIObject* sender, void* data);
     /// Ends drawing without what is held of it. All steps of a shape that is drawn for the first time are
@@ -110,6 +115,10 @@ class OverlayEditorDialog {
     std::string getUniqueName_(const std::string& base);
     void setCurrentShape_(Shape* shape);
     void noteShownPoint_();
+    /// A new shape comes to the overlay and its list.
+    Shape* add_(std::unique_ptr<Shape> shape);
+    /// A shape of the list is the current one, and the mouse the host's.
+    void choose_(Shape* shape);
     /// The shape whose panel is shown, null for none: it may be gone.
     Shape* current_();
     void fillList_();
@@ -118,6 +127,9 @@ class OverlayEditorDialog {
     void mouseMoved_(PIGUI::PIMouseEventType_t type);
     /// Whether the mouse draws the current shape, or edits it.
     bool draws_();
+    /// Where rings lie about at first: in the overlay's form of positions.
+    /// \param reference what its offsets count from, null for places
+    PlacedPoint ringCenter_(const PointConverter* reference);
     /// What the mouse holds of the current shape is let go; it is drawn on. \return whether it held anything
     bool letGo_();
     /// A text that is typed and holds not yet, or not at all, goes. \return whether there was any
@@ -200,6 +212,7 @@ class OverlayEditorDialog {
     std::unique_ptr<RefusedText> refusedName_;
     /// Made when it is first asked for.
     std::unique_ptr<SelectExistingZELDialog> existingZels_;
+    std::unique_ptr<RingsDialog> rings_;
 };
 
 }  // namespace OverlayEditor

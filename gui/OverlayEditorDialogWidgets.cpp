@@ -50,6 +50,13 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       stepButtons(&listGroup, PIGUI::PILayoutFillX),
       undo(&stepButtons, "Undo", callbacks.make(&OverlayEditorDialog::onCmdUndo)),
       redo(&stepButtons, "Redo", callbacks.make(&OverlayEditorDialog::onCmdRedo)),
+      duplicate(&stepButtons, "Duplicate\tCopy the selected shape, where it is",
+                callbacks.make(&OverlayEditorDialog::onCmdDuplicate)),
+      rings(&stepButtons, "Rings...\tMake circles about one center",
+            callbacks.make(&OverlayEditorDialog::onCmdRings)),
+      styleRow(&listGroup, PIGUI::PILayoutFillX),
+      style(&styleRow, "Same style for all\tGive the selected shape's colors, width and filling to others",
+            callbacks.make(&OverlayEditorDialog::onCmdSameStyle)),
 
       generalGroup(&left, "General Options"),
       general(&generalGroup, 2),
@@ -119,6 +126,10 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     std::int32_t index = 0;
     for (const Shape* prototype : prototypes) shape.appendOption(++index, prototype->name());
     shape.setValue(0);
+    index = 0;
+    for (const char* choice : {"...", "of its kind", "shapes"}) style.appendOption(index++, choice);
+    style.setValue(0);
+    style.disable();
     digits.show(preferences.precision());
     for (const auto choice : {Preferences::LLA, Preferences::MGRS})
         system.appendOption(choice, preferences.getStringFromSystem(choice));
@@ -134,7 +145,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
         toggle->uncheck();
         toggle->disable();
     }
-    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &undo, &redo, &fresh, &save})
+    for (PIGUI::PIButton* button : {&center, &remove, &removeAll, &duplicate, &undo, &redo, &fresh, &save})
         button->disable();
 }
 

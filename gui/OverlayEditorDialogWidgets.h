@@ -37,6 +37,10 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PIHorizontalFrame stepButtons;
     PIGUI::PIButton undo;
     PIGUI::PIButton redo;
+    PIGUI::PIButton duplicate;
+    PIGUI::PIButton rings;
+    PIGUI::PIHorizontalFrame styleRow;
+    PIGUI::PIOptionMenu style;
 
     PIGUI::PIGroupBox generalGroup;
     PIGUI::PIHorizontalMatrix general;

@@ -4,12 +4,6 @@
 
 namespace OverlayEditor {
 
-namespace {
-
-constexpr int kMost = 9999;
-
-}  // namespace
-
 CheckRow::CheckRow(PanelBody& panel, const std::string& caption)
     : PanelRow(panel, caption, tooltipOf(caption), "") {}
 
@@ -23,14 +17,15 @@ bool CheckRow::takeEdit_() {
     return true;
 }
 
-NumberRow::NumberRow(PanelBody& panel, const std::string& caption, const std::string& unit, int least)
+NumberRow::NumberRow(PanelBody& panel, const std::string& caption, const std::string& unit, int least,
+                     int most)
     : panel_(panel),
       caption_(panel.table(), caption),
       pair_(panel.table()),
       field_(&pair_, PIGUI::PISpinnerNormal, callbacks_.make(&NumberRow::onCmdEdit)),
       unit_(&pair_, unit),
       filler_(panel.table(), ""),
-      number_(field_, captionName(caption), least, kMost) {}
+      number_(field_, captionName(caption), least, most) {}
 
 int NumberRow::onCmdEdit(PIObject*, void*) {
     if (number_.take()) panel_.onCmdChange();

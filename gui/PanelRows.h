@@ -73,8 +73,9 @@ class CheckRow final : public PanelRow<PIGUI::PICheckButton> {
 class NumberRow {
   public:
     /// \param unit what stands behind the number
-    /// \param least a smaller number is refused with a message
-    NumberRow(PanelBody& panel, const std::string& caption, const std::string& unit, int least);
+    /// \param least,most what lies beyond them is refused with a message
+    NumberRow(PanelBody& panel, const std::string& caption, const std::string& unit, int least,
+              int most = kMost);
     ~NumberRow() { callbacks_.disconnect(); }
     NumberRow(const NumberRow&) = delete;
     NumberRow& operator=(const NumberRow&) = delete;
@@ -82,6 +83,7 @@ class NumberRow {
     int value() const { return number_.value(); }
 
   private:
+    static constexpr int kMost = 9999;
     int onCmdEdit(PIObject* sender, void* data);
 
     PanelBody& panel_;

@@ -32,8 +32,8 @@ void AnnotationShape::setName(const std::string& name) {
     dirty_();
 }
 
-void AnnotationShape::mouseSetPosition(const halCore::Vec3& lla) {
-    setPosition(lla);
+void AnnotationShape::showPosition(const PlacedPoint& point) {
+    setPosition(point);
     if (panel_() && hasPoint()) panel_()->setPosition(points_.at(0));
     dirty_();
 }

@@ -29,7 +29,9 @@ class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>
     /// (0, 0, 0) until it is set; kNoPlace where its offset leads nowhere.
     halCore::Vec3 position() const { return hasPoint() ? points_.place(0) : halCore::Vec3(); }
     /// For the tool: as setPosition, shown at once in the host and in the panel.
-    void mouseSetPosition(const halCore::Vec3& lla);
+    void mouseSetPosition(const halCore::Vec3& lla) { showPosition(PlacedPoint(lla)); }
+    /// The same as it was given.
+    void showPosition(const PlacedPoint& point);
 
     // These leave the refresh to their caller.
     void setPosition(const halCore::Vec3& lla) { setPosition(PlacedPoint(lla)); }

@@ -169,7 +169,12 @@ std::string History::Step::name() const {
         return attachedAfter.platform != 0 ? "attach to " + attachedAfter.name
                                            : "detach from " + attachedBefore.name;
     if (changes.size() == 1) return stepName(changes.front().before.get(), changes.front().after.get());
-    return "change " + std::to_string(changes.size()) + " shapes";
+    const auto none = [this](ShapeStatePtr Change::*side) {
+        return std::ranges::none_of(changes,
+                                    [side](const Change& change) { return change.*side != nullptr; });
+    };
+    const char* const verb = none(&Change::before) ? "add " : none(&Change::after) ? "delete " : "change ";
+    return verb + std::to_string(changes.size()) + " shapes";
 }
 
 bool History::joins_(const Step& step) const {

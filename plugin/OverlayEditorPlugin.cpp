@@ -85,6 +85,7 @@ void OverlayEditorPlugin::build_() {
           std::pair{"Finish Overlay Shape", &OverlayEditorPlugin::onCmdFinish},
           std::pair{"Remove Last Overlay Point", &OverlayEditorPlugin::onCmdRemoveLastPoint},
           std::pair{"Delete Overlay Shape", &OverlayEditorPlugin::onCmdDelete},
+          std::pair{"Duplicate Overlay Shape", &OverlayEditorPlugin::onCmdDuplicate},
           std::pair{"Cancel Overlay Drawing", &OverlayEditorPlugin::onCmdCancel}})
         offer(label, callbacks_.make(handler));
     menuItem_->setIcon(*icon_);
@@ -210,6 +211,11 @@ int OverlayEditorPlugin::onCmdRemoveLastPoint(PIObject*, void*) {
 int OverlayEditorPlugin::onCmdDelete(PIObject*, void*) {
     if (dialog_ && dialog_->shown()) countCommand();
     return edit_(&OverlayEditorDialog::onCmdDelete);
+}
+
+int OverlayEditorPlugin::onCmdDuplicate(PIObject*, void*) {
+    if (dialog_ && dialog_->shown()) countCommand();
+    return edit_(&OverlayEditorDialog::onCmdDuplicate);
 }
 
 int OverlayEditorPlugin::onCmdCancel(PIObject*, void*) {

@@ -61,6 +61,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     int onCmdFinish(PIObject* sender, void* data);
     int onCmdRemoveLastPoint(PIObject* sender, void* data);
     int onCmdDelete(PIObject* sender, void* data);
+    int onCmdDuplicate(PIObject* sender, void* data);
     int onCmdCancel(PIObject* sender, void* data);
     /// Takes the overlays that were right-clicked last into the editor.
     int onCmdLoadHalvisZels(PIObject* sender, void* data);
