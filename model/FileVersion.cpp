@@ -1,5 +1,6 @@
 #include "model/FileVersion.h"
 
+#include <cerrno>
 #include <functional>
 #include <tuple>
 #include <utility>
@@ -49,9 +50,16 @@ bool FileVersion::isOnDisk() const {
 }
 
 std::string FileVersion::whyNot(const std::string& path) const {
-    if (!UTILS::fileIsFile(path)) return "the file is gone";
-    return unreadable_.empty() ? "somebody else has written the file"
-                               : "the file cannot be read: " + unreadable_;
+    std::string why = unreadable_;
+    struct stat found {};
+    if (::stat(path.c_str(), &found) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) return "the file is gone";
+        // A directory above it may be closed.
+        why = UTILS::reasonOf(errno);
+    } else if (!S_ISREG(found.st_mode)) {
+        return "the file is gone";
+    }
+    return why.empty() ? "somebody else has written the file" : "the file cannot be read: " + why;
 }
 
 }  // namespace OverlayEditor

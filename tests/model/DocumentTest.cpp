@@ -380,6 +380,12 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     EXPECT_EQ(document->changes(), "Not saved; the file is gone; not complete: New");
     write("two.zel", "theirs");
     EXPECT_EQ(document->changes(), "Not saved; somebody else has written the file; not complete: New");
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink(file, file);
+    EXPECT_THAT(document->changes(), HasSubstr("; the file cannot be read: Too many levels"))
+        << "or that of a directory that is closed";
+    std::filesystem::remove(file);
+    std::ofstream(file) << "";
     std::filesystem::resize_file(file, UTILS::kMaxFileSize + 1);
     EXPECT_THAT(document->changes(), HasSubstr("; the file cannot be read: It is larger than"));
     fresh.setCenter({0.1, 0.2, 0});
