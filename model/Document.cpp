@@ -184,7 +184,7 @@ Document::Reading Document::readFile(const std::string& fileName) const {
         if (error.empty()) {
             // A file that the host displays is edited in its place, so that it is not drawn twice.
             FileVersion version(fileName, text);
-            Reading reading = read(std::move(text), fileName, PIHALVIS::getZELObject(fileName));
+            Reading reading = read(std::move(text), fileName, displayOf(fileName));
             reading.version = std::move(version);
             return reading;
         }

@@ -4,6 +4,7 @@
 #include "common/Notify.h"
 #include "common/Strings.h"
 #include "model/Document.h"
+#include "model/FileDisplays.h"
 #include "model/OverlayFile.h"
 #include "model/Utils.h"
 #include "pi/PIData.h"
@@ -154,7 +155,7 @@ void Document::recover(Lost lost) {
     file_.name = head.fileName;
     file_.known = head.known;
     file_.recovered = true;
-    if (void* const zel = file_.name.empty() ? nullptr : PIHALVIS::getZELObject(file_.name)) {
+    if (void* const zel = displayOf(file_.name)) {
         overlay_.setZelId(zel);
         if (editing_) PIHALVIS::showZELFile(zel, false);
     }

@@ -19,4 +19,11 @@ std::vector<void*> displaysOf(const std::string& fileName) {
     return overlays;
 }
 
+void* displayOf(const std::string& fileName) {
+    if (fileName.empty()) return nullptr;
+    if (void* const named = PIHALVIS::getZELObject(fileName)) return named;
+    const std::vector<void*> linked = displaysOf(fileName);
+    return linked.empty() ? nullptr : linked.front();
+}
+
 }  // namespace OverlayEditor

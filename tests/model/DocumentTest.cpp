@@ -42,6 +42,10 @@ TEST_F(DocumentTest, SavedAndLoadedItIsTheSameAndShownOnce) {
     document->setEditing(false);
     EXPECT_TRUE(host.overlays[shownOf(file)].shown);
     document->setEditing(true);
+    std::filesystem::create_symlink(file, path("link.zel"));
+    ASSERT_TRUE(load(path("link.zel")));
+    EXPECT_EQ(overlay.zelId(), shownOf(file)) << "by another name, too";
+    ASSERT_TRUE(load(file));
 
     ASSERT_TRUE(document->save(path("copy.zel")));
     EXPECT_EQ(contentsOf(path("copy.zel")), saved);
