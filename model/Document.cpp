@@ -332,6 +332,7 @@ bool Document::isKept_() const {
 void Document::keep_(unsigned long platform) {
     overlay_.keep();
     file_.keptPlatform = platform;
+    file_.keptOffsets = overlay_.hasOffsets();
     file_.recovered = false;
     journal_.settle();
 }
@@ -341,14 +342,21 @@ bool Document::isSaved() const {
            (overlay_.digest() == 0 || overlay_.attachedPlatformId() == file_.keptPlatform);
 }
 
+std::string Document::whatAttachingChanges_() const {
+    const unsigned long platform = overlay_.attachedPlatformId();
+    const std::string name = platform == 0 ? "no platform" : Utils::platformName(platform);
+    const bool counts = platform != 0 && overlay_.hasOffsets();
+    if (!counts) return file_.keptOffsets ? "offsets become positions" : "shown on " + name;
+    return (file_.keptOffsets ? "offsets count from " : "positions become offsets from ") + name;
+}
+
 std::string Document::changes() const {
     std::string text = isSaved() ? "None" : "Not saved";
     const bool any = overlay_.digest() != 0;
     if (any && overlay_.isKept() && !file_.name.empty() && !file_.known.isOnDisk())
         text += "; " + file_.known.whyNot(file_.name);
-    if (const unsigned long platform = overlay_.attachedPlatformId(); any && platform != file_.keptPlatform)
-        text += platform == 0 ? "; offsets become positions"
-                              : "; positions become offsets from " + Utils::platformName(platform);
+    if (any && !file_.recovered && overlay_.attachedPlatformId() != file_.keptPlatform)
+        text += "; " + whatAttachingChanges_();
     constexpr std::size_t few = 3;
     if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
         text += "; not complete: " + UTILS::listed(incomplete, few);

@@ -146,6 +146,8 @@ class Document {
     History::Outcome step_(History::Outcome (History::*step)(FileState&));
     /// The text is in a file.
     bool isKept_() const;
+    /// In words, of one that is attached to something else than in its file.
+    std::string whatAttachingChanges_() const;
     /// What the overlay holds is what a file holds now.
     /// \param platform what the file's positions count from
     void keep_(unsigned long platform);

@@ -20,6 +20,8 @@ struct FileState {
     /// The digest of the overlay's text that is in it, and the platform that its positions count from.
     std::uint64_t kept = 0;
     unsigned long keptPlatform = 0;
+    /// Whether any are offsets from there.
+    bool keptOffsets = false;
     /// The text of which the shapes have blocks, null for none.
     std::shared_ptr<const halCore::ZEL::SourceText> source;
     /// Whether it was recovered, and is in no file yet.

@@ -352,6 +352,14 @@ std::vector<std::string> Overlay::incomplete() const {
     return names;
 }
 
+bool Overlay::hasOffsets() const {
+    sumUp_();
+    return std::ranges::any_of(places_, [](const Place& place) {
+        return place.shape && place.written->digest != 0 && place.shape->placed().frame() &&
+               !place.shape->placed().hasOwnReference();
+    });
+}
+
 std::vector<std::string> Overlay::hidden() const {
     sumUp_();
     std::vector<std::string> names;

@@ -127,6 +127,8 @@ class Overlay final : private ShapeKeeper {
     std::vector<std::string> begun() const;
     /// Those and the ones without a place that have no block: all that are in no text.
     std::vector<std::string> incomplete() const;
+    /// Whether any shape of the text has offsets from what the overlay counts from.
+    bool hasOffsets() const;
     /// The names of shapes that are not drawn.
     std::vector<std::string> hidden() const;
     /// A file holds the text as it is now.

@@ -395,6 +395,19 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     fresh.setCenter({0.1, 0.2, 0});
     document->attach(7, false);
     EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
+    std::filesystem::remove(file);
+    document->save(file);
+    document->attach(0, false);
+    EXPECT_EQ(document->changes(), "Not saved; offsets become positions; not complete: New");
+    host.platforms[8].header.name = "Tug";
+    document->attach(8, false);
+    EXPECT_EQ(document->changes(), "Not saved; offsets count from Tug; not complete: New");
+    // Places stay places where the host shows them about a platform.
+    void* const zel = &host;
+    host.overlays[zel] = {kTwoCircles, write("three.zel", kTwoCircles), 7, true};
+    take(document->readOverlay(zel));
+    document->attach(0, false);
+    EXPECT_EQ(document->changes(), "Not saved; shown on no platform");
 }
 
 TEST_F(DocumentTest, UndoWithoutThePlatformSaysSoAndNothingElse) {
