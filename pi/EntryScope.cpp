@@ -38,7 +38,8 @@ EntryScope::~EntryScope() {
         constexpr int kTurns = 8;
         for (int turn = 0; turn < kTurns && !waiting.empty(); ++turn)
             for (const Waiting& each : std::exchange(waiting, {})) perform(each.work);
-        for (const auto& last : std::exchange(lastThings, {})) perform(last);
+        for (int turn = 0; turn < kTurns && !lastThings.empty(); ++turn)
+            for (const auto& last : std::exchange(lastThings, {})) perform(last);
     }
     --openEntries;
     at_ = before_;
