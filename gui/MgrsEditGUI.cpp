@@ -41,11 +41,12 @@ MgrsEditGUI::MgrsEditGUI(PanelBody& panel)
       alt_(panel, "Alt:\tAltitude in specified units", ValueUnitEntry::Quantity::Altitude) {}
 
 void MgrsEditGUI::setPosition(const PlacedPoint& point) {
-    const Texts before = reference_();
+    const Texts before = reference_(position_);
+    if (point.place.lat() != position_.lat() || point.place.lon() != position_.lon()) given_ = point.place;
     position_ = point.place;
     referenceEdited_ = false;
     alt_.setValue(position_.alt());
-    if (!isRefused_() || reference_() != before) showReference_();
+    if (!isRefused_() || reference_(position_) != before) showReference_();
 }
 
 std::optional<PlacedPoint> MgrsEditGUI::edited() const {
@@ -53,16 +54,16 @@ std::optional<PlacedPoint> MgrsEditGUI::edited() const {
     return PlacedPoint(halCore::Vec3(position_.lat(), position_.lon(), alt_.value()));
 }
 
-MgrsEditGUI::Texts MgrsEditGUI::reference_() const {
+MgrsEditGUI::Texts MgrsEditGUI::reference_(const halCore::Vec3& place) {
     std::string mgrs, gzd, square, easting, northing;
-    if (UTILS::MgrsConvert::geodeticToMgrs(position_.lat(), position_.lon(), mgrs) != 0 ||
+    if (UTILS::MgrsConvert::geodeticToMgrs(place.lat(), place.lon(), mgrs) != 0 ||
         UTILS::MgrsConvert::divideMgrs(mgrs, gzd, square, easting, northing) != 0)
         return {};
     return {gzd + " " + square, easting + " " + northing};
 }
 
 void MgrsEditGUI::showReference_() {
-    const Texts shown = reference_();
+    const Texts shown = reference_(position_);
     square_.refused().forget();
     numbers_.refused().forget();
     square_.setText(shown.square);
@@ -71,7 +72,7 @@ void MgrsEditGUI::showReference_() {
 
 bool MgrsEditGUI::takeReference_(TextRow& edited) {
     const Texts typed{square_.text(), numbers_.text()};
-    if (typed == reference_() || edited.refused().is(edited.text())) {
+    if (typed == reference_(position_) || edited.refused().is(edited.text())) {
         showReference_();
         return false;
     }
@@ -85,9 +86,12 @@ bool MgrsEditGUI::takeReference_(TextRow& edited) {
         return true;
     }
     if (error.empty()) {
+        const halCore::Vec3 given = given_;
+        if (typed == reference_(given)) lla = {given.lat(), given.lon(), lla.alt()};
         setPosition(PlacedPoint(lla));
+        given_ = given;
     } else {
-        const Texts shown = reference_();
+        const Texts shown = reference_(position_);
         std::string message = edited.name() + ": MGRS \"";
         message.append(UTILS::excerpt(typed.square + " " + typed.numbers)).append("\": ").append(error);
         message.append("; understood are \"4Q FJ\" and \"12345 67890\"; still ");

@@ -53,12 +53,14 @@ class MgrsEditGUI final : public PointEditor {
     bool takeReference_(TextRow& edited);
     bool isRefused_() { return square_.refused().stands() || numbers_.refused().stands(); }
     /// Of the position; empty where there are no references.
-    Texts reference_() const;
+    static Texts reference_(const halCore::Vec3& place);
     void showReference_();
     static std::string read_(const Texts& fields, halCore::Vec3& lla);
 
     Taker taker_;
     halCore::Vec3 position_;
+    /// The last one that nobody typed here. \see ValueUnitEntry
+    halCore::Vec3 given_;
     bool referenceEdited_ = false;
     TextRow square_;
     TextRow numbers_;

@@ -22,6 +22,8 @@ class PanelRow {
         unit_.setShown(shown);
     }
     void setEnabled(bool enabled) { field_.setEnabled(enabled); }
+    /// From now on the field is about something else, which may have the same value.
+    virtual void startAnew() {}
     /// Keeps room for the longest unit behind the fields of the table, so that these do not change their
     /// width.
     void setUnitRoom() { unit_.setRoom(kUnitLetters, 1); }

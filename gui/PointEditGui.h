@@ -33,6 +33,8 @@ class PointEditGui final : public PanelPart {
     /// The position in view, edited or not.
     PlacedPoint position() const { return edited().value_or(position_); }
     void setEnabled(bool enabled);
+    /// \see PointEditor
+    void startAnew() { current_->startAnew(); }
 
   private:
     /// Shows the editor that is to be shown, and it alone.

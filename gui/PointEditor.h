@@ -33,6 +33,11 @@ class PointEditor {
         for (Row* row : rows_()) row->setEnabled(enabled);
     }
 
+    /// The position in view is that of another point.
+    void startAnew() {
+        for (Row* row : rows_()) row->startAnew();
+    }
+
   protected:
     using Row = PanelRow<PIGUI::PITextField>;
     virtual std::array<Row*, 3> rows_() = 0;

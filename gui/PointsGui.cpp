@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "geo/Sodano.h"
@@ -50,6 +51,7 @@ void PointsGui::show_() {
     name_.setValue(std::string(isNew ? "New Point" : "Point"));
     counter_.setValue(isNew ? std::string() : std::to_string(index_ + 1) + " of " + std::to_string(count));
     point_.setPosition(isNew ? PlacedPoint(newPoint_()) : points_->placedPointAtIndex(index_));
+    if (std::exchange(shownIndex_, index_) != index_) point_.startAnew();
     previous_.setEnabled(index_ > 0);
     next_.setEnabled(!isNew);
     delete_.setEnabled(!isNew);

@@ -44,6 +44,7 @@ class PointsGui final : public PanelPart {
 
     PointsContainer* points_ = nullptr;
     unsigned long index_ = 0;
+    unsigned long shownIndex_ = 0;
     bool closed_;
     const PointConverter* converter_ = nullptr;
     CallbackList<PointsGui> callbacks_{this};

@@ -40,6 +40,7 @@ void ValueUnitEntry::setValue(double value) {
     edited_ = false;
     // Other fields of the panel were edited: the text waits for its correction.
     const std::string before = format_();
+    if (value != value_) given_ = value;
     value_ = value;
     if (refused_.stands() && format_() == before) return;
     refused_.forget();
@@ -63,6 +64,7 @@ bool ValueUnitEntry::takeEdit_() {
     double value = 0.0;
     std::string remark;
     const bool isValue = parse_(text, value, remark) == 0;
+    if (isValue && text == format_(given_)) value = given_;
     std::string reason = isValue ? std::string(refusal(quantity_, value)) : remark;
     if (isValue && reason.empty() && check_) reason = check_(value);
     if (!isValue && taker_) {
@@ -108,21 +110,21 @@ std::string_view ValueUnitEntry::example_() const {
     }
 }
 
-std::string ValueUnitEntry::format_() const {
+std::string ValueUnitEntry::format_(double value) const {
     const auto& units = *preferences_.unitsProvider();
     switch (quantity_) {
         case Quantity::Range:
         case Quantity::Radius:
         case Quantity::Size:
-            return units.formatRange(value_);
+            return units.formatRange(value);
         case Quantity::Altitude:
-            return units.formatAltitude(value_);
+            return units.formatAltitude(value);
         case Quantity::Angle:
-            return units.formatAngle(value_);
+            return units.formatAngle(value);
         case Quantity::Latitude:
-            return units.formatLatitude(value_);
+            return units.formatLatitude(value);
         case Quantity::Longitude:
-            return units.formatLongitude(value_);
+            return units.formatLongitude(value);
     }
     return {};
 }

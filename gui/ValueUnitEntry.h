@@ -11,7 +11,8 @@
 namespace OverlayEditor {
 
 /// A value with its unit. The field shows the value in the user's units and precision, while the entry keeps
-/// all of its digits. Values are metres or radians.
+/// all of its digits. Values are metres or radians. A text that is typed and is what the field shows of the
+/// value that it had before it was edited means that value, with all of its digits: so is an edit taken back.
 class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPart {
   public:
     /// Radius and Size are ranges too. A radius is above 0, a size of either sign; neither reaches farther
@@ -41,11 +42,13 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
     void setTaker(Taker taker) { taker_ = std::move(taker); }
 
     void notifyPrefsUpdate() override;
+    void startAnew() override { given_ = value_; }
 
   private:
     /// Text that is no value of this kind is reported, and refused.
     bool takeEdit_() override;
-    std::string format_() const;
+    std::string format_() const { return format_(value_); }
+    std::string format_(double value) const;
     int parse_(const std::string& text, double& value, std::string& remark) const;
     bool isCoordinate_() const { return quantity_ == Quantity::Latitude || quantity_ == Quantity::Longitude; }
     std::string unitText_() const;
@@ -59,6 +62,8 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
     std::string name_;
     RefusedText refused_{field_};
     double value_ = 0.0;
+    /// The last one that nobody typed here.
+    double given_ = 0.0;
     bool edited_ = false;
 };
 
