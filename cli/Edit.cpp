@@ -46,9 +46,10 @@ int edit(const EditOptions& options) {
         }
         progress.hide();
         std::cout << text;
-        for (const std::string& message : said)
-            std::cerr << UTILS::printable(file) << ": " << UTILS::printable(message, UTILS::kLongestShown)
-                      << '\n';
+        for (const std::string& message : said) {
+            if (!message.starts_with(file)) std::cerr << UTILS::printable(file) << ": ";
+            std::cerr << UTILS::printable(message, UTILS::kLongestShown) << '\n';
+        }
         printMessages(std::cerr, file, losses);
         shapes += overlay.shapes().size();
         lost += losses.size();

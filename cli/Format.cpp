@@ -1,14 +1,18 @@
 #include <iostream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
-#include "common/Files.h"
 #include "common/NumberText.h"
 #include "common/Printable.h"
 #include "common/SaveFile.h"
 #include "format/Parser.h"
 #include "format/ShapeFields.h"
+#include "format/SourceText.h"
 #include "format/TextBuffer.h"
 
 namespace cli {
@@ -19,7 +23,9 @@ using halCore::ZEL::Parser;
 using halCore::ZEL::ParseReport;
 
 /// All that the format can carry: the shapes with their comments, and the comments between them.
-void write(std::ostream& out, const Parser::Shapes& shapes, const ParseReport& report) {
+std::string formatted(const Parser::Shapes& shapes, const ParseReport& report) {
+    const auto buffer = OverlayEditor::TextBuffer::take();
+    std::ostream& out = buffer->out();
     out.precision(UTILS::kSignificantDigits);
     out << "version 2\n\n";
     auto comment = report.looseComments.begin();
@@ -32,20 +38,15 @@ void write(std::ostream& out, const Parser::Shapes& shapes, const ParseReport& r
         shapes[i]->serializeToStream(out);
         out << '\n';
     }
+    return buffer->text();
 }
 
-/// Empty, or why the file is left as it is.
-std::string formatInPlace(const std::string& file, const std::string& text, const FormatOptions& options,
-                          ParseReport& report, const std::vector<ParseMessage>& silent) {
-    Parser::Shapes shapes;
-    Parser().parse(text, shapes, report);
-    report.addUnterminatedBlock();
-    if (shapes.empty()) return "There is no shape in it, not rewritten";
-    if (!(report.messages.empty() && silent.empty()) && !options.force)
-        return "Not rewritten, because what the messages name would be lost (use --force to lose it)";
-    const auto formatted = OverlayEditor::TextBuffer::take();
-    write(formatted->out(), shapes, report);
-    return formatted->text() == text ? std::string() : UTILS::saveFile(file, formatted->text());
+/// The same with the line ends and the byte order mark of the text that it is made of.
+std::string formatted(std::string text, const Parser::Shapes& shapes, const ParseReport& report) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    const std::string_view begin = text.starts_with(byteOrderMark) ? byteOrderMark : "";
+    const halCore::ZEL::SourceText source(std::move(text), {}, {});
+    return std::string(begin).append(source.withLineEnds(formatted(shapes, report)));
 }
 
 }  // namespace
@@ -56,33 +57,38 @@ int format(const FormatOptions& options) {
     Progress progress(totalSize(files));
     bool complete = true;
     for (const std::string& file : files) {
+        Input input(file, progress);
+        std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
+        if (const std::string error = input.error(); !error.empty()) {
+            failures.report(file, error);
+            continue;
+        }
         ParseReport report;
         std::vector<ParseMessage> silent;
         report.silent = &silent;
-        if (options.inPlace && file != kStandardInput) {
-            std::string text;
-            if (const std::string error = UTILS::readFile(file, text); !error.empty()) {
-                failures.report(file, error);
-                continue;
-            }
-            const std::string problem = formatInPlace(file, text, options, report, silent);
-            progress.advance(text.size());
-            const bool clean = report.messages.empty() && silent.empty();
-            if (!problem.empty() || !clean) progress.hide();
-            printMessages(std::cerr, file, report.messages, silent);
-            if (!problem.empty()) std::cerr << "zel: " << UTILS::printable(file) << ": " << problem << '\n';
-            complete = complete && problem.empty() && clean;
-            continue;
-        }
-        Input input(file, progress);
         Parser::Shapes shapes;
-        Parser().parse(input.stream(), shapes, report);
+        Parser().parse(text, shapes, report);
         report.addUnterminatedBlock();
-        progress.hide();
-        write(std::cout, shapes, report);
+        const bool clean = report.messages.empty() && silent.empty();
+        const bool inPlace = options.inPlace && file != kStandardInput;
+        std::string problem;
+        if (inPlace && shapes.empty()) {
+            problem = "There is no shape in it, not rewritten";
+        } else if (inPlace && !clean && !options.force) {
+            problem = "Not rewritten, because what the messages name would be lost (use --force to lose it)";
+        } else {
+            const std::string now = formatted(text, shapes, report);
+            if (!inPlace) {
+                progress.hide();
+                std::cout << now;
+            } else if (now != text) {
+                problem = UTILS::saveFile(file, now);
+            }
+        }
+        if (!problem.empty() || !clean) progress.hide();
         printMessages(std::cerr, file, report.messages, silent);
-        complete = complete && report.messages.empty() && silent.empty();
-        if (const std::string error = input.error(); !error.empty()) failures.report(file, error);
+        if (!problem.empty()) std::cerr << "zel: " << UTILS::printable(file) << ": " << problem << '\n';
+        complete = complete && problem.empty() && clean;
     }
     if (failures.any()) return kUnreadable;
     return complete ? kClean : kMessages;

@@ -248,6 +248,8 @@ std::string SilentLines::fateOfSettings_(const Line& line, const LineSettings& s
 std::string SilentLines::fateOf_(const Line& line, const ZelShape& shape, PointType pointType) const {
     const Keyword& keyword = *line.keyword;
     const LineSettings settings(keyword, tokens_);
+    const bool isKind = ZelShape::stringToShapeType(keyword.text) != ShapeType::None;
+    if (isKind && is<ImageOverlay>(shape)) return "is passed over, because \"kml_groundoverlay\" counts";
     std::string fate;
     if (pointOf(keyword, tokens_) != PointType::None)
         fate = fateOfPoint_(line, shape, pointType);
@@ -261,8 +263,10 @@ std::string SilentLines::fateOf_(const Line& line, const ZelShape& shape, PointT
         fate = fateOfSettings_(line, settings, shape);
     if (fate.empty() && keyword.action == Action::Extrude && tokens_.count() >= 2) {
         fate = fateOfBoolean(tokens_[1]);
-        if (fate.empty() && isFalseToken(tokens_[1]) && lastOf_(P::AltitudeMode).value == "extrude")
-            fate = passedOver(lastOf_(P::AltitudeMode).line);
+        if (fate.empty() && isFalseToken(tokens_[1]))
+            fate = lastOf_(P::AltitudeMode).value == "extrude"
+                       ? passedOver(lastOf_(P::AltitudeMode).line)
+                       : "is passed over: nothing is extruded unless a line says so";
     }
     // "filled true" says nothing more than "filled".
     if (keyword.action == Action::Flag && tokens_.count() == 2 && UTILS::stringIsTrueToken(tokens_[1]))

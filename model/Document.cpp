@@ -36,8 +36,9 @@ void tellLosses(const std::string& fileName, const Overlay::Losses& losses) {
         halNotify::notify(halNotify::Warning)
             << "Not in the new " << fileName << ": line " << losses[i].line << ": " << losses[i].text;
     if (losses.size() > UTILS::kMostListed)
-        halNotify::notify(halNotify::Warning) << "Not in the new " << fileName << ": "
-                                              << losses.size() - UTILS::kMostListed << " more lines are lost";
+        halNotify::notify(halNotify::Warning)
+            << "Not in the new " << fileName << ": " << losses.size() - UTILS::kMostListed
+            << (losses.size() - UTILS::kMostListed == 1 ? " more line is lost" : " more lines are lost");
 }
 
 /// Copies a file's text to its name with "~", or the next one that is free, and tells so.

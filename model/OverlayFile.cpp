@@ -36,7 +36,9 @@ void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName)
     }
     if (messages.size() > most)
         halNotify::notify(halNotify::Warning)
-            << sourceName << " has " << messages.size() - most << " more lines that are not understood";
+            << sourceName << " has " << messages.size() - most
+            << (messages.size() - most == 1 ? " more line that is" : " more lines that are")
+            << " not understood";
 }
 
 /// Whether a shape's position is an offset. One without a position has none: it stands on the platform of an

@@ -139,7 +139,8 @@ class Zel(unittest.TestCase):
     def test_format_prints(self):
         text = "\ufeff# Header\r\nstart\r\nRADIUS 5\r\n# Inside\r\ncircle\r\nend\r\n// Tail"
         formatted = "version 2\n\n# Header\nstart\n# Inside\ncircle\nradius 5\nend\n\n// Tail\n"
-        self.assertEqual(self.zel("format", "-", stdin=text)[0], formatted)
+        # With its own line ends and byte order mark.
+        self.assertEqual(self.zel("format", "-", stdin=text)[0], "\ufeff" + formatted.replace("\n", "\r\n"))
         self.assertEqual(self.zel("format", "-", stdin=formatted)[0], formatted)
         out, err = self.zel("format", "-", stdin=BAD, code=1)
         self.assertEqual(out, "version 2\n\n" + CIRCLE + "\n")
@@ -190,6 +191,7 @@ class Zel(unittest.TestCase):
             (line.format("extrude true 50\naltitudemode none\n"), '5: warning: "extrude true 50" is passed over in part, because line 6 counts'),
             (line.format("3d follow cq\n"), '5: warning: "3d follow cq" is read in part: only c, p and r mean something'),
             (line.format("linestyle\n"), '5: warning: "linestyle" has no value, and is passed over'),
+            (line.format("extrude false\naltitudemode none\n"), '5: warning: "extrude false" is passed over: nothing is extruded unless a line says so'),
             (line.format("extrude false 100\n"), '5: warning: "extrude false 100" has a height that means nothing'),
             (line.format("").replace("start", "start here"), f'1: warning: "start here" {more}'),
             ("version 1\n" + line.format(""), '1: warning: "version 1" is read as "version 2"'),
@@ -220,7 +222,7 @@ class Zel(unittest.TestCase):
                 with open(os.path.join(SAMPLES, name), "rb") as sample:
                     self.assertEqual(self.zel("edit", "-q", os.path.join(SAMPLES, name))[0].encode(), sample.read())
         kept = "start\nlatlonaltbox 1 0 0 1 0\nend\n"
-        for text, code in ("# nothing\r\n", 0), (kept, 0), ("start\nline\nxy 1 2\nxy 3 4\nend", 0), (
+        for text, code in ("", 0), ("# nothing\r\n", 0), (kept, 0), ("start\nline\nxy 1 2\nxy 3 4\nend", 0), (
             "\ufeffstart\r\n circle\t\nCENTERLL 1 2\nfoo\nend # x\nstart", 1
         ):
             self.assertEqual(self.zel("edit", "-q", "-", stdin=text, code=code)[0], text)
@@ -229,6 +231,8 @@ class Zel(unittest.TestCase):
         self.assertEqual(self.zel("edit", "--rewrite", "-q", "-", stdin=kept)[0], kept)
         text = "# a\nstart\nlinesegs\nll 0 0\nll 1 1\n# b\nlinestyle dashed\nfoo 1\nend\nstart\nlatlonaltbox 1 0 0 1 0\nend\n"
         self.assertIn("-: 1 latlonaltbox is kept as it is", self.zel("edit", "-", stdin=text.replace("foo", "#"))[1])
+        # What cannot be read is not kept either.
+        self.assertIn('"centerxy 21.3O 5" is not in the new block', self.zel("edit", "--rewrite", "-", code=1, stdin="start\nline\nxy 1 2\nxy 3 4\nend\nstart\ncircle\ncenterxy 21.3O 5\nradius 2\nend\n")[1])
         out, err = self.zel("edit", "--rewrite", "-", stdin=text, code=1)
         self.assertEqual(
             out,
