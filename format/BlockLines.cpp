@@ -113,6 +113,13 @@ const std::vector<std::size_t>& BlockLines::setters(int slot) const {
     return found == setters_.end() ? none : found->second;
 }
 
+std::size_t BlockLines::numberOf(std::size_t line) const {
+    std::size_t number = 0;
+    for (std::size_t i = 0; i < line; ++i)
+        number += static_cast<std::size_t>(std::ranges::count(lines_[i].text, '\n'));
+    return number;
+}
+
 void BlockLines::removeAll(int slot) {
     for (const std::size_t line : setters(slot)) remove(line);
 }

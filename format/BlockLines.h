@@ -59,6 +59,9 @@ class BlockLines {
         const auto edit = edits_.find(line);
         return edit != edits_.end() && edit->second.text;
     }
+    bool isRemoved(std::size_t line) const { return isEdited(line) && edits_.at(line).text->empty(); }
+    /// Of the line in the block, from 0: what is untouched counts with all of its lines.
+    std::size_t numberOf(std::size_t line) const;
     /// Adds a line, without its line end, with the indentation of the one that it stands beside.
     void insertBehind(std::size_t line, std::string_view text);
     void insertBefore(std::size_t line, std::string_view text);

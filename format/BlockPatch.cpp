@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <utility>
 #include <vector>
 
 #include "common/NumberText.h"
 #include "format/BlockLines.h"
 #include "format/LineValues.h"
+#include "format/LostLines.h"
 #include "format/ShapeFields.h"
 #include "format/ZelShapes.h"
 #include "geo/Angles.h"
@@ -84,10 +86,18 @@ class Patch {
     /// Lines that would still mean something, and something else.
     void otherPositions() {
         if (read_.isRelative() == after_.isRelative()) return;
-        lines_.removeAll(kOtherPositionSlot);
+        drop_(kOtherPositionSlot);
         for (const int slot : {slotOf(P::CenterAbsolute), slotOf(P::Center2Absolute), int(kPointSlot)})
             for (const std::size_t line : lines_.setters(slot))
-                if (!lines_.isEdited(line)) lines_.remove(line);
+                if (!lines_.isEdited(line)) drop_({&line, 1});
+    }
+
+    std::vector<ParseMessage> lost() const {
+        std::vector<ParseMessage> lost;
+        for (const std::size_t line : dropped_)
+            if (lines_.isRemoved(line))
+                lost.push_back(lostLine(lines_.numberOf(line), lines_.lines()[line].text));
+        return lost;
     }
 
     const BlockLines& lines() const { return lines_; }
@@ -109,8 +119,8 @@ class Patch {
         const int radius = slotOf(P::Radius);
         const ShapeFields before = was_;
         for (ShapeFields* const fields : {&was_, &is_}) {
-            if (!fields->contains(major) || !fields->contains(minor) || !before.contains(major)) continue;
             speakOfHeight_(*fields);
+            if (!fields->contains(major) || !fields->contains(minor) || !before.contains(major)) continue;
             const auto axes = *fields;
             const bool same = axes.at(major).values == axes.at(minor).values;
             const auto tell = [&](int axis) {
@@ -180,20 +190,27 @@ class Patch {
         };
         if (differs_(P::LineColor)) force(P::FillColor);
         if (read_.shapeType() != after_.shapeType()) force(P::Name);
-        if (read_.shapeType() == ShapeType::Points) force(P::FillColor);
     }
 
     /// Lines that meant nothing may mean something among the others.
     void removeIdle_() {
         for (const P parameter :
              {P::Radius, P::MajorAxis, P::MinorAxis, P::Height, P::AngleStart, P::AngleEnd, P::AngleSweep})
-            if (!is_.contains(slotOf(parameter))) lines_.removeAll(slotOf(parameter));
+            if (!is_.contains(slotOf(parameter))) drop_(slotOf(parameter));
     }
 
     /// What meant nothing to single points would mean something to a line.
     void awake_() {
         for (const P parameter : {P::LineStyle, P::LineWidth, P::Filled, P::FillColor, P::Tessellate})
-            lines_.removeAll(slotOf(parameter));
+            drop_(slotOf(parameter));
+    }
+
+    void drop_(int slot) { drop_(lines_.setters(slot)); }
+    void drop_(std::span<const std::size_t> lines) {
+        for (const std::size_t line : lines) {
+            lines_.remove(line);
+            dropped_.insert(line);
+        }
     }
 
     void set_(int slot, const ShapeField* before, const ShapeField& after) {
@@ -306,6 +323,7 @@ class Patch {
     ShapeFields was_;
     ShapeFields is_;
     std::map<int, bool> forced_;
+    std::set<std::size_t> dropped_;
     std::vector<std::size_t> lineOf_;
     std::vector<Vec3> old_;
     std::vector<Vec3> now_;
@@ -321,7 +339,8 @@ std::optional<BlockPatch::Lines> BlockPatch::lines(Extent extent) const {
     if (!patch.points()) return std::nullopt;
     patch.fields();
     patch.otherPositions();
-    return Lines{patch.lines().text(), untouched_.empty() ? std::string() : patch.lines().rest()};
+    return Lines{patch.lines().text(), untouched_.empty() ? std::string() : patch.lines().rest(),
+                 patch.lost()};
 }
 
 std::string BlockPatch::drawn(bool drawn) const {

@@ -3,7 +3,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "format/ParseReport.h"
 #include "format/UntouchedPoints.h"
 #include "format/ZelShape.h"
 
@@ -34,6 +36,9 @@ class BlockPatch {
         std::string whole;
         /// Without the untouched points, where there are any; otherwise empty.
         std::string rest;
+        /// Lines that go although nobody changed what they say: they meant nothing, and would mean something
+        /// now. By their number in the block, from 0.
+        std::vector<ParseMessage> lost;
     };
     /// The block's new lines; nothing when its lines cannot be told from each other. Whether a reader makes
     /// exactly the shape of them is for the caller to see.

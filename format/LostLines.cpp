@@ -1,11 +1,15 @@
 #include "format/LostLines.h"
 
 #include <set>
+#include <sstream>
 #include <string>
+#include <utility>
 
+#include "common/NumberText.h"
 #include "common/Strings.h"
 #include "format/BlockLines.h"
 #include "format/LineTokens.h"
+#include "format/Parser.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -48,10 +52,54 @@ int topicOf(const BlockLines::Line& line) {
     }
 }
 
+/// What a reader makes of a block, as text. Points stand for themselves: few of them are enough.
+class Probe {
+  public:
+    explicit Probe(const BlockLines& block) : block_(block) {
+        constexpr std::size_t enough = 4;
+        const auto& points = block.setters(kPointSlot);
+        for (std::size_t i = enough; i < points.size(); ++i) without_.insert(points[i]);
+        text_ = read_();
+    }
+
+    /// Whether the line says something that no other one says. One that does not is not there from now on.
+    bool counts(std::size_t line) {
+        without_.insert(line);
+        const std::string less = read_();
+        if (less == text_) return false;
+        without_.erase(line);
+        return true;
+    }
+
+  private:
+    std::string read_() const {
+        std::string lines;
+        for (std::size_t i = 0; i < block_.lines().size(); ++i)
+            if (!without_.contains(i)) lines.append(block_.lines()[i].text);
+        Parser::Shapes shapes;
+        ParseReport report;
+        Parser().parse(lines, shapes, report);
+        std::ostringstream out;
+        out.precision(UTILS::kSignificantDigits);
+        for (const auto& shape : shapes) shape->serializeToStream(out);
+        return std::move(out).str();
+    }
+
+    const BlockLines& block_;
+    std::set<std::size_t> without_;
+    std::string text_;
+};
+
 }  // namespace
 
-std::vector<ParseMessage> lostLines(std::string_view block, std::size_t firstLine, const ZelShape& read,
-                                    std::string_view anew, const ZelShape& written) {
+ParseMessage lostLine(std::size_t number, std::string_view line) {
+    return {
+        number, halNotify::Warning,
+        std::string("\"").append(UTILS::excerpt(UTILS::trimmed(line))).append("\" is not in the new block")};
+}
+
+std::vector<ParseMessage> lostLines(std::string_view block, const ZelShape& read, std::string_view anew,
+                                    const ZelShape& written) {
     const BlockLines now(anew, written);
     std::set<int> topics;
     std::set<std::string_view> texts;
@@ -61,14 +109,15 @@ std::vector<ParseMessage> lostLines(std::string_view block, std::size_t firstLin
     }
     std::vector<ParseMessage> lost;
     const BlockLines old(block, read);
+    Probe probe(old);
     for (std::size_t i = 0; i < old.lines().size(); ++i) {
         const BlockLines::Line& line = old.lines()[i];
         const std::string_view text = UTILS::trimmed(line.text);
         if (text.empty() || texts.contains(text)) continue;
         const int topic = line.keyword ? topicOf(line) : int(kNoSlot);
-        if (topic != kNoSlot && topics.contains(topic)) continue;
-        lost.push_back({firstLine + i, halNotify::Warning,
-                        std::string("\"").append(UTILS::excerpt(text)).append("\" is not in the new block")});
+        const bool isPoint = topic == kPointSlot;
+        if (topic != kNoSlot && topics.contains(topic) && (isPoint || probe.counts(i))) continue;
+        lost.push_back(lostLine(i, text));
     }
     return lost;
 }

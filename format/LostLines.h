@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -8,10 +9,13 @@
 
 namespace halCore::ZEL {
 
-/// The lines of a block of which nothing is left in the block that takes its place, by line: comments,
-/// unknown words, and what means nothing to the shape. \param firstLine of the block \param read, written
-/// what a reader makes of the old and of the new one
-std::vector<ParseMessage> lostLines(std::string_view block, std::size_t firstLine, const ZelShape& read,
-                                    std::string_view anew, const ZelShape& written);
+/// That a line is gone. \param number of it in its block
+ParseMessage lostLine(std::size_t number, std::string_view line);
+
+/// The lines of a block of which nothing is left in the block that takes its place, by their number in it,
+/// from 0: comments, unknown words, what means nothing to the shape, and what cannot be read. \param read,
+/// written what a reader makes of the old and of the new one
+std::vector<ParseMessage> lostLines(std::string_view block, const ZelShape& read, std::string_view anew,
+                                    const ZelShape& written);
 
 }  // namespace halCore::ZEL

@@ -412,7 +412,8 @@ int OverlayEditorDialog::onCmdShapeName(PIObject*, void*) {
     }
     refusedName_->forget();
     shape->setName(name);
-    if (const std::int32_t item = itemOf_(shape); item >= 0) widgets_->list.setItemText(item, name);
+    if (shape->name() != name) widgets_->name.setValue(shape->name());
+    if (const std::int32_t item = itemOf_(shape); item >= 0) widgets_->list.setItemText(item, shape->name());
     updateSavedMark_();
     return 1;
 }

@@ -8,18 +8,19 @@
 namespace OverlayEditor {
 
 AnnotationShape::AnnotationShape(const Preferences& preferences) : Equipped(preferences) {
-    Shape::setName(shapeKind(ShapeKind::Text).name);
+    rename_(shapeKind(ShapeKind::Text).name);
 }
 
 AnnotationShape::AnnotationShape(const AnnotationShape& other)
     : Equipped(other), color_(other.color_), fontSize_(other.fontSize_), fontName_(other.fontName_) {}
 
 int AnnotationShape::serialize(Serializer& serializer) {
-    if (!hasPoint()) return 1;
+    // One that is begun waits for its place; of a file it is written as it was.
+    if (!hasPoint() && source().block == kNoBlock) return 1;
     const ColorBytes color(color_);
     serializer.beginShape(shapeKind(ShapeKind::Text).written, writtenPlatform_());
     serializer.setItemName(name());
-    give_(serializer, Serializer::Use::Point, points_.given()[0]);
+    if (hasPoint()) give_(serializer, Serializer::Use::Point, points_.given()[0]);
     serializer.setLineColor(color.r, color.g, color.b, color.a);
     serializer.setFontName(fontName_);
     serializer.setTextSize(fontSize_);
@@ -28,7 +29,7 @@ int AnnotationShape::serialize(Serializer& serializer) {
 }
 
 void AnnotationShape::setName(const std::string& name) {
-    Shape::setName(name);
+    rename_(name);
     dirty_();
 }
 

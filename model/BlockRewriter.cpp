@@ -10,6 +10,7 @@
 #include "format/LostLines.h"
 #include "format/SerializeToZel.h"
 #include "format/ShapeExtras.h"
+#include "format/ShapeFields.h"
 #include "format/TextBuffer.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeLabel.h"
@@ -78,14 +79,17 @@ ZEL::ZelShapePtr BlockRewriter::asWritten_(const ZEL::Parser::Shapes& read, cons
     const halNotify::Silence silence;
     const WithoutTools withoutTools;
     SerializeToShape target(preferences);
-    target.setPointConverter(&anywhere_);
+    target.setPointConverter(frame_);
     ZelToSerializer().replay(target, read, 0, {});
     const auto shapes = target.shapes();
     if (shapes.size() != 1) return nullptr;
     bool drawn = true;
     read.front()->getDrawn(drawn);
     SerializeToZel zel;
-    zel.setPointConverter(&anywhere_);
+    zel.setPointConverter(frame_);
+    ShapeSource source;
+    source.block = 0;
+    shapes.front()->setSource(source);
     shapes.front()->setShown(drawn);
     if (shapes.front()->serialize(zel) != 0 || !zel.hasShapes()) return nullptr;
     const ZEL::ZelShapePtr written = zel.shapes().back();
@@ -128,7 +132,7 @@ std::optional<BlockRewriter::Rewritten> BlockRewriter::patched_(std::string_view
         if (auto lines = patch.lines(extent);
             lines &&
             sayTheSame(meaningOf_(untouched.empty() ? lines->whole : lines->rest, preferences), meant))
-            return Rewritten{.lines = std::move(lines->whole), .lost = {}};
+            return Rewritten{.lines = std::move(lines->whole), .lost = std::move(lines->lost)};
     return std::nullopt;
 }
 
@@ -136,15 +140,22 @@ BlockRewriter::Rewritten BlockRewriter::rewrite(const ZEL::SourceText& source, s
                                                 ZEL::ZelShape& after, const Preferences& preferences,
                                                 bool anew) {
     const std::string_view old = source.blockText(block);
-    if (!anew)
-        if (auto patched = patched_(old, after, preferences)) return std::move(*patched);
-    const std::string written = blockOf(after);
-    const auto read = read_(old);
-    if (read.size() != 1) return {.lines = source.withLineEnds(written), .lost = {}};
-    auto lost = ZEL::lostLines(old, source.block(block).line, *read.front(), written, after);
-    const std::string label = labelOf(*read.front()) + ": ";
-    for (auto& line : lost) line.text.insert(0, label);
-    return {.lines = source.withLineEnds(written), .lost = std::move(lost)};
+    // Of what cannot be read where it stands, no other words say the same.
+    const bool isPlaceless = ZEL::isPlaceless(after);
+    frame_ = isPlaceless ? nullptr : &anywhere_;
+    std::optional<Rewritten> rewritten;
+    if (!anew || isPlaceless) rewritten = patched_(old, after, preferences);
+    const auto read = rewritten && rewritten->lost.empty() ? ZEL::Parser::Shapes() : read_(old);
+    if (!rewritten) {
+        const std::string written = blockOf(after);
+        rewritten = {.lines = source.withLineEnds(written), .lost = {}};
+        if (read.size() == 1) rewritten->lost = ZEL::lostLines(old, *read.front(), written, after);
+    }
+    for (auto& line : rewritten->lost) {
+        line.line += source.block(block).line;
+        line.text.insert(0, labelOf(*read.front()) + ": ");
+    }
+    return std::move(*rewritten);
 }
 
 }  // namespace OverlayEditor

@@ -50,8 +50,9 @@ class BlockRewriter {
 
     halCore::UnitsRegistry units_;
     halCore::ZEL::Parser parser_;
-    /// Offsets mean the same wherever they count from.
+    /// Offsets mean the same wherever they count from. Null for a shape that has no place.
     PointConverter anywhere_;
+    PointConverter* frame_ = nullptr;
 };
 
 /// Whether two texts are the same, but for the last digit of numbers that were written in other units.

@@ -294,6 +294,7 @@ std::string Overlay::textWithoutShapes() const {
     std::vector<halCore::ZEL::SourceText::Change> changes;
     for (std::size_t block = 0; block < source_->blockCount(); ++block)
         if (source_->isHeld(block)) changes.push_back({block, {}});
+    if (changes.empty()) return source_->text();
     const std::string rest = source_->with(changes, {});
     return UTILS::trimmed(rest).empty() ? source_->withLineEnds(head) : rest;
 }

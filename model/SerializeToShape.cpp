@@ -38,6 +38,7 @@ void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
     current_ = kind ? kind->make(preferences_) : nullptr;
     as_ = Faces(current_.get());
     corners_ = 0;
+    isFillGiven_ = false;
     if (as_.annotation) useFontOfFiles(*as_.annotation);
     if (as_.cylinder) as_.cylinder->setRequiresAllPoints(false);
     if (current_) current_->setAttachedPlatformId(platformId, converter_, false);
@@ -127,10 +128,13 @@ void SerializeToShape::setStartEndAngles(double startRad, double endRad) {
 
 void SerializeToShape::setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
     if (as_.line) as_.line->setLineColor(r, g, b, a);
+    // As the format has it: single points name no fill.
+    if (as_.filled && !isFillGiven_) as_.filled->setFillColor(r, g, b, a);
     if (as_.annotation) as_.annotation->setColor(ColorBytes{r, g, b, a}.packed());
 }
 
 void SerializeToShape::setFillColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
+    isFillGiven_ = true;
     if (as_.filled) as_.filled->setFillColor(r, g, b, a);
 }
 

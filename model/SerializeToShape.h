@@ -67,6 +67,7 @@ class SerializeToShape final : public Serializer {
     std::unique_ptr<Shape> current_;
     Faces as_{nullptr};
     int corners_ = 0;
+    bool isFillGiven_ = false;
     /// The reference that a shape named last: the next one often names the same.
     std::shared_ptr<PointConverter> named_;
     std::vector<std::unique_ptr<Shape>> finished_;

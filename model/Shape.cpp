@@ -7,7 +7,9 @@
 
 #include "common/Notify.h"
 #include "common/NumberText.h"
+#include "format/LabelText.h"
 #include "format/SerializeToZel.h"
+#include "format/ShapeFields.h"
 #include "format/TextBuffer.h"
 #include "geo/Sodano.h"
 #include "model/Anchored.h"
@@ -55,7 +57,11 @@ Shape::~Shape() {
 }
 
 void Shape::setName(const std::string& name) {
-    name_ = name;
+    rename_(halCore::ZEL::nameInLine(name));
+}
+
+void Shape::rename_(std::string name) {
+    name_ = std::move(name);
     if (keeper_) keeper_->renamed(*this);
 }
 
@@ -223,6 +229,7 @@ void Shape::dirty_() {
     SerializeToZel serializer;
     serializer.setPointConverter(pointConverter_);
     if (write(serializer) != 0 || !serializer.hasShapes()) return;
+    if (halCore::ZEL::isPlaceless(*serializer.shapes().back())) return;
     const auto text = TextBuffer::take();
     text->out().precision(UTILS::kSignificantDigits);
     serializer.writeTo(text->out(), static_cast<unsigned int>(std::max(preferences_.precision(), 0)));

@@ -67,6 +67,7 @@ class Shape {
     /// \param anchorCenter moves the shape so that its centre lies on the converter's reference
     /// A shape that does not fit there stays as it is, with a message.
     virtual void setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) = 0;
+    /// A name is what a file can hold: one line of words with single blanks between them, but for a label's.
     virtual void setName(const std::string& name);
     virtual void setShown(bool shown);
     virtual void setActive(bool active);
@@ -141,6 +142,7 @@ class Shape {
         return put;
     }
     bool accepted_(bool taken) const;
+    void rename_(std::string name);
     /// Something of it has changed: to be called once that is complete, unless dirty_ or hide_ is.
     void changed_() const {
         if (keeper_) keeper_->touched(*this);

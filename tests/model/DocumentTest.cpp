@@ -295,8 +295,7 @@ TEST_F(DocumentTest, KeepsWhatItCannotEdit) {
     EXPECT_FALSE(document->isSaved());
     EXPECT_THAT(messages, ElementsAre("\"Singles\" is changed: it becomes a line through all of its points"));
     document->save(file);
-    EXPECT_THAT(contentsOf(file),
-                HasSubstr("\nstart\nline\nll 1 2\nll 3 4\nfillcolor hex 0xa0ff00ff\n3d name Singles\nend"));
+    EXPECT_THAT(contentsOf(file), HasSubstr("\nstart\nline\nll 1 2\nll 3 4\n3d name Singles\nend"));
     EXPECT_EQ(contentsOf(file + "~"), text);
 
     // A new shape follows, a deleted one takes its comment along.

@@ -57,7 +57,7 @@ class RandomFiles {
         if (relative)
             text += number(-5000, 5000) + " " + number(-5000, 5000);
         else
-            text += any(number(-80, 80), "21:18:36N", "-7.25") + any(" ", "   ") +
+            text += (chance(30) ? "21.3O" : any(number(-80, 80), "21:18:36N", "-7.25")) + any(" ", "   ") +
                     any(number(-170, 170), "157:51:30W");
         if (random_.maybe()) text += " " + any("0", "10", number(-10, 3000));
         return line(text);
