@@ -71,14 +71,13 @@ come back as circles, with their names, sizes and colours.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME overlayeditor-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_ARCHITECTURE all)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "overlayeditor (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS cmake)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
     "contract between OverlayEditor and its host, development files
 The headers from which one can write another host for the overlay editor,
-or another plug-in for its host, and the files with which CMake's
-find_package(OverlayEditor) finds them.")
+or another plug-in for its host, the files with which CMake's
+find_package(OverlayEditor) finds them, and hpi-check-plugin, which holds
+a plug-in against the contract.")
 
 include(CPack)

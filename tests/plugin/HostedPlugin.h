@@ -80,18 +80,6 @@ class HostedPlugin : public ::testing::Test {
         refresh(plugin);
         plugin.mouse(Mouse::LeftRelease, x1, y1);
     }
-    void click(LoadedPlugin& plugin, int x, int y) {
-        plugin.mouse(Mouse::Motion, x, y);
-        plugin.mouse(Mouse::LeftPress, x, y);
-        plugin.mouse(Mouse::LeftRelease, x, y);
-    }
-    /// Whatever the kind wants, a drag or clicks, until the right button ends it.
-    void draw(LoadedPlugin& plugin) {
-        drag(plugin, 40, 40, 60, 40);
-        click(plugin, 60, 60);
-        click(plugin, 40, 70);
-        plugin.mouse(Mouse::RightPress, 0, 0);
-    }
     void quickCircle(LoadedPlugin& plugin) {
         command("Quick Circle Draw");
         drag(plugin, 40, 40, 60, 40);
@@ -138,77 +126,7 @@ class HostedPlugin : public ::testing::Test {
         for (const auto& [handle, overlay] : host.overlays)
             EXPECT_NE(overlay.path, "") << "only files stay:\n" << overlay.text;
     }
-    /// How often a campaign is to go round.
-    static int rounds(int usual) {
-        const char* const wanted = std::getenv("CAMPAIGN_ROUNDS");
-        return wanted ? std::atoi(wanted) : usual;
-    }
-
-    /// All that a user does in a long afternoon: every dialog, drawing, saving, quick drawing, attaching.
-    /// \return whether the plug-in has started at all
-    bool work(LoadedPlugin& plugin) {
-        const bool started = plugin.dispatch(Function::StartUp) == 0;
-        callsOfStart = calls;
-        openDialog();
-        addCircle();
-        drag(plugin, 100, 100, 130, 100);
-        plugin.mouse(Mouse::Wheel, 130, 100);
-        host.fileDialogAnswers = {directory + "/x.zel", directory + "/x.zel"};
-        press("Save As...");
-        press("...");
-        press("Load HALVIS...");
-        press("Center");
-        press("Help...");
-        check("Attach:", true);
-        press("Pick");
-        host.cursorPlatform = kShip;
-        plugin.mouse(Mouse::LeftPress, 5, 5);
-        plugin.mouse(Mouse::LeftRelease, 5, 5);
-        press("OK");
-        plugin.mouse(Mouse::RightPress, 0, 0);
-        host.fireTimeouts();
-        quickCircle(plugin);
-        command("Attach Quick Shape");
-        command("Pick Attach Platform");
-        plugin.mouse(Mouse::LeftPress, 5, 5);
-        plugin.mouse(Mouse::LeftRelease, 5, 5);
-        command("Purple Shape Color");
-        quickCircle(plugin);
-        command("Remove Last Quick Shape");
-        quickCircle(plugin);
-        plugin.event(PIApplicationEvents_t::PlatformAdded, kShip);
-        plugin.event(PIApplicationEvents_t::EntityRemoved, kShip);
-        command("Quick Circle Draw");
-        drag(plugin, 10, 10, 20, 20);
-        plugin.event(PIApplicationEvents_t::ScenarioCleared);
-        addCircle();
-        drag(plugin, 100, 100, 130, 100);
-        quickCircle(plugin);
-        press("Delete All");
-        press("Close");
-        command("Quick Circle Draw");
-        plugin.mouse(Mouse::LeftPress, 1, 1);
-        return started;
-    }
-    /// One shape of each family, with its panel, saved and read again; and one by each draw command.
-    void drawAll(LoadedPlugin& plugin) {
-        openDialog();
-        for (const char* kind : {"Line", "Rectangle", "Cone", "Orbit", "Free Draw", "Text"}) {
-            add(kind);
-            draw(plugin);
-        }
-        host.fileDialogAnswers = {directory + "/x.zel", directory + "/x.zel"};
-        press("Save As...");
-        press("...");
-        for (const char* kind : {"Free", "Line", "Poly", "Rectangle", "Triangle"}) {
-            command((std::string("Quick ") + kind + " Draw").c_str());
-            draw(plugin);
-        }
-    }
-
     static constexpr std::uint64_t kShip = 77;
-
-    int calls = 0, callsOfStart = 0;  ///< where a test counts them
 
     FakeHost host;
     Form form{host};

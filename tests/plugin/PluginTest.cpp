@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -258,21 +259,30 @@ TEST_F(PluginTest, AFrameIsAskedForWhenWhatTheToolShowsHasChanged) {
     plugin.dispatch(Function::Close);
 }
 
-TEST_F(PluginTest, CloseWithoutARecordCleansUpTheSame) {
+/// Whatever way it ends, what is complete is saved, and what is not saved rescued.
+TEST_F(PluginTest, NoShapeIsLostByTheWayItEnds) {
     LoadedPlugin plugin(host);
-    plugin.event(PIApplicationEvents_t::ScenarioCleared);
-    plugin.dispatch(Function::StartUp);
-    plugin.dispatch(Function::StartUp);
-    for (int code = -1; code < 40; ++code) plugin.event(static_cast<PIApplicationEvents_t>(code), 5);
-    openDialog();
-    addCircle();
-    plugin.mouse(Mouse::LeftPress, 10, 10);
-    command("Quick Circle Draw");
-    drag(plugin, 40, 40, 60, 40);
-    plugin.dispatch(Function::Close, nullptr);
-    expectNothingLeft();
-    EXPECT_EQ(quickFiles(), 1) << "what is complete is saved";
-    EXPECT_EQ(plugin.mouse(Mouse::LeftRelease, 10, 10), 0);
+    FakeHost second;
+    const std::function<void()> ways[] = {[&] { plugin.dispatch(Function::Close, nullptr); },
+                                          [&] { plugin.initialise(second); }, [&] { plugin.cleanUp(); }};
+    for (const auto& end : ways) {
+        std::filesystem::remove_all(directory + "/quick");
+        plugin.initialise(host);
+        plugin.dispatch(Function::StartUp);
+        openDialog();
+        addCircle();
+        drag(plugin, 100, 100, 130, 100);
+        command("Quick Circle Draw");
+        drag(plugin, 40, 40, 60, 40);
+        // At work it goes on, and with the host that it has.
+        host.onCall = [&](FakeHost::Id) { plugin.initialise(second); };
+        press("Center");
+        host.onCall = {};
+        end();
+        EXPECT_TRUE(second.calls.empty() && host.cameraCenter);
+        expectNothingLeft();
+        EXPECT_EQ(quickFiles(), 2);
+    }
 }
 
 TEST_F(PluginTest, RightClickSendsOverlaysToTheEditor) {

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -132,6 +134,42 @@ TEST_F(RefusedServiceTest, TakesItsFeaturesAndNoOthers) {
         const auto lost = kLost.find(refused);
         EXPECT_EQ(play(), lost == kLost.end() ? "" : lost->second);
     }
+}
+
+/// Whichever call has failed, the editor draws once the host serves again.
+TEST_F(RefusedServiceTest, OneFailureIsNotForever) {
+    int calls = 0, at = std::numeric_limits<int>::max();
+    bool throws = false;
+    host.answer = [&](Id, void*) -> std::optional<PIServiceResult> {
+        if (++calls != at) return std::nullopt;
+        if (throws) throw std::runtime_error("deliberate");
+        return 0;
+    };
+    const auto work = [&] {
+        forget();
+        calls = 0;
+        LoadedPlugin plugin(host);
+        const bool started = plugin.dispatch(Function::StartUp) == 0;
+        openDialog();
+        addCircle();
+        drag(plugin, 100, 100, 130, 100);
+        plugin.mouse(Mouse::RightPress, 0, 0);
+        const int all = calls;
+        command("Overlay Editor Dialog");
+        addCircle();
+        host.lastText.clear();
+        drag(plugin, 100, 100, 130, 100);
+        // Unless the menu has lost an option, or the way in.
+        const bool whole = form.has("Shape:") && form.field("Shape:").items.size() == 17;
+        if (started && whole) {
+            EXPECT_TRUE(drawn("\ncircle\n")) << "call " << at << (throws ? " threw" : " refused");
+        }
+        plugin.dispatch(Function::Close);
+        return all;
+    };
+    const int all = work();
+    ASSERT_GT(all, 300);
+    for (at = 1; at <= all; at += 11, throws = !throws) work();
 }
 
 }  // namespace

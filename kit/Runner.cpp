@@ -1,0 +1,226 @@
+#include "kit/Runner.h"
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "common/Descriptor.h"
+#include "common/Files.h"
+#include "common/NumberText.h"
+#include "common/Printable.h"
+
+namespace kit {
+
+namespace {
+
+// Where the new process finds what it shares.
+constexpr int kFindings = 3, kSituation = 4;
+
+std::runtime_error failure(const char* what) {
+    return std::runtime_error(std::string(what) + ": " + UTILS::reasonOf(errno));
+}
+
+Situation* mapSituation(int descriptor) {
+    void* const memory =
+        ::mmap(nullptr, sizeof(Situation), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+    return memory == MAP_FAILED ? nullptr : new (memory) Situation;
+}
+
+/// A directory that goes with the object, contents and all.
+class Scratch {
+  public:
+    Scratch() : path_(UTILS::temporaryDirectory() + "/hpi-check-XXXXXX") {
+        if (!::mkdtemp(path_.data())) throw failure("there is no temporary directory");
+    }
+    ~Scratch() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+std::vector<std::string> argumentsOf(const Check& check, const Settings& settings) {
+    std::vector<std::string> arguments{"hpi-check-plugin", "--in-process",
+                                       "--only",           std::string(check.name),
+                                       "--seed",           std::to_string(settings.seed),
+                                       "--rounds",         std::to_string(settings.rounds)};
+    if (settings.thorough) arguments.emplace_back("--thorough");
+    if (settings.strict) arguments.emplace_back("--strict");
+    arguments.push_back(settings.library);
+    return arguments;
+}
+
+/// In the new process, between fork and exec: only what is safe there.
+[[noreturn]] void become(char* const* arguments, const char* directory, int findings, int situation,
+                         int output) {
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // Away from the numbers that they shall have.
+    findings = ::fcntl(findings, F_DUPFD, 10);
+    situation = ::fcntl(situation, F_DUPFD, 10);
+    output = ::fcntl(output, F_DUPFD, 10);
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(output, STDERR_FILENO);
+    ::dup2(findings, kFindings);
+    ::dup2(situation, kSituation);
+    for (const int descriptor : {findings, situation, output}) ::close(descriptor);
+    if (::chdir(directory) == 0) ::execv("/proc/self/exe", arguments);
+    ::_exit(127);
+}
+
+void take(Outcome& outcome, const std::string& line, bool& done) {
+    const std::string text = line.size() > 2 ? line.substr(2) : std::string();
+    switch (line.empty() ? ' ' : line.front()) {
+        case 'F':
+            outcome.faults.push_back(text);
+            break;
+        case 'R':
+            outcome.remarks.push_back(text);
+            break;
+        case 'V': {
+            const auto blank = text.find(' ');
+            outcome.figures.emplace_back(text.substr(0, blank),
+                                         UTILS::readNumber(text.substr(blank + 1)).value_or(0.0));
+            break;
+        }
+        case 'D':
+            done = true;
+            break;
+        default:
+            break;
+    }
+}
+
+std::string ending(int status) {
+    if (WIFSIGNALED(status))
+        return std::string("it dies of signal ")
+            .append(std::to_string(WTERMSIG(status)))
+            .append(" (")
+            .append(::strsignal(WTERMSIG(status)))
+            .append(")");
+    return "the process ends with status " + std::to_string(WEXITSTATUS(status));
+}
+
+std::string endOf(const std::string& text, std::size_t lines) {
+    std::size_t at = text.size();
+    while (at > 0 && (text[at - 1] != '\n' || at == text.size() || lines-- > 1)) --at;
+    return text.substr(at);
+}
+
+}  // namespace
+
+Outcome runCheck(const Check& check, const Settings& settings, double limitSeconds) {
+    using Clock = std::chrono::steady_clock;
+    const Scratch scratch;
+    const std::string directory = scratch.path() + "/home", output = scratch.path() + "/output";
+    std::filesystem::create_directory(directory);
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) throw failure("no pipe");
+    const UTILS::Descriptor reading(ends[0]);
+    auto writing = std::make_unique<UTILS::Descriptor>(ends[1]);
+    const UTILS::Descriptor shared(::memfd_create("situation", MFD_CLOEXEC));
+    if (!shared.isOpen() || ::ftruncate(shared.get(), sizeof(Situation)) != 0) throw failure("no memory");
+    Situation* const situation = mapSituation(shared.get());
+    if (!situation) throw failure("no memory");
+    const UTILS::Descriptor log(::open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+
+    std::vector<std::string> arguments = argumentsOf(check, settings);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    const auto begin = Clock::now();
+    const auto elapsed = [&] { return std::chrono::duration<double>(Clock::now() - begin).count(); };
+    const pid_t child = ::fork();
+    if (child < 0) throw failure("no process");
+    if (child == 0) become(pointers.data(), directory.c_str(), writing->get(), shared.get(), log.get());
+    writing.reset();
+
+    Outcome outcome;
+    std::string lines;
+    bool done = false, late = false;
+    for (;;) {
+        const double left = limitSeconds - elapsed();
+        pollfd waiting{reading.get(), POLLIN, 0};
+        if (left <= 0.0) {
+            late = true;
+            break;
+        }
+        if (::poll(&waiting, 1, static_cast<int>(left * 1000.0) + 1) <= 0) continue;
+        char buffer[4096];
+        const auto count = ::read(reading.get(), buffer, sizeof buffer);
+        if (count <= 0) break;
+        lines.append(buffer, static_cast<std::size_t>(count));
+        for (std::size_t end; (end = lines.find('\n')) != std::string::npos; lines.erase(0, end + 1))
+            take(outcome, lines.substr(0, end), done);
+    }
+    // What it has started, too.
+    if (late) ::kill(-child, SIGKILL);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    outcome.seconds = elapsed();
+
+    const std::string where = situation->text();
+    const auto fault = [&](const std::string& text) {
+        outcome.faults.push_back(text + (where.empty() ? "" : " (" + UTILS::printable(where) + ")"));
+    };
+    if (late)
+        fault("it takes longer than " + UTILS::writeNumber(limitSeconds) + " seconds");
+    else if (!done || (status != 0 && outcome.faults.empty()))
+        fault(ending(status) + (done ? " once the check is over" : ""));
+    ::munmap(situation, sizeof *situation);
+    std::string text;
+    UTILS::readFile(output, text);
+    outcome.output = endOf(text, 20);
+    return outcome;
+}
+
+int runHere(const Check& check, const Settings& settings) {
+    // A process that was made for it has what it shares; one that was not tells the person.
+    const bool isShared = ::lseek(kSituation, 0, SEEK_END) == static_cast<off_t>(sizeof(Situation));
+    static Situation own;
+    Situation* const shared = isShared ? mapSituation(kSituation) : nullptr;
+    Situation& situation = shared ? *shared : own;
+    const std::string directory = std::filesystem::current_path();
+    std::unique_ptr<Scratch> scratch;
+    if (isShared) {
+        ::fcntl(kFindings, F_SETFD, FD_CLOEXEC);
+        ::close(kSituation);
+    } else {
+        scratch = std::make_unique<Scratch>();
+        std::filesystem::current_path(scratch->path());
+    }
+    const std::string home = std::filesystem::current_path();
+    ::setenv("HOME", home.c_str(), 1);
+    Findings findings(isShared ? kFindings : STDOUT_FILENO, situation);
+    Context context{settings, findings, situation};
+    try {
+        check.run(context);
+    } catch (const std::exception& error) {
+        findings.fault(error.what());
+    }
+    situation.setEntry({});
+    situation.setRound({});
+    findings.done();
+    std::filesystem::current_path(directory);
+    return findings.faults() ? 1 : 0;
+}
+
+}  // namespace kit

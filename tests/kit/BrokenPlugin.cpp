@@ -1,0 +1,179 @@
+// A plug-in with a menu item, a dialog and a timeout, without a fault but for the one that the environment's
+// BROKEN names: what hpi-check-plugin has to find.
+#include <chrono>
+#include <clocale>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <dlfcn.h>
+
+#include "pi/HostContract.h"
+
+#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace {
+
+using Id = PIServerFunctions_t;
+using Event = PIClientFunctions_t;
+using Slot = PIParameterName_t;
+
+bool has(const char* fault) {
+    const char* const broken = std::getenv("BROKEN");
+    return broken && std::string(broken) == fault;
+}
+
+PIServiceTable* services = nullptr;
+void* instance = nullptr;
+enum class Stage { New, Started, Closed } stage = Stage::New;
+void *item = nullptr, *dialog = nullptr, *timeout = nullptr;
+int entries = 0;
+
+PIServiceResult handle(Id service, void* record) {
+    if (has("throws")) return services->handle(instance, service, record);
+    try {
+        return services ? services->handle(instance, service, record) : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+template <typename Record, typename... Arguments>
+PIServiceResult call(Id service, Arguments... arguments) {
+    Record record(arguments...);
+    return handle(service, &record);
+}
+
+class Functor final : public FunctorTwoParams__ {
+  public:
+    explicit Functor(std::function<void()> f) : function(std::move(f)) {}
+    int operator()(PIObject*, void*) override {
+        // One entry at a time; this one has nothing that could not be left undone.
+        if (entries || (stage != Stage::Started && !has("late"))) return 1;
+        ++entries;
+        function();
+        --entries;
+        return 1;
+    }
+    int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
+    std::function<void()> function;
+};
+std::vector<std::unique_ptr<Functor>> functors;
+FunctorTwoParams__* callback(std::function<void()> function) {
+    return functors.emplace_back(std::make_unique<Functor>(std::move(function))).get();
+}
+
+void armTimeout() {
+    PI_DATA_CATCHALL record;
+    record.integers = {0, 1000};
+    record.pointers = {callback([] { timeout = nullptr; }), nullptr};
+    handle(Id::Timeout, &record);
+    if (record.pointers.size() > 2) timeout = record.pointers.back();
+    if (!timeout && has("trusting")) std::abort();
+}
+
+void drop(void*& widget) {
+    if (widget) call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, widget, nullptr);
+    if (!has("dangling")) widget = nullptr;
+}
+
+void showDialog() {
+    if (!dialog) {
+        dialog =
+            reinterpret_cast<void*>(call<PI_DATA_POINTER_AND_STRING>(Id::CreateDialogBox, nullptr, "Broken"));
+        if (!dialog) return;
+        call<PI_DATA_POINTER_INT_AND_FUNCTION>(Id::CreateTextField, dialog, 0, nullptr);
+    }
+    handle(Id::DialogShow, dialog);
+    if (has("record")) call<PI_DATA_POINTER_AND_INT>(Id::WindowShow, dialog, 1);
+    if (has("thread")) std::thread([] { handle(Id::DialogShow, dialog); }).join();
+    if (has("dangling")) {
+        drop(dialog);
+        call<PI_DATA_POINTER_AND_STRING>(Id::WindowSetString, dialog, "gone");
+        dialog = nullptr;
+    }
+    if (!timeout) armTimeout();
+}
+
+void close() {
+    if (stage != Stage::Started) {
+        stage = Stage::Closed;
+        return;
+    }
+    if (has("hangs")) std::this_thread::sleep_for(std::chrono::hours(1));
+    PI_DATA_CATCHALL cancel;
+    cancel.integers = {1};
+    cancel.pointers = {timeout};
+    if (timeout && !has("leaves")) handle(Id::Timeout, &cancel);
+    timeout = nullptr;
+    drop(dialog);
+    drop(item);
+    stage = Stage::Closed;
+}
+
+void startUp() {
+    if (stage != Stage::New) return;
+    stage = Stage::Started;
+    if (has("forgetful")) new char[1024]();
+    if (has("foreign-locale")) std::setlocale(LC_ALL, "C.UTF-8");
+    item = reinterpret_cast<void*>(call<PI_DATA_POINTER_STRING_AND_FUNCTION>(
+        Id::CreateMenuItem, nullptr, "Broken...", callback(showDialog)));
+}
+
+}  // namespace
+
+HPI_EXPORT double HPI_VersionInfo() {
+    return has("version") ? 1.20 : 1.902;
+}
+HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
+    return selector == 1 ? 20 : selector == 2 ? 0 : 1;
+}
+HPI_EXPORT std::int32_t HPI_MinimumVersion() {
+    return 12000;
+}
+HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
+    return 831;
+}
+HPI_EXPORT std::int32_t HPI_GetBitWidth() {
+    return 64;
+}
+HPI_EXPORT std::int32_t HPI_IsDebugMode() {
+    return 0;
+}
+HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
+    if (entries) return;
+    if (!has("unclosed")) close();
+    services = table;
+    instance = handle;
+    stage = Stage::New;
+    Dl_info self;
+    if (has("pinned") && dladdr(&services, &self)) dlopen(self.dli_fname, RTLD_NOW | RTLD_NODELETE);
+}
+HPI_EXPORT std::int32_t HPI_PluginDispatchFunction(std::int32_t number, PIFunctionParams_t* record, void*,
+                                                   void*, void*, void*) {
+    if (number < 0 || number >= kClientFunctionCount) return has("result") ? 1 : 0;
+    const auto event = static_cast<Event>(number);
+    const bool closed = stage == Stage::Closed;
+    const auto setStatus = [&](int status) {
+        if (record) record->integers[Slot::Status] = closed ? kStatusClosed : status;
+    };
+    ++entries;
+    if (event == Event::StartUp) startUp();
+    if (event == Event::Close) close();
+    --entries;
+    if (event == Event::StartUp || event == Event::Close || event == Event::Callback ||
+        event == Event::ConfigureCommandLine)
+        setStatus(0);
+    if (event == Event::HandleMouseEvent && !closed) setStatus(has("greedy") ? 1 : 0);
+    if (event == Event::Name && record && !closed)
+        record->strings[Slot::NameText] = has("nameless") ? "" : "Broken";
+    return 0;
+}
+HPI_EXPORT void HPI_CleanUpPlugin() {
+    if (!has("unclosed")) close();
+    functors.clear();
+    services = nullptr;
+}

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# tests/kit/broken.sh CHECKER BROKEN-PLUGIN DIRECTORY-OF-LIBRARIES
+# The checker finds nothing in a plug-in without a fault, and each fault by its name, in the right check.
+set -euo pipefail
+checker=$1 broken=$2 libraries=$3
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+cd "$scratch"
+
+fail() {
+    echo "$1"
+    cat output
+    exit 1
+}
+"$checker" "$broken" >output || fail "a fault in the plug-in that has none"
+while read -r fault check message; do
+    library=$broken
+    [ -e "$libraries/$fault.so" ] && library=$libraries/$fault.so
+    status=0
+    BROKEN=$fault "$checker" --limit 5 --only "$check" "$library" >output 2>&1 || status=$?
+    [ $status -eq 1 ] || fail "$fault: status $status"
+    grep -q "^        fault: .*$message" output || fail "$fault: not found"
+done <<'END'
+probe-incomplete exports does not export HPI_CleanUpPlugin
+probe-pinned loading still mapped after dlclose
+pinned loading still mapped after dlclose
+version versions HPI_VersionInfo is 1.2
+foreign-locale loading the process has another locale
+nameless texts the plug-in has no name
+result dispatch event .* returns 1, not 0
+leaves use left in the host after Close: timeout
+dangling use service 154: the handle is of no widget
+record use service 143: its record is a PI_DATA_POINTER_AND_INT, not a PI_DATA_POINTER_AND_BOOL
+thread use service 115 is called on another thread
+late use is called after Close
+unclosed orders left in the host after a clean-up without a Close
+trusting refused-once signal 6 .*service call
+throws throwing-once an exception comes out of .*deliberate
+greedy interrupted a mouse event is consumed from inside another entry
+hangs use it takes longer than 5 seconds .*event 2
+forgetful rounds memory is lost: 10[0-9][0-9] bytes
+END
+"$checker" --json --only use "$broken" | python3 -c 'import json, sys; report = json.load(sys.stdin)
+assert report["passed"] and report["checks"][0]["figures"]["service-calls"] > 100, report'
+[ "$("$checker" --only nonsense "$broken" 2>&1; echo $?)" = 'hpi-check-plugin: there is no check "nonsense"; --list names them
+2' ] || fail "an unknown check"
