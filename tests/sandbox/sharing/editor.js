@@ -28,7 +28,14 @@ const actions = [add, add, add, remove,
     () => { if (editor.enabled("Save")) editor.press("Save"); },
     () => { if (editor.enabled("Save")) editor.press("Save"); },
     () => { answerFileDialog(file()); editor.press("Save As..."); },
-    () => { answerFileDialog(file()); editor.press("..."); },
+    () => {
+        const [path, before] = [file(), editor.items()];
+        answerFileDialog(path);
+        const again = path === editor.value("File:");
+        editor.press("...");
+        // Who goes back to the file gives up what is not in it; Undo would bring it back.
+        if (again) before.filter(name => !editor.items().includes(name)).forEach(name => print("DELETED", name));
+    },
     () => {
         const path = file();
         openOverlay(path);

@@ -27,7 +27,7 @@ def rename(old, new, how):
     return libc.renameat2(AT_FDCWD, os.fsencode(old), AT_FDCWD, os.fsencode(new), how) == 0
 
 
-def third(work, private, count, written, destroyed):
+def third(work, private, count, written, destroyed, moved):
     """One thing that somebody else does; what it destroys it notes, as its own fault."""
     path = work / chance.choice(files)
     mine = private / "mine"
@@ -44,9 +44,10 @@ def third(work, private, count, written, destroyed):
     if mine.exists():
         destroyed.update(NAME.findall(mine.read_text()))
         mine.unlink()
-    # There are names for a hundred copies, and nobody would leave so many.
-    for copy in work.glob("*~*"):
-        rename(copy, private / f"{count}-{copy.name}", NOREPLACE)
+    # There are names for a hundred copies, of rescue files the newest are kept, and nobody would leave so many.
+    for kept in [*work.glob("*~*"), *work.parent.glob("?/.config/**/Unsaved *.zel")]:
+        if rename(kept, private / f"{count}-{kept.name}", NOREPLACE) and "~" not in kept.name:
+            moved.append(kept)
 
 
 with tempfile.TemporaryDirectory() as directory:
@@ -66,10 +67,10 @@ with tempfile.TemporaryDirectory() as directory:
                    "--script", script]
         output = open(base / (user + ".log"), "w+", encoding="utf-8")
         editors.append((subprocess.Popen(command, env=environment, stdout=output, stderr=subprocess.STDOUT), output))
-    written, destroyed, count = set(), set(), 0
+    written, destroyed, moved, count = set(), set(), [], 0
     while any(editor.poll() is None for editor, _ in editors):
         count += 1
-        third(work, private, count, written, destroyed)
+        third(work, private, count, written, destroyed, moved)
         time.sleep(0.1)
     logs = []
     for editor, output in editors:
@@ -87,9 +88,9 @@ with tempfile.TemporaryDirectory() as directory:
     told = {pathlib.Path(path).name for path in re.findall(r"TOLD The old \S+ is kept as (\S+): ", text)}
     faults = [f"{name} has no place" for name in sorted(typed - placed - deleted - destroyed)]
     faults += [f"nobody told of {path}" for path in copies if path.name.split("-", 1)[-1] not in told]
-    faults += [f"nobody told of {path}" for path in rescued if f"are kept in {path}" not in text]
+    faults += [f"nobody told of {path}" for path in rescued + moved if f"are kept in {path}" not in text]
     print(f"{len(typed)} names typed or written, of which {len(typed - deleted - destroyed)} must be there and "
-          f"{len(typed & placed)} are; {count} deeds of the third program, {len(copies)} copies, {len(rescued)} rescue files, "
+          f"{len(typed & placed)} are; {count} deeds of the third program, {len(copies)} copies, {len(rescued + moved)} rescue files, "
           f"{text.count('MISSED')} missed, {text.count('TOLD Not saved')} not saved")
     if not typed or not copies:
         faults.append("nothing happened")
