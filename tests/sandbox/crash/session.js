@@ -10,7 +10,11 @@ const first = editor.items("All Shapes").length;
 for (let count = first; ; ++count) {
     const kind = ["Circle", "Line", "Text"][count % 3];
     editor.choose("Shape:", kind);
-    if (kind === "Circle") view.drag(place(), place());
+    // Far enough: a click alone makes no circle that a file could hold.
+    if (kind === "Circle") {
+        const middle = place();
+        view.drag(middle, { lat: middle.lat + 0.05, lon: middle.lon + 0.1 * Math.random() });
+    }
     if (kind === "Line") for (let i = 0; i < 4; ++i) view.click(place());
     if (kind === "Text") view.click(place());
     editor.press("Stop");
