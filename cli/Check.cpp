@@ -31,10 +31,10 @@ int check(const CheckOptions& options) {
         parser.parse(input.stream(), made, report);
         report.addUnterminatedBlock();
         if (!report.messages.empty() || !silent.empty()) progress.hide();
-        printMessages(std::cout, file, report.messages, silent);
+        printMessages(std::cout, file, report.messages, silent, report.omittedMessages);
         blocks += report.blocks;
         shapes += report.shapes;
-        messages += report.messages.size();
+        messages += report.messageCount();
         warnings += silent.size();
         if (const std::string error = input.error(); !error.empty())
             failures.report(file, error);

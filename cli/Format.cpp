@@ -86,7 +86,7 @@ int format(const FormatOptions& options) {
             }
         }
         if (!problem.empty() || !clean) progress.hide();
-        printMessages(std::cerr, file, report.messages, silent);
+        printMessages(std::cerr, file, report.messages, silent, report.omittedMessages);
         if (!problem.empty()) std::cerr << "zel: " << UTILS::printable(file) << ": " << problem << '\n';
         complete = complete && problem.empty() && clean;
     }

@@ -119,7 +119,7 @@ void print(const FileInfo& info, bool summary) {
     std::cout << UTILS::printable(info.file) << '\n';
     std::cout << "  " << counted(info.report.blocks, "block") << ", " << counted(info.shapes.size(), "shape")
               << ", " << counted(info.points, "point") << ", "
-              << counted(info.report.messages.size(), "message") << '\n';
+              << counted(info.report.messageCount(), "message") << '\n';
     std::cout << "  kinds:";
     for (const auto& [kind, count] : info.kinds) std::cout << ' ' << kind << ' ' << count;
     std::cout << '\n';
@@ -152,7 +152,7 @@ Json toJson(const FileInfo& info, bool summary) {
                  {"blocks", info.report.blocks},
                  {"shapes", info.shapes.size()},
                  {"points", info.points},
-                 {"messages", info.report.messages.size()},
+                 {"messages", info.report.messageCount()},
                  {"kinds", info.kinds},
                  {"bounds", toJson(info.absolute, false)},
                  {"relativeBounds", toJson(info.relative, true)}};

@@ -11,7 +11,7 @@ namespace cli {
 
 void printMessages(std::ostream& out, const std::string& file,
                    std::span<const halCore::ZEL::ParseMessage> messages,
-                   std::span<const halCore::ZEL::ParseMessage> warnings) {
+                   std::span<const halCore::ZEL::ParseMessage> warnings, std::size_t omitted) {
     const std::string name = UTILS::printable(file);
     std::vector<std::pair<const halCore::ZEL::ParseMessage*, const char*>> all;
     for (const auto& message : messages) all.emplace_back(&message, ": ");
@@ -21,6 +21,7 @@ void printMessages(std::ostream& out, const std::string& file,
     for (const auto& [message, mark] : all)
         out << name << ':' << message->line << mark << UTILS::printable(message->text, UTILS::kLongestShown)
             << '\n';
+    if (omitted > 0) out << name << ": " << omitted << " more messages\n";
 }
 
 }  // namespace cli

@@ -399,8 +399,11 @@ void BlockReader::advise_(const Keyword& keyword) const {
 
 void BlockReader::tellAdvice_(std::size_t line, std::string text) const {
     if (text.empty()) return;
-    auto& told = silent_ != nullptr ? *silent_ : messages_.report()->messages;
-    told.push_back({line, halNotify::Warning, std::move(text)});
+    ParseMessage message{line, halNotify::Warning, std::move(text)};
+    if (silent_ != nullptr)
+        silent_->push_back(std::move(message));
+    else
+        messages_.report()->tell(std::move(message));
 }
 
 void BlockReader::readColor_(const Keyword& keyword) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/Notify.h"
@@ -40,7 +41,12 @@ struct BlockSpan {
 
 /// What a reader has to tell about a text besides its shapes.
 struct ParseReport {
+    /// More than anybody reads. A text of nothing but faults must not take a hundred times its own room.
+    static constexpr std::size_t kMostMessages = 100'000;
+
+    /// The first ones, and how many there were behind them.
     std::vector<ParseMessage> messages;
+    std::size_t omittedMessages = 0;
     std::vector<LooseComment> looseComments;
     std::size_t lines = 0;
     /// Blocks opened, and shapes made of them; the difference was dropped.
@@ -63,8 +69,15 @@ struct ParseReport {
     /// Adds the message that reading does not make.
     void addUnterminatedBlock() {
         if (unterminatedBlock != 0)
-            messages.push_back({unterminatedBlock, halNotify::Error, "start without end, the block is lost"});
+            tell({unterminatedBlock, halNotify::Error, "start without end, the block is lost"});
     }
+    void tell(ParseMessage message) {
+        if (messages.size() < kMostMessages)
+            messages.push_back(std::move(message));
+        else
+            ++omittedMessages;
+    }
+    std::size_t messageCount() const { return messages.size() + omittedMessages; }
 };
 
 }  // namespace halCore::ZEL

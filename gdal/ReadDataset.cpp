@@ -46,7 +46,7 @@ void warn(const char* file, const ZEL::ParseReport& report) {
         const ZEL::ParseMessage& message = report.messages[i];
         if (i == kMostMessages) {
             CPLError(CE_Warning, CPLE_AppDefined, "%s: and %u messages more", file,
-                     static_cast<unsigned>(report.messages.size() - i));
+                     static_cast<unsigned>(report.messageCount() - i));
             return;
         }
         CPLError(CE_Warning, CPLE_AppDefined, "%s:%u: %s", file, static_cast<unsigned>(message.line),

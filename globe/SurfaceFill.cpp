@@ -316,17 +316,30 @@ class RowFill {
     }
 
     void run(const FlatRing& ring) {
+        const auto end = [&](std::size_t i) -> const Flat& { return ring[i + 1 == ring.size() ? 0 : i + 1]; };
+        // Each edge is looked at in the rows that it reaches only.
+        std::vector<std::vector<std::uint32_t>> beginning(static_cast<std::size_t>(rows_));
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const double row = std::floor((std::min(ring[i].y, end(i).y) - bottom_) / height_ - 0.5);
+            beginning[static_cast<std::size_t>(std::clamp(row, 0.0, rows_ - 1.0))].push_back(
+                static_cast<std::uint32_t>(i));
+        }
+        std::vector<std::uint32_t> reached;
         std::vector<Spot> spots;
         for (int row = 0; row < rows_; ++row) {
             const double y = bottom_ + height_ * (row + 0.5);
+            const auto& fresh = beginning[static_cast<std::size_t>(row)];
+            reached.insert(reached.end(), fresh.begin(), fresh.end());
             spots.clear();
-            for (std::size_t i = 0; i < ring.size(); ++i) {
+            std::erase_if(reached, [&](std::uint32_t i) {
                 const Flat& a = ring[i];
-                const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
-                if ((a.y <= y) == (b.y <= y)) continue;
+                const Flat& b = end(i);
+                if (std::max(a.y, b.y) <= y) return true;
+                if ((a.y <= y) == (b.y <= y)) return false;
                 const double share = (y - a.y) / (b.y - a.y);
                 spots.push_back({a.x + (b.x - a.x) * share, a.altitude + (b.altitude - a.altitude) * share});
-            }
+                return false;
+            });
             std::ranges::sort(spots, {}, &Spot::x);
             if (spots.size() > static_cast<std::size_t>(rows_)) blur(spots);
             for (std::size_t i = 0; i + 1 < spots.size(); i += 2) addRun(spots[i], spots[i + 1], row);

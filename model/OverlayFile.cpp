@@ -36,8 +36,8 @@ void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName)
     }
     if (messages.size() > most)
         halNotify::notify(halNotify::Warning)
-            << sourceName << " has " << messages.size() - most
-            << (messages.size() - most == 1 ? " more line that is" : " more lines that are")
+            << sourceName << " has " << report.messageCount() - most
+            << (report.messageCount() - most == 1 ? " more line that is" : " more lines that are")
             << " not understood";
 }
 
@@ -139,7 +139,7 @@ std::size_t faultyLines(const ZEL::ParseReport& report, const ZEL::SourceText& s
         const auto block = source.blockOfLine(message.line);
         if (message.severity == halNotify::Error && (!block || source.isHeld(*block))) ++count;
     }
-    return count;
+    return count + report.omittedMessages;
 }
 
 }  // namespace

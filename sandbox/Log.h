@@ -62,6 +62,8 @@ class FileMessages {
     FileMessages& operator=(const FileMessages&) = delete;
 
     void add(int severity, std::size_t line, const std::string& text);
+    /// So many others, of which nothing is known but their number.
+    void addUntold(int severity, std::size_t count) { counts_[severity] += count; }
 
   private:
     Log& log_;

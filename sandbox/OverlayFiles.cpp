@@ -72,6 +72,7 @@ OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
     const QString source = overlay.isStream() ? overlay.describe() : QString::fromStdString(overlay.path);
     FileMessages told(log_, source);
     for (const auto& message : overlay.messages) told.add(message.severity, message.line, message.text);
+    if (report.omittedMessages > 0) told.addUntold(halNotify::Error, report.omittedMessages);
     if (shapes.empty()) log_.add(halNotify::Error, "host", overlay.describe() + " holds no shape");
     return shapes;
 }

@@ -246,6 +246,8 @@ class Stage {
         halCore::ZEL::ParseReport report;
         halCore::ZEL::Parser().parse(std::string_view(text), shapes, report);
         for (const auto& message : report.messages) fault(path, message.line, message.text);
+        if (report.omittedMessages > 0)
+            fault(path, 0, std::to_string(report.omittedMessages) + " more messages");
         if (report.unterminatedBlock > 0) fault(path, report.unterminatedBlock, "block without \"end\"");
         if (shapes.empty()) fault(path, 0, "holds no shape");
         const std::string directory = QFileInfo(file).absolutePath().toStdString();

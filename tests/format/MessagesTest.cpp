@@ -195,6 +195,16 @@ TEST(Messages, haveTheirFormAndSeverityInTheLog) {
               "3 Multiple shape keywords found in single start/end block\n");
 }
 
+/// A text of nothing but faults takes no more room than its own, and all are counted.
+TEST(Report, keepsSoManyMessages) {
+    std::string text = std::string(1 << 20, 'x') + '\n';
+    for (std::size_t i = 0; i < ParseReport::kMostMessages + 2; ++i) text += "x\n";
+    const ParseReport report = parsed(text).report;
+    EXPECT_EQ(report.messages.size(), ParseReport::kMostMessages);
+    EXPECT_EQ(report.messageCount(), ParseReport::kMostMessages + 3);
+    EXPECT_LT(report.messages[0].text.size(), 20'000u);
+}
+
 TEST(Report, countsAndNamesTheOpenBlock) {
     const ParseReport report =
         parsed("# a\nstart\ncircle\nend\n// b\nstart\nline\nend\n\nstart\ncircle\n").report;
