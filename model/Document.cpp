@@ -263,7 +263,7 @@ void Document::take(Reading reading) {
     file_.name = std::move(reading.fileName);
     file_.known = std::move(reading.version);
     overlay_.adopt(std::move(reading.loaded.source));
-    keep_(overlay_.attachedPlatformId());
+    keep_();
     showKeptBlocks_();
 }
 
@@ -292,7 +292,7 @@ void Document::clear() {
     file_.name.clear();
     file_.awaited.clear();
     cleanupPriorZEL_();
-    keep_(0);
+    keep_();
     showKeptBlocks_();
 }
 
@@ -330,17 +330,22 @@ bool Document::isKept_() const {
     return overlay_.isKept() && (overlay_.digest() == 0 || file_.known.isOnDisk());
 }
 
-void Document::keep_(unsigned long platform) {
+unsigned long Document::base_() const {
+    constexpr unsigned long fixedPoint = ~0UL;
+    const unsigned long platform = overlay_.attachedPlatformId();
+    return attachment_.isReferencePlatform(platform) ? fixedPoint : platform;
+}
+
+void Document::keep_() {
     overlay_.keep();
-    file_.keptPlatform = platform;
+    file_.keptPlatform = base_();
     file_.keptOffsets = overlay_.hasOffsets();
     file_.recovered = false;
     journal_.settle();
 }
 
 bool Document::isSaved() const {
-    return isKept_() && overlay_.begun().empty() &&
-           (overlay_.digest() == 0 || overlay_.attachedPlatformId() == file_.keptPlatform);
+    return isKept_() && overlay_.begun().empty() && (overlay_.digest() == 0 || base_() == file_.keptPlatform);
 }
 
 std::string Document::whatAttachingChanges_() const {
@@ -356,8 +361,7 @@ std::string Document::changes() const {
     const bool any = overlay_.digest() != 0;
     if (any && overlay_.isKept() && !file_.name.empty() && !file_.known.isOnDisk())
         text += "; " + file_.known.whyNot(file_.name);
-    if (any && !file_.recovered && overlay_.attachedPlatformId() != file_.keptPlatform)
-        text += "; " + whatAttachingChanges_();
+    if (any && !file_.recovered && base_() != file_.keptPlatform) text += "; " + whatAttachingChanges_();
     constexpr std::size_t few = 3;
     if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
         text += "; not complete: " + UTILS::listed(incomplete, few);
@@ -441,7 +445,7 @@ bool Document::save(const std::string& fileName) {
     file_.known = FileVersion(fileName, text);
     file_.saved = lost.empty() ? FileVersion() : file_.known;
     attachment_.forgetOffsets();
-    keep_(overlay_.attachedPlatformId());
+    keep_();
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Saved in " << fileName << ", but for what is not complete: " << UTILS::listed(skipped);

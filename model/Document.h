@@ -149,8 +149,10 @@ class Document {
     /// In words, of one that is attached to something else than in its file.
     std::string whatAttachingChanges_() const;
     /// What the overlay holds is what a file holds now.
-    /// \param platform what the file's positions count from
-    void keep_(unsigned long platform);
+    void keep_();
+    /// The platform that the overlay is attached to. The editor's own, whose number is another one each time
+    /// that it is made, have one for all.
+    unsigned long base_() const;
     /// What a save puts in place of what.
     struct Replacement {
         /// What the file held, empty for no file, and what it holds from now on.

@@ -158,6 +158,9 @@ class Walk {
             while (seen_.size() > history_().done() + 1) seen_.pop_back();
             glances_.clear();
             glance_();
+            // Hosts give no number twice.
+            host_.platforms.erase(1000 + 10 * acted_);
+            host_.platforms[1000 + 10 * ++acted_];
             perform_(random_.integer(0, 24));
             // Whoever has looked at the overlay at this revision has seen what it is now.
             if (const auto known = glances_.find(overlay_.revision()); known != glances_.end()) {
@@ -298,6 +301,7 @@ class Walk {
     /// By revision, since an action began.
     std::map<std::uint64_t, std::vector<ShapeState>> glances_;
     Vec3 reference_;
+    std::uint64_t acted_ = 0;
     bool lost_ = false;
     bool saved_ = false;
 };
