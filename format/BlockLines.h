@@ -52,7 +52,10 @@ class BlockLines {
     const std::vector<std::size_t>& setters(int slot) const;
 
     /// What a line becomes; its line end is the line's own.
-    void replace(std::size_t line, std::string text) { edits_[line].text = std::move(text); }
+    void replace(std::size_t line, std::string text) {
+        // Of a long list in its order.
+        edits_.try_emplace(edits_.end(), line)->second.text = std::move(text);
+    }
     void remove(std::size_t line) { edits_[line].text = std::string(); }
     void removeAll(int slot);
     bool isEdited(std::size_t line) const {

@@ -127,11 +127,17 @@ std::optional<BlockRewriter::Rewritten> BlockRewriter::patched_(std::string_view
             return Rewritten{.lines = patch.drawn(is), .lost = {}, .sameKind = true};
         before->setDrawn(was);
     }
-    const std::string meant = meaningOf_(written, preferences);
+    // What is written may be read a last digit beside.
+    std::optional<std::string> meant;
+    const auto isMeant = [&](std::string_view lines) {
+        const std::string means = meaningOf_(lines, preferences);
+        if (sayTheSame(means, written)) return true;
+        if (!meant) meant = meaningOf_(written, preferences);
+        return sayTheSame(means, *meant);
+    };
     for (const Extent extent : {Extent::Changed, Extent::All})
         if (auto lines = patch.lines(extent);
-            lines &&
-            sayTheSame(meaningOf_(untouched.empty() ? lines->whole : lines->rest, preferences), meant))
+            lines && isMeant(untouched.empty() ? lines->whole : lines->rest))
             return Rewritten{.lines = std::move(lines->whole), .lost = std::move(lines->lost)};
     return std::nullopt;
 }
