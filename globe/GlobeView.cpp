@@ -1,5 +1,6 @@
 #include "globe/GlobeView.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -253,11 +254,15 @@ void GlobeView::reportCursor(double x, double y) {
 void GlobeView::mousePressEvent(QMouseEvent* event) {
     const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), true);
     lastDrag_ = event->position();
-    if (event->button() == Qt::LeftButton) pressTold_ = true;
+    const bool ours = spaceHeld_ && event->button() == Qt::LeftButton;
+    if (event->button() == Qt::LeftButton) {
+        pressTold_ = !ours;
+        pressOurs_ = ours;
+    }
     pressedAt_.reset();
-    if (!kind || listenerTakes(describe(*event, *kind))) return;
+    if (!kind || (!ours && listenerTakes(describe(*event, *kind)))) return;
     flight_.reset();
-    if (event->button() == Qt::LeftButton) pressedAt_ = event->position();
+    if (event->button() == Qt::LeftButton && !ours) pressedAt_ = event->position();
     if (event->button() == Qt::LeftButton)
         grabbed_ = camera_.pick(event->position().x(), event->position().y());
     tilting_ = event->button() == Qt::MiddleButton;
@@ -267,6 +272,7 @@ void GlobeView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         grabbed_.reset();
         pressTold_ = false;
+        if (std::exchange(pressOurs_, false)) return;
     }
     if (event->button() == Qt::MiddleButton) tilting_ = false;
     const std::optional<ViewMouseEvent::Kind> kind = kindOf(event->button(), false);
@@ -290,15 +296,15 @@ void GlobeView::mouseMoveEvent(QMouseEvent* event) {
     if (pressTold_ && !(event->buttons() & Qt::LeftButton)) releaseUnseen();
     constexpr double kStill = 3.0;
     if (pressedAt_ && (at - *pressedAt_).manhattanLength() > kStill) pressedAt_.reset();
-    if (!listenerTakes(describe(*event, ViewMouseEvent::Kind::Motion))) {
-        if (grabbed_ && (event->buttons() & Qt::LeftButton)) {
-            if (camera_.bring(*grabbed_, at.x(), at.y())) cameraMoved();
-        } else if (tilting_ && (event->buttons() & Qt::MiddleButton)) {
-            constexpr double kRadiansPerPixel = 0.006;
-            const QPointF moved = at - lastDrag_;
-            setRangeAzimuthElevation(camera_.range(), camera_.azimuth() + moved.x() * kRadiansPerPixel,
-                                     camera_.elevation() - moved.y() * kRadiansPerPixel);
-        }
+    // A drag whose press nobody took is the view's, whatever is said to its motion.
+    listenerTakes(describe(*event, ViewMouseEvent::Kind::Motion));
+    if (grabbed_ && (event->buttons() & Qt::LeftButton)) {
+        if (camera_.bring(*grabbed_, at.x(), at.y())) cameraMoved();
+    } else if (tilting_ && (event->buttons() & Qt::MiddleButton)) {
+        constexpr double kRadiansPerPixel = 0.006;
+        const QPointF moved = at - lastDrag_;
+        setRangeAzimuthElevation(camera_.range(), camera_.azimuth() + moved.x() * kRadiansPerPixel,
+                                 camera_.elevation() - moved.y() * kRadiansPerPixel);
     }
     lastDrag_ = at;
     reportCursor(at.x(), at.y());
@@ -306,7 +312,7 @@ void GlobeView::mouseMoveEvent(QMouseEvent* event) {
 
 void GlobeView::mouseDoubleClickEvent(QMouseEvent* event) {
     // Who does not care for double clicks gets the second press as a press, the view itself included.
-    if (event->button() == Qt::LeftButton &&
+    if (event->button() == Qt::LeftButton && !spaceHeld_ &&
         listenerTakes(describe(*event, ViewMouseEvent::Kind::DoubleClick)))
         return;
     mousePressEvent(event);
@@ -316,12 +322,43 @@ void GlobeView::wheelEvent(QWheelEvent* event) {
     ViewMouseEvent described = describe(*event, ViewMouseEvent::Kind::Wheel);
     described.wheelDelta = event->angleDelta().y();
     event->accept();
+    // Touchpads send parts of a notch. The view zooms by them; with a modifier somebody may count notches.
+    if (described.modifiers == 0 || described.modifiers != wheelModifiers_ ||
+        (wheelRest_ < 0) != (described.wheelDelta < 0))
+        wheelRest_ = 0;
+    wheelModifiers_ = described.modifiers;
+    if (described.modifiers != 0) {
+        constexpr int kNotch = 120;
+        wheelRest_ += described.wheelDelta;
+        described.wheelDelta = wheelRest_ / kNotch * kNotch;
+        wheelRest_ -= described.wheelDelta;
+        if (described.wheelDelta == 0) return;
+    }
     if (listenerTakes(described) || described.wheelDelta == 0) return;
     flight_.reset();
     const Camera before = camera_;
     camera_.zoom(std::pow(2.0, -described.wheelDelta / 360.0), event->position().x(), event->position().y());
     if (!(camera_ == before)) cameraMoved();
     reportCursor(event->position().x(), event->position().y());
+}
+
+void GlobeView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space)
+        spaceHeld_ = true;
+    else
+        QOpenGLWidget::keyPressEvent(event);
+}
+
+void GlobeView::keyReleaseEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Space)
+        QOpenGLWidget::keyReleaseEvent(event);
+    else if (!event->isAutoRepeat())
+        spaceHeld_ = false;
+}
+
+void GlobeView::focusOutEvent(QFocusEvent* event) {
+    spaceHeld_ = false;
+    QOpenGLWidget::focusOutEvent(event);
 }
 
 void GlobeView::leaveEvent(QEvent*) {

@@ -68,7 +68,9 @@ class GlobeView : public QOpenGLWidget {
     void removeScreenText(std::uint64_t id);
     const std::map<std::uint64_t, ScreenText>& screenTexts() const { return screenTexts_; }
 
-    /// Sees every mouse event first; true = consumed, the view neither turns nor zooms then.
+    /// Sees every mouse event first; true = consumed, the view neither turns nor zooms then. It is not told
+    /// of the left button while Space is held: that turns the globe. With a modifier the wheel comes in whole
+    /// notches.
     void setMouseListener(std::function<bool(const ViewMouseEvent&)> listener);
 
     /// Called once a frame before the scene is drawn, with the size of the view in widget pixels, the
@@ -108,6 +110,9 @@ class GlobeView : public QOpenGLWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
   private:
@@ -137,6 +142,12 @@ class GlobeView : public QOpenGLWidget {
     std::optional<QPointF> pressedAt_;  ///< with the left button, as long as the mouse stays there
     bool tilting_ = false;
     bool pressTold_ = false;
+    bool pressOurs_ = false;
+    /// A left press is the view's own then.
+    bool spaceHeld_ = false;
+    /// Parts of a notch that nobody has been told of, and the modifiers held meanwhile.
+    int wheelRest_ = 0;
+    unsigned wheelModifiers_ = 0;
     std::uint64_t frameCount_ = 0;
     bool insideHook_ = false;
 };

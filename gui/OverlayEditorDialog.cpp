@@ -80,6 +80,7 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
       overlay_(overlay),
       prototypes_(std::move(prototypes)),
       document_(*preferences, *overlay),
+      marks_(*overlay),
       closeObserver_(
           std::make_unique<OverlayCloseObserver>(callbacks_.make(&OverlayEditorDialog::onCmdDismiss))),
       zelObserver_(std::make_unique<ZelObserver>(*this)),
@@ -213,6 +214,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
 int OverlayEditorDialog::onCmdCurrentShapeSelection(PIObject*, void*) {
     mouseManager_->clearMouseTool();
     setCurrentShape_(selectedShape_());
+    dropUntouched_();
     updateMouseControls_();
     updateListManipulationButtons_();
     return 1;
@@ -342,6 +344,7 @@ int OverlayEditorDialog::onCmdDrawShapeSelection(PIObject*, void*) {
     Shape* const shape = add_(std::move(made));
     choose_(shape);
     fresh_ = overlay_->numberOf(shape);
+    added_[fresh_] = shape->state();
     if (shape->mouseTool()) mouseManager_->setCurrentMouseTool(shape->mouseTool(), true);
     updateMouseControls_();
     return 1;
@@ -355,9 +358,30 @@ int OverlayEditorDialog::onCmdStartDraw(PIObject*, void*) {
     return 1;
 }
 
-void OverlayEditorDialog::followPlatform_() {
-    Shape* const shape = current_();
-    if (document_.followPlatform() && shape) shape->fillGui();
+void OverlayEditorDialog::beforeRefresh() {
+    if (editing_) followPlatform_();
+}
+
+void OverlayEditorDialog::afterRefresh(int widthPixels, int heightPixels) {
+    if (editing_) marks_.draw(current_(), widthPixels, heightPixels);
+}
+
+void OverlayEditorDialog::dropUntouched_() {
+    Shape* const current = current_();
+    bool dropped = false;
+    std::erase_if(added_, [&](const auto& entry) {
+        Shape* const shape = overlay_->shapeOf(entry.first);
+        if (shape && shape == current) return false;
+        if (!shape || !(*shape->state(entry.second.get()) == *entry.second)) return true;
+        widgets_->list.removeItem(itemOf_(shape));
+        overlay_->removeShape(shape);
+        delete shape;
+        return dropped = true;
+    });
+    if (!dropped) return;
+    widgets_->list.deselectAll();
+    if (current) widgets_->list.setSelectedItem(itemOf_(current));
+    updateListManipulationButtons_();
 }
 
 int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
@@ -368,6 +392,7 @@ int OverlayEditorDialog::onCmdStop(PIObject*, void*) {
 
 void OverlayEditorDialog::updateMouseControls_() {
     if (editing_) followPlatform_();
+    if (Shape* const shape = current_(); std::exchange(carried_, false) && shape) shape->fillGui();
     timeout_.cancel();
     updateSavedMark_();
     if (!editing_) return;

@@ -20,6 +20,7 @@
 #include "pi/PICommon.h"
 #include "pi/PIWidgets.h"
 #include "tools/MouseManager.h"
+#include "tools/OverlayMarks.h"
 
 namespace OverlayEditor {
 
@@ -61,6 +62,11 @@ class OverlayEditorDialog {
     void scenarioEntityRemoved(unsigned long id);
     void scenarioZELsChanged();
     void scenarioPlatformAdded();
+
+    /// Around each refresh of the view: the shapes are where their platform is when the tool draws them; then
+    /// comes what is drawn beside it.
+    void beforeRefresh();
+    void afterRefresh(int widthPixels, int heightPixels);
 
     int onCmdCurrentShapeSelection(PIObject* sender, void* data);
     int onCmdCenter(PIObject* sender, void* data);
@@ -145,8 +151,10 @@ class OverlayEditorDialog {
     void updateListManipulationButtons_();
     /// Lets the buttons follow the current tool, now and once a second while the dialog is shown.
     void updateMouseControls_();
-    /// The shapes go where their platform is now, and the panel with them.
-    void followPlatform_();
+    /// The shapes go where their platform is now; once a second the panel shows it.
+    void followPlatform_() { carried_ = document_.followPlatform() || carried_; }
+    /// Shapes that were added and never touched go when the user works on another one.
+    void dropUntouched_();
     /// The host's own display of the edited overlay is hidden while the dialog is shown.
     void setShowEditing_(bool editing);
 
@@ -198,6 +206,11 @@ class OverlayEditorDialog {
     int nameCounter_ = 1;
     /// The number of the shape that was added last, until its drawing has ended; 0 for none.
     std::uint64_t fresh_ = 0;
+    /// Shapes that were added, by their numbers, and what they were then.
+    std::map<std::uint64_t, ShapeStatePtr> added_;
+    /// The platform has carried the shapes since the panel showed where they are.
+    bool carried_ = false;
+    OverlayMarks marks_;
     bool editing_ = false;
     PICommon::Timeout timeout_;
 

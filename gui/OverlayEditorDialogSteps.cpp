@@ -21,7 +21,9 @@ void OverlayEditorDialog::commanded_(PIObject* sender) {
 
 void OverlayEditorDialog::mouseMoved_(PIGUI::PIMouseEventType_t type) {
     using Type = PIGUI::PIMouseEventType_t;
+    if (editing_ && mouseManager_->isActive()) followPlatform_();
     if (type == Type::LeftPress) document_.history().begin(Gesture::Press);
+    if (type == Type::LeftPress && draws_()) dropUntouched_();
     if (type == Type::LeftRelease) document_.history().release();
     if (type == Type::Wheel) document_.history().begin(Gesture::Wheel);
 }

@@ -7,6 +7,7 @@
 
 #include "geo/Sodano.h"
 #include "model/Utils.h"
+#include "pi/PICommon.h"
 
 namespace OverlayEditor {
 
@@ -81,12 +82,15 @@ Vec3 PointsGui::inserted_() const {
 int PointsGui::onCmdPrevious(PIObject*, void*) {
     if (index_ > 0) --index_;
     show_();
+    // It is marked in the view.
+    PICommon::forceOpenGLRedraw();
     return 1;
 }
 
 int PointsGui::onCmdNext(PIObject*, void*) {
     ++index_;
     show_();
+    PICommon::forceOpenGLRedraw();
     return 1;
 }
 

@@ -4,13 +4,13 @@
 
 #include "common/Notify.h"
 #include "common/Strings.h"
+#include "geo/Farthest.h"
 #include "geo/Wgs84.h"
 #include "gui/Captions.h"
 
 namespace OverlayEditor {
 
 std::string_view ValueUnitEntry::refusal(Quantity quantity, double value) {
-    constexpr double farthest = 1e9;
     switch (quantity) {
         case Quantity::Radius:
             if (value <= 0.0) return "a radius is greater than 0";
@@ -21,7 +21,7 @@ std::string_view ValueUnitEntry::refusal(Quantity quantity, double value) {
                        : "";
         case Quantity::Range:
         case Quantity::Altitude:
-            return std::abs(value) > farthest ? "this is beyond a million kilometers" : "";
+            return std::abs(value) > halCore::kFarthestMeters ? "this is beyond a million kilometers" : "";
         default:
             return "";
     }

@@ -70,6 +70,7 @@ class Equipped : public Base {
 
     /// Null without one.
     Panel* panel_() { return self_().equipment_.panel.get(); }
+    const Panel* panel_() const { return static_cast<const Concrete*>(this)->equipment_.panel.get(); }
 
   private:
     Concrete& self_() { return static_cast<Concrete&>(*this); }

@@ -46,7 +46,7 @@ class PolygonShape : public PointsContainer,
     void replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) override;
 
     /// The point that the panel shows; 0 without one.
-    unsigned long shownPoint() { return panel_() ? panel_()->shownPoint() : 0; }
+    unsigned long shownPoint() const { return panel_() ? panel_()->shownPoint() : 0; }
     void showPoint(unsigned long index) {
         if (panel_()) panel_()->refreshPoint(index);
     }

@@ -42,6 +42,10 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     /// Nothing until it is set, and while its offset leads nowhere.
     std::optional<halCore::Vec3> firstCorner() const { return placeOf_(First); }
     std::optional<halCore::Vec3> lastCorner() const { return placeOf_(Last); }
+    /// The anchor that was typed while there was no size, as long as there is none.
+    std::optional<halCore::Vec3> typedAnchor() const {
+        return isComplete() ? std::nullopt : placeOf_(TypedAnchor);
+    }
     void setFirstCorner(const halCore::Vec3& lla) { setCorner_(First, PlacedPoint(lla)); }
     void setLastCorner(const halCore::Vec3& lla) { setCorner_(Last, PlacedPoint(lla)); }
     void setFirstCorner(const PlacedPoint& point) { setCorner_(First, point); }

@@ -82,6 +82,8 @@ class Shape {
 
   public:
     bool active() const { return active_; }
+    /// Whether the host displays something of it.
+    bool isDisplayed() const { return hostOverlay_ != nullptr; }
     const Preferences& preferences() const { return preferences_; }
     bool showPoints() const { return showPoints_; }
     void setShowPoints(bool shown);

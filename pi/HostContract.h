@@ -82,11 +82,12 @@
 //                   whatever the press was answered. Press, motion and release belong together: what a host
 //                   does with them itself it does when the press was not consumed, and a release that is not
 //                   consumed is no click of its own. No menu opens on a right press, nor on its release when
-//                   the mouse was grabbed at the press.
+//                   the mouse was grabbed at the press. What the host keeps for itself, a drag with some key
+//                   held, it sends neither press nor release of.
 //   LeftDoubleClick in place of the LeftPress with which the user clicks twice. When it is answered with 0
 //   the
 //                   LeftPress is due after all, or a fast click is lost. Hosts may do without this event.
-//   Wheel           wheelDelta 120 for a notch.
+//   Wheel           wheelDelta 120 for a notch. With a modifier parts of a notch add up to whole ones.
 //   Leave           the mouse is no longer in the view, at its last position.
 //
 //   PreDrawOnRefresh is dispatched once a frame, before the scene is drawn, with the view's size in the

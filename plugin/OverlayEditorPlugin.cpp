@@ -249,7 +249,9 @@ void OverlayEditorPlugin::listenToEvents(PIApplicationEvents_t event, void* data
 }
 
 void OverlayEditorPlugin::preDrawOnRefresh(int widthPixels, int heightPixels) {
+    if (dialog_) dialog_->beforeRefresh();
     if (mouseManager_) mouseManager_->preDrawOnRefresh(widthPixels, heightPixels);
+    if (dialog_) dialog_->afterRefresh(widthPixels, heightPixels);
 }
 
 int OverlayEditorPlugin::handleMouseEvent(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {

@@ -24,6 +24,10 @@ class AnnotationMouseTool final : public HandleMouseTool {
     bool shapeRubberBand_(BaseLineShape&, const halCore::Vec3&) override { return false; }
     void moveGrabbed_(const halCore::Vec3& pos) override;
     std::string_view placingHint_() const override;
+    std::optional<double> placedAltitude_() const override {
+        const auto place = placeOf_(1);
+        return place ? std::optional(place->alt()) : std::nullopt;
+    }
 
   private:
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.

@@ -54,7 +54,6 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
         handleAbortDrag_();
         return;
     }
-    firstPress_ = false;
     lift_(pos.alt());
     if (!shape_.startAnglePt()) {
         shape_.setMajorRadius(pos);
@@ -74,7 +73,6 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
 
 void ArcMouseTool::handleAbortDrag_() {
     if (firstPress_ && !shape_.startAnglePt()) resetShape_();
-    firstPress_ = false;
 }
 
 void ArcMouseTool::movePoint_(Grabbed grabbed, const Vec3& pos) {

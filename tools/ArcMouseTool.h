@@ -20,10 +20,6 @@ class ArcMouseTool final : public CylinderMouseTool {
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
     std::string_view placingHint_() const override;
-
-  private:
-    /// The centre was set by the press that is still held.
-    bool firstPress_ = false;
 };
 
 }  // namespace OverlayEditor

@@ -1,9 +1,11 @@
 #include "tools/BaseMouseTool.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ostream>
 
 #include "geo/Angles.h"
+#include "geo/Farthest.h"
 #include "geo/MgrsConvert.h"
 #include "geo/Sodano.h"
 #include "geo/UnitTypes.h"
@@ -55,13 +57,15 @@ int BaseMouseTool::handleMouseEvent(PIMouseEventType_t type, const PIMouseEvent&
 
 int BaseMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
     const bool grabs = nearPoint_ && (state_ == Hovering || grabsAgain_(event));
-    lastX_ = event.x;
-    lastY_ = event.y;
+    lastX_ = pressX_ = event.x;
+    lastY_ = pressY_ = event.y;
+    dragged_ = false;
     if (grabs) {
         state_ = Dragging;
-        altitude_ = nearPoint_->getAltitude();
+        takeAltitude_(nearPoint_->getAltitude());
         rememberGrab_(event);
         removeTempGraphics_();
+        pointTaken_();
         return 1;
     }
     if (state_ == Placing) {
@@ -77,19 +81,24 @@ int BaseMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
 
 int BaseMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent& event) {
     if (state_ == Dragging) {
+        // What it counts from may have carried it on since the mouse moved last.
+        if (dragged_) drag_(event);
         finishEditing_();
         PICommon::forceOpenGLRedraw();
         return 1;
     }
     if (state_ != Placing || !pressed_) return 0;
     pressed_ = false;
+    lastX_ = event.x;
+    lastY_ = event.y;
     PICommon::forceOpenGLRedraw();
-    if (const auto pos = cursorPosition_(event.x, event.y)) {
+    const auto pos = cursorPosition_(event.x, event.y);
+    if (pos)
         handleFinishDrag_(*pos);
-        return 1;
-    }
-    handleAbortDrag_();
-    return 0;
+    else
+        handleAbortDrag_();
+    firstPress_ = false;
+    return pos ? 1 : 0;
 }
 
 int BaseMouseTool::rightPress_(PIMouseEventType_t, const PIMouseEvent&) {
@@ -105,16 +114,17 @@ int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
     lastY_ = event.y;
     if (state_ == Inactive) return 0;
     if (state_ == Dragging) {
-        const auto pos = cursorPosition_(event.x + grabOffsetX_, event.y + grabOffsetY_);
-        if (pos && nearPoint_) {
-            handleMovePoint_(*pos);
-            PICommon::forceOpenGLRedraw();
-        }
+        dragged_ = dragged_ || event.x != pressX_ || event.y != pressY_;
+        drag_(event);
         return 1;
     }
     if (state_ == Placing) PICommon::forceOpenGLRedraw();
     const auto pos = cursorPosition_(event.x, event.y);
-    if (!pos) return 0;
+    if (!pos) {
+        // Beside the earth nothing lies under the cursor.
+        if (nearPoint_ && !pressed_) letGo_();
+        return 0;
+    }
     ToolView::current().sawCursor(view_, event.x, event.y, onGround(*pos));
 
     if (showPoints_ && !pressed_) {
@@ -126,7 +136,7 @@ int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
             PICommon::forceOpenGLRedraw();
             if (near) {
                 near->setHighlighted(true);
-                altitude_ = near->getAltitude();
+                takeAltitude_(near->getAltitude());
                 near->setDescription(getPointText_(near->getPosition()));
                 state_ = Hovering;
                 return 0;
@@ -139,7 +149,7 @@ int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
 
 int BaseMouseTool::mouseWheel_(PIMouseEventType_t, const PIMouseEvent& event) {
     if ((event.modifiers & PIGUI::PIModifierShift) == 0) return 0;
-    altitude_ = adjustAltitude_(event.wheelDelta, altitude_);
+    altitude_ = turnedAltitude_(event.wheelDelta);
     if (nearPoint_) {
         const Vec3& near = nearPoint_->getPosition();
         const Vec3 raised(near.lat(), near.lon(), altitude_);
@@ -154,9 +164,19 @@ int BaseMouseTool::mouseWheel_(PIMouseEventType_t, const PIMouseEvent& event) {
 void BaseMouseTool::leave_() {
     lastX_ = 0;
     lastY_ = 0;
-    if (state_ == Dragging) return;
+    if (state_ != Dragging) letGo_();
+}
+
+void BaseMouseTool::letGo_() {
     forgetNearPoint_();
     if (state_ == Hovering) finishEditing_();
+    PICommon::forceOpenGLRedraw();
+}
+
+void BaseMouseTool::drag_(const PIMouseEvent& event) {
+    const auto pos = cursorPosition_(event.x + grabOffsetX_, event.y + grabOffsetY_);
+    if (!pos || !nearPoint_) return;
+    handleMovePoint_(*pos);
     PICommon::forceOpenGLRedraw();
 }
 
@@ -168,7 +188,7 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
 
     removeTempGraphics_();
     // Units may have changed.
-    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
+    if (nearPoint_) nearPoint_->setDescription(nearText_());
     redrawPointsForViewChange_();
     if (state_ == Placing) {
         // Before the first motion nobody knows where the cursor is.
@@ -180,6 +200,7 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
             cursorPoint_->show();
             cursorPoint_->setDrawTextAbove(kTextAboveBand * height > lastY_);
             if (pressed_) drawTempGraphics_(*pos);
+            drawGuide_(*pos);
         } else if (cursorPoint_) {
             cursorPoint_->hide();
         }
@@ -194,18 +215,18 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     picture_.clear();
 }
 
-std::string_view BaseMouseTool::hint() const {
+std::string BaseMouseTool::hint() const {
     switch (state_) {
         case Inactive:
             break;
         case Complete:
-            return completeHint_();
+            return std::string(completeHint_());
         case Placing:
-            return placingHint_();
+            return std::string(placingHint_());
         case Dragging:
             return "Release to leave the point here. Shift + wheel changes its altitude";
         case Hovering:
-            return hoveringHint_();
+            return std::string(hoveringHint_());
     }
     return {};
 }
@@ -225,7 +246,7 @@ std::string_view BaseMouseTool::hoveringHint_() const {
 
 double BaseMouseTool::adjustAltitude_(int delta, double altitude) {
     if (!(altitude > 0.0)) return kFirstAltitude;
-    return altitude * std::pow(kAltitudeFactor, delta / kWheelNotch);
+    return std::min(halCore::kFarthestMeters, altitude * std::pow(kAltitudeFactor, delta / kWheelNotch));
 }
 
 std::unique_ptr<PUDrawPoint> BaseMouseTool::createEditPoint(const Vec3& pos, unsigned int rgba) {
@@ -313,8 +334,22 @@ void BaseMouseTool::rememberGrab_(const PIMouseEvent& event) {
     grabOffsetY_ = static_cast<int>(std::lround((footPixel->y - cursorPixel->y) / view_.pixelScale()));
 }
 
+bool BaseMouseTool::isClick_() const {
+    return std::hypot(lastX_ - pressX_, lastY_ - pressY_) <= PluginUtils::kGrabRadius;
+}
+
+void BaseMouseTool::takeAltitude_(double meters) {
+    // An offset's place comes back with a rounding, from which the wheel would start.
+    constexpr double rounding = 1e-6;
+    altitude_ = std::abs(meters) < rounding ? 0.0 : meters;
+}
+
 void BaseMouseTool::followShape_() {
     updatePoints_();
+    if (const auto placed = placedAltitude_(); placed != placedAt_) {
+        placedAt_ = placed;
+        if (placed && state_ != Dragging && state_ != Hovering) takeAltitude_(*placed);
+    }
     if (!nearPoint_ && (state_ == Dragging || state_ == Hovering)) finishEditing_();
 }
 

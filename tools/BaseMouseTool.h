@@ -80,10 +80,22 @@ class BaseMouseTool : public MouseTool, public HintSource {
     virtual void updatePoints_() {}
     /// The temporary graphics of this refresh are complete.
     virtual void finishRefresh_() {}
+    /// Each refresh in Placing, at the cursor, whether the button is held or not: adds to picture_ what leads
+    /// there.
+    virtual void drawGuide_(const halCore::Vec3&) {}
+    /// A press has taken nearPoint_.
+    virtual void pointTaken_() {}
+    /// What a label says of nearPoint_, as opposed to a point that is to be placed.
+    virtual std::string nearText_() { return getPointText_(nearPoint_->getPosition()); }
+    /// The altitude of what has been placed last, none before: when others change it, it becomes the working
+    /// altitude.
+    virtual std::optional<double> placedAltitude_() const { return std::nullopt; }
+    /// The wheel was turned that far: what nearPoint_, and with it the working altitude, comes to.
+    virtual double turnedAltitude_(int delta) const { return adjustAltitude_(delta, altitude_); }
 
   public:
     /// By the state; what depends on the shape is told by the hooks below.
-    std::string_view hint() const override;
+    std::string hint() const override;
 
   protected:
     /// In Placing: what the press, or while pressed_ the release, will do.
@@ -93,7 +105,8 @@ class BaseMouseTool : public MouseTool, public HintSource {
     /// In Hovering, about nearPoint_.
     virtual std::string_view hoveringHint_() const;
 
-    /// Times 1.25 for each whole notch; from 0 or below always 0.01, which gives the scaling a start.
+    /// Times 1.25 for each whole notch; from 0 or below always 0.01, which gives the scaling a start. No
+    /// farther than the panels reach.
     static double adjustAltitude_(int delta, double altitude);
     /// Hidden, without a label, with an altimeter line and no depth test.
     static std::unique_ptr<PluginUtils::PUDrawPoint> createEditPoint(const halCore::Vec3& pos,
@@ -109,6 +122,10 @@ class BaseMouseTool : public MouseTool, public HintSource {
     void forgetNearPoint_();
     /// Latitude, longitude and working altitude at a pixel of a mouse event, none off the earth.
     std::optional<halCore::Vec3> cursorPosition_(int x, int y) const;
+    /// A release where the button was pressed is a click, whatever has moved below it meanwhile.
+    bool isClick_() const;
+    /// The altitude of a point becomes the working one.
+    void takeAltitude_(double meters);
 
     bool showPoints_ = true;
     const Preferences& prefs_;
@@ -119,6 +136,8 @@ class BaseMouseTool : public MouseTool, public HintSource {
     int lastX_ = 0;
     int lastY_ = 0;
     bool pressed_ = false;
+    /// The press that is still held has placed the shape's first point.
+    bool firstPress_ = false;
     FunctorTwoParams__* drawDone_ = nullptr;
 
     /// The view in the last refresh.
@@ -133,6 +152,18 @@ class BaseMouseTool : public MouseTool, public HintSource {
     bool grabsAgain_(const PIGUI::PIMouseEvent& event);
     void rememberGrab_(const PIGUI::PIMouseEvent& event);
     void followShape_();
+    /// The point that is dragged comes to a place of the cursor's.
+    void drag_(const PIGUI::PIMouseEvent& event);
+    /// What was highlighted is not, and the state is that of a tool at rest.
+    void letGo_();
+
+    /// Where the button was pressed last.
+    int pressX_ = 0;
+    int pressY_ = 0;
+    /// The mouse has moved since a point was grabbed.
+    bool dragged_ = false;
+    /// What placedAltitude_ was when it was asked last.
+    std::optional<double> placedAt_;
 
     /// From the cursor to the place on the ground beneath the point that was grabbed, in its pixels.
     int grabOffsetX_ = 0;

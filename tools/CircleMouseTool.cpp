@@ -23,7 +23,8 @@ std::string CircleMouseTool::getPointText_(const Vec3& pos) const {
 }
 
 void CircleMouseTool::handleStartDrag_(const Vec3& pos) {
-    if (shape_.centerPt()) return;
+    firstPress_ = !shape_.centerPt();
+    if (!firstPress_) return;
     shape_.setCenter(pos);
     shapeChanged_();
 }

@@ -1,9 +1,11 @@
 #include "tools/CylinderMouseTool.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "geo/Angles.h"
+#include "geo/Farthest.h"
 #include "geo/Sodano.h"
 #include "model/ShapeKinds.h"
 
@@ -113,6 +115,22 @@ std::string_view CylinderMouseTool::hoveringHint_() const {
     if (roleOf_(nearPoint_) == Height) return "Shift + wheel changes the height. Drag to move the shape";
     if (roleOf_(nearPoint_) == Center) return "Drag to move the centre. Shift + wheel changes the altitude";
     return HandleMouseTool::hoveringHint_();
+}
+
+std::optional<double> CylinderMouseTool::placedAltitude_() const {
+    return shape_.centerPt() ? std::optional(center_().alt()) : std::nullopt;
+}
+
+double CylinderMouseTool::turnedAltitude_(int delta) const {
+    if (roleOf_(nearPoint_) != Height || !shape_.centerPt()) return HandleMouseTool::turnedAltitude_(delta);
+    const double base = center_().alt();
+    const double height = top_().alt() - base;
+    if (height > 0.0) return std::min(base + adjustAltitude_(delta, height), halCore::kFarthestMeters);
+    // One, two or five of a power of ten, near a tenth of the radius.
+    const double tenth = std::max(1.0, 0.1 * shape_.majorAxis());
+    const double power = std::pow(10.0, std::floor(std::log10(tenth)));
+    const double digit = tenth / power;
+    return base + power * (digit < 2.0 ? 1.0 : digit < 5.0 ? 2.0 : 5.0);
 }
 
 void CylinderMouseTool::lift_(double altitude) {

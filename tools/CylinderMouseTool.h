@@ -44,6 +44,9 @@ class CylinderMouseTool : public HandleMouseTool {
     void moveGrabbed_(const halCore::Vec3& pos) override;
     std::string_view completeHint_() const override;
     std::string_view hoveringHint_() const override;
+    std::optional<double> placedAltitude_() const override;
+    /// On the height handle it is the height that grows, and it begins at a size of the shape's own.
+    double turnedAltitude_(int delta) const override;
 
     /// Moves the grabbed point, which is any but the height handle.
     virtual void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) = 0;

@@ -49,9 +49,13 @@ void HandleMouseTool::showEditPoints_(bool shown) {
 }
 
 bool HandleMouseTool::releasedOnPoint_(const halCore::Vec3& pos) {
-    const bool onPoint = pointNearMouse_(pos) != nullptr;
-    clearGrab_();
-    return onPoint;
+    if (firstPress_ && isClick_()) return true;
+    const PluginUtils::GrabbingCursor cursor(pos, view_);
+    return std::ranges::any_of(handles_, [&](const Handle& handle) {
+        const auto at = handle.point ? drawnAt_(*handle.point, handle.role) : std::nullopt;
+        return at && (cursor.grabs(handle.point->getPosition(), *at) ||
+                      cursor.standsUnder(handle.point->getPosition()));
+    });
 }
 
 void HandleMouseTool::shapeChanged_() {

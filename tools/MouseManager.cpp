@@ -67,10 +67,10 @@ void MouseManager::makeCurrent_(MouseTool* tool) {
 }
 
 void MouseManager::reportHint_() {
-    const std::string_view hint = hints_ ? hints_->hint() : std::string_view();
+    std::string hint = hints_ ? hints_->hint() : std::string();
     if (hint == hint_) return;
-    hint_ = hint;
-    if (hintListener_) hintListener_(hint);
+    hint_ = std::move(hint);
+    if (hintListener_) hintListener_(hint_);
 }
 
 }  // namespace OverlayEditor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -54,7 +55,7 @@ class MouseManager {
     MouseTool* current_ = &nullTool_;
     /// The current tool's; null when it has none.
     const HintSource* hints_ = nullptr;
-    std::string_view hint_;
+    std::string hint_;
     FunctorTwoParams__* drawDoneCallback_ = nullptr;
     std::function<void()> changeListener_;
     std::function<void(PIGUI::PIMouseEventType_t)> eventListener_;

@@ -33,7 +33,6 @@ void OrbitMouseTool::handleFinishDrag_(const Vec3& pos) {
         handleAbortDrag_();
         return;
     }
-    firstPress_ = false;
     if (!orbit_.centerPt2())
         orbit_.setCenter2(pos);
     else

@@ -32,4 +32,8 @@ bool GrabbingCursor::grabs(const Vec3& lla, const halCore::Ecef& ecef) const {
            !view_.isHiddenByEarth(ecef);
 }
 
+bool GrabbingCursor::standsUnder(const Vec3& lla) const {
+    return grabs(lla, halCore::toEcef(Vec3(lla.lat(), lla.lon(), 0.0)));
+}
+
 }  // namespace PluginUtils

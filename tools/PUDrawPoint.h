@@ -25,6 +25,9 @@ class GrabbingCursor {
     /// Whether the pixel of what is drawn at `ecef` is near and the earth does not hide it. While no view is
     /// known, the latitude and longitude of the point itself must be the cursor's.
     bool grabs(const halCore::Vec3& lla, const halCore::Ecef& ecef) const;
+    /// The same with the place on the ground beneath the point, from which it was placed, at whatever
+    /// altitude.
+    bool standsUnder(const halCore::Vec3& lla) const;
 
   private:
     halCore::Vec3 ground_;
@@ -52,6 +55,8 @@ class PUDrawPoint {
 
     /// Whether a cursor can grab the point; whether it is shown does not matter.
     bool canGrab(const GrabbingCursor& cursor) const { return cursor.grabs(position_, ecef_); }
+    /// Whether a button that is released there is released on the point.
+    bool isOn(const GrabbingCursor& cursor) const { return canGrab(cursor) || cursor.standsUnder(position_); }
 
     /// The label beside the point; empty for none.
     void setDescription(std::string text) { description_ = std::move(text); }

@@ -17,6 +17,12 @@ std::optional<std::size_t> PUDrawPoints::grabbedBy(const GrabbingCursor& cursor)
     return std::nullopt;
 }
 
+std::optional<std::size_t> PUDrawPoints::under(const GrabbingCursor& cursor) const {
+    for (std::size_t i = 0; i < points_.size(); ++i)
+        if (points_[i]->isOn(cursor)) return i;
+    return std::nullopt;
+}
+
 std::optional<std::size_t> PUDrawPoints::indexOf(const PUDrawPoint* searched) const {
     for (std::size_t i = 0; i < points_.size(); ++i)
         if (points_[i].get() == searched) return i;

@@ -24,6 +24,8 @@ class PUDrawPoints {
 
     /// The first point that the cursor can grab.
     std::optional<std::size_t> grabbedBy(const GrabbingCursor& cursor) const;
+    /// The first point on which a button is released there.
+    std::optional<std::size_t> under(const GrabbingCursor& cursor) const;
     /// The index of one of these points, none for any other.
     std::optional<std::size_t> indexOf(const PUDrawPoint* point) const;
 

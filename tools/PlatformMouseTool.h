@@ -36,7 +36,7 @@ class PlatformMouseTool final : public MouseTool, public HintSource {
     int rightPress_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
     int mouseWheel_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
     int mouseMotion_(PIGUI::PIMouseEventType_t, const PIGUI::PIMouseEvent&) override { return 0; }
-    std::string_view hint() const override { return active_ ? "Click the platform to pick" : ""; }
+    std::string hint() const override { return active_ ? "Click the platform to pick" : ""; }
 
   private:
     bool active_ = false;

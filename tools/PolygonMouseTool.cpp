@@ -43,7 +43,7 @@ void PolygonMouseTool::resetPoints_() {
 void PolygonMouseTool::carryPoints_() {
     revision_ = shape_.placed().revision();
     drawn_.setPositions(shape_.points());
-    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
+    if (nearPoint_) nearPoint_->setDescription(nearText_());
 }
 
 std::string PolygonMouseTool::getPointText_(const Vec3& pos) const {
@@ -64,8 +64,10 @@ void PolygonMouseTool::handleStartDrag_(const Vec3& pos) {
 
 void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
     const bool placedFirst = std::exchange(firstPress_, false);
-    PUDrawPoint* point = pointNearMouse_(pos);
-    clearGrab_();
+    const auto under = placedFirst && isClick_() && drawn_.size() > 0
+                           ? std::optional<std::size_t>(0)
+                           : drawn_.under(PluginUtils::GrabbingCursor(pos, view_));
+    PUDrawPoint* point = under ? &drawn_.point(*under) : nullptr;
     if (point && firstPoint_ && !placedFirst) {
         removeFirstPoint_();
         return;
@@ -78,12 +80,11 @@ void PolygonMouseTool::handleFinishDrag_(const Vec3& pos) {
     // As if the cursor had been moved onto it: the next press without a motion grabs it.
     forgetNearPoint_();
     if (!showPoints_) return;
-    grab_(point);
-    altitude_ = point->getAltitude();
+    if (under) shape_.showPoint(*under);
+    takeAltitude_(point->getAltitude());
     point->setHighlighted(true);
-    point->setDescription(getPointText_(point->getPosition()));
-    clearGrab_();
     nearPoint_ = point;
+    point->setDescription(nearText_());
 }
 
 void PolygonMouseTool::handleAbortDrag_() {
@@ -111,11 +112,44 @@ PUDrawPoint* PolygonMouseTool::pointNearMouse_(const Vec3& pos) {
 void PolygonMouseTool::redrawPointsForViewChange_() {
     for (std::size_t i = 0; i < drawn_.size(); ++i)
         if (isPlace(drawn_.point(i).getPosition())) picture_.add(drawn_.point(i));
+    if (shape_.isComplete() || drawn_.size() != 2) return;
+    const Vec3& from = drawn_.point(0).getPosition();
+    const Vec3& to = drawn_.point(1).getPosition();
+    if (!isPlace(from) || !isPlace(to)) return;
+    side_.setPositions(from, to);
+    side_.setColor(shape_.lineColor());
+    side_.setWidth(shape_.lineWidth());
+    side_.show();
+    picture_.add(side_);
+}
+
+void PolygonMouseTool::drawGuide_(const Vec3& pos) {
+    const auto& points = shape_.points();
+    const auto lead = [&](PluginUtils::PUDrawLine& line, const Vec3& from) {
+        if (!isPlace(from)) return;
+        line.setPositions(from, pos);
+        line.show();
+        picture_.add(line);
+    };
+    // While the button is held the rubber band goes on from the last point.
+    if (!points.empty() && !pressed_) lead(onward_, points.back());
+    if (points.size() > 1 && shape_.subtype() == PolygonShape::Polygon) lead(back_, points.front());
+}
+
+void PolygonMouseTool::pointTaken_() {
+    if (grabbed_) shape_.showPoint(*grabbed_);
+}
+
+std::optional<double> PolygonMouseTool::placedAltitude_() const {
+    const auto& points = shape_.points();
+    return !points.empty() && isPlace(points.back()) ? std::optional(points.back().alt()) : std::nullopt;
 }
 
 void PolygonMouseTool::showEditPoints_(bool shown) {
     if (drawn_.size() != shape_.getNumPoints()) resetPoints_();
     if (isActive() && revision_ != shape_.placed().revision()) carryPoints_();
+    // A line that the host cannot show yet would be nowhere.
+    shown = shown || (isActive() && !shape_.isComplete());
     if (shown == drawn_.isShown()) return;
     if (shown)
         drawn_.show();
@@ -159,7 +193,8 @@ std::string_view PolygonMouseTool::placingHint_() const {
         case 1:
             return "Click the second point";
         default:
-            return "Click the next point. Right click ends drawing";
+            return "Click the next point. Right click ends drawing. Space or the middle button turns the "
+                   "globe";
     }
 }
 

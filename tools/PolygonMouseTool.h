@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "model/PointsTool.h"
 #include "model/PolygonShape.h"
+#include "tools/PUDrawLine.h"
 #include "tools/PUDrawPoints.h"
 #include "tools/ShapeMouseTool.h"
 
@@ -34,6 +36,9 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) override;
     void redrawPointsForViewChange_() override;
     bool isComplete_() const override { return false; }
+    void drawGuide_(const halCore::Vec3& pos) override;
+    void pointTaken_() override;
+    std::optional<double> placedAltitude_() const override;
     void showEditPoints_(bool shown) override;
     /// A line, for polygons too: it is the next segment.
     std::unique_ptr<BaseLineShape> makeRubberBand_() const override;
@@ -45,6 +50,8 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     std::string_view hoveringHint_() const override;
 
   private:
+    static constexpr std::uint32_t kGuideColor = 0xFFFFFFB0;
+
     /// \return false when the shape did not take the point
     bool append_(const halCore::Vec3& pos);
     /// The points have moved with what they count from, each still being itself: what is done with the mouse
@@ -59,8 +66,11 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     std::uint64_t revision_ = 0;
     std::optional<std::size_t> grabbed_;
     bool moved_ = false;
-    /// The first point was placed by the press that is still held.
-    bool firstPress_ = false;
+    /// What leads from the last point, and to the first one of a polygon, to the cursor.
+    PluginUtils::PUDrawLine onward_{{}, {}, kGuideColor, 1.0};
+    PluginUtils::PUDrawLine back_{{}, {}, kGuideColor, 1.0};
+    /// The side between two points while the host cannot show it: two are no polygon.
+    PluginUtils::PUDrawLine side_{{}, {}, 0};
     /// This tool has placed the first point, and no other yet.
     bool firstPoint_ = false;
 };

@@ -7,7 +7,7 @@ namespace OverlayEditor {
 using halCore::Vec3;
 
 RectangleMouseTool::RectangleMouseTool(const Preferences& preferences, RectangleShape& shape)
-    : HandleMouseTool(preferences, shape, {First, Last}), shape_(shape) {}
+    : HandleMouseTool(preferences, shape, {First, Last, Anchor}), shape_(shape) {}
 
 RectangleMouseTool::~RectangleMouseTool() {
     deactivate();
@@ -20,17 +20,18 @@ std::string RectangleMouseTool::getPointText_(const Vec3& pos) const {
 }
 
 void RectangleMouseTool::handleStartDrag_(const Vec3& pos) {
-    if (shape_.firstCorner()) return;
+    firstPress_ = !isPlaced_();
+    if (!firstPress_) return;
     shape_.setFirstCorner(pos);
     shapeChanged_();
 }
 
 void RectangleMouseTool::handleFinishDrag_(const Vec3& pos) {
-    if (releasedOnPoint_(pos) || !shape_.firstCorner()) {
+    if (releasedOnPoint_(pos) || !isPlaced_()) {
         handleAbortDrag_();
         return;
     }
-    shape_.setLastCorner(pos);
+    span_(shape_, pos);
     state_ = restingState_();
     shapeChanged_();
 }
@@ -43,7 +44,27 @@ void RectangleMouseTool::handleAbortDrag_() {
 }
 
 std::optional<Vec3> RectangleMouseTool::placeOf_(Role role) const {
+    if (role == Anchor) return shape_.firstCorner() ? std::nullopt : shape_.typedAnchor();
     return role == First ? shape_.firstCorner() : shape_.lastCorner();
+}
+
+PluginUtils::PUDrawPoint* RectangleMouseTool::pointNearMouse_(const Vec3& pos) {
+    PluginUtils::PUDrawPoint* const near = HandleMouseTool::pointNearMouse_(pos);
+    if (grabbedRole_ != Anchor) return near;
+    clearGrab_();
+    return nullptr;
+}
+
+void RectangleMouseTool::span_(RectangleShape& rectangle, const Vec3& pos) const {
+    const auto anchor = shape_.firstCorner() ? std::nullopt : shape_.typedAnchor();
+    if (anchor && shape_.anchorCenter()) {
+        const auto size = RectangleGeometry::calcWidthHeight(*anchor, pos);
+        rectangle.setFromCenter(Vec3(anchor->lat(), anchor->lon(), pos.alt()), 2.0 * size.width,
+                                2.0 * size.height);
+        return;
+    }
+    rectangle.setFirstCorner(anchor ? *anchor : *shape_.firstCorner());
+    rectangle.setLastCorner(pos);
 }
 
 std::unique_ptr<BaseLineShape> RectangleMouseTool::makeRubberBand_() const {
@@ -51,10 +72,8 @@ std::unique_ptr<BaseLineShape> RectangleMouseTool::makeRubberBand_() const {
 }
 
 bool RectangleMouseTool::shapeRubberBand_(BaseLineShape& rubberBand, const Vec3& pos) {
-    if (!shape_.firstCorner()) return false;
-    auto& rectangle = static_cast<RectangleShape&>(rubberBand);
-    rectangle.setFirstCorner(*shape_.firstCorner());
-    rectangle.setLastCorner(pos);
+    if (!isPlaced_()) return false;
+    span_(static_cast<RectangleShape&>(rubberBand), pos);
     return true;
 }
 
@@ -70,9 +89,15 @@ void RectangleMouseTool::moveGrabbed_(const Vec3& pos) {
     shapeChanged_();
 }
 
+std::optional<double> RectangleMouseTool::placedAltitude_() const {
+    const auto first = shape_.firstCorner() ? shape_.firstCorner() : shape_.typedAnchor();
+    return first ? std::optional(first->alt()) : std::nullopt;
+}
+
 std::string_view RectangleMouseTool::placingHint_() const {
     if (pressed_) return "Release at the opposite corner. Releasing on the first one starts again";
     if (shape_.firstCorner()) return "Press, drag and release at the opposite corner";
+    if (shape_.typedAnchor()) return "Press, drag and release at a corner";
     return "Press at the first corner and drag to the opposite one. Shift + wheel sets the altitude";
 }
 

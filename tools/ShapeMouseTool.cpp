@@ -37,6 +37,7 @@ void ShapeMouseTool::deactivate() {
     if (pressed_) {
         pressed_ = false;
         handleAbortDrag_();
+        firstPress_ = false;
     }
     finishEditing_();
     forgetNearPoint_();
@@ -85,7 +86,15 @@ void ShapeMouseTool::handleAltitudeChange_() {
 void ShapeMouseTool::handleMovePoint_(const Vec3& pos) {
     moveGrabbed_(pos);
     updateEditPoints_();
-    if (nearPoint_) nearPoint_->setDescription(getPointText_(nearPoint_->getPosition()));
+    if (nearPoint_) nearPoint_->setDescription(nearText_());
+}
+
+std::string ShapeMouseTool::nearText_() {
+    // A point that was let go is still highlighted.
+    if (state_ != Dragging && state_ != Hovering) grab_(nearPoint_);
+    std::string text = getPointText_(nearPoint_->getPosition());
+    if (state_ != Dragging && state_ != Hovering) clearGrab_();
+    return text;
 }
 
 void ShapeMouseTool::drawTempGraphics_(const Vec3& pos) {

@@ -28,6 +28,7 @@ class ShapeMouseTool : public BaseMouseTool {
     void handleMovePoint_(const halCore::Vec3& pos) override;
     void removeTempGraphics_() override;
     void updatePoints_() override { updateEditPoints_(); }
+    std::string nearText_() override;
     void finishRefresh_() override;
 
     virtual bool isComplete_() const = 0;

@@ -44,7 +44,6 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
         handleAbortDrag_();
         return;
     }
-    firstPress_ = false;
     lift_(pos.alt());
     if (shape_.majorAxis() == 0.0) {
         shape_.setMajorRadius(pos);
@@ -60,7 +59,6 @@ void ThreePointMouse::handleFinishDrag_(const Vec3& pos) {
 
 void ThreePointMouse::handleAbortDrag_() {
     if (firstPress_ && shape_.majorAxis() == 0.0) resetShape_();
-    firstPress_ = false;
 }
 
 void ThreePointMouse::movePoint_(Grabbed grabbed, const Vec3& pos) {

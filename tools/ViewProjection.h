@@ -31,6 +31,8 @@ class ViewProjection {
     ViewProjection(const halCore::Ecef& eye, const std::array<double, 16>& modelview,
                    const std::array<double, 16>& projection, int width, int height, double pixelScale = 1.0);
 
+    friend bool operator==(const ViewProjection&, const ViewProjection&) = default;
+
     bool isValid() const { return width_ > 0 && height_ > 0; }
     int width() const { return width_; }
     int height() const { return height_; }

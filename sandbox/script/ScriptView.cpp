@@ -1,6 +1,7 @@
 #include "sandbox/script/ScriptView.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
@@ -32,7 +33,7 @@ Qt::KeyboardModifiers modifiersOf(const QVariantMap& options) {
             modifiers |= Qt::ControlModifier;
         else if (name == "alt")
             modifiers |= Qt::AltModifier;
-        else
+        else if (name != "space")
             throw ScriptError{QString("unknown modifier \"%1\"").arg(name)};
     }
     return modifiers;
@@ -95,8 +96,15 @@ QVariantMap ScriptView::mouse(const QString& kind, const QVariantMap& place, con
             type = QEvent::MouseButtonRelease;
             held_ &= ~Qt::MouseButtons(button);
         }
+        const auto space = [&](QEvent::Type keyType) {
+            if (!options.value("modifiers").toString().split('+').contains("space")) return;
+            QKeyEvent key(keyType, Qt::Key_Space, Qt::NoModifier);
+            QCoreApplication::sendEvent(&view, &key);
+        };
+        space(QEvent::KeyPress);
         QMouseEvent event(type, pixel, global, button, held_, modifiers);
         QCoreApplication::sendEvent(&view, &event);
+        space(QEvent::KeyRelease);
         return result;
     });
 }

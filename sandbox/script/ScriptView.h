@@ -17,7 +17,7 @@ class ScriptView : public ScriptObject {
 
     /// One mouse event. `kind` is "press", "release", "move", "doubleClick" or "wheel".
     /// \param place { lat, lon } or { x, y }
-    /// \param options { button: "left", modifiers: "shift+control", notches: 1 }
+    /// \param options { button: "left", modifiers: "shift+control", notches: 1 }; "space" is held as a key
     /// \return { x, y, lat, lon }: the pixel, and what lies under its middle
     Q_INVOKABLE QVariantMap mouse(const QString& kind, const QVariantMap& place, const QVariantMap& options);
     Q_INVOKABLE void leave();

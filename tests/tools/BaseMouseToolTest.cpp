@@ -127,7 +127,7 @@ TEST_F(BaseTool, AnswersEveryEventInEveryState) {
         {"right press",   Type::RightPress,   On,  Nothing, 0, {"0 0", "0 0 D", "0 0 D",  "0 0 D",  "0 0 D", "0 0 D"}},
         {"motion",        Type::Motion,       On,  Nothing, 0, {"0 0", "0 1 N", "1 2 N",  "1 2p",   "1 3 M", "0 1 NE"}},
         {"motion",        Type::Motion,       On,  Point,   0, {"0 0", "0 4 N", "0 4 N",  "1 2p",   "1 3 M", "0 4 N"}},
-        {"motion",        Type::Motion,       Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2p",   "1 3",   "0 4"}},
+        {"motion",        Type::Motion,       Off, Nothing, 0, {"0 0", "0 1",   "0 2",    "0 2p",   "1 3",   "0 1 E"}},
         {"wheel + shift", Type::Wheel,        On,  Nothing, 1, {"0 0", "1 1 W", "1 2 W",  "1 2p W", "1 3 W", "1 4 W"}},
         {"wheel",         Type::Wheel,        On,  Nothing, 6, ignored},
         {"right release", Type::RightRelease, On,  Nothing, 0, ignored},

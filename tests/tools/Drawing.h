@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -86,6 +87,8 @@ class Mouse {
     }
 
     int result = 0;  ///< of the last event
+    /// Called before each event.
+    std::function<void()> beforeEvent;
 
   private:
     int toMouse(double device) const { return static_cast<int>(std::lround(device / view_.density)); }
@@ -96,6 +99,7 @@ class Mouse {
         send(Type::Motion);
     }
     Mouse& send(Type type, unsigned modifiers = 0, int delta = 0) {
+        if (beforeEvent) beforeEvent();
         result = manager_.handleMouseEvent(type, PIGUI::PIMouseEvent{x_, y_, modifiers, delta});
         return *this;
     }

@@ -101,6 +101,8 @@ class TestView final : public OverlayEditor::ToolView {
     void paint(const OverlayEditor::ViewProjection& view,
                const OverlayEditor::ToolPicture& picture) override {
         painted.clear();
+        lines.clear();
+        for (const auto* line : picture.lines()) lines.emplace_back(line->from(), line->to());
         for (const auto& entry : picture.points())
             if (const auto pixel = view.pixel(entry.ecef))
                 painted.push_back({*pixel, entry.point->getDescription(), entry.point->isHighlighted(),
@@ -109,6 +111,8 @@ class TestView final : public OverlayEditor::ToolView {
     void sawCursor(const OverlayEditor::ViewProjection&, int, int, const halCore::Vec3&) override {}
 
     std::vector<Painted> painted;
+    /// From where to where.
+    std::vector<std::pair<halCore::Vec3, halCore::Vec3>> lines;
     /// Device pixels per pixel of the mouse.
     double density = 1.0;
 
