@@ -100,6 +100,8 @@ void OverlayEditorPlugin::build_() {
     });
     shapeRegistry_ = std::make_unique<ShapeRegistry>();
     overlay_ = std::make_unique<Overlay>();
+    snap_ = std::make_unique<OverlaySnap>(*preferences_, *overlay_);
+    SnapSource::install(snap_.get());
     quickDrawManager_ =
         std::make_unique<QuickDrawManager>(Name(), *preferences_, *mouseManager_, *shapeRegistry_);
     addAllKinds(*shapeRegistry_, *preferences_);
@@ -151,6 +153,8 @@ void OverlayEditorPlugin::takeDown_() {
     dialog_.reset();
     serviceInterface_.reset();
     quickDrawManager_.reset();
+    SnapSource::install(nullptr);
+    snap_.reset();
     preferences_.reset();
     mouseManager_.reset();
     overlay_.reset();

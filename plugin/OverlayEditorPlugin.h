@@ -18,6 +18,7 @@
 #include "plugin/OverlayEditorInterface.h"
 #include "tools/MouseManager.h"
 #include "tools/MouseToolMaker.h"
+#include "tools/OverlaySnap.h"
 #include "tools/QuickDrawManager.h"
 #include "tools/ScreenNote.h"
 
@@ -96,6 +97,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<ScreenNote> said_;
     std::unique_ptr<ShapeRegistry> shapeRegistry_;
     std::unique_ptr<Overlay> overlay_;
+    std::unique_ptr<OverlaySnap> snap_;
     std::unique_ptr<QuickDrawManager> quickDrawManager_;
     std::unique_ptr<RightClickObserver> rightClickObserver_;
     std::unique_ptr<OverlayEditorInterface> serviceInterface_;

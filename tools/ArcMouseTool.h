@@ -20,6 +20,10 @@ class ArcMouseTool final : public CylinderMouseTool {
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
     std::string_view placingHint_() const override;
+    /// The radius at the start of the arc.
+    std::optional<double> lastLength_() const override {
+        return shape_.startAnglePt() ? std::optional(shape_.majorAxis()) : std::nullopt;
+    }
 };
 
 }  // namespace OverlayEditor

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <ostream>
 
+#include "common/NumberText.h"
 #include "geo/Angles.h"
 #include "geo/Farthest.h"
+#include "geo/GeodesicPath.h"
 #include "geo/MgrsConvert.h"
 #include "geo/Sodano.h"
 #include "geo/UnitTypes.h"
@@ -14,6 +16,7 @@
 
 namespace OverlayEditor {
 
+using halCore::geodesicBetween;
 using halCore::Vec3;
 using PIGUI::PIMouseEvent;
 using PIGUI::PIMouseEventType_t;
@@ -59,6 +62,7 @@ int BaseMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
     const bool grabs = nearPoint_ && (state_ == Hovering || grabsAgain_(event));
     lastX_ = pressX_ = event.x;
     lastY_ = pressY_ = event.y;
+    modifiers_ = event.modifiers;
     dragged_ = false;
     if (grabs) {
         state_ = Dragging;
@@ -66,10 +70,13 @@ int BaseMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
         rememberGrab_(event);
         removeTempGraphics_();
         pointTaken_();
+        const auto pivot = pivot_();
+        grabbedLength_ =
+            pivot ? std::optional(geodesicBetween(*pivot, nearPoint_->getPosition()).meters) : std::nullopt;
         return 1;
     }
     if (state_ == Placing) {
-        if (const auto pos = cursorPosition_(event.x, event.y)) {
+        if (const auto pos = aim_(event)) {
             pressed_ = true;
             handleStartDrag_(*pos);
             PICommon::forceOpenGLRedraw();
@@ -88,11 +95,12 @@ int BaseMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent& event) {
         return 1;
     }
     if (state_ != Placing || !pressed_) return 0;
+    const auto pos = aim_(event);
     pressed_ = false;
     lastX_ = event.x;
     lastY_ = event.y;
+    modifiers_ = event.modifiers;
     PICommon::forceOpenGLRedraw();
-    const auto pos = cursorPosition_(event.x, event.y);
     if (pos)
         handleFinishDrag_(*pos);
     else
@@ -112,6 +120,7 @@ int BaseMouseTool::rightPress_(PIMouseEventType_t, const PIMouseEvent&) {
 int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
     lastX_ = event.x;
     lastY_ = event.y;
+    modifiers_ = event.modifiers;
     if (state_ == Inactive) return 0;
     if (state_ == Dragging) {
         dragged_ = dragged_ || event.x != pressX_ || event.y != pressY_;
@@ -174,7 +183,7 @@ void BaseMouseTool::letGo_() {
 }
 
 void BaseMouseTool::drag_(const PIMouseEvent& event) {
-    const auto pos = cursorPosition_(event.x + grabOffsetX_, event.y + grabOffsetY_);
+    const auto pos = aim_(event, grabOffsetX_, grabOffsetY_);
     if (!pos || !nearPoint_) return;
     handleMovePoint_(*pos);
     PICommon::forceOpenGLRedraw();
@@ -187,13 +196,14 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
     view_ = ToolView::current().capture(width, height);
 
     removeTempGraphics_();
+    if (state_ != Dragging) snap_.reset();
     // Units may have changed.
     if (nearPoint_) nearPoint_->setDescription(nearText_());
     redrawPointsForViewChange_();
     if (state_ == Placing) {
         // Before the first motion nobody knows where the cursor is.
         const bool known = lastX_ != 0 || lastY_ != 0;
-        const auto pos = known ? cursorPosition_(lastX_, lastY_) : std::nullopt;
+        const auto pos = known ? aim_({lastX_, lastY_, modifiers_, 0}) : std::nullopt;
         if (pos && cursorPoint_) {
             cursorPoint_->setPosition(*pos);
             cursorPoint_->setDescription(getPointText_(*pos));
@@ -211,22 +221,37 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
 
     // A highlighted point under the cursor has a label of its own.
     if (cursorPoint_ && !nearPoint_) picture_.add(*cursorPoint_);
+    if (snap_) {
+        snapMark_.setPosition(snap_->place);
+        snapMark_.setHollow(true);
+        snapMark_.setDrawAltimeter(false);
+        snapMark_.show();
+        picture_.add(snapMark_);
+    }
     ToolView::current().paint(view_, picture_);
     picture_.clear();
 }
 
 std::string BaseMouseTool::hint() const {
+    const bool aims = state_ == Placing || state_ == Dragging;
+    std::string text;
+    if (snap_ && aims) text.append("On ").append(snap_->name).append(". Alt: beside it. ");
+    text.append(stateHint_());
+    return aims ? text.append(modifierHint_()) : text;
+}
+
+std::string_view BaseMouseTool::stateHint_() const {
     switch (state_) {
         case Inactive:
             break;
         case Complete:
-            return std::string(completeHint_());
+            return completeHint_();
         case Placing:
-            return std::string(placingHint_());
+            return placingHint_();
         case Dragging:
             return "Release to leave the point here. Shift + wheel changes its altitude";
         case Hovering:
-            return std::string(hoveringHint_());
+            return hoveringHint_();
     }
     return {};
 }
@@ -282,6 +307,13 @@ void BaseMouseTool::appendLLAText_(std::ostream& text, const Vec3& pos) const {
 void BaseMouseTool::appendRange_(std::ostream& text, std::string_view label, double meters) const {
     const auto& units = *prefs_.unitsProvider();
     text << label << units.formatRange(meters) << ' ' << UTILS::unitsGetAbbreviation(units.rangeUnits());
+}
+
+void BaseMouseTool::appendArea_(std::ostream& text, double squareMeters) const {
+    const auto& units = *prefs_.unitsProvider();
+    const double unit = UTILS::unitsGetUnits(units.rangeUnits()).toBaseScalar();
+    text << " Area: " << UTILS::writeFixed(squareMeters / (unit * unit), units.precision()) << ' '
+         << UTILS::unitsGetAbbreviation(units.rangeUnits()) << "\u00b2";
 }
 
 void BaseMouseTool::appendBearing_(std::ostream& text, const Vec3& from, const Vec3& to) const {

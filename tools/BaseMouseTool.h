@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -10,6 +12,7 @@
 #include "model/Preferences.h"
 #include "tools/HintSource.h"
 #include "tools/PUDrawPoint.h"
+#include "tools/SnapSource.h"
 #include "tools/ToolView.h"
 #include "tools/ViewProjection.h"
 
@@ -92,9 +95,25 @@ class BaseMouseTool : public MouseTool, public HintSource {
     virtual std::optional<double> placedAltitude_() const { return std::nullopt; }
     /// The wheel was turned that far: what nearPoint_, and with it the working altitude, comes to.
     virtual double turnedAltitude_(int delta) const { return adjustAltitude_(delta, altitude_); }
+    /// What the tool edits, and which of its points is dragged, as far as others may be put onto the rest.
+    virtual const Shape* edited_() const { return nullptr; }
+    virtual std::optional<std::size_t> draggedIndex_() const { return std::nullopt; }
+    /// From where a leg or a radius leads to the point that is placed or dragged.
+    virtual std::optional<halCore::Vec3> pivot_() const { return std::nullopt; }
+    /// How long the one before was, metres, while a point is placed.
+    virtual std::optional<double> lastLength_() const { return std::nullopt; }
+    /// Where a point comes to lie with Shift, in steps of 15 degrees about the pivot, and with Control, as
+    /// far from it as before: the leg before, or the point itself when it was grabbed.
+    virtual halCore::Vec3 constrained_(const halCore::Vec3& pos, bool steps, bool keeps) const;
+    /// What the modifiers do now, behind the hint of the state.
+    virtual std::string modifierHint_() const;
+    /// Whether the point that is placed or dragged has an altitude of its own: then it takes that of what it
+    /// is put onto.
+    virtual bool hasOwnAltitude_() const { return state_ == Placing && !placedAltitude_(); }
 
   public:
-    /// By the state; what depends on the shape is told by the hooks below.
+    /// By the state; what depends on the shape is told by the hooks below. What a point is put onto comes
+    /// first.
     std::string hint() const override;
 
   protected:
@@ -115,6 +134,8 @@ class BaseMouseTool : public MouseTool, public HintSource {
     void appendLLAText_(std::ostream& text, const halCore::Vec3& pos) const;
     /// Writes a length in the preferences' range units.
     void appendRange_(std::ostream& text, std::string_view label, double meters) const;
+    /// Writes square metres in the square of the preferences' range units.
+    void appendArea_(std::ostream& text, double squareMeters) const;
     /// Writes the true bearing, " T: ...".
     void appendBearing_(std::ostream& text, const halCore::Vec3& from, const halCore::Vec3& to) const;
     void notifyDrawDone_();
@@ -122,6 +143,9 @@ class BaseMouseTool : public MouseTool, public HintSource {
     void forgetNearPoint_();
     /// Latitude, longitude and working altitude at a pixel of a mouse event, none off the earth.
     std::optional<halCore::Vec3> cursorPosition_(int x, int y) const;
+    /// The same where the hand aims with an event: at what lies there, unless Alt is held, or where the
+    /// modifiers lead.
+    std::optional<halCore::Vec3> aim_(const PIGUI::PIMouseEvent& event, int offsetX = 0, int offsetY = 0);
     /// A release where the button was pressed is a click, whatever has moved below it meanwhile.
     bool isClick_() const;
     /// The altitude of a point becomes the working one.
@@ -135,6 +159,7 @@ class BaseMouseTool : public MouseTool, public HintSource {
     double altitude_ = 0.0;
     int lastX_ = 0;
     int lastY_ = 0;
+    unsigned modifiers_ = 0;
     bool pressed_ = false;
     /// The press that is still held has placed the shape's first point.
     bool firstPress_ = false;
@@ -146,6 +171,9 @@ class BaseMouseTool : public MouseTool, public HintSource {
     ToolPicture picture_;
 
   private:
+    static constexpr std::uint32_t kSnapColor = 0xFF40FFFF;
+
+    std::string_view stateHint_() const;
     /// Nobody knows any more where the cursor is: nothing that follows it or lies under it is marked.
     void leave_();
     /// After a drag its point stays highlighted; pressed again before the cursor moves, it is grabbed again.
@@ -157,9 +185,15 @@ class BaseMouseTool : public MouseTool, public HintSource {
     /// What was highlighted is not, and the state is that of a tool at rest.
     void letGo_();
 
+    /// What the hand aims at, and the ring about it.
+    std::optional<Snap> snap_;
+    PluginUtils::PUDrawPoint snapMark_{{}, kSnapColor};
     /// Where the button was pressed last.
     int pressX_ = 0;
     int pressY_ = 0;
+    /// From the pivot to the point that was grabbed, then.
+    std::optional<double> grabbedLength_;
+    std::optional<double> keptLength_() const { return state_ == Dragging ? grabbedLength_ : lastLength_(); }
     /// The mouse has moved since a point was grabbed.
     bool dragged_ = false;
     /// What placedAltitude_ was when it was asked last.

@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "geo/PathMeasure.h"
+
 namespace OverlayEditor {
 
 using halCore::Vec3;
@@ -19,6 +21,8 @@ std::string CircleMouseTool::getPointText_(const Vec3& pos) const {
     std::ostringstream text;
     appendLLAText_(text, pos);
     appendRange_(text, " Rad: ", radius);
+    if (shape_.subtype() == CylinderShape::Circle && shape_.centerPt() && radius > 0.0)
+        appendArea_(text, halCore::areaOfDisc(center_(), radius));
     return text.str();
 }
 

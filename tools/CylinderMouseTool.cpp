@@ -121,6 +121,11 @@ std::optional<double> CylinderMouseTool::placedAltitude_() const {
     return shape_.centerPt() ? std::optional(center_().alt()) : std::nullopt;
 }
 
+std::optional<Vec3> CylinderMouseTool::pivot_() const {
+    const bool onRim = state_ != Dragging || (grabbed() != Center && grabbed() != Height);
+    return onRim ? shape_.centerPt() : std::nullopt;
+}
+
 double CylinderMouseTool::turnedAltitude_(int delta) const {
     if (roleOf_(nearPoint_) != Height || !shape_.centerPt()) return HandleMouseTool::turnedAltitude_(delta);
     const double base = center_().alt();

@@ -45,6 +45,8 @@ class CylinderMouseTool : public HandleMouseTool {
     std::string_view completeHint_() const override;
     std::string_view hoveringHint_() const override;
     std::optional<double> placedAltitude_() const override;
+    /// The centre, for a point on the rim.
+    std::optional<halCore::Vec3> pivot_() const override;
     /// On the height handle it is the height that grows, and it begins at a size of the shape's own.
     double turnedAltitude_(int delta) const override;
 

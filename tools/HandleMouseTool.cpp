@@ -7,7 +7,7 @@ namespace OverlayEditor {
 using PluginUtils::PUDrawPoint;
 
 HandleMouseTool::HandleMouseTool(const Preferences& preferences, Shape& shape, const std::vector<Role>& roles)
-    : ShapeMouseTool(preferences), edited_(shape) {
+    : ShapeMouseTool(preferences), handled_(shape) {
     for (const Role role : roles) handles_.push_back({role, nullptr});
 }
 
@@ -60,7 +60,7 @@ bool HandleMouseTool::releasedOnPoint_(const halCore::Vec3& pos) {
 
 void HandleMouseTool::shapeChanged_() {
     updateEditPoints_();
-    edited_.fillGui();
+    handled_.fillGui();
 }
 
 HandleMouseTool::Role HandleMouseTool::roleOf_(const PUDrawPoint* point) const {

@@ -34,6 +34,11 @@ class HandleMouseTool : public ShapeMouseTool {
     void showEditPoints_(bool shown) override;
     void grab_(const PluginUtils::PUDrawPoint* point) override { grabbedRole_ = roleOf_(point); }
     void clearGrab_() override { grabbedRole_ = 0; }
+    const Shape* edited_() const override { return &handled_; }
+    /// The first of the points carries the shape to its altitude; the others lie at that of the shape.
+    bool hasOwnAltitude_() const override {
+        return state_ == Dragging ? grabbedRole_ == handles_.front().role : ShapeMouseTool::hasOwnAltitude_();
+    }
 
     /// A release at that position is one on an edit point, and aborts.
     bool releasedOnPoint_(const halCore::Vec3& pos);
@@ -52,7 +57,7 @@ class HandleMouseTool : public ShapeMouseTool {
         std::unique_ptr<PluginUtils::PUDrawPoint> point;
     };
     /// The concrete tool's shape.
-    Shape& edited_;
+    Shape& handled_;
     std::vector<Handle> handles_;
 };
 

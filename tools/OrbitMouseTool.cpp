@@ -64,6 +64,12 @@ void OrbitMouseTool::spanRubberBand_(CylinderShape& rubberBand, const Vec3& pos)
     orbit.setAltitude(pos.alt());
 }
 
+std::optional<Vec3> OrbitMouseTool::pivot_() const {
+    const bool second = state_ == Dragging ? grabbed() == MajorAxis : !orbit_.centerPt2();
+    if (second) return orbit_.centerPt();
+    return state_ == Dragging && grabbed() == Center ? orbit_.centerPt2() : std::nullopt;
+}
+
 std::string_view OrbitMouseTool::placingHint_() const {
     if (orbit_.centerPt2())
         return pressed_ ? "Release where the rim is to pass"

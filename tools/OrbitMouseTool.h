@@ -20,6 +20,8 @@ class OrbitMouseTool final : public ThreePointMouse {
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
     std::string_view placingHint_() const override;
+    /// The other centre.
+    std::optional<halCore::Vec3> pivot_() const override;
 
   private:
     /// The base class's shape.

@@ -22,6 +22,8 @@ class GrabbingCursor {
     /// \param view must outlive the object
     GrabbingCursor(const halCore::Vec3& ground, const OverlayEditor::ViewProjection& view);
 
+    const OverlayEditor::ViewProjection& view() const { return view_; }
+    const std::optional<OverlayEditor::Pixel>& pixel() const { return pixel_; }
     /// Whether the pixel of what is drawn at `ecef` is near and the earth does not hide it. While no view is
     /// known, the latitude and longitude of the point itself must be the cursor's.
     bool grabs(const halCore::Vec3& lla, const halCore::Ecef& ecef) const;

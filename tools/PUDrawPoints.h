@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/PUDrawPoint.h"
+#include "tools/SnapGrid.h"
 
 namespace PluginUtils {
 
@@ -18,6 +19,8 @@ class PUDrawPoints {
 
     /// Makes the points be at these positions, one each, as many as there are.
     void setPositions(std::span<const halCore::Vec3> positions);
+    /// The same with one of them: its position is set in no other way.
+    void setPosition(std::size_t index, const halCore::Vec3& position);
     std::size_t size() const { return points_.size(); }
     PUDrawPoint& point(std::size_t index) { return *points_[index]; }
     const PUDrawPoint& point(std::size_t index) const { return *points_[index]; }
@@ -37,6 +40,9 @@ class PUDrawPoints {
     std::uint32_t color_;
     bool shown_ = false;
     std::vector<std::unique_ptr<PUDrawPoint>> points_;
+    /// Where they lie in a view; none after one of them has moved.
+    mutable std::optional<OverlayEditor::ViewProjection> gridView_;
+    mutable OverlayEditor::SnapGrid grid_;
 };
 
 }  // namespace PluginUtils

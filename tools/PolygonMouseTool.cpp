@@ -1,8 +1,10 @@
 #include "tools/PolygonMouseTool.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
+#include "geo/GeodesicPath.h"
 #include "geo/Sodano.h"
 
 namespace OverlayEditor {
@@ -36,12 +38,14 @@ void PolygonMouseTool::resetPoints_() {
     forgetNearPoint_();
     if (state_ == Dragging || state_ == Hovering) finishEditing_();
     clearGrab_();
+    measured_ = false;
     firstPoint_ = firstPoint_ && shape_.getNumPoints() == 1;
     drawn_.setPositions(shape_.points());
 }
 
 void PolygonMouseTool::carryPoints_() {
     revision_ = shape_.placed().revision();
+    measured_ = false;
     drawn_.setPositions(shape_.points());
     if (nearPoint_) nearPoint_->setDescription(nearText_());
 }
@@ -55,7 +59,37 @@ std::string PolygonMouseTool::getPointText_(const Vec3& pos) const {
     if (!isPlace(previous)) return text.str();
     appendRange_(text, " Dist: ", halCore::Sodano::inverse(previous, pos).distance);
     appendBearing_(text, previous, pos);
+    if (index > 1 && index == shape_.getNumPoints()) appendSums_(text, pos);
     return text.str();
+}
+
+void PolygonMouseTool::appendSums_(std::ostream& text, const Vec3& pos) const {
+    const auto& points = shape_.points();
+    if (!measured_ || measure_.size() != points.size()) {
+        // More would be felt, with every point that moves.
+        constexpr std::size_t most = 1000;
+        measured_ = points.size() <= most && std::ranges::all_of(points, isPlace);
+        if (!measured_) return;
+        measure_.clear();
+        for (const Vec3& point : points) measure_.add(point);
+    }
+    appendRange_(text, " Sum: ", measure_.lengthTo(pos));
+    if (shape_.subtype() == PolygonShape::Polygon) appendArea_(text, measure_.areaTo(pos));
+}
+
+std::optional<Vec3> PolygonMouseTool::pivot_() const {
+    const auto& points = shape_.points();
+    const std::size_t index = state_ == Dragging ? grabbed_.value_or(points.size()) : points.size();
+    // A line's first point lies about the second one.
+    const std::size_t from = index > 0 ? index - 1 : 1;
+    return from < points.size() && isPlace(points[from]) ? std::optional(points[from]) : std::nullopt;
+}
+
+std::optional<double> PolygonMouseTool::lastLength_() const {
+    const auto& points = shape_.points();
+    if (points.size() < 2 || !isPlace(points.back()) || !isPlace(points[points.size() - 2]))
+        return std::nullopt;
+    return halCore::geodesicBetween(points[points.size() - 2], points.back()).meters;
 }
 
 void PolygonMouseTool::handleStartDrag_(const Vec3& pos) {
@@ -96,7 +130,9 @@ bool PolygonMouseTool::append_(const Vec3& pos) {
     const std::size_t before = shape_.getNumPoints();
     shape_.mouseSetPointAtIndex(before, pos);
     drawn_.setPositions(shape_.points());
-    return shape_.getNumPoints() > before;
+    if (shape_.getNumPoints() <= before) return false;
+    if (measured_) measure_.add(shape_.points().back());
+    return true;
 }
 
 void PolygonMouseTool::removeFirstPoint_() {
@@ -180,7 +216,8 @@ void PolygonMouseTool::moveGrabbed_(const Vec3& pos) {
     if (!grabbed_ || *grabbed_ >= shape_.getNumPoints() || *grabbed_ >= drawn_.size()) return;
     if (shape_.points()[*grabbed_] == pos) return;
     moved_ = state_ == Dragging;
-    drawn_.point(*grabbed_).setPosition(pos);
+    measured_ = false;
+    drawn_.setPosition(*grabbed_, pos);
     shape_.mouseSetPointAtIndex(*grabbed_, pos);
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "geo/PathMeasure.h"
 #include "model/PointsTool.h"
 #include "model/PolygonShape.h"
 #include "tools/PUDrawLine.h"
@@ -38,6 +39,11 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     bool isComplete_() const override { return false; }
     void drawGuide_(const halCore::Vec3& pos) override;
     void pointTaken_() override;
+    const Shape* edited_() const override { return &shape_; }
+    std::optional<std::size_t> draggedIndex_() const override { return grabbed_; }
+    bool hasOwnAltitude_() const override { return true; }
+    std::optional<halCore::Vec3> pivot_() const override;
+    std::optional<double> lastLength_() const override;
     std::optional<double> placedAltitude_() const override;
     void showEditPoints_(bool shown) override;
     /// A line, for polygons too: it is the next segment.
@@ -62,6 +68,11 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.
     PolygonShape& shape_;
     PluginUtils::PUDrawPoints drawn_{PluginUtils::kEditPointColor};
+    /// Appends the length of all legs and the area, with a point to be placed there.
+    void appendSums_(std::ostream& text, const halCore::Vec3& pos) const;
+    /// The points so far, unless they have changed since in another way than by being appended.
+    mutable halCore::PathMeasure measure_;
+    mutable bool measured_ = false;
     /// The shape's, when the points were drawn last.
     std::uint64_t revision_ = 0;
     std::optional<std::size_t> grabbed_;

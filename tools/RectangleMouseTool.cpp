@@ -1,6 +1,10 @@
 #include "tools/RectangleMouseTool.h"
 
+#include <algorithm>
+#include <cmath>
 #include <sstream>
+
+#include "geo/PathMeasure.h"
 
 namespace OverlayEditor {
 
@@ -16,7 +20,16 @@ RectangleMouseTool::~RectangleMouseTool() {
 std::string RectangleMouseTool::getPointText_(const Vec3& pos) const {
     std::ostringstream text;
     appendLLAText_(text, pos);
-    return text.str() + shape_.getShortPointText_(pos, grabbedRole_ == First);
+    text << shape_.getShortPointText_(pos, grabbedRole_ == First);
+    const auto other = grabbedRole_ == First ? shape_.lastCorner() : shape_.firstCorner();
+    if (shape_.subtype() == RectangleShape::Rectangle && other && isPlace(*other) && *other != pos) {
+        halCore::PathMeasure corners;
+        corners.add({other->lat(), pos.lon(), 0.0});
+        corners.add(*other);
+        corners.add({pos.lat(), other->lon(), 0.0});
+        appendArea_(text, corners.areaTo(pos));
+    }
+    return text.str();
 }
 
 void RectangleMouseTool::handleStartDrag_(const Vec3& pos) {
@@ -92,6 +105,35 @@ void RectangleMouseTool::moveGrabbed_(const Vec3& pos) {
 std::optional<double> RectangleMouseTool::placedAltitude_() const {
     const auto first = shape_.firstCorner() ? shape_.firstCorner() : shape_.typedAnchor();
     return first ? std::optional(first->alt()) : std::nullopt;
+}
+
+std::optional<Vec3> RectangleMouseTool::opposite_() const {
+    if (state_ == Dragging) return placeOf_(grabbedRole_ == First ? Last : First);
+    return shape_.firstCorner() ? shape_.firstCorner() : shape_.typedAnchor();
+}
+
+Vec3 RectangleMouseTool::constrained_(const Vec3& pos, bool steps, bool) const {
+    const auto from = opposite_();
+    if (!from || !steps) return pos;
+    const auto size = RectangleGeometry::calcWidthHeight(*from, pos);
+    const double side = std::max(std::abs(size.width), std::abs(size.height));
+    if (!(std::min(std::abs(size.width), std::abs(size.height)) > 0.0)) return pos;
+    double width = std::copysign(side, size.width);
+    double height = std::copysign(side, size.height);
+    Vec3 corner = RectangleGeometry::calcCornerPoint(*from, width, height);
+    // What the panel shows of it is measured at the centre when that is the anchor.
+    constexpr int rounds = 5;
+    for (int i = 0; i < rounds && shape_.anchorCenter() && shape_.firstCorner(); ++i) {
+        const auto shown = RectangleGeometry::spanBetween({*from, corner}).size;
+        width *= side / std::abs(shown.width);
+        height *= side / std::abs(shown.height);
+        corner = RectangleGeometry::calcCornerPoint(*from, width, height);
+    }
+    return {corner.lat(), corner.lon(), pos.alt()};
+}
+
+std::string RectangleMouseTool::modifierHint_() const {
+    return opposite_() ? ". Shift: as wide as high" : "";
 }
 
 std::string_view RectangleMouseTool::placingHint_() const {

@@ -29,6 +29,9 @@ class RectangleMouseTool final : public HandleMouseTool {
     void moveGrabbed_(const halCore::Vec3& pos) override;
     std::string_view placingHint_() const override;
     std::optional<double> placedAltitude_() const override;
+    /// With Shift a square.
+    halCore::Vec3 constrained_(const halCore::Vec3& pos, bool steps, bool keeps) const override;
+    std::string modifierHint_() const override;
 
   private:
     /// The anchor is one that was typed: it cannot be dragged.
@@ -36,6 +39,8 @@ class RectangleMouseTool final : public HandleMouseTool {
 
     /// Gives a rectangle the other corner, or its size about a typed centre.
     void span_(RectangleShape& rectangle, const halCore::Vec3& pos) const;
+    /// From where the rectangle reaches to the corner that is placed or dragged.
+    std::optional<halCore::Vec3> opposite_() const;
     bool isPlaced_() const { return shape_.firstCorner() || shape_.typedAnchor(); }
 
     /// The host may end in its deletion whenever it changes: the tool is then not active any more.

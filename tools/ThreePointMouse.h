@@ -20,6 +20,8 @@ class ThreePointMouse : public CylinderMouseTool {
     void movePoint_(Grabbed grabbed, const halCore::Vec3& pos) override;
     void spanRubberBand_(CylinderShape& rubberBand, const halCore::Vec3& pos) const override;
     std::string_view placingHint_() const override;
+    /// Its points slide along their axes: there is nothing to turn.
+    std::optional<halCore::Vec3> pivot_() const override { return std::nullopt; }
 };
 
 }  // namespace OverlayEditor

@@ -86,7 +86,8 @@ class Mouse {
         return *this;
     }
 
-    int result = 0;  ///< of the last event
+    int result = 0;          ///< of the last event
+    unsigned modifiers = 0;  ///< held with each event
     /// Called before each event.
     std::function<void()> beforeEvent;
 
@@ -98,9 +99,9 @@ class Mouse {
         at_ = at;
         send(Type::Motion);
     }
-    Mouse& send(Type type, unsigned modifiers = 0, int delta = 0) {
+    Mouse& send(Type type, unsigned more = 0, int delta = 0) {
         if (beforeEvent) beforeEvent();
-        result = manager_.handleMouseEvent(type, PIGUI::PIMouseEvent{x_, y_, modifiers, delta});
+        result = manager_.handleMouseEvent(type, PIGUI::PIMouseEvent{x_, y_, modifiers | more, delta});
         return *this;
     }
 

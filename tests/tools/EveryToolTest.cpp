@@ -189,7 +189,8 @@ TEST_F(EveryTool, LabelsTellTheMeasures) {
         begin(c.kind);
         for (const Step& step : c.steps) {
             mouse.move(step.where);
-            EXPECT_EQ(label(), step.label);
+            const std::string text = label();
+            EXPECT_EQ(text.substr(0, text.find(" Area: ")), step.label);
             if (step.hand == Presses || step.hand == Clicks) mouse.press();
             if (step.hand == Releases || step.hand == Clicks) mouse.release();
         }

@@ -133,7 +133,7 @@ TEST(Grabbing, TheFirstOfManyWins) {
     places[3] = degrees(2.0, 2.0);
     points.setPositions(places);
     EXPECT_EQ(points.grabbedBy({degrees(2.0, 2.0), projection}), 3u);
-    points.point(4).setPosition(degrees(-2.0, 2.0));
+    points.setPosition(4, degrees(-2.0, 2.0));
     EXPECT_EQ(points.grabbedBy({degrees(-2.0, 2.0), projection}), 4u);
     places.resize(10);
     points.setPositions(places);
