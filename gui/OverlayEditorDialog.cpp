@@ -85,7 +85,8 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
           std::make_unique<OverlayCloseObserver>(callbacks_.make(&OverlayEditorDialog::onCmdDismiss))),
       zelObserver_(std::make_unique<ZelObserver>(*this)),
       box_(nullptr, "Overlay Editor"),
-      widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_)),
+      widgets_(std::make_unique<Widgets>(box_, callbacks_, mouseManager_, *preferences_, prototypes_,
+                                         nextTarget())),
       refusedName_(std::make_unique<RefusedText>(widgets_->name)) {
     box_.registerCloseObserver(closeObserver_.get());
     PIHALVIS::registerZELObserver(zelObserver_.get());
@@ -194,6 +195,7 @@ void OverlayEditorDialog::noteShownPoint_() {
 
 void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
     if (Shape* const before = current_(); shape != before) {
+        widgets_->next.forget();
         noteShownPoint_();
         if (before) before->deleteGui();
         currentShape_ = shape;
@@ -208,6 +210,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
     refusedName_->forget();
     widgets_->name.setValue(shape ? shape->name() : std::string());
     widgets_->name.setEnabled(shape != nullptr);
+    widgets_->next.setEnabled(shape != nullptr);
     updateAttachControls_();
 }
 

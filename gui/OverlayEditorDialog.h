@@ -11,6 +11,7 @@
 
 #include "common/Notify.h"
 #include "geo/UnitTypes.h"
+#include "gui/NextRow.h"
 #include "gui/RefusedText.h"
 #include "gui/RingsDialog.h"
 #include "gui/SelectExistingZELDialog.h"
@@ -54,6 +55,9 @@ class OverlayEditorDialog {
 
     /// What the editor has to say is shown at the dialog's lower edge.
     void hear(halNotify::Severity severity, const std::string& text);
+    /// What is typed in place of clicks goes to the current shape, each step a step by itself.
+    NextTarget nextTarget();
+
     /// Called when that is over; empty for nobody.
     void setOverListener(std::function<void()> over);
     /// Says what a host that ended without a word has left, until the user has taken or discarded it.

@@ -28,6 +28,17 @@ void OverlayEditorDialog::mouseMoved_(PIGUI::PIMouseEventType_t type) {
     if (type == Type::Wheel) document_.history().begin(Gesture::Wheel);
 }
 
+NextTarget OverlayEditorDialog::nextTarget() {
+    return {.shape = [this] { return editing_ ? current_() : nullptr; },
+            .begin =
+                [this] {
+                    letGo_();
+                    document_.history().begin(Gesture::Command);
+                },
+            .taken = [this] { updateMouseControls_(); },
+            .finish = [this] { onCmdStop(nullptr, nullptr); }};
+}
+
 // Undo and redo
 
 int OverlayEditorDialog::onCmdUndo(PIObject* sender, void*) {
@@ -69,6 +80,7 @@ void OverlayEditorDialog::step_(History::Outcome (Document::*step)()) {
     setCurrentShape_(selected);
     widgets_->list.deselectAll();
     if (selected) widgets_->list.setSelectedItem(itemOf_(selected));
+    widgets_->next.refresh();
     showDocument_();
 }
 

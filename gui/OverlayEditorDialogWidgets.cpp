@@ -1,5 +1,7 @@
 #include "gui/OverlayEditorDialogWidgets.h"
 
+#include <utility>
+
 #include "geo/TspiUnitsProviderAdapter.h"
 
 namespace OverlayEditor {
@@ -33,7 +35,7 @@ OverlayEditorDialog::UnitsMenu::UnitsMenu(PIGUI::PICanvas& table, const std::str
 
 OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks,
                                       MouseManager* mouseManager, const Preferences& preferences,
-                                      const std::vector<Shape*>& prototypes)
+                                      const std::vector<Shape*>& prototypes, NextTarget nextTarget)
     : columns(&box, kFill),
       left(&columns, kFill),
       right(&columns, kFill),
@@ -87,6 +89,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
            callbacks.make(&OverlayEditorDialog::onCmdStop)),
       nameCaption(&shapeControls, "Name:\tName of the shape"),
       name(&shapeControls, PIGUI::PITextFieldNormal, callbacks.make(&OverlayEditorDialog::onCmdShapeName)),
+      next(&shapeControls, std::move(nextTarget)),
       panelArea(&shapeGroup, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
 
       unitsGroup(&left, "Units"),
@@ -140,6 +143,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
     file.setRoom(kFileLetters, 1);
     changes.setRoom(0, 2);
     name.disable();
+    next.setEnabled(false);
     // The first uncheck makes a button a toggle button.
     for (PIGUI::PIButton* toggle : {&edit, &stop}) {
         toggle->uncheck();

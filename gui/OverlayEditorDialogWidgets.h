@@ -4,6 +4,7 @@
 
 #include "gui/AttachedZelGui.h"
 #include "gui/MessageBoard.h"
+#include "gui/NextRow.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/WholeNumber.h"
 
@@ -21,7 +22,7 @@ struct OverlayEditorDialog::UnitsMenu {
 /// The dialog's widgets, from top to bottom.
 struct OverlayEditorDialog::Widgets {
     Widgets(PIGUI::PIDialogBox& box, CallbackList<OverlayEditorDialog>& callbacks, MouseManager* mouseManager,
-            const Preferences& preferences, const std::vector<Shape*>& prototypes);
+            const Preferences& preferences, const std::vector<Shape*>& prototypes, NextTarget next);
 
     /// Two columns, so that the whole is seen on a laptop's screen, and the place of the panel is kept.
     PIGUI::PIHorizontalFrame columns;
@@ -65,6 +66,7 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PIButton stop;
     PIGUI::PILabel nameCaption;
     PIGUI::PITextField name;
+    NextRow next;
     /// Holds the panel of the current shape.
     PIGUI::PICanvas panelArea;
 

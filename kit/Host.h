@@ -32,6 +32,7 @@ class Host final : public PIServiceTable {
         std::string caption;  ///< with its tooltip; a list's headers
         FunctorTwoParams__* callback = nullptr;
         FunctorTwoParams__* chosen = nullptr;  ///< of a list: a row was chosen
+        FunctorTwoParams__* typing = nullptr;  ///< of a line: something was typed
         PIObject* wrapper = nullptr;
         PIGUI::PICloseObserver* closeObserver = nullptr;
         std::string text;  ///< value of a text field; caption of others, as it is now

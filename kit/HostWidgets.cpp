@@ -197,9 +197,10 @@ PIServiceResult Host::value_(PI_DATA_CATCHALL& record) {
 
 PIServiceResult Host::looks_(PI_DATA_CATCHALL& record) {
     using Op = PISelector::WidgetLooks;
-    const Op operation = selector_(record, Op::Chosen);
+    const Op operation = selector_(record, Op::Line);
     Widget& widget = widget_(pointer_(record, 0));
     if (operation == Op::Chosen) widget.chosen = callback_(pointer_(record, 1));
+    if (operation == Op::Line) widget.typing = callback_(pointer_(record, 1));
     if (operation == Op::Mark) integer_(record, 1);
     if (operation == Op::Room) integer_(record, 2);
     if (operation == Op::Limits) {

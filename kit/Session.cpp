@@ -116,7 +116,10 @@ void Hands::choose_() {
 void Hands::type_() {
     void* const handle = usable_(isTyped);
     if (!handle) return;
-    host_.widgets.at(handle).text = kTexts[upTo_(static_cast<int>(std::size(kTexts)))];
+    Widget& field = host_.widgets.at(handle);
+    field.text = kTexts[upTo_(static_cast<int>(std::size(kTexts)))];
+    if (field.typing) plugin_.call("typing into a line", field.typing, field.wrapper, nullptr);
+    if (!host_.widgets.contains(handle)) return;
     activate_(handle);
 }
 

@@ -37,6 +37,9 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
         NoSubtype = 9
     };
 
+    /// Metres, of a new wedge.
+    static constexpr double kWedgeHeight = 500.0;
+
     /// What a user grabs to change the shape.
     enum class EditPoint { Center, MajorAxis, MinorAxis, StartAngle, EndAngle, Height };
 

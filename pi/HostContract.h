@@ -274,4 +274,7 @@
 //                   stays, its callback is called, and 908 tells the text; the number is the one before.
 //                   i[Chosen] p list, callback or null: called when the user double-clicks a row or presses
 //                   Enter on it.
+//                   i[Line] p text field, callback or null: makes it a line that is entered. The callback of
+//                   119 is called when Enter is pressed, whatever it holds, and only then; this one at each
+//                   change of the user's.
 //                   Returns 1.

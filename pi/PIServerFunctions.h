@@ -121,6 +121,6 @@ enum class ListItems : std::int64_t {
     GetData = 10,
 };
 
-enum class WidgetLooks : std::int64_t { Room = 0, Mark = 1, Limits = 2, Chosen = 3 };
+enum class WidgetLooks : std::int64_t { Room = 0, Mark = 1, Limits = 2, Chosen = 3, Line = 4 };
 
 }  // namespace PISelector

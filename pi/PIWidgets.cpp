@@ -83,6 +83,13 @@ PITextField::PITextField(PICanvas* parent, std::int32_t style, FunctorTwoParams_
 PITextField::~PITextField() {
     std::erase(textFields, this);
 }
+bool PITextField::setLine(FunctorTwoParams__* typing) {
+    if (!handle()) return false;
+    return CatchallCall(Service::WidgetLooks, PISelector::WidgetLooks::Line)
+               .pointer(handle())
+               .pointer(typing)
+               .perform() != 0;
+}
 bool PITextField::dropTyped() {
     bool dropped = false;
     for (PITextField* const field : textFields) {

@@ -97,6 +97,9 @@ class PITextField : public PIWindow {
   public:
     PITextField(PICanvas* parent, std::int32_t style, FunctorTwoParams__* callback);
     ~PITextField() override;
+    /// Makes it a line that is entered: its own callback is called when Enter is pressed, whatever the line
+    /// holds, and only then; this one at each change of the user's. \return false when the host cannot
+    bool setLine(FunctorTwoParams__* typing);
     /// What somebody has typed into whichever field and not handed over goes. \return whether there was any
     static bool dropTyped();
 };

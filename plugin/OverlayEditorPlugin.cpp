@@ -86,6 +86,7 @@ void OverlayEditorPlugin::build_() {
           std::pair{"Remove Last Overlay Point", &OverlayEditorPlugin::onCmdRemoveLastPoint},
           std::pair{"Delete Overlay Shape", &OverlayEditorPlugin::onCmdDelete},
           std::pair{"Duplicate Overlay Shape", &OverlayEditorPlugin::onCmdDuplicate},
+          std::pair{"Type Next Overlay Point", &OverlayEditorPlugin::onCmdTypeNextPoint},
           std::pair{"Cancel Overlay Drawing", &OverlayEditorPlugin::onCmdCancel}})
         offer(label, callbacks_.make(handler));
     menuItem_->setIcon(*icon_);
@@ -150,6 +151,7 @@ void OverlayEditorPlugin::takeDown_() {
 
     service_.reset();
     rightClickObserver_.reset();
+    nextPoint_.reset();
     dialog_.reset();
     serviceInterface_.reset();
     quickDrawManager_.reset();
@@ -220,6 +222,36 @@ int OverlayEditorPlugin::onCmdDelete(PIObject*, void*) {
 int OverlayEditorPlugin::onCmdDuplicate(PIObject*, void*) {
     if (dialog_ && dialog_->shown()) countCommand();
     return edit_(&OverlayEditorDialog::onCmdDuplicate);
+}
+
+int OverlayEditorPlugin::onCmdTypeNextPoint(PIObject*, void*) {
+    const auto toDialog = [this] {
+        const bool isQuick = quickDrawManager_ && quickDrawManager_->drawnShape();
+        return dialog_ && !isQuick ? dialog_->nextTarget() : NextTarget{};
+    };
+    if (!nextPoint_)
+        nextPoint_ = std::make_unique<NextPointDialog>(
+            NextTarget{.shape =
+                           [this, toDialog] {
+                               if (Shape* const quick = quickDrawManager_->drawnShape()) return quick;
+                               const NextTarget target = toDialog();
+                               return target.shape ? target.shape() : nullptr;
+                           },
+                       .begin =
+                           [toDialog] {
+                               if (const NextTarget target = toDialog(); target.begin) target.begin();
+                           },
+                       .taken =
+                           [toDialog] {
+                               if (const NextTarget target = toDialog(); target.taken) target.taken();
+                           },
+                       .finish =
+                           [this] {
+                               onCmdFinish(nullptr, nullptr);
+                               nextPoint_->hide();
+                           }});
+    nextPoint_->show();
+    return 1;
 }
 
 int OverlayEditorPlugin::onCmdCancel(PIObject*, void*) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/Notify.h"
+#include "gui/NextPointDialog.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/ShapePanelMaker.h"
 #include "model/LostWatch.h"
@@ -64,6 +65,8 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     int onCmdDelete(PIObject* sender, void* data);
     int onCmdDuplicate(PIObject* sender, void* data);
     int onCmdCancel(PIObject* sender, void* data);
+    /// The row for what the next click would do, alone; for the quick shape that is drawn, too.
+    int onCmdTypeNextPoint(PIObject* sender, void* data);
     /// Takes the overlays that were right-clicked last into the editor.
     int onCmdLoadHalvisZels(PIObject* sender, void* data);
 
@@ -103,6 +106,7 @@ class OverlayEditorPlugin final : public PIApp::PIApplication_v1_24 {
     std::unique_ptr<OverlayEditorInterface> serviceInterface_;
     std::unique_ptr<PICommon::BasicService> service_;
     std::unique_ptr<OverlayEditorDialog> dialog_;
+    std::unique_ptr<NextPointDialog> nextPoint_;
     std::unique_ptr<LostWatch> lostWatch_;
     CallbackList<OverlayEditorPlugin> callbacks_{this};
 };

@@ -20,7 +20,7 @@ constexpr Default kDefaults[] = {
     {"Undo Overlay Edit", "Ctrl+Z"},           {"Redo Overlay Edit", "Ctrl+Shift+Z; Ctrl+Y"},
     {"Finish Overlay Shape", "Return; Enter"}, {"Remove Last Overlay Point", "Backspace"},
     {"Delete Overlay Shape", "Del"},           {"Duplicate Overlay Shape", "Ctrl+D"},
-    {"Cancel Overlay Drawing", "Esc"},
+    {"Cancel Overlay Drawing", "Esc"},         {"Type Next Overlay Point", "Ctrl+T"},
 };
 
 PluginActions::Keys keysOf(const QString& text) {

@@ -9,12 +9,6 @@ namespace OverlayEditor {
 
 using halCore::Vec3;
 
-namespace {
-
-constexpr double kWedgeHeight = 500.0;
-
-}  // namespace
-
 ArcMouseTool::ArcMouseTool(const Preferences& preferences, CylinderShape& shape)
     : CylinderMouseTool(preferences, shape, {Center, StartAngle, EndAngle, MajorAxis, MinorAxis}) {}
 
@@ -64,7 +58,7 @@ void ArcMouseTool::handleFinishDrag_(const Vec3& pos) {
     const double radius = radiusAt_(pos);
     shape_.setMajorRadius(radius);
     shape_.setEndAnglePt(pos);
-    if (shape_.kind().height == ShapeKind::Height::Own) shape_.setHeight(kWedgeHeight);
+    if (shape_.kind().height == ShapeKind::Height::Own) shape_.setHeight(CylinderShape::kWedgeHeight);
     // Last: with a minor radius the arc counts as complete, and is shown.
     shape_.setMinorRadius(radius);
     shape_.updatePoints();

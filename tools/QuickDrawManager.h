@@ -33,6 +33,8 @@ class QuickDrawManager {
     QuickDrawManager(const QuickDrawManager&) = delete;
     QuickDrawManager& operator=(const QuickDrawManager&) = delete;
 
+    /// What is being drawn, null for nothing.
+    Shape* drawnShape() const { return shape_; }
     /// Ends drawing and saves the shape, as a right click does.
     void finishDrawing();
     /// Ends drawing without saving anything.

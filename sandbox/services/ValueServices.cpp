@@ -161,6 +161,13 @@ void addLooks(ServiceTable& table) {
                           list->setChosen(arguments.pointer<FunctorTwoParams__>(1));
                           return 1;
                       });
+    table.addSelected(Id::WidgetLooks, Selector::Line, "line", {.pointers = 2},
+                      [](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
+                          auto* field = call.object<TextFieldWidget>(arguments.pointer(0), "text field");
+                          if (!field) return 0;
+                          field->setLine(arguments.pointer<FunctorTwoParams__>(1));
+                          return 1;
+                      });
 }
 
 }  // namespace

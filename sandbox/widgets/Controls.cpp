@@ -21,6 +21,7 @@
 #include "common/NumberText.h"
 #include "common/Strings.h"
 #include "pi/HostStructures.h"
+#include "sandbox/Plugin.h"
 #include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
@@ -325,15 +326,29 @@ TextFieldWidget::TextFieldWidget(std::int32_t style) {
     }
     QObject::connect(field_, &QLineEdit::editingFinished, field_, [this] {
         handedOver_ = true;
-        if (!field_->isModified() && !marked_) return;
+        if (isLine_ || (!field_->isModified() && !marked_)) return;
         field_->setModified(false);
         activate();
     });
     line->left = [this] {
         // Enter leaves no field: the first leaving after it is the first one.
-        if (std::exchange(handedOver_, false) || !marked_) return;
+        if (std::exchange(handedOver_, false) || isLine_ || !marked_) return;
         activate();
     };
+}
+
+void TextFieldWidget::setLine(FunctorTwoParams__* typing) {
+    typing_ = typing;
+    if (std::exchange(isLine_, true)) return;
+    QObject::connect(field_, &QLineEdit::returnPressed, field_, [this] {
+        field_->setModified(false);
+        activate();
+    });
+    QObject::connect(field_, &QLineEdit::textEdited, field_, [this] {
+        if (!typing_) return;
+        owner()->enter("typing in " + describe(),
+                       [typing = typing_, wrapper = wrapper()] { typing->Call(wrapper, nullptr); });
+    });
 }
 
 void TextFieldWidget::setRoom(int columns, int) {

@@ -65,6 +65,9 @@ class TextFieldWidget final : public HostWidget {
     bool setText(const QString& text) override;
     void setRoom(int columns, int rows) override;
     bool setMarked(bool marked) override;
+    /// From now on it calls back when Enter is pressed alone, and what is typed calls `typing`, null for
+    /// nobody.
+    void setLine(FunctorTwoParams__* typing);
     bool setInteger(std::int32_t value) override { return setText(QString::number(value)); }
     bool setReal(double value) override;
     std::optional<QString> text() const override { return field_->text(); }
@@ -74,6 +77,8 @@ class TextFieldWidget final : public HostWidget {
 
   private:
     QLineEdit* field_;
+    bool isLine_ = false;
+    FunctorTwoParams__* typing_ = nullptr;
     bool marked_ = false;
     /// Since it was left last.
     bool handedOver_ = false;

@@ -80,17 +80,17 @@ TEST_F(PluginTest, StartsAndClosesInOrder) {
     };
     LoadedPlugin plugin(host);
     plugin.dispatch(Function::StartUp);
-    ASSERT_EQ(order.size(), 32u);
-    const auto quick = order.begin() + 11;
+    ASSERT_EQ(order.size(), 33u);
+    const auto quick = order.begin() + 12;
     EXPECT_EQ(*quick, "action Quick Free Draw");
     EXPECT_EQ(quick[18], "action Black Shape Color");
     order.erase(quick, quick + 19);
-    EXPECT_THAT(order,
-                ElementsAre("icon", "menu item Overlay Editor...", "action Overlay Editor Dialog",
-                            "action Undo Overlay Edit", "action Redo Overlay Edit",
-                            "action Finish Overlay Shape", "action Remove Last Overlay Point",
-                            "action Delete Overlay Shape", "action Duplicate Overlay Shape",
-                            "action Cancel Overlay Drawing", "icon on menu item", "context menu", "service"));
+    EXPECT_THAT(order, ElementsAre("icon", "menu item Overlay Editor...", "action Overlay Editor Dialog",
+                                   "action Undo Overlay Edit", "action Redo Overlay Edit",
+                                   "action Finish Overlay Shape", "action Remove Last Overlay Point",
+                                   "action Delete Overlay Shape", "action Duplicate Overlay Shape",
+                                   "action Type Next Overlay Point", "action Cancel Overlay Drawing",
+                                   "icon on menu item", "context menu", "service"));
     EXPECT_EQ(icon.substr(0, 8), "\x89PNG\r\n\x1a\n");
     EXPECT_EQ(icon.substr(16, 8), std::string("\0\0\0\x10\0\0\0\x10", 8)) << "16 by 16";
 

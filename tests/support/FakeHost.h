@@ -36,6 +36,7 @@ class FakeHost final : public PIServiceTable {
         std::string caption;  ///< with its tooltip; a list's headers
         std::int32_t style = 0;
         FunctorTwoParams__* callback = nullptr;
+        FunctorTwoParams__* typing = nullptr;
         PIObject* wrapper = nullptr;
         std::string text;  ///< value of a text field; caption of a label or a button, as it is now
         double number = 0.0;
@@ -251,6 +252,7 @@ class FakeHost final : public PIServiceTable {
         if (is(Id::SwitcherSetCurrent)) widgets[r.pointers[0]].number = static_cast<double>(r.integers[0]);
         if (is(Id::WidgetLooks)) {
             if (marks && does(WidgetLooks::Mark)) widgets[r.pointers[0]].marked = r.integers[1] != 0;
+            if (marks && does(WidgetLooks::Line)) widgets[r.pointers[0]].typing = callback(1);
             return marks ? 1 : 0;
         }
         if (is(Id::MouseGrab)) grabs += does(MouseGrab::Grab) ? 1 : -1;

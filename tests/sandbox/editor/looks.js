@@ -36,10 +36,10 @@ const style = ["Line Width:", "Line Color:", "Filled:", "Fill Color:"];
 function selectKind(kind) { editor.select("All Shapes", editor.items("All Shapes").find(i => i.startsWith(kind + " "))); }
 selectKind("Wedge");
 tabThrough(["Prec:", "Pos:", "Shape:"]);
-tabThrough(["Name:", "Draw:", "Lat:", "Lon:", "Shape Controls > Alt:", "X Radius:", "Y Radius:", "Height:", "Start Angle:",
+tabThrough(["Name:", "Next:", "Draw:", "Lat:", "Lon:", "Shape Controls > Alt:", "X Radius:", "Y Radius:", "Height:", "Start Angle:",
             "End Angle:", ...style, "Load HALVIS..."]);
 selectKind("Orbit");
-tabThrough(["Name:", "Draw:", "Center 1: > Lat:", "Center 1: > Lon:", "Center 1: > Alt:", "Center 2: > Lat:", "Center 2: > Lon:",
+tabThrough(["Name:", "Next:", "Draw:", "Center 1: > Lat:", "Center 1: > Lon:", "Center 1: > Alt:", "Center 2: > Lat:", "Center 2: > Lon:",
             "Center 2: > Alt:", "Radius:", ...style]);
 assertEqual(editor.tooltip("Center 2: > Lat:"), "Latitude in specified units");
 
