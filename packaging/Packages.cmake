@@ -77,7 +77,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
     "contract between OverlayEditor and its host, development files
 The headers from which one can write another host for the overlay editor,
 or another plug-in for its host, the files with which CMake's
-find_package(OverlayEditor) finds them, and hpi-check-plugin, which holds
-a plug-in against the contract.")
+find_package(OverlayEditor) finds them, and what holds plug-ins and hosts
+against the contract: hpi-check-plugin and the plug-in HostProbe.")
 
 include(CPack)

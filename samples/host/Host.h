@@ -80,7 +80,9 @@ class Host final : public PIServiceTable {
         Widget widget;
         if constexpr (requires { record.text; })
             widget.caption = record.text.substr(0, record.text.find('\t'));
+        widget.text = widget.caption;
         if constexpr (requires { record.function; }) widget.callback = record.function;
+        if (record.pointer) widgets_.at(record.pointer);  // throws when there is no such parent
         void* const handle = newHandle();
         widgets_[handle] = widget;
         return reinterpret_cast<PIServiceResult>(handle);
@@ -183,9 +185,9 @@ class Host final : public PIServiceTable {
                 return is(PISelector::OverlayFiles::Unload) && overlays.erase(record.pointers.at(0)) ? 1 : 0;
             case Service::WidgetValue: {
                 const Widget& widget = widgets_.at(record.pointers.at(0));
-                if (is(PISelector::WidgetValue::Text)) record.strings.push_back(widget.text);
-                if (is(PISelector::WidgetValue::Integer))
-                    record.integers.push_back(static_cast<std::int64_t>(widget.chosen));
+                if (is(PISelector::WidgetValue::Text)) return record.strings.push_back(widget.text), 1;
+                if (!is(PISelector::WidgetValue::Integer)) return 0;
+                record.integers.push_back(static_cast<std::int64_t>(widget.chosen));
                 return 1;
             }
             default:

@@ -1,0 +1,95 @@
+#include "kit/probe/Calls.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <sstream>
+#include <utility>
+
+namespace probe {
+
+PIServiceTable* services = nullptr;
+void* instance = nullptr;
+std::string thrown;
+bool isOpen = false;
+
+namespace {
+
+class Functor final : public FunctorTwoParams__ {
+  public:
+    explicit Functor(Function function) : function_(std::move(function)) {}
+    int operator()(PIObject* sender, void* data) override {
+        if (isOpen) function_(sender, data);
+        return 1;
+    }
+    int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
+
+  private:
+    Function function_;
+};
+
+std::vector<std::unique_ptr<Functor>> functors;
+
+/// Takes the arguments off. \return whether they stand there as they were
+template <typename Value>
+bool takeOff(std::vector<Value>& all, const std::vector<Value>& arguments) {
+    const auto count = static_cast<std::ptrdiff_t>(arguments.size());
+    if (all.size() < arguments.size() || !std::equal(arguments.begin(), arguments.end(), all.begin()))
+        return false;
+    all.erase(all.begin(), all.begin() + count);
+    return true;
+}
+
+}  // namespace
+
+PIServiceResult call(Id service, void* record) {
+    thrown.clear();
+    try {
+        return services ? services->handle(instance, service, record) : 0;
+    } catch (const std::exception& error) {
+        thrown = error.what();
+    } catch (...) {
+        thrown = "something";
+    }
+    return 0;
+}
+
+Answer ask(Id service, const Arguments& arguments) {
+    PI_DATA_CATCHALL record;
+    record.integers = arguments.integers;
+    record.doubles = arguments.doubles;
+    record.strings = arguments.strings;
+    record.pointers = arguments.pointers;
+    Answer answer;
+    answer.result = call(service, static_cast<void*>(&record));
+    answer.integers = std::move(record.integers);
+    answer.doubles = std::move(record.doubles);
+    answer.strings = std::move(record.strings);
+    answer.pointers = std::move(record.pointers);
+    const bool kept[] = {
+        takeOff(answer.integers, arguments.integers), takeOff(answer.doubles, arguments.doubles),
+        takeOff(answer.strings, arguments.strings), takeOff(answer.pointers, arguments.pointers)};
+    answer.intact = std::ranges::all_of(kept, [](bool each) { return each; });
+    return answer;
+}
+
+std::string Answer::text() const {
+    std::ostringstream text;
+    text.precision(15);
+    text << "returned " << result;
+    for (const auto integer : integers) text << ", integer " << integer;
+    for (const auto real : doubles) text << ", real " << real;
+    for (const auto& string : strings) text << ", text \"" << string << '"';
+    for (const auto* pointer : pointers) text << ", pointer " << pointer;
+    return text.str();
+}
+
+FunctorTwoParams__* callback(Function function) {
+    return functors.emplace_back(std::make_unique<Functor>(std::move(function))).get();
+}
+
+void freeCallbacks() {
+    functors.clear();
+}
+
+}  // namespace probe
