@@ -150,7 +150,7 @@ class Values {
         double meters = 0.0;
         note_(item, units_.parseRange(text, meters, &remark_));
         if (std::abs(meters) > halCore::wgs84::halfMeridian)
-            fail_("\"" + text + "\" reaches round more than half of the earth");
+            fail_(std::string("\"").append(text).append("\" reaches round more than half of the earth"));
         return meters;
     }
     double positive(const Item& item) {

@@ -68,7 +68,7 @@ class Taking {
     bool center_(CylinderShape& round, const std::string& name);
     void sector_(CylinderShape& round, const Vec3& center);
     void close_(CylinderShape& round, double radius);
-    void complete_() { refuse("\"" + shape_.name() + "\" is complete"); }
+    void complete_() { refuse(std::string("\"").append(shape_.name()).append("\" is complete")); }
 
     Shape& shape_;
     const UTILS::TspiUnitsProviderAdapter& units_;
@@ -194,7 +194,7 @@ void Taking::take(PolygonShape& line) {
     const auto places = places_(origin_(before));
     for (const PlacedPoint& point : places) line.setPlacedPointAtIndex(line.getNumPoints(), point);
     if (places.empty()) return;
-    tellPlace_("Point " + std::to_string(before + places.size()), places.back());
+    tellPlace_(std::string("Point ").append(std::to_string(before + places.size())), places.back());
     if (line.getNumPoints() != before + places.size()) refuse("no offset leads there");
 }
 
