@@ -123,7 +123,7 @@ void Taking::tellPlace_(const std::string& name, const PlacedPoint& point) {
     }
     taken_.done += units_.formatLatitude(point.place.lat()) + " " + units_.formatLongitude(point.place.lon());
     if (point.place.alt() != 0.0) {
-        taken_.done += " " + units_.formatAltitude(point.place.alt()) + " ";
+        taken_.done.append(" ").append(units_.formatAltitude(point.place.alt())).append(" ");
         taken_.done += UTILS::unitsGetAbbreviation(units_.altitudeUnits());
     }
 }
@@ -249,7 +249,7 @@ void Taking::sector_(CylinderShape& round, const Vec3& center) {
         round.setStartAngle(sector->startRad);
         round.setEndAngle(sector->endRad);
         close_(round, sector->meters);
-        taken_.done = "Radius: " + units_.formatRange(sector->meters) + " ";
+        taken_.done = std::string("Radius: ").append(units_.formatRange(sector->meters)).append(" ");
         taken_.done += UTILS::unitsGetAbbreviation(units_.rangeUnits());
         taken_.done += ", from " + units_.formatAngle(sector->startRad) + " to " +
                        units_.formatAngle(sector->endRad) + " ";
@@ -272,7 +272,8 @@ void Taking::take(CylinderShape& round) {
         const auto* const height = is_<TypedLength>();
         if (!height || round.kind().height != ShapeKind::Height::Own) return complete_();
         round.setHeight(height->metersAsAltitude);
-        taken_.done = "Height: " + units_.formatAltitude(height->metersAsAltitude) + " ";
+        taken_.done =
+            std::string("Height: ").append(units_.formatAltitude(height->metersAsAltitude)).append(" ");
         taken_.done += UTILS::unitsGetAbbreviation(units_.altitudeUnits());
         return;
     }
