@@ -114,7 +114,8 @@ void checkRounds(Context& context) {
         if (round == warmUp) first = Memory::now();
     }
     context.situation.setRound({});
-    if (!Memory::isMeasurable() || rounds <= warmUp + 1) return;
+    // Rounds that were cut short by another fault say nothing of memory.
+    if (!Memory::isMeasurable() || rounds <= warmUp + 1 || context.findings.faults() != 0) return;
     const Memory last = Memory::now();
     const double since = rounds - warmUp - 1;
     const double heap = last.heap - first.heap, resident = last.resident - first.resident;
