@@ -21,6 +21,8 @@ for (const kind of kinds) {
     editor.choose("Shape:", kind);
     editor.press("Stop");
     show(editor, kind.replace(" ", "-"));
+    // What nobody touched would go when another is selected.
+    editor.fill("Name:", kind + " seen");
 }
 
 /// The Tab key, from one control to the next.
