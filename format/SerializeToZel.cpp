@@ -238,9 +238,12 @@ void SerializeToZel::setStartEndAngles(double startRad, double endRad) {
     checked_(endRad);
     const double sweep = startRad > endRad ? halCore::kTwoPi - startRad + endRad : endRad - startRad;
     const double kept = onAngleGrid(sweep);
+    // What readers take for a full turn is written as one.
+    constexpr double kNearlyWhole = 1e-10;
+    const bool isWhole = sweep == 0.0 || halCore::kTwoPi - sweep < kNearlyWhole;
     as_.elliptical->setAngleStart(startRad);
-    // Equal bounds are a full turn; a sweep of 0 is no sweep to a reader.
-    as_.elliptical->setAngleSweep(kept != 0.0 ? kept : sweep != 0.0 ? sweep : halCore::kTwoPi);
+    // A sweep of 0 is no sweep to a reader.
+    as_.elliptical->setAngleSweep(isWhole ? halCore::kTwoPi : kept != 0.0 ? kept : sweep);
 }
 
 void SerializeToZel::setLineColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a) {
