@@ -18,6 +18,7 @@
 #include "model/Document.h"
 #include "model/Overlay.h"
 #include "model/RandomFiles.h"
+#include "model/ShapeState.h"
 #include "model/ShapeWriter.h"
 #include "support/FakeHost.h"
 
@@ -156,7 +157,11 @@ TEST_F(KeptFilesTest, EveryLineThatNobodyTouchedSurvives) {
         edit(shape);
         const std::string meant = meaning(overlay, shape);
         // Another value means other bytes, and nothing else does.
-        const bool isChanged = *shape.state() != *before->state();
+        ShapeState edited = *shape.state();
+        const ShapeState given = *before->state();
+        // A point that came and went has left no offsets to come back to; no file holds them.
+        edited.positions.left = given.positions.left;
+        const bool isChanged = edited != given;
         EXPECT_EQ(overlay.isKept(), !isChanged);
         std::size_t gone = source->blockCount();
         if (shapes.size() > 1 && random.integer(0, 3) == 0) {
