@@ -22,7 +22,7 @@ view.camera = { lat: 38, lon: 29, alt: 0, range: 5000000, azimuth: 0, elevation:
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
 assert(editor.shown, "the editor dialog did not open");
-editor.moveTo(775, 25);
+editor.moveTo(755, 25);
 
 // Draw: press at the centre, drag, release on the edge; a right click ends drawing.
 editor.choose("Shape:", "Circle");

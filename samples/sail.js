@@ -18,7 +18,7 @@ minutes(30);
 
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
-editor.moveTo(760, 40);
+editor.moveTo(740, 40);
 
 // A circle about the ship, attached to it, with the radius that is meant.
 editor.choose("Shape:", "Circle");

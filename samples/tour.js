@@ -14,11 +14,11 @@ const begin = time();
 const minutes = count => setTime(begin + 60 * count);
 minutes(60);
 if (!menuItems("View").find(item => item.text === "Coastlines").checked) menu("View", "Coastlines");
-view.camera = { lat: 20.95, lon: -157.3, range: 360e3 };
+view.camera = { lat: 20.95, lon: -157.0, range: 360e3 };
 
 menu("Plug-ins", "Overlay Editor...");
 const editor = dialog("Overlay Editor");
-editor.moveTo(780, 25);
+editor.moveTo(755, 25);
 editor.choose("Rng:", "nm");
 
 /// Takes a picture, when the view has caught up.
