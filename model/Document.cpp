@@ -362,6 +362,7 @@ std::string Document::changes() const {
     if (any && overlay_.isKept() && !file_.name.empty() && !file_.known.isOnDisk())
         text += "; " + file_.known.whyNot(file_.name);
     if (any && !file_.recovered && base_() != file_.keptPlatform) text += "; " + whatAttachingChanges_();
+    if (any && awaits_()) text += "; offsets count from " + file_.awaited + ", which is not there";
     constexpr std::size_t few = 3;
     if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
         text += "; not complete: " + UTILS::listed(incomplete, few);
@@ -449,6 +450,10 @@ bool Document::save(const std::string& fileName) {
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Saved in " << fileName << ", but for what is not complete: " << UTILS::listed(skipped);
+    if (awaits_() && overlay_.hasOffsets())
+        halNotify::notify(halNotify::Warning)
+            << "The offsets in " << fileName << " count from " << file_.awaited
+            << ", which is not there: attach them to it, or they are shown nowhere";
     tellLosses(fileName, lost);
     reload_(saving);
     return true;

@@ -243,6 +243,20 @@ TEST_F(JournalTest, WithoutItsPlatformItCountsFromWhereThatWas) {
     next.act([&] { next.document->recover(*next.document->findLost()); });
     EXPECT_EQ(next.overlay.attachedPlatformId(), 9U);
     EXPECT_TRUE(next.states() == expected);
+
+    // A file of loose offsets says nothing of where they count from: whoever makes one is told.
+    die(circles(2));
+    Session third(directory.path());
+    third.host.platforms.clear();
+    std::string said;
+    halNotify::setNotifyLevel(halNotify::Warning);
+    halNotify::setNotifyHandler([&](halNotify::Severity, const std::string& text) { said = text; });
+    third.act([&] { third.document->recover(*third.document->findLost()); });
+    EXPECT_THAT(third.document->changes(),
+                ::testing::HasSubstr("; offsets count from Ship, which is not there"));
+    EXPECT_TRUE(third.document->save(path("loose.zel")));
+    halNotify::setNotifyHandler(halNotify::Handler());
+    EXPECT_THAT(said, ::testing::HasSubstr("count from Ship, which is not there: attach them"));
 }
 
 TEST_F(JournalTest, WhoeverStillDiesIsWaitedForButNotForEver) {
