@@ -10,7 +10,7 @@ namespace probe {
 
 PIServiceTable* services = nullptr;
 void* instance = nullptr;
-std::string thrown;
+std::string fault;
 bool isOpen = false;
 
 namespace {
@@ -43,13 +43,13 @@ bool takeOff(std::vector<Value>& all, const std::vector<Value>& arguments) {
 }  // namespace
 
 PIServiceResult call(Id service, void* record) {
-    thrown.clear();
+    fault.clear();
     try {
         return services ? services->handle(instance, service, record) : 0;
     } catch (const std::exception& error) {
-        thrown = error.what();
+        fault = std::string("it throws \"").append(error.what()).append("\"");
     } catch (...) {
-        thrown = "something";
+        fault = "it throws something";
     }
     return 0;
 }
@@ -69,7 +69,9 @@ Answer ask(Id service, const Arguments& arguments) {
     const bool kept[] = {
         takeOff(answer.integers, arguments.integers), takeOff(answer.doubles, arguments.doubles),
         takeOff(answer.strings, arguments.strings), takeOff(answer.pointers, arguments.pointers)};
-    answer.intact = std::ranges::all_of(kept, [](bool each) { return each; });
+    if (fault.empty() && !std::ranges::all_of(kept, [](bool each) { return each; }))
+        fault = "the results do not stand behind the arguments: " + answer.text();
+    answer.fault = fault;
     return answer;
 }
 

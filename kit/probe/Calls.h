@@ -18,8 +18,9 @@ using Id = PIServerFunctions_t;
 extern PIServiceTable* services;
 extern void* instance;
 
-/// Of the last call: what was thrown, which a host must not do.
-extern std::string thrown;
+/// What is wrong with the last call, whatever it answered: it threw, or put its results elsewhere than behind
+/// the arguments. Empty for nothing.
+extern std::string fault;
 
 /// No exception goes further. 0 when one came.
 PIServiceResult call(Id service, void* record);
@@ -40,7 +41,7 @@ struct Arguments {
 /// What a catch-all record brings: the results alone.
 struct Answer : Arguments {
     PIServiceResult result = 0;
-    bool intact = true;  ///< the arguments stand as they were, in front of the results
+    std::string fault = {};  ///< of its call
 
     bool isRefused() const {
         return result == 0 && integers.empty() && doubles.empty() && strings.empty() && pointers.empty();

@@ -69,6 +69,15 @@ void tryStreams(Trial& trial, OverlayObserver* observer) {
                   ask(Id::OverlayFiles, Files::Unload, {.pointers = {overlay.handle()}}).result);
 }
 
+bool loadAndUnload(const std::string& path) {
+    std::ofstream(path) << kOverlay;
+    void* const overlay =
+        ask(Id::OverlayFiles, Files::LoadFile, {.integers = {0, 1}, .strings = {path}}).handle();
+    if (overlay) ask(Id::OverlayFiles, Files::Unload, {.pointers = {overlay}});
+    std::remove(path.c_str());
+    return overlay != nullptr;
+}
+
 void tryFiles(Trial& trial, OverlayObserver* observer, const std::string& path) {
     std::ofstream(path) << kOverlay;
     const Answer file = ask(Id::OverlayFiles, Files::LoadFile, {.integers = {0, 1}, .strings = {path}});
@@ -218,7 +227,9 @@ void tryScenario(Trial& trial) {
 }
 
 void tryScene(Trial& trial, const std::string& directory) {
-    OverlayObserver observer;
+    // A host that does not forget it calls it later.
+    static OverlayObserver observer;
+    observer = {};
     void* const pointer = static_cast<PIHALVIS::ZELEventObserver*>(&observer);
     const bool hears =
         trial.serves(Id::OverlayFiles, "takes an observer of overlays",
@@ -230,6 +241,10 @@ void tryScene(Trial& trial, const std::string& directory) {
     if (hears) {
         const Answer gone = ask(Id::OverlayFiles, Files::RemoveObserver, {.pointers = {pointer}});
         trial.expect(Id::OverlayFiles, "forgets the observer", gone.result != 0, gone);
+        const std::size_t heard = observer.added.size();
+        if (loadAndUnload(directory + "/host-probe.zel"))
+            trial.expect(Id::OverlayFiles, "an observer that is forgotten hears no more",
+                         observer.added.size() == heard);
     }
     tryCursor(trial);
     tryCamera(trial);
@@ -243,7 +258,7 @@ void tryScene(Trial& trial, const std::string& directory) {
             ask(Id::ScreenText, PISelector::ScreenText::Remove, {.pointers = {text.handle()}});
         trial.expect(Id::ScreenText, "removes it", gone.result != 0, gone);
     }
-    MenuObserver menus;
+    static MenuObserver menus;
     void* const menu = static_cast<PIHALVIS::ContextMenuCallbackV3*>(&menus);
     const Answer asked = ask(Id::ContextMenu, PISelector::ContextMenu::Register, {.pointers = {menu}});
     if (trial.serves(Id::ContextMenu, "takes an observer of context menus", asked.result != 0)) {

@@ -18,7 +18,7 @@ class Trial {
     /// \return `served`, after the report has it
     bool serves(Id service, const std::string& what, bool served);
     void expect(Id service, const std::string& expectation, bool holds, const std::string& answer = {});
-    /// A catch-all answer whose arguments must be intact, and that nothing was thrown.
+    /// The same, unless there is something wrong with the answer's call whatever it answered.
     void expect(Id service, const std::string& expectation, bool holds, const Answer& answer);
     /// A handle that was never given out is answered with 0.
     void refuses(Id service, const std::string& what, PIServiceResult result);
@@ -37,6 +37,8 @@ inline void* strange() {
 void tryWidgets(Trial& trial, void* dialog);
 void tryChoices(Trial& trial, void* dialog);
 void tryApplication(Trial& trial, void* dialog);
+/// Takes the timeout back that has not fired yet: it would decide in a report that is gone.
+void cancelTimeout();
 void tryScenario(Trial& trial);
 /// \param directory where a file can be written
 void tryScene(Trial& trial, const std::string& directory);

@@ -25,7 +25,7 @@ void destroy(void* widget) {
 void tryContainer(Trial& trial, Id service, const char* name, void* container) {
     if (!trial.serves(service, std::string("creates a ") + name, container != nullptr)) return;
     const auto gone = call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, container, nullptr);
-    trial.expect(Id::BindWidget, std::string("destroys a ") + name, gone != 0 && thrown.empty());
+    trial.expect(Id::BindWidget, std::string("destroys a ") + name, gone != 0 && fault.empty(), fault);
     trial.refuses(Id::BindWidget, std::string("a ") + name + " that is gone",
                   call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, container, nullptr));
 }
@@ -38,6 +38,12 @@ void tryWidgets(Trial& trial, void* dialog) {
     };
     tryContainer(trial, Id::CreateSwitcher, "switcher", options(Id::CreateSwitcher));
     tryContainer(trial, Id::CreateCanvas, "canvas", options(Id::CreateCanvas));
+    void* const parent = options(Id::CreateCanvas);
+    void* const child = make(call<PI_DATA_POINTER_AND_STRING>(Id::CreateLabel, parent, "Child"));
+    destroy(parent);
+    if (parent && child)
+        trial.refuses(Id::BindWidget, "a widget whose parent is gone",
+                      call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, child, nullptr));
     tryContainer(trial, Id::CreateHorizontalFrame, "horizontal frame", options(Id::CreateHorizontalFrame));
     tryContainer(trial, Id::CreateVerticalFrame, "vertical frame", options(Id::CreateVerticalFrame));
     tryContainer(trial, Id::CreateHorizontalMatrix, "horizontal matrix",

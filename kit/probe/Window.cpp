@@ -62,6 +62,7 @@ Window::~Window() {
     isOpen = false;
     // A host need not draw; that it draws without a frame is its own affair.
     if (asksFrame_) report_.decide(frameEntry_, Verdict::LeftOut);
+    cancelTimeout();
     report_.end();
     if (hand_ != Hand::None) write_();
     std::ranges::reverse(widgets_);
@@ -114,6 +115,7 @@ void Window::build_() {
 }
 
 void Window::run_() {
+    cancelTimeout();
     report_ = Report();
     Trial trial(report_);
     tryWidgets(trial, dialog_);

@@ -50,6 +50,7 @@ class Host final : public PIServiceTable {
 
   private:
     struct Widget {
+        void* parent = nullptr;
         std::string caption;                     // without its tooltip
         FunctorTwoParams__* callback = nullptr;  // the plug-in's; none: nothing happens
         PIObject* wrapper = nullptr;             // what the callback gets as its sender
@@ -78,6 +79,7 @@ class Host final : public PIServiceTable {
     PIServiceResult create(void* data) {
         const auto& record = as<Record>(data);
         Widget widget;
+        widget.parent = record.pointer;
         if constexpr (requires { record.text; })
             widget.caption = record.text.substr(0, record.text.find('\t'));
         widget.text = widget.caption;
@@ -86,6 +88,15 @@ class Host final : public PIServiceTable {
         void* const handle = newHandle();
         widgets_[handle] = widget;
         return reinterpret_cast<PIServiceResult>(handle);
+    }
+    /// A widget goes with what it holds.
+    PIServiceResult destroy(void* handle) {
+        if (!widgets_.erase(handle)) return 0;
+        const auto isChild = [handle](const auto& each) { return each.second.parent == handle; };
+        for (auto at = widgets_.begin();
+             (at = std::find_if(widgets_.begin(), widgets_.end(), isChild)) != widgets_.end();)
+            destroy(at->first);
+        return 1;
     }
     /// Changes the widget that the record names first. `at` throws when there is none.
     template <typename Record, typename Change>
@@ -121,7 +132,7 @@ class Host final : public PIServiceTable {
                 return create<PI_DATA_POINTER_AND_OPTS>(data);
             case Service::BindWidget: {  // a null wrapper: the widget goes
                 const auto& record = as<PI_DATA_POINTER_AND_POINTER>(data);
-                if (!record.second) return widgets_.erase(record.pointer) ? 1 : 0;
+                if (!record.second) return destroy(record.pointer);
                 widgets_.at(record.pointer).wrapper = static_cast<PIObject*>(record.second);
                 return 1;
             }

@@ -24,8 +24,9 @@ while read -r fault message; do
 done <<'END'
 throws 102 reads a setting: it throws "lost settings"
 trusting 100 refuses a canvas that is gone
+trusting 100 refuses a widget whose parent is gone
 degrees 424 it is in radians
-in-front 428 its handle stands behind the arguments: the results do not stand behind
+in-front 428 loads an overlay from a stream: the results do not stand behind
 forgetful 102 it is the one that was stored
 echoes 119 a change by a service calls no callback: [1-9]
 off-by-one 908 its value is the chosen index: returned 1, integer 2
