@@ -5,6 +5,7 @@
 
 #include "format/ParseReport.h"
 #include "format/Parser.h"
+#include "model/FileVersion.h"
 #include "model/SerializeToShape.h"
 #include "model/Utils.h"
 #include "model/ZelToSerializer.h"
@@ -23,8 +24,9 @@ constexpr std::chrono::milliseconds kAskAgain{400};
 
 struct OverlaySnap::File {
     void* overlay = nullptr;
-    std::string path;
     unsigned long platform = 0;
+    /// What was read; as long as it stands in the file, the host can have nothing newer.
+    FileVersion version;
     /// Where its offsets count from; before the shapes, which count from it.
     PointConverter converter;
     std::vector<std::unique_ptr<Shape>> shapes;
@@ -109,23 +111,32 @@ void OverlaySnap::askHost_() {
     for (const auto& [overlay, platform] : overlays) {
         const std::string path = PIHALVIS::getZELFilename(overlay);
         const auto known = std::ranges::find_if(files_, [&](const auto& file) {
-            return file && file->overlay == overlay && file->platform == platform && file->path == path;
+            return file && file->overlay == overlay && file->platform == platform && file->version.isOf(path);
         });
-        files.push_back(known != files_.end() ? std::move(*known) : read_(overlay, platform));
+        const bool isKnown = known != files_.end();
+        if (isKnown && (*known)->version.isOnDisk()) {
+            files.push_back(std::move(*known));
+            continue;
+        }
+        // The host may load a file anew under the same handle, and not as soon as it has changed.
+        std::ostringstream text;
+        if (PIHALVIS::serializeZELToStream(overlay, text) != 0) text.str({});
+        files.push_back(isKnown && (*known)->version.is(path, text.view())
+                            ? std::move(*known)
+                            : read_(overlay, platform, FileVersion(path, text.view()), text.view()));
     }
     files_ = std::move(files);
 }
 
-std::unique_ptr<OverlaySnap::File> OverlaySnap::read_(void* overlay, unsigned long platform) const {
+std::unique_ptr<OverlaySnap::File> OverlaySnap::read_(void* overlay, unsigned long platform,
+                                                      FileVersion version, std::string_view text) const {
     auto file = std::make_unique<File>();
     file->overlay = overlay;
-    file->path = PIHALVIS::getZELFilename(overlay);
     file->platform = platform;
-    std::ostringstream text;
-    if (PIHALVIS::serializeZELToStream(overlay, text) != 0) return file;
+    file->version = std::move(version);
     halCore::ZEL::Parser::Shapes read;
     halCore::ZEL::ParseReport report;
-    halCore::ZEL::Parser().parse(text.view(), read, report);
+    halCore::ZEL::Parser().parse(text, read, report);
     // What the editor cannot hold is not said here again.
     const ZelToSerializer reader;
     std::erase_if(read, [&](const auto& shape) { return !reader.whyLeftOut(*shape, platform != 0).empty(); });
@@ -136,7 +147,7 @@ std::unique_ptr<OverlaySnap::File> OverlaySnap::read_(void* overlay, unsigned lo
         file->converter.setReferenceLla(place, platform);
         target.setPointConverter(&file->converter);
     }
-    if (read.empty() || reader.replay(target, read, 0, file->path) != 0) return file;
+    if (read.empty() || reader.replay(target, read, 0, file->version.path()) != 0) return file;
     file->shapes = target.shapes();
     for (std::size_t i = 0; i < file->shapes.size() && i < read.size(); ++i) {
         bool drawn = true;

@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "geo/PointConverter.h"
+#include "model/FileVersion.h"
 #include "model/Overlay.h"
 #include "tools/SnapLayer.h"
 #include "tools/SnapSource.h"
@@ -12,8 +14,8 @@
 namespace OverlayEditor {
 
 /// What the hand may be drawn to: the shapes of the edited overlay, those of the files that the host has
-/// loaded, and the platforms. The host is asked what it has a few times a second at most, and for a text
-/// once.
+/// loaded, and the platforms. The host is asked what it has a few times a second at most, and for a text only
+/// while that does not stand in the file it came from.
 class OverlaySnap final : public SnapSource {
   public:
     /// \param overlay the edited one; both must outlive the object
@@ -34,7 +36,8 @@ class OverlaySnap final : public SnapSource {
 
     void updateEdited_(bool held);
     void askHost_();
-    std::unique_ptr<File> read_(void* overlay, unsigned long platform) const;
+    std::unique_ptr<File> read_(void* overlay, unsigned long platform, FileVersion version,
+                                std::string_view text) const;
 
     const Preferences& preferences_;
     const Overlay& overlay_;

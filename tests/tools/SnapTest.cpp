@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <chrono>
 #include <random>
 #include <string>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -98,6 +100,12 @@ TEST_F(Snapping, PlatformsAndTheHostsFilesCount) {
     host.platforms[7].point.latRad += 0.001;
     EXPECT_NE(find(pixelOf(wake)).value_or(Snap()).name, "point 1 of \"Wake\"")
         << "it has gone with the ship";
+    // The host loads the file anew, under the same handle.
+    std::string& text = host.overlays[&host].text;
+    text.replace(text.find("Wake"), 4, "Foam");
+    std::this_thread::sleep_for(std::chrono::milliseconds(450));
+    host.platforms[7].point.latRad -= 0.001;
+    EXPECT_EQ(find(pixelOf(wake)).value().name, "point 1 of \"Foam\"");
     // What is edited is not in view as a file.
     overlay.setZelId(&host);
     OverlaySnap fresh(preferences, overlay);
