@@ -52,7 +52,7 @@
 //   int32_t HPI_MinimumVersion()                 smallest host build number that will do
 //   int32_t HPI_GetCompilerVersion()             release of the compiler as one number
 //   int32_t HPI_GetBitWidth()                    64
-//   int32_t HPI_IsDebugMode()                    0
+//   int32_t HPI_IsDebugMode()                    0 (PluginVersions.h defines these six)
 //   void    HPI_InitializeFunctionMap(PIServiceTable*, void* instance)
 //   int32_t HPI_PluginDispatchFunction(int32_t number, void* a1, void* a2, void* a3, void* a4, void* a5)
 //           a1 is the event's PIFunctionParams_t*; numbers are PIClientFunctions_t. Returns 0, always: what

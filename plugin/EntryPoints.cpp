@@ -1,50 +1,11 @@
-#include <cstdint>
-
 #include "common/Notify.h"
 #include "pi/ClientFunctionMap.h"
 #include "pi/Guard.h"
 #include "pi/HostFaults.h"
 #include "pi/PIApplication.h"
 #include "pi/PIBase.h"
+#include "pi/PluginVersions.h"
 #include "plugin/OverlayEditorPlugin.h"
-
-#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
-
-namespace {
-
-/// The interface version that this plug-in was written for.
-constexpr std::int32_t kInterfaceMajor = 1;
-constexpr std::int32_t kInterfaceMinor = 20;
-constexpr std::int32_t kInterfaceRevision = 0;
-
-}  // namespace
-
-HPI_EXPORT double HPI_VersionInfo() {
-    return PIBase::legacyApiVersion(kInterfaceMajor, kInterfaceMinor, kInterfaceRevision);
-}
-
-HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
-    if (selector == 1) return kInterfaceMinor;
-    if (selector == 2) return kInterfaceRevision;
-    return kInterfaceMajor;
-}
-
-HPI_EXPORT std::int32_t HPI_MinimumVersion() {
-    return 12000;
-}
-
-/// The release of the compiler that the interface fixes, 8.3.1, whatever built this library.
-HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
-    return 831;
-}
-
-HPI_EXPORT std::int32_t HPI_GetBitWidth() {
-    return 64;
-}
-
-HPI_EXPORT std::int32_t HPI_IsDebugMode() {
-    return 0;
-}
 
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* services, void* instance) {
     if (EntryScope::isNested()) {

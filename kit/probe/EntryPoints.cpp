@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "kit/probe/Window.h"
-
-#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
+#include "pi/PluginVersions.h"
 
 namespace {
 
@@ -67,24 +66,6 @@ void dispatch(Event event, PIFunctionParams_t& record) {
 
 }  // namespace
 
-HPI_EXPORT double HPI_VersionInfo() {
-    return 1.902;
-}
-HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
-    return selector == 1 ? 20 : selector == 2 ? 0 : 1;
-}
-HPI_EXPORT std::int32_t HPI_MinimumVersion() {
-    return 12000;
-}
-HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
-    return 831;
-}
-HPI_EXPORT std::int32_t HPI_GetBitWidth() {
-    return 64;
-}
-HPI_EXPORT std::int32_t HPI_IsDebugMode() {
-    return 0;
-}
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
     close();
     probe::services = table;

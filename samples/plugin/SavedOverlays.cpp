@@ -7,8 +7,7 @@
 
 #include "pi/HostContract.h"
 #include "pi/OverlayEditorInterface.h"
-
-#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
+#include "pi/PluginVersions.h"
 
 namespace {
 
@@ -86,24 +85,6 @@ void setStatus(PIFunctionParams_t* record, std::int32_t status) {
 
 }  // namespace
 
-HPI_EXPORT double HPI_VersionInfo() {
-    return 1.902;
-}
-HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
-    return selector == 1 ? 20 : selector == 2 ? 0 : 1;
-}
-HPI_EXPORT std::int32_t HPI_MinimumVersion() {
-    return 12000;
-}
-HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
-    return 831;
-}
-HPI_EXPORT std::int32_t HPI_GetBitWidth() {
-    return 64;
-}
-HPI_EXPORT std::int32_t HPI_IsDebugMode() {
-    return 0;
-}
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
     close();  // an instance that lives, through the table that it has
     services = table;

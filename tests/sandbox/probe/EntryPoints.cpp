@@ -2,12 +2,7 @@
 
 #include "Gallery.h"
 #include "Services.h"
-
-#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
-
-#ifndef PROBE_MINIMUM_VERSION
-#define PROBE_MINIMUM_VERSION 13000
-#endif
+#include "pi/PluginVersions.h"
 
 #ifndef PROBE_START_STATUS
 #define PROBE_START_STATUS 0
@@ -46,24 +41,6 @@ namespace probe {
 Gallery* gallery = nullptr;
 }
 
-HPI_EXPORT double HPI_VersionInfo() {
-    return 1.902;
-}
-HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
-    return selector == 1 ? 20 : selector == 2 ? 0 : 1;
-}
-HPI_EXPORT std::int32_t HPI_MinimumVersion() {
-    return PROBE_MINIMUM_VERSION;
-}
-HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
-    return 831;
-}
-HPI_EXPORT std::int32_t HPI_GetBitWidth() {
-    return 64;
-}
-HPI_EXPORT std::int32_t HPI_IsDebugMode() {
-    return 0;
-}
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
     probe::services = table;
     probe::instance = handle;
