@@ -25,30 +25,34 @@ std::string Situation::text() const {
     return text;
 }
 
-void Findings::tell_(char kind, const std::string& text) {
+void Findings::tell_(Kind kind, const std::string& text) {
+    constexpr std::size_t kMost = 100;
     const std::lock_guard lock(mutex_);
-    if (kind == 'F') ++faults_;
-    if (!told_.insert(text).second) return;
+    if (kind == Fault) ++faults_;
+    if (!known_.insert(text).second) return;
     const std::string where = situation_.text();
-    write_(std::string(1, kind).append(" ").append(UTILS::printable(text, UTILS::kLongestShown)) +
-           (where.empty() ? "" : " (" + UTILS::printable(where) + ")"));
+    const std::string behind = where.empty() ? "" : " (" + UTILS::printable(where) + ")";
+    if (++told_[kind] <= kMost) write_(kind, UTILS::printable(text, UTILS::kLongestShown) + behind);
+    if (told_[kind] == kMost) write_(kind, "these are the first hundred, further ones are not told");
 }
 
 void Findings::figure(const std::string& name, double value) {
     const std::lock_guard lock(mutex_);
-    write_("V " + name + " " + UTILS::writeNumber(value));
+    write_(Figure, name + " " + UTILS::writeNumber(value));
 }
 
 void Findings::done() {
     const std::lock_guard lock(mutex_);
-    write_("D ");
+    write_(Done, !isRead_ ? "" : faults_ ? "there are faults" : "no fault");
 }
 
-void Findings::write_(const std::string& line) {
-    const std::string whole = line + "\n";
+void Findings::write_(Kind kind, const std::string& text) {
+    static constexpr const char* kLetters[] = {"F ", "R ", "V ", "D "};
+    static constexpr const char* kWords[] = {"fault: ", "remark: ", "", ""};
+    const std::string line = (isRead_ ? kWords : kLetters)[kind] + text + "\n";
     std::size_t written = 0;
-    while (written < whole.size()) {
-        const auto count = ::write(descriptor_, whole.data() + written, whole.size() - written);
+    while (written < line.size()) {
+        const auto count = ::write(descriptor_, line.data() + written, line.size() - written);
         if (count <= 0) return;
         written += static_cast<std::size_t>(count);
     }

@@ -21,17 +21,19 @@ struct Situation {
 };
 
 /// What a check finds, each thing once. Written at once to the process that runs the check, so that it
-/// outlives a crash: a line for each, its kind, a blank, and the text.
+/// outlives a crash: a line for each, its kind, a blank, and the text. Of a kind the first hundred are told.
 class Findings {
   public:
     /// \param descriptor where the lines go; not owned
     /// \param situation outlives the findings
-    Findings(int descriptor, const Situation& situation) : descriptor_(descriptor), situation_(situation) {}
+    /// \param isRead by a person: the kinds are words then
+    Findings(int descriptor, const Situation& situation, bool isRead = false)
+        : descriptor_(descriptor), isRead_(isRead), situation_(situation) {}
 
     /// The plug-in breaks the contract. The round in which it was seen first is told with it.
-    void fault(const std::string& text) { tell_('F', text); }
+    void fault(const std::string& text) { tell_(Fault, text); }
     /// The contract allows it, or leaves it open; better without.
-    void remark(const std::string& text) { tell_('R', text); }
+    void remark(const std::string& text) { tell_(Remark, text); }
     /// A figure for the report.
     void figure(const std::string& name, double value);
     /// The check has come to its end.
@@ -40,13 +42,16 @@ class Findings {
     std::size_t faults() const { return faults_; }
 
   private:
-    void tell_(char kind, const std::string& text);
-    void write_(const std::string& line);
+    enum Kind { Fault, Remark, Figure, Done };
+    void tell_(Kind kind, const std::string& text);
+    void write_(Kind kind, const std::string& text);
 
     int descriptor_;
+    bool isRead_;
     const Situation& situation_;
     std::mutex mutex_;  // a plug-in may come on threads of its own, which is one of the faults
-    std::set<std::string> told_;
+    std::set<std::string> known_;
+    std::size_t told_[2] = {};  // by kind
     std::size_t faults_ = 0;
 };
 

@@ -72,11 +72,15 @@ std::vector<std::string> ProcessState::differences(const ProcessState& before) c
     return different;
 }
 
+double residentOf(int process) {
+    double size = 0.0, resident = 0.0;
+    std::ifstream("/proc/" + std::to_string(process) + "/statm") >> size >> resident;
+    return resident * static_cast<double>(::sysconf(_SC_PAGESIZE));
+}
+
 Memory Memory::now() {
-    double size = 0.0;
     Memory memory;
-    std::ifstream("/proc/self/statm") >> size >> memory.resident;
-    memory.resident *= static_cast<double>(::sysconf(_SC_PAGESIZE));
+    memory.resident = residentOf(::getpid());
     const auto info = ::mallinfo2();
     memory.heap = static_cast<double>(info.uordblks + info.hblkhd);
     return memory;

@@ -27,6 +27,9 @@ struct Memory {
     static bool isMeasurable();
 };
 
+/// What another process has in memory, in bytes; 0 when it is gone.
+double residentOf(int process);
+
 /// The names of the symbols that a library defines and shows, sorted, without weak ones; nothing when it is
 /// no 64-bit ELF file.
 std::vector<std::string> visibleSymbols(const std::string& library);

@@ -21,6 +21,7 @@
 #include "common/Files.h"
 #include "common/NumberText.h"
 #include "common/Printable.h"
+#include "kit/Process.h"
 
 namespace kit {
 
@@ -127,7 +128,7 @@ std::string endOf(const std::string& text, std::size_t lines) {
 
 }  // namespace
 
-Outcome runCheck(const Check& check, const Settings& settings, double limitSeconds) {
+Outcome runCheck(const Check& check, const Settings& settings, const Limits& limits) {
     using Clock = std::chrono::steady_clock;
     const Scratch scratch;
     const std::string directory = scratch.path() + "/home", output = scratch.path() + "/output";
@@ -155,15 +156,17 @@ Outcome runCheck(const Check& check, const Settings& settings, double limitSecon
 
     Outcome outcome;
     std::string lines;
-    bool done = false, late = false;
+    bool done = false;
+    std::string excess;
     for (;;) {
-        const double left = limitSeconds - elapsed();
+        if (elapsed() > limits.seconds)
+            excess = "it takes longer than " + UTILS::writeNumber(limits.seconds) + " seconds";
+        else if (residentOf(child) > limits.mebibytes * 1024 * 1024)
+            excess = "it takes more than " + UTILS::writeNumber(limits.mebibytes) + " MiB of memory";
+        if (!excess.empty()) break;
+        constexpr int kLookAgain = 100;  // milliseconds
         pollfd waiting{reading.get(), POLLIN, 0};
-        if (left <= 0.0) {
-            late = true;
-            break;
-        }
-        if (::poll(&waiting, 1, static_cast<int>(left * 1000.0) + 1) <= 0) continue;
+        if (::poll(&waiting, 1, kLookAgain) <= 0) continue;
         char buffer[4096];
         const auto count = ::read(reading.get(), buffer, sizeof buffer);
         if (count <= 0) break;
@@ -172,7 +175,7 @@ Outcome runCheck(const Check& check, const Settings& settings, double limitSecon
             take(outcome, lines.substr(0, end), done);
     }
     // What it has started, too.
-    if (late) ::kill(-child, SIGKILL);
+    if (!excess.empty()) ::kill(-child, SIGKILL);
     int status = 0;
     ::waitpid(child, &status, 0);
     outcome.seconds = elapsed();
@@ -181,8 +184,8 @@ Outcome runCheck(const Check& check, const Settings& settings, double limitSecon
     const auto fault = [&](const std::string& text) {
         outcome.faults.push_back(text + (where.empty() ? "" : " (" + UTILS::printable(where) + ")"));
     };
-    if (late)
-        fault("it takes longer than " + UTILS::writeNumber(limitSeconds) + " seconds");
+    if (!excess.empty())
+        fault(excess);
     else if (!done || (status != 0 && outcome.faults.empty()))
         fault(ending(status) + (done ? " once the check is over" : ""));
     ::munmap(situation, sizeof *situation);
@@ -209,7 +212,7 @@ int runHere(const Check& check, const Settings& settings) {
     }
     const std::string home = std::filesystem::current_path();
     ::setenv("HOME", home.c_str(), 1);
-    Findings findings(isShared ? kFindings : STDOUT_FILENO, situation);
+    Findings findings(isShared ? kFindings : STDOUT_FILENO, situation, !isShared);
     Context context{settings, findings, situation};
     try {
         check.run(context);

@@ -13,18 +13,24 @@ struct Outcome {
     std::vector<std::string> faults, remarks;
     std::vector<std::pair<std::string, double>> figures;
     double seconds = 0.0;
-    std::string
-        output;  ///< what the plug-in wrote meanwhile, its messages to the host included; the end of it
+    /// The end of what the plug-in wrote meanwhile, its messages to the host included.
+    std::string output;
+};
+
+/// What a check may take.
+struct Limits {
+    double seconds = 300.0;  ///< of the clock
+    double mebibytes = 4096.0;
 };
 
 /// Runs one check in a new process of this same program, in a directory of its own, which is HOME, too. The
-/// process is ended when it takes longer; a signal, an exit before the end and the time limit are faults, and
-/// tell what was going on.
-/// \param limitSeconds of the clock
+/// process is ended when it takes more than it may; a signal, an exit before the end and a limit are faults,
+/// and tell what was going on.
 /// \throws std::runtime_error when no process can be made
-Outcome runCheck(const Check& check, const Settings& settings, double limitSeconds);
+Outcome runCheck(const Check& check, const Settings& settings, const Limits& limits);
 
-/// The same in this process, as the new process does and as a debugger wants it. \return the exit status
+/// The same in this process, as the new process does and as a debugger wants it; a person reads what is found
+/// on the standard output. \return the exit status
 int runHere(const Check& check, const Settings& settings);
 
 }  // namespace kit

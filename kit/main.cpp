@@ -3,8 +3,10 @@
 #include <cmath>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <sstream>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -21,7 +23,7 @@ enum Status { kPassed = 0, kFailed = 1, kUnusable = 2 };
 struct Options {
     Settings settings;
     std::vector<std::string> only;
-    double limitSeconds = 120.0;
+    Limits limits;
     bool json = false, list = false, verbose = false, inProcess = false;
 };
 
@@ -71,14 +73,26 @@ void print(const Check& check, const Outcome& outcome, const Options& options) {
 nlohmann::ordered_json toJson(const Check& check, const Outcome& outcome, const Settings& settings) {
     nlohmann::ordered_json figures = nlohmann::ordered_json::object();
     for (const auto& [name, value] : outcome.figures) figures[name] = value;
-    return {{"name", check.name},
-            {"about", check.about},
-            {"passed", hasPassed(outcome, settings)},
-            {"seconds", outcome.seconds},
-            {"faults", outcome.faults},
-            {"remarks", outcome.remarks},
-            {"figures", figures},
-            {"output", UTILS::printable(outcome.output)}};
+    return {
+        {"name", check.name},         {"about", check.about},     {"passed", hasPassed(outcome, settings)},
+        {"seconds", outcome.seconds}, {"faults", outcome.faults}, {"remarks", outcome.remarks},
+        {"figures", figures},         {"output", outcome.output}};
+}
+
+/// \throws std::runtime_error when it cannot be a plug-in at all
+void judgeFile(const std::string& path) {
+    const auto unless = [&](bool holds, const std::string& reason) {
+        if (!holds) throw std::runtime_error(UTILS::printable(path) + ": " + reason);
+    };
+    unless(std::filesystem::exists(path), "there is no such file");
+    unless(std::filesystem::is_regular_file(path), "this is no file");
+    std::ifstream file(path, std::ios::binary);
+    unless(file.is_open(), "it cannot be read");
+    char begin[5] = {};
+    file.read(begin, sizeof begin);
+    // The fifth byte: of 64 bits.
+    unless(std::string_view(begin, sizeof begin) == std::string_view("\177ELF\2", 5),
+           "this is no library of 64 bits");
 }
 
 int runAll(const Options& options) {
@@ -87,7 +101,7 @@ int runAll(const Options& options) {
     nlohmann::ordered_json results = nlohmann::ordered_json::array();
     std::size_t failed = 0;
     for (const Check* const check : chosen) {
-        const Outcome outcome = runCheck(*check, options.settings, options.limitSeconds);
+        const Outcome outcome = runCheck(*check, options.settings, options.limits);
         if (!hasPassed(outcome, options.settings)) ++failed;
         if (options.json)
             results.push_back(toJson(*check, outcome, options.settings));
@@ -99,7 +113,7 @@ int runAll(const Options& options) {
                                             {"seed", options.settings.seed},
                                             {"passed", failed == 0},
                                             {"checks", results}};
-        std::cout << report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        std::cout << report.dump(2, ' ', true, nlohmann::ordered_json::error_handler_t::replace) << '\n';
     } else {
         std::cout << chosen.size() << " checks, " << failed << " with faults\n";
     }
@@ -117,12 +131,14 @@ int run(int argc, char** argv) {
     app.add_flag("--list", options.list, "Tell what the checks are, and run none");
     app.add_option("--only", options.only, "Run the check of that name; may be given again")
         ->allow_extra_args(false);
-    app.add_option("--seed", settings.seed,
-                   "Of all that happens by chance; the same makes the same sessions");
+    app.add_option("--seed", settings.seed, "Of all that happens by chance; the same makes the same sessions")
+        ->check(CLI::Range(0.0, 9e15, "NUMBER"));
     app.add_option("--rounds", settings.rounds, "How often \"rounds\" loads and unloads the library")
-        ->check(CLI::PositiveNumber);
-    app.add_option("--limit", options.limitSeconds, "Seconds that a check may take")
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Range(1, 1000000));
+    app.add_option("--limit", options.limits.seconds, "Seconds that a check may take")
+        ->check(CLI::Range(0.1, 1e6));
+    app.add_option("--memory", options.limits.mebibytes, "MiB of memory that a check may take")
+        ->check(CLI::Range(0.1, 1e6));
     app.add_flag("--thorough", settings.thorough, "Try each service call of a session, not only some");
     app.add_flag("--strict", settings.strict,
                  "Also what the contract does not ask; and let remarks count as faults");
@@ -146,8 +162,7 @@ int run(int argc, char** argv) {
     if (options.inProcess && options.only.size() != 1)
         throw std::runtime_error("--in-process is for one check: name it with --only");
     if (settings.library.empty()) throw std::runtime_error("which library?");
-    if (!std::filesystem::is_regular_file(settings.library))
-        throw std::runtime_error(settings.library + ": there is no such file");
+    judgeFile(settings.library);
     settings.library = std::filesystem::canonical(settings.library);
     return runAll(options);
 }

@@ -22,6 +22,7 @@ double legacyVersion(int major, int minor, int revision) {
 }
 
 void judgeVersions(Findings& findings, const Plugin& plugin, const std::string& when) {
+    if (findings.faults()) return;  // the same again
     const auto expect = [&](bool holds, const std::string& text) {
         if (!holds) findings.fault(text + ", " + when);
     };

@@ -133,6 +133,14 @@ void tryLooks(Trial& trial, void* dialog) {
         trial.expect(Id::WidgetLooks, "keeps room", room.result != 0, room);
     }
     call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, spinner, nullptr);
+    void* const field = reinterpret_cast<void*>(
+        call<PI_DATA_POINTER_INT_AND_FUNCTION>(Id::CreateTextField, dialog, 8, nullptr));
+    if (!field) return;
+    const Answer line = ask(Id::WidgetLooks, Op::Line, {.pointers = {field, nullptr}});
+    if (trial.serves(Id::WidgetLooks, "makes a text field a line that is entered", line.result != 0))
+        trial.refuses(Id::WidgetLooks, "to make a line of what is no text field",
+                      ask(Id::WidgetLooks, Op::Line, {.pointers = {dialog, nullptr}}).result);
+    call<PI_DATA_POINTER_AND_POINTER>(Id::BindWidget, field, nullptr);
 }
 
 }  // namespace

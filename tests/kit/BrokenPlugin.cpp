@@ -3,6 +3,7 @@
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,8 +14,6 @@
 #include <dlfcn.h>
 
 #include "pi/HostContract.h"
-
-#define HPI_EXPORT extern "C" __attribute__((visibility("default")))
 
 namespace {
 
@@ -103,6 +102,7 @@ void close() {
         stage = Stage::Closed;
         return;
     }
+    while (has("hungry")) std::memset(new char[1 << 20], 1, 1 << 20);
     if (has("hangs")) std::this_thread::sleep_for(std::chrono::hours(1));
     PI_DATA_CATCHALL cancel;
     cancel.integers = {1};
@@ -125,24 +125,9 @@ void startUp() {
 
 }  // namespace
 
-HPI_EXPORT double HPI_VersionInfo() {
-    return has("version") ? 1.20 : 1.902;
-}
-HPI_EXPORT std::int32_t HPI_VersionInfoEx(std::int32_t selector) {
-    return selector == 1 ? 20 : selector == 2 ? 0 : 1;
-}
-HPI_EXPORT std::int32_t HPI_MinimumVersion() {
-    return 12000;
-}
-HPI_EXPORT std::int32_t HPI_GetCompilerVersion() {
-    return 831;
-}
-HPI_EXPORT std::int32_t HPI_GetBitWidth() {
-    return 64;
-}
-HPI_EXPORT std::int32_t HPI_IsDebugMode() {
-    return 0;
-}
+#define HPI_MINIMUM_HOST (has("version") ? 13001 : 12000)
+#include "pi/PluginVersions.h"
+
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
     if (entries) return;
     if (!has("unclosed")) close();

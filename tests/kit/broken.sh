@@ -17,14 +17,14 @@ while read -r fault check message; do
     library=$broken
     [ -e "$libraries/$fault.so" ] && library=$libraries/$fault.so
     status=0
-    BROKEN=$fault "$checker" --limit 5 --only "$check" "$library" >output 2>&1 || status=$?
+    BROKEN=$fault "$checker" --limit 5 --memory 500 --only "$check" "$library" >output 2>&1 || status=$?
     [ $status -eq 1 ] || fail "$fault: status $status"
     grep -q "^        fault: .*$message" output || fail "$fault: not found"
 done <<'END'
 probe-incomplete exports does not export HPI_CleanUpPlugin
 probe-pinned loading still mapped after dlclose
 pinned loading still mapped after dlclose
-version versions HPI_VersionInfo is 1.2
+version versions HPI_MinimumVersion is 13001
 foreign-locale loading the process has another locale
 nameless texts the plug-in has no name
 result dispatch event .* returns 1, not 0
@@ -38,9 +38,12 @@ trusting refused-once signal 6 .*service call
 throws throwing-once an exception comes out of .*deliberate
 greedy interrupted a mouse event is consumed from inside another entry
 hangs use it takes longer than 5 seconds .*event 2
+hungry use it takes more than 500 MiB of memory .*event 2
 forgetful rounds memory is lost: 10[0-9][0-9] bytes
 END
 "$checker" --json --only use "$broken" | python3 -c 'import json, sys; report = json.load(sys.stdin)
 assert report["passed"] and report["checks"][0]["figures"]["service-calls"] > 100, report'
 [ "$("$checker" --only nonsense "$broken" 2>&1; echo $?)" = 'hpi-check-plugin: there is no check "nonsense"; --list names them
 2' ] || fail "an unknown check"
+[ "$("$checker" "$0" 2>&1; echo $?)" = "hpi-check-plugin: $0: this is no library of 64 bits
+2" ] || fail "a text as a library"
