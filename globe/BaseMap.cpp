@@ -125,6 +125,7 @@ std::vector<DrawList::Label> BaseMap::names(const Camera& camera) {
     constexpr double kSmall = 11.0;
     constexpr double kLarge = 17.0;
     std::vector<DrawList::Label> labels;
+    if (camera.range() > kFarthest) return labels;
     for (const MapName& name : MapData::names()) {
         const Ecef place = toEcef(Vec3(name.lat, name.lon, 0.0));
         const Projected seen = camera.project(place);
@@ -145,7 +146,7 @@ std::vector<DrawList::Label> BaseMap::names(const Camera& camera) {
         label.fontName = "arial.ttf";
         label.pixelSize = static_cast<int>(size);
         label.color = {255, 252, 240, 205};
-        label.outlineColor = {16, 26, 34, 130};
+        label.outlineColor = {16, 26, 34, 190};
         label.outlineWidth = 1;
         label.priority = name.roomMeters;
         labels.push_back(std::move(label));

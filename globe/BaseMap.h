@@ -20,7 +20,7 @@ inline constexpr Rgba kBorderColor{244, 232, 205, 130};
 /// field is worked out when the view leaves what the last one covers, and read when first shown.
 class BaseMap {
   public:
-    /// Beyond this range coasts and borders are not shown; they fade in as the view comes closer.
+    /// Beyond this range coasts, borders and names are not shown; the lines fade in as the view comes closer.
     static constexpr double kFarthest = 1.7e7;
 
     struct Detail {

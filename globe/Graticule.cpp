@@ -242,7 +242,11 @@ std::vector<GraticuleLabel> graticuleLabels(const GraticuleGrid& grid, const Cam
     };
     // The names of lines that end within the view stand along the line through the middle.
     const auto inTheMiddle = [&](double lat, double lon, const std::string& text, bool isMeridian) {
-        const Projected p = camera.project(onGround(lat, lon));
+        const Ecef place = onGround(lat, lon);
+        // At the rim of the earth they would stand in the sky.
+        const Ecef sight = camera.eye() - place;
+        if (dot(sight, normalized(place)) < 0.25 * length(sight)) return;
+        const Projected p = camera.project(place);
         if (p.visible && p.x > 0 && p.x < width && p.y > 0 && p.y < height) add(p.x, p.y, text, isMeridian);
     };
     const auto nearest = [](double radians, std::int64_t spacing) {

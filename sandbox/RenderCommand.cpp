@@ -137,10 +137,11 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         "what", "earth");
     const QCommandLineOption time("time", "When to look at platforms. Without it: where their tracks begin.",
                                   "ISO 8601 or seconds");
-    const QCommandLineOption map("map", "What else to show, such as graticule,scale.",
+    const QCommandLineOption map("map", "What else to show, such as graticule,scale. Without files: all.",
                                  "graticule,coast,borders,land,names,scale");
     parser.addOptions({render, output, size, density, view, background, time, map});
-    parser.addPositionalArgument("files", "Overlay files, or platforms (.csv).", "FILE...");
+    parser.addPositionalArgument(
+        "files", "Overlay files, or platforms (.csv); none, with --view, for the map alone.", "[FILE...]");
     if (!parser.parse(arguments)) return parser.errorText();
     if (parser.isSet("help")) parser.showHelp();
     if (parser.isSet("version")) parser.showVersion();
@@ -148,7 +149,8 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
     RenderJob job;
     job.files = parser.positionalArguments();
     job.output = parser.value(output);
-    if (job.files.isEmpty()) return QString("--render: which files?");
+    if (job.files.isEmpty() && !parser.isSet(view))
+        return QString("--render: which files? To draw the map alone, say where to look with --view");
     if (job.output.isEmpty()) return QString("--render: -o FILE is missing");
     job.size = readSize(parser.value(size));
     if (job.size.isEmpty()) return QString("--size %1: expected WIDTHxHEIGHT").arg(parser.value(size));
@@ -166,7 +168,14 @@ std::variant<RenderJob, Complaint> readJob(const QStringList& arguments) {
         job.time = readScenarioTime(parser.value(time).toStdString(), Scenario::kReferenceYear);
         if (!job.time) return QString("--time %1: expected ISO 8601 or seconds").arg(parser.value(time));
     }
-    if (const auto wanted = readMap(parser.value(map)))
+    if (job.files.isEmpty() && !parser.isSet(map))
+        job.map = {.graticule = true,
+                   .land = true,
+                   .coastlines = true,
+                   .borders = true,
+                   .names = true,
+                   .scaleBar = true};
+    else if (const auto wanted = readMap(parser.value(map)))
         job.map = *wanted;
     else
         return QString("--map %1: expected some of graticule,coast,borders,land,names,scale")

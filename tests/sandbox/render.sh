@@ -69,5 +69,7 @@ for option in bogus plugin=none; do
 done
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.svg"
 expect 2 'cannot be written' "$samples/coast-110m.zel" -o "$work/none/a.png"
+expect 0 '' -o "$work/map.png" --view 21,-157,100000 --size 320x240
+expect 2 'which files' -o "$work/none.png"
 expect 2 '--view' "$samples/coast-110m.zel" -o "$work/d.png" --view north
 exit $failed
