@@ -69,7 +69,7 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     }
     if (frame.map.graticule) layers_->graticule.draw(camera, frame.pixelRatio);
     layers_->overlays.update(frame.overlays);
-    layers_->overlays.draw(frame.overlays, camera, frame.pixelRatio);
+    layers_->overlays.draw(camera, frame.pixelRatio);
     layers_->sprites.setPixelRatio(frame.pixelRatio);
     paintTexts(frame, device);
     if (hookRecorded_) layers_->hook.compose();
@@ -80,7 +80,7 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
 void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
     const std::vector<GraticuleLabel> graticule =
         frame.map.graticule ? layers_->graticule.labels(frame.camera) : std::vector<GraticuleLabel>();
-    const TextLayout layout = layOutTexts(frame, layers_->overlays.labels(frame.overlays), graticule);
+    const TextLayout layout = layOutTexts(frame, layers_->overlays.labels(), graticule);
     Sprites& sprites = layers_->sprites;
     QPainter painter(&device);
     const auto draw = [&](const std::vector<TextLayout::Text>& texts) {

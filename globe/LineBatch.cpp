@@ -94,10 +94,11 @@ void LineBatch::upload(std::span<const DrawList::Line> lines) {
     vertices.resize(vertices.size() + 2);
     segments_ = static_cast<int>(vertices.size()) - 3;
     if (segments_ == 0) return;
-    buffer_.create();
-    buffer_.bind();
-    buffer_.allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(LineVertex)));
-    buffer_.release();
+    buffer_.emplace(QOpenGLBuffer::VertexBuffer);
+    buffer_->create();
+    buffer_->bind();
+    buffer_->allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(LineVertex)));
+    buffer_->release();
 }
 
 std::unique_ptr<QOpenGLShaderProgram> LineBatch::compile() {
@@ -124,7 +125,7 @@ void LineBatch::beginDrawing(QOpenGLShaderProgram& program, const Camera& camera
 
 void LineBatch::draw() {
     QOpenGLExtraFunctions& gl = *QOpenGLContext::currentContext()->extraFunctions();
-    buffer_.bind();
+    buffer_->bind();
     for (unsigned vertex = 0; vertex < 4; ++vertex) {
         const std::size_t at = vertex * sizeof(LineVertex);
         point(gl, 1 + 2 * vertex, 4, at + offsetof(LineVertex, high));
@@ -133,7 +134,7 @@ void LineBatch::draw() {
     bytes(gl, 9, GL_TRUE, sizeof(LineVertex) + offsetof(LineVertex, color));
     bytes(gl, 10, GL_FALSE, sizeof(LineVertex) + offsetof(LineVertex, width));
     gl.glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, segments_);
-    buffer_.release();
+    buffer_->release();
 }
 
 void LineBatch::endDrawing(QOpenGLShaderProgram& program) {

@@ -2,6 +2,7 @@
 
 #include <QOpenGLBuffer>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "globe/DrawList.h"
@@ -27,7 +28,7 @@ class LineBatch {
     static void endDrawing(QOpenGLShaderProgram& program);
 
   private:
-    QOpenGLBuffer buffer_{QOpenGLBuffer::VertexBuffer};
+    std::optional<QOpenGLBuffer> buffer_;  ///< none while there is nothing to draw
     int segments_ = 0;
 };
 

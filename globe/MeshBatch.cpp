@@ -34,21 +34,23 @@ void MeshBatch::add(const DrawList::Mesh& mesh) {
 
 void MeshBatch::upload() {
     if (runs_.empty()) return;
-    vertexBuffer_.create();
-    vertexBuffer_.bind();
-    vertexBuffer_.allocate(vertices_.data(), static_cast<int>(vertices_.size() * sizeof(Vertex)));
-    vertexBuffer_.release();
-    indexBuffer_.create();
-    indexBuffer_.bind();
-    indexBuffer_.allocate(triangles_.data(), static_cast<int>(triangles_.size() * sizeof(std::uint32_t)));
-    indexBuffer_.release();
+    vertexBuffer_.emplace(QOpenGLBuffer::VertexBuffer);
+    vertexBuffer_->create();
+    vertexBuffer_->bind();
+    vertexBuffer_->allocate(vertices_.data(), static_cast<int>(vertices_.size() * sizeof(Vertex)));
+    vertexBuffer_->release();
+    indexBuffer_.emplace(QOpenGLBuffer::IndexBuffer);
+    indexBuffer_->create();
+    indexBuffer_->bind();
+    indexBuffer_->allocate(triangles_.data(), static_cast<int>(triangles_.size() * sizeof(std::uint32_t)));
+    indexBuffer_->release();
     vertices_ = {};
     triangles_ = {};
 }
 
 void MeshBatch::draw(QOpenGLShaderProgram& program, const std::function<void()>& beginArea) {
-    vertexBuffer_.bind();
-    indexBuffer_.bind();
+    vertexBuffer_->bind();
+    indexBuffer_->bind();
     program.setAttributeBuffer(0, GL_FLOAT, offsetof(Vertex, high), 3, sizeof(Vertex));
     program.setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, low), 3, sizeof(Vertex));
     program.setAttributeBuffer(2, GL_UNSIGNED_BYTE, offsetof(Vertex, color), 4, sizeof(Vertex));
@@ -58,8 +60,8 @@ void MeshBatch::draw(QOpenGLShaderProgram& program, const std::function<void()>&
         glDrawElements(GL_TRIANGLES, run.count, GL_UNSIGNED_INT,
                        reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
     }
-    indexBuffer_.release();
-    vertexBuffer_.release();
+    indexBuffer_->release();
+    vertexBuffer_->release();
 }
 
 }  // namespace sandbox

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "globe/DrawList.h"
@@ -38,8 +39,9 @@ class MeshBatch {
         bool translucent;
     };
 
-    QOpenGLBuffer vertexBuffer_{QOpenGLBuffer::VertexBuffer};
-    QOpenGLBuffer indexBuffer_{QOpenGLBuffer::IndexBuffer};
+    /// None while there is nothing to draw: there are very many batches.
+    std::optional<QOpenGLBuffer> vertexBuffer_;
+    std::optional<QOpenGLBuffer> indexBuffer_;
     std::vector<Run> runs_;
     std::vector<Vertex> vertices_;  // until they are uploaded
     std::vector<std::uint32_t> triangles_;

@@ -118,6 +118,9 @@ struct OverlayLayer::Level {
     Bounds bounds;
 
     bool hasBodies() const { return !solids.empty() || !roundSolids.empty(); }
+    bool hasLinesOnly() const {
+        return pictures.empty() && areas.empty() && areasOverBodies.empty() && !hasBodies();
+    }
 
     Level(DrawList& list, PictureTextures& textures) {
         pictures.upload(list, textures);
@@ -185,6 +188,7 @@ struct OverlayLayer::Chunk {
 };
 
 struct OverlayLayer::Item {
+    const OverlayScene::Entry* entry = nullptr;  ///< as update() has found it
     std::uint64_t revision = 0;
     std::vector<Chunk> chunks;
 
@@ -218,25 +222,36 @@ OverlayLayer::OverlayLayer()
 OverlayLayer::~OverlayLayer() = default;
 
 void OverlayLayer::update(const OverlayScene& scene) {
-    std::erase_if(items_, [&](const auto& item) { return !scene.contains(item.first); });
+    // Both are in the order of the ids: with very many entries a search for each would cost more than the
+    // rest.
+    auto item = items_.begin();
     for (const auto& [id, entry] : scene.entries()) {
-        if (!entry.shown) continue;
-        std::unique_ptr<Item>& item = items_[id];
-        if (!item || item->revision != entry.revision) item = std::make_unique<Item>(entry, *textures_);
+        while (item != items_.end() && item->first < id) item = items_.erase(item);
+        const bool known = item != items_.end() && item->first == id;
+        if (entry.shown && !(known && item->second->revision == entry.revision)) {
+            auto made = std::make_unique<Item>(entry, *textures_);
+            item = known ? item : items_.try_emplace(item, id);
+            item->second = std::move(made);
+        } else if (!known) {
+            continue;
+        }
+        item->second->entry = &entry;
+        ++item;
     }
+    items_.erase(item, items_.end());
 }
 
-std::vector<const DrawList::Label*> OverlayLayer::labels(const OverlayScene& scene) const {
+std::vector<const DrawList::Label*> OverlayLayer::labels() const {
     std::vector<const DrawList::Label*> result;
     for (const auto& [id, item] : items_) {
-        if (!scene.find(id)->shown) continue;
+        if (!item->entry->shown) continue;
         for (const Chunk& chunk : item->chunks)
             for (const DrawList::Label& label : chunk.labels) result.push_back(&label);
     }
     return result;
 }
 
-void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double pixelRatio) {
+void OverlayLayer::draw(const Camera& camera, double pixelRatio) {
     if (items_.empty()) return;
     for (const auto* program : {&lineProgram_, &meshProgram_, &pictureProgram_})
         if (!(*program)->isLinked()) return;
@@ -256,8 +271,15 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
     if (raster_) raster_->begin(camera, pixelRatio);
     constexpr double kMargin = 256.0;  // wide lines and dots reach into the view
     std::vector<Level*> levels;
+    // Entries that are nothing but lines are drawn together: with a shape an entry, as editors load them, it
+    // is what precedes and follows the drawing that costs.
+    std::vector<Level*> lines;
+    const auto drawWaiting = [&] {
+        if (!lines.empty()) drawLevels(lines, camera, pixelRatio);
+        lines.clear();
+    };
     for (const auto& [id, item] : items_) {
-        const OverlayScene::Entry& entry = *scene.find(id);
+        const OverlayScene::Entry& entry = *item->entry;
         if (!entry.shown) continue;
         levels.clear();
         for (Chunk& chunk : item->chunks) {
@@ -268,8 +290,14 @@ void OverlayLayer::draw(const OverlayScene& scene, const Camera& camera, double 
             if (chunk.bounds.outside(camera, kMargin)) continue;
             levels.push_back(chunk.levels[level].get());
         }
-        drawLevels(levels, camera, pixelRatio);
+        if (std::ranges::all_of(levels, &Level::hasLinesOnly)) {
+            lines.insert(lines.end(), levels.begin(), levels.end());
+        } else {
+            drawWaiting();
+            drawLevels(levels, camera, pixelRatio);
+        }
     }
+    drawWaiting();
     if (raster_) raster_->compose();
     glDepthMask(GL_TRUE);
     glDisable(GL_DEPTH_TEST);
@@ -361,14 +389,21 @@ void OverlayLayer::drawLines(const std::vector<Level*>& levels, const Camera& ca
         });
     };
     std::size_t freeSegments = 0;
+    std::vector<const Level*> free;
     if (raster_)
         for (const Level* level : levels)
-            if (level->segments > 0 && isFree(level)) freeSegments += level->segments;
+            if (level->segments > 0 && isFree(level)) {
+                freeSegments += level->segments;
+                free.push_back(level);
+            }
     const bool inMemory = raster_ && (freeSegments >= kManySegments || !raster_->empty());
     bool onCard = false;
+    auto nextFree = free.begin();
     for (Level* level : levels) {
         if (level->segments == 0) continue;
-        if (inMemory && isFree(level)) {
+        const bool isNextFree = nextFree != free.end() && *nextFree == level;
+        nextFree += isNextFree ? 1 : 0;
+        if (inMemory && isNextFree) {
             if (onCard) LineBatch::endDrawing(*lineProgram_);
             onCard = false;
             for (const DrawList::Line& line : level->lines) raster_->draw(line);

@@ -36,13 +36,14 @@ class OverlayLayer {
     OverlayLayer();
     ~OverlayLayer();
 
-    /// Drops the geometry of entries that are gone or changed, and prepares that of shown entries.
+    /// Drops the geometry of entries that are gone or changed, and prepares that of shown entries. What
+    /// follows, up to the next update(), expects the scene to be as it is now.
     void update(const OverlayScene& scene);
     /// Expects cleared depth and stencil buffers; only solids write depth. `pixelRatio`: device pixels a
     /// widget pixel.
-    void draw(const OverlayScene& scene, const Camera& camera, double pixelRatio);
+    void draw(const Camera& camera, double pixelRatio);
     /// The labels of the shown entries, in drawing order; valid until the next update().
-    std::vector<const DrawList::Label*> labels(const OverlayScene& scene) const;
+    std::vector<const DrawList::Label*> labels() const;
 
   private:
     struct Level;

@@ -64,19 +64,21 @@ void PictureBatch::upload(DrawList& list, PictureTextures& textures) {
         for (const std::uint32_t index : picture.triangles) triangles.push_back(base + index);
     }
     if (runs_.empty()) return;
-    vertexBuffer_.create();
-    vertexBuffer_.bind();
-    vertexBuffer_.allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(PictureVertex)));
-    vertexBuffer_.release();
-    indexBuffer_.create();
-    indexBuffer_.bind();
-    indexBuffer_.allocate(triangles.data(), static_cast<int>(triangles.size() * sizeof(std::uint32_t)));
-    indexBuffer_.release();
+    vertexBuffer_.emplace(QOpenGLBuffer::VertexBuffer);
+    vertexBuffer_->create();
+    vertexBuffer_->bind();
+    vertexBuffer_->allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(PictureVertex)));
+    vertexBuffer_->release();
+    indexBuffer_.emplace(QOpenGLBuffer::IndexBuffer);
+    indexBuffer_->create();
+    indexBuffer_->bind();
+    indexBuffer_->allocate(triangles.data(), static_cast<int>(triangles.size() * sizeof(std::uint32_t)));
+    indexBuffer_->release();
 }
 
 void PictureBatch::draw(QOpenGLShaderProgram& program) {
-    vertexBuffer_.bind();
-    indexBuffer_.bind();
+    vertexBuffer_->bind();
+    indexBuffer_->bind();
     program.setAttributeBuffer(0, GL_FLOAT, offsetof(PictureVertex, high), 3, sizeof(PictureVertex));
     program.setAttributeBuffer(1, GL_FLOAT, offsetof(PictureVertex, low), 3, sizeof(PictureVertex));
     program.setAttributeBuffer(2, GL_FLOAT, offsetof(PictureVertex, place), 2, sizeof(PictureVertex));
@@ -86,8 +88,8 @@ void PictureBatch::draw(QOpenGLShaderProgram& program) {
                        reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
         run.texture->release(0);
     }
-    indexBuffer_.release();
-    vertexBuffer_.release();
+    indexBuffer_->release();
+    vertexBuffer_->release();
 }
 
 }  // namespace sandbox

@@ -3,6 +3,7 @@
 #include <QOpenGLBuffer>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "globe/DrawList.h"
@@ -39,8 +40,9 @@ class PictureBatch {
         int count;
     };
 
-    QOpenGLBuffer vertexBuffer_{QOpenGLBuffer::VertexBuffer};
-    QOpenGLBuffer indexBuffer_{QOpenGLBuffer::IndexBuffer};
+    /// None while there is nothing to draw: there are very many batches.
+    std::optional<QOpenGLBuffer> vertexBuffer_;
+    std::optional<QOpenGLBuffer> indexBuffer_;
     std::vector<Run> runs_;
 };
 

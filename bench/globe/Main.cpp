@@ -1,8 +1,9 @@
-// bench-view FILE.zel [SHAPES POINTS]: how long the view takes to load a file, and its frames.
+// bench-view [--apart] FILE.zel [SHAPES POINTS]: how long the view takes to load a file, and its frames.
 // bench-view --map [IMAGE]: frames with and without the base map, over a picture of the earth.
 //
 // With SHAPES and POINTS the file's largest shapes are repeated, each copy shifted a little, until there are
-// so many shapes with about so many points. Draws off screen, on whatever renderer OpenGL gives.
+// so many shapes with about so many points. With --apart each shape is an overlay of its own, as those that
+// are edited are, and one of them changes, too. Draws off screen, on whatever renderer OpenGL gives.
 
 #include <QGuiApplication>
 #include <algorithm>
@@ -137,9 +138,11 @@ int compareMaps(const char* image) {
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     if (argc > 1 && std::string(argv[1]) == "--map") return compareMaps(argc > 2 ? argv[2] : nullptr);
+    const bool apart = argc > 1 && std::string(argv[1]) == "--apart";
+    if (apart) --argc, ++argv;
     std::string text;
     if (argc < 2 || !UTILS::readFile(argv[1], text).empty()) {
-        std::fprintf(stderr, "bench-view FILE.zel [SHAPES POINTS]\n");
+        std::fprintf(stderr, "bench-view [--apart] FILE.zel [SHAPES POINTS]\n");
         return 2;
     }
     if (argc > 3)
@@ -175,7 +178,11 @@ int main(int argc, char** argv) {
             points += lines->points().size();
     print(std::to_string(shapes.size()) + " shapes, " + std::to_string(points) + " points, read",
           watch.elapsed());
-    scene.add(std::move(shapes));
+    sandbox::OverlayScene::Id changing = 0;
+    if (apart)
+        for (const auto& shape : shapes) changing = scene.add({shape});
+    else
+        changing = scene.add(shapes);
     frame();
     print("read and first frame", watch.elapsed());
 
@@ -193,6 +200,14 @@ int main(int argc, char** argv) {
         std::ranges::sort(times, {}, &Stopwatch::Times::cpu);
         print(what + ", median", times[kFrames / 2]);
         print(what + ", worst", times.back());
+        if (!apart || shapes.empty()) continue;
+        for (Stopwatch::Times& time : times) {
+            scene.remove(changing);
+            changing = scene.add({shapes.back()});
+            time = frame();
+        }
+        std::ranges::sort(times, {}, &Stopwatch::Times::cpu);
+        print(what + ", one changes, median", times[kFrames / 2]);
     }
     return 0;
 }

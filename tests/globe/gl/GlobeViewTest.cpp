@@ -177,6 +177,16 @@ TEST_F(GlobeViewTest, TranslucentAreasAndLinesBlendOnce) {
     show(zigzag);
     EXPECT_GT(count(view.grabFrame(), all, [](QRgb c) { return qRed(c) > 110; }), 5000);
     EXPECT_LT(count(view.grabFrame(), all, [](QRgb c) { return qRed(c) >= 200; }), 6);
+    // Each lies over what was shown before it.
+    show("line; ll 0 -2; ll 0 2; linewidth 9" + kMagenta);
+    for (const char* text :
+         {"circle; centerll 0 0; radius 100000; filled; fillcolor hex ff00ff00; outline false",
+          "line; ll -2 0; ll 2 0; linewidth 9; linecolor hex ffffffff"})
+        view.overlays().add(shapesOf(text));
+    const QImage piled = view.grabFrame();
+    EXPECT_TRUE(isWhite(piled.pixel(pixelOf(at(0, 0)))));
+    EXPECT_TRUE(isGreen(piled.pixel(pixelOf(at(0, 0.5)))));
+    EXPECT_TRUE(isMagenta(piled.pixel(pixelOf(at(0, 1.5)))));
 }
 
 /// A picture's four corners, turned counter-clockwise with it and across 180°; its transparent parts let the
@@ -421,7 +431,15 @@ TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
         const QImage inMemory = view.grabFrame();
         view.overlays().setShown(lines, false);
         const int drawn = differences(onCard, view.grabFrame(), 0, all);
+        std::vector<OverlayScene::Id> single;
+        for (const auto& shape : shapes) single.push_back(view.overlays().add({shape}));
+        const QImage together = view.grabFrame();
+        view.overlays().setShown(body, true);
+        EXPECT_LT(differences(view.grabFrame(), together, 8, all), drawn / 500) << range;
+        for (const auto id : single) view.overlays().remove(id);
         view.overlays().setShown(lines, true);
+        EXPECT_LT(differences(inMemory, together, 8, all), drawn / 50)
+            << range << ": parts of a fifth of a pixel";
         EXPECT_GT(drawn, 3000) << range;
         EXPECT_LT(differences(onCard, inMemory, 8, all), drawn / 500) << range;
     }
