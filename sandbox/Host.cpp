@@ -160,9 +160,17 @@ void Host::connectView() {
 }
 
 bool Host::passMouse(const ViewMouseEvent& event) {
-    cursor_ = QPoint(event.x, event.y);
-    return tellPlugins(typeOf(event.kind),
-                       {event.x, event.y, modifiersOf(event.modifiers), event.wheelDelta});
+    using enum ViewMouseEvent::Kind;
+    const QPoint place(event.x, event.y);
+    const bool moved = cursor_ != place;
+    cursor_ = place;
+    const auto kind = event.kind;
+    const bool isPress =
+        kind == LeftPress || kind == MiddlePress || kind == RightPress || kind == DoubleClick;
+    // A script, a touch screen, and a window that was over the view a moment ago have made none.
+    if (moved && isPress)
+        tellPlugins(PIMouseEventType_t::Motion, {event.x, event.y, modifiersOf(event.modifiers), 0});
+    return tellPlugins(typeOf(kind), {event.x, event.y, modifiersOf(event.modifiers), event.wheelDelta});
 }
 
 bool Host::tellPlugins(PIMouseEventType_t type, const PIGUI::PIMouseEvent& event) {
