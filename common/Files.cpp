@@ -17,8 +17,27 @@
 namespace UTILS {
 
 std::string reasonOf(int error) {
-    // The system's words for it speak of devices.
-    if (error == ENOSPC) return "the disk is full";
+    // The system's own words speak of devices, levels and arguments.
+    static constexpr std::pair<int, const char*> words[] = {{ENOSPC, "the disk is full"},
+                                                            {EDQUOT, "your share of the disk is full"},
+                                                            {EROFS, "the disk can only be read"},
+                                                            {EIO, "the disk has failed"},
+                                                            {EFBIG, "the file is too large"},
+                                                            {EACCES, "you have no permission"},
+                                                            {EPERM, "you have no permission"},
+                                                            {ENOENT, "it does not exist"},
+                                                            {EEXIST, "a file of this name exists"},
+                                                            {EISDIR, "a directory has this name"},
+                                                            {ENOTDIR, "a part of the path is no directory"},
+                                                            {ENAMETOOLONG, "the name is too long"},
+                                                            {ELOOP, "the links lead in a circle"},
+                                                            {EBUSY, "another program uses it"},
+                                                            {ETXTBSY, "another program uses it"},
+                                                            {EMFILE, "too many files are open"},
+                                                            {ENFILE, "too many files are open"},
+                                                            {ENOMEM, "not enough memory"}};
+    for (const auto& [known, text] : words)
+        if (known == error) return text;
     return std::generic_category().message(error);
 }
 
@@ -53,7 +72,7 @@ bool fileRemove(const std::string& path) {
 std::string makeDirectories(const std::string& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);
-    return error ? error.message() : std::string();
+    return error ? reasonOf(error.value()) : std::string();
 }
 
 // Not by std::filesystem, which ends the program when memory is short.
@@ -78,7 +97,7 @@ std::string readFile(const std::string& path, std::string& contents) {
     struct stat info {};
     if (!file.isOpen() || ::fstat(file.get(), &info) != 0) return reasonOf(errno);
     if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
-    if (!S_ISREG(info.st_mode)) return "Not a regular file";
+    if (!S_ISREG(info.st_mode)) return kNoFile;
 
     if (static_cast<std::size_t>(info.st_size) > kMaxFileSize) return kTooLarge;
     std::string result;

@@ -6,8 +6,10 @@
 
 namespace UTILS {
 
-/// What an errno means: "No such file or directory".
+/// What an errno means, in a user's words: "it does not exist". The file is named by whoever says it.
 std::string reasonOf(int error);
+/// Of a device, a pipe and the like.
+inline constexpr const char* kNoFile = "what has this name is no file";
 
 /// True when the path names a regular file (a symbolic link to one counts).
 bool fileIsFile(const std::string& path);
@@ -36,7 +38,7 @@ std::vector<std::string> namesIn(const std::string& directory);
 inline constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;
 
 /// Reads a whole regular file into `contents`. Returns an empty text, or why it could not be read
-/// ("No such file or directory", "Is a directory", "It is larger than ..."); then `contents` is unchanged.
+/// ("it does not exist", "a directory has this name", "It is larger than ..."); then `contents` is unchanged.
 std::string readFile(const std::string& path, std::string& contents);
 
 }  // namespace UTILS

@@ -140,7 +140,7 @@ std::string refusalOf(const std::string& target, bool& there) {
     there = ::stat(target.c_str(), &info) == 0;
     if (!there) return errno == ENOENT ? std::string() : reasonOf(errno);
     if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
-    if (!S_ISREG(info.st_mode)) return "Not a regular file";
+    if (!S_ISREG(info.st_mode)) return kNoFile;
     // Renaming needs no right to write the file itself, but replacing a protected one is no save.
     return ::access(target.c_str(), W_OK) != 0 ? reasonOf(errno) : std::string();
 }

@@ -33,7 +33,7 @@ enum class Rights { Usual, OwnersAlone };
 /// Saves under the first name that is free, also when others look for one at the same time. A link is not
 /// followed: its name is taken.
 /// \param path the name that was taken or, on failure, tried last
-/// \return as saveFile; "File exists" after kMaxNames names
+/// \return as saveFile; "a file of this name exists" after kMaxNames names
 std::string saveNewFile(const Names& names, std::string_view contents, std::string& path,
                         Rights rights = Rights::Usual);
 /// Saves the contents of `original` under another name, with its permissions and attributes. \see saveNewFile

@@ -60,10 +60,10 @@ class SaveFileTest : public testing::Test {
 
 TEST_F(SaveFileTest, TellsWhyAFileCannotBeRead) {
     std::string text = "unchanged";
-    EXPECT_EQ(readFile(path("missing"), text), "No such file or directory");
-    EXPECT_EQ(readFile(directory_, text), "Is a directory");
+    EXPECT_EQ(readFile(path("missing"), text), "it does not exist");
+    EXPECT_EQ(readFile(directory_, text), "a directory has this name");
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(readFile(path("pipe"), text), "Not a regular file");
+    EXPECT_EQ(readFile(path("pipe"), text), "what has this name is no file");
     EXPECT_FALSE(fileIsFile(path("pipe")));
     ASSERT_EQ(saveFile(path("sparse"), "x"), "");
     fs::resize_file(path("sparse"), std::uintmax_t{1} << 42);
@@ -99,7 +99,7 @@ TEST_F(SaveFileTest, TakesAnyName) {
         EXPECT_EQ(saveFile(path(name), name), "") << name;
         EXPECT_EQ(contents(path(name)), name);
     }
-    EXPECT_EQ(saveFile(path(std::string(256, 'n')), "x"), "File name too long");
+    EXPECT_EQ(saveFile(path(std::string(256, 'n')), "x"), "the name is too long");
     EXPECT_EQ(entries(), names.size());
 
     const fs::path before = fs::current_path();
@@ -130,7 +130,7 @@ TEST_F(SaveFileTest, KeepsPermissionsAndGivesNewFilesTheUsualOnes) {
         ASSERT_EQ(copy, numbered(i));
         EXPECT_EQ(mode(copy), 0600u);
     }
-    EXPECT_EQ(saveCopy(file, numbered, "x", copy), "File exists");
+    EXPECT_EQ(saveCopy(file, numbered, "x", copy), "a file of this name exists");
     EXPECT_EQ(copy, numbered(99)) << "the last one that was tried";
     ASSERT_EQ(saveNewFile([&](int) { return path("private"); }, "x", copy, Rights::OwnersAlone), "");
     EXPECT_EQ(mode(copy), 0600u);
@@ -203,7 +203,7 @@ TEST_F(SaveFileTest, KeepsSymbolicLinksAndPartsHardOnes) {
     ASSERT_EQ(saveNew(path("planted"), "x"), "");
     EXPECT_TRUE(fileIsFile(path("planted2")) && !fs::exists(path("nowhere"))) << "the name is taken";
     fs::create_symlink("loop", path("loop"));
-    EXPECT_EQ(saveFile(path("loop"), "x"), "Too many levels of symbolic links");
+    EXPECT_EQ(saveFile(path("loop"), "x"), "the links lead in a circle");
 
     fs::create_hard_link(path("sub/target"), path("other name"));
     ASSERT_EQ(saveFile(path("sub/target"), "newest"), "");
@@ -217,13 +217,13 @@ TEST_F(SaveFileTest, RefusesWhatIsNoFileOrEmpty) {
     const std::string gone = path("no/such");
     const std::vector<std::vector<std::string>> table{
         {file, "", "Nothing to write"},
-        {directory_, "x", "Is a directory"},
-        {"", "x", "No such file or directory"},
-        {gone + "/a.zel", "x", "no file can be made in " + gone + ": No such file or directory"},
-        {file + "/a.zel", "x", "Not a directory"},
-        {"/dev/full", "x", "Not a regular file"},
-        {"/dev/null", "x", "Not a regular file"},
-        {path("full"), "x", "Not a regular file"},
+        {directory_, "x", "a directory has this name"},
+        {"", "x", "it does not exist"},
+        {gone + "/a.zel", "x", "no file can be made in " + gone + ": it does not exist"},
+        {file + "/a.zel", "x", "a part of the path is no directory"},
+        {"/dev/full", "x", "what has this name is no file"},
+        {"/dev/null", "x", "what has this name is no file"},
+        {path("full"), "x", "what has this name is no file"},
     };
     for (const auto& row : table) EXPECT_EQ(saveFile(row[0], row[1]), row[2]) << row[0];
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
@@ -243,7 +243,7 @@ TEST_F(SaveFileTest, AShortWriteLeavesTheOldFile) {
     const std::string limited = saveFile(file, std::string(5000, 'x'));
     setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, oldHandler);
-    EXPECT_EQ(limited, "File too large");
+    EXPECT_EQ(limited, "the file is too large");
     EXPECT_EQ(contents(file), "old");
     EXPECT_EQ(entries(), 1u);
 }
@@ -256,13 +256,13 @@ TEST_F(SaveFileTest, MissingRightsAreNamed) {
         return inChild([&] { return becomeNobody() ? saveFile(where, "new") : "still root"; });
     };
     ASSERT_EQ(chmod(file.c_str(), 0444), 0);
-    EXPECT_EQ(attempt(file), "Permission denied") << "a file that became read-only";
+    EXPECT_EQ(attempt(file), "you have no permission") << "a file that became read-only";
     ASSERT_EQ(chmod(file.c_str(), 0644), 0);
     ASSERT_EQ(chmod(directory_.c_str(), 0555), 0);
-    EXPECT_EQ(attempt(file), "no file can be made in " + directory_ + ": Permission denied");
-    EXPECT_EQ(attempt(path("new")), "no file can be made in " + directory_ + ": Permission denied");
+    EXPECT_EQ(attempt(file), "no file can be made in " + directory_ + ": you have no permission");
+    EXPECT_EQ(attempt(path("new")), "no file can be made in " + directory_ + ": you have no permission");
     ASSERT_EQ(chmod(directory_.c_str(), 0000), 0);
-    EXPECT_EQ(attempt(file), "Permission denied");
+    EXPECT_EQ(attempt(file), "you have no permission");
     ASSERT_EQ(chmod(directory_.c_str(), 0333), 0);
     EXPECT_EQ(attempt(file), "") << "a directory that cannot be listed";
     ASSERT_EQ(chmod(directory_.c_str(), 0755), 0);
@@ -284,9 +284,9 @@ TEST_F(SaveFileTest, AFailingSystemLeavesOneWholeFile) {
 #ifdef SYS_renameat
     renames.push_back(SYS_renameat);
 #endif
-    const std::vector<Fault> faults{{{SYS_fsync}, EIO, "Input/output error"},
-                                    {{SYS_write}, EDQUOT, "Disk quota exceeded"},
-                                    {renames, EBUSY, "Device or resource busy"},
+    const std::vector<Fault> faults{{{SYS_fsync}, EIO, "the disk has failed"},
+                                    {{SYS_write}, EDQUOT, "your share of the disk is full"},
+                                    {renames, EBUSY, "another program uses it"},
                                     {{SYS_linkat}, EPERM, ""},
                                     {{SYS_flock}, ENOLCK, ""},
                                     {{SYS_fchown, SYS_fchmod}, EPERM, ""},

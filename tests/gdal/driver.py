@@ -603,7 +603,7 @@ class Convert(Case):
         self.assertIn("not one of the formats zel, geojson,", self.zel(file, "x.foo", code=2)[1])
         self.assertIn("has to be a ZEL file", self.zel(self.file("{}", "a.geojson"), "a.kml", code=2)[1]
                       if False else self.zel(self.file("a,WKT\n1,POINT (1 2)\n", "a.csv"), "a.kml", code=2)[1])
-        self.assertIn("No such file", self.zel(file, "no/directory/x.kml", code=2)[1])
+        self.assertIn("it does not exist", self.zel(file, "no/directory/x.kml", code=2)[1])
         alone = shutil.copy(ZEL, self.path("zel"))
         self.assertEqual(self.zel(file, "x.kml", code=2, program=alone)[1],
                          "zel: convert needs GDAL, and its driver for ZEL files: install the package gdal-driver-zel\n")

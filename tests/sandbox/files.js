@@ -77,7 +77,7 @@ assert(openOverlay(bad));
 assert(named("Good"));
 const said = text => log().some(entry => entry.severity === 2 && entry.text.includes(text));
 assert(said(bad + ":3: latitude: expected a number between -90 and 90, found \"north\""));
-assert(!openOverlay(folder + "/none.csv") && said("none.csv cannot be opened: No such file or directory"));
+assert(!openOverlay(folder + "/none.csv") && said("none.csv cannot be opened: it does not exist"));
 
 // The file again, with the same platform elsewhere: what is attached stays attached.
 writeFile(bad, "time,name,lat,lon\n0,Good,5,6\n");

@@ -30,7 +30,7 @@ assert((view.colorAt(view.size.width / 2, view.size.height / 2) & 0xff0000) !== 
 said();
 const lines = () => log().map(entry => entry.text);
 assertEqual(command(`load two ${work}/missing.zel 0 1`), "not loaded");
-assert(lines().some(line => line.includes("missing.zel cannot be opened: No such file or directory")));
+assert(lines().some(line => line.includes("missing.zel cannot be opened: it does not exist")));
 assertEqual(command(`load two ${work} 0 1`), "not loaded");
 assertEqual(command(`load two ${work}/empty.zel 0 1`), "not loaded");
 assert(lines().some(line => line.includes("empty.zel holds no shape")));

@@ -270,9 +270,9 @@ TEST_F(QuickDraw, TheDirectory) {
     expectIdle();
     EXPECT_THAT(host.notifications,
                 ElementsAre(HasSubstr("Circle_1.zel/Circle_1.zel for auto saving ZEL\n")));
-    EXPECT_THAT(messages,
-                ElementsAre("Not saved: \"Circle 1\": Not a directory", HasSubstr("could not be written"),
-                            HasSubstr("are kept in " + home.path() + "/Unsaved ")));
+    EXPECT_THAT(messages, ElementsAre("Not saved: \"Circle 1\": a part of the path is no directory",
+                                      HasSubstr("could not be written"),
+                                      HasSubstr("are kept in " + home.path() + "/Unsaved ")));
 
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(home.path());

@@ -23,8 +23,8 @@ function saveAs(path) {
     return errors();
 }
 if (disk) {
-    for (const [path, reason] of [[disk + "/device.zel", "Not a regular file"],
-                                  [readOnly + "/plan.zel", `no file can be made in ${readOnly}: Read-only file system`]]) {
+    for (const [path, reason] of [[disk + "/device.zel", "what has this name is no file"],
+                                  [readOnly + "/plan.zel", `no file can be made in ${readOnly}: the disk can only be read`]]) {
         const [told, ...more] = saveAs(path);
         assert(told.startsWith("Not saved: " + reason) && told.includes(path) && more.length === 0, told);
         assert(editor.captions().some(text => text.startsWith("Not saved: " + reason)), "the dialog says so, too");
