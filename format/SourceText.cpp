@@ -59,7 +59,7 @@ std::size_t SourceText::commentBegin_(std::size_t block) const {
     const std::size_t before = block == 0 ? 0 : blocks_[block - 1].end;
     std::string_view above = std::string_view(text_).substr(0, blocks_[block].begin).substr(before);
     while (!above.empty() && isComment(lastLine(above))) above.remove_suffix(lastLine(above).size());
-    return before + above.size();
+    return block == 0 && above.empty() ? blocks_[block].begin : before + above.size();
 }
 
 std::string SourceText::with(const std::vector<Change>& changes, std::string_view added) const {

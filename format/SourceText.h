@@ -35,7 +35,8 @@ class SourceText {
     /// What takes a block's place.
     struct Change {
         std::size_t block = 0;
-        /// Whole lines; empty when the block goes, and with it the comment directly above.
+        /// Whole lines; empty when the block goes, and with it the comment directly above, but for one with
+        /// which the text begins: that is about the whole.
         std::string lines;
     };
     /// The text with some blocks changed, and with others added at its end.
@@ -47,7 +48,7 @@ class SourceText {
     std::string keptBlocks() const;
 
   private:
-    /// Where the comment directly above a block begins, or the block.
+    /// Where the block's own comment directly above it begins, or the block.
     std::size_t commentBegin_(std::size_t block) const;
     void add_(std::string& text, std::string_view added) const;
 

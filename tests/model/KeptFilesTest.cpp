@@ -359,13 +359,14 @@ TEST_F(KeptFilesTest, OneNumberIsOneLineWhateverStandsForWhat) {
 
 TEST_F(KeptFilesTest, WhatBecomesIncompleteIsNamedAndComesBack) {
     const std::string text =
-        "# A\nstart\nline\nll 1 2\nll 3 4 # b\nfoo\nend\n\nstart\ncircle\ncenterll 1 2\nradius 2\nend\n";
+        "version 2\n# A\nstart\nline\nll 1 2\nll 3 4 # b\nfoo\nend\n\nstart\ncircle\ncenterll 1 2\nradius "
+        "2\nend\n";
     Loaded loaded(preferences, text);
     auto& line = dynamic_cast<PolygonShape&>(*loaded.overlay.shapes().front());
     const Vec3 second = line.pointAtIndex(1);
     line.deletePointAtIndex(1);
     Overlay::Losses lost;
-    EXPECT_EQ(loaded.overlay.text(nullptr, &lost), text.substr(text.find("start\ncircle")));
+    EXPECT_EQ(loaded.overlay.text(nullptr, &lost), "version 2\n" + text.substr(text.find("\nstart\ncircle")));
     ASSERT_EQ(lost.size(), 1U) << "so that the file is copied";
     EXPECT_EQ(lost[0].text, "\"line\" is not complete any more");
     line.addPoint(second);
