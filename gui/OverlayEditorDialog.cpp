@@ -302,10 +302,13 @@ bool OverlayEditorDialog::rescued_() {
 
 int OverlayEditorDialog::onCmdAnswer(PIObject*, void*) {
     widgets_->messages.clear();
-    if (answer_ == Answer::LoadRescued)
+    if (answer_ == Answer::LoadRescued) {
         loadOverlay_(document_.readFile(document_.rescueFile()));
-    else
-        clear_();
+        return 1;
+    }
+    clear_();
+    halNotify::notify(halNotify::Warning)
+        << "The unsaved shapes are given up without a rescue file, and Undo brings them back";
     return 1;
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <utility>
@@ -25,6 +26,17 @@ PICommon::FileDialogRequest request(std::string title, std::vector<std::string> 
             .settingsGroup = "SETTINGS",
             .settingsKey = last,
             .startDirectory = UTILS::directoryOf(PIGUI::PIRegistry::getValue(last))};
+}
+
+/// A name that was chosen to be saved under, with ".zel" unless it has a suffix: "v1.2" and "trail." have
+/// none.
+std::string withSuffix(const std::string& fileName) {
+    // The host has asked whether this very file is to be replaced.
+    if (UTILS::fileIsFile(fileName)) return fileName;
+    const std::string suffix = std::filesystem::path(fileName).extension().native();
+    if (suffix == ".") return fileName + "zel";
+    const bool is = suffix.size() > 1 && std::isalpha(static_cast<unsigned char>(suffix[1]));
+    return is ? fileName : fileName + ".zel";
 }
 
 /// A file of another program, as a new overlay.
@@ -143,12 +155,11 @@ int OverlayEditorDialog::onCmdSave(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
-    std::string fileName =
+    const std::string fileName =
         PICommon::showFileSaveDialog(request("Save Overlay File", {"ZEL Files\t*.zel"}, kLastSaved));
     if (fileName.empty()) return 1;
     // Hosts differ in whether they have appended it.
-    if (!std::filesystem::path(fileName).has_extension()) fileName += ".zel";
-    afterAsking_([this, fileName] { saveZel_(fileName); });
+    afterAsking_([this, fileName = withSuffix(fileName)] { saveZel_(fileName); });
     return 1;
 }
 

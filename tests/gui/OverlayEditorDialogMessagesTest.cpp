@@ -59,6 +59,7 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     EXPECT_THAT(list().items, ElementsAre("Mine"));
     host.activate(answer);
     EXPECT_THAT(list().items, IsEmpty());
+    EXPECT_TRUE(says("are given up without a rescue file, and Undo brings them back"));
     dialog->hear(halNotify::Error,
                  "No file in /" + std::string(240, 'd') + "/e f/a.zel: it is full; " + "all stays");
     EXPECT_TRUE(says("No file in .../a.zel: it is full; all stays"));

@@ -310,6 +310,23 @@ TEST_F(OverlayEditorDialogTest, ACancelledDrawingIsAsIfItWereUndone) {
     EXPECT_TRUE(says(" of 2"));
 }
 
+TEST_F(OverlayEditorDialogTest, NamesWithoutASuffixGetOne) {
+    dialog->show();
+    addCircle(1, 2, 500);
+    write(path("there.1"), "the dialog has asked whether it is replaced");
+    for (const auto& [chosen, saved] : {std::pair("plain", "plain.zel"),
+                                        {"v1.2", "v1.2.zel"},
+                                        {"trail.", "trail.zel"},
+                                        {"Dr. No", "Dr. No.zel"},
+                                        {"coast.ZEL", "coast.ZEL"},
+                                        {"coast.zel~", "coast.zel~"},
+                                        {"there.1", "there.1"}}) {
+        host.fileDialogAnswers = {path(chosen)};
+        press("Save As...");
+        EXPECT_EQ(form.field("File:").text, path(saved));
+    }
+}
+
 /// Timeouts are due, and observers told, from inside any call.
 TEST_F(OverlayEditorDialogTest, AHostThatCallsBackWhileItServesIsSurvived) {
     dialog->show();
