@@ -29,15 +29,25 @@ bool isNameOf(const std::string& path, int fd) {
            open.st_ino == named.st_ino;
 }
 
-/// \return the descriptor of a file that only we hold now, -1 when it is none, or somebody's
+/// \return the descriptor of a file that only we hold now; -1 and EWOULDBLOCK when somebody does, and -1 and
+/// another errno when it is none of the user's files
 int open(const std::string& path) {
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) != 0) return -1;
+    errno = EINVAL;
+    if (!S_ISREG(info.st_mode) || info.st_uid != ::geteuid()) return -1;
+    // It is the user's, who may have it: a backup program, say, has taken the rights away.
+    constexpr mode_t rights = S_IRUSR | S_IWUSR;
+    if ((info.st_mode & rights) != rights) ::chmod(path.c_str(), rights);
     const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (fd < 0) return -1;
-    struct stat info {};
-    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == ::geteuid() &&
-        ::flock(fd, LOCK_EX | LOCK_NB) == 0 && isNameOf(path, fd))
-        return fd;
+    if (::flock(fd, LOCK_EX | LOCK_NB) == 0) {
+        if (isNameOf(path, fd)) return fd;
+        errno = ENOENT;
+    }
+    const int why = errno;
     ::close(fd);
+    errno = why;
     return -1;
 }
 
@@ -89,7 +99,7 @@ bool JournalFile::anyHeldIn(const std::set<std::string>& directories) {
     return std::ranges::any_of(directories, [&](const std::string& directory) {
         return std::ranges::any_of(UTILS::namesIn(directory), [&](const std::string& name) {
             return name.starts_with(kPrefix) && !name.starts_with(own) &&
-                   !UTILS::Descriptor(open(directory + "/" + name)).isOpen();
+                   !UTILS::Descriptor(open(directory + "/" + name)).isOpen() && errno == EWOULDBLOCK;
         });
     });
 }
