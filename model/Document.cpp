@@ -43,7 +43,7 @@ void tellLosses(const std::string& fileName, const Overlay::Losses& losses) {
 
 /// Copies a file's text to its name with "~", or the next one that is free, and tells so.
 /// \param copy gets that name \return why it could not be written, empty when it was
-std::string copyOldText(const std::string& fileName, const std::string& old, const char* why,
+std::string copyOldText(const std::string& fileName, const std::string& old, const std::string& why,
                         std::string& copy) {
     copy = fileName + "~";
     std::string kept;
@@ -56,6 +56,7 @@ std::string copyOldText(const std::string& fileName, const std::string& old, con
 }
 
 constexpr const char* kForeign = "somebody else has written it meanwhile";
+constexpr const char* kOwn = "you have saved something else in it meanwhile";
 
 /// Whether two texts are of the same shapes; line ends and the like do not count.
 bool sameShapes(std::string_view a, std::string_view b) {
@@ -286,7 +287,9 @@ void Document::cleanupPriorZEL_() {
 
 void Document::clear() {
     history_.commit();
-    history_.switchFile(fileState_(), "delete all shapes");
+    const bool any = !overlay_.shapes().empty() || !file_.name.empty() || overlay_.source() ||
+                     overlay_.zelId() || overlay_.attachedPlatformId() != 0 || file_.recovered;
+    if (any) history_.switchFile(fileState_(), "delete all shapes");
     overlay_.clearShapes(false);
     overlay_.adopt(nullptr);
     file_.name.clear();
@@ -356,13 +359,32 @@ std::string Document::whatAttachingChanges_() const {
     return (file_.keptOffsets ? "offsets count from " : "positions become offsets from ") + name;
 }
 
+std::string Document::whatBecameOfFile_() const {
+    if (std::string why = file_.known.whyNot(file_.name); !why.empty()) return why;
+    const bool own = std::ranges::any_of(written_, [this](const FileVersion& version) {
+        return UTILS::isSameFile(version.path(), file_.name) && version.isOnDisk();
+    });
+    return own ? "you have saved something else in the file" : "somebody else has written the file";
+}
+
+bool Document::isOwn_(const std::string& fileName, std::string_view text) const {
+    return std::ranges::any_of(written_, [&](const FileVersion& version) {
+        return UTILS::isSameFile(version.path(), fileName) && version.is(version.path(), text);
+    });
+}
+
+std::string Document::text_(std::vector<std::string>* skipped, Overlay::Losses* lost) const {
+    return namesPlace_() ? overlay_.textWithReference(skipped, lost) : overlay_.text(skipped, lost);
+}
+
 std::string Document::changes() const {
     std::string text = isSaved() ? "None" : "Not saved";
     const bool any = overlay_.digest() != 0;
-    if (any && overlay_.isKept() && !file_.name.empty() && !file_.known.isOnDisk())
-        text += "; " + file_.known.whyNot(file_.name);
+    if (any && !file_.name.empty() && !file_.known.isOnDisk()) text += "; " + whatBecameOfFile_();
     if (any && !file_.recovered && base_() != file_.keptPlatform) text += "; " + whatAttachingChanges_();
-    if (any && awaits_()) text += "; offsets count from " + file_.awaited + ", which is not there";
+    if (any && awaits_())
+        text += "; offsets count from " +
+                (namesPlace_() ? "where " + file_.awaited + " was" : file_.awaited + ", which is not there");
     constexpr std::size_t few = 3;
     if (const auto incomplete = overlay_.incomplete(); !incomplete.empty())
         text += "; not complete: " + UTILS::listed(incomplete, few);
@@ -395,11 +417,16 @@ bool Document::keepOldFile_(const std::string& fileName, Replacement& saving) co
         strands = saving.hadOffsets && !saving.hasOffsets &&
                   std::ranges::any_of(others, [](void* zel) { return PIHALVIS::getZELHost(zel) != 0; });
     }
-    if (!foreign && !lossy && !strands && !saving.emptied) return true;
+    // Nobody asked for what went with a platform to stand still.
+    const bool stops = namesPlace_() && hasLooseOffsets(old);
+    if (!foreign && !lossy && !strands && !stops && !saving.emptied) return true;
 
-    const char* const why = foreign          ? (saving.own ? kForeign : "it is not the file that is edited")
+    const std::string why = foreign          ? !saving.own             ? "it is not the file that is edited"
+                                               : isOwn_(fileName, old) ? kOwn
+                                                                       : kForeign
                             : saving.emptied ? "its last shape is deleted"
                             : strands        ? "it has offsets, and is shown elsewhere, too"
+                            : stops          ? "its offsets count from " + file_.awaited
                                              : "it holds what the editor cannot keep";
     std::string copy;
     if (const std::string error = copyOldText(fileName, old, why, copy); !error.empty()) {
@@ -418,7 +445,7 @@ bool Document::save(const std::string& fileName) {
     std::string error;
     std::string replaced;
     try {
-        text = overlay_.text(&skipped, &lost);
+        text = text_(&skipped, &lost);
         saving.lossy = !lost.empty();
         saving.own = !file_.name.empty() && UTILS::isSameFile(fileName, file_.name);
         saving.emptied = saving.own && overlay_.shapes().empty();
@@ -444,13 +471,20 @@ bool Document::save(const std::string& fileName) {
         writeRescueFile(replaced, Unrescued::AreLost);
     file_.name = fileName;
     file_.known = FileVersion(fileName, text);
+    std::erase_if(written_,
+                  [&](const FileVersion& known) { return UTILS::isSameFile(known.path(), fileName); });
+    written_.push_back(file_.known);
     file_.saved = lost.empty() ? FileVersion() : file_.known;
     attachment_.forgetOffsets();
     keep_();
     if (!skipped.empty())
         halNotify::notify(halNotify::Warning)
             << "Saved in " << fileName << ", but for what is not complete: " << UTILS::listed(skipped);
-    if (awaits_() && overlay_.hasOffsets())
+    if (namesPlace_())
+        halNotify::notify(halNotify::Warning)
+            << "The offsets in " << fileName << " count from where " << file_.awaited
+            << " was: attach the overlay to it when it is there, and save again";
+    else if (awaits_() && overlay_.hasOffsets())
         halNotify::notify(halNotify::Warning)
             << "The offsets in " << fileName << " count from " << file_.awaited
             << ", which is not there: attach them to it, or they are shown nowhere";

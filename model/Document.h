@@ -100,9 +100,7 @@ class Document {
     /// stands untouched
     bool save(const std::string& fileName);
     /// What save() writes: empty when there is nothing to write.
-    std::string text() const {
-        return overlay_.shapes().empty() ? overlay_.textWithoutShapes() : overlay_.text();
-    }
+    std::string text() const { return overlay_.shapes().empty() ? overlay_.textWithoutShapes() : text_(); }
     enum class Rescue {
         /// Among the quick shapes, or not at all.
         OrKeep,
@@ -148,6 +146,11 @@ class Document {
     bool isKept_() const;
     /// In words, of one that is attached to something else than in its file.
     std::string whatAttachingChanges_() const;
+    /// In words, of a file that is not as it was read or written last.
+    std::string whatBecameOfFile_() const;
+    /// Whether the editor itself has saved that text, of whatever overlay, as the last one in a file.
+    bool isOwn_(const std::string& fileName, std::string_view text) const;
+    std::string text_(std::vector<std::string>* skipped = nullptr, Overlay::Losses* lost = nullptr) const;
     /// What the overlay holds is what a file holds now.
     void keep_();
     /// The platform that the overlay is attached to. The editor's own, whose number is another one each time
@@ -178,6 +181,9 @@ class Document {
     }
     /// Whether it would, were its platform there.
     bool awaits_() const;
+    /// Whether there are offsets whose platform is not there, and a place that stands for it: only a file
+    /// that names the place has the shapes where they are.
+    bool namesPlace_() const;
     /// Which of the host's displays of a file the edited overlay takes the place of, null for none.
     void* displayReplaced_(const std::vector<void*>& displays) const;
     /// Has the host show the file wherever it showed it, and the edited overlay where it is attached.
@@ -193,6 +199,9 @@ class Document {
     bool editing_ = false;
     /// What the overlay itself knows of it, see fileState_.
     FileState file_;
+    /// What the editor has saved in each file last: who goes back to another overlay of that file need not
+    /// look for somebody else.
+    std::vector<FileVersion> written_;
     Journal journal_{history_, [this] { return journalHead_(); }};
     std::string rescueFile_;
     /// The host's overlay of the blocks that no shape stands for, null while there is none.

@@ -3,6 +3,7 @@
 #include "common/Files.h"
 #include "common/Notify.h"
 #include "common/Strings.h"
+#include "geo/OffsetGrid.h"
 #include "model/Document.h"
 #include "model/FileDisplays.h"
 #include "model/OverlayFile.h"
@@ -65,8 +66,13 @@ std::string Document::Lost::names() const {
 std::optional<Document::Lost> Document::findLost() const {
     for (const std::string& path : abandonedJournals()) {
         Lost lost{JournalFile::take(path), {}};
+        if (!lost.file) continue;
         std::string text;
-        if (!lost.file || !UTILS::readFile(path, text).empty()) continue;
+        if (const std::string error = UTILS::readFile(path, text); !error.empty()) {
+            halNotify::notify(halNotify::Warning) << "A journal of unsaved shapes cannot be read: " << error
+                                                  << ". It is kept as " << lost.file->setAside();
+            continue;
+        }
         lost.contents = readJournal(text);
         if (!lost.contents.shapes.empty()) return lost;
         if (!lost.contents.damaged)
@@ -82,6 +88,10 @@ std::optional<Document::Lost> Document::findLost() const {
 bool Document::awaits_() const {
     return !file_.awaited.empty() && attachment_.isReferencePlatform(overlay_.attachedPlatformId()) &&
            !overlay_.referenceWritten();
+}
+
+bool Document::namesPlace_() const {
+    return awaits_() && overlay_.hasOffsets() && placeOf(*overlay_.pointConverter(), {});
 }
 
 JournalHead Document::journalHead_() const {

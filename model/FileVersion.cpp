@@ -59,7 +59,7 @@ std::string FileVersion::whyNot(const std::string& path) const {
     } else if (!S_ISREG(found.st_mode)) {
         return "the file is gone";
     }
-    return why.empty() ? "somebody else has written the file" : "the file cannot be read: " + why;
+    return why.empty() ? why : "the file cannot be read: " + why;
 }
 
 }  // namespace OverlayEditor

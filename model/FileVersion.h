@@ -30,7 +30,8 @@ class FileVersion {
     /// Whether the file has this text now; false for no file. It is read only when its time or size have
     /// changed since the last call.
     bool isOnDisk() const;
-    /// Why it is not in the file of that name, for the user: "the file is gone".
+    /// Why it is not in the file of that name, for the user: "the file is gone". Empty when something else
+    /// stands there.
     std::string whyNot(const std::string& path) const;
 
   private:

@@ -111,7 +111,9 @@ class Overlay final : private ShapeKeeper {
         return text_({.referenceWritten = referenceWritten_}, skipped, lost);
     }
     /// The same with the reference named, so that it is found again without its platform.
-    std::string textWithReference() const { return text_({.referenceWritten = true}, nullptr, nullptr); }
+    std::string textWithReference(std::vector<std::string>* skipped = nullptr, Losses* lost = nullptr) const {
+        return text_({.referenceWritten = true}, skipped, lost);
+    }
     /// The same with every block written anew, as if the editor knew nothing but the shapes.
     std::string textAnew(Losses& lost) const {
         return text_({.referenceWritten = referenceWritten_, .anew = true}, nullptr, &lost);

@@ -388,8 +388,11 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     std::filesystem::resize_file(file, UTILS::kMaxFileSize + 1);
     EXPECT_THAT(document->changes(), HasSubstr("; the file cannot be read: It is larger than"));
     fresh.setCenter({0.1, 0.2, 0});
+    write("two.zel", "theirs");
     document->attach(7, false);
-    EXPECT_EQ(document->changes(), "Not saved; positions become offsets from Ship; not complete: New");
+    EXPECT_EQ(document->changes(),
+              "Not saved; somebody else has written the file; positions become offsets "
+              "from Ship; not complete: New");
     std::filesystem::remove(file);
     document->save(file);
     document->attach(0, false);
@@ -399,6 +402,28 @@ TEST_F(DocumentTest, SaysInWordsWhatSavingWouldDo) {
     take(document->readOverlay(&host));
     document->attach(0, false);
     EXPECT_EQ(document->changes(), "Not saved; shown on no platform");
+}
+
+/// Back at an overlay in whose file another one was saved meanwhile.
+TEST_F(DocumentTest, WhatTheUserSavedIsNobodyElses) {
+    clear();
+    document->history().commit();
+    EXPECT_FALSE(document->history().canUndo()) << "there was nothing to be given up";
+    const std::string file = write("two.zel", kTwoCircles);
+    std::filesystem::create_symlink(file, path("link.zel"));
+    load(file);
+    load(write("other.zel", kBox + block("circle\ncenterlla 1 2 0\nradius 5\n", "Other")));
+    document->save(path("link.zel"));
+    document->undo();
+    EXPECT_EQ(document->changes(), "Not saved; you have saved something else in the file");
+    first().setName("x");
+    EXPECT_EQ(document->changes(), "Not saved; you have saved something else in the file");
+    const std::string other = contentsOf(file);
+    document->save(file);
+    EXPECT_THAT(messages.back(), HasSubstr(file + "~: you have saved something else in it meanwhile"));
+    EXPECT_EQ(contentsOf(file + "~"), other);
+    write("two.zel", other);
+    EXPECT_EQ(document->changes(), "Not saved; somebody else has written the file");
 }
 
 TEST_F(DocumentTest, RescuesWhatIsNotSavedBeforeItIsGivenUp) {

@@ -13,13 +13,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "common/Files.h"
 #include "common/Notify.h"
 #include "model/Document.h"
 #include "model/LostWatch.h"
 #include "model/RandomShapes.h"
 #include "pi/EntryScope.h"
+#include "support/Child.h"
 #include "support/FakeHost.h"
 #include "support/TemporaryDirectory.h"
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 namespace OverlayEditor {
 namespace {
@@ -97,6 +103,16 @@ class JournalTest : public ::testing::Test {
         };
     }
     std::string path(const char* name) const { return directory.path() + "/" + name; }
+    template <typename Action>
+    static std::vector<std::string> saidBy(Action action) {
+        std::vector<std::string> said;
+        halNotify::setNotifyLevel(halNotify::Warning);
+        halNotify::setNotifyHandler(
+            [&](halNotify::Severity, const std::string& text) { said.push_back(text); });
+        action();
+        halNotify::setNotifyHandler(halNotify::Handler());
+        return said;
+    }
 
     halNotify::Silence silence;
     TemporaryDirectory directory;
@@ -221,6 +237,34 @@ TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
     EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(directory.path())), 22);
 }
 
+/// Whatever has a journal's name; what the user has no right to is still the user's.
+TEST_F(JournalTest, OddOnesStopNobody) {
+    die(circles(1));
+    const std::string journal = journals().at(0);
+    std::filesystem::create_directory(path(".overlayeditor-journal-1-0"));
+    std::filesystem::create_symlink(journal, path(".overlayeditor-journal-1-1"));
+    std::ofstream(path(".overlayeditor-journal-1-2")) << "huge";
+    std::filesystem::resize_file(path(".overlayeditor-journal-1-2"), UTILS::kMaxFileSize + 1);
+    std::ofstream(path(".overlayeditor-journal-1-3"));
+    for (const auto& each : {directory.path(), journal, path(".overlayeditor-journal-1-2")})
+        EXPECT_EQ(::geteuid() == 0 ? ::chown(each.c_str(), kNobody, kNobody) : 0, 0);
+    ASSERT_EQ(::chmod(journal.c_str(), 0), 0);
+    EXPECT_THAT(
+        inChild([&]() -> std::string {
+            if (!becomeNobody()) return "still root";
+            Session next(directory.path());
+            std::string told;
+            const auto said = saidBy([&] {
+                if (const auto lost = next.document->findLost()) told = lost->names();
+            });
+            for (const std::string& text : said) told += "; " + text;
+            return told + (journalsAreHeld() ? "; held" : "");
+        }),
+        ::testing::MatchesRegex("Shape_[^;]*; A journal of unsaved shapes cannot be read: It is larger "
+                                "than 1 GiB, the most that is read\\. It is kept as "
+                                ".*/overlayeditor-journal-1-2-[0-9]*"));
+}
+
 /// Hosts number platforms anew, and may have none yet: offsets stay, and go to the platform when it is there.
 TEST_F(JournalTest, WithoutItsPlatformItCountsFromWhereThatWas) {
     die(circles(2));
@@ -229,11 +273,8 @@ TEST_F(JournalTest, WithoutItsPlatformItCountsFromWhereThatWas) {
     const auto expected = like.states();
     die([&](Session& session) {
         session.host.platforms.clear();
-        std::vector<std::string> said;
-        halNotify::setNotifyLevel(halNotify::Warning);
-        halNotify::setNotifyHandler(
-            [&](halNotify::Severity, const std::string& text) { said.push_back(text); });
-        session.act([&] { session.document->recover(*session.document->findLost()); });
+        const auto said =
+            saidBy([&] { session.act([&] { session.document->recover(*session.document->findLost()); }); });
         if (said.size() != 1 || !said[0].starts_with("Ship is not there:")) ::_exit(2);
         if (!(session.states() == expected)) ::_exit(3);
         session.wait();
@@ -244,19 +285,46 @@ TEST_F(JournalTest, WithoutItsPlatformItCountsFromWhereThatWas) {
     EXPECT_EQ(next.overlay.attachedPlatformId(), 9U);
     EXPECT_TRUE(next.states() == expected);
 
-    // A file of loose offsets says nothing of where they count from: whoever makes one is told.
-    die(circles(2));
+    // Saved meanwhile, the file has them where they are seen; of one that went with the platform there is a
+    // copy. Attached to it, they go with it as ever.
+    const std::string file = path("ship.zel");
+    die([&](Session& session) {
+        circles(2)(session);
+        session.act([&] { session.document->save(file); });
+        session.act([&] { session.addCircle(); });
+        session.wait();
+    });
+    std::string loose;
+    UTILS::readFile(file, loose);
     Session third(directory.path());
-    third.host.platforms.clear();
-    std::string said;
-    halNotify::setNotifyLevel(halNotify::Warning);
-    halNotify::setNotifyHandler([&](halNotify::Severity, const std::string& text) { said = text; });
-    third.act([&] { third.document->recover(*third.document->findLost()); });
-    EXPECT_THAT(third.document->changes(),
-                ::testing::HasSubstr("; offsets count from Ship, which is not there"));
-    EXPECT_TRUE(third.document->save(path("loose.zel")));
-    halNotify::setNotifyHandler(halNotify::Handler());
-    EXPECT_THAT(said, ::testing::HasSubstr("count from Ship, which is not there: attach them"));
+    auto ship = third.host.platforms.extract(7);
+    const std::vector<std::string> said = saidBy([&] {
+        third.act([&] { third.document->recover(*third.document->findLost()); });
+        EXPECT_EQ(third.document->changes(), "Not saved; offsets count from where Ship was");
+        third.act([&] { EXPECT_TRUE(third.document->save(file) && third.document->save(file)); });
+        EXPECT_EQ(third.document->changes(), "None; offsets count from where Ship was");
+    });
+    EXPECT_THAT(said,
+                ElementsAre(StartsWith("Ship is not there"),
+                            "The old " + file + " is kept as " + file + "~: its offsets count from Ship",
+                            HasSubstr("count from where Ship was: attach"), HasSubstr("where Ship was")));
+    std::string kept;
+    UTILS::readFile(file + "~", kept);
+    EXPECT_EQ(kept, loose);
+    EXPECT_EQ(third.document->text().find(loose), std::string::npos);
+    std::vector<Vec3> seen;
+    for (const Shape* shape : third.overlay.shapes()) seen.push_back(shape->centerPoint());
+    third.host.platforms.insert(std::move(ship));
+    third.act([&] { third.document->attach(7, false); });
+    EXPECT_EQ(third.document->changes(), "Not saved; offsets count from Ship");
+    EXPECT_TRUE(third.document->text().starts_with(loose));
+    Session fourth(path("none"));
+    fourth.act([&] { fourth.document->take(fourth.document->readFile(file)); });
+    ASSERT_EQ(fourth.overlay.shapes().size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_NEAR(fourth.overlay.shapes()[i]->centerPoint().lat(), seen[i].lat(), 1e-14);
+        EXPECT_NEAR(fourth.overlay.shapes()[i]->centerPoint().lon(), seen[i].lon(), 1e-14);
+    }
 }
 
 TEST_F(JournalTest, WhoeverStillDiesIsWaitedForButNotForEver) {
