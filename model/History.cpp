@@ -248,8 +248,7 @@ std::uint64_t History::lastChanged() const {
 std::size_t History::stepsOf(std::uint64_t shape) const {
     for (std::size_t i = done_; i > 0; --i) {
         const Step& step = steps_[i - 1];
-        if (step.file || !(step.attachedBefore == step.attachedAfter) || step.changes.size() != 1 ||
-            step.changes.front().shape != shape)
+        if (!step.changesShapesAlone() || step.changes.size() != 1 || step.changes.front().shape != shape)
             return 0;
         if (!step.changes.front().before) return done_ - i + 1;
     }
@@ -302,7 +301,24 @@ void History::restore(std::uint64_t number, const ShapeState& state) {
 
 void History::revert() {
     pressed_ = false;
-    realize_(std::exchange(touched_, {}));
+    auto numbers = std::exchange(touched_, {});
+    // Of what a button holds a part may be a step already, so that a journal has it.
+    if (kind_ == Gesture::Press && done_ > 0 && done_ == steps_.size() && steps_.back().gesture == gesture_ &&
+        steps_.back().changesShapesAlone()) {
+        for (Change& change : steps_.back().changes) {
+            numbers.insert(change.shape);
+            changed_.insert(change.shape);
+            if (change.before)
+                states_[change.shape] = std::move(change.before);
+            else
+                states_.erase(change.shape);
+        }
+        bytes_ -= steps_.back().bytes;
+        steps_.pop_back();
+        --done_;
+        if (listener_) listener_();
+    }
+    realize_(std::move(numbers));
 }
 
 void History::remove_(Shape* shape) {

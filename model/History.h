@@ -53,7 +53,8 @@ class History final : private OverlayWatcher {
 
     /// What has changed becomes a step now, and not at the end of the entry.
     void commit();
-    /// What has changed in the shapes since the last commit is dropped.
+    /// What has changed in the shapes since the last commit is dropped; of what a button of the mouse has
+    /// changed, all of it.
     void revert();
     /// Another file takes the overlay's place with what changes now.
     /// \param before the state of the one that goes \param name what the step is called
@@ -130,6 +131,7 @@ class History final : private OverlayWatcher {
         std::string name() const;
         void weigh();
         bool lists() const;
+        bool changesShapesAlone() const { return !file && attachedBefore == attachedAfter; }
     };
 
     void shapeTouched(std::uint64_t number) override;

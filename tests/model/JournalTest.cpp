@@ -237,6 +237,32 @@ TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
     EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(directory.path())), 22);
 }
 
+TEST_F(JournalTest, WhatItHasOfADragIsGivenUpWithTheDrag) {
+    Session session(directory.path());
+    session.act([&] { session.addCircle(); });
+    const auto before = session.states();
+    auto& circle = dynamic_cast<CylinderShape&>(*session.overlay.shapes().front());
+    session.document->history().begin(History::Gesture::Press);
+    for (const double radius : {700.0, 800.0}) {
+        {
+            const EntryScope entry;
+            circle.setMajorRadius(radius);
+        }
+        session.wait();
+    }
+    {
+        const EntryScope entry;
+        circle.setMajorRadius(900);
+        session.document->history().revert();
+    }
+    session.wait();
+    EXPECT_TRUE(session.states() == before);
+    EXPECT_EQ(session.document->history().done(), 1U);
+    std::string text;
+    UTILS::readFile(journals().at(0), text);
+    EXPECT_TRUE(*readJournal(text).shapes.begin()->second == before[0]);
+}
+
 /// Whatever has a journal's name; what the user has no right to is still the user's.
 TEST_F(JournalTest, OddOnesStopNobody) {
     die(circles(1));
