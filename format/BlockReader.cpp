@@ -409,9 +409,7 @@ void BlockReader::tellAdvice_(std::size_t line, std::string text) const {
 void BlockReader::readColor_(const Keyword& keyword) {
     // The number of words alone decides, whatever the second word says; files depend on it.
     if (tokens_.count() == 2) {
-        const auto found = parser_.colors_.find(tokens_[1]);
-        set_(keyword.parameter,
-             found == parser_.colors_.end() ? "0xff0000ff" : std::string_view(found->second));
+        set_(keyword.parameter, parser_.colorNamed_(tokens_[1]));
     } else if (tokens_.count() == 3) {
         const std::string_view value = tokens_[2];
         if (value.starts_with("0x"))

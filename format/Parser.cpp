@@ -99,8 +99,13 @@ Parser::Parser() {
 }
 
 void Parser::initZelColors_() {
-    for (const ColorName& color : kColorNames)
-        colors_.insert_or_assign(std::string(color.name), std::string(color.value));
+    zelColors_ = kColorNames;
+}
+
+std::string_view Parser::colorNamed_(std::string_view name) const {
+    if (const auto added = colors_.find(name); added != colors_.end()) return added->second;
+    const auto known = std::ranges::find(zelColors_, name, &ColorName::name);
+    return known != zelColors_.end() ? known->value : "0xff0000ff";
 }
 
 void Parser::addOverwriteColor(std::string_view name, std::string_view value) {

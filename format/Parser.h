@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,7 @@ namespace halCore::ZEL {
 
 class MessageSink;
 class ParsedShape;
+struct ColorName;
 
 /// Reads overlay text. Reading never stops at a bad line: the line or the block is dropped, with a
 /// message. Nothing throws.
@@ -52,6 +54,8 @@ class Parser {
     using Colors = std::map<std::string, std::string, std::less<>>;
 
     void initZelColors_();
+    /// The value of a colour's name in lower case; red for one that nobody knows.
+    std::string_view colorNamed_(std::string_view name) const;
     /// `feed` hands the text to the reader.
     template <typename Feed>
     void parse_(Shapes& shapes, ParseReport* report, Feed feed) const;
@@ -59,6 +63,9 @@ class Parser {
     std::shared_ptr<ZelShape> getShape_(ParsedShape& record, const UnitsRegistry& registry,
                                         const MessageSink& messages) const;
 
+    /// The format's own, which are not copied: hosts make a parser for every move of the mouse.
+    std::span<const ColorName> zelColors_;
+    /// Those that were added.
     Colors colors_;
     const UnitsRegistry* registry_ = nullptr;
 };

@@ -178,6 +178,10 @@ Shape* OverlayEditorDialog::selectedShape_() {
 
 std::int32_t OverlayEditorDialog::itemOf_(const Shape* shape) const {
     const std::int32_t count = widgets_->list.getNumItems();
+    // Usually they stand in the overlay's order: the host need not be asked for each.
+    const std::vector<Shape*> shapes = overlay_->shapes();
+    const auto place = static_cast<std::int32_t>(std::ranges::find(shapes, shape) - shapes.begin());
+    if (place < count && widgets_->list.getItemData(place) == shape) return place;
     for (std::int32_t item = 0; item < count; ++item)
         if (widgets_->list.getItemData(item) == shape) return item;
     return -1;

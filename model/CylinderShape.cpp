@@ -377,6 +377,7 @@ void CylinderShape::clear() {
     marks_ = {};
     heightGiven_ = false;
     hide_();
+    changed_();
 }
 
 void CylinderShape::setAttachedPlatformId(unsigned long id, PointConverter* converter, bool anchorCenter) {

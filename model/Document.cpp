@@ -255,6 +255,8 @@ void Document::take(Reading reading) {
     for (auto& read : reading.loaded.shapes) {
         Shape* const shape = read.release();
         const bool shown = shape->shown();
+        // Or the host would load it as soon as it is active, and once more when it is shown.
+        shape->setShown(false);
         // Beside offsets, places stay places.
         if (!shape->placed().frame()) shape->keepPlaces();
         overlay_.addShape(shape);

@@ -110,6 +110,7 @@ void FreeDrawShape::deletePointAtIndex(unsigned long index) {
 void FreeDrawShape::clear() {
     lines_.clear();
     hide_();
+    changed_();
 }
 
 void FreeDrawShape::setAttachedPlatformId(unsigned long, PointConverter* converter, bool) {

@@ -186,13 +186,18 @@ bool History::joins_(const Step& step) const {
 void History::join_(Step& step) {
     Step& last = steps_.back();
     bytes_ -= last.bytes;
+    // Both are in the order of the numbers.
+    const std::size_t known = last.changes.size();
+    std::size_t at = 0;
     for (Change& change : step.changes) {
-        const auto known = std::ranges::find(last.changes, change.shape, &Change::shape);
-        if (known == last.changes.end())
-            last.changes.push_back(std::move(change));
+        while (at < known && last.changes[at].shape < change.shape) ++at;
+        if (at < known && last.changes[at].shape == change.shape)
+            last.changes[at].after = std::move(change.after);
         else
-            known->after = std::move(change.after);
+            last.changes.push_back(std::move(change));
     }
+    std::ranges::inplace_merge(last.changes, last.changes.begin() + static_cast<std::ptrdiff_t>(known), {},
+                               &Change::shape);
     std::erase_if(last.changes, [](const Change& change) { return same(change.before, change.after); });
     last.selectedAfter = step.selectedAfter;
     if (last.changes.empty() && last.attachedBefore == last.attachedAfter) {

@@ -106,6 +106,7 @@ void PolygonShape::deletePointAtIndex(unsigned long index) {
 void PolygonShape::clear() {
     points_.clear();
     hide_();
+    changed_();
     resetToolPoints_();
     fillGui();
 }

@@ -176,6 +176,7 @@ void RectangleShape::clear() {
     points_.clear();
     setSize_.reset();
     hide_();
+    changed_();
 }
 
 std::pair<Vec3, Vec3> RectangleShape::boundingBox() const {

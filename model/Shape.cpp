@@ -75,7 +75,7 @@ void Shape::setShown(bool shown) {
 void Shape::setActive(bool active) {
     active_ = active;
     if (active) {
-        dirty_();
+        show_();
         return;
     }
     if (MouseTool* const tool = mouseTool()) tool->deactivate();
@@ -222,6 +222,11 @@ void Shape::redrawPoints_() const {
 }
 
 void Shape::dirty_() {
+    if (keeper_) keeper_->touched(*this);
+    show_();
+}
+
+void Shape::show_() {
     hide_();
     redrawPoints_();
     if (!shown_ || !active_) return;
@@ -239,7 +244,6 @@ void Shape::dirty_() {
 }
 
 void Shape::hide_() {
-    if (keeper_) keeper_->touched(*this);
     if (void* const overlay = std::exchange(hostOverlay_, nullptr)) PIHALVIS::unloadZELFile(overlay);
 }
 

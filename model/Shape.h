@@ -145,7 +145,7 @@ class Shape {
     }
     bool accepted_(bool taken) const;
     void rename_(std::string name);
-    /// Something of it has changed: to be called once that is complete, unless dirty_ or hide_ is.
+    /// Something of it has changed: to be called once that is complete, unless dirty_ is.
     void changed_() const {
         if (keeper_) keeper_->touched(*this);
         redrawPoints_();
@@ -181,6 +181,8 @@ class Shape {
     unsigned long attachedPlatformId_ = 0;
 
   private:
+    /// Has the host display the shape as it is, which has not changed.
+    void show_();
     /// Where the shape is anchored; nothing when it is not to be.
     std::optional<halCore::Vec3> middle_(bool anchorCenter) const;
 

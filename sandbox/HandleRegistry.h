@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 namespace sandbox {
@@ -64,8 +66,9 @@ class HandleRegistry {
     template <typename Object>
     std::vector<Object*> all() const {
         std::vector<Object*> found;
+        static_assert(std::is_final_v<Object>, "what it is tells whether it is one, at once");
         for (const auto& [handle, object] : objects_)
-            if (auto* match = dynamic_cast<Object*>(object.get())) found.push_back(match);
+            if (typeid(*object) == typeid(Object)) found.push_back(static_cast<Object*>(object.get()));
         return found;
     }
 

@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 #include <algorithm>
+#include <memory>
 
 #include "pi/HostStructures.h"
 #include "sandbox/Plugin.h"
@@ -124,9 +125,12 @@ std::optional<QString> ListWidget::text() const {
 
 int ListWidget::append(const QString& text, void* data) {
     const QSignalBlocker blocker(list_);
-    auto* item = new QTreeWidgetItem(list_);
+    // Whole before it is in the list, which looks at itself after each change.
+    auto item = std::make_unique<QTreeWidgetItem>();
     item->setData(0, Qt::UserRole, QVariant::fromValue(reinterpret_cast<quintptr>(data)));
     setColumns(*item, text);
+    list_->setColumnCount(std::max(list_->columnCount(), item->columnCount()));
+    list_->addTopLevelItem(item.release());
     return count() - 1;
 }
 

@@ -20,6 +20,7 @@ namespace {
 TEST_F(DocumentTest, SavedAndLoadedItIsTheSameAndShownOnce) {
     const std::string file = write("circles.zel", kTwoCircles);
     ASSERT_TRUE(load(file));
+    EXPECT_EQ(host.loads, 2) << "each circle once";
     EXPECT_EQ(document->fileName(), file);
     EXPECT_FALSE(overlay.zelId()) << "the host shows nothing of it";
     ASSERT_TRUE(document->save(file));
@@ -38,9 +39,11 @@ TEST_F(DocumentTest, SavedAndLoadedItIsTheSameAndShownOnce) {
     ASSERT_TRUE(load(file));
     EXPECT_EQ(overlay.zelId(), shownOf(file));
     EXPECT_FALSE(host.overlays[shownOf(file)].shown);
+    const std::uint64_t revision = overlay.revision();
     document->setEditing(false);
     EXPECT_TRUE(host.overlays[shownOf(file)].shown);
     document->setEditing(true);
+    EXPECT_EQ(overlay.revision(), revision) << "what is only displayed need not be looked at";
     std::filesystem::create_symlink(file, path("link.zel"));
     ASSERT_TRUE(load(path("link.zel")));
     EXPECT_EQ(overlay.zelId(), shownOf(file)) << "by another name, too";
