@@ -51,10 +51,25 @@ TEST(ReadInteger, TakesWholeNumbersOnly) {
         EXPECT_EQ(readInteger(text), std::nullopt) << text;
 }
 
+/// Half way between two numbers of 15 digits, or the double beside that. Doubles are those halves only that
+/// have the power of five as a factor.
+double tie(std::mt19937_64& random) {
+    const int decimals = static_cast<int>(random() % 24) - 2;
+    const double five = std::pow(5.0, std::abs(decimals));
+    std::uniform_real_distribution<double> number(1e14, decimals < 0 ? 4.5e15 / five : 1e15);
+    const double odd = 2.0 * std::floor(number(random) / (decimals > 0 ? five : 1.0)) + 1.0;
+    const double value = std::ldexp(decimals < 0 ? odd * five : odd, -decimals - 1);
+    const int beside = static_cast<int>(random() % 3) - 1;
+    return beside == 0 ? value : std::nextafter(value, beside * HUGE_VAL);
+}
+
 /// Any number is written as printf does, and read again it is the same.
 TEST(WriteNumber, WritesAsPrintfDoes) {
-    std::mt19937_64 random(7);
-    for (int i = 0; i < 200000; ++i) {
+    // So many million numbers.
+    const char* const campaign = std::getenv("CAMPAIGN_ROUNDS");
+    std::mt19937_64 random(campaign ? std::random_device()() : 7);
+    const long long count = campaign ? std::atoll(campaign) * 1000000 : 200000;
+    for (long long i = 0; i < count; ++i) {
         // In turn any double at all, one of everyday size, and one half way between two texts or beside it.
         double value = std::bit_cast<double>(random());
         if (i % 3 == 0)
@@ -62,10 +77,13 @@ TEST(WriteNumber, WritesAsPrintfDoes) {
         if (i % 3 == 1)
             value = (static_cast<double>(random() % 400'000'000) * 10 + 5) / std::pow(10.0, random() % 10);
         if (!std::isfinite(value)) continue;
-        const int digits = 1 + static_cast<int>(random() % (i % 3 == 1 ? 10 : 17));
+        // Half of them as files have them.
+        if (i % 6 == 5) value = tie(random);
+        const int digits =
+            i % 2 ? UTILS::kSignificantDigits : 1 + static_cast<int>(random() % (i % 3 == 1 ? 10 : 17));
         char expected[64];
         std::snprintf(expected, sizeof expected, "%.*g", digits, value);
-        ASSERT_EQ(writeNumber(value, digits), expected);
+        ASSERT_EQ(writeNumber(value, digits), expected) << std::hexfloat << value;
         ASSERT_EQ(readNumber(writeNumber(value, 17)), value);
     }
 }
