@@ -27,6 +27,7 @@ namespace kit {
 /// How the checks are to be made.
 struct Settings {
     std::string library;     ///< absolute path of the plug-in
+    std::string home;        ///< absolute path of a directory that was made for the process alone
     std::uint64_t seed = 1;  ///< of all that happens by chance; the same seed makes the same sessions
     int rounds = 150;        ///< how often "rounds" loads and unloads the library
     bool thorough = false;   ///< every service call in turn, not only some of a session

@@ -34,6 +34,15 @@ std::string entriesOf(const char* directory) {
     return text;
 }
 
+std::string children() {
+    std::string text;
+    for (const std::string& thread : UTILS::namesIn("/proc/self/task")) {
+        std::ifstream file("/proc/self/task/" + thread + "/children");
+        for (std::string process; file >> process;) text += process + "; ";
+    }
+    return text;
+}
+
 std::string signalHandlers() {
     std::string text;
     for (int signal = 1; signal < NSIG; ++signal) {
@@ -51,6 +60,7 @@ ProcessState ProcessState::now() {
     auto& facts = state.facts_;
     facts["open files"] = entriesOf("/proc/self/fd");
     facts["number of threads"] = std::to_string(UTILS::namesIn("/proc/self/task").size());
+    facts["child processes"] = children();
     facts["signals"] = signalHandlers();
     facts["locale"] = std::setlocale(LC_ALL, nullptr);
     facts["working directory"] = std::filesystem::current_path();
@@ -70,6 +80,11 @@ std::vector<std::string> ProcessState::differences(const ProcessState& before) c
         if (const std::string& old = before.facts_.at(name); fact != old)
             different.push_back(name + ": \"" + fact + "\", before \"" + old + "\"");
     return different;
+}
+
+bool isScratch(const std::string& directory) {
+    const std::filesystem::path path(directory);
+    return path.is_absolute() && path.parent_path().native().find(kScratch) != std::string::npos;
 }
 
 double residentOf(int process) {

@@ -6,8 +6,8 @@
 
 namespace kit {
 
-/// What belongs to the whole process, and what a plug-in must leave as it was: open files, threads, signals,
-/// locale, directory, mask of new files, environment, rounding.
+/// What belongs to the whole process, and what a plug-in must leave as it was: open files, threads, child
+/// processes, signals, locale, directory, mask of new files, environment, rounding.
 class ProcessState {
   public:
     static ProcessState now();
@@ -26,6 +26,11 @@ struct Memory {
     /// Whether the figures mean something: sanitizers and valgrind keep memory on their own account.
     static bool isMeasurable();
 };
+
+/// Whether a directory is one that a process of this program makes for itself, and may be emptied.
+bool isScratch(const std::string& directory);
+/// How the names of such directories begin, in the directory for temporary files.
+constexpr const char* kScratch = "/hpi-check-";
 
 /// What another process has in memory, in bytes; 0 when it is gone.
 double residentOf(int process);

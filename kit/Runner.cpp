@@ -43,8 +43,10 @@ Situation* mapSituation(int descriptor) {
 /// A directory that goes with the object, contents and all.
 class Scratch {
   public:
-    Scratch() : path_(UTILS::temporaryDirectory() + "/hpi-check-XXXXXX") {
+    Scratch()
+        : path_(std::filesystem::canonical(UTILS::temporaryDirectory()).native() + kScratch + "XXXXXX") {
         if (!::mkdtemp(path_.data())) throw failure("there is no temporary directory");
+        std::filesystem::create_directory(home());
     }
     ~Scratch() {
         std::error_code ignored;
@@ -53,16 +55,18 @@ class Scratch {
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
     const std::string& path() const { return path_; }
+    std::string home() const { return path_ + "/home"; }
 
   private:
     std::string path_;
 };
 
-std::vector<std::string> argumentsOf(const Check& check, const Settings& settings) {
+std::vector<std::string> argumentsOf(const Check& check, const Settings& settings, const std::string& home) {
     std::vector<std::string> arguments{"hpi-check-plugin", "--in-process",
                                        "--only",           std::string(check.name),
                                        "--seed",           std::to_string(settings.seed),
-                                       "--rounds",         std::to_string(settings.rounds)};
+                                       "--rounds",         std::to_string(settings.rounds),
+                                       "--home",           home};
     if (settings.thorough) arguments.emplace_back("--thorough");
     if (settings.strict) arguments.emplace_back("--strict");
     arguments.push_back(settings.library);
@@ -131,8 +135,7 @@ std::string endOf(const std::string& text, std::size_t lines) {
 Outcome runCheck(const Check& check, const Settings& settings, const Limits& limits) {
     using Clock = std::chrono::steady_clock;
     const Scratch scratch;
-    const std::string directory = scratch.path() + "/home", output = scratch.path() + "/output";
-    std::filesystem::create_directory(directory);
+    const std::string home = scratch.home(), output = scratch.path() + "/output";
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) throw failure("no pipe");
     const UTILS::Descriptor reading(ends[0]);
@@ -143,7 +146,7 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     if (!situation) throw failure("no memory");
     const UTILS::Descriptor log(::open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
 
-    std::vector<std::string> arguments = argumentsOf(check, settings);
+    std::vector<std::string> arguments = argumentsOf(check, settings, home);
     std::vector<char*> pointers;
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
@@ -151,31 +154,41 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     const auto elapsed = [&] { return std::chrono::duration<double>(Clock::now() - begin).count(); };
     const pid_t child = ::fork();
     if (child < 0) throw failure("no process");
-    if (child == 0) become(pointers.data(), directory.c_str(), writing->get(), shared.get(), log.get());
+    if (child == 0) become(pointers.data(), home.c_str(), writing->get(), shared.get(), log.get());
     writing.reset();
 
     Outcome outcome;
     std::string lines;
-    bool done = false;
+    bool done = false, isOpen = true;
     std::string excess;
+    const auto hasEnded = [child] {
+        siginfo_t info{};
+        return ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+               info.si_pid == child;
+    };
     for (;;) {
         if (elapsed() > limits.seconds)
             excess = "it takes longer than " + UTILS::writeNumber(limits.seconds) + " seconds";
         else if (residentOf(child) > limits.mebibytes * 1024 * 1024)
             excess = "it takes more than " + UTILS::writeNumber(limits.mebibytes) + " MiB of memory";
         if (!excess.empty()) break;
-        constexpr int kLookAgain = 100;  // milliseconds
-        pollfd waiting{reading.get(), POLLIN, 0};
-        if (::poll(&waiting, 1, kLookAgain) <= 0) continue;
+        constexpr int kLookAgain = 100, kSoon = 5;  // milliseconds
+        pollfd waiting{isOpen ? reading.get() : -1, POLLIN, 0};
+        if (::poll(&waiting, 1, isOpen ? kLookAgain : kSoon) <= 0) {
+            // What it has started may hold the pipe open, or it may have closed it itself.
+            if (hasEnded()) break;
+            continue;
+        }
         char buffer[4096];
         const auto count = ::read(reading.get(), buffer, sizeof buffer);
-        if (count <= 0) break;
+        isOpen = count > 0;
+        if (!isOpen) continue;
         lines.append(buffer, static_cast<std::size_t>(count));
         for (std::size_t end; (end = lines.find('\n')) != std::string::npos; lines.erase(0, end + 1))
             take(outcome, lines.substr(0, end), done);
     }
     // What it has started, too.
-    if (!excess.empty()) ::kill(-child, SIGKILL);
+    ::kill(-child, SIGKILL);
     int status = 0;
     ::waitpid(child, &status, 0);
     outcome.seconds = elapsed();
@@ -195,23 +208,26 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     return outcome;
 }
 
-int runHere(const Check& check, const Settings& settings) {
+int runHere(const Check& check, const Settings& given) {
     // A process that was made for it has what it shares; one that was not tells the person.
-    const bool isShared = ::lseek(kSituation, 0, SEEK_END) == static_cast<off_t>(sizeof(Situation));
+    const bool isShared = !given.home.empty();
     static Situation own;
     Situation* const shared = isShared ? mapSituation(kSituation) : nullptr;
     Situation& situation = shared ? *shared : own;
     const std::string directory = std::filesystem::current_path();
     std::unique_ptr<Scratch> scratch;
+    Settings settings = given;
     if (isShared) {
         ::fcntl(kFindings, F_SETFD, FD_CLOEXEC);
         ::close(kSituation);
+        // What is orphaned comes here, and is seen.
+        ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     } else {
         scratch = std::make_unique<Scratch>();
-        std::filesystem::current_path(scratch->path());
+        settings.home = scratch->home();
+        std::filesystem::current_path(settings.home);
     }
-    const std::string home = std::filesystem::current_path();
-    ::setenv("HOME", home.c_str(), 1);
+    ::setenv("HOME", settings.home.c_str(), 1);
     Findings findings(isShared ? kFindings : STDOUT_FILENO, situation, !isShared);
     Context context{settings, findings, situation};
     try {

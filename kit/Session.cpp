@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
+
+#include "kit/Process.h"
 
 namespace kit {
 
@@ -51,11 +54,10 @@ constexpr const char* kOverlay =
 
 }  // namespace
 
-void resetFiles() {
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::current_path()))
-        std::filesystem::remove_all(entry);
-    std::ofstream("chosen.zel") << kOverlay;
-    std::ofstream("host.zel") << kOverlay;
+void resetFiles(const std::string& home) {
+    if (!isScratch(home)) throw std::logic_error("\"" + home + "\" was not made for this check");
+    for (const auto& entry : std::filesystem::directory_iterator(home)) std::filesystem::remove_all(entry);
+    for (const char* const name : {"/chosen.zel", "/host.zel"}) std::ofstream(home + name) << kOverlay;
 }
 
 void* Hands::usable_(Test test) {
@@ -177,6 +179,21 @@ void Hands::closeDialogs() {
     }
 }
 
+/// An event of the mouse that nobody expects.
+void Hands::stray_() {
+    using Mouse = Plugin::Mouse;
+    const auto type = static_cast<Mouse>(upTo_(static_cast<int>(Mouse::Wheel) + 1));
+    const int x = upTo_(800), y = upTo_(600);
+    const auto modifiers = static_cast<std::uint32_t>(upTo_(8));
+    if (type != Mouse::Leave) plugin_.mouse(Mouse::Motion, x, y, modifiers);
+    plugin_.mouse(type, x, y, modifiers, type == Mouse::Wheel ? 120 * (upTo_(5) - 2) : 0);
+    // To each press there is a release.
+    const bool isLeft = type == Mouse::LeftPress || type == Mouse::LeftDoubleClick;
+    if (isLeft) plugin_.mouse(Mouse::LeftRelease, x, y, modifiers);
+    if (type == Mouse::MiddlePress) plugin_.mouse(Mouse::MiddleRelease, x, y, modifiers);
+    if (type == Mouse::RightPress) plugin_.mouse(Mouse::RightRelease, x, y, modifiers);
+}
+
 void Hands::event_() {
     const auto code = static_cast<PIApplicationEvents_t>(upTo_(18));
     const std::uint64_t id = host_.platforms.empty() ? 1 : host_.platforms.begin()->first;
@@ -201,7 +218,7 @@ void Hands::file_() {
 }
 
 void Hands::step_() {
-    switch (upTo_(16)) {
+    switch (upTo_(17)) {
         case 0:
         case 1:
         case 2:
@@ -225,6 +242,8 @@ void Hands::step_() {
             return file_();
         case 14:
             return upTo_(3) ? plugin_.frame() : event_();
+        case 15:
+            return stray_();
         default:
             if (upTo_(4) == 0) closeDialogs();
             return menuItems();
@@ -262,11 +281,11 @@ std::vector<std::pair<std::string, std::function<void()>>> Hands::incidents() {
 }
 
 Session::Session(Context& c) : context(c), host(c.findings, c.situation, this), seed(c.settings.seed) {
-    host.directory = std::filesystem::current_path();
+    host.directory = c.settings.home;
 }
 
 bool Session::play() {
-    resetFiles();
+    resetFiles(context.settings.home);
     Plugin plugin(context.settings.library, context.findings, context.situation);
     Hands hands(plugin, host, seed);
     plugin.initialise(host);

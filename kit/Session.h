@@ -42,6 +42,7 @@ class Hands {
     void type_();
     void act_();
     void click_(int x, int y);
+    void stray_();
     void event_();
     void file_();
 
@@ -69,8 +70,8 @@ struct Session {
     static constexpr int kSteps = 150;
 };
 
-/// Empties the process's own directory, in which file dialogs and the plug-in's settings have their files,
-/// but for an overlay that can be opened.
-void resetFiles();
+/// Empties Settings::home, in which file dialogs and the plug-in's settings have their files, but for an
+/// overlay that can be opened. Never the working directory: a plug-in may have changed that.
+void resetFiles(const std::string& home);
 
 }  // namespace kit

@@ -144,6 +144,7 @@ int run(int argc, char** argv) {
                  "Also what the contract does not ask; and let remarks count as faults");
     app.add_flag("--json", options.json, "Print JSON");
     app.add_flag("-v,--verbose", options.verbose, "Print times and figures");
+    app.add_option("--home", settings.home)->group("");  // between processes of this program
     app.add_flag("--in-process", options.inProcess,
                  "Run one check in this process, for a debugger or a memory checker");
     try {

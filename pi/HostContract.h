@@ -56,10 +56,10 @@
 //   void    HPI_InitializeFunctionMap(PIServiceTable*, void* instance)
 //   int32_t HPI_PluginDispatchFunction(int32_t number, void* a1, void* a2, void* a3, void* a4, void* a5)
 //           a1 is the event's PIFunctionParams_t*; numbers are PIClientFunctions_t. Returns 0, always: what
-//           there is to answer stands in the record. Unknown numbers, a null record and a plug-in that was
-//           closed do nothing; of the last, Status says so (kStatusClosed). A zero-filled block of
-//           sizeof(PIFunctionParams_t) bytes is a valid empty record; PIFunctionParamsC.h makes, fills and
-//           reads records in C.                                                               [after init]
+//           there is to answer stands in the record. Unknown numbers, a null record (but a Close's) and a
+//           plug-in that was closed do nothing; the Status of StartUp, Close, Callback and of
+//           ConfigureCommandLine is kStatusClosed then. A zero-filled block of sizeof(PIFunctionParams_t)
+//           bytes is a valid empty record; PIFunctionParamsC.h makes, fills and reads them in C. [after init]
 //   void    HPI_CleanUpPlugin()
 //
 // EVENTS

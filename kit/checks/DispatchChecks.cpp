@@ -77,7 +77,7 @@ void checkDispatch(Context& context) {
                                                     {Phase::Closed, "after Close"},
                                                     {Phase::CleanedUp, "after clean-up"}};
     for (const auto& [state, name] : states) {
-        resetFiles();
+        resetFiles(context.settings.home);
         Host host(context.findings, context.situation, &context);
         Plugin plugin(context.settings.library, context.findings, context.situation);
         if (state >= Phase::Initialised) plugin.initialise(host);

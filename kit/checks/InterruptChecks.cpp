@@ -15,14 +15,15 @@ void checkInterrupted(Context& context) {
             Session session(context);
             session.steps /= 2;
             session.seed += kind;
-            int calls = 0;
+            int calls = 0, incidentsLeft = 3000;  // a plug-in that puts all of them off would never end
             session.prepare = [&](Plugin&, Hands& hands) {
                 auto incidents = hands.incidents();
                 count = incidents.size();
                 context.situation.setRound(incidents[kind].first + " from inside every " +
                                            std::to_string(every) + ". service call");
                 session.host.onCall = [&, incident = incidents[kind].second](Service) {
-                    if (++calls % every == 0 && session.host.phase == Phase::Started) incident();
+                    if (++calls % every == 0 && session.host.phase == Phase::Started && incidentsLeft-- > 0)
+                        incident();
                 };
             };
             session.play();

@@ -113,7 +113,7 @@ void checkUse(Context& context) {
 void checkOrders(Context& context) {
     for (const Order& order : kOrders) {
         context.situation.setRound(order.name);
-        resetFiles();
+        resetFiles(context.settings.home);
         Host first(context.findings, context.situation, &first),
             second(context.findings, context.situation, &second);
         Plugin plugin(context.settings.library, context.findings, context.situation);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 
 #include "kit/Process.h"
@@ -43,6 +44,19 @@ void judgeVersions(Findings& findings, const Plugin& plugin, const std::string& 
     expect(plugin.bitWidth() == 64, "HPI_GetBitWidth is not 64");
     expect(plugin.isDebugMode() == 0, "HPI_IsDebugMode is not 0");
     expect(plugin.compilerVersion() > 0, "HPI_GetCompilerVersion is no version");
+}
+
+/// What is lost in each quarter of the rounds, not in a step or two, in bytes a round.
+double steadyLoss(const std::vector<double>& heaps) {
+    constexpr std::size_t kQuarters = 4;
+    if (heaps.size() <= 2 * kQuarters) return 0.0;
+    double least = std::numeric_limits<double>::max();
+    for (std::size_t quarter = 0; quarter < kQuarters; ++quarter) {
+        const std::size_t from = (heaps.size() - 1) * quarter / kQuarters;
+        const std::size_t to = (heaps.size() - 1) * (quarter + 1) / kQuarters;
+        least = std::min(least, (heaps[to] - heaps[from]) / static_cast<double>(to - from));
+    }
+    return least;
 }
 
 }  // namespace
@@ -107,12 +121,15 @@ void checkRounds(Context& context) {
     const int rounds = context.settings.rounds;
     const int warmUp = std::min(100, rounds / 3);
     Memory first;
+    std::vector<double> heaps;
+    heaps.reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds && context.findings.faults() == 0; ++round) {
         context.situation.setRound("round " + std::to_string(round + 1));
         Session session(context);
         session.steps = 30;
         session.play();
         if (round == warmUp) first = Memory::now();
+        if (round >= warmUp) heaps.push_back(Memory::now().heap);
     }
     context.situation.setRound({});
     // Rounds that were cut short by another fault say nothing of memory.
@@ -125,7 +142,9 @@ void checkRounds(Context& context) {
     context.findings.figure("more-resident-bytes", resident);
     // What the loader and the library of C keep for themselves comes in steps, and stops.
     constexpr double kAllowedHeap = 32.0 * 1024, kAllowedResident = 1024.0 * 1024;
-    if (heap > kAllowedHeap && heap / since > 16.0)
+    constexpr double kAllowedEach = 16.0;
+    const bool isLost = heap > kAllowedHeap && heap / since > kAllowedEach;
+    if (isLost || steadyLoss(heaps) > kAllowedEach)
         context.findings.fault("memory is lost: " + std::to_string(std::lround(heap / since)) +
                                " bytes of the heap in each of " + std::to_string(std::lround(since)) +
                                " rounds");

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include "pi/HostContract.h"
 
@@ -117,7 +118,9 @@ void close() {
 void startUp() {
     if (stage != Stage::New) return;
     stage = Stage::Started;
-    if (has("forgetful")) new char[1024]();
+    if (has("forgetful")) new char[200]();
+    if (has("astray") && chdir("/proc") != 0) return;
+    if (has("breeds") && fork() == 0) std::this_thread::sleep_for(std::chrono::hours(1));
     if (has("foreign-locale")) std::setlocale(LC_ALL, "C.UTF-8");
     item = reinterpret_cast<void*>(call<PI_DATA_POINTER_STRING_AND_FUNCTION>(
         Id::CreateMenuItem, nullptr, "Broken...", callback(showDialog)));

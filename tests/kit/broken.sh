@@ -39,7 +39,9 @@ throws throwing-once an exception comes out of .*deliberate
 greedy interrupted a mouse event is consumed from inside another entry
 hangs use it takes longer than 5 seconds .*event 2
 hungry use it takes more than 500 MiB of memory .*event 2
-forgetful rounds memory is lost: 10[0-9][0-9] bytes
+forgetful rounds memory is lost: 2[0-9][0-9] bytes
+astray loading the process has another working directory
+breeds loading the process has another child processes
 END
 "$checker" --json --only use "$broken" | python3 -c 'import json, sys; report = json.load(sys.stdin)
 assert report["passed"] and report["checks"][0]["figures"]["service-calls"] > 100, report'
