@@ -16,9 +16,9 @@ constexpr std::int32_t kCaptionLetters = 18;
 /// A rectangle's.
 constexpr std::int32_t kPanelRows = 16;
 /// Caption, field and unit of a longitude.
-constexpr std::int32_t kPanelLetters = 70;
+constexpr std::int32_t kPanelLetters = 67;
 /// The end of a path.
-constexpr std::int32_t kFileLetters = 18;
+constexpr std::int32_t kFileLetters = 13;
 
 }  // namespace
 
@@ -54,11 +54,11 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       redo(&stepButtons, "Redo", callbacks.make(&OverlayEditorDialog::onCmdRedo)),
       duplicate(&stepButtons, "Duplicate\tCopy the selected shape, where it is",
                 callbacks.make(&OverlayEditorDialog::onCmdDuplicate)),
-      rings(&stepButtons, "Rings...\tMake circles about one center",
-            callbacks.make(&OverlayEditorDialog::onCmdRings)),
       styleRow(&listGroup, PIGUI::PILayoutFillX),
       style(&styleRow, "Same style for all\tGive the selected shape's colors, width and filling to others",
             callbacks.make(&OverlayEditorDialog::onCmdSameStyle)),
+      rings(&styleRow, "Rings...\tMake circles about one center",
+            callbacks.make(&OverlayEditorDialog::onCmdRings)),
 
       generalGroup(&left, "General Options"),
       general(&generalGroup, 2),

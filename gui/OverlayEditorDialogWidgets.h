@@ -39,9 +39,9 @@ struct OverlayEditorDialog::Widgets {
     PIGUI::PIButton undo;
     PIGUI::PIButton redo;
     PIGUI::PIButton duplicate;
-    PIGUI::PIButton rings;
     PIGUI::PIHorizontalFrame styleRow;
     PIGUI::PIOptionMenu style;
+    PIGUI::PIButton rings;
 
     PIGUI::PIGroupBox generalGroup;
     PIGUI::PIHorizontalMatrix general;

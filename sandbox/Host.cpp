@@ -7,7 +7,6 @@
 #include <QMenuBar>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QScreen>
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -76,25 +75,8 @@ PIMouseEventType_t typeOf(ViewMouseEvent::Kind kind) {
     return PIMouseEventType_t::Motion;
 }
 
-const char* const kGeometryKey = "Host/Window";
-const char* const kLayoutKey = "Host/Layout";
 const char* const kTitleKey = "Host/PrintTitle";
 const char* const kGreetedKey = "Host/FirstStepsRead";
-
-/// The place and size that a window had may have been those of a larger screen.
-void fitIntoScreen(QWidget& window) {
-    if (window.isMaximized() || window.isFullScreen()) return;
-    // What a window manager's frame takes, and whether it counts, there is nothing to ask yet.
-    constexpr int kTitle = 30;
-    constexpr int kSide = 8;
-    const QRect screen = window.screen()->availableGeometry().adjusted(0, kTitle, 0, 0);
-    const QSize size = window.size().boundedTo(screen.size() - QSize(kSide, kTitle + kSide));
-    const QRect room = screen.adjusted(0, 0, -size.width() - kSide, -size.height() - kTitle - kSide);
-    const QPoint place(std::clamp(window.x(), room.left(), room.right() + 1),
-                       std::clamp(window.y(), room.top(), room.bottom() + 1));
-    window.resize(size);
-    if (place != window.pos()) window.move(place);
-}
 
 std::uint32_t modifiersOf(unsigned modifiers) {
     return (modifiers & ViewMouseEvent::Shift ? PIGUI::PIModifierShift : 0U) |
@@ -110,6 +92,7 @@ Host::Host(const QString& settingsFile)
       window_(log_),
       overlays_(window_.view().overlays(), scenario_, handles_, log_),
       actions_(window_.actionsMenu(), *window_.menuBar(), settings_),
+      places_(window_, handles_, settings_),
       fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)),
       files_(std::make_unique<UserFiles>(overlays_, scenario_, window_, *fileDialogs_, settings_, log_)),
       session_(std::make_unique<Session>(*files_, overlays_, scenario_, window_.view(), settings_)),
@@ -260,6 +243,9 @@ void Host::connectWindow() {
     connect(&panel, &OverlayPanel::overlayActivated, this, [this](void* handle) { showOverlays({handle}); });
     connect(&panel, &OverlayPanel::platformActivated, this, &Host::showPlatformFromAbove);
     connect(&window_, &MainWindow::closeAllRequested, this, [this] { files_->closeAll(); });
+    connect(session_.get(), &Session::kept, &places_, &WindowPlaces::keep);
+    connect(session_.get(), &Session::restored, &places_, &WindowPlaces::reopenDialogs);
+    connect(&places_, &WindowPlaces::changed, session_.get(), &Session::keepSoon);
     connect(&window_, &MainWindow::closing, this, [this] {
         session_->finish();
         closePlugins();
@@ -329,15 +315,7 @@ void Host::lookAt(const std::vector<const OverlayScene::Entry*>& entries) {
 }
 
 void Host::greet() {
-    const auto bytes = [this](const char* key) {
-        return QByteArray::fromBase64(settings_.value(key).toLatin1());
-    };
-    if (window_.restoreGeometry(bytes(kGeometryKey))) fitIntoScreen(window_);
-    window_.restoreState(bytes(kLayoutKey));
-    connect(&window_, &MainWindow::closing, this, [this] {
-        settings_.setValue(kGeometryKey, window_.saveGeometry().toBase64());
-        settings_.setValue(kLayoutKey, window_.saveState().toBase64());
-    });
+    places_.restoreWindow();
     if (!settings_.value(kGreetedKey).isEmpty()) return;
     connect(new FirstSteps(view()), &FirstSteps::understood, this,
             [this] { settings_.setValue(kGreetedKey, "yes"); });

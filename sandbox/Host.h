@@ -19,6 +19,7 @@
 #include "sandbox/ServiceTable.h"
 #include "sandbox/Settings.h"
 #include "sandbox/TrackLines.h"
+#include "sandbox/WindowPlaces.h"
 #include "sandbox/scenario/Scenario.h"
 #include "sandbox/services/PluginRegistrations.h"
 
@@ -70,7 +71,7 @@ class Host : public QObject {
     /// Builds and pops up the menu that a right click in the overlay panel opens.
     void openOverlayMenu(const std::vector<void*>& handles, const QPoint& globalPosition);
     void openPlatformMenu(std::uint64_t id, const QPoint& globalPosition);
-    /// Puts the window where it was last time, and keeps where it will be; tells a newcomer how to begin.
+    /// Puts the window where it was last time; tells a newcomer how to begin.
     void greet();
     /// Turns the view to everything that is drawn.
     void showEverything();
@@ -114,6 +115,7 @@ class Host : public QObject {
     PluginRegistrations registrations_;
     PluginActions actions_;
     FieldKeys fieldKeys_;
+    WindowPlaces places_;
     std::unique_ptr<FileDialogs> fileDialogs_;
     std::unique_ptr<UserFiles> files_;
     std::unique_ptr<Session> session_;

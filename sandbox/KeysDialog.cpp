@@ -42,6 +42,7 @@ KeysDialog::KeysDialog(PluginActions& actions, QWidget* parent) : QDialog(parent
         if (sequence.count() > 1) keys_->setKeySequence(QKeySequence(sequence[sequence.count() - 1]));
         judge();
     });
+    keys_->installEventFilter(this);
     auto* caption = new QLabel("&New key:");
     caption->setBuddy(keys_);
     add_ = new QPushButton("&Add");
@@ -88,6 +89,18 @@ void KeysDialog::keyPressEvent(QKeyEvent* event) {
     // Enter is a key to be bound like others: it closes nothing.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return;
     QDialog::keyPressEvent(event);
+}
+
+bool KeysDialog::eventFilter(QObject*, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return false;
+    const auto& key = static_cast<QKeyEvent&>(*event);
+    // Somebody who presses it again wants to leave.
+    const bool leaves = key.key() == Qt::Key_Escape && pressed() == QKeySequence(Qt::Key_Escape);
+    const bool quits = key.matches(QKeySequence::Quit);
+    if (!leaves && !quits) return false;
+    reject();
+    if (quits) parentWidget()->close();
+    return true;
 }
 
 void KeysDialog::list() {
@@ -140,7 +153,8 @@ void KeysDialog::judge() {
     else if (holder)
         text = QString("%1 is the program's own key, for \"%2\".")
                    .arg(key.toString(QKeySequence::NativeText), Caption::plain(holder->text()));
-    clash_->setText(text);
+    if (key == QKeySequence(Qt::Key_Escape)) text += " Once more closes this window.";
+    clash_->setText(text.trimmed().isEmpty() ? " " : text.trimmed());
 }
 
 void KeysDialog::add() {

@@ -2,8 +2,10 @@
 
 #include <QMenuBar>
 #include <algorithm>
+#include <utility>
 
 #include "sandbox/Settings.h"
+#include "sandbox/widgets/DialogBox.h"
 
 namespace sandbox {
 
@@ -48,6 +50,11 @@ bool related(const QString& a, const QString& b) {
 
 PluginActions::PluginActions(QMenu& menu, const QMenuBar& hostMenus, Settings& settings)
     : menu_(menu), hostMenus_(hostMenus), settings_(settings), end_(menu.addSeparator()) {
+    for (const auto& [label, key] : {std::pair{"Save", QKeySequence(QKeySequence::Save)},
+                                     std::pair{"Fold Dialog", QKeySequence(DialogBox::kFoldKey)}}) {
+        dialogKeys_ << new QAction(label, this);
+        dialogKeys_.last()->setShortcut(key);
+    }
     arrangeSoon_.setSingleShot(true);
     arrangeSoon_.setInterval(0);
     connect(&arrangeSoon_, &QTimer::timeout, this, &PluginActions::arrange);
@@ -92,7 +99,8 @@ const QAction* PluginActions::holder(const QKeySequence& key) const {
     // Alt and a letter opens a menu.
     for (const QAction* menu : hostMenus_.actions())
         if (!key.isEmpty() && QKeySequence::mnemonic(menu->text()) == key) return menu;
-    return holderIn(hostMenus_.actions(), key);
+    const QAction* inMenus = holderIn(hostMenus_.actions(), key);
+    return inMenus ? inMenus : holderIn(dialogKeys_, key);
 }
 
 void PluginActions::store(const Entry& entry, const Keys& keys) {

@@ -42,7 +42,8 @@ class PluginActions : public QObject {
 
     /// Those that live, in the order in which they came.
     std::vector<Entry> entries() const;
-    /// The command, of a plug-in or of the host, that has the key; null if it is free.
+    /// The command, of a plug-in or of the host, that has the key; null if it is free. The host's are those
+    /// of its menus, and those of plug-ins' dialogs.
     const QAction* holder(const QKeySequence& key) const;
     /// Binds these keys alone and keeps them. Plug-ins' actions that have one of them lose it.
     /// \return false, and nothing is changed, when a command of the host's has one
@@ -65,6 +66,8 @@ class PluginActions : public QObject {
     QMenu& menu_;
     const QMenuBar& hostMenus_;
     Settings& settings_;
+    /// They do nothing, and stand for what each dialog does by itself.
+    QList<QAction*> dialogKeys_;
     std::vector<Entry> entries_;
     QAction* end_;  ///< of the plug-ins' part of the menu
     QList<QAction*> separators_;

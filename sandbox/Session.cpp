@@ -46,15 +46,16 @@ Session::Session(UserFiles& files, OverlayFiles& overlays, Scenario& scenario, G
     keepSoon_.setSingleShot(true);
     keepSoon_.setInterval(kKeepMilliseconds);
     connect(&keepSoon_, &QTimer::timeout, this, &Session::keep);
-    const auto keepSoon = [this] {
-        if (keeping_ && !keepSoon_.isActive()) keepSoon_.start();
-    };
-    connect(&overlays_, &OverlayFiles::filesChanged, this, keepSoon);
-    connect(&scenario_, &Scenario::platformAdded, this, keepSoon);
-    connect(&scenario_, &Scenario::platformRemoved, this, keepSoon);
-    connect(&scenario_, &Scenario::timeChanged, this, keepSoon);
-    connect(&scenario_, &Scenario::clockChanged, this, keepSoon);
-    connect(&view_, &GlobeView::cameraChanged, this, keepSoon);
+    connect(&overlays_, &OverlayFiles::filesChanged, this, &Session::keepSoon);
+    connect(&scenario_, &Scenario::platformAdded, this, &Session::keepSoon);
+    connect(&scenario_, &Scenario::platformRemoved, this, &Session::keepSoon);
+    connect(&scenario_, &Scenario::timeChanged, this, &Session::keepSoon);
+    connect(&scenario_, &Scenario::clockChanged, this, &Session::keepSoon);
+    connect(&view_, &GlobeView::cameraChanged, this, &Session::keepSoon);
+}
+
+void Session::keepSoon() {
+    if (keeping_ && !keepSoon_.isActive()) keepSoon_.start();
 }
 
 void Session::begin() {
@@ -70,7 +71,9 @@ void Session::finish() {
 }
 
 void Session::keep() {
-    if (keeping_) settings_.setValue(kKey, text());
+    if (!keeping_) return;
+    settings_.setValue(kKey, text());
+    emit kept();
 }
 
 QString Session::text() const {
@@ -110,6 +113,11 @@ QString Session::text() const {
 void Session::restore() {
     const QJsonObject session = QJsonDocument::fromJson(settings_.value(kKey).toUtf8()).object();
     if (session.isEmpty()) return;
+    open(session);
+    emit restored();
+}
+
+void Session::open(const QJsonObject& session) {
     for (const QJsonValue& file : session["platformFiles"].toArray()) files_.open(file.toString());
     // A platform file opens what it names; the session knows better.
     for (LoadedOverlay* overlay : overlays_.files()) overlays_.unload(*overlay);

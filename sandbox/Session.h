@@ -4,6 +4,8 @@
 #include <QString>
 #include <QTimer>
 
+class QJsonObject;
+
 namespace sandbox {
 
 class GlobeView;
@@ -17,6 +19,8 @@ class UserFiles;
 /// files with the platform that each is attached to and whether it is shown, the clock and the camera. An
 /// overlay file cannot name its platform, so the host keeps that.
 class Session : public QObject {
+    Q_OBJECT
+
   public:
     Session(UserFiles& files, OverlayFiles& overlays, Scenario& scenario, GlobeView& view,
             Settings& settings);
@@ -27,9 +31,17 @@ class Session : public QObject {
     void finish();
     /// Opens what the settings hold. What cannot be opened is named in the log, and the rest is.
     void restore();
+    /// Something has changed that is kept with it.
+    void keepSoon();
+
+  signals:
+    /// It was kept; what belongs to it may be, too.
+    void kept();
+    void restored();
 
   private:
     void keep();
+    void open(const QJsonObject& session);
     QString text() const;
 
     UserFiles& files_;

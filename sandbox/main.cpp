@@ -183,8 +183,9 @@ int main(int argc, char** argv) {
     // What is larger than the user may write is a message, no end.
     std::signal(SIGXFSZ, SIG_IGN);
     sandbox::ScriptRun* running = nullptr;
-    const sandbox::EndSignals endSignals([&running](int number) {
+    const sandbox::EndSignals endSignals([&running, &host](int number) {
         if (running) running->interrupt();
+        host.session().finish();
         QApplication::exit(128 + number);
     });
     host.window().resize(options.size);

@@ -1,8 +1,10 @@
 #include "sandbox/widgets/Containers.h"
 
 #include <QFrame>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "pi/HostStructures.h"
 #include "sandbox/widgets/Caption.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr int kSpacing = 6;
 constexpr int kMargin = 8;
+constexpr int kHandle = 12;
 /// A column behind those that are used. It takes the width that no child of the table wants.
 constexpr int kSpareColumn = 64;
 
@@ -78,6 +81,38 @@ bool BoxWidget::holdsColumns() const {
 void BoxWidget::stack(bool below) {
     layout_->setDirection(below ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     for (HostWidget* child : children()) roomChanged(*child);
+    if (below) fold(false);
+    if (handle_) handle_->setVisible(!below);
+}
+
+void BoxWidget::offerFolding(const QString& tooltip, std::function<void()> told) {
+    if (handle_) return;
+    handle_ = new QToolButton;
+    handle_->setAutoRaise(true);
+    handle_->setFocusPolicy(Qt::NoFocus);
+    handle_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    handle_->setFixedWidth(kHandle);
+    handle_->setArrowType(Qt::LeftArrow);
+    handle_->setToolTip(tooltip);
+    layout_->insertWidget(1, handle_);
+    QObject::connect(handle_, &QToolButton::clicked, handle_, [this, told = std::move(told)] {
+        fold(!folded_);
+        told();
+    });
+}
+
+void BoxWidget::toggleFold() {
+    if (handle_ && handle_->isVisible()) handle_->click();
+}
+
+void BoxWidget::fold(bool folded) {
+    if (!handle_ || folded == folded_) return;
+    folded_ = folded;
+    children().front()->setShown(!folded);
+    // What it needs now counts at once, not with the next event.
+    layout_->activate();
+    widget()->updateGeometry();
+    handle_->setArrowType(folded ? Qt::RightArrow : Qt::LeftArrow);
 }
 
 GroupBox::GroupBox(const QString& title, std::uint32_t layoutOptions)

@@ -3,9 +3,12 @@
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <functional>
 #include <map>
 
 #include "sandbox/widgets/HostWidget.h"
+
+class QToolButton;
 
 namespace sandbox {
 
@@ -22,6 +25,12 @@ class BoxWidget : public ContainerWidget {
     bool holdsColumns() const;
     /// The columns of a row stand below each other, as on a screen that is too narrow for both.
     void stack(bool below);
+    /// Puts a handle behind the first column, with which the user hides and shows it. `told` hears of it.
+    void offerFolding(const QString& tooltip, std::function<void()> told);
+    /// What the handle does, where it is shown.
+    void toggleFold();
+    void fold(bool folded);
+    bool isFolded() const { return folded_; }
 
   protected:
     BoxWidget(const char* kind, QWidget* widget, Direction direction, std::uint32_t layoutOptions);
@@ -34,6 +43,8 @@ class BoxWidget : public ContainerWidget {
     const char* kind_;
     Direction direction_;
     QBoxLayout* layout_;
+    QPointer<QToolButton> handle_;
+    bool folded_ = false;
 };
 
 class GroupBox final : public BoxWidget {

@@ -1,6 +1,7 @@
 #include "sandbox/widgets/DialogBox.h"
 
 #include <QMainWindow>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QShortcut>
 #include <optional>
@@ -56,9 +57,10 @@ DialogBox::DialogBox(QWidget* owner, const std::string& title, Settings& sizes) 
     QObject::connect(new QShortcut(QKeySequence::Save, window), &QShortcut::activated, window,
                      [window] { pressButton(*window, "Save") || pressButton(*window, "Save As..."); });
     window->focusAboutToMove = [this] { orderFocus_(); };
-    window->resizedByUser = [this](QSize size) {
-        sizes_.setValue(sizeKey_(), QString("%1x%2").arg(size.width()).arg(size.height()));
-    };
+    window->placedByUser = [this] { keepPlace_(); };
+    QObject::connect(new QShortcut(kFoldKey, window), &QShortcut::activated, window, [this] {
+        if (BoxWidget* columns = columns_()) columns->toggleFold();
+    });
 }
 
 DialogBox::~DialogBox() {
@@ -68,6 +70,36 @@ DialogBox::~DialogBox() {
 
 DialogWindow& DialogBox::window_() const {
     return *static_cast<DialogWindow*>(widget());
+}
+
+void DialogBox::keepPlace_() {
+    const QSize size = window_().given();
+    const QPoint corner = window_().pos();
+    sizes_.setValue(sizeKey_(),
+                    QString::asprintf("%dx%d%+d%+d", size.width(), size.height(), corner.x(), corner.y()));
+}
+
+QRegularExpressionMatch DialogBox::kept_() const {
+    static const QRegularExpression form("^(\\d+)x(\\d+)(?:([+-]\\d+)([+-]\\d+))?$");
+    return form.match(sizes_.value(sizeKey_()));
+}
+
+BoxWidget* DialogBox::columns_() const {
+    for (HostWidget* child : children())
+        if (auto* box = dynamic_cast<BoxWidget*>(child); box && box->holdsColumns()) return box;
+    return nullptr;
+}
+
+bool DialogBox::isFolded_() const {
+    const BoxWidget* columns = columns_();
+    return columns && columns->isFolded();
+}
+
+void DialogBox::folded_() {
+    sizes_.setValue(foldKey_(), isFolded_() ? "true" : "");
+    // Unfolded again, nothing is narrower than before.
+    if (isFolded_()) unfolded_ = window_().size();
+    window_().refit(keptSize_(), isFolded_() ? QSize(0, 0) : unfolded_);
 }
 
 bool DialogBox::setText(const QString& text) {
@@ -107,14 +139,17 @@ void DialogBox::orderFocus_() const {
 }
 
 void DialogBox::stackColumns_(bool below) const {
-    for (HostWidget* child : children())
-        if (auto* box = dynamic_cast<BoxWidget*>(child); box && box->holdsColumns()) box->stack(below);
+    if (BoxWidget* columns = columns_()) columns->stack(below);
 }
 
 void DialogBox::open() {
     DialogWindow& window = window_();
     window.startWithOneColumn();
     stackColumns_(false);
+    if (BoxWidget* columns = columns_(); columns && !wasOpen_) {
+        columns->offerFolding("Hides the left column, or shows it (F9)", [this] { folded_(); });
+        columns->fold(sizes_.value(foldKey_()) == "true");
+    }
     fit_();
     if (window.isTooWide()) {
         stackColumns_(true);
@@ -122,9 +157,11 @@ void DialogBox::open() {
     }
     if (!wasOpen_) {
         wasOpen_ = true;
-        const QStringList size = sizes_.value(sizeKey_()).split('x');
-        if (size.size() == 2) window.give(QSize(size[0].toInt(), size[1].toInt()));
-        place_();
+        window.give(keptSize_());
+        if (const auto place = kept_(); place.hasCaptured(3))
+            window.move(place.captured(3).toInt(), place.captured(4).toInt());
+        else
+            place_();
     }
     window.show();
     // Only what is shown has its looks, and knows its size.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRegularExpressionMatch>
+
 #include "pi/HostObservers.h"
 #include "sandbox/widgets/Containers.h"
 
@@ -10,10 +12,14 @@ class Settings;
 
 /// A window of a plug-in's, not modal, hidden at the start. Its children stand in a column; in two when one
 /// is too tall for the screen, and what is still too tall scrolls. A row of buttons that comes last stays
-/// below them, always in sight. The Tab key follows the order in which the widgets stand.
+/// below them, always in sight. The Tab key follows the order in which the widgets stand. Of columns beside
+/// each other the user can fold the first one away, so that more of the view is seen.
 class DialogBox final : public ContainerWidget {
   public:
-    /// \param sizes where the size that the user gave it is kept from run to run; must outlive it
+    /// What folds its first column.
+    static constexpr Qt::Key kFoldKey = Qt::Key_F9;
+
+    /// \param sizes where the place and size that the user gave it are kept from run to run; must outlive it
     DialogBox(QWidget* owner, const std::string& title, Settings& sizes);
     ~DialogBox() override;
 
@@ -44,11 +50,21 @@ class DialogBox final : public ContainerWidget {
     PIGUI::PICloseObserver* observer_ = nullptr;
     /// Beside what is looked at: where it covers least of the view.
     void place_();
-    QString sizeKey_() const { return "Dialogs/" + caption(); }
+    bool isFolded_() const;
+    /// The settings have a place and a size for each of its two shapes.
+    QString sizeKey_() const { return (isFolded_() ? "FoldedDialogs/" : "Dialogs/") + caption(); }
+    QString foldKey_() const { return "Folded/" + caption(); }
+    void keepPlace_();
+    QRegularExpressionMatch kept_() const;
+    QSize keptSize_() const { return {kept_().captured(1).toInt(), kept_().captured(2).toInt()}; }
+    /// The row of columns; null when it has none, or they stand below each other.
+    BoxWidget* columns_() const;
+    void folded_();
 
     Settings& sizes_;
     HostWidget* footer_ = nullptr;
     bool wasOpen_ = false;
+    QSize unfolded_{0, 0};  ///< as large as it was before it was folded
 };
 
 }  // namespace sandbox

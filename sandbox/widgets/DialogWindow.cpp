@@ -4,6 +4,7 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 #include <algorithm>
 
 namespace sandbox {
@@ -141,7 +142,7 @@ QSize DialogWindow::wanted() const {
     return size.boundedTo(available);
 }
 
-void DialogWindow::fit() {
+void DialogWindow::fit(bool mayShrink) {
     if (fitting_) return;
     fitting_ = true;
     const int before = columns_;
@@ -157,8 +158,9 @@ void DialogWindow::fit() {
     const QSize size = wanted();
     scroll_->setMinimumWidth(std::min(content_->minimumSizeHint().width(), available.width()));
     const QSize old = this->size();
-    resize(columns_ == before && isVisible() ? size.expandedTo(old)
-                                             : size.expandedTo(given_).boundedTo(available));
+    layout()->activate();
+    resize(columns_ == before && isVisible() && !mayShrink ? size.expandedTo(old)
+                                                           : size.expandedTo(given_).boundedTo(available));
     if (isVisible() && this->size() != old) keepOnScreen();
     fitting_ = false;
 }
@@ -171,6 +173,31 @@ bool DialogWindow::isTooWide() const {
 void DialogWindow::give(QSize size) {
     given_ = size;
     fit();
+}
+
+void DialogWindow::refit(QSize given, QSize least) {
+    const QRect before = frameGeometry();
+    const bool onTheRight = before.center().x() > screen()->availableGeometry().center().x();
+    given_ = given;
+    fit(true);
+    resize(size().expandedTo(least).boundedTo(room()));
+    if (onTheRight) move(before.right() + 1 - frameGeometry().width(), before.top());
+    keepOnScreen();
+}
+
+void DialogWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (settled_) return;
+    constexpr int kFramed = 300;
+    QTimer::singleShot(kFramed, this, [this] {
+        if (isVisible()) keepOnScreen();
+        settled_ = true;
+    });
+}
+
+void DialogWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (event->spontaneous() && settled_ && placedByUser) placedByUser();
 }
 
 void DialogWindow::keepOnScreen() {
@@ -188,7 +215,7 @@ void DialogWindow::resizeEvent(QResizeEvent* event) {
     if (!event->spontaneous() && isVisible()) keepOnScreen();
     if (fitting_ || !event->spontaneous()) return;
     given_ = size();
-    if (resizedByUser) resizedByUser(given_);
+    if (placedByUser) placedByUser();
 }
 
 void DialogWindow::closeEvent(QCloseEvent* event) {

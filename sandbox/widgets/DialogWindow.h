@@ -18,11 +18,8 @@ class DialogWindow final : public QWidget {
     std::function<void()> closed;
     std::function<void()> contentsChanged;
     std::function<void()> focusAboutToMove;
-    std::function<void(QSize)> resizedByUser;
-    void forgetCallbacks() {
-        closed = contentsChanged = focusAboutToMove = nullptr;
-        resizedByUser = nullptr;
-    }
+    std::function<void()> placedByUser;  ///< moved, or made larger or smaller
+    void forgetCallbacks() { closed = contentsChanged = focusAboutToMove = placedByUser = nullptr; }
 
     void addToColumns(QWidget& widget, bool wantsWidth, bool wantsHeight);
     void setFooter(QWidget& widget);
@@ -30,19 +27,25 @@ class DialogWindow final : public QWidget {
     void forget(QWidget& widget);
 
     /// Arranges the widgets for the screen, and grows to what they need, as far as there is room.
-    void fit();
+    void fit() { fit(false); }
     /// The next fit() may go back to one column; while the window is shown it would jump.
     void startWithOneColumn() { columns_ = 1; }
     /// Whether the screen is too narrow for the contents, however they are arranged.
     bool isTooWide() const;
     /// At least so large, as the user had it before, where the screen has the room.
     void give(QSize size);
-    /// Moves the window back where it can be seen whole.
+    QSize given() const { return given_; }
+    /// The contents are others: as large as they need, as the user had them, and as `least`. The side that is
+    /// nearer to the edge of the screen stays where it is.
+    void refit(QSize given, QSize least);
+    /// Moves the window back where it can be seen whole; once more when its frame is known.
     void keepOnScreen();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
@@ -62,6 +65,7 @@ class DialogWindow final : public QWidget {
     /// whichever make the taller column as short as can be.
     std::uint32_t secondColumn(int height) const;
     void arrange(std::uint32_t second);
+    void fit(bool mayShrink);
     QSize wanted() const;
 
     std::vector<Item> items_;
@@ -69,8 +73,10 @@ class DialogWindow final : public QWidget {
     /// Nothing when the items are to be put into their columns anew.
     std::optional<std::uint32_t> arranged_;
     bool fitting_ = false;
-    /// As large as the user has made it, or larger.
-    QSize given_;
+    /// As large as the user has made it, or larger; nothing as long as he has not.
+    QSize given_{0, 0};
+    /// The window manager has placed it: what moves it from then on is the user.
+    bool settled_ = false;
     QScrollArea* scroll_;
     QWidget* content_;
     QVBoxLayout* column_[2];

@@ -14,7 +14,7 @@ function show(box, name) {
 }
 
 show(editor, "editor");
-assert(editor.geometry.width < 850, "as narrow as can be: " + editor.geometry.width);
+assert(editor.geometry.width < 825, "as narrow as can be: " + editor.geometry.width);
 const kinds = editor.options("Shape:").slice(1);
 assert(kinds.length >= 15, "the kinds of shapes: " + kinds);
 for (const kind of kinds) {
@@ -80,6 +80,16 @@ for (const kind of ["Circle", "Rectangle", "Orbit", "Line", "Text", "Wedge", "Fr
     if (args[0]) editor.picture(args[0] + "/selected-" + kind.replace(" ", "-") + ".png");
 }
 selectKind("Circle");
+
+// Without its left column it is narrower, and the right side stays where it was.
+const whole = editor.geometry;
+for (const width of [500, whole.width + 1]) {
+    pressKey("F9");
+    wait(50);
+    const now = editor.geometry;
+    assert(now.width < width && now.x + now.width === whole.x + whole.width, JSON.stringify([whole, now]));
+}
+assertEqual(editor.geometry, whole);
 
 // A closed menu is no command line.
 const count = editor.items("All Shapes").length;
