@@ -102,20 +102,22 @@ uniform vec3 borderColor;
 const float kReach = 4.0;
 const float kFarReach = 36.0;
 
-// What a field says, in pixels: how far into the land, how far to a border, and how large an element is.
-// `step`: elements to a pixel.
-vec3 inPixels(vec2 found, float step) {
+// What a field says, in pixels: how far into the land, how far to a border, and how large an element is; and which
+// share of the distances that a field knows it is to the coast. `step`: elements to a pixel.
+vec4 inPixels(vec2 found, float step) {
     float level = found.x * 255.0;
     float sea = level > 64.0 ? (level - 127.5) * (kReach / 63.5)
                              : (level - 64.0) * ((kFarReach - kReach) / 64.0) - kReach;
-    return vec3(level > 127.5 ? (level - 127.5) * (kReach / 127.5) : sea, found.y * kReach, 1.0) /
-           clamp(step, 0.02, 2.5);
+    vec3 pixels = vec3(level > 127.5 ? (level - 127.5) * (kReach / 127.5) : sea, found.y * kReach, 1.0) /
+                  clamp(step, 0.02, 2.5);
+    return vec4(pixels, -sea / kFarReach);
 }
 
-vec3 paintMap(vec3 ground, vec3 field, float south) {
+vec3 paintMap(vec3 ground, vec4 field, float south) {
     float land = clamp(field.x + 0.5, 0.0, 1.0);
-    // Paler along the coasts, as on charts.
-    float rim = 1.0 - clamp(-field.x / (22.0 * unit), 0.0, 1.0);
+    // Paler along the coasts, as on charts; where pixels are large, as towards the horizon, not beyond what the
+    // field knows.
+    float rim = 1.0 - clamp(max(-field.x / (22.0 * unit), field.w), 0.0, 1.0);
     vec3 colors = mix(mix(seaColor, shoreColor, rim * rim), mix(landColor, iceColor, smoothstep(0.87, 0.91, south)), land);
     ground = mix(ground, colors, mapStrength.x);
     // Between two elements, their distances to a border are all there is: a finer line would have gaps.
@@ -193,17 +195,17 @@ void main() {
 #endif
 
 #ifdef WORLD
-    vec3 field = inPixels(texture2DLod(world, vec2(uv.x, 1.0 - uv.y), 0.0).rg,
+    vec4 field = inPixels(texture2DLod(world, vec2(uv.x, 1.0 - uv.y), 0.0).rg,
                           worldSize.y / kPi * pixelAngle * t * sqrt(a / max(facing, 0.05)));
 #endif
 #ifdef DETAIL
-    vec3 close = inPixels(texture2DLod(detail, at / detailSize + 0.5, 0.0).rg,
+    vec4 close = inPixels(texture2DLod(detail, at / detailSize + 0.5, 0.0).rg,
                           detailScale * pixelAngle * t * sqrt(a / max(facing, 0.05)));
 #ifdef WORLD
     float inside = clamp((0.48 - length(at) / detailSize) * 40.0, 0.0, 1.0);
     field = mix(field, close, inside);
 #else
-    vec3 field = close;
+    vec4 field = close;
 #endif
 #endif
 #if defined(WORLD) || defined(DETAIL)
