@@ -32,11 +32,8 @@ void overAll(benchmark::State& state, const Values& values, Function function) {
 }
 
 void bareArithmetic(benchmark::State& state) {
-    double from = Units::METERS.toBaseScalar();
-    double to = Units::FEET.toBaseScalar();
-    benchmark::DoNotOptimize(from);
-    benchmark::DoNotOptimize(to);
-    overAll(state, lengths(), [=](double value) { return value * from / to; });
+    const std::vector<double> scales{Units::METERS.toBaseScalar(), Units::FEET.toBaseScalar()};
+    overAll(state, lengths(), [&](double value) { return value * scales[0] / scales[1]; });
 }
 BENCHMARK(bareArithmetic)->Name("convert a length/bare arithmetic");
 
