@@ -44,6 +44,7 @@ class Walk {
 
     void walk(int actions) {
         for (int i = 0; i < actions; ++i) {
+            if (random_.integer(0, 4) == 0) hold_();
             const std::size_t before = history_().done();
             act_();
             ASSERT_EQ(history_().done(), seen_.size() - 1 + (history_().done() > before ? 1 : 0)) << i;
@@ -172,6 +173,21 @@ class Walk {
             const EntryScope entry;
             overlay_.addShape(random_.make(0, about_()).release());
         }
+    }
+
+    /// What a button held is given up, also what the journal has of it.
+    void hold_() {
+        history_().begin(History::Gesture::Press);
+        for (int i = random_.integer(1, 3); i > 0; --i) {
+            {
+                const EntryScope entry;
+                if (Shape* const shape = any_()) edit_(*shape);
+            }
+            if (random_.maybe()) host_.fireTimeouts();
+        }
+        const EntryScope entry;
+        history_().revert();
+        check_("held");
     }
 
     void perform_(int action) {
