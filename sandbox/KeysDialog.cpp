@@ -38,8 +38,7 @@ KeysDialog::KeysDialog(PluginActions& actions, QWidget* parent) : QDialog(parent
     keys_ = new QKeySequenceEdit;
     keys_->setToolTip("Click here, then press the key");
     connect(keys_, &QKeySequenceEdit::keySequenceChanged, this, [this](const QKeySequence& sequence) {
-        // Keys that are pressed one after the other are no key of an action: the last one counts.
-        if (sequence.count() > 1) keys_->setKeySequence(QKeySequence(sequence[sequence.count() - 1]));
+        if (sequence.count() > 1) keys_->setKeySequence(pressed());
         judge();
     });
     keys_->installEventFilter(this);
@@ -97,6 +96,8 @@ bool KeysDialog::eventFilter(QObject*, QEvent* event) {
     // Somebody who presses it again wants to leave.
     const bool leaves = key.key() == Qt::Key_Escape && pressed() == QKeySequence(Qt::Key_Escape);
     const bool quits = key.matches(QKeySequence::Quit);
+    // The field itself tells a second later.
+    if (!leaves && !quits) QMetaObject::invokeMethod(this, &KeysDialog::judge, Qt::QueuedConnection);
     if (!leaves && !quits) return false;
     reject();
     if (quits) parentWidget()->close();
@@ -125,7 +126,9 @@ std::optional<PluginActions::Entry> KeysDialog::selected() const {
 }
 
 QKeySequence KeysDialog::pressed() const {
-    return keys_->keySequence();
+    // Keys that are pressed one after the other are no key of an action: the last one counts.
+    const QKeySequence sequence = keys_->keySequence();
+    return sequence.isEmpty() ? sequence : QKeySequence(sequence[sequence.count() - 1]);
 }
 
 void KeysDialog::showSelected() {
