@@ -172,8 +172,8 @@ void Document::recover(Lost lost) {
     // No file holds it.
     overlay_.setKept(~overlay_.digest());
     if (lost.contents.damaged)
-        halNotify::notify(halNotify::Warning) << "The journal of the recovered shapes is damaged: look "
-                                                 "whether all of them are there, and whole";
+        halNotify::notify(halNotify::Error) << "The journal of the recovered shapes is damaged: look "
+                                               "whether all of them are there, and whole";
     journal_.unsettle();
     journal_.adopt(std::move(lost.file));
 }
