@@ -274,6 +274,8 @@ void OverlayEditorDialog::delete_(Shape* shape) {
         widgets_->list.deselectAll();
         overlay_->removeShape(shape);
         delete shape;
+        // The host does not know of one that was not complete, but shows its points.
+        PICommon::forceOpenGLRedraw();
     }
     updateMouseControls_();
     updateListManipulationButtons_();

@@ -145,6 +145,8 @@ class OverlayEditorDialog {
     /// A text that is typed and holds not yet, or not at all, goes. \return whether there was any
     bool dropTyped_();
     void step_(History::Outcome (Document::*step)());
+    /// Of a line the panel shows the point that a step was about.
+    void showChangedPoint_(const ShapeStatePtr& was, const ShapeStatePtr& now);
     void showSteps_();
     void delete_(Shape* shape);
     /// The shape of the selected item, null when none is selected. The item of a shape that is gone goes,

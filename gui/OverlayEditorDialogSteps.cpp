@@ -1,7 +1,10 @@
+#include <algorithm>
+
 #include "gui/Captions.h"
 #include "gui/OverlayEditorDialog.h"
 #include "gui/OverlayEditorDialogWidgets.h"
 #include "model/FreeDrawShape.h"
+#include "model/PolygonShape.h"
 
 namespace OverlayEditor {
 
@@ -59,6 +62,7 @@ bool OverlayEditorDialog::dropTyped_() {
     const bool typed = PIGUI::PITextField::dropTyped();
     const bool refused = RefusedText::forgetAll();
     Shape* const shape = current_();
+    if (refused) widgets_->messages.clear();
     if (refused && shape) {
         shape->fillGui();
         widgets_->name.setValue(shape->name());
@@ -69,6 +73,11 @@ bool OverlayEditorDialog::dropTyped_() {
 void OverlayEditorDialog::step_(History::Outcome (Document::*step)()) {
     const History& history = document_.history();
     const std::uint64_t before = overlay_->numberOf(current_());
+    const auto stateOf = [&history](std::uint64_t number) {
+        const auto known = history.states().find(number);
+        return known != history.states().end() ? known->second : nullptr;
+    };
+    const ShapeStatePtr was = stateOf(before);
     noteShownPoint_();
     const History::Outcome outcome = (document_.*step)();
     if (outcome == History::Outcome::Nothing) return;
@@ -78,10 +87,22 @@ void OverlayEditorDialog::step_(History::Outcome (Document::*step)()) {
     Shape* const selected = overlay_->shapeOf(history.selected());
     if (selected != current_()) mouseManager_->clearMouseTool();
     setCurrentShape_(selected);
+    if (history.selected() == before) showChangedPoint_(was, stateOf(before));
     widgets_->list.deselectAll();
     if (selected) widgets_->list.setSelectedItem(itemOf_(selected));
     widgets_->next.refresh();
+    // What is not complete is shown by its points alone, which the host draws only when it is asked.
+    PICommon::forceOpenGLRedraw();
     showDocument_();
+}
+
+void OverlayEditorDialog::showChangedPoint_(const ShapeStatePtr& was, const ShapeStatePtr& now) {
+    auto* const points = dynamic_cast<PolygonShape*>(current_());
+    if (!points || !was || !now) return;
+    const std::size_t size = now->positions.given.size();
+    const auto common = now->positions.given.commonWith(was->positions.given);
+    if (common.front + common.back < std::max(size, was->positions.given.size()))
+        points->showPoint(std::max(common.front + 1, size - common.back) - 1);
 }
 
 void OverlayEditorDialog::showSteps_() {

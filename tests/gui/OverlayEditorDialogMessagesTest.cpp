@@ -31,6 +31,9 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
     form.type("Radius:", "600");
     EXPECT_FALSE(says("9z")) << "it is corrected";
     form.type("Radius:", "9z");
+    press("Undo");
+    EXPECT_FALSE(says("9z")) << "it is taken back";
+    form.type("Radius:", "9z");
     host.fileDialogAnswers = {path("nine.zel")};
     press("Save As...");
     EXPECT_TRUE(says("Saved, but not this: Radius: Invalid value \"9z\""));

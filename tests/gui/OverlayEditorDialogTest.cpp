@@ -293,6 +293,14 @@ TEST_F(OverlayEditorDialogTest, ACancelledDrawingIsAsIfItWereUndone) {
     };
     form.choose("Shape:", 5);
     for (int i = 0; i < 3; ++i) mouseDoes({Mouse::LeftPress, Mouse::LeftRelease});
+    press("Undo");
+    EXPECT_TRUE(says("2 of 2"));
+    for (const char* button : {"Stop", "Undo", "Undo"}) press(button);
+    host.redraws = 0;
+    press("Undo");
+    EXPECT_GT(host.redraws, 0) << "only its points were in view";
+    for (int i = 0; i < 4; ++i) press("Redo");
+    EXPECT_TRUE(says("3 of 3"));
     for (const char* button : {"Stop", "<-", "Delete", "Undo"}) press(button);
     EXPECT_TRUE(says("2 of 3")) << "the point that was shown";
     addCircle(1, 2, 500);
