@@ -18,7 +18,7 @@ namespace {
 using Action = KeywordAction;
 using P = ShapeParameter;
 
-/// The slot of a written line, kNoSlot for what no editor has a field for.
+/// The slot of a written line, kNoSlot for what no editor changes.
 int slotOfWritten(const Keyword& keyword, std::string_view line) {
     switch (keyword.parameter) {
         case P::CenterRelative:
@@ -26,6 +26,7 @@ int slotOfWritten(const Keyword& keyword, std::string_view line) {
         case P::Center2Relative:
             return slotOf(P::Center2Absolute);
         case P::Name:
+            if (line.starts_with("3d offsetcourse ")) return slotOf(P::OffsetCourse);
             return line.starts_with("3d name ") ? slotOf(P::Name) : kNoSlot;
         case P::Absolute:
             if (keyword.action == Action::Shape) return kShapeSlot;
@@ -77,6 +78,8 @@ ShapeFields fieldsOfText(std::string_view text) {
         ShapeField field{std::string(tokens[0]), {}};
         if (slot == slotOf(P::Name)) {
             field = {"3d name", {std::string(tokens.from(2))}};
+        } else if (slot == slotOf(P::OffsetCourse)) {
+            field = {"3d offsetcourse", {std::string(tokens.from(2))}};
         } else if (slot == slotOf(P::AnnotationText)) {
             field.values.emplace_back(tokens.from(1));
         } else {

@@ -19,7 +19,7 @@ struct ShapeField {
     friend bool operator==(const ShapeField&, const ShapeField&) = default;
 };
 
-/// The values of a shape that an editor has fields for, by slot, in the shape's units. A list's points are
+/// The values of a shape that an editor can change, by slot, in the shape's units. A list's points are
 /// not among them. \see BlockSlot
 using ShapeFields = std::map<int, ShapeField>;
 ShapeFields fieldsOf(ZelShape& shape);

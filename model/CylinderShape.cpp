@@ -122,6 +122,11 @@ bool CylinderShape::liftMark_(EditPoint role, double meters) {
     return true;
 }
 
+void CylinderShape::turnMark_(EditPoint role, double radians) {
+    captureMarks_();
+    if (auto& mark = marks_[index_(role)]) mark->azimuth += radians;
+}
+
 void CylinderShape::sync_() const {
     const auto placeOf = [this](Position position) {
         const bool stands = points_.has(position) && isPlace(points_.places()[position]);

@@ -168,6 +168,8 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// Gives an edit point that is no centre an altitude; its number stays. \return whether it had another
     /// one
     bool liftMark_(EditPoint role, double meters);
+    /// Has an edit point lie in another direction from its centre once that has moved; its number stays.
+    void turnMark_(EditPoint role, double radians);
     /// As it was set, or else measured.
     double number_(EditPoint role) const;
 

@@ -56,6 +56,14 @@ void FreeDrawShape::addPoint(const Vec3& lla) {
     dirty_();
 }
 
+void FreeDrawShape::setPoints(std::span<const Vec3> points) {
+    for (LinePoints& line : lines_) {
+        std::ranges::copy(points.first(line.size()), line.begin());
+        points = points.subspan(line.size());
+    }
+    dirty_();
+}
+
 FreeDrawShape::Place FreeDrawShape::placeOf_(unsigned long index) const {
     Place place{0, index};
     while (place.line < lines_.size() && place.point >= lines_[place.line].size())

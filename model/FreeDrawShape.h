@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "model/BaseFilledShape.h"
@@ -38,6 +39,9 @@ class FreeDrawShape : public PointsContainer,
     void removeLastLine();
     /// Appends to the line begun last; begins the first one.
     void addPoint(const halCore::Vec3& lla);
+
+    /// All points anew, as many as there are, in their order.
+    void setPoints(std::span<const halCore::Vec3> points);
 
     /// How far the mouse must move before it leaves a point behind, in pixels, 1 at least. Counts for lines
     /// begun afterwards.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
@@ -87,6 +88,14 @@ void OrbitShape::moveFirstCenter(const PlacedPoint& point) {
 
 void OrbitShape::setCenter2(const PlacedPoint& point) {
     if (putCenter_(Second, point, EditPoint::MinorAxis)) dirty_();
+}
+
+void OrbitShape::carryCenters(PlacedPoints centers, double turnRad) {
+    sync_();
+    turnMark_(EditPoint::MinorAxis, turnRad);
+    points_ = std::move(centers);
+    sync_();
+    dirty_();
 }
 
 void OrbitShape::setAltitude(double meters) {

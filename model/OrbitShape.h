@@ -29,6 +29,9 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     void moveFirstCenter(const PlacedPoint& point);
     void setCenter2(const halCore::Vec3& lla) { setCenter2(PlacedPoint(lla)); }
     void setCenter2(const PlacedPoint& point);
+    /// Both centres at once, as the whole orbit is moved and turned: the radius' point turns along.
+    /// \param turnRad clockwise, since the last time
+    void carryCenters(PlacedPoints centers, double turnRad);
     /// Gives both centres an altitude.
     void setAltitude(double meters);
     const std::optional<halCore::Vec3>& centerPt2() const { return majorAxisPt(); }

@@ -88,6 +88,24 @@ void PlacedPoints::clear() {
     places_.clear();
 }
 
+bool PlacedPoints::moveTo(std::vector<Vec3> places) {
+    std::vector<Vec3> offsets(frame_ ? places.size() : 0);
+    for (std::size_t i = 0; i < offsets.size(); ++i) {
+        const auto offset = offsetOf(*frame_, places[i]);
+        if (!offset) return false;
+        offsets[i] = *offset;
+    }
+    left_.reset();
+    if (frame_) {
+        given_ = std::move(offsets);
+        places_ = std::move(places);
+        derivedAt_ = frame_->revision();
+    } else {
+        given_ = std::move(places);
+    }
+    return true;
+}
+
 void PlacedPoints::level(std::size_t index) {
     const double given = given_[index].z();
     const double place = this->place(index).alt();

@@ -42,6 +42,10 @@ class PlacedPoints {
     /// The shape lacks it from now on.
     void remove(std::size_t index);
     void clear();
+    /// Puts all positions anew, none of which may be missing.
+    /// \param places one for each
+    /// \return false when no offset leads to one of them: nothing has changed
+    bool moveTo(std::vector<Vec3> places);
     /// Gives all the height of one.
     void level(std::size_t index);
 

@@ -64,6 +64,12 @@ void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) 
     putPoint_(index, PlacedPoint(point));
 }
 
+void PolygonShape::mouseSetPoints(PlacedPoints points) {
+    points_ = std::move(points);
+    dirty_();
+    if (panel_()) panel_()->refreshPoint(shownPoint());
+}
+
 void PolygonShape::setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) {
     putPoint_(index, point);
     resetToolPoints_();

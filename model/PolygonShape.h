@@ -52,6 +52,8 @@ class PolygonShape : public PointsContainer,
     }
     /// For the tool while a point is dragged: as setPointAtIndex, but the tool keeps its points.
     void mouseSetPointAtIndex(unsigned long index, const halCore::Vec3& point);
+    /// The same with all points at once; as many as there are.
+    void mouseSetPoints(PlacedPoints points);
     /// Appends without showing anything anew: for a shape under construction.
     void addPoint(const halCore::Vec3& point) { addPoint(PlacedPoint(point)); }
     void addPoint(const PlacedPoint& point) { putPlaced_(points_.size(), point); }

@@ -111,16 +111,39 @@ void RectangleShape::setCorners_(const PlacedPoint& first, const PlacedPoint& la
             << "; nothing is changed";
         return;
     }
+    accepted_(span_(first, last, size, center));
+}
+
+bool RectangleShape::span_(const PlacedPoint& first, const PlacedPoint& last,
+                           const std::optional<RectangleGeometry::Size>& size,
+                           const std::optional<PlacedPoint>& center) {
     PlacedPoints points = points_;
     points.remove(Center);
     points.remove(TypedAnchor);
-    const bool taken =
-        points.put(First, first) && points.put(Last, last) && (!center || points.put(Center, *center));
-    if (!accepted_(taken)) return;
+    if (!points.put(First, first) || !points.put(Last, last) || (center && !points.put(Center, *center)))
+        return false;
     points.level(First);
     points_ = std::move(points);
     setSize_.reset();
     if (size) setSize_ = SetSize{*size, center.has_value()};
+    dirty_();
+    return true;
+}
+
+bool RectangleShape::carry(const Vec3& anchor) {
+    const bool centered = anchorCenter();
+    const auto size = size_();
+    const auto corners = centered ? RectangleGeometry::cornersAbout(anchor, size)
+                                  : RectangleGeometry::Corners{anchor, RectangleGeometry::calcCornerPoint(
+                                                                           anchor, size.width, size.height)};
+    return comesBack(size, corners, centered) &&
+           span_(PlacedPoint(corners.first), PlacedPoint(corners.last), size,
+                 centered ? std::optional(PlacedPoint(anchor)) : std::nullopt);
+}
+
+void RectangleShape::putBack(PlacedPoints points, std::optional<RectangleState::SetSize> size) {
+    points_ = std::move(points);
+    setSize_ = size;
     dirty_();
 }
 
@@ -153,6 +176,20 @@ PlacedPoint RectangleShape::placedCenter_() const {
 
 Vec3 RectangleShape::center() const {
     return isComplete() ? placedCenter_().place : Vec3();
+}
+
+std::vector<Vec3> RectangleShape::corners() const {
+    const auto first = firstCorner();
+    const auto last = lastCorner();
+    if (!first || !last) return {};
+    const double alt = first->alt();
+    if (subtype_ == Rectangle)
+        return {*first, {first->lat(), last->lon(), alt}, *last, {last->lat(), first->lon(), alt}};
+    const double base = std::min(first->lat(), last->lat());
+    const double middle = first->lon() + 0.5 * halCore::wrapToPi(last->lon() - first->lon());
+    return {{base, first->lon(), alt},
+            {base, last->lon(), alt},
+            {std::max(first->lat(), last->lat()), halCore::wrapToPi(middle), alt}};
 }
 
 Vec3 RectangleShape::anchorPlace() const {

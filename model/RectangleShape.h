@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "model/Anchored.h"
 #include "model/BaseFilledShape.h"
@@ -42,6 +43,8 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     /// Nothing until it is set, and while its offset leads nowhere.
     std::optional<halCore::Vec3> firstCorner() const { return placeOf_(First); }
     std::optional<halCore::Vec3> lastCorner() const { return placeOf_(Last); }
+    /// As they are drawn, one after the other: three of a triangle; none while one has no place.
+    std::vector<halCore::Vec3> corners() const;
     /// The anchor that was typed while there was no size, as long as there is none.
     std::optional<halCore::Vec3> typedAnchor() const {
         return isComplete() ? std::nullopt : placeOf_(TypedAnchor);
@@ -56,6 +59,13 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     double height() const { return size_().height; }
     /// The middle of the diagonal; (0, 0, 0) without both corners.
     halCore::Vec3 center() const;
+    /// The size by which it was set, if it was.
+    const std::optional<RectangleState::SetSize>& setSize() const { return setSize_; }
+    /// Moves the whole shape: it keeps its size, and what anchors it, its centre or its first corner, comes
+    /// to lie there. \return false where no rectangle of that size lies: nothing has changed
+    bool carry(const halCore::Vec3& anchor);
+    /// It is the one that it was once.
+    void putBack(PlacedPoints points, std::optional<RectangleState::SetSize> size);
     /// Spans the rectangle from its first corner, or about its centre.
     void setFromCorner(const halCore::Vec3& first, double width, double height);
     void setFromCenter(const halCore::Vec3& center, double width, double height);
@@ -81,6 +91,9 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     void setCorners_(const PlacedPoint& first, const PlacedPoint& last,
                      const std::optional<RectangleGeometry::Size>& size,
                      const std::optional<PlacedPoint>& center);
+    /// The same without asking. \return false when no offset leads there: nothing has changed
+    bool span_(const PlacedPoint& first, const PlacedPoint& last,
+               const std::optional<RectangleGeometry::Size>& size, const std::optional<PlacedPoint>& center);
     /// As it was set by the rule of the present anchor, or else measured.
     RectangleGeometry::Size size_() const;
     /// What the panel's fields would be for corners there.

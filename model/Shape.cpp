@@ -9,8 +9,10 @@
 #include "common/NumberText.h"
 #include "format/LabelText.h"
 #include "format/SerializeToZel.h"
+#include "format/ShapeExtras.h"
 #include "format/ShapeFields.h"
 #include "format/TextBuffer.h"
+#include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "model/Anchored.h"
 #include "model/MouseTool.h"
@@ -216,12 +218,34 @@ int Shape::write(SerializeToZel& zel) {
     return serialize(zel);
 }
 
+void Shape::setExtras(std::shared_ptr<const halCore::ZEL::ZelShape> extras) {
+    if (source_.extras == extras) return;
+    source_.extras = std::move(extras);
+    dirty_();
+}
+
+double Shape::heading() const {
+    double radians = 0.0;
+    if (source_.extras) source_.extras->getYawOffset(radians);
+    return radians;
+}
+
+void Shape::setHeading(double radians) {
+    SerializeToZel zel;
+    zel.setPointConverter(pointConverter_);
+    if (write(zel) != 0 || !zel.hasShapes()) return;
+    const auto& written = zel.shapes().back();
+    written->setYawOffset(halCore::wrapToPi(radians));
+    setExtras(halCore::ZEL::extrasOf(written));
+}
+
 void Shape::redrawPoints_() const {
     const MouseTool* const tool = mouseTool();
     if (tool && tool->isActive()) PICommon::forceOpenGLRedraw();
 }
 
 void Shape::dirty_() {
+    ++changes_;
     if (keeper_) keeper_->touched(*this);
     show_();
 }

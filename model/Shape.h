@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -112,6 +113,14 @@ class Shape {
     /// The block of a file that it was made of.
     const ShapeSource& source() const { return source_; }
     void setSource(ShapeSource source) { source_ = std::move(source); }
+    /// What the block says beside the editor's fields is this from now on.
+    void setExtras(std::shared_ptr<const halCore::ZEL::ZelShape> extras);
+    /// How far its block has it turned clockwise, radians: hosts turn elliptical shapes by it, the panel does
+    /// not know it.
+    double heading() const;
+    void setHeading(double radians);
+    /// Another number after each change.
+    std::uint64_t changes() const { return changes_; }
     /// The middle of the bounding box.
     halCore::Vec3 centerPoint() const;
     /// All that makes it what it is.
@@ -147,6 +156,7 @@ class Shape {
     void rename_(std::string name);
     /// Something of it has changed: to be called once that is complete, unless dirty_ is.
     void changed_() const {
+        ++changes_;
         if (keeper_) keeper_->touched(*this);
         redrawPoints_();
     }
@@ -186,6 +196,7 @@ class Shape {
     /// Where the shape is anchored; nothing when it is not to be.
     std::optional<halCore::Vec3> middle_(bool anchorCenter) const;
 
+    mutable std::uint64_t changes_ = 0;
     void* hostOverlay_ = nullptr;
     ShapeKeeper* keeper_ = nullptr;
 

@@ -1,5 +1,7 @@
 #include "model/StepName.h"
 
+#include "model/CylinderShape.h"
+
 namespace OverlayEditor {
 
 namespace {
@@ -20,13 +22,19 @@ const char* roundName(const ShapeState& before, const ShapeState& after) {
     const auto& is = std::get<RoundState>(after.own);
     const bool moved = !(before.positions == after.positions);
     if (moved && before.positions.given.size() == 0) return "draw ";
-    for (std::size_t i = 0; i < RoundState::kEditPoints; ++i) {
+    const auto differs = [&](CylinderShape::EditPoint role) {
+        const auto i = static_cast<std::size_t>(role);
         const auto number = [i](const RoundState& state) {
             if (state.marks[i]) return std::optional(state.marks[i]->number);
             return state.numbers[i] ? std::optional(state.numbers[i]->value) : std::nullopt;
         };
-        if (number(was) != number(is)) return "change the size of ";
-    }
+        return number(was) != number(is);
+    };
+    using enum CylinderShape::EditPoint;
+    const bool sized = differs(MajorAxis) || differs(MinorAxis) || differs(Height);
+    if (!sized && differs(StartAngle) && differs(EndAngle)) return "turn ";
+    if (sized || differs(StartAngle) || differs(EndAngle)) return "change the size of ";
+    if (before.source.extras != after.source.extras) return "turn ";
     return moved ? "move " : "move a point of ";
 }
 
@@ -54,7 +62,8 @@ std::string stepName(const ShapeState* before, const ShapeState* after) {
     if (!after) return "delete " + before->name;
     if (before->name != after->name) return "rename " + before->name + " to " + after->name;
     const char* what = "change ";
-    if (!(before->positions == after->positions) || before->own != after->own)
+    if (!(before->positions == after->positions) || before->own != after->own ||
+        before->source.extras != after->source.extras)
         what = formName(*before, *after);
     else if (before->shown != after->shown)
         what = after->shown ? "show " : "hide ";

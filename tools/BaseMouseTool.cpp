@@ -70,7 +70,9 @@ int BaseMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
         rememberGrab_(event);
         removeTempGraphics_();
         pointTaken_();
-        const auto pivot = pivot_();
+        turning_ = false;
+        if (isWhole_()) steer_(event);
+        const auto pivot = isWhole_() ? std::nullopt : pivot_();
         grabbedLength_ =
             pivot ? std::optional(geodesicBetween(*pivot, nearPoint_->getPosition()).meters) : std::nullopt;
         return 1;
@@ -137,7 +139,7 @@ int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
     ToolView::current().sawCursor(view_, event.x, event.y, onGround(*pos));
 
     if (showPoints_ && !pressed_) {
-        PUDrawPoint* const near = pointNearMouse_(*pos);
+        PUDrawPoint* const near = grabbedAt_(*pos);
         const bool hoversAgain = near && state_ != Hovering;
         if (near != nearPoint_ || hoversAgain) {
             forgetNearPoint_();
@@ -146,8 +148,8 @@ int BaseMouseTool::mouseMotion_(PIMouseEventType_t, const PIMouseEvent& event) {
             if (near) {
                 near->setHighlighted(true);
                 takeAltitude_(near->getAltitude());
-                near->setDescription(getPointText_(near->getPosition()));
                 state_ = Hovering;
+                near->setDescription(nearText_());
                 return 0;
             }
             finishEditing_();
@@ -163,7 +165,7 @@ int BaseMouseTool::mouseWheel_(PIMouseEventType_t, const PIMouseEvent& event) {
         const Vec3& near = nearPoint_->getPosition();
         const Vec3 raised(near.lat(), near.lon(), altitude_);
         nearPoint_->setPosition(raised);
-        nearPoint_->setDescription(getPointText_(raised));
+        nearPoint_->setDescription(nearText_());
     }
     handleAltitudeChange_();
     PICommon::forceOpenGLRedraw();
@@ -182,7 +184,23 @@ void BaseMouseTool::letGo_() {
     PICommon::forceOpenGLRedraw();
 }
 
+void BaseMouseTool::steer_(const PIMouseEvent& event) {
+    const bool turns = turns_() && (event.modifiers & PIGUI::PIModifierControl) != 0;
+    if (turns && !turning_) beginTurn_();
+    if (turning_ && !turns) rememberGrab_(event);
+    turning_ = turns;
+    if (!turns) return;
+    snap_.reset();
+    if (const auto pos = cursorPosition_(event.x, event.y))
+        handleTurn_(*pos, (event.modifiers & PIGUI::PIModifierShift) != 0);
+}
+
 void BaseMouseTool::drag_(const PIMouseEvent& event) {
+    if (isWhole_()) {
+        steer_(event);
+        PICommon::forceOpenGLRedraw();
+        if (turning_) return;
+    }
     const auto pos = aim_(event, grabOffsetX_, grabOffsetY_);
     if (!pos || !nearPoint_) return;
     handleMovePoint_(*pos);
@@ -237,6 +255,8 @@ std::string BaseMouseTool::hint() const {
     std::string text;
     if (snap_ && aims) text.append("On ").append(snap_->name).append(". Alt: beside it. ");
     text.append(stateHint_());
+    if (state_ == Dragging && isWhole_())
+        return text.append(". Shift: steps of 15\u00b0").append(turns_() ? ", Control: turns it" : "");
     return aims ? text.append(modifierHint_()) : text;
 }
 
@@ -249,9 +269,14 @@ std::string_view BaseMouseTool::stateHint_() const {
         case Placing:
             return placingHint_();
         case Dragging:
-            return "Release to leave the point here. Shift + wheel changes its altitude";
+            return isWhole_() ? "Release to leave the shape here. Shift + wheel changes its altitude"
+                              : "Release to leave the point here. Shift + wheel changes its altitude";
         case Hovering:
-            return hoveringHint_();
+            if (!isWhole_()) return hoveringHint_();
+            return turns_()
+                       ? "Drag to move the whole shape, with Control to turn it. Shift + wheel changes its "
+                         "altitude"
+                       : "Drag to move the whole shape. Shift + wheel changes its altitude";
     }
     return {};
 }
@@ -261,8 +286,9 @@ std::string_view BaseMouseTool::placingHint_() const {
 }
 
 std::string_view BaseMouseTool::completeHint_() const {
-    return showPoints_ ? "Drag a point to change the shape. Right click ends drawing"
-                       : "The shape is complete. Right click ends drawing";
+    return showPoints_
+               ? "Drag a point to change the shape, the green one to move it. Right click ends drawing"
+               : "The shape is complete. Right click ends drawing";
 }
 
 std::string_view BaseMouseTool::hoveringHint_() const {
@@ -317,9 +343,12 @@ void BaseMouseTool::appendArea_(std::ostream& text, double squareMeters) const {
 }
 
 void BaseMouseTool::appendBearing_(std::ostream& text, const Vec3& from, const Vec3& to) const {
-    const double bearing = halCore::wrapToTwoPi(halCore::Sodano::inverse(from, to).azimuth1);
+    appendAngle_(text, " T: ", halCore::wrapToTwoPi(halCore::Sodano::inverse(from, to).azimuth1));
+}
+
+void BaseMouseTool::appendAngle_(std::ostream& text, std::string_view label, double radians) const {
     const auto& units = *prefs_.unitsProvider();
-    text << " T: " << units.formatAngle(bearing);
+    text << label << units.formatAngle(radians);
     // The forms of degrees have their marks.
     using UTILS::UnitType_t;
     if (units.angleUnits() != UnitType_t::DegreesMinutes &&
@@ -350,7 +379,7 @@ bool BaseMouseTool::grabsAgain_(const PIMouseEvent& event) {
     if (state_ != Complete && state_ != Placing) return false;
     if (!showPoints_ || event.x != lastX_ || event.y != lastY_) return false;
     const auto pos = cursorPosition_(event.x, event.y);
-    return pos && pointNearMouse_(*pos) == nearPoint_;
+    return pos && grabbedAt_(*pos) == nearPoint_;
 }
 
 void BaseMouseTool::rememberGrab_(const PIMouseEvent& event) {

@@ -88,6 +88,17 @@ class BaseMouseTool : public MouseTool, public HintSource {
     virtual void drawGuide_(const halCore::Vec3&) {}
     /// A press has taken nearPoint_.
     virtual void pointTaken_() {}
+    /// Where no edit point lies under the cursor: another one that can be grabbed, null for none. It moves
+    /// the whole shape.
+    virtual PluginUtils::PUDrawPoint* wholeNearMouse_(const halCore::Vec3&) { return nullptr; }
+    /// Whether nearPoint_ is that one; and whether the shape turns when it is dragged with Control.
+    virtual bool isWhole_() const { return false; }
+    virtual bool turns_() const { return false; }
+    /// Where it was when it was grabbed.
+    virtual std::optional<halCore::Vec3> wholeFrom_() const { return std::nullopt; }
+    /// From here on the cursor turns the shape, from the direction in which it lies.
+    virtual void beginTurn_() {}
+    virtual void handleTurn_(const halCore::Vec3& /*cursor*/, bool /*steps*/) {}
     /// What a label says of nearPoint_, as opposed to a point that is to be placed.
     virtual std::string nearText_() { return getPointText_(nearPoint_->getPosition()); }
     /// The altitude of what has been placed last, none before: when others change it, it becomes the working
@@ -136,6 +147,8 @@ class BaseMouseTool : public MouseTool, public HintSource {
     void appendRange_(std::ostream& text, std::string_view label, double meters) const;
     /// Writes square metres in the square of the preferences' range units.
     void appendArea_(std::ostream& text, double squareMeters) const;
+    /// Writes an angle in the preferences' units.
+    void appendAngle_(std::ostream& text, std::string_view label, double radians) const;
     /// Writes the true bearing, " T: ...".
     void appendBearing_(std::ostream& text, const halCore::Vec3& from, const halCore::Vec3& to) const;
     void notifyDrawDone_();
@@ -176,6 +189,12 @@ class BaseMouseTool : public MouseTool, public HintSource {
     std::string_view stateHint_() const;
     /// Nobody knows any more where the cursor is: nothing that follows it or lies under it is marked.
     void leave_();
+    PluginUtils::PUDrawPoint* grabbedAt_(const halCore::Vec3& pos) {
+        auto* const point = pointNearMouse_(pos);
+        return point ? point : wholeNearMouse_(pos);
+    }
+    /// The whole shape turns while Control is held, and else moves, from where it is then.
+    void steer_(const PIGUI::PIMouseEvent& event);
     /// After a drag its point stays highlighted; pressed again before the cursor moves, it is grabbed again.
     bool grabsAgain_(const PIGUI::PIMouseEvent& event);
     void rememberGrab_(const PIGUI::PIMouseEvent& event);
@@ -194,6 +213,8 @@ class BaseMouseTool : public MouseTool, public HintSource {
     /// From the pivot to the point that was grabbed, then.
     std::optional<double> grabbedLength_;
     std::optional<double> keptLength_() const { return state_ == Dragging ? grabbedLength_ : lastLength_(); }
+    /// The drag turns the whole shape.
+    bool turning_ = false;
     /// The mouse has moved since a point was grabbed.
     bool dragged_ = false;
     /// What placedAltitude_ was when it was asked last.

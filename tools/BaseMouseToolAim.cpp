@@ -33,14 +33,16 @@ std::optional<Vec3> BaseMouseTool::aim_(const PIGUI::PIMouseEvent& event, int of
                                   .held = pressed_ || state_ == Dragging});
     }
     if (snap_)
-        return hasOwnAltitude_() ? snap_->place : Vec3(snap_->place.lat(), snap_->place.lon(), altitude_);
+        return hasOwnAltitude_() && !isWhole_() ? snap_->place
+                                                : Vec3(snap_->place.lat(), snap_->place.lon(), altitude_);
     const bool steps = (event.modifiers & PIGUI::PIModifierShift) != 0;
     const bool keeps = (event.modifiers & PIGUI::PIModifierControl) != 0;
+    if (isWhole_()) return steps ? BaseMouseTool::constrained_(*pos, true, false) : *pos;
     return steps || keeps ? constrained_(*pos, steps, keeps) : *pos;
 }
 
 Vec3 BaseMouseTool::constrained_(const Vec3& pos, bool steps, bool keeps) const {
-    const auto pivot = pivot_();
+    const auto pivot = isWhole_() ? wholeFrom_() : pivot_();
     if (!pivot) return pos;
     const auto way = halCore::geodesicBetween(*pivot, pos);
     const double bearing = steps ? std::round(way.azimuthAtStart / kStep) * kStep : way.azimuthAtStart;

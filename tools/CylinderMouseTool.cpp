@@ -38,7 +38,11 @@ CylinderMouseTool::CylinderMouseTool(const Preferences& preferences, CylinderSha
     : HandleMouseTool(preferences, shape, withHeight(order)), shape_(shape) {}
 
 std::optional<Vec3> CylinderMouseTool::placeOf_(Role role) const {
-    if (role != Height) return shape_.editPoint(editPoint(role));
+    if (role == Center) return shape_.centerPt();
+    if (role != Height) {
+        const auto& place = shape_.editPoint(editPoint(role));
+        return place && shape_.centerPt() ? std::optional(headed_(*place, shape_.heading())) : place;
+    }
     return hasHeight_() && shape_.isComplete() && shape_.centerPt() ? std::optional(top_()) : std::nullopt;
 }
 
@@ -65,7 +69,7 @@ void CylinderMouseTool::moveGrabbed_(const Vec3& pos) {
     if (grabbed() == Height)
         moveTop_(pos);
     else
-        movePoint_(grabbed(), pos);
+        movePoint_(grabbed(), grabbed() == Center ? pos : headed_(pos, -shape_.heading()));
     shapeChanged_();
 }
 
@@ -75,6 +79,14 @@ void CylinderMouseTool::moveTop_(const Vec3& pos) {
     const bool lifted = pos.alt() != top_().alt();
     if (beneath != center) shape_.moveCenter(beneath);
     if (lifted) shape_.setHeight(std::max(0.0, pos.alt() - center.alt()));
+}
+
+Vec3 CylinderMouseTool::headed_(const Vec3& place, double radians) const {
+    if (radians == 0.0) return place;
+    const auto way = halCore::Sodano::inverse(center_(), place);
+    Vec3 turned = halCore::Sodano::direct(center_(), way.azimuth1 + radians, way.distance);
+    turned.setAlt(place.alt());
+    return turned;
 }
 
 bool CylinderMouseTool::hasHeight_() const {

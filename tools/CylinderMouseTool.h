@@ -73,6 +73,8 @@ class CylinderMouseTool : public HandleMouseTool {
 
   private:
     bool hasHeight_() const;
+    /// Turned clockwise about the centre; needs one.
+    halCore::Vec3 headed_(const halCore::Vec3& place, double radians) const;
     /// Above the centre; needs one.
     halCore::Vec3 top_() const;
     void moveTop_(const halCore::Vec3& pos);

@@ -12,13 +12,15 @@ using PIGUI::PIMouseEvent;
 using PIGUI::PIMouseEventType_t;
 
 FreeDrawMouseTool::FreeDrawMouseTool(const Preferences& preferences, FreeDrawShape& shape)
-    : ShapeMouseTool(preferences), shape_(shape) {}
+    : ShapeMouseTool(preferences, shape), shape_(shape) {}
 
 FreeDrawMouseTool::~FreeDrawMouseTool() {
     deactivate();
 }
 
-int FreeDrawMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event) {
+int FreeDrawMouseTool::leftPress_(PIMouseEventType_t type, const PIMouseEvent& event) {
+    // On the handle of the whole drawing.
+    if (nearPoint_ && ShapeMouseTool::leftPress_(type, event) != 0) return 1;
     // A press in mid-line: the release went elsewhere.
     if (state_ == Placing) handleAbortDrag_();
     const auto pos = cursorPosition_(event.x, event.y);
@@ -31,7 +33,8 @@ int FreeDrawMouseTool::leftPress_(PIMouseEventType_t, const PIMouseEvent& event)
     return 1;
 }
 
-int FreeDrawMouseTool::leftRelease_(PIMouseEventType_t, const PIMouseEvent&) {
+int FreeDrawMouseTool::leftRelease_(PIMouseEventType_t type, const PIMouseEvent& event) {
+    if (state_ == Dragging) return ShapeMouseTool::leftRelease_(type, event);
     if (state_ != Placing) return 0;
     handleAbortDrag_();
     PICommon::forceOpenGLRedraw();

@@ -28,6 +28,8 @@ class FreeDrawMouseTool final : public ShapeMouseTool {
     PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3&) override { return nullptr; }
     void redrawPointsForViewChange_() override {}
     bool isComplete_() const override { return true; }
+    bool isDone_() const override { return false; }
+    bool hasPointAt_(const PluginUtils::GrabbingCursor&) const override { return false; }
     void showEditPoints_(bool) override {}
     std::unique_ptr<BaseLineShape> makeRubberBand_() const override { return nullptr; }
     bool shapeRubberBand_(BaseLineShape&, const halCore::Vec3&) override { return false; }

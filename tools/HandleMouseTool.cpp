@@ -7,7 +7,7 @@ namespace OverlayEditor {
 using PluginUtils::PUDrawPoint;
 
 HandleMouseTool::HandleMouseTool(const Preferences& preferences, Shape& shape, const std::vector<Role>& roles)
-    : ShapeMouseTool(preferences), handled_(shape) {
+    : ShapeMouseTool(preferences, shape), handled_(shape) {
     for (const Role role : roles) handles_.push_back({role, nullptr});
 }
 
@@ -21,6 +21,14 @@ PUDrawPoint* HandleMouseTool::pointNearMouse_(const halCore::Vec3& pos) {
     }
     clearGrab_();
     return nullptr;
+}
+
+bool HandleMouseTool::hasPointAt_(const PluginUtils::GrabbingCursor& cursor) const {
+    return std::ranges::any_of(handles_, [&](const Handle& handle) {
+        const auto at =
+            handle.point && handle.point->isShown() ? drawnAt_(*handle.point, handle.role) : std::nullopt;
+        return at && cursor.grabs(handle.point->getPosition(), *at);
+    });
 }
 
 void HandleMouseTool::redrawPointsForViewChange_() {

@@ -35,6 +35,7 @@ class HandleMouseTool : public ShapeMouseTool {
     void grab_(const PluginUtils::PUDrawPoint* point) override { grabbedRole_ = roleOf_(point); }
     void clearGrab_() override { grabbedRole_ = 0; }
     const Shape* edited_() const override { return &handled_; }
+    bool hasPointAt_(const PluginUtils::GrabbingCursor& cursor) const override;
     /// The first of the points carries the shape to its altitude; the others lie at that of the shape.
     bool hasOwnAltitude_() const override {
         return state_ == Dragging ? grabbedRole_ == handles_.front().role : ShapeMouseTool::hasOwnAltitude_();

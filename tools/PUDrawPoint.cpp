@@ -20,10 +20,9 @@ bool samePlace(const Vec3& a, const Vec3& b) {
 
 }  // namespace
 
-GrabbingCursor::GrabbingCursor(const Vec3& ground, const OverlayEditor::ViewProjection& view)
-    : ground_(ground),
-      view_(view),
-      pixel_(view.pixel(halCore::toEcef(Vec3(ground.lat(), ground.lon(), 0.0)))) {}
+GrabbingCursor::GrabbingCursor(const Vec3& ground, const Vec3& aimed,
+                               const OverlayEditor::ViewProjection& view)
+    : ground_(ground), view_(view), pixel_(view.pixel(halCore::toEcef(aimed))) {}
 
 bool GrabbingCursor::grabs(const Vec3& lla, const halCore::Ecef& ecef) const {
     if (!view_.isValid()) return samePlace(lla, ground_);

@@ -20,7 +20,12 @@ class GrabbingCursor {
   public:
     /// \param ground where the ray through the cursor's pixel meets the ground; its altitude is not used
     /// \param view must outlive the object
-    GrabbingCursor(const halCore::Vec3& ground, const OverlayEditor::ViewProjection& view);
+    GrabbingCursor(const halCore::Vec3& ground, const OverlayEditor::ViewProjection& view)
+        : GrabbingCursor(ground, {ground.lat(), ground.lon(), 0.0}, view) {}
+    /// A cursor over where a place is drawn, at its altitude.
+    static GrabbingCursor over(const halCore::Vec3& place, const OverlayEditor::ViewProjection& view) {
+        return {place, place, view};
+    }
 
     const OverlayEditor::ViewProjection& view() const { return view_; }
     const std::optional<OverlayEditor::Pixel>& pixel() const { return pixel_; }
@@ -32,6 +37,9 @@ class GrabbingCursor {
     bool standsUnder(const halCore::Vec3& lla) const;
 
   private:
+    GrabbingCursor(const halCore::Vec3& ground, const halCore::Vec3& aimed,
+                   const OverlayEditor::ViewProjection& view);
+
     halCore::Vec3 ground_;
     const OverlayEditor::ViewProjection& view_;
     std::optional<OverlayEditor::Pixel> pixel_;

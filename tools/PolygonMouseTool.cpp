@@ -13,7 +13,7 @@ using halCore::Vec3;
 using PluginUtils::PUDrawPoint;
 
 PolygonMouseTool::PolygonMouseTool(const Preferences& preferences, PolygonShape& shape)
-    : ShapeMouseTool(preferences), shape_(shape) {}
+    : ShapeMouseTool(preferences, shape), shape_(shape) {}
 
 PolygonMouseTool::~PolygonMouseTool() {
     deactivate();
@@ -173,6 +173,7 @@ void PolygonMouseTool::drawGuide_(const Vec3& pos) {
 }
 
 void PolygonMouseTool::pointTaken_() {
+    ShapeMouseTool::pointTaken_();
     if (grabbed_) shape_.showPoint(*grabbed_);
 }
 

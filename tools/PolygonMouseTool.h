@@ -37,6 +37,10 @@ class PolygonMouseTool final : public ShapeMouseTool, public PointsTool {
     PluginUtils::PUDrawPoint* pointNearMouse_(const halCore::Vec3& pos) override;
     void redrawPointsForViewChange_() override;
     bool isComplete_() const override { return false; }
+    bool hasPointAt_(const PluginUtils::GrabbingCursor& cursor) const override {
+        return drawn_.grabbedBy(cursor).has_value();
+    }
+    void wholeMoved_() override { carryPoints_(); }
     void drawGuide_(const halCore::Vec3& pos) override;
     void pointTaken_() override;
     const Shape* edited_() const override { return &shape_; }

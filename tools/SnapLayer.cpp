@@ -23,20 +23,6 @@ namespace {
 constexpr double kPieceMeters = 20e3;
 constexpr int kMostPieces = 2000;
 
-std::vector<Vec3> cornersOf(const RectangleShape& shape) {
-    const auto first = shape.firstCorner();
-    const auto last = shape.lastCorner();
-    if (!first || !last) return {};
-    const double alt = first->alt();
-    if (shape.subtype() == RectangleShape::Rectangle)
-        return {*first, {first->lat(), last->lon(), alt}, *last, {last->lat(), first->lon(), alt}};
-    const double base = std::min(first->lat(), last->lat());
-    const double middle = first->lon() + 0.5 * halCore::wrapToPi(last->lon() - first->lon());
-    return {{base, first->lon(), alt},
-            {base, last->lon(), alt},
-            {std::max(first->lat(), last->lat()), halCore::wrapToPi(middle), alt}};
-}
-
 }  // namespace
 
 void SnapLayer::clear() {
@@ -62,7 +48,7 @@ void SnapLayer::add(const Shape& shape) {
         for (const Vec3& place : polygon->points()) put(place);
         addSides_(first, polygon->subtype() == PolygonShape::Polygon);
     } else if (const auto* const rectangle = dynamic_cast<const RectangleShape*>(&shape)) {
-        for (const Vec3& corner : cornersOf(*rectangle)) put(corner);
+        for (const Vec3& corner : rectangle->corners()) put(corner);
         addSides_(first, true);
     } else if (const auto* const drawn = dynamic_cast<const FreeDrawShape*>(&shape)) {
         for (const auto& line : drawn->lines()) {

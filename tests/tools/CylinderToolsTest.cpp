@@ -298,7 +298,7 @@ TEST_F(CylinderTools, TheHeightHasAHandleBesideTheCentre) {
 TEST_F(CylinderTools, PointsAreShownOnlyWhenWanted) {
     auto& shape = drawnCircle();
     mouse.move("20.8N 158.2W").frame();
-    EXPECT_EQ(view.painted.size(), 2u);
+    EXPECT_EQ(view.painted.size(), 3u);
     shape.setShowPoints(false);
     mouse.frame();
     EXPECT_TRUE(view.painted.empty());
@@ -306,7 +306,7 @@ TEST_F(CylinderTools, PointsAreShownOnlyWhenWanted) {
     EXPECT_EQ(stateOf(shape), Tool::Complete) << "and cannot be hovered";
     shape.setShowPoints(true);
     mouse.frame().move("21.0N 158.0W").frame();
-    EXPECT_EQ(view.painted.size(), 2u);
+    EXPECT_EQ(view.painted.size(), 3u);
     EXPECT_EQ(stateOf(shape), Tool::Hovering);
     shape.setShowPoints(false);
     EXPECT_EQ(stateOf(shape), Tool::Complete);
@@ -320,7 +320,7 @@ TEST_F(CylinderTools, WhatThePanelSetsIsSeenByTheActiveTool) {
     shape.setMajorRadius(10000.0);
     mouse.frame();
     EXPECT_EQ(stateOf(shape), Tool::Complete);
-    EXPECT_EQ(view.painted.size(), 2u);
+    EXPECT_EQ(view.painted.size(), 3u);
     mouse.move("20.9N 158.2W").press();
     EXPECT_EQ(mouse.result, 0) << "there is nothing left to place";
     mouse.from("21.0N 158.0W").to("21.05N 158.0W");

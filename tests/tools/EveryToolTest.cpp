@@ -128,7 +128,7 @@ TEST_F(EveryTool, ALeavingMouseTakesItsPointAndItsMarksAlong) {
     EXPECT_EQ(stateOf(circle), Tool::Hovering) << "the button was held all the time";
     EXPECT_EQ(std::ranges::count_if(view.painted, &TestView::Painted::highlighted), 1);
     mouse.leave().frame();
-    ASSERT_EQ(view.painted.size(), 2u);
+    ASSERT_EQ(view.painted.size(), 3u);
     for (const auto& point : view.painted) EXPECT_TRUE(point.label.empty() && !point.highlighted);
     mouse.move("21.0N 158.0W").press().leave().to("21.05N 158.0W");
     EXPECT_NEAR(circle.centerPoint().lat(), 21.05 * kDegree, 1e-5) << "a drag goes on";

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Drawing.h"
@@ -12,6 +13,7 @@
 #include "model/RectangleShape.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeRegistry.h"
+#include "model/WholeShape.h"
 
 namespace {
 
@@ -202,6 +204,79 @@ TEST_F(Placing, HeightsEndWhereThePanelDoes) {
     const auto center = *view.projection().pixel(halCore::toEcef(*cone.centerPt()));
     mouse.moveToPixel(center.x, center.y - 28.0).wheel(120).wheel(120 * 200);
     EXPECT_NEAR(cone.height() + cone.centerPt()->alt(), 1e9, 1.0);
+}
+
+/// One drag of the green point, which is below the centre of what is round.
+TEST_F(Placing, TheGreenPointCarriesTheWholeShape) {
+    for (const Setting& setting : kSettings)
+        for (const Shape* const kind : registry.getShapes()) {
+            SCOPED_TRACE(kind->name() + ", " + setting.name);
+            Shape& shape = begin(*kind, setting);
+            mouse.press().moveToPixel(460, 290).frame().release().frame();
+            if (stateOf(shape) == Tool::Placing)
+                mouse.moveToPixel(390, 350).press().moveToPixel(400, 270).frame().release();
+            const bool isLabel = dynamic_cast<const AnnotationShape*>(&shape);
+            const auto handle = [&]() -> std::optional<Pixel> {
+                mouse.frame();
+                const auto green = std::ranges::find(view.painted, 0x30E060FFU, &TestView::Painted::color);
+                return green == view.painted.end() ? std::nullopt : std::optional(green->pixel);
+            };
+            mouse.rightPress();
+            manager.setCurrentMouseTool(shape.mouseTool(), true);
+            mouse.beforeEvent = nullptr;
+            const auto held = handle();
+            const auto middle = WholeShape::middleOf(shape);
+            ASSERT_EQ(middle.has_value(), !isLabel);
+            // A drawing that is above the eye is behind it.
+            if (isLabel || !view.projection().pixel(halCore::toEcef(*middle))) continue;
+            ASSERT_TRUE(held);
+            const auto foot = [&] {
+                const Vec3 middle = *WholeShape::middleOf(shape);
+                return *view.projection().pixel(halCore::toEcef({middle.lat(), middle.lon(), 0.0}));
+            };
+            const Pixel before = foot();
+            const double altitude = WholeShape::middleOf(shape)->alt();
+            mouse.moveToPixel(held->x, held->y)
+                .press()
+                .moveToPixel(held->x + 40, held->y - 30)
+                .frame()
+                .release();
+            EXPECT_NEAR(foot().x - before.x, 40.0, 1.5);
+            EXPECT_NEAR(foot().y - before.y, -30.0, 1.5);
+            EXPECT_NEAR(WholeShape::middleOf(shape)->alt(), altitude, 1e-3);
+            mouse.wheel(120);
+            EXPECT_NEAR(WholeShape::middleOf(shape)->alt(), altitude > 0.0 ? altitude * 1.25 : 0.01, 1e-3);
+        }
+}
+
+TEST_F(Placing, ControlTurnsItAboutItsMiddle) {
+    auto& arc = dynamic_cast<CylinderShape&>(begin(*registry.getShapeByName("Arc"), kSettings[0]));
+    std::string hint;
+    manager.setHintListener([&](std::string_view text) { hint = text; });
+    mouse.press().moveToPixel(420, 220).release().moveToPixel(500, 320).press().release().frame();
+    const double start = arc.startAngle();
+    mouse.moveToPixel(420, 320 + 28).frame();
+    EXPECT_THAT(hint, testing::HasSubstr("with Control to turn it"));
+    mouse.modifiers = PIGUI::PIModifierControl;
+    mouse.press().moveToPixel(420 - 60, 320).frame();
+    EXPECT_THAT(hint, testing::HasSubstr("Control: turns it"));
+    EXPECT_THAT(label(), testing::HasSubstr(" Turn: 90.0"));
+    const auto turned = [&] {
+        return std::remainder(arc.startAngle() - start, 2 * std::numbers::pi) / kDegree;
+    };
+    EXPECT_NEAR(turned(), 90.0, 0.05);
+    mouse.modifiers |= PIGUI::PIModifierShift;
+    mouse.moveToPixel(420 - 60, 320 - 37);
+    EXPECT_NEAR(turned(), 120.0, 1e-6) << "in steps";
+    // Let go of, the key has it move on from where it is.
+    const Vec3 center = *arc.centerPt();
+    mouse.modifiers = 0;
+    mouse.moveToPixel(420 - 60, 320 - 37);
+    EXPECT_EQ(*arc.centerPt(), center);
+    mouse.moveToPixel(420 - 60 + 25, 320 - 37).release();
+    EXPECT_NEAR(turned(), 120.0, 1e-6);
+    EXPECT_NEAR(view.projection().pixel(halCore::toEcef(*arc.centerPt()))->x, 420.0 + 25.0, 1.0);
+    manager.setHintListener({});
 }
 
 }  // namespace

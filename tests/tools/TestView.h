@@ -29,6 +29,7 @@ class TestView final : public OverlayEditor::ToolView {
         std::string label;
         bool highlighted;
         bool textAbove;
+        std::uint32_t color;
     };
 
     static constexpr int kWidth = 800;
@@ -106,7 +107,7 @@ class TestView final : public OverlayEditor::ToolView {
         for (const auto& entry : picture.points())
             if (const auto pixel = view.pixel(entry.ecef))
                 painted.push_back({*pixel, entry.point->getDescription(), entry.point->isHighlighted(),
-                                   entry.point->drawsTextAbove()});
+                                   entry.point->drawsTextAbove(), entry.point->getColor()});
     }
     void sawCursor(const OverlayEditor::ViewProjection&, int, int, const halCore::Vec3&) override {}
 
