@@ -203,6 +203,7 @@ void OverlayEditorDialog::setCurrentShape_(Shape* shape) {
         noteShownPoint_();
         if (before) before->deleteGui();
         currentShape_ = shape;
+        PICommon::forceOpenGLRedraw();
         if (shape) {
             shape->createGui(preferences_, &widgets_->panelArea);
             shape->fillGui();

@@ -1,5 +1,6 @@
 #include "tools/OverlayMarks.h"
 
+#include "model/AnnotationShape.h"
 #include "model/CylinderShape.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"
@@ -48,14 +49,18 @@ void OverlayMarks::draw(const Shape* selected, int widthPixels, int heightPixels
     for (const Shape* const shape : undisplayed_) markHalfDrawn_(*shape);
     if (const auto* const polygon = dynamic_cast<const PolygonShape*>(selected); polygon && polygon->active())
         if (const std::size_t shown = polygon->shownPoint();
-            shown < polygon->getNumPoints() && isPlace(polygon->points()[shown])) {
-            mark_(polygon->points()[shown], kRingColor);
-            points_.back().setHollow(true);
-            points_.back().setDrawAltimeter(false);
-        }
-    if (points_.empty()) return;
+            shown < polygon->getNumPoints() && isPlace(polygon->points()[shown]))
+            ring_(polygon->points()[shown]);
+    // Edit points tell, too, which shape it is.
+    const MouseTool* const tool = selected ? selected->mouseTool() : nullptr;
+    const bool outlined = selected && selected->isDisplayed() && !(tool && tool->isActive());
+    const auto* const label = dynamic_cast<const AnnotationShape*>(selected);
+    if (outlined && label && isPlace(label->position())) ring_(label->position());
+    if (points_.empty() && !outlined) return;
 
     ToolPicture picture;
+    if (outlined)
+        for (const auto& path : outline_.of(*selected)) picture.add(path);
     for (const auto& line : lines_) picture.add(line);
     for (const PUDrawPoint& point : points_) picture.add(point);
     ToolView& view = ToolView::current();
@@ -71,6 +76,12 @@ void OverlayMarks::markHalfDrawn_(const Shape& shape) {
     if (!polygon || points.size() != 2) return;
     lines_.emplace_back(points.front(), points.back(), polygon->lineColor(), polygon->lineWidth());
     lines_.back().show();
+}
+
+void OverlayMarks::ring_(const Vec3& place) {
+    mark_(place, kRingColor);
+    points_.back().setHollow(true);
+    points_.back().setDrawAltimeter(false);
 }
 
 void OverlayMarks::mark_(const Vec3& place, std::uint32_t rgba) {

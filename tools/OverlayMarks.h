@@ -7,11 +7,13 @@
 #include "model/Overlay.h"
 #include "tools/PUDrawLine.h"
 #include "tools/PUDrawPoint.h"
+#include "tools/ShapeOutline.h"
 
 namespace OverlayEditor {
 
 /// What is drawn of an edited overlay beside its tool: the points that half drawn shapes have, which the host
-/// cannot show yet, and a ring about the point that the panel of the selected line or polygon shows.
+/// cannot show yet, a white edge along the outline of the selected shape while no tool edits it, and a ring
+/// about the point that the panel of a selected line or polygon shows.
 class OverlayMarks {
   public:
     /// \param overlay must outlive the object
@@ -24,6 +26,7 @@ class OverlayMarks {
   private:
     void markHalfDrawn_(const Shape& shape);
     void mark_(const halCore::Vec3& place, std::uint32_t rgba);
+    void ring_(const halCore::Vec3& place);
 
     const Overlay& overlay_;
     /// Those that the host shows nothing of, when the overlay had that revision.
@@ -31,6 +34,7 @@ class OverlayMarks {
     std::optional<std::uint64_t> revision_;
     std::vector<PluginUtils::PUDrawPoint> points_;
     std::vector<PluginUtils::PUDrawLine> lines_;
+    ShapeOutline outline_;
 };
 
 }  // namespace OverlayEditor

@@ -27,6 +27,7 @@ constexpr std::uint32_t kBackingColor = 0x101418D8;
 constexpr double kEdge = 3.0;
 constexpr double kAltimeterWidth = 1.5;
 constexpr double kPadding = 4.0;
+constexpr double kPathEdge = 2.0;
 /// Ground lines are drawn in pieces of at most this length.
 constexpr double kPieceMeters = 50e3;
 constexpr int kMostPieces = 400;
@@ -105,6 +106,7 @@ LabelBox placeLabel(const Pixel& point, double width, double height, bool above,
 void PointPainter::paint(const ToolPicture& picture) {
     if (!view_.isValid() || picture.isEmpty()) return;
     const PixelOverlay overlay(view_);
+    for (const PluginUtils::PUDrawPath* const path : picture.paths()) drawPath_(*path);
     for (const PUDrawLine* const line : picture.lines()) drawLine_(*line);
 
     std::vector<Dot> dots;
@@ -156,6 +158,30 @@ void PointPainter::drawLine_(const PUDrawLine& line) const {
         fromHidden = toHidden;
     }
     glEnd();
+}
+
+void PointPainter::drawPath_(const PluginUtils::PUDrawPath& path) const {
+    std::vector<std::pair<Pixel, Pixel>> seen;
+    const auto& places = path.places();
+    bool fromHidden = true;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool toHidden = view_.isHiddenByEarth(places[i]);
+        if (i > 0 && !fromHidden && !toHidden)
+            if (const auto pixels = view_.segment(places[i - 1], places[i])) seen.push_back(*pixels);
+        fromHidden = toHidden;
+    }
+    const auto draw = [&](std::uint32_t color, double width) {
+        setColor(color);
+        glLineWidth(static_cast<GLfloat>(width * view_.pixelScale()));
+        glBegin(GL_LINES);
+        for (const auto& [from, to] : seen) {
+            glVertex2d(from.x, view_.height() - from.y);
+            glVertex2d(to.x, view_.height() - to.y);
+        }
+        glEnd();
+    };
+    draw(kRingColor, path.getWidth() + 2.0 * kPathEdge);
+    draw(path.getColor(), path.getWidth());
 }
 
 void PointPainter::drawAltimeter_(const ToolPicture::Point& entry) const {

@@ -46,6 +46,7 @@ class PointPainter {
     };
 
     void drawLine_(const PluginUtils::PUDrawLine& line) const;
+    void drawPath_(const PluginUtils::PUDrawPath& path) const;
     void drawAltimeter_(const ToolPicture::Point& point) const;
     void drawDots_(const std::vector<Dot>& dots, bool highlighted) const;
     void drawRings_(const std::vector<Dot>& dots, bool highlighted) const;

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "tools/PUDrawLine.h"
+#include "tools/PUDrawPath.h"
 #include "tools/PUDrawPoint.h"
 #include "tools/ViewProjection.h"
 
@@ -19,6 +20,7 @@ class ToolPicture {
     void clear() {
         points_.clear();
         lines_.clear();
+        paths_.clear();
     }
     /// Hidden points and lines are left out.
     void add(const PluginUtils::PUDrawPoint& point) { add(point, point.ecef()); }
@@ -30,13 +32,17 @@ class ToolPicture {
         if (line.isShown()) lines_.push_back(&line);
     }
 
+    void add(const PluginUtils::PUDrawPath& path) { paths_.push_back(&path); }
+
     const std::vector<Point>& points() const { return points_; }
     const std::vector<const PluginUtils::PUDrawLine*>& lines() const { return lines_; }
-    bool isEmpty() const { return points_.empty() && lines_.empty(); }
+    const std::vector<const PluginUtils::PUDrawPath*>& paths() const { return paths_; }
+    bool isEmpty() const { return points_.empty() && lines_.empty() && paths_.empty(); }
 
   private:
     std::vector<Point> points_;
     std::vector<const PluginUtils::PUDrawLine*> lines_;
+    std::vector<const PluginUtils::PUDrawPath*> paths_;
 };
 
 /// The view as the tools see it: how it looks in this frame, and where their picture goes. The host's
