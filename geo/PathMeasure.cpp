@@ -1,11 +1,13 @@
 #include "geo/PathMeasure.h"
 
 #include <cmath>
+#include <optional>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/PolygonArea.hpp>
 
 #include "geo/Angles.h"
+#include "geo/GeodesicPath.h"
 
 namespace halCore {
 
@@ -55,26 +57,42 @@ double PathMeasure::areaTo(const Vec3& next) const {
     return std::abs(area);
 }
 
-double areaOfDisc(const Vec3& center, double radius) {
-    // Two polygons on the rim; what they lack of the disc shrinks with the square of their sides.
-    constexpr int sides = 180;
+namespace {
+
+/// The area within a rim. Two polygons on it lack of it what shrinks with the square of their sides.
+template <typename PlaceAt>
+double areaWithin(int sides, const std::optional<Vec3>& corner, PlaceAt&& placeAt) {
     PolygonArea fine(Geodesic::WGS84());
     PolygonArea coarse(Geodesic::WGS84());
-    for (int i = 0; i < sides; ++i) {
-        double lat = 0.0;
-        double lon = 0.0;
-        Geodesic::WGS84().Direct(degrees(center.lat()), degrees(center.lon()), 360.0 * i / sides, radius, lat,
-                                 lon);
-        fine.AddPoint(lat, lon);
-        if (i % 2 == 0) coarse.AddPoint(lat, lon);
+    for (int i = 0; i < sides + (corner ? 1 : 0); ++i) {
+        const Vec3 place = placeAt(static_cast<double>(i) / sides);
+        fine.AddPoint(degrees(place.lat()), degrees(place.lon()));
+        if (i % 2 == 0) coarse.AddPoint(degrees(place.lat()), degrees(place.lon()));
     }
-    const auto area = [](const PolygonArea& polygon) {
+    const auto area = [&](PolygonArea& polygon) {
+        if (corner) polygon.AddPoint(degrees(corner->lat()), degrees(corner->lon()));
         double length = 0.0;
         double result = 0.0;
         polygon.Compute(true, false, length, result);
         return result;
     };
     return (4.0 * area(fine) - area(coarse)) / 3.0;
+}
+
+constexpr int kSides = 180;
+
+}  // namespace
+
+double areaOfDisc(const Vec3& center, double radius) {
+    return areaWithin(kSides, std::nullopt,
+                      [&](double share) { return geodesicFrom(center, kTwoPi * share, radius); });
+}
+
+double areaOfSector(const Vec3& center, double halfEast, double halfNorth, double azimuth, double sweep) {
+    const bool isWhole = sweep >= kTwoPi;
+    const EllipticalArc arc(center, halfEast, halfNorth, 0.0, azimuth, sweep);
+    return areaWithin(kSides, isWhole ? std::nullopt : std::optional(center),
+                      [&](double share) { return arc.at(share); });
 }
 
 }  // namespace halCore

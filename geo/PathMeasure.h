@@ -36,4 +36,9 @@ class PathMeasure {
 /// of it.
 double areaOfDisc(const Vec3& center, double radius);
 
+/// Square metres of a part of an ellipse about a centre, from one azimuth over a sweep (radians clockwise, up
+/// to a whole turn) to the other and straight back to the centre, to 1e-6 of it. Half axes in metres to the
+/// east and to the north.
+double areaOfSector(const Vec3& center, double halfEast, double halfNorth, double azimuth, double sweep);
+
 }  // namespace halCore

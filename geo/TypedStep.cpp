@@ -192,6 +192,7 @@ TypedStep readPattern(const std::vector<Item>& items, const TspiUnitsProviderAda
         TypedShift shift;
         std::array<int, 2> counts{};
         bool isLength = items[0].isSigned();
+        std::string example;
         for (const Item& item : items) {
             const bool isEast = item.kind == Kind::East || item.kind == Kind::West;
             const double way = values.length(item);
@@ -199,11 +200,18 @@ TypedStep readPattern(const std::vector<Item>& items, const TspiUnitsProviderAda
             (isEast ? shift.eastMeters : shift.northMeters) = back ? -way : way;
             ++counts[isEast ? 1 : 0];
             isLength = isLength || !item.unit.empty();
+            const std::string unit =
+                item.unit.empty() ? std::string(unitsGetAbbreviation(units.rangeUnits())) : item.unit;
+            example.append(example.empty() ? "" : " ").append(item.number).append(" ").append(unit);
+            example.append(" ").append(trimmed(std::string_view(item.suffix).substr(item.unit.size())));
         }
         if (!isLength || counts[0] > 1 || counts[1] > 1) {
             reason.clear();
             return {};
         }
+        // Without units it might as well be a position.
+        if (std::ranges::any_of(items, [](const Item& item) { return item.unit.empty(); }))
+            reason = "a distance needs its unit here: type \"" + example + "\"";
         if (reason.empty() && shift.eastMeters == 0.0 && shift.northMeters == 0.0)
             reason = "this leads nowhere";
         return shift;
@@ -298,6 +306,10 @@ TypedStep readTypedStep(std::string_view typed, const TspiUnitsProviderAdapter& 
     TypedStep pattern = readPattern(items, units, patternReason);
     const bool isPattern = !std::holds_alternative<std::monostate>(pattern);
     if (isPattern && patternReason.empty()) return pattern;
+    if (std::holds_alternative<TypedShift>(pattern)) {
+        reason = patternReason;
+        return {};
+    }
     if (offsets && text.find('\n') == std::string::npos)
         if (const auto offset = readOffset(text, units)) return *offset;
     TypedStep places = readPlaces(text, units, offsets, reason);
@@ -307,8 +319,10 @@ TypedStep readTypedStep(std::string_view typed, const TspiUnitsProviderAdapter& 
     else if (items.size() == 2 && std::ranges::all_of(items, [](const Item& item) {
                  return item.isAngle() && readNumber(item.number);
              }))
-        reason = "a distance needs its unit here: type \"" + items[0].number + " " +
-                 std::string(unitsGetAbbreviation(units.rangeUnits())) + " " + items[1].number + "\"";
+        reason = std::string("this is no position, and a distance needs its unit here: type \"")
+                     .append(items[0].number + " ")
+                     .append(unitsGetAbbreviation(units.rangeUnits()))
+                     .append(" " + items[1].number + "\"");
     else if (reason.empty())
         reason = kUnderstood;
     return {};

@@ -61,7 +61,7 @@ using TypedStep =
 /// - places, as readTypedPositions takes them, perhaps several;
 /// - "5 nm 270", "270 5 nm", "5 nm 270T": a distance, which needs its unit, and a direction, as
 ///   TspiUnitsProviderAdapter::parseAngle takes one; a magnetic one ("270M") is refused;
-/// - "+3 km E 1 km N", "2 nm N": to the east and to the north; each needs its unit, or a sign in front;
+/// - "+3 km E 1 km N", "2 nm N": to the east and to the north; each needs its unit;
 /// - "5 nm", "5": a length;
 /// - "12 nm 270 330": a radius with its sector, directions as above;
 /// - with `offsets`, "100, 200" and "100, 200, 30": offsets in the range unit.

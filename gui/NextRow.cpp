@@ -96,7 +96,7 @@ int NextRow::onCmdEntered(PIObject*, void*) {
     }
     refused_.forget();
     field_.setValue(std::string());
-    understood_.setValue(taken.done + "\t" + (taken.done.empty() ? " " : taken.done));
+    understood_.setValue("\t ");
     if (reason.empty()) target_.taken();
     return 1;
 }

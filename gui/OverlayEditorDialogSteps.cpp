@@ -114,6 +114,8 @@ void OverlayEditorDialog::showSteps_() {
     };
     show(widgets_->undo, "Undo", history.canUndo(), history.canUndo() ? history.undoName() : "undo");
     show(widgets_->redo, "Redo", history.canRedo(), history.canRedo() ? history.redoName() : "redo");
+    // What a typed line would do, now that the shape is another one.
+    widgets_->next.refresh();
 }
 
 // While a shape is drawn

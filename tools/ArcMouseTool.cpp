@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "geo/Angles.h"
+#include "geo/PathMeasure.h"
 #include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
@@ -33,6 +34,15 @@ std::string ArcMouseTool::getPointText_(const Vec3& pos) const {
         if (grabbed() != MajorAxis) appendRange_(text, " YRad: ", minor);
     }
     if (!atCenter) appendBearing_(text, center_(), pos);
+    if (!shape_.startAnglePt()) return text.str();
+    const bool placed = grabbed() == None;
+    const double start = shape_.startAngle();
+    const double sweep = halCore::wrapToTwoPi((placed ? bearingAt_(pos) : shape_.endAngle()) - start);
+    const double east = placed ? radiusAt_(pos) : major;
+    const double north = placed ? east : minor;
+    if (east > 0.0 && north > 0.0)
+        appendArea_(text, halCore::areaOfSector(center_(), east, north, start,
+                                                sweep > 0.0 ? sweep : halCore::kTwoPi));
     return text.str();
 }
 

@@ -257,6 +257,7 @@ std::string BaseMouseTool::hint() const {
     text.append(stateHint_());
     if (state_ == Dragging && isWhole_())
         return text.append(". Shift: steps of 15\u00b0").append(turns_() ? ", Control: turns it" : "");
+    if (state_ == Placing && !pressed_) text.append(". Space or the middle button turns the globe");
     return aims ? text.append(modifierHint_()) : text;
 }
 

@@ -57,7 +57,10 @@ std::string PolygonMouseTool::getPointText_(const Vec3& pos) const {
     if (index == 0 || index > shape_.getNumPoints()) return text.str();
     const Vec3& previous = shape_.points()[index - 1];
     if (!isPlace(previous)) return text.str();
-    appendRange_(text, " Dist: ", halCore::Sodano::inverse(previous, pos).distance);
+    const double meters = halCore::Sodano::inverse(previous, pos).distance;
+    // On the last point, as after Undo, no leg leads to the cursor.
+    if (!grabbed_ && meters <= 0.5 * view_.metersPerPixel(halCore::toEcef(pos))) return text.str();
+    appendRange_(text, " Dist: ", meters);
     appendBearing_(text, previous, pos);
     if (index > 1 && index == shape_.getNumPoints()) appendSums_(text, pos);
     return text.str();
@@ -231,8 +234,7 @@ std::string_view PolygonMouseTool::placingHint_() const {
         case 1:
             return "Click the second point";
         default:
-            return "Click the next point. Right click ends drawing. Space or the middle button turns the "
-                   "globe";
+            return "Click the next point. Right click ends drawing";
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "geo/Angles.h"
+#include "geo/PathMeasure.h"
 #include "model/ShapeKinds.h"
 
 namespace OverlayEditor {
@@ -28,6 +30,8 @@ std::string ThreePointMouse::getPointText_(const Vec3& pos) const {
         const double minor = grabbed() == None ? placed : shape_.minorAxis();
         appendRange_(text, " XRad: ", major);
         if (minor != 0.0) appendRange_(text, " YRad: ", minor);
+        if (minor != 0.0 && shape_.subtype() == CylinderShape::Ellipse)
+            appendArea_(text, halCore::areaOfSector(center_(), major, minor, 0.0, halCore::kTwoPi));
     }
     return text.str();
 }

@@ -98,6 +98,13 @@ TEST_F(Constraining, LabelsSumUp) {
     mouse.move("21.1N 157.9W");
     // Half of 11.07 km by 10.39 km; legs of 11.07 and 10.39 km.
     EXPECT_THAT(label(), HasSubstr("Dist: 10.39 km T: 89.98 deg Sum: 21.46 km Area: 57.5"));
+    // Pi times 11.07 km by 5.54 km; a quarter of pi times 10.395 km squared.
+    start(new CylinderShape(preferences, CylinderShape::Ellipse));
+    mouse.from("21.0N 158.0W").to("20.9N 158.0W").from("20.95N 158.1W").move("21.05N 158.0W");
+    EXPECT_THAT(label(), HasSubstr("YRad: 5.54 km Area: 192.5"));
+    start(new CylinderShape(preferences, CylinderShape::Arc));
+    mouse.from("21.0N 158.0W").to("21.1N 158.0W").from("20.95N 158.1W").move("21.0N 157.9W");
+    EXPECT_THAT(label(), HasSubstr("T: 89.98 deg Area: 84.8"));
     EXPECT_THAT(label(), HasSubstr(" km²"));
 }
 

@@ -15,8 +15,18 @@ assert(editor.captions().some(caption => caption.startsWith("Point 2: ")), edito
 if (args[0]) picture(args[0] + "/next.png");
 editor.leave("Next:");
 assertEqual(shown().length, 1, "left, it is not taken");
-editor.fill("Next:", "12 nm 45");
+// A route of eight legs, across 180 degrees, and six references pasted behind it.
+let at = { lat: -17, lon: 179.9 };
+for (const [miles, bearing] of [[12, 45], [80, 90], [3.5, 181.25], [250, 300], [0.1, 7], [60, 270], [33, 359], [500, 123]]) {
+    editor.fill("Next:", miles + " nm " + bearing);
+    at = destination(at.lat, at.lon, bearing, miles * 1852);
+    const [lat, lon] = points(shown()[0]).pop();
+    assertNear(distance({ lat, lon }, at), 0, 1e-3);
+}
 assertEqual(points(shown()[0])[1], reached);
+for (const reference of ["4QFJ1234567890", "31UDQ4825111932", "32UPU9126334230", "37UDB1327980146", "18TWL8395907350", "56HLH3436850948"])
+    editor.fill("Next:", reference);
+assertEqual(points(shown()[0]).length, 15);
 editor.fill("Next:", "");
 assert(editor.checked("Stop"), "finished");
 editor.close();
