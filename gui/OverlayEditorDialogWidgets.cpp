@@ -16,7 +16,7 @@ constexpr std::int32_t kCaptionLetters = 18;
 /// A rectangle's.
 constexpr std::int32_t kPanelRows = 16;
 /// Caption, field and unit of a longitude.
-constexpr std::int32_t kPanelLetters = 67;
+constexpr std::int32_t kPanelLetters = 70;
 /// The end of a path.
 constexpr std::int32_t kFileLetters = 13;
 

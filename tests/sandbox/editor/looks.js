@@ -14,7 +14,7 @@ function show(box, name) {
 }
 
 show(editor, "editor");
-assert(editor.geometry.width < 825, "as narrow as can be: " + editor.geometry.width);
+assert(editor.geometry.width < 845, "as narrow as can be: " + editor.geometry.width);
 const kinds = editor.options("Shape:").slice(1);
 assert(kinds.length >= 15, "the kinds of shapes: " + kinds);
 for (const kind of kinds) {
