@@ -211,7 +211,7 @@ TypedStep readPattern(const std::vector<Item>& items, const TspiUnitsProviderAda
         }
         // Without units it might as well be a position.
         if (std::ranges::any_of(items, [](const Item& item) { return item.unit.empty(); }))
-            reason = "a distance needs its unit here: type \"" + example + "\"";
+            reason = std::string("a distance needs its unit here: type \"").append(example).append("\"");
         if (reason.empty() && shift.eastMeters == 0.0 && shift.northMeters == 0.0)
             reason = "this leads nowhere";
         return shift;
@@ -320,9 +320,12 @@ TypedStep readTypedStep(std::string_view typed, const TspiUnitsProviderAdapter& 
                  return item.isAngle() && readNumber(item.number);
              }))
         reason = std::string("this is no position, and a distance needs its unit here: type \"")
-                     .append(items[0].number + " ")
+                     .append(items[0].number)
+                     .append(" ")
                      .append(unitsGetAbbreviation(units.rangeUnits()))
-                     .append(" " + items[1].number + "\"");
+                     .append(" ")
+                     .append(items[1].number)
+                     .append("\"");
     else if (reason.empty())
         reason = kUnderstood;
     return {};
