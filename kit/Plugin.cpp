@@ -136,7 +136,9 @@ void Plugin::unload() {
     situation_.setEntry("dlclose");
     dlclose(std::exchange(library_, nullptr));
     situation_.setEntry({});
-    if (isMapped(path_)) findings_.fault("the library is still mapped after dlclose");
+    if (isMapped(path_))
+        findings_.fault(
+            "the library is still mapped after dlclose (by -fgnu-unique, or by thread_local data?)");
 }
 
 bool Plugin::isMapped(const std::string& path) {

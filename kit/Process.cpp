@@ -34,15 +34,6 @@ std::string entriesOf(const char* directory) {
     return text;
 }
 
-std::string children() {
-    std::string text;
-    for (const std::string& thread : UTILS::namesIn("/proc/self/task")) {
-        std::ifstream file("/proc/self/task/" + thread + "/children");
-        for (std::string process; file >> process;) text += process + "; ";
-    }
-    return text;
-}
-
 std::string signalHandlers() {
     std::string text;
     for (int signal = 1; signal < NSIG; ++signal) {
@@ -60,7 +51,8 @@ ProcessState ProcessState::now() {
     auto& facts = state.facts_;
     facts["open files"] = entriesOf("/proc/self/fd");
     facts["number of threads"] = std::to_string(UTILS::namesIn("/proc/self/task").size());
-    facts["child processes"] = children();
+    std::string& children = facts["child processes"];
+    for (const int child : childProcesses()) children += std::to_string(child) + "; ";
     facts["signals"] = signalHandlers();
     facts["locale"] = std::setlocale(LC_ALL, nullptr);
     facts["working directory"] = std::filesystem::current_path();
@@ -80,6 +72,15 @@ std::vector<std::string> ProcessState::differences(const ProcessState& before) c
         if (const std::string& old = before.facts_.at(name); fact != old)
             different.push_back(name + ": \"" + fact + "\", before \"" + old + "\"");
     return different;
+}
+
+std::vector<int> childProcesses() {
+    std::vector<int> found;
+    for (const std::string& thread : UTILS::namesIn("/proc/self/task")) {
+        std::ifstream file("/proc/self/task/" + thread + "/children");
+        for (int process = 0; file >> process;) found.push_back(process);
+    }
+    return found;
 }
 
 bool isScratch(const std::string& directory) {

@@ -27,6 +27,9 @@ struct Memory {
     static bool isMeasurable();
 };
 
+/// The processes that this one has started and not waited for, and those that came to it.
+std::vector<int> childProcesses();
+
 /// Whether a directory is one that a process of this program makes for itself, and may be emptied.
 bool isScratch(const std::string& directory);
 /// How the names of such directories begin, in the directory for temporary files.

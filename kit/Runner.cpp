@@ -1,11 +1,14 @@
 #include "kit/Runner.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -130,6 +133,35 @@ std::string endOf(const std::string& text, std::size_t lines) {
     return text.substr(at);
 }
 
+/// What is written without end goes: more follows.
+void keepShort(const std::string& output) {
+    constexpr std::uintmax_t kMost = 1 << 20;
+    std::error_code ignored;
+    if (const auto size = std::filesystem::file_size(output, ignored); !ignored && size > kMost)
+        std::filesystem::resize_file(output, 0, ignored);
+}
+
+std::string tailOf(const std::string& path) {
+    constexpr std::streamoff kMost = 1 << 16;
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.tellg();
+    file.seekg(std::max<std::streamoff>(0, size - kMost));
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Those that a check has left come to this process, whatever session and group they have made.
+void endOrphans() {
+    constexpr int kGenerations = 100;
+    for (int i = 0; i < kGenerations; ++i) {
+        const auto processes = childProcesses();
+        if (processes.empty()) return;
+        for (const int process : processes) {
+            ::kill(process, SIGKILL);
+            ::waitpid(process, nullptr, 0);
+        }
+    }
+}
+
 }  // namespace
 
 Outcome runCheck(const Check& check, const Settings& settings, const Limits& limits) {
@@ -146,6 +178,8 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     if (!situation) throw failure("no memory");
     const UTILS::Descriptor log(::open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
 
+    // What a check leaves behind comes here.
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     std::vector<std::string> arguments = argumentsOf(check, settings, home);
     std::vector<char*> pointers;
     for (std::string& argument : arguments) pointers.push_back(argument.data());
@@ -172,6 +206,7 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
         else if (residentOf(child) > limits.mebibytes * 1024 * 1024)
             excess = "it takes more than " + UTILS::writeNumber(limits.mebibytes) + " MiB of memory";
         if (!excess.empty()) break;
+        keepShort(output);
         constexpr int kLookAgain = 100, kSoon = 5;  // milliseconds
         pollfd waiting{isOpen ? reading.get() : -1, POLLIN, 0};
         if (::poll(&waiting, 1, isOpen ? kLookAgain : kSoon) <= 0) {
@@ -191,6 +226,7 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     ::kill(-child, SIGKILL);
     int status = 0;
     ::waitpid(child, &status, 0);
+    endOrphans();
     outcome.seconds = elapsed();
 
     const std::string where = situation->text();
@@ -202,9 +238,7 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     else if (!done || (status != 0 && outcome.faults.empty()))
         fault(ending(status) + (done ? " once the check is over" : ""));
     ::munmap(situation, sizeof *situation);
-    std::string text;
-    UTILS::readFile(output, text);
-    outcome.output = endOf(text, 20);
+    outcome.output = endOf(tailOf(output), 20);
     return outcome;
 }
 

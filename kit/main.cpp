@@ -115,7 +115,8 @@ int runAll(const Options& options) {
                                             {"checks", results}};
         std::cout << report.dump(2, ' ', true, nlohmann::ordered_json::error_handler_t::replace) << '\n';
     } else {
-        std::cout << chosen.size() << " checks, " << failed << " with faults\n";
+        std::cout << chosen.size() << (chosen.size() == 1 ? " check, " : " checks, ") << failed
+                  << " with faults\n";
     }
     return failed ? kFailed : kPassed;
 }
@@ -162,6 +163,9 @@ int run(int argc, char** argv) {
             throw std::runtime_error("there is no check \"" + name + "\"; --list names them");
     if (options.inProcess && options.only.size() != 1)
         throw std::runtime_error("--in-process is for one check: name it with --only");
+    if (options.inProcess && options.json) throw std::runtime_error("--in-process prints no JSON");
+    if (!std::isfinite(options.limits.seconds) || !std::isfinite(options.limits.mebibytes))
+        throw std::runtime_error("a limit is a number");
     if (settings.library.empty()) throw std::runtime_error("which library?");
     judgeFile(settings.library);
     settings.library = std::filesystem::canonical(settings.library);

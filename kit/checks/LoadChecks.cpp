@@ -97,7 +97,7 @@ void checkLoading(Context& context) {
     const ProcessState before = ProcessState::now();
     const auto judge = [&](const std::string& when) {
         for (const std::string& difference : ProcessState::now().differences(before))
-            context.findings.fault(when + " the process has another " + difference);
+            context.findings.fault(when + " the process is not as it was: " + difference);
     };
     for (int round = 0; round < kRounds && context.findings.faults() == 0; ++round) {
         context.situation.setRound("round " + std::to_string(round + 1));
@@ -119,6 +119,7 @@ void checkLoading(Context& context) {
 
 void checkRounds(Context& context) {
     const int rounds = context.settings.rounds;
+    constexpr int kFewRounds = 30;
     const int warmUp = std::min(100, rounds / 3);
     Memory first;
     std::vector<double> heaps;
@@ -132,6 +133,9 @@ void checkRounds(Context& context) {
         if (round >= warmUp) heaps.push_back(Memory::now().heap);
     }
     context.situation.setRound({});
+    if (rounds < kFewRounds)
+        context.findings.remark("so few rounds tell nothing of memory: " + std::to_string(kFewRounds) +
+                                " or more do");
     // Rounds that were cut short by another fault say nothing of memory.
     if (!Memory::isMeasurable() || rounds <= warmUp + 1 || context.findings.faults() != 0) return;
     const Memory last = Memory::now();

@@ -226,7 +226,7 @@ void tryScenario(Trial& trial) {
     if (lists) trial.expect(Id::GetPlatformList, "one that is gone is not listed", !isListed(id));
 }
 
-void tryScene(Trial& trial, const std::string& directory) {
+void tryScene(Trial& trial, const std::string& path) {
     // A host that does not forget it calls it later.
     static OverlayObserver observer;
     observer = {};
@@ -235,14 +235,14 @@ void tryScene(Trial& trial, const std::string& directory) {
         trial.serves(Id::OverlayFiles, "takes an observer of overlays",
                      ask(Id::OverlayFiles, Files::RegisterObserver, {.pointers = {pointer}}).result != 0);
     tryStreams(trial, hears ? &observer : nullptr);
-    tryFiles(trial, hears ? &observer : nullptr, directory + "/host-probe.zel");
+    tryFiles(trial, hears ? &observer : nullptr, path);
     trial.refuses(Id::OverlayFiles, "a handle that is none",
                   ask(Id::OverlayFiles, Files::Unload, {.pointers = {strange()}}).result);
     if (hears) {
         const Answer gone = ask(Id::OverlayFiles, Files::RemoveObserver, {.pointers = {pointer}});
         trial.expect(Id::OverlayFiles, "forgets the observer", gone.result != 0, gone);
         const std::size_t heard = observer.added.size();
-        if (loadAndUnload(directory + "/host-probe.zel"))
+        if (loadAndUnload(path))
             trial.expect(Id::OverlayFiles, "an observer that is forgotten hears no more",
                          observer.added.size() == heard);
     }

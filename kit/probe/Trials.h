@@ -40,8 +40,8 @@ void tryApplication(Trial& trial, void* dialog);
 /// Takes the timeout back that has not fired yet: it would decide in a report that is gone.
 void cancelTimeout();
 void tryScenario(Trial& trial);
-/// \param directory where a file can be written
-void tryScene(Trial& trial, const std::string& directory);
+/// \param path of an overlay file that is written, and removed again
+void tryScene(Trial& trial, const std::string& path);
 
 /// The host has dispatched it; trials look at it.
 struct Seen {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 namespace probe {
@@ -32,8 +33,13 @@ std::string environment(const char* name, const std::string& otherwise) {
     return value && *value ? value : otherwise;
 }
 
+/// Without links in its directory, as hosts may name files in it.
 std::string reportFile() {
-    return environment("HOST_PROBE_REPORT", environment("HOME", "/tmp") + "/host-probe.txt");
+    const std::filesystem::path given =
+        environment("HOST_PROBE_REPORT", environment("HOME", "/tmp") + "/host-probe.txt");
+    std::error_code ignored;
+    const auto whole = std::filesystem::absolute(given, ignored);
+    return std::filesystem::weakly_canonical(whole.parent_path(), ignored) / whole.filename();
 }
 
 PIObject* asWrapper(int& object) {
@@ -116,14 +122,14 @@ void Window::build_() {
 
 void Window::run_() {
     cancelTimeout();
+    asksFrame_ = false;
     report_ = Report();
     Trial trial(report_);
     tryWidgets(trial, dialog_);
     tryChoices(trial, dialog_);
     tryApplication(trial, dialog_);
     tryScenario(trial);
-    const std::string file = reportFile();
-    tryScene(trial, file.substr(0, file.find_last_of('/')));
+    tryScene(trial, reportFile() + ".zel");
     if (trial.serves(Id::ForceRedraw, "is asked for a frame", call(Id::ForceRedraw, nullptr) != 0)) {
         frameEntry_ = report_.add(0, "the frame comes, with the view's size", Verdict::Waits);
         asksFrame_ = true;
@@ -140,11 +146,12 @@ void Window::askFor_(Hand hand) {
     hand_ = hand;
     clicks_.clear();
     if (hand == Hand::Done) {
-        say_("Done: " + report_.summary() + ". The report is " + reportFile());
+        say_("Done: " + report_.summary() +
+             (write_() ? ". The report is " : ". The report could not be written to ") + reportFile());
     } else {
         say_(std::string(kSteps[static_cast<int>(hand) - 1].prompt) + ", or press \"Skip\".");
+        write_();
     }
-    write_();
 }
 
 void Window::decide_(Hand hand, bool right, const std::string& answer) {
@@ -201,11 +208,12 @@ void Window::openFile_() {
     if (hand_ != Hand::Cancel) return;
     const Answer file = ask(Id::FileDialog, PISelector::FileDialog::Load,
                             {.strings = {"Cancel this", "HostProbe", "File", "", "Text files\t*.txt"}});
-    decide_(Hand::Cancel, file.result == 0 && file.strings.empty(), file.text());
+    decide_(Hand::Cancel, file.result == 0 && file.strings.empty() && file.fault.empty(),
+            file.fault.empty() ? file.text() : file.fault);
 }
 
 void Window::closed_(PIObject* sender) {
-    const bool hidden = call(Id::WindowShown, dialog_) == 0;
+    const bool hidden = call(Id::WindowShown, dialog_) == 0 && fault.empty();
     decide_(Hand::Close, hidden && sender == asWrapper(dialogWrapper_),
             hidden ? "the sender is not its wrapper" : "it is still shown");
 }
@@ -215,8 +223,10 @@ void Window::say_(const std::string& text) {
     ask(Id::Notify, PISelector::Notify::Message, {.integers = {4}, .strings = {"HostProbe", text}});
 }
 
-void Window::write_() {
-    std::ofstream(reportFile()) << report_.text();
+bool Window::write_() {
+    std::ofstream file(reportFile());
+    file << report_.text();
+    return static_cast<bool>(file.flush());
 }
 
 }  // namespace probe

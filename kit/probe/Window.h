@@ -38,7 +38,7 @@ class Window {
     void openFile_();
     void closed_(PIObject* sender);
     void say_(const std::string& text);
-    void write_();
+    bool write_();
 
     Report report_;
     Hand hand_ = Hand::None;

@@ -25,7 +25,7 @@ probe-incomplete exports does not export HPI_CleanUpPlugin
 probe-pinned loading still mapped after dlclose
 pinned loading still mapped after dlclose
 version versions HPI_MinimumVersion is 13001
-foreign-locale loading the process has another locale
+foreign-locale loading the process is not as it was: locale
 nameless texts the plug-in has no name
 result dispatch event .* returns 1, not 0
 leaves use left in the host after Close: timeout
@@ -40,8 +40,8 @@ greedy interrupted a mouse event is consumed from inside another entry
 hangs use it takes longer than 5 seconds .*event 2
 hungry use it takes more than 500 MiB of memory .*event 2
 forgetful rounds memory is lost: 2[0-9][0-9] bytes
-astray loading the process has another working directory
-breeds loading the process has another child processes
+astray loading the process is not as it was: working directory
+breeds loading the process is not as it was: child processes
 END
 "$checker" --json --only use "$broken" | python3 -c 'import json, sys; report = json.load(sys.stdin)
 assert report["passed"] and report["checks"][0]["figures"]["service-calls"] > 100, report'
