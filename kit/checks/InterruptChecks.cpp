@@ -15,15 +15,20 @@ void checkInterrupted(Context& context) {
             Session session(context);
             session.steps /= 2;
             session.seed += kind;
-            int calls = 0, incidentsLeft = 3000;  // a plug-in that puts all of them off would never end
+            // A plug-in that puts all of them off would never end, one that takes all at once have no stack.
+            int calls = 0, left = 3000, depth = 0;
             session.prepare = [&](Plugin&, Hands& hands) {
                 auto incidents = hands.incidents();
                 count = incidents.size();
                 context.situation.setRound(incidents[kind].first + " from inside every " +
                                            std::to_string(every) + ". service call");
                 session.host.onCall = [&, incident = incidents[kind].second](Service) {
-                    if (++calls % every == 0 && session.host.phase == Phase::Started && incidentsLeft-- > 0)
-                        incident();
+                    constexpr int kDeepest = 20;
+                    const bool due = ++calls % every == 0 && session.host.phase == Phase::Started;
+                    if (!due || depth == kDeepest || left-- <= 0) return;
+                    ++depth;
+                    incident();
+                    --depth;
                 };
             };
             session.play();

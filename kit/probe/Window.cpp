@@ -121,7 +121,9 @@ void Window::build_() {
 }
 
 void Window::run_() {
+    // What comes meanwhile is of no report.
     cancelTimeout();
+    hand_ = Hand::None;
     asksFrame_ = false;
     report_ = Report();
     Trial trial(report_);
