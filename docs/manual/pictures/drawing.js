@@ -2,7 +2,7 @@
 
 // What the hand has besides the mouse: lines that are typed, rings, and a whole shape that is turned.
 include("lib/manual.js");
-openEditor(700, 30);
+openEditor(285, 30);
 lookAt(36, 15, 300000);
 editor.choose("LLA:", "deg:min NSEW");
 editor.choose("Rng:", "nm");
@@ -11,7 +11,12 @@ editor.choose("Shape:", "Line");
 editor.color("Line Color:", "FFD000FF");
 for (const line of ["36 20N 14 10E", "22 nm 110", "15 nm 200"]) editor.fill("Next:", line);
 editor.type("Next:", "25 nm 80");
+// Without its left column the dialog leaves the line free.
+pressKey("F9");
+editor.moveTo(612, 30);
 pictureOfWindow("next-row");
+pressKey("F9");
+editor.moveTo(285, 30);
 editor.press("Delete All");
 
 editor.choose("Shape:", "Circle");
