@@ -96,4 +96,4 @@ with tempfile.TemporaryDirectory() as directory:
         faults.append("nothing happened")
     if faults:
         pathlib.Path(os.environ.get("FAULTS", os.devnull)).write_text(text)
-    sys.exit("\n".join(faults))
+    sys.exit("\n".join(faults) or None)
