@@ -60,7 +60,7 @@ void OverlayMarks::draw(const Shape* selected, int widthPixels, int heightPixels
 
     ToolPicture picture;
     if (outlined)
-        for (const auto& path : outline_.of(*selected)) picture.add(path);
+        for (const auto& path : outline_.of(*selected, overlay_.revision())) picture.add(path);
     for (const auto& line : lines_) picture.add(line);
     for (const PUDrawPoint& point : points_) picture.add(point);
     ToolView& view = ToolView::current();

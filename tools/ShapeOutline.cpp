@@ -38,12 +38,12 @@ std::vector<halCore::EllipticalArc> arcsOf(const CylinderShape& round) {
 
 }  // namespace
 
-const std::vector<PluginUtils::PUDrawPath>& ShapeOutline::of(const Shape& shape) {
-    const std::uint64_t revision = shape.placed().revision();
-    if (shape_ == &shape && changes_ == shape.changes() && revision_ == revision) return paths_;
+const std::vector<PluginUtils::PUDrawPath>& ShapeOutline::of(const Shape& shape, std::uint64_t revision) {
+    const std::uint64_t frame = shape.placed().revision();
+    if (shape_ == &shape && revision_ == revision && frame_ == frame) return paths_;
     shape_ = &shape;
-    changes_ = shape.changes();
     revision_ = revision;
+    frame_ = frame;
     paths_.clear();
     build_(shape);
     return paths_;

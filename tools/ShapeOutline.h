@@ -13,16 +13,17 @@ namespace OverlayEditor {
 /// Of a body it is the one at its centre's altitude; of a label there is none.
 class ShapeOutline {
   public:
-    /// The address serves as a mark only.
-    const std::vector<PluginUtils::PUDrawPath>& of(const Shape& shape);
+    /// \param revision of the shape's overlay: another shape may come to stand at the address of one that is
+    /// gone
+    const std::vector<PluginUtils::PUDrawPath>& of(const Shape& shape, std::uint64_t revision);
 
   private:
     void build_(const Shape& shape);
 
     std::vector<PluginUtils::PUDrawPath> paths_;
     const Shape* shape_ = nullptr;
-    std::uint64_t changes_ = 0;
     std::uint64_t revision_ = 0;
+    std::uint64_t frame_ = 0;
 };
 
 }  // namespace OverlayEditor
