@@ -324,8 +324,10 @@ class Walk {
 
 TEST(HistoryTest, WhateverIsDoneIsUndoneAndRedoneToTheDigit) {
     const char* const rounds = std::getenv("CAMPAIGN_ROUNDS");
+    const char* const from = std::getenv("CAMPAIGN_FROM");
+    const unsigned first = from ? static_cast<unsigned>(std::atoi(from)) : 0;
     const unsigned walks = rounds ? static_cast<unsigned>(std::atoi(rounds)) : 5;
-    for (unsigned seed = 0; seed < walks; ++seed) {
+    for (unsigned seed = first; seed < first + walks; ++seed) {
         SCOPED_TRACE("walk " + std::to_string(seed));
         Walk walk(seed);
         walk.walk(rounds ? 1000 : 300);
