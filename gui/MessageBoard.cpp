@@ -59,7 +59,7 @@ MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer
 
 void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
     if (lines_.empty()) answer_.hide();
-    lines_.push_back({severity, false, oneLine(text)});
+    lines_.push_back({severity, false, looking_, oneLine(text)});
     show_();
 }
 
@@ -77,8 +77,10 @@ void MessageBoard::clear() {
     if (over_) over_();
 }
 
-void MessageBoard::tellLost(const std::string& text) {
-    lost_ = oneLine(text);
+void MessageBoard::tellLost(const std::function<std::string()>& look) {
+    looking_ = true;
+    lost_ = oneLine(look());
+    looking_ = false;
     show_();
 }
 
@@ -90,12 +92,18 @@ void MessageBoard::commanded(const PIObject* sender) {
 }
 
 void MessageBoard::show_() {
-    if (const bool tells = lines_.empty() && !lost_.empty(); std::exchange(tellsLost_, tells) != tells) {
+    const bool tells = !lost_.empty() && std::ranges::all_of(lines_, &Line::aside);
+    if (std::exchange(tellsLost_, tells) != tells) {
         recover_.setShown(tells);
         discard_.setShown(tells);
     }
-    if (lines_.empty()) {
-        text_.setValue(shortened(lost_) + '\t' + (lost_.empty() ? " " : lost_));
+    if (tells || lines_.empty()) {
+        std::string text = shortened(lost_);
+        if (!lines_.empty()) text.append(" (and ").append(std::to_string(lines_.size())).append(" more)");
+        text.append("\t").append(lost_.empty() ? " " : lost_);
+        for (std::size_t i = 0; i < std::min(lines_.size(), kMostInTooltip); ++i)
+            text.append("\n").append(lines_[i].text);
+        text_.setValue(text);
         return;
     }
     // Of equals the one that the button is for, or the last: it tells what has become of the command.

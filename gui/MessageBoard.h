@@ -26,8 +26,10 @@ class MessageBoard {
     /// The message that was said last gets its button, until a later command's.
     void offer(const std::string& caption);
     void clear();
-    /// Tells of lost shapes until another text, or an empty one, takes its place.
-    void tellLost(const std::string& text);
+    /// Tells of lost shapes until another text, or an empty one, takes its place. What is said while they are
+    /// looked for, of others that cannot be read, hides none that were found.
+    /// \param look looks for them, and gives the text
+    void tellLost(const std::function<std::string()>& look);
     /// The user's next command: what was said goes at once. But one click leaves a field, and is a command by
     /// itself: what the field has refused stays over the command that follows.
     /// \param sender as countCommand has it
@@ -40,6 +42,8 @@ class MessageBoard {
         halNotify::Severity severity;
         /// Whether the button is its answer.
         bool answered = false;
+        /// Whether it was said while lost shapes were looked for.
+        bool aside = false;
         std::string text;
     };
     void show_();
@@ -47,6 +51,7 @@ class MessageBoard {
     std::vector<Line> lines_;
     std::string lost_;
     bool tellsLost_ = false;
+    bool looking_ = false;
     std::function<void()> over_;
     PIGUI::PIHorizontalFrame row_;
     PIGUI::PILabel text_;

@@ -9,17 +9,18 @@
 namespace OverlayEditor {
 
 void OverlayEditorDialog::offerLost() {
-    if (!lost_) lost_ = document_.findLost();
-    std::ostringstream text;
-    if (lost_) {
+    widgets_->messages.tellLost([this]() -> std::string {
+        if (!lost_) lost_ = document_.findLost();
+        if (!lost_) return {};
         const std::time_t written = lost_->file->written();
         std::tm local{};
         localtime_r(&written, &local);
         const std::string& file = lost_->contents.head.fileName;
+        std::ostringstream text;
         text << "Not saved when the host ended on " << std::put_time(&local, "%Y-%m-%d at %H:%M") << ": "
              << lost_->names() << (file.empty() ? "" : " of " + file);
-    }
-    widgets_->messages.tellLost(text.str());
+        return text.str();
+    });
 }
 
 int OverlayEditorDialog::onCmdRecoverLost(PIObject*, void*) {

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -84,14 +85,19 @@ TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
         }
         for (int i = 0; i < 9; ++i) host.fireTimeouts();
         const std::string journal = rescued().at(0);
-        for (const char* copy : {"rescued/.overlayeditor-journal-1-0", "rescued/.overlayeditor-journal-1-1"})
-            std::filesystem::copy(journal, path(copy));
+        for (const char* copy : {"-0", "-1", "-2"})
+            std::filesystem::copy(journal, path("rescued/.overlayeditor-journal-1") + copy);
+        const std::string unreadable = path("rescued/.overlayeditor-journal-1-2");
+        std::filesystem::resize_file(unreadable, 10);
+        std::filesystem::last_write_time(
+            unreadable, std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
     }
     const auto offered = [&] {
         return says("Not saved when the host ended on") && host.find("Recover")->shown &&
                !host.find("Load Rescued")->shown;
     };
     dialog->show();
+    EXPECT_TRUE(offered() && says(" (and 1 more)\t")) << "one that cannot be read hides none";
     addCircle(1, 2, 500);
     EXPECT_TRUE(offered()) << "whatever else is done";
     form.type("Radius:", "9z");
