@@ -1,3 +1,4 @@
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -73,6 +74,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
+    // What is larger than the user may write is a message, no end.
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         const int code = run(argc, argv);
         std::cout.flush();

@@ -1,5 +1,7 @@
 #include "sandbox/EndSignals.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QSocketNotifier>
 #include <array>
 #include <csignal>
@@ -23,12 +25,13 @@ void handle(int number) {
 
 }  // namespace
 
-EndSignals::EndSignals(std::function<void(int)> told) {
+EndSignals::EndSignals(std::function<void(int)> told) : told_(std::move(told)) {
+    QCoreApplication::instance()->installEventFilter(this);
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return;
     notifier_ = new QSocketNotifier(ends[1], QSocketNotifier::Read, this);
-    connect(notifier_, &QSocketNotifier::activated, this, [told = std::move(told)] {
+    connect(notifier_, &QSocketNotifier::activated, this, [this] {
         unsigned char number = 0;
-        if (::read(ends[1], &number, 1) == 1) told(number);
+        if (::read(ends[1], &number, 1) == 1) told_(number);
     });
     struct sigaction action {};
     action.sa_handler = &handle;
@@ -40,6 +43,13 @@ EndSignals::~EndSignals() {
     for (const int number : kSignals) ::signal(number, SIG_DFL);
     delete notifier_;
     for (int& end : ends) ::close(std::exchange(end, -1));
+}
+
+bool EndSignals::eventFilter(QObject* object, QEvent* event) {
+    // A session manager's; that of the last window that was closed is no event of the system's.
+    if (event->type() != QEvent::Quit || !event->spontaneous()) return QObject::eventFilter(object, event);
+    told_(0);
+    return true;
 }
 
 }  // namespace sandbox

@@ -25,6 +25,12 @@ QString LogEntry::shown() const {
     return QString("%1  %2: ").arg(Log::severityName(severity), printable(source)) + lines.join("\n    ");
 }
 
+void Log::setEcho(bool echo) {
+    echo_ = echo;
+    if (!echo) return;
+    for (const LogEntry& entry : entries_) std::fprintf(stderr, "%s\n", qPrintable(entry.shown()));
+}
+
 void Log::add(int severity, const QString& source, const QString& text) {
     if (entries_.size() >= kMaximumEntries)
         entries_.erase(entries_.begin(), entries_.begin() + kMaximumEntries / 2);

@@ -36,8 +36,8 @@ class Log : public QObject {
     QStringList takeMisuses();
     bool hasMisuses() const { return !misuses_.isEmpty(); }
 
-    /// Also writes each entry to standard error.
-    void setEcho(bool echo) { echo_ = echo; }
+    /// Also writes each entry to standard error, those that there are at once.
+    void setEcho(bool echo);
 
     static QString severityName(int severity);
 

@@ -98,12 +98,15 @@ void MainWindow::buildPanels(const Log& log) {
         messages->raise();
         seen();
     });
-    connect(&log, &Log::added, this, [this](const LogEntry& entry) {
+    const auto count = [this](const LogEntry& entry) {
         if (entry.severity > halNotify::Error || entry.severity == halNotify::Always) return;
         ++errors_;
         errorMark_->setText(errors_ == 1 ? QString("1 error") : QString("%1 errors").arg(errors_));
         errorMark_->show();
-    });
+    };
+    // What was said before there was a window, too.
+    for (const LogEntry& entry : log.entries()) count(entry);
+    connect(&log, &Log::added, this, count);
 
     resizeDocks({overlays}, {240}, Qt::Horizontal);
     resizeDocks({messages}, {96}, Qt::Vertical);

@@ -143,6 +143,8 @@ void openFiles(sandbox::Host& host, QStringList files) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // What is larger than the user may write is a message, no end.
+    std::signal(SIGXFSZ, SIG_IGN);
     QSurfaceFormat::setDefaultFormat(sandbox::GlobeView::surfaceFormat());
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
@@ -180,13 +182,11 @@ int main(int argc, char** argv) {
             return 2;
         }
     }
-    // What is larger than the user may write is a message, no end.
-    std::signal(SIGXFSZ, SIG_IGN);
     sandbox::ScriptRun* running = nullptr;
     const sandbox::EndSignals endSignals([&running, &host](int number) {
         if (running) running->interrupt();
         host.session().finish();
-        QApplication::exit(128 + number);
+        QApplication::exit(number == 0 ? 0 : 128 + number);
     });
     host.window().resize(options.size);
     if (!options.hasSize && options.script.isEmpty()) {

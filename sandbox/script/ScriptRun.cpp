@@ -73,7 +73,7 @@ bool ScriptRun::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ScriptRun::interrupt() {
-    addProblem("ended by a signal");
+    addProblem("ended from outside");
     engine_.setInterrupted(true);
 }
 

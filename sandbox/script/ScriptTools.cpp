@@ -78,8 +78,17 @@ void ScriptTools::writeFile(const QString& path, const QString& text) {
     step([&] {
         QFile file(path);
         const QByteArray bytes = text.toUtf8();
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-            throw ScriptError{path + ": " + file.errorString()};
+        const auto require = [&](bool done) {
+            if (!done) throw ScriptError{path + ": " + file.errorString()};
+        };
+        require(file.open(QIODevice::WriteOnly));
+        // Where only a part is written, the next one fails, and tells why.
+        for (qsizetype done = 0; done < bytes.size();) {
+            const qint64 count = file.write(bytes.constData() + done, bytes.size() - done);
+            require(count > 0);
+            done += count;
+        }
+        require(file.flush());
     });
 }
 

@@ -2,6 +2,7 @@
 
 import json
 import os
+import resource
 import shutil
 import subprocess
 import sys
@@ -262,6 +263,19 @@ class Zel(unittest.TestCase):
             )
         self.assertEqual(done.returncode, 2)
         self.assertIn(b"could not be written", done.stderr)
+
+    def test_a_file_larger_than_the_user_may_write(self):
+        text = CIRCLE.replace("end", "radius 3\nend") * 2000
+        file = self.file("large.zel", text)
+        done = subprocess.run(
+            [ZEL, "format", "-i", file],
+            stderr=subprocess.PIPE,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (8192, 8192)),
+        )
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"the file is too large", done.stderr)
+        self.assertEqual(self.read("large.zel"), text)
+        self.assertEqual(os.listdir(self.directory), ["large.zel"])
 
     def test_completion_knows_the_options(self):
         script = os.path.join(os.path.dirname(SAMPLES), "cli", "zel.bash")

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # ends.sh SANDBOX PLUGIN DIRECTORY: however the sandbox is ended, what nobody saved is rescued.
 set -uo pipefail
-sandbox=$1 plugin=$2 script=$3/ends/unsaved.js
+sandbox=$1 plugin=$2 directory=$3/ends
 work=$(mktemp -d)
 pids=()
 trap 'kill "${pids[@]}" 2>/dev/null; rm -rf "$work"' EXIT
 failed=0
-for way in TERM HUP INT screen; do
+for way in TERM HUP INT logout screen; do
     home=$work/$way
     mkdir "$home"
     display=$DISPLAY
@@ -18,15 +18,21 @@ for way in TERM HUP INT screen; do
         read -r number <"$home/number"
         display=:$number
     fi
+    session=()
+    [ $way = logout ] && session=(python3 "$directory/logout.py" "$home/ready")
     # A shell that is no terminal's ignores SIGINT for what it runs behind it.
     DISPLAY=$display HOME=$home python3 -c 'import os, signal, sys
 signal.signal(signal.SIGINT, signal.SIG_DFL)
-os.execv(sys.argv[1], sys.argv[1:])' "$sandbox" --settings "$home/settings.ini" --plugin "$plugin" --script "$script" \
-        "$home/ready" >"$home/output" 2>&1 &
+os.execvp(sys.argv[1], sys.argv[1:])' "${session[@]}" "$sandbox" --settings "$home/settings.ini" --plugin "$plugin" \
+        --script "$directory/unsaved.js" "$home/ready" >"$home/output" 2>&1 &
     pid=$!
     pids+=($pid)
     for ((i = 0; i < 600; ++i)); do [ -e "$home/ready" ] && break || sleep 0.1; done
-    if [ $way = screen ]; then kill $screen; else kill -$way $pid; fi
+    case $way in
+        screen) kill $screen ;;
+        logout) ;;
+        *) kill -$way $pid ;;
+    esac
     for ((i = 0; i < 300; ++i)); do kill -0 $pid 2>/dev/null && sleep 0.1 || break; done
     if kill -0 $pid 2>/dev/null; then
         echo "$way: does not end"
