@@ -1,21 +1,40 @@
 #include <iostream>
+#include <memory>
+#include <utility>
 
 #include "cli/Columns.h"
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
+#include "cli/Pieces.h"
+#include "cli/Told.h"
 #include "format/Parser.h"
 
 namespace cli {
+namespace {
 
-using halCore::ZEL::Parser;
-using halCore::ZEL::ParseReport;
+/// The shapes themselves are of no use here.
+Told check(std::istream& stream) {
+    Told told;
+    readInPieces(stream, [&told](std::istream& piece, std::size_t linesBefore) -> FinishPiece {
+        const auto part = std::make_shared<Told>();
+        part->report.linesBefore = linesBefore;
+        part->report.silent = &part->silent;
+        part->report.advisesOnPlaces = true;
+        halCore::ZEL::Parser::Shapes shapes;
+        halCore::ZEL::Parser().parse(piece, shapes, part->report);
+        return [&told, part] { told.append(std::move(*part)); };
+    });
+    told.report.addUnterminatedBlock();
+    return told;
+}
+
+}  // namespace
 
 int check(const CheckOptions& options) {
     Failures failures;
     const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
     Progress progress(totalSize(files));
-    const Parser parser;
     std::size_t blocks = 0;
     std::size_t shapes = 0;
     std::size_t messages = 0;
@@ -23,14 +42,9 @@ int check(const CheckOptions& options) {
     std::size_t read = 0;
     for (const std::string& file : files) {
         Input input(file, progress);
-        ParseReport report;
-        std::vector<halCore::ZEL::ParseMessage> silent;
-        report.silent = &silent;
-        report.advisesOnPlaces = true;
-        Parser::Shapes made;
-        parser.parse(input.stream(), made, report);
-        report.addUnterminatedBlock();
-        if (!report.messages.empty() || !silent.empty()) progress.hide();
+        const Told told = check(input.stream());
+        const auto& [report, silent] = told;
+        if (!told.isClean()) progress.hide();
         printMessages(std::cout, file, report.messages, silent, report.omittedMessages);
         blocks += report.blocks;
         shapes += report.shapes;

@@ -1,5 +1,4 @@
 #include <iostream>
-#include <iterator>
 #include <utility>
 
 #include "cli/Columns.h"
@@ -30,7 +29,7 @@ int edit(const EditOptions& options) {
     std::size_t lost = 0;
     for (const std::string& file : files) {
         Input input(file, progress);
-        std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
+        std::string text = input.readAll();
         OverlayEditor::Overlay overlay;
         OverlayEditor::Document document(preferences, overlay);
         said.clear();

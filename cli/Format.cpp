@@ -1,5 +1,5 @@
 #include <iostream>
-#include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -7,6 +7,9 @@
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
+#include "cli/Pieces.h"
+#include "cli/TextView.h"
+#include "cli/Told.h"
 #include "common/NumberText.h"
 #include "common/Printable.h"
 #include "common/SaveFile.h"
@@ -18,7 +21,6 @@
 namespace cli {
 namespace {
 
-using halCore::ZEL::ParseMessage;
 using halCore::ZEL::Parser;
 using halCore::ZEL::ParseReport;
 
@@ -27,7 +29,6 @@ std::string formatted(const Parser::Shapes& shapes, const ParseReport& report) {
     const auto buffer = OverlayEditor::TextBuffer::take();
     std::ostream& out = buffer->out();
     out.precision(UTILS::kSignificantDigits);
-    out << "version 2\n\n";
     auto comment = report.looseComments.begin();
     for (std::size_t i = 0; i <= shapes.size(); ++i) {
         for (; comment != report.looseComments.end() && comment->shapesBefore <= i; ++comment)
@@ -41,12 +42,34 @@ std::string formatted(const Parser::Shapes& shapes, const ParseReport& report) {
     return buffer->text();
 }
 
-/// The same with the line ends and the byte order mark of the text that it is made of.
-std::string formatted(std::string text, const Parser::Shapes& shapes, const ParseReport& report) {
+struct Formatted {
+    Told told;
+    std::string text;
+};
+
+/// With the line ends and the byte order mark of the text that it is made of.
+Formatted formatted(const std::string& text) {
+    Formatted all;
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    const std::string_view begin = text.starts_with(byteOrderMark) ? byteOrderMark : "";
-    const halCore::ZEL::SourceText source(std::move(text), {}, {});
-    return std::string(begin).append(source.withLineEnds(formatted(shapes, report)));
+    if (text.starts_with(byteOrderMark)) all.text = byteOrderMark;
+    const halCore::ZEL::SourceText lineEnds(text.substr(0, text.find('\n') + 1), {}, {});
+    all.text += lineEnds.withLineEnds("version 2\n\n");
+    TextView view(text);
+    std::istream stream(&view);
+    readInPieces(stream, [&](std::istream& piece, std::size_t linesBefore) -> FinishPiece {
+        const auto part = std::make_shared<Formatted>();
+        part->told.report.linesBefore = linesBefore;
+        part->told.report.silent = &part->told.silent;
+        Parser::Shapes shapes;
+        Parser().parse(piece, shapes, part->told.report);
+        part->text = lineEnds.withLineEnds(formatted(shapes, part->told.report));
+        return [&all, part] {
+            all.told.append(std::move(part->told));
+            all.text += part->text;
+        };
+    });
+    all.told.report.addUnterminatedBlock();
+    return all;
 }
 
 }  // namespace
@@ -58,32 +81,25 @@ int format(const FormatOptions& options) {
     bool complete = true;
     for (const std::string& file : files) {
         Input input(file, progress);
-        std::string text{std::istreambuf_iterator<char>(input.stream()), {}};
+        const std::string text = input.readAll();
         if (const std::string error = input.error(); !error.empty()) {
             failures.report(file, error);
             continue;
         }
-        ParseReport report;
-        std::vector<ParseMessage> silent;
-        report.silent = &silent;
-        Parser::Shapes shapes;
-        Parser().parse(text, shapes, report);
-        report.addUnterminatedBlock();
-        const bool clean = report.messages.empty() && silent.empty();
+        const auto [told, now] = formatted(text);
+        const auto& [report, silent] = told;
+        const bool clean = told.isClean();
         const bool inPlace = options.inPlace && file != kStandardInput;
         std::string problem;
-        if (inPlace && shapes.empty()) {
+        if (inPlace && report.shapes == 0) {
             problem = "There is no shape in it, not rewritten";
         } else if (inPlace && !clean && !options.force) {
             problem = "Not rewritten, because what the messages name would be lost (use --force to lose it)";
-        } else {
-            const std::string now = formatted(text, shapes, report);
-            if (!inPlace) {
-                progress.hide();
-                std::cout << now;
-            } else if (now != text) {
-                problem = UTILS::saveFile(file, now);
-            }
+        } else if (!inPlace) {
+            progress.hide();
+            std::cout << now;
+        } else if (now != text) {
+            problem = UTILS::saveFile(file, now);
         }
         if (!problem.empty() || !clean) progress.hide();
         printMessages(std::cerr, file, report.messages, silent, report.omittedMessages);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <iostream>
 #include <map>
+#include <memory>
 
 #include <nlohmann/json.hpp>
 
@@ -9,6 +10,7 @@
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
+#include "cli/Pieces.h"
 #include "common/NumberText.h"
 #include "common/Printable.h"
 #include "format/Parser.h"
@@ -66,16 +68,27 @@ ShapeInfo describe(const ZelShape& shape) {
 FileInfo describe(const std::string& file, std::istream& stream) {
     FileInfo info;
     info.file = file;
-    Parser::Shapes shapes;
-    Parser().parse(stream, shapes, info.report);
+    readInPieces(stream, [&info](std::istream& piece, std::size_t linesBefore) -> FinishPiece {
+        struct Part {
+            ParseReport report;
+            std::vector<ShapeInfo> shapes;
+        };
+        const auto part = std::make_shared<Part>();
+        part->report.linesBefore = linesBefore;
+        Parser::Shapes shapes;
+        Parser().parse(piece, shapes, part->report);
+        for (const auto& shape : shapes) part->shapes.push_back(describe(*shape));
+        return [&info, part] {
+            info.report.append(std::move(part->report));
+            for (ShapeInfo& one : part->shapes) {
+                ++info.kinds[one.kind];
+                info.points += one.points;
+                (one.relative ? info.relative : info.absolute).add(one.bounds);
+                info.shapes.push_back(std::move(one));
+            }
+        };
+    });
     info.report.addUnterminatedBlock();
-    for (const auto& shape : shapes) {
-        ShapeInfo one = describe(*shape);
-        ++info.kinds[one.kind];
-        info.points += one.points;
-        (one.relative ? info.relative : info.absolute).add(one.bounds);
-        info.shapes.push_back(std::move(one));
-    }
     return info;
 }
 

@@ -95,19 +95,39 @@ class Input::Buffer : public std::streambuf {
 
   protected:
     int_type underflow() override {
-        if (error_ != 0) return traits_type::eof();
-        ssize_t got = 0;
-        do {
-            got = read(file_, block_.data(), block_.size());
-        } while (got < 0 && errno == EINTR);
-        if (got < 0) error_ = errno;
-        if (got <= 0) return traits_type::eof();
-        progress_.advance(static_cast<std::uint64_t>(got));
+        const std::size_t got = readSome_(block_.data(), block_.size());
+        if (got == 0) return traits_type::eof();
         setg(block_.data(), block_.data(), block_.data() + got);
         return traits_type::to_int_type(*gptr());
     }
 
+    /// Large pieces come straight from the file.
+    std::streamsize xsgetn(char* to, std::streamsize size) override {
+        std::streamsize done = std::min<std::streamsize>(size, egptr() - gptr());
+        if (done > 0) std::memcpy(to, gptr(), static_cast<std::size_t>(done));
+        gbump(static_cast<int>(done));
+        while (done < size) {
+            const std::size_t got = readSome_(to + done, static_cast<std::size_t>(size - done));
+            if (got == 0) break;
+            done += static_cast<std::streamsize>(got);
+        }
+        return done;
+    }
+
   private:
+    /// 0 at the end, or when that is not possible.
+    std::size_t readSome_(char* to, std::size_t size) {
+        if (error_ != 0) return 0;
+        ssize_t got = 0;
+        do {
+            got = read(file_, to, size);
+        } while (got < 0 && errno == EINTR);
+        if (got < 0) error_ = errno;
+        if (got <= 0) return 0;
+        progress_.advance(static_cast<std::uint64_t>(got));
+        return static_cast<std::size_t>(got);
+    }
+
     Progress& progress_;
     int file_;
     int error_ = 0;
@@ -118,6 +138,18 @@ Input::Input(const std::string& file, Progress& progress)
     : buffer_(std::make_unique<Buffer>(file, progress)), stream_(buffer_.get()) {}
 
 Input::~Input() = default;
+
+std::string Input::readAll() {
+    constexpr std::size_t step = std::size_t(1) << 20U;
+    std::string text;
+    while (stream_) {
+        const std::size_t before = text.size();
+        text.resize(before + step);
+        stream_.read(text.data() + before, step);
+        text.resize(before + static_cast<std::size_t>(stream_.gcount()));
+    }
+    return text;
+}
 
 std::string Input::error() const {
     return buffer_->error() == 0 ? std::string() : std::strerror(buffer_->error());

@@ -39,6 +39,8 @@ class Input {
     ~Input();
 
     std::istream& stream() { return stream_; }
+    /// The whole text, or what can be read of it.
+    std::string readAll();
     /// Why the file could not be opened, or not be read to its end; empty otherwise.
     std::string error() const;
 

@@ -235,7 +235,7 @@ void BlockReader::makeShape_() {
 void BlockReader::finish() {
     ParseReport* const report = messages_.report();
     if (report == nullptr) return;
-    report->lines += lineNumber_;
+    report->lines += lineNumber_ - report->linesBefore;
     report->blocks += blocks_;
     report->shapes += made_;
     if (insideBlock_) report->unterminatedBlock = record_.lineNumber();

@@ -26,6 +26,7 @@ class BlockReader {
           registry_(registry),
           shapes_(shapes),
           messages_(messages),
+          lineNumber_(messages.report() ? messages.report()->linesBefore : 0),
           silent_(messages.report() ? messages.report()->silent : nullptr) {}
 
     /// Reads whole lines: `text` is empty or ends with a line feed.

@@ -62,6 +62,8 @@ struct ParseReport {
     /// The "start" line of a last block that has no "end", otherwise 0. Its loss makes no message.
     std::size_t unterminatedBlock = 0;
 
+    /// Of a text that is a part of another: the lines in front of it, which count in every line told.
+    std::size_t linesBefore = 0;
     /// Also asks for messages about places that lie beyond the globe or seem to be mistyped: among the silent
     /// lines, when these are asked for.
     bool advisesOnPlaces = false;
@@ -76,6 +78,18 @@ struct ParseReport {
             messages.push_back(std::move(message));
         else
             ++omittedMessages;
+    }
+    /// Adds what was told of the part of the text that comes next; spans and silent lines are their owners'.
+    void append(ParseReport next) {
+        for (ParseMessage& message : next.messages) tell(std::move(message));
+        omittedMessages += next.omittedMessages;
+        for (LooseComment& comment : next.looseComments)
+            looseComments.push_back({shapes + comment.shapesBefore, std::move(comment.line)});
+        shapeLines.insert(shapeLines.end(), next.shapeLines.begin(), next.shapeLines.end());
+        lines += next.lines;
+        blocks += next.blocks;
+        shapes += next.shapes;
+        if (next.unterminatedBlock != 0) unterminatedBlock = next.unterminatedBlock;
     }
     std::size_t messageCount() const { return messages.size() + omittedMessages; }
 };

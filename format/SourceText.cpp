@@ -89,6 +89,7 @@ std::string SourceText::with(const std::vector<Change>& changes, std::string_vie
 }
 
 std::string SourceText::withLineEnds(std::string_view lines) const {
+    if (lineEnd_ == "\n") return std::string(lines);
     std::string text;
     for (const char c : lines)
         if (c == '\n')

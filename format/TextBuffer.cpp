@@ -1,5 +1,6 @@
 #include "format/TextBuffer.h"
 
+#include <atomic>
 #include <locale>
 #include <new>
 
@@ -9,7 +10,11 @@ namespace {
 /// More than this is not kept between uses.
 constexpr std::size_t kMostKept = 16U << 20U;
 
-std::unique_ptr<TextBuffer> spare;
+/// Taken and given back on any thread.
+struct Spare {
+    std::atomic<TextBuffer*> buffer = nullptr;
+    ~Spare() { delete buffer.load(); }
+} spare;
 
 }  // namespace
 
@@ -19,7 +24,7 @@ TextBuffer::TextBuffer() : out_(&memory_), in_(&memory_) {
 }
 
 TextBuffer::Ptr TextBuffer::take() {
-    Ptr buffer(spare.release());
+    Ptr buffer(spare.buffer.exchange(nullptr));
     if (!buffer) return Ptr(new TextBuffer);
     buffer->memory_.text.clear();
     buffer->memory_.rewind();
@@ -28,10 +33,9 @@ TextBuffer::Ptr TextBuffer::take() {
 }
 
 void TextBuffer::GiveBack::operator()(TextBuffer* buffer) const {
-    if (spare || buffer->memory_.text.capacity() > kMostKept)
+    TextBuffer* none = nullptr;
+    if (buffer->memory_.text.capacity() > kMostKept || !spare.buffer.compare_exchange_strong(none, buffer))
         delete buffer;
-    else
-        spare.reset(buffer);
 }
 
 const std::string& TextBuffer::text() const {
