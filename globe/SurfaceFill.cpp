@@ -39,10 +39,9 @@ class Plane {
         east_ = normalized(cross(aside, center));
         north_ = cross(center, east_);
     }
-    Flat flat(const halCore::Vec3& p) const {
-        const Ecef n = normalOf(p);
-        const double scale = 2.0 / std::max(1.0 + dot(n, up_), 1e-9);
-        return {dot(n, east_) * scale, dot(n, north_) * scale, p.alt()};
+    Flat flat(const Ecef& normal, double altitude) const {
+        const double scale = 2.0 / std::max(1.0 + dot(normal, up_), 1e-9);
+        return {dot(normal, east_) * scale, dot(normal, north_) * scale, altitude};
     }
     Ecef position(const Flat& p) const {
         const double square = 0.25 * (p.x * p.x + p.y * p.y);
@@ -56,15 +55,15 @@ class Plane {
     Ecef north_;
 };
 
-Ecef middleOf(const GeodeticPath& ring) {
+Ecef middleOf(const std::vector<Ecef>& normals) {
     // Weighted with the length of the pieces: points crowd where curves are tight.
     Ecef sum;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const Ecef a = normalOf(ring[i]);
-        const Ecef b = normalOf(ring[(i + 1) % ring.size()]);
+    for (std::size_t i = 0; i < normals.size(); ++i) {
+        const Ecef& a = normals[i];
+        const Ecef& b = normals[i + 1 == normals.size() ? 0 : i + 1];
         sum = sum + (a + b) * length(b - a);
     }
-    return length(sum) > 0.0 ? normalized(sum) : normalOf(ring.front());
+    return length(sum) > 0.0 ? normalized(sum) : normals.front();
 }
 
 /// GLU's tessellator by the even-odd rule, giving plain triangles.
@@ -256,10 +255,18 @@ class Tangle {
     }
 
     bool isThere() const {
+        // What is badly tangled shows it at its beginning: there is no need to sort all of it.
+        constexpr std::size_t kBeginning = 2000;
+        return (ring_.size() > 2 * kBeginning && isAmong(kBeginning)) || isAmong(ring_.size());
+    }
+
+  private:
+    /// Whether the first edges alone do.
+    bool isAmong(std::size_t edges) const {
         constexpr std::size_t kMostCrossings = 200;
-        std::size_t tests = 200 * ring_.size() + 1000000;
+        std::size_t tests = 200 * edges + 1000000;
         std::size_t crossings = 0;
-        std::vector<std::uint32_t> order(ring_.size());
+        std::vector<std::uint32_t> order(edges);
         for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<std::uint32_t>(i);
         std::ranges::sort(order, {}, [this](std::uint32_t edge) { return low(edge, along_); });
         std::vector<std::uint32_t> open;
@@ -278,8 +285,6 @@ class Tangle {
         }
         return false;
     }
-
-  private:
     const Flat& end(std::size_t edge) const { return ring_[edge + 1 == ring_.size() ? 0 : edge + 1]; }
     double low(std::size_t edge, double Flat::*axis) const {
         return std::min(ring_[edge].*axis, end(edge).*axis);
@@ -400,15 +405,19 @@ DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optiona
     DrawList::Mesh mesh;
     mesh.color = color;
     if (ring.size() < 3) return mesh;
-    const Plane plane(middle ? normalOf(*middle) : middleOf(ring));
+    std::vector<Ecef> normals(ring.size());
+    std::ranges::transform(ring, normals.begin(), normalOf);
+    const Plane plane(middle ? normalOf(*middle) : middleOf(normals));
     FlatRing flat;
     flat.reserve(ring.size());
     constexpr double kHuge = std::numeric_limits<double>::max();
     double low[2] = {kHuge, kHuge};
     double high[2] = {-kHuge, -kHuge};
-    for (const halCore::Vec3& p : ring) {
-        const Flat spot = plane.flat(p);
-        if (!flat.empty() && std::hypot(spot.x - flat.back().x, spot.y - flat.back().y) < 1e-12) continue;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const Flat spot = plane.flat(normals[i], ring[i].alt());
+        if (!flat.empty() && std::abs(spot.x - flat.back().x) < 1e-12 &&
+            std::abs(spot.y - flat.back().y) < 1e-12)
+            continue;
         flat.push_back(spot);
         low[0] = std::min(low[0], spot.x);
         low[1] = std::min(low[1], spot.y);
