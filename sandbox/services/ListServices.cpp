@@ -8,15 +8,13 @@ namespace {
 
 using Selector = PISelector::ListItems;
 
-/// An operation on a list whose handle is the first pointer.
+/// An operation on a list whose handle is the first pointer; it is false when nothing could be done.
 template <typename Operation>
 void add(ServiceTable& table, Selector selector, const char* name, Signature signature, Operation operation) {
     table.addSelected(PIServerFunctions_t::ListItems, selector, name, signature,
                       [operation](ServiceCall& call, Arguments& arguments) -> PIServiceResult {
                           auto* list = call.object<ListWidget>(arguments.pointer(0), "list");
-                          if (!list) return 0;
-                          operation(call, *list, arguments);
-                          return 1;
+                          return list && operation(call, *list, arguments) ? 1 : 0;
                       });
 }
 
@@ -29,9 +27,10 @@ void addForItem(ServiceTable& table, Selector selector, const char* name, Signat
             const std::int64_t index = arguments.integer(0);
             if (!list.isIndex(index)) {
                 call.misuse(QString("the list has no item %1").arg(index));
-                return;
+                return false;
             }
             operation(list, static_cast<int>(index), arguments);
+            return true;
         });
 }
 
@@ -42,23 +41,27 @@ void addListServices(Host& host) {
     add(table, Selector::Append, "append item", {.texts = 1, .pointers = 2},
         [](const ServiceCall&, ListWidget& list, Arguments& arguments) {
             arguments.give(std::int64_t{list.append(arguments.string(0), arguments.pointer(1))});
+            return true;
         });
     add(table, Selector::AppendHeader, "append header", {.texts = 1, .pointers = 1},
         [](const ServiceCall&, ListWidget& list, Arguments& arguments) {
             list.appendHeader(arguments.string(0));
+            return true;
         });
     add(table, Selector::Clear, "clear list", {.pointers = 1},
-        [](const ServiceCall&, ListWidget& list, Arguments&) { list.clear(); });
+        [](const ServiceCall&, ListWidget& list, Arguments&) { return list.clear(), true; });
     add(table, Selector::Count, "item count", {.pointers = 1},
         [](const ServiceCall&, ListWidget& list, Arguments& arguments) {
             arguments.give(std::int64_t{list.count()});
+            return true;
         });
     add(table, Selector::Selected, "selected item", {.pointers = 1},
         [](const ServiceCall&, ListWidget& list, Arguments& arguments) {
             arguments.give(std::int64_t{list.selected()});
+            return true;
         });
     add(table, Selector::DeselectAll, "deselect all", {.pointers = 1},
-        [](const ServiceCall&, ListWidget& list, Arguments&) { list.deselectAll(); });
+        [](const ServiceCall&, ListWidget& list, Arguments&) { return list.deselectAll(), true; });
 
     addForItem(table, Selector::Remove, "remove item", {.integers = 1, .pointers = 1},
                [](ListWidget& list, int index, Arguments&) { list.remove(index); });

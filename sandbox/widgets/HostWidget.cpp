@@ -28,6 +28,13 @@ void HostWidget::setShown(bool shown) {
     if (widget_) widget_->setVisible(shown);
 }
 
+bool HostWidget::isShown() const {
+    const QWidget* widget = widget_;
+    for (; widget && !widget->isWindow(); widget = widget->parentWidget())
+        if (widget->isHidden() && widget->testAttribute(Qt::WA_WState_ExplicitShowHide)) return false;
+    return widget && widget->isVisible();
+}
+
 bool HostWidget::wantsWidth() const {
     return (widget_->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) != 0;
 }

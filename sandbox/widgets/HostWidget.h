@@ -44,7 +44,8 @@ class HostWidget : public HostObject {
     virtual std::optional<bool> checked() const { return std::nullopt; }
 
     virtual void setShown(bool shown);
-    virtual bool isShown() const { return widget_ && widget_->isVisible(); }
+    /// Also when it is new, and Qt shows it in a moment.
+    virtual bool isShown() const;
     virtual void setEnabled(bool enabled) {
         if (widget_) widget_->setEnabled(enabled);
     }
