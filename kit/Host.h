@@ -17,6 +17,8 @@ namespace kit {
 
 using Service = PIServerFunctions_t;
 
+constexpr double kRightAngle = 1.5707963267948966;
+
 /// Where the plug-in stands in its life, as this host knows it.
 enum class Phase { Loaded, Initialised, Started, Closed, CleanedUp };
 
@@ -28,8 +30,10 @@ class Host final : public PIServiceTable {
   public:
     struct Widget {
         Service kind{};
+        void* handle = nullptr;
         void* parent = nullptr;
-        std::string caption;  ///< with its tooltip; a list's headers
+        void* current = nullptr;  ///< of a switcher: the child that is shown; null: the first
+        std::string caption;      ///< with its tooltip; a list's headers
         FunctorTwoParams__* callback = nullptr;
         FunctorTwoParams__* chosen = nullptr;  ///< of a list: a row was chosen
         FunctorTwoParams__* typing = nullptr;  ///< of a line: something was typed
@@ -137,7 +141,7 @@ class Host final : public PIServiceTable {
     PIServiceResult value_(PI_DATA_CATCHALL& record);
     PIServiceResult looks_(PI_DATA_CATCHALL& record);
     PIServiceResult listItems_(PI_DATA_CATCHALL& record);
-    void setNumber_(Widget& widget, double number);
+    PIServiceResult setNumber_(Widget& widget, double number);
     void destroy_(void* handle);
 
     // The application around them (HostApplication.cpp).
@@ -186,6 +190,8 @@ class Host final : public PIServiceTable {
     std::set<void*> icons_, lines_, texts_;
     int grabs_ = 0;
     void* openMenu_ = nullptr;
+    // The camera.
+    double latitude_ = 0.34, longitude_ = -2.62, range_ = 1e6, azimuth_ = 0.0, elevation_ = kRightAngle;
 };
 
 }  // namespace kit

@@ -72,14 +72,17 @@ PIServiceResult Host::icon_(PI_DATA_CATCHALL& record) {
     return 0;
 }
 
-/// The person chooses a file of the check's own directory: always the same, so that what was saved can be
-/// loaded.
+/// The person chooses the check's own directory, or a file in it: always the same, so that what was saved can
+/// be loaded.
 PIServiceResult Host::fileDialog_(PI_DATA_CATCHALL& record) {
     using Op = PISelector::FileDialog;
     const Op operation = selector_(record, Op::Directory);
     text_(record, 3);
     if (directory.empty()) return 0;
-    record.strings.push_back(operation == Op::Directory ? directory + "/chosen" : directory + "/chosen.zel");
+    const std::string path = operation == Op::Directory ? directory : directory + "/chosen.zel";
+    const std::string group = text_(record, 1), key = text_(record, 2);
+    if (!key.empty()) settings[group == "SETTINGS" ? key : group + "/" + key] = path;
+    record.strings.push_back(path);
     return 1;
 }
 

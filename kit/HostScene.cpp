@@ -12,8 +12,6 @@ namespace kit {
 
 namespace {
 
-constexpr double kRightAngle = 1.5707963267948966;
-
 bool isPlace(double latitude, double longitude, double altitude) {
     return std::abs(latitude) <= kRightAngle && std::isfinite(longitude) && std::isfinite(altitude);
 }
@@ -75,6 +73,8 @@ PIServiceResult Host::serveScene_(Service service, void* record) {
                 return 1;
             }
             integer_(arguments, 3);
+            for (const std::size_t end : {1U, 2U})
+                if (!platforms.contains(static_cast<std::uint64_t>(integer_(arguments, end)))) return 0;
             arguments.pointers.push_back(newHandle_());
             lines_.insert(arguments.pointers.back());
             return 1;
@@ -140,7 +140,16 @@ PIServiceResult Host::camera_(PI_DATA_CATCHALL& record) {
     using Op = PISelector::Camera;
     const Op operation = selector_(record, Op::SetRangeAzimuthElevation);
     if (operation == Op::EyePosition) {
-        record.doubles.insert(record.doubles.end(), {0.37, -2.6, 1e6});
+        // On a sphere: behind the place that is looked at, and above it.
+        constexpr double kEarth = 6371e3;
+        const double aside = range_ * std::cos(elevation_), up = kEarth + range_ * std::sin(elevation_);
+        const double behind = std::atan2(aside, up);
+        const double latitude =
+            std::clamp(latitude_ - behind * std::cos(azimuth_), -kRightAngle, kRightAngle);
+        const double across = std::max(0.1, std::cos(latitude_));
+        record.doubles.insert(
+            record.doubles.end(),
+            {latitude, longitude_ - behind * std::sin(azimuth_) / across, std::hypot(aside, up) - kEarth});
         return 1;
     }
     const double first = real_(record, 0), second = real_(record, 1), third = real_(record, 2);
@@ -148,10 +157,13 @@ PIServiceResult Host::camera_(PI_DATA_CATCHALL& record) {
         throw Misuse("the centre is no place: radians and metres are wanted");
     if (operation == Op::SetRangeAzimuthElevation && !(first > 0.0 && isPlace(third, second, first)))
         throw Misuse("such a view is none: range in metres, angles in radians");
+    if (operation == Op::SetCenter) latitude_ = first, longitude_ = second;
+    if (operation == Op::SetRangeAzimuthElevation) range_ = first, azimuth_ = second, elevation_ = third;
     return 1;
 }
 
-/// A view in which a pixel is two tenths of a milliradian; its left edge is beside the earth.
+/// A view in which a pixel is two tenths of a milliradian, whatever the range; its left edge is beside the
+/// earth.
 PIServiceResult Host::cursor_(PI_DATA_CATCHALL& record) {
     using Op = PISelector::Cursor;
     const Op operation = selector_(record, Op::PlatformAtCursor);
@@ -164,8 +176,11 @@ PIServiceResult Host::cursor_(PI_DATA_CATCHALL& record) {
     const std::int64_t x = atPixel ? integer_(record, 1) : 400, y = atPixel ? integer_(record, 2) : 300;
     integer_(record, atPixel ? 3 : 1);
     if (x < 5) return 0;
-    record.doubles.insert(record.doubles.end(), {0.4 - 0.0002 * static_cast<double>(y % 4000),
-                                                 -2.7 + 0.0002 * static_cast<double>(x % 4000), 0.0});
+    constexpr double kPixel = 0.0002;
+    const double north = kPixel * static_cast<double>(300 - y % 4000),
+                 east = kPixel * static_cast<double>(x % 4000 - 400);
+    record.doubles.insert(record.doubles.end(),
+                          {std::clamp(latitude_ + north, -kRightAngle, kRightAngle), longitude_ + east, 0.0});
     return 1;
 }
 
@@ -236,6 +251,7 @@ PIServiceResult Host::overlayFiles_(PI_DATA_CATCHALL& record) {
             auto* const stream = static_cast<std::ostream*>(pointer_(record, 1));
             if (!stream) throw Misuse("the stream is null");
             *stream << overlay.text;
+            return stream->good() ? 1 : 0;
         }
     }
     return 1;

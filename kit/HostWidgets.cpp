@@ -21,7 +21,10 @@ Host::Widget& Host::widget_(void* handle) {
 bool Host::isVisible(const Widget& widget) const {
     if (!widget.shown) return false;
     const auto parent = widgets.find(widget.parent);
-    return parent == widgets.end() || isVisible(parent->second);
+    if (parent == widgets.end()) return true;
+    const bool isBehind = parent->second.kind == Service::CreateSwitcher && parent->second.current &&
+                          parent->second.current != widget.handle;
+    return !isBehind && isVisible(parent->second);
 }
 
 PIServiceResult Host::serveWidget_(Service service, void* record) {
@@ -41,6 +44,10 @@ PIServiceResult Host::serveWidget_(Service service, void* record) {
             (service == Service::WindowShow     ? widget.shown
              : service == Service::WindowEnable ? widget.enabled
                                                 : widget.checked) = flag.flag;
+            if (service == Service::WindowCheck && flag.flag && widget.kind == Service::CreateRadioButton)
+                for (auto& [handle, other] : widgets)
+                    other.checked &=
+                        handle == flag.pointer || other.kind != widget.kind || other.parent != widget.parent;
             return 1;
         }
         case Service::WindowMapFunction: {
@@ -50,11 +57,11 @@ PIServiceResult Host::serveWidget_(Service service, void* record) {
         }
         case Service::WindowSetInt: {
             const auto& value = as_<PI_DATA_POINTER_AND_INT>(record);
-            return setNumber_(widget_(value.pointer), value.integer), 1;
+            return setNumber_(widget_(value.pointer), value.integer);
         }
         case Service::WindowSetDouble: {
             const auto& value = as_<PI_DATA_POINTER_AND_DOUBLE>(record);
-            return setNumber_(widget_(value.pointer), value.real), 1;
+            return setNumber_(widget_(value.pointer), value.real);
         }
         case Service::WindowSetString: {
             const auto& value = as_<PI_DATA_POINTER_AND_STRING>(record);
@@ -87,8 +94,19 @@ PIServiceResult Host::serveWidget_(Service service, void* record) {
         }
         case Service::SwitcherSetCurrent: {
             const auto& current = as_<PI_DATA_CATCHALL>(record);
-            if (void* const child = pointer_(current, 1)) widget_(child);
-            widget_(pointer_(current, 0)).number = static_cast<double>(integer_(current, 0));
+            void* const switcher = pointer_(current, 0);
+            const auto index = static_cast<std::size_t>(integer_(current, 0));
+            std::vector<void*> children;
+            for (const auto& [handle, widget] : widgets)
+                if (widget.parent == switcher) children.push_back(handle);
+            void* child = pointer_(current, 1);
+            if (child) widget_(child);
+            if (!child && index < children.size()) child = children[index];
+            if (std::ranges::find(children, child) == children.end()) {
+                if (answer) return 0;  // it may have been refused
+                throw Misuse("the switcher has no such child");
+            }
+            widget_(switcher).current = child;
             return 1;
         }
         case Service::WidgetValue:
@@ -116,7 +134,7 @@ PIServiceResult Host::create_(Service service, void* record) {
             if (service == Service::CreateSpinner && arguments.integer == PIGUI::PISpinnerSigned)
                 widget.least = -widget.most;
         if (service == Service::CreateList) widget.number = -1;
-        void* const handle = newHandle_();
+        void* const handle = widget.handle = newHandle_();
         widgets[handle] = std::move(widget);
         return reinterpret_cast<PIServiceResult>(handle);
     };
@@ -164,9 +182,16 @@ void Host::destroy_(void* handle) {
     for (void* const child : children) destroy_(child);
 }
 
-void Host::setNumber_(Widget& widget, double number) {
-    widget.number = number;
-    widget.text = UTILS::writeNumber(number);
+PIServiceResult Host::setNumber_(Widget& widget, double number) {
+    const bool hasItems = widget.kind == Service::CreateOptionMenu || widget.kind == Service::CreateList;
+    if (hasItems && !(number >= -1.0 && number < static_cast<double>(widget.items.size()))) {
+        if (answer) return 0;  // an item may have been refused
+        throw Misuse("there is no item " + UTILS::writeNumber(number));
+    }
+    widget.number =
+        widget.kind == Service::CreateSpinner ? std::clamp(number, widget.least, widget.most) : number;
+    widget.text = UTILS::writeNumber(widget.number);
+    return 1;
 }
 
 PIServiceResult Host::value_(PI_DATA_CATCHALL& record) {
@@ -199,8 +224,14 @@ PIServiceResult Host::looks_(PI_DATA_CATCHALL& record) {
     using Op = PISelector::WidgetLooks;
     const Op operation = selector_(record, Op::Line);
     Widget& widget = widget_(pointer_(record, 0));
-    if (operation == Op::Chosen) widget.chosen = callback_(pointer_(record, 1));
-    if (operation == Op::Line) widget.typing = callback_(pointer_(record, 1));
+    if (operation == Op::Chosen) {
+        if (widget.kind != Service::CreateList) throw Misuse("rows are chosen of a list");
+        widget.chosen = callback_(pointer_(record, 1));
+    }
+    if (operation == Op::Line) {
+        if (widget.kind != Service::CreateTextField) throw Misuse("a line is a text field");
+        widget.typing = callback_(pointer_(record, 1));
+    }
     if (operation == Op::Mark) integer_(record, 1);
     if (operation == Op::Room) integer_(record, 2);
     if (operation == Op::Limits) {
@@ -234,7 +265,8 @@ PIServiceResult Host::listItems_(PI_DATA_CATCHALL& record) {
             const auto at = static_cast<std::ptrdiff_t>(index());
             list.items.erase(list.items.begin() + at);
             list.itemData.erase(list.itemData.begin() + at);
-            if (list.number >= static_cast<double>(at)) list.number -= 1;
+            if (list.number == static_cast<double>(at)) list.number = -1;
+            if (list.number > static_cast<double>(at)) list.number -= 1;
             break;
         }
         case Op::Clear:

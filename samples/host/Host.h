@@ -138,14 +138,25 @@ class Host final : public PIServiceTable {
             }
             case Service::OptionMenuAppendOption:
                 return change<PI_DATA_POINTER_INT_AND_STRING>(
-                    data, [](Widget& menu, auto& record) { menu.options.push_back(record.text); });
+                    data, [](Widget& menu, auto& record) {  // behind the last: at the end
+                        const auto at = std::min<std::size_t>(menu.options.size(),
+                                                              static_cast<std::size_t>(record.integer));
+                        menu.options.insert(menu.options.begin() + static_cast<std::ptrdiff_t>(at),
+                                            record.text);
+                    });
             case Service::WindowSetInt:
                 return change<PI_DATA_POINTER_AND_INT>(data, [](Widget& widget, auto& record) {
+                    if (record.integer >= 0 && !widget.options.empty())
+                        widget.options.at(static_cast<std::size_t>(record.integer));
                     widget.chosen = static_cast<std::size_t>(record.integer);
                 });
             case Service::WindowSetString:
-                return change<PI_DATA_POINTER_AND_STRING>(
-                    data, [](Widget& widget, auto& record) { widget.text = record.text; });
+                return change<PI_DATA_POINTER_AND_STRING>(data, [](Widget& widget, auto& record) {
+                    widget.text = record.text.substr(0, record.text.find('\t'));
+                    const auto at = std::find(widget.options.begin(), widget.options.end(), record.text);
+                    if (at != widget.options.end())
+                        widget.chosen = static_cast<std::size_t>(at - widget.options.begin());
+                });
             case Service::RegistrySetValue: {
                 const auto& record = as<PI_DATA_POINTER_STRING_AND_STRING>(data);
                 settings_[record.text] = record.second;
@@ -156,7 +167,8 @@ class Host final : public PIServiceTable {
                 record.text = settings_[record.text];
                 return 1;
             }
-            case Service::DialogShow:   // a bare handle instead of a record
+            case Service::DialogShow:  // a bare handle instead of a record
+                return widgets_.contains(data) ? 1 : 0;
             case Service::ForceRedraw:  // no record at all
                 return 1;
             case Service::MouseGrab:
@@ -176,12 +188,13 @@ class Host final : public PIServiceTable {
         const auto is = [&](auto selector) { return record.integers.at(0) == static_cast<int>(selector); };
         switch (service) {
             case Service::MouseGrab:
-                is(PISelector::MouseGrab::Grab) ? ++grabs_ : --grabs_;
-                return 1;
+                if (is(PISelector::MouseGrab::Grab)) return ++grabs_, 1;
+                return is(PISelector::MouseGrab::Ungrab) && grabs_ > 0 ? --grabs_, 1 : 0;
             case Service::FileDialog:
                 if (is(PISelector::FileDialog::Save)) record.strings.push_back(saveAs);
                 return 1;
             case Service::Notify:
+                if (record.integers.at(0) > 1) return 0;
                 std::cerr << record.strings.at(0) << ": " << record.strings.at(1) << '\n';
                 return 1;
             case Service::Cursor:
@@ -208,7 +221,7 @@ class Host final : public PIServiceTable {
 
     PIServiceResult keepOverlay(PI_DATA_CATCHALL& record, std::istream& stream) {
         const std::string text(std::istreambuf_iterator<char>(stream), {});
-        if (text.empty()) return 0;
+        if (text.empty() || record.integers.at(1) != 0) return 0;  // there are no platforms
         record.pointers.push_back(newHandle());
         overlays[record.pointers.back()] = text;
         return 1;

@@ -14,9 +14,17 @@ asked("Type 42");
 box.fill("Field:", "42");
 asked("Choose");
 box.choose("Menu:", "Two");
-asked("cancel the dialog");
-answerFileDialog(null);
-box.press("File...");
+asked("Double-click the row");
+box.select("", "Two", { enter: true });
+asked("Probed Action");
+menu("Actions", "Probed Action");
+asked("Probed Item");
+overlayMenu("host-probe.txt.zel", "Probed Item");
+for (const [question, answer] of [["cancel the dialog", null], ["save as", "/probed.txt"], ["a directory", ""]]) {
+    asked(question);
+    answerFileDialog(answer === null ? null : environment("HOME") + answer);
+    box.press("File...");
+}
 asked("Close this window");
 box.close();
 wait(300);
