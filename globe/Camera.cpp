@@ -63,10 +63,10 @@ void Camera::update() {
 }
 
 double Camera::tanHalfHeight() const {
-    return std::tan(kFieldOfView / 2);
+    return std::tan(kFieldOfView / 2) * height_ / std::min(width_, height_);
 }
 double Camera::tanHalfWidth() const {
-    return tanHalfHeight() * width_ / height_;
+    return std::tan(kFieldOfView / 2) * width_ / std::min(width_, height_);
 }
 
 Ecef Camera::ray(double x, double y) const {

@@ -26,7 +26,12 @@ class Camera {
   public:
     static constexpr double kMinimumRange = 10.0;
     static constexpr double kMaximumRange = 2.0e8;
-    static constexpr double kFieldOfView = 0.8;  ///< vertical, radians
+    /// Along the shorter side of the view, radians. From a range as long as a shape that is all of the shape
+    /// and some ground about it, and from 7,000 km all that can be seen of the earth.
+    static constexpr double kFieldOfView = halCore::kPi / 3;
+
+    /// From where the whole earth is in the view, and not much beside it.
+    static constexpr double kWholeEarthRange = 1.6e7;
 
     /// The point that is looked at. Latitude is clamped to the poles, longitude wrapped into [-pi, pi].
     const halCore::Vec3& center() const { return center_; }
@@ -89,7 +94,7 @@ class Camera {
     bool bringTurning(const halCore::Vec3& grabbed, double x, double y);
 
     halCore::Vec3 center_;
-    double range_ = 2.3e7;
+    double range_ = kWholeEarthRange;
     double azimuth_ = 0.0;
     double elevation_ = halCore::kHalfPi;
     int width_ = 1;

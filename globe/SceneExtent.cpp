@@ -104,7 +104,6 @@ std::optional<SceneExtent> extentOf(std::span<const OverlayScene::Entry* const> 
 Outlook outlookOn(const SceneExtent& extent, const Camera& camera) {
     constexpr double kMargin = 1.12;
     constexpr double kNearest = 300.0;
-    constexpr double kWholeEarth = 2.3e7;
     constexpr double kFlat = 1.6e6;  // what is larger, bends out of sight
     const double tangent = std::min(camera.tanHalfHeight(), camera.tanHalfWidth());
     Outlook outlook;
@@ -115,7 +114,7 @@ Outlook outlookOn(const SceneExtent& extent, const Camera& camera) {
     outlook.range = kMargin * extent.radius / tangent;
     if (extent.radius < kFlat) fit(outlook, extent.points, camera, kMargin);
     outlook.range = std::clamp(outlook.range, kNearest, Camera::kMaximumRange);
-    if (extent.radius < 1.2 * wgs84::a) outlook.range = std::min(outlook.range, kWholeEarth);
+    if (extent.radius < 1.2 * wgs84::a) outlook.range = std::min(outlook.range, Camera::kWholeEarthRange);
     return outlook;
 }
 

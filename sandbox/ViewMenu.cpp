@@ -16,7 +16,6 @@ using halCore::kHalfPi;
 
 namespace {
 
-constexpr double kWholeEarth = 2.3e7;
 constexpr double kClose = 2.0e5;
 
 /// Asks again, with what was typed, until it is a place or the user gives up.
@@ -41,7 +40,7 @@ void askForPlace(GlobeView& view) {
 
 void showWholeEarth(GlobeView& view) {
     Camera target = view.camera();
-    target.setRangeAzimuthElevation(kWholeEarth, 0.0, kHalfPi);
+    target.setRangeAzimuthElevation(Camera::kWholeEarthRange, 0.0, kHalfPi);
     view.flyTo(target);
 }
 

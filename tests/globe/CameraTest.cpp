@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "geo/Ecef.h"
+#include "geo/GeodesicPath.h"
 #include "globe/Camera.h"
 #include "globe/ShapeText.h"
 
@@ -88,8 +91,8 @@ TEST(Camera, TheEarthHidesWhatIsBehind) {
 TEST(Camera, DraggingKeepsThePlaceUnderTheCursor) {
     // Centre, range, azimuth and elevation; from which pixel to which.
     const double cases[][9] = {
-        {21.3, -158, 2e7, 0, 90, 450, 250, 600, 350}, {0, 179.9, 5e6, 0, 90, 200, 300, 900, 100},
-        {45, 10, 80.0, 77, 30, 100, 500, 900, 400},   {-60, 20, 3e5, 200, 60, 500, 300, 100, 550},
+        {21.3, -158, 1.5e7, 0, 90, 450, 250, 600, 350}, {0, 179.9, 2.5e6, 0, 90, 200, 300, 900, 100},
+        {45, 10, 80.0, 77, 30, 100, 500, 900, 400},     {-60, 20, 3e5, 200, 60, 500, 300, 100, 550},
         {88, 0, 5e6, 0, 90, 500, 400, 700, 100},  // across the pole
         {90, 0, 1e6, 0, 90, 300, 300, 500, 500}};
     for (const auto& [lat, lon, range, azimuth, elevation, fromX, fromY, toX, toY] : cases) {
@@ -122,6 +125,24 @@ TEST(Camera, ZoomKeepsThePlaceUnderTheCursor) {
     EXPECT_EQ(camera.range(), Camera::kMinimumRange);
     for (int i = 0; i < 200; ++i) camera.zoom(1.5, 500, 300);
     EXPECT_EQ(camera.range(), Camera::kMaximumRange);
+}
+
+/// Looked at from as far as it is long, a shape is in the view with room about it, whichever way it lies, and
+/// so is what can be seen of the earth from 7,000 km.
+TEST(Camera, ShowsWhatItLooksAtFromItsOwnLength) {
+    for (const auto& [width, height] : {std::pair{1000, 700}, {1120, 625}, {454, 757}})
+        for (const double meters : {5e3, 2.22e5, 4e6, 7e6})
+            for (double azimuth = 0.0; azimuth < 6.28; azimuth += 0.1) {
+                Camera camera = looking(at(36, 179.9), meters);
+                camera.setViewport(width, height);
+                double edge = meters < 7e6 ? 0.5 * meters : 1e7;
+                Projected p = camera.project(halCore::geodesicFrom(camera.center(), azimuth, edge));
+                // At most to the horizon.
+                while (!p.visible)
+                    p = camera.project(halCore::geodesicFrom(camera.center(), azimuth, edge *= 0.99));
+                const double beside = std::min({p.x, width - p.x, p.y, height - p.y});
+                EXPECT_GT(beside, 0.02 * std::min(width, height)) << meters << " " << azimuth;
+            }
 }
 
 TEST(Camera, IgnoresNonsense) {

@@ -35,7 +35,7 @@ for (const [lat, lon, range] of [[21, -158, 100], [-3, 180, 20000000], [89.9, 40
     assert(color(drawn.from, -6).every(part => part > 240), what + ": the highlighted point's white ring");
     view.move({ x: drawn.from.x, y: drawn.from.y - 10 });
     assert(!hint().includes("move the centre"), what + ": 10 are too far, " + hint());
-    view.camera = { range: range * 3, elevation: 70 };
+    view.camera = { range: range * 2, elevation: 70 };
     checkPoint(view.pixel(drawn.from.lat, drawn.from.lon), what + ", aslant");
     editor.press("Delete");
 }
