@@ -1,5 +1,6 @@
 #include "format/ShapeExtras.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -70,8 +71,14 @@ bool copyAll(const ZelShape& from, ZelShape* to) {
 
 std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape) {
     if (!copyAll(*shape, nullptr)) return nullptr;
-    if (auto* const list = dynamic_cast<PointBasedShape*>(shape.get())) list->setPoints({});
-    if (auto* const points = dynamic_cast<Points*>(shape.get())) points->setPoints({});
+    const auto drop = [](auto* list) {
+        constexpr std::size_t most = 3;
+        if (!list || list->points().size() <= most) return;
+        list->points().resize(most);
+        list->points().shrink_to_fit();
+    };
+    drop(dynamic_cast<PointBasedShape*>(shape.get()));
+    drop(dynamic_cast<Points*>(shape.get()));
     return shape;
 }
 

@@ -10,7 +10,8 @@ namespace halCore::ZEL {
 /// mode and extrusion, tessellation, vertical datum, depth buffer, scale, offsets and what they follow, and a
 /// label's outline and priority.
 ///
-/// Takes a shape that was read for its extras alone: its points go. Null when it has none.
+/// Takes a shape that was read for its extras alone: of its points only as many stay as make it one. Null
+/// when it has none.
 std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape);
 
 /// Sets them on a shape, where it can have them.

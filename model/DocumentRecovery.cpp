@@ -4,6 +4,7 @@
 #include "common/Notify.h"
 #include "common/Strings.h"
 #include "geo/OffsetGrid.h"
+#include "model/BlockRewriter.h"
 #include "model/Document.h"
 #include "model/FileDisplays.h"
 #include "model/OverlayFile.h"
@@ -117,6 +118,9 @@ void Document::revive_(const JournalContents& contents, Overlay& overlay, bool a
         const bool found = block != blocks.end() && block->block == state->source.block;
         whole.source = found ? *block : ShapeSource();
         whole.source.digest = state->source.digest;
+        const auto& extras = state->source.extras;
+        const auto& inBlock = whole.source.extras;
+        if (extras && !(inBlock && blockOf(*inBlock) == blockOf(*extras))) whole.source.extras = extras;
         shape->restore(whole, frame, frame.refPlatformId(), converter);
     }
     overlay.restoreSource(source);

@@ -8,6 +8,12 @@
 #include <type_traits>
 #include <utility>
 
+#include "common/Notify.h"
+#include "format/Parser.h"
+#include "format/ShapeExtras.h"
+#include "geo/UnitsRegistry.h"
+#include "model/BlockRewriter.h"
+
 namespace OverlayEditor {
 
 using halCore::Vec3;
@@ -19,7 +25,7 @@ constexpr std::string_view kMagic("\xF1OEJ1\n", 6);
 constexpr std::size_t kPointsAtOnce = 4096;
 constexpr std::size_t kLists = 3;
 
-enum class Kind : std::uint8_t { Points = 1, Shape, Gone, Head };
+enum class Kind : std::uint8_t { Points = 1, Shape, Gone, Head, Extras };
 
 // Values. What is the same in memory everywhere that the editor runs is written as it stands there.
 
@@ -197,6 +203,13 @@ bool JournalWriter::next(std::string& out) {
         return false;
     }
 
+    const auto& extras = state_->source.extras;
+    if (extras != (before ? before->source.extras : nullptr)) {
+        Bytes bytes(Kind::Extras);
+        bytes.put(number_);
+        bytes.put(extras ? blockOf(*extras) : std::string());
+        bytes.appendTo(out);
+    }
     Bytes bytes(Kind::Shape);
     bytes.put(number_);
     bytes.put(static_cast<std::uint8_t>(state_->kind));
@@ -244,6 +257,10 @@ namespace {
 
 class JournalReader {
   public:
+    JournalReader() {
+        units_.registerDefaultUnits();
+        parser_.setUnitsRegistry(&units_);
+    }
     JournalContents read(std::string_view text) {
         // A torn end costs what does not belong together yet; without a whole state there is what there is.
         std::size_t whole = 0;
@@ -302,6 +319,7 @@ class JournalReader {
         if (kind == Kind::Points) return takePoints_(reader);
         if (kind == Kind::Shape) return takeShape_(reader);
         if (kind == Kind::Head) return takeHead_(reader);
+        if (kind == Kind::Extras) return takeExtras_(reader);
         std::uint64_t number = 0;
         reader.get(number);
         shapes_.erase(number);
@@ -319,6 +337,19 @@ class JournalReader {
         auto& pending = points_[number][list];
         pending.insert(pending.end(), points.begin(), points.end());
         return true;
+    }
+
+    bool takeExtras_(Reader& reader) {
+        std::uint64_t number = 0;
+        std::string block;
+        reader.get(number);
+        reader.get(block);
+        const halNotify::Silence silence;
+        halCore::ZEL::Parser::Shapes read;
+        halCore::ZEL::ParseReport report;
+        if (reader.ok()) parser_.parse(block, read, report);
+        extras_[number] = read.size() == 1 ? halCore::ZEL::extrasOf(read.front()) : nullptr;
+        return reader.ok() && (block.empty() || extras_[number]);
     }
 
     bool takeShape_(Reader& reader) {
@@ -370,6 +401,11 @@ class JournalReader {
             positions.own = std::move(reference);
         }
         if (!isSound_(*state)) return false;
+        const auto extras = extras_.extract(number);
+        if (extras)
+            state->source.extras = extras.mapped();
+        else if (base != 0)
+            state->source.extras = known->second.state->source.extras;
         shapes_[number] = {state, version};
         return true;
     }
@@ -403,9 +439,12 @@ class JournalReader {
         return true;
     }
 
+    halCore::UnitsRegistry units_;
+    halCore::ZEL::Parser parser_;
     JournalContents contents_;
     std::map<std::uint64_t, Versioned> shapes_;
-    /// Points of shapes that are not whole yet.
+    /// Of shapes that are not whole yet.
+    std::map<std::uint64_t, std::shared_ptr<const halCore::ZEL::ZelShape>> extras_;
     std::map<std::uint64_t, std::array<std::vector<Vec3>, kLists>> points_;
 };
 

@@ -18,6 +18,7 @@
 #include "model/Document.h"
 #include "model/LostWatch.h"
 #include "model/RandomShapes.h"
+#include "model/ShapeCopies.h"
 #include "pi/EntryScope.h"
 #include "support/Child.h"
 #include "support/FakeHost.h"
@@ -178,21 +179,51 @@ TEST_F(JournalTest, WhatADeadHostHadIsRecoveredToTheDigit) {
     EXPECT_EQ(journals().size(), 0U);
 }
 
-/// Of a file that nobody touched meanwhile all but the change is there again, also what waits for a place.
-TEST_F(JournalTest, WhatIsRecoveredKeepsTheBlocksOfItsFile) {
-    const std::string file = directory.path() + "/file.zel";
-    const std::string text =
-        "start\nannotation A # b\nend\nstart\ncircle\nend\nstart\nline\nll 1 2\nll 3 4\nend\n";
-    std::ofstream(file) << text;
-    die([&](Session& session) {
-        session.act([&] { session.document->take(session.document->readFile(file)); });
-        session.act([&] { session.overlay.shapes().back()->setName("B"); });
-        session.wait();
-    });
-    Session next(directory.path());
-    next.act([&] { next.document->recover(*next.document->findLost()); });
-    EXPECT_EQ(next.document->text(), text.substr(0, text.size() - 4) + "3d name B\nend\n");
-    EXPECT_EQ(next.document->changes(), "Not saved");
+/// Of a file that nobody touched meanwhile all is written as it would have been, also what waits for a place;
+/// and so is what copies and turned shapes have of their blocks, when the file is another one.
+TEST_F(JournalTest, WhatIsRecoveredIsWrittenAsItWouldHaveBeen) {
+    const std::string file = path("file.zel");
+    std::string text = "start\nannotation A # b\nend\nstart\ncircle\nend\n";
+    for (const char* const kind : {"line\nll 1 2\nll 3 4\nll 3 5\nll 3 6\ntessellate rl",
+                                   "polygon\nxy 1 2\nxy 3 4\nxy 5 1\nlinestyle dashed",
+                                   "ellipse\ncenterll 1 2\nmajoraxis 700\nminoraxis 300",
+                                   "cylinder\ncenterll 1 2\nradius 7\nheight 9\noutline true",
+                                   "orbit\ncenterll 1 2\ncenterll2 1 3\nradius 70",
+                                   "annotation A_B\nll 1 2\npriority 3\ntextoutlinethickness thick"})
+        text.append("start\n# of it\n")
+            .append(kind)
+            .append(
+                "\naltitudeunits ft\nrangeunits nm\naltitudemode relativetoground\ndepthbuffer false\n"
+                "3d offsetalt 100.7\n3d follow cp\n3d offsetpitch 12.3\nscale 1 2 3.3\nend\n");
+    for (const bool meanwhile : {false, true}) {
+        std::ofstream(file) << text;
+        die([&](Session& session) {
+            session.act([&] { session.document->take(session.document->readFile(file)); });
+            const auto shapes = session.overlay.shapes();
+            for (const Shape* shape : shapes)
+                session.act(
+                    [&] { session.overlay.addShape(copyOf(*shape, "Copy of " + shape->name()).release()); });
+            for (Shape* shape : session.overlay.shapes())
+                if (dynamic_cast<CylinderShape*>(shape)) session.act([&] { shape->setHeading(0.7); });
+            session.act([&] { shapes.back()->setName("B"); });
+            session.wait();
+            if (meanwhile)
+                for (Shape* shape : shapes) delete shape;
+            std::ofstream(path("expected")) << session.document->text();
+        });
+        if (meanwhile) std::ofstream(file) << "start\ncircle\nend\n";
+        Session next(directory.path());
+        next.act([&] { next.document->recover(*next.document->findLost()); });
+        if (meanwhile)
+            for (std::size_t held = next.overlay.shapes().size() / 2; held-- > 0;)
+                delete next.overlay.shapes().front();
+        std::string expected;
+        ASSERT_EQ(UTILS::readFile(path("expected"), expected), "");
+        const std::string recovered = next.document->text();
+        EXPECT_EQ(recovered.substr(recovered.find("start")), expected);
+        EXPECT_THAT(next.document->changes(), StartsWith("Not saved"));
+        for (const std::string& left : journals()) std::filesystem::remove(left);
+    }
 }
 
 TEST_F(JournalTest, DamagedOnesGiveWhatCanBeReadAndSeveralComeNewestFirst) {
