@@ -102,7 +102,8 @@ std::string formatLength(double meters, UnitType_t type, int precision) {
     return writeFixed(Units::METERS.convertTo(unitsGetUnits(type), meters), precision);
 }
 
-int parseLength(std::string_view typed, UnitType_t type, double& meters, std::string* remark) {
+int parseLength(std::string_view typed, UnitType_t type, double& meters, std::string* remark,
+                UnitType_t* named = nullptr) {
     if (typed.size() > kLongestTyped) return fail(remark, "not a number");
     const std::string text = plainText(typed);
     const auto [numberText, unit] = split(text);
@@ -119,6 +120,7 @@ int parseLength(std::string_view typed, UnitType_t type, double& meters, std::st
     if (!std::isfinite(value)) return fail(remark, "too large");
     meters = value;
     if (remark) remark->clear();
+    if (named) *named = unit.empty() ? UnitType_t::Invalid : type;
     return 0;
 }
 
@@ -218,8 +220,9 @@ std::string TspiUnitsProviderAdapter::formatLongitude(double radians) const {
     return formatAngleAs(radians, geodeticUnits_, precision_, AngleKind::Longitude);
 }
 
-int TspiUnitsProviderAdapter::parseRange(std::string_view text, double& meters, std::string* remark) const {
-    return parseLength(text, rangeUnits_, meters, remark);
+int TspiUnitsProviderAdapter::parseRange(std::string_view text, double& meters, std::string* remark,
+                                         UnitType_t* unit) const {
+    return parseLength(text, rangeUnits_, meters, remark, unit);
 }
 
 int TspiUnitsProviderAdapter::parseAltitude(std::string_view text, double& meters,

@@ -82,7 +82,9 @@ std::vector<RingsDialog::Ring> RingsDialog::rings() const {
         halNotify::notify(halNotify::Warning) << "No rings are made: " << refused.front();
         return {};
     }
-    const UTILS::UnitType_t type = preferences_.rangeUnits();
+    UTILS::UnitType_t type = rows_.first.typedUnit();
+    if (type == UTILS::UnitType_t::Invalid) type = rows_.step.typedUnit();
+    if (type == UTILS::UnitType_t::Invalid) type = preferences_.rangeUnits();
     const Units& unit = UTILS::unitsGetUnits(type);
     const double first = Units::METERS.convertTo(unit, rows_.first.value());
     const double step = Units::METERS.convertTo(unit, rows_.step.value());

@@ -29,7 +29,7 @@ class RingsDialog {
 
     struct Ring {
         double meters = 0.0;
-        /// In the user's range units: "5 nm".
+        /// In the unit in which the first radius or the step was typed, else the user's range units: "5 nm".
         std::string radius;
     };
     PlacedPoint center() const { return rows_.center.position(); }

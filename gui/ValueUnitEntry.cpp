@@ -40,7 +40,10 @@ void ValueUnitEntry::setValue(double value) {
     edited_ = false;
     // Other fields of the panel were edited: the text waits for its correction.
     const std::string before = format_();
-    if (value != value_) given_ = value;
+    if (value != value_) {
+        given_ = value;
+        typedUnit_ = UTILS::UnitType_t::Invalid;
+    }
     value_ = value;
     if (refused_.stands() && format_() == before) return;
     refused_.forget();
@@ -49,6 +52,7 @@ void ValueUnitEntry::setValue(double value) {
 
 void ValueUnitEntry::notifyPrefsUpdate() {
     refused_.forget();
+    typedUnit_ = UTILS::UnitType_t::Invalid;
     unit_.setValue(unitText_());
     field_.setValue(format_());
 }
@@ -63,7 +67,8 @@ bool ValueUnitEntry::takeEdit_() {
     }
     double value = 0.0;
     std::string remark;
-    const bool isValue = parse_(text, value, remark) == 0;
+    auto unit = UTILS::UnitType_t::Invalid;
+    const bool isValue = parse_(text, value, remark, unit) == 0;
     if (isValue && text == format_(given_)) value = given_;
     std::string reason = isValue ? std::string(refusal(quantity_, value)) : remark;
     if (isValue && reason.empty() && check_) reason = check_(value);
@@ -84,6 +89,7 @@ bool ValueUnitEntry::takeEdit_() {
         return false;
     }
     value_ = value;
+    typedUnit_ = unit;
     edited_ = true;
     refused_.forget();
     field_.setValue(format_());
@@ -129,13 +135,14 @@ std::string ValueUnitEntry::format_(double value) const {
     return {};
 }
 
-int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& remark) const {
+int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& remark,
+                           UTILS::UnitType_t& unit) const {
     const auto& units = *preferences_.unitsProvider();
     switch (quantity_) {
         case Quantity::Range:
         case Quantity::Radius:
         case Quantity::Size:
-            return units.parseRange(text, value, &remark);
+            return units.parseRange(text, value, &remark, &unit);
         case Quantity::Altitude:
             return units.parseAltitude(text, value, &remark);
         case Quantity::Angle:

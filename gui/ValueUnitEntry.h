@@ -31,6 +31,9 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
 
     /// The value with all its digits, edited or not.
     double value() const { return value_; }
+    /// The unit of length that the user typed behind it, Invalid for none, or when other units were chosen
+    /// since.
+    UTILS::UnitType_t typedUnit() const { return typedUnit_; }
 
     /// Asked about every value that is typed: why it cannot be taken, empty when it can.
     using Check = std::function<std::string_view(double)>;
@@ -49,7 +52,7 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
     bool takeEdit_() override;
     std::string format_() const { return format_(value_); }
     std::string format_(double value) const;
-    int parse_(const std::string& text, double& value, std::string& remark) const;
+    int parse_(const std::string& text, double& value, std::string& remark, UTILS::UnitType_t& unit) const;
     bool isCoordinate_() const { return quantity_ == Quantity::Latitude || quantity_ == Quantity::Longitude; }
     std::string unitText_() const;
     /// What is understood, for a message.
@@ -65,6 +68,7 @@ class ValueUnitEntry final : public PanelRow<PIGUI::PITextField>, public PanelPa
     /// The last one that nobody typed here.
     double given_ = 0.0;
     bool edited_ = false;
+    UTILS::UnitType_t typedUnit_ = UTILS::UnitType_t::Invalid;
 };
 
 }  // namespace OverlayEditor

@@ -54,16 +54,15 @@ TEST_F(OverlayEditorDialogTest, ACopyStandsByTheGivenNumbersAndIsOneStep) {
 }
 
 TEST_F(OverlayEditorDialogTest, RingsCountInTheUsersUnitFromWhatTheyLieAbout) {
-    preferences.setRangeUnits(UTILS::UnitType_t::NauticalMiles);
     host.platforms[7] = {{7, "Ship", ""},
                          {.latRad = 64 * kRadiansPerDegree, .lonRad = 179.95 * kRadiansPerDegree}};
     dialog->show();
     unsigned long platform = 7;
     dialog->onCmdAttach(nullptr, &platform);
     press("Rings...");
-    EXPECT_EQ(form.text("X:"), "0.00 nm") << "on the ship";
-    form.type("First:", "0.1");
-    form.type("Step:", "0.1");
+    EXPECT_EQ(form.text("X:"), "0.00 m") << "on the ship";
+    form.type("First:", "185.2");
+    form.type("Step:", "0.1 nm");
     form.choose("Count:", 10);
     press("OK\tMake the rings");
     const auto shapes = overlay.shapes();
@@ -80,6 +79,7 @@ TEST_F(OverlayEditorDialogTest, RingsCountInTheUsersUnitFromWhatTheyLieAbout) {
         EXPECT_NEAR(halCore::Sodano::inverse(ship, label).distance, radius, 1e-3);
     }
     EXPECT_EQ(form.field("Name:").text, "Ring 1 nm");
+    form.choose("Rng:", 6);
     press("Rings...");
     form.choose("Count:", 101);
     form.type("Step:", "10000");
