@@ -111,13 +111,14 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
 void GlobePainter::paintScale(const GlobeFrame& frame, QPainter& painter) {
     const Camera& camera = frame.camera;
     const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
-    paintStrip(painter, areaOfScale(camera));
+    const QRectF area = areaOfScale(frame);
+    paintStrip(painter, area);
     constexpr double kTick = 5.0;
     // At whole device pixels, filled: crisp and the same on every renderer.
     const auto whole = [&](double v) { return std::round(v * frame.pixelRatio) / frame.pixelRatio; };
     const double right = whole(camera.width() - ScaleBar::kMargin);
     const double left = whole(right - bar.pixels);
-    const double bottom = whole(camera.height() - ScaleBar::kMargin);
+    const double bottom = whole(area.bottom() - 8.0);
     for (const auto& [grown, color] :
          {std::pair{1.0, QColor(0, 0, 0, 150)}, std::pair{0.0, QColor(Qt::white)}}) {
         for (const QRectF& part :

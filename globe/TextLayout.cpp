@@ -182,7 +182,7 @@ class Layout {
         count();
         for (const QRectF& symbol : symbols_) room_.take({symbol, {}});
         // Others keep clear of the scale and of the hints.
-        if (frame_.map.scaleBar) room_.take({areaOfScale(camera_), {}});
+        if (frame_.map.scaleBar) room_.take({areaOfScale(frame_), {}});
         for (const auto& [id, text] : frame_.screenTexts) room_.take({areaOf(text), {}});
         const TextLook look{fontForFile(QStringLiteral("arial.ttf"), 11), 0xd0ffffff, 0xa0000000, 1};
         const QFontMetricsF metrics(look.font);
@@ -276,11 +276,17 @@ QRectF areaOf(const ScreenText& text) {
         .adjusted(-8.0, -4.0, 8.0, 5.0);
 }
 
-QRectF areaOfScale(const Camera& camera) {
+QRectF areaOfScale(const GlobeFrame& frame) {
+    const Camera& camera = frame.camera;
     const ScaleBar bar = scaleBar(camera, ScaleBar::kMostPixels);
     const double width = std::max(bar.pixels, 60.0);
-    return {camera.width() - ScaleBar::kMargin - bar.pixels / 2.0 - width / 2.0 - 8.0,
-            camera.height() - ScaleBar::kMargin - 24.0, width + 16.0, 32.0};
+    QRectF area(camera.width() - ScaleBar::kMargin - bar.pixels / 2.0 - width / 2.0 - 8.0,
+                camera.height() - ScaleBar::kMargin - 24.0, width + 16.0, 32.0);
+    // Each text may push it into the next one.
+    for (std::size_t i = 0; i < frame.screenTexts.size(); ++i)
+        for (const auto& [id, text] : frame.screenTexts)
+            if (const QRectF other = areaOf(text); other.intersects(area)) area.moveBottom(other.top());
+    return area;
 }
 
 TextLayout layOutTexts(const GlobeFrame& frame, std::span<const DrawList::Label* const> labels,

@@ -59,6 +59,6 @@ TextLayout layOutTexts(const GlobeFrame& frame, std::span<const DrawList::Label*
 /// What a screen text and the strip that it stands on cover; empty without a text.
 QRectF areaOf(const ScreenText& text);
 /// The same of the view's scale.
-QRectF areaOfScale(const Camera& camera);
+QRectF areaOfScale(const GlobeFrame& frame);
 
 }  // namespace sandbox

@@ -94,9 +94,10 @@ void OverlayEditorPlugin::build_() {
     hint_ = std::make_unique<ScreenNote>(
         ScreenNote::Place{.left = 10.0, .vertical = 8.0, .bottom = true, .font = "arialbd.ttf 14"});
     said_ = std::make_unique<ScreenNote>(
-        ScreenNote::Place{.left = 10.0, .vertical = 32.0, .bottom = true, .font = "arialbd.ttf 14"});
+        ScreenNote::Place{.left = 10.0, .vertical = hint_->end(), .bottom = true, .font = "arialbd.ttf 14"});
     mouseManager_->setHintListener([this](std::string_view text) {
         hint_->show(std::string(text));
+        said_->moveTo(hint_->end());
         if (text.empty() && dialog_ && dialog_->shown()) said_->show({});
     });
     shapeRegistry_ = std::make_unique<ShapeRegistry>();

@@ -256,9 +256,10 @@ std::string BaseMouseTool::hint() const {
     if (snap_ && aims) text.append("On ").append(snap_->name).append(". Alt: beside it. ");
     text.append(stateHint_());
     if (state_ == Dragging && isWhole_())
-        return text.append(". Shift: steps of 15\u00b0").append(turns_() ? ", Control: turns it" : "");
-    if (state_ == Placing && !pressed_) text.append(". Space or the middle button turns the globe");
-    return aims ? text.append(modifierHint_()) : text;
+        return text.append(". Shift: 15\u00b0 steps").append(turns_() ? ", Control: turns it" : "");
+    if (state_ == Placing && !pressed_) text.append(". Space turns the globe");
+    // Where there is something to be put onto, the other modifiers do nothing.
+    return aims && !snap_ ? text.append(modifierHint_()) : text;
 }
 
 std::string_view BaseMouseTool::stateHint_() const {

@@ -53,7 +53,7 @@ Vec3 BaseMouseTool::constrained_(const Vec3& pos, bool steps, bool keeps) const 
 
 std::string BaseMouseTool::modifierHint_() const {
     if (!pivot_()) return {};
-    std::string text = ". Shift: steps of 15\u00b0";
+    std::string text = ". Shift: 15\u00b0 steps";
     return keptLength_() ? text.append(", Control: same length") : text;
 }
 

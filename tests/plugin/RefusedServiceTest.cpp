@@ -50,7 +50,7 @@ class RefusedServiceTest : public HostedPlugin {
             drag(plugin, 100, 100, 130, 100);
             want(drawn("\ncircle\n"), "draw");
             want(host.grabs == 1, "grabbed mouse");
-            want(host.screenTexts.size() == 1, "hints");
+            want(!host.screenTexts.empty(), "hints");
             plugin.mouse(Mouse::RightPress, 0, 0);
             host.fireTimeouts();
             want(host.find("Edit") && !host.find("Edit")->checked, "buttons follow");

@@ -57,7 +57,7 @@ TEST_F(Constraining, LegsKeepToStepsAndToTheirLength) {
         ASSERT_GT(count, 10u);
         const double length = geodesic(line.pointAtIndex(count - 2), line.pointAtIndex(count - 1)).meters;
         move(PIModifierControl);
-        EXPECT_THAT(hint, HasSubstr("Shift: steps of 15°, Control: same length"));
+        EXPECT_THAT(hint, HasSubstr("Shift: 15° steps, Control: same length"));
         mouse.press().release();
         ASSERT_EQ(line.getNumPoints(), count + 1);
         EXPECT_NEAR(geodesic(line.pointAtIndex(count - 1), line.pointAtIndex(count)).meters, length, 1e-3);

@@ -258,16 +258,30 @@ TEST_F(EveryTool, HintsFollowTheShape) {
     EXPECT_THAT(hint, StartsWith("Click to remove this point"));
 }
 
-TEST(ScreenNote, ShowsTheTextThatWasAskedForLast) {
+/// No letter of a text is lost, and no line is longer than it must be.
+TEST(ScreenNote, ShowsTheTextThatWasAskedForLastInShortLines) {
+    const std::vector<std::string> lines{"Click the next point.", "Right click ends. Space turns it"};
+    EXPECT_EQ(linesOf("Click the next point. Right click ends. Space turns it", 33), lines);
+    const std::string text = "No 15\u00b0 here: Shift + wheel gives it one. An-unbreakable-word here. Short";
+    for (std::size_t letters = 1; letters < 90; ++letters) {
+        std::string joined;
+        for (const std::string& line : linesOf(text, letters)) {
+            joined.append(joined.empty() ? "" : " ").append(line);
+            EXPECT_TRUE(line.size() <= letters + 1 || line.find(' ') == std::string::npos) << line;
+        }
+        EXPECT_EQ(joined, text);
+    }
     FakeHost host;
     {
         ScreenNote note({.left = 10.0, .vertical = 8.0, .bottom = true});
         note.show("one");
-        note.show("two\nlines");
-        ASSERT_EQ(host.screenTexts.size(), 1u);
-        EXPECT_THAT(host.screenTexts.begin()->second,
-                    AllOf(HasSubstr("Text STRING two lines\n"), HasSubstr("PosY FLOAT64 8.0\n"),
-                          HasSubstr("VAlign STRING B\n")));
+        note.show(std::string(50, 'a') + "\n" + std::string(50, 'b'));
+        note.moveTo(20.0);
+        ASSERT_EQ(host.screenTexts.size(), 2u);
+        EXPECT_THAT(
+            host.screenTexts.begin()->second,
+            AllOf(HasSubstr("aaa\n"), HasSubstr("PosY FLOAT64 45.0\n"), HasSubstr("VAlign STRING B\n")));
+        EXPECT_EQ(note.end(), 70.0);
     }
     EXPECT_TRUE(host.screenTexts.empty());
 }
