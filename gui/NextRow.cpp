@@ -31,7 +31,7 @@ NextRow::NextRow(PIGUI::PICanvas* table, NextTarget target)
       filler_(table, ""),
       understood_(table, ""),
       isLine_(field_.setLine(callbacks_.make(&NextRow::onCmdTyping))) {
-    understood_.setRoom(0, 1);
+    understood_.setRoom(0, 2);
 }
 
 UTILS::TypedStep NextRow::read_(const Shape& shape, const std::string& text, std::string& reason) const {
