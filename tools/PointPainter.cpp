@@ -161,15 +161,7 @@ void PointPainter::drawLine_(const PUDrawLine& line) const {
 }
 
 void PointPainter::drawPath_(const PluginUtils::PUDrawPath& path) const {
-    std::vector<std::pair<Pixel, Pixel>> seen;
-    const auto& places = path.places();
-    bool fromHidden = true;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const bool toHidden = view_.isHiddenByEarth(places[i]);
-        if (i > 0 && !fromHidden && !toHidden)
-            if (const auto pixels = view_.segment(places[i - 1], places[i])) seen.push_back(*pixels);
-        fromHidden = toHidden;
-    }
+    const auto seen = view_.seen(path.places());
     const auto draw = [&](std::uint32_t color, double width) {
         setColor(color);
         glLineWidth(static_cast<GLfloat>(width * view_.pixelScale()));

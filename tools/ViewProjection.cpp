@@ -89,6 +89,38 @@ std::optional<std::pair<Pixel, Pixel>> ViewProjection::segment(const Ecef& from,
     return std::pair(pixel_(at(t0)), pixel_(at(t1)));
 }
 
+std::vector<std::pair<Pixel, Pixel>> ViewProjection::seen(std::span<const Ecef> path) const {
+    constexpr double same = 0.5;
+    std::vector<std::pair<Pixel, Pixel>> segments;
+    /// From where the next segment leads; null where the earth hides it.
+    const Ecef* from = nullptr;
+    std::optional<Pixel> fromPixel;
+    const Ecef* passed = nullptr;
+    const auto leadTo = [&](const Ecef& to) {
+        if (const auto pixels = segment(*from, to)) segments.push_back(*pixels);
+        passed = nullptr;
+    };
+    for (const Ecef& place : path) {
+        if (isHiddenByEarth(place)) {
+            if (passed) leadTo(*passed);
+            from = nullptr;
+            continue;
+        }
+        const std::optional<Pixel> at = pixel(place);
+        if (from && at && fromPixel && std::abs(at->x - fromPixel->x) < same &&
+            std::abs(at->y - fromPixel->y) < same) {
+            passed = &place;
+            continue;
+        }
+        if (from) leadTo(place);
+        from = &place;
+        fromPixel = at;
+        passed = nullptr;
+    }
+    if (passed) leadTo(*passed);
+    return segments;
+}
+
 double ViewProjection::metersPerPixel(const Ecef& ecef) const {
     if (!isValid()) return 0.0;
     const Clip clip = clip_(ecef);

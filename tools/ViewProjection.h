@@ -2,7 +2,9 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "geo/Ecef.h"
 
@@ -50,6 +52,11 @@ class ViewProjection {
 
     /// The part of a straight line that is in front of the eye and not far outside of the view.
     std::optional<std::pair<Pixel, Pixel>> segment(const halCore::Ecef& from, const halCore::Ecef& to) const;
+
+    /// The parts of a path of straight lines that can be seen, as many as can be told apart: places within
+    /// half a pixel of the last one are passed over, but for the path's end and what the earth hides from
+    /// there on.
+    std::vector<std::pair<Pixel, Pixel>> seen(std::span<const halCore::Ecef> path) const;
 
     /// Metres that one device pixel spans at a position across the line of sight; 0 when it has no pixel.
     double metersPerPixel(const halCore::Ecef& ecef) const;

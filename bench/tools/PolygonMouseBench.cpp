@@ -193,6 +193,39 @@ BENCHMARK_CAPTURE(pointIsDragged, both, true)
     ->Arg(100000)
     ->Unit(benchmark::kMicrosecond);
 
+/// All of it is dragged by its middle, a pixel at a time, or turned; then a frame.
+void wholeIsDragged(benchmark::State& state, bool turns) {
+    Editing editing(state.range(0), false);
+    const auto send = [&](PIGUI::PIMouseEventType_t type, int x, int y) {
+        const unsigned modifiers = turns ? static_cast<unsigned>(PIGUI::PIModifierControl) : 0U;
+        editing.manager.handleMouseEvent(type, {.x = x, .y = y, .modifiers = modifiers});
+    };
+    send(PIGUI::PIMouseEventType_t::Motion, kWidth / 2, kHeight / 2);
+    send(PIGUI::PIMouseEventType_t::LeftPress, kWidth / 2, kHeight / 2);
+    const int before = editing.host.loads;
+    int x = 0;
+    for (auto _ : state) {
+        send(PIGUI::PIMouseEventType_t::Motion, kWidth / 2 + 50, kHeight / 2 + ++x % 100);
+        editing.frame();
+    }
+    if (editing.host.loads < before + x - 1) state.SkipWithError("nothing was dragged");
+}
+BENCHMARK_CAPTURE(wholeIsDragged, moved, false)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wholeIsDragged, turned, true)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+
+/// What a frame costs that shows which shape is selected, before it is painted: the outline of a line all of
+/// which is in the view.
+void outlineIsSeen(benchmark::State& state) {
+    Editing editing(state.range(0), false);
+    std::vector<halCore::Ecef> path;
+    for (const halCore::Vec3& place : editing.shape->points()) path.push_back(halCore::toEcef(place));
+    const ViewProjection view = editing.view.capture(kWidth, kHeight);
+    std::size_t segments = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(segments = view.seen(path).size());
+    state.counters["segments"] = static_cast<double>(segments);
+}
+BENCHMARK(outlineIsSeen)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+
 /// What a finished drag adds: the step.
 void dragBecomesAStep(benchmark::State& state) {
     Editing editing(state.range(0), false);

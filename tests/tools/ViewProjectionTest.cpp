@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <cmath>
 #include <string>
+#include <vector>
 
 #include <GeographicLib/LocalCartesian.hpp>
 #include <gtest/gtest.h>
@@ -68,6 +71,39 @@ TEST(ViewProjection, TheEarthHidesWhatLiesBehindTheHorizon) {
         << "below the ground, in sight";
     EXPECT_FALSE(view.projection().visiblePixel(halCore::toEcef(degrees(-10.0, -160.0))));
     EXPECT_FALSE(view.projection().pixel(halCore::toEcef(degrees(10.0, 20.0, 2e5)))) << "behind the eye";
+}
+
+/// Whatever can be seen of a path is within half a pixel of what is told of it, and nothing else is told; at
+/// rest in one place it takes no more than it would as one point.
+TEST(ViewProjection, APathIsSeenByThePixel) {
+    const auto projection = TestView(degrees(10.0, 179.0, 3e6)).projection();
+    std::vector<halCore::Ecef> path;
+    for (int i = 0; i < 20000; ++i)
+        path.push_back(halCore::toEcef(
+            degrees(10.0 + 60.0 * std::sin(1e-3 * i), 179.0 + 80.0 * std::sin(7e-4 * i + 1.0))));
+    for (int i = 0; i < 1000; ++i) path.push_back(path.back());
+    const auto seen = projection.seen(path);
+    EXPECT_LT(seen.size(), 8000u);
+    const auto beside = [](const Pixel& p, const std::pair<Pixel, Pixel>& s) {
+        const double dx = s.second.x - s.first.x, dy = s.second.y - s.first.y;
+        const double along =
+            ((p.x - s.first.x) * dx + (p.y - s.first.y) * dy) / std::max(1e-9, dx * dx + dy * dy);
+        const double t = std::clamp(along, 0.0, 1.0);
+        return std::hypot(p.x - s.first.x - t * dx, p.y - s.first.y - t * dy);
+    };
+    double told = 0.0, drawn = 0.0;
+    for (const auto& [from, to] : seen) told += OverlayEditor::distance(from, to);
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        if (projection.isHiddenByEarth(path[i - 1]) || projection.isHiddenByEarth(path[i])) continue;
+        const auto segment = projection.segment(path[i - 1], path[i]);
+        if (!segment) continue;
+        drawn += OverlayEditor::distance(segment->first, segment->second);
+        double least = 1e9;
+        if (i % 50 == 0)
+            for (const auto& each : seen) least = std::min(least, beside(segment->second, each));
+        EXPECT_TRUE(i % 50 != 0 || least < 0.71) << i << ": " << least;
+    }
+    EXPECT_NEAR(told / drawn, 1.0, 0.01);
 }
 
 TEST(ViewProjection, LinesAreCutAtTheEyeAndFarOutside) {
