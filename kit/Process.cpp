@@ -1,18 +1,21 @@
 #include "kit/Process.h"
 
-#include <algorithm>
 #include <cfenv>
+#include <cfloat>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <tuple>
+#include <utility>
 
-#include <elf.h>
+#include <link.h>
 #include <malloc.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "common/Files.h"
@@ -44,6 +47,37 @@ std::string signalHandlers() {
     return text;
 }
 
+std::string blockedSignals() {
+    std::string text;
+    sigset_t blocked;
+    if (::sigprocmask(SIG_SETMASK, nullptr, &blocked) != 0) return text;
+    for (int signal = 1; signal < NSIG; ++signal)
+        if (::sigismember(&blocked, signal) == 1) text += std::to_string(signal) + "; ";
+    return text;
+}
+
+/// Those that are set; when they are due changes all the time.
+std::string timers() {
+    std::string text;
+    for (const int kind : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF}) {
+        itimerval value{};
+        if (::getitimer(static_cast<__itimer_which_t>(kind), &value) == 0 &&
+            (value.it_value.tv_sec || value.it_value.tv_usec))
+            text += "interval timer " + std::to_string(kind) + "; ";
+    }
+    std::ifstream file("/proc/self/timers");
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with("ID:")) text += line + "; ";
+    return text;
+}
+
+/// Whether numbers too small for a double's usual form become zero.
+std::string smallNumbers() {
+    const volatile double least = DBL_MIN, smaller = 4.9406564584124654e-324;
+    const volatile double half = least / 2.0, same = smaller * 1.0;
+    return half == 0.0 || same == 0.0 ? "become zero" : "stay";
+}
+
 }  // namespace
 
 ProcessState ProcessState::now() {
@@ -57,6 +91,12 @@ ProcessState ProcessState::now() {
     facts["locale"] = std::setlocale(LC_ALL, nullptr);
     facts["working directory"] = std::filesystem::current_path();
     facts["rounding of numbers"] = std::to_string(std::fegetround());
+    facts["small numbers"] = smallNumbers();
+    facts["exceptions of numbers that are caught"] = std::to_string(::fegetexcept());
+    facts["blocked signals"] = blockedSignals();
+    facts["timers"] = timers();
+    const auto handler = reinterpret_cast<std::uintptr_t>(std::get_terminate());
+    facts["handler of std::terminate"] = std::to_string(handler);
     const mode_t mask = ::umask(0);
     ::umask(mask);
     facts["mask of new files"] = std::to_string(mask);
@@ -74,6 +114,17 @@ std::vector<std::string> ProcessState::differences(const ProcessState& before) c
     return different;
 }
 
+std::set<std::string> mappedLibraries() {
+    std::set<std::string> names;
+    ::dl_iterate_phdr(
+        [](dl_phdr_info* info, std::size_t, void* into) {
+            static_cast<std::set<std::string>*>(into)->insert(info->dlpi_name);
+            return 0;
+        },
+        &names);
+    return names;
+}
+
 std::vector<int> childProcesses() {
     std::vector<int> found;
     for (const std::string& thread : UTILS::namesIn("/proc/self/task")) {
@@ -88,15 +139,25 @@ bool isScratch(const std::string& directory) {
     return path.is_absolute() && path.parent_path().native().find(kScratch) != std::string::npos;
 }
 
-double residentOf(int process) {
+namespace {
+
+/// All that a process has mapped, and what of it is in memory, in bytes.
+std::pair<double, double> sizesOf(int process) {
     double size = 0.0, resident = 0.0;
     std::ifstream("/proc/" + std::to_string(process) + "/statm") >> size >> resident;
-    return resident * static_cast<double>(::sysconf(_SC_PAGESIZE));
+    const auto page = static_cast<double>(::sysconf(_SC_PAGESIZE));
+    return {size * page, resident * page};
+}
+
+}  // namespace
+
+double residentOf(int process) {
+    return sizesOf(process).second;
 }
 
 Memory Memory::now() {
     Memory memory;
-    memory.resident = residentOf(::getpid());
+    std::tie(memory.mapped, memory.resident) = sizesOf(::getpid());
     const auto info = ::mallinfo2();
     memory.heap = static_cast<double>(info.uordblks + info.hblkhd);
     return memory;
@@ -104,42 +165,6 @@ Memory Memory::now() {
 
 bool Memory::isMeasurable() {
     return ::mallinfo2().arena != 0 && !std::getenv("LD_PRELOAD");
-}
-
-std::vector<std::string> visibleSymbols(const std::string& library) {
-    std::string bytes;
-    std::vector<std::string> names;
-    if (!UTILS::readFile(library, bytes).empty()) return names;
-    const auto read = [&](std::size_t offset, auto& into) {
-        if (offset > bytes.size() || bytes.size() - offset < sizeof into) return false;
-        std::memcpy(&into, bytes.data() + offset, sizeof into);
-        return true;
-    };
-    Elf64_Ehdr header;
-    if (!read(0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
-        header.e_ident[EI_CLASS] != ELFCLASS64)
-        return names;
-    const auto section = [&](std::size_t index, Elf64_Shdr& into) {
-        return index < header.e_shnum && read(header.e_shoff + index * sizeof into, into);
-    };
-    for (std::size_t i = 0; i < header.e_shnum; ++i) {
-        Elf64_Shdr symbols, strings;
-        if (!section(i, symbols) || symbols.sh_type != SHT_DYNSYM || !section(symbols.sh_link, strings))
-            continue;
-        Elf64_Sym symbol;
-        for (std::size_t at = 0; at + sizeof symbol <= symbols.sh_size; at += sizeof symbol) {
-            if (!read(symbols.sh_offset + at, symbol)) break;
-            const auto visibility = ELF64_ST_VISIBILITY(symbol.st_other);
-            const bool visible = visibility == STV_DEFAULT || visibility == STV_PROTECTED;
-            // Weak ones are copies of what headers define: any does for all.
-            const bool strong = ELF64_ST_BIND(symbol.st_info) == STB_GLOBAL;
-            const std::size_t name = strings.sh_offset + symbol.st_name;
-            if (symbol.st_shndx != SHN_UNDEF && visible && strong && name < bytes.size())
-                names.emplace_back(bytes.c_str() + name);
-        }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 }  // namespace kit

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace kit {
 
 /// What belongs to the whole process, and what a plug-in must leave as it was: open files, threads, child
-/// processes, signals, locale, directory, mask of new files, environment, rounding.
+/// processes, signals and their mask, timers, the handler of std::terminate, locale, directory, mask of new
+/// files, environment, and how numbers are rounded, flushed and trapped.
 class ProcessState {
   public:
     static ProcessState now();
@@ -21,11 +23,15 @@ class ProcessState {
 /// Memory of this process, in bytes.
 struct Memory {
     double resident = 0.0;
-    double heap = 0.0;  ///< handed out by malloc and not freed
+    double mapped = 0.0;  ///< of the address space, used or not
+    double heap = 0.0;    ///< handed out by malloc and not freed
     static Memory now();
     /// Whether the figures mean something: sanitizers and valgrind keep memory on their own account.
     static bool isMeasurable();
 };
+
+/// The names of the libraries that this process has loaded.
+std::set<std::string> mappedLibraries();
 
 /// The processes that this one has started and not waited for, and those that came to it.
 std::vector<int> childProcesses();
@@ -37,9 +43,5 @@ constexpr const char* kScratch = "/hpi-check-";
 
 /// What another process has in memory, in bytes; 0 when it is gone.
 double residentOf(int process);
-
-/// The names of the symbols that a library defines and shows, sorted, without weak ones; nothing when it is
-/// no 64-bit ELF file.
-std::vector<std::string> visibleSymbols(const std::string& library);
 
 }  // namespace kit

@@ -37,6 +37,9 @@ std::runtime_error failure(const char* what) {
     return std::runtime_error(std::string(what) + ": " + UTILS::reasonOf(errno));
 }
 
+/// The signal with which this process was to be ended; 0: none.
+volatile std::sig_atomic_t endSignal = 0;
+
 Situation* mapSituation(int descriptor) {
     void* const memory =
         ::mmap(nullptr, sizeof(Situation), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
@@ -164,6 +167,15 @@ void endOrphans() {
 
 }  // namespace
 
+void heedSignals() {
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+        struct sigaction action {};
+        if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
+        action.sa_handler = [](int number) { endSignal = number; };
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
 Outcome runCheck(const Check& check, const Settings& settings, const Limits& limits) {
     using Clock = std::chrono::steady_clock;
     const Scratch scratch;
@@ -201,6 +213,7 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
                info.si_pid == child;
     };
     for (;;) {
+        if (endSignal) break;
         if (elapsed() > limits.seconds)
             excess = "it takes longer than " + UTILS::writeNumber(limits.seconds) + " seconds";
         else if (residentOf(child) > limits.mebibytes * 1024 * 1024)
@@ -227,6 +240,10 @@ Outcome runCheck(const Check& check, const Settings& settings, const Limits& lim
     int status = 0;
     ::waitpid(child, &status, 0);
     endOrphans();
+    if (endSignal) {
+        ::munmap(situation, sizeof *situation);
+        throw Ended{endSignal};
+    }
     outcome.seconds = elapsed();
 
     const std::string where = situation->text();

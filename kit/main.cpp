@@ -1,9 +1,9 @@
 // hpi-check-plugin: holds a plug-in library against the contract. kit/Check.h tells how it is built.
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <deque>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string_view>
@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include "common/Printable.h"
+#include "kit/LibraryFile.h"
 #include "kit/Runner.h"
 
 namespace kit {
@@ -79,25 +80,10 @@ nlohmann::ordered_json toJson(const Check& check, const Outcome& outcome, const 
         {"figures", figures},         {"output", outcome.output}};
 }
 
-/// \throws std::runtime_error when it cannot be a plug-in at all
-void judgeFile(const std::string& path) {
-    const auto unless = [&](bool holds, const std::string& reason) {
-        if (!holds) throw std::runtime_error(UTILS::printable(path) + ": " + reason);
-    };
-    unless(std::filesystem::exists(path), "there is no such file");
-    unless(std::filesystem::is_regular_file(path), "this is no file");
-    std::ifstream file(path, std::ios::binary);
-    unless(file.is_open(), "it cannot be read");
-    char begin[5] = {};
-    file.read(begin, sizeof begin);
-    // The fifth byte: of 64 bits.
-    unless(std::string_view(begin, sizeof begin) == std::string_view("\177ELF\2", 5),
-           "this is no library of 64 bits");
-}
-
 int runAll(const Options& options) {
     const auto chosen = wanted(options);
     if (options.inProcess) return runHere(*chosen.front(), options.settings);
+    heedSignals();
     nlohmann::ordered_json results = nlohmann::ordered_json::array();
     std::size_t failed = 0;
     for (const Check* const check : chosen) {
@@ -121,6 +107,24 @@ int runAll(const Options& options) {
     return failed ? kFailed : kPassed;
 }
 
+void printList(bool json) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const Check& check : checks()) {
+        list.push_back({{"name", check.name}, {"about", check.about}, {"strict", check.beyond}});
+        if (!json)
+            std::cout << check.name << ": " << check.about << (check.beyond ? " (--strict)" : "") << '\n';
+    }
+    if (json) std::cout << list.dump(2) << '\n';
+}
+
+/// Numbers are decimal, whatever they begin with.
+std::string asDecimal(std::string& text) {
+    const bool isNumber = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+    if (!isNumber) return "\"" + UTILS::printable(text) + "\" is no whole number";
+    text.erase(0, std::min(text.find_first_not_of('0'), text.size() - 1));
+    return {};
+}
+
 int run(int argc, char** argv) {
     Options options;
     Settings& settings = options.settings;
@@ -128,13 +132,16 @@ int run(int argc, char** argv) {
                  "hpi-check-plugin");
     app.set_version_flag("--version", "hpi-check-plugin " KIT_VERSION);
     app.footer("Exit codes: 0 no fault, 1 faults, 2 wrongly called.");
+    const CLI::Validator decimal(asDecimal, "");
     app.add_option("LIBRARY", settings.library, "The plug-in");
     app.add_flag("--list", options.list, "Tell what the checks are, and run none");
     app.add_option("--only", options.only, "Run the check of that name; may be given again")
         ->allow_extra_args(false);
     app.add_option("--seed", settings.seed, "Of all that happens by chance; the same makes the same sessions")
+        ->transform(decimal)
         ->check(CLI::Range(0.0, 9e15, "NUMBER"));
     app.add_option("--rounds", settings.rounds, "How often \"rounds\" loads and unloads the library")
+        ->transform(decimal)
         ->check(CLI::Range(1, 1000000));
     app.add_option("--limit", options.limits.seconds, "Seconds that a check may take")
         ->check(CLI::Range(0.1, 1e6));
@@ -153,11 +160,7 @@ int run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kPassed : kUnusable;
     }
-    if (options.list) {
-        for (const Check& check : checks())
-            std::cout << check.name << ": " << check.about << (check.beyond ? " (--strict)" : "") << '\n';
-        return kPassed;
-    }
+    if (options.list) return printList(options.json), kPassed;
     for (const std::string& name : options.only)
         if (std::ranges::find(checks(), name, &Check::name) == checks().end())
             throw std::runtime_error("there is no check \"" + name + "\"; --list names them");
@@ -182,6 +185,10 @@ int main(int argc, char** argv) {
         std::cout.flush();
         if (std::cout) return status;
         std::cerr << "hpi-check-plugin: the output could not be written\n";
+    } catch (const kit::Ended& ended) {
+        // Nothing is left of the check; the caller is told by the signal.
+        std::signal(ended.signal, SIG_DFL);
+        std::raise(ended.signal);
     } catch (const std::exception& error) {
         std::cerr << "hpi-check-plugin: " << error.what() << '\n';
     }

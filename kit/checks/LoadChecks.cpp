@@ -4,6 +4,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "kit/LibraryFile.h"
 #include "kit/Process.h"
 #include "kit/checks/Checks.h"
 
@@ -95,7 +96,13 @@ void checkVersions(Context& context) {
 void checkLoading(Context& context) {
     constexpr int kRounds = 20;
     const ProcessState before = ProcessState::now();
+    // What it is linked with may stay once it was there; what it loads itself it unloads itself.
+    { const Plugin plugin(context.settings.library, context.findings, context.situation); }
+    const auto libraries = mappedLibraries();
     const auto judge = [&](const std::string& when) {
+        for (const std::string& name : mappedLibraries())
+            if (!libraries.contains(name) && name != context.settings.library)
+                context.findings.remark("a library that it has loaded is not unloaded: " + name);
         for (const std::string& difference : ProcessState::now().differences(before))
             context.findings.fault(when + " the process is not as it was: " + difference);
     };
@@ -122,15 +129,18 @@ void checkRounds(Context& context) {
     constexpr int kFewRounds = 30;
     const int warmUp = std::min(100, rounds / 3);
     Memory first;
-    std::vector<double> heaps;
-    heaps.reserve(static_cast<std::size_t>(rounds));
+    std::vector<double> heaps, mapped;
+    for (auto* const each : {&heaps, &mapped}) each->reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds && context.findings.faults() == 0; ++round) {
         context.situation.setRound("round " + std::to_string(round + 1));
         Session session(context);
         session.steps = 30;
         session.play();
-        if (round == warmUp) first = Memory::now();
-        if (round >= warmUp) heaps.push_back(Memory::now().heap);
+        const Memory memory = Memory::now();
+        if (round == warmUp) first = memory;
+        if (round < warmUp) continue;
+        heaps.push_back(memory.heap);
+        mapped.push_back(memory.mapped);
     }
     context.situation.setRound({});
     if (rounds < kFewRounds)
@@ -146,11 +156,15 @@ void checkRounds(Context& context) {
     context.findings.figure("more-resident-bytes", resident);
     // What the loader and the library of C keep for themselves comes in steps, and stops.
     constexpr double kAllowedHeap = 32.0 * 1024, kAllowedResident = 1024.0 * 1024;
-    constexpr double kAllowedEach = 16.0;
+    constexpr double kAllowedEach = 16.0, kPage = 4096.0;
     const bool isLost = heap > kAllowedHeap && heap / since > kAllowedEach;
     if (isLost || steadyLoss(heaps) > kAllowedEach)
         context.findings.fault("memory is lost: " + std::to_string(std::lround(heap / since)) +
                                " bytes of the heap in each of " + std::to_string(std::lround(since)) +
+                               " rounds");
+    else if (const double lost = steadyLoss(mapped); lost >= kPage)
+        context.findings.fault("address space is lost: " + std::to_string(std::lround(lost)) +
+                               " bytes more are mapped after each of " + std::to_string(std::lround(since)) +
                                " rounds");
     else if (resident > kAllowedResident)
         context.findings.fault("memory grows: " + std::to_string(std::lround(resident)) +

@@ -1,9 +1,12 @@
 // A plug-in with a menu item, a dialog and a timeout, without a fault but for the one that the environment's
 // BROKEN names: what hpi-check-plugin has to find.
+#include <cfenv>
 #include <chrono>
 #include <clocale>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,7 +15,12 @@
 #include <vector>
 
 #include <dlfcn.h>
+#include <sys/mman.h>
 #include <unistd.h>
+
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
 
 #include "pi/HostContract.h"
 
@@ -121,6 +129,18 @@ void startUp() {
     if (has("forgetful")) new char[200]();
     if (has("astray") && chdir("/proc") != 0) return;
     if (has("breeds") && fork() == 0) std::this_thread::sleep_for(std::chrono::hours(1));
+    if (has("maps")) mmap(nullptr, 1 << 16, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (has("brings")) dlopen("libutil.so.1", RTLD_NOW);
+    if (has("alarms")) alarm(3600);
+    if (has("traps")) feenableexcept(FE_DIVBYZERO);
+    if (has("terminates")) std::set_terminate([] { std::abort(); });
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGUSR1);
+    if (has("blocks")) sigprocmask(SIG_BLOCK, &signals, nullptr);
+#ifdef __SSE__
+    if (has("flushes")) _mm_setcsr(_mm_getcsr() | 0x8040);
+#endif
     if (has("foreign-locale")) std::setlocale(LC_ALL, "C.UTF-8");
     item = reinterpret_cast<void*>(call<PI_DATA_POINTER_STRING_AND_FUNCTION>(
         Id::CreateMenuItem, nullptr, "Broken...", callback(showDialog)));
