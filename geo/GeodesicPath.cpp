@@ -10,6 +10,8 @@
 
 #include "geo/Angles.h"
 #include "geo/Ecef.h"
+#include "geo/PlacesAround.h"
+#include "geo/SinCos.h"
 
 namespace halCore {
 
@@ -129,7 +131,23 @@ GeodeticPath EllipticalArc::path(double tolerance) const {
     const int pieces = piecesOfArc(longerHalf(), sweep_, tolerance);
     GeodeticPath path;
     path.reserve(static_cast<std::size_t>(pieces) + 1);
-    for (int i = 0; i <= pieces; ++i) path.push_back(at(static_cast<double>(i) / pieces));
+    if (longerHalf() > PlacesAround::kFarthest || !(std::abs(center_.lat()) <= kHalfPi)) {
+        for (int i = 0; i <= pieces; ++i) path.push_back(at(static_cast<double>(i) / pieces));
+        return path;
+    }
+    const PlacesAround places(center_);
+    const SinCos turn(turn_);
+    for (int i = 0; i <= pieces; ++i) {
+        const SinCos p(from_ + sweep_ * i / pieces);
+        const double east = halfEast_ * p.sin;
+        const double north = halfNorth_ * p.cos;
+        const double meters = std::sqrt(east * east + north * north);
+        if (meters > 0.0)
+            path.push_back(places.at((east * turn.cos + north * turn.sin) / meters,
+                                     (north * turn.cos - east * turn.sin) / meters, meters));
+        else
+            path.push_back(center_);
+    }
     return path;
 }
 

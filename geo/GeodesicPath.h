@@ -29,7 +29,8 @@ struct DistanceAndAzimuth {
     double azimuthAtEnd = 0.0;    ///< direction of travel at the end
 };
 
-// All by GeographicLib, exact to nanometres at any distance, at the poles and across 180°.
+// By GeographicLib, exact to nanometres at any distance, at the poles and across 180°; arcs within 50 km of
+// their centre by PlacesAround.
 
 DistanceAndAzimuth geodesicBetween(const Vec3& from, const Vec3& to);
 /// The place at a distance along an azimuth; keeps the altitude.
