@@ -29,6 +29,7 @@ class AnnotationGui final : public PanelOf<AnnotationPanel> {
 
     void setPosition(const PlacedPoint& point) override { position_.setPosition(point); }
     std::optional<PlacedPoint> position() const override { return position_.edited(); }
+    bool places() const override { return position_.placeEdited(); }
     void setColor(std::uint32_t rgba) override { color_.setValue(rgba); }
     std::uint32_t color() const override { return color_.value(); }
     void setFontName(const std::string& fileName) override { font_.setValue(fileName); }

@@ -16,6 +16,7 @@ class CylinderGui final : public PanelOf<CylinderPanel> {
 
     void setCenterLla(const PlacedPoint& point) override { center_.setPosition(point); }
     std::optional<PlacedPoint> centerLla() const override { return center_.edited(); }
+    bool placesCenter() const override { return center_.placeEdited(); }
     void setXradius(double meters) override { xRadius_.setValue(meters); }
     std::optional<double> xRadius() const override { return xRadius_.edited(); }
     void setYradius(double meters) override { show_(yRadius_, meters); }

@@ -11,6 +11,8 @@ class OrbitGui final : public PanelOf<OrbitPanel> {
 
     void setCenterLla(const PlacedPoint& point) override { center1_.setPosition(point); }
     std::optional<PlacedPoint> centerLla() const override { return center1_.edited(); }
+    bool placesCenter() const override { return center1_.placeEdited(); }
+    bool placesCenter2() const override { return center2_.placeEdited(); }
     void setCenterLla2(const PlacedPoint& point) override { center2_.setPosition(point); }
     std::optional<PlacedPoint> centerLla2() const override { return center2_.edited(); }
     void setRadius(double meters) override { radius_.setValue(meters); }

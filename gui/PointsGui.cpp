@@ -64,6 +64,7 @@ Vec3 PointsGui::newPoint_() const {
     if (count > 0) return points_->pointAtIndex(count - 1);
     Vec3 ground;
     Utils::getDefaultLla(ground);
+    ground.setAlt(points_->altitudeAhead().value_or(0.0));
     return ground;
 }
 
@@ -108,6 +109,8 @@ bool PointsGui::takeEdit() {
     const auto edited = point_.edited();
     if (points_ && point_.taken().size() > 1)
         points_->replacePointAtIndex(index_, std::vector(point_.taken().begin(), point_.taken().end()));
+    else if (points_ && edited && points_->getNumPoints() == 0 && !point_.placeEdited())
+        points_->setAltitudeAhead(edited->place.alt());
     else if (points_ && edited)
         points_->setPlacedPointAtIndex(index_, *edited);
     return edited.has_value();

@@ -3,7 +3,6 @@
 #include "model/ColorBytes.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeState.h"
-#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -62,20 +61,19 @@ void AnnotationShape::takeState_(const ShapeState& state) {
 }
 
 void AnnotationShape::showIn_(AnnotationPanel& panel) {
-    PlacedPoint shown{halCore::Vec3()};
-    if (hasPoint())
-        shown = points_.at(0);
-    else
-        Utils::getDefaultLla(shown.place);
-    panel.setDraw(this->shown());
-    panel.setPosition(shown);
+    panel.setDraw(shown());
+    panel.setPosition(hasPoint() ? points_.at(0) : start_());
     panel.setColor(color_);
     panel.setFontName(fontName_);
     panel.setFontSize(fontSize_);
 }
 
 void AnnotationShape::takeFrom_(AnnotationPanel& panel) {
-    const auto position = panel.position();
+    auto position = panel.position();
+    if (position && !hasPoint() && !panel.places()) {
+        setAltitudeAhead(position->place.alt());
+        position.reset();
+    }
     const bool changed =
         position || panel.color() != color_ || panel.fontName() != fontName_ || panel.fontSize() != fontSize_;
     if (position) setPosition(*position);

@@ -10,7 +10,6 @@
 #include "geo/Sodano.h"
 #include "geo/Wgs84.h"
 #include "model/ShapeKinds.h"
-#include "model/Utils.h"
 
 namespace OverlayEditor {
 namespace {
@@ -483,10 +482,7 @@ void CylinderShape::takeState_(const ShapeState& state) {
 // Panel
 
 void CylinderShape::showIn_(CylinderPanel& panel) {
-    if (hasCenter_())
-        shownCenter_ = points_.at(First);
-    else
-        Utils::getDefaultLla((shownCenter_ = PlacedPoint(Vec3())).place);
+    shownCenter_ = hasCenter_() ? points_.at(First) : start_();
     panel.setDrawCheck(shown());
     panel.setCenterLla(shownCenter_);
     panel.setXradius(majorAxis());
@@ -506,10 +502,13 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
     const bool drawn = panel.drawCheck();
 
     if (drawn != shown()) setShown(drawn);
-    if (center)
+    if (center && (hasCenter_() || panel.placesCenter()))
         moveCenter(*center);
     else if (!hasCenter_() && (x || y || height || start || end))
-        setCenter(shownCenter_);  // the user fills in a shape about the centre that stands in the panel
+        // The user fills in a shape about the centre that stands in the panel.
+        setCenter(center.value_or(shownCenter_));
+    else if (center)
+        setAltitudeAhead(center->place.alt());
     if (x) setMajorRadius(*x);
     if (y) setMinorRadius(*y);
     if (height) setHeight(*height);

@@ -7,7 +7,6 @@
 #include "geo/Angles.h"
 #include "geo/Sodano.h"
 #include "model/ShapeKinds.h"
-#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -136,8 +135,7 @@ std::pair<Vec3, Vec3> OrbitShape::boundingBox() const {
 }
 
 void OrbitShape::showIn_(OrbitPanel& panel) {
-    PlacedPoint ground{Vec3()};
-    if (!isComplete()) Utils::getDefaultLla(ground.place);
+    const PlacedPoint ground = isComplete() ? PlacedPoint(Vec3()) : start_();
     shownCenter_ = hasCenter_() ? points_.at(First) : ground;
     panel.setDrawCheck(shown());
     panel.setCenterLla(shownCenter_);
@@ -154,11 +152,14 @@ void OrbitShape::takeFrom_(OrbitPanel& panel) {
     const bool drawn = panel.drawCheck();
 
     if (drawn != shown()) setShown(drawn);
-    if (first) moveFirstCenter(*first);
-    if (second) setCenter2(*second);
+    const bool places = second && (points_.has(Second) || panel.placesCenter2());
+    if (first && (hasCenter_() || panel.placesCenter())) moveFirstCenter(*first);
+    if (places) setCenter2(*second);
+    if (first && !hasCenter_()) setAltitudeAhead(first->place.alt());
+    if (second && !points_.has(Second)) setAltitudeAhead(second->place.alt());
     // The user fills the panel from the top: what is above counts as it stands there.
-    if ((second || radius) && !hasCenter_()) setCenter(shownCenter_);
-    if (radius && !points_.has(Second)) setCenter2(shownSecond_);
+    if ((places || radius) && !hasCenter_()) setCenter(first.value_or(shownCenter_));
+    if (radius && !points_.has(Second)) setCenter2(second.value_or(shownSecond_));
     if (radius) setMinorRadius(*radius);
     takeStyles_(panel.lineStyle(), panel.fillStyle());
 }

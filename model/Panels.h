@@ -64,6 +64,8 @@ class CylinderPanel : public CheckedPanel {
   public:
     virtual void setCenterLla(const PlacedPoint& point) = 0;
     virtual std::optional<PlacedPoint> centerLla() const = 0;
+    /// Whether more than an altitude of it was edited.
+    virtual bool placesCenter() const = 0;
     virtual void setXradius(double meters) = 0;
     virtual std::optional<double> xRadius() const = 0;
     virtual void setYradius(double meters) = 0;
@@ -82,6 +84,9 @@ class OrbitPanel : public CheckedPanel {
   public:
     virtual void setCenterLla(const PlacedPoint& point) = 0;
     virtual std::optional<PlacedPoint> centerLla() const = 0;
+    /// Whether more than an altitude of it was edited; the same of the second one.
+    virtual bool placesCenter() const = 0;
+    virtual bool placesCenter2() const = 0;
     virtual void setCenterLla2(const PlacedPoint& point) = 0;
     virtual std::optional<PlacedPoint> centerLla2() const = 0;
     virtual void setRadius(double meters) = 0;
@@ -145,6 +150,8 @@ class AnnotationPanel : public CheckedPanel {
     bool isDrawn() const { return drawCheck(); }
     virtual void setPosition(const PlacedPoint& point) = 0;
     virtual std::optional<PlacedPoint> position() const = 0;
+    /// Whether more than an altitude of it was edited.
+    virtual bool places() const = 0;
     /// Red in the top byte, alpha in the lowest.
     virtual void setColor(std::uint32_t rgba) = 0;
     virtual std::uint32_t color() const = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 #include "model/PlacedPoint.h"
@@ -27,6 +28,9 @@ class PointsContainer {
     virtual void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) {
         setPointAtIndex(index, point.place);
     }
+    /// The altitude that was typed before there is a point. \see Shape
+    virtual std::optional<double> altitudeAhead() const { return std::nullopt; }
+    virtual void setAltitudeAhead(double /*meters*/) {}
     /// Several points, one or more, in the place of one; behind the last point they are appended.
     virtual void replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) {
         setPlacedPointAtIndex(index, points.front());

@@ -43,6 +43,8 @@ class PolygonShape : public PointsContainer,
     void deletePointAtIndex(unsigned long index) override;
     PlacedPoint placedPointAtIndex(unsigned long index) const override { return points_.at(index); }
     void setPlacedPointAtIndex(unsigned long index, const PlacedPoint& point) override;
+    std::optional<double> altitudeAhead() const override { return Shape::altitudeAhead(); }
+    void setAltitudeAhead(double meters) override { Shape::setAltitudeAhead(meters); }
     void replacePointAtIndex(unsigned long index, std::span<const PlacedPoint> points) override;
 
     /// The point that the panel shows; 0 without one.

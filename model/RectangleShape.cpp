@@ -9,7 +9,6 @@
 #include "model/LongitudeWalk.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeState.h"
-#include "model/Utils.h"
 
 namespace OverlayEditor {
 
@@ -265,7 +264,7 @@ void RectangleShape::showIn_(RectanglePanel& panel) {
     else if (points_.has(First))
         anchor = points_.at(First);
     else
-        Utils::getDefaultLla(anchor.place);
+        anchor = start_();
     panel.setDrawCheck(shown());
     panel.setAnchorCenter(anchorCenter());
     panel.setAnchor(anchor);
@@ -286,6 +285,8 @@ void RectangleShape::takeGeometry_(const RectanglePanel& panel) {
     }
     if (!isComplete() && (!panel.spanned() || (size.width == 0.0 && size.height == 0.0))) {
         // A place without a size is no rectangle yet; the other corner goes along until it is typed.
+        if (!panel.reshaped() && !points_.has(TypedAnchor) && !points_.has(First))
+            return setAltitudeAhead(anchor.place.alt());
         putPlaced_(TypedAnchor, anchor);
         return;
     }

@@ -239,6 +239,13 @@ void Shape::setHeading(double radians) {
     setExtras(halCore::ZEL::extrasOf(written));
 }
 
+PlacedPoint Shape::start_() const {
+    PlacedPoint start{halCore::Vec3()};
+    Utils::getDefaultLla(start.place);
+    start.place.setAlt(altitudeAhead_.value_or(0.0));
+    return start;
+}
+
 void Shape::redrawPoints_() const {
     const MouseTool* const tool = mouseTool();
     if (tool && tool->isActive()) PICommon::forceOpenGLRedraw();

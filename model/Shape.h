@@ -119,6 +119,13 @@ class Shape {
     /// not know it.
     double heading() const;
     void setHeading(double radians);
+    /// The altitude that was typed before there is anything that has it, metres: what is placed first gets
+    /// it.
+    std::optional<double> altitudeAhead() const { return altitudeAhead_; }
+    void setAltitudeAhead(double meters) {
+        altitudeAhead_ = meters;
+        redrawPoints_();
+    }
     /// Another number after each change.
     std::uint64_t changes() const { return changes_; }
     /// The middle of the bounding box.
@@ -175,6 +182,8 @@ class Shape {
             serializer.give(use, given);
     }
 
+    /// Where a panel starts that shows no position yet: the ground in view, or above it.
+    PlacedPoint start_() const;
     static void initBounds_(std::pair<halCore::Vec3, halCore::Vec3>& bounds);
     static void updateBounds_(const halCore::Vec3& point, std::pair<halCore::Vec3, halCore::Vec3>& bounds);
 
@@ -207,6 +216,7 @@ class Shape {
     PlacedPoints points_;
 
   private:
+    std::optional<double> altitudeAhead_;
     std::string name_;
     ShapeSource source_;
 };

@@ -11,6 +11,7 @@
 #include "geo/MgrsConvert.h"
 #include "geo/Sodano.h"
 #include "geo/UnitTypes.h"
+#include "model/Shape.h"
 #include "pi/PICommon.h"
 #include "pi/PIHALVIS.h"
 
@@ -409,7 +410,9 @@ void BaseMouseTool::takeAltitude_(double meters) {
 
 void BaseMouseTool::followShape_() {
     updatePoints_();
-    if (const auto placed = placedAltitude_(); placed != placedAt_) {
+    auto placed = placedAltitude_();
+    if (const Shape* const shape = edited_(); shape && !placed) placed = shape->altitudeAhead();
+    if (placed != placedAt_) {
         placedAt_ = placed;
         if (placed && state_ != Dragging && state_ != Hovering) takeAltitude_(*placed);
     }

@@ -313,6 +313,21 @@ TEST_F(PanelsTest, AnAltitudeChangesNothingElse) {
             form.type("Alt:", "2000.5");
             EXPECT_EQ(text(), expected) << name;
         }
+    // Of what is nowhere yet it is the altitude of what comes, and no place.
+    preferences.setCoordinateSystem(Preferences::LLA);
+    for (const auto& kind : shapeKinds()) {
+        shapes.clear();
+        shapes.push_back(kind.make(preferences));
+        show();
+        if (!form.has("Alt:")) continue;
+        form.type("Alt:", "400 m");
+        for (std::size_t i = 0; i < shapes[0]->placed().size(); ++i)
+            EXPECT_FALSE(shapes[0]->placed().has(i)) << kind.name;
+        form.type("Lat:", "5 S");
+        std::size_t first = 0;
+        while (first + 1 < shapes[0]->placed().size() && !shapes[0]->placed().has(first)) ++first;
+        EXPECT_EQ(shapes[0]->placed().at(first).place.alt(), 400.0) << kind.name;
+    }
     auto& box = dynamic_cast<RectangleShape&>((open(kinds()["rectangle"], Position::Attached), *shapes[0]));
     const Vec3 first = *box.firstCorner();
     form.type("Z:", "5 km");

@@ -155,6 +155,12 @@ TEST_F(Placing, AClickIsOnePointAndTakesAPointWithoutMovingIt) {
 TEST_F(Placing, ATypedAltitudeIsTheTools) {
     for (const Shape* const kind : registry.getShapes()) {
         SCOPED_TRACE(kind->name());
+        if (dynamic_cast<const FreeDrawShape*>(kind)) continue;
+        // Before there is a place, as with one.
+        Shape& ahead = begin(*kind, kSettings[0]);
+        ahead.setAltitudeAhead(4000.0);
+        mouse.frame().moveToPixel(300, 380).press().moveToPixel(520, 200).release().frame();
+        for (const Vec3& place : placesOf(ahead)) EXPECT_EQ(place.alt(), 4000.0);
         Shape& shape = begin(*kind, kSettings[0]);
         const Vec3 typed(at(420, 320).lat(), at(420, 320).lon(), 4000.0);
         if (auto* const round = dynamic_cast<CylinderShape*>(&shape))
