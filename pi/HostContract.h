@@ -122,8 +122,8 @@
 //   In a catch-all record (CATCHALL) arguments are listed by list: i integers, d doubles, s strings,
 //   p pointers. The host leaves the arguments alone and appends its results to the list of their type.
 //   Where several operations share a number the first integer is the selector (PISelector), written
-//   [name]. Handles are the host's; a handle that the host does not know gives 0 and a message.
-//   Captions hold the shown text, a tab and the tooltip. Text is UTF-8. Ids are 64-bit, 0 means none.
+//   [name]. Handles are the host's; a handle, index, name, number or selector that it does not know gives 0,
+//   and a message. Captions: text, tab, tooltip. Text is UTF-8. Ids are 64-bit, 0 means none.
 //   Angles are radians, lengths metres. All services are [ui thread & after start-up] unless marked.
 //
 //   Identity                                                                     [ui thread & after init]
