@@ -11,57 +11,58 @@ namespace sandbox {
 using halCore::Ecef;
 
 void MeshBatch::add(const DrawList::Mesh& mesh) {
-    const std::size_t first = triangles_.size();
-    const auto base = static_cast<std::uint32_t>(vertices_.size());
+    if (mesh.triangles.empty()) return;
+    if (!contents_) contents_ = std::make_unique<Contents>();
+    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles] = *contents_;
+    const std::size_t first = triangles.size();
+    const auto base = static_cast<std::uint32_t>(vertices.size());
     const auto packed = [](double v) { return static_cast<std::int16_t>(std::lround(v * 32767.0)); };
     for (std::size_t i = 0; i < mesh.vertices.size(); ++i) {
         const SplitPosition s = split(mesh.vertices[i]);
         const Ecef normal = mesh.normals.empty() ? Ecef() : mesh.normals[i];
-        vertices_.push_back({s.high,
-                             s.low,
-                             {mesh.color.r, mesh.color.g, mesh.color.b, mesh.color.a},
-                             {packed(normal.x), packed(normal.y), packed(normal.z), 0}});
+        vertices.push_back({s.high,
+                            s.low,
+                            {mesh.color.r, mesh.color.g, mesh.color.b, mesh.color.a},
+                            {packed(normal.x), packed(normal.y), packed(normal.z), 0}});
     }
-    for (const std::uint32_t index : mesh.triangles) triangles_.push_back(base + index);
-    const std::size_t count = triangles_.size() - first;
-    if (count == 0) return;
+    for (const std::uint32_t index : mesh.triangles) triangles.push_back(base + index);
+    const std::size_t count = triangles.size() - first;
     const bool translucent = mesh.color.a < 255 && !mesh.solid;
-    if (!translucent && !runs_.empty() && !runs_.back().translucent)
-        runs_.back().count += static_cast<int>(count);
+    if (!translucent && !runs.empty() && !runs.back().translucent)
+        runs.back().count += static_cast<int>(count);
     else
-        runs_.push_back({first, static_cast<int>(count), translucent});
+        runs.push_back({first, static_cast<int>(count), translucent});
 }
 
 void MeshBatch::upload() {
-    if (runs_.empty()) return;
-    vertexBuffer_.emplace(QOpenGLBuffer::VertexBuffer);
-    vertexBuffer_->create();
-    vertexBuffer_->bind();
-    vertexBuffer_->allocate(vertices_.data(), static_cast<int>(vertices_.size() * sizeof(Vertex)));
-    vertexBuffer_->release();
-    indexBuffer_.emplace(QOpenGLBuffer::IndexBuffer);
-    indexBuffer_->create();
-    indexBuffer_->bind();
-    indexBuffer_->allocate(triangles_.data(), static_cast<int>(triangles_.size() * sizeof(std::uint32_t)));
-    indexBuffer_->release();
-    vertices_ = {};
-    triangles_ = {};
+    if (!contents_) return;
+    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles] = *contents_;
+    vertexBuffer.create();
+    vertexBuffer.bind();
+    vertexBuffer.allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(Vertex)));
+    vertexBuffer.release();
+    indexBuffer.create();
+    indexBuffer.bind();
+    indexBuffer.allocate(triangles.data(), static_cast<int>(triangles.size() * sizeof(std::uint32_t)));
+    indexBuffer.release();
+    vertices = {};
+    triangles = {};
 }
 
 void MeshBatch::draw(QOpenGLShaderProgram& program, const std::function<void()>& beginArea) {
-    vertexBuffer_->bind();
-    indexBuffer_->bind();
+    contents_->vertexBuffer.bind();
+    contents_->indexBuffer.bind();
     program.setAttributeBuffer(0, GL_FLOAT, offsetof(Vertex, high), 3, sizeof(Vertex));
     program.setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, low), 3, sizeof(Vertex));
     program.setAttributeBuffer(2, GL_UNSIGNED_BYTE, offsetof(Vertex, color), 4, sizeof(Vertex));
     program.setAttributeBuffer(3, GL_SHORT, offsetof(Vertex, normal), 3, sizeof(Vertex));
-    for (const Run& run : runs_) {
+    for (const Run& run : contents_->runs) {
         if (run.translucent) beginArea();
         glDrawElements(GL_TRIANGLES, run.count, GL_UNSIGNED_INT,
                        reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
     }
-    indexBuffer_->release();
-    vertexBuffer_->release();
+    contents_->indexBuffer.release();
+    contents_->vertexBuffer.release();
 }
 
 }  // namespace sandbox

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <vector>
 
 #include "globe/DrawList.h"
@@ -21,7 +21,7 @@ class MeshBatch {
     void add(const DrawList::Mesh& mesh);
     void upload();
     static constexpr int kAttributes = 4;
-    bool empty() const { return runs_.empty(); }
+    bool empty() const { return !contents_; }
     /// For a program with the attributes high, low, colour and normal. `beginArea` is called before each
     /// translucent mesh that is not solid.
     void draw(QOpenGLShaderProgram& program, const std::function<void()>& beginArea);
@@ -39,12 +39,16 @@ class MeshBatch {
         bool translucent;
     };
 
+    struct Contents {
+        QOpenGLBuffer vertexBuffer{QOpenGLBuffer::VertexBuffer};
+        QOpenGLBuffer indexBuffer{QOpenGLBuffer::IndexBuffer};
+        std::vector<Run> runs;
+        std::vector<Vertex> vertices;  // until they are uploaded
+        std::vector<std::uint32_t> triangles;
+    };
+
     /// None while there is nothing to draw: there are very many batches.
-    std::optional<QOpenGLBuffer> vertexBuffer_;
-    std::optional<QOpenGLBuffer> indexBuffer_;
-    std::vector<Run> runs_;
-    std::vector<Vertex> vertices_;  // until they are uploaded
-    std::vector<std::uint32_t> triangles_;
+    std::unique_ptr<Contents> contents_;
 };
 
 }  // namespace sandbox

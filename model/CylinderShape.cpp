@@ -93,7 +93,7 @@ bool CylinderShape::isComplete() const {
 // Numbers and points
 
 std::optional<double> CylinderShape::kept_(EditPoint role) const {
-    const auto& number = numbers_[index_(role)];
+    const SetNumber* const number = numbers_[index_(role)];
     const auto& center = known_(EditPoint::Center);
     const auto& place = known_(role);
     if (!number || !center || !place) return std::nullopt;
@@ -105,25 +105,25 @@ std::optional<double> CylinderShape::kept_(EditPoint role) const {
 
 void CylinderShape::keep_(EditPoint role, double value) const {
     const auto& center = known_(EditPoint::Center);
-    if (center && known_(role)) numbers_[index_(role)] = SetNumber{value, *center, *known_(role)};
+    if (center && known_(role)) numbers_.set(index_(role), {value, *center, *known_(role)});
 }
 
 void CylinderShape::place_(EditPoint role, const Vec3& lla) {
     places_[index_(role)] = lla;
-    marks_[index_(role)].reset();
+    marks_.reset(index_(role));
 }
 
 bool CylinderShape::liftMark_(EditPoint role, double meters) {
     auto& place = places_[index_(role)];
     if (!place || place->alt() == meters) return false;
-    if (auto& mark = marks_[index_(role)]) mark->above += meters - place->alt();
+    if (Mark* const mark = marks_[index_(role)]) mark->above += meters - place->alt();
     place->setAlt(meters);
     return true;
 }
 
 void CylinderShape::turnMark_(EditPoint role, double radians) {
     captureMarks_();
-    if (auto& mark = marks_[index_(role)]) mark->azimuth += radians;
+    if (Mark* const mark = marks_[index_(role)]) mark->azimuth += radians;
 }
 
 void CylinderShape::sync_() const {
@@ -150,16 +150,16 @@ void CylinderShape::captureMarks_() const {
         const auto& center = known_(anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
         if (!center) continue;
         const auto way = Sodano::inverse(*center, *places_[i]);
-        marks_[i] =
-            Mark{way.azimuth1, way.distance, places_[i]->alt() - center->alt(), number_(role), anchor};
-        if (role == EditPoint::Height) marks_[i]->above = marks_[i]->number;
+        Mark mark{way.azimuth1, way.distance, places_[i]->alt() - center->alt(), number_(role), anchor};
+        if (role == EditPoint::Height) mark.above = mark.number;
+        marks_.set(i, mark);
     }
 }
 
 void CylinderShape::placeMarks_() const {
     for (std::size_t i = 0; i < kEditPoints; ++i) {
         const auto role = static_cast<EditPoint>(i);
-        const auto& mark = marks_[i];
+        const Mark* const mark = marks_[i];
         if (!mark) continue;
         const auto& center = known_(mark->anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
         places_[i].reset();
@@ -174,18 +174,19 @@ void CylinderShape::placeMarks_() const {
 bool CylinderShape::putCenter_(Position position, const PlacedPoint& point, std::optional<EditPoint> along) {
     sync_();
     if (along) captureMarks_();
-    const auto kept = along ? marks_[index_(*along)] : std::nullopt;
+    const Mark* const mark = along ? marks_[index_(*along)] : nullptr;
+    const auto kept = mark ? std::optional(*mark) : std::nullopt;
     if (!putPlaced_(position, point)) return false;
     auto& place = places_[index_(position == First ? EditPoint::Center : EditPoint::MajorAxis)];
     if (place && isPlace(points_.place(position))) {
         place = points_.place(position);
         for (std::size_t i = 0; i < kEditPoints; ++i)
-            if (places_[i]) marks_[i].reset();
+            if (places_[i]) marks_.reset(i);
     }
     // From or to nowhere the other points go where it goes.
     sync_();
     if (kept) {
-        marks_[index_(*along)] = kept;
+        marks_.set(index_(*along), *kept);
         if (kept->anchor == position) placeMarks_();
     }
     return true;
@@ -194,7 +195,7 @@ bool CylinderShape::putCenter_(Position position, const PlacedPoint& point, std:
 void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, double number) {
     if (!centerPt()) {
         places_[index_(role)].reset();
-        marks_[index_(role)] = Mark{azimuth, meters, 0.0, number};
+        marks_.set(index_(role), {azimuth, meters, 0.0, number});
         return;
     }
     place_(role, Sodano::direct(*centerPt(), azimuth, meters));
@@ -203,7 +204,7 @@ void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, doub
 
 void CylinderShape::placeHeight_(double meters) {
     if (!centerPt()) {
-        marks_[index_(EditPoint::Height)] = Mark{0.0, 0.0, meters, meters};
+        marks_.set(index_(EditPoint::Height), {0.0, 0.0, meters, meters});
         return;
     }
     place_(EditPoint::Height, {centerPt()->lat(), centerPt()->lon(), centerPt()->alt() + meters});
@@ -245,7 +246,7 @@ double CylinderShape::measured_(EditPoint role) const {
 }
 
 double CylinderShape::number_(EditPoint role) const {
-    if (const auto& mark = marks_[index_(role)]) return mark->number;
+    if (const Mark* const mark = marks_[index_(role)]) return mark->number;
     const auto kept = kept_(role);
     return kept ? *kept : measured_(role);
 }
@@ -465,7 +466,7 @@ void CylinderShape::saveState_(ShapeState& state, const ShapeState* like) const 
     for (std::size_t i = 0; i < kEditPoints; ++i) {
         if (isMark_(static_cast<EditPoint>(i)) && !marks_[i]) continue;
         own.places[i].reset();
-        own.numbers[i].reset();
+        own.numbers.reset(i);
     }
 }
 

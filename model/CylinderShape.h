@@ -207,10 +207,10 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     Subtype subtype_;
     /// By role. The centres' are derived from the shape's positions, and with them the others'.
     mutable std::array<std::optional<halCore::Vec3>, kEditPoints> places_;
-    mutable std::array<std::optional<SetNumber>, kEditPoints> numbers_;
+    mutable Slots<SetNumber, kEditPoints> numbers_;
     /// What counts instead of the places when a centre has moved, or has none. None for points that have been
     /// set since.
-    mutable std::array<std::optional<Mark>, kEditPoints> marks_;
+    mutable Slots<Mark, kEditPoints> marks_;
     bool editPointsShown_ = false;
     bool heightPointShown_ = false;
     bool requiresAllPoints_ = true;

@@ -56,6 +56,14 @@ class Bytes {
     void put(const std::array<T, count>& values) {
         for (const T& value : values) put(value);
     }
+    /// As so many that may be there or not.
+    template <typename T, std::size_t count>
+    void put(const Slots<T, count>& values) {
+        for (std::size_t i = 0; i < count; ++i) {
+            put(values[i] != nullptr);
+            if (values[i]) put(*values[i]);
+        }
+    }
 
     /// As a record.
     void appendTo(std::string& out) const {
@@ -100,6 +108,14 @@ class Reader {
     template <typename T, std::size_t count>
     void get(std::array<T, count>& values) {
         for (T& value : values) get(value);
+    }
+    template <typename T, std::size_t count>
+    void get(Slots<T, count>& values) {
+        for (std::size_t i = 0; i < count; ++i) {
+            std::optional<T> value;
+            get(value);
+            if (value) values.set(i, *value);
+        }
     }
 
   private:

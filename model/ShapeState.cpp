@@ -14,6 +14,8 @@ std::size_t ShapeState::bytesBeyond(const ShapeState* other) const {
         bytes += drawn->points.bytesBeyond(before ? &before->points : nullptr);
         bytes += drawn->lines.size() * sizeof(std::size_t);
     }
+    if (const auto* const round = std::get_if<RoundState>(&own))
+        bytes += round->numbers.bytes() + round->marks.bytes();
     return bytes;
 }
 

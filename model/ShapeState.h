@@ -14,6 +14,7 @@
 #include "model/RectangleGeometry.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeSource.h"
+#include "model/Slots.h"
 
 namespace OverlayEditor {
 
@@ -39,8 +40,8 @@ struct RoundState {
 
     static constexpr std::size_t kEditPoints = 6;
     std::array<std::optional<halCore::Vec3>, kEditPoints> places;
-    std::array<std::optional<SetNumber>, kEditPoints> numbers;
-    std::array<std::optional<Mark>, kEditPoints> marks;
+    Slots<SetNumber, kEditPoints> numbers;
+    Slots<Mark, kEditPoints> marks;
     bool requiresAllPoints = true;
     bool heightGiven = false;
     bool operator==(const RoundState&) const = default;

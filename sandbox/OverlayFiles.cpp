@@ -30,7 +30,10 @@ std::string wholePath(const std::string& path) {
 std::string readAll(std::istream& stream) {
     std::ostringstream text;
     text << stream.rdbuf();
-    return std::move(text).str();
+    std::string all = std::move(text).str();
+    // A stream takes half a kilobyte at least.
+    all.shrink_to_fit();
+    return all;
 }
 
 OverlayScene::Shapes parse(const std::string& text) {
