@@ -229,7 +229,7 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
             cursorPoint_->show();
             cursorPoint_->setDrawTextAbove(kTextAboveBand * height > lastY_);
             if (pressed_) drawTempGraphics_(*pos);
-            drawGuide_(*pos);
+            if (!isOver_()) drawGuide_(*pos);
         } else if (cursorPoint_) {
             cursorPoint_->hide();
         }
@@ -252,19 +252,19 @@ void BaseMouseTool::preDrawOnRefresh(int width, int height) {
 }
 
 std::string BaseMouseTool::hint() const {
-    const bool aims = state_ == Placing || state_ == Dragging;
+    const bool aims = !isOver_() && (state_ == Placing || state_ == Dragging);
     std::string text;
     if (snap_ && aims) text.append("On ").append(snap_->name).append(". Alt: beside it. ");
     text.append(stateHint_());
     if (state_ == Dragging && isWhole_())
         return text.append(". Shift: 15\u00b0 steps").append(turns_() ? ", Control: turns it" : "");
-    if (state_ == Placing && !pressed_) text.append(". Space turns the globe");
+    if (aims && state_ == Placing && !pressed_) text.append(". Space turns the globe");
     // Where there is something to be put onto, the other modifiers do nothing.
     return aims && !snap_ ? text.append(modifierHint_()) : text;
 }
 
 std::string_view BaseMouseTool::stateHint_() const {
-    switch (state_) {
+    switch (isOver_() ? Hovering : state_) {
         case Inactive:
             break;
         case Complete:

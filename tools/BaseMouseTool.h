@@ -186,6 +186,10 @@ class BaseMouseTool : public MouseTool, public HintSource {
   private:
     static constexpr std::uint32_t kSnapColor = 0xFF40FFFF;
 
+    /// A press would grab the point under the cursor, also when it has just been let go there.
+    bool isOver_() const {
+        return state_ == Hovering || (nearPoint_ && !pressed_ && (state_ == Complete || state_ == Placing));
+    }
     std::string_view stateHint_() const;
     /// Nobody knows any more where the cursor is: nothing that follows it or lies under it is marked.
     void leave_();

@@ -246,6 +246,8 @@ TEST_F(EveryTool, HintsFollowTheShape) {
     EXPECT_THAT(hint, HasSubstr("centre"));
     mouse.press();
     EXPECT_THAT(hint, StartsWith("Release to leave the point"));
+    mouse.release();
+    EXPECT_THAT(hint, HasSubstr("centre")) << "it is still there";
     mouse.rightPress();
     EXPECT_EQ(hint, "");
     shape.setShowPoints(false);
