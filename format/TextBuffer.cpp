@@ -21,6 +21,7 @@ struct Spare {
 TextBuffer::TextBuffer() : out_(&memory_), in_(&memory_) {
     out_.imbue(std::locale::classic());
     in_.imbue(std::locale::classic());
+    lines_.attachTo(out_);
 }
 
 TextBuffer::Ptr TextBuffer::take() {

@@ -5,11 +5,14 @@
 #include <streambuf>
 #include <string>
 
+#include "format/KeptLines.h"
+
 namespace OverlayEditor {
 
 /// Text written through a stream and then read through another, without a copy in between. The memory is
-/// kept for the next user: a shape that is being dragged is written as text at every mouse move.
-/// A stream swallows what goes wrong while it writes: a text that is not whole cannot be had from here.
+/// kept for the next user, and so are the lines of a long list of points: a shape that is being dragged is
+/// written as text at every mouse move. A stream swallows what goes wrong while it writes: a text that is not
+/// whole cannot be had from here.
 class TextBuffer {
   public:
     /// An empty buffer, given back when the pointer dies. Several may be out at a time.
@@ -42,6 +45,7 @@ class TextBuffer {
     TextBuffer();
 
     Memory memory_;
+    halCore::ZEL::KeptLines lines_;
     std::ostream out_;
     std::istream in_;
 };

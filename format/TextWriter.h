@@ -32,6 +32,8 @@ class TextWriter {
 
     void flush();
 
+    std::ostream& stream() const { return out_; }
+
   private:
     TextWriter& character(char c) {
         if (used_ == buffer_.size()) flush();

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <ostream>
+#include <sstream>
 
 #include "common/Notify.h"
 #include "common/Strings.h"
 #include "format/Annotation.h"
+#include "format/KeptLines.h"
 #include "format/LabelText.h"
 #include "format/LengthScale.h"
 #include "format/OptionalField.h"
@@ -215,17 +217,27 @@ void ZelShape::serializePoints_(TextWriter& writer, std::span<const Vec3> points
 void ZelShape::serializePositions_(TextWriter& writer, std::string_view keyword,
                                    std::span<const Vec3> positions) const {
     const LengthScale altitude(originalUnits().altitudeUnits());
-    if (relative_) {
-        const LengthScale range(originalUnits().rangeUnits());
-        for (const Vec3& position : positions)
-            writer.line(keyword, range.fromMetres(position.x()), range.fromMetres(position.y()),
+    const LengthScale range(originalUnits().rangeUnits());
+    const auto format = [&](TextWriter& to, std::span<const Vec3> some) {
+        if (relative_)
+            for (const Vec3& position : some)
+                to.line(keyword, range.fromMetres(position.x()), range.fromMetres(position.y()),
                         altitude.fromMetres(position.z()));
-    } else {
-        // Latitude and longitude are degrees whatever the angle units are.
-        for (const Vec3& position : positions)
-            writer.line(keyword, position.lat() * kDegreesPerRadian, position.lon() * kDegreesPerRadian,
+        else
+            // Latitude and longitude are degrees whatever the angle units are.
+            for (const Vec3& position : some)
+                to.line(keyword, position.lat() * kDegreesPerRadian, position.lon() * kDegreesPerRadian,
                         altitude.fromMetres(position.alt()));
-    }
+    };
+    KeptLines* const kept = positions.size() < KeptLines::kFewest ? nullptr : KeptLines::of(writer.stream());
+    if (kept == nullptr) return format(writer, positions);
+    // All of two scales is in where they put 0 and 1.
+    std::ostringstream form;
+    form << keyword << relative_ << std::hexfloat;
+    for (const LengthScale& scale : {altitude, range})
+        form << ' ' << scale.fromMetres(0.0) << ' ' << scale.fromMetres(1.0);
+    form << ' ' << writer.stream().precision() << ' ' << writer.stream().flags();
+    kept->write(writer, form.str(), positions, format);
 }
 
 void ZelShape::serializeRange_(TextWriter& writer, std::string_view keyword, double metres) const {

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <iomanip>
 #include <locale>
 #include <random>
@@ -5,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Notify.h"
+#include "format/TextBuffer.h"
 #include "geo/Units.h"
 #include "support/ZelText.h"
 
@@ -238,6 +240,43 @@ TEST(ColorText, bothWays) {
     EXPECT_EQ(Color::parse("0xff"), Color(255, 0, 0, 0));
     for (const std::string_view bad : {"", "0x", "ff0000ff", "0x-1", "0xff0000ff0", "0xff0000fg", "0x ff"})
         EXPECT_FALSE(Color::parse(bad)) << bad;
+}
+
+/// Lines that were kept of a long list are those that would be written now: points changed, added and removed
+/// at any places, other units, offsets, digits and other shapes in between.
+TEST(Writer, keepsLinesOfWhatDidNotChange) {
+    std::mt19937 random(3);
+    const auto any = [&] { return std::ldexp(static_cast<double>(random()) - 2e9, -31); };
+    const Units* const units[] = {&Units::METERS, &Units::FEET};
+    std::vector<Vec3> lists[2];
+    for (auto& points : lists)
+        for (int i = 0; i < 1003; ++i) points.emplace_back(any(), any(), i % 3 * any());
+    for (int round = 0; round < 300 && !HasFailure(); ++round) {
+        std::vector<Vec3>& points = lists[random() % 16 == 0];
+        for (auto changes = random() % 3; changes > 0; --changes) {
+            const auto at = points.begin() +
+                            static_cast<std::ptrdiff_t>(random() % 4 == 0 ? random() % 2 * (points.size() - 1)
+                                                                          : random() % points.size());
+            if (random() % 3 == 0)
+                points.insert(at, Vec3(any(), -0.0, 0.0));
+            else if (random() % 3 == 0)
+                points.erase(at);
+            else
+                *at = Vec3(at->x(), random() % 2 == 0 ? -at->y() : any(), -at->z());
+        }
+        Line line(random() % 16 == 0);
+        line.setPoints(points);
+        line.setOriginalUnits(
+            unitsOf(*units[random() % 16 == 0], *units[random() % 16 == 0], Units::DEGREES));
+        const int digits = random() % 16 == 0 ? 9 : 15;
+        std::ostringstream plain;
+        plain.precision(digits);
+        line.serializeToStream(plain);
+        const auto buffer = OverlayEditor::TextBuffer::take();
+        buffer->out().precision(digits);
+        line.serializeToStream(buffer->out());
+        EXPECT_EQ(buffer->text(), plain.str());
+    }
 }
 
 }  // namespace
