@@ -220,9 +220,13 @@ std::string TspiUnitsProviderAdapter::formatLongitude(double radians) const {
     return formatAngleAs(radians, geodeticUnits_, precision_, AngleKind::Longitude);
 }
 
+int TspiUnitsProviderAdapter::parseRange(std::string_view text, double& meters, std::string* remark) const {
+    return parseLength(text, rangeUnits_, meters, remark);
+}
+
 int TspiUnitsProviderAdapter::parseRange(std::string_view text, double& meters, std::string* remark,
-                                         UnitType_t* unit) const {
-    return parseLength(text, rangeUnits_, meters, remark, unit);
+                                         UnitType_t& unit) const {
+    return parseLength(text, rangeUnits_, meters, remark, &unit);
 }
 
 int TspiUnitsProviderAdapter::parseAltitude(std::string_view text, double& meters,

@@ -39,9 +39,9 @@ class TspiUnitsProviderAdapter {
     std::string formatLatitude(double radians) const;
     std::string formatLongitude(double radians) const;
 
+    int parseRange(std::string_view text, double& meters, std::string* remark = nullptr) const;
     /// \param unit told the unit behind the number, Invalid without one
-    int parseRange(std::string_view text, double& meters, std::string* remark = nullptr,
-                   UnitType_t* unit = nullptr) const;
+    int parseRange(std::string_view text, double& meters, std::string* remark, UnitType_t& unit) const;
     int parseAltitude(std::string_view text, double& meters, std::string* remark = nullptr) const;
     /// An angle without a hemisphere, up to one turn either way. A plain number is in the user's unit.
     /// Where the unit is not degrees, these need their marks ("10°30'").

@@ -142,7 +142,7 @@ int ValueUnitEntry::parse_(const std::string& text, double& value, std::string& 
         case Quantity::Range:
         case Quantity::Radius:
         case Quantity::Size:
-            return units.parseRange(text, value, &remark, &unit);
+            return units.parseRange(text, value, &remark, unit);
         case Quantity::Altitude:
             return units.parseAltitude(text, value, &remark);
         case Quantity::Angle:
