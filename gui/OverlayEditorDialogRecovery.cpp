@@ -18,7 +18,8 @@ void OverlayEditorDialog::offerLost() {
         const std::string& file = lost_->contents.head.fileName;
         std::ostringstream text;
         text << "Not saved when the host ended on " << std::put_time(&local, "%Y-%m-%d at %H:%M") << ": "
-             << lost_->names() << (file.empty() ? "" : " of " + file);
+             << lost_->names() << (file.empty() ? "" : " of " + file)
+             << (lost_->contents.damaged ? "; a part of it is damaged" : "");
         return text.str();
     });
 }
