@@ -210,6 +210,19 @@ TypedPositions readParts(std::string_view text) {
     return text.find_first_of(",;\t/") == std::string_view::npos ? readWords(text) : readCells(text);
 }
 
+/// "21 18.5N 158 02.0W, 300 ft": only the letters part latitude and longitude.
+std::optional<TypedPosition> readWithAltitude(std::string_view text) {
+    const std::size_t comma = text.find_first_of(",;");
+    if (comma == std::string_view::npos) return std::nullopt;
+    const std::string_view place = trimmed(text.substr(0, comma));
+    const std::string altitude(trimmed(text.substr(comma + 1)));
+    if (place.empty() || !isOf("EWew", place.back()) || altitude.empty()) return std::nullopt;
+    TypedPositions found = readWords(place);
+    if (found.positions.size() != 1 || !found.positions.front().altitude.empty()) return std::nullopt;
+    found.positions.front().altitude = altitude;
+    return found.positions.front();
+}
+
 /// With something else for the commas between two digits.
 std::string withoutTightCommas(std::string_view text, std::string_view instead) {
     std::string result;
@@ -266,6 +279,8 @@ TypedPositions readLine(std::string_view line, TypedInto into) {
             return {};
     }
     TypedPositions found = readParts(rest);
+    if (auto position = found.positions.empty() ? readWithAltitude(rest) : std::nullopt)
+        return {{*position}, {}};
     if (found.positions.empty())
         if (std::string advice = commaAdvice(rest, into.kind); !advice.empty())
             found.reason = std::move(advice);

@@ -82,9 +82,12 @@ std::vector<RingsDialog::Ring> RingsDialog::rings() const {
         halNotify::notify(halNotify::Warning) << "No rings are made: " << refused.front();
         return {};
     }
+    constexpr auto none = UTILS::UnitType_t::Invalid;
+    const UTILS::UnitType_t last = rows_.step.typedUnit();
     UTILS::UnitType_t type = rows_.first.typedUnit();
-    if (type == UTILS::UnitType_t::Invalid) type = rows_.step.typedUnit();
-    if (type == UTILS::UnitType_t::Invalid) type = preferences_.rangeUnits();
+    if (type == none) type = last;
+    // Of two units neither gives round numbers.
+    if (type == none || (last != none && last != type)) type = preferences_.rangeUnits();
     const Units& unit = UTILS::unitsGetUnits(type);
     const double first = Units::METERS.convertTo(unit, rows_.first.value());
     const double step = Units::METERS.convertTo(unit, rows_.step.value());

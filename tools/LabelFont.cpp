@@ -43,6 +43,23 @@ double LabelFont::width(const std::string& utf8) const {
     return font_ ? static_cast<double>(font_->Advance(utf8.c_str())) : 0.0;
 }
 
+std::vector<std::string> LabelFont::lines(const std::string& utf8, double width) const {
+    std::vector<std::string> lines{utf8};
+    while (this->width(lines.back()) > width) {
+        const std::string rest = lines.back();
+        // The last blank before which all fits, or the first one.
+        std::size_t at = rest.find(' ');
+        for (std::size_t next = at; next != std::string::npos; next = rest.find(' ', next + 1)) {
+            if (this->width(rest.substr(0, next)) > width) break;
+            at = next;
+        }
+        if (at == std::string::npos) break;
+        lines.back().erase(at);
+        lines.push_back(rest.substr(at + 1));
+    }
+    return lines;
+}
+
 double LabelFont::ascent() const {
     return font_ ? static_cast<double>(font_->Ascender()) : 0.0;
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tools/ViewProjection.h"
 
@@ -25,6 +26,8 @@ class LabelFont {
     /// Height of the font in device pixels.
     void setSize(int pixels);
     double width(const std::string& utf8) const;
+    /// Parted at blanks into as few lines as are that wide at most; a word that is wider stays whole.
+    std::vector<std::string> lines(const std::string& utf8, double width) const;
     /// Above and below the line on which the text stands, both positive.
     double ascent() const;
     double descent() const;

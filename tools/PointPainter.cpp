@@ -244,8 +244,12 @@ void PointPainter::drawLabel_(const Dot& dot) const {
     if (text.empty() || !font_.isUsable()) return;
     const double padding = std::round(kPadding * view_.pixelScale());
     const double ascent = std::ceil(font_.ascent());
-    const double height = ascent + std::ceil(font_.descent()) + 2.0 * padding;
-    const double width = std::ceil(font_.width(text)) + 2.0 * padding;
+    const double lineHeight = ascent + std::ceil(font_.descent());
+    const std::vector<std::string> lines = font_.lines(text, view_.width() - 2.0 * padding);
+    double width = 0.0;
+    for (const std::string& line : lines) width = std::max(width, std::ceil(font_.width(line)));
+    width += 2.0 * padding;
+    const double height = lineHeight * static_cast<double>(lines.size()) + 2.0 * padding;
     const double gap = kHighlightedSize * view_.pixelScale();
     const LabelBox box =
         placeLabel(dot.pixel, width, height, dot.point->drawsTextAbove(), gap, view_.width(), view_.height());
@@ -258,7 +262,11 @@ void PointPainter::drawLabel_(const Dot& dot) const {
     setColor(kTextColor);
     // The text blends in a way that would thin the backing's alpha.
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
-    font_.draw(text, left + padding, top - padding - ascent);
+    double baseline = top - padding - ascent;
+    for (const std::string& line : lines) {
+        font_.draw(line, left + padding, baseline);
+        baseline -= lineHeight;
+    }
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
 }
 

@@ -240,6 +240,9 @@ std::string_view PolygonMouseTool::placingHint_() const {
 
 std::string_view PolygonMouseTool::hoveringHint_() const {
     if (firstPoint_) return "Click to remove this point, drag to move it. Shift + wheel changes its altitude";
+    if (shape_.subtype() == PolygonShape::Polygon && shape_.getNumPoints() > 2 &&
+        nearPoint_ == &drawn_.point(0))
+        return "Right click ends the polygon, which closes by itself. Drag to move this point";
     return ShapeMouseTool::hoveringHint_();
 }
 

@@ -167,7 +167,7 @@ TEST_F(GlobeViewTest, TheEarthImageLiesWhereItBelongs) {
 }
 
 TEST_F(GlobeViewTest, TranslucentAreasAndLinesBlendOnce) {
-    look(at(0, 0), 1.0e6);
+    look(at(0, 0), 7.3e5);
     show("circle; centerll 0 0; radius 500000; filled; outline false; fillcolor hex 80ffffff");
     const QImage area = view.grabFrame();
     EXPECT_EQ(count(area, {40, 240, 560, 1}, [](QRgb c) { return qRed(c) < 110 || qRed(c) > 215; }), 0);
@@ -273,7 +273,7 @@ TEST_F(GlobeViewTest, TheEquatorOfABallIsWhole) {
 /// Labels that overlap: of different priorities the higher one, of equal ones the later, if they lie on each
 /// other; and how many there are besides.
 TEST_F(GlobeViewTest, LabelsGiveWayToEachOther) {
-    look(at(0, 0), 1.0e6);
+    look(at(0, 0), 7.3e5);
     struct Case {
         const char* other;
         bool important, green, counted;
