@@ -1,6 +1,7 @@
 #include "format/BlockReader.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <iterator>
 
@@ -37,37 +38,6 @@ std::string gridDegrees(double radians) {
     return std::string(length < 11 ? 11 - length : 0, ' ').append(text, length);
 }
 
-const char* skipBlanks(const char* p) {
-    while (*p == ' ' || *p == '\t') ++p;
-    return p;
-}
-
-bool endsLine(const char* p) {
-    return *p == '\n' || (*p == '\r' && p[1] == '\n');
-}
-
-/// Two or three plain numbers, whatever white space is between them. Returns the line feed, or null for every
-/// other text.
-const char* scanPlainPoint(const char* p, const char* end, Vec3& point) {
-    if (*p != ' ' && *p != '\t') return nullptr;
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
-    p = skipBlanks(p);
-    if (!scanPlainNumber(p, end, x)) return nullptr;
-    p = skipBlanks(p);
-    if (!scanPlainNumber(p, end, y)) return nullptr;
-    p = skipBlanks(p);
-    if (!endsLine(p)) {
-        if (!scanPlainNumber(p, end, z)) return nullptr;
-        p = skipBlanks(p);
-        if (!endsLine(p)) return nullptr;
-    }
-    if (*p == '\r') ++p;
-    point.set(x, y, z);
-    return p;
-}
-
 }  // namespace
 
 void BlockReader::readLines(std::string_view text) {
@@ -78,7 +48,7 @@ void BlockReader::readLines(std::string_view text) {
         ++lineNumber_;
         while (*p != '\n' && UTILS::isBlank(*p)) ++p;
         if ((*p == 'l' || *p == 'x') && insideBlock_) {
-            if (const char* const next = readPlainPoint_(p, end)) {
+            if (const char* const next = readPlainPoints_(p, end)) {
                 p = next;
                 continue;
             }
@@ -98,26 +68,37 @@ void BlockReader::readLines(std::string_view text) {
 }
 
 /// Nearly all lines of a large file are points written in the plainest way. They are read here, straight
-/// from the text; returns the next line, or null, and nothing done, for every other line.
-const char* BlockReader::readPlainPoint_(const char* p, const char* end) {
+/// from the text, as many as stand there; returns the next line, or null, and nothing done, for every other
+/// line.
+const char* BlockReader::readPlainPoints_(const char* p, const char* end) {
     const char* const line = p;
     const bool absolute = *p == 'l';
     if (*++p != (absolute ? 'l' : 'y')) return nullptr;
     if (*++p == (absolute ? 'a' : 'z')) ++p;
-    constexpr std::ptrdiff_t window = 80;
+    const auto type = absolute ? ParsedShape::PointType::Absolute : ParsedShape::PointType::Relative;
+    PointLines::Use use;
+    if (absolute) use.factor = kRadiansPerDegree;
+    // What there is to say of places beyond takes their words.
+    if (absolute && messages_.advisesOnPlaces()) {
+        use.largestX = 90.0;
+        use.largestY = 360.0;
+    }
+    if (record_.accepts(type) && (silent_ == nullptr || takesPoints_())) {
+        const char* next = line;
+        const std::span<const Vec3> points =
+            pointLines_.read(next, end, static_cast<std::size_t>(p - line), use);
+        if (!points.empty()) {
+            record_.append(type, points);
+            // The first one is counted.
+            lineNumber_ += points.size() - 1;
+            return next;
+        }
+    }
     Vec3 point;
-    const char* stop = end - p >= window ? readPlainPoint(p, point) : nullptr;
-    if (stop == nullptr) stop = scanPlainPoint(p, end, point);
+    const char* const stop = scanPlainPoint(p, end, point);
     if (stop == nullptr) return nullptr;
-    // What there is to say of it takes its words.
-    if (absolute && messages_.advisesOnPlaces() &&
-        !(std::abs(point.x()) <= 90.0 && std::abs(point.y()) <= 360.0))
-        return nullptr;
-    const bool taken =
-        absolute
-            ? record_.append(ParsedShape::PointType::Absolute,
-                             Vec3(point.x() * kRadiansPerDegree, point.y() * kRadiansPerDegree, point.z()))
-            : record_.append(ParsedShape::PointType::Relative, point);
+    if (!(std::abs(point.x()) <= use.largestX && std::abs(point.y()) <= use.largestY)) return nullptr;
+    const bool taken = record_.append(type, Vec3(point.x() * use.factor, point.y() * use.factor, point.z()));
     if (silent_ != nullptr && !(taken && takesPoints_())) addSilent_(line, stop);
     return stop + 1;
 }

@@ -10,6 +10,7 @@
 #include "format/ModifierState.h"
 #include "format/ParsedShape.h"
 #include "format/Parser.h"
+#include "format/PointLines.h"
 #include "format/SilentLines.h"
 
 namespace halCore::ZEL {
@@ -39,7 +40,7 @@ class BlockReader {
     void finish();
 
   private:
-    const char* readPlainPoint_(const char* p, const char* end);
+    const char* readPlainPoints_(const char* p, const char* end);
     const char* readWords_(const char* p, const char* end);
     void readOutside_(const Keyword& keyword);
     bool takesPoints_() const;
@@ -80,6 +81,7 @@ class BlockReader {
     const MessageSink& messages_;
 
     LineTokens tokens_;
+    PointLines pointLines_;
     std::size_t lineNumber_ = 0;
     /// The text that is being read, and how much was read before it.
     const char* text_ = nullptr;

@@ -47,7 +47,8 @@ bool ParsedShape::append(PointType type, const PositionStrings& position) {
 }
 
 bool ParsedShape::append(PointType type, std::string_view x, std::string_view y, std::string_view z) {
-    if (!accepts_(type)) return false;
+    if (!accepts(type)) return false;
+    pointType_ = type;
     const bool absolute = type == PointType::Absolute;
     const auto first = absolute ? readFileDegrees(x, AngleKind::Latitude) : readFileNumber(x);
     const auto second = absolute ? readFileDegrees(y, AngleKind::Longitude) : readFileNumber(y);

@@ -3,6 +3,7 @@
 #include <array>
 #include <concepts>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -45,9 +46,20 @@ class ParsedShape {
     /// Adds a point already read: latitude and longitude in radians, or x and y in range units; altitude
     /// or z in altitude units.
     bool append(PointType type, const Vec3& point) {
-        if (!accepts_(type)) return false;
+        if (!accepts(type)) return false;
+        pointType_ = type;
         points_.push_back(point);
         return true;
+    }
+
+    /// Adds points already read, of a kind that is accepted.
+    void append(PointType type, std::span<const Vec3> points) {
+        pointType_ = type;
+        points_.insert(points_.end(), points.begin(), points.end());
+    }
+    /// Whether points of this kind are added.
+    bool accepts(PointType type) const {
+        return type != PointType::None && (pointType_ == type || pointType_ == PointType::None);
     }
 
     void addComment(std::string_view line) { comments_.emplace_back(line); }
@@ -98,11 +110,6 @@ class ParsedShape {
     static constexpr auto kFirstPosition = static_cast<std::size_t>(ShapeParameter::CenterAbsolute);
 
     std::uint64_t present_() const { return texts_.present() | positionsPresent_; }
-
-    bool accepts_(PointType type) {
-        if (pointType_ == PointType::None) pointType_ = type;
-        return pointType_ == type && type != PointType::None;
-    }
 
     std::size_t lineNumber_ = 0;
     ShapeType shape_ = ShapeType::None;

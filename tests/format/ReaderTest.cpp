@@ -1,5 +1,7 @@
 #include <bit>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <numbers>
 #include <random>
 #include <set>
@@ -7,7 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "format/Keyword.h"
-#include "format/PlainNumber.h"
+#include "format/PlainPoint.h"
+#include "format/PointLines.h"
 #include "support/ZelText.h"
 
 namespace halCore::ZEL {
@@ -291,6 +294,38 @@ TEST(PlainNumbers, ofPoints) {
     const auto points = only<Points>(text + "end\n");
     ASSERT_NE(points, nullptr);
     EXPECT_EQ(points->points(), expected);
+}
+
+/// Whatever is read by vectors is what is read without, to the bit, and as far.
+TEST(PlainNumbers, ofPointsAreTheSameWithVectors) {
+    if (!PointLines::canRead()) GTEST_SKIP() << "no such instructions";
+    std::mt19937 random(5);
+    const auto lines = std::make_unique<PointLines>();
+    std::size_t count = 0;
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        for (auto rest = 1 + random() % 4; rest != 0; --rest)
+            text += "lla " + randomNumber(random) + " " + randomNumber(random) + " " + randomNumber(random) +
+                    (random() % 4 == 0 ? "\r\n" : "\n");
+        for (auto faults = random() % 3; faults != 0; --faults)
+            text[4 + random() % (text.size() - 4)] = "0123456789 .-\n\r\te"[random() % 17];
+        text += std::string(random() % 100, '\n') + "\n";
+        const char* p = text.data();
+        const char* const end = p + text.size();
+        const char* next = p;
+        for (const Vec3& point : lines->read(next, end, 3, {.largestX = 1000.0})) {
+            Vec3 same;
+            ASSERT_EQ(std::string_view(p, 4), "lla ") << text;
+            const char* const stop = scanPlainPoint(p + 3, end, same);
+            ASSERT_NE(stop, nullptr) << text;
+            ASSERT_EQ(std::memcmp(&same, &point, sizeof same), 0) << text;
+            ASSERT_LE(std::abs(point.x()), 1000.0);
+            p = stop + 1;
+            ++count;
+        }
+        ASSERT_EQ(p, next) << text;
+    }
+    EXPECT_GT(count, 3000u);
 }
 
 TEST(PlainNumbers, ofUnusualPoints) {
