@@ -5,6 +5,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -83,7 +84,13 @@ TEST(WriteNumber, WritesAsPrintfDoes) {
             i % 2 ? UTILS::kSignificantDigits : 1 + static_cast<int>(random() % (i % 3 == 1 ? 10 : 17));
         char expected[64];
         std::snprintf(expected, sizeof expected, "%.*g", digits, value);
-        ASSERT_EQ(writeNumber(value, digits), expected) << std::hexfloat << value;
+        const std::string text = expected;
+        ASSERT_EQ(writeNumber(value, digits), text) << std::hexfloat << value;
+        // Several together are written in another way, where the processor can.
+        char three[3 * (UTILS::kMaxNumberLength + 1)];
+        ASSERT_EQ(std::string_view(three, UTILS::writeNumbers(three, value, -value, value, digits)),
+                  text + " " + (text[0] == '-' ? text.substr(1) : "-" + text) + " " + text)
+            << std::hexfloat << value;
         ASSERT_EQ(readNumber(writeNumber(value, 17)), value);
     }
 }
