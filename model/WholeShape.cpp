@@ -3,65 +3,21 @@
 #include <algorithm>
 #include <utility>
 
-#include "geo/Ecef.h"
 #include "geo/Sodano.h"
-#include "geo/Wgs84.h"
 #include "model/CylinderShape.h"
 #include "model/FreeDrawShape.h"
 #include "model/OrbitShape.h"
 #include "model/PolygonShape.h"
 #include "model/RectangleShape.h"
 #include "model/ShapeKinds.h"
+#include "model/ShapeMiddle.h"
 
 namespace OverlayEditor {
 
 namespace Sodano = halCore::Sodano;
-using halCore::Ecef;
 using halCore::Vec3;
 
 namespace {
-
-/// Adds up the straight sides of lines, each as heavy as it is long.
-class SideSum {
-  public:
-    void addLine(const std::vector<Vec3>& points, bool closed) {
-        std::optional<Place> before;
-        for (const Vec3& point : points) {
-            const Place place{halCore::toEcef(point), point.alt()};
-            if (before) addSide_(*before, place);
-            before = place;
-            // The middle of points that all lie in one place.
-            if (!only_) only_ = point;
-        }
-        if (closed && before) addSide_(*before, {halCore::toEcef(points.front()), points.front().alt()});
-    }
-    std::optional<Vec3> middle() const {
-        if (!(length_ > 0.0)) return only_;
-        const Ecef place = twice_ * (0.5 / length_);
-        // That of what lies all about the earth is within it.
-        constexpr double deep = 0.1 * halCore::wgs84::a;
-        if (halCore::length(place) < deep) return std::nullopt;
-        const Vec3 lla = halCore::toGeodetic(place);
-        return Vec3(lla.lat(), lla.lon(), 0.5 * altitudes_ / length_);
-    }
-
-  private:
-    struct Place {
-        Ecef ecef;
-        double alt;
-    };
-    void addSide_(const Place& from, const Place& to) {
-        const double length = halCore::length(to.ecef - from.ecef);
-        twice_ = twice_ + (from.ecef + to.ecef) * length;
-        altitudes_ += (from.alt + to.alt) * length;
-        length_ += length;
-    }
-
-    Ecef twice_;
-    double altitudes_ = 0.0;
-    double length_ = 0.0;
-    std::optional<Vec3> only_;
-};
 
 /// Which way an elliptical shape is turned is no number of its panel, but stands in its block.
 bool isElliptical(const CylinderShape& round) {
@@ -75,31 +31,7 @@ bool hasSector(const CylinderShape& round) {
 }  // namespace
 
 std::optional<Vec3> WholeShape::middleOf(const Shape& shape) {
-    if (const auto* const line = dynamic_cast<const PolygonShape*>(&shape)) {
-        if (!line->isComplete() || !line->placed().hasAllPlaces()) return std::nullopt;
-        SideSum sum;
-        sum.addLine(line->points(), line->subtype() == PolygonShape::Polygon);
-        return sum.middle();
-    }
-    if (const auto* const drawn = dynamic_cast<const FreeDrawShape*>(&shape)) {
-        SideSum sum;
-        for (const auto& line : drawn->lines()) sum.addLine(line, false);
-        return drawn->isComplete() ? sum.middle() : std::nullopt;
-    }
-    if (const auto* const orbit = dynamic_cast<const OrbitShape*>(&shape)) {
-        if (!orbit->centerPt() || !orbit->centerPt2()) return std::nullopt;
-        SideSum sum;
-        sum.addLine({*orbit->centerPt(), *orbit->centerPt2()}, false);
-        return sum.middle();
-    }
-    if (const auto* const round = dynamic_cast<const CylinderShape*>(&shape))
-        return round->isComplete() ? round->centerPt() : std::nullopt;
-    if (const auto* const rectangle = dynamic_cast<const RectangleShape*>(&shape)) {
-        const Vec3 center = rectangle->center();
-        const bool lies = rectangle->isComplete() && rectangle->placed().hasAllPlaces() && isPlace(center);
-        return lies ? std::optional(center) : std::nullopt;
-    }
-    return std::nullopt;
+    return ShapeMiddle().of(shape);
 }
 
 bool WholeShape::canTurn(const Shape& shape) {

@@ -17,10 +17,7 @@ namespace OverlayEditor {
 /// it lay has the positions that it had, to the digit, offsets too.
 class WholeShape {
   public:
-    /// Where a shape is held: of round shapes the centre, of rectangles theirs, of an orbit the middle
-    /// between the centres, of lines, polygons and free drawings the middle of all their sides, which stays
-    /// where it is when they turn. Nothing for what is not complete or has no place, for a label, which is
-    /// one point, and for what lies all about the earth.
+    /// Where it is held (`ShapeMiddle`).
     static std::optional<halCore::Vec3> middleOf(const Shape& shape);
     /// Whether it has a direction. Rectangles lie along the meridians, circles look the same.
     static bool canTurn(const Shape& shape);

@@ -16,7 +16,7 @@ void WholeHandle::follow(bool shown) {
     // While the shape is held it follows the handle, unless its platform carries both.
     const bool stands = known_ && revision_ == revision && (held_ || changes_ == shape_.changes());
     if (shown && !stands) {
-        const auto middle = WholeShape::middleOf(shape_);
+        const auto middle = shapeMiddle_.of(shape_);
         hasMiddle_ = middle.has_value();
         if (middle) point_.setPosition(*middle);
         known_ = true;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "model/ShapeMiddle.h"
 #include "model/WholeShape.h"
 #include "tools/PUDrawPoint.h"
 
@@ -57,6 +58,7 @@ class WholeHandle {
     void lay_(const halCore::Vec3& middle, double turnRad);
 
     Shape& shape_;
+    ShapeMiddle shapeMiddle_;
     PluginUtils::PUDrawPoint point_{{}, kColor};
     bool beside_ = false;
     /// Of the shape, when its middle was looked for last.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -5,6 +6,7 @@
 
 #include "geo/GeodesicPath.h"
 #include "model/RandomShapes.h"
+#include "model/ShapeMiddle.h"
 #include "model/ShapeState.h"
 #include "model/WholeShape.h"
 #include "support/FakeHost.h"
@@ -29,6 +31,24 @@ struct WholeShapeTest : ::testing::Test {
     }
     bool stays(Shape& shape, const ShapeState& before) const { return *shape.state() == before; }
 };
+
+/// What is known of a line's points is used only as long as they lie there.
+TEST_F(WholeShapeTest, TheMiddleFollowsEveryPoint) {
+    PolygonShape line(preferences, PolygonShape::Polygon);
+    ShapeMiddle known;
+    for (int round = 0; round < 300; ++round) {
+        const auto count = static_cast<int>(line.getNumPoints());
+        const auto at = static_cast<unsigned long>(random.integer(0, std::max(count - 1, 0)));
+        const int change = count < 4 ? 0 : random.integer(0, 3);
+        if (change == 0)
+            line.insertPointAtIndex(at, somewhere());
+        else if (change == 1)
+            line.deletePointAtIndex(at);
+        else
+            line.setPointAtIndex(at, change == 2 ? somewhere() : Vec3());
+        EXPECT_EQ(known.of(line), WholeShape::middleOf(line)) << round;
+    }
+}
 
 /// Within 1 mm at 100 km, wherever it lies and whatever it counts from.
 TEST_F(WholeShapeTest, APointKeepsItsWayFromTheMiddle) {
