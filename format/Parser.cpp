@@ -9,6 +9,7 @@
 #include "format/ColorNames.h"
 #include "format/MessageSink.h"
 #include "format/ShapeBuilder.h"
+#include "format/TextFeed.h"
 #include "geo/UnitsRegistry.h"
 
 namespace halCore::ZEL {
@@ -84,14 +85,6 @@ class LineFeeder {
     bool atBegin_ = true;
 };
 
-/// Only a last line without a line feed is copied, to get one.
-void readText(BlockReader& reader, std::string_view text) {
-    passByteOrderMark(reader, text);
-    const std::size_t whole = text.rfind('\n') + 1;
-    reader.readLines(text.substr(0, whole));
-    if (whole != text.size()) reader.readLines(std::string(text.substr(whole)) + '\n');
-}
-
 }  // namespace
 
 Parser::Parser() {
@@ -131,11 +124,11 @@ void Parser::parse(std::istream& in, Shapes& shapes, ParseReport& report) const 
 }
 
 void Parser::parse(std::string_view text, Shapes& shapes) const {
-    parse_(shapes, nullptr, [text](BlockReader& reader) { readText(reader, text); });
+    parse_(shapes, nullptr, [text](BlockReader& reader) { TextFeed(reader, text).goOn(text.size()); });
 }
 
 void Parser::parse(std::string_view text, Shapes& shapes, ParseReport& report) const {
-    parse_(shapes, &report, [text](BlockReader& reader) { readText(reader, text); });
+    parse_(shapes, &report, [text](BlockReader& reader) { TextFeed(reader, text).goOn(text.size()); });
 }
 
 std::shared_ptr<ZelShape> Parser::getShape_(ParsedShape& record, const UnitsRegistry& registry,

@@ -45,16 +45,18 @@ std::string shortened(std::string text) {
 }  // namespace
 
 MessageBoard::MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer,
-                           FunctorTwoParams__* onRecover, FunctorTwoParams__* onDiscard)
+                           FunctorTwoParams__* onCancel, FunctorTwoParams__* onRecover,
+                           FunctorTwoParams__* onDiscard)
     : row_(parent, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
       text_(&row_, ""),
       answer_(&row_, "Load Rescued", onAnswer),
+      cancel_(&row_, "Cancel\tEnd what is under way; what is edited stays as it is", onCancel),
       recover_(&row_, "Recover\tTake the shapes that were not saved into the editor", onRecover),
       discard_(&row_,
                "Discard\tWrite the shapes that were not saved to a rescue file, and offer them no more",
                onDiscard) {
     text_.setRoom(0, kLines);
-    for (PIGUI::PIButton* button : {&answer_, &recover_, &discard_}) button->hide();
+    for (PIGUI::PIButton* button : {&answer_, &cancel_, &recover_, &discard_}) button->hide();
 }
 
 void MessageBoard::hear(halNotify::Severity severity, const std::string& text) {
@@ -91,11 +93,23 @@ void MessageBoard::commanded(const PIObject* sender) {
     if (!lines_.empty() && !(follows && another)) clear();
 }
 
+void MessageBoard::tellProgress(const std::string& text) {
+    std::string line = oneLine(text);
+    if (line == progress_) return;
+    if (line.empty() != progress_.empty()) cancel_.setShown(!line.empty());
+    progress_ = std::move(line);
+    show_();
+}
+
 void MessageBoard::show_() {
     const bool tells = !lost_.empty() && std::ranges::all_of(lines_, &Line::aside);
     if (std::exchange(tellsLost_, tells) != tells) {
         recover_.setShown(tells);
         discard_.setShown(tells);
+    }
+    if (!progress_.empty()) {
+        text_.setValue(shortened(progress_) + '\t' + progress_);
+        return;
     }
     if (tells || lines_.empty()) {
         std::string text = shortened(lost_);

@@ -16,9 +16,10 @@ namespace OverlayEditor {
 class MessageBoard {
   public:
     /// \param onAnswer called when the button behind the message is pressed
+    /// \param onCancel the same with the one behind what is under way
     /// \param onRecover,onDiscard the same with the two behind lost shapes
-    MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer, FunctorTwoParams__* onRecover,
-                 FunctorTwoParams__* onDiscard);
+    MessageBoard(PIGUI::PICanvas* parent, FunctorTwoParams__* onAnswer, FunctorTwoParams__* onCancel,
+                 FunctorTwoParams__* onRecover, FunctorTwoParams__* onDiscard);
     MessageBoard(const MessageBoard&) = delete;
     MessageBoard& operator=(const MessageBoard&) = delete;
 
@@ -30,6 +31,8 @@ class MessageBoard {
     /// looked for, of others that cannot be read, hides none that were found.
     /// \param look looks for them, and gives the text
     void tellLost(const std::function<std::string()>& look);
+    /// What is under way, in place of all else until it is over, which an empty text tells.
+    void tellProgress(const std::string& text);
     /// The user's next command: what was said goes at once. But one click leaves a field, and is a command by
     /// itself: what the field has refused stays over the command that follows.
     /// \param sender as countCommand has it
@@ -52,10 +55,12 @@ class MessageBoard {
     std::string lost_;
     bool tellsLost_ = false;
     bool looking_ = false;
+    std::string progress_;
     std::function<void()> over_;
     PIGUI::PIHorizontalFrame row_;
     PIGUI::PILabel text_;
     PIGUI::PIButton answer_;
+    PIGUI::PIButton cancel_;
     PIGUI::PIButton recover_;
     PIGUI::PIButton discard_;
 };

@@ -19,6 +19,9 @@ namespace OverlayEditor {
 
 namespace {
 
+/// The list is filled so long at once, and is whole at once when it is short.
+constexpr std::size_t kListedAtLeast = 10'000;
+constexpr std::chrono::milliseconds kListedAtOnce{30};
 constexpr std::int32_t kFollowToolMilliseconds = 1000;
 constexpr double kNearestRangeMeters = 5000.0;
 constexpr double kFarthestRangeMeters = 7.0e6;
@@ -62,6 +65,8 @@ class OverlayEditorDialog::ZelObserver final : public PIHALVIS::ZELEventObserver
     void removedZEL(void* zel) override {
         guarded("removedZEL", 0, [&] {
             dialog_.document_.overlayRemoved(zel);
+            if (dialog_.loading_ && dialog_.loading_->reading.zel == zel)
+                dialog_.loading_->reading.zel = nullptr;
             std::erase(dialog_.toLoad_, zel);
             return 0;
         });
@@ -104,6 +109,8 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     document_.history().setListener({});
     PIHALVIS::removeZELObserver(zelObserver_.get());
     timeout_.cancel();
+    workTimeout_.cancel();
+    loading_.reset();
     editing_ = false;
     mouseManager_->clearMouseTool();
     document_.rescue(Document::Rescue::AtEnd);
@@ -124,6 +131,7 @@ void OverlayEditorDialog::hide() {
     widgets_->attach.hideDialog();
     if (existingZels_) existingZels_->hide();
     if (rings_) rings_->hide();
+    cancelLoading_("the editor was closed");
     setShowEditing_(false);
     box_.hide();
 }
@@ -144,9 +152,11 @@ void OverlayEditorDialog::giveUpShapes_() {
     setCurrentShape_(nullptr);
     widgets_->attach.hideDialog();
     widgets_->list.clearItems();
+    listing_ = false;
 }
 
 void OverlayEditorDialog::setCurrentShapes(const std::vector<Shape*>& shapes) {
+    cancelLoading_("something else is loaded");
     giveUpShapes_();
     overlay_->clearShapes(false);
     for (Shape* shape : shapes) {
@@ -160,7 +170,26 @@ void OverlayEditorDialog::setCurrentShapes(const std::vector<Shape*>& shapes) {
 
 void OverlayEditorDialog::fillList_() {
     widgets_->list.clearItems();
-    for (Shape* shape : overlay_->shapes()) widgets_->list.appendItem(shape->name(), shape);
+    listing_ = true;
+    listed_ = 0;
+    Slice slice(kListedAtLeast, kListedAtOnce);
+    listOn_(slice);
+}
+
+void OverlayEditorDialog::listOn_(Slice& slice) {
+    if (!listing_) return;
+    constexpr std::size_t units = 3;
+    for (Shape* const shape : overlay_->shapes(listed_)) {
+        widgets_->list.appendItem(shape->name(), shape);
+        listed_ = overlay_->numberOf(shape);
+        if (slice.isOver(units) && goOnSoon_()) return;
+    }
+    listing_ = false;
+}
+
+void OverlayEditorDialog::listRest_() {
+    Slice whole;
+    listOn_(whole);
 }
 
 Shape* OverlayEditorDialog::selectedShape_() {
@@ -176,7 +205,8 @@ Shape* OverlayEditorDialog::selectedShape_() {
     return nullptr;
 }
 
-std::int32_t OverlayEditorDialog::itemOf_(const Shape* shape) const {
+std::int32_t OverlayEditorDialog::itemOf_(const Shape* shape) {
+    listRest_();
     const std::int32_t count = widgets_->list.getNumItems();
     // Usually they stand in the overlay's order: the host need not be asked for each.
     const std::vector<Shape*> shapes = overlay_->shapes();
@@ -288,6 +318,7 @@ int OverlayEditorDialog::onCmdClear(PIObject*, void*) {
 }
 
 void OverlayEditorDialog::clear_() {
+    cancelLoading_("an empty overlay is begun");
     giveUpShapes_();
     document_.clear();
     showDocument_();
@@ -310,7 +341,7 @@ bool OverlayEditorDialog::rescued_() {
 int OverlayEditorDialog::onCmdAnswer(PIObject*, void*) {
     widgets_->messages.clear();
     if (answer_ == Answer::LoadRescued) {
-        loadOverlay_(document_.readFile(document_.rescueFile()));
+        load_(document_.beginFile(document_.rescueFile()), false);
         return 1;
     }
     clear_();
@@ -330,6 +361,7 @@ std::string OverlayEditorDialog::getUniqueName_(const std::string& base) {
 }
 
 Shape* OverlayEditorDialog::add_(std::unique_ptr<Shape> made) {
+    listRest_();
     Shape* const shape = made.release();
     overlay_->addShape(shape);
     widgets_->list.appendItem(shape->name(), shape);
@@ -557,6 +589,8 @@ int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
 
 void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
     if (id == 0) return;
+    if (loading_ && loading_->reading.platform == id)
+        cancelLoading_("the platform on which it is shown is gone");
     if (document_.platformRemoved(id)) {
         widgets_->attach.reset();
         updateAttachControls_();

@@ -93,6 +93,8 @@ class OverlayEditorDialog {
     int onCmdClear(PIObject* sender, void* data);
     int onCmdLoadOverlay(PIObject* sender, void* data);
     /// \param data the platform's id (unsigned long*), null to detach
+    /// A load that is under way ends, and what is edited stays.
+    int onCmdCancelLoading(PIObject* sender, void* data);
     int onCmdAttach(PIObject* sender, void* data);
     int onCmdSetMouseTool(PIObject* sender, void* data);
     int onCmdAutoDelete(PIObject* sender, void* data);
@@ -114,6 +116,9 @@ class OverlayEditorDialog {
     int onCmdDismiss(PIObject* sender, void* data);
     int onTimeout(PIObject* sender, void* data);
     int onZelsChanged(PIObject* sender, void* data);
+    int onWorkTimeout(PIObject* sender, void* data);
+    /// What is left of a load, or of filling the list, goes on.
+    int onWork(PIObject* sender, void* data);
 
   private:
     class OverlayCloseObserver;
@@ -131,7 +136,11 @@ class OverlayEditorDialog {
     void choose_(Shape* shape);
     /// The shape whose panel is shown, null for none: it may be gone.
     Shape* current_();
+    /// The list gets the overlay's shapes; many of them a slice at a time, and all of them before anything is
+    /// done with the list.
     void fillList_();
+    void listOn_(Slice& slice);
+    void listRest_();
     /// What is told of each command of the user's, before it does anything. \see setCommandListener
     void commanded_(PIObject* sender);
     void mouseMoved_(PIGUI::PIMouseEventType_t type);
@@ -153,7 +162,7 @@ class OverlayEditorDialog {
     /// too, with a message.
     Shape* selectedShape_();
     /// The item of a shape, -1 when it has none.
-    std::int32_t itemOf_(const Shape* shape) const;
+    std::int32_t itemOf_(const Shape* shape);
     void updateListManipulationButtons_();
     /// Lets the buttons follow the current tool, now and once a second while the dialog is shown.
     void updateMouseControls_();
@@ -170,9 +179,28 @@ class OverlayEditorDialog {
     /// What the user was asked for in a dialog of the host's is done with what is there then: what has come
     /// while it was open comes first.
     void afterAsking_(std::function<void()> work);
+    /// A load that is under way. Until all of it is there what is edited can be edited on.
+    struct Loading {
+        Document::Reading reading;
+        bool back = false;
+        std::function<void(bool loaded)> then;
+        /// Of the command that has begun it.
+        const PIObject* sender = nullptr;
+        bool insists = false;
+        std::chrono::steady_clock::time_point begun;
+    };
+    /// Loads what is small at once, and other things in the pauses between the host's entries. One that is
+    /// under way ends.
+    /// \param back \see loadOverlay_ \param then called when it is over, unless it was canceled
+    void load_(Document::Reading reading, bool back, std::function<void(bool loaded)> then = {});
+    void goOnLoading_(Slice& slice);
+    void cancelLoading_(const std::string& why);
+    /// \return false when the host has no timeouts
+    bool goOnSoon_();
+    void loadNextZel_();
     /// Only when there is a shape that the editor can keep, what is held is given up. \return whether it was
     /// \param back whether the user goes back to what the file holds, when it is the one that is edited
-    bool loadOverlay_(Document::Reading reading, bool back = false);
+    bool loadOverlay_(Document::Reading reading, bool back);
     void saveZel_(const std::string& fileName);
     /// Says whether there is something to save.
     void updateSavedMark_();
@@ -195,6 +223,12 @@ class OverlayEditorDialog {
     Document document_;
     /// Overlays that wait for loadZels, and that the host still has.
     std::vector<void*> toLoad_;
+    /// The files of those that did not wait any more.
+    std::vector<std::string> sent_;
+    std::optional<Loading> loading_;
+    /// Whether the list lacks shapes: those whose numbers are beyond this one.
+    bool listing_ = false;
+    std::uint64_t listed_ = 0;
     Shape* currentShape_ = nullptr;
     /// What the button behind the message does.
     enum class Answer { LoadRescued, Discard };
@@ -219,10 +253,14 @@ class OverlayEditorDialog {
     OverlayMarks marks_;
     bool editing_ = false;
     PICommon::Timeout timeout_;
+    PICommon::Timeout workTimeout_;
 
     CallbackList<OverlayEditorDialog> callbacks_{this};
     FunctorTwoParams__* const onTimeoutCallback_ =
         callbacks_.make(&OverlayEditorDialog::onTimeout, Arrival::AtOnce);
+    FunctorTwoParams__* const onWorkTimeoutCallback_ =
+        callbacks_.make(&OverlayEditorDialog::onWorkTimeout, Arrival::AtOnce);
+    FunctorTwoParams__* const onWorkCallback_ = callbacks_.make(&OverlayEditorDialog::onWork);
     FunctorTwoParams__* const followTool_ = callbacks_.make(&OverlayEditorDialog::onCmdSetMouseTool);
     std::unique_ptr<OverlayCloseObserver> closeObserver_;
     std::unique_ptr<ZelObserver> zelObserver_;

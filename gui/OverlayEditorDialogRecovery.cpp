@@ -26,6 +26,7 @@ void OverlayEditorDialog::offerLost() {
 
 int OverlayEditorDialog::onCmdRecoverLost(PIObject*, void*) {
     if (!lost_ || !rescued_()) return 1;
+    cancelLoading_("something else is loaded");
     giveUpShapes_();
     document_.recover(*std::exchange(lost_, {}));
     fillList_();

@@ -112,6 +112,7 @@ OverlayEditorDialog::Widgets::Widgets(PIGUI::PIDialogBox& box, CallbackList<Over
       foot(&box, PIGUI::PILayoutFillX | PIGUI::PILayoutTight),
       footColumn(&foot, PIGUI::PILayoutFillX),
       messages(&footColumn, callbacks.make(&OverlayEditorDialog::onCmdAnswer),
+               callbacks.make(&OverlayEditorDialog::onCmdCancelLoading),
                callbacks.make(&OverlayEditorDialog::onCmdRecoverLost),
                callbacks.make(&OverlayEditorDialog::onCmdDiscardLost)),
       buttons(&footColumn, PIGUI::PILayoutFillX),

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "geo/PointConverter.h"
 #include "model/Overlay.h"
@@ -48,6 +49,13 @@ class Attachment {
     bool attach(unsigned long platform, bool center);
     /// Lets the shapes go where the platform is now. \return whether it has moved
     bool followPlatform();
+    /// All that this knows, but for the overlay, becomes another one's, and the other way round: to be called
+    /// with Overlay::exchange.
+    void exchange(Attachment& other) {
+        std::swap(converter_, other.converter_);
+        std::swap(referencePlatform_, other.referencePlatform_);
+        std::swap(fromNowhere_, other.fromNowhere_);
+    }
     /// Detaches; the reference platform goes.
     void release();
 

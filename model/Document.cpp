@@ -1,6 +1,7 @@
 #include "model/Document.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <new>
 #include <sstream>
@@ -29,6 +30,11 @@ namespace {
 /// The host's setting with the directory of the last save.
 constexpr const char* kSaveDirectoryKey = "OverlayEditorSaveDirectory";
 constexpr const char* kSuffix = ".zel";
+
+/// What is given up goes so much at a time, and then the host has its turn.
+constexpr std::size_t kAtLeastAtOnce = 10'000;
+constexpr std::chrono::milliseconds kAtOnce{30};
+constexpr std::int32_t kPauseMilliseconds = 2;
 
 /// Tells what a save has lost, a line each.
 void tellLosses(const std::string& fileName, const Overlay::Losses& losses) {
@@ -146,7 +152,16 @@ History::Outcome Document::step_(History::Outcome (History::*step)(FileState&)) 
 
 // Loading
 
-Document::Reading Document::read(std::string text, const std::string& fileName, void* zel) const {
+double Document::Reading::part() const {
+    constexpr double textsPart = 0.3;
+    if (text) return textsPart * text->part();
+    const std::size_t all = loaded.shapes.size();
+    const std::size_t made = staged ? staged->next : 0;
+    return textsPart +
+           (1.0 - textsPart) * (all > 0 ? static_cast<double>(made) / static_cast<double>(all) : 1.0);
+}
+
+Document::Reading Document::begin(std::string text, const std::string& fileName, void* zel) const {
     Reading reading;
     reading.fileName = fileName;
     reading.zel = zel;
@@ -157,8 +172,18 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
     reading.seesReference = reference.has_value();
     reading.converter = std::make_unique<PointConverter>();
     reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), reading.platform);
+    reading.text =
+        std::make_unique<OverlayReading>(std::move(text), fileName, preferences_, reading.converter.get(), 0);
+    return reading;
+}
+
+bool Document::readOn_(Reading& reading, Slice& slice) const {
+    if (!reading.text) return true;
+    if (!reading.text->goOn(slice)) return false;
     LoadResult& loaded = reading.loaded;
-    loaded = loadOverlayText(std::move(text), fileName, preferences_, reading.converter.get(), 0);
+    loaded = reading.text->take();
+    reading.text.reset();
+    const std::string& fileName = reading.fileName;
     if (loaded.error.empty()) {
         if (loaded.faultyLines > 0)
             halNotify::notify(halNotify::Error)
@@ -168,6 +193,11 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
             halNotify::notify(halNotify::Warning)
                 << fileName << ": " << loaded.kept
                 << (loaded.keptBlocks == 1 ? " is kept as it is" : " are kept as they are");
+        if (reading.isElsewhere)
+            halNotify::notify(halNotify::Warning)
+                << fileName
+                << " holds something else than the host shows of it: that is edited, and the file "
+                << "will be copied before it is replaced";
     } else if (!UTILS::equalsIgnoringCase(std::filesystem::path(fileName).extension().native(), kSuffix))
         halNotify::notify(halNotify::Error)
             << "Not loaded: " << fileName
@@ -175,10 +205,32 @@ Document::Reading Document::read(std::string text, const std::string& fileName, 
     else
         halNotify::notify(halNotify::Error)
             << "Not loaded: " << fileName << ": " << loaded.error << ". What is edited stays";
+    return true;
+}
+
+bool Document::goOn(Reading& reading, Slice& slice) {
+    try {
+        if (!readOn_(reading, slice)) return false;
+        return !reading.loaded.error.empty() || stage_(reading, slice);
+    } catch (const std::bad_alloc&) {
+        reading.text.reset();
+        reading.staged.reset();
+        reading.loaded = {};
+        reading.loaded.error = "not enough memory";
+        halNotify::notify(halNotify::Error)
+            << "Not loaded: " << reading.fileName << ": " << reading.loaded.error << ". What is edited stays";
+    }
+    return true;
+}
+
+Document::Reading Document::read(std::string text, const std::string& fileName, void* zel) const {
+    Reading reading = begin(std::move(text), fileName, zel);
+    Slice whole;
+    readOn_(reading, whole);
     return reading;
 }
 
-Document::Reading Document::readFile(const std::string& fileName) const {
+Document::Reading Document::beginFile(const std::string& fileName) const {
     std::string error;
     try {
         std::string text;
@@ -186,7 +238,7 @@ Document::Reading Document::readFile(const std::string& fileName) const {
         if (error.empty()) {
             // A file that the host displays is edited in its place, so that it is not drawn twice.
             FileVersion version(fileName, text);
-            Reading reading = read(std::move(text), fileName, displayOf(fileName));
+            Reading reading = begin(std::move(text), fileName, displayOf(fileName));
             reading.version = std::move(version);
             return reading;
         }
@@ -200,7 +252,14 @@ Document::Reading Document::readFile(const std::string& fileName) const {
     return reading;
 }
 
-Document::Reading Document::readOverlay(void* zel) const {
+Document::Reading Document::readFile(const std::string& fileName) const {
+    Reading reading = beginFile(fileName);
+    Slice whole;
+    readOn_(reading, whole);
+    return reading;
+}
+
+Document::Reading Document::beginOverlay(void* zel) const {
     const std::string fileName = PIHALVIS::getZELFilename(zel);
     std::ostringstream text;
     if (PIHALVIS::serializeZELToStream(zel, text) != 0) {
@@ -215,59 +274,113 @@ Document::Reading Document::readOverlay(void* zel) const {
     const bool hasFile = UTILS::readFile(fileName, inFile).empty();
     const bool isSame = hasFile && sameShapes(text.view(), inFile);
     FileVersion version(fileName, inFile);
-    Reading reading = read(isSame ? std::move(inFile) : std::move(text).str(), fileName, zel);
-    if (hasFile) {
-        if (isSame)
-            reading.version = std::move(version);
-        else if (reading.loaded.error.empty())
-            halNotify::notify(halNotify::Warning)
-                << fileName
-                << " holds something else than the host shows of it: that is edited, and the file "
-                << "will be copied before it is replaced";
-    }
+    Reading reading = begin(isSame ? std::move(inFile) : std::move(text).str(), fileName, zel);
+    if (isSame) reading.version = std::move(version);
+    reading.isElsewhere = hasFile && !isSame;
     return reading;
 }
 
-void Document::take(Reading reading) {
-    history_.commit();
-    history_.switchFile(
-        fileState_(),
-        "load " + (reading.fileName.empty() ? "shapes"
-                                            : std::filesystem::path(reading.fileName).filename().string()));
-    overlay_.clearShapes(false);
-    // Should memory run out, part of one file is not saved as another.
-    file_.name.clear();
-    file_.known = {};
-    file_.awaited.clear();
-    cleanupPriorZEL_();
+Document::Reading Document::readOverlay(void* zel) const {
+    Reading reading = beginOverlay(zel);
+    Slice whole;
+    readOn_(reading, whole);
+    return reading;
+}
+
+bool Document::stage_(Reading& reading, Slice& slice) {
     const LoadResult& loaded = reading.loaded;
-    halCore::Vec3 reference;
-    reading.converter->getReferenceLla(reference);
-    if (reading.platform != 0 || (!loaded.fromNowhere && !loaded.reference)) {
-        attachment_.take(std::move(reading.converter), reference, reading.platform);
-    } else {
-        if (loaded.fromNowhere && reading.seesReference) warnOfAssumedReference_(reading.fileName, reference);
-        attachment_.takeReference(std::move(reading.converter),
-                                  loaded.fromNowhere ? reference : *loaded.reference, !loaded.fromNowhere);
+    if (!reading.staged) {
+        reading.staged = std::make_unique<Staged>();
+        Attachment& attachment = reading.staged->attachment;
+        halCore::Vec3 reference;
+        reading.converter->getReferenceLla(reference);
+        if (reading.platform != 0 || (!loaded.fromNowhere && !loaded.reference)) {
+            attachment.take(std::move(reading.converter), reference, reading.platform);
+        } else {
+            if (loaded.fromNowhere && reading.seesReference)
+                warnOfAssumedReference_(reading.fileName, reference);
+            attachment.takeReference(std::move(reading.converter),
+                                     loaded.fromNowhere ? reference : *loaded.reference, !loaded.fromNowhere);
+        }
+        reading.staged->overlay.restoreSource(loaded.source);
+        reading.staged->overlay.setNextNumber(overlay_.reserveNumbers(loaded.shapes.size()));
     }
-    overlay_.setZelId(reading.zel);
-    if (reading.zel && editing_) PIHALVIS::showZELFile(reading.zel, false);
-    for (auto& read : reading.loaded.shapes) {
-        Shape* const shape = read.release();
+    Staged& staged = *reading.staged;
+    constexpr std::size_t units = 40;
+    constexpr std::size_t pointsOfAUnit = 5;
+    while (staged.next < loaded.shapes.size()) {
+        Shape* const shape = reading.loaded.shapes[staged.next++].release();
         const bool shown = shape->shown();
         // Or the host would load it as soon as it is active, and once more when it is shown.
         shape->setShown(false);
         // Beside offsets, places stay places.
         if (!shape->placed().frame()) shape->keepPlaces();
-        overlay_.addShape(shape);
+        staged.overlay.addShape(shape);
         if (!shown) shape->setShown(false);
         if (!editing_) shape->setActive(false);
+        staged.overlay.adoptLast();
+        staged.states.emplace_hint(staged.states.end(), staged.overlay.numberOf(shape), shape->state());
+        if (slice.isOver(units + shape->placed().size() / pointsOfAUnit)) break;
     }
+    return staged.next == loaded.shapes.size();
+}
+
+bool Document::take(Reading reading) {
+    Slice whole;
+    goOn(reading, whole);
+    if (!reading.loaded.error.empty()) return false;
+    Staged& staged = *reading.staged;
+    history_.commit();
+    history_.switchFile(
+        fileState_(),
+        "load " + (reading.fileName.empty() ? "shapes"
+                                            : std::filesystem::path(reading.fileName).filename().string()));
+    // Should memory run out, part of one file is not saved as another.
+    file_.name.clear();
+    file_.known = {};
+    file_.awaited.clear();
+    showPriorZEL_();
+    // The dialog may have been closed, or opened, meanwhile.
+    for (Shape* const shape : staged.overlay.shapes())
+        if (shape->active() != editing_) shape->setActive(editing_);
+    overlay_.exchange(staged.overlay);
+    attachment_.exchange(staged.attachment);
+    history_.exchange(std::move(staged.states));
+    overlay_.setZelId(reading.zel);
+    if (reading.zel && editing_) PIHALVIS::showZELFile(reading.zel, false);
     file_.name = std::move(reading.fileName);
     file_.known = std::move(reading.version);
-    overlay_.adopt(std::move(reading.loaded.source));
     keep_();
     showKeptBlocks_();
+    letGo_(std::move(reading.staged));
+    return true;
+}
+
+void Document::drop(Reading reading) {
+    reading.text.reset();
+    reading.loaded.shapes.clear();
+    if (reading.staged) letGo_(std::move(reading.staged));
+}
+
+void Document::letGo_(std::unique_ptr<Staged> gone) {
+    leaving_ = std::move(gone);
+    onTurn(nullptr, nullptr);
+}
+
+int Document::onTimeout(PIObject*, void*) {
+    timeout_.fired();
+    return onTurn_->Call(nullptr, nullptr);
+}
+
+int Document::onTurn(PIObject*, void*) {
+    if (!leaving_) return 1;
+    Slice slice(kAtLeastAtOnce, kAtOnce);
+    if (!leaving_->overlay.clearSome(slice)) {
+        PICommon::createTimeout(timeout_, kPauseMilliseconds, onTimeout_);
+        if (timeout_.isArmed()) return 1;
+    }
+    leaving_.reset();
+    return 1;
 }
 
 void Document::warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const {
@@ -278,12 +391,16 @@ void Document::warnOfAssumedReference_(const std::string& fileName, const halCor
         << " until the overlay is attached to a platform";
 }
 
+void Document::showPriorZEL_() {
+    void* const zel = overlay_.zelId();
+    if (!zel) return;
+    overlay_.setZelId(nullptr);
+    PIHALVIS::showZELFile(zel, true);
+}
+
 void Document::cleanupPriorZEL_() {
     overlay_.setAttachedPlatformId(0, nullptr, false);
-    if (void* const zel = overlay_.zelId()) {
-        overlay_.setZelId(nullptr);
-        PIHALVIS::showZELFile(zel, true);
-    }
+    showPriorZEL_();
     attachment_.release();
 }
 

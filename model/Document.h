@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/Slice.h"
 #include "model/Attachment.h"
 #include "model/FileState.h"
 #include "model/History.h"
@@ -13,6 +14,7 @@
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
 #include "model/RescueFile.h"
+#include "pi/PICommon.h"
 
 namespace OverlayEditor {
 
@@ -25,6 +27,7 @@ class Document {
     Document(const Preferences& preferences, Overlay& overlay);
     /// Detaches the shapes, and lets the host display the overlay again.
     ~Document() {
+        leaving_.reset();
         editing_ = false;
         showKeptBlocks_();
         cleanupPriorZEL_();
@@ -63,8 +66,29 @@ class Document {
     /// first.
     void setEditing(bool editing);
 
-    /// What a text holds, read and not yet taken into the document.
+    /// An overlay that is made beside the edited one, to take its place or to go.
+    struct Staged {
+        Staged() = default;
+        ~Staged() {
+            Slice whole;
+            overlay.clearSome(whole);
+        }
+        Staged(const Staged&) = delete;
+        Staged& operator=(const Staged&) = delete;
+
+        Overlay overlay;
+        Attachment attachment{overlay};
+        History::States states;
+        /// How many of the shapes that were read are in it.
+        std::size_t next = 0;
+    };
+    /// What a text holds, on its way into the document.
     struct Reading {
+        /// How much of the way is done, from 0 to 1.
+        double part() const;
+
+        /// As long as the text is being read.
+        std::unique_ptr<OverlayReading> text;
         LoadResult loaded;
         std::string fileName;
         /// The host's overlay that the text is of, null for none, and the platform of the scenario that it
@@ -77,16 +101,37 @@ class Document {
         bool seesReference = false;
         /// The file that holds the text; none when it is in no file.
         FileVersion version;
+        /// Whether its file holds something else.
+        bool isElsewhere = false;
+        /// Whether the text was made of a file of another program.
+        bool isForeign = false;
+        std::unique_ptr<Staged> staged;
     };
-    /// Reads a text; what cannot be kept of it is named.
-    /// \return with an error, and a message, when there is nothing in it that can be edited
-    Reading read(std::string text, const std::string& fileName, void* zel = nullptr) const;
-    /// The same with a file, in place of what the host displays of it.
-    Reading readFile(const std::string& fileName) const;
+    /// Begins to read a text, and touches nothing.
+    Reading begin(std::string text, const std::string& fileName, void* zel = nullptr) const;
+    /// The same with a file, in place of what the host displays of it. With an error, and a message, when it
+    /// cannot be read.
+    Reading beginFile(const std::string& fileName) const;
     /// The same with the text that the host has of an overlay.
+    Reading beginOverlay(void* zel) const;
+    /// Reads on, and makes the overlay that the text is. What cannot be kept of the text is named.
+    /// \return whether there is nothing left to do: then it has an error, and a message, when there is
+    ///         nothing in it that can be edited, or can be taken
+    bool goOn(Reading& reading, Slice& slice);
+    /// What has been made is given up.
+    void drop(Reading reading);
+
+    /// Reads a whole text.
+    Reading read(std::string text, const std::string& fileName, void* zel = nullptr) const;
+    Reading readFile(const std::string& fileName) const;
     Reading readOverlay(void* zel) const;
-    /// Gives up the shapes that are held, and takes these. Call rescue() first.
-    void take(Reading reading);
+    /// Gives up the shapes that are held, and takes these; reads what is left to be read. Call rescue()
+    /// first. What is given up goes from the host's view a slice at a time.
+    /// \return false for a reading with an error: then nothing has changed
+    bool take(Reading reading);
+
+    int onTimeout(PIObject* sender, void* data);
+    int onTurn(PIObject* sender, void* data);
 
     /// Whether the shapes are in the file as they are here, and nobody else has written or deleted it.
     bool isSaved() const;
@@ -127,8 +172,14 @@ class Document {
     void overlayRemoved(void* zel);
 
   private:
+    /// Reads the text. \return whether it is read
+    bool readOn_(Reading& reading, Slice& slice) const;
+    /// Makes the overlay. \return whether it is made
+    bool stage_(Reading& reading, Slice& slice);
+    void letGo_(std::unique_ptr<Staged> gone);
     /// Lets go of the host's overlay that was edited: the host displays it again.
     void cleanupPriorZEL_();
+    void showPriorZEL_();
     /// With what the overlay knows of it.
     FileState fileState_() const;
     void takeFile_(FileState file);
@@ -206,6 +257,13 @@ class Document {
     std::string rescueFile_;
     /// The host's overlay of the blocks that no shape stands for, null while there is none.
     void* keptBlocks_ = nullptr;
+    /// What was given up, as far as it has not gone.
+    std::unique_ptr<Staged> leaving_;
+
+    PICommon::Timeout timeout_;
+    CallbackList<Document> callbacks_{this};
+    FunctorTwoParams__* const onTimeout_ = callbacks_.make(&Document::onTimeout, Arrival::AtOnce);
+    FunctorTwoParams__* const onTurn_ = callbacks_.make(&Document::onTurn);
 };
 
 }  // namespace OverlayEditor

@@ -147,6 +147,33 @@ void History::switchFile(FileState before, std::string name) {
     commitLater_();
 }
 
+void History::exchange(States now) {
+    Attachment::State attached = attachment_.state();
+    attached.name =
+        attached.platform == attached_.platform ? attached_.name : Utils::platformName(attached.platform);
+    Step step{.gesture = gesture_,
+              .changes = {},
+              .attachedBefore = std::exchange(attached_, attached),
+              .attachedAfter = attached,
+              .file = std::exchange(fileBefore_, {}),
+              .fileName = std::exchange(switchName_, {}),
+              .selectedBefore = std::exchange(settled_, selected_),
+              .selectedAfter = selected_};
+    step.changes.reserve(states_.size() + now.size());
+    // Numbers are not given twice: the new ones come behind.
+    for (const auto& [number, state] : states_) step.changes.push_back({number, state, nullptr});
+    for (const auto& [number, state] : now) step.changes.push_back({number, nullptr, state});
+    for (const Change& change : step.changes) changed_.insert(changed_.end(), change.shape);
+    states_ = std::move(now);
+    lost_.clear();
+    lostAttached_.reset();
+    touched_.clear();
+    push_(std::move(step));
+    if (listener_) listener_();
+    ++gesture_;
+    commitLater_();
+}
+
 // Steps
 
 bool History::Step::lists() const {

@@ -60,6 +60,12 @@ class History final : private OverlayWatcher {
     /// \param before the state of the one that goes \param name what the step is called
     void switchFile(FileState before, std::string name);
 
+    /// What the shapes of an overlay are, by number.
+    using States = std::map<std::uint64_t, ShapeStatePtr>;
+    /// The overlay has got other shapes in place of all that it had, and that is the step. To be called when
+    /// all else that belongs to it is done.
+    void exchange(States now);
+
     bool canUndo() const { return done_ > 0; }
     bool canRedo() const { return done_ < steps_.size(); }
     /// How many steps can be taken back.
@@ -101,7 +107,6 @@ class History final : private OverlayWatcher {
     /// Has the entry listener called when this entry is over.
     void noteEntry() { commitLater_(); }
     /// What the shapes are by the steps that are done, by number. Up to date after commit().
-    using States = std::map<std::uint64_t, ShapeStatePtr>;
     const States& states() const { return states_; }
     /// The numbers of those that have come, gone or changed since this was asked last.
     std::set<std::uint64_t> takeChanged() { return std::exchange(changed_, {}); }

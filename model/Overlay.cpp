@@ -60,11 +60,12 @@ Shape* Overlay::shapeOf(std::uint64_t number) const {
     return place != places_.end() && place->order == number ? place->shape : nullptr;
 }
 
-std::vector<Shape*> Overlay::shapes() const {
+std::vector<Shape*> Overlay::shapes(std::uint64_t behind) const {
     std::vector<Shape*> shapes;
     shapes.reserve(entries_.size());
-    for (const Place& place : places_)
-        if (place.shape) shapes.push_back(place.shape);
+    for (auto place = std::ranges::upper_bound(places_, behind, {}, &Place::order); place != places_.end();
+         ++place)
+        if (place->shape) shapes.push_back(place->shape);
     return shapes;
 }
 
@@ -142,6 +143,33 @@ void Overlay::clearShapes(bool destroying) {
     for (const std::uint64_t number : numbers) touched_(number);
 }
 
+bool Overlay::clearSome(Slice& slice) {
+    constexpr std::size_t units = 10;
+    while (!entries_.empty()) {
+        Shape* const shape = entries_.begin()->second->shape;
+        removeShape(shape);
+        shape->deleteGui();
+        delete shape;
+        if (slice.isOver(units)) break;
+    }
+    return entries_.empty();
+}
+
+void Overlay::exchange(Overlay& other) {
+    std::swap(places_, other.places_);
+    std::swap(byName_, other.byName_);
+    std::swap(entries_, other.entries_);
+    std::swap(source_, other.source_);
+    std::swap(pointConverter_, other.pointConverter_);
+    std::swap(attachedPlatformId_, other.attachedPlatformId_);
+    std::swap(referenceWritten_, other.referenceWritten_);
+    for (Overlay* const overlay : {this, &other}) {
+        for (const Place& place : overlay->places_)
+            if (place.shape) place.shape->setKeeper(overlay);
+        ++overlay->revision_;
+    }
+}
+
 void Overlay::setShown(bool shown) {
     for (Shape* shape : shapes()) shape->setShown(shown);
 }
@@ -193,6 +221,20 @@ void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
         place.shape->setSource(std::move(own));
     }
     learnBlocks_();
+}
+
+void Overlay::adoptLast() {
+    const Place& place = places_.back();
+    write_(place);
+    if (!place.block) return;
+    ShapeSource own = place.shape->source();
+    own.digest = place.loaded = place.written->digest;
+    place.shape->setSource(std::move(own));
+}
+
+void Overlay::write_(const Place& place) const {
+    place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
+    learnBlock_(place);
 }
 
 void Overlay::learnBlock_(const Place& place) const {
@@ -309,8 +351,7 @@ void Overlay::sumUp_() const {
     for (const Place& place : places_) {
         if (!place.shape) continue;
         if (!place.written) {
-            place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
-            learnBlock_(place);
+            write_(place);
             tellWhatItBecomes_(place);
         }
         const std::uint64_t written = place.written->digest;

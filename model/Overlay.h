@@ -8,8 +8,10 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "common/Slice.h"
 #include "model/Shape.h"
 #include "model/ShapeWriter.h"
 
@@ -43,7 +45,9 @@ class Overlay final : private ShapeKeeper {
     void removeShape(Shape* shape);
     /// The first shape of exactly that name, null when there is none.
     Shape* findShape(const std::string& name) const;
-    std::vector<Shape*> shapes() const;
+    /// In their order.
+    /// \param behind only those with larger numbers
+    std::vector<Shape*> shapes(std::uint64_t behind = 0) const;
     /// Whether the shape is in the overlay; of the pointer only the address is used.
     bool contains(const Shape* shape) const { return entries_.contains(shape); }
     /// A shape's number in the overlay, 0 when it is not there. They follow the order, and none is given
@@ -54,10 +58,20 @@ class Overlay final : private ShapeKeeper {
     /// Takes ownership of a shape that is what it was when it had the number, which is free: it is neither
     /// attached nor displayed anew.
     void insertShape(std::uint64_t number, Shape* shape);
+    /// The next so many numbers are given to nobody here. \return the first of them
+    std::uint64_t reserveNumbers(std::size_t count) { return std::exchange(nextOrder_, nextOrder_ + count); }
+    /// The next shape's number, of an overlay that is made to take another's place.
+    void setNextNumber(std::uint64_t number) { nextOrder_ = number; }
+    /// Shapes, attachment and text become another overlay's, and the other way round. What the host displays
+    /// of the shapes stays; nobody is told.
+    void exchange(Overlay& other);
     /// Who is told of changes, null for nobody. Not owned.
     void setWatcher(OverlayWatcher* watcher) { watcher_ = watcher; }
     /// Deletes every shape; their panels first, unless the overlay itself is going.
     void clearShapes(bool destroying);
+
+    /// The same with some of them. \return whether none is left
+    bool clearSome(Slice& slice);
 
     void setShown(bool shown);
     void setActive(bool active);
@@ -98,6 +112,8 @@ class Overlay final : private ShapeKeeper {
     /// text. \see ShapeSource
     void adopt(std::shared_ptr<const halCore::ZEL::SourceText> source);
     const std::shared_ptr<const halCore::ZEL::SourceText>& source() const { return source_; }
+    /// The same with the shape that was added last, of the text that is the overlay's already.
+    void adoptLast();
 
     /// The same with shapes that have been told of their blocks.
     void restoreSource(std::shared_ptr<const halCore::ZEL::SourceText> source);
@@ -213,6 +229,8 @@ class Overlay final : private ShapeKeeper {
     /// Looks which block of the text is the shape's.
     void learnBlock_(const Place& place) const;
     void learnBlocks_();
+    /// What a shape is written as is known from now on.
+    void write_(const Place& place) const;
     void touchAll_();
     /// Says it when a shape has been changed that stays what it is only until then.
     void tellWhatItBecomes_(const Place& place) const;

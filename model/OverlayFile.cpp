@@ -1,6 +1,8 @@
 #include "model/OverlayFile.h"
 
 #include <algorithm>
+#include <array>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -9,6 +11,7 @@
 #include "format/Parser.h"
 #include "format/ShapeExtras.h"
 #include "format/ShapeFields.h"
+#include "format/TextReading.h"
 #include "model/SerializeToShape.h"
 #include "model/ShapeLabel.h"
 #include "model/ZelToSerializer.h"
@@ -96,42 +99,6 @@ class Counts {
     std::vector<Count> counts_;
 };
 
-/// Keeps the text, and tells each shape its block.
-/// \param read the shapes that were read, of which those are held that have no reason why not
-void takeSource(std::string text, std::vector<ZEL::BlockSpan> spans, const ZEL::Parser::Shapes& read,
-                const std::vector<std::string>& reasons, LoadResult& result) {
-    std::vector<bool> held(spans.size());
-    Counts kept;
-    std::size_t made = 0;
-    std::vector<ShapeSource> sources;
-    for (std::size_t i = 0; i < spans.size(); ++i) {
-        if (spans[i].makesShape && reasons[made].empty()) {
-            held[i] = true;
-            sources.push_back({.text = nullptr,
-                               .block = i,
-                               .digest = 0,
-                               .extras = ZEL::extrasOf(read[made]),
-                               .becomes = becomes(*read[made])});
-        } else if (spans[i].makesShape) {
-            const std::string kind(ZEL::ZelShape::shapeTypeToString(read[made]->shapeType()));
-            kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
-        } else if (spans[i].isEnded) {
-            kept.add("block with errors", "blocks with errors");
-        } else {
-            kept.add("block without \"end\"", "");
-        }
-        if (!held[i]) ++result.keptBlocks;
-        if (spans[i].makesShape) ++made;
-    }
-    result.kept = kept.text();
-    result.source =
-        std::make_shared<const ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
-    for (std::size_t i = 0; i < result.shapes.size(); ++i) {
-        sources[i].text = result.source;
-        result.shapes[i]->setSource(std::move(sources[i]));
-    }
-}
-
 /// Lines with errors, but for those of blocks that are kept as a whole.
 std::size_t faultyLines(const ZEL::ParseReport& report, const ZEL::SourceText& source) {
     std::size_t count = 0;
@@ -154,41 +121,181 @@ bool hasLooseOffsets(std::string_view text) {
     });
 }
 
-LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
-                           PointConverter* converter, unsigned long platformId) {
-    LoadResult result;
-    ZEL::Parser::Shapes read;
+/// One phase after the other, each with its place among what it walks over.
+struct OverlayReading::State {
+    State(std::string read, std::string name, const Preferences& preferences, PointConverter* frame,
+          unsigned long id)
+        : text(std::move(read)),
+          size(text.size()),
+          sourceName(std::move(name)),
+          converter(frame),
+          platformId(id),
+          target(preferences) {
+        report.spans = &spans;
+        parsing.emplace(text, shapes, report);
+    }
+
+    // Each goes on until it is through, or the slice is over. \return whether it is through
+    bool parse(Slice& slice);
+    bool lookAtOffsets(Slice& slice);
+    bool makeShapes(Slice& slice);
+    bool findBlocks(Slice& slice);
+    /// Keeps the text, and tells each shape its block.
+    void finish();
+
+    std::string text;
+    const std::size_t size;
+    const std::string sourceName;
+    PointConverter* const converter;
+    const unsigned long platformId;
+    std::size_t phase = 0;
+    std::size_t next = 0;
+    ZEL::Parser::Shapes shapes;
     ZEL::ParseReport report;
     std::vector<ZEL::BlockSpan> spans;
-    report.spans = &spans;
-    ZEL::Parser().parse(std::string_view(text), read, report);
-    log(report, sourceName);
-    for (const ZEL::ZelShapePtr& shape : read) noteOffsets(*shape, result);
+    std::optional<ZEL::TextReading> parsing;
+    SerializeToShape target;
+    /// Why a shape is not held; empty for one that is.
+    std::vector<std::string> reasons;
+    /// The shapes of the blocks before the next.
+    std::size_t made = 0;
+    std::vector<bool> held;
+    std::vector<ShapeSource> sources;
+    Counts kept;
+    LoadResult result;
+};
 
-    SerializeToShape target(preferences);
+namespace {
+
+// In microseconds, about.
+constexpr std::size_t kBytesOfAUnit = 256;
+constexpr std::size_t kBytesAtOnce = std::size_t{64} << 10;
+constexpr std::size_t kUnitsOfAShape = 4;
+constexpr std::size_t kPointsOfAUnit = 20;
+
+std::size_t unitsOf(const ZEL::ZelShape& shape) {
+    const auto* const points = ZEL::pointsOf(shape);
+    return kUnitsOfAShape + (points ? points->size() / kPointsOfAUnit : 0);
+}
+
+}  // namespace
+
+bool OverlayReading::State::parse(Slice& slice) {
+    while (!parsing->goOn(kBytesAtOnce))
+        if (slice.isOver(kBytesAtOnce / kBytesOfAUnit)) return false;
+    parsing.reset();
+    log(report, sourceName);
+    return true;
+}
+
+bool OverlayReading::State::lookAtOffsets(Slice& slice) {
+    while (next < shapes.size()) {
+        noteOffsets(*shapes[next++], result);
+        if (slice.isOver(1)) return false;
+    }
     // Of the others each names what it counts from, or nothing.
     const bool isPlatform = converter && converter->refPlatformId() != 0;
     target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
-    std::vector<std::string> reasons;
     const bool isEmpty = spans.empty() && report.messages.empty();
-    if (!isEmpty && ZelToSerializer().replay(target, read, platformId, sourceName, &reasons) != 0) {
+    if (shapes.empty() && !isEmpty && ZelToSerializer().replay(target, {}, platformId, sourceName) != 0)
         result.error = "no valid shapes found";
-        return result;
+    return true;
+}
+
+bool OverlayReading::State::makeShapes(Slice& slice) {
+    while (next < shapes.size()) {
+        const ZEL::ZelShapePtr& shape = shapes[next];
+        ZelToSerializer().replay(target, {&shape, 1}, platformId, sourceName, &reasons);
+        if (!reasons[next++].empty()) result.leftOut.push_back(labelOf(*shape));
+        if (slice.isOver(unitsOf(*shape))) return false;
     }
     result.shapes = target.shapes();
-    auto shape = result.shapes.begin();
-    for (std::size_t i = 0; i < read.size(); ++i) {
-        if (!reasons[i].empty()) {
-            result.leftOut.push_back(labelOf(*read[i]));
-            continue;
-        }
+    auto made = result.shapes.begin();
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        if (!reasons[i].empty()) continue;
         bool drawn = true;
-        read[i]->getDrawn(drawn);
-        (*shape++)->setShown(drawn);
+        shapes[i]->getDrawn(drawn);
+        (*made++)->setShown(drawn);
     }
-    takeSource(std::move(text), std::move(spans), read, reasons, result);
+    return true;
+}
+
+bool OverlayReading::State::findBlocks(Slice& slice) {
+    held.resize(spans.size());
+    while (next < spans.size()) {
+        const std::size_t i = next++;
+        if (spans[i].makesShape && reasons[made].empty()) {
+            held[i] = true;
+            sources.push_back({.text = nullptr,
+                               .block = i,
+                               .digest = 0,
+                               .extras = ZEL::extrasOf(shapes[made]),
+                               .becomes = becomes(*shapes[made])});
+        } else if (spans[i].makesShape) {
+            const std::string kind(ZEL::ZelShape::shapeTypeToString(shapes[made]->shapeType()));
+            kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
+        } else if (spans[i].isEnded) {
+            kept.add("block with errors", "blocks with errors");
+        } else {
+            kept.add("block without \"end\"", "");
+        }
+        if (!held[i]) ++result.keptBlocks;
+        if (spans[i].makesShape) ++made;
+        if (slice.isOver(1)) return false;
+    }
+    finish();
+    return true;
+}
+
+void OverlayReading::State::finish() {
+    result.kept = kept.text();
+    result.source =
+        std::make_shared<const ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
+    for (std::size_t i = 0; i < result.shapes.size(); ++i) {
+        sources[i].text = result.source;
+        result.shapes[i]->setSource(std::move(sources[i]));
+    }
     result.faultyLines = faultyLines(report, *result.source);
-    return result;
+}
+
+OverlayReading::OverlayReading(std::string text, std::string sourceName, const Preferences& preferences,
+                               PointConverter* converter, unsigned long platformId)
+    : state_(std::make_unique<State>(std::move(text), std::move(sourceName), preferences, converter,
+                                     platformId)) {}
+
+OverlayReading::~OverlayReading() = default;
+
+bool OverlayReading::goOn(Slice& slice) {
+    static constexpr std::array phases = {&State::parse, &State::lookAtOffsets, &State::makeShapes,
+                                          &State::findBlocks};
+    while (state_->phase < phases.size() && state_->result.error.empty()) {
+        if (!(*state_.*phases[state_->phase])(slice)) return false;
+        ++state_->phase;
+        state_->next = 0;
+    }
+    return true;
+}
+
+double OverlayReading::part() const {
+    const auto of = [](std::size_t done, std::size_t all) {
+        return all != 0 ? static_cast<double>(done) / static_cast<double>(all) : 1.0;
+    };
+    if (state_->phase == 0) return 0.5 * of(state_->parsing ? state_->parsing->done() : 0, state_->size);
+    return 0.5 + 0.5 * (state_->phase == 2  ? of(state_->next, state_->shapes.size())
+                        : state_->phase > 2 ? 1.0
+                                            : 0.0);
+}
+
+LoadResult OverlayReading::take() {
+    return std::move(state_->result);
+}
+
+LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
+                           PointConverter* converter, unsigned long platformId) {
+    OverlayReading reading(std::move(text), sourceName, preferences, converter, platformId);
+    Slice whole;
+    reading.goOn(whole);
+    return reading.take();
 }
 
 }  // namespace OverlayEditor

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/Slice.h"
 #include "format/SourceText.h"
 #include "model/Shape.h"
 
@@ -36,12 +37,32 @@ struct LoadResult {
 /// Whether a text has offsets that count from the platform on which it is shown, as none is named.
 bool hasLooseOffsets(std::string_view text);
 
-/// Reads the text of a file into shapes that are not yet in an overlay.
-/// \param sourceName names the text in messages
-/// \param converter what relative positions count from when they do not say it themselves, and what the
-///        shapes keep; not owned, null for absolute. What names no position stands on its platform, if any,
-///        or among such offsets; else nowhere.
-/// \param platformId what the shapes are attached to
+/// Reads the text of a file into shapes that are not yet in an overlay, a slice at a time.
+class OverlayReading {
+  public:
+    /// \param sourceName names the text in messages
+    /// \param converter what relative positions count from when they do not say it themselves, and what the
+    ///        shapes keep; not owned, null for absolute. What names no position stands on its platform, if
+    ///        any, or among such offsets; else nowhere.
+    /// \param platformId what the shapes are attached to
+    OverlayReading(std::string text, std::string sourceName, const Preferences& preferences,
+                   PointConverter* converter, unsigned long platformId);
+    ~OverlayReading();
+    OverlayReading(const OverlayReading&) = delete;
+    OverlayReading& operator=(const OverlayReading&) = delete;
+
+    /// \return whether all is read: then nothing more is to be called but take()
+    bool goOn(Slice& slice);
+    /// How much is read, from 0 to 1.
+    double part() const;
+    LoadResult take();
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+/// The same at once.
 LoadResult loadOverlayText(std::string text, const std::string& sourceName, const Preferences& preferences,
                            PointConverter* converter, unsigned long platformId);
 

@@ -179,7 +179,7 @@ int ZelToSerializer::load(Serializer& target, std::istream& text, unsigned long 
     return replay(target, shapes, platformId, sourceName);
 }
 
-int ZelToSerializer::replay(Serializer& target, const std::vector<ZEL::ZelShapePtr>& shapes,
+int ZelToSerializer::replay(Serializer& target, std::span<const ZEL::ZelShapePtr> shapes,
                             unsigned long platformId, const std::string& sourceName,
                             std::vector<std::string>* reasons) const {
     if (shapes.empty()) {
@@ -188,7 +188,6 @@ int ZelToSerializer::replay(Serializer& target, const std::vector<ZEL::ZelShapeP
                 << "Could not load " << sourceName << ", no valid shapes found\n";
         return 1;
     }
-    if (reasons) reasons->reserve(reasons->size() + shapes.size());
     for (const auto& shape : shapes) {
         const std::string_view reason = serializeOneZel_(target, *shape, platformId);
         if (reasons) reasons->emplace_back(reason);

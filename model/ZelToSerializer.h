@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,7 @@ class ZelToSerializer {
              const std::string& sourceName) const;
     /// The same with shapes that have been read already.
     /// \param reasons when given, gets for each shape why it was left out; empty for one that was not
-    int replay(Serializer& target, const std::vector<halCore::ZEL::ZelShapePtr>& shapes,
+    int replay(Serializer& target, std::span<const halCore::ZEL::ZelShapePtr> shapes,
                unsigned long platformId, const std::string& sourceName,
                std::vector<std::string>* reasons = nullptr) const;
     /// Why a shape of a file is left out; empty when it is not.

@@ -81,9 +81,8 @@ std::string once(const std::string& file, long allocation) {
     bool taken = false;
     remaining = allocation;
     try {
-        document.take(document.read(other, file));
-        taken = true;
-        saved = document.save(file);
+        taken = document.take(document.read(other, file));
+        saved = taken && document.save(file);
     } catch (const std::bad_alloc&) {
     }
     remaining = -1;
