@@ -15,4 +15,7 @@ inline constexpr std::size_t kLongestShown = 2000;
 /// bytes is cut, not within a character, and ends in "... (N bytes more)"
 std::string printable(std::string_view text, std::size_t most = std::string_view::npos);
 
+/// Whether all of it is UTF-8.
+bool isUtf8(std::string_view text);
+
 }  // namespace UTILS

@@ -1,7 +1,10 @@
 #include "kit/Host.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
+#include "common/Printable.h"
 #include "kit/HostRecords.h"
 
 namespace kit {
@@ -51,6 +54,30 @@ bool isRelease(Service service, void* record) {
         default:
             return false;
     }
+}
+
+/// The first of its texts that is no UTF-8, but for the two bytes that Hands pastes; null for none.
+const std::string* foreignText(void* record) {
+    auto* const base = static_cast<PI_DATA_BASE_CLASS*>(record);
+    std::vector<const std::string*> texts;
+    const auto add = [&](const auto* known) {
+        if (!known) return;
+        texts.push_back(&known->text);
+        if constexpr (requires { known->second; }) texts.push_back(&known->second);
+    };
+    add(dynamic_cast<PI_DATA_POINTER_AND_STRING*>(base));
+    add(dynamic_cast<PI_DATA_POINTER_INT_AND_STRING*>(base));
+    add(dynamic_cast<PI_DATA_POINTER_STRING_AND_STRING*>(base));
+    add(dynamic_cast<PI_DATA_POINTER_STRING_AND_FUNCTION*>(base));
+    if (const auto* const arguments = dynamic_cast<PI_DATA_CATCHALL*>(base))
+        for (const std::string& text : arguments->strings) texts.push_back(&text);
+    const auto found = std::ranges::find_if(texts, [](const std::string* text) {
+        std::string own;
+        std::ranges::copy_if(*text, std::back_inserter(own),
+                             [](char c) { return c != '\xff' && c != '\xfe'; });
+        return !UTILS::isUtf8(own);
+    });
+    return found == texts.end() ? nullptr : *found;
 }
 
 /// Whether the contract allows the service already before StartUp, and still after Close.
@@ -132,14 +159,16 @@ PIServiceResult Host::handle(void* identity, Service service, void* record) {
 }
 
 void Host::judgeCall_(void* identity, Service service, void* record) {
+    const bool due = phase == Phase::Started || ((phase == Phase::Initialised || phase == Phase::Closed) &&
+                                                 isDueAfterInit(service, record));
+    if (!due) throw Misuse(std::string("it is called ") + nameOf(phase));
     const bool isIdentity = service == Service::IdentityOverride;
     void* const wanted = isIdentity ? nullptr : identities_.empty() ? instance_ : identities_.back();
     if (identity != wanted && !lies)
         throw Misuse(isIdentity ? "it is called with an identity"
                                 : "it does not bring the identity that the host has given");
-    const bool due = phase == Phase::Started || ((phase == Phase::Initialised || phase == Phase::Closed) &&
-                                                 isDueAfterInit(service, record));
-    if (!due) throw Misuse(std::string("it is called ") + nameOf(phase));
+    if (!bringsRecord(service) || !record || lies) return;
+    if (const std::string* const text = foreignText(record)) throw Misuse("\"" + *text + "\" is no UTF-8");
 }
 
 PIServiceResult Host::serve_(Service service, void* record) {

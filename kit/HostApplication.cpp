@@ -19,7 +19,7 @@ PIServiceResult Host::serveApplication_(Service service, void* record) {
             return 1;
         }
         case Service::ForceRedraw:
-            if (record) throw Misuse("it has no record");
+            if (record) throw Misuse("it brings a record, and takes none");
             return ++redraws, 1;
         case Service::MouseGrab: {
             using Op = PISelector::MouseGrab;
@@ -78,6 +78,11 @@ PIServiceResult Host::fileDialog_(PI_DATA_CATCHALL& record) {
     using Op = PISelector::FileDialog;
     const Op operation = selector_(record, Op::Directory);
     text_(record, 3);
+    for (std::size_t row = 4; row < record.strings.size(); ++row) {
+        const std::string& filter = record.strings[row];
+        if (const auto tab = filter.find('\t'); tab == std::string::npos || tab + 1 == filter.size())
+            throw Misuse("the filter row \"" + filter + "\" is not a text, a tab, and patterns");
+    }
     if (directory.empty()) return 0;
     const std::string path = operation == Op::Directory ? directory : directory + "/chosen.zel";
     const std::string group = text_(record, 1), key = text_(record, 2);

@@ -1,11 +1,14 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <functional>
 #include <istream>
 #include <iterator>
 #include <ostream>
+#include <sstream>
 #include <utility>
 
+#include "common/NumberText.h"
 #include "kit/HostRecords.h"
 
 namespace kit {
@@ -19,6 +22,46 @@ bool isPlace(double latitude, double longitude, double altitude) {
 /// As much as this host knows of the format.
 bool holdsShape(const std::string& text) {
     return text.find("start") != std::string::npos && text.find("end") != std::string::npos;
+}
+
+/// What is wrong with a screen text's record; empty for nothing. Other lines than those that it needs may be
+/// more of its text.
+std::string faultOfScreenText(const std::string& record) {
+    std::istringstream lines(record);
+    std::string line;
+    if (!std::getline(lines, line) || line != "ScreenText") return "its first line is not \"ScreenText\"";
+    std::map<std::string, std::string> values;
+    while (std::getline(lines, line)) {
+        std::istringstream words(line);
+        std::string key, type;
+        words >> key >> type >> std::ws;
+        std::getline(words, values[key + " " + type]);
+    }
+    const auto isOneOf = [](std::string_view letters) {
+        return [letters](const std::string& value) {
+            return value.size() == 1 && letters.find(value) != std::string_view::npos;
+        };
+    };
+    const auto isNumber = [](const std::string& value) { return UTILS::readNumber(value).has_value(); };
+    const auto isColour = [](const std::string& value) {
+        return value.size() == 10 && value.starts_with("0x") &&
+               value.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string::npos;
+    };
+    const auto isFont = [&](const std::string& value) {
+        const auto blank = value.rfind(' ');
+        return blank != std::string::npos && blank > 0 && isNumber(value.substr(blank + 1));
+    };
+    const std::pair<const char*, std::function<bool(const std::string&)>> needed[] = {
+        {"Enabled FLOAT64", isNumber},     {"Text STRING", [](const std::string&) { return true; }},
+        {"Font STRING", isFont},           {"PosX FLOAT64", isNumber},
+        {"PosY FLOAT64", isNumber},        {"TextColor STRING", isColour},
+        {"HAlign STRING", isOneOf("LCR")}, {"VAlign STRING", isOneOf("TCB")}};
+    for (const auto& [name, isRight] : needed) {
+        const auto found = values.find(name);
+        if (found == values.end()) return std::string("its record has no line \"") + name + "\"";
+        if (!isRight(found->second)) return std::string(name) + " is \"" + found->second + "\"";
+    }
+    return {};
 }
 
 }  // namespace
@@ -89,8 +132,8 @@ PIServiceResult Host::serveScene_(Service service, void* record) {
                 texts_.erase(known_(texts_, pointer_(arguments, 0), "screen text"));
                 return 1;
             }
-            if (!text_(arguments, 0).starts_with("ScreenText"))
-                throw Misuse("its first line is not \"ScreenText\"");
+            if (const std::string wrong = faultOfScreenText(text_(arguments, 0)); !wrong.empty())
+                throw Misuse(wrong);
             arguments.pointers.push_back(newHandle_());
             texts_.insert(arguments.pointers.back());
             return 1;
@@ -174,7 +217,8 @@ PIServiceResult Host::cursor_(PI_DATA_CATCHALL& record) {
     }
     const bool atPixel = operation == Op::LlaAtPixel;
     const std::int64_t x = atPixel ? integer_(record, 1) : 400, y = atPixel ? integer_(record, 2) : 300;
-    integer_(record, atPixel ? 3 : 1);
+    if (const std::int64_t datum = integer_(record, atPixel ? 3 : 1); datum != 1 && datum != 2)
+        throw Misuse("there is no vertical datum " + std::to_string(datum));
     if (x < 5) return 0;
     constexpr double kPixel = 0.0002;
     const double north = kPixel * static_cast<double>(300 - y % 4000),
@@ -296,9 +340,12 @@ void Host::closeFile(void* overlay) {
 void Host::requestMenu(void* overlay) {
     PIHALVIS::ZelMenuData data;
     data.overlays = {overlay};
-    contextItems.clear();
     int menu = 0;
     void* const before = std::exchange(openMenu_, &menu);
+    // Of something else, about which there is nothing to tell.
+    forEach_(contextMenus, "an observer of context menus",
+             [&](auto& observer) { observer.menuRequested("Others", nullptr, &menu); });
+    contextItems.clear();
     forEach_(contextMenus, "an observer of context menus", [&](auto& observer) {
         observer.menuRequested(PIHALVIS::CLICKED_GUI_ZEL_LIST_NAME, &data, &menu);
     });

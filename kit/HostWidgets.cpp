@@ -83,7 +83,10 @@ PIServiceResult Host::serveWidget_(Service service, void* record) {
             auto& option = as_<PI_DATA_POINTER_INT_AND_STRING>(record);
             const auto& items = widget_(option.pointer).items;
             const auto index = static_cast<std::size_t>(option.integer);
-            if (index >= items.size()) return 0;
+            if (index >= items.size()) {
+                if (answer) return 0;  // it may have been refused
+                throw Misuse("the menu has no option " + std::to_string(option.integer));
+            }
             option.text = items[index];
             return 1;
         }
@@ -235,6 +238,8 @@ PIServiceResult Host::looks_(PI_DATA_CATCHALL& record) {
     if (operation == Op::Mark) integer_(record, 1);
     if (operation == Op::Room) integer_(record, 2);
     if (operation == Op::Limits) {
+        if (integer_(record, 1) > integer_(record, 2))
+            throw Misuse("the least of the limits is above the most");
         widget.most = static_cast<double>(integer_(record, 2));
         widget.least = static_cast<double>(integer_(record, 1));
     }

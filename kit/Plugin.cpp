@@ -100,7 +100,13 @@ std::int32_t Plugin::dispatch(Event event) {
 
 bool Plugin::start() {
     const bool wasStarted = isStarted();
-    if (dispatch(Event::StartUp) == 0) return isStarted();
+    PIFunctionParams_t record;
+    record.pointers[PIParameterName_t::CommandLineArguments] =
+        static_cast<PIApp::CommandLineArgumentsProvider*>(&commandLine_);
+    commandLine_.isDue = true;
+    dispatch(static_cast<std::int32_t>(Event::StartUp), &record);
+    commandLine_.isDue = false;
+    if (record.integer(PIParameterName_t::Status) == 0) return isStarted();
     if (!host_ || wasStarted || host_->phase != Phase::Started) return false;
     host_->phase = Phase::Initialised;
     host_->judgeLeftovers("after a StartUp that has failed");

@@ -12,6 +12,21 @@ namespace kit {
 /// comes out is a fault, and so is a result of a dispatch that is not 0. What was begun is ended by the
 /// destructor, in the order that the contract asks for.
 class Plugin {
+    /// Valid during StartUp. Who keeps it is told so, and lives.
+    class CommandLine final : public PIApp::CommandLineArgumentsProvider {
+      public:
+        explicit CommandLine(Findings& findings) : findings_(findings) {}
+        std::vector<std::string> arguments() const override {
+            if (isDue) return {"host", "--verbose"};
+            findings_.fault("the host's command line is asked for after StartUp has returned");
+            return {};
+        }
+        bool isDue = false;
+
+      private:
+        Findings& findings_;
+    };
+
   public:
     using Event = PIClientFunctions_t;
     using Mouse = PIGUI::PIMouseEventType_t;
@@ -66,6 +81,7 @@ class Plugin {
     std::string path_;
     Findings& findings_;
     Situation& situation_;
+    CommandLine commandLine_{findings_};
     void* library_ = nullptr;
     void (*initialise_)(PIServiceTable*, void*) = nullptr;
     std::int32_t (*dispatch_)(std::int32_t, void*, void*, void*, void*, void*) = nullptr;

@@ -8,12 +8,18 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
+#include <locale>
+#include <new>
 #include <set>
+#include <sstream>
 #include <tuple>
 #include <utility>
 
 #include <link.h>
 #include <malloc.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -78,6 +84,13 @@ std::string smallNumbers() {
     return half == 0.0 || same == 0.0 ? "become zero" : "stay";
 }
 
+/// Its flags, its precision, and the buffer that it writes into.
+std::string stateOf(const std::ostream& stream) {
+    std::ostringstream text;
+    text << stream.flags() << ", " << stream.precision() << ", " << static_cast<const void*>(stream.rdbuf());
+    return text.str();
+}
+
 }  // namespace
 
 ProcessState ProcessState::now() {
@@ -99,7 +112,26 @@ ProcessState ProcessState::now() {
     facts["handler of std::terminate"] = std::to_string(handler);
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    facts["mask of new files"] = std::to_string(mask);
+    std::ostringstream octal;
+    octal << std::oct << '0' << mask;
+    facts["mask of new files"] = octal.str();
+    facts["handler of std::set_new_handler"] =
+        std::to_string(reinterpret_cast<std::uintptr_t>(std::get_new_handler()));
+    facts["C++ locale"] = std::locale().name();
+    facts["std::cout"] = stateOf(std::cout);
+    facts["std::cerr"] = stateOf(std::cerr);
+    facts["std::clog"] = stateOf(std::clog);
+    const char* const limits[] = {"CPU",      "FSIZE",  "DATA",    "STACK", "CORE",  "RSS",
+                                  "NPROC",    "NOFILE", "MEMLOCK", "AS",    "LOCKS", "SIGPENDING",
+                                  "MSGQUEUE", "NICE",   "RTPRIO",  "RTTIME"};
+    for (int kind = 0; kind < static_cast<int>(std::size(limits)); ++kind) {
+        rlimit limit{};
+        ::getrlimit(static_cast<__rlimit_resource_t>(kind), &limit);
+        facts[std::string("RLIMIT_") + limits[kind]] = std::to_string(limit.rlim_cur);
+    }
+    char name[17] = {};
+    ::prctl(PR_GET_NAME, name);
+    facts["name of the thread"] = name;
     std::set<std::string> variables;
     for (char** variable = environ; *variable; ++variable) variables.insert(*variable);
     for (const std::string& variable : variables) facts["environment"] += variable + "; ";

@@ -8,8 +8,8 @@
 namespace kit {
 
 /// What belongs to the whole process, and what a plug-in must leave as it was: open files, threads, child
-/// processes, signals and their mask, timers, the handler of std::terminate, locale, directory, mask of new
-/// files, environment, and how numbers are rounded, flushed and trapped.
+/// processes, signals and their mask, timers, the handlers of std::terminate and new, locale, directory, mask
+/// of new files, limits, environment, the standard streams, and how numbers are rounded, flushed and trapped.
 class ProcessState {
   public:
     static ProcessState now();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -165,6 +166,14 @@ void endOrphans() {
     }
 }
 
+/// What users have, and developers often do not: with a comma in numbers, where there is such a locale.
+const char* usersLocale() {
+    for (const char* const name : {"de_DE.UTF-8", "fr_FR.UTF-8"})
+        if (const locale_t locale = ::newlocale(LC_ALL_MASK, name, nullptr))
+            return ::freelocale(locale), name;
+    return "C.UTF-8";
+}
+
 }  // namespace
 
 void heedSignals() {
@@ -279,6 +288,7 @@ int runHere(const Check& check, const Settings& given) {
         std::filesystem::current_path(settings.home);
     }
     ::setenv("HOME", settings.home.c_str(), 1);
+    ::setenv("LC_ALL", usersLocale(), 1);
     Findings findings(isShared ? kFindings : STDOUT_FILENO, situation, !isShared);
     Context context{settings, findings, situation};
     try {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "common/Printable.h"
 #include "kit/checks/Checks.h"
 
 namespace kit {
@@ -59,6 +60,9 @@ void checkTexts(Context& context) {
             if (text.find('\0') != std::string::npos)
                 context.findings.fault("the text of event " + std::to_string(static_cast<int>(event)) +
                                        " holds a zero");
+            if (!UTILS::isUtf8(text))
+                context.findings.fault("the text of event " + std::to_string(static_cast<int>(event)) +
+                                       " is no UTF-8");
             all += text + "\n";
         }
         if (first.empty()) first = all;

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <exception>
 #include <functional>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <thread>
@@ -40,6 +41,15 @@ void* instance = nullptr;
 enum class Stage { New, Started, Closed } stage = Stage::New;
 void *item = nullptr, *dialog = nullptr, *timeout = nullptr;
 int entries = 0;
+const PIApp::CommandLineArgumentsProvider* commandLine = nullptr;
+
+/// Takes whatever was clicked for overlays.
+class Menus final : public PIHALVIS::ContextMenuCallbackV3 {
+    void menuRequested(const std::string&, const PIHALVIS::ContextMenuData* data, void*) override {
+        overlays = static_cast<const PIHALVIS::ZelMenuData*>(data)->overlays.size();
+    }
+    std::size_t overlays = 0;
+} menus;
 
 PIServiceResult handle(Id service, void* record) {
     if (has("throws")) return services->handle(instance, service, record);
@@ -90,12 +100,18 @@ void drop(void*& widget) {
 
 void showDialog() {
     if (!dialog) {
-        dialog =
-            reinterpret_cast<void*>(call<PI_DATA_POINTER_AND_STRING>(Id::CreateDialogBox, nullptr, "Broken"));
+        dialog = reinterpret_cast<void*>(call<PI_DATA_POINTER_AND_STRING>(
+            Id::CreateDialogBox, nullptr, has("latin") ? "Kaputt f\xfcr immer" : "Broken"));
         if (!dialog) return;
         call<PI_DATA_POINTER_INT_AND_FUNCTION>(Id::CreateTextField, dialog, 0, nullptr);
     }
     handle(Id::DialogShow, dialog);
+    if (has("filters")) {
+        PI_DATA_CATCHALL load;
+        load.integers = {0};
+        load.strings = {"Load", "Broken", "File", "", "Texts (*.txt)"};
+        handle(Id::FileDialog, &load);
+    }
     if (has("record")) call<PI_DATA_POINTER_AND_INT>(Id::WindowShow, dialog, 1);
     if (has("thread")) std::thread([] { handle(Id::DialogShow, dialog); }).join();
     if (has("dangling")) {
@@ -104,6 +120,13 @@ void showDialog() {
         dialog = nullptr;
     }
     if (!timeout) armTimeout();
+}
+
+void tellMenus(PISelector::ContextMenu selector) {
+    PI_DATA_CATCHALL record;
+    record.integers = {static_cast<std::int64_t>(selector)};
+    record.pointers = {static_cast<PIHALVIS::ContextMenuCallbackV3*>(&menus)};
+    handle(Id::ContextMenu, &record);
 }
 
 void close() {
@@ -120,12 +143,14 @@ void close() {
     timeout = nullptr;
     drop(dialog);
     drop(item);
+    if (has("assumes")) tellMenus(PISelector::ContextMenu::Remove);
     stage = Stage::Closed;
 }
 
 void startUp() {
     if (stage != Stage::New) return;
     stage = Stage::Started;
+    if (has("assumes")) tellMenus(PISelector::ContextMenu::Register);
     if (has("forgetful")) new char[200]();
     if (has("astray") && chdir("/proc") != 0) return;
     if (has("breeds") && fork() == 0) std::this_thread::sleep_for(std::chrono::hours(1));
@@ -133,6 +158,7 @@ void startUp() {
     if (has("brings")) dlopen("libutil.so.1", RTLD_NOW);
     if (has("alarms")) alarm(3600);
     if (has("traps")) feenableexcept(FE_DIVBYZERO);
+    if (has("prints")) std::cout << std::hex;
     if (has("terminates")) std::set_terminate([] { std::abort(); });
     sigset_t signals;
     sigemptyset(&signals);
@@ -141,7 +167,7 @@ void startUp() {
 #ifdef __SSE__
     if (has("flushes")) _mm_setcsr(_mm_getcsr() | 0x8040);
 #endif
-    if (has("foreign-locale")) std::setlocale(LC_ALL, "C.UTF-8");
+    if (has("foreign-locale")) std::setlocale(LC_ALL, "");
     item = reinterpret_cast<void*>(call<PI_DATA_POINTER_STRING_AND_FUNCTION>(
         Id::CreateMenuItem, nullptr, "Broken...", callback(showDialog)));
 }
@@ -169,6 +195,10 @@ HPI_EXPORT std::int32_t HPI_PluginDispatchFunction(std::int32_t number, PIFuncti
         if (record) record->integers[Slot::Status] = closed ? kStatusClosed : status;
     };
     ++entries;
+    const auto* const arguments = record ? record->pointer(Slot::CommandLineArguments) : nullptr;
+    if (event == Event::StartUp && arguments)
+        commandLine = static_cast<const PIApp::CommandLineArgumentsProvider*>(arguments);
+    if (event == Event::PreDrawOnRefresh && has("nosy") && commandLine) commandLine->arguments();
     if (event == Event::StartUp) startUp();
     if (event == Event::Close) close();
     --entries;

@@ -33,6 +33,10 @@ dangling use service 154: the handle is of no widget
 record use service 143: its record is a PI_DATA_POINTER_AND_INT, not a PI_DATA_POINTER_AND_BOOL
 thread use service 115 is called on another thread
 late use is called after Close
+latin use service 114: .* is no UTF-8
+filters use service 163: the filter row .* is not a text, a tab, and patterns
+nosy use command line is asked for after StartUp has returned
+assumes use signal 11 .*in an observer of context menus
 unclosed orders left in the host after a clean-up without a Close
 trusting refused-once signal 6 .*service call
 throws throwing-once an exception comes out of .*deliberate
@@ -44,6 +48,7 @@ astray loading the process is not as it was: working directory
 breeds loading the process is not as it was: child processes
 alarms loading the process is not as it was: timers: "interval timer 0
 traps loading the process is not as it was: exceptions of numbers that are caught
+prints loading the process is not as it was: std::cout
 terminates loading the process is not as it was: handler of std::terminate
 blocks loading the process is not as it was: blocked signals: "10;
 flushes loading the process is not as it was: small numbers: "become zero", before "stay"
