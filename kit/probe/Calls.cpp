@@ -12,6 +12,7 @@ PIServiceTable* services = nullptr;
 void* instance = nullptr;
 std::string fault;
 bool isOpen = false;
+std::function<void(Id)> onCall;
 
 namespace {
 
@@ -44,6 +45,7 @@ bool takeOff(std::vector<Value>& all, const std::vector<Value>& arguments) {
 
 PIServiceResult call(Id service, void* record) {
     fault.clear();
+    if (onCall) onCall(service);
     try {
         return services ? services->handle(instance, service, record) : 0;
     } catch (const std::exception& error) {

@@ -22,6 +22,9 @@ extern void* instance;
 /// the arguments. Empty for nothing.
 extern std::string fault;
 
+/// Told of each call before it is made; empty for nobody.
+extern std::function<void(Id service)> onCall;
+
 /// No exception goes further. 0 when one came.
 PIServiceResult call(Id service, void* record);
 template <typename Record, typename... Arguments>

@@ -73,6 +73,9 @@ void tryMenu(Trial& trial, void* dialog) {
     };
     if (trial.serves(Id::OptionMenuAppendOption, "adds an option", add(0, "One") != 0)) {
         add(1, "Three");
+        if (const std::string first = textOf(0), second = textOf(1); !first.empty())
+            trial.expect(Id::OptionMenuGetOptionText, "each option is read by its index",
+                         first == "One" && second == "Three", first + " " + second);
         add(99, "Four");
         add(1, "Two");
         if (trial.serves(Id::OptionMenuGetOptionText, "reads an option", !textOf(0).empty())) {
@@ -81,10 +84,12 @@ void tryMenu(Trial& trial, void* dialog) {
             trial.expect(Id::OptionMenuAppendOption,
                          "an index behind the last appends, another one inserts there",
                          all == "One Two Three Four ", all);
+            trial.expect(Id::OptionMenuGetOptionText, "there is no option behind the last", textOf(4).empty(),
+                         textOf(4));
         }
         if (trial.serves(Id::WindowSetInt, "chooses an option", set(menu, 1) != 0)) {
             reads(trial, menu, Value::Integer, "its value is the chosen index", 1);
-            trial.refuses(Id::WindowSetInt, "an option that is not there", set(menu, 9));
+            trial.refuses(Id::WindowSetInt, "an option that is not there", set(menu, 4));
             if (call<PI_DATA_POINTER_AND_STRING>(Id::WindowSetString, menu, "Three"))
                 reads(trial, menu, Value::Integer, "an option that was chosen by its text is", 2);
             if (set(menu, -1)) reads(trial, menu, Value::Integer, "none is chosen after -1", -1);

@@ -21,7 +21,10 @@ void takeEvent(const PIFunctionParams_t& record) {
     const auto code = static_cast<PIApplicationEvents_t>(record.integer(Slot::EventCode));
     const auto* const id = static_cast<const std::uint64_t*>(record.pointer(Slot::EventData));
     if (!id) return;
-    if (code == PIApplicationEvents_t::EntityRemoved) probe::seen.removed.push_back(*id);
+    if (code == PIApplicationEvents_t::EntityRemoved) {
+        probe::seen.removed.push_back(*id);
+        if (probe::seen.onRemoved) probe::seen.onRemoved();
+    }
     if (code != PIApplicationEvents_t::PlatformAdded) return;
     probe::seen.added.push_back(*id);
     if (probe::seen.onAdded) probe::seen.onAdded();

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "kit/probe/Trials.h"
 
 namespace probe {
@@ -17,20 +19,22 @@ PIServiceResult setText(void* widget, const char* text) {
 void tryNumbers(Trial& trial, void* field) {
     const auto reads = [&](const char* expectation, double number) {
         const Answer real = valueOf(Value::Real, field);
-        trial.expect(Id::WidgetValue, expectation, real.doubles == std::vector<double>{number}, real);
+        trial.expect(Id::WidgetValue, expectation,
+                     real.doubles.size() == 1 && std::abs(real.doubles[0] - number) < 1e-9, real);
     };
-    setText(field, "21.5");
+    // In a coordinate each digit counts.
+    setText(field, "21.123456789");
     if (!trial.serves(Id::WidgetValue, "reads a text field as a number",
                       !valueOf(Value::Real, field).isRefused()))
         return;
-    reads("it is that of its text", 21.5);
+    reads("it is that of its text", 21.123456789);
     setText(field, "no number");
     reads("a text that is no number reads as 0", 0.0);
     setText(field, "12 apples");
     reads("a text that only begins as a number reads as 0", 0.0);
-    const auto set = call<PI_DATA_POINTER_AND_DOUBLE>(Id::WindowSetDouble, field, -2.25);
+    const auto set = call<PI_DATA_POINTER_AND_DOUBLE>(Id::WindowSetDouble, field, -2.123456789);
     if (trial.serves(Id::WindowSetDouble, "sets a number", set != 0))
-        reads("the number is the one that was set", -2.25);
+        reads("the number is the one that was set", -2.123456789);
 }
 
 }  // namespace

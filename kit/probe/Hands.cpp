@@ -14,6 +14,8 @@ namespace {
 using Mouse = PIGUI::PIMouseEventType_t;
 
 /// Whether the sender is the wrapper, where the host has bound it.
+constexpr const char* kNoRelease = "a press came, and no release";
+
 bool isFrom(const PIObject* sender, const int& wrapper) {
     return !wrapper || sender == reinterpret_cast<const PIObject*>(&wrapper);
 }
@@ -113,12 +115,19 @@ Window::~Window() {
     // A host need not draw; that it draws without a frame is its own affair.
     if (asksFrame_) report_.decide(frameEntry_, Verdict::LeftOut);
     const bool hasRun = hand_ != Hand::None;
+    if (isHeld_()) report_.decide(entryOf_(hand_), Verdict::Wrong, kNoRelease);
     forget_();
     report_.end();
     if (hasRun) write_();
+    bool areThere = true;
     std::ranges::reverse(widgets_);
-    for (void* const widget : widgets_) destroyWidget(widget);
+    for (void* const widget : widgets_) areThere &= destroyWidget(widget);
     destroyWidget(item_);
+    // The person, too, only hides it. A host that binds nothing destroys nothing.
+    if (dialogWrapper_)
+        Trial(report_).expect(Id::BindWidget, "the window and all in it is there until the probe destroys it",
+                              areThere);
+    if (hasRun) write_();
 }
 
 PIServiceResult Window::observeClosing_() {
@@ -152,10 +161,13 @@ bool Window::prepare_(Hand hand) {
         case Hand::Option:
             return menu_;
         case Hand::Row: {
+            if (!list_) return false;
             auto* const chosen = callback([this](PIObject* sender, void*) { rowChosen_(sender); });
-            return list_ &&
-                   ask(Id::WidgetLooks, PISelector::WidgetLooks::Chosen, {.pointers = {list_, chosen}})
-                       .result;
+            auto* const selected = callback([this](PIObject*, void*) { hasSelected_ = true; });
+            ask(Id::ListItems, PISelector::ListItems::DeselectAll, {.pointers = {list_}});
+            hasSelected_ = !call<PI_DATA_POINTER_AND_FUNCTION>(Id::WindowMapFunction, list_, selected);
+            return ask(Id::WidgetLooks, PISelector::WidgetLooks::Chosen, {.pointers = {list_, chosen}})
+                .result;
         }
         case Hand::Action: {
             using Op = PISelector::Action;
@@ -174,9 +186,8 @@ bool Window::prepare_(Hand hand) {
 
 void Window::askFor_(Hand hand) {
     const auto next = [](Hand each) { return static_cast<Hand>(static_cast<int>(each) + 1); };
-    const auto entryOf = [this](Hand each) { return firstHand_ + static_cast<std::size_t>(each) - 1; };
     for (; hand != Hand::Done && !prepare_(hand); hand = next(hand))
-        report_.decide(entryOf(hand), Verdict::LeftOut);
+        report_.decide(entryOf_(hand), Verdict::LeftOut);
     hand_ = hand;
     clicks_.clear();
     if (hand == Hand::Done) {
@@ -191,16 +202,17 @@ void Window::askFor_(Hand hand) {
 void Window::skip_() {
     if (hand_ == Hand::None || hand_ == Hand::Done) return;
     // Whoever clicks, and goes on by this button, has seen nothing come of it.
-    const bool clicked = std::ranges::any_of(
+    decide_(hand_, isHeld_() ? Verdict::Wrong : Verdict::Skipped, isHeld_() ? kNoRelease : "");
+}
+
+bool Window::isHeld_() const {
+    return std::ranges::any_of(
         clicks_, [](Mouse each) { return each == Mouse::LeftPress || each == Mouse::RightPress; });
-    decide_(hand_, clicked ? Verdict::Wrong : Verdict::Skipped,
-            clicked ? "a press came, and no release" : "");
 }
 
 void Window::decide_(Hand hand, Verdict verdict, const std::string& answer) {
     if (hand != hand_) return;
-    report_.decide(firstHand_ + static_cast<std::size_t>(hand) - 1, verdict,
-                   verdict == Verdict::Holds ? "" : answer);
+    report_.decide(entryOf_(hand), verdict, verdict == Verdict::Holds ? "" : answer);
     askFor_(static_cast<Hand>(static_cast<int>(hand) + 1));
 }
 
@@ -249,7 +261,11 @@ void Window::typed_(PIObject* sender, void* data) {
     if (!isFrom(sender, fieldWrapper_) || data)
         return decide_(Hand::Text, Verdict::Wrong, data ? "there is data" : "the sender is not its wrapper");
     const Answer text = ask(Id::WidgetValue, PISelector::WidgetValue::Text, {.pointers = {field_}});
-    decide_(Hand::Text, text.strings == std::vector<std::string>{"42"}, text);
+    const bool isTyped = text.strings == std::vector<std::string>{"42"};
+    // When Enter was pressed, and once more when the field is left, or twice at once.
+    if (hand_ > Hand::Text && isTyped && report_.verdictOf(entryOf_(Hand::Text)) == Verdict::Holds)
+        return report_.decide(entryOf_(Hand::Text), Verdict::Wrong, "it is called again without a change");
+    decide_(Hand::Text, isTyped, text);
 }
 
 void Window::chosen_(void* data) {
@@ -261,6 +277,9 @@ void Window::chosen_(void* data) {
 void Window::rowChosen_(PIObject* sender) {
     if (!isFrom(sender, listWrapper_))
         return decide_(Hand::Row, Verdict::Wrong, "the sender is not its wrapper");
+    if (!hasSelected_)
+        return decide_(Hand::Row, Verdict::Wrong,
+                       "the callback of 146 has not told that the row is selected");
     const Answer index = ask(Id::ListItems, PISelector::ListItems::Selected, {.pointers = {list_}});
     decide_(Hand::Row, index.integers == std::vector<std::int64_t>{1}, index);
 }

@@ -18,9 +18,13 @@ using Lists = PISelector::OverlayLists;
 
 class Observer final : public PIHALVIS::ZELEventObserver {
   public:
-    void addedZEL(void* overlay) override { added.push_back(overlay); }
+    void addedZEL(void* overlay) override {
+        added.push_back(overlay);
+        named.push_back(ask(Id::OverlayFiles, Files::FileName, {.pointers = {overlay}}).strings);
+    }
     void removedZEL(void* overlay) override { removed.push_back(overlay); }
     std::vector<void*> added, removed;
+    std::vector<std::vector<std::string>> named;  ///< the file of what was added, as the host tells it then
 };
 
 Answer does(Files operation, void* overlay) {
@@ -87,9 +91,13 @@ void tryFiles(Trial& trial, const Observer* observer, const std::string& path) {
         trial.expect(Id::OverlayFiles, "observers hear of it before the call returns",
                      std::ranges::count(observer->added, overlay) == 1);
     const Answer name = does(Files::FileName, overlay);
-    if (trial.serves(Id::OverlayFiles, "tells an overlay's file", !name.isRefused()))
+    if (trial.serves(Id::OverlayFiles, "tells an overlay's file", !name.isRefused())) {
+        if (observer)
+            trial.expect(Id::OverlayFiles, "it tells it already when observers hear of it",
+                         std::ranges::count(observer->named, name.strings) != 0);
         trial.expect(Id::OverlayFiles, "it is the one that was loaded",
                      name.strings == std::vector<std::string>{path}, name);
+    }
     const Answer found = ask(Id::OverlayFiles, Files::FindByFileName, {.strings = {path}});
     if (trial.serves(Id::OverlayFiles, "finds an overlay by its file", !found.isRefused()))
         trial.expect(Id::OverlayFiles, "it is the one that was loaded", found.handle() == overlay, found);

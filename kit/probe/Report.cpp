@@ -35,7 +35,7 @@ std::string Report::summary() const {
            part(Verdict::Skipped, "skipped");
 }
 
-std::string Report::text() const {
+std::string Report::text(int underWay) const {
     const char* const names[] = {"holds    ", "left out ", "WRONG    ", "waits    ", "skipped  "};
     std::string text;
     std::set<int> leftOut;
@@ -47,6 +47,9 @@ std::string Report::text() const {
         text.append(entry.expectation).append(answer.empty() ? "" : ": " + answer).append("\n");
         if (entry.verdict == Verdict::LeftOut && entry.service) leftOut.insert(entry.service);
     }
+    if (underWay)
+        return text + names[static_cast<int>(Verdict::Wrong)] + std::to_string(underWay) +
+               " the call returns: it has not, and the report ends here\n";
     if (!leftOut.empty()) {
         text.append("This host leaves out something of");
         for (const int service : leftOut) text.append(" ").append(std::to_string(service));

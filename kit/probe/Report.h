@@ -32,7 +32,8 @@ class Report {
     std::string summary() const;
     /// A line for each: verdict, service, expectation, answer; then the numbers that are left out; then the
     /// summary.
-    std::string text() const;
+    /// \param underWay the number of a service whose call has not returned yet; 0 for none
+    std::string text(int underWay = 0) const;
 
   private:
     struct Entry {

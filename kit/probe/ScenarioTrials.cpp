@@ -9,7 +9,7 @@ Seen seen;
 
 namespace {
 
-constexpr double kLatitude = 0.2, kLongitude = -0.3, kAltitude = 1500.0;
+constexpr double kLatitude = 0.2, kLongitude = -0.3, kAltitude = 1500.0, kHeading = 0.5;
 
 PIData::CreatePlatformRequest requestAt(double latitude, double longitude) {
     PIData::CreatePlatformRequest request;
@@ -17,6 +17,7 @@ PIData::CreatePlatformRequest requestAt(double latitude, double longitude) {
     request.point.latRad = latitude;
     request.point.lonRad = longitude;
     request.point.altMeters = kAltitude;
+    request.point.headingRad = kHeading;
     return request;
 }
 Answer create(PIData::CreatePlatformRequest request) {
@@ -24,6 +25,12 @@ Answer create(PIData::CreatePlatformRequest request) {
 }
 PIServiceResult remove(std::int64_t id) {
     return ask(Id::RemoveEntity, {.integers = {id}}).result;
+}
+std::optional<PIData::PIPlatformHeader> headerOf(std::int64_t id) {
+    PIData::HeaderRequest request;
+    request.id = static_cast<std::uint64_t>(id);
+    if (!call<PI_DATA_STRUCT>(Id::GetHeader, static_cast<void*>(&request))) return std::nullopt;
+    return request.header;
 }
 bool isListed(std::int64_t id) {
     const Answer list = ask(Id::GetPlatformList, Arguments{});
@@ -54,6 +61,8 @@ void tryLine(Trial& trial, std::int64_t from) {
     using Op = PISelector::AnimatedLine;
     const auto to = createPlatform(kLatitude, kLongitude + 0.01);
     if (!to) return;
+    trial.expect(Id::CreateEntity, "another one has another id", *to != from, std::to_string(*to));
+    if (*to == from) return;
     const auto draw = [&](std::int64_t other) {
         return ask(Id::AnimatedLine, Op::Create, {.integers = {from, other, 0xff0000ff}});
     };
@@ -70,15 +79,16 @@ void tryLine(Trial& trial, std::int64_t from) {
 
 /// What the host tells of the platform that was made.
 void tryData(Trial& trial, std::int64_t id, double time) {
-    PIData::HeaderRequest header;
-    header.id = static_cast<std::uint64_t>(id);
     const PIData::CreatePlatformRequest given = requestAt(kLatitude, kLongitude);
-    if (trial.serves(Id::GetHeader, "tells a platform's header",
-                     call<PI_DATA_STRUCT>(Id::GetHeader, static_cast<void*>(&header)) != 0))
-        trial.expect(Id::GetHeader, "it has the name that was given", header.header.name == given.header.name,
-                     header.header.name);
+    const auto header = headerOf(id);
+    if (trial.serves(Id::GetHeader, "tells a platform's header", header.has_value())) {
+        trial.expect(Id::GetHeader, "it has the name that was given", header->name == given.header.name,
+                     header->name);
+        trial.expect(Id::GetHeader, "it has its id", header->id == static_cast<std::uint64_t>(id),
+                     std::to_string(header->id));
+    }
     PIData::DataPointRequest request;
-    request.id = header.id;
+    request.id = static_cast<std::uint64_t>(id);
     request.timeSeconds = time;
     if (!trial.serves(Id::GetDataPoint, "tells where a platform is",
                       call<PI_DATA_STRUCT>(Id::GetDataPoint, static_cast<void*>(&request)) != 0))
@@ -89,6 +99,10 @@ void tryData(Trial& trial, std::int64_t id, double time) {
                      std::abs(point.altMeters - kAltitude) < 1e-3,
                  std::to_string(point.latRad) + " " + std::to_string(point.lonRad) + " " +
                      std::to_string(point.altMeters));
+    trial.expect(Id::GetDataPoint, "it has the heading that was given",
+                 std::abs(point.headingRad - kHeading) < 1e-9, std::to_string(point.headingRad));
+    trial.expect(Id::GetDataPoint, "it is of the time that was asked for",
+                 std::abs(point.timeSeconds - time) < 1e-3, std::to_string(point.timeSeconds));
 }
 
 /// PlatformAdded may come from inside the call, or later.
@@ -134,17 +148,19 @@ void tryScenario(Trial& trial) {
     tryData(trial, id, time);
     tryLine(trial, id);
     seen.removed.clear();
-    if (!trial.serves(Id::RemoveEntity, "removes a platform", remove(id) != 0)) return;
+    bool wasThere = false;
+    seen.onRemoved = [&] { wasThere |= headerOf(id).has_value(); };
+    const bool removed = remove(id) != 0;
+    seen.onRemoved = {};
+    if (!trial.serves(Id::RemoveEntity, "removes a platform", removed)) return;
     trial.expect(Id::RemoveEntity, "EntityRemoved comes from inside the call",
                  seen.removed == std::vector{static_cast<std::uint64_t>(id)},
                  std::to_string(seen.removed.size()) + " times");
+    trial.expect(Id::RemoveEntity, "the platform that EntityRemoved tells of is gone then", !wasThere);
     trial.refuses(Id::RemoveEntity, "a platform that is gone", remove(id));
-    PIData::HeaderRequest header;
-    header.id = static_cast<std::uint64_t>(id);
-    trial.refuses(Id::GetHeader, "the header of one that is gone",
-                  call<PI_DATA_STRUCT>(Id::GetHeader, static_cast<void*>(&header)));
+    trial.refuses(Id::GetHeader, "the header of one that is gone", headerOf(id).has_value());
     PIData::DataPointRequest request;
-    request.id = header.id;
+    request.id = static_cast<std::uint64_t>(id);
     request.timeSeconds = time;
     trial.refuses(Id::GetDataPoint, "the place of one that is gone",
                   call<PI_DATA_STRUCT>(Id::GetDataPoint, static_cast<void*>(&request)));

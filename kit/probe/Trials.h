@@ -51,7 +51,10 @@ void cancelTimeout();
 void tryScenario(Trial& trial);
 /// \param path of an overlay file that is written, and removed again
 void tryOverlays(Trial& trial, const std::string& path);
-void tryView(Trial& trial);
+/// \return whether the view is left straight above a place, of which tryMiddle can tell
+bool tryView(Trial& trial);
+/// \param width, height of the view
+void tryMiddle(Trial& trial, int width, int height);
 
 /// An overlay file with two shapes, which a host may write in its own way.
 extern const char* const kOverlay;
@@ -68,7 +71,7 @@ inline void* made(PIServiceResult handle) {
 struct Seen {
     std::vector<std::uint64_t> removed;  ///< by EntityRemoved
     std::vector<std::uint64_t> added;    ///< by PlatformAdded
-    std::function<void()> onAdded = {};
+    std::function<void()> onAdded = {}, onRemoved = {};
 };
 extern Seen seen;
 

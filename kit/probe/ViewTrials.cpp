@@ -59,6 +59,12 @@ bool tryCamera(Trial& trial) {
     return true;
 }
 
+/// 0 is none; a host that lists no platforms cannot be asked.
+bool isPlatform(std::int64_t id) {
+    const Answer list = ask(Id::GetPlatformList, Arguments{});
+    return id == 0 || list.isRefused() || std::ranges::find(list.integers, id) != list.integers.end();
+}
+
 /// \param above whether the view is known to be from straight above, with the north up
 void tryCursor(Trial& trial, bool above) {
     using Op = PISelector::Cursor;
@@ -87,7 +93,8 @@ void tryCursor(Trial& trial, bool above) {
     trial.expect(Id::Cursor, "a pixel beside the earth has no place", beside.isRefused(), beside);
     const Answer platform = ask(Id::Cursor, Op::PlatformAtCursor);
     if (trial.serves(Id::Cursor, "tells the platform at the cursor", !platform.isRefused()))
-        trial.expect(Id::Cursor, "that is one integer", platform.integers.size() == 1, platform);
+        trial.expect(Id::Cursor, "that is one integer, 0 or the id of a platform",
+                     platform.integers.size() == 1 && isPlatform(platform.integers[0]), platform);
 }
 
 void tryScreenText(Trial& trial) {
@@ -125,11 +132,21 @@ void tryContextMenus(Trial& trial) {
 
 }  // namespace
 
-void tryView(Trial& trial) {
+bool tryView(Trial& trial) {
     const bool above = tryCamera(trial);
     tryCursor(trial, above);
     tryScreenText(trial);
     tryContextMenus(trial);
+    return above;
+}
+
+void tryMiddle(Trial& trial, int width, int height) {
+    const Answer middle =
+        ask(Id::Cursor, PISelector::Cursor::LlaAtPixel, {.integers = {width / 2, height / 2, kEllipsoid}});
+    // Far more than the pixel beside, far less than what is seen.
+    constexpr double kWithin = 0.02;
+    trial.expect(Id::Cursor, "the middle of the view, in the frame's pixels, is the place that is looked at",
+                 isNear(middle.doubles, 0.0, 0.0, 0.0, kWithin), middle);
 }
 
 }  // namespace probe

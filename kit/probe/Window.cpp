@@ -52,13 +52,12 @@ void Window::build_() {
     observeClosing_();
     status_ = keep_(call<PI_DATA_POINTER_AND_STRING>(
         Id::CreateLabel, dialog_, "\"Run\" tries every service, then asks for a few things."));
-    const auto button = [&](const char* caption, void (Window::*press)()) {
-        keep_(call<Labelled>(Id::CreateButton, dialog_, caption,
-                             callback([this, press](PIObject*, void*) { (this->*press)(); })));
+    const auto button = [&](const char* caption, Function press) {
+        return keep_(call<Labelled>(Id::CreateButton, dialog_, caption, callback(std::move(press))));
     };
-    button("Run", &Window::run_);
-    button("Skip", &Window::skip_);
-    button("File...", &Window::openFile_);
+    bind(button("Run", [this](PIObject* sender, void*) { run_(sender); }), buttonWrapper_);
+    button("Skip", [this](PIObject*, void*) { skip_(); });
+    button("File...", [this](PIObject*, void*) { openFile_(); });
     const auto label = [&](const char* caption) {
         keep_(call<PI_DATA_POINTER_AND_STRING>(Id::CreateLabel, dialog_, caption));
     };
@@ -79,10 +78,22 @@ void Window::build_() {
     }
 }
 
-void Window::run_() {
+void Window::run_(PIObject* sender) {
     forget_();
     report_ = Report();
+    // Of a host that ends meanwhile, too, there is a report.
+    std::ofstream file(reportFile());
+    onCall = [this, &file, written = std::size_t{0}](Id service) mutable {
+        std::string text = report_.text(static_cast<int>(service));
+        written = std::max(written, text.size());
+        text.resize(written, ' ');
+        file.seekp(0);
+        file << text << std::flush;
+    };
     Trial trial(report_);
+    if (buttonWrapper_)
+        trial.expect(Id::CreateButton, "the callback of \"Run\" has its wrapper as sender",
+                     sender == asWrapper(buttonWrapper_));
     trial.serves(Id::DialogRegisterCloseObserver, "takes an observer of a dialog's closing",
                  observeClosing_() != 0);
     tryWidgets(trial, dialog_);
@@ -92,11 +103,13 @@ void Window::run_() {
     tryApplication(trial, dialog_, item_);
     tryScenario(trial);
     tryOverlays(trial, overlayFile());
-    tryView(trial);
+    looksDown_ = tryView(trial);
     if (trial.serves(Id::ForceRedraw, "is asked for a frame", call(Id::ForceRedraw, nullptr) != 0)) {
         frameEntry_ = report_.add(0, "the frame comes, with the view's size", Verdict::Waits);
         asksFrame_ = true;
     }
+    onCall = {};
+    file.close();
     addSteps_();
     askFor_(Hand::LeftClick);
 }
@@ -106,6 +119,8 @@ void Window::frame(int width, int height) {
     const bool right = width > 0 && height > 0;
     report_.decide(frameEntry_, right ? Verdict::Holds : Verdict::Wrong,
                    right ? "" : std::to_string(width).append(" x ").append(std::to_string(height)));
+    Trial trial(report_);
+    if (right && looksDown_) tryMiddle(trial, width, height);
 }
 
 void Window::say_(const std::string& text) {

@@ -51,7 +51,7 @@ class Window {
     PIServiceResult observeClosing_();
     /// What waits for the report that there is, and what the steps have made.
     void forget_();
-    void run_();
+    void run_(PIObject* sender);
     void say_(const std::string& text);
     bool write_();
 
@@ -61,6 +61,9 @@ class Window {
     void askFor_(Hand hand);
     /// The person does not want to.
     void skip_();
+    std::size_t entryOf_(Hand hand) const { return firstHand_ + static_cast<std::size_t>(hand) - 1; }
+    /// Whether a button was pressed in the view, which was not released.
+    bool isHeld_() const;
     /// Makes what the step needs. \return whether it can be asked for in this host
     bool prepare_(Hand hand);
     void decide_(Hand hand, Verdict verdict, const std::string& answer = {});
@@ -77,6 +80,8 @@ class Window {
     Hand hand_ = Hand::None;
     std::size_t firstHand_ = 0, frameEntry_ = 0;  // in the report
     bool asksFrame_ = false;
+    bool looksDown_ = false;                         // from straight above a place
+    bool hasSelected_ = false;                       // the person has selected a row, as the host says
     std::vector<PIGUI::PIMouseEventType_t> clicks_;  // since the person was asked
     std::unique_ptr<Closing> closing_;
     std::unique_ptr<Menus> menus_;
@@ -84,7 +89,7 @@ class Window {
     void *item_ = nullptr, *dialog_ = nullptr, *status_ = nullptr, *field_ = nullptr, *menu_ = nullptr,
          *list_ = nullptr;
     void* action_ = nullptr;
-    int fieldWrapper_ = 0, dialogWrapper_ = 0,
+    int fieldWrapper_ = 0, dialogWrapper_ = 0, buttonWrapper_ = 0,
         listWrapper_ = 0;  // whose addresses the host gets as wrappers; 1 when it has
 };
 

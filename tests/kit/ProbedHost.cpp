@@ -82,10 +82,14 @@ class BrokenHost {
         if (verb == "refuses") return 0;
         if (verb == "claims") return 1;
         if (verb == "throws") throw std::runtime_error("lost settings");
+        if (verb == "dies") std::abort();
         std::vector<std::int64_t> integers;
         std::vector<double> doubles;
         if (values) integers = values->integers, doubles = values->doubles;
         if (verb == "forgives") values->integers[1] = 0;
+        if (verb == "doubles") values->integers[1] *= 2, values->integers[2] *= 2;
+        if (verb == "hurries" && host_.tell)
+            host_.tell(PIApplicationEvents_t::EntityRemoved, static_cast<std::uint64_t>(integers[0]));
         if (verb == "turns") values->doubles[1] += 3.14159265358979;
         if (verb == "mirrors") values->integers[2] = 600 - values->integers[2];
         if (verb == "appends") static_cast<PI_DATA_POINTER_INT_AND_STRING*>(base)->integer = 99;
@@ -144,11 +148,13 @@ class BrokenHost {
         });
     }
     void activate_(void* handle) {
-        const kit::Host::Widget& widget = host_.widgets.at(handle);
-        FunctorTwoParams__* const callback = widget.chosen ? widget.chosen : widget.callback;
+        const kit::Host::Widget widget = host_.widgets.at(handle);
         int data = 0;
-        plugin_.call("a widget", callback, fault_.verb == "anonymous" ? nullptr : widget.wrapper,
-                     fault_.verb == "data" ? &data : nullptr);
+        // A row that is chosen is selected, too.
+        const bool isSilent = widget.chosen && fault_.verb == "skips-selection";
+        for (auto* const callback : {isSilent ? nullptr : widget.callback, widget.chosen})
+            plugin_.call("a widget", callback, fault_.verb == "anonymous" ? nullptr : widget.wrapper,
+                         fault_.verb == "data" ? &data : nullptr);
     }
     void press_(const std::string& caption) {
         for (const auto& [handle, widget] : std::map(host_.widgets))
@@ -171,6 +177,7 @@ class BrokenHost {
         if (hand == 2)
             host_.widgets.at(last_(Service::CreateTextField)).text = "42",
             activate_(last_(Service::CreateTextField));
+        if (hand == 2 && fault_.verb == "insists") activate_(last_(Service::CreateTextField));
         if (hand == 3)
             host_.widgets.at(last_(Service::CreateOptionMenu)).number = 1,
             activate_(last_(Service::CreateOptionMenu));
@@ -187,6 +194,7 @@ class BrokenHost {
         host_.directory = hand == 8 || hand == 9 ? std::filesystem::current_path().string() : "";
         if (hand >= 7 && hand <= 9) press_("File...");
         if (hand == 10) hands.closeDialogs();
+        if (hand == 10 && fault_.verb == "buries") host_.widgets.clear();
     }
 
     const Fault fault_;

@@ -64,6 +64,8 @@ scales 246:1 1e6      | WRONG    246 it is one number of seconds since the start
 claims 248            | WRONG    248 its id is one integer, and not 0
 silent                | WRONG    PlatformAdded tells of a new platform: it never came
 silent                | WRONG    253 EntityRemoved comes from inside the call: 0 times
+hurries 253           | WRONG    253 the platform that EntityRemoved tells of is gone then
+dies 253              | WRONG    253 the call returns: it has not, and the report ends here
 claims 250            | WRONG    250 refuses the header of one that is gone
 keeps 253             | WRONG    428 an overlay whose platform is gone stays, attached to none
 unloads 253           | WRONG    253 that unloads no file
@@ -83,7 +85,9 @@ turns 418:2           | WRONG    418 azimuths are clockwise
 scales 424 57.3       | WRONG    424 it is in radians
 scales 424 6          | WRONG    424 what is seen lies below the eye
 mirrors 424:0         | WRONG    424 x grows to the right, and y downwards
+doubles 424:0         | WRONG    424 the middle of the view, in the frame's pixels, is the place that is looked at
 claims 424:2          | WRONG    424 that is one integer
+adds 424:2 -1         | WRONG    424 that is one integer, 0 or the id of a platform: returned 1, integer 76
 in-front 428:1        | WRONG    428 loads an overlay from a stream: the results do not stand behind
 forgives 428:0        | WRONG    428 an unknown platform loads nothing
 forgives 428:1        | WRONG    428 an overlay is attached to the platform that was given: returned 1, integer 0
@@ -107,11 +111,16 @@ guesses 908:2         | WRONG    908 a text that only begins as a number reads a
 claims 909:2          | WRONG    909 one of two stays
 selects-first 909:6   | WRONG    909 a list for one has one selected, the last
 claims 909:7          | WRONG    909 nothing is selected then
+claims 909:8          | WRONG    909 refuses the text of item 2 of 2
 claims 909:9          | WRONG    909 the changed one has its text
 claims 911:2          | WRONG    911 its number keeps within them
 claims 911:3          | WRONG    911 refuses to tell of rows of what is no list
 claims 911:4          | WRONG    911 refuses to make a line of what is no text field
 claims 999            | WRONG    999 refuses a number that there is not
+buries                | WRONG    100 the window and all in it is there until the probe destroys it
+insists               | WRONG    119 by hand: .*: it is called again without a change
+skips-selection       | WRONG    911 by hand: .*: the callback of 146 has not told that the row is selected
+anonymous             | WRONG    118 the callback of "Run" has its wrapper as sender
 anonymous             | WRONG    119 by hand: .*: the sender is not its wrapper
 anonymous             | WRONG    911 by hand: .*: the sender is not its wrapper
 data                  | WRONG    124 by hand: the callback finds the index 1: there is data
