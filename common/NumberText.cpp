@@ -139,29 +139,42 @@ constexpr auto kPointPlaces = [] {
     return result;
 }();
 
-/// The same for all 15 digits, which are found at the same time: eights are split into fours, these into
-/// pairs.
-[[gnu::target("avx2"), gnu::always_inline]] inline char* putDigitsByVectors(char* out,
-                                                                            const Rounded& rounded) {
-    const auto [integer, exponent] = rounded;
-    const __m128i eights = _mm_set_epi64x(static_cast<std::int64_t>(integer % kTenToEight),
-                                          static_cast<std::int64_t>(integer / kTenToEight));
+/// The 15 digits of two numbers at a time: eights are split into fours, these into pairs.
+struct TwoTexts {
+    /// Behind a point, those of the first number in the lower half.
+    __m256i text;
+    /// A bit for each character of both; none for a zero.
+    std::uint32_t notZero;
+};
+
+[[gnu::target("avx2"), gnu::always_inline]] inline TwoTexts textsOf(std::uint64_t a, std::uint64_t b) {
+    const auto eight = [](std::uint64_t value) { return static_cast<std::int64_t>(value); };
+    const __m256i eights = _mm256_set_epi64x(eight(b % kTenToEight), eight(b / kTenToEight),
+                                             eight(a % kTenToEight), eight(a / kTenToEight));
     // Divisions by multiplication: 2^45 / 10,000, 2^19 / 100 and 2^16 / 10 are exact enough for what is
     // divided.
-    const __m128i firstFours = _mm_srli_epi64(_mm_mul_epu32(eights, _mm_set1_epi64x(3'518'437'209)), 45);
-    const __m128i lastFours = _mm_sub_epi64(eights, _mm_mul_epu32(firstFours, _mm_set1_epi64x(10'000)));
-    const __m128i fours = _mm_or_si128(firstFours, _mm_slli_epi64(lastFours, 32));
-    const __m128i firstPairs = _mm_srli_epi16(_mm_mulhi_epu16(fours, _mm_set1_epi16(5243)), 3);
-    const __m128i lastPairs = _mm_sub_epi16(fours, _mm_madd_epi16(firstPairs, _mm_set1_epi32(100)));
-    const __m128i pairs = _mm_or_si128(firstPairs, _mm_slli_epi32(lastPairs, 16));
-    const __m128i first = _mm_mulhi_epu16(pairs, _mm_set1_epi16(6554));
-    const __m128i last = _mm_sub_epi16(pairs, _mm_maddubs_epi16(first, _mm_set1_epi16(10)));
-    const __m128i values = _mm_or_si128(first, _mm_slli_epi16(last, 8));
+    const __m256i firstFours =
+        _mm256_srli_epi64(_mm256_mul_epu32(eights, _mm256_set1_epi64x(3'518'437'209)), 45);
+    const __m256i lastFours =
+        _mm256_sub_epi64(eights, _mm256_mul_epu32(firstFours, _mm256_set1_epi64x(10'000)));
+    const __m256i fours = _mm256_or_si256(firstFours, _mm256_slli_epi64(lastFours, 32));
+    const __m256i firstPairs = _mm256_srli_epi16(_mm256_mulhi_epu16(fours, _mm256_set1_epi16(5243)), 3);
+    const __m256i lastPairs = _mm256_sub_epi16(fours, _mm256_madd_epi16(firstPairs, _mm256_set1_epi32(100)));
+    const __m256i pairs = _mm256_or_si256(firstPairs, _mm256_slli_epi32(lastPairs, 16));
+    const __m256i first = _mm256_mulhi_epu16(pairs, _mm256_set1_epi16(6554));
+    const __m256i last = _mm256_sub_epi16(pairs, _mm256_maddubs_epi16(first, _mm256_set1_epi16(10)));
+    const __m256i values = _mm256_or_si256(first, _mm256_slli_epi16(last, 8));
+    const __m256i zeros = _mm256_cmpeq_epi8(values, _mm256_setzero_si256());
     // Of sixteen the first is 0, and gives its place to the point.
-    const auto zeros =
-        static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(values, _mm_setzero_si128())));
-    const int used = std::bit_width((~zeros & 0xffff) | 1) - 1;
-    const __m128i text = _mm_or_si128(values, _mm_insert_epi8(_mm_set1_epi8('0'), '.', 0));
+    const __m128i empty = _mm_insert_epi8(_mm_set1_epi8('0'), '.', 0);
+    return {_mm256_or_si256(values, _mm256_broadcastsi128_si256(empty)),
+            ~static_cast<std::uint32_t>(_mm256_movemask_epi8(zeros))};
+}
+
+/// Puts one of them down, as `putDigits` does.
+[[gnu::target("avx2"), gnu::always_inline]] inline char* putText(char* out, __m128i text,
+                                                                 std::uint32_t notZero, int exponent) {
+    const int used = static_cast<int>(std::bit_width((notZero & 0xffff) | 1)) - 1;
     if (exponent < 0) [[unlikely]] {
         std::memcpy(out, "0.0000", 6);
         out += 1 - exponent;
@@ -177,11 +190,21 @@ constexpr auto kPointPlaces = [] {
 
 #endif
 
+/// Whole numbers below 10,000: of others a number that is not the same.
+[[gnu::always_inline]] inline int smallOf(double size) {
+    return static_cast<int>(std::min(9999.5, size));
+}
+
+inline bool isSmall(double value) {
+    const double size = std::abs(value);
+    return static_cast<double>(smallOf(size)) == size;
+}
+
 /// Zero and small whole numbers, as altitudes often are; null for others.
 [[gnu::always_inline]] inline char* writeSmall(char* out, double value, int digits) {
     const double size = std::abs(value);
     // Nothing is decided by the sign, which nobody can foresee.
-    const int few = digits >= 4 ? static_cast<int>(std::min(9999.5, size)) : 0;
+    const int few = digits >= 4 ? smallOf(size) : 0;
     if (static_cast<double>(few) != size) return nullptr;
     *out = '-';
     out += static_cast<int>(std::signbit(value));
@@ -218,7 +241,7 @@ constexpr auto kPointPlaces = [] {
         integer = besideHalf(integer, rest, size, power, product);
     rounded = {static_cast<std::uint64_t>(integer), exponent};
     // Rounded up to the next power of ten: another exponent.
-    return static_cast<double>(integer) < powerOfTen(digits);
+    return integer < static_cast<std::int64_t>(powerOfTen(digits));
 }
 
 /// Writes numbers of everyday size several times faster than the general algorithm. Returns null for all
@@ -238,20 +261,29 @@ const bool kHasVectors = [] {
     return __builtin_cpu_supports("avx2") != 0;
 }();
 
-/// As writeNumbers with 15 digits, for three numbers of everyday size; null for others.
+/// As writeNumbers with 15 digits, for numbers of everyday size, the first two of which are not small and
+/// whole; null for others.
 [[gnu::target("avx2")]] char* writeThreeByVectors(char* out, double x, double y, double z) {
-    for (const double value : {x, y, z}) {
-        char* end = writeSmall(out, value, kSignificantDigits);
-        if (!end) {
-            Rounded rounded;
-            if (!roundOrdinary(value, kSignificantDigits, rounded)) return nullptr;
-            *out = '-';
-            end = putDigitsByVectors(out + static_cast<int>(value < 0.0), rounded);
-        }
-        *end = ' ';
-        out = end + 1;
-    }
-    return out - 1;
+    Rounded a;
+    Rounded b;
+    if (isSmall(x) || isSmall(y) || !roundOrdinary(x, kSignificantDigits, a) ||
+        !roundOrdinary(y, kSignificantDigits, b))
+        return nullptr;
+    const TwoTexts two = textsOf(a.integer, b.integer);
+    *out = '-';
+    out = putText(out + static_cast<int>(x < 0.0), _mm256_castsi256_si128(two.text), two.notZero, a.exponent);
+    *out++ = ' ';
+    *out = '-';
+    out = putText(out + static_cast<int>(y < 0.0), _mm256_extracti128_si256(two.text, 1), two.notZero >> 16,
+                  b.exponent);
+    *out++ = ' ';
+    if (char* const end = writeSmall(out, z, kSignificantDigits)) return end;
+    Rounded c;
+    if (!roundOrdinary(z, kSignificantDigits, c)) return nullptr;
+    const TwoTexts one = textsOf(c.integer, c.integer);
+    *out = '-';
+    return putText(out + static_cast<int>(z < 0.0), _mm256_castsi256_si128(one.text), one.notZero,
+                   c.exponent);
 }
 
 #endif

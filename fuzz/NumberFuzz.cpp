@@ -1,14 +1,18 @@
 // A line's first word as a number: the fast reader agrees with the general one, and what is written comes
-// back. A line that is no angle leaves the value alone.
+// back, one by one or three together. A line that is no angle leaves the value alone. The whole as points of
+// a line: with vector instructions they are what they are without.
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include <string_view>
 
 #include "common/NumberText.h"
-#include "format/PlainNumber.h"
+#include "format/PlainPoint.h"
+#include "format/PointLines.h"
 #include "geo/AngleText.h"
 #include "geo/Angles.h"
 
@@ -20,6 +24,29 @@ void require(bool condition) {
 
 bool same(double a, double b) {
     return a == b && std::signbit(a) == std::signbit(b);
+}
+
+void readPoints(const std::string& lines) {
+    const std::string text = "lla " + lines + std::string(80, '\n');
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    const char* next = p;
+    halCore::ZEL::PointLines reader;
+    for (const halCore::Vec3& point : reader.read(next, end, 3, {})) {
+        halCore::Vec3 plain;
+        require(std::string_view(p, 4) == "lla ");
+        const char* const stop = halCore::ZEL::scanPlainPoint(p + 3, end, plain);
+        require(stop != nullptr && std::memcmp(&plain, &point, sizeof plain) == 0);
+        p = stop + 1;
+    }
+    require(p == next);
+}
+
+void writeThree(double value) {
+    char text[3 * (UTILS::kMaxNumberLength + 1)];
+    const char* const end = UTILS::writeNumbers(text, value, 0.1 * value, -value, UTILS::kSignificantDigits);
+    require(std::string_view(text, end) == UTILS::writeNumber(value) + " " + UTILS::writeNumber(0.1 * value) +
+                                               " " + UTILS::writeNumber(-value));
 }
 
 }  // namespace
@@ -35,10 +62,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(halCore::readAngle(std::string_view(line.c_str(), p), radians) == 0);
         require(same(radians, plain * halCore::kRadiansPerDegree));
     }
+    readPoints(line);
     double angle = 42.0;
     require(halCore::readAngle(line, angle) == 0 ? std::isfinite(angle) : angle == 42.0);
     const std::optional<double> value = UTILS::readNumber(line);
     if (value) {
+        writeThree(*value);
         require(UTILS::readNumber(UTILS::writeNumber(*value, 17)) == value);
         const std::string shorter = UTILS::writeNumber(*value, UTILS::kSignificantDigits);
         const std::optional<double> rounded = UTILS::readNumber(shorter);

@@ -87,9 +87,12 @@ TEST(WriteNumber, WritesAsPrintfDoes) {
         const std::string text = expected;
         ASSERT_EQ(writeNumber(value, digits), text) << std::hexfloat << value;
         // Several together are written in another way, where the processor can.
+        const std::string two = text + " " + (text[0] == '-' ? text.substr(1) : "-" + text) + " ";
         char three[3 * (UTILS::kMaxNumberLength + 1)];
-        ASSERT_EQ(std::string_view(three, UTILS::writeNumbers(three, value, -value, value, digits)),
-                  text + " " + (text[0] == '-' ? text.substr(1) : "-" + text) + " " + text)
+        const bool same = i % 4 < 2;
+        ASSERT_EQ(
+            std::string_view(three, UTILS::writeNumbers(three, value, -value, same ? value : 5.0, digits)),
+            two + (same ? text : "5"))
             << std::hexfloat << value;
         ASSERT_EQ(readNumber(writeNumber(value, 17)), value);
     }
