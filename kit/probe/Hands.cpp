@@ -31,6 +31,8 @@ struct Window::Step {
 const std::vector<Window::Step>& Window::steps_() {
     static const std::vector<Step> steps{
         {0, "Click once into the view, on the earth", "motion, press and release come once, in that order"},
+        {0, "Double-click into the view, on the earth",
+         "two presses come, the second one also where LeftDoubleClick comes and is answered with 0"},
         {0, "Click once into the view with the right button", "press and release come once, in that order"},
         {119, "Type 42 into the field and press Enter",
          "the callback has its wrapper as sender, and reads 42"},
@@ -206,8 +208,9 @@ void Window::skip_() {
 }
 
 bool Window::isHeld_() const {
-    return std::ranges::any_of(
-        clicks_, [](Mouse each) { return each == Mouse::LeftPress || each == Mouse::RightPress; });
+    const auto has = [this](Mouse type) { return std::ranges::count(clicks_, type); };
+    return has(Mouse::LeftPress) > has(Mouse::LeftRelease) ||
+           has(Mouse::RightPress) > has(Mouse::RightRelease);
 }
 
 void Window::decide_(Hand hand, Verdict verdict, const std::string& answer) {
@@ -229,6 +232,7 @@ void Window::decide_(Hand hand, bool right, const Answer& answer) {
 }
 
 void Window::mouse(Mouse type, const PIGUI::PIMouseEvent& event) {
+    if (hand_ == Hand::DoubleClick) return clickedTwice_(type);
     if (hand_ != Hand::LeftClick && hand_ != Hand::RightClick) return;
     const bool left = hand_ == Hand::LeftClick;
     clicks_.push_back(type);
@@ -255,6 +259,17 @@ void Window::mouse(Mouse type, const PIGUI::PIMouseEvent& event) {
                 " the place at the cursor is " + cursor.text() + ", at the event's pixel " + pixel.text();
     }
     decide_(hand_, answer.empty() ? Verdict::Holds : Verdict::Wrong, answer);
+}
+
+void Window::clickedTwice_(Mouse type) {
+    clicks_.push_back(type);
+    if (type != Mouse::LeftRelease || std::ranges::count(clicks_, type) < 2) return;
+    const auto twice = std::ranges::find(clicks_, Mouse::LeftDoubleClick);
+    const bool isMissing =
+        twice != clicks_.end() && std::find(twice, clicks_.end(), Mouse::LeftPress) == clicks_.end();
+    const auto presses = std::ranges::count(clicks_, Mouse::LeftPress);
+    decide_(Hand::DoubleClick, presses == 2 && !isMissing ? Verdict::Holds : Verdict::Wrong,
+            isMissing ? "no press came after LeftDoubleClick" : std::to_string(presses) + " presses came");
 }
 
 void Window::typed_(PIObject* sender, void* data) {

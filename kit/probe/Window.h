@@ -29,6 +29,7 @@ class Window {
     enum class Hand {
         None,
         LeftClick,
+        DoubleClick,
         RightClick,
         Text,
         Option,
@@ -69,6 +70,7 @@ class Window {
     void decide_(Hand hand, Verdict verdict, const std::string& answer = {});
     /// The same for an answer; one that was refused is left out.
     void decide_(Hand hand, bool right, const Answer& answer);
+    void clickedTwice_(PIGUI::PIMouseEventType_t type);
     void typed_(PIObject* sender, void* data);
     void chosen_(void* data);
     void rowChosen_(PIObject* sender);

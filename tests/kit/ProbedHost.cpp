@@ -61,6 +61,7 @@ class BrokenHost {
         hands.fireTimeouts();
         plugin_.frame();
         const char* const captions[] = {"Click once into the view, on",
+                                        "Double-click into the view",
                                         "the right button",
                                         "Type 42",
                                         "in the menu, or",
@@ -166,6 +167,14 @@ class BrokenHost {
             if (widget.kind == kind) found = handle;
         return found;
     }
+    /// A mouse event by itself, whatever it is answered with.
+    void tell_(Mouse type) {
+        PIGUI::PIMouseEvent event{400, 300, 0, 0};
+        PIFunctionParams_t record;
+        record.integers[PIParameterName_t::EventCode] = static_cast<std::int32_t>(type);
+        record.pointers[PIParameterName_t::EventData] = &event;
+        plugin_.dispatch(static_cast<std::int32_t>(PIClientFunctions_t::HandleMouseEvent), &record);
+    }
     void act_(int hand, kit::Hands& hands) {
         const auto click = [&](Mouse press, Mouse release) {
             if (fault_.verb != "jumps") plugin_.mouse(Mouse::Motion, 400, 300);
@@ -173,28 +182,36 @@ class BrokenHost {
             if (fault_.verb != "holds") plugin_.mouse(release, 400, 300);
         };
         if (hand == 0) click(Mouse::LeftPress, Mouse::LeftRelease);
-        if (hand == 1) click(Mouse::RightPress, Mouse::RightRelease);
-        if (hand == 2)
+        if (hand == 1) {
+            click(Mouse::LeftPress, Mouse::LeftRelease);
+            if (fault_.verb == "swallows")
+                tell_(Mouse::LeftDoubleClick);
+            else
+                plugin_.mouse(Mouse::LeftDoubleClick, 400, 300);
+            plugin_.mouse(Mouse::LeftRelease, 400, 300);
+        }
+        if (hand == 2) click(Mouse::RightPress, Mouse::RightRelease);
+        if (hand == 3)
             host_.widgets.at(last_(Service::CreateTextField)).text = "42",
             activate_(last_(Service::CreateTextField));
-        if (hand == 2 && fault_.verb == "insists") activate_(last_(Service::CreateTextField));
-        if (hand == 3)
+        if (hand == 3 && fault_.verb == "insists") activate_(last_(Service::CreateTextField));
+        if (hand == 4)
             host_.widgets.at(last_(Service::CreateOptionMenu)).number = 1,
             activate_(last_(Service::CreateOptionMenu));
-        if (hand == 4)
+        if (hand == 5)
             host_.widgets.at(last_(Service::CreateList)).number = 1, activate_(last_(Service::CreateList));
-        if (hand == 5 && !host_.actions.empty()) {
+        if (hand == 6 && !host_.actions.empty()) {
             std::int32_t state = fault_.verb == "unasked" ? 0 : 1;
             plugin_.call("an action", host_.actions.begin()->second.callback, nullptr, &state);
         }
-        if (hand == 6 && !host_.overlays.empty()) {
+        if (hand == 7 && !host_.overlays.empty()) {
             host_.requestMenu(fault_.verb == "astray" ? nullptr : host_.overlays.begin()->first);
             for (auto* const item : host_.contextItems) plugin_.call("an item", item, nullptr, nullptr);
         }
-        host_.directory = hand == 8 || hand == 9 ? std::filesystem::current_path().string() : "";
-        if (hand >= 7 && hand <= 9) press_("File...");
-        if (hand == 10) hands.closeDialogs();
-        if (hand == 10 && fault_.verb == "buries") host_.widgets.clear();
+        host_.directory = hand == 9 || hand == 10 ? std::filesystem::current_path().string() : "";
+        if (hand >= 8 && hand <= 10) press_("File...");
+        if (hand == 11) hands.closeDialogs();
+        if (hand == 11 && fault_.verb == "buries") host_.widgets.clear();
     }
 
     const Fault fault_;

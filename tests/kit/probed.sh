@@ -126,5 +126,6 @@ anonymous             | WRONG    911 by hand: .*: the sender is not its wrapper
 data                  | WRONG    124 by hand: the callback finds the index 1: there is data
 jumps                 | WRONG    by hand: motion, press .*: no motion came before the press
 stutters              | WRONG    by hand: motion, press .*: there was more than one press
+swallows              | WRONG    by hand: two presses come.*: no press came after LeftDoubleClick
 holds                 | WRONG    by hand: motion, press .*: a press came, and no release
 END

@@ -6,6 +6,8 @@ const asked = text => waitFor(() => box.captions().some(caption => caption.inclu
 asked("Click once into the view");
 view.move({ x: 300, y: 300 });
 view.click();
+asked("Double-click into the view");
+view.doubleClick({ x: 300, y: 300 });
 asked("right button");
 view.move({ x: 310, y: 300 });
 view.press({ x: 310, y: 300 }, { button: "right" });
