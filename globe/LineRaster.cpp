@@ -16,6 +16,8 @@ namespace {
 
 /// Shorter ones, in pixels, have no direction.
 constexpr double kShortest = 1e-4;
+/// Wider lines, in device pixels, are always smoothed: their joints would gape.
+constexpr int kThin = 3;
 
 std::uint32_t packed(const Rgba& color, std::uint32_t alpha) {
     const auto share = [&](std::uint32_t v) { return (v * alpha + 127) / 255; };
@@ -56,7 +58,7 @@ struct LineRaster::Segment {
     }
 };
 
-LineRaster::LineRaster(const Camera& camera, double pixelRatio)
+LineRaster::LineRaster(const Camera& camera, double pixelRatio, std::vector<std::uint32_t> memory)
     : camera_(camera),
       pixelRatio_(pixelRatio),
       size_(QSizeF(camera.width() * pixelRatio, camera.height() * pixelRatio).toSize()),
@@ -64,14 +66,42 @@ LineRaster::LineRaster(const Camera& camera, double pixelRatio)
       nearPlane_(camera.nearPlane()),
       eye_(toUnitSphere(camera.eye())),
       eyeExcess_(dot(eye_, eye_) - 1.0),
-      pixels_(static_cast<std::size_t>(size_.width()) * static_cast<std::size_t>(size_.height())) {}
+      pixels_(std::move(memory)) {
+    pixels_.resize(static_cast<std::size_t>(size_.width()) * static_cast<std::size_t>(size_.height()));
+}
+
+void LineRaster::clear(const QRect& part) {
+    const QRect used = touched() & part;
+    for (int y = used.top(); y <= used.bottom(); ++y) {
+        const auto row = pixels_.begin() + static_cast<std::ptrdiff_t>(y) * size_.width();
+        std::fill(row + used.left(), row + used.right() + 1, 0U);
+    }
+}
 
 void LineRaster::clear() {
-    for (int y = touched_.top(); y <= touched_.bottom(); ++y) {
-        const auto row = pixels_.begin() + static_cast<std::ptrdiff_t>(y) * size_.width();
-        std::fill(row + touched_.left(), row + touched_.right() + 1, 0U);
+    clear(touched());
+    touchedLeft_ = touchedBottom_ = kNowhere;
+    touchedRight_ = touchedTop_ = -kNowhere;
+}
+
+QRect LineRaster::extentOf(const DrawList::Line& line) const {
+    const double reach = 0.5 * line.width * pixelRatio_ + 2.0;
+    double left = size_.width();
+    double right = -1.0;
+    double bottom = size_.height();
+    double top = -1.0;
+    for (const Ecef& p : line.points) {
+        const Vertex v = vertex(p - camera_.eye());
+        if (isBehind(v) || !std::isfinite(v.x + v.y)) return whole();
+        left = std::min(left, v.x);
+        right = std::max(right, v.x);
+        bottom = std::min(bottom, v.y);
+        top = std::max(top, v.y);
     }
-    touched_ = QRect();
+    const auto pixel = [](double v, int size) { return static_cast<int>(std::clamp(v, -1.0, size + 1.0)); };
+    return QRect(QPoint(pixel(left - reach, size_.width()), pixel(bottom - reach, size_.height())),
+                 QPoint(pixel(right + reach, size_.width()), pixel(top + reach, size_.height()))) &
+           whole();
 }
 
 LineRaster::Vertex LineRaster::vertex(const Ecef& fromEye) const {
@@ -118,9 +148,85 @@ void LineRaster::draw(const DrawList::Line& line) {
     if (line.stroke != Stroke::Solid)
         for (std::size_t i = 1; i < count; ++i)
             vertices_[i].metres = vertices_[i - 1].metres + length(line.points[i] - line.points[i - 1]);
+    const double width = std::clamp(std::floor(line.width), 1.0F, 255.0F) * pixelRatio_;
+    if (quality_ == Quality::Rough && line.stroke == Stroke::Solid && !line.solid && count > 1 &&
+        std::lround(width) <= kThin) {
+        drawRoughly(line, static_cast<int>(std::lround(width)));
+        return;
+    }
     if (count == 1) drawSegment(line, 0, 0);
     for (std::size_t i = 0; i + 1 < count; ++i) drawSegment(line, i, i + 1);
     if (closed) drawSegment(line, count - 1, 0);
+}
+
+void LineRaster::drawRoughly(const DrawList::Line& line, int width) {
+    // Of a piece between two such places nobody need ask what is seen of it.
+    const double margin = width + 1.0;
+    const double left = clip_.left() + margin;
+    const double right = clip_.right() - margin;
+    const double bottom = clip_.top() + margin;
+    const double top = clip_.bottom() - margin;
+    const auto isPlain = [&](const Vertex& v) {
+        return !isBehind(v) && (v.past < 0.0 || !v.overEarth) && v.x >= left && v.x <= right &&
+               v.y >= bottom && v.y <= top;
+    };
+    const std::uint32_t color = packed(line.color, line.color.a);
+    const std::size_t count = vertices_.size();
+    const std::size_t ends = line.closed && count > 2 ? count : count - 1;
+    std::size_t from = 0;
+    bool fromPlain = isPlain(vertices_[0]);
+    for (std::size_t i = 1; i <= ends; ++i) {
+        const std::size_t end = i % count;
+        const bool plain = isPlain(vertices_[end]);
+        if (plain && fromPlain) {
+            const Vertex& a = vertices_[from];
+            const Vertex& b = vertices_[end];
+            // What lies within a pixel waits for what follows.
+            if (i < ends && std::abs(b.x - a.x) < 1.0 && std::abs(b.y - a.y) < 1.0) continue;
+            drawSteps(a, b, width, color);
+        } else {
+            drawSegment(line, i - 1, end);
+        }
+        from = end;
+        fromPlain = plain;
+    }
+}
+
+void LineRaster::drawSteps(const Vertex& from, const Vertex& to, int width, std::uint32_t color) {
+    const double dx = to.x - from.x;
+    const double dy = to.y - from.y;
+    const bool flat = std::abs(dx) >= std::abs(dy);
+    const int steps = std::max(1, static_cast<int>(std::ceil(flat ? std::abs(dx) : std::abs(dy))));
+    const double stepX = dx / steps;
+    const double stepY = dy / steps;
+    const double back = 0.5 * (width - 1);
+    double x = from.x - (flat ? 0.0 : back);
+    double y = from.y - (flat ? back : 0.0);
+    const std::ptrdiff_t across = flat ? size_.width() : 1;
+    const bool opaque = color >> 24 == 255;
+    for (int i = 0; i < steps; ++i) {
+        std::uint32_t* pixel =
+            pixels_.data() + static_cast<std::ptrdiff_t>(y) * size_.width() + static_cast<std::ptrdiff_t>(x);
+        for (int w = 0; w < width; ++w, pixel += across) {
+            if (opaque)
+                *pixel = color;
+            else
+                lay(*pixel, color);
+        }
+        x += stepX;
+        y += stepY;
+    }
+    const auto [left, right] = std::minmax(from.x, to.x);
+    const auto [bottom, top] = std::minmax(from.y, to.y);
+    touch(static_cast<int>(left) - width, static_cast<int>(bottom) - width, static_cast<int>(right) + width,
+          static_cast<int>(top) + width);
+}
+
+void LineRaster::touch(int left, int bottom, int right, int top) {
+    touchedLeft_ = std::min(touchedLeft_, left);
+    touchedBottom_ = std::min(touchedBottom_, bottom);
+    touchedRight_ = std::max(touchedRight_, right);
+    touchedTop_ = std::max(touchedTop_, top);
 }
 
 void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std::size_t end) {
@@ -149,7 +255,8 @@ void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std:
     const double reach = segment.halfWidth + 0.5;
     const auto [left, right] = std::minmax(segment.a.x, segment.b.x);
     const auto [bottom, top] = std::minmax(segment.a.y, segment.b.y);
-    if (right < -reach || top < -reach || left > size_.width() + reach || bottom > size_.height() + reach)
+    if (right < clip_.left() - reach || top < clip_.top() - reach || left > clip_.right() + 1 + reach ||
+        bottom > clip_.bottom() + 1 + reach)
         return;
     const Direction span{segment.b.x - segment.a.x, segment.b.y - segment.a.y};
     segment.length = std::sqrt(span.x * span.x + span.y * span.y);
@@ -191,13 +298,14 @@ void LineRaster::fill(const Segment& segment) {
     const Vertex& a = segment.a;
     const Direction along = segment.along;
     // Of the pixels between two coordinates, those whose centres lie there.
-    const auto pixelRange = [](double low, double high, int size) {
-        const double most = size;
-        return std::pair{static_cast<int>(std::ceil(std::clamp(low, 0.0, most) - 0.5)),
-                         static_cast<int>(std::ceil(std::clamp(high, 0.0, most) - 0.5)) - 1};
+    const auto pixelRange = [](double low, double high, int first, int last) {
+        const double least = first;
+        const double most = last + 1;
+        return std::pair{static_cast<int>(std::ceil(std::clamp(low, least, most) - 0.5)),
+                         static_cast<int>(std::ceil(std::clamp(high, least, most) - 0.5)) - 1};
     };
-    const auto [bottom, top] =
-        pixelRange(std::min(a.y, segment.b.y) - reach, std::max(a.y, segment.b.y) + reach, size_.height());
+    const auto [bottom, top] = pixelRange(std::min(a.y, segment.b.y) - reach,
+                                          std::max(a.y, segment.b.y) + reach, clip_.top(), clip_.bottom());
     const double leftmost = std::min(a.x, segment.b.x) - reach;
     const double rightmost = std::max(a.x, segment.b.x) + reach;
     const bool slanted = std::abs(along.y) > 1e-6;
@@ -215,7 +323,7 @@ void LineRaster::fill(const Segment& segment) {
             from = std::max(from, middle - half);
             to = std::min(to, middle + half);
         }
-        const auto [left, right] = pixelRange(from, to, size_.width());
+        const auto [left, right] = pixelRange(from, to, clip_.left(), clip_.right());
         if (right < left) continue;
         usedLeft = std::min(usedLeft, left);
         usedRight = std::max(usedRight, right);
@@ -232,7 +340,7 @@ void LineRaster::fill(const Segment& segment) {
                 lay(row[x], packed(segment.color, static_cast<std::uint32_t>(segment.color.a * shade + 0.5)));
         }
     }
-    if (usedRight >= usedLeft) touched_ |= QRect(QPoint(usedLeft, bottom), QPoint(usedRight, top));
+    if (usedRight >= usedLeft) touch(usedLeft, bottom, usedRight, top);
 }
 
 double LineRaster::opacity(const Segment& segment, double along, double across) const {

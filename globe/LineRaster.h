@@ -3,6 +3,7 @@
 #include <QRect>
 #include <QSize>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "globe/Camera.h"
@@ -15,17 +16,38 @@ namespace sandbox {
 /// card, a segment costs a small part of what its triangles cost there.
 class LineRaster {
   public:
-    LineRaster(const Camera& camera, double pixelRatio);
+    /// \param memory of a picture before, empty as clear() leaves it, to be used again
+    LineRaster(const Camera& camera, double pixelRatio, std::vector<std::uint32_t> memory = {});
+    /// Ends the use of the picture.
+    std::vector<std::uint32_t> takeMemory() { return std::move(pixels_); }
+
+    /// How well lines are drawn. Rough: thin lines without a dash are not smoothed and end squarely, at a
+    /// fraction of the time, for a view that moves.
+    enum class Quality : std::uint8_t { Smooth, Rough };
+    void setQuality(Quality quality) { quality_ = quality; }
+    Quality quality() const { return quality_; }
+    bool sees(const Camera& camera, double pixelRatio) const {
+        return camera == camera_ && pixelRatio == pixelRatio_;
+    }
 
     void draw(const DrawList::Line& line);
+    /// From now on nothing is drawn but in this part of the picture.
+    void setClip(const QRect& part) { clip_ = part & whole(); }
+    /// Where draw() may leave something.
+    QRect extentOf(const DrawList::Line& line) const;
+    QRect whole() const { return QRect(QPoint(0, 0), size_); }
 
     /// In device pixels.
     const QSize& size() const { return size_; }
     /// Rows from the bottom up; the bytes of a pixel are red, green, blue and alpha, premultiplied.
     const std::vector<std::uint32_t>& pixels() const { return pixels_; }
     /// What has been drawn on: columns from the left, rows from the bottom.
-    const QRect& touched() const { return touched_; }
-    /// Empties the picture, for the same camera.
+    QRect touched() const {
+        if (touchedRight_ < touchedLeft_) return {};
+        return QRect(QPoint(touchedLeft_, touchedBottom_), QPoint(touchedRight_, touchedTop_)) & whole();
+    }
+    /// Empties a part of the picture, or all of it, for the same camera.
+    void clear(const QRect& part);
     void clear();
 
   private:
@@ -51,6 +73,10 @@ class LineRaster {
     bool isBehind(const Vertex& vertex) const { return vertex.depth < nearPlane_; }
     Sight sightOf(const Vertex& a, const Vertex& b) const;
     void drawSegment(const DrawList::Line& line, std::size_t start, std::size_t end);
+    void drawRoughly(const DrawList::Line& line, int width);
+    /// A piece in full view, without the pixel at its end.
+    void drawSteps(const Vertex& from, const Vertex& to, int width, std::uint32_t color);
+    void touch(int left, int bottom, int right, int top);
     void fill(const Segment& segment);
     double opacity(const Segment& segment, double along, double across) const;
     double sight(const Segment& segment, double along) const;
@@ -59,12 +85,18 @@ class LineRaster {
     Camera camera_;
     double pixelRatio_;
     QSize size_;
+    QRect clip_{whole()};
+    Quality quality_ = Quality::Smooth;
     double pixelsPerTangent_;
     double nearPlane_;
     halCore::Ecef eye_;  ///< where the earth is the unit sphere
     double eyeExcess_;
     std::vector<std::uint32_t> pixels_;
-    QRect touched_;
+    static constexpr int kNowhere = 1 << 28;
+    int touchedLeft_ = kNowhere;
+    int touchedBottom_ = kNowhere;
+    int touchedRight_ = -kNowhere;
+    int touchedTop_ = -kNowhere;
     std::vector<Vertex> vertices_;  ///< of the line that is being drawn
 };
 

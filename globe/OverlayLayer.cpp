@@ -8,6 +8,7 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include "geo/Ecef.h"
 #include "geo/Wgs84.h"
@@ -22,6 +23,7 @@
 #include "globe/ShapeGeometry.h"
 #include "globe/SoftwareRenderer.h"
 #include "globe/SplitPosition.h"
+#include "globe/ViewVolume.h"
 
 namespace sandbox {
 
@@ -47,21 +49,7 @@ class Bounds {
                            std::max({low_.y - p.y, 0.0, p.y - high_.y}),
                            std::max({low_.z - p.z, 0.0, p.z - high_.z})});
     }
-    bool outside(const Camera& camera, double marginPixels) const {
-        if (empty()) return true;
-        const Ecef center = (low_ + high_) * 0.5;
-        const double radius = length(high_ - low_) * 0.5;
-        if (isBeyondHorizon(camera, center, radius)) return true;
-        const Ecef v = center - camera.eye();
-        const double ahead = -dot(v, camera.back());
-        if (ahead + radius < 0.0) return true;
-        const auto beyond = [&](double sideways, double tangent) {
-            const double slope = tangent * (1.0 + 2.0 * marginPixels / camera.height());
-            return std::abs(sideways) - ahead * slope > radius * std::sqrt(1.0 + slope * slope);
-        };
-        return beyond(dot(v, camera.right()), camera.tanHalfWidth()) ||
-               beyond(dot(v, camera.up()), camera.tanHalfHeight());
-    }
+    BoundingBall ball() const { return {(low_ + high_) * 0.5, length(high_ - low_) * 0.5}; }
 
     /// Whether two boxes, each with a margin, may lie before each other as seen by an eye.
     bool meets(const Bounds& other, const Ecef& eye, double marginRadians) const {
@@ -75,19 +63,6 @@ class Bounds {
     }
 
   private:
-    /// Whether the earth, even one that is nowhere larger than at its poles, hides a whole ball. Counts
-    /// angles at the earth's centre: to the horizon, and from there as far as the ball's highest point can be
-    /// seen.
-    static bool isBeyondHorizon(const Camera& camera, const Ecef& center, double radius) {
-        const double distance = length(center);
-        if (distance <= radius) return false;
-        const double eye = std::max(length(camera.eye()), wgs84::b);
-        const double angle = std::acos(std::clamp(dot(camera.eye(), center) / (eye * distance), -1.0, 1.0));
-        const double horizon = std::acos(wgs84::b / eye);
-        const double highest = std::acos(wgs84::b / std::max(distance + radius, wgs84::b));
-        return angle - std::asin(radius / distance) > horizon + highest;
-    }
-
     static constexpr double kHuge = std::numeric_limits<double>::max();
     Ecef low_{kHuge, kHuge, kHuge};
     Ecef high_{-kHuge, -kHuge, -kHuge};
@@ -102,36 +77,79 @@ constexpr std::size_t kChunks = 64;
 constexpr std::size_t kChunkSize = 4000;
 /// So many segments or more are drawn in memory: to lay them over the view takes as long as a few thousand.
 constexpr std::size_t kManySegments = 4000;
+/// From so many on a frame of a moving view may be a rough one.
+constexpr std::size_t kRoughSegments = 100000;
 
 }  // namespace
 
+/// Which level of detail the view cannot tell from the truth.
+class OverlayLayer::Detail {
+  public:
+    Detail(const Camera& camera, double pixelRatio)
+        : eye_(camera.eye()),
+          above_(std::max(10.0, 0.5 * std::min(camera.range(), camera.eyePosition().alt()))),
+          perMeter_(2.0 * camera.tanHalfHeight() / (camera.height() * pixelRatio)),
+          usual_(std::max(at(camera.range()), kCoarseEnough)) {}
+
+    std::size_t of(const Bounds& bounds) const { return at(bounds.distanceFrom(eye_)); }
+    /// For what lies nobody knows where.
+    std::size_t usual() const { return usual_; }
+
+  private:
+    /// What is out of view is to cost little.
+    static constexpr std::size_t kCoarseEnough = 5;
+
+    std::size_t at(double distance) const {
+        const double pixel = std::max(above_, distance) * perMeter_;
+        std::size_t level = kTolerances.size() - 1;
+        while (level > 0 && kTolerances[level] > kSlack * pixel) --level;
+        return level;
+    }
+
+    Ecef eye_;
+    double above_;
+    double perMeter_;
+    std::size_t usual_;
+};
+
 struct OverlayLayer::Level {
-    PictureBatch pictures;
-    MeshBatch areas;
-    MeshBatch solids;
-    MeshBatch roundSolids;
-    MeshBatch areasOverBodies;
+    /// What is not a line.
+    struct Others {
+        PictureBatch pictures;
+        MeshBatch areas;
+        MeshBatch solids;
+        MeshBatch roundSolids;
+        MeshBatch areasOverBodies;
+    };
+    std::size_t number;  ///< in kTolerances
+    std::unique_ptr<Others> others;
     std::vector<DrawList::Line> lines;
-    LineBatch lineBatch;  ///< the same on the card, once they are drawn there
+    std::unique_ptr<LineBatch> lineBatch;  ///< the same on the card, once they are drawn there
     std::size_t segments = 0;
     double widest = 0.0;  ///< of the lines, in widget pixels
     Bounds bounds;
 
-    bool hasBodies() const { return !solids.empty() || !roundSolids.empty(); }
-    bool hasLinesOnly() const {
-        return pictures.empty() && areas.empty() && areasOverBodies.empty() && !hasBodies();
-    }
+    bool hasLinesOnly() const { return !others; }
+    bool has(auto Others::*batch) const { return others && !((*others).*batch).empty(); }
+    bool hasBodies() const { return has(&Others::solids) || has(&Others::roundSolids); }
 
-    Level(DrawList& list, PictureTextures& textures) {
-        pictures.upload(list, textures);
+    Level(std::size_t level, DrawList& list, PictureTextures& textures) : number(level) {
+        if (!list.pictures.empty() || !list.meshes.empty()) {
+            others = std::make_unique<Others>();
+            others->pictures.upload(list, textures);
+        }
         for (const DrawList::Mesh& mesh : list.meshes) {
             if (mesh.solid)
-                (mesh.normals.empty() ? solids : roundSolids).add(mesh);
+                (mesh.normals.empty() ? others->solids : others->roundSolids).add(mesh);
             else
-                (mesh.overBodies ? areasOverBodies : areas).add(mesh);
+                (mesh.overBodies ? others->areasOverBodies : others->areas).add(mesh);
         }
-        for (MeshBatch* batch : {&areas, &solids, &roundSolids, &areasOverBodies}) batch->upload();
+        if (others)
+            for (MeshBatch* batch :
+                 {&others->areas, &others->solids, &others->roundSolids, &others->areasOverBodies})
+                batch->upload();
         lines = std::move(list.lines);
+        lines.shrink_to_fit();
         for (const DrawList::Line& line : lines) {
             segments += line.points.size();
             widest = std::max(widest, double{line.width});
@@ -141,73 +159,94 @@ struct OverlayLayer::Level {
 
 /// Some of an entry's shapes that follow each other.
 struct OverlayLayer::Chunk {
-    std::vector<std::size_t> shapes;  ///< of the entry, in drawing order
-    Bounds bounds;
-    std::size_t boundsLevel = kTolerances.size();  ///< the level that the bounds are from
+    const Item* item;
+    std::uint32_t first;  ///< of the item's shapes in drawing order
+    std::uint32_t count;
+    std::size_t boundsLevel =
+        kTolerances.size();  ///< the level that the bounds are from; no such one at first
+    Bounds bounds{};
     /// That in use and, once it has been built, the next finer and coarser one.
-    std::array<std::unique_ptr<Level>, kTolerances.size()> levels;
-    std::vector<DrawList::Label> labels;
+    std::array<std::unique_ptr<Level>, 3> levels{};
+    std::vector<DrawList::Label> labels{};
 
-    /// The coarsest level that the view cannot tell from the truth.
-    std::size_t wanted(const Camera& camera, double pixelRatio) const {
-        const double above = std::max(10.0, 0.5 * std::min(camera.range(), camera.eyePosition().alt()));
-        const double distance = std::max(above, bounds.distanceFrom(camera.eye()));
-        const double pixel = 2.0 * distance * camera.tanHalfHeight() / (camera.height() * pixelRatio);
-        std::size_t level = kTolerances.size() - 1;
-        while (level > 0 && kTolerances[level] > kSlack * pixel) --level;
-        return level;
+    bool isPlaced() const { return boundsLevel < kTolerances.size(); }
+    Level* built(std::size_t number) const {
+        Level* const level = levels[number % levels.size()].get();
+        return level && level->number == number ? level : nullptr;
     }
-
-    void build(const OverlayScene::Entry& entry, std::size_t level, PictureTextures& textures) {
-        if (levels[level]) return;
-        DrawList list;
-        for (const std::size_t i : shapes)
-            appendGeometry(*entry.shapes[i], entry.reference, kTolerances[level], list);
-        Bounds box;
-        for (DrawList::Picture& picture : list.pictures) {
-            picture.file = findPicture(picture.file.path, entry.directory);
-            for (const Ecef& p : picture.vertices) box.add(p);
-        }
-        for (DrawList::Label& label : list.labels)
-            if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);
-        for (const DrawList::Mesh& mesh : list.meshes)
-            for (const Ecef& p : mesh.vertices) box.add(p);
-        for (const DrawList::Line& line : list.lines)
-            for (const Ecef& p : line.points) box.add(p);
-        box.grow(kTolerances[level]);
-        if (level < boundsLevel) {
-            bounds = box;  // the tighter one
-            boundsLevel = level;
-        }
-        for (std::size_t i = 0; i < levels.size(); ++i)
-            if (i + 1 < level || i > level + 1) levels[i].reset();
-        levels[level] = std::make_unique<Level>(list, textures);
-        levels[level]->bounds = box;
-        labels = std::move(list.labels);
-    }
+    void build(std::size_t level, PictureTextures& textures);
 };
 
 struct OverlayLayer::Item {
-    const OverlayScene::Entry* entry = nullptr;  ///< as update() has found it
+    const OverlayScene::Entry* entry = nullptr;
     std::uint64_t revision = 0;
+    std::vector<std::size_t> order;  ///< of the entry's shapes
     std::vector<Chunk> chunks;
 
-    Item(const OverlayScene::Entry& entry, PictureTextures& textures) : revision(entry.revision) {
+    explicit Item(const OverlayScene::Entry& shown)
+        : entry(&shown), revision(shown.revision), order(drawingOrder(shown.shapes)) {
         std::size_t total = 0;
-        for (const auto& shape : entry.shapes) total += shape ? roughSize(*shape) : 0;
+        for (const auto& shape : entry->shapes) total += shape ? roughSize(*shape) : 0;
         const std::size_t enough = std::min(kChunkSize, total / kChunks);
         std::size_t size = 0;
-        for (const std::size_t i : drawingOrder(entry.shapes)) {
-            const std::size_t more = roughSize(*entry.shapes[i]);
+        for (std::uint32_t i = 0; i < order.size(); ++i) {
+            const std::size_t more = roughSize(*entry->shapes[order[i]]);
             if (chunks.empty() || size + more > enough) {
-                chunks.emplace_back();
+                chunks.push_back({.item = this, .first = i, .count = 0});
                 size = 0;
             }
             size += more;
-            chunks.back().shapes.push_back(i);
+            ++chunks.back().count;
         }
-        for (Chunk& chunk : chunks) chunk.build(entry, kTolerances.size() - 1, textures);
+        chunks.shrink_to_fit();
     }
+    Item(const Item&) = delete;
+    Item& operator=(const Item&) = delete;
+};
+
+void OverlayLayer::Chunk::build(std::size_t level, PictureTextures& textures) {
+    const OverlayScene::Entry& entry = *item->entry;
+    DrawList list;
+    for (std::uint32_t i = first; i < first + count; ++i)
+        appendGeometry(*entry.shapes[item->order[i]], entry.reference, kTolerances[level], list);
+    Bounds box;
+    for (DrawList::Picture& picture : list.pictures) {
+        picture.file = findPicture(picture.file.path, entry.directory);
+        for (const Ecef& p : picture.vertices) box.add(p);
+    }
+    for (DrawList::Label& label : list.labels)
+        if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);
+    for (const DrawList::Mesh& mesh : list.meshes)
+        for (const Ecef& p : mesh.vertices) box.add(p);
+    for (const DrawList::Line& line : list.lines)
+        for (const Ecef& p : line.points) box.add(p);
+    box.grow(kTolerances[level]);
+    if (level < boundsLevel) {
+        bounds = box;  // the tighter one
+        boundsLevel = level;
+    }
+    for (auto& known : levels)
+        if (known && (known->number + 1 < level || known->number > level + 1)) known.reset();
+    auto& made = levels[level % levels.size()];
+    made = std::make_unique<Level>(level, list, textures);
+    made->bounds = box;
+    labels = std::move(list.labels);
+}
+
+/// A chunk as frames come across it: side by side in memory, since most are looked at to be left out.
+struct OverlayLayer::Spot {
+    BoundingBall ball;
+    OverlayScene::Id id = 0;
+    Chunk* chunk = nullptr;
+    bool shown = true;
+    bool placed = false;  ///< the ball is that of the chunk, whose labels are known, too
+    bool labelled = false;
+    std::int8_t drawn = -1;  ///< the level in the picture that the raster keeps
+};
+
+struct OverlayLayer::Seen {
+    const Spot* spot;
+    Level* level;
 };
 
 OverlayLayer::OverlayLayer()
@@ -222,55 +261,223 @@ OverlayLayer::OverlayLayer()
 OverlayLayer::~OverlayLayer() = default;
 
 void OverlayLayer::update(const OverlayScene& scene) {
-    // Both are in the order of the ids: with very many entries a search for each would cost more than the
-    // rest.
-    auto item = items_.begin();
-    for (const auto& [id, entry] : scene.entries()) {
-        while (item != items_.end() && item->first < id) item = items_.erase(item);
-        const bool known = item != items_.end() && item->first == id;
-        if (entry.shown && !(known && item->second->revision == entry.revision)) {
-            auto made = std::make_unique<Item>(entry, *textures_);
-            item = known ? item : items_.try_emplace(item, id);
-            item->second = std::move(made);
-        } else if (!known) {
-            continue;
-        }
-        item->second->entry = &entry;
-        ++item;
+    const auto changed = scene_ == &scene ? scene.changedSince(changes_) : std::nullopt;
+    if (changed) {
+        for (const OverlayScene::Id id : *changed) look(scene, id);
+    } else {
+        std::vector<OverlayScene::Id> ids;
+        for (const auto& [id, item] : items_)
+            if (!scene.contains(id)) ids.push_back(id);
+        for (const auto& [id, entry] : scene.entries()) ids.push_back(id);
+        for (const OverlayScene::Id id : ids) look(scene, id);
     }
-    items_.erase(item, items_.end());
+    scene_ = &scene;
+    changes_ = scene.changes();
+    if (spotsStale_ || 2 * gone_ > spots_.size()) listSpots();
+}
+
+void OverlayLayer::look(const OverlayScene& scene, OverlayScene::Id id) {
+    const OverlayScene::Entry* const entry = scene.find(id);
+    const auto known = items_.find(id);
+    if (known != items_.end()) {
+        if (entry && known->second.revision == entry->revision) {
+            known->second.entry = entry;
+            for (auto spot = spotsOf(id); spot != spots_.end() && spot->id == id; ++spot)
+                spot->shown = entry->shown;
+            return;
+        }
+        remove(id);
+    }
+    if (!entry || !entry->shown) return;
+    Item& item = items_.try_emplace(id, *entry).first->second;
+    // Nearly always it is the newest one.
+    spotsStale_ = spotsStale_ || (!spots_.empty() && spots_.back().id >= id);
+    if (spotsStale_) return;
+    for (Chunk& chunk : item.chunks) spots_.push_back({.ball = {}, .id = id, .chunk = &chunk});
+}
+
+void OverlayLayer::remove(OverlayScene::Id id) {
+    for (auto spot = spotsOf(id); spot != spots_.end() && spot->id == id; ++spot) {
+        if (!spot->chunk) continue;
+        if (spot->drawn >= 0) noteChange(spot->chunk->built(static_cast<std::size_t>(spot->drawn)));
+        spot->chunk = nullptr;
+        ++gone_;
+    }
+    items_.erase(id);
+}
+
+std::vector<OverlayLayer::Spot>::iterator OverlayLayer::spotsOf(OverlayScene::Id id) {
+    return std::ranges::lower_bound(spots_, id, {}, &Spot::id);
+}
+
+void OverlayLayer::listSpots() {
+    std::vector<Spot> spots;
+    auto before = spots_.begin();
+    for (auto& [id, item] : items_)
+        for (Chunk& chunk : item.chunks) {
+            while (before != spots_.end() && (before->id < id || (before->id == id && !before->chunk)))
+                ++before;
+            if (before != spots_.end() && before->chunk == &chunk)
+                spots.push_back(*before++);
+            else
+                spots.push_back({.ball = {}, .id = id, .chunk = &chunk, .shown = item.entry->shown});
+        }
+    spots_ = std::move(spots);
+    gone_ = 0;
+    spotsStale_ = false;
+}
+
+void OverlayLayer::noteChange(const Level* level) {
+    if (allChanged_ || !raster_ || !raster_->keeps()) return;
+    // From here on it is as quick to draw everything.
+    constexpr std::size_t kManyPoints = 20000;
+    constexpr std::size_t kManyParts = 16;
+    if (!level || level->segments > kManyPoints) {
+        allChanged_ = true;
+        return;
+    }
+    QRect part;
+    for (const DrawList::Line& line : level->lines) part |= raster_->extentOf(line);
+    if (part.isEmpty()) return;
+    for (auto other = changed_.begin(); other != changed_.end();)
+        if (other->intersects(part)) {
+            part |= *other;
+            other = changed_.erase(other);
+        } else {
+            ++other;
+        }
+    changed_.push_back(part);
+    allChanged_ = changed_.size() > kManyParts;
 }
 
 std::vector<const DrawList::Label*> OverlayLayer::labels() const {
     std::vector<const DrawList::Label*> result;
-    for (const auto& [id, item] : items_) {
-        if (!item->entry->shown) continue;
-        for (const Chunk& chunk : item->chunks)
-            for (const DrawList::Label& label : chunk.labels) result.push_back(&label);
-    }
+    for (const Spot& spot : spots_)
+        if (spot.chunk && spot.labelled && spot.shown)
+            for (const DrawList::Label& label : spot.chunk->labels) result.push_back(&label);
     return result;
 }
 
-void OverlayLayer::draw(const Camera& camera, double pixelRatio) {
-    if (items_.empty()) return;
+OverlayLayer::Level* OverlayLayer::prepare(Spot& spot, const Detail& detail, const ViewVolume& view,
+                                           bool moving) {
+    Chunk& chunk = *spot.chunk;
+    const auto build = [&](std::size_t level) {
+        chunk.build(level, *textures_);
+        spot.ball = chunk.bounds.ball();
+        spot.placed = true;
+        spot.labelled = !chunk.labels.empty();
+    };
+    if (!spot.placed) {
+        // Listed anew, it may have been built before.
+        if (!chunk.isPlaced()) build(detail.usual());
+        spot.ball = chunk.bounds.ball();
+        spot.placed = true;
+        spot.labelled = !chunk.labels.empty();
+    }
+    // With its tighter box the chunk may turn out to be farther away, or out of view.
+    while (view.mayShow(spot.ball)) {
+        const std::size_t level = detail.of(chunk.bounds);
+        if (Level* const built = chunk.built(level)) return built;
+        if (Level* const near = moving && level + 1 < kTolerances.size() ? chunk.built(level + 1) : nullptr) {
+            rough_ = true;
+            return near;
+        }
+        build(level);
+    }
+    return nullptr;
+}
+
+/// Looks what the frame shows, and whether that has changed.
+void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
+    // Wide lines and dots reach into the view.
+    constexpr double kMargin = 256.0;
+    const double aside = kMargin / camera.width();
+    const double above = kMargin / camera.height();
+    const ViewVolume view(camera, {-aside, -above, 1.0 + aside, 1.0 + above});
+    const Detail detail(camera, pixelRatio);
+    // What is quickly worked out is never left for later.
+    const bool rough = moving && seenSegments_ >= kRoughSegments;
+    rough_ = false;
+    seen_.clear();
+    seesLinesOnly_ = true;
+    seenSegments_ = 0;
+    widestSeen_ = 0.0;
+    for (Spot& spot : spots_) {
+        if (!spot.chunk) continue;
+        Level* const level = spot.shown && (!spot.placed || view.mayShow(spot.ball))
+                                 ? prepare(spot, detail, view, rough)
+                                 : nullptr;
+        const auto drawn = static_cast<std::int8_t>(level ? static_cast<int>(level->number) : -1);
+        if (const auto before = std::exchange(spot.drawn, drawn); before != drawn) {
+            if (before >= 0) noteChange(spot.chunk->built(static_cast<std::size_t>(before)));
+            if (level) noteChange(level);
+        }
+        if (!level) continue;
+        seen_.push_back({&spot, level});
+        seesLinesOnly_ = seesLinesOnly_ && level->hasLinesOnly();
+        seenSegments_ += level->segments;
+        widestSeen_ = std::max(widestSeen_, level->widest);
+    }
+}
+
+void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving) {
+    if (raster_ && !raster_->keepsFor(camera, pixelRatio)) allChanged_ = true;
+    find(camera, pixelRatio, moving && raster_);
     for (const auto* program : {&lineProgram_, &meshProgram_, &pictureProgram_})
         if (!(*program)->isLinked()) return;
+    glEnable(GL_BLEND);
+    setBlending();
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    if (raster_ && seesLinesOnly_ && seenSegments_ >= kManySegments) {
+        drawTogether(camera, pixelRatio, moving);
+    } else {
+        if (raster_) raster_->begin(camera, pixelRatio, LineRaster::Quality::Smooth);
+        drawInOrder(camera, pixelRatio);
+    }
+    glDepthMask(GL_TRUE);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_BLEND);
+}
+
+/// Lines and nothing else, in memory.
+void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool moving) {
+    const bool rough = moving && seenSegments_ >= kRoughSegments;
+    const auto quality = rough ? LineRaster::Quality::Rough : LineRaster::Quality::Smooth;
+    rough_ = rough_ || rough;
+    if (!allChanged_ && raster_->resume(camera, pixelRatio, quality)) {
+        for (const QRect& part : changed_) {
+            raster_->redraw(part);
+            const double margin = 0.5 * widestSeen_ * pixelRatio + 2.0;
+            const double width = camera.width() * pixelRatio;
+            const double height = camera.height() * pixelRatio;
+            const ViewVolume view(
+                camera, {(part.left() - margin) / width, (part.top() - margin) / height,
+                         (part.right() + 1 + margin) / width, (part.bottom() + 1 + margin) / height});
+            for (const auto& [spot, level] : seen_)
+                if (view.mayShow(spot->ball))
+                    for (const DrawList::Line& line : level->lines) raster_->draw(line);
+        }
+    } else {
+        raster_->begin(camera, pixelRatio, quality);
+        for (const auto& [spot, level] : seen_)
+            for (const DrawList::Line& line : level->lines) raster_->draw(line);
+    }
+    raster_->composeAndKeep();
+    changed_.clear();
+    allChanged_ = false;
+}
+
+void OverlayLayer::drawInOrder(const Camera& camera, double pixelRatio) {
+    if (seen_.empty()) return;
     meshProgram_->bind();
     setCamera(*meshProgram_, camera);
     pictureProgram_->bind();
     setCamera(*pictureProgram_, camera);
     pictureProgram_->setUniformValue("picture", 0);
     pictureProgram_->release();
-
-    glEnable(GL_BLEND);
-    setBlending();
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LEQUAL);
     areaMark_ = 0;
     bodies_.clear();
-    if (raster_) raster_->begin(camera, pixelRatio);
-    constexpr double kMargin = 256.0;  // wide lines and dots reach into the view
-    std::vector<Level*> levels;
     // Entries that are nothing but lines are drawn together: with a shape an entry, as editors load them, it
     // is what precedes and follows the drawing that costs.
     std::vector<Level*> lines;
@@ -278,18 +485,11 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio) {
         if (!lines.empty()) drawLevels(lines, camera, pixelRatio);
         lines.clear();
     };
-    for (const auto& [id, item] : items_) {
-        const OverlayScene::Entry& entry = *item->entry;
-        if (!entry.shown) continue;
+    std::vector<Level*> levels;
+    for (auto seen = seen_.begin(); seen != seen_.end();) {
         levels.clear();
-        for (Chunk& chunk : item->chunks) {
-            if (chunk.bounds.outside(camera, kMargin)) continue;
-            std::size_t level = chunk.wanted(camera, pixelRatio);
-            chunk.build(entry, level, *textures_);
-            // With its tighter box the chunk may turn out to be farther away, or out of view.
-            if (chunk.bounds.outside(camera, kMargin)) continue;
-            levels.push_back(chunk.levels[level].get());
-        }
+        for (const OverlayScene::Id id = seen->spot->id; seen != seen_.end() && seen->spot->id == id; ++seen)
+            levels.push_back(seen->level);
         if (std::ranges::all_of(levels, &Level::hasLinesOnly)) {
             lines.insert(lines.end(), levels.begin(), levels.end());
         } else {
@@ -299,9 +499,6 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio) {
     }
     drawWaiting();
     if (raster_) raster_->compose();
-    glDepthMask(GL_TRUE);
-    glDisable(GL_DEPTH_TEST);
-    glDisable(GL_BLEND);
 }
 
 void OverlayLayer::drawPictures(const std::vector<Level*>& levels) {
@@ -310,13 +507,14 @@ void OverlayLayer::drawPictures(const std::vector<Level*>& levels) {
     pictureProgram_->bind();
     for (int i = 0; i < 3; ++i) pictureProgram_->enableAttributeArray(i);
     for (Level* level : levels)
-        if (!level->pictures.empty()) level->pictures.draw(*pictureProgram_);
+        if (level->has(&Level::Others::pictures)) level->others->pictures.draw(*pictureProgram_);
     for (int i = 0; i < 3; ++i) pictureProgram_->disableAttributeArray(i);
     pictureProgram_->release();
     setBlending();
 }
 
-void OverlayLayer::drawAreas(const std::vector<Level*>& levels, MeshBatch Level::*batch) {
+template <typename Batch>
+void OverlayLayer::drawAreas(const std::vector<Level*>& levels, Batch batch) {
     glDepthMask(GL_FALSE);
     meshProgram_->setUniformValue("solid", false);
     // Triangles under a curved surface may lie before each other at a flat angle: the stencil lets each
@@ -331,9 +529,9 @@ void OverlayLayer::drawAreas(const std::vector<Level*>& levels, MeshBatch Level:
         glStencilFunc(GL_NOTEQUAL, areaMark_, 0xff);
     };
     for (Level* level : levels)
-        if (!(level->*batch).empty()) {
+        if (level->has(batch)) {
             glStencilFunc(GL_ALWAYS, 0, 0xff);
-            (level->*batch).draw(*meshProgram_, beginArea);
+            ((*level->others).*batch).draw(*meshProgram_, beginArea);
         }
     glDisable(GL_STENCIL_TEST);
 }
@@ -345,33 +543,33 @@ void OverlayLayer::drawSolids(const std::vector<Level*>& levels) {
     meshProgram_->setUniformValue("solid", true);
     glPolygonOffset(1.0F, 1.0F);
     for (Level* level : levels)
-        if (!level->solids.empty()) level->solids.draw(*meshProgram_, [] {});
+        if (level->has(&Level::Others::solids)) level->others->solids.draw(*meshProgram_, [] {});
     // Towards their rim the faces of round bodies are ever steeper. Put back by their slope, each would let
     // through the line on the far side.
     glPolygonOffset(0.0F, 1.0F);
     for (Level* level : levels)
-        if (!level->roundSolids.empty()) level->roundSolids.draw(*meshProgram_, [] {});
+        if (level->has(&Level::Others::roundSolids)) level->others->roundSolids.draw(*meshProgram_, [] {});
     glDisable(GL_CULL_FACE);
     glDisable(GL_POLYGON_OFFSET_FILL);
 }
 
 void OverlayLayer::drawLevels(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio) {
-    const auto any = [&](auto Level::*batch) {
-        return std::ranges::any_of(levels, [&](const Level* level) { return !(level->*batch).empty(); });
+    const auto any = [&](auto batch) {
+        return std::ranges::any_of(levels, [&](const Level* level) { return level->has(batch); });
     };
-    const bool pictures = any(&Level::pictures);
-    const bool meshes =
-        any(&Level::areas) || any(&Level::solids) || any(&Level::roundSolids) || any(&Level::areasOverBodies);
+    const bool pictures = any(&Level::Others::pictures);
+    const bool meshes = any(&Level::Others::areas) || any(&Level::Others::solids) ||
+                        any(&Level::Others::roundSolids) || any(&Level::Others::areasOverBodies);
     if (raster_ && (pictures || meshes)) raster_->compose();
     std::ranges::copy_if(levels, std::back_inserter(bodies_), &Level::hasBodies);
     if (pictures) drawPictures(levels);
     if (meshes) {
         meshProgram_->bind();
         for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->enableAttributeArray(i);
-        drawAreas(levels, &Level::areas);
+        drawAreas(levels, &Level::Others::areas);
         drawSolids(levels);
         glDisable(GL_DEPTH_TEST);
-        drawAreas(levels, &Level::areasOverBodies);
+        drawAreas(levels, &Level::Others::areasOverBodies);
         glEnable(GL_DEPTH_TEST);
         for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->disableAttributeArray(i);
         meshProgram_->release();
@@ -414,11 +612,12 @@ void OverlayLayer::drawLines(const std::vector<Level*>& levels, const Camera& ca
             LineBatch::beginDrawing(*lineProgram_, camera, pixelRatio);
             onCard = true;
         }
-        if (level->lineBatch.empty()) {
-            level->lineBatch.upload(level->lines);
+        if (!level->lineBatch) {
+            level->lineBatch = std::make_unique<LineBatch>();
+            level->lineBatch->upload(level->lines);
             if (!raster_) level->lines = {};
         }
-        level->lineBatch.draw();
+        level->lineBatch->draw();
     }
     if (onCard) LineBatch::endDrawing(*lineProgram_);
 }

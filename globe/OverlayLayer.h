@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -16,6 +17,7 @@ class Camera;
 class MeshBatch;
 class PictureTextures;
 class RasterLayer;
+class ViewVolume;
 
 /// Draws the geometry of overlays. An entry is cut into chunks of a few thousand points. A chunk's geometry
 /// is worked out in levels of detail, each when it is first needed and again when the entry changed; a frame
@@ -23,7 +25,8 @@ class RasterLayer;
 /// that what it lacks is smaller than a fifth of a pixel.
 ///
 /// Where the processor plays the card, many lines are drawn by RasterLayer, but for those that a body may
-/// hide.
+/// hide. A frame that shows nothing but such lines keeps their picture: as long as the camera rests, only the
+/// surroundings of what has changed are drawn anew.
 ///
 /// Vertices are held as pairs of floats (a round value and the rest), and so is the eye: their
 /// difference is good to a fraction of a millimetre anywhere. Lines are widened to capsules on screen and
@@ -36,22 +39,37 @@ class OverlayLayer {
     OverlayLayer();
     ~OverlayLayer();
 
-    /// Drops the geometry of entries that are gone or changed, and prepares that of shown entries. What
-    /// follows, up to the next update(), expects the scene to be as it is now.
+    /// Drops the geometry of entries that are gone or changed. What follows, up to the next update(), expects
+    /// the scene to be as it is now.
     void update(const OverlayScene& scene);
     /// Expects cleared depth and stencil buffers; only solids write depth. `pixelRatio`: device pixels a
-    /// widget pixel.
-    void draw(const Camera& camera, double pixelRatio);
-    /// The labels of the shown entries, in drawing order; valid until the next update().
+    /// widget pixel. `moving`: the camera does, so that a frame in time is worth more than a fine one.
+    void draw(const Camera& camera, double pixelRatio, bool moving = false);
+    /// Whether the last draw() has made use of that.
+    bool isRough() const { return rough_; }
+    /// The labels of the shown entries, in drawing order; valid from draw() until the next update().
     std::vector<const DrawList::Label*> labels() const;
 
   private:
     struct Level;
     struct Chunk;
     struct Item;
+    struct Spot;
+    struct Seen;
+    class Detail;
 
+    void look(const OverlayScene& scene, OverlayScene::Id id);
+    void remove(OverlayScene::Id id);
+    std::vector<Spot>::iterator spotsOf(OverlayScene::Id id);
+    void listSpots();
+    void find(const Camera& camera, double pixelRatio, bool moving);
+    Level* prepare(Spot& spot, const Detail& detail, const ViewVolume& view, bool moving);
+    void noteChange(const Level* level);
+    void drawTogether(const Camera& camera, double pixelRatio, bool moving);
+    void drawInOrder(const Camera& camera, double pixelRatio);
     void drawLevels(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio);
-    void drawAreas(const std::vector<Level*>& levels, MeshBatch Level::*batch);
+    template <typename Batch>
+    void drawAreas(const std::vector<Level*>& levels, Batch batch);
     void drawSolids(const std::vector<Level*>& levels);
     void drawPictures(const std::vector<Level*>& levels);
     void drawLines(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio);
@@ -60,7 +78,22 @@ class OverlayLayer {
     std::unique_ptr<QOpenGLShaderProgram> meshProgram_;
     std::unique_ptr<QOpenGLShaderProgram> pictureProgram_;
     std::unique_ptr<PictureTextures> textures_;
-    std::map<OverlayScene::Id, std::unique_ptr<Item>> items_;
+    const OverlayScene* scene_ = nullptr;  ///< compared, never followed
+    std::uint64_t changes_ = 0;            ///< of the scene, that have been looked at
+    std::map<OverlayScene::Id, Item> items_;
+    /// All chunks in drawing order; of items that are gone they are null until many are.
+    std::vector<Spot> spots_;
+    std::size_t gone_ = 0;
+    bool spotsStale_ = false;
+    /// What the frame shows, in drawing order.
+    std::vector<Seen> seen_;
+    bool seesLinesOnly_ = true;
+    std::size_t seenSegments_ = 0;
+    double widestSeen_ = 0.0;
+    bool rough_ = false;
+    /// Where the picture that the raster keeps is not right any more.
+    std::vector<QRect> changed_;
+    bool allChanged_ = true;
     std::unique_ptr<RasterLayer> raster_;  ///< null with a graphics card
     std::vector<const Level*> bodies_;     ///< that were drawn in this frame
     int areaMark_ = 0;

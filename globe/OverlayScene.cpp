@@ -9,7 +9,7 @@ OverlayScene::Id OverlayScene::add(Shapes shapes, std::optional<OverlayReference
     const Id id = ++lastId_;
     entries_.emplace(
         id, Entry{id, std::move(directory), std::move(shapes), std::move(reference), shown, ++lastRevision_});
-    report();
+    report(id);
     return id;
 }
 
@@ -18,7 +18,7 @@ void OverlayScene::replace(Id id, Shapes shapes) {
     if (found == entries_.end()) return;
     found->second.shapes = std::move(shapes);
     found->second.revision = ++lastRevision_;
-    report();
+    report(id);
 }
 
 void OverlayScene::setReference(Id id, std::optional<OverlayReference> reference) {
@@ -26,24 +26,25 @@ void OverlayScene::setReference(Id id, std::optional<OverlayReference> reference
     if (found == entries_.end() || found->second.reference == reference) return;
     found->second.reference = std::move(reference);
     found->second.revision = ++lastRevision_;
-    report();
+    report(id);
 }
 
 void OverlayScene::setShown(Id id, bool shown) {
     const auto found = entries_.find(id);
     if (found == entries_.end() || found->second.shown == shown) return;
     found->second.shown = shown;
-    report();
+    report(id);
 }
 
 void OverlayScene::remove(Id id) {
-    if (entries_.erase(id) > 0) report();
+    if (entries_.erase(id) > 0) report(id);
 }
 
 void OverlayScene::clear() {
     if (entries_.empty()) return;
     entries_.clear();
-    report();
+    report(0);
+    forgetChanges();
 }
 
 const OverlayScene::Entry* OverlayScene::find(Id id) const {
@@ -51,7 +52,21 @@ const OverlayScene::Entry* OverlayScene::find(Id id) const {
     return found == entries_.end() ? nullptr : &found->second;
 }
 
-void OverlayScene::report() const {
+std::optional<std::span<const OverlayScene::Id>> OverlayScene::changedSince(std::uint64_t changes) const {
+    if (changes < forgotten_ || changes > this->changes()) return std::nullopt;
+    return std::span(recent_).subspan(static_cast<std::size_t>(changes - forgotten_));
+}
+
+void OverlayScene::forgetChanges() {
+    forgotten_ += recent_.size();
+    recent_.clear();
+}
+
+void OverlayScene::report(Id id) {
+    // Who has not asked for so long looks at all entries as quickly.
+    constexpr std::size_t kFew = 1000;
+    if (recent_.size() > entries_.size() + kFew) forgetChanges();
+    recent_.push_back(id);
     if (changed_) changed_();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QOpenGLTextureBlitter>
+#include <QRegion>
 #include <memory>
 #include <optional>
 
@@ -17,26 +18,47 @@ class RasterLayer {
     RasterLayer();
     ~RasterLayer();
 
-    /// Before the lines of a frame.
-    void begin(const Camera& camera, double pixelRatio) {
-        raster_.reset();
-        camera_ = camera;
-        pixelRatio_ = pixelRatio;
-    }
+    /// Before the lines of a frame: nothing is drawn yet.
+    void begin(const Camera& camera, double pixelRatio, LineRaster::Quality quality);
+    /// In place of begin(): the lines are those of the frame before, as composeAndKeep() has left them, but
+    /// for what redraw() names. \return false when there is no such picture
+    bool resume(const Camera& camera, double pixelRatio, LineRaster::Quality quality);
+    /// Empties this part of the picture; what is drawn until the next call leaves the rest as it is.
+    void redraw(const QRect& part);
+
     void draw(const DrawList::Line& line) {
-        if (!raster_) raster_.emplace(camera_, pixelRatio_);
+        if (!begun_) start();
         raster_->draw(line);
     }
     /// Whether lines wait for compose().
-    bool empty() const { return !raster_ || raster_->touched().isEmpty(); }
-    /// Blends the lines drawn so far over the frame buffer that is bound, if there are any. Expects blending
-    /// to be on and leaves setBlending().
+    bool empty() const { return !begun_ || raster_->touched().isEmpty(); }
+    /// Blends the lines drawn so far over the frame buffer that is bound, if there are any, and begins anew.
+    /// Expects blending to be on and leaves setBlending().
     void compose();
+    /// The same with all lines of a frame.
+    void composeAndKeep();
+    /// Whether there is a picture that resume() might find.
+    bool keeps() const { return kept_; }
+    bool keepsFor(const Camera& camera, double pixelRatio) const {
+        return kept_ && raster_->sees(camera, pixelRatio);
+    }
+    /// Where in the picture that is kept a line may be.
+    QRect extentOf(const DrawList::Line& line) const { return raster_->extentOf(line); }
 
   private:
+    void start();
+    bool prepareTexture();
+    void send(const QRect& part);
+    void blend();
+
     Camera camera_;
     double pixelRatio_ = 1.0;
-    std::optional<LineRaster> raster_;  ///< once the frame has lines
+    LineRaster::Quality quality_ = LineRaster::Quality::Smooth;
+    std::optional<LineRaster> raster_;  ///< once a frame had lines
+    bool begun_ = false;                ///< it is of this frame
+    bool kept_ = false;
+    QRegion redrawn_;
+    QRect sent_;  ///< where the texture is as the picture
     std::unique_ptr<QOpenGLTexture> texture_;
     QOpenGLTextureBlitter blitter_;
 };

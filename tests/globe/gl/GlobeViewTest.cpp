@@ -436,6 +436,17 @@ TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
         const QImage together = view.grabFrame();
         view.overlays().setShown(body, true);
         EXPECT_LT(differences(view.grabFrame(), together, 8, all), drawn / 500) << range;
+        view.overlays().setShown(body, false);
+        view.grabFrame();
+        view.overlays().setShown(single[3], false);
+        view.overlays().replace(single[5], {shapes[7]});
+        view.overlays().remove(single[9]);
+        single.push_back(view.overlays().add({shapes[9]}));
+        const QImage mended = view.grabFrame();
+        look(at(20, 20), 1.1 * range, azimuth, elevation);
+        view.grabFrame();
+        look(at(20, 20), range, azimuth, elevation);
+        EXPECT_EQ(differences(mended, view.grabFrame(), 0, all), 0) << range << ": as drawn anew";
         for (const auto id : single) view.overlays().remove(id);
         view.overlays().setShown(lines, true);
         EXPECT_LT(differences(inMemory, together, 8, all), drawn / 50)
