@@ -69,12 +69,16 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     }
     if (frame.map.graticule) layers_->graticule.draw(camera, frame.pixelRatio);
     layers_->overlays.update(frame.overlays);
-    layers_->overlays.draw(camera, frame.pixelRatio);
+    layers_->overlays.draw(camera, frame.pixelRatio, frame.moving);
     layers_->sprites.setPixelRatio(frame.pixelRatio);
     paintTexts(frame, device);
     if (hookRecorded_) layers_->hook.compose();
     hookRecorded_ = false;
     paintScreenTexts(frame, device);
+}
+
+bool GlobePainter::isRough() const {
+    return layers_->overlays.isRough();
 }
 
 void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {

@@ -35,6 +35,7 @@ struct GlobeFrame {
     const OverlayScene& overlays;
     const std::map<std::uint64_t, PlatformMarker>& platforms;
     const std::map<std::uint64_t, ScreenText>& screenTexts;
+    bool moving = false;  ///< the camera: a frame in time is worth more than a fine one
 };
 
 /// Draws the globe and everything on it, in a window or off screen. To be made, used and destroyed with the
@@ -51,6 +52,8 @@ class GlobePainter {
     void recordHook(const Camera& camera, const QSize& pixels, const std::function<void()>& hook);
     /// Draws on the frame buffer that is bound, which is the one that `device` stands for.
     void draw(const GlobeFrame& frame, QPaintDevice& device);
+    /// Whether the last frame would be finer if the camera were not moving.
+    bool isRough() const;
 
   private:
     struct Layers;

@@ -66,6 +66,13 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     overlays_.setChangeCallback([this] { contentChanged(); });
+    constexpr int kRestMilliseconds = 150;
+    rest_.setSingleShot(true);
+    rest_.setInterval(kRestMilliseconds);
+    connect(&rest_, &QTimer::timeout, this, [this] {
+        moving_ = false;
+        requestRedraw();
+    });
 }
 
 GlobeView::~GlobeView() {
@@ -139,6 +146,8 @@ void GlobeView::setRangeAzimuthElevation(double range, double azimuth, double el
 }
 
 void GlobeView::cameraMoved() {
+    moving_ = true;
+    rest_.stop();
     // Not contentChanged(): a camera that the hook moves needs the next frame, this one's view is set.
     requestRedraw();
     emit cameraChanged();
@@ -196,6 +205,7 @@ void GlobeView::contentChanged() {
 }
 
 QImage GlobeView::grabFrame() {
+    moving_ = false;
     return grabFramebuffer();
 }
 
@@ -237,8 +247,13 @@ void GlobeView::paintGL() {
                     .map = mapOptions_,
                     .overlays = overlays_,
                     .platforms = platforms_,
-                    .screenTexts = screenTexts_},
+                    .screenTexts = screenTexts_,
+                    .moving = moving_},
                    *this);
+    if (painter_->isRough())
+        rest_.start();
+    else
+        moving_ = false;
     emit frameDrawn();
 }
 

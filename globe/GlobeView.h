@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QOpenGLWidget>
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -20,9 +21,10 @@ namespace sandbox {
 /// The 3-D view: the earth, overlays, platforms, what a refresh hook draws, and screen texts, in this
 /// order from the back to the front.
 ///
-/// A frame is drawn only when something changed or `requestRedraw()` was called. Pixels in this interface
-/// are widget pixels with the origin at the top left corner; the device's pixel density is dealt with
-/// inside.
+/// A frame is drawn only when something changed or `requestRedraw()` was called. Where the processor draws
+/// very many lines, those of a view that moves are rough, and another frame follows when it rests. Pixels in
+/// this interface are widget pixels with the origin at the top left corner; the device's pixel density is
+/// dealt with inside.
 class GlobeView : public QOpenGLWidget {
     Q_OBJECT
 
@@ -89,7 +91,7 @@ class GlobeView : public QOpenGLWidget {
     void requestRedraw();
     /// Frames drawn so far.
     std::uint64_t frameCount() const { return frameCount_; }
-    /// Draws a frame and returns it with all layers, in device pixels.
+    /// Draws a frame and returns it with all layers, in device pixels; never a rough one.
     QImage grabFrame();
 
   signals:
@@ -149,6 +151,10 @@ class GlobeView : public QOpenGLWidget {
     int wheelRest_ = 0;
     unsigned wheelModifiers_ = 0;
     std::uint64_t frameCount_ = 0;
+    /// The camera has moved since the last frame that was not rough.
+    bool moving_ = false;
+    /// After a rough frame, until the camera has rested for a moment.
+    QTimer rest_;
     bool insideHook_ = false;
 };
 

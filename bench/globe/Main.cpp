@@ -156,14 +156,15 @@ int main(int argc, char** argv) {
     sandbox::Camera camera;
     camera.setViewport(1280, 800);
     sandbox::OverlayScene scene;
-    const auto frame = [&] {
+    const auto frame = [&](bool moving = false) {
         const Stopwatch watch;
         picture.draw({.camera = camera,
                       .backdrop = {},
                       .map = {},
                       .overlays = scene,
                       .platforms = {},
-                      .screenTexts = {}});
+                      .screenTexts = {},
+                      .moving = moving});
         return watch.elapsed();
     };
     frame();  // compiles the shaders
@@ -200,6 +201,13 @@ int main(int argc, char** argv) {
         std::ranges::sort(times, {}, &Stopwatch::Times::cpu);
         print(what + ", median", times[kFrames / 2]);
         print(what + ", worst", times.back());
+        for (int i = 0; i < kFrames; ++i) {
+            const double turn = range / 2.3e7 * 60.0 * i / kFrames;
+            camera.setCenter(halCore::Vec3(45.0 * kRadiansPerDegree, (10.0 + turn) * kRadiansPerDegree, 0.0));
+            times[static_cast<std::size_t>(i)] = frame(true);
+        }
+        std::ranges::sort(times, {}, &Stopwatch::Times::cpu);
+        print(what + ", rough as while it moves, median", times[kFrames / 2]);
         if (!apart || shapes.empty()) continue;
         for (Stopwatch::Times& time : times) {
             scene.remove(changing);

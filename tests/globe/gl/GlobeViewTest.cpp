@@ -456,6 +456,48 @@ TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
     }
 }
 
+/// A view of very many lines is rough while it moves: the same lines at the same places. It rests with a fine
+/// frame, and few lines are fine always.
+TEST_F(GlobeViewTest, ViewsAreRoughOnlyWhileTheyMove) {
+    const OverlayScene::Shapes shapes =
+        halCore::ZEL::parsed(halCore::ZEL::sample("countries-110m.zel")).shapes;
+    OverlayScene scene;
+    GlobePicture picture;
+    const Camera camera = looking(at(20, 20), 2.0e7);
+    GlobeFrame frame{camera, 1.0, {}, {}, scene, {}, {}};
+    const QImage bare = picture.draw(frame);
+    for (const auto& [copies, rough] : {std::pair{1, false}, {25, true}}) {
+        while (scene.entries().size() < static_cast<std::size_t>(copies)) scene.add(shapes);
+        const QImage fine = picture.draw(frame);
+        frame.moving = true;
+        const QImage moving = picture.draw(frame);
+        const QRect inside(1, 1, fine.width() - 2, fine.height() - 2);
+        EXPECT_EQ(differences(fine, moving, 8, inside) > 1000, rough);
+        const auto strays = [&](const QImage& a, const QImage& b) {
+            return count(inside, [&](int x, int y) {
+                return differences(a, bare, 150, {x, y, 1, 1}) > 0 &&
+                       differences(b, bare, 30, {x - 1, y - 1, 3, 3}) == 0;
+            });
+        };
+        EXPECT_EQ(strays(moving, fine), 0);
+        EXPECT_LT(strays(fine, moving), 10) << "corners within a pixel";
+        frame.moving = false;
+        EXPECT_EQ(differences(fine, picture.draw(frame), 0, inside), 0);
+
+        view.overlays().clear();
+        for (int i = 0; i < copies; ++i) view.overlays().add(shapes);
+        view.grabFrame();
+        settle();
+        const auto frames = view.frameCount();
+        look(at(20, 20), rough ? 2.0e7 : 1.9e7);
+        const auto expected = frames + (rough ? 2 : 1);
+        waitUntil([&] { return view.frameCount() >= expected; });
+        QThread::msleep(200);
+        settle();
+        EXPECT_EQ(view.frameCount(), expected);
+    }
+}
+
 /// The nearest within reach, and none behind the earth.
 TEST_F(GlobeViewTest, KnowsThePlatformUnderTheMouse) {
     look(at(0, 0), 1.0e6);
