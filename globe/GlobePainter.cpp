@@ -4,6 +4,7 @@
 #include <QOpenGLFunctions>
 #include <QPainter>
 #include <cmath>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -15,7 +16,9 @@
 #include "globe/OverlayLayer.h"
 #include "globe/OverlayScene.h"
 #include "globe/ScaleBar.h"
+#include "globe/SoftwareRenderer.h"
 #include "globe/Sprites.h"
+#include "globe/StillGround.h"
 #include "globe/TextLayout.h"
 
 namespace sandbox {
@@ -25,6 +28,8 @@ struct GlobePainter::Layers {
     HookLayer hook;
     GraticuleLayer graticule;
     BaseMap baseMap;
+    /// None with a graphics card.
+    std::optional<StillGround> still;
     OverlayLayer overlays;
     Sprites sprites;
 };
@@ -38,12 +43,15 @@ void paintStrip(QPainter& painter, const QRectF& area) {
 
 }  // namespace
 
-GlobePainter::GlobePainter() : layers_(std::make_unique<Layers>()) {}
+GlobePainter::GlobePainter() : layers_(std::make_unique<Layers>()) {
+    if (isSoftwareRenderer()) layers_->still.emplace();
+}
 
 GlobePainter::~GlobePainter() = default;
 
 void GlobePainter::setEarthImage(const QImage& image) {
     layers_->earth.setImage(image);
+    if (layers_->still) layers_->still->forget();
 }
 
 void GlobePainter::recordHook(const Camera& camera, const QSize& pixels, const std::function<void()>& hook) {
@@ -63,11 +71,7 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     const float opacity = color.alphaF();
     glClearColor(color.redF() * opacity, color.greenF() * opacity, color.blueF() * opacity, opacity);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    if (frame.backdrop.earth) {
-        layers_->baseMap.update(camera, frame.pixelRatio, frame.map);
-        layers_->earth.draw(camera, frame.pixelRatio, layers_->baseMap, frame.map);
-    }
-    if (frame.map.graticule) layers_->graticule.draw(camera, frame.pixelRatio);
+    drawGround(frame, pixels);
     layers_->overlays.update(frame.overlays);
     layers_->overlays.draw(camera, frame.pixelRatio, frame.moving);
     layers_->sprites.setPixelRatio(frame.pixelRatio);
@@ -75,6 +79,18 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     if (hookRecorded_) layers_->hook.compose();
     hookRecorded_ = false;
     paintScreenTexts(frame, device);
+}
+
+void GlobePainter::drawGround(const GlobeFrame& frame, const QSize& pixels) {
+    const StillGround::View view{frame.camera, frame.pixelRatio, frame.map};
+    const bool kept = frame.backdrop.earth && layers_->still;
+    if (kept && layers_->still->show(view)) return;
+    if (frame.backdrop.earth) {
+        layers_->baseMap.update(frame.camera, frame.pixelRatio, frame.map);
+        layers_->earth.draw(frame.camera, frame.pixelRatio, layers_->baseMap, frame.map);
+    }
+    if (frame.map.graticule) layers_->graticule.draw(frame.camera, frame.pixelRatio);
+    if (kept) layers_->still->noteDrawn(view, pixels);
 }
 
 bool GlobePainter::isRough() const {

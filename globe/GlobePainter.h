@@ -58,6 +58,7 @@ class GlobePainter {
   private:
     struct Layers;
 
+    void drawGround(const GlobeFrame& frame, const QSize& pixels);
     void paintTexts(const GlobeFrame& frame, QPaintDevice& device);
     void paintScale(const GlobeFrame& frame, QPainter& painter);
     void paintScreenTexts(const GlobeFrame& frame, QPaintDevice& device);

@@ -163,7 +163,9 @@ TEST_F(GlobeViewTest, TheEarthImageLiesWhereItBelongs) {
             EXPECT_NEAR(qGreen(c), (lat + 90.0) / 180.0 * 255.0, 10) << range;
         }
     }
+    for (int i = 0; i < 2; ++i) view.grabFrame();
     EXPECT_FALSE(view.setEarthImage(folder.filePath("missing.png")));
+    EXPECT_LT(qRed(view.grabFrame().pixel(320, 240)), 100) << "also while the view rests";
 }
 
 TEST_F(GlobeViewTest, TranslucentAreasAndLinesBlendOnce) {
@@ -307,6 +309,8 @@ TEST_F(GlobeViewTest, TheMapShowsWhatIsAskedFor) {
     const int coast = differences(with({.coastlines = true}), bare, 0, all);
     EXPECT_GT(coast, 1000);
     EXPECT_GT(differences(with({.coastlines = true, .borders = true}), bare, 0, all), coast + 1000);
+    const QImage both = with({.graticule = true, .coastlines = true});
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(view.grabFrame(), both) << "at rest";
     EXPECT_EQ(with({}), bare);
 }
 
