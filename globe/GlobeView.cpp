@@ -5,6 +5,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -66,9 +67,14 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     overlays_.setChangeCallback([this] { contentChanged(); });
-    constexpr int kRestMilliseconds = 150;
     rest_.setSingleShot(true);
-    rest_.setInterval(kRestMilliseconds);
+    // Not before what was drawn is on the screen: that may take as long as to draw it.
+    connect(this, &QOpenGLWidget::frameSwapped, this, [this] {
+        constexpr qint64 kLeast = 150;
+        constexpr qint64 kMost = 1000;
+        if (painter_ && painter_->isRough() && moving_)
+            rest_.start(static_cast<int>(std::clamp(frameTime_.elapsed(), kLeast, kMost)));
+    });
     connect(&rest_, &QTimer::timeout, this, [this] {
         moving_ = false;
         requestRedraw();
@@ -230,6 +236,7 @@ void GlobeView::resizeGL(int width, int height) {
 
 void GlobeView::paintGL() {
     ++frameCount_;
+    frameTime_.start();
     continueFlight();
     // The hook may move the camera: that is for the next frame, this one keeps its view.
     const Camera camera = camera_;
@@ -250,10 +257,7 @@ void GlobeView::paintGL() {
                     .screenTexts = screenTexts_,
                     .moving = moving_},
                    *this);
-    if (painter_->isRough())
-        rest_.start();
-    else
-        moving_ = false;
+    if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();
 }
 

@@ -153,8 +153,9 @@ class GlobeView : public QOpenGLWidget {
     std::uint64_t frameCount_ = 0;
     /// The camera has moved since the last frame that was not rough.
     bool moving_ = false;
-    /// After a rough frame, until the camera has rested for a moment.
+    /// After a rough frame, until the camera has rested for a moment, and for as long as that frame took.
     QTimer rest_;
+    QElapsedTimer frameTime_;
     bool insideHook_ = false;
 };
 
