@@ -7,8 +7,8 @@
 #include "common/NumberText.h"
 #include "common/Strings.h"
 #include "format/FileNumber.h"
+#include "format/ShapeCast.h"
 #include "format/ShapeFields.h"
-#include "format/ZelShapes.h"
 #include "geo/Angles.h"
 
 namespace halCore::ZEL {
@@ -126,7 +126,7 @@ std::string adviceOnBox(std::string_view north, std::string_view south, std::str
 std::string adviceOnMissingPlace(const ZelShape& shape) {
     Vec3 reference;
     const bool canLack =
-        dynamic_cast<const CircularShape*>(&shape) != nullptr || shape.shapeType() == ShapeType::Annotation;
+        shapeAs<CircularShape>(shape) != nullptr || shape.shapeType() == ShapeType::Annotation;
     if (!shape.isRelative() || !canLack || anchorOf(shape) || shape.getReferencePosition(reference) == 0)
         return {};
     return std::string(ZelShape::shapeTypeToString(shape.shapeType())) +

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "format/Placement.h"
-#include "format/ZelShapes.h"
+#include "format/ShapeCast.h"
 #include "geo/Angles.h"
 
 namespace halCore::ZEL {
@@ -35,7 +35,7 @@ std::optional<RoundOutline> roundOutline(const CircularShape& shape, const Place
     RoundOutline out;
     out.center = *center;
     out.halfEast = out.halfNorth = std::abs(radius);
-    if (const auto* orbit = dynamic_cast<const Orbit*>(&shape)) {
+    if (const auto* orbit = shapeAs<Orbit>(shape)) {
         Vec3 second;
         if (orbit->getCenterPosition2(second) != 0) return std::nullopt;
         const std::optional<Vec3> center2 = placement.place(second);
@@ -45,7 +45,7 @@ std::optional<RoundOutline> roundOutline(const CircularShape& shape, const Place
     }
     double start = 0.0;
     double sweep = -kTwoPi;
-    if (const auto* elliptical = dynamic_cast<const EllipticalShape*>(&shape)) {
+    if (const auto* elliptical = shapeAs<EllipticalShape>(shape)) {
         setHalves(*elliptical, out);
         double given = 0.0;
         if (shape.shapeType() != ShapeType::Ellipse && elliptical->getAngleSweep(given) == 0 &&
@@ -54,7 +54,7 @@ std::optional<RoundOutline> roundOutline(const CircularShape& shape, const Place
             sweep = given;
             out.whole = false;
         }
-    } else if (const auto* ellipsoid = dynamic_cast<const Ellipsoid*>(&shape)) {
+    } else if (const auto* ellipsoid = shapeAs<Ellipsoid>(shape)) {
         setHalves(*ellipsoid, out);
     }
     const double halfEast = std::abs(out.halfEast * placement.scale().x());

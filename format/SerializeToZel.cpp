@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "common/Notify.h"
+#include "format/ShapeCast.h"
 #include "format/ShapeExtras.h"
 #include "geo/Angles.h"
 #include "geo/OffsetGrid.h"
@@ -107,18 +108,18 @@ void SerializeToZel::beginShape(ShapeType type, unsigned long platformId) {
 }
 
 void SerializeToZel::findFaces_() {
-    ZEL::ZelShape* const shape = current_.get();
+    ZEL::ZelShape& shape = *current_;
     as_ = Faces{};
-    as_.pointBased = dynamic_cast<ZEL::PointBasedShape*>(shape);
-    as_.points = dynamic_cast<ZEL::Points*>(shape);
-    as_.annotation = dynamic_cast<ZEL::Annotation*>(shape);
-    as_.fillable = dynamic_cast<ZEL::FillableShape*>(shape);
-    as_.circular = dynamic_cast<ZEL::CircularShape*>(shape);
-    as_.orbit = dynamic_cast<ZEL::Orbit*>(shape);
-    as_.elliptical = dynamic_cast<ZEL::EllipticalShape*>(shape);
-    as_.ellipsoid = dynamic_cast<ZEL::Ellipsoid*>(shape);
-    as_.circularHeight = dynamic_cast<ZEL::CircularHeightShape*>(shape);
-    as_.cylinder = dynamic_cast<ZEL::Cylinder*>(shape);
+    as_.pointBased = ZEL::shapeAs<ZEL::PointBasedShape>(shape);
+    as_.points = ZEL::shapeAs<ZEL::Points>(shape);
+    as_.annotation = ZEL::shapeAs<ZEL::Annotation>(shape);
+    as_.fillable = ZEL::shapeAs<ZEL::FillableShape>(shape);
+    as_.circular = ZEL::shapeAs<ZEL::CircularShape>(shape);
+    as_.orbit = ZEL::shapeAs<ZEL::Orbit>(shape);
+    as_.elliptical = ZEL::shapeAs<ZEL::EllipticalShape>(shape);
+    as_.ellipsoid = ZEL::shapeAs<ZEL::Ellipsoid>(shape);
+    as_.circularHeight = ZEL::shapeAs<ZEL::CircularHeightShape>(shape);
+    as_.cylinder = ZEL::shapeAs<ZEL::Cylinder>(shape);
 }
 
 void SerializeToZel::endShape() {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "format/ZelShapes.h"
+#include "format/ShapeCast.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -40,8 +40,8 @@ bool copyCommon(const ZelShape& from, ZelShape* to) {
 /// Of a class that both shapes are of.
 template <typename Shape>
 bool copyOf(const ZelShape& from, ZelShape* to, auto copyAll) {
-    const auto* const source = dynamic_cast<const Shape*>(&from);
-    auto* const target = dynamic_cast<Shape*>(to);
+    const auto* const source = shapeAs<Shape>(from);
+    auto* const target = to ? shapeAs<Shape>(*to) : nullptr;
     if (!source || (to && !target)) return false;
     return copyAll(*source, target);
 }
@@ -77,8 +77,8 @@ std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape) {
         list->points().resize(most);
         list->points().shrink_to_fit();
     };
-    drop(dynamic_cast<PointBasedShape*>(shape.get()));
-    drop(dynamic_cast<Points*>(shape.get()));
+    drop(shapeAs<PointBasedShape>(*shape));
+    drop(shapeAs<Points>(*shape));
     return shape;
 }
 

@@ -9,7 +9,7 @@
 #include "format/Keyword.h"
 #include "format/LengthScale.h"
 #include "format/LineTokens.h"
-#include "format/ZelShapes.h"
+#include "format/ShapeCast.h"
 #include "geo/Angles.h"
 
 namespace halCore::ZEL {
@@ -99,8 +99,8 @@ std::string ShapeField::line() const {
 }
 
 const std::vector<Vec3>* pointsOf(const ZelShape& shape) {
-    if (const auto* list = dynamic_cast<const PointBasedShape*>(&shape)) return &list->points();
-    if (const auto* points = dynamic_cast<const Points*>(&shape)) return &points->points();
+    if (const auto* list = shapeAs<PointBasedShape>(shape)) return &list->points();
+    if (const auto* points = shapeAs<Points>(shape)) return &points->points();
     return nullptr;
 }
 
@@ -110,8 +110,8 @@ std::vector<Vec3>* pointsOf(ZelShape& shape) {
 
 std::optional<Vec3> anchorOf(const ZelShape& shape) {
     Vec3 anchor;
-    const auto* const round = dynamic_cast<const CircularShape*>(&shape);
-    const auto* const label = dynamic_cast<const Annotation*>(&shape);
+    const auto* const round = shapeAs<CircularShape>(shape);
+    const auto* const label = shapeAs<Annotation>(shape);
     const bool named =
         (round && round->getCenterPosition(anchor) == 0) || (label && label->getPosition(anchor) == 0);
     return named ? std::optional(anchor) : std::nullopt;
@@ -119,7 +119,7 @@ std::optional<Vec3> anchorOf(const ZelShape& shape) {
 
 bool isPlaceless(const ZelShape& shape) {
     const bool canLack =
-        shape.shapeType() == ShapeType::Annotation || dynamic_cast<const CircularShape*>(&shape) != nullptr;
+        shape.shapeType() == ShapeType::Annotation || shapeAs<CircularShape>(shape) != nullptr;
     return !shape.isRelative() && canLack && !anchorOf(shape);
 }
 

@@ -8,8 +8,8 @@
 #include "format/FileNumber.h"
 #include "format/LineSettings.h"
 #include "format/PlaceAdvice.h"
+#include "format/ShapeCast.h"
 #include "format/ShapeFields.h"
-#include "format/ZelShapes.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -25,7 +25,7 @@ constexpr const char* kLevel = "has an altitude that cannot be read, and means 0
 
 template <typename Kind>
 bool is(const ZelShape& shape) {
-    return dynamic_cast<const Kind*>(&shape) != nullptr;
+    return isOf<Kind>(shape.shapeType());
 }
 
 bool isFalseToken(std::string_view text) {

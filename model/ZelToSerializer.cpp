@@ -5,6 +5,7 @@
 
 #include "common/Notify.h"
 #include "format/Parser.h"
+#include "format/ShapeCast.h"
 #include "format/ShapeFields.h"
 #include "geo/Angles.h"
 #include "model/CylinderShape.h"
@@ -75,7 +76,7 @@ bool isBox(const std::vector<Vec3>& p) {
 }
 
 std::string nameOf(const ZEL::ZelShape& shape) {
-    if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape)) return annotation->label();
+    if (const auto* annotation = ZEL::shapeAs<ZEL::Annotation>(shape)) return annotation->label();
     std::string name;
     shape.getName(name);
     return name;
@@ -88,7 +89,7 @@ void lineColor(Serializer& target, const ZEL::Color& color) {
 void style(Serializer& target, const ZEL::ZelShape& shape) {
     ZEL::Color line(255, 0, 0, 255);
     int width = 1;
-    if (const auto* fillable = dynamic_cast<const ZEL::FillableShape*>(&shape)) {
+    if (const auto* fillable = ZEL::shapeAs<ZEL::FillableShape>(shape)) {
         ZEL::Color fill(255, 0, 0, 255);
         if (const auto color = valueOf(*fillable, &ZEL::FillableShape::getLineColor)) line = fill = *color;
         if (const auto color = valueOf(*fillable, &ZEL::FillableShape::getFillColor)) fill = *color;
@@ -117,10 +118,10 @@ Radii radiiOf(const std::optional<double>& radius, const std::optional<double>& 
 
 Radii radiiOf(const ZEL::CircularShape& shape) {
     const auto radius = valueOf(shape, &ZEL::CircularShape::getRadius);
-    if (const auto* ellipse = dynamic_cast<const ZEL::EllipticalShape*>(&shape))
+    if (const auto* ellipse = ZEL::shapeAs<ZEL::EllipticalShape>(shape))
         return radiiOf(radius, valueOf(*ellipse, &ZEL::EllipticalShape::getMajorAxis),
                        valueOf(*ellipse, &ZEL::EllipticalShape::getMinorAxis));
-    if (const auto* ellipsoid = dynamic_cast<const ZEL::Ellipsoid*>(&shape))
+    if (const auto* ellipsoid = ZEL::shapeAs<ZEL::Ellipsoid>(shape))
         return radiiOf(radius, valueOf(*ellipsoid, &ZEL::Ellipsoid::getMajorAxis),
                        valueOf(*ellipsoid, &ZEL::Ellipsoid::getMinorAxis));
     return {radius, std::nullopt};
@@ -147,13 +148,13 @@ void circular(Serializer& target, const ZEL::CircularShape& shape, Type type) {
     const Radii radii = radiiOf(shape);
     if (radii.major) target.setMajorRadius(*radii.major);
     if (radii.minor) target.setMinorRadius(*radii.minor);
-    if (const auto* ellipse = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
+    if (const auto* ellipse = ZEL::shapeAs<ZEL::EllipticalShape>(shape)) {
         if (type != Type::Cylinder) sector(target, *ellipse);
-        if (const auto* cylinder = dynamic_cast<const ZEL::Cylinder*>(&shape))
+        if (const auto* cylinder = ZEL::shapeAs<ZEL::Cylinder>(shape))
             if (const auto height = valueOf(*cylinder, &ZEL::Cylinder::getHeight)) target.setHeight(*height);
         return;
     }
-    if (const auto* high = dynamic_cast<const ZEL::CircularHeightShape*>(&shape))
+    if (const auto* high = ZEL::shapeAs<ZEL::CircularHeightShape>(shape))
         if (const auto height = valueOf(*high, &ZEL::CircularHeightShape::getHeight))
             // To a host, an ellipsoid that is not above 0 high has no height.
             if (type != Type::Ellipsoid || *height > 0.0) target.setHeight(*height);
@@ -213,7 +214,7 @@ Serializer::ShapeType ZelToSerializer::typeOf(const ZEL::ZelShape& shape) const 
 std::string_view ZelToSerializer::whyLeftOut(const ZEL::ZelShape& shape, bool hasFrame) const {
     const Type type = typeOf(shape);
     if (type == Type::None) return "the editor has no such shape";
-    const auto* const round = dynamic_cast<const ZEL::CircularShape*>(&shape);
+    const auto* const round = ZEL::shapeAs<ZEL::CircularShape>(shape);
     Vec3 reference;
     const bool isPossible = !shape.isRelative() || hasFrame || shape.getReferencePosition(reference) == 0;
     // A label can still be put somewhere by the user.
