@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "common/Notify.h"
+#include "common/Strings.h"
 #include "format/MessageSink.h"
 #include "format/Parser.h"
 #include "format/ShapeExtras.h"
@@ -157,6 +158,8 @@ struct OverlayReading::State {
     SerializeToShape target;
     /// Why a shape is not held; empty for one that is.
     std::vector<std::string> reasons;
+    /// Shapes that are left out with a message, the first ones with one of their own.
+    std::size_t told = 0;
     /// The shapes of the blocks before the next.
     std::size_t made = 0;
     std::vector<bool> held;
@@ -205,10 +208,23 @@ bool OverlayReading::State::lookAtOffsets(Slice& slice) {
 bool OverlayReading::State::makeShapes(Slice& slice) {
     while (next < shapes.size()) {
         const ZEL::ZelShapePtr& shape = shapes[next];
+        // Each message may take a host longer than the shape.
+        std::optional<halNotify::Silence> silence;
+        if (told >= UTILS::kMostListed &&
+            !ZelToSerializer().whyLeftOut(*shape, target.pointConverter() != nullptr).empty())
+            silence.emplace();
         ZelToSerializer().replay(target, {&shape, 1}, platformId, sourceName, &reasons);
-        if (!reasons[next++].empty()) result.leftOut.push_back(labelOf(*shape));
+        if (!reasons[next++].empty()) {
+            result.leftOut.push_back(labelOf(*shape));
+            if (ZelToSerializer().typeOf(*shape) != Serializer::ShapeType::None) ++told;
+        }
         if (slice.isOver(unitsOf(*shape))) return false;
     }
+    if (const std::size_t untold = told - std::min(told, UTILS::kMostListed); untold > 0)
+        halNotify::notify(halNotify::Error)
+            << sourceName << ": " << untold
+            << (untold == 1 ? " more shape cannot be edited and is left out"
+                            : " more shapes cannot be edited and are left out");
     result.shapes = target.shapes();
     auto made = result.shapes.begin();
     for (std::size_t i = 0; i < shapes.size(); ++i) {

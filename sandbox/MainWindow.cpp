@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QStatusBar>
+#include <initializer_list>
 
 #include "common/Notify.h"
 #include "globe/GlobeView.h"
@@ -32,6 +33,15 @@ MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
 
     positionLabel_ = new QLabel;
     rangeLabel_ = new QLabel;
+    readingLabel_ = new QLabel;
+    readingLabel_->setTextFormat(Qt::PlainText);
+    readingCancel_ = new QPushButton("Cancel");
+    readingCancel_->setFocusPolicy(Qt::NoFocus);
+    connect(readingCancel_, &QPushButton::clicked, this, &MainWindow::readingCanceled);
+    for (QWidget* each : std::initializer_list<QWidget*>{readingLabel_, readingCancel_}) {
+        each->hide();
+        statusBar()->addPermanentWidget(each);
+    }
     statusBar()->addWidget(positionLabel_, 1);
     statusBar()->addPermanentWidget(rangeLabel_);
     connect(view_, &GlobeView::cursorMoved, this, &MainWindow::showCursor);
@@ -141,6 +151,12 @@ void MainWindow::dropEvent(QDropEvent* event) {
 
 void MainWindow::showCursor(bool onEarth, double latitude, double longitude) {
     positionLabel_->setText(onEarth ? positionText(latitude, longitude) : QString("off the earth"));
+}
+
+void MainWindow::showReading(const QString& path, int percent) {
+    readingLabel_->setText(QString("Reading %1: %2 %").arg(QFileInfo(path).fileName()).arg(percent));
+    readingLabel_->setVisible(!path.isEmpty());
+    readingCancel_->setVisible(!path.isEmpty());
 }
 
 void MainWindow::showRange() {

@@ -32,6 +32,8 @@ class MainWindow : public QMainWindow {
 
     /// The files of the "Open Recent" menu, latest first.
     void setRecentFiles(const QStringList& paths);
+    /// Tells that a file is being read, so many percent of it, and offers to end that; "" tells of none.
+    void showReading(const QString& path, int percent);
     /// The text of the status bar about the cursor and the camera.
     QString statusText() const;
 
@@ -46,6 +48,7 @@ class MainWindow : public QMainWindow {
     /// Files were dropped on the window, or chosen among the recent ones.
     void filesGiven(const QStringList& paths);
     void tracksToggled(bool shown);
+    void readingCanceled();
     /// The window is about to close.
     void closing();
 
@@ -69,6 +72,8 @@ class MainWindow : public QMainWindow {
     OverlayPanel* overlayPanel_ = nullptr;
     QPushButton* errorMark_ = nullptr;  ///< while there are errors that nobody has looked at
     int errors_ = 0;
+    QLabel* readingLabel_ = nullptr;
+    QPushButton* readingCancel_ = nullptr;
     QLabel* positionLabel_ = nullptr;
     QLabel* rangeLabel_ = nullptr;
 };

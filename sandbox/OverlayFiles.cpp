@@ -1,8 +1,10 @@
 #include "sandbox/OverlayFiles.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include "common/Files.h"
 #include "common/Notify.h"
@@ -58,12 +60,25 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
     : scene_(scene), scenario_(scenario), handles_(handles), log_(log) {
     connect(&scenario, &Scenario::platformMoved, this, &OverlayFiles::platformChanged);
     connect(&scenario, &Scenario::platformRemoved, this, &OverlayFiles::platformRemoved);
+    turn_.setSingleShot(true);
+    connect(&turn_, &QTimer::timeout, this, &OverlayFiles::readOn);
 }
 
-OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
-    halCore::ZEL::ParseReport report;
-    OverlayScene::Shapes shapes;
-    halCore::ZEL::Parser().parse(std::string_view(overlay.text), shapes, report);
+OverlayFiles::Coming::Coming(std::unique_ptr<LoadedOverlay> with)
+    : overlay(std::move(with)), text(overlay->text, shapes, report) {}
+
+bool OverlayFiles::Coming::goOn(Slice& slice) {
+    constexpr std::size_t bytes = std::size_t{64} << 10;
+    constexpr std::size_t bytesOfAUnit = 256;
+    while (!isRead) {
+        isRead = text.goOn(bytes);
+        if (slice.isOver(bytes / bytesOfAUnit)) break;
+    }
+    return isRead;
+}
+
+void OverlayFiles::report(LoadedOverlay& overlay, halCore::ZEL::ParseReport report,
+                          const OverlayScene::Shapes& shapes) {
     report.addUnterminatedBlock();
     overlay.messages = std::move(report.messages);
     if (!overlay.isStream()) {
@@ -77,34 +92,117 @@ OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
     for (const auto& message : overlay.messages) told.add(message.severity, message.line, message.text);
     if (report.omittedMessages > 0) told.addUntold(halNotify::Error, report.omittedMessages);
     if (shapes.empty()) log_.add(halNotify::Error, "host", overlay.describe() + " holds no shape");
+}
+
+OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
+    halCore::ZEL::ParseReport told;
+    OverlayScene::Shapes shapes;
+    halCore::ZEL::Parser().parse(std::string_view(overlay.text), shapes, told);
+    report(overlay, std::move(told), shapes);
     return shapes;
 }
 
-LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Plugin* owner) {
-    auto shapes = read(*overlay);
+LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes,
+                                 Plugin* owner) {
     if (shapes.empty()) return nullptr;
     overlay->sceneId = scene_.add(std::move(shapes), referenceOf(scenario_, overlay->platform),
                                   overlay->shown, directoryOf(*overlay));
     return handles_.add(std::move(overlay), owner);
 }
 
-LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t platform, bool shown) {
+std::unique_ptr<LoadedOverlay> OverlayFiles::open(const std::string& path, std::uint64_t platform,
+                                                  bool shown) {
     auto overlay = std::make_unique<LoadedOverlay>(scene_);
     overlay->path = wholePath(path);
     overlay->platform = platform;
     overlay->shown = shown;
-    if (const std::string error = UTILS::readFile(path, overlay->text); !error.empty()) {
-        log_.add(halNotify::Error, "host",
-                 QString("%1 cannot be opened: %2").arg(overlay->describe(), QString::fromStdString(error)));
-        return nullptr;
-    }
-    LoadedOverlay* loaded = add(std::move(overlay), nullptr);
+    const std::string error = UTILS::readFile(path, overlay->text);
+    if (error.empty()) return overlay;
+    log_.add(halNotify::Error, "host",
+             QString("%1 cannot be opened: %2").arg(overlay->describe(), QString::fromStdString(error)));
+    return nullptr;
+}
+
+LoadedOverlay* OverlayFiles::addFile(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes) {
+    LoadedOverlay* loaded = add(std::move(overlay), std::move(shapes), nullptr);
     if (!loaded) return nullptr;
     emit filesChanged();
     void* handle = loaded->handle();
     tell("overlay added", [handle](PIHALVIS::ZELEventObserver* observer) { observer->addedZEL(handle); });
     // An observer may have unloaded it again.
     return handles_.find<LoadedOverlay>(handle);
+}
+
+LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t platform, bool shown) {
+    auto overlay = open(path, platform, shown);
+    if (!overlay) return nullptr;
+    auto shapes = read(*overlay);
+    return addFile(std::move(overlay), std::move(shapes));
+}
+
+// What is read in the pauses
+
+void OverlayFiles::loadFileSoon(const std::string& path, std::function<void(bool)> then) {
+    waiting_.push_back({.path = path, .then = std::move(then), .coming = nullptr, .begun = {}});
+    if (waiting_.size() == 1) readOn();
+}
+
+void OverlayFiles::readOn() {
+    // What is small is read at once, whatever the clock says.
+    constexpr std::size_t atLeast = 4000;
+    constexpr std::chrono::milliseconds atOnce{40};
+    constexpr int untoldMilliseconds = 1000;
+    while (!waiting_.empty()) {
+        Waiting& first = waiting_.front();
+        if (!first.coming) {
+            auto overlay = open(first.path, 0, true);
+            if (!overlay) {
+                if (const Waiting gone = takeFirst(); gone.then) gone.then(false);
+                continue;
+            }
+            first.begun.start();
+            first.coming = std::make_unique<Coming>(std::move(overlay));
+        }
+        Slice slice(atLeast, atOnce);
+        if (!first.coming->goOn(slice)) {
+            const std::size_t size = first.coming->overlay->text.size();
+            if (first.begun.elapsed() > untoldMilliseconds)
+                emit reading(QString::fromStdString(first.path),
+                             static_cast<int>(100 * first.coming->text.done() / size));
+            turn_.start();
+            return;
+        }
+        const std::unique_ptr<Coming> coming = std::move(first.coming);
+        const Waiting read = takeFirst();
+        bool shown = !findAll(read.path).empty();  // a plug-in has been faster
+        if (!shown) {
+            report(*coming->overlay, std::move(coming->report), coming->shapes);
+            shown = addFile(std::move(coming->overlay), std::move(coming->shapes)) != nullptr;
+        }
+        if (read.then) read.then(shown);
+    }
+}
+
+OverlayFiles::Waiting OverlayFiles::takeFirst() {
+    Waiting first = std::move(waiting_.front());
+    waiting_.pop_front();
+    emit reading({}, 0);
+    return first;
+}
+
+void OverlayFiles::cancelReading() {
+    if (waiting_.empty()) return;
+    const Waiting ended = takeFirst();
+    log_.add(
+        halNotify::Warning, "host",
+        QString("overlay file %1 is not opened: it was canceled").arg(QString::fromStdString(ended.path)));
+    if (ended.then) ended.then(false);
+    if (!waiting_.empty()) turn_.start();
+}
+
+void OverlayFiles::cancelAllReading() {
+    while (!waiting_.empty()) cancelReading();
+    turn_.stop();
 }
 
 bool OverlayFiles::reload(LoadedOverlay& overlay) {
@@ -130,7 +228,8 @@ LoadedOverlay* OverlayFiles::loadStream(std::istream& stream, std::uint64_t plat
     auto overlay = std::make_unique<LoadedOverlay>(scene_);
     overlay->text = readAll(stream);
     overlay->platform = platform;
-    return add(std::move(overlay), owner);
+    auto shapes = read(*overlay);
+    return add(std::move(overlay), std::move(shapes), owner);
 }
 
 void OverlayFiles::unload(LoadedOverlay& overlay) {

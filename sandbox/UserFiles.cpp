@@ -57,9 +57,11 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
     connect(&window_, &MainWindow::filesGiven, this, [this](const QStringList& paths) {
         for (const bool platforms : {true, false})
             for (const QString& path : paths)
-                if (isPlatformFile(path) == platforms) open(path);
+                if (isPlatformFile(path) == platforms) openSoon(path);
     });
     connect(&overlays_, &OverlayFiles::filesChanged, this, &UserFiles::watch);
+    connect(&overlays_, &OverlayFiles::reading, &window_, &MainWindow::showReading);
+    connect(&window_, &MainWindow::readingCanceled, &overlays_, &OverlayFiles::cancelReading);
     connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& path) {
         changed_.insert(path);
         readSoon_.start();
@@ -79,7 +81,22 @@ bool UserFiles::open(const QString& path) {
     return opened;
 }
 
+void UserFiles::openSoon(const QString& path, std::function<void(bool)> then) {
+    const QString whole = QFileInfo(path).absoluteFilePath();
+    const bool isNew = overlays_.findAll(whole.toStdString()).empty();
+    if (isPlatformFile(whole) || isOfOtherProgram(whole) || !isNew) {
+        const bool opened = open(whole);
+        if (then) then(opened);
+        return;
+    }
+    overlays_.loadFileSoon(whole.toStdString(), [this, whole, then = std::move(then)](bool shown) {
+        if (shown) remember(whole);
+        if (then) then(shown);
+    });
+}
+
 void UserFiles::closeAll() {
+    overlays_.cancelAllReading();
     for (LoadedOverlay* overlay : overlays_.files()) overlays_.unload(*overlay);
     platformFiles_.clear();
     scenario_.clear(PIApplicationEvents_t::ScenarioCleared);
@@ -168,7 +185,7 @@ void UserFiles::ask(const QString& title, const QString& key, const QStringList&
                                        .key = key,
                                        .startDirectory = {},
                                        .filterRows = filterRows});
-    if (!path.isEmpty()) open(path);
+    if (!path.isEmpty()) openSoon(path);
 }
 
 QStringList UserFiles::recent() const {

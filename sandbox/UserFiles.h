@@ -5,6 +5,7 @@
 #include <QSet>
 #include <QStringList>
 #include <QTimer>
+#include <functional>
 
 namespace sandbox {
 
@@ -29,6 +30,9 @@ class UserFiles : public QObject {
     /// Opens platforms by ".csv", files of other programs by their suffixes, overlays by every other name;
     /// what is open already is read again. \return whether anything of it is shown now
     bool open(const QString& path);
+    /// The same for a user who waits: a large overlay is read in the pauses of the event loop. `then` is told
+    /// what open() would have answered, at once or later.
+    void openSoon(const QString& path, std::function<void(bool shown)> then = {});
     /// Those that were opened, in any order.
     QStringList platformFiles() const { return platformFiles_.values(); }
     /// Gives up all that is open.

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -136,8 +137,12 @@ void openFiles(sandbox::Host& host, QStringList files) {
         turned = host.files().open(*file) || turned;
     turned = turned && platformsFirst;
     if (turned) host.showEverything();
-    for (const QString& file : others) host.files().open(file);
-    if (!turned) host.showEverything();
+    const auto left = std::make_shared<qsizetype>(others.size());
+    for (const QString& file : others)
+        host.files().openSoon(file, [&host, turned, left](bool) {
+            if (--*left == 0 && !turned) host.showEverything();
+        });
+    if (others.empty() && !turned) host.showEverything();
 }
 
 }  // namespace

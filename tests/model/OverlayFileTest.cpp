@@ -75,6 +75,14 @@ TEST_F(OverlayFileTest, TellsWhatItCouldNotRead) {
     EXPECT_THAT(messages[0], HasSubstr("error: ZEL error: radius"));
     EXPECT_EQ(mixed.kept, "1 latlonaltbox, 1 block with errors and 1 block without \"end\"");
     EXPECT_EQ(mixed.faultyLines, 1U) << "those of the block with errors are told by its name";
+
+    // Of very many of a kind the last ones are counted.
+    messages.clear();
+    std::string many;
+    for (int i = 0; i < 25; ++i) many += box + block("circle\nrangeunits nm\ncenterll 1 2\nradius 50000\n");
+    EXPECT_EQ(load(many).leftOut.size(), 50U);
+    ASSERT_EQ(messages.size(), 21U);
+    EXPECT_THAT(messages.back(), HasSubstr("test.zel: 5 more shapes cannot be edited and are left out"));
 }
 
 TEST_F(OverlayFileTest, CircularShapesFromFiles) {

@@ -56,6 +56,17 @@ writeFile(live, circle(3000));
 assert(openOverlay(live), "it can be opened again");
 assertEqual(overlay("live.zel").text, circle(3000));
 
+// A large file that the user opens is read in the pauses, a second one after it.
+for (const name of ["/large.zel", "/small.zel"]) {
+    writeFile(folder + name, circle(1000) + "# of many lines\n".repeat(name === "/large.zel" ? 300000 : 1));
+    answerFileDialog(folder + name);
+    menu("File", "Open Overlay...");
+}
+const opened = () => overlays().map(entry => entry.name).filter(name => name === "large.zel" || name === "small.zel");
+waitFor(() => opened().length === 2, "both files");
+assertEqual(opened(), ["large.zel", "small.zel"]);
+assertEqual(overlay("large.zel").text, readFile(folder + "/large.zel"));
+
 // One file on two platforms, named by a detour: both overlays are read again, and no third one comes.
 writeFile(folder + "/ring.zel", circle(1000));
 const detour = "../" + folder.split("/").pop() + "/ring.zel";
