@@ -1,9 +1,11 @@
 #include "kit/probe/Calls.h"
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <memory>
 #include <sstream>
+#include <thread>
 #include <utility>
 
 namespace probe {
@@ -20,7 +22,7 @@ class Functor final : public FunctorTwoParams__ {
   public:
     explicit Functor(Function function) : function_(std::move(function)) {}
     int operator()(PIObject* sender, void* data) override {
-        if (isOpen) function_(sender, data);
+        if (isHostsThread(-1) && isOpen) function_(sender, data);
         return 1;
     }
     int Call(PIObject* sender, void* data) override { return (*this)(sender, data); }
@@ -30,6 +32,9 @@ class Functor final : public FunctorTwoParams__ {
 };
 
 std::vector<std::unique_ptr<Functor>> functors;
+
+constexpr int kNone = -2;
+std::atomic<int> stray{kNone};
 
 /// Takes the arguments off. \return whether they stand there as they were
 template <typename Value>
@@ -42,6 +47,18 @@ bool takeOff(std::vector<Value>& all, const std::vector<Value>& arguments) {
 }
 
 }  // namespace
+
+bool isHostsThread(int event) {
+    static const std::thread::id first = std::this_thread::get_id();
+    if (std::this_thread::get_id() == first) return true;
+    stray = event;
+    return false;
+}
+
+std::string strayEntry() {
+    const int event = stray;
+    return event == kNone ? "" : event < 0 ? "a callback" : "event " + std::to_string(event);
+}
 
 PIServiceResult call(Id service, void* record) {
     fault.clear();

@@ -63,6 +63,13 @@ requires std::is_enum_v<Selector> Answer ask(Id service, Selector selector, Argu
 /// A callback that calls a function; it lives until clean-up, and does nothing once the probe is closed.
 using Function = std::function<void(PIObject* sender, void* data)>;
 FunctorTwoParams__* callback(Function function);
+/// To be asked first by what the host enters, which does nothing when it answers false: that of another
+/// thread than the first one's cannot be judged at once, but is kept. \param event its number, -1 for a
+/// callback
+bool isHostsThread(int event);
+/// What came on another thread; empty for nothing.
+std::string strayEntry();
+
 /// Between StartUp and Close.
 extern bool isOpen;
 void freeCallbacks();

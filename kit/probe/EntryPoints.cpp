@@ -70,6 +70,7 @@ void dispatch(Event event, PIFunctionParams_t& record) {
 }  // namespace
 
 HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
+    probe::isHostsThread(0);  // the first one
     close();
     probe::services = table;
     probe::instance = handle;
@@ -77,6 +78,7 @@ HPI_EXPORT void HPI_InitializeFunctionMap(PIServiceTable* table, void* handle) {
 }
 HPI_EXPORT std::int32_t HPI_PluginDispatchFunction(std::int32_t number, PIFunctionParams_t* record, void*,
                                                    void*, void*, void*) {
+    if (!probe::isHostsThread(number)) return 0;
     PIFunctionParams_t none;
     dispatch(static_cast<Event>(number), record ? *record : none);
     return 0;

@@ -129,6 +129,9 @@ Window::~Window() {
     if (dialogWrapper_)
         Trial(report_).expect(Id::BindWidget, "the window and all in it is there until the probe destroys it",
                               areThere);
+    const std::string stray = strayEntry();
+    Trial(report_).expect(Id(0), "every call comes on the thread of the first", stray.empty(),
+                          stray + " did not");
     if (hasRun) write_();
 }
 

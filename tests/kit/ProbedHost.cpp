@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "kit/Session.h"
 #include "samples/host/Host.h"
@@ -60,6 +61,8 @@ class BrokenHost {
         press_("Run");
         hands.fireTimeouts();
         plugin_.frame();
+        // Another thread than the one of all the others.
+        if (fault_.verb == "scatters") std::thread([this] { tell_(Mouse::Motion); }).join();
         const char* const captions[] = {"Click once into the view, on",
                                         "Double-click into the view",
                                         "the right button",

@@ -117,6 +117,7 @@ claims 911:2          | WRONG    911 its number keeps within them
 claims 911:3          | WRONG    911 refuses to tell of rows of what is no list
 claims 911:4          | WRONG    911 refuses to make a line of what is no text field
 claims 999            | WRONG    999 refuses a number that there is not
+scatters              | WRONG    every call comes on the thread of the first: event 16 did not
 buries                | WRONG    100 the window and all in it is there until the probe destroys it
 insists               | WRONG    119 by hand: .*: it is called again without a change
 skips-selection       | WRONG    911 by hand: .*: the callback of 146 has not told that the row is selected
