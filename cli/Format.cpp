@@ -1,5 +1,6 @@
 #include <iostream>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -80,27 +81,35 @@ int format(const FormatOptions& options) {
     Progress progress(totalSize(files));
     bool complete = true;
     for (const std::string& file : files) {
-        Input input(file, progress);
-        const std::string text = input.readAll();
-        if (const std::string error = input.error(); !error.empty()) {
-            failures.report(file, error);
+        const bool inPlace = options.inPlace && file != kStandardInput;
+        Formatted made;
+        std::string problem;
+        try {
+            Input input(file, progress);
+            const std::string text = input.readAll();
+            if (const std::string error = input.error(); !error.empty()) {
+                failures.report(file, error);
+                continue;
+            }
+            made = formatted(text);
+            if (inPlace && made.told.report.shapes == 0) {
+                problem = "There is no shape in it, not rewritten";
+            } else if (inPlace && !made.told.isClean() && !options.force) {
+                problem =
+                    "Not rewritten, because what the messages name would be lost (use --force to lose it)";
+            } else if (!inPlace) {
+                progress.hide();
+                std::cout << made.text;
+            } else if (made.text != text) {
+                problem = UTILS::saveFile(file, made.text);
+            }
+        } catch (const std::bad_alloc&) {
+            // Nothing is allocated once the file is the new one.
+            failures.report(file, inPlace ? "Not enough memory, the file is as it was" : "Not enough memory");
             continue;
         }
-        const auto [told, now] = formatted(text);
-        const auto& [report, silent] = told;
-        const bool clean = told.isClean();
-        const bool inPlace = options.inPlace && file != kStandardInput;
-        std::string problem;
-        if (inPlace && report.shapes == 0) {
-            problem = "There is no shape in it, not rewritten";
-        } else if (inPlace && !clean && !options.force) {
-            problem = "Not rewritten, because what the messages name would be lost (use --force to lose it)";
-        } else if (!inPlace) {
-            progress.hide();
-            std::cout << now;
-        } else if (now != text) {
-            problem = UTILS::saveFile(file, now);
-        }
+        const auto& [report, silent] = made.told;
+        const bool clean = made.told.isClean();
         if (!problem.empty() || !clean) progress.hide();
         printMessages(std::cerr, file, report.messages, silent, report.omittedMessages);
         if (!problem.empty()) std::cerr << "zel: " << UTILS::printable(file) << ": " << problem << '\n';

@@ -1,12 +1,17 @@
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/Commands.h"
 
 namespace {
+
+constexpr const char* kNoMemory = "zel: not enough memory\n";
 
 void addFiles(CLI::App& command, std::vector<std::string>& files, bool& recursive) {
     command.add_option("FILE", files, "Overlay files; - is standard input")->required();
@@ -73,14 +78,22 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::ios::sync_with_stdio(false);
     // What is larger than the user may write is a message, no end.
     std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        std::ios::sync_with_stdio(false);
+    } catch (const std::bad_alloc&) {
+        // There are no streams any more, to say it or to be flushed at the end.
+        std::fputs(kNoMemory, stderr);
+        std::_Exit(cli::kUnreadable);
+    }
     try {
         const int code = run(argc, argv);
         std::cout.flush();
         if (std::cout) return code;
         std::cerr << "zel: the output could not be written\n";
+    } catch (const std::bad_alloc&) {
+        std::cerr << kNoMemory;
     } catch (const std::exception& error) {
         std::cerr << "zel: " << error.what() << '\n';
     }

@@ -107,15 +107,15 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     setCommandListener({});
     mouseManager_->setEventListener({});
     document_.history().setListener({});
-    PIHALVIS::removeZELObserver(zelObserver_.get());
-    timeout_.cancel();
-    workTimeout_.cancel();
-    loading_.reset();
     editing_ = false;
-    mouseManager_->clearMouseTool();
-    document_.rescue(Document::Rescue::AtEnd);
-    setCurrentShape_(nullptr);
-    widgets_->attach.hideDialog();
+    guardedEnd([this] { mouseManager_->clearMouseTool(); });
+    guardedEnd([this] { document_.rescue(Document::Rescue::AtEnd); });
+    guardedEnd([this] { PIHALVIS::removeZELObserver(zelObserver_.get()); });
+    guardedEnd([this] { timeout_.cancel(); });
+    guardedEnd([this] { workTimeout_.cancel(); });
+    loading_.reset();
+    guardedEnd([this] { setCurrentShape_(nullptr); });
+    guardedEnd([this] { widgets_->attach.hideDialog(); });
 }
 
 void OverlayEditorDialog::show() {

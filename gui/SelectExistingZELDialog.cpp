@@ -3,6 +3,7 @@
 #include "gui/Captions.h"
 #include "gui/HostLists.h"
 #include "model/Utils.h"
+#include "pi/Guard.h"
 #include "pi/PIData.h"
 #include "pi/PIHALVIS.h"
 
@@ -36,8 +37,8 @@ SelectExistingZELDialog::SelectExistingZELDialog(FunctorTwoParams__* onOk)
 }
 
 SelectExistingZELDialog::~SelectExistingZELDialog() {
-    PIHALVIS::removeZELObserver(observer_.get());
     callbacks_.disconnect();
+    guardedEnd([this] { PIHALVIS::removeZELObserver(observer_.get()); });
 }
 
 void SelectExistingZELDialog::show() {

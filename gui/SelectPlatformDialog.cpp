@@ -8,6 +8,7 @@
 #include "gui/Captions.h"
 #include "gui/HostLists.h"
 #include "model/Utils.h"
+#include "pi/Guard.h"
 #include "pi/PIData.h"
 
 namespace OverlayEditor {
@@ -71,7 +72,7 @@ SelectPlatformDialog::SelectPlatformDialog(MouseManager* mouseManager, FunctorTw
 SelectPlatformDialog::~SelectPlatformDialog() {
     listener_->disconnect();
     callbacks_.disconnect();
-    stopPicking_();
+    guardedEnd([this] { stopPicking_(); });
 }
 
 void SelectPlatformDialog::show() {

@@ -8,6 +8,7 @@
 
 #include "geo/PointConverter.h"
 #include "model/Overlay.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 
@@ -18,7 +19,9 @@ class Attachment {
   public:
     /// \param overlay must outlive the object
     explicit Attachment(Overlay& overlay) : overlay_(overlay) {}
-    ~Attachment() { release(); }
+    ~Attachment() {
+        guardedEnd([this] { release(); });
+    }
     Attachment(const Attachment&) = delete;
     Attachment& operator=(const Attachment&) = delete;
 

@@ -14,6 +14,7 @@
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
 #include "model/RescueFile.h"
+#include "pi/Guard.h"
 #include "pi/PICommon.h"
 
 namespace OverlayEditor {
@@ -29,8 +30,8 @@ class Document {
     ~Document() {
         leaving_.reset();
         editing_ = false;
-        showKeptBlocks_();
-        cleanupPriorZEL_();
+        guardedEnd([this] { showKeptBlocks_(); });
+        guardedEnd([this] { cleanupPriorZEL_(); });
     }
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;

@@ -51,7 +51,7 @@ Journal::Journal(History& history, std::function<JournalHead()> head)
 
 Journal::~Journal() {
     history_.setEntryListener({});
-    end();
+    leave();
 }
 
 void Journal::notice() {

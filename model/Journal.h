@@ -24,7 +24,7 @@ class Journal {
     /// \param history of the overlay, outlives the journal
     /// \param head what is written beside the shapes
     Journal(History& history, std::function<JournalHead()> head);
-    /// Ends it.
+    /// Leaves it: whoever has saved or rescued what it holds, and could, has ended it.
     ~Journal();
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;

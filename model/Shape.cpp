@@ -19,6 +19,7 @@
 #include "model/ShapeState.h"
 #include "model/Stateful.h"
 #include "model/Utils.h"
+#include "pi/Guard.h"
 #include "pi/PICommon.h"
 #include "pi/PIHALVIS.h"
 
@@ -54,8 +55,10 @@ Shape::Shape(const Shape& other)
       source_(other.source_) {}
 
 Shape::~Shape() {
-    if (keeper_) keeper_->deleted(this);
-    Shape::hide_();
+    guardedEnd([this] {
+        if (keeper_) keeper_->deleted(this);
+    });
+    guardedEnd([this] { Shape::hide_(); });
 }
 
 void Shape::setName(const std::string& name) {

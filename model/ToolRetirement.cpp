@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "pi/Guard.h"
+
 namespace OverlayEditor {
 namespace {
 
@@ -12,8 +14,10 @@ std::function<void(MouseTool*)> listener;
 void ToolRetirement::retire(MouseTool* tool) {
     if (!tool) return;
     tool->setDrawDoneCallback(nullptr);
-    if (listener) listener(tool);
-    tool->deactivate();
+    guardedEnd([&] {
+        if (listener) listener(tool);
+    });
+    guardedEnd([&] { tool->deactivate(); });
     delete tool;
 }
 

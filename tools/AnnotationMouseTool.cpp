@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "pi/Guard.h"
+
 namespace OverlayEditor {
 
 using halCore::Vec3;
@@ -10,7 +12,7 @@ AnnotationMouseTool::AnnotationMouseTool(const Preferences& preferences, Annotat
     : HandleMouseTool(preferences, shape, {1}), shape_(shape) {}
 
 AnnotationMouseTool::~AnnotationMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 std::string AnnotationMouseTool::getPointText_(const Vec3& pos) const {

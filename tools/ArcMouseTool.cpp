@@ -5,6 +5,7 @@
 #include "geo/Angles.h"
 #include "geo/PathMeasure.h"
 #include "model/ShapeKinds.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 
@@ -14,7 +15,7 @@ ArcMouseTool::ArcMouseTool(const Preferences& preferences, CylinderShape& shape)
     : CylinderMouseTool(preferences, shape, {Center, StartAngle, EndAngle, MajorAxis, MinorAxis}) {}
 
 ArcMouseTool::~ArcMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 std::string ArcMouseTool::getPointText_(const Vec3& pos) const {

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "geo/PathMeasure.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 
@@ -12,7 +13,7 @@ CircleMouseTool::CircleMouseTool(const Preferences& preferences, CylinderShape& 
     : CylinderMouseTool(preferences, shape, {Center, MajorAxis}) {}
 
 CircleMouseTool::~CircleMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 std::string CircleMouseTool::getPointText_(const Vec3& pos) const {

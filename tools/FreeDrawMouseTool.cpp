@@ -3,6 +3,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "pi/Guard.h"
 #include "pi/PICommon.h"
 
 namespace OverlayEditor {
@@ -15,7 +16,7 @@ FreeDrawMouseTool::FreeDrawMouseTool(const Preferences& preferences, FreeDrawSha
     : ShapeMouseTool(preferences, shape), shape_(shape) {}
 
 FreeDrawMouseTool::~FreeDrawMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 int FreeDrawMouseTool::leftPress_(PIMouseEventType_t type, const PIMouseEvent& event) {

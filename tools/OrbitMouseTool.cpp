@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "pi/Guard.h"
+
 namespace OverlayEditor {
 
 using halCore::Vec3;
@@ -10,7 +12,7 @@ OrbitMouseTool::OrbitMouseTool(const Preferences& preferences, OrbitShape& shape
     : ThreePointMouse(preferences, shape), orbit_(shape) {}
 
 OrbitMouseTool::~OrbitMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 std::string OrbitMouseTool::getPointText_(const Vec3& pos) const {

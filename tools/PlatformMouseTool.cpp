@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "pi/Guard.h"
 #include "pi/PIHALVIS.h"
 #include "pi/PIWidgets.h"
 
@@ -11,7 +12,7 @@ using PIGUI::PIMouseEventType_t;
 
 PlatformMouseTool::~PlatformMouseTool() {
     listener_.reset();
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 void PlatformMouseTool::activate() {

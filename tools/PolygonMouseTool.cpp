@@ -6,6 +6,7 @@
 
 #include "geo/GeodesicPath.h"
 #include "geo/Sodano.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 
@@ -16,7 +17,7 @@ PolygonMouseTool::PolygonMouseTool(const Preferences& preferences, PolygonShape&
     : ShapeMouseTool(preferences, shape), shape_(shape) {}
 
 PolygonMouseTool::~PolygonMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 void PolygonMouseTool::activate() {

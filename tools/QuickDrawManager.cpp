@@ -127,11 +127,11 @@ QuickDrawManager::~QuickDrawManager() {
     mouseManager_.setChangeListener({});
     callbacks_.disconnect();
     listener_->disconnect();
-    cancelDrawing();
+    guardedEnd([this] { cancelDrawing(); });
     attachMode_ = false;
-    updateAttachNotification_();
-    deleteAllZelFiles_();
-    PIHALVIS::removeZELObserver(zelObserver_.get());
+    guardedEnd([this] { updateAttachNotification_(); });
+    guardedEnd([this] { deleteAllZelFiles_(); });
+    guardedEnd([this] { PIHALVIS::removeZELObserver(zelObserver_.get()); });
 }
 
 // Drawing

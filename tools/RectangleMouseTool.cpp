@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "geo/PathMeasure.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 
@@ -14,7 +15,7 @@ RectangleMouseTool::RectangleMouseTool(const Preferences& preferences, Rectangle
     : HandleMouseTool(preferences, shape, {First, Last, Anchor}), shape_(shape) {}
 
 RectangleMouseTool::~RectangleMouseTool() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 std::string RectangleMouseTool::getPointText_(const Vec3& pos) const {

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "pi/Guard.h"
+
 namespace OverlayEditor {
 
 /// A text in lines of at most so many letters: it is parted where sentences end, and between words where a
@@ -24,7 +26,9 @@ class ScreenNote {
     };
 
     explicit ScreenNote(const Place& place) : place_(place) {}
-    ~ScreenNote() { show({}); }
+    ~ScreenNote() {
+        guardedEnd([this] { show({}); });
+    }
     ScreenNote(const ScreenNote&) = delete;
     ScreenNote& operator=(const ScreenNote&) = delete;
 

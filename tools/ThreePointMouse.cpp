@@ -5,6 +5,7 @@
 #include "geo/Angles.h"
 #include "geo/PathMeasure.h"
 #include "model/ShapeKinds.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 
@@ -14,7 +15,7 @@ ThreePointMouse::ThreePointMouse(const Preferences& preferences, CylinderShape& 
     : CylinderMouseTool(preferences, shape, {Center, MajorAxis, MinorAxis}) {}
 
 ThreePointMouse::~ThreePointMouse() {
-    deactivate();
+    guardedEnd([this] { deactivate(); });
 }
 
 std::string ThreePointMouse::getPointText_(const Vec3& pos) const {

@@ -9,35 +9,11 @@
 #include "format/Parser.h"
 #include "model/Document.h"
 #include "model/QuietServiceTable.h"
+#include "programs/FailingMemory.h"
 #include "support/TemporaryDirectory.h"
 
 // Each allocation of loading and saving fails, once and from then on: the file is the old one or the new one,
 // whole, and what is said of it is true.
-
-namespace {
-
-/// Allocations until the one that fails; none while negative.
-long remaining = -1;
-bool fromThen = false;
-long failed = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    if (remaining >= 0 && (remaining == 0 || --remaining == 0)) {
-        ++failed;
-        if (!fromThen) remaining = -1;
-        throw std::bad_alloc();
-    }
-    if (void* const memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -66,7 +42,7 @@ std::size_t shapesIn(const std::string& text) {
 }
 
 /// \return what is wrong, or nothing
-std::string once(const std::string& file, long allocation) {
+std::string once(const std::string& file, long allocation, bool all) {
     const OverlayEditor::QuietServiceTable host;
     const OverlayEditor::Preferences preferences;
     UTILS::saveFile(file, circles(1));
@@ -79,13 +55,13 @@ std::string once(const std::string& file, long allocation) {
     const std::string other = circles(5000);
     bool saved = false;
     bool taken = false;
-    remaining = allocation;
+    failing::arm(allocation, all);
     try {
         taken = document.take(document.read(other, file));
         saved = taken && document.save(file);
     } catch (const std::bad_alloc&) {
     }
-    remaining = -1;
+    failing::disarm();
     const std::string now = contents(file);
     if (now != old && shapesIn(now) != kShapes) return "the file is cut";
     if (saved && now == old) return "saved, and the file is the old one";
@@ -106,11 +82,11 @@ int main(int argc, char** argv) {
     const TemporaryDirectory directory;
     const std::string file = directory.path() + "/circles.zel";
     for (const bool all : {false, true}) {
-        fromThen = all;
         long allocation = 1;
-        for (failed = 1; failed != 0; allocation += step) {
-            failed = 0;
-            if (const std::string problem = once(file, allocation); !problem.empty()) {
+        for (bool failed = true; failed; allocation += step) {
+            const std::string problem = once(file, allocation, all);
+            failed = failing::count() != 0;
+            if (!problem.empty()) {
                 std::printf("allocation %ld%s: %s\n", allocation, all ? " and all later ones" : "",
                             problem.c_str());
                 return 1;
