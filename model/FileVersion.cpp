@@ -9,6 +9,13 @@
 
 namespace OverlayEditor {
 
+namespace {
+
+/// Of the clocks of file systems: FAT's, and a second of others to spare.
+constexpr std::chrono::seconds kCoarsestTick{3};
+
+}  // namespace
+
 FileVersion::FileVersion(std::string path, std::string_view text)
     : path_(std::move(path)), hash_(hashOf(text)) {}
 
@@ -41,7 +48,12 @@ bool FileVersion::isOnDisk() const {
     // Taken before reading: what is written meanwhile is seen the next time.
     const auto now = path_.empty() ? std::nullopt : stampOf(path_);
     if (!now) return false;
-    if (now == seen_) return seenSame_;
+    // Read from a clock that nobody sets.
+    const auto time = std::chrono::steady_clock::now();
+    const bool looksSame = now == seen_;
+    if (looksSame && (settled_ || time - seenAt_ < kCoarsestTick)) return seenSame_;
+    settled_ = looksSame;
+    if (!looksSame) seenAt_ = time;
     std::string text;
     unreadable_ = UTILS::readFile(path_, text);
     seenSame_ = unreadable_.empty() && is(path_, text);

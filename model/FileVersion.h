@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -28,7 +29,8 @@ class FileVersion {
         return isOf(path) && hashOf(text) == hash_;
     }
     /// Whether the file has this text now; false for no file. It is read only when its time or size have
-    /// changed since the last call.
+    /// changed since the last call, and once more a while after that: two changes within a tick of the file
+    /// system's clock have the same time.
     bool isOnDisk() const;
     /// Why it is not in the file of that name, for the user: "the file is gone". Empty when something else
     /// stands there.
@@ -52,6 +54,9 @@ class FileVersion {
     /// The file when it was looked at last, and what was seen.
     mutable std::optional<Stamp> seen_;
     mutable bool seenSame_ = false;
+    /// Whether it was read so late that each later change has another time; else when it was read first.
+    mutable bool settled_ = false;
+    mutable std::chrono::steady_clock::time_point seenAt_;
     /// Why it could not be read then, empty when it could.
     mutable std::string unreadable_;
 };

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "common/Files.h"
 #include "model/NewestFiles.h"
@@ -130,11 +131,16 @@ void JournalFile::remove() {
 
 std::string JournalFile::setAside() {
     const std::string directory = UTILS::directoryOf(path_);
-    std::string path = directory + "/";
-    path.append(kAsidePrefix).append(path_, directory.size() + 1 + kPrefix.size());
-    path.append("-").append(std::to_string(std::time(nullptr)));
+    std::string stem = directory + "/";
+    stem.append(kAsidePrefix).append(path_, directory.size() + 1 + kPrefix.size());
+    stem.append("-").append(std::to_string(std::time(nullptr)));
+    // Clocks stand still or go back: one of the same number and time is kept, too.
+    std::string path = stem;
+    for (int i = 2; ::access(path.c_str(), F_OK) == 0 && i < kMaxTries; ++i)
+        path = stem + "-" + std::to_string(i);
     if (::rename(path_.c_str(), path.c_str()) == 0) path_ = path;
-    dropOldFilesIn(directory, [](const std::string& name) { return name.starts_with(kAsidePrefix); });
+    dropOldFilesIn(
+        directory, [](const std::string& name) { return name.starts_with(kAsidePrefix); }, path_);
     return path_;
 }
 

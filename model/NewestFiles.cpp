@@ -1,6 +1,7 @@
 #include "model/NewestFiles.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <utility>
 
@@ -22,8 +23,19 @@ std::vector<std::string> newestFilesIn(const std::string& directory,
     return paths;
 }
 
-void dropOldFilesIn(const std::string& directory, const std::function<bool(const std::string&)>& isOne) {
-    const std::vector<std::string> paths = newestFilesIn(directory, isOne);
+void dropOldFilesIn(const std::string& directory, const std::function<bool(const std::string&)>& isOne,
+                    const std::string& last) {
+    std::vector<std::string> paths = newestFilesIn(directory, isOne);
+    std::erase(paths, last);
+    if (!paths.empty()) {
+        std::error_code failed;
+        const auto newest = std::filesystem::last_write_time(paths.front(), failed);
+        // The times of some file systems are of two seconds.
+        if (!failed && std::filesystem::last_write_time(last, failed) <= newest && !failed)
+            std::filesystem::last_write_time(last, newest + std::chrono::seconds(2), failed);
+    }
+    // It stays also where times cannot be set.
+    paths.insert(paths.begin(), last);
     for (std::size_t i = kMostKeptFiles; i < paths.size(); ++i) UTILS::fileRemove(paths[i]);
 }
 

@@ -14,6 +14,10 @@ inline constexpr std::size_t kMostKeptFiles = 20;
 std::vector<std::string> newestFilesIn(const std::string& directory,
                                        const std::function<bool(const std::string&)>& isOne);
 /// Removes all of them but the newest kMostKeptFiles.
-void dropOldFilesIn(const std::string& directory, const std::function<bool(const std::string&)>& isOne);
+/// \param last the path of the one that was written last: its time becomes that of the newest, should the
+/// clock
+///        have been set back since the others were written
+void dropOldFilesIn(const std::string& directory, const std::function<bool(const std::string&)>& isOne,
+                    const std::string& last);
 
 }  // namespace OverlayEditor

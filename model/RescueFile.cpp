@@ -86,7 +86,7 @@ std::string writeRescueFile(const std::string& text, Unrescued otherwise) {
         const std::string error =
             path.empty() ? UTILS::saveNewFile(name, text, path, UTILS::Rights::OwnersAlone) : std::string();
         if (error.empty()) {
-            if (own) dropOldFilesIn(directory, isRescueName);
+            if (own) dropOldFilesIn(directory, isRescueName, path);
             halNotify::notify(halNotify::Warning) << "The unsaved shapes are kept in " << path;
             return path;
         }
