@@ -97,7 +97,8 @@ class Reader {
         bool any = false;
         get(any);
         value.reset();
-        if (any && ok_) get(value.emplace());
+        // Not emplaced: clang takes a struct within a struct for one that has no default.
+        if (any && ok_) get(*(value = T{}));
     }
     template <typename T>
     void get(std::vector<T>& values) {
