@@ -110,7 +110,8 @@ void OverlaySnap::askHost_() {
     std::vector<std::unique_ptr<File>> files;
     for (const auto& [overlay, platform] : overlays) {
         const std::string path = PIHALVIS::getZELFilename(overlay);
-        const auto known = std::ranges::find_if(files_, [&](const auto& file) {
+        const auto known = std::ranges::find_if(files_, [&, overlay = overlay,
+                                                         platform = platform](const auto& file) {
             return file && file->overlay == overlay && file->platform == platform && file->version.isOf(path);
         });
         const bool isKnown = known != files_.end();
