@@ -30,10 +30,10 @@ std::string formatted(const Parser::Shapes& shapes, const ParseReport& report) {
     const auto buffer = OverlayEditor::TextBuffer::take();
     std::ostream& out = buffer->out();
     out.precision(UTILS::kSignificantDigits);
-    auto comment = report.looseComments.begin();
+    auto comments = report.looseComments.begin();
     for (std::size_t i = 0; i <= shapes.size(); ++i) {
-        for (; comment != report.looseComments.end() && comment->shapesBefore <= i; ++comment)
-            out << comment->line << '\n';
+        for (; comments != report.looseComments.end() && comments->shapesBefore <= i; ++comments)
+            out << comments->lines;
         if (i == shapes.size()) break;
         // It would come back on whatever platform there is; a warning has told it.
         if (halCore::ZEL::isPlaceless(*shapes[i])) continue;
@@ -61,9 +61,11 @@ Formatted formatted(const std::string& text) {
         const auto part = std::make_shared<Formatted>();
         part->told.report.linesBefore = linesBefore;
         part->told.report.silent = &part->told.silent;
+        part->told.report.keepsComments = true;
         Parser::Shapes shapes;
         Parser().parse(piece, shapes, part->told.report);
         part->text = lineEnds.withLineEnds(formatted(shapes, part->told.report));
+        part->told.report.looseComments = {};
         return [&all, part] {
             all.told.append(std::move(part->told));
             all.text += part->text;

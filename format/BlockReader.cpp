@@ -151,8 +151,10 @@ void BlockReader::readOutside_(const Keyword& keyword) {
 void BlockReader::readComment_(const char* begin, const char* end) {
     const std::string_view line = UTILS::trimmed({begin, static_cast<std::size_t>(end - begin)});
     if (!insideBlock_) {
-        if (messages_.report() != nullptr)
-            messages_.report()->looseComments.push_back({made_, std::string(line)});
+        if (messages_.report() == nullptr || !messages_.report()->keepsComments) return;
+        std::vector<LooseComments>& comments = messages_.report()->looseComments;
+        if (comments.empty() || comments.back().shapesBefore != made_) comments.push_back({made_, {}});
+        comments.back().lines.append(line).push_back('\n');
         return;
     }
     record_.addComment(line);

@@ -19,11 +19,14 @@ struct ParseMessage {
     friend bool operator==(const ParseMessage&, const ParseMessage&) = default;
 };
 
-/// A comment between blocks, which belongs to no shape.
-struct LooseComment {
-    /// The number of shapes that were made before it.
+/// Comments between blocks, which belong to no shape.
+struct LooseComments {
+    /// The number of shapes that were made before them.
     std::size_t shapesBefore = 0;
-    std::string line;
+    /// One after the other, each with a line feed.
+    std::string lines;
+
+    friend bool operator==(const LooseComments&, const LooseComments&) = default;
 };
 
 /// Where a block stands in the text that was read.
@@ -47,7 +50,7 @@ struct ParseReport {
     /// The first ones, and how many there were behind them.
     std::vector<ParseMessage> messages;
     std::size_t omittedMessages = 0;
-    std::vector<LooseComment> looseComments;
+    std::vector<LooseComments> looseComments;
     std::size_t lines = 0;
     /// Blocks opened, and shapes made of them; the difference was dropped.
     std::size_t blocks = 0;
@@ -64,6 +67,8 @@ struct ParseReport {
 
     /// Of a text that is a part of another: the lines in front of it, which count in every line told.
     std::size_t linesBefore = 0;
+    /// Also asks for the comments between blocks.
+    bool keepsComments = false;
     /// Also asks for messages about places that lie beyond the globe or seem to be mistyped: among the silent
     /// lines, when these are asked for.
     bool advisesOnPlaces = false;
@@ -83,8 +88,13 @@ struct ParseReport {
     void append(ParseReport next) {
         for (ParseMessage& message : next.messages) tell(std::move(message));
         omittedMessages += next.omittedMessages;
-        for (LooseComment& comment : next.looseComments)
-            looseComments.push_back({shapes + comment.shapesBefore, std::move(comment.line)});
+        for (LooseComments& comments : next.looseComments) {
+            const std::size_t before = shapes + comments.shapesBefore;
+            if (!looseComments.empty() && looseComments.back().shapesBefore == before)
+                looseComments.back().lines += comments.lines;
+            else
+                looseComments.push_back({before, std::move(comments.lines)});
+        }
         shapeLines.insert(shapeLines.end(), next.shapeLines.begin(), next.shapeLines.end());
         lines += next.lines;
         blocks += next.blocks;

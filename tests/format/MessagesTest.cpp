@@ -206,16 +206,17 @@ TEST(Report, keepsSoManyMessages) {
 }
 
 TEST(Report, countsAndNamesTheOpenBlock) {
-    const ParseReport report =
-        parsed("# a\nstart\ncircle\nend\n// b\nstart\nline\nend\n\nstart\ncircle\n").report;
-    EXPECT_EQ(report.lines, 11u);
+    Parser::Shapes shapes;
+    ParseReport report;
+    report.keepsComments = true;
+    Parser().parse("# a\n #c\nstart\ncircle\nend\n// b\nstart\nline\nend\n\nstart\ncircle\n", shapes, report);
+    EXPECT_EQ(report.lines, 12u);
     EXPECT_EQ(report.blocks, 3u);
     EXPECT_EQ(report.shapes, 1u);
-    EXPECT_EQ(report.unterminatedBlock, 10u);
-    EXPECT_EQ(report.shapeLines, std::vector<std::size_t>{2});
-    std::string comments;
-    for (const auto& [before, line] : report.looseComments) comments += std::to_string(before) + line + "\n";
-    EXPECT_EQ(comments, "0# a\n1// b\n");
+    EXPECT_EQ(report.unterminatedBlock, 11u);
+    EXPECT_EQ(report.shapeLines, std::vector<std::size_t>{3});
+    const std::vector<LooseComments> comments{{0, "# a\n#c\n"}, {1, "// b\n"}};
+    EXPECT_EQ(report.looseComments, comments);
 }
 
 }  // namespace
