@@ -244,7 +244,6 @@ int main(int argc, char** argv) {
         return 1;
     }
     for (const bool all : {false, true}) {
-        if (argc > 3 && !all) continue;
         long count = 0;
         bool failed = true;
         for (long allocation = argc > 2 ? std::atol(argv[2]) : 1; failed; allocation += step) {
