@@ -5,9 +5,9 @@ menu("Plug-ins", "Overlay Editor...");
 editor.moveTo(20, 20);
 answerFileDialog(directory + "/shapes.zel");
 editor.press("...");
-const fields = ["Radius:", "Lat:", "Lon:", "Alt:", "Name:"];
-for (const [range, angle] of [["km", "dms"], ["nm", "deg"]]) {
-    editor.choose("Rng:", range);
+const fields = ["Radius:", "Lat:", "Lon:", "Lon: > Alt:", "Name:"];
+for (const unit of ["km", "nm"]) {
+    editor.choose("Rng:", unit);
     for (const name of editor.items("All Shapes")) {
         editor.select("All Shapes", name);
         print(editor.captions().join("\n"));
