@@ -73,7 +73,7 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     drawGround(frame, pixels);
     layers_->overlays.update(frame.overlays);
-    layers_->overlays.draw(camera, frame.pixelRatio, frame.moving);
+    layers_->overlays.draw(camera, frame.pixelRatio, frame.moving, frame.working);
     layers_->sprites.setPixelRatio(frame.pixelRatio);
     paintTexts(frame, device);
     if (hookRecorded_) layers_->hook.compose();
@@ -91,6 +91,10 @@ void GlobePainter::drawGround(const GlobeFrame& frame, const QSize& pixels) {
     }
     if (frame.map.graticule) layers_->graticule.draw(frame.camera, frame.pixelRatio);
     if (kept) layers_->still->noteDrawn(view, pixels);
+}
+
+bool GlobePainter::isPartial() const {
+    return layers_->overlays.isPartial();
 }
 
 bool GlobePainter::isRough() const {

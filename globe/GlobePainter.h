@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 
+#include "common/Slice.h"
 #include "globe/MapOptions.h"
 #include "globe/PlatformMarker.h"
 #include "globe/ScreenText.h"
@@ -35,6 +36,8 @@ struct GlobeFrame {
     const OverlayScene& overlays;
     const std::map<std::uint64_t, PlatformMarker>& platforms;
     const std::map<std::uint64_t, ScreenText>& screenTexts;
+    /// How long geometry is worked out before the frame is drawn with what is ready; whole at first.
+    Slice working{};
     bool moving = false;  ///< the camera: a frame in time is worth more than a fine one
 };
 
@@ -54,6 +57,8 @@ class GlobePainter {
     void draw(const GlobeFrame& frame, QPaintDevice& device);
     /// Whether the last frame would be finer if the camera were not moving.
     bool isRough() const;
+    /// Whether the last frame lacks something that was not ready.
+    bool isPartial() const;
 
   private:
     struct Layers;

@@ -6,12 +6,17 @@
 #include <QOpenGLFunctions>
 #include <QWheelEvent>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
 namespace sandbox {
 
 namespace {
+
+/// A frame waits so long for geometry; the rest comes with the next ones.
+constexpr std::chrono::milliseconds kWorkedOut{50};
+constexpr std::size_t kWorkedOutAtLeast = 20'000;
 
 unsigned modifiersOf(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ShiftModifier ? unsigned{ViewMouseEvent::Shift} : 0U) |
@@ -212,7 +217,10 @@ void GlobeView::contentChanged() {
 
 QImage GlobeView::grabFrame() {
     moving_ = false;
-    return grabFramebuffer();
+    grabs_ = true;
+    QImage frame = grabFramebuffer();
+    grabs_ = false;
+    return frame;
 }
 
 void GlobeView::initializeGL() {
@@ -255,8 +263,10 @@ void GlobeView::paintGL() {
                     .overlays = overlays_,
                     .platforms = platforms_,
                     .screenTexts = screenTexts_,
+                    .working = grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut),
                     .moving = moving_},
                    *this);
+    if (painter_->isPartial()) requestRedraw();
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();
 }

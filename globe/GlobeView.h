@@ -153,6 +153,8 @@ class GlobeView : public QOpenGLWidget {
     std::uint64_t frameCount_ = 0;
     /// The camera has moved since the last frame that was not rough.
     bool moving_ = false;
+    /// A frame that is grabbed lacks nothing, however long it takes.
+    bool grabs_ = false;
     /// After a rough frame, until the camera has rested for a moment, and for as long as that frame took.
     QTimer rest_;
     QElapsedTimer frameTime_;

@@ -363,12 +363,19 @@ OverlayLayer::Level* OverlayLayer::prepare(Spot& spot, const Detail& detail, con
     Chunk& chunk = *spot.chunk;
     const auto build = [&](std::size_t level) {
         chunk.build(level, *textures_);
+        constexpr std::size_t units = 5;
+        constexpr std::size_t segmentsOfAUnit = 5;
+        late_ = working_.isOver(units + chunk.built(level)->segments / segmentsOfAUnit);
         spot.ball = chunk.bounds.ball();
         spot.placed = true;
         spot.labelled = !chunk.labels.empty();
     };
     if (!spot.placed) {
         // Listed anew, it may have been built before.
+        if (!chunk.isPlaced() && late_) {
+            partial_ = true;
+            return nullptr;
+        }
         if (!chunk.isPlaced()) build(detail.usual());
         spot.ball = chunk.bounds.ball();
         spot.placed = true;
@@ -381,6 +388,12 @@ OverlayLayer::Level* OverlayLayer::prepare(Spot& spot, const Detail& detail, con
         if (Level* const near = moving && level + 1 < kTolerances.size() ? chunk.built(level + 1) : nullptr) {
             rough_ = true;
             return near;
+        }
+        if (late_) {
+            partial_ = true;
+            const auto any =
+                std::ranges::find_if(chunk.levels, [](const auto& known) { return known != nullptr; });
+            return any != chunk.levels.end() ? any->get() : nullptr;
         }
         build(level);
     }
@@ -420,7 +433,9 @@ void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
     }
 }
 
-void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving) {
+void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Slice working) {
+    working_ = working;
+    late_ = partial_ = false;
     if (raster_ && !raster_->keepsFor(camera, pixelRatio)) allChanged_ = true;
     find(camera, pixelRatio, moving && raster_);
     for (const auto* program : {&lineProgram_, &meshProgram_, &pictureProgram_})

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "common/Slice.h"
 #include "globe/DrawList.h"
 #include "globe/OverlayScene.h"
 
@@ -44,7 +45,11 @@ class OverlayLayer {
     void update(const OverlayScene& scene);
     /// Expects cleared depth and stencil buffers; only solids write depth. `pixelRatio`: device pixels a
     /// widget pixel. `moving`: the camera does, so that a frame in time is worth more than a fine one.
-    void draw(const Camera& camera, double pixelRatio, bool moving = false);
+    /// `working`: how long geometry is worked out; what is not ready then is left out, or drawn in another
+    /// detail.
+    void draw(const Camera& camera, double pixelRatio, bool moving = false, Slice working = {});
+    /// Whether something was left for the next frame.
+    bool isPartial() const { return partial_; }
     /// Whether the last draw() has made use of that.
     bool isRough() const { return rough_; }
     /// The labels of the shown entries, in drawing order; valid from draw() until the next update().
@@ -91,6 +96,9 @@ class OverlayLayer {
     std::size_t seenSegments_ = 0;
     double widestSeen_ = 0.0;
     bool rough_ = false;
+    Slice working_;
+    bool late_ = false;  ///< the time for working out geometry is over
+    bool partial_ = false;
     /// Where the picture that the raster keeps is not right any more.
     std::vector<QRect> changed_;
     bool allChanged_ = true;

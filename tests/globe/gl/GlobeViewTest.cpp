@@ -503,6 +503,26 @@ TEST_F(GlobeViewTest, ViewsAreRoughOnlyWhileTheyMove) {
 }
 
 /// The nearest within reach, and none behind the earth.
+/// A frame that may not wait for all shapes lacks some, and the next ones have them.
+TEST_F(GlobeViewTest, FramesWaitNoLongerThanTheyMay) {
+    OverlayScene scene;
+    scene.add(halCore::ZEL::parsed(halCore::ZEL::sample("countries-110m.zel")).shapes);
+    const Camera camera = looking(at(20, 20), 2.0e7);
+    GlobeFrame frame{camera, 1.0, {}, {}, scene, {}, {}};
+    GlobePicture atOnce;
+    const QImage whole = atOnce.draw(frame);
+    GlobePicture picture;
+    int frames = 0;
+    int lacking = 0;
+    do {
+        constexpr std::size_t some = 300;
+        frame.working = Slice(some, {});
+        lacking = differences(whole, picture.draw(frame), 0, whole.rect());
+    } while (lacking > 0 && ++frames < 100);
+    EXPECT_GT(frames, 2);
+    EXPECT_EQ(lacking, 0);
+}
+
 TEST_F(GlobeViewTest, KnowsThePlatformUnderTheMouse) {
     look(at(0, 0), 1.0e6);
     for (const auto& [id, lon] : {std::pair{1, 0.0}, {2, 0.05}, {3, 180.0}})
