@@ -4,6 +4,11 @@
 
 namespace sandbox {
 
+std::uint64_t OverlayScene::ownNumbers() {
+    static std::uint64_t scenes = 0;
+    return ++scenes << 40U;
+}
+
 OverlayScene::Id OverlayScene::add(Shapes shapes, std::optional<OverlayReference> reference, bool shown,
                                    std::string directory) {
     const Id id = ++lastId_;

@@ -52,23 +52,25 @@ class OverlayScene {
     /// In drawing order, which is that of the ids.
     const std::map<Id, Entry>& entries() const { return entries_; }
 
-    /// How many changes there have been.
+    /// Another number after each change, and in each scene.
     std::uint64_t changes() const { return forgotten_ + recent_.size(); }
-    /// The entries that were added, changed or removed after so many changes, in that order, some of them
+    /// The entries that were added, changed or removed since that was the number, in that order, some of them
     /// repeatedly; none when that is not known any more. Valid until the next change.
     std::optional<std::span<const Id>> changedSince(std::uint64_t changes) const;
 
     void setChangeCallback(std::function<void()> callback) { changed_ = std::move(callback); }
 
   private:
+    /// Where to begin to count, so that no two scenes have the same numbers: one may lie where another was.
+    static std::uint64_t ownNumbers();
     void report(Id id);
     void forgetChanges();
 
     std::map<Id, Entry> entries_;
-    std::vector<Id> recent_;       ///< what the latest changes were about
-    std::uint64_t forgotten_ = 0;  ///< changes before those
+    std::vector<Id> recent_;                  ///< what the latest changes were about
+    std::uint64_t forgotten_ = ownNumbers();  ///< changes before those
     Id lastId_ = 0;
-    std::uint64_t lastRevision_ = 0;
+    std::uint64_t lastRevision_ = ownNumbers();
     std::function<void()> changed_;
 };
 
