@@ -217,7 +217,7 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     bool heightGiven_ = false;
     /// The centre that the panel shows while there is none.
     PlacedPoint shownCenter_{halCore::Vec3()};
-    Equipment<CylinderPanel> equipment_{*this, preferences_, mouseTool_};
+    Equipment<CylinderPanel> equipment_{mouseTool_};
 };
 
 }  // namespace OverlayEditor

@@ -10,18 +10,29 @@
 
 namespace OverlayEditor {
 
-/// A shape's mouse tool, and its property panel while there is one. The concrete shape's last member: both
-/// may touch the shape while they die, and find its data alive. Callers do not see the tool any more then.
+/// A shape's mouse tool, once somebody has asked for it, and its property panel while there is one. The
+/// concrete shape's last member: both may touch the shape while they die, and find its data alive. Callers do
+/// not see the tool any more then.
 template <typename Panel>
 class Equipment {
   public:
-    /// \param place where the shape's callers find the tool; null while there is none
-    template <typename Concrete>
-    Equipment(Concrete& shape, const Preferences& preferences, MouseTool*& place) : place_(place) {
-        if (auto* const maker = ToolMaker::installed()) tool_ = maker->make(preferences, shape);
-        place_ = tool_.get();
+    /// \param place where the shape finds the tool; null while there is none
+    explicit Equipment(MouseTool*& place) : place_(place) {}
+    ~Equipment() {
+        ending_ = true;
+        place_ = nullptr;
     }
-    ~Equipment() { place_ = nullptr; }
+    /// Null for a shape without one. Very many shapes are never drawn with the mouse: a tool is larger than
+    /// they are.
+    template <typename Concrete>
+    MouseTool* tool(Concrete& shape) {
+        auto* const maker = place_ || ending_ ? nullptr : ToolMaker::installed();
+        if (!maker) return place_;
+        tool_ = maker->make(shape.preferences(), shape);
+        place_ = tool_.get();
+        if (tool_ && !shape.showPoints()) tool_->setShowPoints(false);
+        return place_;
+    }
     Equipment(const Equipment&) = delete;
     Equipment& operator=(const Equipment&) = delete;
 
@@ -30,6 +41,7 @@ class Equipment {
   private:
     MouseTool*& place_;
     MouseToolPtr tool_;
+    bool ending_ = false;
 };
 
 /// What all concrete shapes do alike with their equipment, put between each of them and its base class. The
@@ -45,6 +57,11 @@ class Equipped : public Base {
     Shape* clone() const override {
         static_assert(std::is_base_of_v<Stateful, Concrete>);
         return new Concrete(static_cast<const Concrete&>(*this));
+    }
+    MouseTool* mouseTool() const override {
+        // It is made of the shape, whoever asks.
+        Concrete& shape = const_cast<Equipped&>(*this).self_();
+        return shape.equipment_.tool(shape);
     }
     void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override {
         auto* const maker = PanelMaker::installed();

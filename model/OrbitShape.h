@@ -64,7 +64,7 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     /// The centres that the panel shows while there are none.
     PlacedPoint shownCenter_{halCore::Vec3()};
     PlacedPoint shownSecond_{halCore::Vec3()};
-    Equipment<OrbitPanel> equipment_{*this, preferences_, mouseTool_};
+    Equipment<OrbitPanel> equipment_{mouseTool_};
 };
 
 }  // namespace OverlayEditor

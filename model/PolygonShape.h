@@ -74,7 +74,7 @@ class PolygonShape : public PointsContainer,
     void takeFrom_(PolygonPanel& panel);
 
     Subtype subtype_;
-    Equipment<PolygonPanel> equipment_{*this, preferences_, mouseTool_};
+    Equipment<PolygonPanel> equipment_{mouseTool_};
 };
 
 }  // namespace OverlayEditor

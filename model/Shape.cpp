@@ -73,7 +73,7 @@ void Shape::rename_(std::string name) {
 void Shape::setShown(bool shown) {
     shown_ = shown;
     if (!shown)
-        if (MouseTool* const tool = mouseTool()) tool->deactivate();
+        if (mouseTool_) mouseTool_->deactivate();
     dirty_();
 }
 
@@ -83,14 +83,14 @@ void Shape::setActive(bool active) {
         show_();
         return;
     }
-    if (MouseTool* const tool = mouseTool()) tool->deactivate();
+    if (mouseTool_) mouseTool_->deactivate();
     hide_();
 }
 
 void Shape::setShowPoints(bool shown) {
     if (shown == showPoints_) return;
     showPoints_ = shown;
-    if (MouseTool* const tool = mouseTool()) tool->setShowPoints(shown);
+    if (mouseTool_) mouseTool_->setShowPoints(shown);
     dirty_();
 }
 
@@ -181,7 +181,7 @@ void Shape::saveState_(ShapeState& state, const ShapeState* like) const {
 void Shape::restore(const ShapeState& state, const PointConverter& frame, unsigned long platform,
                     PointConverter* converter) {
     // Ends what the mouse does with the shape, which may change it once more.
-    if (mouseTool() && shown_ && !state.shown) mouseTool()->deactivate();
+    if (mouseTool_ && shown_ && !state.shown) mouseTool_->deactivate();
     name_ = state.name;
     shown_ = state.shown;
     anchorCenter_ = state.anchorCenter;
@@ -193,8 +193,8 @@ void Shape::restore(const ShapeState& state, const PointConverter& frame, unsign
     dynamic_cast<Stateful&>(*this).takeState_(state);
     if (keeper_) keeper_->renamed(*this);
     dirty_();
-    if (std::exchange(showPoints_, state.showPoints) != state.showPoints && mouseTool())
-        mouseTool()->setShowPoints(showPoints_);
+    if (std::exchange(showPoints_, state.showPoints) != state.showPoints && mouseTool_)
+        mouseTool_->setShowPoints(showPoints_);
     fillGui();
 }
 
@@ -250,8 +250,7 @@ PlacedPoint Shape::start_() const {
 }
 
 void Shape::redrawPoints_() const {
-    const MouseTool* const tool = mouseTool();
-    if (tool && tool->isActive()) PICommon::forceOpenGLRedraw();
+    if (mouseTool_ && mouseTool_->isActive()) PICommon::forceOpenGLRedraw();
 }
 
 void Shape::dirty_() {

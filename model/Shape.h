@@ -51,7 +51,7 @@ class Shape {
     virtual int serialize(Serializer& serializer) = 0;
     /// The same as a shape of the format, with what its block says beside what the editor has fields for.
     int write(SerializeToZel& zel);
-    /// Null for a shape without a tool. The shape's.
+    /// Null for a shape without a tool. The shape's, made when it is first asked for.
     virtual MouseTool* mouseTool() const { return mouseTool_; }
     /// Builds the property panel inside the canvas, which must outlive it.
     virtual void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) = 0;
