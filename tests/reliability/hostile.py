@@ -19,7 +19,7 @@ MEBIBYTES = 512
 # Above the goal still, and not to get worse.
 KNOWN = {
     "circles-edited": (SECONDS, 620),
-    "thousand-filled-stars": (16.0, 1900),
+    "thousand-filled-stars": (16.0, 2200),
 }
 random.seed(27)
 
