@@ -70,6 +70,7 @@ TEST_F(OverlayEditorDialogTest, TellsWhatIsSaidUntilTheNextCommandAndOffersAnAns
 }
 
 TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
+    std::string journal;
     {
         Overlay other;
         OverlayEditor::Document dying(preferences, other);
@@ -84,7 +85,7 @@ TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
             }
         }
         for (int i = 0; i < 9; ++i) host.fireTimeouts();
-        const std::string journal = rescued().at(0);
+        journal = rescued().at(0);
         for (const char* copy : {"-0", "-1", "-2"})
             std::filesystem::copy(journal, path("rescued/.overlayeditor-journal-1") + copy);
         const std::string unreadable = path("rescued/.overlayeditor-journal-1-2");
@@ -92,6 +93,8 @@ TEST_F(OverlayEditorDialogTest, OffersWhatIsLostUntilItIsTakenOrDiscarded) {
         std::filesystem::last_write_time(
             unreadable, std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
     }
+    // Left by one that neither saved nor rescued.
+    EXPECT_TRUE(std::filesystem::remove(journal));
     const auto offered = [&] {
         return says("Not saved when the host ended on") && host.find("Recover")->shown &&
                !host.find("Load Rescued")->shown;
