@@ -32,6 +32,7 @@ int edit(const EditOptions& options) {
         std::string text = input.readAll();
         OverlayEditor::Overlay overlay;
         OverlayEditor::Document document(preferences, overlay);
+        document.history().keepNothing();
         said.clear();
         auto reading = document.read(text, file);
         OverlayEditor::Overlay::Losses losses;

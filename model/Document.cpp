@@ -319,7 +319,8 @@ bool Document::stage_(Reading& reading, Slice& slice) {
         if (!shown) shape->setShown(false);
         if (!editing_) shape->setActive(false);
         staged.overlay.adoptLast();
-        staged.states.emplace_hint(staged.states.end(), staged.overlay.numberOf(shape), shape->state());
+        if (history_.keeps())
+            staged.states.emplace_hint(staged.states.end(), staged.overlay.numberOf(shape), shape->state());
         if (slice.isOver(units + shape->placed().size() / pointsOfAUnit)) break;
     }
     return staged.next == loaded.shapes.size();
@@ -345,7 +346,7 @@ bool Document::take(Reading reading) {
         if (shape->active() != editing_) shape->setActive(editing_);
     overlay_.exchange(staged.overlay);
     attachment_.exchange(staged.attachment);
-    history_.exchange(std::move(staged.states));
+    if (history_.keeps()) history_.exchange(std::move(staged.states));
     overlay_.setZelId(reading.zel);
     if (reading.zel && editing_) PIHALVIS::showZELFile(reading.zel, false);
     file_.name = std::move(reading.fileName);

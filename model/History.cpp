@@ -93,7 +93,7 @@ ShapeStatePtr History::stateNow_(std::uint64_t number) const {
 }
 
 void History::commit() {
-    if (applying_) return;
+    if (applying_ || !keeps_) return;
     const auto touched = std::exchange(touched_, {});
     Attachment::State attached = attachment_.state();
     const bool attachmentChanged = !(attached == lostAttached_.value_or(attached_));

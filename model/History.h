@@ -38,6 +38,10 @@ class History final : private OverlayWatcher {
     History(const History&) = delete;
     History& operator=(const History&) = delete;
 
+    /// Nothing is kept and nothing can be undone, for those who load only to write again.
+    void keepNothing() { keeps_ = false; }
+    bool keeps() const { return keeps_; }
+
     /// What the user does from now on, as far as it tells one step from the next.
     enum class Gesture {
         Command,  ///< a step by itself
@@ -171,6 +175,7 @@ class History final : private OverlayWatcher {
     std::set<std::uint64_t> changed_;
     std::optional<FileState> fileBefore_;
     std::string switchName_;
+    bool keeps_ = true;
     bool applying_ = false;
     bool pressed_ = false;
     /// For the end of the entry.
