@@ -162,19 +162,26 @@ struct OverlayLayer::Chunk {
     const Item* item;
     std::uint32_t first;  ///< of the item's shapes in drawing order
     std::uint32_t count;
-    std::size_t boundsLevel =
-        kTolerances.size();  ///< the level that the bounds are from; no such one at first
+    static constexpr std::size_t kRoughly = kTolerances.size();  ///< in place of a level
+    static constexpr std::size_t kNowhere = kRoughly + 1;
+    std::size_t boundsLevel = kNowhere;  ///< the level that the bounds are from
     Bounds bounds{};
     /// That in use and, once it has been built, the next finer and coarser one.
     std::array<std::unique_ptr<Level>, 3> levels{};
     std::vector<DrawList::Label> labels{};
 
-    bool isPlaced() const { return boundsLevel < kTolerances.size(); }
+    bool isPlaced() const { return boundsLevel != kNowhere; }
+    /// Finds bounds without the geometry. \return whether that can be done
+    bool placeRoughly();
     Level* built(std::size_t number) const {
         Level* const level = levels[number % levels.size()].get();
         return level && level->number == number ? level : nullptr;
     }
     void build(std::size_t level, PictureTextures& textures);
+    void dropAllBut(const Level* needed) {
+        for (auto& level : levels)
+            if (level.get() != needed) level.reset();
+    }
 };
 
 struct OverlayLayer::Item {
@@ -203,6 +210,20 @@ struct OverlayLayer::Item {
     Item(const Item&) = delete;
     Item& operator=(const Item&) = delete;
 };
+
+bool OverlayLayer::Chunk::placeRoughly() {
+    Bounds box;
+    for (std::uint32_t i = first; i < first + count; ++i) {
+        const auto place = roughPlace(*item->entry->shapes[item->order[i]], item->entry->reference);
+        if (!place) return false;
+        const Ecef reach{place->radius, place->radius, place->radius};
+        box.add(place->center - reach);
+        box.add(place->center + reach);
+    }
+    bounds = box;
+    boundsLevel = kRoughly;
+    return true;
+}
 
 void OverlayLayer::Chunk::build(std::size_t level, PictureTextures& textures) {
     const OverlayScene::Entry& entry = *item->entry;
@@ -360,23 +381,28 @@ std::vector<const DrawList::Label*> OverlayLayer::labels() const {
 
 OverlayLayer::Level* OverlayLayer::prepare(Spot& spot, const Detail& detail, const ViewVolume& view,
                                            bool moving) {
+    // A unit is a microsecond.
+    constexpr std::size_t units = 5;
+    constexpr std::size_t segmentsOfAUnit = 5;
+    constexpr std::size_t placedInAUnit = 2;
     Chunk& chunk = *spot.chunk;
     const auto build = [&](std::size_t level) {
         chunk.build(level, *textures_);
-        constexpr std::size_t units = 5;
-        constexpr std::size_t segmentsOfAUnit = 5;
         late_ = working_.isOver(units + chunk.built(level)->segments / segmentsOfAUnit);
         spot.ball = chunk.bounds.ball();
         spot.placed = true;
         spot.labelled = !chunk.labels.empty();
     };
-    if (!spot.placed) {
-        // Listed anew, it may have been built before.
-        if (!chunk.isPlaced() && late_) {
-            partial_ = true;
-            return nullptr;
-        }
-        if (!chunk.isPlaced()) build(detail.usual());
+    const bool fresh = !chunk.isPlaced();
+    if (fresh && late_) {
+        partial_ = true;
+        return nullptr;
+    }
+    if (fresh && chunk.placeRoughly()) late_ = working_.isOver(chunk.count / placedInAUnit);
+    if (!chunk.isPlaced()) {
+        build(detail.usual());
+    } else if (!spot.placed) {
+        // Without its geometry, or listed anew.
         spot.ball = chunk.bounds.ball();
         spot.placed = true;
         spot.labelled = !chunk.labels.empty();
@@ -384,7 +410,10 @@ OverlayLayer::Level* OverlayLayer::prepare(Spot& spot, const Detail& detail, con
     // With its tighter box the chunk may turn out to be farther away, or out of view.
     while (view.mayShow(spot.ball)) {
         const std::size_t level = detail.of(chunk.bounds);
-        if (Level* const built = chunk.built(level)) return built;
+        if (Level* const built = chunk.built(level)) {
+            if (fresh) chunk.dropAllBut(built);
+            return built;
+        }
         if (Level* const near = moving && level + 1 < kTolerances.size() ? chunk.built(level + 1) : nullptr) {
             rough_ = true;
             return near;
@@ -397,6 +426,8 @@ OverlayLayer::Level* OverlayLayer::prepare(Spot& spot, const Detail& detail, con
         }
         build(level);
     }
+    // Of what has not been in view yet its place and its labels are enough.
+    if (fresh) chunk.dropAllBut(nullptr);
     return nullptr;
 }
 

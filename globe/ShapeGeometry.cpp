@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "format/Placement.h"
+#include "format/RoundOutline.h"
 #include "format/ZelShapes.h"
 #include "geo/Ecef.h"
 #include "geo/GeodesicPath.h"
+#include "geo/Wgs84.h"
 #include "globe/BoxGeometry.h"
 #include "globe/RoundGeometry.h"
 #include "globe/StyledGeometry.h"
@@ -146,6 +148,21 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
     if (tested) return;
     for (std::size_t i = lines; i < out.lines.size(); ++i) out.lines[i].overBodies = true;
     for (std::size_t i = meshes; i < out.meshes.size(); ++i) out.meshes[i].overBodies = true;
+}
+
+std::optional<RoughPlace> roughPlace(const ZEL::ZelShape& shape,
+                                     const std::optional<OverlayReference>& reference) {
+    const auto* const circle = dynamic_cast<const ZEL::Circle*>(&shape);
+    if (!circle) return std::nullopt;
+    const Placement placement(shape, reference, 0.0);
+    if (placement.extruded() || placement.leans()) return std::nullopt;
+    const std::optional<ZEL::RoundOutline> outline = ZEL::roundOutline(*circle, placement);
+    if (!outline) return std::nullopt;
+    // A chord is no longer than the way over the ground, and above the ground longer by at most what the
+    // greatest curvature makes of the height, a / b^2.
+    constexpr double curvature = halCore::wgs84::a / (halCore::wgs84::b * halCore::wgs84::b);
+    const double higher = 1.0 + std::max(0.0, outline->center.alt()) * curvature;
+    return RoughPlace{toEcef(outline->center), outline->arcs.front().longerHalf() * higher + 1.0};
 }
 
 std::size_t roughSize(const ZEL::ZelShape& shape) {

@@ -24,6 +24,15 @@ namespace sandbox {
 void appendGeometry(const halCore::ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
                     double tolerance, DrawList& out);
 
+/// A ball that holds all that appendGeometry() would ever add for a shape.
+struct RoughPlace {
+    halCore::Ecef center;
+    double radius = 0.0;
+};
+/// Where that can be told at once: for a circle that is neither extruded nor leaning. It has no label either.
+std::optional<RoughPlace> roughPlace(const halCore::ZEL::ZelShape& shape,
+                                     const std::optional<OverlayReference>& reference);
+
 /// About how many points a shape has in its finest geometry; to share out work.
 std::size_t roughSize(const halCore::ZEL::ZelShape& shape);
 

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -420,6 +422,28 @@ TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
                 EXPECT_NEAR(length(v), 1000.0, 1.0) << kind;
             }
         }
+}
+
+/// What is not worked out is left out of frames by that place.
+TEST(ShapeGeometry, CirclesLieWithinTheirRoughPlace) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> any(-1.0, 1.0);
+    for (int i = 0; i < 500; ++i) {
+        std::ostringstream text;
+        text << (i % 2 == 0 ? "circle" : "circle; filled") << "; centerlla " << 90.0 * any(random) << ' '
+             << 180.0 * any(random) << ' ' << std::max(0.0, 1e6 * any(random)) << "; radius "
+             << std::pow(10.0, 3.5 + 3.7 * any(random)) << "; scale " << 1.5 + any(random) << ' '
+             << 1.5 + any(random) << " 1";
+        const auto shapes = shapesOf(text.str());
+        const auto place = roughPlace(*shapes.at(0), std::nullopt);
+        ASSERT_TRUE(place) << text.str();
+        const DrawList list = drawn(shapes);
+        std::vector<Ecef> vertices = placesOf(list);
+        for (const DrawList::Mesh& mesh : list.meshes)
+            vertices.insert(vertices.end(), mesh.vertices.begin(), mesh.vertices.end());
+        ASSERT_FALSE(vertices.empty()) << text.str();
+        for (const Ecef& p : vertices) ASSERT_LE(length(p - place->center), place->radius) << text.str();
+    }
 }
 
 TEST(ShapeGeometry, WhatIsOffOrIncompleteIsNotDrawn) {
