@@ -589,8 +589,7 @@ int OverlayEditorDialog::onCmdSetMouseTool(PIObject*, void*) {
 
 void OverlayEditorDialog::scenarioEntityRemoved(unsigned long id) {
     if (id == 0) return;
-    if (loading_ && loading_->reading.platform == id)
-        cancelLoading_("the platform on which it is shown is gone");
+    if (loading_ && loading_->reading.isOn(id)) cancelLoading_("the platform on which it is shown is gone");
     if (document_.platformRemoved(id)) {
         widgets_->attach.reset();
         updateAttachControls_();

@@ -48,6 +48,9 @@ int OverlayEditorDialog::onCmdSaveAs(PIObject*, void*) {
 
 void OverlayEditorDialog::saveZel_(const std::string& fileName) {
     if (!document_.save(fileName)) return;
+    // What was read of it is neither what is in it now, nor what the host shows of it.
+    if (loading_ && UTILS::isSameFile(loading_->reading.fileName, fileName))
+        cancelLoading_("what is edited was saved in it");
     PIGUI::PIRegistry::setValue(kLastSaved, fileName);
     for (const std::string& message : RefusedText::messages())
         halNotify::notify(halNotify::Warning) << "Saved, but not this: " << message;

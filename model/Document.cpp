@@ -161,6 +161,10 @@ double Document::Reading::part() const {
            (1.0 - textsPart) * (all > 0 ? static_cast<double>(made) / static_cast<double>(all) : 1.0);
 }
 
+bool Document::Reading::isOn(unsigned long platformId) const {
+    return platformId != 0 && platformId == (staged ? staged->overlay.attachedPlatformId() : platform);
+}
+
 Document::Reading Document::begin(std::string text, const std::string& fileName, void* zel) const {
     Reading reading;
     reading.fileName = fileName;

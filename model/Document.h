@@ -87,6 +87,9 @@ class Document {
     struct Reading {
         /// How much of the way is done, from 0 to 1.
         double part() const;
+        /// Whether it is shown on a platform: the host's overlay on one of the scenario, or what has been
+        /// made of it on a reference point of its own.
+        bool isOn(unsigned long platformId) const;
 
         /// As long as the text is being read.
         std::unique_ptr<OverlayReading> text;

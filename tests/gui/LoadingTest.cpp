@@ -105,6 +105,35 @@ TEST_F(LoadingDialogTest, AnotherLoadEndsIt) {
     EXPECT_EQ(host.overlays.size(), displayed);
 }
 
+TEST_F(LoadingDialogTest, SavingOverItsFileEndsIt) {
+    open("many.zel");
+    host.fileDialogAnswers = {path("many.zel")};
+    press("Save As...");
+    EXPECT_THAT(messages, Contains(HasSubstr("many.zel: what is edited was saved in it")));
+    for (int i = 0; i < 10'000 && !host.timeouts.empty(); ++i) host.fireTimeouts();
+    EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
+    EXPECT_EQ(form.field("File:").text, path("many.zel"));
+    EXPECT_EQ(changes(), "None");
+}
+
+TEST_F(LoadingDialogTest, TheEndOfItsReferencePointEndsIt) {
+    const std::size_t displayed = host.overlays.size();
+    std::string text;
+    for (int i = 0; i < kMany; ++i)
+        text += "start\ncircle\naltitudeunits m\nrangeunits m\ncenterxyz 1 2 0\nradius 9\nend\n";
+    write(path("offsets.zel"), text);
+    open("offsets.zel");
+    for (int i = 0; i < 10'000 && host.platforms.empty(); ++i) host.fireTimeouts();
+    ASSERT_THAT(host.platforms, SizeIs(1));
+    const auto point = host.platforms.begin()->first;
+    host.platforms.clear();
+    dialog->scenarioEntityRemoved(point);
+    EXPECT_THAT(messages, Contains(HasSubstr("offsets.zel: the platform on which it is shown is gone")));
+    for (int i = 0; i < 10'000 && !host.timeouts.empty(); ++i) host.fireTimeouts();
+    EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
+    EXPECT_EQ(host.overlays.size(), displayed);
+}
+
 TEST_F(LoadingDialogTest, TheEndOfTheEditorEndsIt) {
     open("many.zel");
     dialog.reset();
