@@ -254,6 +254,8 @@ class OverlayEditorDialog {
     bool editing_ = false;
     PICommon::Timeout timeout_;
     PICommon::Timeout workTimeout_;
+    /// When the work that goes on has last given way to the host.
+    std::chrono::steady_clock::time_point hostsTurn_;
 
     CallbackList<OverlayEditorDialog> callbacks_{this};
     FunctorTwoParams__* const onTimeoutCallback_ =

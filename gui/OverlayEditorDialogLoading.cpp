@@ -19,6 +19,9 @@ constexpr const char* kLastLoaded = "LastOverlayEditorLoadFile";
 constexpr std::size_t kAtLeastAtOnce = 50'000;
 constexpr std::chrono::milliseconds kAtOnce{40};
 constexpr std::int32_t kPauseMilliseconds = 2;
+/// A host that takes longer for its turn has no less of the time, and the work goes on for as long, up to
+/// this.
+constexpr std::chrono::milliseconds kAtMost{150};
 /// Whoever waits longer sees how far it is.
 constexpr std::chrono::seconds kUntold{1};
 
@@ -170,6 +173,7 @@ int OverlayEditorDialog::onCmdCancelLoading(PIObject*, void*) {
 bool OverlayEditorDialog::goOnSoon_() {
     if (!workTimeout_.isArmed())
         PICommon::createTimeout(workTimeout_, kPauseMilliseconds, onWorkTimeoutCallback_);
+    hostsTurn_ = std::chrono::steady_clock::now();
     return workTimeout_.isArmed();
 }
 
@@ -179,7 +183,9 @@ int OverlayEditorDialog::onWorkTimeout(PIObject*, void*) {
 }
 
 int OverlayEditorDialog::onWork(PIObject*, void*) {
-    Slice slice(0, kAtOnce);
+    const auto turn =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - hostsTurn_);
+    Slice slice(0, std::clamp(turn, kAtOnce, kAtMost));
     if (loading_) {
         goOnLoading_(slice);
     } else {

@@ -156,9 +156,9 @@ double Document::Reading::part() const {
     constexpr double textsPart = 0.3;
     if (text) return textsPart * text->part();
     const std::size_t all = loaded.shapes.size();
-    const std::size_t made = staged ? staged->next : 0;
+    const std::size_t done = staged ? staged->next + staged->displayed : 0;
     return textsPart +
-           (1.0 - textsPart) * (all > 0 ? static_cast<double>(made) / static_cast<double>(all) : 1.0);
+           (1.0 - textsPart) * (all > 0 ? static_cast<double>(done) / static_cast<double>(2 * all) : 1.0);
 }
 
 bool Document::Reading::isOn(unsigned long platformId) const {
@@ -310,24 +310,28 @@ bool Document::stage_(Reading& reading, Slice& slice) {
         reading.staged->overlay.setNextNumber(overlay_.reserveNumbers(loaded.shapes.size()));
     }
     Staged& staged = *reading.staged;
-    constexpr std::size_t units = 40;
-    constexpr std::size_t pointsOfAUnit = 5;
+    constexpr std::size_t units = 20;
+    constexpr std::size_t pointsOfAUnit = 10;
+    const auto unitsOf = [](const Shape& shape) { return units + shape.placed().size() / pointsOfAUnit; };
     while (staged.next < loaded.shapes.size()) {
         Shape* const shape = reading.loaded.shapes[staged.next++].release();
-        const bool shown = shape->shown();
-        // Or the host would load it as soon as it is active, and once more when it is shown.
-        shape->setShown(false);
         // Beside offsets, places stay places.
         if (!shape->placed().frame()) shape->keepPlaces();
-        staged.overlay.addShape(shape);
-        if (!shown) shape->setShown(false);
-        if (!editing_) shape->setActive(false);
+        staged.overlay.addInactive(shape);
         staged.overlay.adoptLast();
         if (history_.keeps())
             staged.states.emplace_hint(staged.states.end(), staged.overlay.numberOf(shape), shape->state());
-        if (slice.isOver(units + shape->placed().size() / pointsOfAUnit)) break;
+        if (slice.isOver(unitsOf(*shape))) return false;
     }
-    return staged.next == loaded.shapes.size();
+    if (!editing_) return true;
+    // The host draws a frame whenever it displays more: so that comes last, and nothing else beside it.
+    if (staged.displayed == 0) staged.toDisplay = staged.overlay.shapes();
+    while (staged.displayed < staged.toDisplay.size()) {
+        Shape& shape = *staged.toDisplay[staged.displayed++];
+        shape.setActive(true);
+        if (slice.isOver(unitsOf(shape))) break;
+    }
+    return staged.displayed == staged.toDisplay.size();
 }
 
 bool Document::take(Reading reading) {

@@ -80,8 +80,10 @@ class Document {
         Overlay overlay;
         Attachment attachment{overlay};
         History::States states;
-        /// How many of the shapes that were read are in it.
+        /// How many of the shapes that were read are in it, and then how many of them the host displays.
         std::size_t next = 0;
+        std::size_t displayed = 0;
+        std::vector<Shape*> toDisplay;
     };
     /// What a text holds, on its way into the document.
     struct Reading {

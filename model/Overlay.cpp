@@ -37,6 +37,15 @@ void Overlay::addShape(Shape* shape) {
     shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
     shape->setActive(true);
     shape->setShown(true);
+    append_(shape);
+}
+
+void Overlay::addInactive(Shape* shape) {
+    shape->setAttachedPlatformId(attachedPlatformId_, pointConverter_, false);
+    append_(shape);
+}
+
+void Overlay::append_(Shape* shape) {
     const std::uint64_t number = nextOrder_++;
     places_.push_back({number, nullptr, {}});
     enter_(number, shape);

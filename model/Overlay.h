@@ -40,6 +40,8 @@ class Overlay final : private ShapeKeeper {
 
     /// Takes ownership; the shape takes on the attachment and is displayed at once.
     void addShape(Shape* shape);
+    /// The same with a shape that is displayed once it is active.
+    void addInactive(Shape* shape);
     /// Gives ownership back, without hiding or deactivating; an unknown pointer is ignored, also one to a
     /// shape that is gone. (A shape that somebody deletes leaves the overlay by itself.)
     void removeShape(Shape* shape);
@@ -213,6 +215,7 @@ class Overlay final : private ShapeKeeper {
     std::vector<Place>::iterator placeOf_(std::uint64_t number) {
         return std::ranges::lower_bound(places_, number, {}, &Place::order);
     }
+    void append_(Shape* shape);
     void enter_(std::uint64_t number, Shape* shape);
     void touched_(std::uint64_t number);
     struct How {
