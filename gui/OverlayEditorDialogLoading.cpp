@@ -199,7 +199,10 @@ bool OverlayEditorDialog::loadOverlay_(Document::Reading reading, bool back) {
     // What goes back to its own file can be had again.
     const bool goesBack = back && !reading.fileName.empty() && reading.fileName == document_.fileName() &&
                           document_.history().holds();
-    if (!goesBack && !rescued_()) return false;
+    if (!goesBack && !rescued_()) {
+        document_.drop(std::move(reading));
+        return false;
+    }
     if (goesBack && !document_.isSaved())
         halNotify::notify(halNotify::Warning)
             << reading.fileName << " is loaded again; Undo brings back what was not saved";
