@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds kAtOnce{40};
 constexpr std::int32_t kPauseMilliseconds = 2;
 /// A host that takes longer for its turn has no less of the time, and the work goes on for as long, up to
 /// this.
-constexpr std::chrono::milliseconds kAtMost{150};
+constexpr std::chrono::milliseconds kAtMost{100};
 /// Whoever waits longer sees how far it is.
 constexpr std::chrono::seconds kUntold{1};
 
