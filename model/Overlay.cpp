@@ -175,6 +175,7 @@ void Overlay::exchange(Overlay& other) {
     std::swap(byName_, other.byName_);
     std::swap(entries_, other.entries_);
     std::swap(source_, other.source_);
+    std::swap(loadedIncomplete_, other.loadedIncomplete_);
     std::swap(pointConverter_, other.pointConverter_);
     std::swap(attachedPlatformId_, other.attachedPlatformId_);
     std::swap(referenceWritten_, other.referenceWritten_);
@@ -234,6 +235,7 @@ void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
         ShapeSource own = place.shape->source();
         own.digest = place.written->digest;
         place.shape->setSource(std::move(own));
+        rememberIncomplete_(place);
     }
     learnBlocks_();
 }
@@ -245,6 +247,24 @@ void Overlay::adoptLast() {
     ShapeSource own = place.shape->source();
     own.digest = place.loaded = place.written->digest;
     place.shape->setSource(std::move(own));
+    rememberIncomplete_(place);
+}
+
+void Overlay::rememberIncomplete_(const Place& place) {
+    if (place.written->digest != 0) return;
+    // Saving writes nothing of it: then it is still compared with what was loaded. A state with a number that
+    // is none is not even the same as itself.
+    if (const auto state = place.shape->state(); *state == *state)
+        loadedIncomplete_.try_emplace(place.order, state);
+}
+
+bool Overlay::staysInBlock_(const Place& place) const {
+    if (!place.block || place.loaded != 0 || place.written->digest != 0) return false;
+    const auto loaded = loadedIncomplete_.find(place.order);
+    if (loaded == loadedIncomplete_.end()) return true;
+    ShapeState now = *place.shape->state();
+    now.source = loaded->second->source;
+    return now == *loaded->second;
 }
 
 void Overlay::write_(const Place& place) const {
@@ -302,7 +322,10 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
             now = writer.add(shape).digest;
         }
         any = any || now != 0 || loaded == 0;
-        if (now == loaded && (!how.anew || now == 0)) continue;
+        if (now == loaded && (!how.anew || now == 0)) {
+            if (now == 0 && skipped && !staysInBlock_(*owner)) skipped->push_back(shape.name());
+            continue;
+        }
         changes.push_back({block, {}});
         if (!writer.describe(shape)) {
             if (skipped) skipped->push_back(shape.name());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -13,6 +14,7 @@
 
 #include "common/Slice.h"
 #include "model/Shape.h"
+#include "model/ShapeState.h"
 #include "model/ShapeWriter.h"
 
 namespace OverlayEditor {
@@ -225,10 +227,10 @@ class Overlay final : private ShapeKeeper {
     std::string text_(const How& how, std::vector<std::string>* skipped, Losses* lost) const;
     /// For each block of the text the place of the shape that it stands for, null for none.
     std::vector<const Place*> placesOfBlocks_() const;
-    /// Whether the shape was not complete when it was loaded, and is not now: its block stays.
-    bool staysInBlock_(const Place& place) const {
-        return place.block && place.loaded == 0 && place.written->digest == 0;
-    }
+    /// Whether the shape was not complete when it was loaded, and is as it was: its block says all of it.
+    bool staysInBlock_(const Place& place) const;
+    /// Remembers what a shape was that is not complete, when it was loaded.
+    void rememberIncomplete_(const Place& place);
     /// Looks which block of the text is the shape's.
     void learnBlock_(const Place& place) const;
     void learnBlocks_();
@@ -250,6 +252,8 @@ class Overlay final : private ShapeKeeper {
         std::uint64_t digest = 0;
     };
     mutable Sum sum_;
+    /// By their numbers, those that were not complete when they were loaded.
+    std::map<std::uint64_t, std::shared_ptr<const ShapeState>> loadedIncomplete_;
     std::uint64_t kept_ = 0;
     std::shared_ptr<const halCore::ZEL::SourceText> source_;
 };

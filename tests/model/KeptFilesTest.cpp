@@ -162,7 +162,7 @@ TEST_F(KeptFilesTest, EveryLineThatNobodyTouchedSurvives) {
         // A point that came and went has left no offsets to come back to; no file holds them.
         edited.positions.left = given.positions.left;
         const bool isChanged = edited != given;
-        EXPECT_EQ(overlay.isKept(), !isChanged);
+        EXPECT_EQ(overlay.isKept() && overlay.begun().empty(), !isChanged);
         std::size_t gone = source->blockCount();
         if (shapes.size() > 1 && random.integer(0, 3) == 0) {
             Shape* const victim = shapes.front() == &shape ? shapes.back() : shapes.front();
@@ -371,6 +371,22 @@ TEST_F(KeptFilesTest, WhatBecomesIncompleteIsNamedAndComesBack) {
     EXPECT_EQ(lost[0].text, "\"line\" is not complete any more");
     line.addPoint(second);
     EXPECT_EQ(loaded.overlay.text(), text);
+}
+
+TEST_F(KeptFilesTest, WhatIsChangedOfAnIncompleteBlockIsNamed) {
+    const std::string text = "version 2\nstart\npoints\nll 1 2\n3d name Buoy\nend\n";
+    Loaded loaded(preferences, text);
+    Overlay& overlay = loaded.overlay;
+    auto& list = dynamic_cast<PolygonShape&>(*overlay.shapes().front());
+    const Vec3 only = list.pointAtIndex(0);
+    EXPECT_THAT(overlay.incomplete(), ::testing::IsEmpty());
+    list.setPointAtIndex(0, Vec3(0.1, 0.2, 0.0));
+    std::vector<std::string> skipped;
+    EXPECT_EQ(overlay.text(&skipped), text);
+    EXPECT_THAT(skipped, ::testing::ElementsAre("Buoy"));
+    EXPECT_EQ(overlay.begun(), skipped);
+    list.setPointAtIndex(0, only);
+    EXPECT_THAT(overlay.begun(), ::testing::IsEmpty());
 }
 
 }  // namespace
