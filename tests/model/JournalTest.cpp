@@ -276,6 +276,9 @@ TEST_F(JournalTest, OddOnesStopNobody) {
     std::filesystem::create_symlink(journal, path(".overlayeditor-journal-1-1"));
     std::ofstream(path(".overlayeditor-journal-1-2")) << "huge";
     std::filesystem::resize_file(path(".overlayeditor-journal-1-2"), UTILS::kMaxFileSize + 1);
+    // It is the newest, also where the clock stands still for some milliseconds.
+    std::filesystem::last_write_time(path(".overlayeditor-journal-1-2"),
+                                     std::filesystem::file_time_type::clock::now() + std::chrono::seconds(1));
     std::ofstream(path(".overlayeditor-journal-1-3"));
     for (const auto& each : {directory.path(), journal, path(".overlayeditor-journal-1-2")})
         EXPECT_EQ(::geteuid() == 0 ? ::chown(each.c_str(), kNobody, kNobody) : 0, 0);
