@@ -128,9 +128,11 @@ class Document {
     void drop(Reading reading);
 
     /// Reads a whole text.
-    Reading read(std::string text, const std::string& fileName, void* zel = nullptr) const;
-    Reading readFile(const std::string& fileName) const;
-    Reading readOverlay(void* zel) const;
+    Reading read(std::string text, const std::string& fileName, void* zel = nullptr) const {
+        return readWhole_(begin(std::move(text), fileName, zel));
+    }
+    Reading readFile(const std::string& fileName) const { return readWhole_(beginFile(fileName)); }
+    Reading readOverlay(void* zel) const { return readWhole_(beginOverlay(zel)); }
     /// Gives up the shapes that are held, and takes these; reads what is left to be read. Call rescue()
     /// first. What is given up goes from the host's view a slice at a time.
     /// \return false for a reading with an error: then nothing has changed
@@ -178,6 +180,7 @@ class Document {
     void overlayRemoved(void* zel);
 
   private:
+    Reading readWhole_(Reading reading) const;
     /// Reads the text. \return whether it is read
     bool readOn_(Reading& reading, Slice& slice) const;
     /// Makes the overlay. \return whether it is made

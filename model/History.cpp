@@ -92,6 +92,19 @@ ShapeStatePtr History::stateNow_(std::uint64_t number) const {
     return shape ? shape->state(stateByStep_(number).get()) : nullptr;
 }
 
+History::Step History::stepNow_(Attachment::State attached) {
+    attached.name =
+        attached.platform == attached_.platform ? attached_.name : Utils::platformName(attached.platform);
+    return {.gesture = gesture_,
+            .changes = {},
+            .attachedBefore = std::exchange(attached_, attached),
+            .attachedAfter = attached,
+            .file = std::exchange(fileBefore_, {}),
+            .fileName = std::exchange(switchName_, {}),
+            .selectedBefore = std::exchange(settled_, selected_),
+            .selectedAfter = selected_};
+}
+
 void History::commit() {
     if (applying_ || !keeps_) return;
     const auto touched = std::exchange(touched_, {});
@@ -109,19 +122,10 @@ void History::commit() {
         if (!lostAttached_) attached_.reference = attached.reference;
         return;
     }
-    attached.name =
-        attached.platform == attached_.platform ? attached_.name : Utils::platformName(attached.platform);
     now.merge(std::exchange(lost_, {}));
     lostAttached_.reset();
 
-    Step step{.gesture = gesture_,
-              .changes = {},
-              .attachedBefore = std::exchange(attached_, attached),
-              .attachedAfter = attached,
-              .file = std::exchange(fileBefore_, {}),
-              .fileName = std::exchange(switchName_, {}),
-              .selectedBefore = std::exchange(settled_, selected_),
-              .selectedAfter = selected_};
+    Step step = stepNow_(std::move(attached));
     for (auto& [number, state] : now) {
         ShapeStatePtr before = stateByStep_(number);
         if (same(before, state)) continue;
@@ -148,17 +152,7 @@ void History::switchFile(FileState before, std::string name) {
 }
 
 void History::exchange(States now) {
-    Attachment::State attached = attachment_.state();
-    attached.name =
-        attached.platform == attached_.platform ? attached_.name : Utils::platformName(attached.platform);
-    Step step{.gesture = gesture_,
-              .changes = {},
-              .attachedBefore = std::exchange(attached_, attached),
-              .attachedAfter = attached,
-              .file = std::exchange(fileBefore_, {}),
-              .fileName = std::exchange(switchName_, {}),
-              .selectedBefore = std::exchange(settled_, selected_),
-              .selectedAfter = selected_};
+    Step step = stepNow_(attachment_.state());
     step.changes.reserve(states_.size() + now.size());
     // Numbers are not given twice: the new ones come behind.
     for (const auto& [number, state] : states_) step.changes.push_back({number, state, nullptr});

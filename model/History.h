@@ -148,6 +148,8 @@ class History final : private OverlayWatcher {
     void commitLater_();
     ShapeStatePtr stateNow_(std::uint64_t number) const;
     ShapeStatePtr stateByStep_(std::uint64_t number) const;
+    /// A step that has led here, but for what has changed in the shapes.
+    Step stepNow_(Attachment::State attached);
     /// Whether a step goes on with what the last one has done.
     bool joins_(const Step& step) const;
     void join_(Step& step);
