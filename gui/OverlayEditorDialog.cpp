@@ -98,12 +98,14 @@ OverlayEditorDialog::OverlayEditorDialog(Preferences* preferences, MouseManager*
     setCommandListener([this](PIObject* sender) { commanded_(sender); });
     mouseManager_->setEventListener([this](PIGUI::PIMouseEventType_t type) { mouseMoved_(type); });
     document_.history().setListener([this] { showSteps_(); });
+    document_.turns().add([this](Slice& slice) { loading_ ? goOnLoading_(slice) : listOn_(slice); });
     updateAttachControls_();
     showSteps_();
 }
 
 OverlayEditorDialog::~OverlayEditorDialog() {
     callbacks_.disconnect();
+    document_.turns().end();
     setCommandListener({});
     mouseManager_->setEventListener({});
     document_.history().setListener({});
@@ -112,7 +114,6 @@ OverlayEditorDialog::~OverlayEditorDialog() {
     guardedEnd([this] { document_.rescue(Document::Rescue::AtEnd); });
     guardedEnd([this] { PIHALVIS::removeZELObserver(zelObserver_.get()); });
     guardedEnd([this] { timeout_.cancel(); });
-    guardedEnd([this] { workTimeout_.cancel(); });
     loading_.reset();
     guardedEnd([this] { setCurrentShape_(nullptr); });
     guardedEnd([this] { widgets_->attach.hideDialog(); });
@@ -182,7 +183,7 @@ void OverlayEditorDialog::listOn_(Slice& slice) {
     for (Shape* const shape : overlay_->shapes(listed_)) {
         widgets_->list.appendItem(shape->name(), shape);
         listed_ = overlay_->numberOf(shape);
-        if (slice.isOver(units) && goOnSoon_()) return;
+        if (slice.isOver(units) && document_.turns().comeBack()) return;
     }
     listing_ = false;
 }

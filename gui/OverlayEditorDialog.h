@@ -116,9 +116,6 @@ class OverlayEditorDialog {
     int onCmdDismiss(PIObject* sender, void* data);
     int onTimeout(PIObject* sender, void* data);
     int onZelsChanged(PIObject* sender, void* data);
-    int onWorkTimeout(PIObject* sender, void* data);
-    /// What is left of a load, or of filling the list, goes on.
-    int onWork(PIObject* sender, void* data);
 
   private:
     class OverlayCloseObserver;
@@ -195,8 +192,6 @@ class OverlayEditorDialog {
     void load_(Document::Reading reading, bool back, std::function<void(bool loaded)> then = {});
     void goOnLoading_(Slice& slice);
     void cancelLoading_(const std::string& why);
-    /// \return false when the host has no timeouts
-    bool goOnSoon_();
     void loadNextZel_();
     /// Only when there is a shape that the editor can keep, what is held is given up. \return whether it was
     /// \param back whether the user goes back to what the file holds, when it is the one that is edited
@@ -253,16 +248,10 @@ class OverlayEditorDialog {
     OverlayMarks marks_;
     bool editing_ = false;
     PICommon::Timeout timeout_;
-    PICommon::Timeout workTimeout_;
-    /// When the work that goes on has last given way to the host.
-    std::chrono::steady_clock::time_point hostsTurn_;
 
     CallbackList<OverlayEditorDialog> callbacks_{this};
     FunctorTwoParams__* const onTimeoutCallback_ =
         callbacks_.make(&OverlayEditorDialog::onTimeout, Arrival::AtOnce);
-    FunctorTwoParams__* const onWorkTimeoutCallback_ =
-        callbacks_.make(&OverlayEditorDialog::onWorkTimeout, Arrival::AtOnce);
-    FunctorTwoParams__* const onWorkCallback_ = callbacks_.make(&OverlayEditorDialog::onWork);
     FunctorTwoParams__* const followTool_ = callbacks_.make(&OverlayEditorDialog::onCmdSetMouseTool);
     std::unique_ptr<OverlayCloseObserver> closeObserver_;
     std::unique_ptr<ZelObserver> zelObserver_;

@@ -15,13 +15,8 @@ namespace {
 /// The setting with the file that was loaded last.
 constexpr const char* kLastLoaded = "LastOverlayEditorLoadFile";
 
-/// So long the interface may stand still, and what is small is loaded at once. Then the host has its turn.
+/// What is small is loaded at once.
 constexpr std::size_t kAtLeastAtOnce = 50'000;
-constexpr std::chrono::milliseconds kAtOnce{40};
-constexpr std::int32_t kPauseMilliseconds = 2;
-/// A host that takes longer for its turn has no less of the time, and the work goes on for as long, up to
-/// this.
-constexpr std::chrono::milliseconds kAtMost{100};
 /// Whoever waits longer sees how far it is.
 constexpr std::chrono::seconds kUntold{1};
 
@@ -130,7 +125,7 @@ void OverlayEditorDialog::load_(Document::Reading reading, bool back, std::funct
                              .sender = sender_,
                              .insists = insists_,
                              .begun = std::chrono::steady_clock::now()});
-    Slice slice(kAtLeastAtOnce, kAtOnce);
+    Slice slice(kAtLeastAtOnce, HostTurns::kAtOnce);
     goOnLoading_(slice);
 }
 
@@ -138,7 +133,7 @@ void OverlayEditorDialog::goOnLoading_(Slice& slice) {
     // What the mouse draws is whole first.
     bool waits = document_.history().isPressed();
     waits = waits || !document_.goOn(loading_->reading, slice);
-    if (waits && goOnSoon_()) {
+    if (waits && document_.turns().comeBack()) {
         const auto percent = static_cast<int>(100.0 * loading_->reading.part());
         if (std::chrono::steady_clock::now() - loading_->begun > kUntold)
             widgets_->messages.tellProgress("Loading " + loading_->reading.fileName + ": " +
@@ -167,30 +162,6 @@ void OverlayEditorDialog::cancelLoading_(const std::string& why) {
 
 int OverlayEditorDialog::onCmdCancelLoading(PIObject*, void*) {
     cancelLoading_("it was canceled");
-    return 1;
-}
-
-bool OverlayEditorDialog::goOnSoon_() {
-    if (!workTimeout_.isArmed())
-        PICommon::createTimeout(workTimeout_, kPauseMilliseconds, onWorkTimeoutCallback_);
-    hostsTurn_ = std::chrono::steady_clock::now();
-    return workTimeout_.isArmed();
-}
-
-int OverlayEditorDialog::onWorkTimeout(PIObject*, void*) {
-    workTimeout_.fired();
-    return onWorkCallback_->Call(nullptr, nullptr);
-}
-
-int OverlayEditorDialog::onWork(PIObject*, void*) {
-    const auto turn =
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - hostsTurn_);
-    Slice slice(0, std::clamp(turn, kAtOnce, kAtMost));
-    if (loading_) {
-        goOnLoading_(slice);
-    } else {
-        listOn_(slice);
-    }
     return 1;
 }
 

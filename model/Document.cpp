@@ -57,9 +57,19 @@ constexpr const char* kOwn = "you have saved something else in it meanwhile";
 
 Document::Document(const Preferences& preferences, Overlay& overlay)
     : preferences_(preferences), overlay_(overlay) {
+    overlay_.setLater([this] { return turns_.comeBack(); });
+    turns_.add([this](Slice& slice) {
+        if (!overlay_.workOff(slice) && !turns_.comeBack()) workOff_();
+    });
     // Saving may have been cut short when the host ended last.
     const std::string directory = PIGUI::PIRegistry::getValue(kSaveDirectoryKey);
     if (!directory.empty()) UTILS::removeAbandonedFiles(directory);
+}
+
+void Document::workOff_() {
+    overlay_.setLater({});
+    Slice whole;
+    overlay_.workOff(whole);
 }
 
 void Document::setEditing(bool editing) {
@@ -132,13 +142,16 @@ void Document::clear() {
     const bool any = !overlay_.shapes().empty() || !file_.name.empty() || overlay_.source() ||
                      overlay_.zelId() || overlay_.attachedPlatformId() != 0 || file_.recovered;
     if (any) history_.switchFile(fileState_(), "delete all shapes");
-    overlay_.clearShapes(false);
-    overlay_.adopt(nullptr);
+    Overlay gone;
+    gone.restoreAttachment(overlay_.attachedPlatformId(), overlay_.pointConverter());
+    overlay_.exchange(gone);
     file_.name.clear();
     file_.awaited.clear();
     cleanupPriorZEL_();
+    if (any && history_.keeps()) history_.exchange({});
     keep_();
     showKeptBlocks_();
+    overlay_.deleteShapes(gone);
 }
 
 bool Document::attach(unsigned long platform, bool center) {

@@ -10,12 +10,12 @@
 #include "model/Attachment.h"
 #include "model/FileState.h"
 #include "model/History.h"
+#include "model/HostTurns.h"
 #include "model/Journal.h"
 #include "model/Overlay.h"
 #include "model/OverlayFile.h"
 #include "model/RescueFile.h"
 #include "pi/Guard.h"
-#include "pi/PICommon.h"
 
 namespace OverlayEditor {
 
@@ -28,8 +28,8 @@ class Document {
     Document(const Preferences& preferences, Overlay& overlay);
     /// Detaches the shapes, and lets the host display the overlay again.
     ~Document() {
-        leaving_.reset();
         editing_ = false;
+        guardedEnd([this] { workOff_(); });
         guardedEnd([this] { showKeptBlocks_(); });
         guardedEnd([this] { cleanupPriorZEL_(); });
     }
@@ -39,6 +39,9 @@ class Document {
     /// The file that was loaded or saved last, empty for none.
     const std::string& fileName() const { return file_.name; }
     const Attachment& attachment() const { return attachment_; }
+
+    /// What takes long goes on in them.
+    HostTurns& turns() { return turns_; }
 
     /// What the user has done. \see undo
     History& history() { return history_; }
@@ -70,10 +73,6 @@ class Document {
     /// An overlay that is made beside the edited one, to take its place or to go.
     struct Staged {
         Staged() = default;
-        ~Staged() {
-            Slice whole;
-            overlay.clearSome(whole);
-        }
         Staged(const Staged&) = delete;
         Staged& operator=(const Staged&) = delete;
 
@@ -138,9 +137,6 @@ class Document {
     /// \return false for a reading with an error: then nothing has changed
     bool take(Reading reading);
 
-    int onTimeout(PIObject* sender, void* data);
-    int onTurn(PIObject* sender, void* data);
-
     /// Whether the shapes are in the file as they are here, and nobody else has written or deleted it.
     bool isSaved() const;
     /// The same in words, with what saving would do that is not to be seen: "None", "Not saved", "Not saved;
@@ -185,7 +181,8 @@ class Document {
     bool readOn_(Reading& reading, Slice& slice) const;
     /// Makes the overlay. \return whether it is made
     bool stage_(Reading& reading, Slice& slice);
-    void letGo_(std::unique_ptr<Staged> gone);
+    /// Nothing waits any more. \see Overlay::setLater
+    void workOff_();
     /// Lets go of the host's overlay that was edited: the host displays it again.
     void cleanupPriorZEL_();
     void showPriorZEL_();
@@ -266,13 +263,7 @@ class Document {
     std::string rescueFile_;
     /// The host's overlay of the blocks that no shape stands for, null while there is none.
     void* keptBlocks_ = nullptr;
-    /// What was given up, as far as it has not gone.
-    std::unique_ptr<Staged> leaving_;
-
-    PICommon::Timeout timeout_;
-    CallbackList<Document> callbacks_{this};
-    FunctorTwoParams__* const onTimeout_ = callbacks_.make(&Document::onTimeout, Arrival::AtOnce);
-    FunctorTwoParams__* const onTurn_ = callbacks_.make(&Document::onTurn);
+    HostTurns turns_;
 };
 
 }  // namespace OverlayEditor

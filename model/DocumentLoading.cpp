@@ -21,11 +21,6 @@ namespace {
 
 constexpr const char* kSuffix = ".zel";
 
-/// What is given up goes so much at a time, and then the host has its turn.
-constexpr std::size_t kAtLeastAtOnce = 10'000;
-constexpr std::chrono::milliseconds kAtOnce{30};
-constexpr std::int32_t kPauseMilliseconds = 2;
-
 /// Whether two texts are of the same shapes; line ends and the like do not count.
 bool sameShapes(std::string_view a, std::string_view b) {
     const auto canonical = [](std::string_view text) {
@@ -236,35 +231,14 @@ bool Document::take(Reading reading) {
     file_.known = std::move(reading.version);
     keep_();
     showKeptBlocks_();
-    letGo_(std::move(reading.staged));
+    overlay_.deleteShapes(staged.overlay);
     return true;
 }
 
 void Document::drop(Reading reading) {
     reading.text.reset();
     reading.loaded.shapes.clear();
-    if (reading.staged) letGo_(std::move(reading.staged));
-}
-
-void Document::letGo_(std::unique_ptr<Staged> gone) {
-    leaving_ = std::move(gone);
-    onTurn(nullptr, nullptr);
-}
-
-int Document::onTimeout(PIObject*, void*) {
-    timeout_.fired();
-    return onTurn_->Call(nullptr, nullptr);
-}
-
-int Document::onTurn(PIObject*, void*) {
-    if (!leaving_) return 1;
-    Slice slice(kAtLeastAtOnce, kAtOnce);
-    if (!leaving_->overlay.clearSome(slice)) {
-        PICommon::createTimeout(timeout_, kPauseMilliseconds, onTimeout_);
-        if (timeout_.isArmed()) return 1;
-    }
-    leaving_.reset();
-    return 1;
+    if (reading.staged) overlay_.deleteShapes(reading.staged->overlay);
 }
 
 void Document::warnOfAssumedReference_(const std::string& fileName, const halCore::Vec3& lla) const {

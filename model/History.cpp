@@ -60,6 +60,7 @@ void History::select(std::uint64_t number) {
 }
 
 void History::shapeTouched(std::uint64_t number) {
+    if (applying_) return;
     touched_.insert(number);
     commitLater_();
 }
@@ -296,10 +297,11 @@ History::Outcome History::redo(FileState& file) {
 History::Outcome History::apply_(Step& step, bool back, FileState& file) {
     ++gesture_;
     kind_ = Gesture::Command;
-    std::set<std::uint64_t> numbers;
+    std::vector<std::uint64_t> numbers;
+    numbers.reserve(step.changes.size());
     for (const Change& change : step.changes) {
-        numbers.insert(change.shape);
-        changed_.insert(change.shape);
+        numbers.push_back(change.shape);
+        changed_.insert(changed_.end(), change.shape);
         const ShapeStatePtr& target = back ? change.before : change.after;
         if (target)
             states_[change.shape] = target;
@@ -327,12 +329,13 @@ void History::restore(std::uint64_t number, const ShapeState& state) {
 
 void History::revert() {
     pressed_ = false;
-    auto numbers = std::exchange(touched_, {});
+    std::vector<std::uint64_t> numbers(touched_.begin(), touched_.end());
+    touched_.clear();
     // Of what a button holds a part may be a step already, so that a journal has it.
     if (kind_ == Gesture::Press && done_ > 0 && done_ == steps_.size() && steps_.back().gesture == gesture_ &&
         steps_.back().changesShapesAlone()) {
         for (Change& change : steps_.back().changes) {
-            numbers.insert(change.shape);
+            numbers.push_back(change.shape);
             changed_.insert(change.shape);
             if (change.before)
                 states_[change.shape] = std::move(change.before);
@@ -345,12 +348,6 @@ void History::revert() {
         if (listener_) listener_();
     }
     realize_(std::move(numbers));
-}
-
-void History::remove_(Shape* shape) {
-    shape->deleteGui();
-    overlay_.removeShape(shape);
-    delete shape;
 }
 
 void History::restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame) {
@@ -372,7 +369,7 @@ void History::restore_(std::uint64_t number, const ShapeState& state, const Poin
     shape->setActive(overlay_.active());
 }
 
-void History::realize_(std::set<std::uint64_t> numbers) {
+void History::realize_(std::vector<std::uint64_t> numbers) {
     applying_ = true;
     const struct Guard {
         ~Guard() { applying = false; }
@@ -381,11 +378,14 @@ void History::realize_(std::set<std::uint64_t> numbers) {
 
     const bool there = Attachment::isThere(attached_);
     const bool switches = !(attachment_.state() == attached_);
-    for (const auto& [number, state] : lost_) numbers.insert(number);
+    for (const auto& [number, state] : lost_) numbers.push_back(number);
     if (there && switches)
-        for (const auto& [number, state] : states_) numbers.insert(number);
+        for (const auto& [number, state] : states_) numbers.push_back(number);
+    std::ranges::sort(numbers);
+    numbers.erase(std::ranges::unique(numbers).begin(), numbers.end());
     for (const std::uint64_t number : numbers)
-        if (Shape* const shape = overlay_.shapeOf(number); shape && !states_.contains(number)) remove_(shape);
+        if (Shape* const shape = overlay_.shapeOf(number); shape && !states_.contains(number))
+            overlay_.deleteShape(shape);
 
     lost_.clear();
     lostAttached_.reset();

@@ -156,8 +156,7 @@ class History final : private OverlayWatcher {
     void push_(Step step);
     Outcome apply_(Step& step, bool back, FileState& file);
     /// The living shapes become what they are by the steps.
-    void realize_(std::set<std::uint64_t> numbers);
-    void remove_(Shape* shape);
+    void realize_(std::vector<std::uint64_t> numbers);
     /// \param frame the attachment's, or where its platform stood that is gone
     void restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame);
     /// The oldest steps go, but never the last one.

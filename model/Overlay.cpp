@@ -8,6 +8,7 @@
 #include "common/Strings.h"
 #include "model/BlockRewriter.h"
 #include "model/Shape.h"
+#include "pi/EntryScope.h"
 
 namespace OverlayEditor {
 namespace {
@@ -18,6 +19,15 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
     mix = (mix ^ mix >> 30U) * 0xBF58476D1CE4E5B9U;
     mix = (mix ^ mix >> 27U) * 0x94D049BB133111EBU;
     return mix ^ mix >> 31U;
+}
+
+/// Of a slice.
+constexpr std::size_t kUnitsToDelete = 10;
+
+std::size_t unitsToDisplay(const Shape& shape) {
+    constexpr std::size_t units = 20;
+    constexpr std::size_t pointsOfAUnit = 10;
+    return units + shape.placed().size() / pointsOfAUnit;
 }
 
 }  // namespace
@@ -95,6 +105,7 @@ bool Overlay::forget_(const Shape* shape) {
     placeOf_(number)->shape = nullptr;
     byName_.erase(known->second);
     entries_.erase(known);
+    toDisplay_.erase(number);
     if (places_.size() > 2 * entries_.size())
         std::erase_if(places_, [](const Place& place) { return !place.shape; });
     touched_(number);
@@ -151,23 +162,80 @@ void Overlay::clearShapes(bool destroying) {
     places_.clear();
     byName_.clear();
     entries_.clear();
+    toDisplay_.clear();
     for (Shape* shape : dying) {
-        if (!destroying) shape->deleteGui();
-        delete shape;
+        std::unique_ptr<Shape> gone(shape);
+        if (destroying) continue;
+        shape->deleteGui();
+        delete_(std::move(gone));
     }
     for (const std::uint64_t number : numbers) touched_(number);
 }
 
-bool Overlay::clearSome(Slice& slice) {
-    constexpr std::size_t units = 10;
-    while (!entries_.empty()) {
-        Shape* const shape = entries_.begin()->second->shape;
-        removeShape(shape);
-        shape->deleteGui();
-        delete shape;
-        if (slice.isOver(units)) break;
+void Overlay::deleteShape(Shape* shape) {
+    shape->deleteGui();
+    removeShape(shape);
+    delete_(std::unique_ptr<Shape>(shape));
+}
+
+void Overlay::deleteShapes(Overlay& of) {
+    const auto dying = std::exchange(of.places_, {});
+    of.byName_.clear();
+    of.entries_.clear();
+    for (const Place& place : dying)
+        if (place.shape) place.shape->setKeeper(nullptr);
+    for (const Place& place : dying) {
+        if (!place.shape) continue;
+        std::unique_ptr<Shape> gone(place.shape);
+        gone->deleteGui();
+        delete_(std::move(gone));
     }
-    return entries_.empty();
+}
+
+// What waits
+
+bool Overlay::isLate_(std::size_t units) {
+    if (!soon_ || !EntryScope::isOpen()) return false;
+    if (!*entry_) {
+        entry_->emplace(unitsAtOnce_, timeAtOnce_);
+        EntryScope::atEnd([entry = entry_] { entry->reset(); });
+    }
+    return (*entry_)->isOver(units) && soon_();
+}
+
+bool Overlay::displaysLater(const Shape& shape) {
+    const auto known = entries_.find(&shape);
+    if (known == entries_.end()) return false;
+    const std::uint64_t number = known->second->order;
+    const bool anything = shape.isDisplayed() || (shape.shown() && shape.active());
+    const bool later = anything && isLate_(unitsToDisplay(shape));
+    if (later)
+        toDisplay_.insert(toDisplay_.end(), number);
+    else
+        toDisplay_.erase(number);
+    return later;
+}
+
+void Overlay::delete_(std::unique_ptr<Shape> shape) {
+    // What the mouse draws goes with its tool.
+    if (!shape->isInHand() && isLate_(kUnitsToDelete)) toDelete_.push_back(std::move(shape));
+}
+
+bool Overlay::workOff(Slice& slice) {
+    while (!toDelete_.empty()) {
+        toDelete_.pop_back();
+        if (slice.isOver(kUnitsToDelete)) return false;
+    }
+    while (!toDisplay_.empty()) {
+        Shape* const shape = shapeOf(*toDisplay_.begin());
+        toDisplay_.erase(toDisplay_.begin());
+        if (!shape) continue;
+        shape->displayNow();
+        // What cannot be displayed is marked in other ways.
+        if (!shape->isDisplayed()) ++revision_;
+        if (slice.isOver(unitsToDisplay(*shape))) return toDisplay_.empty();
+    }
+    return true;
 }
 
 void Overlay::exchange(Overlay& other) {
@@ -179,6 +247,7 @@ void Overlay::exchange(Overlay& other) {
     std::swap(pointConverter_, other.pointConverter_);
     std::swap(attachedPlatformId_, other.attachedPlatformId_);
     std::swap(referenceWritten_, other.referenceWritten_);
+    toDisplay_.clear();
     for (Overlay* const overlay : {this, &other}) {
         for (const Place& place : overlay->places_)
             if (place.shape) place.shape->setKeeper(overlay);

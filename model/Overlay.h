@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,6 +15,7 @@
 #include <vector>
 
 #include "common/Slice.h"
+#include "model/HostTurns.h"
 #include "model/Shape.h"
 #include "model/ShapeState.h"
 #include "model/ShapeWriter.h"
@@ -73,9 +76,24 @@ class Overlay final : private ShapeKeeper {
     void setWatcher(OverlayWatcher* watcher) { watcher_ = watcher; }
     /// Deletes every shape; their panels first, unless the overlay itself is going.
     void clearShapes(bool destroying);
+    /// Deletes one.
+    void deleteShape(Shape* shape);
+    /// Takes another's shapes, and deletes them.
+    void deleteShapes(Overlay& of);
 
-    /// The same with some of them. \return whether none is left
-    bool clearSome(Slice& slice);
+    /// Many shapes at once would let the interface stand still: those that are to be displayed, and those
+    /// that are to be deleted, wait beyond the first ones of an entry. They are out of the overlay and its
+    /// text, or in them, at once.
+    /// \param soon has workOff called soon; false when it cannot. Without it nothing waits
+    /// \param units how much an entry does at least, see Slice \param time how long it goes on beyond that
+    void setLater(std::function<bool()> soon, std::size_t units = 20'000,
+                  std::chrono::milliseconds time = HostTurns::kAtOnce) {
+        soon_ = std::move(soon);
+        unitsAtOnce_ = units;
+        timeAtOnce_ = time;
+    }
+    /// Displays and deletes shapes that wait. \return whether none is left
+    bool workOff(Slice& slice);
 
     void setShown(bool shown);
     void setActive(bool active);
@@ -189,6 +207,10 @@ class Overlay final : private ShapeKeeper {
     void renamed(Shape& shape) override;
     void touched(const Shape& shape) override;
     void deleted(const Shape* shape) override;
+    bool displaysLater(const Shape& shape) override;
+    /// Whether an entry has done so much that the rest of it waits.
+    bool isLate_(std::size_t units);
+    void delete_(std::unique_ptr<Shape> shape);
     /// Needs no more than the address. \return whether the shape was here
     bool forget_(const Shape* shape);
 
@@ -255,6 +277,14 @@ class Overlay final : private ShapeKeeper {
     /// By their numbers, those that were not complete when they were loaded.
     std::map<std::uint64_t, std::shared_ptr<const ShapeState>> loadedIncomplete_;
     std::uint64_t kept_ = 0;
+    std::function<bool()> soon_;
+    std::size_t unitsAtOnce_ = 0;
+    std::chrono::milliseconds timeAtOnce_{};
+    /// What the running entry has of the time, none before it needs any.
+    std::shared_ptr<std::optional<Slice>> entry_ = std::make_shared<std::optional<Slice>>();
+    /// By their numbers, what is to be displayed; and what is to be deleted.
+    std::set<std::uint64_t> toDisplay_;
+    std::vector<std::unique_ptr<Shape>> toDelete_;
     std::shared_ptr<const halCore::ZEL::SourceText> source_;
 };
 

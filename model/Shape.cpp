@@ -79,12 +79,8 @@ void Shape::setShown(bool shown) {
 
 void Shape::setActive(bool active) {
     active_ = active;
-    if (active) {
-        show_();
-        return;
-    }
-    if (mouseTool_) mouseTool_->deactivate();
-    hide_();
+    if (!active && mouseTool_) mouseTool_->deactivate();
+    display_();
 }
 
 void Shape::setShowPoints(bool shown) {
@@ -250,18 +246,24 @@ PlacedPoint Shape::start_() const {
 }
 
 void Shape::redrawPoints_() const {
-    if (mouseTool_ && mouseTool_->isActive()) PICommon::forceOpenGLRedraw();
+    if (isInHand()) PICommon::forceOpenGLRedraw();
 }
 
 void Shape::dirty_() {
     ++changes_;
     if (keeper_) keeper_->touched(*this);
-    show_();
+    display_();
 }
 
-void Shape::show_() {
-    hide_();
+void Shape::display_() {
     redrawPoints_();
+    displayPends_ = keeper_ && keeper_->displaysLater(*this);
+    if (!displayPends_) displayNow();
+}
+
+void Shape::displayNow() {
+    displayPends_ = false;
+    hide_();
     if (!shown_ || !active_) return;
 
     SerializeToZel serializer;

@@ -30,6 +30,8 @@ class ShapeKeeper {
     virtual void renamed(Shape& shape) = 0;
     /// Something of a shape may have changed.
     virtual void touched(const Shape& shape) = 0;
+    /// The host is to display the shape as it is now. \return whether somebody calls Shape::displayNow later
+    virtual bool displaysLater(const Shape& shape) = 0;
     /// The shape is being deleted; of the pointer only the address may be used.
     virtual void deleted(const Shape* shape) = 0;
 
@@ -83,8 +85,12 @@ class Shape {
 
   public:
     bool active() const { return active_; }
-    /// Whether the host displays something of it.
-    bool isDisplayed() const { return hostOverlay_ != nullptr; }
+    /// Whether the mouse draws or edits it.
+    bool isInHand() const { return mouseTool_ && mouseTool_->isActive(); }
+    /// Whether the host displays something of it, or is about to.
+    bool isDisplayed() const { return hostOverlay_ != nullptr || displayPends_; }
+    /// Has the host display the shape as it is, or nothing of one that is not shown or not active.
+    void displayNow();
     const Preferences& preferences() const { return preferences_; }
     bool showPoints() const { return showPoints_; }
     void setShowPoints(bool shown);
@@ -200,13 +206,14 @@ class Shape {
     unsigned long attachedPlatformId_ = 0;
 
   private:
-    /// Has the host display the shape as it is, which has not changed.
-    void show_();
+    /// displayNow, once it is the shape's turn.
+    void display_();
     /// Where the shape is anchored; nothing when it is not to be.
     std::optional<halCore::Vec3> middle_(bool anchorCenter) const;
 
     mutable std::uint64_t changes_ = 0;
     void* hostOverlay_ = nullptr;
+    bool displayPends_ = false;
     ShapeKeeper* keeper_ = nullptr;
 
   protected:

@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -37,13 +38,13 @@ struct Session {
         halNotify::setNotifyHandler({});
     }
     template <typename Action>
-    void act(Action action) {
+    void act(Action action, int turns = 1000) {
         {
             const EntryScope entry;
             document->history().begin(History::Gesture::Command);
             action();
         }
-        for (int i = 0; i < 1000 && !host.timeouts.empty(); ++i) host.fireTimeouts();
+        for (int i = 0; i < turns && !host.timeouts.empty(); ++i) host.fireTimeouts();
     }
     void load(const std::string& text) {
         act([&] { document->take(document->read(text, "one.zel")); });
@@ -174,6 +175,45 @@ TEST_F(LoadingTest, CancelingInAnySliceLeavesEverythingAsItWas) {
         session.load(told.second);
         session.act([&] { session.document->undo(); });
         ASSERT_TRUE(session.seen().text == before.text);
+    }
+}
+
+TEST_F(LoadingTest, WhatWaitsForTheHostIsInTheEndAsIfNothingHadWaited) {
+    for (int round = 0; round < rounds(); ++round) {
+        const Story told = story();
+        const int seed = random.integer(0, 1'000'000);
+        const auto run = [&](bool waits) {
+            Session session(directory.path());
+            const auto soon = [&] { return session.document->turns().comeBack(); };
+            if (waits) session.overlay.setLater(soon, static_cast<std::size_t>(seed % 100), {});
+            std::minstd_rand deeds(static_cast<unsigned>(seed));
+            std::vector<std::string> texts;
+            bool editing = true;
+            for (int step = 0; step < 12; ++step) {
+                const auto deed = deeds() % 8;
+                const auto turns = static_cast<int>(deeds() % 3);
+                session.act(
+                    [&] {
+                        Document& document = *session.document;
+                        const std::vector<Shape*> shapes = session.overlay.shapes();
+                        if (deed < 2)
+                            document.take(document.read(deed ? told.first : told.second, "one.zel"));
+                        if (deed == 2 || deed == 3) document.undo();
+                        if (deed == 4) document.redo();
+                        if (deed == 5) document.clear();
+                        if (deed == 6) document.setEditing(editing = !editing);
+                        if (deed == 7 && !shapes.empty()) session.overlay.deleteShape(shapes.front());
+                    },
+                    waits ? turns : 1000);
+                texts.push_back(session.document->text());
+            }
+            session.act([] {});
+            return std::pair(session.seen(), texts);
+        };
+        const auto atOnce = run(false);
+        const auto later = run(true);
+        ASSERT_EQ(later.second, atOnce.second);
+        ASSERT_TRUE(later.first == atOnce.first) << told.first << "\nthen\n" << told.second;
     }
 }
 
