@@ -9,11 +9,8 @@
 #include <limits>
 #include <system_error>
 
+#include "common/DecimalDigits.h"
 #include "common/Strings.h"
-
-#ifdef __x86_64__
-#include <immintrin.h>
-#endif
 
 namespace UTILS {
 namespace {
@@ -60,22 +57,6 @@ constexpr std::uint64_t kTenToEight = 100'000'000;
 constexpr int kMostDigits = 17;
 /// As many as an integer below 2^51 always holds.
 constexpr int kOrdinaryDigits = 15;
-constexpr int kLeastPower = -4;
-/// From 1 on they are exact.
-constexpr double kDecimalPowers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
-                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
-
-double powerOfTen(int exponent) {
-    return kDecimalPowers[static_cast<std::size_t>(exponent - kLeastPower)];
-}
-
-/// The digits of 0 to 9999, the first one in the lowest byte.
-constexpr auto kFourDigits = [] {
-    std::array<std::uint32_t, 10'000> result{};
-    for (std::uint32_t i = 0; i < result.size(); ++i)
-        result[i] = i / 1000 | i / 100 % 10 << 8 | i / 10 % 10 << 16 | i % 10 << 24;
-    return result;
-}();
 
 /// The eight decimal digits of `value`, the first one in the lowest byte.
 std::uint64_t eightDigits(std::uint32_t value) {
@@ -124,97 +105,6 @@ struct Rounded {
     return out + used + 1;
 }
 
-#ifdef __x86_64__
-
-/// For every number of digits before the point: where the characters are that follow each other, in a point
-/// and fifteen digits.
-constexpr auto kPointPlaces = [] {
-    std::array<std::array<std::int8_t, 16>, kOrdinaryDigits + 1> result{};
-    for (int whole = 0; whole <= kOrdinaryDigits; ++whole)
-        for (int i = 0; i < 16; ++i)
-            result[static_cast<std::size_t>(whole)][static_cast<std::size_t>(i)] =
-                static_cast<std::int8_t>(i < whole    ? i + 1
-                                         : i == whole ? 0
-                                                      : i);
-    return result;
-}();
-
-/// The 15 digits of two numbers at a time: eights are split into fours, these into pairs.
-struct TwoTexts {
-    /// Behind a point, those of the first number in the lower half.
-    __m256i text;
-    /// A bit for each character of both; none for a zero.
-    std::uint32_t notZero;
-};
-
-[[gnu::target("avx2"), gnu::always_inline]] inline TwoTexts textsOf(std::uint64_t a, std::uint64_t b) {
-    const auto eight = [](std::uint64_t value) { return static_cast<std::int64_t>(value); };
-    const __m256i eights = _mm256_set_epi64x(eight(b % kTenToEight), eight(b / kTenToEight),
-                                             eight(a % kTenToEight), eight(a / kTenToEight));
-    // Divisions by multiplication: 2^45 / 10,000, 2^19 / 100 and 2^16 / 10 are exact enough for what is
-    // divided.
-    const __m256i firstFours =
-        _mm256_srli_epi64(_mm256_mul_epu32(eights, _mm256_set1_epi64x(3'518'437'209)), 45);
-    const __m256i lastFours =
-        _mm256_sub_epi64(eights, _mm256_mul_epu32(firstFours, _mm256_set1_epi64x(10'000)));
-    const __m256i fours = _mm256_or_si256(firstFours, _mm256_slli_epi64(lastFours, 32));
-    const __m256i firstPairs = _mm256_srli_epi16(_mm256_mulhi_epu16(fours, _mm256_set1_epi16(5243)), 3);
-    const __m256i lastPairs = _mm256_sub_epi16(fours, _mm256_madd_epi16(firstPairs, _mm256_set1_epi32(100)));
-    const __m256i pairs = _mm256_or_si256(firstPairs, _mm256_slli_epi32(lastPairs, 16));
-    const __m256i first = _mm256_mulhi_epu16(pairs, _mm256_set1_epi16(6554));
-    const __m256i last = _mm256_sub_epi16(pairs, _mm256_maddubs_epi16(first, _mm256_set1_epi16(10)));
-    const __m256i values = _mm256_or_si256(first, _mm256_slli_epi16(last, 8));
-    const __m256i zeros = _mm256_cmpeq_epi8(values, _mm256_setzero_si256());
-    // Of sixteen the first is 0, and gives its place to the point.
-    const __m128i empty = _mm_insert_epi8(_mm_set1_epi8('0'), '.', 0);
-    return {_mm256_or_si256(values, _mm256_broadcastsi128_si256(empty)),
-            ~static_cast<std::uint32_t>(_mm256_movemask_epi8(zeros))};
-}
-
-/// Puts one of them down, as `putDigits` does.
-[[gnu::target("avx2"), gnu::always_inline]] inline char* putText(char* out, __m128i text,
-                                                                 std::uint32_t notZero, int exponent) {
-    const int used = static_cast<int>(std::bit_width((notZero & 0xffff) | 1)) - 1;
-    if (exponent < 0) [[unlikely]] {
-        std::memcpy(out, "0.0000", 6);
-        out += 1 - exponent;
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_srli_si128(text, 1));
-        return out + used;
-    }
-    const int whole = exponent + 1;
-    const auto* const places = kPointPlaces[static_cast<std::size_t>(whole)].data();
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out),
-                     _mm_shuffle_epi8(text, _mm_loadu_si128(reinterpret_cast<const __m128i*>(places))));
-    return out + (used <= whole ? whole : used + 1);
-}
-
-#endif
-
-/// Whole numbers below 10,000: of others a number that is not the same.
-[[gnu::always_inline]] inline int smallOf(double size) {
-    return static_cast<int>(std::min(9999.5, size));
-}
-
-inline bool isSmall(double value) {
-    const double size = std::abs(value);
-    return static_cast<double>(smallOf(size)) == size;
-}
-
-/// Zero and small whole numbers, as altitudes often are; null for others.
-[[gnu::always_inline]] inline char* writeSmall(char* out, double value, int digits) {
-    const double size = std::abs(value);
-    // Nothing is decided by the sign, which nobody can foresee.
-    const int few = digits >= 4 ? smallOf(size) : 0;
-    if (static_cast<double>(few) != size) return nullptr;
-    *out = '-';
-    out += static_cast<int>(std::signbit(value));
-    const std::uint32_t four = kFourDigits[static_cast<std::size_t>(few)];
-    const int leading = few == 0 ? 3 : std::countr_zero(four) / 8;
-    const std::uint32_t text = (four | 0x30303030U) >> 8 * leading;
-    std::memcpy(out, &text, sizeof text);
-    return out + 4 - leading;
-}
-
 /// Numbers of everyday size; false for all others.
 ///
 /// value * 10^n is an integer of all digits once rounded. The double product lies within half its last bit
@@ -247,46 +137,14 @@ inline bool isSmall(double value) {
 /// Writes numbers of everyday size several times faster than the general algorithm. Returns null for all
 /// others.
 [[gnu::always_inline]] inline char* writeOrdinary(char* out, double value, int digits) {
-    if (char* const end = writeSmall(out, value, digits)) return end;
+    // With fewer digits a zero alone is as short.
+    if (digits >= 4 || value == 0.0)
+        if (char* const end = writeSmall(out, value)) return end;
     Rounded rounded;
     if (!roundOrdinary(value, digits, rounded)) return nullptr;
     *out = '-';
     return putDigits(out + static_cast<int>(value < 0.0), rounded, digits);
 }
-
-#ifdef __x86_64__
-
-const bool kHasVectors = [] {
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2") != 0;
-}();
-
-/// As writeNumbers with 15 digits, for numbers of everyday size, the first two of which are not small and
-/// whole; null for others.
-[[gnu::target("avx2")]] char* writeThreeByVectors(char* out, double x, double y, double z) {
-    Rounded a;
-    Rounded b;
-    if (isSmall(x) || isSmall(y) || !roundOrdinary(x, kSignificantDigits, a) ||
-        !roundOrdinary(y, kSignificantDigits, b))
-        return nullptr;
-    const TwoTexts two = textsOf(a.integer, b.integer);
-    *out = '-';
-    out = putText(out + static_cast<int>(x < 0.0), _mm256_castsi256_si128(two.text), two.notZero, a.exponent);
-    *out++ = ' ';
-    *out = '-';
-    out = putText(out + static_cast<int>(y < 0.0), _mm256_extracti128_si256(two.text, 1), two.notZero >> 16,
-                  b.exponent);
-    *out++ = ' ';
-    if (char* const end = writeSmall(out, z, kSignificantDigits)) return end;
-    Rounded c;
-    if (!roundOrdinary(z, kSignificantDigits, c)) return nullptr;
-    const TwoTexts one = textsOf(c.integer, c.integer);
-    *out = '-';
-    return putText(out + static_cast<int>(z < 0.0), _mm256_castsi256_si128(one.text), one.notZero,
-                   c.exponent);
-}
-
-#endif
 
 }  // namespace
 
@@ -310,18 +168,6 @@ std::optional<std::int64_t> readInteger(std::string_view text) {
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || stop != end) return std::nullopt;
     return value;
-}
-
-char* writeNumbers(char* out, double x, double y, double z, int significantDigits) {
-#ifdef __x86_64__
-    if (kHasVectors && significantDigits == kSignificantDigits)
-        if (char* const end = writeThreeByVectors(out, x, y, z)) return end;
-#endif
-    out = writeNumber(out, x, significantDigits);
-    *out++ = ' ';
-    out = writeNumber(out, y, significantDigits);
-    *out++ = ' ';
-    return writeNumber(out, z, significantDigits);
 }
 
 char* writeNumber(char* out, double value, int significantDigits) {

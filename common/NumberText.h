@@ -30,10 +30,6 @@ inline constexpr std::size_t kMaxNumberLength = 40;
 /// The same text at `out`, which has room for kMaxNumberLength characters; returns its end.
 char* writeNumber(char* out, double value, int significantDigits = kSignificantDigits);
 
-/// Three numbers with blanks between them, at `out`, which has room for three times kMaxNumberLength + 1
-/// characters; returns their end.
-char* writeNumbers(char* out, double x, double y, double z, int significantDigits);
-
 /// Writes `decimals` digits (0 to 17, clamped) behind the point, and no exponent. What rounds to zero has
 /// no sign. Empty for a value that is not finite.
 std::string writeFixed(double value, int decimals);

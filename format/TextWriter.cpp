@@ -7,6 +7,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "common/NumberLines.h"
 #include "common/NumberText.h"
 
 namespace halCore::ZEL {
@@ -43,15 +44,21 @@ TextWriter& TextWriter::number(double value) {
     return *this;
 }
 
-TextWriter& TextWriter::line(std::string_view keyword, double x, double y, double z) {
-    constexpr std::size_t room = 3 * (UTILS::kMaxNumberLength + 1);
-    if (!general_ || keyword.size() + room > buffer_.size())
-        return text(keyword).number(x).space().number(y).space().number(z).endLine();
-    if (buffer_.size() - used_ < keyword.size() + room) flush();
-    char* p = std::copy(keyword.begin(), keyword.end(), buffer_.data() + used_);
-    p = UTILS::writeNumbers(p, x, y, z, significantDigits_);
-    *p++ = '\n';
-    used_ = static_cast<std::size_t>(p - buffer_.data());
+TextWriter& TextWriter::lines(std::string_view keyword, std::span<const Vec3> numbers) {
+    const std::size_t room = keyword.size() + UTILS::kMaxNumbersLength;
+    if (!general_ || room > buffer_.size()) {
+        for (const Vec3& three : numbers)
+            text(keyword).number(three.x()).space().number(three.y()).space().number(three.z()).endLine();
+        return *this;
+    }
+    while (!numbers.empty()) {
+        if (buffer_.size() - used_ < room) flush();
+        const auto some = numbers.first(std::min((buffer_.size() - used_) / room, numbers.size()));
+        char* const begin = buffer_.data() + used_;
+        used_ +=
+            static_cast<std::size_t>(UTILS::writeLines(begin, keyword, some, significantDigits_) - begin);
+        numbers = numbers.subspan(some.size());
+    }
     return *this;
 }
 

@@ -2,8 +2,10 @@
 
 #include <array>
 #include <iosfwd>
+#include <span>
 #include <string_view>
 
+#include "common/Vec3.h"
 #include "format/Color.h"
 
 namespace halCore::ZEL {
@@ -24,8 +26,9 @@ class TextWriter {
     TextWriter& color(const Color& color) { return text(color.serialize()); }
     TextWriter& trueFalse(bool value) { return text(value ? "true" : "false"); }
 
-    /// A whole line: the keyword, its blank included, and three numbers.
-    TextWriter& line(std::string_view keyword, double x, double y, double z);
+    /// Whole lines: the keyword, its blank included, and three numbers each.
+    TextWriter& lines(std::string_view keyword, std::span<const Vec3> numbers);
+    TextWriter& line(std::string_view keyword, const Vec3& numbers) { return lines(keyword, {&numbers, 1}); }
 
     TextWriter& space() { return character(' '); }
     TextWriter& endLine() { return character('\n'); }

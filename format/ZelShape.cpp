@@ -163,11 +163,11 @@ void ZelShape::serializeCommonLines_(TextWriter& writer) const {
     }
     if (rare.referencePosition) {
         // Geodetic even for a relative shape.
-        writer.line("ref ", rare.referencePosition->lat() * kDegreesPerRadian,
-                    rare.referencePosition->lon() * kDegreesPerRadian,
-                    LengthScale(originalUnits().altitudeUnits()).fromMetres(rare.referencePosition->alt()));
+        const Vec3& position = *rare.referencePosition;
+        writer.line("ref ", {position.lat() * kDegreesPerRadian, position.lon() * kDegreesPerRadian,
+                             LengthScale(originalUnits().altitudeUnits()).fromMetres(position.alt())});
     }
-    if (rare.scale) writer.line("scale ", rare.scale->x(), rare.scale->y(), rare.scale->z());
+    if (rare.scale) writer.line("scale ", *rare.scale);
     if (rare.verticalDatum) writer.text("verticaldatum ").text(nameInLine(*rare.verticalDatum)).endLine();
     if (originalUnits().hasAltitudeUnits())
         writer.text("altitudeunits ").text(originalUnits().altitudeUnits().abbreviation()).endLine();
@@ -218,16 +218,23 @@ void ZelShape::serializePositions_(TextWriter& writer, std::string_view keyword,
                                    std::span<const Vec3> positions) const {
     const LengthScale altitude(originalUnits().altitudeUnits());
     const LengthScale range(originalUnits().rangeUnits());
-    const auto format = [&](TextWriter& to, std::span<const Vec3> some) {
+    const auto inFile = [&](const Vec3& position) {
         if (relative_)
-            for (const Vec3& position : some)
-                to.line(keyword, range.fromMetres(position.x()), range.fromMetres(position.y()),
+            return Vec3(range.fromMetres(position.x()), range.fromMetres(position.y()),
                         altitude.fromMetres(position.z()));
-        else
-            // Latitude and longitude are degrees whatever the angle units are.
-            for (const Vec3& position : some)
-                to.line(keyword, position.lat() * kDegreesPerRadian, position.lon() * kDegreesPerRadian,
-                        altitude.fromMetres(position.alt()));
+        // Latitude and longitude are degrees whatever the angle units are.
+        return Vec3(position.lat() * kDegreesPerRadian, position.lon() * kDegreesPerRadian,
+                    altitude.fromMetres(position.alt()));
+    };
+    const auto format = [&](TextWriter& to, std::span<const Vec3> some) {
+        std::array<Vec3, 16> converted;
+        while (!some.empty()) {
+            const auto count = std::min(some.size(), converted.size());
+            std::transform(some.begin(), some.begin() + static_cast<std::ptrdiff_t>(count), converted.begin(),
+                           inFile);
+            to.lines(keyword, std::span(converted).first(count));
+            some = some.subspan(count);
+        }
     };
     KeptLines* const kept = positions.size() < KeptLines::kFewest ? nullptr : KeptLines::of(writer.stream());
     if (kept == nullptr) return format(writer, positions);

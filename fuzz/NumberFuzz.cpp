@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/NumberLines.h"
 #include "common/NumberText.h"
 #include "format/PlainPoint.h"
 #include "format/PointLines.h"
@@ -43,10 +44,11 @@ void readPoints(const std::string& lines) {
 }
 
 void writeThree(double value) {
-    char text[3 * (UTILS::kMaxNumberLength + 1)];
-    const char* const end = UTILS::writeNumbers(text, value, 0.1 * value, -value, UTILS::kSignificantDigits);
+    const halCore::Vec3 three(value, 0.1 * value, -value);
+    char text[UTILS::kMaxNumbersLength];
+    const char* const end = UTILS::writeLines(text, "", {&three, 1}, UTILS::kSignificantDigits);
     require(std::string_view(text, end) == UTILS::writeNumber(value) + " " + UTILS::writeNumber(0.1 * value) +
-                                               " " + UTILS::writeNumber(-value));
+                                               " " + UTILS::writeNumber(-value) + "\n");
 }
 
 }  // namespace
