@@ -41,4 +41,12 @@ expect 1 '/dev/full: No space left on device' --settings script.ini --script ful
 # More than the user may write (in blocks of 1 KiB) ends nobody.
 touch large.ini
 (ulimit -f 4; expect 1 'large: File too large' --settings large.ini --script large.js; exit $failed) || failed=1
+# Nor does it cost an older picture.
+for i in $(seq 100); do printf 'start\ncircle\ncenterll 0 %s\nradius 9000\nend\n' "$i"; done >circles.zel
+for kind in png svg; do
+    echo old >picture.$kind
+    (ulimit -f 4; "$sandbox" --render circles.zel -o picture.$kind 2>error)
+    [ $? -eq 2 ] && grep -q 'cannot be written: the file is too large' error && grep -qx old picture.$kind ||
+        { cat error; failed=1; }
+done
 exit $failed
