@@ -382,7 +382,7 @@ void History::realize_(std::vector<std::uint64_t> numbers) {
     if (there && switches)
         for (const auto& [number, state] : states_) numbers.push_back(number);
     std::ranges::sort(numbers);
-    numbers.erase(std::ranges::unique(numbers).begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     for (const std::uint64_t number : numbers)
         if (Shape* const shape = overlay_.shapeOf(number); shape && !states_.contains(number))
             overlay_.deleteShape(shape);
