@@ -47,6 +47,7 @@ struct DrawList {
         Rgba color;
         bool solid = false;       ///< lit, outer faces only (counter-clockwise), hides other things by depth
         bool overBodies = false;  ///< of what is not solid: nothing but the earth hides it
+        bool tangled = false;     ///< filled in rows: its line crosses itself too often
     };
     /// A picture on the ground. The file's path is still as the shape says it.
     struct Picture {

@@ -18,6 +18,7 @@
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
 #include "globe/DepthMap.h"
+#include "globe/FillBudget.h"
 #include "globe/Graticule.h"
 #include "globe/OverlayScene.h"
 #include "globe/ScaleBar.h"
@@ -96,11 +97,16 @@ class Printer {
 
     void draw(const OverlayScene& scene) {
         const double tolerance = 0.15 * camera_.metersPerPixel();
+        FillBudget fills;
         for (const auto& [id, entry] : scene.entries()) {
             if (!entry.shown) continue;
             DrawList list;
-            for (const auto& shape : entry.shapes)
-                if (shape) appendGeometry(*shape, entry.reference, tolerance, list);
+            for (const auto& shape : entry.shapes) {
+                if (!shape) continue;
+                const std::size_t before = list.meshes.size();
+                appendGeometry(*shape, entry.reference, tolerance, list, fills.share());
+                fills.spend(std::span(list.meshes).subspan(before));
+            }
             draw(list);
             for (DrawList::Label& label : list.labels)
                 if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);

@@ -20,7 +20,20 @@ namespace wgs84 = halCore::wgs84;
 
 namespace {
 
+double diagonalOf(const std::vector<Ecef>& points) {
+    Ecef low = points.front();
+    Ecef high = points.front();
+    for (const Ecef& p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    return length(high - low);
+}
+
 std::vector<Ecef> pointsOf(std::span<const OverlayScene::Entry* const> entries, double tolerance) {
+    // Of a scene of very many points what follows may be off by a thousandth of what it is large already.
+    constexpr double kShare = 1e-3;
+    std::size_t many = 200000;
     std::vector<Ecef> points;
     DrawList list;
     const auto take = [&points](const auto& positions) {
@@ -29,10 +42,16 @@ std::vector<Ecef> pointsOf(std::span<const OverlayScene::Entry* const> entries, 
     for (const OverlayScene::Entry* entry : entries) {
         for (const auto& shape : entry->shapes) {
             if (!shape) continue;
+            if (points.size() >= many) {
+                tolerance = std::max(tolerance, kShare * diagonalOf(points));
+                many = 2 * points.size();
+            }
             list = {};
-            appendGeometry(*shape, entry->reference, tolerance, list);
+            // Only the outlines of tangled areas matter here.
+            appendGeometry(*shape, entry->reference, tolerance, list, 0.0);
             for (const DrawList::Line& line : list.lines) take(line.points);
-            for (const DrawList::Mesh& mesh : list.meshes) take(mesh.vertices);
+            for (const DrawList::Mesh& mesh : list.meshes)
+                if (!mesh.tangled || list.lines.empty()) take(mesh.vertices);
             for (const DrawList::Picture& picture : list.pictures) take(picture.vertices);
             for (const DrawList::Label& label : list.labels) points.push_back(label.position);
         }

@@ -14,6 +14,7 @@
 #include "globe/BoxGeometry.h"
 #include "globe/RoundGeometry.h"
 #include "globe/StyledGeometry.h"
+#include "globe/SurfaceFill.h"
 
 namespace sandbox {
 
@@ -32,7 +33,8 @@ double lengthOf(const std::vector<Ecef>& places, bool closed) {
     return sum;
 }
 
-void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement, DrawList& out) {
+void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement, double fillShare,
+                  DrawList& out) {
     PlacedPath points;
     points.points.reserve(shape.points().size() + 1);
     points.places.reserve(shape.points().size() + 1);
@@ -47,6 +49,9 @@ void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement,
         tessellation == ZEL::TessellationStyle::RhumbLine ? PathKind::Rhumb : PathKind::Geodesic;
     const bool closed = shape.shapeType() == ZEL::ShapeType::Polygon;
     const double step = stepFor(lengthOf(points.places, closed), placement.tolerance());
+    const RingFill fill = [&](const GeodeticPath& ring) {
+        return fillRing(ring, style.fillColor, std::nullopt, placement.tolerance(), fillShare);
+    };
     const auto addRun = [&](std::size_t first, std::size_t last) {
         PlacedPath path;
         path.add(points.points[first], points.places[first]);
@@ -56,7 +61,7 @@ void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement,
         if (!placement.extruded() && !(style.filled && closed) && (style.outlined || !closed))
             addLine(std::move(path.places), closed, style, out);
         else
-            addRing(path.points, closed, std::nullopt, placement, style, out);
+            addRing(path.points, closed, fill, placement, style, out);
     };
     if (shape.shapeType() == ZEL::ShapeType::LineSegs) {
         for (std::size_t i = 0; i + 1 < count; i += 2) addRun(i, i + 1);
@@ -123,7 +128,7 @@ void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawL
 }  // namespace
 
 void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                    double tolerance, DrawList& out) {
+                    double tolerance, DrawList& out, double fillShare) {
     bool drawn = true;
     shape.getDrawn(drawn);
     if (!drawn) return;
@@ -133,7 +138,7 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
     if (const auto* circular = dynamic_cast<const ZEL::CircularShape*>(&shape))
         appendCircular(*circular, placement, out);
     else if (const auto* points = dynamic_cast<const ZEL::PointBasedShape*>(&shape))
-        appendPoints(*points, placement, out);
+        appendPoints(*points, placement, fillShare, out);
     else if (const auto* dots = dynamic_cast<const ZEL::Points*>(&shape))
         appendDots(*dots, placement, out);
     else if (const auto* box = dynamic_cast<const ZEL::LatLonAltBox*>(&shape))

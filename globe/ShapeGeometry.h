@@ -21,8 +21,10 @@ namespace sandbox {
 /// they are not drawn. Pitch and roll lean a shape about its centre, unless it is clamped or extruded to the
 /// ground; they do not lean an orbit or a box. Shapes that are not drawn ("off") or lack what they need add
 /// nothing.
+///
+/// `fillShare`: of the rows in which an area is filled whose line crosses itself hundreds of times.
 void appendGeometry(const halCore::ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                    double tolerance, DrawList& out);
+                    double tolerance, DrawList& out, double fillShare = 1.0);
 
 /// A ball that holds all that appendGeometry() would ever add for a shape.
 struct RoughPlace {

@@ -311,13 +311,17 @@ class Tangle {
 class RowFill {
   public:
     /// \param step along which a piece may be straight
+    /// \param share of the rows
     RowFill(Tessellator& tessellator, DrawList::Mesh& mesh, double left, double bottom, double size,
-            double step, std::size_t edges)
+            double step, std::size_t edges, double share)
         : tessellator_(tessellator), mesh_(mesh), left_(left), bottom_(bottom), step_(step) {
         constexpr int kFew = 100;
         const int needed = static_cast<int>(std::min(std::ceil(size / step), 256.0));
-        rows_ = std::max(edges < 2 * kFew ? kFew : 2 * kFew, needed);
+        constexpr double kFewest = 8.0;
+        const double whole = std::max(edges < 2 * kFew ? kFew : 2 * kFew, needed);
+        rows_ = static_cast<int>(std::max(kFewest, share * whole));
         height_ = size / rows_;
+        step_ = std::max(step_, height_);
     }
 
     void run(const FlatRing& ring) {
@@ -401,7 +405,7 @@ class RowFill {
 }  // namespace
 
 DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optional<halCore::Vec3>& middle,
-                        double tolerance) {
+                        double tolerance, double share) {
     DrawList::Mesh mesh;
     mesh.color = color;
     if (ring.size() < 3) return mesh;
@@ -438,8 +442,10 @@ DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optiona
     // A little larger than the ring: none of its edges may lie on the border of the grid.
     const double left = low[0] - 0.001 * size;
     const double bottom = low[1] - 0.001 * size;
-    if (Tangle(flat).isThere())
-        RowFill(tessellator, mesh, left, bottom, 1.002 * size, std::ldexp(1.002 * size, -levels), flat.size())
+    mesh.tangled = Tangle(flat).isThere();
+    if (mesh.tangled)
+        RowFill(tessellator, mesh, left, bottom, 1.002 * size, std::ldexp(1.002 * size, -levels), flat.size(),
+                share)
             .run(flat);
     else
         Cutter(tessellator, mesh, left, bottom, 1.002 * size, levels).run(flat);

@@ -14,9 +14,10 @@ using halCore::GeodeticPath;
 /// pieces already), by the even-odd rule. Concave and self-crossing rings, rings across 180° and around a
 /// pole are all the same to it: it is flattened around `middle` (by default the ring's own), whose
 /// antipode is always outside. A ring that crosses itself hundreds of times is filled in rows, of which
-/// there are a hundred or two: every crossing of it would be a corner. The triangles follow the surface;
-/// inside the ring they may dip below it, by `tolerance` metres or what the area's size calls for.
+/// there are a hundred or two, or that share of them but at least a few: every crossing of it would be a
+/// corner. The triangles follow the surface; inside the ring they may dip below it, by `tolerance` metres or
+/// what the area's size calls for.
 DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optional<halCore::Vec3>& middle,
-                        double tolerance);
+                        double tolerance, double share = 1.0);
 
 }  // namespace sandbox

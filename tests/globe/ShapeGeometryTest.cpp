@@ -13,6 +13,7 @@
 
 #include "geo/Ecef.h"
 #include "geo/Sodano.h"
+#include "globe/FillBudget.h"
 #include "globe/ShapeGeometry.h"
 #include "globe/ShapeText.h"
 
@@ -268,7 +269,6 @@ TEST(ShapeGeometry, AreasAreFilledExactly) {
     EXPECT_EQ(drawn("latlonaltbox 90 0 -180 180 0; filled").lines.size(), 2U);
 }
 
-/// A shape's own reference point goes before the platform; following turns with the heading.
 /// A ring with more crossings than anybody can see is filled by the same rule, for a price that does not grow
 /// with them. Held against a count of places.
 TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
@@ -285,6 +285,18 @@ TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
         }
         const DrawList list = drawn(text);
         EXPECT_LT(list.meshes.at(0).triangles.size(), 200000U) << points;
+        // Very many together cost little more than many.
+        FillBudget budget;
+        std::size_t made[2] = {};
+        for (int i = 0; i < 80; ++i) {
+            DrawList more;
+            appendGeometry(*shapesOf(text).front(), std::nullopt, 1250.0, more, budget.share());
+            EXPECT_GT(areaOf(more.meshes.at(0)), 1e8) << i;
+            made[i / 40] += budget.spend(more.meshes);
+        }
+        EXPECT_LT(10 * made[1], 9 * made[0]) << points;
+        budget.giveBack(made[0] + made[1]);
+        EXPECT_EQ(budget.share(), 1.0);
         int inside = 0;
         constexpr int kSide = 100;
         for (int place = 0; place < kSide * kSide; ++place) {
@@ -304,6 +316,7 @@ TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
     }
 }
 
+/// A shape's own reference point goes before the platform; following turns with the heading.
 TEST(ShapeGeometry, RelativeShapesStandAboutTheirReference) {
     const OverlayReference ship{at(60, 10, 5), 90 * kRadiansPerDegree, 0, 0};
     ASSERT_TRUE(drawn("points; xyz 1000 0 0").lines.empty()) << "nothing to stand about";

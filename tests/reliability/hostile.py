@@ -19,7 +19,6 @@ MEBIBYTES = 512
 # Above the goal still, and not to get worse.
 KNOWN = {
     "circles-edited": (SECONDS, 620),
-    "thousand-filled-stars": (16.0, 2200),
 }
 random.seed(27)
 
@@ -92,8 +91,7 @@ KINDS = {
     "empty-blocks": (lambda: repeated("start\nend\n", 24 * MB), [CHECK]),
     "filled-star-801": (lambda: block("polygon", "filled true", *star(801, 400)), [RENDER]),
     "filled-star-10001": (lambda: block("polygon", "filled true", *star(10001, 5000)), [RENDER]),
-    "many-filled-stars": (lambda: "".join(block("polygon", "filled true", *star(41, 20)) for _ in range(100)), [RENDER]),
-    "thousand-filled-stars": (lambda: "".join(block("polygon", "filled true", *star(41, 20)) for _ in range(1000)), [RENDER]),
+    "many-filled-stars": (lambda: "".join(block("polygon", "filled true", *star(41, 20)) for _ in range(1000)), [RENDER]),
     "filled-scrawl": (lambda: points("polygon", 100000, True), [RENDER]),
     "huge-radius": (lambda: block("circle", "filled true", "rangeunits m", "centerlla 1 2 0", "radius 1e9"), [RENDER]),
     "huge-radii": (lambda: block("ellipse", "filled true", "rangeunits m", "centerlla 1 2 0", "majoraxis 1e300", "minoraxis 1e9"), [RENDER]),
