@@ -8,17 +8,19 @@
 
 #include "common/Slice.h"
 #include "globe/DrawList.h"
+#include "globe/FillBudget.h"
 #include "globe/OverlayScene.h"
-
-class QOpenGLShaderProgram;
 
 namespace sandbox {
 
 class Camera;
-class MeshBatch;
+class ChunkPainter;
+class DetailChoice;
 class PictureTextures;
 class RasterLayer;
 class ViewVolume;
+struct ChunkGeometry;
+struct ChunkedOverlay;
 
 /// Draws the geometry of overlays. An entry is cut into chunks of a few thousand points. A chunk's geometry
 /// is worked out in levels of detail, each when it is first needed and again when the entry changed; a frame
@@ -27,7 +29,7 @@ class ViewVolume;
 ///
 /// Where the processor plays the card, many lines are drawn by RasterLayer, but for those that a body may
 /// hide. A frame that shows nothing but such lines keeps their picture: as long as the camera rests, only the
-/// surroundings of what has changed are drawn anew.
+/// surroundings of what has changed are drawn anew, and what is new on top is laid over it.
 ///
 /// Vertices are held as pairs of floats (a round value and the rest), and so is the eye: their
 /// difference is good to a fraction of a millimetre anywhere. Lines are widened to capsules on screen and
@@ -56,42 +58,32 @@ class OverlayLayer {
     std::vector<const DrawList::Label*> labels() const;
 
   private:
-    struct Level;
-    struct Chunk;
-    struct Item;
     struct Spot;
     struct Seen;
-    class Detail;
 
     void look(const OverlayScene& scene, OverlayScene::Id id);
     void remove(OverlayScene::Id id);
     std::vector<Spot>::iterator spotsOf(OverlayScene::Id id);
     void listSpots();
     void find(const Camera& camera, double pixelRatio, bool moving);
-    Level* prepare(Spot& spot, const Detail& detail, const ViewVolume& view, bool moving);
-    void noteChange(const Level* level);
+    ChunkGeometry* prepare(Spot& spot, const DetailChoice& detail, const ViewVolume& view, bool moving);
+    void noteChange(const ChunkGeometry* geometry);
     void drawTogether(const Camera& camera, double pixelRatio, bool moving);
     void drawInOrder(const Camera& camera, double pixelRatio);
-    void drawLevels(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio);
-    template <typename Batch>
-    void drawAreas(const std::vector<Level*>& levels, Batch batch);
-    void drawSolids(const std::vector<Level*>& levels);
-    void drawPictures(const std::vector<Level*>& levels);
-    void drawLines(const std::vector<Level*>& levels, const Camera& camera, double pixelRatio);
 
-    std::unique_ptr<QOpenGLShaderProgram> lineProgram_;
-    std::unique_ptr<QOpenGLShaderProgram> meshProgram_;
-    std::unique_ptr<QOpenGLShaderProgram> pictureProgram_;
     std::unique_ptr<PictureTextures> textures_;
     const OverlayScene* scene_ = nullptr;  ///< compared, never followed
     std::uint64_t changes_ = 0;            ///< of the scene, that have been looked at
-    std::map<OverlayScene::Id, Item> items_;
+    FillBudget fills_;
+    std::map<OverlayScene::Id, ChunkedOverlay> items_;
     /// All chunks in drawing order; of items that are gone they are null until many are.
     std::vector<Spot> spots_;
     std::size_t gone_ = 0;
     bool spotsStale_ = false;
-    /// What the frame shows, in drawing order.
+    /// What the frame shows, in drawing order. What follows the first so many is new, and lies above what the
+    /// raster keeps.
     std::vector<Seen> seen_;
+    std::size_t kept_ = 0;
     bool seesLinesOnly_ = true;
     std::size_t seenSegments_ = 0;
     double widestSeen_ = 0.0;
@@ -103,8 +95,7 @@ class OverlayLayer {
     std::vector<QRect> changed_;
     bool allChanged_ = true;
     std::unique_ptr<RasterLayer> raster_;  ///< null with a graphics card
-    std::vector<const Level*> bodies_;     ///< that were drawn in this frame
-    int areaMark_ = 0;
+    std::unique_ptr<ChunkPainter> painter_;
 };
 
 }  // namespace sandbox

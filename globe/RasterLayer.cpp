@@ -61,6 +61,11 @@ void RasterLayer::redraw(const QRect& part) {
     redrawn_ += part;
 }
 
+void RasterLayer::addMore() {
+    raster_->setClip(raster_->whole());
+    sent_ = QRect();
+}
+
 bool RasterLayer::prepareTexture() {
     if (!blitter_.isCreated() && !blitter_.create()) return false;
     const QSize& size = raster_->size();

@@ -2,6 +2,7 @@
 
 #include <QOpenGLTextureBlitter>
 #include <QRegion>
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -15,6 +16,10 @@ namespace sandbox {
 /// with the context current.
 class RasterLayer {
   public:
+    /// So many segments or more are drawn in memory: to lay them over the view takes as long as a few
+    /// thousand.
+    static constexpr std::size_t kManySegments = 4000;
+
     RasterLayer();
     ~RasterLayer();
 
@@ -25,6 +30,8 @@ class RasterLayer {
     bool resume(const Camera& camera, double pixelRatio, LineRaster::Quality quality);
     /// Empties this part of the picture; what is drawn until the next call leaves the rest as it is.
     void redraw(const QRect& part);
+    /// After that: what is drawn from now on is laid over all of the picture.
+    void addMore();
 
     void draw(const DrawList::Line& line) {
         if (!begun_) start();

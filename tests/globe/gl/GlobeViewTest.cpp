@@ -191,6 +191,23 @@ TEST_F(GlobeViewTest, TranslucentAreasAndLinesBlendOnce) {
     EXPECT_TRUE(isMagenta(piled.pixel(pixelOf(at(0, 1.5)))));
 }
 
+/// What was shown before does not count against an area that is costly to fill.
+TEST_F(GlobeViewTest, TangledAreasLookTheSameEachTime) {
+    std::string star = "polygon; filled";
+    for (int i = 0; i < 41; ++i) {
+        const double turn = halCore::kTwoPi * (i * 20 % 41) / 41;
+        star += "; ll " + std::to_string(20 * std::cos(turn)) + " " + std::to_string(20 * std::sin(turn));
+    }
+    look(at(0, 0), 1.0e7);
+    show(star);
+    const QImage first = view.grabFrame();
+    for (int i = 0; i < 40; ++i) {
+        show(star);
+        view.grabFrame();
+    }
+    EXPECT_EQ(view.grabFrame(), first);
+}
+
 /// A picture's four corners, turned counter-clockwise with it and across 180°; its transparent parts let the
 /// ground through.
 TEST_F(GlobeViewTest, PicturesLieWhereTheirShapesSay) {
@@ -502,7 +519,6 @@ TEST_F(GlobeViewTest, ViewsAreRoughOnlyWhileTheyMove) {
     }
 }
 
-/// The nearest within reach, and none behind the earth.
 /// A frame that may not wait for all shapes lacks some, and the next ones have them.
 TEST_F(GlobeViewTest, FramesWaitNoLongerThanTheyMay) {
     OverlayScene scene;
@@ -523,6 +539,7 @@ TEST_F(GlobeViewTest, FramesWaitNoLongerThanTheyMay) {
     EXPECT_EQ(lacking, 0);
 }
 
+/// The nearest within reach, and none behind the earth.
 TEST_F(GlobeViewTest, KnowsThePlatformUnderTheMouse) {
     look(at(0, 0), 1.0e6);
     for (const auto& [id, lon] : {std::pair{1, 0.0}, {2, 0.05}, {3, 180.0}})

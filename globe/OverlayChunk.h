@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "globe/BoundingBox.h"
+#include "globe/ChunkGeometry.h"
+#include "globe/DetailChoice.h"
+#include "globe/DrawList.h"
+#include "globe/FillBudget.h"
+#include "globe/OverlayScene.h"
+
+namespace sandbox {
+
+struct ChunkedOverlay;
+
+/// Some of an entry's shapes that follow each other in drawing order, with their geometry in the levels of
+/// detail that were needed of late.
+struct OverlayChunk {
+    ChunkedOverlay* overlay;
+    std::uint32_t first;  ///< of the overlay's shapes in drawing order
+    std::uint32_t count;
+    static constexpr std::size_t kRoughly = kTolerances.size();  ///< in place of a level
+    static constexpr std::size_t kNowhere = kRoughly + 1;
+    std::size_t boundsLevel = kNowhere;  ///< the level that the bounds are from
+    BoundingBox bounds{};
+    /// That in use and, once it has been built, the next finer and coarser one.
+    std::array<std::unique_ptr<ChunkGeometry>, 3> levels{};
+    std::vector<DrawList::Label> labels{};
+
+    bool isPlaced() const { return boundsLevel != kNowhere; }
+    /// Finds bounds without the geometry. \return whether that can be done
+    bool placeRoughly();
+    /// Null when the level has not been built, or not of late.
+    ChunkGeometry* built(std::size_t level) const {
+        ChunkGeometry* const known = levels[level % levels.size()].get();
+        return known && known->level == level ? known : nullptr;
+    }
+    void build(std::size_t level, PictureTextures& textures);
+    void dropAllBut(const ChunkGeometry* needed) {
+        for (auto& level : levels)
+            if (level.get() != needed) level.reset();
+    }
+};
+
+/// An entry of the scene, cut into chunks of a few thousand points. It stays where it is: chunks refer to it.
+/// `fills` is to outlive it.
+struct ChunkedOverlay {
+    const OverlayScene::Entry* entry;
+    std::uint64_t revision;          ///< of the entry, when it was cut
+    std::vector<std::size_t> order;  ///< in which the entry's shapes are drawn
+    std::vector<OverlayChunk> chunks;
+    ChunkedOverlay(const OverlayScene::Entry& shown, FillBudget& fills);
+    ~ChunkedOverlay() { fills_.giveBack(spent_); }
+    ChunkedOverlay(const ChunkedOverlay&) = delete;
+    ChunkedOverlay& operator=(const ChunkedOverlay&) = delete;
+
+    /// Appends the geometry of a shape, by its place in the order.
+    void append(std::uint32_t place, double tolerance, DrawList& list);
+
+  private:
+    FillBudget& fills_;
+    std::size_t spent_ = 0;
+    /// Of tangled areas, by their place in the order: what was theirs at first is theirs in each detail.
+    std::map<std::uint32_t, double> fillShares_;
+};
+
+}  // namespace sandbox
