@@ -1,4 +1,3 @@
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
@@ -7,31 +6,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/Files.h"
-#include "common/Notify.h"
-#include "geo/Angles.h"
-#include "gui/Form.h"
-#include "gui/OverlayEditorDialog.h"
-#include "gui/TestEquipment.h"
-#include "model/CylinderShape.h"
+#include "gui/TestDialog.h"
 #include "model/FreeDrawShape.h"
-#include "model/ShapeRegistry.h"
-#include "support/TemporaryDirectory.h"
 
-using halCore::Vec3;
-using OverlayEditor::CylinderShape;
-using OverlayEditor::FreeDrawShape;
-using OverlayEditor::MouseManager;
-using OverlayEditor::Overlay;
-using OverlayEditor::OverlayEditorDialog;
-using OverlayEditor::Preferences;
-using OverlayEditor::ShapeRegistry;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using Mouse = PIGUI::PIMouseEventType_t;
 
+namespace OverlayEditor {
 namespace {
 
 constexpr const char* kCircle =
@@ -39,14 +23,11 @@ constexpr const char* kCircle =
 constexpr const char* kPlatformOk = "OK\tAttach the current ZEL to the selected platform";
 constexpr const char* kZelOk = "OK\tLoad the selected existing ZEL";
 
-class HostPickersTest : public ::testing::Test {
+class HostPickersTest : public OverlayEditorDialogTest {
   protected:
     HostPickersTest() {
-        halNotify::setNotifyHandler(
-            [this](halNotify::Severity, const std::string& text) { messages.push_back(text); });
-        host.settings["AutoSaveZelDir"] = temporary.path();
-        registry.addPrototype(CylinderShape(preferences, CylinderShape::Circle));
         registry.addPrototype(FreeDrawShape(preferences));
+        dialog.reset();
         dialog = std::make_unique<OverlayEditorDialog>(&preferences, &mouse, &overlay, registry.getShapes());
         addPlatform(7, "Zulu", 0.3, -2.7);
         addPlatform(8, "Alpha", 0.4, -2.8);
@@ -54,19 +35,12 @@ class HostPickersTest : public ::testing::Test {
         addPlatform(5, "Mike", 0.5, -2.5);
         dialog->show();
     }
-    ~HostPickersTest() override {
-        dialog.reset();
-        overlay.clearShapes(true);
-        halNotify::setNotifyHandler({});
-        freeFunctors();
-    }
 
     void addPlatform(std::uint64_t id, const std::string& name, double lat, double lon) {
         host.platforms[id].header.name = name;
         host.platforms[id].point.latRad = lat;
         host.platforms[id].point.lonRad = lon;
     }
-    void press(const std::string& caption) { host.activate(*host.find(caption)); }
     FakeHost::Widget& list(const std::string& headers) {
         for (auto& [handle, widget] : host.widgets)
             if (widget.kind == FakeHost::Id::CreateList && widget.caption == headers) return widget;
@@ -88,24 +62,10 @@ class HostPickersTest : public ::testing::Test {
         mouse.handleMouseEvent(Mouse::LeftRelease, {});
     }
     CylinderShape& addCircle(const Vec3& center) {
-        form.choose("Shape:", 1);
-        auto& shape = static_cast<CylinderShape&>(*overlay.shapes().back());
+        CylinderShape& shape = OverlayEditorDialogTest::addCircle(0, 0, 500);
         shape.setCenter(center);
-        shape.setMajorRadius(500.0);
-        press("Stop");
         return shape;
     }
-
-    FakeHost host;
-    const TemporaryDirectory temporary;
-    std::vector<std::string> messages;
-    TestEquipment equipment;
-    Preferences preferences;
-    MouseManager mouse;
-    ShapeRegistry registry;
-    Overlay overlay;
-    std::unique_ptr<OverlayEditorDialog> dialog;
-    Form form{host};
 };
 
 TEST_F(HostPickersTest, ListsOverlaysUnderTheirPlatformOnce) {
@@ -271,7 +231,7 @@ TEST_F(HostPickersTest, ShapesFollowAPlatformThatMoves) {
 TEST_F(HostPickersTest, AnAttachedOverlayCanBeDetachedWhateverItHolds) {
     CylinderShape& circle = addCircle(Vec3(0.31, -2.7, 0));
     attachTo(3);
-    form.choose("Shape:", 2);
+    form.choose("Shape:", 6);
     ASSERT_FALSE(overlay.shapes().back()->canAttach());
     overlay.removeShape(&circle);
     delete &circle;
@@ -282,15 +242,14 @@ TEST_F(HostPickersTest, AnAttachedOverlayCanBeDetachedWhateverItHolds) {
 }
 
 TEST_F(HostPickersTest, WhateverEndsChoosingAttachesNothing) {
-    const std::string file = temporary.path() + "/ring.zel";
-    std::ofstream(file) << kCircle;
-    host.fileDialogAnswers = {file};
+    write(path("ring.zel"), kCircle);
+    host.fileDialogAnswers = {path("ring.zel")};
     const std::vector<std::pair<const char*, std::function<void()>>> ends = {
         {"closed by the window manager",
          [&] { host.find("Select Platform")->closeObserver->onClose(nullptr); }},
         {"the editor closed", [&] { press("Close"); }},
         {"deleted", [&] { press("Delete"); }},
-        {"a free drawing", [&] { form.choose("Shape:", 2); }},
+        {"a free drawing", [&] { form.choose("Shape:", 6); }},
         {"loaded",
          [&] {
              messages.clear();
@@ -327,3 +286,4 @@ TEST_F(HostPickersTest, APlatformThatGoesDetachesTheOverlay) {
 }
 
 }  // namespace
+}  // namespace OverlayEditor
