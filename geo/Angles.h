@@ -16,6 +16,8 @@ inline constexpr double kDegreesPerRadian = 180.0 / std::numbers::pi;
 /// The same direction in (-pi, pi]; an angle that is already there is returned unchanged.
 inline double wrapToPi(double radians) noexcept {
     if (radians > -kPi && radians <= kPi) return radians;
+    // Up to there one turn is exact, and much faster.
+    if (std::abs(radians) < 3.0 * kPi) return radians - std::copysign(kTwoPi, radians);
     const double wrapped = std::remainder(radians, kTwoPi);
     return wrapped <= -kPi ? kPi : wrapped;
 }

@@ -45,11 +45,20 @@ char toUpper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Position in the alphabet of the grid, which is without I and O: A is 0, Z is 23; -1 for all else.
+/// Position in the alphabet of the grid, which is without I and O: A is 0, Z is 23; -1 for all else. A table,
+/// for nobody can foresee the letters.
+constexpr auto kLetterIndices = [] {
+    std::array<std::int8_t, 256> result{};
+    result.fill(-1);
+    std::int8_t index = 0;
+    for (const char letter : std::string_view("ABCDEFGHJKLMNPQRSTUVWXYZ")) {
+        result[static_cast<unsigned char>(letter)] = index;
+        result[static_cast<unsigned char>(letter - 'A' + 'a')] = index++;
+    }
+    return result;
+}();
 constexpr int letterIndex(char letter) {
-    const char upper = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-    if (upper < 'A' || upper > 'Z' || upper == 'I' || upper == 'O') return -1;
-    return upper - 'A' - (upper > 'I' ? 1 : 0) - (upper > 'O' ? 1 : 0);
+    return kLetterIndices[static_cast<unsigned char>(letter)];
 }
 
 /// A reference split into its parts.
@@ -138,14 +147,13 @@ struct RowRange {
     int last;
 };
 
-RowRange getLatitudeBandRows_(int band, int column) {
+constexpr RowRange bandRows(int band, int fromEdge) {
     // Counted away from the equator: band edges lie every 8 degrees, which is 8.89 squares. Far from the
     // equator a parallel rises towards the edges of a zone, so that three edges fall into other rows there
     // than in the middle.
     const bool isNorth = band >= 10;
     const int distance = isNorth ? band - 10 : 9 - band;
-    const int fromEdge = std::min(column, 7 - column);
-    static constexpr std::array<RowRange, 10> rows = {
+    constexpr std::array<RowRange, 10> rows = {
         {{0, 8}, {8, 17}, {17, 26}, {26, 35}, {35, 44}, {44, 53}, {53, 62}, {62, 71}, {71, 80}, {80, 89}}};
     RowRange range = rows[static_cast<std::size_t>(distance)];
     if (distance == 7 && fromEdge == 3) range.last = 70;
@@ -154,6 +162,18 @@ RowRange getLatitudeBandRows_(int band, int column) {
     // Band X is 12 degrees high.
     if (distance == 9 && isNorth) range.last = 94;
     return isNorth ? range : RowRange{-1 - range.last, -1 - range.first};
+}
+
+RowRange getLatitudeBandRows_(int band, int column) {
+    static constexpr auto table = [] {
+        std::array<std::array<RowRange, kColumns>, kBands> result{};
+        for (int b = 0; b < kBands; ++b)
+            for (int c = 0; c < kColumns; ++c)
+                result[static_cast<std::size_t>(b)][static_cast<std::size_t>(c)] =
+                    bandRows(b, std::min(c, kColumns - 1 - c));
+        return result;
+    }();
+    return table[static_cast<std::size_t>(band)][static_cast<std::size_t>(column)];
 }
 
 /// The lettering of a zone: the letter of its first column, at easting 100 km, and of the row at the

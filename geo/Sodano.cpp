@@ -84,8 +84,10 @@ struct LongitudeSeries {
     double a3, c1, c2;
 };
 
-/// Beyond this arc, about 17,900 km, the series fail.
-constexpr double kCosNearlyAntipodal = -0.945;
+/// Beyond this arc, about 19,100 km, the series fail; beyond the other, about 16,500 km, they leave more than
+/// one Newton step removes.
+constexpr double kCosNearlyAntipodal = -0.99;
+constexpr double kCosFar = -0.85;
 
 bool isLatitude(double radians) {
     return std::abs(radians) <= kHalfPi + 4e-16;
@@ -108,19 +110,25 @@ struct SphereTriangle {
           beta2(second),
           sines(first.sin * second.sin),
           cosines(first.cos * second.cos),
-          sinDeltaBeta((1.0 - wgs84::f) * first.scale * second.scale * std::sin(deltaLatitude)) {}
+          sinDeltaBeta(std::abs(deltaLatitude) < 0.1
+                           ? (1.0 - wgs84::f) * first.scale * second.scale * std::sin(deltaLatitude)
+                           : second.sin * first.cos - second.cos * first.sin) {}
 
     /// Solves the triangle for half the longitude difference on the sphere.
-    void setHalfLongitude(const SinCos& halfLambda) {
-        half = halfLambda;
-        sinLambda = 2.0 * half.sin * half.cos;
-        versine = 2.0 * half.sin * half.sin;
-        east = beta2.cos * sinLambda;
-        north = sinDeltaBeta + beta1.sin * beta2.cos * versine;
-        sinArc = std::sqrt(east * east + north * north);
-        cosArc = sines + cosines - cosines * versine;
+    void solve(const SinCos& halfLambda) {
+        setHalfLongitude_(halfLambda);
         arc = std::atan2(sinArc, cosArc);
-        sinAlpha0 = cosines * sinLambda / sinArc;
+    }
+
+    /// Solves it for one that differs by less than 0.01 radians from the one before.
+    void solveBeside(double differenceOfHalves) {
+        const double sinBefore = sinArc;
+        const double cosBefore = cosArc;
+        setHalfLongitude_(half.plusSmall(differenceOfHalves));
+        // The arc sine of the change, exact to 1e-19.
+        const double d = sinArc * cosBefore - cosArc * sinBefore;
+        const double d2 = d * d;
+        arc += d * (1.0 + d2 * (1.0 / 6.0 + d2 * (3.0 / 40.0 + d2 * (15.0 / 336.0))));
     }
 
     double cosAlpha0Squared() const { return 1.0 - sinAlpha0 * sinAlpha0; }
@@ -150,6 +158,18 @@ struct SphereTriangle {
     double cosArc = 1.0;
     double arc = 0.0;
     double sinAlpha0 = 0.0;
+
+  private:
+    void setHalfLongitude_(const SinCos& halfLambda) {
+        half = halfLambda;
+        sinLambda = 2.0 * half.sin * half.cos;
+        versine = 2.0 * half.sin * half.sin;
+        east = beta2.cos * sinLambda;
+        north = sinDeltaBeta + beta1.sin * beta2.cos * versine;
+        sinArc = std::sqrt(east * east + north * north);
+        cosArc = sines + cosines - cosines * versine;
+        sinAlpha0 = cosines * sinLambda / sinArc;
+    }
 };
 
 /// What the longitude difference on the sphere has in excess of the one on the ellipsoid, by Sodano's
@@ -209,15 +229,20 @@ InverseSolution inverse(double lat1, double lon1, double lat2, double lon2) noex
     const Reduced beta1(lat1);
     const Reduced beta2(lat2);
     SphereTriangle triangle(beta1, beta2, lat2 - lat1);
-    triangle.setHalfLongitude(SinCos(0.5 * longitude));
+    triangle.solve(SinCos(0.5 * longitude));
     if (triangle.sinArc == 0.0 && triangle.cosArc > 0.0) return {.valid = true};
     if (triangle.cosArc < kCosNearlyAntipodal) return nearlyAntipodal(lat1, lon1, lat2, lon2);
 
     // Sodano's series gives the longitude on the sphere to 1e-6, one Newton step on the exact equation
     // the rest.
     double excess = sodanoExcess(triangle);
-    triangle.setHalfLongitude(triangle.half.plusSmall(0.5 * excess));
-    triangle.setHalfLongitude(triangle.half.plusSmall(0.5 * newtonStep(triangle, excess)));
+    triangle.solveBeside(0.5 * excess);
+    double step = newtonStep(triangle, excess);
+    triangle.solveBeside(0.5 * step);
+    if (triangle.cosArc < kCosFar) {
+        excess += step;
+        triangle.solveBeside(0.5 * newtonStep(triangle, excess));
+    }
 
     const DistanceSeries series(epsilon(triangle.cosAlpha0Squared()));
     const auto [s1, s2, s3] = triangle.sineDifferences();
@@ -240,6 +265,9 @@ DirectSolution direct(double lat1, double lon1, double azimuth1, double distance
         return {};
     const Reduced beta1(clampLatitude(lat1));
     const SinCos alpha1(azimuth1);
+    // Nearly tau, but it waits for nothing.
+    const double spherical = distance / wgs84::b;
+    const SinCos sphericalAngle(spherical);
     const double sinAlpha0 = beta1.cos * alpha1.sin;
     const double g = beta1.cos * alpha1.cos;
     const double m = g * g + beta1.sin * beta1.sin;  // cos^2 alpha0
@@ -252,8 +280,9 @@ DirectSolution direct(double lat1, double lon1, double azimuth1, double distance
     // tau is the distance scaled to an angle. The series that reverts it to the arc is taken as a
     // difference between both ends, so that a short distance keeps its relative accuracy.
     const DistanceSeries distances(eps);
-    const double tau = distance / (wgs84::b * distances.a1);
-    const SinCos tauAngle(tau);
+    const double tau = spherical / distances.a1;
+    const SinCos tauAngle =
+        std::abs(tau - spherical) < 0.01 ? sphericalAngle.plusSmall(tau - spherical) : SinCos(tau);
     const SinCos tau1 = sigma1.plusSmall(distances.sum(sigma1));
     const RevertedSeries reverted(eps);
     const double correction = reverted.sum(tau1.plus(tauAngle)) - reverted.sum(tau1);

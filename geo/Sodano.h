@@ -37,7 +37,7 @@ struct DirectSolution {
 };
 
 /// Distance and azimuths between two points. Within 1 mm of the exact geodesic up to 1,000 km and 1 cm
-/// up to 10,000 km; nearly antipodal pairs (beyond 17,900 km) are solved by GeographicLib.
+/// up to 10,000 km; nearly antipodal pairs (beyond 19,100 km) are solved by GeographicLib.
 InverseSolution inverse(double lat1, double lon1, double lat2, double lon2) noexcept;
 InverseSolution inverse(const Vec3& lla1, const Vec3& lla2) noexcept;
 
