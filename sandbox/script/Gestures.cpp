@@ -138,18 +138,26 @@ void chooseOption(QComboBox& menu, int index) {
     key(*list, Qt::Key_Return);
 }
 
-void clickItem(QTreeWidget& list, int index, Qt::KeyboardModifiers modifiers) {
-    QTreeWidgetItem* item = list.topLevelItem(index);
-    if (!item) throw ScriptError{QString("the list has no item %1").arg(index)};
-    clickItem(list, *item, modifiers);
-}
+namespace {
 
-void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers) {
-    list.scrollToItem(&item);
-    QRect place = list.visualItemRect(&item);
+void clickIndex(QTreeView& list, const QModelIndex& index, Qt::KeyboardModifiers modifiers) {
+    list.scrollTo(index);
+    QRect place = list.visualRect(index);
     place.setWidth(std::min(place.width(), list.columnWidth(0)));
     list.setFocus(Qt::MouseFocusReason);
     click(*list.viewport(), place.center(), Qt::LeftButton, modifiers);
+}
+
+}  // namespace
+
+void clickItem(QTreeView& list, int row, Qt::KeyboardModifiers modifiers) {
+    const QModelIndex index = list.model()->index(row, 0);
+    if (!index.isValid()) throw ScriptError{QString("the list has no item %1").arg(row)};
+    clickIndex(list, index, modifiers);
+}
+
+void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers) {
+    clickIndex(list, list.indexFromItem(&item), modifiers);
 }
 
 void enterColor(QColorDialog& dialog, const QColor& color) {

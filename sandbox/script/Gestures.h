@@ -9,6 +9,7 @@
 
 class QColorDialog;
 class QComboBox;
+class QTreeView;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -35,7 +36,7 @@ void chooseFromMenuBar(QMenuBar& bar, const QStringList& path);
 /// The same in a menu that is open.
 void chooseFromMenu(QMenu& menu, const QStringList& path);
 void chooseOption(QComboBox& menu, int index);
-void clickItem(QTreeWidget& list, int index, Qt::KeyboardModifiers modifiers = {});
+void clickItem(QTreeView& list, int row, Qt::KeyboardModifiers modifiers = {});
 void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers = {});
 /// Enters a colour (and its opacity, where the dialog has it) and confirms.
 void enterColor(QColorDialog& dialog, const QColor& color);

@@ -1,10 +1,9 @@
 #include "sandbox/widgets/ListWidget.h"
 
 #include <QHeaderView>
-#include <QSignalBlocker>
+#include <QScopedValueRollback>
 #include <QStyledItemDelegate>
 #include <algorithm>
-#include <memory>
 
 #include "pi/HostStructures.h"
 #include "sandbox/Plugin.h"
@@ -13,8 +12,8 @@ namespace sandbox {
 
 namespace {
 
-/// A tree widget of a moderate height; it grows where there is room.
-class CompactTree final : public QTreeWidget {
+/// A tree view of a moderate height; it grows where there is room.
+class CompactTree final : public QTreeView {
   public:
     void setRoom(int columns, int rows) {
         columns_ = columns;
@@ -24,7 +23,7 @@ class CompactTree final : public QTreeWidget {
     QSize sizeHint() const override {
         constexpr int rowsShown = 6;
         // Several columns are apart only when each has its room.
-        const int width = columnCount() > 1 ? 480 : 260;
+        const int width = model()->columnCount() > 1 ? 480 : 260;
         return {columns_ > 0 ? columns_ * fontMetrics().averageCharWidth() : width,
                 heightOf(rows_ > 0 ? rows_ : rowsShown)};
     }
@@ -35,8 +34,9 @@ class CompactTree final : public QTreeWidget {
   protected:
     /// The selected item stays in sight.
     void resizeEvent(QResizeEvent* event) override {
-        QTreeWidget::resizeEvent(event);
-        if (const auto selected = selectedItems(); !selected.isEmpty()) scrollToItem(selected.first());
+        QTreeView::resizeEvent(event);
+        if (const auto selected = selectionModel()->selection(); !selected.isEmpty())
+            scrollTo(selected.first().topLeft());
     }
 
   private:
@@ -62,7 +62,9 @@ class ModestWidths final : public QStyledItemDelegate {
 
 }  // namespace
 
-ListWidget::ListWidget(std::int32_t style, const QString& headers) : list_(new CompactTree) {
+ListWidget::ListWidget(std::int32_t style, const QString& headers)
+    : list_(new CompactTree), rows_(new ListRows(list_)) {
+    list_->setModel(rows_);
     setWidget(list_);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
@@ -71,10 +73,12 @@ ListWidget::ListWidget(std::int32_t style, const QString& headers) : list_(new C
     list_->setTextElideMode(Qt::ElideMiddle);
     list_->setSelectionMode(style == PIGUI::PIListMultiple ? QAbstractItemView::ExtendedSelection
                                                            : QAbstractItemView::SingleSelection);
-    if (!headers.isEmpty()) headers_ = headers.split('\t');
+    if (!headers.isEmpty()) rows_->setHeaders(headers.split('\t'));
     showHeaders();
-    QObject::connect(list_, &QTreeWidget::itemSelectionChanged, list_, [this] { activate(); });
-    QObject::connect(list_, &QTreeWidget::itemActivated, list_, [this] {
+    QObject::connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, list_, [this] {
+        if (!quiet_) activate();
+    });
+    QObject::connect(list_, &QTreeView::activated, list_, [this] {
         if (!chosen_) return;
         owner()->enter("choice in " + describe(),
                        [chosen = chosen_, wrapper = wrapper()] { chosen->Call(wrapper, nullptr); });
@@ -86,26 +90,13 @@ void ListWidget::setRoom(int columns, int rows) {
 }
 
 void ListWidget::showHeaders() {
-    list_->setHeaderHidden(headers_.isEmpty());
-    if (headers_.isEmpty()) return;
-    list_->setColumnCount(std::max(list_->columnCount(), static_cast<int>(headers_.size())));
-    list_->setHeaderLabels(headers_);
+    list_->setHeaderHidden(rows_->headers().isEmpty());
+    if (rows_->headers().isEmpty()) return;
     // The first column, which may hold paths, takes what the others leave.
     QHeaderView& header = *list_->header();
     header.setStretchLastSection(false);
     header.setSectionResizeMode(QHeaderView::ResizeToContents);
     header.setSectionResizeMode(0, QHeaderView::Stretch);
-}
-
-void ListWidget::setColumns(QTreeWidgetItem& item, const QString& text) {
-    const QStringList columns = text.split('\t');
-    if (QTreeWidget* list = item.treeWidget(); list && columns.size() > list->columnCount())
-        list->setColumnCount(static_cast<int>(columns.size()));
-    const int count = std::max(static_cast<int>(columns.size()), item.columnCount());
-    for (int i = 0; i < count; ++i) {
-        item.setText(i, columns.value(i));
-        item.setToolTip(i, columns.value(i));
-    }
 }
 
 bool ListWidget::setInteger(std::int32_t value) {
@@ -124,70 +115,58 @@ std::optional<QString> ListWidget::text() const {
 }
 
 int ListWidget::append(const QString& text, void* data) {
-    const QSignalBlocker blocker(list_);
-    // Whole before it is in the list, which looks at itself after each change.
-    auto item = std::make_unique<QTreeWidgetItem>();
-    item->setData(0, Qt::UserRole, QVariant::fromValue(reinterpret_cast<quintptr>(data)));
-    setColumns(*item, text);
-    list_->setColumnCount(std::max(list_->columnCount(), item->columnCount()));
-    list_->addTopLevelItem(item.release());
+    rows_->append(text, data);
     return count() - 1;
 }
 
 void ListWidget::appendHeader(const QString& text) {
-    headers_ << text;
+    rows_->setHeaders(rows_->headers() + QStringList(text));
     showHeaders();
 }
 
 int ListWidget::selected() const {
     int first = -1;
-    for (QTreeWidgetItem* item : list_->selectedItems()) {
-        const int index = list_->indexOfTopLevelItem(item);
-        if (first < 0 || index < first) first = index;
-    }
+    for (const QItemSelectionRange& range : list_->selectionModel()->selection())
+        if (first < 0 || range.top() < first) first = range.top();
     return first;
 }
 
 void ListWidget::select(int index) {
-    const QSignalBlocker blocker(list_);
-    QTreeWidgetItem* item = list_->topLevelItem(index);
-    list_->setCurrentItem(item, 0, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    list_->scrollToItem(item);
+    const QScopedValueRollback<bool> quiet(quiet_, true);
+    const QModelIndex row = rows_->index(index, 0);
+    list_->selectionModel()->setCurrentIndex(row,
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    list_->scrollTo(row);
 }
 
 void ListWidget::deselectAll() {
-    const QSignalBlocker blocker(list_);
+    const QScopedValueRollback<bool> quiet(quiet_, true);
     list_->clearSelection();
 }
 
 void ListWidget::remove(int index) {
-    const QSignalBlocker blocker(list_);
-    QTreeWidgetItem* item = list_->topLevelItem(index);
+    const QScopedValueRollback<bool> quiet(quiet_, true);
     // Qt would move the selection on to a neighbour.
-    const bool wasSelected = item->isSelected();
-    delete item;
+    const bool wasSelected = list_->selectionModel()->isRowSelected(index, {});
+    rows_->remove(index);
     if (wasSelected && list_->selectionMode() == QAbstractItemView::SingleSelection) list_->clearSelection();
 }
 
 void ListWidget::clear() {
-    const QSignalBlocker blocker(list_);
-    list_->clear();
+    const QScopedValueRollback<bool> quiet(quiet_, true);
+    rows_->clear();
 }
 
 QString ListWidget::itemText(int index) const {
-    const QTreeWidgetItem* item = list_->topLevelItem(index);
-    QStringList columns;
-    for (int i = 0; i < item->columnCount(); ++i) columns << item->text(i);
-    while (columns.size() > 1 && columns.last().isEmpty()) columns.removeLast();
-    return columns.join('\t');
+    return rows_->text(index);
 }
 
 void ListWidget::setItemText(int index, const QString& text) {
-    setColumns(*list_->topLevelItem(index), text);
+    rows_->setText(index, text);
 }
 
 void* ListWidget::itemData(int index) const {
-    return reinterpret_cast<void*>(list_->topLevelItem(index)->data(0, Qt::UserRole).value<quintptr>());
+    return rows_->dataOf(index);
 }
 
 }  // namespace sandbox

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QTreeWidget>
+#include <QTreeView>
 
 #include "sandbox/widgets/HostWidget.h"
+#include "sandbox/widgets/ListRows.h"
 
 namespace sandbox {
 
@@ -23,7 +24,7 @@ class ListWidget final : public HostWidget {
 
     int append(const QString& text, void* data);
     void appendHeader(const QString& text);
-    int count() const { return list_->topLevelItemCount(); }
+    int count() const { return rows_->rowCount(); }
     bool isIndex(std::int64_t index) const { return index >= 0 && index < count(); }
     /// Index of the first selected item, -1 when there is none.
     int selected() const;
@@ -34,14 +35,15 @@ class ListWidget final : public HostWidget {
     QString itemText(int index) const;
     void setItemText(int index, const QString& text);
     void* itemData(int index) const;
-    QTreeWidget* list() const { return list_; }
+    QTreeView* list() const { return list_; }
 
   private:
     void showHeaders();
-    static void setColumns(QTreeWidgetItem& item, const QString& text);
 
-    QTreeWidget* list_;
-    QStringList headers_;
+    QTreeView* list_;
+    ListRows* rows_;
+    /// What changes now is not the user's doing.
+    bool quiet_ = false;
     FunctorTwoParams__* chosen_ = nullptr;
 };
 
