@@ -14,8 +14,11 @@ void PUDrawPoints::setPositions(std::span<const halCore::Vec3> positions) {
 }
 
 void PUDrawPoints::setPosition(std::size_t index, const halCore::Vec3& position) {
-    points_[index]->setPosition(position);
-    gridView_.reset();
+    PUDrawPoint& point = *points_[index];
+    point.setPosition(position);
+    if (gridView_ &&
+        !grid_.movePoint(*gridView_, point.ecef(), static_cast<OverlayEditor::SnapGrid::Id>(index)))
+        gridView_.reset();
 }
 
 std::optional<std::size_t> PUDrawPoints::grabbedBy(const GrabbingCursor& cursor) const {

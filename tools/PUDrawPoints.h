@@ -40,7 +40,7 @@ class PUDrawPoints {
     std::uint32_t color_;
     bool shown_ = false;
     std::vector<std::unique_ptr<PUDrawPoint>> points_;
-    /// Where they lie in a view; none after one of them has moved.
+    /// Where they lie in a view; none after many of them have moved.
     mutable std::optional<OverlayEditor::ViewProjection> gridView_;
     mutable OverlayEditor::SnapGrid grid_;
 };

@@ -110,13 +110,12 @@ void PointPainter::paint(const ToolPicture& picture) {
     for (const PUDrawLine* const line : picture.lines()) drawLine_(*line);
 
     std::vector<Dot> dots;
-    dots.reserve(picture.points().size());
-    for (const auto& entry : picture.points()) {
+    picture.eachPoint([&](const ToolPicture::Point& entry) {
         const auto pixel = view_.visiblePixel(entry.ecef);
-        if (!pixel) continue;
+        if (!pixel) return;
         drawAltimeter_(entry);
         dots.push_back({*pixel, entry.point});
-    }
+    });
     for (const bool highlighted : {false, true}) {
         drawDots_(dots, highlighted);
         drawRings_(dots, highlighted);

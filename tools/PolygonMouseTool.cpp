@@ -150,8 +150,7 @@ PUDrawPoint* PolygonMouseTool::pointNearMouse_(const Vec3& pos) {
 }
 
 void PolygonMouseTool::redrawPointsForViewChange_() {
-    for (std::size_t i = 0; i < drawn_.size(); ++i)
-        if (isPlace(drawn_.point(i).getPosition())) picture_.add(drawn_.point(i));
+    picture_.add(drawn_);
     if (shape_.isComplete() || drawn_.size() != 2) return;
     const Vec3& from = drawn_.point(0).getPosition();
     const Vec3& to = drawn_.point(1).getPosition();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace OverlayEditor {
 
@@ -11,6 +12,9 @@ namespace {
 
 /// More pieces of lines than that are no lines that one could tell apart.
 constexpr std::size_t kMostPieces = 2'000'000;
+/// So many points that have moved are looked at one by one.
+constexpr std::size_t kMostMoved = 16;
+constexpr Pixel kNowhere{std::numeric_limits<double>::quiet_NaN(), 0.0};
 
 /// From 0 to 1, where a straight line comes closest to a place.
 double closest(const Pixel& from, const Pixel& to, const Pixel& at) {
@@ -34,6 +38,7 @@ void SnapGrid::begin(const ViewProjection& view, double reach) {
     columns_ = static_cast<std::uint32_t>(std::ceil(view.width() / cell_)) + 1;
     rows_ = static_cast<std::uint32_t>(std::ceil(view.height() / cell_)) + 1;
     points_.clear();
+    moved_.clear();
     lines_.clear();
     pointCells_.entries.clear();
     lineCells_.entries.clear();
@@ -53,6 +58,15 @@ void SnapGrid::addPoint(const Ecef& place, Id id) {
     if (!cell || view_->isHiddenByEarth(place)) return;
     pointCells_.entries.emplace_back(*cell, static_cast<std::uint32_t>(points_.size()));
     points_.push_back({*pixel, id});
+}
+
+bool SnapGrid::movePoint(const ViewProjection& view, const Ecef& place, Id id) {
+    const auto known = std::ranges::lower_bound(points_, id, {}, &Point::id);
+    if (known != points_.end() && known->id == id) known->pixel = kNowhere;
+    std::erase_if(moved_, [id](const Point& point) { return point.id == id; });
+    const auto pixel = view.pixel(place);
+    if (pixel && cellOf_(*pixel) && !view.isHiddenByEarth(place)) moved_.push_back({*pixel, id});
+    return moved_.size() <= kMostMoved;
 }
 
 void SnapGrid::addLine(const Ecef& from, const Ecef& to, Id id) {
@@ -120,10 +134,15 @@ void SnapGrid::around_(const Cells& cells, const Pixel& cursor, Visit visit) con
         }
 }
 
+template <typename Visit>
+void SnapGrid::pointsAround_(const Pixel& cursor, Visit visit) const {
+    around_(pointCells_, cursor, [&](std::uint32_t number) { visit(points_[number]); });
+    for (const Point& point : moved_) visit(point);
+}
+
 std::optional<SnapGrid::Id> SnapGrid::firstPoint(const Pixel& cursor) const {
     std::optional<Id> first;
-    around_(pointCells_, cursor, [&](std::uint32_t number) {
-        const Point& point = points_[number];
+    pointsAround_(cursor, [&](const Point& point) {
         if (distance(point.pixel, cursor) <= reach_ && (!first || point.id < *first)) first = point.id;
     });
     return first;
@@ -132,11 +151,11 @@ std::optional<SnapGrid::Id> SnapGrid::firstPoint(const Pixel& cursor) const {
 std::optional<SnapGrid::Id> SnapGrid::nearestPoint(const Pixel& cursor, const Filter& filter) const {
     std::optional<Id> nearest;
     double least = reach_;
-    around_(pointCells_, cursor, [&](std::uint32_t number) {
-        const Point& point = points_[number];
+    pointsAround_(cursor, [&](const Point& point) {
         const double away = distance(point.pixel, cursor);
         // Of equal ones the first.
-        if (away > least || (nearest && (away == least && *nearest < point.id)) || !filter(point.id)) return;
+        if (!(away <= least) || (nearest && (away == least && *nearest < point.id)) || !filter(point.id))
+            return;
         least = away;
         nearest = point.id;
     });

@@ -26,6 +26,9 @@ class SnapGrid {
     void addLine(const halCore::Ecef& from, const halCore::Ecef& to, Id id);
     /// To be called once all is added.
     void finish();
+    /// A point that was added, or left out, is elsewhere from now on. Points have been added in the order of
+    /// their ids. \param view that of the grid \return false after too many: the grid is to be made anew
+    bool movePoint(const ViewProjection& view, const halCore::Ecef& place, Id id);
 
     /// Of those within reach the one with the lowest number.
     std::optional<Id> firstPoint(const Pixel& cursor) const;
@@ -55,6 +58,8 @@ class SnapGrid {
     };
 
     std::optional<std::uint32_t> cellOf_(const Pixel& pixel) const;
+    template <typename Visit>
+    void pointsAround_(const Pixel& cursor, Visit visit) const;
     /// Calls `visit` with the number of everything in the cells about a pixel; some come more than once.
     template <typename Visit>
     void around_(const Cells& cells, const Pixel& cursor, Visit visit) const;
@@ -65,6 +70,8 @@ class SnapGrid {
     std::uint32_t columns_ = 0;
     std::uint32_t rows_ = 0;
     std::vector<Point> points_;
+    /// Those that have moved: what they were has no pixel any more.
+    std::vector<Point> moved_;
     std::vector<Line> lines_;
     Cells pointCells_;
     Cells lineCells_;

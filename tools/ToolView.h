@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
+#include "model/PlacedPoint.h"
 #include "tools/PUDrawLine.h"
 #include "tools/PUDrawPath.h"
 #include "tools/PUDrawPoint.h"
+#include "tools/PUDrawPoints.h"
 #include "tools/ViewProjection.h"
 
 namespace OverlayEditor {
@@ -18,9 +21,14 @@ class ToolPicture {
     };
 
     void clear() {
+        lists_.clear();
         points_.clear();
         lines_.clear();
         paths_.clear();
+    }
+    /// Those of them that have a place, behind all others; nothing is copied.
+    void add(const PluginUtils::PUDrawPoints& points) {
+        if (points.isShown()) lists_.push_back(&points);
     }
     /// Hidden points and lines are left out.
     void add(const PluginUtils::PUDrawPoint& point) { add(point, point.ecef()); }
@@ -34,12 +42,20 @@ class ToolPicture {
 
     void add(const PluginUtils::PUDrawPath& path) { paths_.push_back(&path); }
 
-    const std::vector<Point>& points() const { return points_; }
+    template <typename Visit>
+    void eachPoint(Visit visit) const {
+        for (const auto* const list : lists_)
+            for (std::size_t i = 0; i < list->size(); ++i)
+                if (const auto& point = list->point(i); isPlace(point.getPosition()))
+                    visit(Point{&point, point.ecef()});
+        for (const Point& point : points_) visit(point);
+    }
     const std::vector<const PluginUtils::PUDrawLine*>& lines() const { return lines_; }
     const std::vector<const PluginUtils::PUDrawPath*>& paths() const { return paths_; }
-    bool isEmpty() const { return points_.empty() && lines_.empty() && paths_.empty(); }
+    bool isEmpty() const { return lists_.empty() && points_.empty() && lines_.empty() && paths_.empty(); }
 
   private:
+    std::vector<const PluginUtils::PUDrawPoints*> lists_;
     std::vector<Point> points_;
     std::vector<const PluginUtils::PUDrawLine*> lines_;
     std::vector<const PluginUtils::PUDrawPath*> paths_;

@@ -104,10 +104,11 @@ class TestView final : public OverlayEditor::ToolView {
         painted.clear();
         lines.clear();
         for (const auto* line : picture.lines()) lines.emplace_back(line->from(), line->to());
-        for (const auto& entry : picture.points())
+        picture.eachPoint([&](const OverlayEditor::ToolPicture::Point& entry) {
             if (const auto pixel = view.pixel(entry.ecef))
                 painted.push_back({*pixel, entry.point->getDescription(), entry.point->isHighlighted(),
                                    entry.point->drawsTextAbove(), entry.point->getColor()});
+        });
     }
     void sawCursor(const OverlayEditor::ViewProjection&, int, int, const halCore::Vec3&) override {}
 

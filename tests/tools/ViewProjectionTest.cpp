@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -165,17 +166,28 @@ TEST(Grabbing, TheFirstOfManyWins) {
     const auto* const kept = &points.point(5);
     EXPECT_EQ(points.indexOf(kept), 5u);
 
-    // What moved is found where it is now.
-    places[3] = degrees(2.0, 2.0);
-    points.setPositions(places);
-    EXPECT_EQ(points.grabbedBy({degrees(2.0, 2.0), projection}), 3u);
-    points.setPosition(4, degrees(-2.0, 2.0));
-    EXPECT_EQ(points.grabbedBy({degrees(-2.0, 2.0), projection}), 4u);
+    // Points that move are found where they are now, as by a walk over all.
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> beside(-0.3, 0.3);
+    for (int i = 0; i < 300; ++i) {
+        const std::size_t moved = random() % (i % 50 == 0 ? 1000 : 30);
+        places[moved] = i % 7 == 0 ? degrees(0.0, 90.0) : degrees(beside(random), beside(random));
+        if (i % 2 == 0)
+            points.setPosition(moved, places[moved]);
+        else
+            points.setPositions(places);
+        const PluginUtils::GrabbingCursor cursor(i % 3 == 0 ? places[moved] : places[random() % 30],
+                                                 projection);
+        const auto found = std::ranges::find_if(
+            places, [&](const Vec3& place) { return cursor.grabs(place, halCore::toEcef(place)); });
+        ASSERT_EQ(points.grabbedBy(cursor).value_or(places.size()),
+                  static_cast<std::size_t>(found - places.begin()));
+    }
     places.resize(10);
     points.setPositions(places);
     EXPECT_EQ(points.size(), 10u);
     EXPECT_EQ(&points.point(5), kept);
-    EXPECT_FALSE(points.grabbedBy({degrees(5.0, 0.9), projection}));
+    EXPECT_FALSE(points.grabbedBy({degrees(0.0, 0.9), projection}));
     EXPECT_FALSE(points.indexOf(nullptr));
 }
 
