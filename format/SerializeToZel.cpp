@@ -190,6 +190,14 @@ void SerializeToZel::addPoint(const halCore::Vec3& lla) {
     if (current_) put_(Use::Point, filePosition_(lla));
 }
 
+void SerializeToZel::addPoints(std::span<const halCore::Vec3> llas) {
+    if (!current_) return;
+    if (!as_.pointBased || current_->isRelative()) return Serializer::addPoints(llas);
+    if (!std::ranges::all_of(llas, isFinite)) failure_ = kNoNumber;
+    auto& points = as_.pointBased->points();
+    points.insert(points.end(), llas.begin(), llas.end());
+}
+
 void SerializeToZel::setCenterPoint2(const halCore::Vec3& lla) {
     if (as_.orbit) put_(Use::Center2, filePosition_(lla));
 }

@@ -16,6 +16,10 @@ void Serializer::give(Use use, const halCore::Vec3& lla) {
     }
 }
 
+void Serializer::addPoints(std::span<const halCore::Vec3> llas) {
+    for (const halCore::Vec3& lla : llas) addPoint(lla);
+}
+
 void Serializer::giveOffset(Use use, const halCore::Vec3& xyz, const PointConverter& frame, bool) {
     halCore::Vec3 lla;
     if (frame.convertXyzToLla(xyz, lla) == 0) give(use, lla);

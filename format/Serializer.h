@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "common/Vec3.h"
@@ -63,6 +64,8 @@ class Serializer {
     enum class Use { Point, Corner, Center2 };
     /// addPoint, addCorner or setCenterPoint2.
     void give(Use use, const halCore::Vec3& lla);
+    /// addPoint for each of them.
+    virtual void addPoints(std::span<const halCore::Vec3> llas);
     /// A position that is an offset from a frame's reference. For who takes no offsets it is the place where
     /// it leads, if there is one. \param named whether the shape names the reference; otherwise it is the
     /// point converter's

@@ -27,7 +27,7 @@ int FreeDrawShape::serialize(Serializer& serializer) {
         if (line.size() < 2) continue;
         serializer.beginShape(shapeKind(ShapeKind::FreeDraw).written, 0);
         serializer.setVisible(shown());
-        for (const Vec3& point : line) serializer.addPoint(point);
+        serializer.addPoints(line);
         BaseFilledShape::serialize(serializer);
         serializer.endShape();
         result = 0;

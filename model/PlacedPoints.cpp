@@ -58,6 +58,11 @@ bool PlacedPoints::put(std::size_t index, const PlacedPoint& point) {
     return true;
 }
 
+void PlacedPoints::append(std::span<const Vec3> places) {
+    left_.reset();
+    given_.insert(given_.end(), places.begin(), places.end());
+}
+
 bool PlacedPoints::insert(std::size_t index, const PlacedPoint& point) {
     const auto given = givenFor_(point);
     if (!given) return false;

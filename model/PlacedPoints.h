@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "geo/PointConverter.h"
@@ -37,6 +38,8 @@ class PlacedPoints {
     /// Puts a position there; behind the last one it is the new last one.
     /// \return false when no offset leads there: nothing has changed
     bool put(std::size_t index, const PlacedPoint& point);
+    /// Puts places behind the last one, in no frame.
+    void append(std::span<const Vec3> places);
     bool insert(std::size_t index, const PlacedPoint& point);
     void erase(std::size_t index);
     /// The shape lacks it from now on.

@@ -40,7 +40,7 @@ int PolygonShape::serialize(Serializer& serializer) {
     if (!isComplete()) return 1;
     serializer.beginShape(kindOf(subtype_).written, writtenPlatform_());
     serializer.setVisible(shown());
-    for (const Vec3& given : points_.given()) give_(serializer, Serializer::Use::Point, given);
+    givePoints_(serializer);
     BaseFilledShape::serialize(serializer);
     serializer.endShape();
     return 0;
@@ -58,6 +58,15 @@ void PolygonShape::putPoint_(unsigned long index, const PlacedPoint& point) {
     putPlaced_(std::min<std::size_t>(index, points_.size()), point);
     dirty_();
     if (panel_()) panel_()->refreshPoint(index);
+}
+
+void PolygonShape::addPoints(std::span<const Vec3> places) {
+    if (points_.frame()) {
+        for (const Vec3& place : places) addPoint(place);
+        return;
+    }
+    points_.append(places);
+    changed_();
 }
 
 void PolygonShape::mouseSetPointAtIndex(unsigned long index, const Vec3& point) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "model/Anchored.h"
@@ -59,6 +60,7 @@ class PolygonShape : public PointsContainer,
     /// Appends without showing anything anew: for a shape under construction.
     void addPoint(const halCore::Vec3& point) { addPoint(PlacedPoint(point)); }
     void addPoint(const PlacedPoint& point) { putPlaced_(points_.size(), point); }
+    void addPoints(std::span<const halCore::Vec3> places);
 
   private:
     friend Equipped;

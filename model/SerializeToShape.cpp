@@ -58,6 +58,13 @@ void SerializeToShape::addPoint(const halCore::Vec3& lla) {
     take_(Use::Point, PlacedPoint(lla));
 }
 
+void SerializeToShape::addPoints(std::span<const halCore::Vec3> llas) {
+    if (as_.polygon)
+        as_.polygon->addPoints(llas);
+    else
+        Serializer::addPoints(llas);
+}
+
 void SerializeToShape::addCorner(const halCore::Vec3& lla) {
     take_(Use::Corner, PlacedPoint(lla));
 }

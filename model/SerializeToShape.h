@@ -25,6 +25,7 @@ class SerializeToShape final : public Serializer {
     void endShape() override;
     void setItemName(const std::string& name) override;
     void addPoint(const halCore::Vec3& lla) override;
+    void addPoints(std::span<const halCore::Vec3> llas) override;
     void addCorner(const halCore::Vec3& lla) override;
     void setCenterPoint2(const halCore::Vec3& lla) override;
     void setMajorRadius(double meters) override;

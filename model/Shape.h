@@ -187,6 +187,11 @@ class Shape {
         else
             serializer.give(use, given);
     }
+    /// All positions, for Serializer::Use::Point.
+    void givePoints_(Serializer& serializer) const {
+        if (!points_.frame()) return serializer.addPoints(points_.given());
+        for (const halCore::Vec3& given : points_.given()) give_(serializer, Serializer::Use::Point, given);
+    }
 
     /// Where a panel starts that shows no position yet: the ground in view, or above it.
     PlacedPoint start_() const;

@@ -49,6 +49,10 @@ class Placement {
     Placement& operator=(const Placement&) = delete;
 
     bool isPossible() const { return !relative_ || frame_; }
+    void giveAll(Use use, const std::vector<Vec3>& positions) const {
+        if (!relative_ && use == Use::Point) return target_.addPoints(positions);
+        for (const Vec3& position : positions) give(use, position);
+    }
     void give(Use use, const Vec3& position) const {
         if (relative_)
             target_.giveOffset(use, position, *frame_, frame_ == &own_);
@@ -252,7 +256,7 @@ std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL
     style(target, shape);
     if (points) {
         const auto use = type == Type::Rectangle ? Serializer::Use::Corner : Serializer::Use::Point;
-        for (const Vec3& point : *points) placement.give(use, point);
+        placement.giveAll(use, *points);
         if (type == Type::Points)
             if (const auto color = valueOf(static_cast<const ZEL::Points&>(shape), &ZEL::Points::getColor))
                 lineColor(target, *color);

@@ -69,6 +69,9 @@ TEST_F(PointShapesTest, LineAndPolygonAreShownFromTheirLeastPointsOn) {
         host.lastText,
         "version 2\n\nstart\nline\nlla 1 2 0\nlla 3 4 100\nlinewidth 2\nlinecolor hex 0xff00ff00\n"
         "fillcolor hex 0xa0ff00ff\n3d name Line\naltitudeunits m\nangleunits deg\nrangeunits m\nend\n\n");
+    // What is no number has no text.
+    line.insertPointAtIndex(1, Vec3(0.1, std::nan(""), 0.0));
+    EXPECT_TRUE(host.overlays.empty());
 }
 
 TEST_F(PointShapesTest, PointsBehindTheLastAreAppendedOrIgnored) {
