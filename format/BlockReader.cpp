@@ -88,7 +88,8 @@ const char* BlockReader::readPlainPoints_(const char* p, const char* end) {
         const std::span<const Vec3> points =
             pointLines_.read(next, end, static_cast<std::size_t>(p - line), use);
         if (!points.empty()) {
-            record_.append(type, points);
+            const auto bytesEach = static_cast<std::size_t>(next - line) / points.size();
+            record_.append(type, points, (static_cast<std::size_t>(end - next) + behind_) / bytesEach);
             // The first one is counted.
             lineNumber_ += points.size() - 1;
             return next;

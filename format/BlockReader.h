@@ -33,6 +33,9 @@ class BlockReader {
     /// Reads whole lines: `text` is empty or ends with a line feed.
     void readLines(std::string_view text);
 
+    /// How many bytes are known to stand behind the text that is read next.
+    void expect(std::size_t bytes) { behind_ = bytes; }
+
     /// Passes over bytes that are no line.
     void skip(std::size_t bytes) { offset_ += bytes; }
 
@@ -86,6 +89,7 @@ class BlockReader {
     /// The text that is being read, and how much was read before it.
     const char* text_ = nullptr;
     std::size_t offset_ = 0;
+    std::size_t behind_ = 0;
     /// The line that is being read as words, from its first to its line feed.
     const char* line_ = nullptr;
     const char* lineFeed_ = nullptr;

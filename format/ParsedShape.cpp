@@ -1,5 +1,7 @@
 #include "format/ParsedShape.h"
 
+#include <algorithm>
+
 #include "common/Strings.h"
 #include "format/FileNumber.h"
 #include "geo/Angles.h"
@@ -59,9 +61,20 @@ bool ParsedShape::append(PointType type, std::string_view x, std::string_view y,
     return true;
 }
 
+void ParsedShape::grow_(std::size_t points, std::size_t more) {
+    // What follows may be other blocks: only a list that is long already is taken to go on.
+    constexpr std::size_t isLong = 1024;
+    constexpr std::size_t most = 16;
+    const std::size_t size = points_.size();
+    if (size < isLong) return;
+    points_.reserve(std::max(2 * size, std::min(size + points + more, most * size)));
+}
+
 std::vector<Vec3> ParsedShape::takePoints() {
-    // A few are copied: their list keeps its memory for the next block.
-    return points_.capacity() > kKeptPoints ? std::exchange(points_, {}) : points_;
+    // A few are copied: their list keeps its memory for the next block. So are those of a list that has taken
+    // far more memory than it needed.
+    const bool isFull = points_.size() > points_.capacity() / 2;
+    return points_.capacity() > kKeptPoints && isFull ? std::exchange(points_, {}) : points_;
 }
 
 std::string ParsedShape::stringValue(ShapeParameter parameter, std::string_view defaultValue) const {

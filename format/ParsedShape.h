@@ -53,8 +53,10 @@ class ParsedShape {
     }
 
     /// Adds points already read, of a kind that is accepted.
-    void append(PointType type, std::span<const Vec3> points) {
+    /// \param more how many may follow at most, so that a long list grows once rather than step by step
+    void append(PointType type, std::span<const Vec3> points, std::size_t more) {
         pointType_ = type;
+        if (points.size() > points_.capacity() - points_.size()) grow_(points.size(), more);
         points_.insert(points_.end(), points.begin(), points.end());
     }
     /// Whether points of this kind are added.
@@ -109,6 +111,7 @@ class ParsedShape {
     static_assert(kParameterCount <= 64);
     static constexpr auto kFirstPosition = static_cast<std::size_t>(ShapeParameter::CenterAbsolute);
 
+    void grow_(std::size_t points, std::size_t more);
     std::uint64_t present_() const { return texts_.present() | positionsPresent_; }
 
     std::size_t lineNumber_ = 0;

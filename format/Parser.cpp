@@ -27,6 +27,15 @@ std::size_t readBytes(std::istream& in, char* to, std::size_t size) {
     return static_cast<std::size_t>(in.gcount());
 }
 
+/// Bytes that a stream in memory, or its buffer, still holds.
+std::size_t bytesReady(std::istream& in) {
+    try {
+        return static_cast<std::size_t>(std::max<std::streamsize>(in.rdbuf()->in_avail(), 0));
+    } catch (...) {
+        return 0;
+    }
+}
+
 void passByteOrderMark(BlockReader& reader, std::string_view& text) {
     if (!text.starts_with(kByteOrderMark)) return;
     text.remove_prefix(kByteOrderMark.size());
@@ -43,6 +52,7 @@ class LineFeeder {
             if (used_ == size_) grow_();
             const std::size_t got = readBytes(in, buffer_.get() + used_, size_ - used_);
             if (got == 0) break;
+            reader_.expect(bytesReady(in));
             take_(got);
         }
         if (used_ == size_) grow_();

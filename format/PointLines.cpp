@@ -1,12 +1,13 @@
 #include "format/PointLines.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
 #ifdef __x86_64__
 #include <immintrin.h>
 /// For functions that are called only where the processor has these instructions.
-#define OE_VECTORS gnu::target("avx2,bmi,fma")
+#define OE_VECTORS gnu::target("avx2,bmi,bmi2,fma,popcnt")
 #endif
 
 namespace halCore::ZEL {
@@ -14,17 +15,16 @@ namespace halCore::ZEL {
 #ifdef __x86_64__
 namespace {
 
-constexpr unsigned kMostWhole = 8;
-constexpr unsigned kMostDecimals = 15;
-/// Characters that are loaded at once: those of a line, and those of a number.
-constexpr std::ptrdiff_t kLine = 64;
+/// Characters that are loaded at once: those of half a line, and those of a number.
+constexpr std::ptrdiff_t kHalfLine = 32;
 constexpr unsigned kNumber = 16;
+constexpr unsigned kMostDecimals = kNumber - 1;
 
 /// For every number of digits before and behind the point: where the digits of a number are, so that the last
 /// one comes last, behind zeros.
 constexpr auto kDigits = [] {
-    std::array<std::array<std::int8_t, kNumber>, (kMostWhole + 1) * (kMostDecimals + 1)> result{};
-    for (unsigned whole = 0; whole <= kMostWhole; ++whole)
+    std::array<std::array<std::int8_t, kNumber>, (kNumber + 1) * (kMostDecimals + 1)> result{};
+    for (unsigned whole = 0; whole <= kNumber; ++whole)
         for (unsigned decimals = 0; decimals <= kMostDecimals; ++decimals) {
             auto& from = result[whole * (kMostDecimals + 1) + decimals];
             const unsigned count = whole + decimals;
@@ -56,30 +56,58 @@ struct PlainDigits {
     double divisor;
 };
 
-[[OE_VECTORS, gnu::always_inline]] inline std::uint64_t bitsOf(__m256i low, __m256i high) {
-    return static_cast<std::uint32_t>(_mm256_movemask_epi8(low)) |
-           static_cast<std::uint64_t>(static_cast<std::uint32_t>(_mm256_movemask_epi8(high))) << 32;
+/// A bit for each of some characters.
+struct Letters {
+    /// White space.
+    std::uint64_t blanks;
+    std::uint64_t noDigits;
+    std::uint64_t points;
+    std::uint64_t minus;
+};
+
+[[OE_VECTORS, gnu::always_inline]] inline std::uint32_t bitsOf(__m256i mask) {
+    return static_cast<std::uint32_t>(_mm256_movemask_epi8(mask));
 }
 
-/// Finds the digits of the number from `begin` to `end` of the characters at `p`. The other two tell of each
-/// character whether it is no digit, and whether it is a point.
+[[OE_VECTORS, gnu::always_inline]] inline Letters lettersOf(const char* text) {
+    const __m256i letters = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text));
+    const __m256i values = _mm256_sub_epi8(letters, _mm256_set1_epi8('0'));
+    return {bitsOf(_mm256_cmpeq_epi8(_mm256_min_epu8(letters, _mm256_set1_epi8(' ')), letters)),
+            ~bitsOf(_mm256_cmpeq_epi8(_mm256_min_epu8(values, _mm256_set1_epi8(9)), values)),
+            bitsOf(_mm256_cmpeq_epi8(letters, _mm256_set1_epi8('.'))),
+            bitsOf(_mm256_cmpeq_epi8(letters, _mm256_set1_epi8('-')))};
+}
+
+/// The third bit that is set, and those above it.
+[[OE_VECTORS, gnu::always_inline]] inline std::uint64_t fromThird(std::uint64_t bits) {
+    return _blsr_u64(_blsr_u64(bits));
+}
+
+/// What the characters of a line's numbers are that are no digits.
+struct Others {
+    /// All but a minus in front.
+    std::uint64_t inside;
+    std::uint64_t minus;
+};
+
+/// Finds the digits of the number from `begin` to `end` of the characters at `p`, which has at most one
+/// character inside that is no digit. \param inside counts them
 [[OE_VECTORS, gnu::always_inline]] inline bool findDigits(const char* p, unsigned begin, unsigned end,
-                                                          std::uint64_t noDigits, std::uint64_t dots,
-                                                          PlainDigits& digits) {
-    const unsigned negative = p[begin] == '-' ? 1 : 0;
+                                                          const Others& others, PlainDigits& digits,
+                                                          unsigned& inside) {
+    const auto negative = static_cast<unsigned>(others.minus >> begin & 1);
     begin += negative;
-    // "0.123456789012345" has its 15 decimals, and no more characters than fit.
-    if (p[begin] == '0' && (dots >> (begin + 1) & 1) != 0 && begin + 2 < end) ++begin;
-    const std::uint64_t others = noDigits >> begin;
-    const auto whole = static_cast<unsigned>(_tzcnt_u64(others));
-    unsigned decimals = 0;
-    if (whole != end - begin) {
-        const auto behind = static_cast<unsigned>(_tzcnt_u64(_blsr_u64(others)));
-        if ((dots >> (begin + whole) & 1) == 0 || behind != end - begin) return false;
-        decimals = behind - whole - 1;
-        if (behind > kNumber) return false;
+    if (end - begin > kNumber) [[unlikely]] {
+        // "0.123456789012345" has its 15 decimals.
+        if (p[begin] != '0' || p[begin + 1] != '.' || end - begin > kNumber + 1) return false;
+        ++begin;
     }
-    if (whole > kMostWhole || decimals > kMostDecimals || whole + decimals == 0) return false;
+    const unsigned length = end - begin;
+    const unsigned whole = std::min(static_cast<unsigned>(_tzcnt_u64(others.inside >> begin)), length);
+    const unsigned point = whole < length ? 1 : 0;
+    if (length == point) return false;
+    inside += point;
+    const unsigned decimals = length - whole - point;
     const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + begin));
     const auto& from = kDigits[whole * (kMostDecimals + 1) + decimals];
     digits.values = _mm_shuffle_epi8(_mm_sub_epi8(text, _mm_set1_epi8('0')),
@@ -111,7 +139,9 @@ struct PlainDigits {
 }  // namespace
 
 bool PointLines::canRead() {
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("fma");
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
+           __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma") &&
+           __builtin_cpu_supports("popcnt");
 }
 
 [[OE_VECTORS]] std::size_t PointLines::readVectors_(const char*& at, const char* end, std::size_t letters,
@@ -121,10 +151,6 @@ bool PointLines::canRead() {
         std::memcpy(&four, p, sizeof four);
         return letters == 2 ? four & 0xffffff : four;
     };
-    const __m256i blank = _mm256_set1_epi8(' ');
-    const __m256i dot = _mm256_set1_epi8('.');
-    const __m256i zero = _mm256_set1_epi8('0');
-    const __m256i nine = _mm256_set1_epi8(9);
     const __m256d factor = _mm256_setr_pd(use.factor, use.factor, 1.0, 1.0);
     const __m256d infinity = _mm256_set1_pd(std::numeric_limits<double>::infinity());
     const __m256d largest =
@@ -134,39 +160,43 @@ bool PointLines::canRead() {
     const char* p = at;
     if (end - p < 4 || p[letters] != ' ') return 0;
     const std::uint32_t keyword = word(p);
-    const std::ptrdiff_t window = static_cast<std::ptrdiff_t>(letters) + kLine + kNumber;
+    const std::ptrdiff_t window = static_cast<std::ptrdiff_t>(letters) + 2 * kHalfLine + kNumber;
     std::size_t count = 0;
     for (; count < kMost && end - p >= window && word(p) == keyword; ++count) {
         const char* const text = p + letters;
-        const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text));
-        const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + 32));
-        const __m256i lowValues = _mm256_sub_epi8(low, zero);
-        const __m256i highValues = _mm256_sub_epi8(high, zero);
-        std::uint64_t ends = bitsOf(_mm256_cmpeq_epi8(_mm256_min_epu8(low, blank), low),
-                                    _mm256_cmpeq_epi8(_mm256_min_epu8(high, blank), high));
-        const std::uint64_t noDigits =
-            ~bitsOf(_mm256_cmpeq_epi8(_mm256_min_epu8(lowValues, nine), lowValues),
-                    _mm256_cmpeq_epi8(_mm256_min_epu8(highValues, nine), highValues));
-        const std::uint64_t dots = bitsOf(_mm256_cmpeq_epi8(low, dot), _mm256_cmpeq_epi8(high, dot));
-
+        Letters all = lettersOf(text);
         // Behind the keyword, x, y and z.
-        ends = _blsr_u64(ends);
-        const auto endOfX = static_cast<unsigned>(_tzcnt_u64(ends));
-        ends = _blsr_u64(ends);
-        const auto endOfY = static_cast<unsigned>(_tzcnt_u64(ends));
-        ends = _blsr_u64(ends);
-        if (ends == 0 || text[endOfX] != ' ' || text[endOfY] != ' ') break;
-        const auto endOfZ = static_cast<unsigned>(_tzcnt_u64(ends));
+        std::uint64_t behindZ = fromThird(_blsr_u64(all.blanks));
+        if (behindZ == 0) {
+            const Letters second = lettersOf(text + kHalfLine);
+            all.blanks |= second.blanks << kHalfLine;
+            all.noDigits |= second.noDigits << kHalfLine;
+            all.points |= second.points << kHalfLine;
+            all.minus |= second.minus << kHalfLine;
+            behindZ = fromThird(_blsr_u64(all.blanks));
+            if (behindZ == 0) break;
+        }
+        const std::uint64_t behindX = _blsr_u64(all.blanks);
+        const auto endOfX = static_cast<unsigned>(_tzcnt_u64(behindX));
+        const auto endOfY = static_cast<unsigned>(_tzcnt_u64(_blsr_u64(behindX)));
+        const auto endOfZ = static_cast<unsigned>(_tzcnt_u64(behindZ));
+        if (text[endOfX] != ' ' || text[endOfY] != ' ') break;
         const char* stop = text + endOfZ;
         if (*stop == '\r') ++stop;
         if (*stop != '\n') break;
+        Others others;
+        others.minus = all.minus & all.blanks << 1;
+        others.inside = _bzhi_u64(all.noDigits, endOfZ) & ~(all.blanks | others.minus);
         PlainDigits x;
         PlainDigits y;
         PlainDigits z;
-        if (!findDigits(text, 1, endOfX, noDigits, dots, x) ||
-            !findDigits(text, endOfX + 1, endOfY, noDigits, dots, y) ||
-            !findDigits(text, endOfY + 1, endOfZ, noDigits, dots, z))
+        unsigned inside = 0;
+        if (!findDigits(text, 1, endOfX, others, x, inside) ||
+            !findDigits(text, endOfX + 1, endOfY, others, y, inside) ||
+            !findDigits(text, endOfY + 1, endOfZ, others, z, inside))
             break;
+        // Each of them has one point or none, and nothing else.
+        if ((others.inside & ~all.points) != 0 || _mm_popcnt_u64(others.inside) != inside) break;
         // Up to 2^53 they are exact, and so the quotients are the nearest doubles, as in `quotient`.
         const __m256d integers = integersOf(x, y, z);
         const __m256d values = _mm256_div_pd(integers, _mm256_setr_pd(x.divisor, y.divisor, z.divisor, 1.0));

@@ -16,10 +16,12 @@ bool TextFeed::goOn(std::size_t bytes) {
     const std::size_t rest = text_.size() - done_;
     const std::size_t lineFeed = bytes < rest ? text_.find('\n', done_ + bytes) : std::string_view::npos;
     if (lineFeed != std::string_view::npos) {
+        reader_.expect(text_.size() - (lineFeed + 1));
         reader_.readLines(text_.substr(done_, lineFeed + 1 - done_));
         done_ = lineFeed + 1;
         return false;
     }
+    reader_.expect(0);
     const std::size_t whole = std::max(text_.rfind('\n') + 1, done_);
     reader_.readLines(text_.substr(done_, whole - done_));
     // Only a last line without a line feed is copied, to get one.
