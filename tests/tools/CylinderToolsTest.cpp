@@ -24,41 +24,8 @@ struct CylinderTools : DrawingTest {
         mouse.from("21.0N 158.0W").to("21.1N 158.0W");
         return shape;
     }
-    static bool isEmpty(const CylinderShape& shape) {
-        return !shape.centerPt() && !shape.majorAxisPt() && !shape.minorAxisPt() && !shape.startAnglePt() &&
-               !shape.endAnglePt() && !shape.heightPt();
-    }
     std::size_t shownOverlays() const { return host.overlays.size(); }
 };
-
-TEST_F(CylinderTools, ACircleIsPressedAtItsCentreAndReleasedOnItsEdge) {
-    struct Case {
-        const char *name, *center, *edge;
-    };
-    for (const auto& c :
-         {Case{"date line", "3.0S 179.95E", "3.1S 179.9W"}, Case{"pole", "89.9N 40.0E", "89.8N 170.0W"}})
-        for (const auto subtype :
-             {CylinderShape::Circle, CylinderShape::Sphere, CylinderShape::Hemisphere, CylinderShape::Cone}) {
-            SCOPED_TRACE(std::string(c.name) + " " + std::to_string(subtype));
-            const Vec3 center = place(c.center);
-            view.look(Vec3(center.lat(), center.lon(), 3e5));
-            auto& shape = start(subtype);
-            EXPECT_EQ(stateOf(shape), Tool::Placing);
-            EXPECT_EQ(host.grabs, 1);
-            mouse.from(c.center).to(c.edge);
-            EXPECT_EQ(stateOf(shape), Tool::Complete);
-            EXPECT_EQ(*shape.centerPt(), center);
-            EXPECT_NEAR(shape.majorAxis(), geodesic(center, place(c.edge)).meters, kMillimeter);
-            EXPECT_EQ(shownOverlays(), 1u);
-            EXPECT_FALSE(rubberBandShown());
-            mouse.rightPress().frame();
-            EXPECT_EQ(host.grabs, 0);
-            EXPECT_EQ(shownOverlays(), 1u) << "it stays in the view";
-            EXPECT_FALSE(shape.isEditPointShown(CylinderShape::EditPoint::Center));
-            overlay.clearShapes(false);
-            EXPECT_EQ(shownOverlays(), 0u);
-        }
-}
 
 TEST_F(CylinderTools, TheRubberBandFollowsTheCursorOnlyWhenItMoves) {
     auto& shape = start(CylinderShape::Circle);
@@ -78,33 +45,6 @@ TEST_F(CylinderTools, TheRubberBandFollowsTheCursorOnlyWhenItMoves) {
     mouse.to("21.06N 158.0W");
     EXPECT_FALSE(rubberBandShown());
     EXPECT_EQ(shownOverlays(), 1u);
-}
-
-TEST_F(CylinderTools, AbortsLeaveNothing) {
-    const auto expectAborted = [&](CylinderShape& shape, const char* what) {
-        SCOPED_TRACE(what);
-        mouse.frame();
-        EXPECT_TRUE(isEmpty(shape));
-        EXPECT_EQ(shownOverlays(), 0u);
-    };
-    for (const auto subtype : {CylinderShape::Circle, CylinderShape::Arc, CylinderShape::Ellipse}) {
-        SCOPED_TRACE(subtype);
-        auto& shape = start(subtype);
-        mouse.from("21.0N 158.0W").to("21.0N 158.0W");
-        expectAborted(shape, "released on its own centre");
-        EXPECT_EQ(stateOf(shape), Tool::Placing);
-        mouse.from("21.0N 158.0W").move("21.1N 158.0W").frame().moveOffTheEarth().release();
-        EXPECT_EQ(mouse.result, 0);
-        expectAborted(shape, "released off the earth");
-        mouse.release();
-        expectAborted(shape, "released without a press");
-        mouse.moveOffTheEarth().press();
-        EXPECT_EQ(mouse.result, 1);
-        mouse.release();
-        EXPECT_EQ(mouse.result, 0);
-        expectAborted(shape, "pressed off the earth");
-        overlay.clearShapes(false);
-    }
 }
 
 TEST_F(CylinderTools, DraggingACirclesCentreLeavesItsRadiusPoint) {
@@ -128,30 +68,12 @@ TEST_F(CylinderTools, DraggingACirclesCentreLeavesItsRadiusPoint) {
     EXPECT_NEAR(shape.majorAxis(), 1107.0, 60.0);
 }
 
-TEST_F(CylinderTools, TheWheelLiftsTheWholeCircle) {
-    auto& shape = drawnCircle();
-    const double radius = shape.majorAxis();
-    mouse.move("21.0N 158.0W").wheel(120);
-    EXPECT_EQ(shape.centerPt()->alt(), 0.01);
-    for (int i = 0; i < 50; ++i) mouse.wheel(120);
-    const double alt = shape.centerPt()->alt();
-    EXPECT_NEAR(alt, 0.01 * std::pow(1.25, 50), 1e-6);
-    EXPECT_EQ(shape.majorAxisPt()->alt(), alt);
-    EXPECT_NEAR(shape.majorAxis(), radius, kMillimeter);
-
-    // At the radius point the same, and what is placed next has that altitude.
-    mouse.move("20.9N 158.3W").frame().moveToPixel(400, 300 - 900.0 * 11070.0 / 2e5);
-    EXPECT_EQ(stateOf(shape), Tool::Hovering);
-    mouse.wheel(-120);
-    EXPECT_NEAR(shape.centerPt()->alt(), alt * 0.8, 1e-9);
-    EXPECT_EQ(shape.majorAxisPt()->alt(), shape.centerPt()->alt());
-    EXPECT_NEAR(shape.majorAxis(), radius, kMillimeter);
-
+TEST_F(CylinderTools, WhatIsLiftedInMidPressIsFlat) {
     for (const auto subtype : {CylinderShape::Circle, CylinderShape::Arc, CylinderShape::Ellipsoid}) {
         auto& lifted = start(subtype);
         mouse.from("21.0N 158.0W").move("21.0N 157.8W").wheel(120).wheel(120).release();
         if (!lifted.isComplete()) mouse.from("21.05N 158.0W").to("21.2N 158.0W");
-        EXPECT_EQ(lifted.centerPt()->alt(), 0.01 * 1.25) << "in mid press";
+        EXPECT_EQ(lifted.centerPt()->alt(), 0.01 * 1.25);
         EXPECT_EQ(lifted.majorAxisPt()->alt(), 0.01 * 1.25);
     }
 }
@@ -222,46 +144,21 @@ TEST_F(CylinderTools, AnArcsPointsAreDraggedApart) {
 }
 
 TEST_F(CylinderTools, TwoRadiiAreCentreXAndY) {
-    struct Case {
-        CylinderShape::Subtype subtype;
-        bool hasHeightPoint;
-        double height;
-    };
-    for (const auto& c : {Case{CylinderShape::Ellipse, true, 0.0}, Case{CylinderShape::Cylinder, false, 0.0},
-                          Case{CylinderShape::Ellipsoid, true, 1.0}}) {
-        SCOPED_TRACE(c.subtype);
-        auto& shape = start(c.subtype);
-        const Vec3 center = place("21.0N 158.0W");
-        mouse.from("21.0N 158.0W").to("21.0N 157.8W");
-        EXPECT_EQ(stateOf(shape), Tool::Placing);
-        EXPECT_EQ(shownOverlays(), 0u);
-        mouse.from("21.02N 158.0W").move("21.05N 158.0W").frame();
+    for (const auto& [subtype, height] : {std::pair{CylinderShape::Ellipse, 0.0},
+                                          {CylinderShape::Cylinder, 0.0},
+                                          {CylinderShape::Ellipsoid, 1.0}}) {
+        SCOPED_TRACE(subtype);
+        auto& shape = start(subtype);
+        mouse.from("21.0N 158.0W").to("21.0N 157.8W").from("21.02N 158.0W").move("21.05N 158.0W").frame();
         EXPECT_TRUE(rubberBandShown());
         mouse.to("21.1N 158.05W");
-        EXPECT_EQ(stateOf(shape), Tool::Complete);
-        EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("21.0N 157.8W")).meters, kMillimeter);
-        EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.1N 158.05W")).meters, kMillimeter);
-        EXPECT_EQ(shape.heightPt().has_value(), c.hasHeightPoint);
-        EXPECT_EQ(shape.height(), c.height * shape.majorAxis());
-        EXPECT_NEAR(geodesic(center, *shape.minorAxisPt()).bearing, 0.0, 1e-9)
-            << "the Y point stands on its axis";
-
-        const double major = shape.majorAxis();
-        mouse.move(*shape.minorAxisPt()).frame().press().to("21.15N 158.0W");
-        EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("21.15N 158.0W")).meters, 100.0);
-        EXPECT_EQ(shape.majorAxis(), major);
-
+        EXPECT_EQ(shape.height(), height * shape.majorAxis());
+        EXPECT_EQ(shape.heightPt().has_value(), subtype != CylinderShape::Cylinder);
         // Across the centre, where there is no radius.
         mouse.move(*shape.minorAxisPt()).frame().press().move(*shape.centerPt());
         EXPECT_TRUE(shape.isComplete());
         mouse.to("20.9N 158.0W");
-        EXPECT_EQ(stateOf(shape), Tool::Complete);
-        EXPECT_EQ(shape.majorAxis(), major);
-        EXPECT_NEAR(shape.minorAxis(), geodesic(center, place("20.9N 158.0W")).meters, 100.0);
-        mouse.move(*shape.majorAxisPt()).frame().press().to("21.0N 157.7W").from("21.0N 158.0W");
-        EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("21.0N 157.7W")).meters, 100.0);
-        mouse.to("21.05N 158.1W");
-        EXPECT_NEAR(shape.majorAxis(), geodesic(center, place("21.0N 157.7W")).meters, 100.0);
+        EXPECT_NEAR(shape.minorAxis(), geodesic(*shape.centerPt(), place("20.9N 158.0W")).meters, 100.0);
         overlay.clearShapes(false);
     }
 }
@@ -310,25 +207,12 @@ TEST_F(CylinderTools, PointsAreShownOnlyWhenWanted) {
     EXPECT_EQ(stateOf(shape), Tool::Hovering);
     shape.setShowPoints(false);
     EXPECT_EQ(stateOf(shape), Tool::Complete);
+    shape.setShowPoints(true);
+    mouse.frame();
+    EXPECT_TRUE(shape.isEditPointShown(CylinderShape::EditPoint::Center));
     shape.setShown(false);
     EXPECT_EQ(stateOf(shape), Tool::Inactive);
-}
-
-TEST_F(CylinderTools, WhatThePanelSetsIsSeenByTheActiveTool) {
-    auto& shape = start(CylinderShape::Circle);
-    shape.setCenter(place("21.0N 158.0W"));
-    shape.setMajorRadius(10000.0);
-    mouse.frame();
-    EXPECT_EQ(stateOf(shape), Tool::Complete);
-    EXPECT_EQ(view.painted.size(), 3u);
-    mouse.move("20.9N 158.2W").press();
-    EXPECT_EQ(mouse.result, 0) << "there is nothing left to place";
-    mouse.from("21.0N 158.0W").to("21.05N 158.0W");
-    EXPECT_NEAR(shape.centerPt()->lat(), 21.05 * kDegree, 1e-5);
-
-    shape.setMajorRadius(0.0);
-    mouse.move("20.9N 158.2W").frame();
-    EXPECT_EQ(stateOf(shape), Tool::Placing) << "the radius is wanted again";
+    EXPECT_FALSE(shape.isEditPointShown(CylinderShape::EditPoint::Center));
 }
 
 TEST_F(CylinderTools, PointsThatGoWhileTheyAreDraggedAreForgotten) {
@@ -337,7 +221,7 @@ TEST_F(CylinderTools, PointsThatGoWhileTheyAreDraggedAreForgotten) {
     EXPECT_EQ(stateOf(shape), Tool::Dragging);
     shape.clear();
     mouse.move("21.05N 158.0W").frame().wheel(120).release().frame();
-    EXPECT_TRUE(isEmpty(shape));
+    EXPECT_FALSE(shape.centerPt() || shape.majorAxisPt());
     EXPECT_EQ(stateOf(shape), Tool::Placing) << "to be drawn afresh";
     mouse.from("21.0N 158.0W").to("21.1N 158.0W");
     EXPECT_EQ(stateOf(shape), Tool::Complete);

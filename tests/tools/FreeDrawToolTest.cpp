@@ -76,14 +76,6 @@ TEST_F(FreeDrawTool, ALineOfOnePointIsDropped) {
     EXPECT_EQ(mouse.result, 0);
 }
 
-TEST_F(FreeDrawTool, DrawsAtTheWorkingAltitude) {
-    auto& shape = begin();
-    mouse.move("21.0N 158.0W").wheel(120).wheel(240).press().move("21.1N 158.0W").release();
-    ASSERT_EQ(lengths(shape), Lengths{2});
-    EXPECT_EQ(shape.lines()[0][1].alt(), 0.01 * 1.25 * 1.25);
-    EXPECT_EQ(shape.lines()[0][1].lat(), place("21.1N 158.0W").lat());
-}
-
 TEST_F(FreeDrawTool, TheShapeMayChangeOrGoInMidLine) {
     auto& shape = begin();
     mouse.moveToPixel(100, 300).press().moveToPixel(110, 300);

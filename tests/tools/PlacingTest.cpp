@@ -33,6 +33,7 @@ const Setting kSettings[] = {{"on the ground", degrees(21.0, -158.0, 2e4), false
                              {"4 km up", degrees(21.0, -158.0, 2e4), true, 0.0},
                              {"above the eye", degrees(21.0, -158.0, 3e3), true, 0.0},
                              {"about the pole", degrees(89.99, 30.0, 2e4), true, 0.0},
+                             {"beside the pole", degrees(89.99, 30.0, 2e4), false, 0.0},
                              {"on a jet", degrees(64.0, 179.97, 2e4), false, 300.0 / 6.4e6},
                              {"on a jet, 4 km up", degrees(64.0, 179.97, 2e4), true, 300.0 / 6.4e6}};
 
@@ -103,6 +104,9 @@ TEST_F(Placing, PutsPointsWhereTheCursorWas) {
             const bool waits = dynamic_cast<const AnnotationShape*>(&shape);
             mouse.press();
             EXPECT_TRUE(waits || isPlaced(shape, at(420, 320)));
+            if (&setting == kSettings && !waits) {
+                EXPECT_EQ(placesOf(shape).front(), at(420, 320)) << "exactly";
+            }
             mouse.frame().moveToPixel(520, 250).frame().release();
             EXPECT_TRUE(isPlaced(shape, at(520, 250)));
             mouse.frame();
@@ -125,6 +129,12 @@ TEST_F(Placing, AClickIsOnePointAndTakesAPointWithoutMovingIt) {
                 dynamic_cast<const PolygonShape*>(&shape) || dynamic_cast<const AnnotationShape*>(&shape);
             mouse.press().frame().release().frame();
             EXPECT_EQ(placesOf(shape).size(), stays ? 1U : 0U);
+
+            Shape& lost = begin(*kind, setting);
+            mouse.press().moveToPixel(520, 250).frame().moveOffTheEarth().release().frame();
+            const bool goesOn = dynamic_cast<const FreeDrawShape*>(&lost);
+            EXPECT_EQ(placesOf(lost).empty(), !goesOn) << "released off the earth";
+            EXPECT_EQ(mouse.result, goesOn ? 1 : 0);
 
             Shape& drawn = begin(*kind, setting);
             mouse.press().moveToPixel(520, 250).frame().release().frame();
@@ -150,6 +160,47 @@ TEST_F(Placing, AClickIsOnePointAndTakesAPointWithoutMovingIt) {
                 EXPECT_TRUE(*drawn.state() == *before);
             }
         }
+}
+
+/// What is flat stays so, and what is carried keeps what it is about.
+TEST_F(Placing, APointIsLiftedAndDraggedAloneOrWithTheWholeShape) {
+    const double altitude = 0.01 * 1.25 * 1.25;
+    for (const Setting& setting : {kSettings[0], kSettings[4]})
+        for (const Shape* const kind : registry.getShapes())
+            for (std::size_t i = 0, count = 1; i < count; ++i) {
+                SCOPED_TRACE(kind->name() + ", " + setting.name + ", point " + std::to_string(i));
+                Shape& shape = begin(*kind, setting);
+                mouse.press().moveToPixel(520, 250).frame().release().frame();
+                if (stateOf(shape) == Tool::Placing)
+                    mouse.moveToPixel(300, 380).press().moveToPixel(385, 180).frame().release();
+                const std::vector<Vec3> before = placesOf(shape);
+                count = before.size();
+                mouse.moveToPixel(30, 30).frame().move(before[i]);
+                if (dynamic_cast<const FreeDrawShape*>(&shape)) continue;
+                ASSERT_EQ(stateOf(shape), Tool::Hovering);
+                mouse.wheel(120).wheel(240);
+                const std::vector<Vec3> after = placesOf(shape);
+                ASSERT_EQ(after.size(), count);
+                const bool isAlone = dynamic_cast<const PolygonShape*>(&shape);
+                for (std::size_t k = 0; k < count; ++k) {
+                    EXPECT_EQ(after[k].alt(), k == i || !isAlone ? altitude : 0.0);
+                    EXPECT_LT(geodesic(before[k], after[k]).meters, 1e-6);
+                }
+                mouse.frame().press().moveToPixel(460, 350).frame().release();
+                const std::vector<Vec3> moved = placesOf(shape);
+                const Vec3 cursor = at(460, 350);
+                const double pixel = view.projection().metersPerPixel(halCore::toEcef(cursor));
+                if (!dynamic_cast<const CylinderShape*>(&shape)) {
+                    for (std::size_t k = 0; k < count; ++k)
+                        EXPECT_LT(geodesic(moved[k], k == i ? cursor : after[k]).meters,
+                                  k == i ? pixel : 1e-6);
+                } else if (i < 2 || (kind->name() != "Arc" && kind->name() != "Wedge")) {
+                    // What lies about a centre keeps to its axis.
+                    EXPECT_NEAR(geodesic(moved[0], moved[i]).meters,
+                                i == 0 ? 0.0 : geodesic(moved[0], cursor).meters, pixel);
+                    EXPECT_TRUE(isPlaced(shape, cursor));
+                }
+            }
 }
 
 TEST_F(Placing, ATypedAltitudeIsTheTools) {
@@ -194,7 +245,7 @@ TEST_F(Placing, WhatTheHostCannotShowYetIsDrawn) {
 }
 
 TEST_F(Placing, ALabelGoesOnMeasuringWhenThePointIsLetGo) {
-    Shape& line = begin(*registry.getShapeByName("Line"), kSettings[4]);
+    Shape& line = begin(*registry.getShapeByName("Line"), kSettings[5]);
     mouse.press().release().moveToPixel(520, 250).press().release().frame();
     const auto meters = [&] { return geodesic(placesOf(line)[0], placesOf(line)[1]).meters; };
     preferences.setRangeUnits(UTILS::UnitType_t::Meters);
