@@ -24,14 +24,19 @@ void useFontOfFiles(AnnotationShape& label) {
 
 }  // namespace
 
-SerializeToShape::Faces::Faces(Shape* shape)
-    : line(dynamic_cast<BaseLineShape*>(shape)),
-      filled(dynamic_cast<BaseFilledShape*>(shape)),
-      cylinder(dynamic_cast<CylinderShape*>(shape)),
-      orbit(dynamic_cast<OrbitShape*>(shape)),
-      polygon(dynamic_cast<PolygonShape*>(shape)),
-      rectangle(dynamic_cast<RectangleShape*>(shape)),
-      annotation(dynamic_cast<AnnotationShape*>(shape)) {}
+SerializeToShape::Faces::Faces(Shape* shape) {
+    // Most are lines and polygons; each question takes its time.
+    if (!shape) return;
+    if ((polygon = dynamic_cast<PolygonShape*>(shape)))
+        filled = polygon;
+    else if ((cylinder = dynamic_cast<CylinderShape*>(shape)))
+        filled = cylinder, orbit = dynamic_cast<OrbitShape*>(shape);
+    else if ((rectangle = dynamic_cast<RectangleShape*>(shape)))
+        filled = rectangle;
+    else if (!(annotation = dynamic_cast<AnnotationShape*>(shape)))
+        filled = dynamic_cast<BaseFilledShape*>(shape);
+    line = filled ? filled : dynamic_cast<BaseLineShape*>(shape);
+}
 
 void SerializeToShape::beginShape(ShapeType type, unsigned long platformId) {
     const ShapeKind* const kind = kindReadFrom(type);

@@ -53,13 +53,13 @@ class SerializeToShape final : public Serializer {
     struct Faces {
         explicit Faces(Shape* shape);
 
-        BaseLineShape* line;
-        BaseFilledShape* filled;
-        CylinderShape* cylinder;
-        OrbitShape* orbit;
-        PolygonShape* polygon;
-        RectangleShape* rectangle;
-        AnnotationShape* annotation;
+        BaseLineShape* line = nullptr;
+        BaseFilledShape* filled = nullptr;
+        CylinderShape* cylinder = nullptr;
+        OrbitShape* orbit = nullptr;
+        PolygonShape* polygon = nullptr;
+        RectangleShape* rectangle = nullptr;
+        AnnotationShape* annotation = nullptr;
     };
 
     void take_(Use use, const PlacedPoint& point);
