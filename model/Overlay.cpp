@@ -9,6 +9,7 @@
 #include "model/BlockRewriter.h"
 #include "model/Shape.h"
 #include "pi/EntryScope.h"
+#include "pi/Guard.h"
 
 namespace OverlayEditor {
 namespace {
@@ -230,7 +231,10 @@ bool Overlay::workOff(Slice& slice) {
         Shape* const shape = shapeOf(*toDisplay_.begin());
         toDisplay_.erase(toDisplay_.begin());
         if (!shape) continue;
-        shape->displayNow();
+        guarded("A shape on its way to the host", 0, [&] {
+            shape->displayNow();
+            return 0;
+        });
         // What cannot be displayed is marked in other ways.
         if (!shape->isDisplayed()) ++revision_;
         if (slice.isOver(unitsToDisplay(*shape))) return toDisplay_.empty();
