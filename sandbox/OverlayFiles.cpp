@@ -1,8 +1,8 @@
 #include "sandbox/OverlayFiles.h"
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
+#include <ranges>
 #include <sstream>
 #include <utility>
 
@@ -10,6 +10,7 @@
 #include "common/Notify.h"
 #include "common/NumberText.h"
 #include "format/Parser.h"
+#include "format/TextReading.h"
 #include "geo/Angles.h"
 #include "sandbox/Log.h"
 #include "sandbox/OverlayNotes.h"
@@ -60,21 +61,6 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
     : scene_(scene), scenario_(scenario), handles_(handles), log_(log) {
     connect(&scenario, &Scenario::platformMoved, this, &OverlayFiles::platformChanged);
     connect(&scenario, &Scenario::platformRemoved, this, &OverlayFiles::platformRemoved);
-    turn_.setSingleShot(true);
-    connect(&turn_, &QTimer::timeout, this, &OverlayFiles::readOn);
-}
-
-OverlayFiles::Coming::Coming(std::unique_ptr<LoadedOverlay> with)
-    : overlay(std::move(with)), text(overlay->text, shapes, report) {}
-
-bool OverlayFiles::Coming::goOn(Slice& slice) {
-    constexpr std::size_t bytes = std::size_t{64} << 10;
-    constexpr std::size_t bytesOfAUnit = 256;
-    while (!isRead) {
-        isRead = text.goOn(bytes);
-        if (slice.isOver(bytes / bytesOfAUnit)) break;
-    }
-    return isRead;
 }
 
 void OverlayFiles::report(LoadedOverlay& overlay, halCore::ZEL::ParseReport report,
@@ -140,88 +126,76 @@ LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t pla
     return addFile(std::move(overlay), std::move(shapes));
 }
 
-// What is read in the pauses
-
-void OverlayFiles::loadFileSoon(const std::string& path, std::function<void(bool)> then) {
-    waiting_.push_back({.path = path, .then = std::move(then), .coming = nullptr, .begun = {}});
-    if (waiting_.size() == 1) readOn();
-}
-
-void OverlayFiles::readOn() {
-    // What is small is read at once, whatever the clock says.
-    constexpr std::size_t atLeast = 4000;
-    constexpr std::chrono::milliseconds atOnce{40};
-    constexpr int untoldMilliseconds = 1000;
-    while (!waiting_.empty()) {
-        Waiting& first = waiting_.front();
-        if (!first.coming) {
-            auto overlay = open(first.path, 0, true);
-            if (!overlay) {
-                if (const Waiting gone = takeFirst(); gone.then) gone.then(false);
-                continue;
-            }
-            first.begun.start();
-            first.coming = std::make_unique<Coming>(std::move(overlay));
-        }
-        Slice slice(atLeast, atOnce);
-        if (!first.coming->goOn(slice)) {
-            const std::size_t size = first.coming->overlay->text.size();
-            if (first.begun.elapsed() > untoldMilliseconds)
-                emit reading(QString::fromStdString(first.path),
-                             static_cast<int>(100 * first.coming->text.done() / size));
-            turn_.start();
-            return;
-        }
-        const std::unique_ptr<Coming> coming = std::move(first.coming);
-        const Waiting read = takeFirst();
-        bool shown = !findAll(read.path).empty();  // a plug-in has been faster
-        if (!shown) {
-            report(*coming->overlay, std::move(coming->report), coming->shapes);
-            shown = addFile(std::move(coming->overlay), std::move(coming->shapes)) != nullptr;
-        }
-        if (read.then) read.then(shown);
+/// An overlay whose text is being read.
+class OverlayFiles::Coming final : public ComingFile {
+  public:
+    Coming(OverlayFiles& files, std::unique_ptr<LoadedOverlay> with)
+        : files_(files), overlay_(std::move(with)), text_(overlay_->text, shapes_, report_) {
+        const auto standing = files_.findAll(overlay_->path);
+        isRead_ = !standing.empty() && std::ranges::all_of(standing, [this](const LoadedOverlay* stands) {
+            return stands->text == overlay_->text;
+        });
     }
-}
 
-OverlayFiles::Waiting OverlayFiles::takeFirst() {
-    Waiting first = std::move(waiting_.front());
-    waiting_.pop_front();
-    emit reading({}, 0);
-    return first;
-}
-
-void OverlayFiles::cancelReading() {
-    if (waiting_.empty()) return;
-    const Waiting ended = takeFirst();
-    log_.add(
-        halNotify::Warning, "host",
-        QString("overlay file %1 is not opened: it was canceled").arg(QString::fromStdString(ended.path)));
-    if (ended.then) ended.then(false);
-    if (!waiting_.empty()) turn_.start();
-}
-
-void OverlayFiles::cancelAllReading() {
-    while (!waiting_.empty()) cancelReading();
-    turn_.stop();
-}
-
-bool OverlayFiles::reload(LoadedOverlay& overlay) {
-    LoadedOverlay fresh(scene_);
-    fresh.path = overlay.path;
-    fresh.platform = overlay.platform;
-    if (const std::string error = UTILS::readFile(overlay.path, fresh.text); !error.empty()) {
-        log_.add(halNotify::Error, "host",
-                 QString("%1 cannot be opened: %2").arg(overlay.describe(), QString::fromStdString(error)));
-        return false;
+    bool goOn(Slice& slice) override {
+        constexpr std::size_t bytes = std::size_t{64} << 10;
+        constexpr std::size_t bytesOfAUnit = 256;
+        while (!isRead_) {
+            isRead_ = text_.goOn(bytes);
+            if (slice.isOver(bytes / bytesOfAUnit)) break;
+        }
+        return isRead_;
     }
-    if (fresh.text == overlay.text) return true;
-    auto shapes = read(fresh);
+    int percent() const override {
+        return static_cast<int>(100 * text_.done() / std::max<std::size_t>(overlay_->text.size(), 1));
+    }
+    bool show() override {
+        const auto standing = files_.findAll(overlay_->path);
+        if (standing.empty()) {
+            files_.report(*overlay_, std::move(report_), shapes_);
+            return files_.addFile(std::move(overlay_), std::move(shapes_)) != nullptr;
+        }
+        bool good = files_.renew(*standing.front(), *overlay_, std::move(report_), std::move(shapes_));
+        for (LoadedOverlay* const other : standing | std::views::drop(1))
+            good = files_.reload(*other) && good;
+        return good;
+    }
+
+  private:
+    OverlayFiles& files_;
+    std::unique_ptr<LoadedOverlay> overlay_;
+    OverlayScene::Shapes shapes_;
+    halCore::ZEL::ParseReport report_;
+    halCore::ZEL::TextReading text_;
+    bool isRead_ = false;
+};
+
+std::unique_ptr<ComingFile> OverlayFiles::comingFile(const std::string& path) {
+    auto overlay = open(path, 0, true);
+    return overlay ? std::make_unique<Coming>(*this, std::move(overlay)) : nullptr;
+}
+
+bool OverlayFiles::renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,
+                         OverlayScene::Shapes shapes) {
+    if (read.text == overlay.text) return true;
+    read.platform = overlay.platform;
+    this->report(read, std::move(report), shapes);
     if (shapes.empty()) return false;
-    overlay.text = std::move(fresh.text);
-    overlay.messages = std::move(fresh.messages);
+    overlay.text = std::move(read.text);
+    overlay.messages = std::move(read.messages);
     scene_.replace(overlay.sceneId, std::move(shapes));
     emit filesChanged();
     return true;
+}
+
+bool OverlayFiles::reload(LoadedOverlay& overlay) {
+    const auto fresh = open(overlay.path, overlay.platform, true);
+    if (!fresh) return false;
+    halCore::ZEL::ParseReport told;
+    OverlayScene::Shapes shapes;
+    if (fresh->text != overlay.text)
+        halCore::ZEL::Parser().parse(std::string_view(fresh->text), shapes, told);
+    return renew(overlay, *fresh, std::move(told), std::move(shapes));
 }
 
 LoadedOverlay* OverlayFiles::loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner) {

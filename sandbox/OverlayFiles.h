@@ -1,23 +1,18 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
-#include <QTimer>
 #include <cstdint>
-#include <deque>
-#include <functional>
 #include <istream>
 #include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "common/Slice.h"
 #include "format/ParseReport.h"
-#include "format/TextReading.h"
 #include "globe/OverlayScene.h"
 #include "pi/HostObservers.h"
 #include "pi/HostStructures.h"
+#include "sandbox/ComingFile.h"
 #include "sandbox/HandleRegistry.h"
 
 namespace sandbox {
@@ -56,12 +51,9 @@ class OverlayFiles : public QObject {
 
     /// Null when the file cannot be read or holds no shape.
     LoadedOverlay* loadFile(const std::string& path, std::uint64_t platform, bool shown);
-    /// The same for a file that the user waits for: a large one is read in the pauses of the event loop, one
-    /// file after the other. `then` is told whether it is shown, at once or later.
-    void loadFileSoon(const std::string& path, std::function<void(bool shown)> then);
-    /// Ends the reading that is under way, or all that wait, too.
-    void cancelReading();
-    void cancelAllReading();
+    /// The same for a file that the user waits for, on no platform; what shows the file already, wherever,
+    /// shows what it holds now. Null, with a message, when it cannot be read.
+    std::unique_ptr<ComingFile> comingFile(const std::string& path);
     /// Cheap enough for every mouse move: nothing but the scene hears of it. Null when there is no shape.
     LoadedOverlay* loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner);
     /// Reads the file again; the overlay stays what it is to those who know it. What was read last stands
@@ -95,8 +87,6 @@ class OverlayFiles : public QObject {
   signals:
     /// The files or what is shown of them have changed.
     void filesChanged();
-    /// A large file is being read, so many percent of it; "" when none is.
-    void reading(const QString& path, int percent);
 
   private:
     struct Observer {
@@ -104,24 +94,7 @@ class OverlayFiles : public QObject {
         Plugin* owner;
     };
 
-    /// An overlay whose text is being read.
-    struct Coming {
-        explicit Coming(std::unique_ptr<LoadedOverlay> with);
-        /// \return whether all is read
-        bool goOn(Slice& slice);
-
-        std::unique_ptr<LoadedOverlay> overlay;
-        OverlayScene::Shapes shapes;
-        halCore::ZEL::ParseReport report;
-        halCore::ZEL::TextReading text;
-        bool isRead = false;
-    };
-    struct Waiting {
-        std::string path;
-        std::function<void(bool shown)> then;
-        std::unique_ptr<Coming> coming;  ///< null until it is its turn
-        QElapsedTimer begun;
-    };
+    class Coming;
     /// Null, with a message, when the file cannot be read.
     std::unique_ptr<LoadedOverlay> open(const std::string& path, std::uint64_t platform, bool shown);
     /// Takes what reading had to say, and reports it.
@@ -129,8 +102,9 @@ class OverlayFiles : public QObject {
     OverlayScene::Shapes read(LoadedOverlay& overlay);
     LoadedOverlay* add(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes, Plugin* owner);
     LoadedOverlay* addFile(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes);
-    void readOn();
-    Waiting takeFirst();
+    /// What was read takes the place of what an overlay was; that stands when nothing was read.
+    bool renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,
+               OverlayScene::Shapes shapes);
     void platformChanged(std::uint64_t id);
     void platformRemoved(std::uint64_t id);
     template <typename Event>
@@ -141,8 +115,6 @@ class OverlayFiles : public QObject {
     HandleRegistry& handles_;
     Log& log_;
     std::vector<Observer> observers_;
-    std::deque<Waiting> waiting_;
-    QTimer turn_;
 };
 
 }  // namespace sandbox

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -14,6 +15,7 @@
 #include "sandbox/MainWindow.h"
 #include "sandbox/OverlayFiles.h"
 #include "sandbox/Settings.h"
+#include "sandbox/scenario/PlatformFile.h"
 #include "sandbox/scenario/Scenario.h"
 #include "sandbox/services/FileDialogs.h"
 
@@ -47,7 +49,8 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
       window_(window),
       dialogs_(dialogs),
       settings_(settings),
-      log_(log) {
+      log_(log),
+      queue_(log) {
     connect(&window_, &MainWindow::openOverlayRequested, this, [this] {
         ask("Open Overlay", "LastOverlay",
             {"Overlays\t*.zel *.ll *.lla *.xy *.xyz *.rxy *.rxyz", "All files\t*"});
@@ -60,8 +63,8 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
                 if (isPlatformFile(path) == platforms) openSoon(path);
     });
     connect(&overlays_, &OverlayFiles::filesChanged, this, &UserFiles::watch);
-    connect(&overlays_, &OverlayFiles::reading, &window_, &MainWindow::showReading);
-    connect(&window_, &MainWindow::readingCanceled, &overlays_, &OverlayFiles::cancelReading);
+    connect(&queue_, &FileQueue::reading, &window_, &MainWindow::showReading);
+    connect(&window_, &MainWindow::readingCanceled, &queue_, &FileQueue::cancel);
     connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& path) {
         changed_.insert(path);
         readSoon_.start();
@@ -74,44 +77,112 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
 
 bool UserFiles::open(const QString& path) {
     const QString whole = QFileInfo(path).absoluteFilePath();
-    const bool opened = isPlatformFile(whole)     ? openPlatforms(whole)
-                        : isOfOtherProgram(whole) ? openConverted(whole)
-                                                  : openOverlay(whole);
+    const auto file = coming(whole);
+    if (!file) return false;
+    file->finish();
+    const bool opened = file->show();
     if (opened) remember(whole);
     return opened;
 }
 
 void UserFiles::openSoon(const QString& path, std::function<void(bool)> then) {
     const QString whole = QFileInfo(path).absoluteFilePath();
-    const bool isNew = overlays_.findAll(whole.toStdString()).empty();
-    if (isPlatformFile(whole) || isOfOtherProgram(whole) || !isNew) {
-        const bool opened = open(whole);
-        if (then) then(opened);
-        return;
-    }
-    overlays_.loadFileSoon(whole.toStdString(), [this, whole, then = std::move(then)](bool shown) {
-        if (shown) remember(whole);
-        if (then) then(shown);
-    });
+    queue_.add(
+        whole, [this, whole] { return coming(whole); },
+        [this, whole, then = std::move(then)](bool shown) {
+            if (shown) remember(whole);
+            if (then) then(shown);
+        });
 }
 
 void UserFiles::closeAll() {
-    overlays_.cancelAllReading();
+    queue_.cancelAll();
     for (LoadedOverlay* overlay : overlays_.files()) overlays_.unload(*overlay);
     platformFiles_.clear();
     scenario_.clear(PIApplicationEvents_t::ScenarioCleared);
     watch();
 }
 
-bool UserFiles::openOverlay(const QString& path) {
-    const auto loaded = overlays_.findAll(path.toStdString());
-    if (loaded.empty()) return overlays_.loadFile(path.toStdString(), 0, true) != nullptr;
-    bool good = true;
-    for (LoadedOverlay* overlay : loaded) good = overlays_.reload(*overlay) && good;
-    return good;
+/// The platforms of a file, while they are read.
+class UserFiles::ComingPlatforms final : public ComingFile {
+  public:
+    ComingPlatforms(UserFiles& files, const QString& path, std::string text)
+        : files_(files), path_(path), text_(std::move(text)), reading_(text_, Scenario::kReferenceYear) {}
+
+    bool goOn(Slice& slice) override {
+        constexpr std::size_t bytes = std::size_t{16} << 10;
+        constexpr std::size_t bytesOfAUnit = 16;
+        while (!reading_.goOn(bytes))
+            if (slice.isOver(bytes / bytesOfAUnit)) return false;
+        return true;
+    }
+    int percent() const override {
+        return static_cast<int>(100 - 100 * reading_.left() / std::max<std::size_t>(text_.size(), 1));
+    }
+    bool show() override { return files_.show(path_, reading_.take()); }
+
+  private:
+    UserFiles& files_;
+    QString path_;
+    std::string text_;
+    PlatformFileReading reading_;
+};
+
+/// An overlay that the zel command makes of a file of another program.
+class UserFiles::ComingConverted final : public ComingFile {
+  public:
+    ComingConverted(UserFiles& files, const QString& program, const QString& path, const QString& overlay)
+        : files_(files), overlay_(overlay) {
+        zel_.setProcessChannelMode(QProcess::MergedChannels);
+        zel_.start(program, {"convert", path, overlay});
+    }
+    ~ComingConverted() override {
+        if (zel_.state() == QProcess::NotRunning) return;
+        zel_.kill();
+        zel_.waitForFinished(-1);
+        QFile::remove(overlay_);
+    }
+
+    bool goOn(Slice& slice) override {
+        if (zel_.state() != QProcess::NotRunning) return false;
+        if (!std::exchange(isMade_, true)) {
+            for (const QByteArray& line : zel_.readAll().split('\n'))
+                if (!line.trimmed().isEmpty())
+                    files_.log_.add(halNotify::Warning, "host", QString::fromUtf8(line));
+            if (QFileInfo::exists(overlay_)) made_ = files_.overlays_.comingFile(overlay_.toStdString());
+        }
+        return !made_ || made_->goOn(slice);
+    }
+    void finish() override {
+        zel_.waitForFinished(-1);
+        ComingFile::finish();
+    }
+    int percent() const override { return made_ ? made_->percent() : 0; }
+    int pauseMilliseconds() const override { return isMade_ ? 0 : kLookMilliseconds; }
+    bool show() override { return made_ && made_->show(); }
+
+  private:
+    static constexpr int kLookMilliseconds = 20;
+
+    UserFiles& files_;
+    QString overlay_;
+    QProcess zel_;
+    bool isMade_ = false;
+    std::unique_ptr<ComingFile> made_;
+};
+
+std::unique_ptr<ComingFile> UserFiles::coming(const QString& path) {
+    if (isOfOtherProgram(path)) return comingConverted(path);
+    if (!isPlatformFile(path)) return overlays_.comingFile(path.toStdString());
+    std::string text;
+    const std::string error = UTILS::readFile(path.toStdString(), text);
+    if (error.empty()) return std::make_unique<ComingPlatforms>(*this, path, std::move(text));
+    log_.add(halNotify::Error, "host",
+             QString("platform file %1 cannot be opened: %2").arg(path, QString::fromStdString(error)));
+    return nullptr;
 }
 
-bool UserFiles::openConverted(const QString& path) {
+std::unique_ptr<ComingFile> UserFiles::comingConverted(const QString& path) {
     const QString program = findZel();
     const QFileInfo file(path);
     QDir directory(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
@@ -121,29 +192,16 @@ bool UserFiles::openConverted(const QString& path) {
             QString("%1 cannot be opened: %2")
                 .arg(path, program.isEmpty() ? "the zel command, which reads such files, is not installed"
                                              : "there is no room for its overlay"));
-        return false;
+        return nullptr;
     }
     // It may be edited and saved, so it stays, and another one takes no other's place.
     QString overlay = directory.absoluteFilePath(file.completeBaseName() + ".zel");
     for (int i = 2; QFileInfo::exists(overlay); ++i)
         overlay = directory.absoluteFilePath(QString("%1-%2.zel").arg(file.completeBaseName()).arg(i));
-    QProcess zel;
-    zel.setProcessChannelMode(QProcess::MergedChannels);
-    zel.start(program, {"convert", path, overlay});
-    zel.waitForFinished(-1);
-    for (const QByteArray& line : zel.readAll().split('\n'))
-        if (!line.trimmed().isEmpty()) log_.add(halNotify::Warning, "host", QString::fromUtf8(line));
-    return QFileInfo::exists(overlay) && openOverlay(overlay);
+    return std::make_unique<ComingConverted>(*this, program, path, overlay);
 }
 
-bool UserFiles::openPlatforms(const QString& path) {
-    std::string text;
-    if (const std::string error = UTILS::readFile(path.toStdString(), text); !error.empty()) {
-        log_.add(halNotify::Error, "host",
-                 QString("platform file %1 cannot be opened: %2").arg(path, QString::fromStdString(error)));
-        return false;
-    }
-    PlatformFile file = readPlatformFile(text, Scenario::kReferenceYear);
+bool UserFiles::show(const QString& path, PlatformFile file) {
     {
         FileMessages told(log_, path);
         for (const PlatformFile::Message& message : file.messages)
@@ -217,10 +275,9 @@ void UserFiles::readChanged() {
             log_.add(halNotify::Warning, "host", path + " is gone from the disk; it stays as it was read");
             continue;
         }
-        if (platformFiles_.contains(path))
-            openPlatforms(path);
-        else if (overlays_.find(path.toStdString()))
-            openOverlay(path);
+        if (platformFiles_.contains(path) || overlays_.find(path.toStdString()))
+            queue_.add(
+                path, [this, path] { return coming(path); }, [this](bool) { watch(); });
     }
     // A file that was replaced is not watched any more.
     watch();

@@ -6,6 +6,9 @@
 #include <QStringList>
 #include <QTimer>
 #include <functional>
+#include <memory>
+
+#include "sandbox/FileQueue.h"
 
 namespace sandbox {
 
@@ -13,6 +16,7 @@ class FileDialogs;
 class Log;
 class MainWindow;
 class OverlayFiles;
+struct PlatformFile;
 class Scenario;
 class Settings;
 
@@ -30,7 +34,7 @@ class UserFiles : public QObject {
     /// Opens platforms by ".csv", files of other programs by their suffixes, overlays by every other name;
     /// what is open already is read again. \return whether anything of it is shown now
     bool open(const QString& path);
-    /// The same for a user who waits: a large overlay is read in the pauses of the event loop. `then` is told
+    /// The same for a user who waits: what is large is read in the pauses of the event loop. `then` is told
     /// what open() would have answered, at once or later.
     void openSoon(const QString& path, std::function<void(bool shown)> then = {});
     /// Those that were opened, in any order.
@@ -39,10 +43,13 @@ class UserFiles : public QObject {
     void closeAll();
 
   private:
-    bool openPlatforms(const QString& path);
-    bool openOverlay(const QString& path);
-    /// Has the zel command make an overlay of a file of another program, and opens that.
-    bool openConverted(const QString& path);
+    class ComingPlatforms;
+    class ComingConverted;
+
+    /// Null, with a message, when it cannot be read.
+    std::unique_ptr<ComingFile> coming(const QString& path);
+    std::unique_ptr<ComingFile> comingConverted(const QString& path);
+    bool show(const QString& path, PlatformFile platforms);
     void attach(const QString& path, std::uint64_t platform);
     void ask(const QString& title, const QString& key, const QStringList& filterRows);
     void remember(const QString& path);
@@ -60,6 +67,7 @@ class UserFiles : public QObject {
     QFileSystemWatcher watcher_;
     QSet<QString> changed_;
     QTimer readSoon_;
+    FileQueue queue_;
 };
 
 }  // namespace sandbox

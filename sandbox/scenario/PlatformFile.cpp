@@ -114,8 +114,10 @@ class Clock {
     double beginSeconds_;
 };
 
+}  // namespace
+
 /// Reads the rows of one file; every row is good or gives one message.
-class Reader {
+class PlatformFileReading::Reader {
   public:
     explicit Reader(int year) : clock_(year) {}
 
@@ -230,22 +232,36 @@ class Reader {
     PlatformFile file_;
 };
 
-}  // namespace
-
 std::optional<double> readScenarioTime(const std::string& text, int year) {
     return Clock(year).read(text);
 }
 
-PlatformFile readPlatformFile(std::string_view text, int year) {
+PlatformFileReading::PlatformFileReading(std::string_view text, int year)
+    : text_(text), reader_(std::make_unique<Reader>(year)) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-    Reader reader(year);
-    for (std::size_t line = 1; !text.empty() && reader.isReadable(); ++line) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        reader.readLine(line, text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
+    if (text_.starts_with(kByteOrderMark)) text_.remove_prefix(kByteOrderMark.size());
+}
+
+PlatformFileReading::~PlatformFileReading() = default;
+
+bool PlatformFileReading::goOn(std::size_t bytes) {
+    const std::size_t before = text_.size();
+    while (!text_.empty() && before - text_.size() < bytes) {
+        const std::size_t end = std::min(text_.find('\n'), text_.size());
+        reader_->readLine(line_++, text_.substr(0, end));
+        text_.remove_prefix(reader_->isReadable() ? std::min(end + 1, text_.size()) : text_.size());
     }
-    return reader.finish();
+    return text_.empty();
+}
+
+PlatformFile PlatformFileReading::take() {
+    return reader_->finish();
+}
+
+PlatformFile readPlatformFile(std::string_view text, int year) {
+    PlatformFileReading reading(text, year);
+    reading.goOn(text.size() + 1);
+    return reading.take();
 }
 
 }  // namespace sandbox

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,7 +41,27 @@ struct PlatformFile {
 /// A time as such a file has it, in seconds since the year began; nothing for any other text.
 std::optional<double> readScenarioTime(const std::string& text, int year);
 
-/// \param year that seconds count from, as the times of the tracks do
+/// Reads such a file a part at a time.
+class PlatformFileReading {
+  public:
+    /// \param text only referred to \param year that seconds count from, as the times of the tracks do
+    PlatformFileReading(std::string_view text, int year);
+    ~PlatformFileReading();
+
+    /// Reads whole rows, about so many bytes. \return whether nothing is left
+    bool goOn(std::size_t bytes);
+    /// Bytes that are left.
+    std::size_t left() const { return text_.size(); }
+    /// What was read; to be called once.
+    PlatformFile take();
+
+  private:
+    class Reader;
+    std::string_view text_;
+    std::size_t line_ = 1;
+    std::unique_ptr<Reader> reader_;
+};
+
 PlatformFile readPlatformFile(std::string_view text, int year);
 
 }  // namespace sandbox

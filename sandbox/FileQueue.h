@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <deque>
+#include <functional>
+#include <memory>
+
+#include "sandbox/ComingFile.h"
+
+namespace sandbox {
+
+class Log;
+
+/// The files that a user waits for: large ones are read in the pauses of the event loop, one file after the
+/// other.
+class FileQueue : public QObject {
+    Q_OBJECT
+
+  public:
+    using Open = std::function<std::unique_ptr<ComingFile>()>;
+
+    explicit FileQueue(Log& log);
+    /// \param open called when it is the file's turn; null for a file that cannot be read
+    /// \param then told whether it is shown, at once or later; may be empty
+    void add(const QString& path, Open open, std::function<void(bool shown)> then);
+    /// Ends the reading that is under way, or all that wait, too.
+    void cancel();
+    void cancelAll();
+
+  signals:
+    /// A large file is being read, so many percent of it; "" when none is.
+    void reading(const QString& path, int percent);
+
+  private:
+    struct Waiting {
+        QString path;
+        Open open;
+        std::function<void(bool shown)> then;
+        std::unique_ptr<ComingFile> coming;  ///< null until it is its turn
+        QElapsedTimer begun;
+    };
+    void readOn();
+    Waiting takeFirst();
+
+    Log& log_;
+    std::deque<Waiting> waiting_;
+    QTimer turn_;
+};
+
+}  // namespace sandbox
