@@ -34,7 +34,7 @@ int edit(const EditOptions& options) {
         OverlayEditor::Document document(preferences, overlay);
         document.history().keepNothing();
         said.clear();
-        auto reading = document.read(text, file);
+        auto reading = document.read(std::move(text), file);
         OverlayEditor::Overlay::Losses losses;
         if (reading.loaded.error.empty()) {
             document.take(std::move(reading));
@@ -43,6 +43,7 @@ int edit(const EditOptions& options) {
         } else {
             // What cannot be loaded is not saved either.
             said = {reading.loaded.error};
+            text = reading.loaded.source->text();
         }
         progress.hide();
         std::cout << text;

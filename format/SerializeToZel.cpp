@@ -79,19 +79,11 @@ ZEL::LineStyle zelLineStyle(Serializer::LineStyle style) {
     return ZEL::LineStyle::Solid;
 }
 
-/// Every block names its units. The reader's defaults are feet and yards, whose scales here are not those of
-/// other programs; metres and degrees mean the same to everybody, and a typed 1000 stands as 1000.
-ZEL::UnitsState metricUnits() {
-    ZEL::UnitsState units;
-    units.setAltitudeUnits(halCore::Units::METERS);
-    units.setRangeUnits(halCore::Units::METERS);
-    units.setAngleUnits(halCore::Units::DEGREES);
-    return units;
-}
-
 }  // namespace
 
-SerializeToZel::SerializeToZel() : units_(metricUnits()) {}
+// Every block names its units. The reader's defaults are feet and yards, whose scales here are not those of
+// other programs; metres and degrees mean the same to everybody, and a typed 1000 stands as 1000.
+SerializeToZel::SerializeToZel() : units_(ZEL::UnitsState::metric()) {}
 
 void SerializeToZel::beginShape(ShapeType type, unsigned long platformId) {
     auto shape = makeShape(type, platformId != 0);

@@ -40,6 +40,17 @@ UnitsState UnitsState::parse(const ParsedShape& record, const UnitsRegistry& reg
     return state;
 }
 
+const UnitsState& UnitsState::metric() {
+    static const UnitsState metric = [] {
+        UnitsState units;
+        units.setAltitudeUnits(Units::METERS);
+        units.setRangeUnits(Units::METERS);
+        units.setAngleUnits(Units::DEGREES);
+        return units;
+    }();
+    return metric;
+}
+
 std::shared_ptr<const Units> UnitsState::shared_(const Units& units) {
     if (!units.isValid()) return nullptr;
     for (const Units* const common : {&Units::METERS, &Units::DEGREES, &Units::FEET, &Units::YARDS})

@@ -43,6 +43,13 @@ class UnitsState {
     /// registry by abbreviation, then by name. Invalid units when nothing matches.
     static Units resolve(std::string_view text, const UnitsRegistry& registry);
 
+    /// Metres and degrees, as editors write most shapes.
+    static const UnitsState& metric();
+    /// Whether both are the same for certain: units that are not predefined never are.
+    bool isSurely(const UnitsState& other) const {
+        return altitude_ == other.altitude_ && range_ == other.range_ && angle_ == other.angle_;
+    }
+
   private:
     static std::shared_ptr<const Units> shared_(const Units& units);
 

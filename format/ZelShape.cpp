@@ -41,6 +41,15 @@ void serializeComment(TextWriter& writer, std::string_view comment) {
 
 const UnitsState ZelShape::kDefaultUnits;
 
+void ZelShape::setOriginalUnits(const UnitsState& units) {
+    if (units.isSurely(UnitsState::metric())) {
+        units_ = &UnitsState::metric();
+    } else {
+        extras_().units = units;
+        units_ = &rare_->units;
+    }
+}
+
 std::string_view ZelShape::shapeTypeToString(ShapeType type) {
     const auto index = static_cast<std::size_t>(type);
     return index < kKeywords.size() ? kKeywords[index] : std::string_view();

@@ -106,8 +106,8 @@ class ZelShape {
     void setComments(std::vector<std::string> lines) { comments_ = std::move(lines); }
 
     /// The units the shape was read with; the writer uses them again.
-    const UnitsState& originalUnits() const { return rare_ ? rare_->units : kDefaultUnits; }
-    void setOriginalUnits(const UnitsState& units) { extras_().units = units; }
+    const UnitsState& originalUnits() const { return *units_; }
+    void setOriginalUnits(const UnitsState& units);
 
   protected:
     ZelShape(bool relative, bool canExtrude, bool canFollow)
@@ -167,6 +167,8 @@ class ZelShape {
     std::string name_;
     std::vector<std::string> comments_;
     std::unique_ptr<Extras> rare_;
+    /// Its own, or some that many shapes have.
+    const UnitsState* units_ = &kDefaultUnits;
 };
 
 using ZelShapePtr = std::shared_ptr<ZelShape>;

@@ -73,10 +73,7 @@ bool OverlayEditorDialog::dropTyped_() {
 void OverlayEditorDialog::step_(History::Outcome (Document::*step)()) {
     const History& history = document_.history();
     const std::uint64_t before = overlay_->numberOf(current_());
-    const auto stateOf = [&history](std::uint64_t number) {
-        const auto known = history.states().find(number);
-        return known != history.states().end() ? known->second : nullptr;
-    };
+    const auto stateOf = [&history](std::uint64_t number) { return history.states().of(number); };
     const ShapeStatePtr was = stateOf(before);
     noteShownPoint_();
     const History::Outcome outcome = (document_.*step)();

@@ -61,7 +61,7 @@ class AnnotationShape : public Equipped<AnnotationShape, Shape, AnnotationPanel>
     std::uint32_t color_ = 0xFF0000FF;
     std::int32_t fontSize_ = 8;
     std::string fontName_ = "arialbd.ttf";
-    Equipment<AnnotationPanel> equipment_{mouseTool_};
+    Equipment<AnnotationPanel> equipment_;
 };
 
 }  // namespace OverlayEditor

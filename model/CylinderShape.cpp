@@ -62,17 +62,11 @@ const ShapeKind& CylinderShape::kindOf(Subtype subtype) {
 }
 
 CylinderShape::CylinderShape(const CylinderShape& other)
-    : Equipped(other),
-      subtype_(other.subtype_),
-      places_(other.places_),
-      numbers_(other.numbers_),
-      marks_(other.marks_),
-      requiresAllPoints_(other.requiresAllPoints_),
-      heightGiven_(other.heightGiven_) {}
+    : Equipped(other), subtype_(other.subtype_), round_(other.round_) {}
 
 int CylinderShape::serialize(Serializer& serializer) {
     if (!hasKind_() || !hasCenter_()) return 1;
-    if (requiresAllPoints_ && !isComplete()) return 1;
+    if (round_->requiresAllPoints && !isComplete()) return 1;
     serializer.beginShape(kind().written, writtenPlatform_());
     give_(serializer, Serializer::Use::Point, points_.given()[First]);
     if (const double major = majorAxis(); major != 0.0) serializer.setMajorRadius(major);
@@ -93,9 +87,9 @@ bool CylinderShape::isComplete() const {
 // Numbers and points
 
 std::optional<double> CylinderShape::kept_(EditPoint role) const {
-    const SetNumber* const number = numbers_[index_(role)];
-    const auto& center = known_(EditPoint::Center);
-    const auto& place = known_(role);
+    const SetNumber* const number = round_->numbers[index_(role)];
+    const Vec3* const center = round_->places[index_(EditPoint::Center)];
+    const Vec3* const place = round_->places[index_(role)];
     if (!number || !center || !place) return std::nullopt;
     const bool stands = role == EditPoint::Height
                             ? number->center.alt() == center->alt() && number->point.alt() == place->alt()
@@ -104,26 +98,36 @@ std::optional<double> CylinderShape::kept_(EditPoint role) const {
 }
 
 void CylinderShape::keep_(EditPoint role, double value) const {
-    const auto& center = known_(EditPoint::Center);
-    if (center && known_(role)) numbers_.set(index_(role), {value, *center, *known_(role)});
+    const auto center = known_(EditPoint::Center);
+    const auto place = known_(role);
+    if (center && place) round_.change().numbers.set(index_(role), {value, *center, *place});
+}
+
+void CylinderShape::setKnown_(EditPoint role, const std::optional<Vec3>& place) const {
+    auto& places = round_.change().places;
+    if (place)
+        places.set(index_(role), *place);
+    else
+        places.reset(index_(role));
 }
 
 void CylinderShape::place_(EditPoint role, const Vec3& lla) {
-    places_[index_(role)] = lla;
-    marks_.reset(index_(role));
+    setKnown_(role, lla);
+    round_.change().marks.reset(index_(role));
 }
 
 bool CylinderShape::liftMark_(EditPoint role, double meters) {
-    auto& place = places_[index_(role)];
-    if (!place || place->alt() == meters) return false;
-    if (Mark* const mark = marks_[index_(role)]) mark->above += meters - place->alt();
-    place->setAlt(meters);
+    const auto before = known_(role);
+    if (!before || before->alt() == meters) return false;
+    RoundState& round = round_.change();
+    if (Mark* const mark = round.marks[index_(role)]) mark->above += meters - before->alt();
+    round.places[index_(role)]->setAlt(meters);
     return true;
 }
 
 void CylinderShape::turnMark_(EditPoint role, double radians) {
     captureMarks_();
-    if (Mark* const mark = marks_[index_(role)]) mark->azimuth += radians;
+    if (round_->marks[index_(role)]) round_.change().marks[index_(role)]->azimuth += radians;
 }
 
 void CylinderShape::sync_() const {
@@ -131,62 +135,62 @@ void CylinderShape::sync_() const {
         const bool stands = points_.has(position) && isPlace(points_.places()[position]);
         return stands ? std::optional(points_.places()[position]) : std::nullopt;
     };
-    auto& first = places_[index_(EditPoint::Center)];
-    auto& second = places_[index_(EditPoint::MajorAxis)];
+    const auto second = known_(EditPoint::MajorAxis);
     const auto firstNow = placeOf(First);
     const auto secondNow = hasKind_() ? second : placeOf(Second);
-    if (firstNow == first && secondNow == second) return;
+    if (firstNow == known_(EditPoint::Center) && secondNow == second) return;
     captureMarks_();
-    first = firstNow;
-    second = secondNow;
+    setKnown_(EditPoint::Center, firstNow);
+    setKnown_(EditPoint::MajorAxis, secondNow);
     placeMarks_();
 }
 
 void CylinderShape::captureMarks_() const {
     for (std::size_t i = 0; i < kEditPoints; ++i) {
         const auto role = static_cast<EditPoint>(i);
-        if (!isMark_(role) || marks_[i] || !places_[i]) continue;
+        const auto place = known_(role);
+        if (!isMark_(role) || round_->marks[i] || !place) continue;
         const Position anchor = anchorOf_(role);
-        const auto& center = known_(anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
+        const auto center = known_(anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
         if (!center) continue;
-        const auto way = Sodano::inverse(*center, *places_[i]);
-        Mark mark{way.azimuth1, way.distance, places_[i]->alt() - center->alt(), number_(role), anchor};
+        const auto way = Sodano::inverse(*center, *place);
+        Mark mark{way.azimuth1, way.distance, place->alt() - center->alt(), number_(role), anchor};
         if (role == EditPoint::Height) mark.above = mark.number;
-        marks_.set(i, mark);
+        round_.change().marks.set(i, mark);
     }
 }
 
 void CylinderShape::placeMarks_() const {
     for (std::size_t i = 0; i < kEditPoints; ++i) {
         const auto role = static_cast<EditPoint>(i);
-        const Mark* const mark = marks_[i];
-        if (!mark) continue;
-        const auto& center = known_(mark->anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
-        places_[i].reset();
-        if (!center) continue;
-        places_[i] =
-            role == EditPoint::Height ? *center : Sodano::direct(*center, mark->azimuth, mark->distance);
-        places_[i]->setAlt(center->alt() + mark->above);
-        keep_(role, mark->number);
+        if (!round_->marks[i]) continue;
+        const Mark mark = *round_->marks[i];
+        const auto center = known_(mark.anchor == First ? EditPoint::Center : EditPoint::MajorAxis);
+        auto place = center;
+        if (center && role != EditPoint::Height) place = Sodano::direct(*center, mark.azimuth, mark.distance);
+        if (center) place->setAlt(center->alt() + mark.above);
+        setKnown_(role, place);
+        if (center) keep_(role, mark.number);
     }
 }
 
 bool CylinderShape::putCenter_(Position position, const PlacedPoint& point, std::optional<EditPoint> along) {
     sync_();
     if (along) captureMarks_();
-    const Mark* const mark = along ? marks_[index_(*along)] : nullptr;
+    const Mark* const mark = along ? round_->marks[index_(*along)] : nullptr;
     const auto kept = mark ? std::optional(*mark) : std::nullopt;
     if (!putPlaced_(position, point)) return false;
-    auto& place = places_[index_(position == First ? EditPoint::Center : EditPoint::MajorAxis)];
-    if (place && isPlace(points_.place(position))) {
-        place = points_.place(position);
+    const EditPoint center = position == First ? EditPoint::Center : EditPoint::MajorAxis;
+    if (known_(center) && isPlace(points_.place(position))) {
+        setKnown_(center, points_.place(position));
+        RoundState& round = round_.change();
         for (std::size_t i = 0; i < kEditPoints; ++i)
-            if (places_[i]) marks_.reset(i);
+            if (round.places[i]) round.marks.reset(i);
     }
     // From or to nowhere the other points go where it goes.
     sync_();
     if (kept) {
-        marks_.set(index_(*along), *kept);
+        round_.change().marks.set(index_(*along), *kept);
         if (kept->anchor == position) placeMarks_();
     }
     return true;
@@ -194,8 +198,8 @@ bool CylinderShape::putCenter_(Position position, const PlacedPoint& point, std:
 
 void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, double number) {
     if (!centerPt()) {
-        places_[index_(role)].reset();
-        marks_.set(index_(role), {azimuth, meters, 0.0, number});
+        setKnown_(role, std::nullopt);
+        round_.change().marks.set(index_(role), {azimuth, meters, 0.0, number});
         return;
     }
     place_(role, Sodano::direct(*centerPt(), azimuth, meters));
@@ -204,7 +208,7 @@ void CylinderShape::placeAt_(EditPoint role, double azimuth, double meters, doub
 
 void CylinderShape::placeHeight_(double meters) {
     if (!centerPt()) {
-        marks_.set(index_(EditPoint::Height), {0.0, 0.0, meters, meters});
+        round_.change().marks.set(index_(EditPoint::Height), {0.0, 0.0, meters, meters});
         return;
     }
     place_(EditPoint::Height, {centerPt()->lat(), centerPt()->lon(), centerPt()->alt() + meters});
@@ -212,7 +216,7 @@ void CylinderShape::placeHeight_(double meters) {
 }
 
 void CylinderShape::placeOwnHeight_() {
-    if (subtype_ != Ellipsoid || heightGiven_) return;
+    if (subtype_ != Ellipsoid || round_->heightGiven) return;
     if (const double longer = std::max(majorAxis(), minorAxis()); longer > 0.0) placeHeight_(longer);
 }
 
@@ -236,8 +240,8 @@ double CylinderShape::rimDistance_(double azimuth) const {
 }
 
 double CylinderShape::measured_(EditPoint role) const {
-    const auto& center = known_(EditPoint::Center);
-    const auto& place = known_(role);
+    const auto center = known_(EditPoint::Center);
+    const auto place = known_(role);
     if (!center || !place) return 0.0;
     if (role == EditPoint::Height) return place->alt() - center->alt();
     const auto way = Sodano::inverse(*center, *place);
@@ -246,7 +250,7 @@ double CylinderShape::measured_(EditPoint role) const {
 }
 
 double CylinderShape::number_(EditPoint role) const {
-    if (const Mark* const mark = marks_[index_(role)]) return mark->number;
+    if (const Mark* const mark = round_->marks[index_(role)]) return mark->number;
     const auto kept = kept_(role);
     return kept ? *kept : measured_(role);
 }
@@ -358,7 +362,7 @@ void CylinderShape::setHeight(double meters) {
         meters = 1.0;
         if (panel_()) panel_()->setHeight(meters);
     }
-    heightGiven_ = true;
+    round_.change().heightGiven = true;
     placeHeight_(meters);
     dirty_();
 }
@@ -378,9 +382,10 @@ void CylinderShape::setEditPointsShown(bool shown, bool height) {
 
 void CylinderShape::clear() {
     points_.clear();
-    places_ = {};
-    marks_ = {};
-    heightGiven_ = false;
+    RoundState& round = round_.change();
+    round.places = {};
+    round.marks = {};
+    round.heightGiven = false;
     hide_();
     changed_();
 }
@@ -460,32 +465,26 @@ void CylinderShape::saveState_(ShapeState& state, const ShapeState* like) const 
         sync_();
         captureMarks_();
     }
-    RoundState& own = state.own.emplace<RoundState>();
-    own = {places_, numbers_, marks_, requiresAllPoints_, heightGiven_};
+    auto& own = state.own.emplace<Shared<RoundState>>(round_);
     if (!points_.frame()) return;
     for (std::size_t i = 0; i < kEditPoints; ++i) {
-        if (isMark_(static_cast<EditPoint>(i)) && !marks_[i]) continue;
-        own.places[i].reset();
-        own.numbers.reset(i);
+        if (isMark_(static_cast<EditPoint>(i)) && !round_->marks[i]) continue;
+        own.change().places.reset(i);
+        own.change().numbers.reset(i);
     }
 }
 
 void CylinderShape::takeState_(const ShapeState& state) {
     BaseFilledShape::takeState_(state);
-    const auto& own = std::get<RoundState>(state.own);
-    places_ = own.places;
-    numbers_ = own.numbers;
-    marks_ = own.marks;
-    requiresAllPoints_ = own.requiresAllPoints;
-    heightGiven_ = own.heightGiven;
+    round_ = std::get<Shared<RoundState>>(state.own);
 }
 
 // Panel
 
 void CylinderShape::showIn_(CylinderPanel& panel) {
-    shownCenter_ = hasCenter_() ? points_.at(First) : start_();
+    shownCenter_ = std::make_unique<const PlacedPoint>(hasCenter_() ? points_.at(First) : start_());
     panel.setDrawCheck(shown());
-    panel.setCenterLla(shownCenter_);
+    panel.setCenterLla(*shownCenter_);
     panel.setXradius(majorAxis());
     panel.setYradius(minorAxis());
     panel.setHeight(height_());
@@ -507,7 +506,7 @@ void CylinderShape::takeFrom_(CylinderPanel& panel) {
         moveCenter(*center);
     else if (!hasCenter_() && (x || y || height || start || end))
         // The user fills in a shape about the centre that stands in the panel.
-        setCenter(center.value_or(shownCenter_));
+        setCenter(center.value_or(*shownCenter_));
     else if (center)
         setAltitudeAhead(center->place.alt());
     if (x) setMajorRadius(*x);

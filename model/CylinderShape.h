@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "geo/Angles.h"
@@ -86,16 +86,16 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void setHeight(double meters);
 
     /// Where it stands; nothing while the shape has none, or its offset leads nowhere.
-    const std::optional<halCore::Vec3>& editPoint(EditPoint role) const {
+    std::optional<halCore::Vec3> editPoint(EditPoint role) const {
         sync_();
-        return places_[index_(role)];
+        return known_(role);
     }
-    const std::optional<halCore::Vec3>& centerPt() const { return editPoint(EditPoint::Center); }
-    const std::optional<halCore::Vec3>& majorAxisPt() const { return editPoint(EditPoint::MajorAxis); }
-    const std::optional<halCore::Vec3>& minorAxisPt() const { return editPoint(EditPoint::MinorAxis); }
-    const std::optional<halCore::Vec3>& startAnglePt() const { return editPoint(EditPoint::StartAngle); }
-    const std::optional<halCore::Vec3>& endAnglePt() const { return editPoint(EditPoint::EndAngle); }
-    const std::optional<halCore::Vec3>& heightPt() const { return editPoint(EditPoint::Height); }
+    std::optional<halCore::Vec3> centerPt() const { return editPoint(EditPoint::Center); }
+    std::optional<halCore::Vec3> majorAxisPt() const { return editPoint(EditPoint::MajorAxis); }
+    std::optional<halCore::Vec3> minorAxisPt() const { return editPoint(EditPoint::MinorAxis); }
+    std::optional<halCore::Vec3> startAnglePt() const { return editPoint(EditPoint::StartAngle); }
+    std::optional<halCore::Vec3> endAnglePt() const { return editPoint(EditPoint::EndAngle); }
+    std::optional<halCore::Vec3> heightPt() const { return editPoint(EditPoint::Height); }
 
     /// 0 where a point is missing.
     double majorAxis() const;
@@ -109,7 +109,7 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// While set (the default) an incomplete shape is not written. One that a file has is written as it is
     /// there.
     void setRequiresAllPoints(bool required) {
-        requiresAllPoints_ = required;
+        if (round_->requiresAllPoints != required) round_.change().requiresAllPoints = required;
         changed_();
     }
     /// Which of the edit points the tool draws: none, or all, the height point only with `height`.
@@ -128,7 +128,7 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// Whether the shape has the edit point, wherever it stands.
     bool hasPoint_(EditPoint role) const {
         sync_();
-        return places_[index_(role)] || marks_[index_(role)];
+        return round_->places[index_(role)] || round_->marks[index_(role)];
     }
     /// Moves a centre alone, with a message when no offset leads there. \return whether it was moved
     /// \param along keeps its number and its way from the centre about which it lies
@@ -137,7 +137,10 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     /// Brings the edit points to where the centre is now: it moves with what its offset counts from.
     void sync_() const;
     /// What the next three look at and answer is as of the last sync_.
-    const std::optional<halCore::Vec3>& known_(EditPoint role) const { return places_[index_(role)]; }
+    std::optional<halCore::Vec3> known_(EditPoint role) const {
+        const halCore::Vec3* const place = round_->places[index_(role)];
+        return place ? std::optional(*place) : std::nullopt;
+    }
     /// The centre about which an edit point lies.
     virtual Position anchorOf_(EditPoint) const { return First; }
     /// What the point says; an angle in [0, 2pi), a hair's breadth (1e-10) below 0 is 0. 0 when the point or
@@ -163,6 +166,7 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     std::optional<double> kept_(EditPoint role) const;
     /// Takes a number for the one that its point, where it stands now, was set for.
     void keep_(EditPoint role, double value) const;
+    void setKnown_(EditPoint role, const std::optional<halCore::Vec3>& place) const;
     /// Puts an edit point that is no centre somewhere.
     void place_(EditPoint role, const halCore::Vec3& lla);
     /// Gives an edit point that is no centre an altitude; its number stays. \return whether it had another
@@ -205,19 +209,15 @@ class CylinderShape : public Equipped<CylinderShape, BaseFilledShape, CylinderPa
     void takeFrom_(CylinderPanel& panel);
 
     Subtype subtype_;
-    /// By role. The centres' are derived from the shape's positions, and with them the others'.
-    mutable std::array<std::optional<halCore::Vec3>, kEditPoints> places_;
-    mutable Slots<SetNumber, kEditPoints> numbers_;
-    /// What counts instead of the places when a centre has moved, or has none. None for points that have been
-    /// set since.
-    mutable Slots<Mark, kEditPoints> marks_;
+    /// By role. The centres' places are derived from the shape's positions, and with them the others'. Where
+    /// there are marks they count instead of the places: a centre has moved, or has none. None for points
+    /// that have been set since.
+    mutable Shared<RoundState> round_;
     bool editPointsShown_ = false;
     bool heightPointShown_ = false;
-    bool requiresAllPoints_ = true;
-    bool heightGiven_ = false;
-    /// The centre that the panel shows while there is none.
-    PlacedPoint shownCenter_{halCore::Vec3()};
-    Equipment<CylinderPanel> equipment_{mouseTool_};
+    /// The centre that the panel shows while there is none; null without a panel.
+    std::unique_ptr<const PlacedPoint> shownCenter_;
+    Equipment<CylinderPanel> equipment_;
 };
 
 }  // namespace OverlayEditor

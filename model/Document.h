@@ -78,7 +78,7 @@ class Document {
 
         Overlay overlay;
         Attachment attachment{overlay};
-        History::States states;
+        ShapeStates states;
         /// How many of the shapes that were read are in it, and then how many of them the host displays.
         std::size_t next = 0;
         std::size_t displayed = 0;

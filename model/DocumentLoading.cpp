@@ -189,8 +189,7 @@ bool Document::stage_(Reading& reading, Slice& slice) {
         if (!shape->placed().frame()) shape->keepPlaces();
         staged.overlay.addInactive(shape);
         staged.overlay.adoptLast();
-        if (history_.keeps())
-            staged.states.emplace_hint(staged.states.end(), staged.overlay.numberOf(shape), shape->state());
+        if (history_.keeps()) staged.states.append(staged.overlay.numberOf(shape), shape->state());
         if (slice.isOver(unitsOf(*shape))) return false;
     }
     if (!editing_) return true;

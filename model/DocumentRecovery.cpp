@@ -52,7 +52,7 @@ std::shared_ptr<const halCore::ZEL::SourceText> findBlocks(const JournalContents
             }))
             break;
     }
-    return loaded.source;
+    return loaded.error.empty() ? loaded.source : nullptr;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "model/PanelMaker.h"
 #include "model/Shape.h"
@@ -12,36 +13,50 @@ namespace OverlayEditor {
 
 /// A shape's mouse tool, once somebody has asked for it, and its property panel while there is one. The
 /// concrete shape's last member: both may touch the shape while they die, and find its data alive. Callers do
-/// not see the tool any more then.
+/// not see the tool any more then. Very many shapes are never drawn with the mouse nor shown in a panel: a
+/// tool is larger than they are.
 template <typename Panel>
 class Equipment {
   public:
+    /// Null for a shape without one.
     /// \param place where the shape finds the tool; null while there is none
-    explicit Equipment(MouseTool*& place) : place_(place) {}
-    ~Equipment() {
-        ending_ = true;
-        place_ = nullptr;
-    }
-    /// Null for a shape without one. Very many shapes are never drawn with the mouse: a tool is larger than
-    /// they are.
     template <typename Concrete>
-    MouseTool* tool(Concrete& shape) {
-        auto* const maker = place_ || ending_ ? nullptr : ToolMaker::installed();
-        if (!maker) return place_;
-        tool_ = maker->make(shape.preferences(), shape);
-        place_ = tool_.get();
-        if (tool_ && !shape.showPoints()) tool_->setShowPoints(false);
-        return place_;
+    MouseTool* tool(Concrete& shape, MouseTool*& place) {
+        auto* const maker = place || (parts_ && parts_->ending) ? nullptr : ToolMaker::installed();
+        if (!maker) return place;
+        Parts& parts = partsAt_(place);
+        parts.tool = maker->make(shape.preferences(), shape);
+        place = parts.tool.get();
+        if (parts.tool && !shape.showPoints()) parts.tool->setShowPoints(false);
+        return place;
     }
-    Equipment(const Equipment&) = delete;
-    Equipment& operator=(const Equipment&) = delete;
-
-    std::unique_ptr<Panel> panel;
+    /// Null without one.
+    Panel* panel() const { return parts_ ? parts_->panel.get() : nullptr; }
+    void setPanel(std::unique_ptr<Panel> panel, MouseTool*& place) {
+        if (panel || parts_) partsAt_(place).panel = std::move(panel);
+    }
 
   private:
-    MouseTool*& place_;
-    MouseToolPtr tool_;
-    bool ending_ = false;
+    struct Parts {
+        explicit Parts(MouseTool*& at) : place(at) {}
+        ~Parts() {
+            ending = true;
+            place = nullptr;
+        }
+        Parts(const Parts&) = delete;
+        Parts& operator=(const Parts&) = delete;
+
+        std::unique_ptr<Panel> panel;
+        MouseTool*& place;
+        MouseToolPtr tool;
+        bool ending = false;
+    };
+    Parts& partsAt_(MouseTool*& place) {
+        if (!parts_) parts_ = std::make_unique<Parts>(place);
+        return *parts_;
+    }
+
+    std::unique_ptr<Parts> parts_;
 };
 
 /// What all concrete shapes do alike with their equipment, put between each of them and its base class. The
@@ -61,13 +76,14 @@ class Equipped : public Base {
     MouseTool* mouseTool() const override {
         // It is made of the shape, whoever asks.
         Concrete& shape = const_cast<Equipped&>(*this).self_();
-        return shape.equipment_.tool(shape);
+        return shape.equipment_.tool(shape, const_cast<Equipped&>(*this).mouseTool_);
     }
     void createGui(Preferences* preferences, PIGUI::PICanvas* canvas) override {
         auto* const maker = PanelMaker::installed();
         if (!maker || !preferences || !canvas) return;
-        self_().equipment_.panel =
-            maker->make(self_(), *preferences, *canvas, GuiChange([this] { refreshFromGui_(); }));
+        self_().equipment_.setPanel(
+            maker->make(self_(), *preferences, *canvas, GuiChange([this] { refreshFromGui_(); })),
+            this->mouseTool_);
         fillGui();
     }
     void notifyPrefsUpdate() override {
@@ -79,15 +95,15 @@ class Equipped : public Base {
         panel_()->setPointConverter(this->points_.frame());
         self_().showIn_(*panel_());
     }
-    void deleteGui() override { self_().equipment_.panel.reset(); }
+    void deleteGui() override { self_().equipment_.setPanel(nullptr, this->mouseTool_); }
 
   protected:
     using Base::Base;
     Equipped(const Equipped&) = default;
 
     /// Null without one.
-    Panel* panel_() { return self_().equipment_.panel.get(); }
-    const Panel* panel_() const { return static_cast<const Concrete*>(this)->equipment_.panel.get(); }
+    Panel* panel_() { return self_().equipment_.panel(); }
+    const Panel* panel_() const { return static_cast<const Concrete*>(this)->equipment_.panel(); }
 
   private:
     Concrete& self_() { return static_cast<Concrete&>(*this); }

@@ -138,20 +138,21 @@ std::pair<Vec3, Vec3> FreeDrawShape::boundingBox() const {
 void FreeDrawShape::saveState_(ShapeState& state, const ShapeState* like) const {
     BaseFilledShape::saveState_(state, like);
     state.kind = ShapeKind::FreeDraw;
-    FreeDrawState& own = state.own.emplace<FreeDrawState>();
+    FreeDrawState own;
     std::vector<Vec3> all;
     all.reserve(getNumPoints());
     for (const LinePoints& line : lines_) {
         own.lines.push_back(line.size());
         all.insert(all.end(), line.begin(), line.end());
     }
-    own.points = SharedPoints(all, like ? &std::get<FreeDrawState>(like->own).points : nullptr);
+    own.points = SharedPoints(all, like ? &std::get<Shared<FreeDrawState>>(like->own)->points : nullptr);
     own.pixelPrecision = pixelPrecision_;
+    state.own.emplace<Shared<FreeDrawState>>(std::move(own));
 }
 
 void FreeDrawShape::takeState_(const ShapeState& state) {
     BaseFilledShape::takeState_(state);
-    const auto& own = std::get<FreeDrawState>(state.own);
+    const FreeDrawState& own = *std::get<Shared<FreeDrawState>>(state.own);
     const std::vector<Vec3> all = own.points.points();
     lines_.clear();
     auto next = all.begin();

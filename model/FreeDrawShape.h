@@ -77,7 +77,7 @@ class FreeDrawShape : public PointsContainer,
 
     std::vector<LinePoints> lines_;
     int pixelPrecision_ = kDefaultPixelPrecision;
-    Equipment<FreeDrawPanel> equipment_{mouseTool_};
+    Equipment<FreeDrawPanel> equipment_;
 };
 
 }  // namespace OverlayEditor

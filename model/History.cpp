@@ -1,6 +1,7 @@
 #include "model/History.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "common/Notify.h"
@@ -23,7 +24,7 @@ bool same(const ShapeStatePtr& a, const ShapeStatePtr& b) {
 
 History::History(const Preferences& preferences, Overlay& overlay, Attachment& attachment)
     : preferences_(preferences), overlay_(overlay), attachment_(attachment), attached_(attachment.state()) {
-    for (const Shape* shape : overlay.shapes()) states_[overlay.numberOf(shape)] = shape->state();
+    for (const Shape* shape : overlay.shapes()) states_.append(overlay.numberOf(shape), shape->state());
     overlay_.setWatcher(this);
 }
 
@@ -83,14 +84,9 @@ void History::commitLater_() {
     });
 }
 
-ShapeStatePtr History::stateByStep_(std::uint64_t number) const {
-    const auto known = states_.find(number);
-    return known != states_.end() ? known->second : nullptr;
-}
-
 ShapeStatePtr History::stateNow_(std::uint64_t number) const {
     const Shape* const shape = overlay_.shapeOf(number);
-    return shape ? shape->state(stateByStep_(number).get()) : nullptr;
+    return shape ? shape->state(states_.of(number).get()) : nullptr;
 }
 
 History::Step History::stepNow_(Attachment::State attached) {
@@ -111,32 +107,34 @@ void History::commit() {
     const auto touched = std::exchange(touched_, {});
     Attachment::State attached = attachment_.state();
     const bool attachmentChanged = !(attached == lostAttached_.value_or(attached_));
-    States now;
+    std::vector<ShapeStates::Entry> now;
     for (const std::uint64_t number : touched) {
         const auto lost = lost_.find(number);
         ShapeStatePtr state = stateNow_(number);
-        if (!same(state, lost != lost_.end() ? lost->second : stateByStep_(number)))
-            now[number] = std::move(state);
+        if (!same(state, lost != lost_.end() ? lost->second : states_.of(number)))
+            now.emplace_back(number, std::move(state));
     }
     if (now.empty() && !attachmentChanged && !fileBefore_) {
         // A platform that has moved is no step.
         if (!lostAttached_) attached_.reference = attached.reference;
         return;
     }
-    now.merge(std::exchange(lost_, {}));
+    const auto touchedEnd = now.size();
+    for (const ShapeStates::Entry& lost : lost_)
+        if (!std::ranges::binary_search(std::span(now).first(touchedEnd), lost.first, {},
+                                        &ShapeStates::Entry::first))
+            now.push_back(lost);
+    std::ranges::inplace_merge(now, now.begin() + static_cast<std::ptrdiff_t>(touchedEnd), {},
+                               &ShapeStates::Entry::first);
+    lost_.clear();
     lostAttached_.reset();
 
     Step step = stepNow_(std::move(attached));
     for (auto& [number, state] : now) {
-        ShapeStatePtr before = stateByStep_(number);
-        if (same(before, state)) continue;
-        changed_.insert(number);
-        if (state)
-            states_[number] = state;
-        else
-            states_.erase(number);
-        step.changes.push_back({number, std::move(before), std::move(state)});
+        ShapeStatePtr before = states_.of(number);
+        if (!same(before, state)) step.changes.push_back({number, std::move(before), std::move(state)});
     }
+    follow_(step.changes, &Change::after);
     if (joins_(step))
         join_(step);
     else
@@ -146,13 +144,23 @@ void History::commit() {
     if (!pressed_ && kind_ != Gesture::Typing && kind_ != Gesture::Wheel) ++gesture_;
 }
 
+void History::follow_(const std::vector<Change>& changes, ShapeStatePtr Change::*side) {
+    std::vector<ShapeStates::Entry> states;
+    states.reserve(changes.size());
+    for (const Change& change : changes) {
+        states.emplace_back(change.shape, change.*side);
+        changed_.insert(changed_.end(), change.shape);
+    }
+    states_.change(states);
+}
+
 void History::switchFile(FileState before, std::string name) {
     if (!fileBefore_) fileBefore_ = std::move(before);
     switchName_ = std::move(name);
     commitLater_();
 }
 
-void History::exchange(States now) {
+void History::exchange(ShapeStates now) {
     Step step = stepNow_(attachment_.state());
     step.changes.reserve(states_.size() + now.size());
     // Numbers are not given twice: the new ones come behind.
@@ -299,15 +307,8 @@ History::Outcome History::apply_(Step& step, bool back, FileState& file) {
     kind_ = Gesture::Command;
     std::vector<std::uint64_t> numbers;
     numbers.reserve(step.changes.size());
-    for (const Change& change : step.changes) {
-        numbers.push_back(change.shape);
-        changed_.insert(changed_.end(), change.shape);
-        const ShapeStatePtr& target = back ? change.before : change.after;
-        if (target)
-            states_[change.shape] = target;
-        else
-            states_.erase(change.shape);
-    }
+    for (const Change& change : step.changes) numbers.push_back(change.shape);
+    follow_(step.changes, back ? &Change::before : &Change::after);
     if (!(step.attachedBefore == step.attachedAfter))
         attached_ = back ? step.attachedBefore : step.attachedAfter;
     if (step.file) {
@@ -334,14 +335,8 @@ void History::revert() {
     // Of what a button holds a part may be a step already, so that a journal has it.
     if (kind_ == Gesture::Press && done_ > 0 && done_ == steps_.size() && steps_.back().gesture == gesture_ &&
         steps_.back().changesShapesAlone()) {
-        for (Change& change : steps_.back().changes) {
-            numbers.push_back(change.shape);
-            changed_.insert(change.shape);
-            if (change.before)
-                states_[change.shape] = std::move(change.before);
-            else
-                states_.erase(change.shape);
-        }
+        for (const Change& change : steps_.back().changes) numbers.push_back(change.shape);
+        follow_(steps_.back().changes, &Change::before);
         bytes_ -= steps_.back().bytes;
         steps_.pop_back();
         --done_;
@@ -403,7 +398,7 @@ void History::realize_(std::vector<std::uint64_t> numbers) {
         const auto state = states_.find(number);
         if (state == states_.end()) continue;
         restore_(number, *state->second, there ? attachment_.converter() : gone);
-        if (!there) lost_[number] = overlay_.shapeOf(number)->state();
+        if (!there) lost_.append(number, overlay_.shapeOf(number)->state());
     }
     if (!there) lostAttached_ = attachment_.state();
     touched_.clear();

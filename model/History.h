@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -17,6 +16,7 @@
 #include "model/FileState.h"
 #include "model/Overlay.h"
 #include "model/ShapeState.h"
+#include "model/ShapeStates.h"
 
 namespace OverlayEditor {
 
@@ -64,11 +64,9 @@ class History final : private OverlayWatcher {
     /// \param before the state of the one that goes \param name what the step is called
     void switchFile(FileState before, std::string name);
 
-    /// What the shapes of an overlay are, by number.
-    using States = std::map<std::uint64_t, ShapeStatePtr>;
     /// The overlay has got other shapes in place of all that it had, and that is the step. To be called when
     /// all else that belongs to it is done.
-    void exchange(States now);
+    void exchange(ShapeStates now);
 
     bool canUndo() const { return done_ > 0; }
     bool canRedo() const { return done_ < steps_.size(); }
@@ -111,7 +109,7 @@ class History final : private OverlayWatcher {
     /// Has the entry listener called when this entry is over.
     void noteEntry() { commitLater_(); }
     /// What the shapes are by the steps that are done, by number. Up to date after commit().
-    const States& states() const { return states_; }
+    const ShapeStates& states() const { return states_; }
     /// The numbers of those that have come, gone or changed since this was asked last.
     std::set<std::uint64_t> takeChanged() { return std::exchange(changed_, {}); }
     const Attachment::State& attachment() const { return attached_; }
@@ -147,7 +145,8 @@ class History final : private OverlayWatcher {
     void attachmentTouched() override;
     void commitLater_();
     ShapeStatePtr stateNow_(std::uint64_t number) const;
-    ShapeStatePtr stateByStep_(std::uint64_t number) const;
+    /// The shapes are by the steps what they are on one side of some changes.
+    void follow_(const std::vector<Change>& changes, ShapeStatePtr Change::*side);
     /// A step that has led here, but for what has changed in the shapes.
     Step stepNow_(Attachment::State attached);
     /// Whether a step goes on with what the last one has done.
@@ -166,10 +165,10 @@ class History final : private OverlayWatcher {
     Overlay& overlay_;
     Attachment& attachment_;
 
-    States states_;
+    ShapeStates states_;
     Attachment::State attached_;
     /// What the shapes are that cannot be what they are by the steps, and the overlay with them.
-    States lost_;
+    ShapeStates lost_;
     std::optional<Attachment::State> lostAttached_;
 
     std::set<std::uint64_t> touched_;

@@ -78,7 +78,7 @@ class Journal {
 
     /// What is kept elsewhere, and the shapes that differ from it.
     bool settling_ = false;
-    History::States settled_;
+    ShapeStates settled_;
     Attachment::State settledAttachment_;
     std::set<std::uint64_t> differing_;
     bool unsettled_ = false;

@@ -138,17 +138,30 @@ class Reader {
 
 // Shapes. The same function names the values for writing and for reading.
 
+template <typename State>
+const State& valueOf(const Shared<State>& shared) {
+    return *shared;
+}
+template <typename State>
+State& valueOf(Shared<State>& shared) {
+    return shared.change();
+}
+
 template <typename Archive, typename State>
 void values(Archive& archive, State& state) {
     auto& positions = state.positions;
     archive(state.name, state.shown, state.showPoints, state.anchorCenter, state.keepsPlaces, state.attached,
             state.source.block, state.source.digest, state.lineColor, state.lineWidth, state.fillColor,
             state.filled, positions.missing, positions.frame, positions.stranded);
-    if (auto* const round = std::get_if<RoundState>(&state.own))
-        archive(round->places, round->numbers, round->marks, round->requiresAllPoints, round->heightGiven);
+    if (auto* const shared = std::get_if<Shared<RoundState>>(&state.own)) {
+        auto& round = valueOf(*shared);
+        archive(round.places, round.numbers, round.marks, round.requiresAllPoints, round.heightGiven);
+    }
     if (auto* const rectangle = std::get_if<RectangleState>(&state.own)) archive(rectangle->size);
-    if (auto* const drawn = std::get_if<FreeDrawState>(&state.own))
-        archive(drawn->lines, drawn->pixelPrecision);
+    if (auto* const shared = std::get_if<Shared<FreeDrawState>>(&state.own)) {
+        auto& drawn = valueOf(*shared);
+        archive(drawn.lines, drawn.pixelPrecision);
+    }
     if (auto* const label = std::get_if<LabelState>(&state.own))
         archive(label->color, label->fontSize, label->fontName);
 }
@@ -158,8 +171,8 @@ const SharedPoints& listOf(const ShapeState& state, std::size_t list) {
     static const SharedPoints none;
     if (list == 0) return state.positions.given;
     if (list == 1) return state.positions.left ? state.positions.left->offsets : none;
-    const auto* const drawn = std::get_if<FreeDrawState>(&state.own);
-    return drawn ? drawn->points : none;
+    const auto* const drawn = std::get_if<Shared<FreeDrawState>>(&state.own);
+    return drawn ? (*drawn)->points : none;
 }
 
 SharedPoints::Common commonOf(const ShapeState& state, const ShapeState* before, std::size_t list) {
@@ -171,9 +184,9 @@ std::shared_ptr<ShapeState> emptyState(std::uint8_t kind) {
     if (kind > ShapeKind::Orbit) return nullptr;
     auto state = std::make_shared<ShapeState>();
     state->kind = static_cast<ShapeKind::Id>(kind);
-    if (kind >= ShapeKind::Circle) state->own.emplace<RoundState>();
+    if (kind >= ShapeKind::Circle) state->own.emplace<Shared<RoundState>>();
     if (kind == ShapeKind::Rectangle || kind == ShapeKind::Triangle) state->own.emplace<RectangleState>();
-    if (kind == ShapeKind::FreeDraw) state->own.emplace<FreeDrawState>();
+    if (kind == ShapeKind::FreeDraw) state->own.emplace<Shared<FreeDrawState>>();
     if (kind == ShapeKind::Text) state->own.emplace<LabelState>();
     return state;
 }
@@ -410,8 +423,10 @@ class JournalReader {
         if (!reader.ok()) return false;
         auto& positions = state->positions;
         positions.given = std::move(lists[0]);
-        if (left) positions.left = {*left, std::move(lists[1])};
-        if (auto* const drawn = std::get_if<FreeDrawState>(&state->own)) drawn->points = std::move(lists[2]);
+        using Left = PlacedPoints::State::Left;
+        if (left) positions.left = std::make_shared<const Left>(Left{*left, std::move(lists[1])});
+        if (auto* const drawn = std::get_if<Shared<FreeDrawState>>(&state->own))
+            drawn->change().points = std::move(lists[2]);
         if (own) {
             auto reference = std::make_shared<PointConverter>();
             reference->setReferenceLla(own->lla, own->platform);
@@ -434,10 +449,10 @@ class JournalReader {
         if (positions.frame > Frame::Own || (positions.frame == Frame::Own) != (positions.own != nullptr))
             return false;
         if (positions.left && positions.left->offsets.size() != positions.given.size()) return false;
-        const auto* const drawn = std::get_if<FreeDrawState>(&state.own);
+        const auto* const drawn = std::get_if<Shared<FreeDrawState>>(&state.own);
         if (!drawn) return true;
-        std::size_t left = drawn->points.size();
-        for (const std::size_t line : drawn->lines) {
+        std::size_t left = (*drawn)->points.size();
+        for (const std::size_t line : (*drawn)->lines) {
             if (line > left) return false;
             left -= line;
         }

@@ -39,8 +39,8 @@ double OrbitShape::getShortestDistance_(const Vec3& position) const {
 }
 
 double OrbitShape::shortestDistance_(const Vec3& position) const {
-    const auto& first = known_(EditPoint::Center);
-    const auto& second = known_(EditPoint::MajorAxis);
+    const auto first = known_(EditPoint::Center);
+    const auto second = known_(EditPoint::MajorAxis);
     if (!first || !second) return 0.0;
     return std::min(halCore::Sodano::inverse(*first, position).distance,
                     halCore::Sodano::inverse(*second, position).distance);
@@ -70,9 +70,9 @@ void OrbitShape::setMinorRadius(const Vec3& lla) {
 }
 
 CylinderShape::Position OrbitShape::anchorOf_(EditPoint role) const {
-    const auto& first = known_(EditPoint::Center);
-    const auto& second = known_(EditPoint::MajorAxis);
-    const auto& point = known_(role);
+    const auto first = known_(EditPoint::Center);
+    const auto second = known_(EditPoint::MajorAxis);
+    const auto point = known_(role);
     if (role != EditPoint::MinorAxis || !first || !second || !point) return First;
     const double radius = number_(role);
     const auto beside = [&](const Vec3& center) {

@@ -34,7 +34,7 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     void carryCenters(PlacedPoints centers, double turnRad);
     /// Gives both centres an altitude.
     void setAltitude(double meters);
-    const std::optional<halCore::Vec3>& centerPt2() const { return majorAxisPt(); }
+    std::optional<halCore::Vec3> centerPt2() const { return majorAxisPt(); }
 
     /// Both centres are there.
     bool isComplete() const override;
@@ -64,7 +64,7 @@ class OrbitShape : public Equipped<OrbitShape, CylinderShape, OrbitPanel> {
     /// The centres that the panel shows while there are none.
     PlacedPoint shownCenter_{halCore::Vec3()};
     PlacedPoint shownSecond_{halCore::Vec3()};
-    Equipment<OrbitPanel> equipment_{mouseTool_};
+    Equipment<OrbitPanel> equipment_;
 };
 
 }  // namespace OverlayEditor

@@ -36,8 +36,8 @@ std::size_t unitsToDisplay(const Shape& shape) {
 Overlay::~Overlay() {
     // Nothing is allocated: it ends also when there is no memory left.
     const auto dying = std::exchange(places_, {});
-    byName_.clear();
-    entries_.clear();
+    names_.clear();
+    numbers_.clear();
     for (const auto& place : dying)
         if (place.shape) place.shape->setKeeper(nullptr);
     for (const auto& place : dying) delete place.shape;
@@ -58,27 +58,39 @@ void Overlay::addInactive(Shape* shape) {
 
 void Overlay::append_(Shape* shape) {
     const std::uint64_t number = nextOrder_++;
-    places_.push_back({number, nullptr, {}});
+    places_.push_back({.order = number});
     enter_(number, shape);
 }
 
 void Overlay::insertShape(std::uint64_t number, Shape* shape) {
     auto place = placeOf_(number);
-    if (place == places_.end() || place->order != number) places_.insert(place, {number, nullptr, {}});
+    if (place == places_.end() || place->order != number) places_.insert(place, {.order = number});
     enter_(number, shape);
 }
 
 void Overlay::enter_(std::uint64_t number, Shape* shape) {
-    entries_.emplace(shape, byName_.insert({shape->name(), number, shape}).first);
-    placeOf_(number)->shape = shape;
-    placeOf_(number)->written.reset();
+    numbers_.emplace(shape, number);
+    const auto place = placeOf_(number);
+    place->shape = shape;
+    place->isKnown = false;
+    noteName_(*shape, number);
     shape->setKeeper(this);
     touched_(number);
 }
 
+void Overlay::noteName_(const Shape& shape, std::uint64_t number) {
+    constexpr std::size_t fewStale = 100;
+    if (names_.size() > 2 * numbers_.size() + fewStale)
+        names_.keepOnly([this](std::uint64_t known, std::size_t hash) {
+            const Shape* const named = shapeOf(known);
+            return named && ShapeNames::hashOf(named->name()) == hash;
+        });
+    names_.add(shape.name(), number);
+}
+
 std::uint64_t Overlay::numberOf(const Shape* shape) const {
-    const auto known = entries_.find(shape);
-    return known != entries_.end() ? known->second->order : 0;
+    const auto known = numbers_.find(shape);
+    return known != numbers_.end() ? known->second : 0;
 }
 
 Shape* Overlay::shapeOf(std::uint64_t number) const {
@@ -88,7 +100,7 @@ Shape* Overlay::shapeOf(std::uint64_t number) const {
 
 std::vector<Shape*> Overlay::shapes(std::uint64_t behind) const {
     std::vector<Shape*> shapes;
-    shapes.reserve(entries_.size());
+    shapes.reserve(numbers_.size());
     for (auto place = std::ranges::upper_bound(places_, behind, {}, &Place::order); place != places_.end();
          ++place)
         if (place->shape) shapes.push_back(place->shape);
@@ -100,24 +112,23 @@ void Overlay::removeShape(Shape* shape) {
 }
 
 bool Overlay::forget_(const Shape* shape) {
-    const auto known = entries_.find(shape);
-    if (known == entries_.end()) return false;
-    const std::uint64_t number = known->second->order;
+    const auto known = numbers_.find(shape);
+    if (known == numbers_.end()) return false;
+    const std::uint64_t number = known->second;
     placeOf_(number)->shape = nullptr;
-    byName_.erase(known->second);
-    entries_.erase(known);
+    numbers_.erase(known);
     toDisplay_.erase(number);
-    if (places_.size() > 2 * entries_.size())
+    if (places_.size() > 2 * numbers_.size())
         std::erase_if(places_, [](const Place& place) { return !place.shape; });
     touched_(number);
     return true;
 }
 
 void Overlay::touched(const Shape& shape) {
-    const auto known = entries_.find(&shape);
-    if (known == entries_.end()) return;
-    placeOf_(known->second->order)->written.reset();
-    touched_(known->second->order);
+    const std::uint64_t number = numberOf(&shape);
+    if (number == 0) return;
+    placeOf_(number)->isKnown = false;
+    touched_(number);
 }
 
 void Overlay::touched_(std::uint64_t number) {
@@ -126,7 +137,7 @@ void Overlay::touched_(std::uint64_t number) {
 }
 
 void Overlay::touchAll_() {
-    for (Place& place : places_) place.written.reset();
+    for (Place& place : places_) place.isKnown = false;
     ++revision_;
     if (watcher_) watcher_->attachmentTouched();
 }
@@ -141,15 +152,14 @@ void Overlay::deleted(const Shape* shape) {
 
 void Overlay::renamed(Shape& shape) {
     touched(shape);
-    auto& entry = entries_.at(&shape);
-    const std::uint64_t order = entry->order;
-    byName_.erase(entry);
-    entry = byName_.insert({shape.name(), order, &shape}).first;
+    noteName_(shape, numberOf(&shape));
 }
 
 Shape* Overlay::findShape(const std::string& name) const {
-    const auto found = byName_.lower_bound(std::string_view(name));
-    return found != byName_.end() && found->name == name ? found->shape : nullptr;
+    return shapeOf(names_.find(name, [&](std::uint64_t number) {
+        const Shape* const shape = shapeOf(number);
+        return shape && shape->name() == name;
+    }));
 }
 
 void Overlay::clearShapes(bool destroying) {
@@ -157,12 +167,12 @@ void Overlay::clearShapes(bool destroying) {
     const std::vector<Shape*> dying = shapes();
     std::vector<std::uint64_t> numbers;
     for (Shape* shape : dying) {
-        numbers.push_back(entries_.at(shape)->order);
+        numbers.push_back(numberOf(shape));
         shape->setKeeper(nullptr);
     }
     places_.clear();
-    byName_.clear();
-    entries_.clear();
+    names_.clear();
+    numbers_.clear();
     toDisplay_.clear();
     for (Shape* shape : dying) {
         std::unique_ptr<Shape> gone(shape);
@@ -181,8 +191,8 @@ void Overlay::deleteShape(Shape* shape) {
 
 void Overlay::deleteShapes(Overlay& of) {
     const auto dying = std::exchange(of.places_, {});
-    of.byName_.clear();
-    of.entries_.clear();
+    of.names_.clear();
+    of.numbers_.clear();
     for (const Place& place : dying)
         if (place.shape) place.shape->setKeeper(nullptr);
     for (const Place& place : dying) {
@@ -205,9 +215,8 @@ bool Overlay::isLate_(std::size_t units) {
 }
 
 bool Overlay::displaysLater(const Shape& shape) {
-    const auto known = entries_.find(&shape);
-    if (known == entries_.end()) return false;
-    const std::uint64_t number = known->second->order;
+    const std::uint64_t number = numberOf(&shape);
+    if (number == 0) return false;
     const bool anything = shape.isDisplayed() || (shape.shown() && shape.active());
     const bool later = anything && isLate_(unitsToDisplay(shape));
     if (later)
@@ -244,8 +253,8 @@ bool Overlay::workOff(Slice& slice) {
 
 void Overlay::exchange(Overlay& other) {
     std::swap(places_, other.places_);
-    std::swap(byName_, other.byName_);
-    std::swap(entries_, other.entries_);
+    std::swap(names_, other.names_);
+    std::swap(numbers_, other.numbers_);
     std::swap(source_, other.source_);
     std::swap(loadedIncomplete_, other.loadedIncomplete_);
     std::swap(pointConverter_, other.pointConverter_);
@@ -304,9 +313,9 @@ void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
     learnBlocks_();
     sumUp_();
     for (const Place& place : places_) {
-        if (!place.shape || !place.block) continue;
+        if (!place.shape || !place.hasBlock()) continue;
         ShapeSource own = place.shape->source();
-        own.digest = place.written->digest;
+        own.digest = place.written.digest;
         place.shape->setSource(std::move(own));
         rememberIncomplete_(place);
     }
@@ -316,15 +325,15 @@ void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
 void Overlay::adoptLast() {
     const Place& place = places_.back();
     write_(place);
-    if (!place.block) return;
+    if (!place.hasBlock()) return;
     ShapeSource own = place.shape->source();
-    own.digest = place.loaded = place.written->digest;
+    own.digest = place.loaded = place.written.digest;
     place.shape->setSource(std::move(own));
     rememberIncomplete_(place);
 }
 
 void Overlay::rememberIncomplete_(const Place& place) {
-    if (place.written->digest != 0) return;
+    if (place.written.digest != 0) return;
     // Saving writes nothing of it: then it is still compared with what was loaded. A state with a number that
     // is none is not even the same as itself.
     if (const auto state = place.shape->state(); *state == *state)
@@ -332,7 +341,7 @@ void Overlay::rememberIncomplete_(const Place& place) {
 }
 
 bool Overlay::staysInBlock_(const Place& place) const {
-    if (!place.block || place.loaded != 0 || place.written->digest != 0) return false;
+    if (!place.hasBlock() || place.loaded != 0 || place.written.digest != 0) return false;
     const auto loaded = loadedIncomplete_.find(place.order);
     if (loaded == loadedIncomplete_.end()) return true;
     ShapeState now = *place.shape->state();
@@ -342,12 +351,13 @@ bool Overlay::staysInBlock_(const Place& place) const {
 
 void Overlay::write_(const Place& place) const {
     place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
+    place.isKnown = true;
     learnBlock_(place);
 }
 
 void Overlay::learnBlock_(const Place& place) const {
     const ShapeSource& own = place.shape->source();
-    place.block = source_ && own.text == source_ ? std::optional(own.block) : std::nullopt;
+    place.block = source_ && own.text == source_ ? own.block : kNoBlock;
     place.loaded = own.digest;
 }
 
@@ -365,9 +375,9 @@ void Overlay::restoreSource(std::shared_ptr<const halCore::ZEL::SourceText> sour
 std::vector<const Overlay::Place*> Overlay::placesOfBlocks_() const {
     std::vector<const Place*> places(source_ ? source_->blockCount() : 0);
     for (const Place& place : places_) {
-        if (!place.shape || !place.block) continue;
+        if (!place.shape || !place.hasBlock()) continue;
         // Of copies the first one has the block.
-        const Place*& owner = places[*place.block];
+        const Place*& owner = places[place.block];
         if (!owner) owner = &place;
     }
     return places;
@@ -389,7 +399,7 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
         }
         Shape& shape = *owner->shape;
         const std::uint64_t loaded = owner->loaded;
-        std::uint64_t now = owner->written->digest;
+        std::uint64_t now = owner->written.digest;
         if (how.referenceWritten != referenceWritten_) {
             writer.clear();
             now = writer.add(shape).digest;
@@ -421,7 +431,7 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
     writer.clear();
     for (const Place& place : places_) {
         if (!place.shape) continue;
-        if (place.block && owners[*place.block] == &place) continue;
+        if (place.hasBlock() && owners[place.block] == &place) continue;
         const bool isWritten = writer.add(*place.shape).digest != 0;
         if (!isWritten && skipped) skipped->push_back(place.shape->name());
     }
@@ -431,7 +441,7 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
 
 void Overlay::tellWhatItBecomes_(const Place& place) const {
     const ShapeSource& source = place.shape->source();
-    if (place.told || !source.becomes || source.digest == 0 || place.written->digest == source.digest) return;
+    if (place.told || !source.becomes || source.digest == 0 || place.written.digest == source.digest) return;
     // Only hidden, or shown again, it stays what it is.
     ShapeWriter writer(pointConverter_, referenceWritten_);
     if (writer.add(*place.shape, !place.shape->shown()).digest == source.digest) return;
@@ -461,16 +471,16 @@ void Overlay::sumUp_() const {
     std::vector<bool> owned(source_ ? source_->blockCount() : 0);
     for (const Place& place : places_) {
         if (!place.shape) continue;
-        if (!place.written) {
+        if (!place.isKnown) {
             write_(place);
             tellWhatItBecomes_(place);
         }
-        const std::uint64_t written = place.written->digest;
-        if (place.block && !owned[*place.block]) {
-            owned[*place.block] = true;
+        const std::uint64_t written = place.written.digest;
+        if (place.hasBlock() && !owned[place.block]) {
+            owned[place.block] = true;
             if (written == 0 && place.loaded != 0) continue;
             // Blocks stand in the order of the text, whatever the order of the shapes.
-            fromBlocks += mixed(*place.block + 1, written);
+            fromBlocks += mixed(place.block + 1, written);
             any = true;
         } else if (written != 0) {
             // In their order: the same shapes in another order are another text.
@@ -491,8 +501,7 @@ std::vector<std::string> Overlay::begun() const {
     sumUp_();
     std::vector<std::string> names;
     for (const Place& place : places_)
-        if (place.shape && place.written->begun && !staysInBlock_(place))
-            names.push_back(place.shape->name());
+        if (place.shape && place.written.begun && !staysInBlock_(place)) names.push_back(place.shape->name());
     return names;
 }
 
@@ -500,7 +509,7 @@ std::vector<std::string> Overlay::incomplete() const {
     sumUp_();
     std::vector<std::string> names;
     for (const Place& place : places_)
-        if (place.shape && place.written->digest == 0 && !staysInBlock_(place))
+        if (place.shape && place.written.digest == 0 && !staysInBlock_(place))
             names.push_back(place.shape->name());
     return names;
 }
@@ -508,7 +517,7 @@ std::vector<std::string> Overlay::incomplete() const {
 bool Overlay::hasOffsets() const {
     sumUp_();
     return std::ranges::any_of(places_, [](const Place& place) {
-        return place.shape && place.written->digest != 0 && place.shape->placed().frame() &&
+        return place.shape && place.written.digest != 0 && place.shape->placed().frame() &&
                !place.shape->placed().hasOwnReference();
     });
 }
@@ -517,7 +526,7 @@ std::vector<std::string> Overlay::hidden() const {
     sumUp_();
     std::vector<std::string> names;
     for (const Place& place : places_)
-        if (place.shape && place.written->hidden) names.push_back(place.shape->name());
+        if (place.shape && place.written.hidden) names.push_back(place.shape->name());
     return names;
 }
 

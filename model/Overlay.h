@@ -9,7 +9,6 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -17,6 +16,7 @@
 #include "common/Slice.h"
 #include "model/HostTurns.h"
 #include "model/Shape.h"
+#include "model/ShapeNames.h"
 #include "model/ShapeState.h"
 #include "model/ShapeWriter.h"
 
@@ -56,7 +56,7 @@ class Overlay final : private ShapeKeeper {
     /// \param behind only those with larger numbers
     std::vector<Shape*> shapes(std::uint64_t behind = 0) const;
     /// Whether the shape is in the overlay; of the pointer only the address is used.
-    bool contains(const Shape* shape) const { return entries_.contains(shape); }
+    bool contains(const Shape* shape) const { return numbers_.contains(shape); }
     /// A shape's number in the overlay, 0 when it is not there. They follow the order, and none is given
     /// twice: a shape that has gone may come back under its own.
     std::uint64_t numberOf(const Shape* shape) const;
@@ -187,23 +187,6 @@ class Overlay final : private ShapeKeeper {
     void setZelId(void* id) { zelId_ = id; }
 
   private:
-    /// A shape under its name; of equal names the one added first is first.
-    struct Entry {
-        std::string name;
-        std::uint64_t order = 0;
-        Shape* shape = nullptr;
-    };
-    struct EntryLess {
-        using is_transparent = void;
-        bool operator()(const Entry& a, const Entry& b) const {
-            return a.name != b.name ? a.name < b.name : a.order < b.order;
-        }
-        bool operator()(const Entry& a, std::string_view name) const { return a.name < name; }
-        bool operator()(std::string_view name, const Entry& b) const { return name < b.name; }
-    };
-
-    using Names = std::set<Entry, EntryLess>;
-
     void renamed(Shape& shape) override;
     void touched(const Shape& shape) override;
     void deleted(const Shape* shape) override;
@@ -226,14 +209,17 @@ class Overlay final : private ShapeKeeper {
     struct Place {
         std::uint64_t order = 0;
         Shape* shape = nullptr;
-        /// None while the shape may have changed.
-        mutable std::optional<WrittenShape> written;
+        /// As long as it is known.
+        mutable WrittenShape written{};
+        /// Its block of the text, kNoBlock for none, and what it was written as when that was read: beside
+        /// the shapes, so that nobody need look at those that have not changed. \see learnBlock_
+        mutable std::size_t block = kNoBlock;
+        mutable std::uint64_t loaded = 0;
+        /// Whether the shape has not changed since it was written.
+        mutable bool isKnown = false;
         /// Whether it has been told that its block becomes another one.
         mutable bool told = false;
-        /// Its block of the text, and what it was written as when that was read: beside the shapes, so that
-        /// nobody need look at those that have not changed. \see learnBlock_
-        mutable std::optional<std::size_t> block{};
-        mutable std::uint64_t loaded = 0;
+        bool hasBlock() const { return block != kNoBlock; }
     };
     /// The place of a number, or the one behind which it would stand.
     std::vector<Place>::iterator placeOf_(std::uint64_t number) {
@@ -242,6 +228,7 @@ class Overlay final : private ShapeKeeper {
     void append_(Shape* shape);
     void enter_(std::uint64_t number, Shape* shape);
     void touched_(std::uint64_t number);
+    void noteName_(const Shape& shape, std::uint64_t number);
     struct How {
         bool referenceWritten = false;
         bool anew = false;
@@ -264,9 +251,9 @@ class Overlay final : private ShapeKeeper {
     /// Brings what is known of the text up to date.
     void sumUp_() const;
     std::vector<Place> places_;
-    /// Find shapes by name, and their place in the order of adding, without a walk over all of them.
-    Names byName_;
-    std::unordered_map<const Shape*, Names::iterator> entries_;
+    /// Find shapes by name, and their numbers, without a walk over all of them.
+    mutable ShapeNames names_;
+    std::unordered_map<const Shape*, std::uint64_t> numbers_;
     std::uint64_t nextOrder_ = 1;
     /// The text as it was at a revision.
     struct Sum {

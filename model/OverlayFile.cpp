@@ -140,6 +140,7 @@ struct OverlayReading::State {
     bool parse(Slice& slice);
     bool lookAtOffsets(Slice& slice);
     bool makeShapes(Slice& slice);
+    void make(ZEL::ZelShapePtr shape);
     bool findBlocks(Slice& slice);
     /// Keeps the text, and tells each shape its block.
     void finish();
@@ -156,14 +157,14 @@ struct OverlayReading::State {
     std::vector<ZEL::BlockSpan> spans;
     std::optional<ZEL::TextReading> parsing;
     SerializeToShape target;
-    /// Why a shape is not held; empty for one that is.
-    std::vector<std::string> reasons;
+    /// Of what each shape was that is not held, by its number among all.
+    std::vector<std::pair<std::size_t, ZEL::ShapeType>> leftOut;
     /// Shapes that are left out with a message, the first ones with one of their own.
     std::size_t told = 0;
-    /// The shapes of the blocks before the next.
+    /// The shapes of the blocks before the next, and those of them that are left out.
     std::size_t made = 0;
+    std::size_t passed = 0;
     std::vector<bool> held;
-    std::vector<ShapeSource> sources;
     Counts kept;
     LoadResult result;
 };
@@ -200,55 +201,68 @@ bool OverlayReading::State::lookAtOffsets(Slice& slice) {
     const bool isPlatform = converter && converter->refPlatformId() != 0;
     target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
     const bool isEmpty = spans.empty() && report.messages.empty();
-    if (shapes.empty() && !isEmpty && ZelToSerializer().replay(target, {}, platformId, sourceName) != 0)
+    if (shapes.empty() && !isEmpty && ZelToSerializer().replay(target, {}, platformId, sourceName) != 0) {
         result.error = "no valid shapes found";
+        result.source = std::make_shared<const ZEL::SourceText>(
+            std::move(text), std::vector<ZEL::BlockSpan>(), std::vector<bool>());
+    }
     return true;
 }
 
 bool OverlayReading::State::makeShapes(Slice& slice) {
     while (next < shapes.size()) {
-        const ZEL::ZelShapePtr& shape = shapes[next];
-        // Each message may take a host longer than the shape.
-        std::optional<halNotify::Silence> silence;
-        if (told >= UTILS::kMostListed &&
-            !ZelToSerializer().whyLeftOut(*shape, target.pointConverter() != nullptr).empty())
-            silence.emplace();
-        ZelToSerializer().replay(target, {&shape, 1}, platformId, sourceName, &reasons);
-        if (!reasons[next++].empty()) {
-            result.leftOut.push_back(labelOf(*shape));
-            if (ZelToSerializer().typeOf(*shape) != Serializer::ShapeType::None) ++told;
-        }
-        if (slice.isOver(unitsOf(*shape))) return false;
+        // What was read goes as soon as the shape is made of it: of very many there is no room for both.
+        ZEL::ZelShapePtr shape = std::move(shapes[next]);
+        const std::size_t units = unitsOf(*shape);
+        make(std::move(shape));
+        ++next;
+        if (slice.isOver(units)) return false;
     }
+    shapes = {};
     if (const std::size_t untold = told - std::min(told, UTILS::kMostListed); untold > 0)
         halNotify::notify(halNotify::Error)
             << sourceName << ": " << untold
             << (untold == 1 ? " more shape cannot be edited and is left out"
                             : " more shapes cannot be edited and are left out");
-    result.shapes = target.shapes();
-    auto made = result.shapes.begin();
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-        if (!reasons[i].empty()) continue;
-        bool drawn = true;
-        shapes[i]->getDrawn(drawn);
-        (*made++)->setShown(drawn);
-    }
     return true;
+}
+
+void OverlayReading::State::make(ZEL::ZelShapePtr shape) {
+    // Each message may take a host longer than the shape.
+    std::optional<halNotify::Silence> silence;
+    if (told >= UTILS::kMostListed &&
+        !ZelToSerializer().whyLeftOut(*shape, target.pointConverter() != nullptr).empty())
+        silence.emplace();
+    std::vector<std::string> reason;
+    ZelToSerializer().replay(target, {&shape, 1}, platformId, sourceName, &reason);
+    if (!reason.front().empty()) {
+        leftOut.emplace_back(next, shape->shapeType());
+        result.leftOut.push_back(labelOf(*shape));
+        if (ZelToSerializer().typeOf(*shape) != Serializer::ShapeType::None) ++told;
+        return;
+    }
+    bool drawn = true;
+    shape->getDrawn(drawn);
+    const char* const later = becomes(*shape);
+    result.shapes.push_back(std::move(target.shapes().front()));
+    result.shapes.back()->setShown(drawn);
+    result.shapes.back()->setSource(
+        {.text = nullptr, .extras = ZEL::extrasOf(std::move(shape)), .becomes = later});
 }
 
 bool OverlayReading::State::findBlocks(Slice& slice) {
     held.resize(spans.size());
     while (next < spans.size()) {
         const std::size_t i = next++;
-        if (spans[i].makesShape && reasons[made].empty()) {
+        const bool isLeftOut = passed < leftOut.size() && leftOut[passed].first == made;
+        if (spans[i].makesShape && !isLeftOut) {
             held[i] = true;
-            sources.push_back({.text = nullptr,
-                               .block = i,
-                               .digest = 0,
-                               .extras = ZEL::extrasOf(shapes[made]),
-                               .becomes = becomes(*shapes[made])});
+            Shape& shape = *result.shapes[made - passed];
+            ShapeSource source = shape.source();
+            source.block = i;
+            shape.setSource(std::move(source));
         } else if (spans[i].makesShape) {
-            const std::string kind(ZEL::ZelShape::shapeTypeToString(shapes[made]->shapeType()));
+            const std::string kind(ZEL::ZelShape::shapeTypeToString(leftOut[passed++].second));
             kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
         } else if (spans[i].isEnded) {
             kept.add("block with errors", "blocks with errors");
@@ -267,9 +281,10 @@ void OverlayReading::State::finish() {
     result.kept = kept.text();
     result.source =
         std::make_shared<const ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
-    for (std::size_t i = 0; i < result.shapes.size(); ++i) {
-        sources[i].text = result.source;
-        result.shapes[i]->setSource(std::move(sources[i]));
+    for (const auto& shape : result.shapes) {
+        ShapeSource source = shape->source();
+        source.text = result.source;
+        shape->setSource(std::move(source));
     }
     result.faultyLines = faultyLines(report, *result.source);
 }

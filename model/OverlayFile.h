@@ -30,7 +30,7 @@ struct LoadResult {
     std::size_t keptBlocks = 0;
     /// Lines that the reader did not understand, but for those of blocks that stay as they are.
     std::size_t faultyLines = 0;
-    /// The text itself; the shapes know their blocks of it.
+    /// The text itself, also when there is nothing; the shapes know their blocks of it.
     std::shared_ptr<const halCore::ZEL::SourceText> source;
 };
 

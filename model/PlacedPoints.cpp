@@ -11,18 +11,19 @@ using halCore::Vec3;
 
 const std::vector<Vec3>& PlacedPoints::places() const {
     if (!frame_) return given_;
-    if (isDerived_()) return places_;
-    places_.resize(size());
-    std::ranges::transform(given_, places_.begin(), [this](const Vec3& offset) {
+    if (isDerived_()) return aside_->places;
+    Aside& aside = aside_.change();
+    aside.places.resize(size());
+    std::ranges::transform(given_, aside.places.begin(), [this](const Vec3& offset) {
         return placeOf(*frame_, offset).value_or(kNoPlace);
     });
-    derivedAt_ = frame_->revision();
-    return places_;
+    aside.derivedAt = frame_->revision();
+    return aside.places;
 }
 
 Vec3 PlacedPoints::place(std::size_t index) const {
     if (!frame_) return given_[index];
-    return isDerived_() ? places_[index] : placeOf(*frame_, given_[index]).value_or(kNoPlace);
+    return isDerived_() ? aside_->places[index] : placeOf(*frame_, given_[index]).value_or(kNoPlace);
 }
 
 PlacedPoint PlacedPoints::at(std::size_t index) const {
@@ -45,52 +46,58 @@ std::optional<Vec3> PlacedPoints::givenFor_(const PlacedPoint& point) const {
 bool PlacedPoints::put(std::size_t index, const PlacedPoint& point) {
     const auto given = givenFor_(point);
     if (!given) return false;
-    left_.reset();
+    forgetLeft_();
     const bool derived = frame_ && isDerived_();
     if (index >= size()) {
         for (std::size_t gap = size(); gap < std::min(index, kSlots); ++gap) missing_ |= 1U << gap;
         given_.resize(index + 1, kNoPlace);
-        if (derived) places_.resize(index + 1, kNoPlace);
+        if (derived) aside_.change().places.resize(index + 1, kNoPlace);
     }
     if (index < kSlots) missing_ &= ~(1U << index);
     given_[index] = *given;
-    if (derived) places_[index] = point.place;
+    if (derived) aside_.change().places[index] = point.place;
     return true;
 }
 
 void PlacedPoints::append(std::span<const Vec3> places) {
-    left_.reset();
+    forgetLeft_();
     given_.insert(given_.end(), places.begin(), places.end());
 }
 
 bool PlacedPoints::insert(std::size_t index, const PlacedPoint& point) {
     const auto given = givenFor_(point);
     if (!given) return false;
-    left_.reset();
+    forgetLeft_();
     const auto at = static_cast<std::ptrdiff_t>(std::min(index, size()));
-    if (frame_ && isDerived_()) places_.insert(places_.begin() + at, point.place);
+    if (frame_ && isDerived_()) {
+        std::vector<Vec3>& places = aside_.change().places;
+        places.insert(places.begin() + at, point.place);
+    }
     given_.insert(given_.begin() + at, *given);
     return true;
 }
 
 void PlacedPoints::erase(std::size_t index) {
-    left_.reset();
+    forgetLeft_();
     const auto at = static_cast<std::ptrdiff_t>(index);
-    if (frame_ && isDerived_()) places_.erase(places_.begin() + at);
+    if (frame_ && isDerived_()) {
+        std::vector<Vec3>& places = aside_.change().places;
+        places.erase(places.begin() + at);
+    }
     given_.erase(given_.begin() + at);
 }
 
 void PlacedPoints::remove(std::size_t index) {
     if (!has(index)) return;
-    left_.reset();
+    forgetLeft_();
     missing_ |= 1U << index;
 }
 
 void PlacedPoints::clear() {
-    left_.reset();
+    forgetLeft_();
     missing_ = 0;
     given_.clear();
-    places_.clear();
+    if (!aside_->places.empty()) aside_.change().places.clear();
 }
 
 bool PlacedPoints::moveTo(std::vector<Vec3> places) {
@@ -100,11 +107,11 @@ bool PlacedPoints::moveTo(std::vector<Vec3> places) {
         if (!offset) return false;
         offsets[i] = *offset;
     }
-    left_.reset();
+    forgetLeft_();
     if (frame_) {
         given_ = std::move(offsets);
-        places_ = std::move(places);
-        derivedAt_ = frame_->revision();
+        aside_.change().places = std::move(places);
+        aside_.change().derivedAt = frame_->revision();
     } else {
         given_ = std::move(places);
     }
@@ -114,10 +121,10 @@ bool PlacedPoints::moveTo(std::vector<Vec3> places) {
 void PlacedPoints::level(std::size_t index) {
     const double given = given_[index].z();
     const double place = this->place(index).alt();
-    left_.reset();
+    forgetLeft_();
     for (Vec3& position : given_) position.setZ(given);
     if (!frame_ || !isDerived_()) return;
-    for (Vec3& position : places_) position.setAlt(place);
+    for (Vec3& position : aside_.change().places) position.setAlt(place);
 }
 
 // Frames
@@ -133,11 +140,11 @@ bool PlacedPoints::isAdrift_() const {
 }
 
 bool PlacedPoints::joins_(const Vec3& reference) const {
-    return frame_ && (isAdrift_() || ((!own_ || stranded_) && reference_() == reference));
+    return frame_ && (isAdrift_() || ((!hasOwnReference() || stranded_) && reference_() == reference));
 }
 
 bool PlacedPoints::countsFrom(const Vec3& reference) const {
-    return joins_(reference) || (!frame_ && left_ && left_->reference == reference);
+    return joins_(reference) || (!frame_ && aside_->left && aside_->left->reference == reference);
 }
 
 std::optional<std::vector<Vec3>> PlacedPoints::offsetsIn_(const PointConverter& frame,
@@ -165,33 +172,36 @@ bool PlacedPoints::enter(const PointConverter& frame, const std::optional<Vec3>&
     Vec3 reference;
     frame.getReferenceLla(reference);
     if (!middle && joins_(reference)) {
-        derivedAt_ = isDerived_() && !isAdrift_() ? frame.revision() : 0;
+        const std::uint64_t derivedAt = isDerived_() && !isAdrift_() ? frame.revision() : 0;
+        aside_.change().derivedAt = derivedAt;
     } else {
-        auto offsets = !middle && countsFrom(reference) ? std::optional(std::move(left_->offsets))
+        auto offsets = !middle && countsFrom(reference) ? std::optional(aside_->left->offsets)
                                                         : offsetsIn_(frame, middle);
         if (!offsets) return false;
-        if (!middle && places().data() == given_.data()) places_ = std::move(given_);
-        derivedAt_ = middle ? 0 : frame.revision();
+        if (!middle) places();
+        Aside& aside = aside_.change();
+        if (!middle && !frame_) aside.places = std::move(given_);
+        aside.derivedAt = middle ? 0 : frame.revision();
         given_ = std::move(*offsets);
     }
-    left_.reset();
-    own_.reset();
+    aside_.change().left.reset();
+    aside_.change().own.reset();
     stranded_ = false;
     frame_ = &frame;
     return true;
 }
 
 void PlacedPoints::nameReference(std::shared_ptr<const PointConverter> reference) {
-    own_ = std::move(reference);
-    frame_ = own_.get();
-    derivedAt_ = 0;
+    frame_ = reference.get();
+    aside_.change().own = std::move(reference);
+    aside_.change().derivedAt = 0;
 }
 
 bool PlacedPoints::leave() {
     if (!frame_) return true;
     const Vec3 reference = reference_();
     if (!hasAllPlaces()) {
-        if (own_) return false;
+        if (hasOwnReference()) return false;
         auto own = std::make_shared<PointConverter>();
         own->setReferenceLla(reference, 0);
         nameReference(std::move(own));
@@ -199,46 +209,46 @@ bool PlacedPoints::leave() {
         return false;
     }
     places();
-    left_ = Left{reference, std::move(given_)};
-    given_ = std::exchange(places_, {});
+    Aside& aside = aside_.change();
+    aside.left = Left{reference, std::move(given_)};
+    given_ = std::exchange(aside.places, {});
     frame_ = nullptr;
-    own_.reset();
+    aside.own.reset();
     stranded_ = false;
     return true;
 }
 
 void PlacedPoints::follow(const PointConverter& frame) {
-    if (&frame == frame_ || own_ || enter(frame, std::nullopt) || !frame_) return;
+    if (&frame == frame_ || hasOwnReference() || enter(frame, std::nullopt) || !frame_) return;
     frame_ = &frame;
-    derivedAt_ = 0;
+    aside_.change().derivedAt = 0;
 }
 
 PlacedPoints::State PlacedPoints::state(const State* like) const {
     State state{.given = SharedPoints(given_, like ? &like->given : nullptr),
                 .missing = missing_,
-                .frame = !frame_ ? State::Frame::None
-                         : own_  ? State::Frame::Own
-                                 : State::Frame::Others,
-                .own = own_,
+                .frame = !frame_             ? State::Frame::None
+                         : hasOwnReference() ? State::Frame::Own
+                                             : State::Frame::Others,
+                .own = aside_->own,
                 .stranded = stranded_,
                 .left = {}};
-    if (left_) {
+    if (const auto& left = aside_->left) {
         const auto* const before = like && like->left ? &like->left->offsets : nullptr;
-        state.left = State::Left{left_->reference, SharedPoints(left_->offsets, before)};
+        state.left = std::make_shared<const State::Left>(
+            State::Left{left->reference, SharedPoints(left->offsets, before)});
     }
     return state;
 }
 
 void PlacedPoints::restore(const State& state, const PointConverter& frame) {
     given_ = state.given.points();
-    places_.clear();
     missing_ = state.missing;
-    own_ = state.own;
-    frame_ = state.frame == State::Frame::None ? nullptr : own_ ? own_.get() : &frame;
+    frame_ = state.frame == State::Frame::None ? nullptr : state.own ? state.own.get() : &frame;
     stranded_ = state.stranded;
-    derivedAt_ = 0;
-    left_.reset();
-    if (state.left) left_ = Left{state.left->reference, state.left->offsets.points()};
+    aside_ = {};
+    if (state.own) aside_.change().own = state.own;
+    if (state.left) aside_.change().left = Left{state.left->reference, state.left->offsets.points()};
 }
 
 }  // namespace OverlayEditor

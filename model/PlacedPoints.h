@@ -9,6 +9,7 @@
 
 #include "geo/PointConverter.h"
 #include "model/PlacedPoint.h"
+#include "model/Shared.h"
 #include "model/SharedPoints.h"
 
 namespace OverlayEditor {
@@ -55,8 +56,8 @@ class PlacedPoints {
     /// What offsets count from; null for places.
     const PointConverter* frame() const { return frame_; }
     /// Whether they count from a reference that the shape names; and whether it was given that one.
-    bool hasOwnReference() const { return own_ != nullptr; }
-    bool namesReference() const { return own_ && !stranded_; }
+    bool hasOwnReference() const { return aside_->own != nullptr; }
+    bool namesReference() const { return hasOwnReference() && !stranded_; }
     /// Whether the offsets count from there, or did until the frame was left last, or from nowhere.
     bool countsFrom(const Vec3& reference) const;
     /// Changes whenever the reference moves.
@@ -92,8 +93,13 @@ class PlacedPoints {
         Frame frame = Frame::None;
         std::shared_ptr<const PointConverter> own;
         bool stranded = false;
-        std::optional<Left> left;
-        bool operator==(const State&) const = default;
+        /// Null for none.
+        std::shared_ptr<const Left> left;
+        bool operator==(const State& other) const {
+            return given == other.given && missing == other.missing && frame == other.frame &&
+                   own == other.own && stranded == other.stranded &&
+                   (left && other.left ? *left == *other.left : left == other.left);
+        }
     };
     /// \param like null, or a state with which it shares what is the same
     State state(const State* like) const;
@@ -112,7 +118,7 @@ class PlacedPoints {
     Vec3 reference_() const;
     /// Whether the frame was left where nothing in it has a place, as on a pole.
     bool isAdrift_() const;
-    bool isDerived_() const { return !frame_ || derivedAt_ == frame_->revision(); }
+    bool isDerived_() const { return !frame_ || aside_->derivedAt == frame_->revision(); }
     bool joins_(const Vec3& reference) const;
     /// What the positions are in a frame; nothing when one cannot be.
     std::optional<std::vector<Vec3>> offsetsIn_(const PointConverter& frame,
@@ -120,18 +126,26 @@ class PlacedPoints {
     /// The given form of a position; nothing when no offset leads there.
     std::optional<Vec3> givenFor_(const PlacedPoint& point) const;
 
+    /// What few shapes have: most are places, and have always been.
+    struct Aside {
+        std::shared_ptr<const PointConverter> own;
+        /// In a frame: the places as they were when it had this revision.
+        std::vector<Vec3> places;
+        std::uint64_t derivedAt = 0;
+        /// The offsets until the frame was left, as long as no position has been put anew.
+        std::optional<Left> left;
+    };
+    void forgetLeft_() {
+        if (aside_->left) aside_.change().left.reset();
+    }
+
     std::vector<Vec3> given_;
+    const PointConverter* frame_ = nullptr;
+    mutable Shared<Aside> aside_;
     /// A bit for each slot that is empty.
     std::uint32_t missing_ = 0;
-    const PointConverter* frame_ = nullptr;
-    std::shared_ptr<const PointConverter> own_;
     /// The frame was to be left while a position had no place.
     bool stranded_ = false;
-    /// In a frame: the places as they were when it had this revision.
-    mutable std::vector<Vec3> places_;
-    mutable std::uint64_t derivedAt_ = 0;
-    /// The offsets until the frame was left, as long as no position has been put anew.
-    std::optional<Left> left_;
 };
 
 }  // namespace OverlayEditor

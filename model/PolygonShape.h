@@ -76,7 +76,7 @@ class PolygonShape : public PointsContainer,
     void takeFrom_(PolygonPanel& panel);
 
     Subtype subtype_;
-    Equipment<PolygonPanel> equipment_{mouseTool_};
+    Equipment<PolygonPanel> equipment_;
 };
 
 }  // namespace OverlayEditor

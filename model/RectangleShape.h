@@ -110,7 +110,7 @@ class RectangleShape : public Equipped<RectangleShape, BaseFilledShape, Rectangl
     Subtype subtype_;
     /// As it was set, until a corner is set by itself.
     std::optional<SetSize> setSize_;
-    Equipment<RectanglePanel> equipment_{mouseTool_};
+    Equipment<RectanglePanel> equipment_;
 };
 
 }  // namespace OverlayEditor

@@ -9,13 +9,17 @@ std::size_t ShapeState::bytesBeyond(const ShapeState* other) const {
         const bool shared = other && other->positions.left;
         bytes += positions.left->offsets.bytesBeyond(shared ? &other->positions.left->offsets : nullptr);
     }
-    if (const auto* const drawn = std::get_if<FreeDrawState>(&own)) {
-        const auto* const before = other ? std::get_if<FreeDrawState>(&other->own) : nullptr;
-        bytes += drawn->points.bytesBeyond(before ? &before->points : nullptr);
-        bytes += drawn->lines.size() * sizeof(std::size_t);
+    using Drawn = Shared<FreeDrawState>;
+    if (const auto* const drawn = std::get_if<Drawn>(&own)) {
+        const auto* const before = other ? std::get_if<Drawn>(&other->own) : nullptr;
+        bytes += (*drawn)->points.bytesBeyond(before ? &(*before)->points : nullptr);
+        bytes += sizeof(FreeDrawState) + (*drawn)->lines.size() * sizeof(std::size_t);
     }
-    if (const auto* const round = std::get_if<RoundState>(&own))
-        bytes += round->numbers.bytes() + round->marks.bytes();
+    using Round = Shared<RoundState>;
+    if (const auto* const round = std::get_if<Round>(&own)) {
+        const auto* const before = other ? std::get_if<Round>(&other->own) : nullptr;
+        if (!before || !before->isOneWith(*round)) bytes += (*round)->bytes();
+    }
     return bytes;
 }
 

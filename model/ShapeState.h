@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -14,6 +13,7 @@
 #include "model/RectangleGeometry.h"
 #include "model/ShapeKinds.h"
 #include "model/ShapeSource.h"
+#include "model/Shared.h"
 #include "model/Slots.h"
 
 namespace OverlayEditor {
@@ -39,12 +39,15 @@ struct RoundState {
     };
 
     static constexpr std::size_t kEditPoints = 6;
-    std::array<std::optional<halCore::Vec3>, kEditPoints> places;
+    Slots<halCore::Vec3, kEditPoints> places;
     Slots<SetNumber, kEditPoints> numbers;
     Slots<Mark, kEditPoints> marks;
     bool requiresAllPoints = true;
     bool heightGiven = false;
     bool operator==(const RoundState&) const = default;
+    std::size_t bytes() const {
+        return sizeof(RoundState) + places.bytes() + numbers.bytes() + marks.bytes();
+    }
 };
 
 struct RectangleState {
@@ -91,7 +94,8 @@ struct ShapeState {
     std::int32_t lineWidth = 0;
     std::uint32_t fillColor = 0;
     bool filled = false;
-    std::variant<std::monostate, RoundState, RectangleState, FreeDrawState, LabelState> own;
+    /// What shapes hold as well, and what is large, is shared.
+    std::variant<std::monostate, Shared<RoundState>, RectangleState, Shared<FreeDrawState>, LabelState> own;
     bool operator==(const ShapeState&) const = default;
 
     /// How much memory it takes that another one does not hold as well.

@@ -38,6 +38,12 @@ std::size_t sameBack(const Vec3* a, const Vec3* b, std::size_t count) {
 }  // namespace
 
 SharedPoints::SharedPoints(std::span<const Vec3> points, const SharedPoints* like) {
+    if (points.size() <= kFew) {
+        std::ranges::copy(points, std::get<Few>(held_).begin());
+        size_ = points.size();
+        return;
+    }
+    Pieces& pieces = held_.emplace<Pieces>();
     if (like && points.size() > kFewPoints) {
         const std::size_t front = like->commonFront_(points);
         const std::size_t back = like->commonBack_(points.subspan(front));
@@ -45,51 +51,69 @@ SharedPoints::SharedPoints(std::span<const Vec3> points, const SharedPoints* lik
         appendFrom_(*like, 0, front);
         append_(points.subspan(front, points.size() - front - both));
         appendFrom_(*like, like->size() - both, both);
-        if (pieces_.size() <= kMostPieces) return;
-        pieces_.clear();
+        if (pieces.size() <= kMostPieces) return;
+        pieces.clear();
         size_ = 0;
     }
     append_(points);
 }
 
+std::size_t SharedPoints::runCount_() const {
+    const auto* const pieces = std::get_if<Pieces>(&held_);
+    return pieces ? pieces->size() : size_ > 0 ? 1 : 0;
+}
+
+std::span<const Vec3> SharedPoints::run_(std::size_t index) const {
+    if (const auto* const pieces = std::get_if<Pieces>(&held_)) return (*pieces)[index].points();
+    return std::span(std::get<Few>(held_)).first(size_);
+}
+
 std::size_t SharedPoints::commonFront_(std::span<const Vec3> points) const {
     std::size_t front = 0;
-    for (const Piece& piece : pieces_) {
-        const std::size_t most = std::min(piece.count, points.size() - front);
-        const std::size_t found = sameFront(piece.begin(), points.data() + front, most);
+    for (std::size_t i = 0; i < runCount_(); ++i) {
+        const auto run = run_(i);
+        const std::size_t most = std::min(run.size(), points.size() - front);
+        const std::size_t found = sameFront(run.data(), points.data() + front, most);
         front += found;
-        if (found < piece.count) break;
+        if (found < run.size()) break;
     }
     return front;
 }
 
 std::size_t SharedPoints::commonBack_(std::span<const Vec3> points) const {
     std::size_t back = 0;
-    for (auto piece = pieces_.rbegin(); piece != pieces_.rend(); ++piece) {
-        const std::size_t most = std::min(piece->count, points.size() - back);
+    for (std::size_t i = runCount_(); i > 0; --i) {
+        const auto run = run_(i - 1);
+        const std::size_t most = std::min(run.size(), points.size() - back);
         const Vec3* const end = points.data() + (points.size() - back);
-        const std::size_t found = sameBack(piece->begin() + (piece->count - most), end - most, most);
+        const std::size_t found = sameBack(run.data() + (run.size() - most), end - most, most);
         back += found;
-        if (found < piece->count) break;
+        if (found < run.size()) break;
     }
     return back;
 }
 
 void SharedPoints::append_(std::span<const Vec3> points) {
     if (points.empty()) return;
-    pieces_.push_back({std::make_shared<const Block>(points.begin(), points.end()), 0, points.size()});
+    std::get<Pieces>(held_).push_back(
+        {std::make_shared<const Block>(points.begin(), points.end()), 0, points.size()});
     size_ += points.size();
 }
 
 void SharedPoints::appendFrom_(const SharedPoints& other, std::size_t first, std::size_t count) {
-    for (const Piece& piece : other.pieces_) {
+    const auto* const pieces = std::get_if<Pieces>(&other.held_);
+    if (!pieces) {
+        append_(std::span(std::get<Few>(other.held_)).subspan(first, count));
+        return;
+    }
+    for (const Piece& piece : *pieces) {
         if (count == 0) break;
         if (first >= piece.count) {
             first -= piece.count;
             continue;
         }
         const std::size_t some = std::min(piece.count - first, count);
-        pieces_.push_back({piece.block, piece.first + first, some});
+        std::get<Pieces>(held_).push_back({piece.block, piece.first + first, some});
         size_ += some;
         count -= some;
         first = 0;
@@ -104,10 +128,14 @@ std::vector<Vec3> SharedPoints::points() const {
 }
 
 void SharedPoints::copyTo(std::vector<Vec3>& points, std::size_t first, std::size_t count) const {
-    SharedPoints some;
-    some.appendFrom_(*this, first, count);
-    for (const Piece& piece : some.pieces_)
-        points.insert(points.end(), piece.begin(), piece.begin() + piece.count);
+    for (std::size_t i = 0; i < runCount_() && count > 0; ++i) {
+        const auto run = run_(i);
+        const std::size_t from = std::min(first, run.size());
+        const auto some = run.subspan(from, std::min(count, run.size() - from));
+        points.insert(points.end(), some.begin(), some.end());
+        first -= from;
+        count -= some.size();
+    }
 }
 
 SharedPoints::Common SharedPoints::commonWith(const SharedPoints& other) const {
@@ -118,45 +146,47 @@ SharedPoints::Common SharedPoints::commonWith(const SharedPoints& other) const {
     std::size_t inMine = 0;
     std::size_t inTheirs = 0;
     while (common.front < most) {
-        const Piece& a = pieces_[mine];
-        const Piece& b = other.pieces_[theirs];
-        const std::size_t some = std::min(a.count - inMine, b.count - inTheirs);
-        const Vec3* const from = a.begin() + inMine;
-        const Vec3* const to = b.begin() + inTheirs;
-        const std::size_t found = from == to ? some : sameFront(from, to, some);
+        const auto a = run_(mine).subspan(inMine);
+        const auto b = other.run_(theirs).subspan(inTheirs);
+        const std::size_t some = std::min(a.size(), b.size());
+        const std::size_t found = a.data() == b.data() ? some : sameFront(a.data(), b.data(), some);
         common.front += found;
         if (found < some) break;
         inMine += some;
         inTheirs += some;
-        if (inMine == a.count) ++mine, inMine = 0;
-        if (inTheirs == b.count) ++theirs, inTheirs = 0;
+        if (some == a.size()) ++mine, inMine = 0;
+        if (some == b.size()) ++theirs, inTheirs = 0;
     }
-    mine = pieces_.size();
-    theirs = other.pieces_.size();
+    mine = runCount_();
+    theirs = other.runCount_();
     inMine = inTheirs = 0;
     while (common.back < most - common.front) {
-        const Piece& a = pieces_[mine - 1];
-        const Piece& b = other.pieces_[theirs - 1];
-        const std::size_t some =
-            std::min({a.count - inMine, b.count - inTheirs, most - common.front - common.back});
-        const Vec3* const from = a.begin() + (a.count - inMine - some);
-        const Vec3* const to = b.begin() + (b.count - inTheirs - some);
+        auto a = run_(mine - 1);
+        auto b = other.run_(theirs - 1);
+        a = a.first(a.size() - inMine);
+        b = b.first(b.size() - inTheirs);
+        const std::size_t some = std::min({a.size(), b.size(), most - common.front - common.back});
+        const Vec3* const from = a.data() + (a.size() - some);
+        const Vec3* const to = b.data() + (b.size() - some);
         const std::size_t found = from == to ? some : sameBack(from, to, some);
         common.back += found;
         if (found < some) break;
         inMine += some;
         inTheirs += some;
-        if (inMine == a.count) --mine, inMine = 0;
-        if (inTheirs == b.count) --theirs, inTheirs = 0;
+        if (some == a.size()) --mine, inMine = 0;
+        if (some == b.size()) --theirs, inTheirs = 0;
     }
     return common;
 }
 
 std::size_t SharedPoints::bytesBeyond(const SharedPoints* other) const {
+    const auto* const pieces = std::get_if<Pieces>(&held_);
+    if (!pieces) return 0;
+    const auto* const theirs = other ? std::get_if<Pieces>(&other->held_) : nullptr;
     std::size_t count = 0;
-    for (const Piece& piece : pieces_) {
-        const bool shared = other && std::ranges::any_of(other->pieces_, [&](const Piece& theirs) {
-                                return theirs.block == piece.block;
+    for (const Piece& piece : *pieces) {
+        const bool shared = theirs && std::ranges::any_of(*theirs, [&](const Piece& each) {
+                                return each.block == piece.block;
                             });
         if (!shared) count += piece.count;
     }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <variant>
 #include <vector>
 
 #include "common/Vec3.h"
@@ -38,16 +40,24 @@ class SharedPoints {
         std::shared_ptr<const Block> block;
         std::size_t first = 0;
         std::size_t count = 0;
-        const halCore::Vec3* begin() const { return block->data() + first; }
+        std::span<const halCore::Vec3> points() const { return {block->data() + first, count}; }
     };
+    using Pieces = std::vector<Piece>;
+    /// Most shapes have so few, and there may be very many shapes.
+    static constexpr std::size_t kFew = 2;
+    using Few = std::array<halCore::Vec3, kFew>;
+
+    /// The points are runs, which follow one another.
+    std::size_t runCount_() const;
+    std::span<const halCore::Vec3> run_(std::size_t index) const;
     /// How many points stand at the beginning of both, or at the end behind the first `from` ones.
     std::size_t commonFront_(std::span<const halCore::Vec3> points) const;
     std::size_t commonBack_(std::span<const halCore::Vec3> points) const;
     void appendFrom_(const SharedPoints& other, std::size_t first, std::size_t count);
     void append_(std::span<const halCore::Vec3> points);
 
-    std::vector<Piece> pieces_;
     std::size_t size_ = 0;
+    std::variant<Few, Pieces> held_;
 };
 
 }  // namespace OverlayEditor

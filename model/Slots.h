@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
+#include <utility>
 
 namespace OverlayEditor {
 
@@ -13,6 +15,16 @@ class Slots {
     static_assert(count < 32);
 
   public:
+    Slots() = default;
+    Slots(const Slots& other) : set_(other.set_), values_(other.copy_(other.used_())) {}
+    Slots(Slots&& other) noexcept : set_(std::exchange(other.set_, 0)), values_(std::move(other.values_)) {}
+    Slots& operator=(Slots other) noexcept {
+        std::swap(set_, other.set_);
+        std::swap(values_, other.values_);
+        return *this;
+    }
+    ~Slots() = default;
+
     static constexpr std::size_t size() { return count; }
     /// Null for one that is not set; until the next that is set or reset.
     const Value* operator[](std::size_t slot) const {
@@ -24,26 +36,42 @@ class Slots {
             *known = value;
             return;
         }
-        values_.insert(values_.begin() + before_(slot), value);
+        auto values = copy_(used_() + 1);
+        Value* const place = values.get() + before_(slot);
+        std::copy_backward(place, values.get() + used_(), values.get() + used_() + 1);
+        *place = value;
+        values_ = std::move(values);
         set_ |= bit_(slot);
     }
     void reset(std::size_t slot) {
         if (!(set_ & bit_(slot))) return;
-        values_.erase(values_.begin() + before_(slot));
+        Value* const place = values_.get() + before_(slot);
+        std::copy(place + 1, values_.get() + used_(), place);
         set_ &= ~bit_(slot);
     }
-    std::size_t bytes() const { return values_.capacity() * sizeof(Value); }
-    bool operator==(const Slots&) const = default;
+    std::size_t bytes() const { return used_() * sizeof(Value); }
+    bool operator==(const Slots& other) const {
+        return set_ == other.set_ && std::equal(values_.get(), values_.get() + used_(), other.values_.get());
+    }
 
   private:
     static std::uint32_t bit_(std::size_t slot) { return 1U << slot; }
+    std::size_t used_() const { return static_cast<std::size_t>(std::popcount(set_)); }
     /// How many of the slots before it are set.
-    std::uint8_t before_(std::size_t slot) const {
-        return static_cast<std::uint8_t>(std::popcount(set_ & (bit_(slot) - 1)));
+    std::size_t before_(std::size_t slot) const {
+        return static_cast<std::size_t>(std::popcount(set_ & (bit_(slot) - 1)));
+    }
+    /// The values, with room for so many.
+    std::unique_ptr<Value[]> copy_(std::size_t room) const {
+        if (room == 0) return nullptr;
+        auto values = std::make_unique<Value[]>(room);
+        std::copy_n(values_.get(), std::min(used_(), room), values.get());
+        return values;
     }
 
     std::uint32_t set_ = 0;
-    std::vector<Value> values_;
+    /// Those that are set, in the order of their slots.
+    std::unique_ptr<Value[]> values_;
 };
 
 }  // namespace OverlayEditor

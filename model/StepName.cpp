@@ -18,8 +18,8 @@ const char* pointsName(const SharedPoints& before, const SharedPoints& after) {
 }
 
 const char* roundName(const ShapeState& before, const ShapeState& after) {
-    const auto& was = std::get<RoundState>(before.own);
-    const auto& is = std::get<RoundState>(after.own);
+    const RoundState& was = *std::get<Shared<RoundState>>(before.own);
+    const RoundState& is = *std::get<Shared<RoundState>>(after.own);
     const bool moved = !(before.positions == after.positions);
     if (moved && before.positions.given.size() == 0) return "draw ";
     const auto differs = [&](CylinderShape::EditPoint role) {
@@ -39,10 +39,10 @@ const char* roundName(const ShapeState& before, const ShapeState& after) {
 }
 
 const char* formName(const ShapeState& before, const ShapeState& after) {
-    if (std::holds_alternative<RoundState>(after.own)) return roundName(before, after);
-    if (const auto* const drawn = std::get_if<FreeDrawState>(&after.own)) {
-        const auto& was = std::get<FreeDrawState>(before.own);
-        return was.points == drawn->points ? "change " : pointsName(was.points, drawn->points);
+    if (std::holds_alternative<Shared<RoundState>>(after.own)) return roundName(before, after);
+    if (const auto* const drawn = std::get_if<Shared<FreeDrawState>>(&after.own)) {
+        const FreeDrawState& was = *std::get<Shared<FreeDrawState>>(before.own);
+        return was.points == (*drawn)->points ? "change " : pointsName(was.points, (*drawn)->points);
     }
     if (std::holds_alternative<LabelState>(after.own))
         return before.positions == after.positions ? "change the look of " : "move ";

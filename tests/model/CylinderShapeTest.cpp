@@ -204,7 +204,8 @@ TEST_F(CylinderShapeTest, AnEllipsoidWithoutAHeightIsAsHighAsItsLongerRadius) {
     const auto ellipsoid = make(CylinderShape::Ellipsoid);
     for (int round = 0; round < 200; ++round) {
         const double length = random.length();
-        const Vec3 near = random.position(&*ellipsoid->centerPt());
+        const auto center = ellipsoid->centerPt();
+        const Vec3 near = random.position(&*center);
         const std::function<void()> changes[] = {
             [&] { ellipsoid->setMajorRadius(length); }, [&] { ellipsoid->setMinorRadius(length); },
             [&] { ellipsoid->setMajorRadius(near); },   [&] { ellipsoid->setMinorRadius(near); },
