@@ -13,6 +13,7 @@
 #include "geo/Wgs84.h"
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
+#include "globe/EarthDisc.h"
 #include "globe/EarthShaders.h"
 #include "globe/SoftwareRenderer.h"
 
@@ -112,8 +113,8 @@ void EarthLayer::setImage(const QImage& image) {
         texture_->setMaximumAnisotropy(8.0F);
 }
 
-void EarthLayer::drawRectangle(QOpenGLShaderProgram& program, const Camera& camera,
-                               const std::array<float, 4>& area) {
+void EarthLayer::setView(QOpenGLShaderProgram& program, const Camera& camera,
+                         const std::array<float, 4>& area) {
     const Ecef eye = toUnitSphere(camera.eye());
     program.setUniformValue("low", area[0], area[1]);
     program.setUniformValue("high", area[2], area[3]);
@@ -126,8 +127,15 @@ void EarthLayer::drawRectangle(QOpenGLShaderProgram& program, const Camera& came
     static constexpr float kCorners[] = {0.0F, 0.0F, 1.0F, 0.0F, 0.0F, 1.0F, 1.0F, 1.0F};
     program.enableAttributeArray(0);
     program.setAttributeArray(0, kCorners, 2);
-    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-    program.disableAttributeArray(0);
+}
+
+void EarthLayer::drawWithin(const std::vector<QRect>& parts) {
+    glEnable(GL_SCISSOR_TEST);
+    for (const QRect& part : parts) {
+        glScissor(part.x(), part.y(), part.width(), part.height());
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    }
+    glDisable(GL_SCISSOR_TEST);
 }
 
 QOpenGLShaderProgram& EarthLayer::groundProgram(unsigned ground) {
@@ -156,8 +164,11 @@ void EarthLayer::draw(const Camera& camera, double pixelRatio, BaseMap& map, con
     QOpenGLContext::currentContext()->functions()->glBindBuffer(GL_ARRAY_BUFFER, 0);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
+    const EarthDisc disc(camera, pixelRatio);
     sky_->bind();
-    drawRectangle(*sky_, camera, kWholeView);
+    setView(*sky_, camera, kWholeView);
+    drawWithin(disc.rim);
+    sky_->disableAttributeArray(0);
     sky_->release();
 
     unsigned kind = kPlain;
@@ -228,10 +239,14 @@ void EarthLayer::draw(const Camera& camera, double pixelRatio, BaseMap& map, con
     // Everybody else counts on the first unit.
     QOpenGLFunctions& gl = *QOpenGLContext::currentContext()->functions();
     gl.glActiveTexture(GL_TEXTURE0);
+    setView(program, camera, areaOfEarth(camera));
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    drawRectangle(program, camera, areaOfEarth(camera));
+    drawWithin(disc.rim);
     glDisable(GL_BLEND);
+    // After the rim: scissors of the software renderer let a column more through.
+    drawWithin(disc.earth);
+    program.disableAttributeArray(0);
     if (kind & kDetail) detail_->release(2);
     if (kind & kWorld) world_->release(1);
     if (kind & (kMinified | kMagnified)) texture_->release(0);

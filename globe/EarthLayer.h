@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
 #include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "globe/MapOptions.h"
 
@@ -44,7 +46,10 @@ class EarthLayer {
 
     QOpenGLShaderProgram& groundProgram(unsigned ground);
     void uploadMap(BaseMap& map, unsigned ground);
-    void drawRectangle(QOpenGLShaderProgram& program, const Camera& camera, const std::array<float, 4>& area);
+    /// `area` of the view is what drawWithin() may draw: left, bottom, right, top, -1 to 1.
+    static void setView(QOpenGLShaderProgram& program, const Camera& camera,
+                        const std::array<float, 4>& area);
+    static void drawWithin(const std::vector<QRect>& parts);
 
     std::unique_ptr<QOpenGLShaderProgram> sky_;
     std::map<unsigned, std::unique_ptr<QOpenGLShaderProgram>> ground_;

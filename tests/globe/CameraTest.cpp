@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "geo/Ecef.h"
 #include "geo/GeodesicPath.h"
 #include "globe/Camera.h"
+#include "globe/EarthDisc.h"
 #include "globe/ShapeText.h"
 
 namespace sandbox {
@@ -143,6 +145,37 @@ TEST(Camera, ShowsWhatItLooksAtFromItsOwnLength) {
                 const double beside = std::min({p.x, width - p.x, p.y, height - p.y});
                 EXPECT_GT(beside, 0.02 * std::min(width, height)) << meters << " " << azimuth;
             }
+}
+
+/// Each pixel of a view is in one part; those that show nothing but the earth are most of the earth's.
+TEST(Camera, TheEarthsDiscIsCutFromTheView) {
+    const double views[][3] = {{4e7, 0, 90}, {2.3e7, 0, 90}, {9e6, 40, 50}, {1e6, 70, 20}, {2e4, 200, 3}};
+    for (const auto& [range, azimuth, elevation] : views) {
+        const Camera camera = looking(at(20, 179.9), range, azimuth, elevation);
+        const EarthDisc disc(camera, 1.0);
+        std::vector<int> parts(1000 * 600);
+        const auto take = [&](const std::vector<QRect>& rectangles, int weight) {
+            for (const QRect& part : rectangles)
+                for (int y = part.top(); y <= part.bottom(); ++y)
+                    for (int x = part.left(); x <= part.right(); ++x)
+                        parts.at(static_cast<std::size_t>(1000 * (599 - y) + x)) += weight;
+        };
+        take(disc.earth, 1);
+        take(disc.rim, 10);
+        int earth = 0, found = 0;
+        for (int y = 0; y < 600; ++y)
+            for (int x = y % 3; x < 1000; x += 3) {
+                const int part = parts[static_cast<std::size_t>(1000 * y + x)];
+                ASSERT_TRUE(part == 1 || part == 10) << x << ' ' << y;
+
+                const bool shows = camera.pick(x - 1.5, y - 1.5) && camera.pick(x + 2.5, y - 1.5) &&
+                                   camera.pick(x - 1.5, y + 2.5) && camera.pick(x + 2.5, y + 2.5);
+                EXPECT_TRUE(shows || part == 10) << range << ": " << x << ' ' << y;
+                earth += shows ? 1 : 0;
+                found += part == 1 ? 1 : 0;
+            }
+        EXPECT_GT(found, earth / 4) << range;
+    }
 }
 
 TEST(Camera, IgnoresNonsense) {
