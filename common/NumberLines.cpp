@@ -10,6 +10,7 @@
 #include "common/DecimalDigits.h"
 
 #ifdef __x86_64__
+#include <cpuid.h>
 #include <immintrin.h>
 /// For functions that are called only where the processor has these instructions.
 #define OE_VECTORS gnu::target("avx2,fma,lzcnt")
@@ -187,7 +188,10 @@ constexpr std::size_t kLongestStart = 16;
 
 const bool kHasVectors = [] {
     __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") && __builtin_cpu_supports("lzcnt");
+    // Not all compilers know that one by name.
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    const bool countsZeros = __get_cpuid(0x80000001, &a, &b, &c, &d) != 0 && (c & bit_LZCNT) != 0;
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") && countsZeros;
 }();
 
 #endif
