@@ -12,6 +12,7 @@
 #include "common/Notify.h"
 #include "geo/UnitTypes.h"
 #include "gui/NextRow.h"
+#include "gui/OtherFormats.h"
 #include "gui/RefusedText.h"
 #include "gui/RingsDialog.h"
 #include "gui/SelectExistingZELDialog.h"
@@ -178,6 +179,9 @@ class OverlayEditorDialog {
     void afterAsking_(std::function<void()> work);
     /// A load that is under way. Until all of it is there what is edited can be edited on.
     struct Loading {
+        /// As long as an overlay is made of another program's file.
+        std::unique_ptr<UTILS::OtherFormatReading> conversion;
+        bool hasWaited = false;
         Document::Reading reading;
         bool back = false;
         std::function<void(bool loaded)> then;
@@ -189,8 +193,12 @@ class OverlayEditorDialog {
     /// Loads what is small at once, and other things in the pauses between the host's entries. One that is
     /// under way ends.
     /// \param back \see loadOverlay_ \param then called when it is over, unless it was canceled
-    void load_(Document::Reading reading, bool back, std::function<void(bool loaded)> then = {});
+    /// \param conversion makes the text first
+    void load_(Document::Reading reading, bool back, std::function<void(bool loaded)> then = {},
+               std::unique_ptr<UTILS::OtherFormatReading> conversion = nullptr);
     void goOnLoading_(Slice& slice);
+    /// \return whether the text is still made
+    bool isConverting_();
     void cancelLoading_(const std::string& why);
     void loadNextZel_();
     /// Only when there is a shape that the editor can keep, what is held is given up. \return whether it was

@@ -21,10 +21,11 @@ constexpr std::size_t kAtLeastAtOnce = 50'000;
 constexpr std::chrono::seconds kUntold{1};
 
 /// A file of another program, as a new overlay.
-Document::Reading beginOtherFormat(const Document& document, const std::string& fileName) {
+Document::Reading beginOtherFormat(const Document& document, UTILS::OtherFormatReading& file) {
+    const std::string& fileName = file.fileName();
     std::string text;
     std::vector<std::string> messages;
-    const std::string error = UTILS::readOtherFormat(fileName, text, messages);
+    const std::string error = file.take(text, messages);
     for (const std::string& message : messages) halNotify::notify(halNotify::Warning) << message;
     Document::Reading reading;
     if (error.empty()) {
@@ -55,11 +56,16 @@ int OverlayEditorDialog::onCmdLoadOverlay(PIObject*, void*) {
                     kLastLoaded));
     if (!fileName.empty())
         afterAsking_([this, fileName] {
-            load_(UTILS::isOtherFormat(fileName) ? beginOtherFormat(document_, fileName)
-                                                 : document_.beginFile(fileName),
-                  true, [fileName](bool loaded) {
-                      if (loaded) PIGUI::PIRegistry::setValue(kLastLoaded, fileName);
-                  });
+            const auto then = [fileName](bool loaded) {
+                if (loaded) PIGUI::PIRegistry::setValue(kLastLoaded, fileName);
+            };
+            if (!UTILS::isOtherFormat(fileName)) {
+                load_(document_.beginFile(fileName), true, then);
+                return;
+            }
+            Document::Reading reading;
+            reading.fileName = fileName;
+            load_(std::move(reading), true, then, std::make_unique<UTILS::OtherFormatReading>(fileName));
         });
     return 1;
 }
@@ -117,9 +123,11 @@ int OverlayEditorDialog::onCmdExistingZelSelected(PIObject*, void*) {
 
 // A load that is under way
 
-void OverlayEditorDialog::load_(Document::Reading reading, bool back, std::function<void(bool)> then) {
+void OverlayEditorDialog::load_(Document::Reading reading, bool back, std::function<void(bool)> then,
+                                std::unique_ptr<UTILS::OtherFormatReading> conversion) {
     cancelLoading_("something else is loaded");
-    loading_.emplace(Loading{.reading = std::move(reading),
+    loading_.emplace(Loading{.conversion = std::move(conversion),
+                             .reading = std::move(reading),
                              .back = back,
                              .then = std::move(then),
                              .sender = sender_,
@@ -131,10 +139,11 @@ void OverlayEditorDialog::load_(Document::Reading reading, bool back, std::funct
 
 void OverlayEditorDialog::goOnLoading_(Slice& slice) {
     // What the mouse draws is whole first.
-    bool waits = document_.history().isPressed();
+    bool waits = document_.history().isPressed() || isConverting_();
     waits = waits || !document_.goOn(loading_->reading, slice);
     if (waits && document_.turns().comeBack()) {
-        const auto percent = static_cast<int>(100.0 * loading_->reading.part());
+        const double part = loading_->conversion ? 0.0 : loading_->reading.part();
+        const auto percent = static_cast<int>(100.0 * part);
         if (std::chrono::steady_clock::now() - loading_->begun > kUntold)
             widgets_->messages.tellProgress("Loading " + loading_->reading.fileName + ": " +
                                             std::to_string(percent) + " %");
@@ -147,6 +156,15 @@ void OverlayEditorDialog::goOnLoading_(Slice& slice) {
     insists_ = loading.insists;
     const bool loaded = loadOverlay_(std::move(loading.reading), loading.back);
     if (loading.then) loading.then(loaded);
+}
+
+bool OverlayEditorDialog::isConverting_() {
+    if (!loading_->conversion) return false;
+    const auto most = loading_->hasWaited ? std::chrono::milliseconds(0) : HostTurns::kAtOnce;
+    loading_->hasWaited = true;
+    if (!loading_->conversion->wait(most) && document_.turns().comeBack()) return true;
+    loading_->reading = beginOtherFormat(document_, *std::exchange(loading_->conversion, nullptr));
+    return false;
 }
 
 void OverlayEditorDialog::cancelLoading_(const std::string& why) {

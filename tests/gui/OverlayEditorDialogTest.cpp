@@ -181,13 +181,24 @@ TEST_F(OverlayEditorDialogTest, LoadsWhatTheZelCommandMakesOfOtherFormats) {
               std::string(kTwoCircles) + "' >\"$3\"\n");
     std::filesystem::permissions(path("zel"), std::filesystem::perms::owner_all);
     press("...");
+    while (list().items.empty()) host.fireTimeouts();
     EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
     EXPECT_EQ(form.field("File:").text, "");
     EXPECT_EQ(changes(), "Not saved");
     EXPECT_THAT(messages, ElementsAre(path("harbour.KML") + ": a hole"));
     press("...");
+    while (messages.size() < 3) host.fireTimeouts();
     EXPECT_THAT(list().items, ElementsAre("Inner", "Outer"));
     EXPECT_THAT(messages, ElementsAre(testing::_, "one", HasSubstr("bad.gpkg: no")));
+    // One that never ends.
+    write(path("zel"), "#!/bin/sh\nexec /bin/sleep 1000\n");
+    host.fileDialogAnswers = {path("harbour.KML")};
+    messages.clear();
+    press("...");
+    host.fireTimeouts();
+    press("New");
+    EXPECT_THAT(messages, testing::Contains(HasSubstr("harbour.KML: an empty overlay is begun")));
+    EXPECT_THAT(list().items, IsEmpty());
 }
 
 TEST_F(OverlayEditorDialogTest, ShowsTheDocumentInListFileAndAttachRow) {
