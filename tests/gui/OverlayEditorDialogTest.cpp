@@ -25,6 +25,10 @@ TEST_F(OverlayEditorDialogTest, StartsHiddenAndEmpty) {
         EXPECT_FALSE(host.find(caption)->enabled) << caption;
     for (const char* caption : {"...", "Save As...", "Help...", "Close"})
         EXPECT_TRUE(host.find(caption)->enabled) << caption;
+    for (const auto& [handle, widget] : host.widgets)
+        EXPECT_TRUE(widget.kind != FakeHost::Id::CreateButton || !(widget.shown && widget.enabled) ||
+                    widget.caption.find("\t") != std::string::npos)
+            << "no tooltip: " << widget.caption;
     EXPECT_FALSE(form.field("Name:").enabled);
     EXPECT_THAT(form.field("Shape:").items, ElementsAre("Add", "Circle", "Sphere", "Cone", "Text", "Line"));
     EXPECT_EQ(form.field("LLA:").items.at(static_cast<std::size_t>(form.field("LLA:").number)),

@@ -11,6 +11,7 @@
 #include "common/Files.h"
 #include "pi/OverlayEditorInterface.h"
 #include "plugin/HostedPlugin.h"
+#include "support/Rows.h"
 
 using PluginClient::Interfaces::OVERLAYEDITOR_SERVICE_NAME;
 using ::testing::ElementsAre;
@@ -211,6 +212,37 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
     EXPECT_TRUE(host.overlays[saved[0]].shown);
     expectNothingLeft();
     EXPECT_EQ(host.settings["RangeUnits"], "meters");
+}
+
+/// Whatever keys the host binds them to.
+TEST_F(PluginTest, CommandsDoWhatTheirNamesSay) {
+    LoadedPlugin plugin(host);
+    plugin.dispatch(Function::StartUp);
+    openDialog();
+    const auto pointsAfter = [&](const char* label) {
+        command(label);
+        std::size_t points = 0;
+        for (const auto& [handle, overlay] : host.overlays)
+            points += test::split(overlay.text, "\nlla ").size() - 1;
+        return points;
+    };
+    add("Line");
+    for (const int x : {40, 60, 80, 90}) drag(plugin, x, 40, x, 40);
+    EXPECT_EQ(pointsAfter("Remove Last Overlay Point"), 3u);
+    drag(plugin, 70, 50, 70, 50);
+    EXPECT_EQ(pointsAfter("Undo Overlay Edit"), 3u) << "it was drawn on";
+    EXPECT_EQ(pointsAfter("Undo Overlay Edit"), 4u);
+    EXPECT_EQ(pointsAfter("Redo Overlay Edit"), 3u);
+    EXPECT_EQ(host.grabs, 1);
+    EXPECT_EQ(pointsAfter("Finish Overlay Shape"), 3u);
+    EXPECT_EQ(host.grabs, 0);
+    EXPECT_EQ(pointsAfter("Duplicate Overlay Shape"), 6u);
+    EXPECT_EQ(pointsAfter("Delete Overlay Shape"), 3u);
+    addCircle();
+    plugin.mouse(Mouse::LeftPress, 100, 100);
+    command("Cancel Overlay Drawing");
+    EXPECT_EQ(host.grabs, 0);
+    plugin.dispatch(Function::Close);
 }
 
 /// What the host tells while a file dialog is open comes before what the dialog was asked for.

@@ -1,4 +1,4 @@
-// The dialog's own work with hosts, files and hands: its layout, and one round of drawing, saving, loading, deleting.
+// The dialog's own work with hosts, files and hands: one round of drawing, saving, loading, deleting.
 const editor = dialog("Overlay Editor");
 const work = args[0] || temporaryDirectory();
 const changes = what => waitFor(() => editor.captions().includes(what), "\"" + what + "\" behind \"Changes:\"", 3000);
@@ -6,25 +6,6 @@ const changes = what => waitFor(() => editor.captions().includes(what), "\"" + w
 menu("Plug-ins", "Overlay Editor...");
 editor.moveTo(700, 0);
 picture(work + "/files-empty.png");
-const order = ["All Shapes", "Center", "Delete", "Delete All", "General Options", "File:", "...", "Attach:",
-    "Auto-delete:", "Shape Controls", "Shape:", "Mouse:", "Edit", "Stop", "Name:", "Units", "LLA:", "Alt:", "Ang:",
-    "Rng:", "Prec:", "Load HALVIS...", "Save", "Save As...", "Help...", "Close"];
-const captions = editor.captions();
-assertEqual(order.filter(text => !captions.includes(text)), [], "captions that are missing");
-const tooltips = { "Center": "Center on the selected ZEL in HALVIS", "Delete": "Remove the selected shape",
-    "Delete All": "Remove all shapes", "File:": "Currently loaded ZEL file",
-    "...": "Load a ZEL file from file system to edit",
-    "Auto-delete:": "Delete any ZEL files that were automatically created on exit",
-    "Shape:": "Select a shape to add it", "Name:": "Name of the shape",
-    "Edit": "Start editing the selected Shape using the mouse controls",
-    "Stop": "Stop editing the selected Shape with the mouse controls",
-    "Prec:": "Decimal points to use for precision",
-    "Load HALVIS...": "Load a ZEL file currently loaded in HALVIS",
-    "Save": "Save the current shapes to the current ZEL file and reload it in HALVIS",
-    "Save As...": "Save the current shapes to a new ZEL file and load it in HALVIS",
-    "Help...": "Launch the user manual", "Close": "Close this dialog" };
-for (const caption in tooltips) assertEqual(editor.tooltip(caption), tooltips[caption], caption);
-
 editor.choose("Shape:", "Circle");
 editor.press("Stop");
 editor.fill("Name:", "Harbour");

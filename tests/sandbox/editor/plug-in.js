@@ -1,10 +1,5 @@
-// What the host shows of the plug-in: who it is, its menu item, its part of the overlays' context menu.
+// What the host shows of the plug-in: its menu item, its part of the overlays' context menu.
 const work = temporaryDirectory();
-const [self] = plugins();
-assertEqual([self.name, self.description, self.author],
-            ["OverlayEditor", "Overlay Editor Plug-in lets you create and edit shapes in 3-D in HALVIS.",
-             "the OverlayEditor authors"]);
-assert(/^\d+\.\d+\.\d+ \(20\d\d-\d\d-\d\d\)$/.test(self.version), self.version);
 assert(menuItems("Plug-ins").find(entry => entry.text === "Overlay Editor...").icon, "the menu item's picture");
 
 // Sent from the host's list, several: each is edited in turn, and the host draws it no more meanwhile.
