@@ -60,8 +60,7 @@ class ShapeNames {
         const auto behind = entries_.begin() + static_cast<std::ptrdiff_t>(sorted_);
         std::sort(behind, entries_.end());
         std::inplace_merge(entries_.begin(), behind, entries_.end());
-        const auto twice = std::ranges::unique(entries_);
-        entries_.erase(twice.begin(), twice.end());
+        entries_.erase(std::unique(entries_.begin(), entries_.end()), entries_.end());
         sorted_ = entries_.size();
     }
 
