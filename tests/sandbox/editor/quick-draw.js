@@ -1,5 +1,5 @@
 // Quick drawing where the host's mouse, lists and menus count: double clicks, a platform picked in the view, files that
-// the user unloads or sends to the editor, the editor beside it.
+// the user unloads, the editor beside it.
 const directory = temporaryDirectory() + "/shapes";
 const here = { lat: 42, lon: 5 };
 const edge = { lat: 42, lon: 7 };
@@ -69,14 +69,3 @@ action("Quick Circle Draw");
 waitFor(() => !editor.checked("Edit"), "the dialog to follow");
 assertEqual(editor.items().length, 1, "the editor's circle stays");
 editor.press("Delete All");
-
-// Edited and saved it is the user's: removing takes it out of the view only.
-beginCircle();
-finish();
-const edited = quickFiles().pop();
-overlayMenu(edited, "Send to Overlay Editor");
-editor.select("All Shapes", 0);
-editor.fill("Name:", "Mine");
-editor.press("Save");
-action("Remove Last Quick Shape");
-assert(!quickFiles().includes(edited) && readFile(directory + "/" + edited).includes("3d name Mine\n"));
