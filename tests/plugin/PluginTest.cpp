@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/Files.h"
 #include "pi/OverlayEditorInterface.h"
 #include "plugin/HostedPlugin.h"
 #include "support/Rows.h"
@@ -177,20 +176,15 @@ TEST_F(PluginTest, TheNoteOfAPickedPlatformGoesWithIt) {
     plugin.dispatch(Function::Close);
 }
 
-TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
+TEST_F(PluginTest, WhatIsSavedIsToldAndNothingIsLeft) {
     const std::string file = directory + "/circle.zel";
     LoadedPlugin plugin(host);
     EXPECT_EQ(plugin.dispatch(Function::StartUp), 0);
     EXPECT_EQ(plugin.mouse(Mouse::LeftPress, 5, 5), 0) << "nothing is drawn yet";
     openDialog();
     addCircle();
-    EXPECT_EQ(form.field("Name:").text, "Circle 1");
-    EXPECT_THAT(host.screenTexts.begin()->second, HasSubstr("VAlign STRING B")) << "the hint";
     drag(plugin, 100, 100, 130, 100);
     plugin.mouse(Mouse::RightPress, 0, 0);
-    host.fireTimeouts();
-    EXPECT_TRUE(host.find("Stop")->checked);
-    EXPECT_EQ(host.timeouts.size(), 1u) << "one chain";
 
     std::vector<void*> saved;
     auto* const service = static_cast<Service*>(host.services[OVERLAYEDITOR_SERVICE_NAME]);
@@ -198,9 +192,6 @@ TEST_F(PluginTest, DrawsSavesAndLeavesNothing) {
         [&](const auto& overlays) { saved.insert(saved.end(), overlays.begin(), overlays.end()); });
     host.fileDialogAnswers = {file};
     press("Save As...");
-    std::string contents;
-    EXPECT_EQ(UTILS::readFile(file, contents), "");
-    EXPECT_THAT(contents, HasSubstr("3d name Circle 1"));
     ASSERT_EQ(saved.size(), 1u);
     EXPECT_EQ(host.overlays[saved[0]].path, file);
     EXPECT_FALSE(host.overlays[saved[0]].shown) << "the editor's circle is drawn in its place";
