@@ -1,9 +1,12 @@
 #include "sandbox/OverlayFiles.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <ios>
 #include <ranges>
-#include <sstream>
+#include <streambuf>
+#include <string>
 #include <utility>
 
 #include "common/Files.h"
@@ -30,12 +33,20 @@ std::string wholePath(const std::string& path) {
     return error ? path : whole.string();
 }
 
+/// What there is, up to where a plug-in's stream fails, if it does.
 std::string readAll(std::istream& stream) {
-    std::ostringstream text;
-    text << stream.rdbuf();
-    std::string all = std::move(text).str();
-    // A stream takes half a kilobyte at least.
-    all.shrink_to_fit();
+    std::string all;
+    std::streambuf* const from = stream.rdbuf();
+    if (!from) return all;
+    try {
+        // Texts know their size: they are neither copied as they grow nor take more than they need.
+        all.reserve(static_cast<std::size_t>(std::max<std::streamsize>(from->in_avail(), 0)));
+        std::array<char, std::size_t{64} << 10> part;
+        std::streamsize count = 0;
+        while ((count = from->sgetn(part.data(), part.size())) > 0)
+            all.append(part.data(), static_cast<std::size_t>(count));
+    } catch (...) {  // whatever a plug-in's stream throws
+    }
     return all;
 }
 
