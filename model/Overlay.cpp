@@ -227,8 +227,10 @@ bool Overlay::displaysLater(const Shape& shape) {
 }
 
 void Overlay::delete_(std::unique_ptr<Shape> shape) {
-    // What the mouse draws goes with its tool.
-    if (!shape->isInHand() && isLate_(kUnitsToDelete)) toDelete_.push_back(std::move(shape));
+    // What the mouse draws goes with its tool, and all goes at once where there is no memory for waiting.
+    guardedEnd([&] {
+        if (!shape->isInHand() && isLate_(kUnitsToDelete)) toDelete_.push_back(std::move(shape));
+    });
 }
 
 bool Overlay::workOff(Slice& slice) {
