@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 
 #include "common/DecimalDigits.h"
 
@@ -58,10 +59,10 @@ constexpr auto kLeastExponents = [] {
     return result;
 }();
 
-/// Of every decimal exponent: the least number with the next one, and what leaves 15 digits before the point;
-/// 0 for those that are not of everyday size.
+/// Of every decimal exponent: the least number with the next one, and what leaves 15 digits before the point.
+/// Of those that are not of everyday size no number has the next one, an infinite one neither.
 struct Decimal {
-    double next = HUGE_VAL;
+    double next = std::numeric_limits<double>::quiet_NaN();
     double power = 0.0;
 };
 constexpr auto kDecimals = [] {

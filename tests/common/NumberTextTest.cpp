@@ -96,9 +96,13 @@ TEST(WriteNumber, WritesAsPrintfDoes) {
         ASSERT_EQ(writeNumber(value, digits), text) << std::hexfloat << value;
         // Three of a line are written in another way, where the processor can.
         const bool same = i % 4 < 2;
-        const halCore::Vec3 three(value, -value, same ? value : 5.0);
+        const double last = i % 8 == 3 ? HUGE_VAL : 5.0;
+        const halCore::Vec3 three(value, -value, same ? value : last);
         const std::string line = "xyz " + text + " " + (text[0] == '-' ? text.substr(1) : "-" + text) + " " +
-                                 (same ? text : "5") + "\n";
+                                 (same               ? text
+                                  : std::isinf(last) ? "inf"
+                                                     : "5") +
+                                 "\n";
         char written[4 + UTILS::kMaxNumbersLength];
         ASSERT_EQ(std::string_view(written, UTILS::writeLines(written, "xyz ", {&three, 1}, digits)), line)
             << std::hexfloat << value;
