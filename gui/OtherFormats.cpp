@@ -95,15 +95,18 @@ class OtherFormatReading::Program {
         return true;
     }
     const std::string& text() const { return text_; }
+    /// Whether it has ended well, at most with something to say; also where nobody knows.
+    bool isGood() const { return status_ == 0 || (WIFEXITED(status_) && WEXITSTATUS(status_) == 1); }
 
   private:
     void end_() {
-        while (::waitpid(child_, nullptr, 0) < 0 && errno == EINTR) continue;
+        while (::waitpid(child_, &status_, 0) < 0 && errno == EINTR) continue;
         child_ = 0;
     }
 
     std::optional<Descriptor> said_;
     pid_t child_ = 0;
+    int status_ = 0;
     std::string text_;
 };
 
@@ -143,7 +146,8 @@ bool OtherFormatReading::wait(std::chrono::milliseconds most) {
 std::string OtherFormatReading::take(std::string& text, std::vector<std::string>& messages) {
     if (!problem_.empty()) return problem_;
     program_->wait(-1);
-    std::string problem = readFile(out_, text);
+    const bool isMade = program_->isGood() && fileIsFile(out_);
+    std::string problem = isMade ? readFile(out_, text) : "the zel command has made no overlay of it";
     messages = linesOf(program_->text());
     // Of what becomes of the file, the user knows the file.
     for (std::string& line : messages)

@@ -1,5 +1,6 @@
 #include "sandbox/FileQueue.h"
 
+#include <QFileInfo>
 #include <chrono>
 #include <utility>
 
@@ -14,7 +15,7 @@ FileQueue::FileQueue(Log& log) : log_(log) {
 }
 
 void FileQueue::add(const QString& path, Open open, std::function<void(bool)> then) {
-    waiting_.push_back({path, std::move(open), std::move(then), nullptr, {}});
+    waiting_.push_back({.path = path, .open = std::move(open), .then = std::move(then)});
     if (waiting_.size() == 1) readOn();
 }
 
@@ -23,9 +24,17 @@ void FileQueue::readOn() {
     constexpr std::size_t atLeast = 4000;
     constexpr std::chrono::milliseconds atOnce{40};
     constexpr int untoldMilliseconds = 1000;
+    // Somebody may never end writing it.
+    constexpr int mostOften = 5;
+    const auto stampOf = [](const QString& path) {
+        const QFileInfo file(path);
+        return Stamp(file.lastModified(), file.size());
+    };
     while (!waiting_.empty()) {
         Waiting& first = waiting_.front();
         if (!first.coming) {
+            first.stamp = stampOf(first.path);
+            ++first.opened;
             first.coming = first.open();
             if (!first.coming) {
                 if (const Waiting gone = takeFirst(); gone.then) gone.then(false);
@@ -38,6 +47,10 @@ void FileQueue::readOn() {
             if (first.begun.elapsed() > untoldMilliseconds) emit reading(first.path, first.coming->percent());
             turn_.start(first.coming->pauseMilliseconds());
             return;
+        }
+        if (first.opened < mostOften && stampOf(first.path) != first.stamp) {
+            first.coming.reset();
+            continue;
         }
         const Waiting read = takeFirst();
         const bool shown = read.coming->show();

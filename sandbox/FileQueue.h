@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
@@ -7,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "sandbox/ComingFile.h"
 
@@ -15,7 +17,7 @@ namespace sandbox {
 class Log;
 
 /// The files that a user waits for: large ones are read in the pauses of the event loop, one file after the
-/// other.
+/// other. One that has changed by then is read again, so that nobody is shown what is on no disk any more.
 class FileQueue : public QObject {
     Q_OBJECT
 
@@ -35,12 +37,17 @@ class FileQueue : public QObject {
     void reading(const QString& path, int percent);
 
   private:
+    /// Tells one state of a file from the next.
+    using Stamp = std::pair<QDateTime, qint64>;
     struct Waiting {
         QString path;
         Open open;
         std::function<void(bool shown)> then;
-        std::unique_ptr<ComingFile> coming;  ///< null until it is its turn
-        QElapsedTimer begun;
+        std::unique_ptr<ComingFile> coming = nullptr;  ///< until it is its turn
+        QElapsedTimer begun = {};
+        /// What the file was when it was opened, and how often it has been.
+        Stamp stamp = {};
+        int opened = 0;
     };
     void readOn();
     Waiting takeFirst();

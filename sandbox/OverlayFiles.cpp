@@ -140,8 +140,8 @@ LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t pla
 /// An overlay whose text is being read.
 class OverlayFiles::Coming final : public ComingFile {
   public:
-    Coming(OverlayFiles& files, std::unique_ptr<LoadedOverlay> with)
-        : files_(files), overlay_(std::move(with)), text_(overlay_->text, shapes_, report_) {
+    Coming(OverlayFiles& files, std::unique_ptr<LoadedOverlay> with, bool again)
+        : files_(files), overlay_(std::move(with)), again_(again), text_(overlay_->text, shapes_, report_) {
         const auto standing = files_.findAll(overlay_->path);
         isRead_ = !standing.empty() && std::ranges::all_of(standing, [this](const LoadedOverlay* stands) {
             return stands->text == overlay_->text;
@@ -163,6 +163,7 @@ class OverlayFiles::Coming final : public ComingFile {
     bool show() override {
         const auto standing = files_.findAll(overlay_->path);
         if (standing.empty()) {
+            if (again_) return false;
             files_.report(*overlay_, std::move(report_), shapes_);
             return files_.addFile(std::move(overlay_), std::move(shapes_)) != nullptr;
         }
@@ -175,15 +176,17 @@ class OverlayFiles::Coming final : public ComingFile {
   private:
     OverlayFiles& files_;
     std::unique_ptr<LoadedOverlay> overlay_;
+    bool again_;
     OverlayScene::Shapes shapes_;
     halCore::ZEL::ParseReport report_;
     halCore::ZEL::TextReading text_;
     bool isRead_ = false;
 };
 
-std::unique_ptr<ComingFile> OverlayFiles::comingFile(const std::string& path) {
+std::unique_ptr<ComingFile> OverlayFiles::comingFile(const std::string& path, bool again) {
+    if (again && !find(path)) return nullptr;
     auto overlay = open(path, 0, true);
-    return overlay ? std::make_unique<Coming>(*this, std::move(overlay)) : nullptr;
+    return overlay ? std::make_unique<Coming>(*this, std::move(overlay), again) : nullptr;
 }
 
 bool OverlayFiles::renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,

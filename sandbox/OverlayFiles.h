@@ -53,7 +53,8 @@ class OverlayFiles : public QObject {
     LoadedOverlay* loadFile(const std::string& path, std::uint64_t platform, bool shown);
     /// The same for a file that the user waits for, on no platform; what shows the file already, wherever,
     /// shows what it holds now. Null, with a message, when it cannot be read.
-    std::unique_ptr<ComingFile> comingFile(const std::string& path);
+    /// \param again nothing is shown of a file that is not shown any more by then
+    std::unique_ptr<ComingFile> comingFile(const std::string& path, bool again = false);
     /// Cheap enough for every mouse move: nothing but the scene hears of it. Null when there is no shape.
     LoadedOverlay* loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner);
     /// Reads the file again; the overlay stays what it is to those who know it. What was read last stands

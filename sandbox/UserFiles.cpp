@@ -27,6 +27,7 @@ constexpr int kRecentFiles = 10;
 const char* const kRecentKey = "Host/RecentFiles";
 /// Programs write a file in several steps, or put another in its place.
 constexpr int kSettleMilliseconds = 200;
+constexpr int kMostOfOneName = 10'000;
 
 /// Those that the zel command makes overlays of; ".csv" is taken by platforms.
 bool isOfOtherProgram(const QString& path) {
@@ -132,15 +133,16 @@ class UserFiles::ComingPlatforms final : public ComingFile {
 class UserFiles::ComingConverted final : public ComingFile {
   public:
     ComingConverted(UserFiles& files, const QString& program, const QString& path, const QString& overlay)
-        : files_(files), overlay_(overlay) {
+        : files_(files), path_(path), overlay_(overlay) {
         zel_.setProcessChannelMode(QProcess::MergedChannels);
         zel_.start(program, {"convert", path, overlay});
     }
     ~ComingConverted() override {
-        if (zel_.state() == QProcess::NotRunning) return;
-        zel_.kill();
-        zel_.waitForFinished(-1);
-        QFile::remove(overlay_);
+        if (zel_.state() != QProcess::NotRunning) {
+            zel_.kill();
+            zel_.waitForFinished(-1);
+        }
+        if (!isShown_) QFile::remove(overlay_);
     }
 
     bool goOn(Slice& slice) override {
@@ -149,7 +151,13 @@ class UserFiles::ComingConverted final : public ComingFile {
             for (const QByteArray& line : zel_.readAll().split('\n'))
                 if (!line.trimmed().isEmpty())
                     files_.log_.add(halNotify::Warning, "host", QString::fromUtf8(line));
-            if (QFileInfo::exists(overlay_)) made_ = files_.overlays_.comingFile(overlay_.toStdString());
+            // Up to 1 it has only something to say of what it has made.
+            if (zel_.exitStatus() == QProcess::NormalExit && zel_.exitCode() < 2 &&
+                QFileInfo(overlay_).size() > 0)
+                made_ = files_.overlays_.comingFile(overlay_.toStdString());
+            else
+                files_.log_.add(halNotify::Error, "host",
+                                path_ + " cannot be opened: the zel command has made no overlay of it");
         }
         return !made_ || made_->goOn(slice);
     }
@@ -159,15 +167,17 @@ class UserFiles::ComingConverted final : public ComingFile {
     }
     int percent() const override { return made_ ? made_->percent() : 0; }
     int pauseMilliseconds() const override { return isMade_ ? 0 : kLookMilliseconds; }
-    bool show() override { return made_ && made_->show(); }
+    bool show() override { return isShown_ = made_ && made_->show(); }
 
   private:
     static constexpr int kLookMilliseconds = 20;
 
     UserFiles& files_;
+    QString path_;
     QString overlay_;
     QProcess zel_;
     bool isMade_ = false;
+    bool isShown_ = false;
     std::unique_ptr<ComingFile> made_;
 };
 
@@ -194,10 +204,13 @@ std::unique_ptr<ComingFile> UserFiles::comingConverted(const QString& path) {
                                              : "there is no room for its overlay"));
         return nullptr;
     }
-    // It may be edited and saved, so it stays, and another one takes no other's place.
+    // It may be edited and saved, so it stays, and another one takes no other's place, of another program's
+    // neither.
     QString overlay = directory.absoluteFilePath(file.completeBaseName() + ".zel");
-    for (int i = 2; QFileInfo::exists(overlay); ++i)
+    for (int i = 2; QFileInfo::exists(overlay) || !QFile(overlay).open(QIODevice::NewOnly); ++i) {
+        if (i > kMostOfOneName) return nullptr;
         overlay = directory.absoluteFilePath(QString("%1-%2.zel").arg(file.completeBaseName()).arg(i));
+    }
     return std::make_unique<ComingConverted>(*this, program, path, overlay);
 }
 
@@ -275,9 +288,12 @@ void UserFiles::readChanged() {
             log_.add(halNotify::Warning, "host", path + " is gone from the disk; it stays as it was read");
             continue;
         }
-        if (platformFiles_.contains(path) || overlays_.find(path.toStdString()))
-            queue_.add(
-                path, [this, path] { return coming(path); }, [this](bool) { watch(); });
+        // Given up meanwhile, it does not come back.
+        const auto open = [this, path]() -> std::unique_ptr<ComingFile> {
+            if (platformFiles_.contains(path)) return coming(path);
+            return overlays_.comingFile(path.toStdString(), true);
+        };
+        queue_.add(path, open, [this](bool) { watch(); });
     }
     // A file that was replaced is not watched any more.
     watch();
