@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QImage>
 #include <QSize>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -59,6 +60,8 @@ class GlobePainter {
     bool isRough() const;
     /// Whether the last frame lacks something that was not ready.
     bool isPartial() const;
+    /// How long the last draw() has worked out overlays.
+    std::chrono::milliseconds worked() const;
 
   private:
     struct Layers;

@@ -15,8 +15,13 @@ namespace sandbox {
 namespace {
 
 /// A frame waits so long for geometry; the rest comes with the next ones.
-constexpr std::chrono::milliseconds kWorkedOut{50};
+constexpr std::chrono::milliseconds kWorkedOut{30};
 constexpr std::size_t kWorkedOutAtLeast = 20'000;
+/// Behind a frame that has worked out geometry for so long the next one, unless the view moves, leaves so
+/// many times as long to those who give the overlays, but no more than so much. In milliseconds.
+constexpr qint64 kWorthAPause = 10;
+constexpr qint64 kPauses = 3;
+constexpr qint64 kLongestPause = 90;
 
 unsigned modifiersOf(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ShiftModifier ? unsigned{ViewMouseEvent::Shift} : 0U) |
@@ -73,6 +78,8 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     setFocusPolicy(Qt::StrongFocus);
     overlays_.setChangeCallback([this] { contentChanged(); });
     rest_.setSingleShot(true);
+    soon_.setSingleShot(true);
+    connect(&soon_, &QTimer::timeout, this, &GlobeView::requestRedraw);
     // Not before what was drawn is on the screen: that may take as long as to draw it.
     connect(this, &QOpenGLWidget::frameSwapped, this, [this] {
         constexpr qint64 kLeast = 150;
@@ -212,7 +219,12 @@ void GlobeView::requestRedraw() {
 }
 
 void GlobeView::contentChanged() {
-    if (!insideHook_) requestRedraw();
+    if (insideHook_ || soon_.isActive()) return;
+    const qint64 left = pause_ > 0 ? pause_ - sinceDrawn_.elapsed() : 0;
+    if (left > 0)
+        soon_.start(static_cast<int>(left));
+    else
+        requestRedraw();
 }
 
 QImage GlobeView::grabFrame() {
@@ -266,7 +278,11 @@ void GlobeView::paintGL() {
                     .working = grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut),
                     .moving = moving_},
                    *this);
-    if (painter_->isPartial()) requestRedraw();
+    sinceDrawn_.start();
+    const qint64 worked = painter_->worked().count();
+    pause_ = worked < kWorthAPause || grabs_ ? 0 : std::min(kPauses * worked, kLongestPause);
+    soon_.stop();
+    if (painter_->isPartial()) contentChanged();
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRect>
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -52,6 +53,8 @@ class OverlayLayer {
     void draw(const Camera& camera, double pixelRatio, bool moving = false, Slice working = {});
     /// Whether something was left for the next frame.
     bool isPartial() const { return partial_; }
+    /// How long the last draw() has worked out geometry.
+    std::chrono::milliseconds worked() const { return worked_; }
     /// Whether the last draw() has made use of that.
     bool isRough() const { return rough_; }
     /// The labels of the shown entries, in drawing order; valid from draw() until the next update().
@@ -91,6 +94,7 @@ class OverlayLayer {
     Slice working_;
     bool late_ = false;  ///< the time for working out geometry is over
     bool partial_ = false;
+    std::chrono::milliseconds worked_{};
     /// Where the picture that the raster keeps is not right any more.
     std::vector<QRect> changed_;
     bool allChanged_ = true;

@@ -376,7 +376,7 @@ void History::realize_(std::vector<std::uint64_t> numbers) {
     for (const auto& [number, state] : lost_) numbers.push_back(number);
     if (there && switches)
         for (const auto& [number, state] : states_) numbers.push_back(number);
-    std::ranges::sort(numbers);
+    if (!std::ranges::is_sorted(numbers)) std::ranges::sort(numbers);
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     for (const std::uint64_t number : numbers)
         if (Shape* const shape = overlay_.shapeOf(number); shape && !states_.contains(number))
@@ -394,6 +394,7 @@ void History::realize_(std::vector<std::uint64_t> numbers) {
         gone.setReferenceLla(attached_.reference, attached_.platform);
         if (switches) attachment_.restore({});
     }
+    overlay_.expect(states_.size());
     for (const std::uint64_t number : numbers) {
         const auto state = states_.find(number);
         if (state == states_.end()) continue;

@@ -1,6 +1,5 @@
 #include "model/HostTurns.h"
 
-#include <algorithm>
 #include <cstdint>
 
 namespace OverlayEditor {
@@ -13,7 +12,6 @@ constexpr std::int32_t kPauseMilliseconds = 2;
 
 bool HostTurns::comeBack() {
     if (!timeout_.isArmed()) PICommon::createTimeout(timeout_, kPauseMilliseconds, onTimeout_);
-    hostsTurn_ = std::chrono::steady_clock::now();
     return timeout_.isArmed();
 }
 
@@ -23,9 +21,7 @@ int HostTurns::onTimeout(PIObject*, void*) {
 }
 
 int HostTurns::onTurn(PIObject*, void*) {
-    const auto turn =
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - hostsTurn_);
-    Slice slice(0, std::clamp(turn, kAtOnce, kAtMost));
+    Slice slice(0, kAtOnce);
     for (const auto& work : works_) work(slice);
     return 1;
 }

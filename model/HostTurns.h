@@ -18,9 +18,6 @@ class HostTurns {
   public:
     /// So long the interface may stand still.
     static constexpr std::chrono::milliseconds kAtOnce{40};
-    /// A host that takes longer for its turn has no less of the time, and the work goes on for as long, up to
-    /// this.
-    static constexpr std::chrono::milliseconds kAtMost{100};
 
     HostTurns() = default;
     ~HostTurns() { end(); }
@@ -44,7 +41,6 @@ class HostTurns {
   private:
     std::vector<std::function<void(Slice&)>> works_;
     PICommon::Timeout timeout_;
-    std::chrono::steady_clock::time_point hostsTurn_;
     CallbackList<HostTurns> callbacks_{this};
     FunctorTwoParams__* const onTimeout_ = callbacks_.make(&HostTurns::onTimeout, Arrival::AtOnce);
     FunctorTwoParams__* const onTurn_ = callbacks_.make(&HostTurns::onTurn);
