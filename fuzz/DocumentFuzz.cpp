@@ -22,6 +22,7 @@ namespace {
 
 using OverlayEditor::Document;
 using OverlayEditor::Overlay;
+using OverlayEditor::Shape;
 
 void require(bool condition, std::string_view what, const std::string& first, const std::string& second) {
     if (condition) return;
@@ -64,7 +65,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool several = overlay.shapes().size() > 1;
     for (int step = 0; step < 1 + several; ++step) {
         document.history().begin(OverlayEditor::History::Gesture::Command);
-        if (step == 0) overlay.shapes().front()->setName("Another name");
+        if (step == 0) {
+            // Another name, whatever it has.
+            Shape& first = *overlay.shapes().front();
+            first.setName(first.name() + " again");
+        }
         if (step == 1) overlay.removeShape(overlay.shapes().back());
         document.history().commit();
     }
