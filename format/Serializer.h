@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "common/Vec3.h"
 #include "geo/PointConverter.h"
@@ -66,6 +67,8 @@ class Serializer {
     void give(Use use, const halCore::Vec3& lla);
     /// addPoint for each of them.
     virtual void addPoints(std::span<const halCore::Vec3> llas);
+    /// The same with a list that is the target's from now on.
+    virtual void takePoints(std::vector<halCore::Vec3> llas) { addPoints(llas); }
     /// A position that is an offset from a frame's reference. For who takes no offsets it is the place where
     /// it leads, if there is one. \param named whether the shape names the reference; otherwise it is the
     /// point converter's

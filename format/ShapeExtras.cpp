@@ -1,13 +1,19 @@
 #include "format/ShapeExtras.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "format/ShapeCast.h"
+#include "format/ShapeFields.h"
 
 namespace halCore::ZEL {
 namespace {
+
+/// No list needs more points to be one.
+constexpr std::size_t kMostKept = 3;
 
 /// Copies one attribute when it is set. \return whether it is; without a shape to copy to that is all
 template <typename Shape, typename Value>
@@ -71,15 +77,16 @@ bool copyAll(const ZelShape& from, ZelShape* to) {
 
 std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape) {
     if (!copyAll(*shape, nullptr)) return nullptr;
-    const auto drop = [](auto* list) {
-        constexpr std::size_t most = 3;
-        if (!list || list->points().size() <= most) return;
-        list->points().resize(most);
-        list->points().shrink_to_fit();
-    };
-    drop(shapeAs<PointBasedShape>(*shape));
-    drop(shapeAs<Points>(*shape));
+    if (const auto* const points = pointsOf(*shape); points && points->size() > kMostKept) takePoints(*shape);
     return shape;
+}
+
+std::vector<Vec3> takePoints(ZelShape& shape) {
+    std::vector<Vec3>* const points = pointsOf(shape);
+    if (!points) return {};
+    std::vector<Vec3> few(points->begin(),
+                          points->begin() + std::ptrdiff_t(std::min(points->size(), kMostKept)));
+    return std::exchange(*points, std::move(few));
 }
 
 void setExtras(const ZelShape& extras, ZelShape& shape) {

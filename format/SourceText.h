@@ -18,6 +18,8 @@ class SourceText {
     /// \param held for each block whether a shape of the editor stands for it; the others are kept as they
     /// are
     SourceText(std::string text, std::vector<BlockSpan> blocks, std::vector<bool> held);
+    /// A shape of the editor stands for this one, too.
+    void hold(std::size_t block) { held_[block] = true; }
 
     const std::string& text() const { return text_; }
     std::size_t blockCount() const { return blocks_.size(); }

@@ -140,9 +140,9 @@ struct OverlayReading::State {
     bool parse(Slice& slice);
     bool lookAtOffsets(Slice& slice);
     bool makeShapes(Slice& slice);
-    void make(ZEL::ZelShapePtr shape);
-    bool findBlocks(Slice& slice);
-    /// Keeps the text, and tells each shape its block.
+    void make(ZEL::ZelShapePtr shape, std::size_t block);
+    /// A block of which the reader made nothing.
+    void keep(const ZEL::BlockSpan& block);
     void finish();
 
     std::string text;
@@ -156,15 +156,13 @@ struct OverlayReading::State {
     ZEL::ParseReport report;
     std::vector<ZEL::BlockSpan> spans;
     std::optional<ZEL::TextReading> parsing;
+    /// The text and its blocks, once they are read.
+    std::shared_ptr<ZEL::SourceText> source;
     SerializeToShape target;
-    /// Of what each shape was that is not held, by its number among all.
-    std::vector<std::pair<std::size_t, ZEL::ShapeType>> leftOut;
     /// Shapes that are left out with a message, the first ones with one of their own.
     std::size_t told = 0;
-    /// The shapes of the blocks before the next, and those of them that are left out.
+    /// How many of the shapes belong to blocks before the next.
     std::size_t made = 0;
-    std::size_t passed = 0;
-    std::vector<bool> held;
     Counts kept;
     LoadResult result;
 };
@@ -201,42 +199,47 @@ bool OverlayReading::State::lookAtOffsets(Slice& slice) {
     const bool isPlatform = converter && converter->refPlatformId() != 0;
     target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
     const bool isEmpty = spans.empty() && report.messages.empty();
-    if (shapes.empty() && !isEmpty && ZelToSerializer().replay(target, {}, platformId, sourceName) != 0) {
+    const bool isNone =
+        shapes.empty() && !isEmpty && ZelToSerializer().replay(target, {}, platformId, sourceName) != 0;
+    if (isNone) {
         result.error = "no valid shapes found";
-        result.source = std::make_shared<const ZEL::SourceText>(
-            std::move(text), std::vector<ZEL::BlockSpan>(), std::vector<bool>());
+        spans.clear();
     }
+    source = std::make_shared<ZEL::SourceText>(std::move(text), std::move(spans), std::vector<bool>());
+    result.source = source;
+    result.shapes.reserve(shapes.size());
     return true;
 }
 
 bool OverlayReading::State::makeShapes(Slice& slice) {
-    while (next < shapes.size()) {
-        // What was read goes as soon as the shape is made of it: of very many there is no room for both.
-        ZEL::ZelShapePtr shape = std::move(shapes[next]);
-        const std::size_t units = unitsOf(*shape);
-        make(std::move(shape));
-        ++next;
+    while (next < source->blockCount()) {
+        const std::size_t block = next++;
+        std::size_t units = 1;
+        if (source->block(block).makesShape) {
+            // What was read goes as soon as the shape is made of it: of very many there is no room for both.
+            ZEL::ZelShapePtr shape = std::move(shapes[made++]);
+            units = unitsOf(*shape);
+            make(std::move(shape), block);
+        } else {
+            keep(source->block(block));
+        }
         if (slice.isOver(units)) return false;
     }
-    shapes = {};
-    if (const std::size_t untold = told - std::min(told, UTILS::kMostListed); untold > 0)
-        halNotify::notify(halNotify::Error)
-            << sourceName << ": " << untold
-            << (untold == 1 ? " more shape cannot be edited and is left out"
-                            : " more shapes cannot be edited and are left out");
+    finish();
     return true;
 }
 
-void OverlayReading::State::make(ZEL::ZelShapePtr shape) {
+void OverlayReading::State::make(ZEL::ZelShapePtr shape, std::size_t block) {
     // Each message may take a host longer than the shape.
     std::optional<halNotify::Silence> silence;
     if (told >= UTILS::kMostListed &&
         !ZelToSerializer().whyLeftOut(*shape, target.pointConverter() != nullptr).empty())
         silence.emplace();
-    std::vector<std::string> reason;
-    ZelToSerializer().replay(target, {&shape, 1}, platformId, sourceName, &reason);
-    if (!reason.front().empty()) {
-        leftOut.emplace_back(next, shape->shapeType());
+    const std::string_view reason = ZelToSerializer().take(target, *shape, platformId);
+    if (!reason.empty()) {
+        const std::string kind(ZEL::ZelShape::shapeTypeToString(shape->shapeType()));
+        kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
+        ++result.keptBlocks;
         result.leftOut.push_back(labelOf(*shape));
         if (ZelToSerializer().typeOf(*shape) != Serializer::ShapeType::None) ++told;
         return;
@@ -244,49 +247,30 @@ void OverlayReading::State::make(ZEL::ZelShapePtr shape) {
     bool drawn = true;
     shape->getDrawn(drawn);
     const char* const later = becomes(*shape);
-    result.shapes.push_back(std::move(target.shapes().front()));
+    source->hold(block);
+    result.shapes.push_back(target.lastShape());
     result.shapes.back()->setShown(drawn);
     result.shapes.back()->setSource(
-        {.text = nullptr, .extras = ZEL::extrasOf(std::move(shape)), .becomes = later});
+        {.text = source, .block = block, .extras = ZEL::extrasOf(std::move(shape)), .becomes = later});
 }
 
-bool OverlayReading::State::findBlocks(Slice& slice) {
-    held.resize(spans.size());
-    while (next < spans.size()) {
-        const std::size_t i = next++;
-        const bool isLeftOut = passed < leftOut.size() && leftOut[passed].first == made;
-        if (spans[i].makesShape && !isLeftOut) {
-            held[i] = true;
-            Shape& shape = *result.shapes[made - passed];
-            ShapeSource source = shape.source();
-            source.block = i;
-            shape.setSource(std::move(source));
-        } else if (spans[i].makesShape) {
-            const std::string kind(ZEL::ZelShape::shapeTypeToString(leftOut[passed++].second));
-            kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
-        } else if (spans[i].isEnded) {
-            kept.add("block with errors", "blocks with errors");
-        } else {
-            kept.add("block without \"end\"", "");
-        }
-        if (!held[i]) ++result.keptBlocks;
-        if (spans[i].makesShape) ++made;
-        if (slice.isOver(1)) return false;
-    }
-    finish();
-    return true;
+void OverlayReading::State::keep(const ZEL::BlockSpan& block) {
+    ++result.keptBlocks;
+    if (block.isEnded)
+        kept.add("block with errors", "blocks with errors");
+    else
+        kept.add("block without \"end\"", "");
 }
 
 void OverlayReading::State::finish() {
+    shapes = {};
+    if (const std::size_t untold = told - std::min(told, UTILS::kMostListed); untold > 0)
+        halNotify::notify(halNotify::Error)
+            << sourceName << ": " << untold
+            << (untold == 1 ? " more shape cannot be edited and is left out"
+                            : " more shapes cannot be edited and are left out");
     result.kept = kept.text();
-    result.source =
-        std::make_shared<const ZEL::SourceText>(std::move(text), std::move(spans), std::move(held));
-    for (const auto& shape : result.shapes) {
-        ShapeSource source = shape->source();
-        source.text = result.source;
-        shape->setSource(std::move(source));
-    }
-    result.faultyLines = faultyLines(report, *result.source);
+    result.faultyLines = faultyLines(report, *source);
 }
 
 OverlayReading::OverlayReading(std::string text, std::string sourceName, const Preferences& preferences,
@@ -297,8 +281,7 @@ OverlayReading::OverlayReading(std::string text, std::string sourceName, const P
 OverlayReading::~OverlayReading() = default;
 
 bool OverlayReading::goOn(Slice& slice) {
-    static constexpr std::array phases = {&State::parse, &State::lookAtOffsets, &State::makeShapes,
-                                          &State::findBlocks};
+    static constexpr std::array phases = {&State::parse, &State::lookAtOffsets, &State::makeShapes};
     while (state_->phase < phases.size() && state_->result.error.empty()) {
         if (!(*state_.*phases[state_->phase])(slice)) return false;
         ++state_->phase;
@@ -312,7 +295,7 @@ double OverlayReading::part() const {
         return all != 0 ? static_cast<double>(done) / static_cast<double>(all) : 1.0;
     };
     if (state_->phase == 0) return 0.5 * of(state_->parsing ? state_->parsing->done() : 0, state_->size);
-    return 0.5 + 0.5 * (state_->phase == 2  ? of(state_->next, state_->shapes.size())
+    return 0.5 + 0.5 * (state_->phase == 2  ? of(state_->next, state_->source->blockCount())
                         : state_->phase > 2 ? 1.0
                                             : 0.0);
 }

@@ -59,9 +59,15 @@ bool PlacedPoints::put(std::size_t index, const PlacedPoint& point) {
     return true;
 }
 
-void PlacedPoints::append(std::span<const Vec3> places) {
+void PlacedPoints::append(std::vector<Vec3> places) {
     forgetLeft_();
-    given_.insert(given_.end(), places.begin(), places.end());
+    if (!given_.empty()) {
+        given_.insert(given_.end(), places.begin(), places.end());
+        return;
+    }
+    given_ = std::move(places);
+    // Room that nobody needs is not kept for as long as the shape lives.
+    given_.shrink_to_fit();
 }
 
 bool PlacedPoints::insert(std::size_t index, const PlacedPoint& point) {

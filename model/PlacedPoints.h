@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "geo/PointConverter.h"
@@ -40,7 +39,7 @@ class PlacedPoints {
     /// \return false when no offset leads there: nothing has changed
     bool put(std::size_t index, const PlacedPoint& point);
     /// Puts places behind the last one, in no frame.
-    void append(std::span<const Vec3> places);
+    void append(std::vector<Vec3> places);
     bool insert(std::size_t index, const PlacedPoint& point);
     void erase(std::size_t index);
     /// The shape lacks it from now on.

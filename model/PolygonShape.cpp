@@ -60,12 +60,12 @@ void PolygonShape::putPoint_(unsigned long index, const PlacedPoint& point) {
     if (panel_()) panel_()->refreshPoint(index);
 }
 
-void PolygonShape::addPoints(std::span<const Vec3> places) {
+void PolygonShape::addPoints(std::vector<Vec3> places) {
     if (points_.frame()) {
         for (const Vec3& place : places) addPoint(place);
         return;
     }
-    points_.append(places);
+    points_.append(std::move(places));
     changed_();
 }
 

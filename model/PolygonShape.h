@@ -60,7 +60,7 @@ class PolygonShape : public PointsContainer,
     /// Appends without showing anything anew: for a shape under construction.
     void addPoint(const halCore::Vec3& point) { addPoint(PlacedPoint(point)); }
     void addPoint(const PlacedPoint& point) { putPlaced_(points_.size(), point); }
-    void addPoints(std::span<const halCore::Vec3> places);
+    void addPoints(std::vector<halCore::Vec3> places);
 
   private:
     friend Equipped;

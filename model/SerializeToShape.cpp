@@ -65,7 +65,14 @@ void SerializeToShape::addPoint(const halCore::Vec3& lla) {
 
 void SerializeToShape::addPoints(std::span<const halCore::Vec3> llas) {
     if (as_.polygon)
-        as_.polygon->addPoints(llas);
+        as_.polygon->addPoints({llas.begin(), llas.end()});
+    else
+        Serializer::addPoints(llas);
+}
+
+void SerializeToShape::takePoints(std::vector<halCore::Vec3> llas) {
+    if (as_.polygon)
+        as_.polygon->addPoints(std::move(llas));
     else
         Serializer::addPoints(llas);
 }
@@ -168,6 +175,12 @@ void SerializeToShape::setTextSize(int points) {
 
 std::vector<std::unique_ptr<Shape>> SerializeToShape::shapes() {
     return std::exchange(finished_, {});
+}
+
+std::unique_ptr<Shape> SerializeToShape::lastShape() {
+    std::unique_ptr<Shape> last = std::move(finished_.back());
+    finished_.pop_back();
+    return last;
 }
 
 }  // namespace OverlayEditor

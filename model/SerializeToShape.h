@@ -26,6 +26,7 @@ class SerializeToShape final : public Serializer {
     void setItemName(const std::string& name) override;
     void addPoint(const halCore::Vec3& lla) override;
     void addPoints(std::span<const halCore::Vec3> llas) override;
+    void takePoints(std::vector<halCore::Vec3> llas) override;
     void addCorner(const halCore::Vec3& lla) override;
     void setCenterPoint2(const halCore::Vec3& lla) override;
     void setMajorRadius(double meters) override;
@@ -45,6 +46,8 @@ class SerializeToShape final : public Serializer {
 
     /// Hands the finished shapes over, in their order; they are the caller's, and gone from here.
     std::vector<std::unique_ptr<Shape>> shapes();
+    /// The same of the one that was finished last, which must be there.
+    std::unique_ptr<Shape> lastShape();
     /// Deletes the finished shapes that were not taken.
     void clearShapes() { finished_.clear(); }
 

@@ -6,6 +6,7 @@
 #include "common/Notify.h"
 #include "format/Parser.h"
 #include "format/ShapeCast.h"
+#include "format/ShapeExtras.h"
 #include "format/ShapeFields.h"
 #include "geo/Angles.h"
 #include "model/CylinderShape.h"
@@ -40,22 +41,28 @@ class Placement {
 
     Placement(const ZEL::ZelShape& shape, Serializer& target)
         : target_(target), relative_(shape.isRelative()), frame_(target.pointConverter()) {
+        if (!relative_) return;
         const auto reference = valueOf(shape, &ZEL::ZelShape::getReferencePosition);
-        if (!relative_ || !reference) return;
-        own_.setReferenceLla(*reference, 0);
-        frame_ = &own_;
+        if (!reference) return;
+        own_.emplace().setReferenceLla(*reference, 0);
+        frame_ = &*own_;
     }
     Placement(const Placement&) = delete;
     Placement& operator=(const Placement&) = delete;
 
     bool isPossible() const { return !relative_ || frame_; }
-    void giveAll(Use use, const std::vector<Vec3>& positions) const {
-        if (!relative_ && use == Use::Point) return target_.addPoints(positions);
-        for (const Vec3& position : positions) give(use, position);
+    /// \param own null, or the shape whose positions they are when it gives them away
+    void giveAll(Use use, const std::vector<Vec3>& positions, ZEL::ZelShape* own) const {
+        if (relative_ || use != Use::Point)
+            for (const Vec3& position : positions) give(use, position);
+        else if (own)
+            target_.takePoints(ZEL::takePoints(*own));
+        else
+            target_.addPoints(positions);
     }
     void give(Use use, const Vec3& position) const {
         if (relative_)
-            target_.giveOffset(use, position, *frame_, frame_ == &own_);
+            target_.giveOffset(use, position, *frame_, own_.has_value());
         else
             target_.give(use, position);
     }
@@ -63,7 +70,7 @@ class Placement {
   private:
     Serializer& target_;
     bool relative_;
-    PointConverter own_;
+    std::optional<PointConverter> own_;
     const PointConverter* frame_;
 };
 
@@ -185,19 +192,20 @@ int ZelToSerializer::load(Serializer& target, std::istream& text, unsigned long 
 }
 
 int ZelToSerializer::replay(Serializer& target, std::span<const ZEL::ZelShapePtr> shapes,
-                            unsigned long platformId, const std::string& sourceName,
-                            std::vector<std::string>* reasons) const {
+                            unsigned long platformId, const std::string& sourceName) const {
     if (shapes.empty()) {
         if (halNotify::isNotifyEnabled(halNotify::Error))
             PICommon::Notify(halNotify::Error)
                 << "Could not load " << sourceName << ", no valid shapes found\n";
         return 1;
     }
-    for (const auto& shape : shapes) {
-        const std::string_view reason = serializeOneZel_(target, *shape, platformId);
-        if (reasons) reasons->emplace_back(reason);
-    }
+    for (const auto& shape : shapes) serializeOneZel_(target, *shape, platformId, nullptr);
     return 0;
+}
+
+std::string_view ZelToSerializer::take(Serializer& target, ZEL::ZelShape& shape,
+                                       unsigned long platformId) const {
+    return serializeOneZel_(target, shape, platformId, &shape);
 }
 
 Serializer::ShapeType ZelToSerializer::getShapeType_(const ZEL::ZelShape& shape) const {
@@ -237,7 +245,7 @@ std::string_view ZelToSerializer::whyLeftOut(const ZEL::ZelShape& shape, bool ha
 }
 
 std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
-                                                   unsigned long platformId) const {
+                                                   unsigned long platformId, ZEL::ZelShape* own) const {
     // What a shape lacks first: one that cannot be placed must not be begun.
     const std::string_view reason = whyLeftOut(shape, target.pointConverter() != nullptr);
     const Type type = typeOf(shape);
@@ -256,7 +264,7 @@ std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL
     style(target, shape);
     if (points) {
         const auto use = type == Type::Rectangle ? Serializer::Use::Corner : Serializer::Use::Point;
-        placement.giveAll(use, *points);
+        placement.giveAll(use, *points, own);
         if (type == Type::Points)
             if (const auto color = valueOf(static_cast<const ZEL::Points&>(shape), &ZEL::Points::getColor))
                 lineColor(target, *color);

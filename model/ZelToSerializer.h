@@ -4,7 +4,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "format/Serializer.h"
 #include "format/ZelShapes.h"
@@ -23,10 +22,11 @@ class ZelToSerializer {
     int load(Serializer& target, std::istream& text, unsigned long platformId,
              const std::string& sourceName) const;
     /// The same with shapes that have been read already.
-    /// \param reasons when given, gets for each shape why it was left out; empty for one that was not
     int replay(Serializer& target, std::span<const halCore::ZEL::ZelShapePtr> shapes,
-               unsigned long platformId, const std::string& sourceName,
-               std::vector<std::string>* reasons = nullptr) const;
+               unsigned long platformId, const std::string& sourceName) const;
+    /// Of one of them, which gives its list of points away: as by ZEL::takePoints.
+    /// \return why it was left out, and is as it was; empty when it was not
+    std::string_view take(Serializer& target, halCore::ZEL::ZelShape& shape, unsigned long platformId) const;
     /// Why a shape of a file is left out; empty when it is not.
     /// \param hasFrame whether offsets that name no reference count from anything
     std::string_view whyLeftOut(const halCore::ZEL::ZelShape& shape, bool hasFrame) const;
@@ -35,9 +35,10 @@ class ZelToSerializer {
     Serializer::ShapeType typeOf(const halCore::ZEL::ZelShape& shape) const;
 
   private:
+    /// \param own null, or the same shape, when it gives its list of points away
     /// \return why the target did not get the shape; empty when it did
     std::string_view serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
-                                      unsigned long platformId) const;
+                                      unsigned long platformId, halCore::ZEL::ZelShape* own) const;
     Serializer::ShapeType getShapeType_(const halCore::ZEL::ZelShape& shape) const;
 };
 
