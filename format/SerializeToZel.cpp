@@ -1,13 +1,18 @@
 #include "format/SerializeToZel.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <ostream>
+#include <utility>
 
 #include "common/Notify.h"
 #include "format/ShapeCast.h"
 #include "format/ShapeExtras.h"
+#include "format/ShapeFields.h"
 #include "geo/Angles.h"
 #include "geo/OffsetGrid.h"
 
@@ -61,6 +66,18 @@ bool isFinite(const halCore::Vec3& position) {
     return std::isfinite(position.x()) && std::isfinite(position.y()) && std::isfinite(position.z());
 }
 
+/// Whether all are finite. Only numbers that are not have an exponent of nothing but ones, which one more
+/// carries into the sign: to ask all at once is faster than one by one.
+bool areFinite(std::span<const halCore::Vec3> positions) {
+    constexpr std::uint64_t exponent = 0x7FF0'0000'0000'0000;
+    constexpr std::uint64_t one = 0x0010'0000'0000'0000;
+    const auto sum = [](double value) { return (std::bit_cast<std::uint64_t>(value) & exponent) + one; };
+    std::uint64_t any = 0;
+    for (const halCore::Vec3& position : positions)
+        any |= sum(position.x()) | sum(position.y()) | sum(position.z());
+    return any >> 63U == 0;
+}
+
 /// To the nearest 1e-12 degrees. The difference of two angles loses less than that.
 double onAngleGrid(double radians) {
     constexpr double steps = 1e12;
@@ -101,17 +118,18 @@ void SerializeToZel::beginShape(ShapeType type, unsigned long platformId) {
 
 void SerializeToZel::findFaces_() {
     ZEL::ZelShape& shape = *current_;
+    const ZEL::ShapeType type = shape.shapeType();
     as_ = Faces{};
-    as_.pointBased = ZEL::shapeAs<ZEL::PointBasedShape>(shape);
-    as_.points = ZEL::shapeAs<ZEL::Points>(shape);
-    as_.annotation = ZEL::shapeAs<ZEL::Annotation>(shape);
-    as_.fillable = ZEL::shapeAs<ZEL::FillableShape>(shape);
-    as_.circular = ZEL::shapeAs<ZEL::CircularShape>(shape);
-    as_.orbit = ZEL::shapeAs<ZEL::Orbit>(shape);
-    as_.elliptical = ZEL::shapeAs<ZEL::EllipticalShape>(shape);
-    as_.ellipsoid = ZEL::shapeAs<ZEL::Ellipsoid>(shape);
-    as_.circularHeight = ZEL::shapeAs<ZEL::CircularHeightShape>(shape);
-    as_.cylinder = ZEL::shapeAs<ZEL::Cylinder>(shape);
+    as_.pointBased = ZEL::shapeAs<ZEL::PointBasedShape>(shape, type);
+    as_.points = ZEL::shapeAs<ZEL::Points>(shape, type);
+    as_.annotation = ZEL::shapeAs<ZEL::Annotation>(shape, type);
+    as_.fillable = ZEL::shapeAs<ZEL::FillableShape>(shape, type);
+    as_.circular = ZEL::shapeAs<ZEL::CircularShape>(shape, type);
+    as_.orbit = ZEL::shapeAs<ZEL::Orbit>(shape, type);
+    as_.elliptical = ZEL::shapeAs<ZEL::EllipticalShape>(shape, type);
+    as_.ellipsoid = ZEL::shapeAs<ZEL::Ellipsoid>(shape, type);
+    as_.circularHeight = ZEL::shapeAs<ZEL::CircularHeightShape>(shape, type);
+    as_.cylinder = ZEL::shapeAs<ZEL::Cylinder>(shape, type);
 }
 
 void SerializeToZel::endShape() {
@@ -130,7 +148,10 @@ void SerializeToZel::endShape() {
         }
         current_ = nullptr;
     }
-    if (current_ && extras_) ZEL::setExtras(*extras_, *current_);
+    if (current_ && extras_) {
+        current_->setComments(std::move(roomForComments_));
+        ZEL::setExtras(*extras_, *current_);
+    }
     finished_.push_back(std::move(current_));
     current_ = nullptr;
     as_ = Faces{};
@@ -185,8 +206,9 @@ void SerializeToZel::addPoint(const halCore::Vec3& lla) {
 void SerializeToZel::addPoints(std::span<const halCore::Vec3> llas) {
     if (!current_) return;
     if (!as_.pointBased || current_->isRelative()) return Serializer::addPoints(llas);
-    if (!std::ranges::all_of(llas, isFinite)) failure_ = kNoNumber;
+    if (!areFinite(llas)) failure_ = kNoNumber;
     auto& points = as_.pointBased->points();
+    if (points.empty()) points.swap(roomForPoints_);
     points.insert(points.end(), llas.begin(), llas.end());
 }
 
@@ -315,7 +337,18 @@ void SerializeToZel::clear() {
     current_ = nullptr;
     as_ = Faces{};
     failure_ = nullptr;
+    if (!finished_.empty() && finished_.back().use_count() == 1) reuse_(*finished_.back());
     finished_.clear();
+}
+
+void SerializeToZel::reuse_(ZEL::ZelShape& shape) {
+    // A long list would be held for the sake of many that are short.
+    constexpr std::size_t most = 4096;
+    roomForComments_ = shape.takeComments();
+    auto* const points = ZEL::pointsOf(shape);
+    if (!points || points->capacity() > most) return;
+    roomForPoints_ = std::move(*points);
+    roomForPoints_.clear();
 }
 
 }  // namespace OverlayEditor

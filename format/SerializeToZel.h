@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <string>
 #include <vector>
 
 #include "format/Serializer.h"
@@ -77,6 +78,8 @@ class SerializeToZel final : public Serializer {
     };
 
     void findFaces_();
+    /// Keeps what the next shape can use again of the memory of one that nobody else has.
+    void reuse_(halCore::ZEL::ZelShape& shape);
     /// The position as it stands in the file; (0, 0, 0) and a failed shape when there is none.
     halCore::Vec3 filePosition_(const halCore::Vec3& lla);
     /// Takes a position as it stands in the file.
@@ -91,6 +94,10 @@ class SerializeToZel final : public Serializer {
     Faces as_;
     const char* failure_ = nullptr;
     std::vector<halCore::ZEL::ZelShapePtr> finished_;
+    /// Room for a list of points, which is empty, and for comments, which say nothing any more: files are
+    /// written shape by shape, and there may be very many.
+    std::vector<halCore::Vec3> roomForPoints_;
+    std::vector<std::string> roomForComments_;
 };
 
 }  // namespace OverlayEditor

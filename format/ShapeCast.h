@@ -59,4 +59,10 @@ Class* shapeAs(ZelShape& shape) {
     return isOf<Class>(shape.shapeType()) ? static_cast<Class*>(&shape) : nullptr;
 }
 
+/// The same of a shape whose type is known.
+template <typename Class>
+Class* shapeAs(ZelShape& shape, ShapeType type) {
+    return isOf<Class>(type) ? static_cast<Class*>(&shape) : nullptr;
+}
+
 }  // namespace halCore::ZEL

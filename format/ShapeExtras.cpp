@@ -24,18 +24,28 @@ bool copy(const Shape& from, Shape* to, int (Shape::*get)(Value&) const, auto se
     return true;
 }
 
+bool copyComments(const ZelShape& from, ZelShape* to) {
+    if (to) {
+        // Into the memory that it has.
+        std::vector<std::string> lines = to->takeComments();
+        lines = from.comments();
+        to->setComments(std::move(lines));
+    }
+    return !from.comments().empty();
+}
+
 bool copyCommon(const ZelShape& from, ZelShape* to) {
     using S = ZelShape;
-    bool any = !from.comments().empty();
-    if (to) to->setComments(from.comments());
+    bool any = copyComments(from, to);
     any |= copy(from, to, &S::getDepthBufferActive, &S::setDepthBufferActive);
-    any |= copy(from, to, &S::getAltitudeOffset, &S::setAltitudeOffset);
     any |= copy(from, to, &S::getAltitudeMode, &S::setAltitudeMode);
-    any |= copy(from, to, &S::getExtrudeHeight, &S::setExtrudeHeight);
-    any |= copy(from, to, &S::getScale, &S::setScale);
     any |= copy(from, to, &S::getFollowYaw, &S::setFollowYaw);
     any |= copy(from, to, &S::getFollowPitch, &S::setFollowPitch);
     any |= copy(from, to, &S::getFollowRoll, &S::setFollowRoll);
+    if (!from.hasRareAttributes()) return any;
+    any |= copy(from, to, &S::getAltitudeOffset, &S::setAltitudeOffset);
+    any |= copy(from, to, &S::getExtrudeHeight, &S::setExtrudeHeight);
+    any |= copy(from, to, &S::getScale, &S::setScale);
     any |= copy(from, to, &S::getYawOffset, &S::setYawOffset);
     any |= copy(from, to, &S::getPitchOffset, &S::setPitchOffset);
     any |= copy(from, to, &S::getRollOffset, &S::setRollOffset);
@@ -76,7 +86,7 @@ bool copyAll(const ZelShape& from, ZelShape* to) {
 }  // namespace
 
 std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape) {
-    if (!copyAll(*shape, nullptr)) return nullptr;
+    if (shape->comments().empty() && !copyAll(*shape, nullptr)) return nullptr;
     if (const auto* const points = pointsOf(*shape); points && points->size() > kMostKept) takePoints(*shape);
     return shape;
 }

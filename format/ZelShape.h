@@ -104,6 +104,11 @@ class ZelShape {
     const std::vector<std::string>& comments() const { return comments_; }
     void addComment(std::string_view line) { comments_.emplace_back(line); }
     void setComments(std::vector<std::string> lines) { comments_ = std::move(lines); }
+    std::vector<std::string> takeComments() { return std::exchange(comments_, {}); }
+
+    /// Whether any of those attributes may be set that few shapes have: offsets of altitude and angles, how
+    /// far it is extruded, a reference, a scale, a vertical datum.
+    bool hasRareAttributes() const { return rare_ != nullptr; }
 
     /// The units the shape was read with; the writer uses them again.
     const UnitsState& originalUnits() const { return *units_; }

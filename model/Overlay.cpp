@@ -434,8 +434,7 @@ std::string Overlay::text_(const How& how, std::vector<std::string>* skipped, Lo
     for (const Place& place : places_) {
         if (!place.shape) continue;
         if (place.hasBlock() && owners[place.block] == &place) continue;
-        const bool isWritten = writer.add(*place.shape).digest != 0;
-        if (!isWritten && skipped) skipped->push_back(place.shape->name());
+        if (!writer.write(*place.shape) && skipped) skipped->push_back(place.shape->name());
     }
     if (!any && !writer.any()) return {};
     return source_ ? source_->with(changes, writer.blocks()) : writer.text();

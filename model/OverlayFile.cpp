@@ -138,7 +138,8 @@ struct OverlayReading::State {
 
     // Each goes on until it is through, or the slice is over. \return whether it is through
     bool parse(Slice& slice);
-    bool lookAtOffsets(Slice& slice);
+    /// Once all is read.
+    void begin();
     bool makeShapes(Slice& slice);
     void make(ZEL::ZelShapePtr shape, std::size_t block);
     /// A block of which the reader made nothing.
@@ -183,18 +184,20 @@ std::size_t unitsOf(const ZEL::ZelShape& shape) {
 }  // namespace
 
 bool OverlayReading::State::parse(Slice& slice) {
-    while (!parsing->goOn(kBytesAtOnce))
-        if (slice.isOver(kBytesAtOnce / kBytesOfAUnit)) return false;
+    for (bool isThrough = false; !isThrough;) {
+        isThrough = parsing->goOn(kBytesAtOnce);
+        // At once, while what was read is still at hand.
+        const std::size_t looked = shapes.size() - next;
+        while (next < shapes.size()) noteOffsets(*shapes[next++], result);
+        if (!isThrough && slice.isOver(kBytesAtOnce / kBytesOfAUnit + looked)) return false;
+    }
     parsing.reset();
     log(report, sourceName);
+    begin();
     return true;
 }
 
-bool OverlayReading::State::lookAtOffsets(Slice& slice) {
-    while (next < shapes.size()) {
-        noteOffsets(*shapes[next++], result);
-        if (slice.isOver(1)) return false;
-    }
+void OverlayReading::State::begin() {
     // Of the others each names what it counts from, or nothing.
     const bool isPlatform = converter && converter->refPlatformId() != 0;
     target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
@@ -208,7 +211,6 @@ bool OverlayReading::State::lookAtOffsets(Slice& slice) {
     source = std::make_shared<ZEL::SourceText>(std::move(text), std::move(spans), std::vector<bool>());
     result.source = source;
     result.shapes.reserve(shapes.size());
-    return true;
 }
 
 bool OverlayReading::State::makeShapes(Slice& slice) {
@@ -281,7 +283,7 @@ OverlayReading::OverlayReading(std::string text, std::string sourceName, const P
 OverlayReading::~OverlayReading() = default;
 
 bool OverlayReading::goOn(Slice& slice) {
-    static constexpr std::array phases = {&State::parse, &State::lookAtOffsets, &State::makeShapes};
+    static constexpr std::array phases = {&State::parse, &State::makeShapes};
     while (state_->phase < phases.size() && state_->result.error.empty()) {
         if (!(*state_.*phases[state_->phase])(slice)) return false;
         ++state_->phase;
@@ -295,9 +297,7 @@ double OverlayReading::part() const {
         return all != 0 ? static_cast<double>(done) / static_cast<double>(all) : 1.0;
     };
     if (state_->phase == 0) return 0.5 * of(state_->parsing ? state_->parsing->done() : 0, state_->size);
-    return 0.5 + 0.5 * (state_->phase == 2  ? of(state_->next, state_->source->blockCount())
-                        : state_->phase > 2 ? 1.0
-                                            : 0.0);
+    return 0.5 + 0.5 * (state_->phase == 1 ? of(state_->next, state_->source->blockCount()) : 1.0);
 }
 
 LoadResult OverlayReading::take() {

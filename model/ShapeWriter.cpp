@@ -31,18 +31,22 @@ bool ShapeWriter::describe_(Shape& shape, bool shown) {
     return true;
 }
 
+bool ShapeWriter::write_(Shape& shape, bool shown) {
+    if (!describe_(shape, shown)) return false;
+    zel_.writeShapesTo(buffer_->out());
+    return any_ = true;
+}
+
 WrittenShape ShapeWriter::add(Shape& shape, bool shown) {
     const std::size_t before = buffer_->text().size();
-    if (!describe_(shape, shown)) return {.begun = isBegun(shape), .hidden = !shown};
-    zel_.writeShapesTo(buffer_->out());
-    any_ = true;
+    if (!write_(shape, shown)) return {.begun = isBegun(shape), .hidden = !shown};
     const auto own = std::string_view(buffer_->text()).substr(before);
     return {.digest = std::max<std::uint64_t>(std::hash<std::string_view>()(own), 1), .hidden = !shown};
 }
 
 std::string shapesText(const std::vector<std::unique_ptr<Shape>>& shapes, PointConverter* converter) {
     ShapeWriter writer(converter, false);
-    for (const auto& shape : shapes) writer.add(*shape);
+    for (const auto& shape : shapes) writer.write(*shape);
     return writer.text();
 }
 

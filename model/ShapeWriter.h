@@ -33,6 +33,8 @@ class ShapeWriter {
     WrittenShape add(Shape& shape) { return add(shape, shape.shown()); }
     /// The same as if it were shown, or not.
     WrittenShape add(Shape& shape, bool shown);
+    /// The same for who wants to know no more. \return whether it was written
+    bool write(Shape& shape) { return write_(shape, shape.shown()); }
     /// Only describes it. \return false when it is not complete
     bool describe(Shape& shape) { return describe_(shape, shape.shown()); }
     /// The shape that was added or described last.
@@ -49,6 +51,7 @@ class ShapeWriter {
 
   private:
     bool describe_(Shape& shape, bool shown);
+    bool write_(Shape& shape, bool shown);
 
     SerializeToZel zel_;
     TextBuffer::Ptr buffer_;

@@ -224,7 +224,10 @@ Serializer::ShapeType ZelToSerializer::typeOf(const ZEL::ZelShape& shape) const 
 }
 
 std::string_view ZelToSerializer::whyLeftOut(const ZEL::ZelShape& shape, bool hasFrame) const {
-    const Type type = typeOf(shape);
+    return whyLeftOut_(shape, typeOf(shape), hasFrame);
+}
+
+std::string_view ZelToSerializer::whyLeftOut_(const ZEL::ZelShape& shape, Type type, bool hasFrame) const {
     if (type == Type::None) return "the editor has no such shape";
     const auto* const round = ZEL::shapeAs<ZEL::CircularShape>(shape);
     Vec3 reference;
@@ -247,8 +250,8 @@ std::string_view ZelToSerializer::whyLeftOut(const ZEL::ZelShape& shape, bool ha
 std::string_view ZelToSerializer::serializeOneZel_(Serializer& target, const ZEL::ZelShape& shape,
                                                    unsigned long platformId, ZEL::ZelShape* own) const {
     // What a shape lacks first: one that cannot be placed must not be begun.
-    const std::string_view reason = whyLeftOut(shape, target.pointConverter() != nullptr);
     const Type type = typeOf(shape);
+    const std::string_view reason = whyLeftOut_(shape, type, target.pointConverter() != nullptr);
     if (!reason.empty() && type != Type::None && halNotify::isNotifyEnabled(halNotify::Error))
         halNotify::notify(halNotify::Error)
             << "The " << labelOf(shape) << " cannot be edited and is left out: " << reason;

@@ -39,6 +39,8 @@ class ZelToSerializer {
     /// \return why the target did not get the shape; empty when it did
     std::string_view serializeOneZel_(Serializer& target, const halCore::ZEL::ZelShape& shape,
                                       unsigned long platformId, halCore::ZEL::ZelShape* own) const;
+    std::string_view whyLeftOut_(const halCore::ZEL::ZelShape& shape, Serializer::ShapeType type,
+                                 bool hasFrame) const;
     Serializer::ShapeType getShapeType_(const halCore::ZEL::ZelShape& shape) const;
 };
 
