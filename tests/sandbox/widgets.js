@@ -82,6 +82,10 @@ probe.fill("First:", "1st");
 probe.fill("Second:", "2nd");
 assertEqual(said().slice(1), ["first: 1st", "second: 2nd"]);
 
+// A name is never markup: this one would stand in three lines, and another could name a file without an end.
+call(907, "text", "frame", "<br>Marked<br>", ">marked");
+assertEqual(probe.place("<br>Marked<br>").height, probe.place("Answer:").height, "as it stands");
+
 // Shown, enabled, a switcher's page.
 command("enable push 0");
 assertEqual(probe.enabled("Push & Pull"), false);
