@@ -1,10 +1,11 @@
 #include "format/LineTokens.h"
 
 #include <bit>
+#include <cstdint>
 #include <cstring>
 
 #include "common/Strings.h"
-#include "format/EightBytes.h"
+#include "format/LetterBits.h"
 
 namespace halCore::ZEL {
 namespace {
@@ -41,40 +42,50 @@ const char* LineTokens::split(const char* p, const char* end, Case letters) {
     return stop;
 }
 
-/// Views the words of a line of the ordinary form: a few words in lower case with single blanks between
-/// them. Null for every other line, and for one so close to the end that a word of eight is too far.
+/// Views the words of a line of the ordinary form: a few words in lower case with single blanks between them,
+/// 63 characters at most. Null for every other line.
 const char* LineTokens::view_(const char* p, const char* end, Case letters) {
-    bool fold = letters == Case::Fold;
-    std::size_t count = 0;
-    endedInCapitalS_ = false;
-    while (count < kKept && *p != '"') {
-        const char* const begin = p;
-        std::uint64_t upperCase = 0;
-        std::uint64_t blank = 0;
-        do {
-            if (end - p < 8) return nullptr;
-            const std::uint64_t text = loadEight(p);
-            blank = findBlank(text);
-            upperCase |= mayBeUpperCase(text, blank);
-            p += blank == 0 ? 8 : std::countr_zero(blank) / 8;
-        } while (blank == 0);
-        if (upperCase != 0 && fold) {
-            // Allowed only behind a word that ends the folding.
-            for (std::size_t i = 0; i < count && fold; ++i) fold = !endsFolding((*this)[i]);
-            if (fold) return nullptr;
-        }
-        begins_[count] = begin;
-        ends_[count] = p;
-        count_ = ++count;
-        if (*p == ' ' && static_cast<unsigned char>(p[1]) > ' ') {
-            ++p;
-            continue;
-        }
-        lineEnd_ = p;
-        if (*p == '\r') ++p;
-        return *p == '\n' ? p : nullptr;
+    constexpr std::ptrdiff_t half = LetterBits::kCount;
+    LetterBits bits = letterBitsOf(p, end);
+    if (bits.controls == 0) {
+        const LetterBits second = letterBitsOf(p + half, end);
+        if (second.controls == 0) return nullptr;
+        bits.blanks |= second.blanks << half;
+        bits.controls |= second.controls << half;
+        bits.upperCase |= second.upperCase << half;
     }
-    return nullptr;
+    const auto size = static_cast<unsigned>(std::countr_zero(bits.controls));
+    const char* stop = p + size;
+    if (*stop == '\r') ++stop;
+    if (*stop != '\n') return nullptr;
+    const std::uint64_t line = (1ULL << size) - 1;
+    // Behind every blank a word begins.
+    std::uint64_t blanks = bits.blanks & line;
+    if ((blanks << 1 & (blanks | ~line)) != 0) return nullptr;
+    const std::uint64_t upperCase = letters == Case::Fold ? bits.upperCase & line : 0;
+    endedInCapitalS_ = false;
+    bool isFolding = true;
+    std::size_t count = 0;
+    const char* begin = p;
+    for (bool isLast = false; !isLast; ++count) {
+        isLast = blanks == 0;
+        const char* const behind = isLast ? p + size : p + std::countr_zero(blanks);
+        if (count == kKept || *begin == '"') return nullptr;
+        begins_[count] = begin;
+        ends_[count] = behind;
+        begin = behind + 1;
+        blanks &= blanks - 1;
+    }
+    count_ = count;
+    lineEnd_ = p + size;
+    if (upperCase != 0) {
+        // Allowed only behind a word that ends the folding.
+        const char* const first = p + std::countr_zero(upperCase);
+        for (std::size_t i = 0; i < count && isFolding && ends_[i] < first; ++i)
+            isFolding = !endsFolding((*this)[i]);
+        if (isFolding) return nullptr;
+    }
+    return stop;
 }
 
 void LineTokens::split(std::string_view line, Case letters) {
