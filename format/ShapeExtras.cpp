@@ -1,7 +1,5 @@
 #include "format/ShapeExtras.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,9 +9,6 @@
 
 namespace halCore::ZEL {
 namespace {
-
-/// No list needs more points to be one.
-constexpr std::size_t kMostKept = 3;
 
 /// Copies one attribute when it is set. \return whether it is; without a shape to copy to that is all
 template <typename Shape, typename Value>
@@ -87,16 +82,8 @@ bool copyAll(const ZelShape& from, ZelShape* to) {
 
 std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape) {
     if (shape->comments().empty() && !copyAll(*shape, nullptr)) return nullptr;
-    if (const auto* const points = pointsOf(*shape); points && points->size() > kMostKept) takePoints(*shape);
+    if (auto* const points = pointsOf(*shape)) std::exchange(*points, {});
     return shape;
-}
-
-std::vector<Vec3> takePoints(ZelShape& shape) {
-    std::vector<Vec3>* const points = pointsOf(shape);
-    if (!points) return {};
-    std::vector<Vec3> few(points->begin(),
-                          points->begin() + std::ptrdiff_t(std::min(points->size(), kMostKept)));
-    return std::exchange(*points, std::move(few));
 }
 
 void setExtras(const ZelShape& extras, ZelShape& shape) {

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
-#include "common/Vec3.h"
 #include "format/ZelShape.h"
 
 namespace halCore::ZEL {
@@ -12,11 +10,9 @@ namespace halCore::ZEL {
 /// mode and extrusion, tessellation, vertical datum, depth buffer, scale, offsets and what they follow, and a
 /// label's outline and priority.
 ///
-/// Takes a shape that was read for its extras alone: its points are taken. Null when it has none.
+/// Takes a shape that was read for its extras alone: a list of points is empty from now on. Null when it has
+/// none.
 std::shared_ptr<const ZelShape> extrasOf(std::shared_ptr<ZelShape> shape);
-
-/// Takes a shape's list of points, of which only as many stay as make it one; empty for one without a list.
-std::vector<Vec3> takePoints(ZelShape& shape);
 
 /// Sets them on a shape, where it can have them.
 void setExtras(const ZelShape& extras, ZelShape& shape);

@@ -11,6 +11,7 @@
 #include "common/Notify.h"
 #include "format/Parser.h"
 #include "format/ShapeExtras.h"
+#include "format/ShapeFields.h"
 #include "geo/UnitsRegistry.h"
 #include "model/BlockRewriter.h"
 
@@ -26,6 +27,17 @@ constexpr std::size_t kPointsAtOnce = 4096;
 constexpr std::size_t kLists = 3;
 
 enum class Kind : std::uint8_t { Points = 1, Shape, Gone, Head, Extras };
+
+/// Extras as a block of which a reader makes them again: none makes a list without points.
+std::string blockOfExtras(const halCore::ZEL::ZelShape& extras) {
+    constexpr int fewest = 3;
+    std::string block = blockOf(extras);
+    const auto* const points = halCore::ZEL::pointsOf(extras);
+    if (!points || !points->empty()) return block;
+    std::string some;
+    for (int i = 0; i < fewest; ++i) some += extras.isRelative() ? "xyz 0 0 0\n" : "lla 0 0 0\n";
+    return block.insert(block.rfind("end\n"), some);
+}
 
 // Values. What is the same in memory everywhere that the editor runs is written as it stands there.
 
@@ -237,7 +249,7 @@ bool JournalWriter::next(std::string& out) {
     if (extras != (before ? before->source.extras : nullptr)) {
         Bytes bytes(Kind::Extras);
         bytes.put(number_);
-        bytes.put(extras ? blockOf(*extras) : std::string());
+        bytes.put(extras ? blockOfExtras(*extras) : std::string());
         bytes.appendTo(out);
     }
     Bytes bytes(Kind::Shape);

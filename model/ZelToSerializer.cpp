@@ -2,11 +2,11 @@
 
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "common/Notify.h"
 #include "format/Parser.h"
 #include "format/ShapeCast.h"
-#include "format/ShapeExtras.h"
 #include "format/ShapeFields.h"
 #include "geo/Angles.h"
 #include "model/CylinderShape.h"
@@ -56,7 +56,7 @@ class Placement {
         if (relative_ || use != Use::Point)
             for (const Vec3& position : positions) give(use, position);
         else if (own)
-            target_.takePoints(ZEL::takePoints(*own));
+            target_.takePoints(std::exchange(*ZEL::pointsOf(*own), {}));
         else
             target_.addPoints(positions);
     }

@@ -24,7 +24,7 @@ class ZelToSerializer {
     /// The same with shapes that have been read already.
     int replay(Serializer& target, std::span<const halCore::ZEL::ZelShapePtr> shapes,
                unsigned long platformId, const std::string& sourceName) const;
-    /// Of one of them, which gives its list of points away: as by ZEL::takePoints.
+    /// Of one of them, which gives its list of points away.
     /// \return why it was left out, and is as it was; empty when it was not
     std::string_view take(Serializer& target, halCore::ZEL::ZelShape& shape, unsigned long platformId) const;
     /// Why a shape of a file is left out; empty when it is not.
