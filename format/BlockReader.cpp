@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <iterator>
 
 #include "common/Strings.h"
@@ -44,6 +45,7 @@ void BlockReader::readLines(std::string_view text) {
     const char* p = text.data();
     const char* const end = p + text.size();
     text_ = p;
+    textEnd_ = end;
     while (p != end) {
         ++lineNumber_;
         while (*p != '\n' && UTILS::isBlank(*p)) ++p;
@@ -65,6 +67,9 @@ void BlockReader::readLines(std::string_view text) {
         }
     }
     offset_ += text.size();
+    if (!insideBlock_) return;
+    record_.copyViewed();
+    modifiers_.copyViewed();
 }
 
 /// Nearly all lines of a large file are points written in the plainest way. They are read here, straight
@@ -204,7 +209,7 @@ void BlockReader::makeShape_() {
     }
     // Its message was given with the second shape keyword.
     if (badBlock_) return;
-    if (record_.pointType() == ParsedShape::PointType::Absolute) record_.set(ShapeParameter::Absolute, "1");
+    if (record_.pointType() == ParsedShape::PointType::Absolute) record_.view(ShapeParameter::Absolute, "1");
     modifiers_.apply(record_);
     const ParsedShape::PointType pointType = record_.pointType();
     if (std::shared_ptr<ZelShape> shape = parser_.getShape_(record_, registry_, messages_)) {
@@ -441,7 +446,7 @@ void BlockReader::readExtrude_() {
 
 void BlockReader::read3d_() {
     if (const auto parameter = parameterOf3d(tokens_)) {
-        if (hasArguments_(2, "3d", kAtLeast2)) record_.set(*parameter, tokens_.from(2));
+        if (hasArguments_(2, "3d", kAtLeast2)) set_(*parameter, tokens_.from(2));
     } else {
         readUnknown_();
     }
@@ -453,10 +458,18 @@ void BlockReader::readUnknown_() {
 }
 
 void BlockReader::set_(ShapeParameter parameter, std::string_view value) {
+    // What stands in the text stays there as long as this is read.
+    const bool stays = std::less_equal()(text_, value.data()) && std::less()(value.data(), textEnd_);
+    const auto put = [&](auto& where) {
+        if (stays)
+            where.view(parameter, value);
+        else
+            where.set(parameter, value);
+    };
     if (static_cast<std::size_t>(parameter) < kModifierCount)
-        modifiers_.set(parameter, value);
+        put(modifiers_);
     else
-        record_.set(parameter, value);
+        put(record_);
 }
 
 bool BlockReader::hasArguments_(std::size_t count, std::string_view label, std::string_view message) {

@@ -88,6 +88,7 @@ class BlockReader {
     std::size_t lineNumber_ = 0;
     /// The text that is being read, and how much was read before it.
     const char* text_ = nullptr;
+    const char* textEnd_ = nullptr;
     std::size_t offset_ = 0;
     std::size_t behind_ = 0;
     /// The line that is being read as words, from its first to its line feed.

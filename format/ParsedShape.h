@@ -37,6 +37,12 @@ class ParsedShape {
         const auto index = static_cast<std::size_t>(parameter);
         if (index < kFirstPosition) texts_.set(index, value);
     }
+    /// The same for a text that stays where it is until `copyViewed`, or until the record is forgotten.
+    void view(ShapeParameter parameter, std::string_view value) {
+        const auto index = static_cast<std::size_t>(parameter);
+        if (index < kFirstPosition) texts_.view(index, value);
+    }
+    void copyViewed() { texts_.copyViewed(); }
     void set(ShapeParameter parameter, const PositionStrings& value);
 
     /// Adds a point. The first one decides the record's kind; false, and nothing added, for the kind None

@@ -10,7 +10,7 @@
 
 namespace halCore::ZEL {
 
-/// Up to 64 numbered texts in one buffer, each set or not. Clearing keeps the memory.
+/// Up to 64 numbered texts in one buffer or where they stand, each set or not. Clearing keeps the memory.
 template <std::size_t Count>
 class TextFields {
   public:
@@ -18,6 +18,7 @@ class TextFields {
 
     void clear() {
         present_ = 0;
+        viewed_ = 0;
         used_ = 0;
         if (capacity_ > kKept) {
             buffer_.reset();
@@ -28,31 +29,45 @@ class TextFields {
     void set(std::size_t index, std::string_view text) {
         if (text.size() > capacity_ - used_) grow_(text.size());
         copy_(buffer_.get() + used_, text);
-        spans_[index] = {used_, text.size()};
+        texts_[index] = {buffer_.get() + used_, text.size()};
         used_ += text.size();
         present_ |= 1ULL << index;
+        viewed_ &= ~(1ULL << index);
     }
 
-    /// Empty when it is not set; valid until the next `set` or `clear`.
+    /// The same for a text that stays where it is until `copyViewed`, or until it is cleared.
+    void view(std::size_t index, std::string_view text) {
+        texts_[index] = text;
+        present_ |= 1ULL << index;
+        viewed_ |= 1ULL << index;
+    }
+    void copyViewed() {
+        while (viewed_ != 0) {
+            const auto index = static_cast<std::size_t>(std::countr_zero(viewed_));
+            set(index, texts_[index]);
+        }
+    }
+
+    /// Empty when it is not set; valid until the next change.
     std::string_view get(std::size_t index) const {
         if ((present_ >> index & 1) == 0) return {};
-        return {buffer_.get() + spans_[index].begin, spans_[index].length};
+        return texts_[index];
     }
 
     /// A bit for each text that is set.
     std::uint64_t present() const { return present_; }
 
   private:
-    struct Span {
-        std::size_t begin;
-        std::size_t length;
-    };
     static constexpr std::size_t kKept = 1 << 16;
 
     void grow_(std::size_t more) {
         const std::size_t capacity = 2 * (used_ + more) + 256;
         auto larger = std::make_unique_for_overwrite<char[]>(capacity);
         if (used_ != 0) std::memcpy(larger.get(), buffer_.get(), used_);
+        for (std::uint64_t rest = present_ & ~viewed_; rest != 0; rest &= rest - 1) {
+            std::string_view& text = texts_[static_cast<std::size_t>(std::countr_zero(rest))];
+            text = {larger.get() + (text.data() - buffer_.get()), text.size()};
+        }
         buffer_ = std::move(larger);
         capacity_ = capacity;
     }
@@ -75,7 +90,9 @@ class TextFields {
     }
 
     std::uint64_t present_ = 0;
-    std::array<Span, Count> spans_;
+    /// Of those that are viewed; the others stand in the buffer.
+    std::uint64_t viewed_ = 0;
+    std::array<std::string_view, Count> texts_;
     std::unique_ptr<char[]> buffer_;
     std::size_t capacity_ = 0;
     std::size_t used_ = 0;

@@ -128,12 +128,12 @@ TEST(BadInput, hasADefinedOutcome) {
     }
 }
 
-/// The stream is read in blocks: a line may lie across any of their borders.
+/// The stream is read in parts: a block and each of its lines may lie across any of their borders.
 TEST(BadInput, aLongTextIsReadInParts) {
     std::string text;
     for (int i = 0; i < 2000; ++i)
-        text += block("line;lla 1." + std::to_string(i) + " 2 3;lla 4 5 6;3d name Line number " +
-                      std::to_string(i));
+        text += block("line;3d name Line number " + std::to_string(i) + ";linewidth " + std::to_string(i) +
+                      ";lla 1." + std::to_string(i) + " 2 3;lla 4 5 6;lla 7 8 9;lla 10 11 12;lla 13 14 15");
     std::istringstream stream(text);
     Parsed result;
     Parser().parse(stream, result.shapes, result.report);
