@@ -35,7 +35,7 @@ LatLonAltBox 2n 1 3 4E 5 6 7 | latlonaltbox 2 1 3 4 5 6
 ll 1 2;points;LLA 3 4 5;latlon 6 7 8 extra | points;lla 1 2 0;lla 3 4 5;lla 6 7 8
 points;xy 1 2;XYZ 3 4 5;xyz 6 7 8 9 | points;xyz 1 2 0;xyz 3 4 5;xyz 6 7 8
 points;	lla	-1.5 	 +2.25 .5 ;ll 1e1 -2E-1 3e0 | points;lla -1.5 2.25 0.5;lla 10 -0.2 3
-points;ll 21:18:36S 158W high;ll "21 18 36 N" "158 0 0 W" 7 | points;lla -21.31 -158 0;lla 21.31 -158 7
+points;ll 21:18:36S 158W high;ll "21 18 36 N" "158 0 0 W" 7;ll "1 30 n" 2.5 7 | points;lla -21.31 -158 0;lla 21.31 -158 7;lla 1.5 2.5 7
 // The first point decides: the others are of the wrong kind.
 points;ll 1 2;xy 3 4;ll 5 6 | points;lla 1 2 0;lla 5 6 0
 points;xy 1 2;mgrs 31NAA;ll 3 4;xyz 1 2 3 | points;xyz 1 2 0;xyz 1 2 3
