@@ -59,6 +59,12 @@ void GlobePainter::recordHook(const Camera& camera, const QSize& pixels, const s
     hookRecorded_ = true;
 }
 
+bool GlobePainter::workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays,
+                           Slice working) {
+    layers_->overlays.update(overlays);
+    return layers_->overlays.workOut(camera, pixelRatio, working);
+}
+
 void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     const Camera& camera = frame.camera;
     const QSize pixels =

@@ -23,6 +23,16 @@ constexpr qint64 kWorthAPause = 10;
 constexpr qint64 kPauses = 3;
 constexpr qint64 kLongestPause = 90;
 
+/// Fewer changes of overlays are drawn at once. A frame of more takes long, however many they are.
+constexpr std::uint64_t kManyChanges = 1000;
+/// When no more come for so long they are all there.
+constexpr std::chrono::milliseconds kCalm{5};
+/// Their geometry is worked out for so long at a time.
+constexpr std::chrono::milliseconds kWorkedOutBetween{30};
+/// Otherwise what has come is shown after so long, or after twice the time that a frame takes.
+constexpr std::chrono::milliseconds kGatheredAtLeast{100};
+constexpr std::chrono::milliseconds kGatheredAtMost{500};
+
 unsigned modifiersOf(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ShiftModifier ? unsigned{ViewMouseEvent::Shift} : 0U) |
            (modifiers & Qt::ControlModifier ? unsigned{ViewMouseEvent::Control} : 0U) |
@@ -76,7 +86,9 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     setFormat(surfaceFormat());
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    overlays_.setChangeCallback([this] { contentChanged(); });
+    overlays_.setChangeCallback([this] { overlaysChanged(); });
+    calm_.setSingleShot(true);
+    connect(&calm_, &QTimer::timeout, this, &GlobeView::gatherMore);
     rest_.setSingleShot(true);
     soon_.setSingleShot(true);
     connect(&soon_, &QTimer::timeout, this, &GlobeView::requestRedraw);
@@ -84,6 +96,7 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     connect(this, &QOpenGLWidget::frameSwapped, this, [this] {
         constexpr qint64 kLeast = 150;
         constexpr qint64 kMost = 1000;
+        lastFrame_ = std::chrono::milliseconds(frameTime_.elapsed());
         if (painter_ && painter_->isRough() && moving_)
             rest_.start(static_cast<int>(std::clamp(frameTime_.elapsed(), kLeast, kMost)));
     });
@@ -227,6 +240,45 @@ void GlobeView::contentChanged() {
         requestRedraw();
 }
 
+void GlobeView::overlaysChanged() {
+    if (insideHook_ || gathers_ || looksSoon_) return;
+    looksSoon_ = true;
+    QMetaObject::invokeMethod(this, &GlobeView::lookAtChanges, Qt::QueuedConnection);
+}
+
+void GlobeView::lookAtChanges() {
+    looksSoon_ = false;
+    if (overlays_.changes() == drawn_) return;
+    if (overlays_.changes() - drawn_ >= kManyChanges)
+        gather();
+    else
+        contentChanged();
+}
+
+void GlobeView::gather() {
+    gathers_ = true;
+    gatherTime_.start();
+    gathered_ = overlays_.changes();
+    calm_.start(kCalm);
+}
+
+void GlobeView::gatherMore() {
+    const std::uint64_t before = std::exchange(gathered_, overlays_.changes());
+    bool ready = true;
+    if (painter_) {
+        makeCurrent();
+        ready = painter_->workOut(camera_, devicePixelRatio(), overlays_, Slice(0, kWorkedOutBetween));
+        doneCurrent();
+    }
+    const auto most = std::clamp(2 * lastFrame_, kGatheredAtLeast, kGatheredAtMost);
+    if ((before == gathered_ && ready) || gatherTime_.hasExpired(most.count())) {
+        gathers_ = false;
+        requestRedraw();
+    } else {
+        calm_.start(ready ? kCalm : std::chrono::milliseconds(0));
+    }
+}
+
 QImage GlobeView::grabFrame() {
     moving_ = false;
     grabs_ = true;
@@ -268,6 +320,9 @@ void GlobeView::paintGL() {
         insideHook_ = false;
         context()->functions()->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
     }
+    gathers_ = false;
+    calm_.stop();
+    const std::uint64_t changes = overlays_.changes() - std::exchange(drawn_, overlays_.changes());
     painter_->draw({.camera = camera,
                     .pixelRatio = ratio,
                     .backdrop = {},
@@ -282,7 +337,7 @@ void GlobeView::paintGL() {
     const qint64 worked = painter_->worked().count();
     pause_ = worked < kWorthAPause || grabs_ ? 0 : std::min(kPauses * worked, kLongestPause);
     soon_.stop();
-    if (painter_->isPartial()) contentChanged();
+    if (painter_->isPartial()) changes >= kManyChanges ? gather() : contentChanged();
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();
 }

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QOpenGLWidget>
 #include <QTimer>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -21,10 +22,10 @@ namespace sandbox {
 /// The 3-D view: the earth, overlays, platforms, what a refresh hook draws, and screen texts, in this
 /// order from the back to the front.
 ///
-/// A frame is drawn only when something changed or `requestRedraw()` was called. Where the processor draws
-/// very many lines, those of a view that moves are rough, and another frame follows when it rests. Pixels in
-/// this interface are widget pixels with the origin at the top left corner; the device's pixel density is
-/// dealt with inside.
+/// A frame is drawn only when something changed or `requestRedraw()` was called. While very many overlays
+/// come or go it waits for more of them, for some moments. Where the processor draws very many lines, those
+/// of a view that moves are rough, and another frame follows when it rests. Pixels in this interface are
+/// widget pixels with the origin at the top left corner; the device's pixel density is dealt with inside.
 class GlobeView : public QOpenGLWidget {
     Q_OBJECT
 
@@ -89,6 +90,8 @@ class GlobeView : public QOpenGLWidget {
 
     /// Schedules one frame; any number of calls before it is drawn makes one frame.
     void requestRedraw();
+    /// Whether a frame of very many overlays waits for more of them.
+    bool gathers() const { return gathers_; }
     /// Frames drawn so far.
     std::uint64_t frameCount() const { return frameCount_; }
     /// Draws a frame and returns it with all layers, in device pixels; never a rough one.
@@ -119,6 +122,10 @@ class GlobeView : public QOpenGLWidget {
 
   private:
     void contentChanged();
+    void overlaysChanged();
+    void lookAtChanges();
+    void gather();
+    void gatherMore();
     void cameraMoved();
     void reportCursor(double x, double y);
     bool listenerTakes(const ViewMouseEvent& event);
@@ -161,6 +168,16 @@ class GlobeView : public QOpenGLWidget {
     QElapsedTimer sinceDrawn_;
     qint64 pause_ = 0;  ///< so many milliseconds others have before that frame
     QElapsedTimer frameTime_;
+    /// Until nothing more comes, when very many overlays change; and since when.
+    QTimer calm_;
+    QElapsedTimer gatherTime_;
+    bool gathers_ = false;
+    /// Somebody looks at what has changed when the event is over.
+    bool looksSoon_ = false;
+    /// The scene's changes at the last look, and those that are drawn.
+    std::uint64_t gathered_ = 0;
+    std::uint64_t drawn_ = 0;
+    std::chrono::milliseconds lastFrame_{0};  ///< until it was on the screen
     bool insideHook_ = false;
 };
 

@@ -7,7 +7,6 @@
 #include <iterator>
 #include <utility>
 
-#include "globe/Camera.h"
 #include "globe/ChunkPainter.h"
 #include "globe/DetailChoice.h"
 #include "globe/OverlayChunk.h"
@@ -23,6 +22,14 @@ namespace {
 
 /// From so many segments on a frame of a moving view may be a rough one.
 constexpr std::size_t kRoughSegments = 100000;
+
+ViewVolume viewWithMargin(const Camera& camera) {
+    // Wide lines and dots reach into the view.
+    constexpr double kMargin = 256.0;
+    const double aside = kMargin / camera.width();
+    const double above = kMargin / camera.height();
+    return ViewVolume(camera, {-aside, -above, 1.0 + aside, 1.0 + above});
+}
 
 }  // namespace
 
@@ -112,6 +119,7 @@ void OverlayLayer::listSpots() {
                 spots.push_back({.ball = {}, .id = id, .chunk = &chunk, .shown = item.entry->shown});
         }
     spots_ = std::move(spots);
+    workedOut_ = 0;
     gone_ = 0;
     spotsStale_ = false;
 }
@@ -200,13 +208,25 @@ ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, con
     return nullptr;
 }
 
+bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, Slice working) {
+    working_ = working;
+    late_ = partial_ = false;
+    if (workedOutFor_ != camera) workedOut_ = 0;
+    workedOutFor_ = camera;
+    const ViewVolume view = viewWithMargin(camera);
+    const DetailChoice detail(camera, pixelRatio);
+    for (; workedOut_ < spots_.size(); ++workedOut_) {
+        Spot& spot = spots_[workedOut_];
+        if (spot.chunk && spot.shown && (!spot.placed || view.mayShow(spot.ball)))
+            prepare(spot, detail, view, false);
+        if (partial_) return false;
+    }
+    return true;
+}
+
 /// Looks what the frame shows, and whether that has changed.
 void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
-    // Wide lines and dots reach into the view.
-    constexpr double kMargin = 256.0;
-    const double aside = kMargin / camera.width();
-    const double above = kMargin / camera.height();
-    const ViewVolume view(camera, {-aside, -above, 1.0 + aside, 1.0 + above});
+    const ViewVolume view = viewWithMargin(camera);
     const DetailChoice detail(camera, pixelRatio);
     // What is quickly worked out is never left for later.
     const bool rough = moving && seenSegments_ >= kRoughSegments;

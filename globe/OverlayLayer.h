@@ -5,16 +5,17 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "common/Slice.h"
+#include "globe/Camera.h"
 #include "globe/DrawList.h"
 #include "globe/FillBudget.h"
 #include "globe/OverlayScene.h"
 
 namespace sandbox {
 
-class Camera;
 class ChunkPainter;
 class DetailChoice;
 class PictureTextures;
@@ -51,6 +52,8 @@ class OverlayLayer {
     /// `working`: how long geometry is worked out; what is not ready then is left out, or drawn in another
     /// detail.
     void draw(const Camera& camera, double pixelRatio, bool moving = false, Slice working = {});
+    /// Works out what a frame will need. \return whether nothing is left
+    bool workOut(const Camera& camera, double pixelRatio, Slice working);
     /// Whether something was left for the next frame.
     bool isPartial() const { return partial_; }
     /// How long the last draw() has worked out geometry.
@@ -83,6 +86,9 @@ class OverlayLayer {
     std::vector<Spot> spots_;
     std::size_t gone_ = 0;
     bool spotsStale_ = false;
+    /// So many of them have all that a frame with the camera needs.
+    std::size_t workedOut_ = 0;
+    std::optional<Camera> workedOutFor_;
     /// What the frame shows, in drawing order. What follows the first so many is new, and lies above what the
     /// raster keeps.
     std::vector<Seen> seen_;

@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <cstdio>
 
+#include "globe/GlobeView.h"
 #include "sandbox/Host.h"
 #include "sandbox/script/FileDialogAnswer.h"
 #include "sandbox/script/Prelude.h"
@@ -78,6 +79,11 @@ void ScriptRun::interrupt() {
 }
 
 void ScriptRun::settle() {
+    // What has been done is in the picture.
+    QCoreApplication::processEvents();
+    const GlobeView& view = host_.view();
+    for (const auto frames = view.frameCount(); view.gathers() && view.frameCount() == frames;)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     for (int i = 0; i < 3; ++i) {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

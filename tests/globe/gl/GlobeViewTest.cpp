@@ -5,10 +5,12 @@
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -537,6 +539,40 @@ TEST_F(GlobeViewTest, FramesWaitNoLongerThanTheyMay) {
     } while (lacking > 0 && ++frames < 100);
     EXPECT_GT(frames, 2);
     EXPECT_EQ(lacking, 0);
+}
+
+/// One for all that come together, however many turns they take; but those that never end are seen, too.
+TEST_F(GlobeViewTest, AFrameOfVeryManyOverlaysWaitsForMore) {
+    const auto shapes = shapesOf("circle; centerll 0 0; radius 300000" + kMagenta);
+    std::function<void()> add;
+    int lots = 0;
+    add = [&] {
+        for (int i = 0; i < 2000; ++i) view.overlays().add(shapes);
+        if (--lots > 0) QMetaObject::invokeMethod(&view, add, Qt::QueuedConnection);
+    };
+    look(at(0, 0), 2.0e6);
+    settle();
+    auto frames = view.frameCount();
+    lots = 5;
+    add();
+    waitUntil([&] { return view.frameCount() > frames; });
+    EXPECT_EQ(view.frameCount(), frames + 1);
+    const QImage shown = view.grabFrame();
+    look(at(0, 0), 1.0e6);
+    settle();
+    look(at(0, 0), 2.0e6);
+    EXPECT_EQ(differences(shown, view.grabFrame(), 0, all), 0);
+    EXPECT_GT(count(shown, all, isMagenta), 500);
+
+    frames = view.frameCount();
+    QTimer endless;
+    QObject::connect(&endless, &QTimer::timeout, &view, [&] {
+        view.overlays().clear();
+        add();
+    });
+    endless.start(0);
+    waitUntil([&] { return view.frameCount() > frames + 1; });
+    EXPECT_GT(view.frameCount(), frames + 1);
 }
 
 /// The nearest within reach, and none behind the earth.
