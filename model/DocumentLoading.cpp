@@ -122,10 +122,9 @@ Document::Reading Document::beginFile(const std::string& fileName) const {
     std::string error;
     try {
         std::string text;
-        error = UTILS::readFile(fileName, text);
+        FileVersion version = FileVersion::read(fileName, text, error);
         if (error.empty()) {
             // A file that the host displays is edited in its place, so that it is not drawn twice.
-            FileVersion version(fileName, text);
             Reading reading = begin(std::move(text), fileName, displayOf(fileName));
             reading.version = std::move(version);
             return reading;

@@ -19,6 +19,19 @@ constexpr std::chrono::seconds kCoarsestTick{3};
 FileVersion::FileVersion(std::string path, std::string_view text)
     : path_(std::move(path)), hash_(hashOf(text)) {}
 
+FileVersion FileVersion::read(const std::string& path, std::string& text, std::string& error) {
+    // Before reading, as in isOnDisk.
+    const auto found = stampOf(path);
+    const auto time = std::chrono::steady_clock::now();
+    error = UTILS::readFile(path, text);
+    FileVersion version(path, text);
+    if (!error.empty()) return version;
+    version.seen_ = found;
+    version.seenSame_ = found.has_value();
+    version.seenAt_ = time;
+    return version;
+}
+
 FileVersion FileVersion::known(std::string path, std::size_t hash) {
     FileVersion version;
     version.path_ = std::move(path);

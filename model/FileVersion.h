@@ -18,6 +18,9 @@ class FileVersion {
     /// \param text what has just been read from the file or written to it
     FileVersion(std::string path, std::string_view text);
 
+    /// One of a file that is read now. It need not be read again as long as it looks the same.
+    /// \param text gets what it holds \param error gets why that cannot be read, as UTILS::readFile tells it
+    static FileVersion read(const std::string& path, std::string& text, std::string& error);
     /// One that was known before, by its hash.
     static FileVersion known(std::string path, std::size_t hash);
     std::size_t hash() const { return hash_; }
