@@ -115,9 +115,10 @@ bool Overlay::forget_(const Shape* shape) {
     const auto known = numbers_.find(shape);
     if (known == numbers_.end()) return false;
     const std::uint64_t number = known->second;
-    placeOf_(number)->shape = nullptr;
+    const auto place = placeOf_(number);
+    place->shape = nullptr;
+    setWaits_(*place, false);
     numbers_.erase(known);
-    toDisplay_.erase(number);
     if (places_.size() > 2 * numbers_.size())
         std::erase_if(places_, [](const Place& place) { return !place.shape; });
     touched_(number);
@@ -173,7 +174,7 @@ void Overlay::clearShapes(bool destroying) {
     places_.clear();
     names_.clear();
     numbers_.clear();
-    toDisplay_.clear();
+    waiting_ = 0;
     for (Shape* shape : dying) {
         std::unique_ptr<Shape> gone(shape);
         if (destroying) continue;
@@ -193,6 +194,7 @@ void Overlay::deleteShapes(Overlay& of) {
     const auto dying = std::exchange(of.places_, {});
     of.names_.clear();
     of.numbers_.clear();
+    of.waiting_ = 0;
     for (const Place& place : dying)
         if (place.shape) place.shape->setKeeper(nullptr);
     for (const Place& place : dying) {
@@ -219,11 +221,30 @@ bool Overlay::displaysLater(const Shape& shape) {
     if (number == 0) return false;
     const bool anything = shape.isDisplayed() || (shape.shown() && shape.active());
     const bool later = anything && isLate_(unitsToDisplay(shape));
-    if (later)
-        toDisplay_.insert(toDisplay_.end(), number);
-    else
-        toDisplay_.erase(number);
+    setWaits_(*placeOf_(number), later);
     return later;
+}
+
+void Overlay::setWaits_(Place& place, bool waits) {
+    if (std::exchange(place.waits, waits) == waits) return;
+    if (!waits) {
+        --waiting_;
+        return;
+    }
+    waitFrom_ = waiting_++ == 0 ? place.order : std::min(waitFrom_, place.order);
+}
+
+Shape* Overlay::takeWaiting_() {
+    const auto place = std::ranges::find_if(placeOf_(waitFrom_), places_.end(), &Place::waits);
+    waitFrom_ = place->order;
+    setWaits_(*place, false);
+    return place->shape;
+}
+
+void Overlay::nothingWaits_() {
+    if (waiting_ == 0) return;
+    for (Place& place : places_) place.waits = false;
+    waiting_ = 0;
 }
 
 void Overlay::delete_(std::unique_ptr<Shape> shape) {
@@ -238,17 +259,15 @@ bool Overlay::workOff(Slice& slice) {
         toDelete_.pop_back();
         if (slice.isOver(kUnitsToDelete)) return false;
     }
-    while (!toDisplay_.empty()) {
-        Shape* const shape = shapeOf(*toDisplay_.begin());
-        toDisplay_.erase(toDisplay_.begin());
-        if (!shape) continue;
+    while (waiting_ > 0) {
+        Shape* const shape = takeWaiting_();
         guarded("A shape on its way to the host", 0, [&] {
             shape->displayNow();
             return 0;
         });
         // What cannot be displayed is marked in other ways.
         if (!shape->isDisplayed()) ++revision_;
-        if (slice.isOver(unitsToDisplay(*shape))) return toDisplay_.empty();
+        if (slice.isOver(unitsToDisplay(*shape))) return waiting_ == 0;
     }
     return true;
 }
@@ -262,7 +281,8 @@ void Overlay::exchange(Overlay& other) {
     std::swap(pointConverter_, other.pointConverter_);
     std::swap(attachedPlatformId_, other.attachedPlatformId_);
     std::swap(referenceWritten_, other.referenceWritten_);
-    toDisplay_.clear();
+    nothingWaits_();
+    other.nothingWaits_();
     for (Overlay* const overlay : {this, &other}) {
         for (const Place& place : overlay->places_)
             if (place.shape) place.shape->setKeeper(overlay);

@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -224,12 +223,18 @@ class Overlay final : private ShapeKeeper {
         mutable bool isKnown = false;
         /// Whether it has been told that its block becomes another one.
         mutable bool told = false;
+        /// Whether the shape is to be displayed, see setWaits_.
+        bool waits = false;
         bool hasBlock() const { return block != kNoBlock; }
     };
     /// The place of a number, or the one behind which it would stand.
     std::vector<Place>::iterator placeOf_(std::uint64_t number) {
         return std::ranges::lower_bound(places_, number, {}, &Place::order);
     }
+    void setWaits_(Place& place, bool waits);
+    /// The first one that is to be displayed, while there is any; it waits no more.
+    Shape* takeWaiting_();
+    void nothingWaits_();
     void append_(Shape* shape);
     void enter_(std::uint64_t number, Shape* shape);
     void touched_(std::uint64_t number);
@@ -274,8 +279,10 @@ class Overlay final : private ShapeKeeper {
     std::chrono::milliseconds timeAtOnce_{};
     /// What the running entry has of the time, none before it needs any.
     std::shared_ptr<std::optional<Slice>> entry_ = std::make_shared<std::optional<Slice>>();
-    /// By their numbers, what is to be displayed; and what is to be deleted.
-    std::set<std::uint64_t> toDisplay_;
+    /// How many are to be displayed, and a number before which none of them is.
+    std::size_t waiting_ = 0;
+    std::uint64_t waitFrom_ = 0;
+    /// What is to be deleted.
     std::vector<std::unique_ptr<Shape>> toDelete_;
     std::shared_ptr<const halCore::ZEL::SourceText> source_;
 };
