@@ -103,10 +103,6 @@ bool GlobePainter::isPartial() const {
     return layers_->overlays.isPartial();
 }
 
-std::chrono::milliseconds GlobePainter::worked() const {
-    return layers_->overlays.worked();
-}
-
 bool GlobePainter::isRough() const {
     return layers_->overlays.isRough();
 }

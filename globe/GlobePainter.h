@@ -3,7 +3,6 @@
 #include <QColor>
 #include <QImage>
 #include <QSize>
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -62,8 +61,6 @@ class GlobePainter {
     bool isRough() const;
     /// Whether the last frame lacks something that was not ready.
     bool isPartial() const;
-    /// How long the last draw() has worked out overlays.
-    std::chrono::milliseconds worked() const;
 
   private:
     struct Layers;

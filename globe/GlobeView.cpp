@@ -17,11 +17,6 @@ namespace {
 /// A frame waits so long for geometry; the rest comes with the next ones.
 constexpr std::chrono::milliseconds kWorkedOut{30};
 constexpr std::size_t kWorkedOutAtLeast = 20'000;
-/// Behind a frame that has worked out geometry for so long the next one, unless the view moves, leaves so
-/// many times as long to those who give the overlays, but no more than so much. In milliseconds.
-constexpr qint64 kWorthAPause = 10;
-constexpr qint64 kPauses = 3;
-constexpr qint64 kLongestPause = 90;
 
 /// Fewer changes of overlays are drawn at once. A frame of more takes long, however many they are.
 constexpr std::uint64_t kManyChanges = 1000;
@@ -90,8 +85,6 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     calm_.setSingleShot(true);
     connect(&calm_, &QTimer::timeout, this, &GlobeView::gatherMore);
     rest_.setSingleShot(true);
-    soon_.setSingleShot(true);
-    connect(&soon_, &QTimer::timeout, this, &GlobeView::requestRedraw);
     // Not before what was drawn is on the screen: that may take as long as to draw it.
     connect(this, &QOpenGLWidget::frameSwapped, this, [this] {
         constexpr qint64 kLeast = 150;
@@ -232,12 +225,7 @@ void GlobeView::requestRedraw() {
 }
 
 void GlobeView::contentChanged() {
-    if (insideHook_ || soon_.isActive()) return;
-    const qint64 left = pause_ > 0 ? pause_ - sinceDrawn_.elapsed() : 0;
-    if (left > 0)
-        soon_.start(static_cast<int>(left));
-    else
-        requestRedraw();
+    if (!insideHook_) requestRedraw();
 }
 
 void GlobeView::overlaysChanged() {
@@ -333,10 +321,6 @@ void GlobeView::paintGL() {
                     .working = grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut),
                     .moving = moving_},
                    *this);
-    sinceDrawn_.start();
-    const qint64 worked = painter_->worked().count();
-    pause_ = worked < kWorthAPause || grabs_ ? 0 : std::min(kPauses * worked, kLongestPause);
-    soon_.stop();
     if (painter_->isPartial()) changes >= kManyChanges ? gather() : contentChanged();
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();

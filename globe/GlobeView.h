@@ -164,9 +164,6 @@ class GlobeView : public QOpenGLWidget {
     bool grabs_ = false;
     /// After a rough frame, until the camera has rested for a moment, and for as long as that frame took.
     QTimer rest_;
-    QTimer soon_;  ///< asks for the frame that shows what has changed
-    QElapsedTimer sinceDrawn_;
-    qint64 pause_ = 0;  ///< so many milliseconds others have before that frame
     QElapsedTimer frameTime_;
     /// Until nothing more comes, when very many overlays change; and since when.
     QTimer calm_;

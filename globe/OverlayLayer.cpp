@@ -262,9 +262,7 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Sl
     working_ = working;
     late_ = partial_ = false;
     if (raster_ && !raster_->keepsFor(camera, pixelRatio)) allChanged_ = true;
-    const auto begin = std::chrono::steady_clock::now();
     find(camera, pixelRatio, moving && raster_);
-    worked_ = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
     if (!painter_->isReady()) return;
     glEnable(GL_BLEND);
     setBlending();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QRect>
-#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -56,8 +55,6 @@ class OverlayLayer {
     bool workOut(const Camera& camera, double pixelRatio, Slice working);
     /// Whether something was left for the next frame.
     bool isPartial() const { return partial_; }
-    /// How long the last draw() has worked out geometry.
-    std::chrono::milliseconds worked() const { return worked_; }
     /// Whether the last draw() has made use of that.
     bool isRough() const { return rough_; }
     /// The labels of the shown entries, in drawing order; valid from draw() until the next update().
@@ -100,7 +97,6 @@ class OverlayLayer {
     Slice working_;
     bool late_ = false;  ///< the time for working out geometry is over
     bool partial_ = false;
-    std::chrono::milliseconds worked_{};
     /// Where the picture that the raster keeps is not right any more.
     std::vector<QRect> changed_;
     bool allChanged_ = true;
