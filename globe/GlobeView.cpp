@@ -15,7 +15,7 @@ namespace sandbox {
 namespace {
 
 /// A frame waits so long for geometry; the rest comes with the next ones.
-constexpr std::chrono::milliseconds kWorkedOut{30};
+constexpr std::chrono::milliseconds kWorkedOut{20};
 constexpr std::size_t kWorkedOutAtLeast = 20'000;
 
 /// Fewer changes of overlays are drawn at once. A frame of more takes long, however many they are.
@@ -23,7 +23,7 @@ constexpr std::uint64_t kManyChanges = 1000;
 /// When no more come for so long they are all there.
 constexpr std::chrono::milliseconds kCalm{5};
 /// Their geometry is worked out for so long at a time.
-constexpr std::chrono::milliseconds kWorkedOutBetween{30};
+constexpr std::chrono::milliseconds kWorkedOutBetween{15};
 /// Otherwise what has come is shown after so long, or after twice the time that a frame takes.
 constexpr std::chrono::milliseconds kGatheredAtLeast{100};
 constexpr std::chrono::milliseconds kGatheredAtMost{500};

@@ -17,7 +17,7 @@ namespace OverlayEditor {
 class HostTurns {
   public:
     /// So long the interface may stand still.
-    static constexpr std::chrono::milliseconds kAtOnce{40};
+    static constexpr std::chrono::milliseconds kAtOnce{30};
 
     HostTurns() = default;
     ~HostTurns() { end(); }
