@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             Shape& first = *overlay.shapes().front();
             first.setName(first.name() + " again");
         }
-        if (step == 1) overlay.removeShape(overlay.shapes().back());
+        if (step == 1) overlay.deleteShape(overlay.shapes().back());
         document.history().commit();
     }
     const std::string changed = document.text();
