@@ -19,20 +19,6 @@ inline std::uint64_t loadEight(const char* p) {
     return word;
 }
 
-/// The high bit of the first byte whose character is up to ' ', and perhaps of some behind it; 0 when there
-/// is none.
-inline std::uint64_t findBlank(std::uint64_t word) {
-    // A byte borrows from the next only if it is itself below.
-    return (word - (' ' + 1) * kEachByte) & ~word & kHighBits;
-}
-
-/// Something other than 0 if one of the characters before the blank found may be an ASCII letter in upper
-/// case: a few others, such as '_', count as well.
-inline std::uint64_t mayBeUpperCase(std::uint64_t word, std::uint64_t blank) {
-    const std::uint64_t beforeBlank = (blank & (0 - blank)) - 1;
-    return word & ~(word << 1) & 0x40 * kEachByte & beforeBlank;
-}
-
 /// The value of eight hexadecimal digits in lower case, or nothing if they are none.
 inline std::optional<std::uint32_t> hexadecimalOf(std::uint64_t word) {
     const std::uint64_t letters = word >> 6 & kEachByte;

@@ -54,15 +54,14 @@ template <typename Class>
 const Class* shapeAs(const ZelShape& shape) {
     return isOf<Class>(shape.shapeType()) ? static_cast<const Class*>(&shape) : nullptr;
 }
-template <typename Class>
-Class* shapeAs(ZelShape& shape) {
-    return isOf<Class>(shape.shapeType()) ? static_cast<Class*>(&shape) : nullptr;
-}
-
-/// The same of a shape whose type is known.
+/// \param type the shape's, of whom it is asked more often
 template <typename Class>
 Class* shapeAs(ZelShape& shape, ShapeType type) {
     return isOf<Class>(type) ? static_cast<Class*>(&shape) : nullptr;
+}
+template <typename Class>
+Class* shapeAs(ZelShape& shape) {
+    return shapeAs<Class>(shape, shape.shapeType());
 }
 
 }  // namespace halCore::ZEL

@@ -321,7 +321,12 @@ void GlobeView::paintGL() {
                     .working = grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut),
                     .moving = moving_},
                    *this);
-    if (painter_->isPartial()) changes >= kManyChanges ? gather() : contentChanged();
+    if (painter_->isPartial()) {
+        if (changes >= kManyChanges)
+            gather();
+        else
+            requestRedraw();
+    }
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();
 }

@@ -64,10 +64,10 @@ class Overlay final : private ShapeKeeper {
     /// Takes ownership of a shape that is what it was when it had the number, which is free: it is neither
     /// attached nor displayed anew.
     void insertShape(std::uint64_t number, Shape* shape);
-    /// Makes room for so many shapes in all.
+    /// Makes room for so many shapes in all, once for those that come one by one.
     void expect(std::size_t count) {
-        places_.reserve(count);
-        numbers_.reserve(count);
+        // To reserve less than there is would put all of them anew.
+        if (count > numbers_.bucket_count()) numbers_.reserve(count);
     }
     /// The next so many numbers are given to nobody here. \return the first of them
     std::uint64_t reserveNumbers(std::size_t count) { return std::exchange(nextOrder_, nextOrder_ + count); }

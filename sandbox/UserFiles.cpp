@@ -196,19 +196,18 @@ std::unique_ptr<ComingFile> UserFiles::comingConverted(const QString& path) {
     const QString program = findZel();
     const QFileInfo file(path);
     QDir directory(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
-    if (program.isEmpty() || !directory.mkpath("converted") || !directory.cd("converted")) {
-        log_.add(
-            halNotify::Error, "host",
-            QString("%1 cannot be opened: %2")
-                .arg(path, program.isEmpty() ? "the zel command, which reads such files, is not installed"
-                                             : "there is no room for its overlay"));
+    const auto refuse = [&](const char* why) {
+        log_.add(halNotify::Error, "host", QString("%1 cannot be opened: %2").arg(path, why));
         return nullptr;
-    }
+    };
+    if (program.isEmpty()) return refuse("the zel command, which reads such files, is not installed");
+    const char* const noRoom = "there is no room for its overlay";
+    if (!directory.mkpath("converted") || !directory.cd("converted")) return refuse(noRoom);
     // It may be edited and saved, so it stays, and another one takes no other's place, of another program's
     // neither.
     QString overlay = directory.absoluteFilePath(file.completeBaseName() + ".zel");
     for (int i = 2; QFileInfo::exists(overlay) || !QFile(overlay).open(QIODevice::NewOnly); ++i) {
-        if (i > kMostOfOneName) return nullptr;
+        if (i > kMostOfOneName) return refuse(noRoom);
         overlay = directory.absoluteFilePath(QString("%1-%2.zel").arg(file.completeBaseName()).arg(i));
     }
     return std::make_unique<ComingConverted>(*this, program, path, overlay);
