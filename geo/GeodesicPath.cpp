@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 #include <utility>
 
 #include <GeographicLib/Geodesic.hpp>
@@ -63,8 +64,10 @@ void forPointsBetween(const Vec3& from, const Vec3& to, double chord, PathKind k
 }  // namespace
 
 int piecesOfArc(double radius, double sweep, double tolerance) {
+    // What twelve pieces of a whole turn lack, of the radius.
+    constexpr double kCoarsest = 0.0341;
     const double allowed = std::max({0.01, 2e-6 * radius, tolerance});
-    const double share = std::clamp(allowed / std::max(radius, 1e-3), 1e-7, 0.02);
+    const double share = std::clamp(allowed / std::max(radius, 1e-3), 1e-7, kCoarsest);
     const double wanted = std::ceil(std::abs(sweep) / (2.0 * std::acos(1.0 - share)));
     const int pieces = std::max(2, static_cast<int>(std::min(wanted, 4092.0)));
     return std::abs(sweep) < kTwoPi - 1e-9 ? pieces : (pieces + 11) / 12 * 12;
@@ -127,28 +130,49 @@ Vec3 EllipticalArc::at(double share) const {
     return geodesicFrom(center_, std::atan2(east, north) + turn_, std::hypot(east, north));
 }
 
-GeodeticPath EllipticalArc::path(double tolerance) const {
+template <typename Point>
+std::vector<Point> EllipticalArc::points(double tolerance) const {
+    constexpr bool earthCentred = std::is_same_v<Point, Ecef>;
+    std::vector<Point> result;
+    const auto add = [&](const Vec3& point) {
+        if constexpr (earthCentred)
+            result.push_back(toEcef(point));
+        else
+            result.push_back(point);
+    };
     const int pieces = piecesOfArc(longerHalf(), sweep_, tolerance);
-    GeodeticPath path;
-    path.reserve(static_cast<std::size_t>(pieces) + 1);
+    result.reserve(static_cast<std::size_t>(pieces) + 1);
     if (longerHalf() > PlacesAround::kFarthest || !(std::abs(center_.lat()) <= kHalfPi)) {
-        for (int i = 0; i <= pieces; ++i) path.push_back(at(static_cast<double>(i) / pieces));
-        return path;
+        for (int i = 0; i <= pieces; ++i) add(at(static_cast<double>(i) / pieces));
+        return result;
     }
-    const PlacesAround places(center_);
+    const PlacesAround around(center_);
     const SinCos turn(turn_);
     for (int i = 0; i <= pieces; ++i) {
         const SinCos p(from_ + sweep_ * i / pieces);
         const double east = halfEast_ * p.sin;
         const double north = halfNorth_ * p.cos;
         const double meters = std::sqrt(east * east + north * north);
-        if (meters > 0.0)
-            path.push_back(places.at((east * turn.cos + north * turn.sin) / meters,
-                                     (north * turn.cos - east * turn.sin) / meters, meters));
+        if (!(meters > 0.0)) {
+            add(center_);
+            continue;
+        }
+        const double eastShare = (east * turn.cos + north * turn.sin) / meters;
+        const double northShare = (north * turn.cos - east * turn.sin) / meters;
+        if constexpr (earthCentred)
+            result.push_back(around.placeAt(eastShare, northShare, meters));
         else
-            path.push_back(center_);
+            result.push_back(around.at(eastShare, northShare, meters));
     }
-    return path;
+    return result;
+}
+
+GeodeticPath EllipticalArc::path(double tolerance) const {
+    return points<Vec3>(tolerance);
+}
+
+std::vector<Ecef> EllipticalArc::places(double tolerance) const {
+    return points<Ecef>(tolerance);
 }
 
 std::vector<EllipticalArc> racetrackArcs(const Vec3& center, const Vec3& center2, double radius) {

@@ -55,8 +55,13 @@ class EllipticalArc {
     /// Both ends included. So many points that the straight pieces stay within `tolerance` metres of the
     /// curve, or within a centimetre or 2e-6 of the radius, whichever is largest.
     GeodeticPath path(double tolerance) const;
+    /// The same points, earth-centred, in a third of the time.
+    std::vector<Ecef> places(double tolerance) const;
 
   private:
+    template <typename Point>
+    std::vector<Point> points(double tolerance) const;
+
     Vec3 center_;
     double halfEast_;
     double halfNorth_;

@@ -19,7 +19,11 @@ Ecef bent(const Ecef& v) {
 }  // namespace
 
 PlacesAround::PlacesAround(const Vec3& center)
-    : center_(center), sinLat_(std::sin(center.lat())), cosLat_(std::cos(center.lat())) {
+    : center_(center),
+      sinLon_(std::sin(center.lon())),
+      cosLon_(std::cos(center.lon())),
+      sinLat_(std::sin(center.lat())),
+      cosLat_(std::cos(center.lat())) {
     const double radius = wgs84::a / std::sqrt(1.0 - (1.0 - kSquaredRatio) * sinLat_ * sinLat_);
     start_ = {radius * cosLat_, 0.0, radius * kSquaredRatio * sinLat_};
     normal_ = bent(start_);
@@ -28,7 +32,8 @@ PlacesAround::PlacesAround(const Vec3& center)
     normalBent_ = dot(normal_, bentNormal_);
 }
 
-Vec3 PlacesAround::at(double east, double north, double meters) const {
+/// In the coordinates of start_.
+Ecef PlacesAround::onEllipsoid(double east, double north, double meters) const {
     const Ecef v{-sinLat_ * north, east, cosLat_ * north};
     const Ecef bentV = bent(v);
     // x'' = -pull n, and the pull's own first two derivatives.
@@ -51,11 +56,21 @@ Vec3 PlacesAround::at(double east, double north, double meters) const {
     const double ofV = along + curvatureSquared * third;
     const double ofNormal = -down - pull1 * third - (pull2 + curvatureSquared * pull) * fourth;
     const double ofBentV = -pull * third - 2.0 * pull1 * fourth;
-    const Ecef place =
-        start_ + v * ofV + normal_ * ofNormal + bentV * ofBentV + bentNormal_ * (pull * pull * fourth);
+    return start_ + v * ofV + normal_ * ofNormal + bentV * ofBentV + bentNormal_ * (pull * pull * fourth);
+}
+
+Vec3 PlacesAround::at(double east, double north, double meters) const {
+    const Ecef place = onEllipsoid(east, north, meters);
     // On the ellipsoid the latitude follows from the place without a search.
     return {std::atan2(place.z, kSquaredRatio * std::sqrt(place.x * place.x + place.y * place.y)),
             wrapToPi(center_.lon() + std::atan2(place.y, place.x)), center_.alt()};
+}
+
+Ecef PlacesAround::placeAt(double east, double north, double meters) const {
+    const Ecef ground = onEllipsoid(east, north, meters);
+    const Ecef up = normalized({ground.x, ground.y, ground.z / kSquaredRatio});
+    const Ecef place = ground + up * center_.alt();
+    return {place.x * cosLon_ - place.y * sinLon_, place.x * sinLon_ + place.y * cosLon_, place.z};
 }
 
 }  // namespace halCore

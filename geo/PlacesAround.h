@@ -24,9 +24,15 @@ class PlacesAround {
     /// \param meters up to kFarthest
     /// \return at the centre's altitude; the longitude in (-pi, pi]
     Vec3 at(double east, double north, double meters) const;
+    /// The same, earth-centred.
+    Ecef placeAt(double east, double north, double meters) const;
 
   private:
+    Ecef onEllipsoid(double east, double north, double meters) const;
+
     Vec3 center_;
+    double sinLon_;
+    double cosLon_;
     double sinLat_;
     double cosLat_;
     /// Earth-centred, with the centre's meridian in the xz plane: the centre, n and Hn there.

@@ -18,6 +18,14 @@ using halCore::Vec3;
 
 namespace {
 
+/// What is nothing but its curve. \return whether it is
+bool appendCurve(const halCore::EllipticalArc& arc, bool closed, const Placement& placement,
+                 const ShapeStyle& style, DrawList& out) {
+    if (placement.extruded() || style.filled) return false;
+    if (style.outlined || !closed) addLine(arc.places(placement.tolerance()), closed, style, out);
+    return true;
+}
+
 void appendOrbit(const ZEL::RoundOutline& outline, const Placement& placement, const ShapeStyle& style,
                  DrawList& out) {
     const double tolerance = placement.tolerance();
@@ -36,9 +44,12 @@ void appendOrbit(const ZEL::RoundOutline& outline, const Placement& placement, c
 
 void appendElliptical(const ZEL::EllipticalShape& shape, const ZEL::RoundOutline& outline,
                       const Placement& placement, const ShapeStyle& style, DrawList& out) {
-    GeodeticPath ring = outline.arcs.front().path(placement.tolerance());
+    const halCore::EllipticalArc& arc = outline.arcs.front();
+    const bool isCylinder = shape.shapeType() == ZEL::ShapeType::Cylinder;
+    if (!isCylinder && appendCurve(arc, outline.whole, placement, style, out)) return;
+    GeodeticPath ring = arc.path(placement.tolerance());
     const std::size_t last = ring.size() - 1;
-    if (shape.shapeType() == ZEL::ShapeType::Cylinder) {
+    if (isCylinder) {
         double height = 0.0;
         static_cast<const ZEL::Cylinder&>(shape).getHeight(height);
         height *= placement.scale().z();
@@ -107,8 +118,11 @@ void appendRound(const ZEL::CircularShape& shape, const ZEL::RoundOutline& outli
         default:
             break;
     }
-    const GeodeticPath ring = outline.arcs.front().path(placement.tolerance());
-    if (shape.shapeType() == ZEL::ShapeType::Cone) {
+    const halCore::EllipticalArc& arc = outline.arcs.front();
+    const bool isCone = shape.shapeType() == ZEL::ShapeType::Cone;
+    if (!isCone && appendCurve(arc, true, placement, style, out)) return;
+    const GeodeticPath ring = arc.path(placement.tolerance());
+    if (isCone) {
         double height = 0.0;
         static_cast<const ZEL::Cone&>(shape).getHeight(height);
         appendCone(center, ring, height * scale.z(), style, placement.tolerance(), out);
