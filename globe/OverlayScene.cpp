@@ -1,5 +1,6 @@
 #include "globe/OverlayScene.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace sandbox {
@@ -49,7 +50,7 @@ void OverlayScene::clear() {
     if (entries_.empty()) return;
     entries_.clear();
     report(0);
-    forgetChanges();
+    forgetChanges(recent_.size());
 }
 
 const OverlayScene::Entry* OverlayScene::find(Id id) const {
@@ -62,15 +63,17 @@ std::optional<std::span<const OverlayScene::Id>> OverlayScene::changedSince(std:
     return std::span(recent_).subspan(static_cast<std::size_t>(changes - forgotten_));
 }
 
-void OverlayScene::forgetChanges() {
-    forgotten_ += recent_.size();
-    recent_.clear();
+void OverlayScene::forgetChanges(std::size_t count) {
+    forgotten_ += count;
+    recent_.erase(recent_.begin(), recent_.begin() + static_cast<std::ptrdiff_t>(count));
+    mostEntries_ = entries_.size();
 }
 
 void OverlayScene::report(Id id) {
     // Who has not asked for so long looks at all entries as quickly.
     constexpr std::size_t kFew = 1000;
-    if (recent_.size() > entries_.size() + kFew) forgetChanges();
+    mostEntries_ = std::max(mostEntries_, entries_.size());
+    if (recent_.size() > 2 * (mostEntries_ + kFew)) forgetChanges(recent_.size() / 2);
     recent_.push_back(id);
     if (changed_) changed_();
 }

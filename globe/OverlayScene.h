@@ -64,11 +64,13 @@ class OverlayScene {
     /// Where to begin to count, so that no two scenes have the same numbers: one may lie where another was.
     static std::uint64_t ownNumbers();
     void report(Id id);
-    void forgetChanges();
+    /// \param count of the earliest ones that are known
+    void forgetChanges(std::size_t count);
 
     std::map<Id, Entry> entries_;
     std::vector<Id> recent_;                  ///< what the latest changes were about
     std::uint64_t forgotten_ = ownNumbers();  ///< changes before those
+    std::size_t mostEntries_ = 0;             ///< since some were forgotten
     Id lastId_ = 0;
     std::uint64_t lastRevision_ = ownNumbers();
     std::function<void()> changed_;

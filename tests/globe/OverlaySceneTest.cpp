@@ -1,5 +1,8 @@
 #include <algorithm>
 #include <cmath>
+#include <random>
+#include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,6 +36,44 @@ TEST(OverlayScene, ReportsRealChangesOnly) {
     scene.remove(id);
     EXPECT_EQ(reports, 4);
     EXPECT_NE(scene.add({}), id) << "an id is never given twice";
+}
+
+/// Who looks now and then, however rarely, knows what there is; who has seen all that came and sees all that
+/// goes need not look at everything.
+TEST(OverlayScene, FollowersKeepUp) {
+    OverlayScene scene;
+    std::mt19937 random(7);
+    std::uint64_t seen = scene.changes();
+    std::set<OverlayScene::Id> known;
+    const auto look = [&] {
+        const auto changed = scene.changedSince(seen);
+        if (!changed) known.clear();
+        const auto follow = [&](OverlayScene::Id id) {
+            scene.contains(id) ? void(known.insert(id)) : void(known.erase(id));
+        };
+        for (const OverlayScene::Id id : changed.value_or(std::span<const OverlayScene::Id>())) follow(id);
+        if (!changed)
+            for (const auto& [id, entry] : scene.entries()) follow(id);
+        seen = scene.changes();
+        return changed.has_value();
+    };
+    for (int round = 0; round < 60; ++round) {
+        if (round % 20 == 19) scene.clear();
+        const std::size_t comes = random() % 4000;
+        for (std::size_t i = 0; i < comes; ++i) scene.add({});
+        if (random() % 2 == 0) look();
+        const std::size_t stays = random() % (scene.entries().size() + 1);
+        while (scene.entries().size() > stays) scene.remove(scene.entries().begin()->first);
+        look();
+        ASSERT_EQ(known.size(), scene.entries().size());
+        for (const auto& [id, entry] : scene.entries()) ASSERT_TRUE(known.contains(id));
+    }
+    scene.clear();
+    look();
+    for (int i = 0; i < 20000; ++i) scene.add({});
+    look();
+    while (!scene.entries().empty()) scene.remove(scene.entries().begin()->first);
+    EXPECT_TRUE(look());
 }
 
 /// Lines and areas of one look are gathered by place; anything else keeps all in their order.
