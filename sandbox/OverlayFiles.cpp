@@ -112,7 +112,7 @@ std::unique_ptr<LoadedOverlay> OverlayFiles::open(const std::string& path, std::
     auto overlay = std::make_unique<LoadedOverlay>(scene_);
     overlay->path = wholePath(path);
     overlay->platform = platform;
-    overlay->shown = shown;
+    overlay->shown = overlay->wanted = shown;
     const std::string error = UTILS::readFile(path, overlay->text);
     if (error.empty()) return overlay;
     log_.add(halNotify::Error, "host",
@@ -230,6 +230,12 @@ void OverlayFiles::unload(LoadedOverlay& overlay) {
 }
 
 void OverlayFiles::show(LoadedOverlay& overlay, bool shown) {
+    overlay.wanted = shown;
+    showForPlugin(overlay, shown);
+}
+
+void OverlayFiles::showForPlugin(LoadedOverlay& overlay, bool shown) {
+    overlay.wanted |= shown;
     if (overlay.shown == shown) return;
     overlay.shown = shown;
     scene_.setShown(overlay.sceneId, shown);
@@ -240,8 +246,12 @@ void OverlayFiles::attach(LoadedOverlay& overlay, std::uint64_t platform) {
     if (overlay.platform == platform) return;
     const std::string path = overlay.path;
     const bool shown = overlay.shown;
+    const bool wanted = overlay.wanted;
     // First, so that an overlay that cannot be read any more stays.
-    if (loadFile(path, platform, shown)) unload(overlay);
+    if (LoadedOverlay* attached = loadFile(path, platform, shown)) {
+        attached->wanted = wanted;
+        unload(overlay);
+    }
 }
 
 std::vector<LoadedOverlay*> OverlayFiles::findAll(const std::string& path) const {

@@ -35,6 +35,7 @@ class LoadedOverlay final : public HostObject {
     std::vector<halCore::ZEL::ParseMessage> messages;  ///< of its reading
     std::uint64_t platform = 0;                        ///< that it is attached to, or 0
     bool shown = true;
+    bool wanted = true;  ///< shown, if it were only for the user: a plug-in hides what it shows itself
     OverlayScene::Id sceneId = 0;
 
   private:
@@ -62,6 +63,8 @@ class OverlayFiles : public QObject {
     bool reload(LoadedOverlay& overlay);
     void unload(LoadedOverlay& overlay);
     void show(LoadedOverlay& overlay, bool shown);
+    /// The same for a plug-in: what it hides, for as long as it edits it, the user goes on wanting.
+    void showForPlugin(LoadedOverlay& overlay, bool shown);
     /// Puts a file's overlay on another platform, or on none (0): it is unloaded, and loaded there.
     void attach(LoadedOverlay& overlay, std::uint64_t platform);
 

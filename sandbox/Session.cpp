@@ -91,7 +91,7 @@ QString Session::text() const {
     }
     QJsonArray overlays;
     for (const LoadedOverlay* overlay : overlays_.files()) {
-        QJsonObject row{{"path", fromBytes(overlay->path)}, {"shown", overlay->shown}};
+        QJsonObject row{{"path", fromBytes(overlay->path)}, {"shown", overlay->wanted}};
         if (const Scenario::Platform* platform = scenario_.find(overlay->platform)) {
             row["platform"] = fromBytes(platform->header.name);
             row["platformFile"] = fromBytes(platform->file);

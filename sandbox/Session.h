@@ -16,8 +16,8 @@ class Settings;
 class UserFiles;
 
 /// What is open, so that it can be open again: platform files and the platforms that the user added, overlay
-/// files with the platform that each is attached to and whether it is shown, the clock and the camera. An
-/// overlay file cannot name its platform, so the host keeps that.
+/// files with the platform that each is attached to and whether the user wants to see it, the clock and the
+/// camera. An overlay file cannot name its platform, so the host keeps that.
 class Session : public QObject {
     Q_OBJECT
 

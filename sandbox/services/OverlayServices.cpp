@@ -26,6 +26,7 @@ void addLoading(Host& host) {
                           auto* overlay = host.overlays().loadFile(arguments.text(0), platform,
                                                                    arguments.integer(1) != 0);
                           if (!overlay) return 0;
+                          overlay->wanted = true;
                           arguments.give(overlay->handle());
                           return 1;
                       });
@@ -63,7 +64,7 @@ void addOverlayOperations(Host& host) {
                   });
     addForOverlay(table, Selector::Show, "show overlay", {.integers = 1, .pointers = 1},
                   [&host](ServiceCall&, LoadedOverlay& overlay, Arguments& arguments) -> PIServiceResult {
-                      host.overlays().show(overlay, arguments.integer(0) != 0);
+                      host.overlays().showForPlugin(overlay, arguments.integer(0) != 0);
                       return 1;
                   });
     addForOverlay(table, Selector::FileName, "overlay's file name", {.pointers = 1},

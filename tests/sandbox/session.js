@@ -13,6 +13,8 @@ const state = () => ({
     camera: JSON.stringify(view.camera)
 });
 
+include("lib/probe.js");
+open();
 openOverlay(samples + "ferry.zel");
 openOverlay(samples + "islands.csv");
 assertEqual(overlays().map(o => nameOf(o.platform)).sort(), ["Ferry Kahana", "Patrol 7"], "what waited for its platform is on it");
@@ -21,11 +23,15 @@ addPlatform({ name: "Buoy, \"east\"", lat: 20.5, lon: -156.25, heading: 30 });
 openOverlay(ring);
 overlayMenu("ring.zel", "Attach To", "MV Lanikai");
 assertEqual(overlay("ring.zel").platform, platform("MV Lanikai").id, "attached by the menu");
-openOverlay(samples + "gallery.zel");
+command(`load one ${samples}gallery.zel 0 1`);
+command(`load two ${samples}keywords.zel 0 0`);
 overlayMenu("patrol.zel", "Unload");
 tickOverlay("ferry.zel", false);
 view.camera = { lat: 20.9, lon: -157.1, range: 81000, azimuth: 30, elevation: 50 };
 const before = state();
+// What a plug-in hides, as it shows it itself while it edits it, is shown again.
+command("show-overlay one 0");
+before.overlays.find(row => row[0].endsWith("keywords.zel"))[1] = true;
 keepSession();
 
 menu("File", "Close All");
