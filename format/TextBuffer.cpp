@@ -27,10 +27,14 @@ TextBuffer::TextBuffer() : out_(&memory_), in_(&memory_) {
 TextBuffer::Ptr TextBuffer::take() {
     Ptr buffer(spare.buffer.exchange(nullptr));
     if (!buffer) return Ptr(new TextBuffer);
-    buffer->memory_.text.clear();
-    buffer->memory_.rewind();
-    buffer->out_.clear();
+    buffer->restart();
     return buffer;
+}
+
+void TextBuffer::restart() {
+    memory_.text.clear();
+    memory_.rewind();
+    out_.clear();
 }
 
 void TextBuffer::GiveBack::operator()(TextBuffer* buffer) const {

@@ -21,6 +21,8 @@ class TextBuffer {
     };
     using Ptr = std::unique_ptr<TextBuffer, GiveBack>;
     static Ptr take();
+    /// Empties it.
+    void restart();
 
     std::ostream& out() { return out_; }
     /// Reads what was written so far, from its beginning. \throws as text()

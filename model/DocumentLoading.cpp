@@ -182,12 +182,13 @@ bool Document::stage_(Reading& reading, Slice& slice) {
     constexpr std::size_t units = 20;
     constexpr std::size_t pointsOfAUnit = 10;
     const auto unitsOf = [](const Shape& shape) { return units + shape.placed().size() / pointsOfAUnit; };
+    ShapeWriter writer = staged.overlay.writer();
     while (staged.next < loaded.shapes.size()) {
         Shape* const shape = reading.loaded.shapes[staged.next++].release();
         // Beside offsets, places stay places.
         if (!shape->placed().frame()) shape->keepPlaces();
         staged.overlay.addInactive(shape);
-        staged.overlay.adoptLast();
+        staged.overlay.adoptLast(writer);
         if (history_.keeps()) staged.states.append(staged.overlay.numberOf(shape), shape->state());
         if (slice.isOver(unitsOf(*shape))) return false;
     }

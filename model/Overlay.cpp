@@ -73,8 +73,9 @@ void Overlay::enter_(std::uint64_t number, Shape* shape) {
     const auto place = placeOf_(number);
     place->shape = shape;
     place->isKnown = false;
-    noteName_(*shape, number);
+    // From here on it leaves by itself, should there be no memory for the rest.
     shape->setKeeper(this);
+    noteName_(*shape, number);
     touched_(number);
 }
 
@@ -344,9 +345,9 @@ void Overlay::adopt(std::shared_ptr<const halCore::ZEL::SourceText> source) {
     learnBlocks_();
 }
 
-void Overlay::adoptLast() {
+void Overlay::adoptLast(ShapeWriter& writer) {
     const Place& place = places_.back();
-    write_(place);
+    write_(place, writer);
     if (!place.hasBlock()) return;
     ShapeSource own = place.shape->source();
     own.digest = place.loaded = place.written.digest;
@@ -371,8 +372,9 @@ bool Overlay::staysInBlock_(const Place& place) const {
     return now == *loaded->second;
 }
 
-void Overlay::write_(const Place& place) const {
-    place.written = ShapeWriter(pointConverter_, referenceWritten_).add(*place.shape);
+void Overlay::write_(const Place& place, ShapeWriter& writer) const {
+    writer.clear();
+    place.written = writer.add(*place.shape);
     place.isKnown = true;
     learnBlock_(place);
 }
@@ -464,8 +466,7 @@ void Overlay::tellWhatItBecomes_(const Place& place) const {
     const ShapeSource& source = place.shape->source();
     if (place.told || !source.becomes || source.digest == 0 || place.written.digest == source.digest) return;
     // Only hidden, or shown again, it stays what it is.
-    ShapeWriter writer(pointConverter_, referenceWritten_);
-    if (writer.add(*place.shape, !place.shape->shown()).digest == source.digest) return;
+    if (writer().add(*place.shape, !place.shape->shown()).digest == source.digest) return;
     place.told = true;
     halNotify::notify(halNotify::Warning)
         << "\"" << place.shape->name() << "\" is changed: it " << source.becomes;
@@ -490,10 +491,12 @@ void Overlay::sumUp_() const {
     std::uint64_t fromBlocks = 0;
     bool any = false;
     std::vector<bool> owned(source_ ? source_->blockCount() : 0);
+    std::optional<ShapeWriter> writer;
     for (const Place& place : places_) {
         if (!place.shape) continue;
         if (!place.isKnown) {
-            write_(place);
+            if (!writer) writer.emplace(this->writer());
+            write_(place, *writer);
             tellWhatItBecomes_(place);
         }
         const std::uint64_t written = place.written.digest;

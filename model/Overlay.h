@@ -139,7 +139,10 @@ class Overlay final : private ShapeKeeper {
     void adopt(std::shared_ptr<const halCore::ZEL::SourceText> source);
     const std::shared_ptr<const halCore::ZEL::SourceText>& source() const { return source_; }
     /// The same with the shape that was added last, of the text that is the overlay's already.
-    void adoptLast();
+    /// \param writer the overlay's; what it has written is forgotten
+    void adoptLast(ShapeWriter& writer);
+    /// What writes a shape as a file of the overlay has it.
+    ShapeWriter writer() const { return {pointConverter_, referenceWritten_}; }
 
     /// The same with shapes that have been told of their blocks.
     void restoreSource(std::shared_ptr<const halCore::ZEL::SourceText> source);
@@ -254,7 +257,7 @@ class Overlay final : private ShapeKeeper {
     void learnBlock_(const Place& place) const;
     void learnBlocks_();
     /// What a shape is written as is known from now on.
-    void write_(const Place& place) const;
+    void write_(const Place& place, ShapeWriter& writer) const;
     void touchAll_();
     /// Says it when a shape has been changed that stays what it is only until then.
     void tellWhatItBecomes_(const Place& place) const;

@@ -9,14 +9,14 @@
 
 namespace OverlayEditor {
 
-ShapeWriter::ShapeWriter(PointConverter* converter, bool referenceWritten) {
+ShapeWriter::ShapeWriter(PointConverter* converter, bool referenceWritten) : buffer_(TextBuffer::take()) {
     zel_.setReferenceWritten(referenceWritten);
     zel_.setPointConverter(converter);
     clear();
 }
 
 void ShapeWriter::clear() {
-    buffer_ = TextBuffer::take();
+    buffer_->restart();
     buffer_->out().precision(UTILS::kSignificantDigits);
     SerializeToZel::writeHeadTo(buffer_->out());
     headSize_ = buffer_->text().size();
