@@ -20,6 +20,14 @@ bool same(const ShapeStatePtr& a, const ShapeStatePtr& b) {
     return a == b || (a && b && *a == *b);
 }
 
+/// In their order, each of them once.
+std::vector<std::uint64_t> ordered(std::vector<std::uint64_t> numbers) {
+    if (!std::ranges::is_sorted(numbers)) std::ranges::sort(numbers);
+    const auto repeated = std::ranges::unique(numbers);
+    numbers.erase(repeated.begin(), repeated.end());
+    return numbers;
+}
+
 }  // namespace
 
 History::History(const Preferences& preferences, Overlay& overlay, Attachment& attachment)
@@ -62,7 +70,7 @@ void History::select(std::uint64_t number) {
 
 void History::shapeTouched(std::uint64_t number) {
     if (applying_) return;
-    touched_.insert(number);
+    if (touched_.empty() || touched_.back() != number) touched_.push_back(number);
     commitLater_();
 }
 
@@ -104,7 +112,7 @@ History::Step History::stepNow_(Attachment::State attached) {
 
 void History::commit() {
     if (applying_ || !keeps_) return;
-    const auto touched = std::exchange(touched_, {});
+    const auto touched = ordered(std::exchange(touched_, {}));
     Attachment::State attached = attachment_.state();
     const bool attachmentChanged = !(attached == lostAttached_.value_or(attached_));
     std::vector<ShapeStates::Entry> now;
@@ -149,9 +157,13 @@ void History::follow_(const std::vector<Change>& changes, ShapeStatePtr Change::
     states.reserve(changes.size());
     for (const Change& change : changes) {
         states.emplace_back(change.shape, change.*side);
-        changed_.insert(changed_.end(), change.shape);
+        changed_.push_back(change.shape);
     }
     states_.change(states);
+}
+
+std::vector<std::uint64_t> History::takeChanged() {
+    return ordered(std::exchange(changed_, {}));
 }
 
 void History::switchFile(FileState before, std::string name) {
@@ -166,7 +178,7 @@ void History::exchange(ShapeStates now) {
     // Numbers are not given twice: the new ones come behind.
     for (const auto& [number, state] : states_) step.changes.push_back({number, state, nullptr});
     for (const auto& [number, state] : now) step.changes.push_back({number, nullptr, state});
-    for (const Change& change : step.changes) changed_.insert(changed_.end(), change.shape);
+    for (const Change& change : step.changes) changed_.push_back(change.shape);
     states_ = std::move(now);
     lost_.clear();
     lostAttached_.reset();
@@ -330,8 +342,7 @@ void History::restore(std::uint64_t number, const ShapeState& state) {
 
 void History::revert() {
     pressed_ = false;
-    std::vector<std::uint64_t> numbers(touched_.begin(), touched_.end());
-    touched_.clear();
+    std::vector<std::uint64_t> numbers = std::exchange(touched_, {});
     // Of what a button holds a part may be a step already, so that a journal has it.
     if (kind_ == Gesture::Press && done_ > 0 && done_ == steps_.size() && steps_.back().gesture == gesture_ &&
         steps_.back().changesShapesAlone()) {
@@ -346,22 +357,21 @@ void History::revert() {
 }
 
 void History::restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame) {
-    Shape* shape = overlay_.shapeOf(number);
-    if (!shape) {
-        auto made = shapeKind(state.kind).make(preferences_);
-        made->setActive(overlay_.active());
-        made->setName(state.name);
-        overlay_.insertShape(number, made.get());
-        shape = made.release();
-    }
     const bool there = &frame == &attachment_.converter();
+    Shape* shape = overlay_.shapeOf(number);
+    // What is new is not active, and nobody is told of it before it is what it was.
+    std::unique_ptr<Shape> made = shape ? nullptr : shapeKind(state.kind).make(preferences_);
+    if (made) shape = made.get();
     // Nothing can be displayed of it before it is detached.
     if (!there) shape->setActive(false);
     shape->restore(state, frame, there ? overlay_.attachedPlatformId() : attached_.platform,
                    there && overlay_.counts() ? &attachment_.converter() : nullptr);
-    if (there) return;
-    shape->setAttachedPlatformId(0, nullptr, false);
-    shape->setActive(overlay_.active());
+    if (!there) shape->setAttachedPlatformId(0, nullptr, false);
+    if (made) {
+        overlay_.insertShape(number, shape);
+        static_cast<void>(made.release());
+    }
+    if (shape->active() != overlay_.active()) shape->setActive(overlay_.active());
 }
 
 void History::realize_(std::vector<std::uint64_t> numbers) {
@@ -373,11 +383,15 @@ void History::realize_(std::vector<std::uint64_t> numbers) {
 
     const bool there = Attachment::isThere(attached_);
     const bool switches = !(attachment_.state() == attached_);
-    for (const auto& [number, state] : lost_) numbers.push_back(number);
-    if (there && switches)
-        for (const auto& [number, state] : states_) numbers.push_back(number);
-    if (!std::ranges::is_sorted(numbers)) std::ranges::sort(numbers);
-    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    numbers = ordered(std::move(numbers));
+    const auto include = [&numbers](const ShapeStates& states) {
+        const auto known = static_cast<std::ptrdiff_t>(numbers.size());
+        for (const auto& [number, state] : states) numbers.push_back(number);
+        std::ranges::inplace_merge(numbers, numbers.begin() + known);
+    };
+    include(lost_);
+    if (there && switches) include(states_);
+    numbers = ordered(std::move(numbers));
     for (const std::uint64_t number : numbers)
         if (Shape* const shape = overlay_.shapeOf(number); shape && !states_.contains(number))
             overlay_.deleteShape(shape);

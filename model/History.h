@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -110,8 +109,8 @@ class History final : private OverlayWatcher {
     void noteEntry() { commitLater_(); }
     /// What the shapes are by the steps that are done, by number. Up to date after commit().
     const ShapeStates& states() const { return states_; }
-    /// The numbers of those that have come, gone or changed since this was asked last.
-    std::set<std::uint64_t> takeChanged() { return std::exchange(changed_, {}); }
+    /// The numbers of those that have come, gone or changed since this was asked last, in their order.
+    std::vector<std::uint64_t> takeChanged();
     const Attachment::State& attachment() const { return attached_; }
     /// A shape becomes what it was; the change is the user's.
     void restore(std::uint64_t number, const ShapeState& state);
@@ -155,6 +154,7 @@ class History final : private OverlayWatcher {
     void push_(Step step);
     Outcome apply_(Step& step, bool back, FileState& file);
     /// The living shapes become what they are by the steps.
+    /// \param numbers of those that may differ, in any order
     void realize_(std::vector<std::uint64_t> numbers);
     /// \param frame the attachment's, or where its platform stood that is gone
     void restore_(std::uint64_t number, const ShapeState& state, const PointConverter& frame);
@@ -171,8 +171,9 @@ class History final : private OverlayWatcher {
     ShapeStates lost_;
     std::optional<Attachment::State> lostAttached_;
 
-    std::set<std::uint64_t> touched_;
-    std::set<std::uint64_t> changed_;
+    /// In any order, some of them repeatedly.
+    std::vector<std::uint64_t> touched_;
+    std::vector<std::uint64_t> changed_;
     std::optional<FileState> fileBefore_;
     std::string switchName_;
     bool keeps_ = true;

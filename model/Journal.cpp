@@ -55,7 +55,7 @@ Journal::~Journal() {
 }
 
 void Journal::notice() {
-    const std::set<std::uint64_t> changed = history_.takeChanged();
+    const std::vector<std::uint64_t> changed = history_.takeChanged();
     if (std::exchange(settling_, false)) {
         settled_ = history_.states();
         settledAttachment_ = history_.attachment();
