@@ -148,16 +148,18 @@ class UserFiles::ComingConverted final : public ComingFile {
     bool goOn(Slice& slice) override {
         if (zel_.state() != QProcess::NotRunning) return false;
         if (!std::exchange(isMade_, true)) {
-            for (const QByteArray& line : zel_.readAll().split('\n'))
-                if (!line.trimmed().isEmpty())
-                    files_.log_.add(halNotify::Warning, "host", QString::fromUtf8(line));
+            const QStringList messages = said();
             // Up to 1 it has only something to say of what it has made.
             if (zel_.exitStatus() == QProcess::NormalExit && zel_.exitCode() < 2 &&
-                QFileInfo(overlay_).size() > 0)
+                QFileInfo(overlay_).size() > 0) {
+                for (const QString& message : messages) files_.log_.add(halNotify::Warning, "host", message);
                 made_ = files_.overlays_.comingFile(overlay_.toStdString());
-            else
+            } else {
+                const QString why = messages.join("; ");
                 files_.log_.add(halNotify::Error, "host",
-                                path_ + " cannot be opened: the zel command has made no overlay of it");
+                                path_ + " cannot be opened: " +
+                                    (why.isEmpty() ? "the zel command has made no overlay of it" : why));
+            }
         }
         return !made_ || made_->goOn(slice);
     }
@@ -171,6 +173,19 @@ class UserFiles::ComingConverted final : public ComingFile {
 
   private:
     static constexpr int kLookMilliseconds = 20;
+
+    /// What the command says, a line each. Of what becomes of the file, the user knows the file.
+    QStringList said() {
+        QStringList lines;
+        for (QString line : QString::fromUtf8(zel_.readAll()).split('\n')) {
+            line = line.trimmed();
+            if (line.startsWith(overlay_)) line.replace(0, overlay_.size(), path_);
+            for (const QString& known : {QString("zel: "), path_ + ": "})
+                if (zel_.exitCode() > 1 && line.startsWith(known)) line.remove(0, known.size());
+            if (!line.isEmpty()) lines << line;
+        }
+        return lines;
+    }
 
     UserFiles& files_;
     QString path_;

@@ -40,6 +40,13 @@ assertNear(distance(view.camera, named("Ferry Kahana")), 0, 2000, "zoomed to the
 assert(view.camera.range < 120e3, "as near as they fit");
 overlayMenu("ferry.zel", "Show Text");
 
+// Of a file of another program that cannot be read the log has one line, with the reason.
+const foreign = folder + "/cut.geojson";
+const before = log().length;
+writeFile(foreign, '{"type":"FeatureCollection","features":[{"type":');
+assert(!openOverlay(foreign));
+assertEqual(log().slice(before).map(entry => /^(.*) cannot be opened: (?!the zel command has).+/.exec(entry.text)?.[1]), [foreign]);
+
 // A file that changes on disk is read again, in place: the same overlay, no event of its own.
 const circle = radius => "start\ncircle\ncenterll 21 -158\nradius " + radius + "\nend\n";
 const live = folder + "/live.zel";
