@@ -102,7 +102,7 @@ void MessageBoard::tellProgress(const std::string& text) {
 }
 
 void MessageBoard::show_() {
-    const bool tells = !lost_.empty() && std::ranges::all_of(lines_, &Line::aside);
+    const bool tells = progress_.empty() && !lost_.empty() && std::ranges::all_of(lines_, &Line::aside);
     if (std::exchange(tellsLost_, tells) != tells) {
         recover_.setShown(tells);
         discard_.setShown(tells);

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -82,10 +83,20 @@ TEST_F(LoadingDialogTest, WhatTakesLongIsToldAndComesAsAWhole) {
 }
 
 TEST_F(LoadingDialogTest, OneThatIsEndedLeavesWhatIsEdited) {
+    select(0);
+    form.type("Radius:", "70 m");
+    for (int i = 0; i < 9; ++i) host.fireTimeouts();
+    ASSERT_THAT(rescued(), SizeIs(1));
+    std::filesystem::copy(rescued()[0], path("rescued/.overlayeditor-journal-1-0"));
+    press("Undo");
+    dialog->offerLost();
+    EXPECT_TRUE(host.find("Recover")->shown) << "as if a host had died";
     const std::size_t displayed = host.overlays.size();
     open("many.zel");
     untilItIsLate();
     EXPECT_GT(host.overlays.size(), displayed);
+    EXPECT_FALSE(host.find("Recover")->shown || host.find("Discard")->shown)
+        << "what they are for is not told";
     press(kCancel);
     EXPECT_THAT(messages, Contains(HasSubstr("many.zel: it was canceled. What is edited stays")));
     for (int i = 0; i < 10'000 && host.overlays.size() > displayed; ++i) host.fireTimeouts();
