@@ -150,7 +150,12 @@ void openFiles(sandbox::Host& host, QStringList files) {
 int main(int argc, char** argv) {
     // What is larger than the user may write is a message, no end.
     std::signal(SIGXFSZ, SIG_IGN);
-    QSurfaceFormat::setDefaultFormat(sandbox::GlobeView::surfaceFormat());
+    // The view has its own samples and depth, which the window would have for nothing.
+    QSurfaceFormat window = sandbox::GlobeView::surfaceFormat();
+    window.setSamples(0);
+    window.setDepthBufferSize(0);
+    window.setStencilBufferSize(0);
+    QSurfaceFormat::setDefaultFormat(window);
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
     const bool render = arguments.contains("--render");
