@@ -59,10 +59,10 @@ void GlobePainter::recordHook(const Camera& camera, const QSize& pixels, const s
     hookRecorded_ = true;
 }
 
-bool GlobePainter::workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays,
+bool GlobePainter::workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays, bool calm,
                            Slice working) {
     layers_->overlays.update(overlays);
-    return layers_->overlays.workOut(camera, pixelRatio, working);
+    return layers_->overlays.workOut(camera, pixelRatio, calm, working);
 }
 
 void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {

@@ -53,8 +53,9 @@ class GlobePainter {
     /// Runs a refresh hook and keeps what it draws for the next draw(), which lays it over the overlays.
     /// Leaves another frame buffer bound.
     void recordHook(const Camera& camera, const QSize& pixels, const std::function<void()>& hook);
-    /// Works out what a frame will need of the overlays. \return whether nothing is left
-    bool workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays, Slice working);
+    /// Works out what a frame will need of the overlays. \see OverlayLayer::workOut
+    bool workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays, bool calm,
+                 Slice working);
     /// Draws on the frame buffer that is bound, which is the one that `device` stands for.
     void draw(const GlobeFrame& frame, QPaintDevice& device);
     /// Whether the last frame would be finer if the camera were not moving.

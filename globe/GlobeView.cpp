@@ -95,7 +95,7 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     });
     connect(&rest_, &QTimer::timeout, this, [this] {
         moving_ = false;
-        requestRedraw();
+        gather();
     });
 }
 
@@ -247,23 +247,26 @@ void GlobeView::gather() {
     gathers_ = true;
     gatherTime_.start();
     gathered_ = overlays_.changes();
+    waitsForMore_ = true;
     calm_.start(kCalm);
 }
 
 void GlobeView::gatherMore() {
     const std::uint64_t before = std::exchange(gathered_, overlays_.changes());
-    bool ready = true;
+    const bool calm = waitsForMore_ && before == gathered_;
+    waitsForMore_ = true;
     if (painter_) {
         makeCurrent();
-        ready = painter_->workOut(camera_, devicePixelRatio(), overlays_, Slice(0, kWorkedOutBetween));
+        waitsForMore_ =
+            painter_->workOut(camera_, devicePixelRatio(), overlays_, calm, Slice(0, kWorkedOutBetween));
         doneCurrent();
     }
     const auto most = std::clamp(2 * lastFrame_, kGatheredAtLeast, kGatheredAtMost);
-    if ((before == gathered_ && ready) || gatherTime_.hasExpired(most.count())) {
+    if ((calm && waitsForMore_) || gatherTime_.hasExpired(most.count())) {
         gathers_ = false;
         requestRedraw();
     } else {
-        calm_.start(ready ? kCalm : std::chrono::milliseconds(0));
+        calm_.start(waitsForMore_ ? kCalm : std::chrono::milliseconds(0));
     }
 }
 
@@ -310,7 +313,7 @@ void GlobeView::paintGL() {
     }
     gathers_ = false;
     calm_.stop();
-    const std::uint64_t changes = overlays_.changes() - std::exchange(drawn_, overlays_.changes());
+    drawn_ = overlays_.changes();
     painter_->draw({.camera = camera,
                     .pixelRatio = ratio,
                     .backdrop = {},
@@ -321,12 +324,7 @@ void GlobeView::paintGL() {
                     .working = grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut),
                     .moving = moving_},
                    *this);
-    if (painter_->isPartial()) {
-        if (changes >= kManyChanges)
-            gather();
-        else
-            requestRedraw();
-    }
+    if (painter_->isPartial()) gather();
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();
 }

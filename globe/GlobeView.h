@@ -169,6 +169,7 @@ class GlobeView : public QOpenGLWidget {
     QTimer calm_;
     QElapsedTimer gatherTime_;
     bool gathers_ = false;
+    bool waitsForMore_ = false;  ///< since nothing is left to work out
     /// Somebody looks at what has changed when the event is over.
     bool looksSoon_ = false;
     /// The scene's changes at the last look, and those that are drawn.

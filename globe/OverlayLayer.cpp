@@ -120,6 +120,9 @@ void OverlayLayer::listSpots() {
         }
     spots_ = std::move(spots);
     workedOut_ = 0;
+    const auto last = std::ranges::find_if(spots_.rbegin(), spots_.rend(),
+                                           [](const Spot& spot) { return spot.drawn >= 0; });
+    laid_ = static_cast<std::size_t>(spots_.rend() - last);
     gone_ = 0;
     spotsStale_ = false;
 }
@@ -208,20 +211,53 @@ ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, con
     return nullptr;
 }
 
-bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, Slice working) {
+/// Whether what is worked out can be drawn at once.
+bool OverlayLayer::drawsAhead(const Camera& camera, double pixelRatio, bool calm) {
+    constexpr auto smooth = LineRaster::Quality::Smooth;
+    if (!raster_ || !seesLinesOnly_) return false;
+    if (!allChanged_ && raster_->keepsFor(camera, pixelRatio, smooth)) {
+        raster_->addMore();
+        return true;
+    }
+    // What goes meanwhile would take the new picture with it.
+    if (!calm || workedOut_ < spots_.size()) return false;
+    raster_->beginKept(camera, pixelRatio, smooth);
+    for (Spot& spot : spots_) spot.drawn = -1;
+    laid_ = 0;
+    changed_.clear();
+    allChanged_ = false;
+    return true;
+}
+
+bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, bool calm, Slice working) {
+    constexpr std::size_t laidInAUnit = 20;
     working_ = working;
     late_ = partial_ = false;
     if (workedOutFor_ != camera) workedOut_ = 0;
     workedOutFor_ = camera;
     const ViewVolume view = viewWithMargin(camera);
     const DetailChoice detail(camera, pixelRatio);
-    for (; workedOut_ < spots_.size(); ++workedOut_) {
+    bool ahead = drawsAhead(camera, pixelRatio, calm);
+    if (ahead) workedOut_ = std::min(workedOut_, laid_);
+    while (workedOut_ < spots_.size()) {
         Spot& spot = spots_[workedOut_];
-        if (spot.chunk && spot.shown && (!spot.placed || view.mayShow(spot.ball)))
-            prepare(spot, detail, view, false);
+        ChunkGeometry* const geometry = spot.chunk && spot.shown && (!spot.placed || view.mayShow(spot.ball))
+                                            ? prepare(spot, detail, view, false)
+                                            : nullptr;
         if (partial_) return false;
+        ahead = ahead && (!geometry || geometry->hasLinesOnly());
+        if (ahead && workedOut_ >= laid_) {
+            laid_ = workedOut_ + 1;
+            if (geometry) {
+                for (const DrawList::Line& line : geometry->lines) raster_->draw(line);
+                spot.drawn = static_cast<std::int8_t>(geometry->level);
+                late_ = working_.isOver(1 + geometry->segments / laidInAUnit);
+            }
+        }
+        ++workedOut_;
+        if (ahead && late_) break;
     }
-    return true;
+    return workedOut_ == spots_.size();
 }
 
 /// Looks what the frame shows, and whether that has changed.
@@ -236,6 +272,7 @@ void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
     seesLinesOnly_ = true;
     seenSegments_ = 0;
     widestSeen_ = 0.0;
+    laid_ = 0;
     for (Spot& spot : spots_) {
         if (!spot.chunk) continue;
         ChunkGeometry* const geometry = spot.shown && (!spot.placed || view.mayShow(spot.ball))
@@ -246,6 +283,7 @@ void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
         if (before >= 0 && before != drawn) noteChange(spot.chunk->built(static_cast<std::size_t>(before)));
         if (!geometry) continue;
         seen_.push_back({&spot, geometry});
+        laid_ = static_cast<std::size_t>(&spot - spots_.data()) + 1;
         if (before >= 0) {
             // What is new before it lies below it.
             for (; kept_ + 1 < seen_.size(); ++kept_) noteChange(seen_[kept_].geometry);

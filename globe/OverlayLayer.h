@@ -30,7 +30,8 @@ struct ChunkedOverlay;
 ///
 /// Where the processor plays the card, many lines are drawn by RasterLayer, but for those that a body may
 /// hide. A frame that shows nothing but such lines keeps their picture: as long as the camera rests, only the
-/// surroundings of what has changed are drawn anew, and what is new on top is laid over it.
+/// surroundings of what has changed are drawn anew, and what is new on top is laid over it, between frames as
+/// well.
 ///
 /// Vertices are held as pairs of floats (a round value and the rest), and so is the eye: their
 /// difference is good to a fraction of a millimetre anywhere. Lines are widened to capsules on screen and
@@ -51,8 +52,10 @@ class OverlayLayer {
     /// `working`: how long geometry is worked out; what is not ready then is left out, or drawn in another
     /// detail.
     void draw(const Camera& camera, double pixelRatio, bool moving = false, Slice working = {});
-    /// Works out what a frame will need. \return whether nothing is left
-    bool workOut(const Camera& camera, double pixelRatio, Slice working);
+    /// Works out what a frame will need, and draws lines into its picture as far as they lie above what is
+    /// there. \param calm nothing has changed since the last call, so that it is time for a new picture
+    /// \return whether nothing is left
+    bool workOut(const Camera& camera, double pixelRatio, bool calm, Slice working);
     /// Whether something was left for the next frame.
     bool isPartial() const { return partial_; }
     /// Whether the last draw() has made use of that.
@@ -70,6 +73,7 @@ class OverlayLayer {
     void listSpots();
     void find(const Camera& camera, double pixelRatio, bool moving);
     ChunkGeometry* prepare(Spot& spot, const DetailChoice& detail, const ViewVolume& view, bool moving);
+    bool drawsAhead(const Camera& camera, double pixelRatio, bool calm);
     void noteChange(const ChunkGeometry* geometry);
     void drawTogether(const Camera& camera, double pixelRatio, bool moving);
     void drawInOrder(const Camera& camera, double pixelRatio);
@@ -86,6 +90,9 @@ class OverlayLayer {
     /// So many of them have all that a frame with the camera needs.
     std::size_t workedOut_ = 0;
     std::optional<Camera> workedOutFor_;
+    /// So many of them are in the picture that the raster keeps, as far as they are to be seen, or will be
+    /// drawn anew with what is around them; those behind are not.
+    std::size_t laid_ = 0;
     /// What the frame shows, in drawing order. What follows the first so many is new, and lies above what the
     /// raster keeps.
     std::vector<Seen> seen_;

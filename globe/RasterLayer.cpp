@@ -49,10 +49,16 @@ void RasterLayer::start() {
 }
 
 bool RasterLayer::resume(const Camera& camera, double pixelRatio, LineRaster::Quality quality) {
-    if (!kept_ || !raster_->sees(camera, pixelRatio) || raster_->quality() != quality) return false;
+    if (!keepsFor(camera, pixelRatio, quality)) return false;
     redrawn_ = QRegion();
     begun_ = true;
     return true;
+}
+
+void RasterLayer::beginKept(const Camera& camera, double pixelRatio, LineRaster::Quality quality) {
+    begin(camera, pixelRatio, quality);
+    start();
+    kept_ = true;
 }
 
 void RasterLayer::redraw(const QRect& part) {

@@ -28,9 +28,11 @@ class RasterLayer {
     /// In place of begin(): the lines are those of the frame before, as composeAndKeep() has left them, but
     /// for what redraw() names. \return false when there is no such picture
     bool resume(const Camera& camera, double pixelRatio, LineRaster::Quality quality);
+    /// Makes an empty picture, as if a frame of no lines had been composed and kept.
+    void beginKept(const Camera& camera, double pixelRatio, LineRaster::Quality quality);
     /// Empties this part of the picture; what is drawn until the next call leaves the rest as it is.
     void redraw(const QRect& part);
-    /// After that: what is drawn from now on is laid over all of the picture.
+    /// What is drawn from now on is laid over all of the picture: after redraw(), or before the next frame.
     void addMore();
 
     void draw(const DrawList::Line& line) {
@@ -48,6 +50,10 @@ class RasterLayer {
     bool keeps() const { return kept_; }
     bool keepsFor(const Camera& camera, double pixelRatio) const {
         return kept_ && raster_->sees(camera, pixelRatio);
+    }
+    /// The same with lines that are drawn so well.
+    bool keepsFor(const Camera& camera, double pixelRatio, LineRaster::Quality quality) const {
+        return keepsFor(camera, pixelRatio) && raster_->quality() == quality;
     }
     /// Where in the picture that is kept a line may be.
     QRect extentOf(const DrawList::Line& line) const { return raster_->extentOf(line); }

@@ -1,0 +1,229 @@
+#include <QOpenGLFramebufferObject>
+#include <QOpenGLPaintDevice>
+#include <QTimer>
+#include <array>
+#include <chrono>
+#include <functional>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "globe/GlobePainter.h"
+#include "globe/GlobePicture.h"
+#include "globe/gl/ViewTest.h"
+
+namespace sandbox {
+namespace {
+
+/// Software rendering draws many lines in memory, unless a body may hide some. Nobody can tell.
+TEST_F(GlobeViewTest, LinesLookTheSameHoweverTheyAreDrawn) {
+    OverlayScene::Shapes shapes = halCore::ZEL::parsed(halCore::ZEL::sample("countries-110m.zel")).shapes;
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        auto& line = dynamic_cast<halCore::ZEL::Polygon&>(*shapes[i]);
+        line.setLineColor(halCore::ZEL::Color(200, static_cast<std::uint8_t>(i), 60, i % 2 ? 120 : 255));
+        line.setLineWidth(std::array{1, 2, 5, 12}[i % 4]);
+        line.setLineStyle(static_cast<halCore::ZEL::LineStyle>(i / 4 % 3));
+        line.setAltitudeOffset(i % 5 ? 0.0 : 3.0e5);
+    }
+    // Wire about the ground: its lower half is below it.
+    shapes.push_back(shapesOf("sphere; centerll 20 22; radius 150000").front());
+    view.overlays().clear();
+    const auto lines = view.overlays().add(shapes);
+    // A wall as thin as a hair, and so long that it may hide anything.
+    const auto body =
+        view.overlays().add(shapesOf("latlonaltbox 70 -40 20 20.0000001 0 0.01; filled; outline false"));
+    // The whole earth; towards the horizon; among lines high above the ground.
+    const double views[][3] = {{2.3e7, 0, 90}, {2.0e6, 40, 12}, {5.0e5, 70, 25}};
+    for (const auto& [range, azimuth, elevation] : views) {
+        look(at(20, 20), range, azimuth, elevation);
+        view.overlays().setShown(body, true);
+        const QImage onCard = view.grabFrame();
+        view.overlays().setShown(body, false);
+        const QImage inMemory = view.grabFrame();
+        view.overlays().setShown(lines, false);
+        const int drawn = differences(onCard, view.grabFrame(), 0, all);
+        std::vector<OverlayScene::Id> single;
+        for (const auto& shape : shapes) single.push_back(view.overlays().add({shape}));
+        const QImage together = view.grabFrame();
+        view.overlays().setShown(body, true);
+        EXPECT_LT(differences(view.grabFrame(), together, 8, all), drawn / 500) << range;
+        view.overlays().setShown(body, false);
+        view.grabFrame();
+        view.overlays().setShown(single[3], false);
+        view.overlays().replace(single[5], {shapes[7]});
+        view.overlays().remove(single[9]);
+        single.push_back(view.overlays().add({shapes[9]}));
+        const QImage mended = view.grabFrame();
+        look(at(20, 20), 1.1 * range, azimuth, elevation);
+        view.grabFrame();
+        look(at(20, 20), range, azimuth, elevation);
+        EXPECT_EQ(differences(mended, view.grabFrame(), 0, all), 0) << range << ": as drawn anew";
+        for (const auto id : single) view.overlays().remove(id);
+        view.overlays().setShown(lines, true);
+        EXPECT_LT(differences(inMemory, together, 8, all), drawn / 50)
+            << range << ": parts of a fifth of a pixel";
+        EXPECT_GT(drawn, 3000) << range;
+        EXPECT_LT(differences(onCard, inMemory, 8, all), drawn / 500) << range;
+    }
+}
+
+/// A view of very many lines is rough while it moves: the same lines at the same places. It rests with a fine
+/// frame, and few lines are fine always.
+TEST_F(GlobeViewTest, ViewsAreRoughOnlyWhileTheyMove) {
+    const OverlayScene::Shapes shapes =
+        halCore::ZEL::parsed(halCore::ZEL::sample("countries-110m.zel")).shapes;
+    OverlayScene scene;
+    GlobePicture picture;
+    const Camera camera = looking(at(20, 20), 2.0e7);
+    GlobeFrame frame{camera, 1.0, {}, {}, scene, {}, {}};
+    const QImage bare = picture.draw(frame);
+    for (const auto& [copies, rough] : {std::pair{1, false}, {25, true}}) {
+        while (scene.entries().size() < static_cast<std::size_t>(copies)) scene.add(shapes);
+        const QImage fine = picture.draw(frame);
+        frame.moving = true;
+        const QImage moving = picture.draw(frame);
+        const QRect inside(1, 1, fine.width() - 2, fine.height() - 2);
+        EXPECT_EQ(differences(fine, moving, 8, inside) > 1000, rough);
+        const auto strays = [&](const QImage& a, const QImage& b) {
+            return count(inside, [&](int x, int y) {
+                return differences(a, bare, 150, {x, y, 1, 1}) > 0 &&
+                       differences(b, bare, 30, {x - 1, y - 1, 3, 3}) == 0;
+            });
+        };
+        EXPECT_EQ(strays(moving, fine), 0);
+        EXPECT_LT(strays(fine, moving), 10) << "corners within a pixel";
+        frame.moving = false;
+        EXPECT_EQ(differences(fine, picture.draw(frame), 0, inside), 0);
+
+        view.overlays().clear();
+        for (int i = 0; i < copies; ++i) view.overlays().add(shapes);
+        view.grabFrame();
+        settle();
+        const auto frames = view.frameCount();
+        look(at(20, 20), rough ? 2.0e7 : 1.9e7);
+        const auto expected = frames + (rough ? 2 : 1);
+        waitUntil([&] { return view.frameCount() >= expected; });
+        QThread::msleep(200);
+        settle();
+        EXPECT_EQ(view.frameCount(), expected);
+    }
+}
+
+/// A frame that may not wait for all shapes lacks some, and the next ones have them.
+TEST_F(GlobeViewTest, FramesWaitNoLongerThanTheyMay) {
+    OverlayScene scene;
+    scene.add(halCore::ZEL::parsed(halCore::ZEL::sample("countries-110m.zel")).shapes);
+    const Camera camera = looking(at(20, 20), 2.0e7);
+    GlobeFrame frame{camera, 1.0, {}, {}, scene, {}, {}};
+    GlobePicture atOnce;
+    const QImage whole = atOnce.draw(frame);
+    GlobePicture picture;
+    int frames = 0;
+    int lacking = 0;
+    do {
+        constexpr std::size_t some = 300;
+        frame.working = Slice(some, {});
+        lacking = differences(whole, picture.draw(frame), 0, whole.rect());
+    } while (lacking > 0 && ++frames < 100);
+    EXPECT_GT(frames, 2);
+    EXPECT_EQ(lacking, 0);
+}
+
+/// All that come together are drawn, however many turns they take; and those that never end are seen, too.
+TEST_F(GlobeViewTest, AFrameOfVeryManyOverlaysWaitsForMore) {
+    const auto shapes = shapesOf("circle; centerll 0 0; radius 300000" + kMagenta);
+    std::function<void()> add;
+    int lots = 0;
+    add = [&] {
+        for (int i = 0; i < 2000; ++i) view.overlays().add(shapes);
+        if (--lots > 0) QMetaObject::invokeMethod(&view, add, Qt::QueuedConnection);
+    };
+    look(at(0, 0), 2.0e6);
+    settle();
+    auto frames = view.frameCount();
+    lots = 5;
+    add();
+    waitUntil([&] { return lots == 0 && view.frameCount() > frames; });
+    settle();
+    const QImage shown = view.grabFrame();
+    look(at(0, 0), 1.0e6);
+    settle();
+    look(at(0, 0), 2.0e6);
+    EXPECT_EQ(differences(shown, view.grabFrame(), 0, all), 0);
+    EXPECT_GT(count(shown, all, isMagenta), 500);
+
+    frames = view.frameCount();
+    QTimer endless;
+    QObject::connect(&endless, &QTimer::timeout, &view, [&] {
+        view.overlays().clear();
+        add();
+    });
+    endless.start(0);
+    waitUntil([&] { return view.frameCount() > frames + 1; });
+    EXPECT_GT(view.frameCount(), frames + 1);
+}
+
+/// What is drawn between frames, as long as overlays come and go, is what one frame of all of them has.
+TEST_F(GlobeViewTest, LinesDrawnAheadLieWhereTheyBelong) {
+    std::mt19937 random(11);
+    const auto upTo = [&](double most) { return most * static_cast<double>(random() % 1000) / 1000.0; };
+    const auto some = [&] {
+        constexpr std::array looks{"linecolor hex ff00ff00", "linecolor hex 80ff0000; linewidth 5",
+                                   "linecolor blue; linestyle dashed", "linecolor white; linewidth 2"};
+        return shapesOf("circle; centerll " + std::to_string(upTo(16) - 8) + " " +
+                        std::to_string(upTo(16) - 8) + "; radius " + std::to_string(2000 + upTo(3e4)) + "; " +
+                        looks[random() % looks.size()]);
+    };
+    OverlayScene scene;
+    std::vector<OverlayScene::Id> ids;
+    const auto change = [&](std::size_t count) {
+        const auto kind = ids.empty() ? 0 : random() % 6;
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto any = ids.empty() ? 0 : ids[random() % ids.size()];
+            if (kind < 2)
+                ids.push_back(scene.add(some()));
+            else if (kind == 2)
+                scene.remove(any);
+            else if (kind == 3)
+                scene.replace(any, some());
+            else
+                scene.setShown(any, kind == 4);
+        }
+    };
+    view.makeCurrent();
+    {
+        QOpenGLFramebufferObject target(all.size(), QOpenGLFramebufferObject::CombinedDepthStencil);
+        QOpenGLPaintDevice device(all.size());
+        Camera camera = looking(at(0, 0), 2.0e6);
+        const auto draw = [&](GlobePainter& painter, Slice working) {
+            target.bind();
+            painter.draw({camera, 1.0, {}, {}, scene, {}, {}, working}, device);
+            return target.toImage();
+        };
+        GlobePainter painter;
+        change(2000);
+        for (int round = 0; round < 60; ++round) {
+            for (auto turns = random() % 8; turns > 0; --turns) {
+                const Slice slice(random() % 4000, std::chrono::milliseconds(0));
+                const auto what = random() % 20;
+                if (what < 8)
+                    change(std::array{1U, 3U, 8U, 300U}[random() % 4]);
+                else if (what < 10)
+                    camera = looking(at(upTo(1), 0), random() % 4 ? 2.0e6 : 4.0e6);
+                else if (what < 19)
+                    for (auto calls = random() % 4; calls < 4; ++calls)
+                        painter.workOut(camera, 1.0, scene, random() % 4 > 0, slice);
+                else
+                    draw(painter, slice);
+            }
+            GlobePainter anew;
+            ASSERT_EQ(differences(draw(painter, {}), draw(anew, {}), 0, all), 0) << round;
+        }
+    }
+    view.doneCurrent();
+}
+
+}  // namespace
+}  // namespace sandbox
