@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "format/ShapeCast.h"
 #include "format/ZelShapes.h"
 #include "geo/Angles.h"
 
@@ -63,7 +64,7 @@ std::vector<std::size_t> drawingOrder(const OverlayScene::Shapes& shapes) {
         if (!shapes[i]) continue;
         order.push_back(i);
         if (!alike) continue;
-        const auto* lines = dynamic_cast<const ZEL::PointBasedShape*>(shapes[i].get());
+        const auto* lines = ZEL::shapeAs<ZEL::PointBasedShape>(*shapes[i]);
         alike = lines && (!look || *look == lookOf(*lines));
         if (!alike) continue;
         if (!look) look = lookOf(*lines);

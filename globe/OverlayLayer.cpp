@@ -147,7 +147,9 @@ void OverlayLayer::noteChange(const ChunkGeometry* geometry) {
             ++other;
         }
     changed_.push_back(part);
-    allChanged_ = changed_.size() > kManyParts;
+    const QRect all = raster_->touched();
+    const bool large = 2 * part.width() > all.width() && 2 * part.height() > all.height();
+    allChanged_ = large || changed_.size() > kManyParts;
 }
 
 std::vector<const DrawList::Label*> OverlayLayer::labels() const {

@@ -55,6 +55,8 @@ class RasterLayer {
     bool keepsFor(const Camera& camera, double pixelRatio, LineRaster::Quality quality) const {
         return keepsFor(camera, pixelRatio) && raster_->quality() == quality;
     }
+    /// What of the picture that is kept has been drawn on.
+    QRect touched() const { return raster_->touched(); }
     /// Where in the picture that is kept a line may be.
     QRect extentOf(const DrawList::Line& line) const { return raster_->extentOf(line); }
 

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "format/RoundOutline.h"
+#include "format/ShapeCast.h"
 #include "geo/Ecef.h"
 #include "geo/GeodesicPath.h"
 #include "globe/SolidGeometry.h"
@@ -92,7 +93,7 @@ void appendRound(const ZEL::CircularShape& shape, const ZEL::RoundOutline& outli
                  const Placement& placement, DrawList& out) {
     const ShapeStyle style = styleOf(shape);
     const Vec3& scale = placement.scale();
-    if (const auto* elliptical = dynamic_cast<const ZEL::EllipticalShape*>(&shape)) {
+    if (const auto* elliptical = ZEL::shapeAs<ZEL::EllipticalShape>(shape)) {
         appendElliptical(*elliptical, outline, placement, style, out);
         return;
     }
@@ -104,7 +105,7 @@ void appendRound(const ZEL::CircularShape& shape, const ZEL::RoundOutline& outli
         case ZEL::ShapeType::Hemisphere:
         case ZEL::ShapeType::Ellipsoid: {
             double height = 0.0;
-            const auto* ellipsoid = dynamic_cast<const ZEL::Ellipsoid*>(&shape);
+            const auto* ellipsoid = ZEL::shapeAs<ZEL::Ellipsoid>(shape);
             if (!ellipsoid || ellipsoid->getHeight(height) != 0 || !(height > 0.0))
                 height = std::max(outline.halfEast, outline.halfNorth);
             appendEllipsoid(center, frame,

@@ -7,6 +7,7 @@
 
 #include "format/Placement.h"
 #include "format/RoundOutline.h"
+#include "format/ShapeCast.h"
 #include "format/ZelShapes.h"
 #include "geo/Ecef.h"
 #include "geo/GeodesicPath.h"
@@ -135,17 +136,17 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
     const Placement placement(shape, reference, tolerance);
     const std::size_t lines = out.lines.size();
     const std::size_t meshes = out.meshes.size();
-    if (const auto* circular = dynamic_cast<const ZEL::CircularShape*>(&shape))
+    if (const auto* circular = ZEL::shapeAs<ZEL::CircularShape>(shape))
         appendCircular(*circular, placement, out);
-    else if (const auto* points = dynamic_cast<const ZEL::PointBasedShape*>(&shape))
+    else if (const auto* points = ZEL::shapeAs<ZEL::PointBasedShape>(shape))
         appendPoints(*points, placement, fillShare, out);
-    else if (const auto* dots = dynamic_cast<const ZEL::Points*>(&shape))
+    else if (const auto* dots = ZEL::shapeAs<ZEL::Points>(shape))
         appendDots(*dots, placement, out);
-    else if (const auto* box = dynamic_cast<const ZEL::LatLonAltBox*>(&shape))
+    else if (const auto* box = ZEL::shapeAs<ZEL::LatLonAltBox>(shape))
         appendBox(*box, placement, out);
-    else if (const auto* annotation = dynamic_cast<const ZEL::Annotation*>(&shape))
+    else if (const auto* annotation = ZEL::shapeAs<ZEL::Annotation>(shape))
         appendLabel(*annotation, placement, out);
-    else if (const auto* picture = dynamic_cast<const ZEL::ImageOverlay*>(&shape))
+    else if (const auto* picture = ZEL::shapeAs<ZEL::ImageOverlay>(shape))
         appendPicture(*picture, placement, out);
 
     bool tested = true;
@@ -157,7 +158,7 @@ void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayRefer
 
 std::optional<RoughPlace> roughPlace(const ZEL::ZelShape& shape,
                                      const std::optional<OverlayReference>& reference) {
-    const auto* const circle = dynamic_cast<const ZEL::Circle*>(&shape);
+    const auto* const circle = ZEL::shapeAs<ZEL::Circle>(shape);
     if (!circle) return std::nullopt;
     const Placement placement(shape, reference, 0.0);
     if (placement.extruded() || placement.leans()) return std::nullopt;
@@ -171,9 +172,8 @@ std::optional<RoughPlace> roughPlace(const ZEL::ZelShape& shape,
 }
 
 std::size_t roughSize(const ZEL::ZelShape& shape) {
-    if (const auto* points = dynamic_cast<const ZEL::PointBasedShape*>(&shape))
-        return points->points().size();
-    if (const auto* dots = dynamic_cast<const ZEL::Points*>(&shape)) return dots->points().size();
+    if (const auto* points = ZEL::shapeAs<ZEL::PointBasedShape>(shape)) return points->points().size();
+    if (const auto* dots = ZEL::shapeAs<ZEL::Points>(shape)) return dots->points().size();
     return shape.shapeType() == ZEL::ShapeType::Annotation ? 1 : 500;
 }
 
