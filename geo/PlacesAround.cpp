@@ -67,9 +67,9 @@ Vec3 PlacesAround::at(double east, double north, double meters) const {
 }
 
 Ecef PlacesAround::placeAt(double east, double north, double meters) const {
-    const Ecef ground = onEllipsoid(east, north, meters);
-    const Ecef up = normalized({ground.x, ground.y, ground.z / kSquaredRatio});
-    const Ecef place = ground + up * center_.alt();
+    Ecef place = onEllipsoid(east, north, meters);
+    if (center_.alt() != 0.0)
+        place = place + normalized({place.x, place.y, place.z / kSquaredRatio}) * center_.alt();
     return {place.x * cosLon_ - place.y * sinLon_, place.x * sinLon_ + place.y * cosLon_, place.z};
 }
 
