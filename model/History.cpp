@@ -23,8 +23,7 @@ bool same(const ShapeStatePtr& a, const ShapeStatePtr& b) {
 /// In their order, each of them once.
 std::vector<std::uint64_t> ordered(std::vector<std::uint64_t> numbers) {
     if (!std::ranges::is_sorted(numbers)) std::ranges::sort(numbers);
-    const auto repeated = std::ranges::unique(numbers);
-    numbers.erase(repeated.begin(), repeated.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     return numbers;
 }
 
