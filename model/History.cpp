@@ -69,7 +69,7 @@ void History::select(std::uint64_t number) {
 
 void History::shapeTouched(std::uint64_t number) {
     if (applying_) return;
-    if (touched_.empty() || touched_.back() != number) touched_.push_back(number);
+    if (keeps_ && (touched_.empty() || touched_.back() != number)) touched_.push_back(number);
     commitLater_();
 }
 
