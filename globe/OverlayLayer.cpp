@@ -213,8 +213,8 @@ ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, con
     return nullptr;
 }
 
-/// Whether what is worked out can be drawn at once.
-bool OverlayLayer::drawsAhead(const Camera& camera, double pixelRatio, bool calm) {
+/// Gets the picture ready for lines that are drawn before their frame. \return whether it can be
+bool OverlayLayer::beginAhead(const Camera& camera, double pixelRatio, bool calm) {
     constexpr auto smooth = LineRaster::Quality::Smooth;
     if (!raster_ || !seesLinesOnly_) return false;
     if (!allChanged_ && raster_->keepsFor(camera, pixelRatio, smooth)) {
@@ -239,7 +239,7 @@ bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, bool calm, S
     workedOutFor_ = camera;
     const ViewVolume view = viewWithMargin(camera);
     const DetailChoice detail(camera, pixelRatio);
-    bool ahead = drawsAhead(camera, pixelRatio, calm);
+    bool ahead = beginAhead(camera, pixelRatio, calm);
     if (ahead) workedOut_ = std::min(workedOut_, laid_);
     while (workedOut_ < spots_.size()) {
         Spot& spot = spots_[workedOut_];

@@ -73,7 +73,7 @@ class OverlayLayer {
     void listSpots();
     void find(const Camera& camera, double pixelRatio, bool moving);
     ChunkGeometry* prepare(Spot& spot, const DetailChoice& detail, const ViewVolume& view, bool moving);
-    bool drawsAhead(const Camera& camera, double pixelRatio, bool calm);
+    bool beginAhead(const Camera& camera, double pixelRatio, bool calm);
     void noteChange(const ChunkGeometry* geometry);
     void drawTogether(const Camera& camera, double pixelRatio, bool moving);
     void drawInOrder(const Camera& camera, double pixelRatio);

@@ -49,7 +49,10 @@ TEST(OverlayScene, FollowersKeepUp) {
         const auto changed = scene.changedSince(seen);
         if (!changed) known.clear();
         const auto follow = [&](OverlayScene::Id id) {
-            scene.contains(id) ? void(known.insert(id)) : void(known.erase(id));
+            if (scene.contains(id))
+                known.insert(id);
+            else
+                known.erase(id);
         };
         for (const OverlayScene::Id id : changed.value_or(std::span<const OverlayScene::Id>())) follow(id);
         if (!changed)
