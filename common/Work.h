@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <coroutine>
 #include <cstddef>
 #include <exception>
@@ -103,3 +104,26 @@ inline void Work::await_suspend(Handle whole) noexcept {
 inline void Work::await_resume() const {
     if (handle_.promise().error_) std::rethrow_exception(handle_.promise().error_);
 }
+
+/// Cuts a long row of things, of which so many take a unit of work, into pieces:
+///
+///     for (Pieces some(count, inAUnit); some.next(); co_yield some.units())
+///         for (std::size_t i = some.first; i < some.last; ++i) ...
+struct Pieces {
+    std::size_t first = 0;
+    std::size_t last = 0;
+
+    Pieces(std::size_t count, std::size_t inAUnit) : count_(count), inAUnit_(inAUnit) {}
+    /// \return whether there is another piece
+    bool next() {
+        constexpr std::size_t kUnits = 100;
+        first = last;
+        last = std::min(count_, first + kUnits * inAUnit_);
+        return first < last;
+    }
+    std::size_t units() const { return (last - first) / inAUnit_; }
+
+  private:
+    std::size_t count_;
+    std::size_t inAUnit_;
+};

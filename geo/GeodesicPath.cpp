@@ -28,14 +28,18 @@ int piecesOfPath(double meters, double step) {
     return std::clamp(static_cast<int>(std::ceil(meters / step)), 1, kMostPieces);
 }
 
-/// Calls `add` for the points that cut the way into pieces of at most `step` metres. `chord`: how far apart
-/// the ends are in a straight line.
+/// Calls `add` for the points that cut the way into pieces of at most `step` metres, from the first-th on,
+/// and for so many of them at most. `chord`: how far apart the ends are in a straight line. \return whether
+/// that was all
 template <typename Add>
-void forPointsBetween(const Vec3& from, const Vec3& to, double chord, PathKind kind, double step,
-                      const Add& add) {
+bool forPointsBetween(const Vec3& from, const Vec3& to, double chord, PathKind kind, double step, int first,
+                      int most, const Add& add) {
+    bool all = true;
     const auto addAlong = [&](double meters, const auto& position) {
         const int pieces = piecesOfPath(meters, step);
-        for (int i = 1; i < pieces; ++i) {
+        const int last = std::min(pieces, first + most);
+        all = last == pieces;
+        for (int i = first; i < last; ++i) {
             const double share = static_cast<double>(i) / pieces;
             double lat = 0.0;
             double lon = 0.0;
@@ -59,6 +63,7 @@ void forPointsBetween(const Vec3& from, const Vec3& to, double chord, PathKind k
                                    to.lat() / kRadiansPerDegree, to.lon() / kRadiansPerDegree);
         addAlong(line.Distance(), [&](double at, double& lat, double& lon) { line.Position(at, lat, lon); });
     }
+    return all;
 }
 
 }  // namespace
@@ -93,16 +98,20 @@ Vec3 geodesicFrom(const Vec3& from, double azimuth, double meters) {
 
 void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step) {
     const Vec3 from = path.back();
-    forPointsBetween(from, to, length(toEcef(to) - toEcef(from)), kind, step,
+    forPointsBetween(from, to, length(toEcef(to) - toEcef(from)), kind, step, 1, kMostPieces,
                      [&path](const Vec3& p) { path.push_back(p); });
     path.push_back(to);
 }
 
-void appendPath(PlacedPath& path, const Vec3& to, const Ecef& place, PathKind kind, double step) {
-    const Vec3 from = path.points.back();
-    forPointsBetween(from, to, length(place - path.places.back()), kind, step,
-                     [&path](const Vec3& p) { path.add(p, toEcef(p)); });
-    path.add(to, place);
+bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& place, PathKind kind,
+                double step) {
+    constexpr int kMost = 300;
+    const int next = static_cast<int>(path.points.size() - from);
+    const Vec3 start = path.points[from];
+    const bool all = forPointsBetween(start, to, length(place - path.places[from]), kind, step, next, kMost,
+                                      [&path](const Vec3& p) { path.add(p, toEcef(p)); });
+    if (all) path.add(to, place);
+    return all;
 }
 
 EllipticalArc::EllipticalArc(const Vec3& center, double halfEast, double halfNorth, double turn,
@@ -182,12 +191,12 @@ std::vector<EllipticalArc> racetrackArcs(const Vec3& center, const Vec3& center2
             {center, radius, radius, 0.0, way.azimuthAtStart + kHalfPi, kPi}};
 }
 
-void simplify(PlacedPath& path, double tolerance) {
+void simplify(PlacedPath& path, double tolerance, std::size_t from) {
     const std::vector<Ecef>& places = path.places;
-    if (places.size() < 3 || !(tolerance > 0.0)) return;
-    std::vector<bool> keep(places.size(), false);
+    if (places.size() < from + 3 || !(tolerance > 0.0)) return;
+    std::vector<bool> keep(places.size() - from, false);
     keep.front() = keep.back() = true;
-    std::vector<std::pair<std::size_t, std::size_t>> todo{{0, places.size() - 1}};
+    std::vector<std::pair<std::size_t, std::size_t>> todo{{from, places.size() - 1}};
     while (!todo.empty()) {
         const auto [first, last] = todo.back();
         todo.pop_back();
@@ -203,13 +212,13 @@ void simplify(PlacedPath& path, double tolerance) {
             farthest = i;
         }
         if (farthest == first) continue;
-        keep[farthest] = true;
+        keep[farthest - from] = true;
         todo.emplace_back(first, farthest);
         todo.emplace_back(farthest, last);
     }
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < keep.size(); ++i) {
-        if (!keep[i]) continue;
+    std::size_t kept = from;
+    for (std::size_t i = from; i < places.size(); ++i) {
+        if (!keep[i - from]) continue;
         path.points[kept] = path.points[i];
         path.places[kept++] = path.places[i];
     }

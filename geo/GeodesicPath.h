@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "common/Vec3.h"
@@ -39,7 +40,10 @@ Vec3 geodesicFrom(const Vec3& from, double azimuth, double meters);
 /// Appends the way from the last point of `path` to `to`, in pieces of at most `step` metres; the
 /// altitude changes evenly.
 void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step);
-void appendPath(PlacedPath& path, const Vec3& to, const Ecef& place, PathKind kind, double step);
+/// Does so, or goes on with it, from one point of a path that has no others but those of this way after it;
+/// some hundred points at a time. \return whether `to` has been reached
+bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& place, PathKind kind,
+                double step);
 
 /// A part of an ellipse about a centre, at its altitude: half axes to the east and to the north (metres
 /// along geodesics; equal ones make a circle), then turned clockwise by `turn`, from one azimuth over a sweep
@@ -78,9 +82,11 @@ std::vector<EllipticalArc> racetrackArcs(const Vec3& center, const Vec3& center2
 /// parts or more, so that what stands on every twelfth stands still however fine the pieces are.
 int piecesOfArc(double radius, double sweep, double tolerance);
 
-/// Leaves out points until what remains is still within `tolerance` metres of every point left out
-/// (the Douglas-Peucker method on straight lines in space). The first and the last point stay.
-void simplify(PlacedPath& path, double tolerance);
+/// Leaves out points that follow the one at `first`, until what remains is still within `tolerance` metres of
+/// every point left out (the Douglas-Peucker method on straight lines in space). That point and the last one
+/// stay. The time may grow with the square of the points: a path of very many is simplified run by run, each
+/// from where the one before it ended.
+void simplify(PlacedPath& path, double tolerance, std::size_t first = 0);
 
 std::vector<Ecef> toEcef(const GeodeticPath& path);
 

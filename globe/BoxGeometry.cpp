@@ -75,18 +75,18 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
     box.getHeight(height);
 
     // In slices of a third of the world at most: there is no doubt which side of them is inside.
-    const RingFill fill = [&](const GeodeticPath& ring) {
+    const RingFill fill = [&](const GeodeticPath& ring, DrawList::Mesh& mesh) -> Work {
         const int slices = static_cast<int>(std::ceil(span / (kTwoPi / 3.0) - 1e-9));
         const double width = span / slices;
         const double level = ring.front().alt();
-        DrawList::Mesh mesh;
         for (int i = 0; i < slices; ++i) {
             const double left = west + width * i;
             const Vec3 middle(0.5 * (south + north), left + 0.5 * width, level);
-            join(mesh, fillRing(BoxSides(south, north, left, width, level).ring, style.fillColor, middle,
-                                placement.tolerance()));
+            const BoxSides part(south, north, left, width, level);
+            DrawList::Mesh filled;
+            co_await fillRing(part.ring, style.fillColor, middle, placement.tolerance(), 1.0, filled);
+            join(mesh, filled);
         }
-        return mesh;
     };
     // A box around the world has no sides in the west and east.
     const bool around = span > kTwoPi - 1e-9;
@@ -95,7 +95,7 @@ void appendBox(const ZEL::LatLonAltBox& box, const Placement& placement, DrawLis
     if (height != 0.0)
         appendPrism(sides.ring, height, fill, sides.corners, body, out);
     else
-        addRing(sides.ring, true, fill, placement, body, out);
+        addRing({sides.ring, {}}, true, fill, placement, body, out).finish();
     if (!style.outlined || !around) return;
     for (const std::size_t corner : {std::size_t{0}, std::size_t{2}}) {
         GeodeticPath parallel = sides.side(corner);

@@ -69,7 +69,7 @@ void appendElliptical(const ZEL::EllipticalShape& shape, const ZEL::RoundOutline
         if (height != 0.0)
             appendPrism(ring, height, fill, edges, style, out);
         else
-            addRing(ring, true, fill, placement, style, out);
+            addRing({ring, {}}, true, fill, placement, style, out).finish();
         return;
     }
     if (outline.whole) {

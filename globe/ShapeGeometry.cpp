@@ -9,6 +9,7 @@
 #include "format/RoundOutline.h"
 #include "format/ShapeCast.h"
 #include "format/ZelShapes.h"
+#include "geo/Angles.h"
 #include "geo/Ecef.h"
 #include "geo/GeodesicPath.h"
 #include "geo/Wgs84.h"
@@ -27,53 +28,119 @@ using halCore::Vec3;
 
 namespace {
 
-double lengthOf(const std::vector<Ecef>& places, bool closed) {
-    double sum = 0.0;
-    for (std::size_t i = 1; i < places.size(); ++i) sum += length(places[i] - places[i - 1]);
-    if (closed && places.size() > 1) sum += length(places.front() - places.back());
-    return sum;
+/// What a shape adds is marked where nothing but the earth hides it.
+class OverBodies {
+  public:
+    OverBodies(const ZEL::ZelShape& shape, const DrawList& out)
+        : line_(out.lines.size()), mesh_(out.meshes.size()) {
+        bool tested = true;
+        shape.getDepthBufferActive(tested);
+        marks_ = !tested;
+    }
+    /// What has been added since it was last called.
+    void mark(DrawList& out) {
+        if (!marks_) return;
+        for (; line_ < out.lines.size(); ++line_) out.lines[line_].overBodies = true;
+        for (; mesh_ < out.meshes.size(); ++mesh_) out.meshes[mesh_].overBodies = true;
+    }
+
+  private:
+    bool marks_ = false;
+    std::size_t line_;
+    std::size_t mesh_;
+};
+
+/// Makes room for so many lines more, that they are not moved all together too often.
+void reserveLines(std::size_t count, DrawList& out) {
+    constexpr std::size_t kMany = 1000;
+    if (count < kMany || out.lines.size() + count <= out.lines.capacity()) return;
+    out.lines.reserve(std::max(out.lines.size() + count, 2 * out.lines.capacity()));
 }
 
-void appendPoints(const ZEL::PointBasedShape& shape, const Placement& placement, double fillShare,
-                  DrawList& out) {
+Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayReference>& reference,
+                double tolerance, double fillShare, DrawList& out) {
+    constexpr std::size_t kPlacedInAUnit = 12;
+    // Enough that lines of very many points lose what they can, few enough for simplify().
+    constexpr std::size_t kRun = 1000;
+    const Placement placement(shape, reference, tolerance);
+    OverBodies overBodies(shape, out);
+    const std::vector<Vec3>& given = shape.points();
+    const bool closed = shape.shapeType() == ZEL::ShapeType::Polygon;
+    const bool inPairs = shape.shapeType() == ZEL::ShapeType::LineSegs;
     PlacedPath points;
-    points.points.reserve(shape.points().size() + 1);
-    points.places.reserve(shape.points().size() + 1);
-    for (const Vec3& point : shape.points())
-        if (const std::optional<Vec3> placed = placement.place(point)) points.add(*placed, toEcef(*placed));
-    const std::size_t count = points.points.size();
-    if (count < 2) return;
+    points.points.reserve(given.size() + 1);
+    points.places.reserve(given.size() + 1);
+    std::optional<Ecef> before;
+    double meters = 0.0;
+    std::size_t run = 0;
+    const auto add = [&](const Vec3& point) {
+        const Ecef place = toEcef(point);
+        if (before) meters += length(place - *before);
+        before = place;
+        points.add(point, place);
+        if (inPairs || points.points.size() <= run + kRun) return;
+        simplify(points, placement.tolerance(), run);
+        run = points.points.size() - 1;
+    };
+    for (Pieces some(given.size(), kPlacedInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i)
+            if (const std::optional<Vec3> placed = placement.place(given[i])) add(*placed);
+    if (points.points.size() < 2) co_return;
+    if (closed) add(Vec3(points.points.front()));
+    if (!inPairs) simplify(points, placement.tolerance(), run);
+
     const ShapeStyle style = styleOf(shape);
     ZEL::TessellationStyle tessellation = ZEL::TessellationStyle::None;
     shape.getTessellation(tessellation);
     const PathKind kind =
         tessellation == ZEL::TessellationStyle::RhumbLine ? PathKind::Rhumb : PathKind::Geodesic;
-    const bool closed = shape.shapeType() == ZEL::ShapeType::Polygon;
-    const double step = stepFor(lengthOf(points.places, closed), placement.tolerance());
-    const RingFill fill = [&](const GeodeticPath& ring) {
-        return fillRing(ring, style.fillColor, std::nullopt, placement.tolerance(), fillShare);
-    };
-    const auto addRun = [&](std::size_t first, std::size_t last) {
+    const double step = stepFor(meters, placement.tolerance());
+    const std::size_t stride = inPairs ? 2 : points.points.size();
+    reserveLines(points.points.size() / stride, out);
+    // What costs least is a point that is there already.
+    constexpr std::size_t kInAUnit = 30;
+    constexpr std::size_t kOfAGeodesic = 100;
+    constexpr std::size_t kOfItsPoint = 15;
+    constexpr std::size_t kOfALine = 10;
+    // The way over the ground is no longer than half a turn over a straight line.
+    const std::size_t room =
+        stride + (inPairs ? 0 : static_cast<std::size_t>(halCore::kHalfPi * meters / step));
+    std::size_t done = 0;
+    for (std::size_t first = 0; first + 1 < points.points.size(); first += stride) {
+        const std::size_t end = std::min(first + stride, points.points.size());
         PlacedPath path;
+        path.points.reserve(room);
+        path.places.reserve(room);
         path.add(points.points[first], points.places[first]);
-        for (std::size_t i = first + 1; i <= last; ++i)
-            appendPath(path, points.points[i], points.places[i], kind, step);
+        for (std::size_t i = first + 1; i < end; ++i) {
+            const std::size_t from = path.points.size() - 1;
+            for (bool arrived = false; !arrived;) {
+                const std::size_t known = path.points.size();
+                arrived = appendSome(path, from, points.points[i], points.places[i], kind, step);
+                const std::size_t more = path.points.size() - known;
+                done += more == 1 ? 1 : kOfAGeodesic + kOfItsPoint * more;
+                if (done < 100 * kInAUnit) continue;
+                co_yield done / kInAUnit;
+                done = 0;
+            }
+        }
+        done += kOfALine;
         // Most are lines and nothing else.
-        if (!placement.extruded() && !(style.filled && closed) && (style.outlined || !closed))
+        if (!placement.extruded() && !(style.filled && closed) && (style.outlined || !closed)) {
             addLine(std::move(path.places), closed, style, out);
-        else
-            addRing(path.points, closed, fill, placement, style, out);
-    };
-    if (shape.shapeType() == ZEL::ShapeType::LineSegs) {
-        for (std::size_t i = 0; i + 1 < count; i += 2) addRun(i, i + 1);
-        return;
+        } else {
+            const RingFill fill = filledAbout(std::nullopt, placement, style, fillShare);
+            co_await addRing(std::move(path), closed, fill, placement, style, out);
+        }
+        overBodies.mark(out);
     }
-    if (closed) points.add(Vec3(points.points.front()), Ecef(points.places.front()));
-    simplify(points, placement.tolerance());
-    addRun(0, points.points.size() - 1);
+    co_yield 1 + done / kInAUnit;
 }
 
-void appendDots(const ZEL::Points& shape, const Placement& placement, DrawList& out) {
+Work dotsWork(const ZEL::Points& shape, const std::optional<OverlayReference>& reference, double tolerance,
+              DrawList& out) {
+    const Placement placement(shape, reference, tolerance);
+    OverBodies overBodies(shape, out);
     ZEL::Color color;
     shape.getColor(color);
     int size = 1;
@@ -81,21 +148,27 @@ void appendDots(const ZEL::Points& shape, const Placement& placement, DrawList& 
     // Without a word about it, dots have no rim.
     bool outlined = false;
     if (shape.getOutlined(outlined) != 0) outlined = false;
-    for (const Vec3& point : shape.points()) {
-        const std::optional<Vec3> placed = placement.place(point);
-        if (!placed) continue;
-        DrawList::Line dot;
-        dot.points.push_back(toEcef(*placed));
-        dot.color = rgba(color);
-        dot.width = static_cast<float>(std::clamp(size, 1, 253));
-        if (outlined) {
-            DrawList::Line rim = dot;
-            rim.color = {0, 0, 0, dot.color.a};
-            rim.width += 2.0F;
-            out.lines.push_back(std::move(rim));
+    constexpr std::size_t kInAUnit = 5;
+    const std::size_t count = shape.points().size();
+    reserveLines(count * (1 + (outlined ? 1 : 0) + (placement.extruded() ? 1 : 0)), out);
+    for (Pieces some(count, kInAUnit); some.next(); co_yield 1 + some.units()) {
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const std::optional<Vec3> placed = placement.place(shape.points()[i]);
+            if (!placed) continue;
+            DrawList::Line dot;
+            dot.points.push_back(toEcef(*placed));
+            dot.color = rgba(color);
+            dot.width = static_cast<float>(std::clamp(size, 1, 253));
+            if (outlined) {
+                DrawList::Line rim = dot;
+                rim.color = {0, 0, 0, dot.color.a};
+                rim.width += 2.0F;
+                out.lines.push_back(std::move(rim));
+            }
+            out.lines.push_back(std::move(dot));
+            if (placement.extruded()) addStem(*placed, placement, rgba(color), out);
         }
-        out.lines.push_back(std::move(dot));
-        if (placement.extruded()) addStem(*placed, placement, rgba(color), out);
+        overBodies.mark(out);
     }
 }
 
@@ -126,34 +199,45 @@ void appendLabel(const ZEL::Annotation& shape, const Placement& placement, DrawL
     if (!label.text.empty()) out.labels.push_back(std::move(label));
 }
 
-}  // namespace
+Work nothing() {
+    co_return;
+}
 
-void appendGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                    double tolerance, DrawList& out, double fillShare) {
-    bool drawn = true;
-    shape.getDrawn(drawn);
-    if (!drawn) return;
+/// Of what has no more points than the curves of its kind.
+Work boundedWork(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
+                 double tolerance, DrawList& out) {
+    constexpr std::size_t kPointsInAUnit = 5;
     const Placement placement(shape, reference, tolerance);
+    OverBodies overBodies(shape, out);
     const std::size_t lines = out.lines.size();
     const std::size_t meshes = out.meshes.size();
     if (const auto* circular = ZEL::shapeAs<ZEL::CircularShape>(shape))
         appendCircular(*circular, placement, out);
-    else if (const auto* points = ZEL::shapeAs<ZEL::PointBasedShape>(shape))
-        appendPoints(*points, placement, fillShare, out);
-    else if (const auto* dots = ZEL::shapeAs<ZEL::Points>(shape))
-        appendDots(*dots, placement, out);
     else if (const auto* box = ZEL::shapeAs<ZEL::LatLonAltBox>(shape))
         appendBox(*box, placement, out);
     else if (const auto* annotation = ZEL::shapeAs<ZEL::Annotation>(shape))
         appendLabel(*annotation, placement, out);
     else if (const auto* picture = ZEL::shapeAs<ZEL::ImageOverlay>(shape))
         appendPicture(*picture, placement, out);
+    overBodies.mark(out);
+    std::size_t points = 0;
+    for (std::size_t i = lines; i < out.lines.size(); ++i) points += out.lines[i].points.size();
+    for (std::size_t i = meshes; i < out.meshes.size(); ++i) points += out.meshes[i].vertices.size();
+    co_yield 1 + points / kPointsInAUnit;
+}
 
-    bool tested = true;
-    shape.getDepthBufferActive(tested);
-    if (tested) return;
-    for (std::size_t i = lines; i < out.lines.size(); ++i) out.lines[i].overBodies = true;
-    for (std::size_t i = meshes; i < out.meshes.size(); ++i) out.meshes[i].overBodies = true;
+}  // namespace
+
+Work workOutGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
+                     double tolerance, double fillShare, DrawList& out) {
+    bool drawn = true;
+    shape.getDrawn(drawn);
+    if (!drawn) return nothing();
+    if (const auto* points = ZEL::shapeAs<ZEL::PointBasedShape>(shape))
+        return pointsWork(*points, reference, tolerance, fillShare, out);
+    if (const auto* dots = ZEL::shapeAs<ZEL::Points>(shape))
+        return dotsWork(*dots, reference, tolerance, out);
+    return boundedWork(shape, reference, tolerance, out);
 }
 
 std::optional<RoughPlace> roughPlace(const ZEL::ZelShape& shape,

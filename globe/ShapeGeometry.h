@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 
+#include "common/Work.h"
 #include "globe/DrawList.h"
 #include "globe/OverlayScene.h"
 
@@ -23,8 +24,16 @@ namespace sandbox {
 /// nothing.
 ///
 /// `fillShare`: of the rows in which an area is filled whose line crosses itself hundreds of times.
-void appendGeometry(const halCore::ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                    double tolerance, DrawList& out, double fillShare = 1.0);
+///
+/// The work can be laid aside wherever its cost grows with the shape's points. The shape is to stay as it is
+/// until it is done.
+Work workOutGeometry(const halCore::ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
+                     double tolerance, double fillShare, DrawList& out);
+inline void appendGeometry(const halCore::ZEL::ZelShape& shape,
+                           const std::optional<OverlayReference>& reference, double tolerance, DrawList& out,
+                           double fillShare = 1.0) {
+    workOutGeometry(shape, reference, tolerance, fillShare, out).finish();
+}
 
 /// A ball that holds all that appendGeometry() would ever add for a shape.
 struct RoughPlace {

@@ -156,7 +156,8 @@ void appendPrism(const GeodeticPath& given, double height, const RingFill& fill,
         if (height < 0.0) turnOver(walls);
         out.meshes.push_back(std::move(walls));
         for (const bool lid : {false, true}) {
-            DrawList::Mesh cap = fill(lid ? topRing : ring);
+            DrawList::Mesh cap;
+            fill(lid ? topRing : ring, cap).finish();
             cap.solid = true;
             face(cap, lid == (height >= 0.0));
             out.meshes.push_back(std::move(cap));
@@ -190,7 +191,8 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double h
             mesh.triangles.insert(mesh.triangles.end(), {i, (i + 1) % count, count});
         if (height < 0.0) turnOver(mesh);
         out.meshes.push_back(std::move(mesh));
-        DrawList::Mesh floor = fillRing(ring, style.fillColor, center, tolerance);
+        DrawList::Mesh floor;
+        fillRing(ring, style.fillColor, center, tolerance, 1.0, floor).finish();
         floor.solid = true;
         face(floor, height < 0.0);
         out.meshes.push_back(std::move(floor));
@@ -204,20 +206,24 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& given, double h
             edgeLine({rim[i * rim.size() / kRibs], tip}, style, false, rimBuried || tipAltitude < 0.0));
 }
 
-void appendCurtain(const GeodeticPath& path, const GeodeticPath& other, bool closed, Rgba color,
+Work appendCurtain(const std::vector<Ecef>& path, const std::vector<Ecef>& other, bool closed, Rgba color,
                    DrawList& out) {
-    if (path.size() < 2) return;
+    if (path.size() < 2) co_return;
+    constexpr std::size_t kInAUnit = 50;
     DrawList::Mesh mesh;
     mesh.color = color;
-    for (std::size_t i = 0; i < path.size(); ++i) {
-        mesh.vertices.push_back(toEcef(path[i]));
-        mesh.vertices.push_back(toEcef(other[i]));
-    }
-    const auto count = static_cast<std::uint32_t>(path.size());
-    for (std::uint32_t i = 0; i + (closed ? 0U : 1U) < count; ++i) {
-        const std::uint32_t next = (i + 1) % count;
-        addQuad(mesh, 2 * i, 2 * i + 1, 2 * next + 1, 2 * next);
-    }
+    mesh.vertices.reserve(2 * path.size());
+    mesh.triangles.reserve(6 * path.size());
+    for (Pieces some(path.size(), kInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            mesh.vertices.push_back(path[i]);
+            mesh.vertices.push_back(other[i]);
+            const std::size_t next = i + 1 == path.size() ? 0 : i + 1;
+            if (next == 0 && !closed) continue;
+            const auto from = static_cast<std::uint32_t>(2 * i);
+            const auto to = static_cast<std::uint32_t>(2 * next);
+            addQuad(mesh, from, from + 1, to + 1, to);
+        }
     out.meshes.push_back(std::move(mesh));
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "common/Work.h"
 #include "geo/GeodesicPath.h"
 #include "globe/DrawList.h"
 
@@ -23,8 +24,8 @@ struct ShapeStyle {
 using halCore::BodyFrame;
 using halCore::GeodeticPath;
 
-/// Fills a ring that lies level; also the same ring at another altitude.
-using RingFill = std::function<DrawList::Mesh(const GeodeticPath& ring)>;
+/// Fills a ring that lies level; also the same ring at another altitude. \param mesh an empty one
+using RingFill = std::function<Work(const GeodeticPath& ring, DrawList::Mesh& mesh)>;
 
 // `tolerance` in metres: how far straight pieces may be from the true curves of round bodies and lids.
 
@@ -46,7 +47,7 @@ void appendCone(const halCore::Vec3& center, const GeodeticPath& ring, double he
                 double tolerance, DrawList& out);
 
 /// The curtain between two paths with the same number of points; open or closed.
-void appendCurtain(const GeodeticPath& path, const GeodeticPath& other, bool closed, Rgba color,
-                   DrawList& out);
+Work appendCurtain(const std::vector<halCore::Ecef>& path, const std::vector<halCore::Ecef>& other,
+                   bool closed, Rgba color, DrawList& out);
 
 }  // namespace sandbox

@@ -58,31 +58,64 @@ void addOutline(const GeodeticPath& path, bool closed, const Placement& placemen
     addLine(toEcef(path), closed, style, out);
 }
 
-void addRing(const GeodeticPath& path, bool closed, const RingFill& fill, const Placement& placement,
+Work addRing(halCore::PlacedPath path, bool closed, const RingFill& fill, const Placement& placement,
              const ShapeStyle& style, DrawList& out) {
-    if (path.empty()) return;
-    if (style.filled && closed) out.meshes.push_back(fill(path));
+    constexpr std::size_t kInAUnit = 15;
+    const std::size_t count = path.points.size();
+    if (count == 0) co_return;
+    const bool filled = style.filled && closed;
+    // A line is all outline: switching the outline off is meant for areas.
+    const bool outlined = style.outlined || !closed;
+    if (filled) {
+        DrawList::Mesh mesh;
+        co_await fill(path.points, mesh);
+        out.meshes.push_back(std::move(mesh));
+    }
+    if ((outlined || placement.extruded()) && path.places.empty()) {
+        path.places.reserve(count);
+        for (Pieces some(count, kInAUnit); some.next(); co_yield some.units())
+            for (std::size_t i = some.first; i < some.last; ++i)
+                path.places.push_back(toEcef(path.points[i]));
+    }
     if (placement.extruded()) {
-        const GeodeticPath end = placement.extrusionOf(path);
+        halCore::PlacedPath end;
+        end.points.reserve(count);
+        end.places.reserve(count);
+        for (Pieces some(count, kInAUnit); some.next(); co_yield some.units())
+            for (std::size_t i = some.first; i < some.last; ++i) {
+                const Vec3 point = placement.extrusionOf(path.points[i]);
+                end.add(point, toEcef(point));
+            }
         const Rgba color = style.filled ? style.fillColor
                                         : Rgba{style.lineColor.r, style.lineColor.g, style.lineColor.b,
                                                static_cast<std::uint8_t>(style.lineColor.a / 3)};
-        appendCurtain(path, end, closed, color, out);
-        if (placement.extrudeHeight() && style.filled && closed) out.meshes.push_back(fill(end));
+        co_await appendCurtain(path.places, end.places, closed, color, out);
+        if (placement.extrudeHeight() && filled) {
+            DrawList::Mesh mesh;
+            co_await fill(end.points, mesh);
+            out.meshes.push_back(std::move(mesh));
+        }
+        // To free millions of points takes time, too.
+        end.points = {};
+        co_yield 1;
+        if (placement.extrudeHeight() && outlined) addLine(std::move(end.places), closed, style, out);
     }
-    // A line is all outline: switching the outline off is meant for areas.
-    if (style.outlined || !closed) addOutline(path, closed, placement, style, out);
+    path.points = {};
+    co_yield 1;
+    if (outlined) addLine(std::move(path.places), closed, style, out);
 }
 
-RingFill filledAbout(const std::optional<Vec3>& middle, const Placement& placement, const ShapeStyle& style) {
-    return [middle, color = style.fillColor, tolerance = placement.tolerance()](const GeodeticPath& ring) {
-        return fillRing(ring, color, middle, tolerance);
+RingFill filledAbout(const std::optional<Vec3>& middle, const Placement& placement, const ShapeStyle& style,
+                     double share) {
+    return [middle, color = style.fillColor, tolerance = placement.tolerance(), share](
+               const GeodeticPath& ring, DrawList::Mesh& mesh) {
+        return fillRing(ring, color, middle, tolerance, share, mesh);
     };
 }
 
 void addRing(const GeodeticPath& path, bool closed, const std::optional<Vec3>& middle,
              const Placement& placement, const ShapeStyle& style, DrawList& out) {
-    addRing(path, closed, filledAbout(middle, placement, style), placement, style, out);
+    addRing({path, {}}, closed, filledAbout(middle, placement, style), placement, style, out).finish();
 }
 
 double stepFor(double meters, double tolerance) {

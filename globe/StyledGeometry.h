@@ -4,9 +4,11 @@
 #include <vector>
 
 #include "common/Vec3.h"
+#include "common/Work.h"
 #include "format/Placement.h"
 #include "format/ZelShapes.h"
 #include "geo/Ecef.h"
+#include "geo/GeodesicPath.h"
 #include "globe/DrawList.h"
 #include "globe/SolidGeometry.h"
 
@@ -31,13 +33,14 @@ void addOutline(const GeodeticPath& path, bool closed, const Placement& placemen
 void addStem(const halCore::Vec3& point, const Placement& placement, Rgba color, DrawList& out);
 
 /// An area or a line; when it is extruded, with its curtain, and with its other end if that is not on the
-/// ground.
-void addRing(const GeodeticPath& path, bool closed, const RingFill& fill, const Placement& placement,
+/// ground. \param path may lack its places
+Work addRing(halCore::PlacedPath path, bool closed, const RingFill& fill, const Placement& placement,
              const ShapeStyle& style, DrawList& out);
-/// The same, filled by fillRing() with its `middle`.
+/// The same at once, filled by fillRing() with its `middle`.
 void addRing(const GeodeticPath& path, bool closed, const std::optional<halCore::Vec3>& middle,
              const Placement& placement, const ShapeStyle& style, DrawList& out);
+/// \param share that fillRing() takes
 RingFill filledAbout(const std::optional<halCore::Vec3>& middle, const Placement& placement,
-                     const ShapeStyle& style);
+                     const ShapeStyle& style, double share = 1.0);
 
 }  // namespace sandbox

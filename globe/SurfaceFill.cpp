@@ -5,29 +5,30 @@
 #include <cmath>
 #include <deque>
 #include <limits>
+#include <utility>
 
 #include <GL/glu.h>
 
 #include "geo/Ecef.h"
+#include "geo/SinCos.h"
 #include "geo/Wgs84.h"
+#include "globe/FlatRing.h"
+#include "globe/RingTangle.h"
 
 namespace sandbox {
 
 using halCore::Ecef;
+using halCore::SinCos;
 namespace wgs84 = halCore::wgs84;
 
 namespace {
 
-/// A point on the plane, with the altitude of what lies there.
-struct Flat {
-    double x = 0.0;
-    double y = 0.0;
-    double altitude = 0.0;
-};
-using FlatRing = std::vector<Flat>;
+constexpr std::size_t kVerticesInAUnit = 30;
 
 Ecef normalOf(const halCore::Vec3& p) {
-    return {std::cos(p.lat()) * std::cos(p.lon()), std::cos(p.lat()) * std::sin(p.lon()), std::sin(p.lat())};
+    const SinCos lat(p.lat());
+    const SinCos lon(p.lon());
+    return {lat.cos * lon.cos, lat.cos * lon.sin, lat.sin};
 }
 
 /// The stereographic plane around a point, for unit normals of the ellipsoid: only the antipode has no
@@ -45,8 +46,11 @@ class Plane {
     }
     Ecef position(const Flat& p) const {
         const double square = 0.25 * (p.x * p.x + p.y * p.y);
-        const Ecef n = east_ * p.x + north_ * p.y + up_ * (1.0 - square);
-        return toEcef(halCore::Vec3(std::atan2(n.z, std::hypot(n.x, n.y)), std::atan2(n.y, n.x), p.altitude));
+        const Ecef n = (east_ * p.x + north_ * p.y + up_ * (1.0 - square)) * (1.0 / (1.0 + square));
+        // As toEcef() does, of the sines and cosines that are known.
+        const double primeVertical = wgs84::a / std::sqrt(1.0 - wgs84::e2 * n.z * n.z);
+        const double out = primeVertical + p.altitude;
+        return {out * n.x, out * n.y, (out - primeVertical * wgs84::e2) * n.z};
     }
 
   private:
@@ -55,18 +59,16 @@ class Plane {
     Ecef north_;
 };
 
-Ecef middleOf(const std::vector<Ecef>& normals) {
-    // Weighted with the length of the pieces: points crowd where curves are tight.
-    Ecef sum;
-    for (std::size_t i = 0; i < normals.size(); ++i) {
-        const Ecef& a = normals[i];
-        const Ecef& b = normals[i + 1 == normals.size() ? 0 : i + 1];
-        sum = sum + (a + b) * length(b - a);
-    }
-    return length(sum) > 0.0 ? normalized(sum) : normals.front();
+bool isLongerAlongX(const FlatRing& ring) {
+    double longer = 0.0;
+    for (std::size_t i = 1; i < ring.size(); ++i)
+        longer += std::abs(ring[i].x - ring[i - 1].x) - std::abs(ring[i].y - ring[i - 1].y);
+    return longer > 0.0;
 }
 
-/// GLU's tessellator by the even-odd rule, giving plain triangles.
+/// GLU's tessellator by the even-odd rule, giving plain triangles. Its time grows with the square of the
+/// edges that lie side by side where it sweeps: it is made to sweep along the axis across which they are
+/// shorter.
 class Tessellator {
   public:
     Tessellator(const Plane& plane, DrawList::Mesh& mesh) : plane_(plane), mesh_(mesh), tess_(gluNewTess()) {
@@ -88,8 +90,9 @@ class Tessellator {
         const std::size_t before = mesh_.triangles.size();
         gluTessBeginPolygon(tess_, this);
         gluTessBeginContour(tess_);
+        turned_ = isLongerAlongX(ring);
         for (const Flat& p : ring) {
-            places_.push_back({p.x, p.y, 0.0});
+            places_.push_back(turned_ ? std::array{p.y, -p.x, 0.0} : std::array{p.x, p.y, 0.0});
             gluTessVertex(tess_, places_.back().data(), asPointer(append(p)));
         }
         gluTessEndContour(tess_);
@@ -98,8 +101,7 @@ class Tessellator {
     }
     std::size_t append(const Flat& p) {
         mesh_.vertices.push_back(plane_.position(p));
-        altitudes_.resize(mesh_.vertices.size());
-        altitudes_.back() = p.altitude;
+        altitudes_.push_back(p.altitude);
         return mesh_.vertices.size() - 1;
     }
 
@@ -114,6 +116,7 @@ class Tessellator {
                         void* self) {
         auto& tess = *static_cast<Tessellator*>(self);
         Flat p{place[0], place[1], 0.0};
+        if (tess.turned_) p = {-place[1], place[0], 0.0};
         for (int i = 0; i < 4; ++i)
             if (weight[i] > 0.0F) p.altitude += double{weight[i]} * tess.altitudes_[asIndex(data[i])];
         *out = asPointer(tess.append(p));
@@ -123,188 +126,9 @@ class Tessellator {
     const Plane& plane_;
     DrawList::Mesh& mesh_;
     GLUtesselator* tess_;
+    bool turned_ = false;                       // by a quarter: what GLU was given
     std::deque<std::array<double, 3>> places_;  // GLU keeps the addresses
     std::vector<double> altitudes_;             // of the mesh's vertices
-};
-
-/// Cuts a ring along a square grid of 2^levels cells a side, so that triangles are small enough to follow
-/// the surface: whole cells become two triangles, cells that the ring runs through are tessellated.
-/// Neighbouring cells share their corners and the points where the ring crosses, to the last bit.
-class Cutter {
-  public:
-    Cutter(Tessellator& tessellator, DrawList::Mesh& mesh, double left, double bottom, double size,
-           int levels)
-        : tessellator_(tessellator),
-          mesh_(mesh),
-          left_(left),
-          bottom_(bottom),
-          step_(std::ldexp(size, -levels)),
-          cells_(1 << levels) {}
-
-    void run(const FlatRing& ring) { cut(ring, {0, 0, cells_}); }
-
-  private:
-    struct Square {
-        int column;
-        int row;
-        int size;  ///< in cells
-    };
-
-    double x(int column) const { return left_ + step_ * column; }
-    double y(int row) const { return bottom_ + step_ * row; }
-
-    void cut(const FlatRing& ring, const Square& square) {
-        if (ring.size() < 3) return;
-        if (const int turns = turnsAround(ring, square); turns >= 0) {
-            if (turns % 2 == 1) addWhole(ring, square);
-            return;
-        }
-        if (square.size == 1) {
-            tessellator_.add(ring);
-            return;
-        }
-        const int half = square.size / 2;
-        for (const bool right : {false, true}) {
-            const FlatRing part = clipped<&Flat::x, &Flat::y>(ring, x(square.column + half), right);
-            const int column = square.column + (right ? half : 0);
-            for (const bool top : {false, true})
-                cut(clipped<&Flat::y, &Flat::x>(part, y(square.row + half), top),
-                    {column, square.row + (top ? half : 0), half});
-        }
-    }
-
-    /// The part of a ring on one side of a line across the axis `A` (Sutherland and Hodgman). What was in
-    /// several pieces stays one ring, with edges along the line that the even-odd rule cancels.
-    template <double Flat::*A, double Flat::*B>
-    static FlatRing clipped(const FlatRing& ring, double line, bool above) {
-        FlatRing result;
-        result.reserve(ring.size() / 2 + 4);
-        const auto inside = [&](const Flat& p) { return above ? p.*A >= line : p.*A <= line; };
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const Flat& a = ring[i];
-            const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
-            if (inside(a)) result.push_back(a);
-            if ((a.*A < line && b.*A > line) || (a.*A > line && b.*A < line)) {
-                const double share = (line - a.*A) / (b.*A - a.*A);
-                Flat crossing;
-                crossing.*A = line;
-                crossing.*B = a.*B + (b.*B - a.*B) * share;
-                crossing.altitude = a.altitude + (b.altitude - a.altitude) * share;
-                result.push_back(crossing);
-            }
-        }
-        return result;
-    }
-
-    /// How often a ring that keeps to the border of a square runs around it; -1 when it comes inside.
-    int turnsAround(const FlatRing& ring, const Square& square) const {
-        const double low[2] = {x(square.column), y(square.row)};
-        const double high[2] = {x(square.column + square.size), y(square.row + square.size)};
-        double area = 0.0;
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const Flat& a = ring[i];
-            const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
-            const bool along = (a.x == b.x && (a.x == low[0] || a.x == high[0])) ||
-                               (a.y == b.y && (a.y == low[1] || a.y == high[1]));
-            if (!along) return -1;
-            area += (a.x - low[0]) * (b.y - low[1]) - (b.x - low[0]) * (a.y - low[1]);
-        }
-        const double whole = 2.0 * (high[0] - low[0]) * (high[1] - low[1]);
-        return static_cast<int>(std::lround(std::abs(area) / whole));
-    }
-
-    void addWhole(const FlatRing& ring, const Square& square) {
-        // Inside, the altitude is what the border has on average: areas are level, or nearly so.
-        double altitude = 0.0;
-        for (const Flat& p : ring) altitude += p.altitude;
-        altitude /= static_cast<double>(ring.size());
-        const auto side = static_cast<std::uint32_t>(square.size) + 1;
-        const auto base = static_cast<std::uint32_t>(mesh_.vertices.size());
-        for (int row = 0; row <= square.size; ++row)
-            for (int column = 0; column <= square.size; ++column)
-                tessellator_.append({x(square.column + column), y(square.row + row), altitude});
-        for (std::uint32_t row = 0; row + 1 < side; ++row) {
-            for (std::uint32_t column = 0; column + 1 < side; ++column) {
-                const std::uint32_t a = base + row * side + column;
-                mesh_.triangles.insert(mesh_.triangles.end(),
-                                       {a, a + 1, a + side + 1, a, a + side + 1, a + side});
-            }
-        }
-    }
-
-    Tessellator& tessellator_;
-    DrawList::Mesh& mesh_;
-    double left_;
-    double bottom_;
-    double step_;
-    int cells_;
-};
-
-/// Whether a ring crosses itself so often that triangles between the crossings would be too many. Goes
-/// along the axis across which the edges are shorter, as a sweep does.
-class Tangle {
-  public:
-    explicit Tangle(const FlatRing& ring) : ring_(ring) {
-        double across[2] = {0.0, 0.0};
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            across[0] += std::abs(end(i).x - ring[i].x);
-            across[1] += std::abs(end(i).y - ring[i].y);
-        }
-        along_ = across[0] <= across[1] ? &Flat::x : &Flat::y;
-        aside_ = across[0] <= across[1] ? &Flat::y : &Flat::x;
-    }
-
-    bool isThere() const {
-        // What is badly tangled shows it at its beginning: there is no need to sort all of it.
-        constexpr std::size_t kBeginning = 2000;
-        return (ring_.size() > 2 * kBeginning && isAmong(kBeginning)) || isAmong(ring_.size());
-    }
-
-  private:
-    /// Whether the first edges alone do.
-    bool isAmong(std::size_t edges) const {
-        constexpr std::size_t kMostCrossings = 200;
-        std::size_t tests = 200 * edges + 1000000;
-        std::size_t crossings = 0;
-        std::vector<std::uint32_t> order(edges);
-        for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<std::uint32_t>(i);
-        std::ranges::sort(order, {}, [this](std::uint32_t edge) { return low(edge, along_); });
-        std::vector<std::uint32_t> open;
-        for (const std::uint32_t edge : order) {
-            for (std::size_t i = 0; i < open.size();) {
-                if (high(open[i], along_) < low(edge, along_)) {
-                    open[i] = open.back();
-                    open.pop_back();
-                    continue;
-                }
-                if (tests-- == 0) return true;
-                if (cross(open[i], edge) && ++crossings > kMostCrossings) return true;
-                ++i;
-            }
-            open.push_back(edge);
-        }
-        return false;
-    }
-    const Flat& end(std::size_t edge) const { return ring_[edge + 1 == ring_.size() ? 0 : edge + 1]; }
-    double low(std::size_t edge, double Flat::*axis) const {
-        return std::min(ring_[edge].*axis, end(edge).*axis);
-    }
-    double high(std::size_t edge, double Flat::*axis) const {
-        return std::max(ring_[edge].*axis, end(edge).*axis);
-    }
-    /// In their midst: neighbours, which share a corner, do not.
-    bool cross(std::size_t e, std::size_t f) const {
-        if (low(e, aside_) > high(f, aside_) || low(f, aside_) > high(e, aside_)) return false;
-        const auto side = [](const Flat& a, const Flat& b, const Flat& c) {
-            return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-        };
-        const Flat &a = ring_[e], &b = end(e), &c = ring_[f], &d = end(f);
-        return side(a, b, c) * side(a, b, d) < 0.0 && side(c, d, a) * side(c, d, b) < 0.0;
-    }
-
-    const FlatRing& ring_;
-    double Flat::*along_ = nullptr;
-    double Flat::*aside_ = nullptr;
 };
 
 /// Fills a tangled ring in rows, by the even-odd rule along the middle of each.
@@ -324,34 +148,32 @@ class RowFill {
         step_ = std::max(step_, height_);
     }
 
-    void run(const FlatRing& ring) {
-        const auto end = [&](std::size_t i) -> const Flat& { return ring[i + 1 == ring.size() ? 0 : i + 1]; };
+    Work run(const FlatRing& ring) {
+        constexpr std::size_t kInAUnit = 100;
         // Each edge is looked at in the rows that it reaches only.
         std::vector<std::vector<std::uint32_t>> beginning(static_cast<std::size_t>(rows_));
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const double row = std::floor((std::min(ring[i].y, end(i).y) - bottom_) / height_ - 0.5);
-            beginning[static_cast<std::size_t>(std::clamp(row, 0.0, rows_ - 1.0))].push_back(
-                static_cast<std::uint32_t>(i));
-        }
+        for (Pieces some(ring.size(), kInAUnit); some.next(); co_yield some.units())
+            for (std::size_t i = some.first; i < some.last; ++i)
+                beginning[firstRow(ring, i)].push_back(static_cast<std::uint32_t>(i));
         std::vector<std::uint32_t> reached;
-        std::vector<Spot> spots;
         for (int row = 0; row < rows_; ++row) {
-            const double y = bottom_ + height_ * (row + 0.5);
             const auto& fresh = beginning[static_cast<std::size_t>(row)];
             reached.insert(reached.end(), fresh.begin(), fresh.end());
-            spots.clear();
-            std::erase_if(reached, [&](std::uint32_t i) {
-                const Flat& a = ring[i];
-                const Flat& b = end(i);
-                if (std::max(a.y, b.y) <= y) return true;
-                if ((a.y <= y) == (b.y <= y)) return false;
-                const double share = (y - a.y) / (b.y - a.y);
-                spots.push_back({a.x + (b.x - a.x) * share, a.altitude + (b.altitude - a.altitude) * share});
-                return false;
-            });
-            std::ranges::sort(spots, {}, &Spot::x);
-            if (spots.size() > static_cast<std::size_t>(rows_)) blur(spots);
-            for (std::size_t i = 0; i + 1 < spots.size(); i += 2) addRun(spots[i], spots[i + 1], row);
+            spots_.clear();
+            std::size_t kept = 0;
+            for (Pieces some(reached.size(), kInAUnit); some.next(); co_yield some.units())
+                kept = cross(ring, reached, some, kept, bottom_ + height_ * (row + 0.5));
+            reached.resize(kept);
+            if (spots_.size() > static_cast<std::size_t>(rows_)) {
+                columns_.assign(static_cast<std::size_t>(rows_) + 1, {});
+                for (Pieces some(spots_.size(), kInAUnit); some.next(); co_yield some.units()) count(some);
+                blur();
+            } else {
+                std::ranges::sort(spots_, {}, &Spot::x);
+            }
+            const std::size_t before = mesh_.vertices.size();
+            for (std::size_t i = 0; i + 1 < spots_.size(); i += 2) addRun(spots_[i], spots_[i + 1], row);
+            co_yield 1 + (mesh_.vertices.size() - before) / kVerticesInAUnit;
         }
     }
 
@@ -360,21 +182,53 @@ class RowFill {
         double x = 0.0;
         double altitude = 0.0;
     };
+    struct Column {
+        bool turns = false;  ///< from outside to inside, or back
+        double altitude = 0.0;
+    };
+
+    static const Flat& end(const FlatRing& ring, std::size_t edge) {
+        return ring[edge + 1 == ring.size() ? 0 : edge + 1];
+    }
+    std::size_t firstRow(const FlatRing& ring, std::size_t edge) const {
+        const double low = std::min(ring[edge].y, end(ring, edge).y);
+        return static_cast<std::size_t>(
+            std::clamp(std::floor((low - bottom_) / height_ - 0.5), 0.0, rows_ - 1.0));
+    }
+    /// Notes where some of the edges cross the middle of a row, and keeps those that may cross the next ones.
+    std::size_t cross(const FlatRing& ring, std::vector<std::uint32_t>& reached, const Pieces& some,
+                      std::size_t kept, double y) {
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const std::uint32_t edge = reached[i];
+            const Flat& a = ring[edge];
+            const Flat& b = end(ring, edge);
+            if (std::max(a.y, b.y) <= y) continue;
+            reached[kept++] = edge;
+            if ((a.y <= y) == (b.y <= y)) continue;
+            const double share = (y - a.y) / (b.y - a.y);
+            spots_.push_back({a.x + (b.x - a.x) * share, a.altitude + (b.altitude - a.altitude) * share});
+        }
+        return kept;
+    }
 
     /// More than can be told apart: what the middles of the columns say.
-    void blur(std::vector<Spot>& spots) const {
-        std::vector<Spot> kept;
-        std::size_t next = 0;
-        bool inside = false;
-        for (int column = 0; column < rows_; ++column) {
-            const double middle = left_ + height_ * (column + 0.5);
-            while (next < spots.size() && spots[next].x <= middle) ++next;
-            if ((next % 2 == 1) == inside) continue;
-            inside = !inside;
-            kept.push_back({middle - 0.5 * height_, spots[std::min(next, spots.size() - 1)].altitude});
+    void count(const Pieces& some) {
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const Spot& spot = spots_[i];
+            const double column = std::ceil((spot.x - left_) / height_ - 0.5);
+            Column& first =
+                columns_[static_cast<std::size_t>(std::clamp(column, 0.0, static_cast<double>(rows_)))];
+            first.turns = !first.turns;
+            first.altitude = spot.altitude;
         }
-        if (inside) kept.push_back({left_ + height_ * rows_, spots.back().altitude});
-        spots = std::move(kept);
+    }
+    void blur() {
+        const double altitude = spots_.back().altitude;
+        spots_.clear();
+        for (int column = 0; column < rows_; ++column)
+            if (const Column& here = columns_[static_cast<std::size_t>(column)]; here.turns)
+                spots_.push_back({left_ + height_ * column, here.altitude});
+        if (spots_.size() % 2 == 1) spots_.push_back({left_ + height_ * rows_, altitude});
     }
 
     void addRun(const Spot& from, const Spot& to, int row) {
@@ -400,36 +254,249 @@ class RowFill {
     double step_;
     double height_ = 0.0;
     int rows_ = 0;
+    std::vector<Spot> spots_;
+    std::vector<Column> columns_;
+};
+
+/// Cuts a ring along a square grid of 2^levels cells a side, so that triangles are small enough to follow
+/// the surface: whole cells become two triangles, cells that the ring runs through are tessellated.
+/// Neighbouring cells share their corners and the points where the ring crosses, to the last bit. Only where
+/// too many points for the tessellator lie in a cell it is cut further, and at last filled in rows.
+class Cutter {
+  public:
+    /// Of a ring in a cell: they take the tessellator some milliseconds at most.
+    static constexpr std::size_t kMostPoints = 1500;
+
+    Cutter(Tessellator& tessellator, DrawList::Mesh& mesh, double left, double bottom, double size,
+           int levels)
+        : tessellator_(tessellator),
+          mesh_(mesh),
+          left_(left),
+          bottom_(bottom),
+          step_(std::ldexp(size, -levels - kFurther)),
+          whole_(kCell << levels) {}
+
+    Work run(FlatRing all) {
+        constexpr std::size_t kInAUnit = 50;
+        std::vector<Part> parts;
+        parts.push_back({std::move(all), {0, 0, whole_, whole_}});
+        while (!parts.empty()) {
+            const Part part = std::move(parts.back());
+            parts.pop_back();
+            const FlatRing& ring = part.ring;
+            const Rectangle& place = part.place;
+            if (ring.size() < 3) continue;
+            bool outside = true;
+            double area = 0.0;
+            for (Pieces some(ring.size(), kInAUnit); outside && some.next(); co_yield some.units())
+                outside = keepsToBorder(ring, some, place, area);
+            if (outside) {
+                if (turnsAround(place, area) % 2 == 0) continue;
+                const double altitude = altitudeOf(ring);
+                const auto base = static_cast<std::uint32_t>(mesh_.vertices.size());
+                for (int row = 0; row <= cellsOf(place.rows); ++row)
+                    co_yield addRow(place, row, base, altitude);
+            } else if (std::max(place.columns, place.rows) <= kCell && ring.size() <= kMostPoints) {
+                tessellator_.add(ring);
+                co_yield 1 + ring.size() * kUnitsOfAPoint;
+            } else if (place.rows == 1) {
+                RowFill rows(tessellator_, mesh_, x(place.column), y(place.row), step_, step_, ring.size(),
+                             0.0);
+                co_await rows.run(ring);
+            } else {
+                Part low{{}, place};
+                Part high{{}, place};
+                low.ring.reserve(ring.size() / 2 + 4);
+                high.ring.reserve(ring.size() / 2 + 4);
+                const bool inGrid = std::max(place.columns, place.rows) > kCell;
+                const bool columns = inGrid ? place.columns >= place.rows
+                                            : place.columns > 1 && (place.rows == 1 || !isLongerAlongX(ring));
+                if (columns) {
+                    low.place.columns = high.place.columns = place.columns / 2;
+                    high.place.column += low.place.columns;
+                    for (Pieces some(ring.size(), kInAUnit); some.next(); co_yield some.units())
+                        cut<&Flat::x, &Flat::y>(ring, some, x(high.place.column), low, high);
+                } else {
+                    low.place.rows = high.place.rows = place.rows / 2;
+                    high.place.row += low.place.rows;
+                    for (Pieces some(ring.size(), kInAUnit); some.next(); co_yield some.units())
+                        cut<&Flat::y, &Flat::x>(ring, some, y(high.place.row), low, high);
+                }
+                parts.push_back(std::move(high));
+                parts.push_back(std::move(low));
+            }
+        }
+    }
+
+  private:
+    /// How often a cell can be halved.
+    static constexpr int kFurther = 16;
+    static constexpr int kCell = 1 << kFurther;
+    static constexpr std::size_t kUnitsOfAPoint = 2;
+
+    /// In steps; a cell has kCell of them a side.
+    struct Rectangle {
+        int column;
+        int row;
+        int columns;
+        int rows;
+    };
+    struct Border {
+        double low[2];
+        double high[2];
+
+        /// Whether an edge lies on the left or right side.
+        bool hasX(const Flat& a, const Flat& b) const {
+            return a.x == b.x && (a.x == low[0] || a.x == high[0]);
+        }
+        /// On the lower or upper side.
+        bool hasY(const Flat& a, const Flat& b) const {
+            return a.y == b.y && (a.y == low[1] || a.y == high[1]);
+        }
+        /// Appends a point to a ring that may go to and fro along a side, but does not need to.
+        void add(const Flat& p, FlatRing& ring) const {
+            if (const std::size_t size = ring.size(); size > 1) {
+                const Flat& a = ring[size - 2];
+                Flat& b = ring[size - 1];
+                if ((hasX(b, p) && hasX(a, b)) || (hasY(b, p) && hasY(a, b))) {
+                    b = p;
+                    return;
+                }
+            }
+            ring.push_back(p);
+        }
+    };
+    struct Part {
+        FlatRing ring;
+        Rectangle place;
+    };
+
+    double x(int column) const { return left_ + step_ * column; }
+    double y(int row) const { return bottom_ + step_ * row; }
+    static int cellsOf(int steps) { return std::max(1, steps / kCell); }
+
+    /// Puts some points of a ring, and those where it crosses a line across the axis `A`, into the rings on
+    /// both sides (Sutherland and Hodgman). What was in several pieces stays one ring, with edges along the
+    /// line that the even-odd rule cancels.
+    template <double Flat::*A, double Flat::*B>
+    void cut(const FlatRing& ring, const Pieces& some, double line, Part& low, Part& high) const {
+        const Border belowLine = borderOf(low.place);
+        const Border aboveLine = borderOf(high.place);
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const Flat& a = ring[i];
+            const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
+            if (a.*A <= line) belowLine.add(a, low.ring);
+            if (a.*A >= line) aboveLine.add(a, high.ring);
+            if ((a.*A < line && b.*A > line) || (a.*A > line && b.*A < line)) {
+                const double share = (line - a.*A) / (b.*A - a.*A);
+                Flat crossing;
+                crossing.*A = line;
+                crossing.*B = a.*B + (b.*B - a.*B) * share;
+                crossing.altitude = a.altitude + (b.altitude - a.altitude) * share;
+                belowLine.add(crossing, low.ring);
+                aboveLine.add(crossing, high.ring);
+            }
+        }
+    }
+    Border borderOf(const Rectangle& place) const {
+        return {{x(place.column), y(place.row)},
+                {x(place.column + place.columns), y(place.row + place.rows)}};
+    }
+
+    /// Whether some edges of a ring keep to the border of a rectangle. Adds up the area that the ring runs
+    /// around then, twice.
+    bool keepsToBorder(const FlatRing& ring, const Pieces& some, const Rectangle& place, double& area) const {
+        const Border border = borderOf(place);
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const Flat& a = ring[i];
+            const Flat& b = ring[i + 1 == ring.size() ? 0 : i + 1];
+            if (!border.hasX(a, b) && !border.hasY(a, b)) return false;
+            area +=
+                (a.x - border.low[0]) * (b.y - border.low[1]) - (b.x - border.low[0]) * (a.y - border.low[1]);
+        }
+        return true;
+    }
+    int turnsAround(const Rectangle& place, double area) const {
+        const double whole = 2.0 * (step_ * place.columns) * (step_ * place.rows);
+        return static_cast<int>(std::lround(std::abs(area) / whole));
+    }
+    /// Inside, the altitude is what the border has on average: areas are level, or nearly so.
+    static double altitudeOf(const FlatRing& border) {
+        double sum = 0.0;
+        for (const Flat& p : border) sum += p.altitude;
+        return sum / static_cast<double>(border.size());
+    }
+
+    /// Adds a row of the corners of whole cells, and the triangles up to the row before it.
+    /// \return units of work
+    std::size_t addRow(const Rectangle& place, int row, std::uint32_t base, double altitude) {
+        const int columns = cellsOf(place.columns);
+        const double bottom = y(place.row + place.rows / cellsOf(place.rows) * row);
+        for (int column = 0; column <= columns; ++column)
+            tessellator_.append({x(place.column + place.columns / columns * column), bottom, altitude});
+        const auto side = static_cast<std::uint32_t>(columns) + 1;
+        for (std::uint32_t column = 0; row > 0 && column + 1 < side; ++column) {
+            const std::uint32_t a = base + (static_cast<std::uint32_t>(row) - 1) * side + column;
+            mesh_.triangles.insert(mesh_.triangles.end(),
+                                   {a, a + 1, a + side + 1, a, a + side + 1, a + side});
+        }
+        return side / kVerticesInAUnit;
+    }
+
+    Tessellator& tessellator_;
+    DrawList::Mesh& mesh_;
+    double left_;
+    double bottom_;
+    double step_;
+    int whole_;
 };
 
 }  // namespace
 
-DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optional<halCore::Vec3>& middle,
-                        double tolerance, double share) {
-    DrawList::Mesh mesh;
+Work fillRing(const GeodeticPath& ring, Rgba color, std::optional<halCore::Vec3> middle, double tolerance,
+              double share, DrawList::Mesh& mesh) {
+    constexpr std::size_t kNormalsInAUnit = 15;
+    constexpr std::size_t kInAUnit = 100;
     mesh.color = color;
-    if (ring.size() < 3) return mesh;
-    std::vector<Ecef> normals(ring.size());
-    std::ranges::transform(ring, normals.begin(), normalOf);
-    const Plane plane(middle ? normalOf(*middle) : middleOf(normals));
+    if (ring.size() < 3) co_return;
+    std::vector<Ecef> normals;
+    normals.reserve(ring.size());
+    for (Pieces some(ring.size(), kNormalsInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) normals.push_back(normalOf(ring[i]));
+    Ecef center = middle ? normalOf(*middle) : Ecef();
+    if (!middle) {
+        // Weighted with the length of the pieces: points crowd where curves are tight.
+        for (Pieces some(ring.size(), kInAUnit); some.next(); co_yield some.units())
+            for (std::size_t i = some.first; i < some.last; ++i) {
+                const Ecef& a = normals[i];
+                const Ecef& b = normals[i + 1 == normals.size() ? 0 : i + 1];
+                center = center + (a + b) * length(b - a);
+            }
+        center = length(center) > 0.0 ? normalized(center) : normals.front();
+    }
+    const Plane plane(center);
     FlatRing flat;
     flat.reserve(ring.size());
     constexpr double kHuge = std::numeric_limits<double>::max();
     double low[2] = {kHuge, kHuge};
     double high[2] = {-kHuge, -kHuge};
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const Flat spot = plane.flat(normals[i], ring[i].alt());
-        if (!flat.empty() && std::abs(spot.x - flat.back().x) < 1e-12 &&
-            std::abs(spot.y - flat.back().y) < 1e-12)
-            continue;
-        flat.push_back(spot);
-        low[0] = std::min(low[0], spot.x);
-        low[1] = std::min(low[1], spot.y);
-        high[0] = std::max(high[0], spot.x);
-        high[1] = std::max(high[1], spot.y);
-    }
+    double way = 0.0;
+    for (Pieces some(ring.size(), kInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const Flat spot = plane.flat(normals[i], ring[i].alt());
+            if (!flat.empty() && std::abs(spot.x - flat.back().x) < 1e-12 &&
+                std::abs(spot.y - flat.back().y) < 1e-12)
+                continue;
+            if (!flat.empty()) way += std::abs(spot.x - flat.back().x) + std::abs(spot.y - flat.back().y);
+            flat.push_back(spot);
+            low[0] = std::min(low[0], spot.x);
+            low[1] = std::min(low[1], spot.y);
+            high[0] = std::max(high[0], spot.x);
+            high[1] = std::max(high[1], spot.y);
+        }
+    normals = {};
     const double size = std::max(high[0] - low[0], high[1] - low[1]);
-    if (flat.size() < 3 || !(size > 0.0)) return mesh;
+    if (flat.size() < 3 || !(size > 0.0)) co_return;
 
     // Cells of a quarter of a kilometre to 150 km: flat enough for the picture, few enough for thousands
     // of areas.
@@ -442,14 +509,21 @@ DrawList::Mesh fillRing(const GeodeticPath& ring, Rgba color, const std::optiona
     // A little larger than the ring: none of its edges may lie on the border of the grid.
     const double left = low[0] - 0.001 * size;
     const double bottom = low[1] - 0.001 * size;
-    mesh.tangled = Tangle(flat).isThere();
-    if (mesh.tangled)
-        RowFill(tessellator, mesh, left, bottom, 1.002 * size, std::ldexp(1.002 * size, -levels), flat.size(),
-                share)
-            .run(flat);
-    else
-        Cutter(tessellator, mesh, left, bottom, 1.002 * size, levels).run(flat);
-    return mesh;
+    co_await findTangle(flat, mesh.tangled);
+    if (mesh.tangled) {
+        RowFill rows(tessellator, mesh, left, bottom, 1.002 * size, std::ldexp(1.002 * size, -levels),
+                     flat.size(), share);
+        co_await rows.run(flat);
+    } else {
+        // Cells for the tessellator, but few enough that what runs around each of them, again and again where
+        // the ring is a spiral, is not much more than the ring itself.
+        const double count = static_cast<double>(flat.size());
+        const double few = std::log2(count / static_cast<double>(Cutter::kMostPoints)) + 1.0;
+        const double most = 0.5 * std::log2(std::max(1.0, 4.0 * count * size / way));
+        const int spread = static_cast<int>(std::min({few, most, double{kMostLevels}}));
+        Cutter cutter(tessellator, mesh, left, bottom, 1.002 * size, std::max(levels, spread));
+        co_await cutter.run(std::move(flat));
+    }
 }
 
 }  // namespace sandbox

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <optional>
 #include <random>
@@ -313,6 +314,80 @@ TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
         const double degree = 110.9e3;
         const double expected = 0.16 * degree * degree * inside / (kSide * kSide);
         EXPECT_NEAR(areaOf(list.meshes.at(0)) / expected, 1.0, 0.05) << points;
+    }
+}
+
+/// Shapes of very many points, which would take long in one piece: tangled and plain areas, on the ground and
+/// above it, lines, pairs and dots.
+OverlayScene::Shapes largeShapes(int points) {
+    OverlayScene::Shapes shapes;
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> any(-1.0, 1.0);
+    for (const std::string kind : {"polygon", "tangle", "line", "linesegs", "points",
+                                   "rhumb; tessellate true; lineprojection rhumbline"})
+        for (const char* more : {"", "; filled; depthbuffer false; extrude true 500"}) {
+            const bool tangled = kind == "tangle";
+            shapes.push_back(shapesOf((tangled          ? "polygon"
+                                       : kind[0] == 'r' ? "line" + kind.substr(5)
+                                                        : kind) +
+                                      more + "; ll 0 0; ll 0 1; ll 1 1")
+                                 .front());
+            std::vector<Vec3> given;
+            for (int i = 0; i < points; ++i) {
+                const double turn = halCore::kTwoPi * i / points;
+                const double out = 1.0 + 0.3 * std::cos(40.0 * turn) + 0.2 / points * any(random);
+                given.push_back(tangled
+                                    ? at(0.003 * any(random), 0.003 * any(random), 9.0)
+                                    : at(0.003 * out * std::sin(turn), 0.003 * out * std::cos(turn), 9.0));
+            }
+            if (auto* dots = dynamic_cast<halCore::ZEL::Points*>(shapes.back().get()))
+                dots->points() = given;
+            else
+                dynamic_cast<halCore::ZEL::PointBasedShape&>(*shapes.back()).points() = given;
+        }
+    return shapes;
+}
+
+/// The work is laid aside as often as others ask for it, and nothing comes out otherwise.
+TEST(ShapeGeometry, SlicesMakeTheSame) {
+    std::mt19937 random(11);
+    OverlayScene::Shapes shapes = largeShapes(9000);
+    for (const char* text : kShapes)
+        for (const auto& shape : shapesOf(turned(text))) shapes.push_back(shape);
+    for (const auto& shape : shapes)
+        for (const double tolerance : {0.0, 2.0, 1250.0}) {
+            const std::optional<OverlayReference> none;
+            const DrawList whole = drawn({shape}, tolerance);
+            DrawList list;
+            Work work = workOutGeometry(*shape, none, tolerance, 1.0, list);
+            for (bool done = false; !done;) {
+                Slice slice(random() % 400, std::chrono::milliseconds(0));
+                done = work.goOn(slice);
+            }
+            ASSERT_TRUE(placesOf(list) == placesOf(whole) && list.meshes.size() == whole.meshes.size());
+            for (std::size_t i = 0; i < list.meshes.size(); ++i)
+                ASSERT_TRUE(list.meshes[i].vertices == whole.meshes[i].vertices &&
+                            list.meshes[i].triangles == whole.meshes[i].triangles);
+            for (std::size_t i = 0; i < list.lines.size(); ++i)
+                ASSERT_EQ(list.lines[i].overBodies, whole.lines[i].overBodies);
+        }
+}
+
+/// Points lie in pieces of about a thousand, those of an area also in each of its rows and cells: so many
+/// slices there are at least.
+TEST(ShapeGeometry, LargeShapesAreDoneInManySlices) {
+    constexpr int kSlices[] = {90, 19000, 90, 3200, 90, 160, 200, 160000, 160, 160, 90, 160};
+    const OverlayScene::Shapes shapes = largeShapes(80000);
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        DrawList list;
+        const std::optional<OverlayReference> none;
+        Work work = workOutGeometry(*shapes[i], none, 0.0, 1.0, list);
+        int slices = 0;
+        for (bool done = false; !done; ++slices) {
+            Slice over(0, std::chrono::milliseconds(0));
+            done = work.goOn(over);
+        }
+        EXPECT_GT(slices, kSlices[i]) << i;
     }
 }
 
