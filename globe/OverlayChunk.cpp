@@ -1,8 +1,6 @@
 #include "globe/OverlayChunk.h"
 
 #include <algorithm>
-#include <span>
-#include <string>
 #include <utility>
 
 #include "globe/DrawingOrder.h"
@@ -38,16 +36,14 @@ ChunkedOverlay::ChunkedOverlay(const OverlayScene::Entry& shown, FillBudget& fil
     chunks.shrink_to_fit();
 }
 
-void ChunkedOverlay::append(std::uint32_t place, double tolerance, DrawList& list) {
+double ChunkedOverlay::fillShare(std::uint32_t place) const {
     const auto known = fillShares_.find(place);
-    const double share = known != fillShares_.end() ? known->second : fills_.share();
-    const std::size_t before = list.meshes.size();
-    appendGeometry(*entry->shapes[order[place]], entry->reference, tolerance, list, share);
-    if (known != fillShares_.end()) return;
-    const auto fresh = std::span(list.meshes).subspan(before);
-    if (std::ranges::none_of(fresh, &DrawList::Mesh::tangled)) return;
-    spent_ += fills_.spend(fresh);
-    fillShares_.emplace(place, share);
+    return known != fillShares_.end() ? known->second : fills_.share();
+}
+
+void ChunkedOverlay::spend(std::uint32_t place, double share, std::span<const DrawList::Mesh> meshes) {
+    if (std::ranges::none_of(meshes, &DrawList::Mesh::tangled)) return;
+    if (fillShares_.emplace(place, share).second) spent_ += fills_.spend(meshes);
 }
 
 bool OverlayChunk::placeRoughly() {
@@ -64,30 +60,61 @@ bool OverlayChunk::placeRoughly() {
     return true;
 }
 
-void OverlayChunk::build(std::size_t level, PictureTextures& textures) {
-    DrawList list;
-    for (std::uint32_t i = first; i < first + count; ++i) overlay->append(i, kTolerances[level], list);
-    const std::string& directory = overlay->entry->directory;
-    BoundingBox box;
-    for (DrawList::Picture& picture : list.pictures) {
-        picture.file = findPicture(picture.file.path, directory);
-        for (const Ecef& p : picture.vertices) box.add(p);
+bool OverlayChunk::build(std::size_t level, PictureTextures& textures, Slice& slice) {
+    for (;;) {
+        // What throws is given up.
+        std::unique_ptr<Unfinished> building = std::move(unfinished);
+        if (!building || building->level > level + 1 || building->level + 1 < level)
+            building = std::make_unique<Unfinished>(*this, level);
+        if (!building->work.goOn(slice)) {
+            unfinished = std::move(building);
+            return false;
+        }
+        keep(*building, textures);
+        if (building->level == level) return true;
     }
-    for (DrawList::Label& label : list.labels)
-        if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, directory);
+}
+
+Work OverlayChunk::workOut(double tolerance, DrawList& list, BoundingBox& box) const {
+    constexpr std::size_t kUnitsOfAFile = 10;
+    constexpr std::size_t kPointsInAUnit = 500;
+    for (std::uint32_t i = first; i < first + count; ++i) {
+        const OverlayScene::Entry& entry = *overlay->entry;
+        const double share = overlay->fillShare(i);
+        const std::size_t before = list.meshes.size();
+        co_await workOutGeometry(*entry.shapes[overlay->order[i]], entry.reference, tolerance, share, list);
+        overlay->spend(i, share, std::span(list.meshes).subspan(before));
+    }
+    for (DrawList::Picture& picture : list.pictures) {
+        picture.file = findPicture(picture.file.path, overlay->entry->directory);
+        for (const Ecef& p : picture.vertices) box.add(p);
+        co_yield kUnitsOfAFile;
+    }
+    for (DrawList::Label& label : list.labels) {
+        if (label.icon.path.empty()) continue;
+        label.icon = findPicture(label.icon.path, overlay->entry->directory);
+        co_yield kUnitsOfAFile;
+    }
     for (const DrawList::Mesh& mesh : list.meshes)
-        for (const Ecef& p : mesh.vertices) box.add(p);
+        for (Pieces some(mesh.vertices.size(), kPointsInAUnit); some.next(); co_yield some.units())
+            for (std::size_t i = some.first; i < some.last; ++i) box.add(mesh.vertices[i]);
     for (const DrawList::Line& line : list.lines)
-        for (const Ecef& p : line.points) box.add(p);
-    box.grow(kTolerances[level]);
+        for (Pieces some(line.points.size(), kPointsInAUnit); some.next(); co_yield some.units())
+            for (std::size_t i = some.first; i < some.last; ++i) box.add(line.points[i]);
+    box.grow(tolerance);
+}
+
+void OverlayChunk::keep(Unfinished& finished, PictureTextures& textures) {
+    const std::size_t level = finished.level;
     if (level < boundsLevel) {
-        bounds = box;  // the tighter one
+        bounds = finished.box;  // the tighter one
         boundsLevel = level;
     }
     for (auto& known : levels)
         if (known && (known->level + 1 < level || known->level > level + 1)) known.reset();
-    levels[level % levels.size()] = std::make_unique<ChunkGeometry>(level, list, box, textures);
-    labels = std::move(list.labels);
+    levels[level % levels.size()] =
+        std::make_unique<ChunkGeometry>(level, finished.list, finished.box, textures);
+    labels = std::move(finished.list.labels);
 }
 
 }  // namespace sandbox

@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "common/Work.h"
 #include "globe/BoundingBox.h"
 #include "globe/ChunkGeometry.h"
 #include "globe/DetailChoice.h"
@@ -40,11 +42,29 @@ struct OverlayChunk {
         ChunkGeometry* const known = levels[level % levels.size()].get();
         return known && known->level == level ? known : nullptr;
     }
-    void build(std::size_t level, PictureTextures& textures);
+    /// Begins to build a level, or goes on with it. A neighbouring one that has been begun comes first;
+    /// another one is given up. \return whether the level is built
+    bool build(std::size_t level, PictureTextures& textures, Slice& slice);
     void dropAllBut(const ChunkGeometry* needed) {
+        unfinished.reset();
         for (auto& level : levels)
             if (level.get() != needed) level.reset();
     }
+
+    /// A level that is being built. The chunk stays where it is meanwhile.
+    struct Unfinished {
+        std::size_t level;
+        DrawList list{};
+        BoundingBox box{};
+        Work work;
+        Unfinished(const OverlayChunk& chunk, std::size_t number)
+            : level(number), work(chunk.workOut(kTolerances[number], list, box)) {}
+    };
+    std::unique_ptr<Unfinished> unfinished{};
+
+  private:
+    Work workOut(double tolerance, DrawList& list, BoundingBox& box) const;
+    void keep(Unfinished& finished, PictureTextures& textures);
 };
 
 /// An entry of the scene, cut into chunks of a few thousand points. It stays where it is: chunks refer to it.
@@ -59,8 +79,10 @@ struct ChunkedOverlay {
     ChunkedOverlay(const ChunkedOverlay&) = delete;
     ChunkedOverlay& operator=(const ChunkedOverlay&) = delete;
 
-    /// Appends the geometry of a shape, by its place in the order.
-    void append(std::uint32_t place, double tolerance, DrawList& list);
+    /// How finely a tangled area is filled, by its place in the order.
+    double fillShare(std::uint32_t place) const;
+    /// Counts what was filled for a shape with that share.
+    void spend(std::uint32_t place, double share, std::span<const DrawList::Mesh> meshes);
 
   private:
     FillBudget& fills_;

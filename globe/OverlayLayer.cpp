@@ -162,14 +162,12 @@ std::vector<const DrawList::Label*> OverlayLayer::labels() const {
 
 ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, const ViewVolume& view,
                                      bool moving) {
-    // A unit is a microsecond.
-    constexpr std::size_t units = 5;
-    constexpr std::size_t segmentsOfAUnit = 5;
+    constexpr std::size_t unitsOfAChunk = 5;
     constexpr std::size_t placedInAUnit = 2;
     OverlayChunk& chunk = *spot.chunk;
     const auto build = [&](std::size_t level) {
-        chunk.build(level, *textures_);
-        late_ = working_.isOver(units + chunk.built(level)->segments / segmentsOfAUnit);
+        late_ = !chunk.build(level, *textures_, working_) || working_.isOver(unitsOfAChunk);
+        if (!chunk.isPlaced()) return;
         spot.ball = chunk.bounds.ball();
         spot.placed = true;
         spot.labelled = !chunk.labels.empty();
@@ -182,6 +180,10 @@ ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, con
     if (fresh && chunk.placeRoughly()) late_ = working_.isOver(chunk.count / placedInAUnit);
     if (!chunk.isPlaced()) {
         build(detail.usual());
+        if (!chunk.isPlaced()) {
+            partial_ = true;
+            return nullptr;
+        }
     } else if (!spot.placed) {
         // Without its geometry, or listed anew.
         spot.ball = chunk.bounds.ball();
