@@ -95,9 +95,8 @@ Work addRing(halCore::PlacedPath path, bool closed, const RingFill& fill, const 
             co_await fill(end.points, mesh);
             out.meshes.push_back(std::move(mesh));
         }
-        // To free millions of points takes time, too.
         end.points = {};
-        co_yield 1;
+        co_yield 1;  // To free millions of points takes time, too.
         if (placement.extrudeHeight() && outlined) addLine(std::move(end.places), closed, style, out);
     }
     path.points = {};

@@ -86,49 +86,58 @@ class Tessellator {
 
     void add(const FlatRing& ring) {
         if (ring.size() < 3) return;
-        places_.clear();
+        corners_.clear();
         const std::size_t before = mesh_.triangles.size();
         gluTessBeginPolygon(tess_, this);
         gluTessBeginContour(tess_);
         turned_ = isLongerAlongX(ring);
         for (const Flat& p : ring) {
-            places_.push_back(turned_ ? std::array{p.y, -p.x, 0.0} : std::array{p.x, p.y, 0.0});
-            gluTessVertex(tess_, places_.back().data(), asPointer(append(p)));
+            corners_.push_back({{p.x, p.y, 0.0}, p});
+            Corner& corner = corners_.back();
+            if (turned_) corner.given = {p.y, -p.x, 0.0};
+            gluTessVertex(tess_, corner.given.data(), &corner);
         }
         gluTessEndContour(tess_);
         gluTessEndPolygon(tess_);
         mesh_.triangles.resize(before + (mesh_.triangles.size() - before) / 3 * 3);
     }
-    std::size_t append(const Flat& p) {
+    std::uint32_t append(const Flat& p) {
         mesh_.vertices.push_back(plane_.position(p));
-        altitudes_.push_back(p.altitude);
-        return mesh_.vertices.size() - 1;
+        return static_cast<std::uint32_t>(mesh_.vertices.size() - 1);
     }
 
   private:
-    static void* asPointer(std::size_t index) { return reinterpret_cast<void*>(index); }
-    static std::size_t asIndex(const void* data) { return reinterpret_cast<std::size_t>(data); }
+    /// Of a triangle, perhaps: only then it is a vertex.
+    struct Corner {
+        std::array<double, 3> given;
+        Flat place;
+        std::optional<std::uint32_t> vertex{};
+    };
 
     static void vertex(void* data, void* self) {
-        static_cast<Tessellator*>(self)->mesh_.triangles.push_back(static_cast<std::uint32_t>(asIndex(data)));
+        auto& tess = *static_cast<Tessellator*>(self);
+        auto& corner = *static_cast<Corner*>(data);
+        if (!corner.vertex) corner.vertex = tess.append(corner.place);
+        tess.mesh_.triangles.push_back(*corner.vertex);
     }
-    static void combine(const GLdouble place[3], void* const data[4], const GLfloat weight[4], void** out,
+    static void combine(const GLdouble given[3], void* const data[4], const GLfloat weight[4], void** out,
                         void* self) {
         auto& tess = *static_cast<Tessellator*>(self);
-        Flat p{place[0], place[1], 0.0};
-        if (tess.turned_) p = {-place[1], place[0], 0.0};
+        Flat p{given[0], given[1], 0.0};
+        if (tess.turned_) p = {-given[1], given[0], 0.0};
         for (int i = 0; i < 4; ++i)
-            if (weight[i] > 0.0F) p.altitude += double{weight[i]} * tess.altitudes_[asIndex(data[i])];
-        *out = asPointer(tess.append(p));
+            if (weight[i] > 0.0F)
+                p.altitude += double{weight[i]} * static_cast<Corner*>(data[i])->place.altitude;
+        tess.corners_.push_back({{}, p});
+        *out = &tess.corners_.back();
     }
     static void edgeFlag(GLboolean, void*) {}
 
     const Plane& plane_;
     DrawList::Mesh& mesh_;
     GLUtesselator* tess_;
-    bool turned_ = false;                       // by a quarter: what GLU was given
-    std::deque<std::array<double, 3>> places_;  // GLU keeps the addresses
-    std::vector<double> altitudes_;             // of the mesh's vertices
+    bool turned_ = false;         // by a quarter: what GLU was given
+    std::deque<Corner> corners_;  // GLU keeps the addresses
 };
 
 /// Fills a tangled ring in rows, by the even-odd rule along the middle of each.
@@ -514,6 +523,9 @@ Work fillRing(const GeodeticPath& ring, Rgba color, std::optional<halCore::Vec3>
         RowFill rows(tessellator, mesh, left, bottom, 1.002 * size, std::ldexp(1.002 * size, -levels),
                      flat.size(), share);
         co_await rows.run(flat);
+        // To free millions of points takes time, too.
+        flat = {};
+        co_yield 1;
     } else {
         // Cells for the tessellator, but few enough that what runs around each of them, again and again where
         // the ring is a spiral, is not much more than the ring itself.
