@@ -103,8 +103,10 @@ Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayRe
     constexpr std::size_t kOfItsPoint = 15;
     constexpr std::size_t kOfALine = 10;
     // The way over the ground is no longer than half a turn over a straight line.
+    const double pieces = halCore::kHalfPi * meters / step;
+    constexpr double kMostPieces = 1e7;
     const std::size_t room =
-        stride + (inPairs ? 0 : static_cast<std::size_t>(halCore::kHalfPi * meters / step));
+        stride + (!inPairs && pieces < kMostPieces ? static_cast<std::size_t>(pieces) : 0);
     std::size_t done = 0;
     for (std::size_t first = 0; first + 1 < points.points.size(); first += stride) {
         const std::size_t end = std::min(first + stride, points.points.size());

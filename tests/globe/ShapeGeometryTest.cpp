@@ -352,6 +352,8 @@ OverlayScene::Shapes largeShapes(int points) {
 TEST(ShapeGeometry, SlicesMakeTheSame) {
     std::mt19937 random(11);
     OverlayScene::Shapes shapes = largeShapes(9000);
+    // Longer than can be told.
+    for (const auto& shape : shapesOf("line; lla 0 0 1e300; lla 1 1 -1e300")) shapes.push_back(shape);
     for (const char* text : kShapes)
         for (const auto& shape : shapesOf(turned(text))) shapes.push_back(shape);
     for (const auto& shape : shapes)
