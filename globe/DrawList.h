@@ -37,6 +37,11 @@ struct DrawList {
         bool closed = false;  ///< the last point joins the first; the first is not repeated
         bool solid = false;
         bool overBodies = false;  ///< nothing but the earth hides it
+        // Of a piece of a longer line: its first point, or its last one, is but that of a neighbour's
+        // segment.
+        bool leads = false;
+        bool trails = false;
+        double metres = 0.0;  ///< along the longer line, at the first point
     };
     /// Triangles, three indices each.
     struct Mesh {

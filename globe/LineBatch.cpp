@@ -42,7 +42,7 @@ void append(std::vector<LineVertex>& out, const DrawList::Line& line) {
     if (count == 0) return;
     const auto width = static_cast<std::uint8_t>(std::clamp(line.width, 1.0F, 255.0F));
     const int common = (line.solid ? kSolid : 0) | (line.overBodies ? kOverBodies : 0);
-    double distance = 0.0;
+    double distance = line.metres;
     const auto put = [&](const Ecef& p, std::uint8_t segmentWidth, std::uint8_t flags) {
         const SplitPosition s = split(p);
         out.push_back({s.high,
@@ -66,7 +66,9 @@ void append(std::vector<LineVertex>& out, const DrawList::Line& line) {
         std::uint8_t flags = 0;
         if (!closed && i == 0) flags |= kNoPrevious;
         if (!closed && i + 2 == count) flags |= kNoNext;
-        put(line.points[i], closed || i + 1 < count ? width : std::uint8_t{0}, flags);
+        const bool drawn =
+            closed || (i + 1 < count && !(line.leads && i == 0) && !(line.trails && i + 2 == count));
+        put(line.points[i], drawn ? width : std::uint8_t{0}, flags);
     }
     if (!closed) return;
     distance += length(line.points.front() - line.points.back());

@@ -139,12 +139,16 @@ LineRaster::Sight LineRaster::sightOf(const Vertex& a, const Vertex& b) const {
     return a.past + deepest * (slope + deepest * bend) > soft ? Sight::None : Sight::Some;
 }
 
-void LineRaster::draw(const DrawList::Line& line) {
+std::size_t LineRaster::draw(const DrawList::Line& line) {
+    constexpr std::size_t segmentsOfAUnit = 20;
+    constexpr std::size_t pixelsOfAUnit = 100;
     const std::size_t count = line.points.size();
-    if (count == 0) return;
+    if (count == 0) return 0;
+    filled_ = 0;
     vertices_.clear();
     for (const Ecef& p : line.points) vertices_.push_back(vertex(p - camera_.eye()));
     const bool closed = line.closed && count > 2;
+    vertices_[0].metres = line.metres;
     if (line.stroke != Stroke::Solid)
         for (std::size_t i = 1; i < count; ++i)
             vertices_[i].metres = vertices_[i - 1].metres + length(line.points[i] - line.points[i - 1]);
@@ -152,11 +156,13 @@ void LineRaster::draw(const DrawList::Line& line) {
     if (quality_ == Quality::Rough && line.stroke == Stroke::Solid && !line.solid && count > 1 &&
         std::lround(width) <= kThin) {
         drawRoughly(line, static_cast<int>(std::lround(width)));
-        return;
+    } else {
+        if (count == 1) drawSegment(line, 0, 0);
+        const std::size_t last = count - 1 - (line.trails ? 1 : 0);
+        for (std::size_t i = line.leads ? 1 : 0; i < last; ++i) drawSegment(line, i, i + 1);
+        if (closed) drawSegment(line, count - 1, 0);
     }
-    if (count == 1) drawSegment(line, 0, 0);
-    for (std::size_t i = 0; i + 1 < count; ++i) drawSegment(line, i, i + 1);
-    if (closed) drawSegment(line, count - 1, 0);
+    return 1 + count / segmentsOfAUnit + filled_ / pixelsOfAUnit;
 }
 
 void LineRaster::drawRoughly(const DrawList::Line& line, int width) {
@@ -172,10 +178,10 @@ void LineRaster::drawRoughly(const DrawList::Line& line, int width) {
     };
     const std::uint32_t color = packed(line.color, line.color.a);
     const std::size_t count = vertices_.size();
-    const std::size_t ends = line.closed && count > 2 ? count : count - 1;
-    std::size_t from = 0;
-    bool fromPlain = isPlain(vertices_[0]);
-    for (std::size_t i = 1; i <= ends; ++i) {
+    const std::size_t ends = line.closed && count > 2 ? count : count - 1 - (line.trails ? 1 : 0);
+    std::size_t from = line.leads ? 1 : 0;
+    bool fromPlain = isPlain(vertices_[from]);
+    for (std::size_t i = from + 1; i <= ends; ++i) {
         const std::size_t end = i % count;
         const bool plain = isPlain(vertices_[end]);
         if (plain && fromPlain) {
@@ -204,6 +210,7 @@ void LineRaster::drawSteps(const Vertex& from, const Vertex& to, int width, std:
     double y = from.y - (flat ? back : 0.0);
     const std::ptrdiff_t across = flat ? size_.width() : 1;
     const bool opaque = color >> 24 == 255;
+    filled_ += static_cast<std::size_t>(steps);
     for (int i = 0; i < steps; ++i) {
         std::uint32_t* pixel =
             pixels_.data() + static_cast<std::ptrdiff_t>(y) * size_.width() + static_cast<std::ptrdiff_t>(x);
@@ -327,6 +334,7 @@ void LineRaster::fill(const Segment& segment) {
         if (right < left) continue;
         usedLeft = std::min(usedLeft, left);
         usedRight = std::max(usedRight, right);
+        filled_ += static_cast<std::size_t>(right - left + 1);
         std::uint32_t* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * size_.width();
         for (int x = left; x <= right; ++x) {
             // Where lines of one colour lie close together, most pixels have it already.

@@ -2,6 +2,7 @@
 
 #include <QRect>
 #include <QSize>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -30,7 +31,8 @@ class LineRaster {
         return camera == camera_ && pixelRatio == pixelRatio_;
     }
 
-    void draw(const DrawList::Line& line);
+    /// \return about how many microseconds it takes
+    std::size_t draw(const DrawList::Line& line);
     /// From now on nothing is drawn but in this part of the picture.
     void setClip(const QRect& part) { clip_ = part & whole(); }
     /// Where draw() may leave something.
@@ -98,6 +100,7 @@ class LineRaster {
     int touchedRight_ = -kNowhere;
     int touchedTop_ = -kNowhere;
     std::vector<Vertex> vertices_;  ///< of the line that is being drawn
+    std::size_t filled_ = 0;        ///< pixels that have been looked at for it
 };
 
 }  // namespace sandbox
