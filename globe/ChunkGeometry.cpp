@@ -3,31 +3,119 @@
 #include <algorithm>
 #include <utility>
 
+#include "globe/DetailChoice.h"
+
 namespace sandbox {
 
-ChunkGeometry::ChunkGeometry(std::size_t number, DrawList& list, const BoundingBox& box,
-                             PictureTextures& textures)
-    : level(number), bounds(box) {
+using halCore::Ecef;
+
+namespace {
+
+/// What is longer is cut into lines of so many segments.
+constexpr std::size_t kLongest = 512;
+/// A part has so many, and what its last line adds.
+constexpr std::size_t kSegments = 4096;
+
+/// Cuts a line into shorter ones, one after the other, that look the same together.
+class LineCut {
+  public:
+    explicit LineCut(const DrawList::Line& line)
+        : line_(line),
+          closed_(line.closed && line.points.size() > 2),
+          segments_(line.points.size() - (closed_ ? 0 : 1)) {}
+
+    bool isOver() const { return done_ == segments_; }
+    DrawList::Line next() {
+        const std::size_t end = std::min(done_ + kLongest, segments_);
+        DrawList::Line piece;
+        piece.color = line_.color;
+        piece.width = line_.width;
+        piece.stroke = line_.stroke;
+        piece.solid = line_.solid;
+        piece.overBodies = line_.overBodies;
+        piece.leads = closed_ || done_ > 0;
+        piece.trails = closed_ || end < segments_;
+        piece.metres = metres_ - (piece.leads ? length(at(done_) - before(done_)) : 0.0);
+        piece.points.reserve(end - done_ + 3);
+        if (piece.leads) piece.points.push_back(before(done_));
+        for (std::size_t i = done_; i <= end; ++i) piece.points.push_back(at(i));
+        if (piece.trails) piece.points.push_back(at(end + 1));
+        if (line_.stroke != Stroke::Solid)
+            for (std::size_t i = done_; i < end; ++i) metres_ += length(at(i + 1) - at(i));
+        done_ = end;
+        return piece;
+    }
+
+  private:
+    const Ecef& at(std::size_t i) const { return line_.points[i % line_.points.size()]; }
+    const Ecef& before(std::size_t i) const { return at(i + line_.points.size() - 1); }
+
+    const DrawList::Line& line_;
+    bool closed_;
+    std::size_t segments_;
+    std::size_t done_ = 0;
+    double metres_ = 0.0;
+};
+
+/// Adds a line to the last part, or begins another one. \return the last part now
+ChunkGeometry* add(DrawList::Line line, ChunkGeometry* part) {
+    if (part->segments >= kSegments) {
+        part->lines.shrink_to_fit();
+        part->next = std::make_unique<ChunkGeometry>();
+        part->next->level = part->level;
+        part = part->next.get();
+    }
+    part->segments += line.points.size();
+    part->widest = std::max(part->widest, double{line.width});
+    part->lines.push_back(std::move(line));
+    return part;
+}
+
+}  // namespace
+
+Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTextures& textures,
+                  std::unique_ptr<ChunkGeometry>& made) {
+    constexpr std::size_t pointsOfAUnit = 50;
+    auto first = std::make_unique<ChunkGeometry>();
+    first->level = level;
+    first->bounds = box;
     if (!list.pictures.empty() || !list.meshes.empty()) {
-        others = std::make_unique<Others>();
-        others->pictures.upload(list, textures);
-    }
-    for (const DrawList::Mesh& mesh : list.meshes) {
-        if (mesh.solid)
-            (mesh.normals.empty() ? others->solids : others->roundSolids).add(mesh);
-        else
-            (mesh.overBodies ? others->areasOverBodies : others->areas).add(mesh);
-    }
-    if (others)
+        first->others = std::make_unique<ChunkGeometry::Others>();
+        first->others->pictures.upload(list, textures);
+        ChunkGeometry::Others& others = *first->others;
+        for (const DrawList::Mesh& mesh : list.meshes) {
+            if (mesh.solid)
+                (mesh.normals.empty() ? others.solids : others.roundSolids).add(mesh);
+            else
+                (mesh.overBodies ? others.areasOverBodies : others.areas).add(mesh);
+            co_yield 1 + mesh.vertices.size() / pointsOfAUnit;
+        }
         for (MeshBatch* batch :
-             {&others->areas, &others->solids, &others->roundSolids, &others->areasOverBodies})
+             {&others.areas, &others.solids, &others.roundSolids, &others.areasOverBodies}) {
             batch->upload();
-    lines = std::move(list.lines);
-    lines.shrink_to_fit();
-    for (const DrawList::Line& line : lines) {
-        segments += line.points.size();
-        widest = std::max(widest, double{line.width});
+            co_yield 1;
+        }
     }
+    ChunkGeometry* part = first.get();
+    for (DrawList::Line& line : list.lines) {
+        if (line.points.size() <= kLongest) {
+            part = add(std::move(line), part);
+            co_yield 0;
+            continue;
+        }
+        for (LineCut cut(line); !cut.isOver();) {
+            part = add(cut.next(), part);
+            co_yield kLongest / pointsOfAUnit;
+        }
+    }
+    part->lines.shrink_to_fit();
+    for (part = first->next.get(); part; part = part->next.get()) {
+        for (const DrawList::Line& line : part->lines)
+            for (const Ecef& p : line.points) part->bounds.add(p);
+        part->bounds.grow(kTolerances[level]);
+        co_yield part->segments / pointsOfAUnit;
+    }
+    made = std::move(first);
 }
 
 }  // namespace sandbox

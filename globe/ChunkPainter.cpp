@@ -4,8 +4,8 @@
 #include <QOpenGLFunctions>
 #include <QOpenGLShaderProgram>
 #include <algorithm>
-#include <iterator>
 #include <string>
+#include <utility>
 
 #include "globe/OverlayShaders.h"
 #include "globe/RasterLayer.h"
@@ -27,145 +27,185 @@ bool ChunkPainter::isReady() const {
     return lineProgram_->isLinked() && meshProgram_->isLinked() && pictureProgram_->isLinked();
 }
 
-void ChunkPainter::begin(const Camera& camera, double pixelRatio) {
+void ChunkPainter::begin(const Camera& camera, double pixelRatio, Batches& bodies) {
     camera_ = camera;
     pixelRatio_ = pixelRatio;
+    bodies_ = &bodies;
     areaMark_ = 0;
-    bodies_.clear();
+    glEnable(GL_BLEND);
+    setBlending();
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glDepthMask(GL_FALSE);
     meshProgram_->bind();
     setCamera(*meshProgram_, camera);
     pictureProgram_->bind();
     setCamera(*pictureProgram_, camera);
     pictureProgram_->setUniformValue("picture", 0);
     pictureProgram_->release();
+    settled_ = std::chrono::steady_clock::now();
 }
 
 void ChunkPainter::end() {
+    turnTo(Task::None);
     if (raster_) raster_->compose();
+    glDepthMask(GL_TRUE);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_BLEND);
 }
 
-void ChunkPainter::draw(const Batches& geometry) {
-    using Others = ChunkGeometry::Others;
-    const auto any = [&](auto batch) {
-        return std::ranges::any_of(geometry, [&](const ChunkGeometry* part) { return part->has(batch); });
-    };
-    const bool pictures = any(&Others::pictures);
-    const bool meshes = any(&Others::areas) || any(&Others::solids) || any(&Others::roundSolids) ||
-                        any(&Others::areasOverBodies);
-    if (raster_ && (pictures || meshes)) raster_->compose();
-    std::ranges::copy_if(geometry, std::back_inserter(bodies_), &ChunkGeometry::hasBodies);
-    if (pictures) drawPictures(geometry);
-    if (meshes) {
-        meshProgram_->bind();
-        for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->enableAttributeArray(i);
-        drawAreas(geometry, &Others::areas);
-        drawSolids(geometry);
-        glDisable(GL_DEPTH_TEST);
-        drawAreas(geometry, &Others::areasOverBodies);
-        glEnable(GL_DEPTH_TEST);
-        for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->disableAttributeArray(i);
-        meshProgram_->release();
+void ChunkPainter::leave() {
+    switch (task_) {
+        case Task::None:
+            break;
+        case Task::Pictures:
+            for (int i = 0; i < 3; ++i) pictureProgram_->disableAttributeArray(i);
+            pictureProgram_->release();
+            setBlending();
+            break;
+        case Task::Areas:
+        case Task::AreasOverBodies:
+        case Task::Solids:
+        case Task::RoundSolids:
+            glDisable(GL_STENCIL_TEST);
+            glDisable(GL_CULL_FACE);
+            glDisable(GL_POLYGON_OFFSET_FILL);
+            glDepthMask(GL_FALSE);
+            glEnable(GL_DEPTH_TEST);
+            for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->disableAttributeArray(i);
+            meshProgram_->release();
+            break;
+        case Task::Lines:
+            LineBatch::endDrawing(*lineProgram_);
+            break;
     }
-    glDepthMask(GL_FALSE);
-    drawLines(geometry);
 }
 
-void ChunkPainter::drawPictures(const Batches& geometry) {
-    glDepthMask(GL_FALSE);
-    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    pictureProgram_->bind();
-    for (int i = 0; i < 3; ++i) pictureProgram_->enableAttributeArray(i);
-    for (ChunkGeometry* part : geometry)
-        if (part->has(&ChunkGeometry::Others::pictures)) part->others->pictures.draw(*pictureProgram_);
-    for (int i = 0; i < 3; ++i) pictureProgram_->disableAttributeArray(i);
-    pictureProgram_->release();
-    setBlending();
-}
-
-template <typename Batch>
-void ChunkPainter::drawAreas(const Batches& geometry, Batch batch) {
-    glDepthMask(GL_FALSE);
-    meshProgram_->setUniformValue("solid", false);
+void ChunkPainter::turnTo(Task task) {
+    if (task == task_) return;
+    leave();
+    task_ = task;
+    if (task == Task::None) return;
+    // What is drawn in memory lies below what follows.
+    if (raster_) raster_->compose();
+    if (task == Task::Lines) {
+        LineBatch::beginDrawing(*lineProgram_, camera_, pixelRatio_);
+        return;
+    }
+    if (task == Task::Pictures) {
+        glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+        pictureProgram_->bind();
+        for (int i = 0; i < 3; ++i) pictureProgram_->enableAttributeArray(i);
+        return;
+    }
+    meshProgram_->bind();
+    for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->enableAttributeArray(i);
+    const bool solid = task == Task::Solids || task == Task::RoundSolids;
+    meshProgram_->setUniformValue("solid", solid);
+    if (solid) {
+        glDepthMask(GL_TRUE);
+        glEnable(GL_CULL_FACE);
+        glEnable(GL_POLYGON_OFFSET_FILL);
+        // Towards their rim the faces of round bodies are ever steeper. Put back by their slope, each would
+        // let through the line on the far side.
+        glPolygonOffset(task == Task::Solids ? 1.0F : 0.0F, 1.0F);
+        return;
+    }
+    if (task == Task::AreasOverBodies) glDisable(GL_DEPTH_TEST);
     // Triangles under a curved surface may lie before each other at a flat angle: the stencil lets each
     // area colour a pixel once only.
     glEnable(GL_STENCIL_TEST);
     glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
-    const auto beginArea = [this] {
+}
+
+void ChunkPainter::drawMeshes(MeshBatch& batch) {
+    glStencilFunc(GL_ALWAYS, 0, 0xff);
+    batch.draw(*meshProgram_, [this] {
         if (++areaMark_ > 255) {
             glClear(GL_STENCIL_BUFFER_BIT);
             areaMark_ = 1;
         }
         glStencilFunc(GL_NOTEQUAL, areaMark_, 0xff);
-    };
-    for (ChunkGeometry* part : geometry)
-        if (part->has(batch)) {
-            glStencilFunc(GL_ALWAYS, 0, 0xff);
-            ((*part->others).*batch).draw(*meshProgram_, beginArea);
-        }
-    glDisable(GL_STENCIL_TEST);
+    });
 }
 
-void ChunkPainter::drawSolids(const Batches& geometry) {
+/// Where the processor plays the card, what was drawn of late waits for its turn. \return the units
+std::size_t ChunkPainter::settle(std::size_t units) {
+    constexpr std::chrono::milliseconds kMost{8};
+    if (raster_ && std::chrono::steady_clock::now() - settled_ > kMost) {
+        glFinish();
+        settled_ = std::chrono::steady_clock::now();
+    }
+    return units;
+}
+
+Work ChunkPainter::draw(std::span<ChunkGeometry* const> geometry) {
     using Others = ChunkGeometry::Others;
-    glDepthMask(GL_TRUE);
-    glEnable(GL_CULL_FACE);
-    glEnable(GL_POLYGON_OFFSET_FILL);
-    meshProgram_->setUniformValue("solid", true);
-    glPolygonOffset(1.0F, 1.0F);
+    // So long it takes to have a batch drawn, however small.
+    constexpr std::size_t batchUnits = 5;
     for (ChunkGeometry* part : geometry)
-        if (part->has(&Others::solids)) part->others->solids.draw(*meshProgram_, [] {});
-    // Towards their rim the faces of round bodies are ever steeper. Put back by their slope, each would let
-    // through the line on the far side.
-    glPolygonOffset(0.0F, 1.0F);
-    for (ChunkGeometry* part : geometry)
-        if (part->has(&Others::roundSolids)) part->others->roundSolids.draw(*meshProgram_, [] {});
-    glDisable(GL_CULL_FACE);
-    glDisable(GL_POLYGON_OFFSET_FILL);
+        if (part->has(&Others::pictures)) {
+            turnTo(Task::Pictures);
+            part->others->pictures.draw(*pictureProgram_);
+            co_yield settle(batchUnits);
+        }
+    static constexpr std::pair<Task, MeshBatch Others::*> kMeshes[] = {
+        {Task::Areas, &Others::areas},
+        {Task::Solids, &Others::solids},
+        {Task::RoundSolids, &Others::roundSolids},
+        {Task::AreasOverBodies, &Others::areasOverBodies}};
+    for (const auto& [task, batch] : kMeshes)
+        for (ChunkGeometry* part : geometry)
+            if (part->has(batch)) {
+                turnTo(task);
+                drawMeshes((*part->others).*batch);
+                if (task == Task::Solids || (task == Task::RoundSolids && !part->has(&Others::solids)))
+                    bodies_->push_back(part);
+                co_yield settle(batchUnits + ((*part->others).*batch).triangles());
+            }
+    co_await drawLines(geometry);
 }
 
 bool ChunkPainter::mayBeHidden(const ChunkGeometry& lines) const {
     const double pixels = 0.5 * lines.widest + 2.0;
     const double margin = pixels * 2.0 * camera_.tanHalfHeight() / camera_.height();
-    return std::ranges::any_of(bodies_, [&](const ChunkGeometry* body) {
+    return std::ranges::any_of(*bodies_, [&](const ChunkGeometry* body) {
         return body->bounds.meets(lines.bounds, camera_.eye(), margin);
     });
 }
 
-void ChunkPainter::drawLines(const Batches& geometry) {
+Work ChunkPainter::drawLines(std::span<ChunkGeometry* const> geometry) {
+    constexpr std::size_t segmentsOfAUnit = 2;
+    std::vector<bool> free(geometry.size(), false);
     std::size_t freeSegments = 0;
-    std::vector<const ChunkGeometry*> free;
     if (raster_)
-        for (const ChunkGeometry* part : geometry)
-            if (part->segments > 0 && !mayBeHidden(*part)) {
-                freeSegments += part->segments;
-                free.push_back(part);
+        for (std::size_t i = 0; i < geometry.size(); ++i)
+            if (geometry[i]->segments > 0 && !mayBeHidden(*geometry[i])) {
+                freeSegments += geometry[i]->segments;
+                free[i] = true;
             }
-    const bool inMemory = raster_ && (freeSegments >= RasterLayer::kManySegments || !raster_->empty());
-    bool onCard = false;
-    auto nextFree = free.begin();
-    for (ChunkGeometry* part : geometry) {
-        if (part->segments == 0) continue;
-        const bool isNextFree = nextFree != free.end() && *nextFree == part;
-        nextFree += isNextFree ? 1 : 0;
-        if (inMemory && isNextFree) {
-            if (onCard) LineBatch::endDrawing(*lineProgram_);
-            onCard = false;
-            for (const DrawList::Line& line : part->lines) raster_->draw(line);
+    const bool many = freeSegments >= RasterLayer::kManySegments;
+    for (std::size_t i = 0; i < geometry.size(); ++i) {
+        ChunkGeometry& part = *geometry[i];
+        if (part.segments == 0) continue;
+        if (free[i] && (many || !raster_->empty())) {
+            turnTo(Task::None);
+            for (const DrawList::Line& line : part.lines) co_yield raster_->draw(line);
             continue;
         }
-        if (!onCard) {
-            if (raster_) raster_->compose();
-            LineBatch::beginDrawing(*lineProgram_, camera_, pixelRatio_);
-            onCard = true;
-        }
-        if (!part->lineBatch) {
-            part->lineBatch = std::make_unique<LineBatch>();
-            part->lineBatch->upload(part->lines);
-            if (!raster_) part->lines = {};
-        }
-        part->lineBatch->draw();
+        turnTo(Task::Lines);
+        drawOnCard(part);
+        co_yield settle(1 + part.segments / segmentsOfAUnit);
     }
-    if (onCard) LineBatch::endDrawing(*lineProgram_);
+}
+
+void ChunkPainter::drawOnCard(ChunkGeometry& part) {
+    if (!part.lineBatch) {
+        part.lineBatch = std::make_unique<LineBatch>();
+        part.lineBatch->upload(part.lines);
+        if (!raster_) part.lines = {};
+    }
+    part.lineBatch->draw();
 }
 
 }  // namespace sandbox

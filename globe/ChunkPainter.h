@@ -1,8 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "common/Work.h"
 #include "globe/Camera.h"
 #include "globe/ChunkGeometry.h"
 
@@ -22,22 +25,28 @@ class ChunkPainter {
 
     /// False when this OpenGL cannot do it.
     bool isReady() const;
-    /// Before what a frame shows. Expects a depth test, blending, and nothing waiting in the raster.
-    void begin(const Camera& camera, double pixelRatio);
+
+    using Batches = std::vector<ChunkGeometry*>;
+    /// Before what is drawn into a frame buffer, or when that goes on. Expects a cleared stencil buffer, and
+    /// nothing waiting in the raster. \param bodies that it shows already; what is drawn adds its own
+    void begin(const Camera& camera, double pixelRatio, Batches& bodies);
     /// What belongs to one entry, or to several that are nothing but lines: it is what precedes and follows
-    /// the drawing that costs.
-    void draw(const std::vector<ChunkGeometry*>& geometry);
-    /// Leaves nothing waiting in the raster.
+    /// the drawing that costs. Between end() and begin() it may be laid aside.
+    Work draw(std::span<ChunkGeometry* const> geometry);
+    /// Leaves nothing waiting in the raster; no depth test, no blending.
     void end();
 
   private:
-    using Batches = std::vector<ChunkGeometry*>;
-    template <typename Batch>
-    void drawAreas(const Batches& geometry, Batch batch);
-    void drawSolids(const Batches& geometry);
-    void drawPictures(const Batches& geometry);
-    void drawLines(const Batches& geometry);
+    /// What OpenGL is set up for.
+    enum class Task { None, Pictures, Areas, Solids, RoundSolids, AreasOverBodies, Lines };
+
+    void turnTo(Task task);
+    void leave();
+    void drawMeshes(MeshBatch& batch);
+    void drawOnCard(ChunkGeometry& part);
+    Work drawLines(std::span<ChunkGeometry* const> geometry);
     bool mayBeHidden(const ChunkGeometry& lines) const;
+    std::size_t settle(std::size_t units);
 
     RasterLayer* raster_;
     std::unique_ptr<QOpenGLShaderProgram> lineProgram_;
@@ -45,8 +54,10 @@ class ChunkPainter {
     std::unique_ptr<QOpenGLShaderProgram> pictureProgram_;
     Camera camera_;
     double pixelRatio_ = 1.0;
-    Batches bodies_;  ///< that were drawn in this frame
+    Batches* bodies_ = nullptr;
+    Task task_ = Task::None;
     int areaMark_ = 0;
+    std::chrono::steady_clock::time_point settled_;
 };
 
 }  // namespace sandbox

@@ -41,6 +41,10 @@ void paintStrip(QPainter& painter, const QRectF& area) {
     painter.fillRect(area, QColor(8, 13, 20, 150));
 }
 
+QSize pixelsOf(const GlobeFrame& frame) {
+    return QSizeF(frame.camera.width() * frame.pixelRatio, frame.camera.height() * frame.pixelRatio).toSize();
+}
+
 }  // namespace
 
 GlobePainter::GlobePainter() : layers_(std::make_unique<Layers>()) {
@@ -52,6 +56,7 @@ GlobePainter::~GlobePainter() = default;
 void GlobePainter::setEarthImage(const QImage& image) {
     layers_->earth.setImage(image);
     if (layers_->still) layers_->still->forget();
+    layers_->overlays.forgetGround();
 }
 
 void GlobePainter::recordHook(const Camera& camera, const QSize& pixels, const std::function<void()>& hook) {
@@ -59,27 +64,25 @@ void GlobePainter::recordHook(const Camera& camera, const QSize& pixels, const s
     hookRecorded_ = true;
 }
 
-bool GlobePainter::workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays, bool calm,
-                           Slice working) {
-    layers_->overlays.update(overlays);
-    return layers_->overlays.workOut(camera, pixelRatio, calm, working);
+bool GlobePainter::workOut(const GlobeFrame& frame, bool calm) {
+    layers_->overlays.update(frame.overlays);
+    return layers_->overlays.workOut(frame.camera, frame.pixelRatio, calm, frame.working,
+                                     [&] { drawGround(frame); });
 }
 
 void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     const Camera& camera = frame.camera;
-    const QSize pixels =
-        QSizeF(camera.width() * frame.pixelRatio, camera.height() * frame.pixelRatio).toSize();
+    const QSize pixels = pixelsOf(frame);
     glViewport(0, 0, pixels.width(), pixels.height());
     // The painters of the frame before leave it off.
     glEnable(GL_MULTISAMPLE);
     glDepthMask(GL_TRUE);
-    const QColor& color = frame.backdrop.color;
-    const float opacity = color.alphaF();
-    glClearColor(color.redF() * opacity, color.greenF() * opacity, color.blueF() * opacity, opacity);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    drawGround(frame, pixels);
+    glClear(GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     layers_->overlays.update(frame.overlays);
-    layers_->overlays.draw(camera, frame.pixelRatio, frame.moving, frame.working);
+    if (drawnMap_ != frame.map) layers_->overlays.forgetGround();
+    drawnMap_ = frame.map;
+    layers_->overlays.draw(camera, frame.pixelRatio, frame.moving, frame.working, frame.drawing,
+                           [&] { drawGround(frame); });
     layers_->sprites.setPixelRatio(frame.pixelRatio);
     paintTexts(frame, device);
     if (hookRecorded_) layers_->hook.compose();
@@ -87,7 +90,11 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     paintScreenTexts(frame, device);
 }
 
-void GlobePainter::drawGround(const GlobeFrame& frame, const QSize& pixels) {
+void GlobePainter::drawGround(const GlobeFrame& frame) {
+    const QColor& color = frame.backdrop.color;
+    const float opacity = color.alphaF();
+    glClearColor(color.redF() * opacity, color.greenF() * opacity, color.blueF() * opacity, opacity);
+    glClear(GL_COLOR_BUFFER_BIT);
     const StillGround::View view{frame.camera, frame.pixelRatio, frame.map};
     const bool kept = frame.backdrop.earth && layers_->still;
     if (kept && layers_->still->show(view)) return;
@@ -96,7 +103,7 @@ void GlobePainter::drawGround(const GlobeFrame& frame, const QSize& pixels) {
         layers_->earth.draw(frame.camera, frame.pixelRatio, layers_->baseMap, frame.map);
     }
     if (frame.map.graticule) layers_->graticule.draw(frame.camera, frame.pixelRatio);
-    if (kept) layers_->still->noteDrawn(view, pixels);
+    if (kept) layers_->still->noteDrawn(view, pixelsOf(frame));
 }
 
 bool GlobePainter::isPartial() const {

@@ -38,6 +38,8 @@ struct GlobeFrame {
     const std::map<std::uint64_t, ScreenText>& screenTexts;
     /// How long geometry is worked out before the frame is drawn with what is ready; whole at first.
     Slice working{};
+    /// How long overlays are drawn before the frame is shown with what is there.
+    Slice drawing{};
     bool moving = false;  ///< the camera: a frame in time is worth more than a fine one
 };
 
@@ -53,9 +55,8 @@ class GlobePainter {
     /// Runs a refresh hook and keeps what it draws for the next draw(), which lays it over the overlays.
     /// Leaves another frame buffer bound.
     void recordHook(const Camera& camera, const QSize& pixels, const std::function<void()>& hook);
-    /// Works out what a frame will need of the overlays. \see OverlayLayer::workOut
-    bool workOut(const Camera& camera, double pixelRatio, const OverlayScene& overlays, bool calm,
-                 Slice working);
+    /// Works out what such a frame will need of the overlays. \see OverlayLayer::workOut
+    bool workOut(const GlobeFrame& frame, bool calm);
     /// Draws on the frame buffer that is bound, which is the one that `device` stands for.
     void draw(const GlobeFrame& frame, QPaintDevice& device);
     /// Whether the last frame would be finer if the camera were not moving.
@@ -66,13 +67,14 @@ class GlobePainter {
   private:
     struct Layers;
 
-    void drawGround(const GlobeFrame& frame, const QSize& pixels);
+    void drawGround(const GlobeFrame& frame);
     void paintTexts(const GlobeFrame& frame, QPaintDevice& device);
     void paintScale(const GlobeFrame& frame, QPainter& painter);
     void paintScreenTexts(const GlobeFrame& frame, QPaintDevice& device);
 
     std::unique_ptr<Layers> layers_;
     bool hookRecorded_ = false;
+    MapOptions drawnMap_;
 };
 
 }  // namespace sandbox

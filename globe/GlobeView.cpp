@@ -17,6 +17,11 @@ namespace {
 /// A frame waits so long for geometry; the rest comes with the next ones.
 constexpr std::chrono::milliseconds kWorkedOut{20};
 constexpr std::size_t kWorkedOutAtLeast = 20'000;
+/// So long a frame is drawn, and so much at least; longer while the view moves, since the rest does not come
+/// then.
+constexpr std::chrono::milliseconds kDrawn{30};
+constexpr std::chrono::milliseconds kDrawnMoving{45};
+constexpr std::size_t kDrawnAtLeast = 25'000;
 
 /// Fewer changes of overlays are drawn at once. A frame of more takes long, however many they are.
 constexpr std::uint64_t kManyChanges = 1000;
@@ -257,8 +262,7 @@ void GlobeView::gatherMore() {
     waitsForMore_ = true;
     if (painter_) {
         makeCurrent();
-        waitsForMore_ =
-            painter_->workOut(camera_, devicePixelRatio(), overlays_, calm, Slice(0, kWorkedOutBetween));
+        waitsForMore_ = painter_->workOut(frameOf(camera_, Slice(0, kWorkedOutBetween)), calm);
         doneCurrent();
     }
     const auto most = std::clamp(2 * lastFrame_, kGatheredAtLeast, kGatheredAtMost);
@@ -297,6 +301,18 @@ void GlobeView::resizeGL(int width, int height) {
     emit cameraChanged();
 }
 
+GlobeFrame GlobeView::frameOf(const Camera& camera, Slice working) const {
+    return {.camera = camera,
+            .pixelRatio = devicePixelRatio(),
+            .backdrop = {},
+            .map = mapOptions_,
+            .overlays = overlays_,
+            .platforms = platforms_,
+            .screenTexts = screenTexts_,
+            .working = working,
+            .moving = moving_};
+}
+
 void GlobeView::paintGL() {
     ++frameCount_;
     frameTime_.start();
@@ -314,16 +330,9 @@ void GlobeView::paintGL() {
     gathers_ = false;
     calm_.stop();
     drawn_ = overlays_.changes();
-    painter_->draw({.camera = camera,
-                    .pixelRatio = ratio,
-                    .backdrop = {},
-                    .map = mapOptions_,
-                    .overlays = overlays_,
-                    .platforms = platforms_,
-                    .screenTexts = screenTexts_,
-                    .working = grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut),
-                    .moving = moving_},
-                   *this);
+    GlobeFrame frame = frameOf(camera, grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut));
+    if (!grabs_) frame.drawing = Slice(kDrawnAtLeast, moving_ ? kDrawnMoving : kDrawn);
+    painter_->draw(frame, *this);
     if (painter_->isPartial()) gather();
     if (!painter_->isRough()) moving_ = false;
     emit frameDrawn();

@@ -126,6 +126,7 @@ class GlobeView : public QOpenGLWidget {
     void lookAtChanges();
     void gather();
     void gatherMore();
+    GlobeFrame frameOf(const Camera& camera, Slice working) const;
     void cameraMoved();
     void reportCursor(double x, double y);
     bool listenerTakes(const ViewMouseEvent& event);

@@ -13,7 +13,7 @@ using halCore::Ecef;
 void MeshBatch::add(const DrawList::Mesh& mesh) {
     if (mesh.triangles.empty()) return;
     if (!contents_) contents_ = std::make_unique<Contents>();
-    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles] = *contents_;
+    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles, indices] = *contents_;
     const std::size_t first = triangles.size();
     const auto base = static_cast<std::uint32_t>(vertices.size());
     const auto packed = [](double v) { return static_cast<std::int16_t>(std::lround(v * 32767.0)); };
@@ -36,7 +36,7 @@ void MeshBatch::add(const DrawList::Mesh& mesh) {
 
 void MeshBatch::upload() {
     if (!contents_) return;
-    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles] = *contents_;
+    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles, indices] = *contents_;
     vertexBuffer.create();
     vertexBuffer.bind();
     vertexBuffer.allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(Vertex)));
@@ -45,6 +45,7 @@ void MeshBatch::upload() {
     indexBuffer.bind();
     indexBuffer.allocate(triangles.data(), static_cast<int>(triangles.size() * sizeof(std::uint32_t)));
     indexBuffer.release();
+    indices = triangles.size();
     vertices = {};
     triangles = {};
 }

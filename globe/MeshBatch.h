@@ -2,6 +2,7 @@
 
 #include <QOpenGLBuffer>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -22,6 +23,7 @@ class MeshBatch {
     void upload();
     static constexpr int kAttributes = 4;
     bool empty() const { return !contents_; }
+    std::size_t triangles() const { return contents_ ? contents_->indices / 3 : 0; }
     /// For a program with the attributes high, low, colour and normal. `beginArea` is called before each
     /// translucent mesh that is not solid.
     void draw(QOpenGLShaderProgram& program, const std::function<void()>& beginArea);
@@ -45,6 +47,7 @@ class MeshBatch {
         std::vector<Run> runs;
         std::vector<Vertex> vertices;  // until they are uploaded
         std::vector<std::uint32_t> triangles;
+        std::size_t indices = 0;
     };
 
     /// None while there is nothing to draw: there are very many batches.

@@ -65,17 +65,20 @@ bool OverlayChunk::build(std::size_t level, PictureTextures& textures, Slice& sl
         // What throws is given up.
         std::unique_ptr<Unfinished> building = std::move(unfinished);
         if (!building || building->level > level + 1 || building->level + 1 < level)
-            building = std::make_unique<Unfinished>(*this, level);
+            building = std::make_unique<Unfinished>(*this, level, textures);
         if (!building->work.goOn(slice)) {
             unfinished = std::move(building);
             return false;
         }
-        keep(*building, textures);
+        keep(*building);
         if (building->level == level) return true;
     }
 }
 
-Work OverlayChunk::workOut(double tolerance, DrawList& list, BoundingBox& box) const {
+Work OverlayChunk::workOut(Unfinished& into, PictureTextures& textures) const {
+    DrawList& list = into.list;
+    BoundingBox& box = into.box;
+    const double tolerance = kTolerances[into.level];
     constexpr std::size_t kUnitsOfAFile = 10;
     constexpr std::size_t kPointsInAUnit = 500;
     for (std::uint32_t i = first; i < first + count; ++i) {
@@ -102,9 +105,10 @@ Work OverlayChunk::workOut(double tolerance, DrawList& list, BoundingBox& box) c
         for (Pieces some(line.points.size(), kPointsInAUnit); some.next(); co_yield some.units())
             for (std::size_t i = some.first; i < some.last; ++i) box.add(line.points[i]);
     box.grow(tolerance);
+    co_await makeGeometry(into.level, list, box, textures, into.made);
 }
 
-void OverlayChunk::keep(Unfinished& finished, PictureTextures& textures) {
+void OverlayChunk::keep(Unfinished& finished) {
     const std::size_t level = finished.level;
     if (level < boundsLevel) {
         bounds = finished.box;  // the tighter one
@@ -112,8 +116,7 @@ void OverlayChunk::keep(Unfinished& finished, PictureTextures& textures) {
     }
     for (auto& known : levels)
         if (known && (known->level + 1 < level || known->level > level + 1)) known.reset();
-    levels[level % levels.size()] =
-        std::make_unique<ChunkGeometry>(level, finished.list, finished.box, textures);
+    levels[level % levels.size()] = std::move(finished.made);
     labels = std::move(finished.list.labels);
 }
 

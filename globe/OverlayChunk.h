@@ -56,15 +56,16 @@ struct OverlayChunk {
         std::size_t level;
         DrawList list{};
         BoundingBox box{};
+        std::unique_ptr<ChunkGeometry> made{};
         Work work;
-        Unfinished(const OverlayChunk& chunk, std::size_t number)
-            : level(number), work(chunk.workOut(kTolerances[number], list, box)) {}
+        Unfinished(const OverlayChunk& chunk, std::size_t number, PictureTextures& textures)
+            : level(number), work(chunk.workOut(*this, textures)) {}
     };
     std::unique_ptr<Unfinished> unfinished{};
 
   private:
-    Work workOut(double tolerance, DrawList& list, BoundingBox& box) const;
-    void keep(Unfinished& finished, PictureTextures& textures);
+    Work workOut(Unfinished& into, PictureTextures& textures) const;
+    void keep(Unfinished& finished);
 };
 
 /// An entry of the scene, cut into chunks of a few thousand points. It stays where it is: chunks refer to it.

@@ -10,6 +10,7 @@
 #include "globe/ChunkPainter.h"
 #include "globe/DetailChoice.h"
 #include "globe/OverlayChunk.h"
+#include "globe/OverlayPicture.h"
 #include "globe/PictureLayer.h"
 #include "globe/RasterLayer.h"
 #include "globe/ShaderProgram.h"
@@ -45,14 +46,16 @@ struct OverlayLayer::Spot {
 };
 
 struct OverlayLayer::Seen {
-    const Spot* spot;
-    ChunkGeometry* geometry;
+    OverlayScene::Id id;
+    std::size_t spot;  ///< its number
+    ChunkGeometry* part;
 };
 
 OverlayLayer::OverlayLayer()
     : textures_(std::make_unique<PictureTextures>()),
       raster_(isSoftwareRenderer() ? std::make_unique<RasterLayer>() : nullptr),
-      painter_(std::make_unique<ChunkPainter>(raster_.get())) {}
+      painter_(std::make_unique<ChunkPainter>(raster_.get())),
+      picture_(raster_ ? std::make_unique<OverlayPicture>() : nullptr) {}
 
 OverlayLayer::~OverlayLayer() = default;
 
@@ -79,7 +82,7 @@ void OverlayLayer::look(const OverlayScene& scene, OverlayScene::Id id) {
         if (entry && known->second.revision == entry->revision) {
             known->second.entry = entry;
             for (auto spot = spotsOf(id); spot != spots_.end() && spot->id == id; ++spot)
-                spot->shown = entry->shown;
+                if (std::exchange(spot->shown, entry->shown) != entry->shown) changePicture(*spot);
             return;
         }
         remove(id);
@@ -96,6 +99,8 @@ void OverlayLayer::remove(OverlayScene::Id id) {
     for (auto spot = spotsOf(id); spot != spots_.end() && spot->id == id; ++spot) {
         if (!spot->chunk) continue;
         if (spot->drawn >= 0) noteChange(spot->chunk->built(static_cast<std::size_t>(spot->drawn)));
+        changePicture(*spot);
+        if (&*spot == spots_.data() + laid_) stopLaying();
         spot->chunk = nullptr;
         ++gone_;
     }
@@ -104,6 +109,16 @@ void OverlayLayer::remove(OverlayScene::Id id) {
 
 std::vector<OverlayLayer::Spot>::iterator OverlayLayer::spotsOf(OverlayScene::Id id) {
     return std::ranges::lower_bound(spots_, id, {}, &Spot::id);
+}
+
+/// What is drawn of a chunk is going, or coming.
+void OverlayLayer::changePicture(const Spot& spot) {
+    if (picture_ && static_cast<std::size_t>(&spot - spots_.data()) < picture_->held()) picture_->forget();
+}
+
+void OverlayLayer::stopLaying() {
+    layingPart_ = nullptr;
+    laidLines_ = 0;
 }
 
 void OverlayLayer::listSpots() {
@@ -118,6 +133,14 @@ void OverlayLayer::listSpots() {
             else
                 spots.push_back({.ball = {}, .id = id, .chunk = &chunk, .shown = item.entry->shown});
         }
+    if (picture_) {
+        const auto same = [](const Spot& a, const Spot& b) { return a.chunk == b.chunk; };
+        const auto differ = std::ranges::mismatch(spots_, spots, same).in1;
+        if (static_cast<std::size_t>(differ - spots_.begin()) < picture_->held()) picture_->forget();
+    }
+    // Of what lies half in the picture nobody knows the number any more.
+    if (layingPart_) allChanged_ = true;
+    stopLaying();
     spots_ = std::move(spots);
     workedOut_ = 0;
     const auto last = std::ranges::find_if(spots_.rbegin(), spots_.rend(),
@@ -132,12 +155,13 @@ void OverlayLayer::noteChange(const ChunkGeometry* geometry) {
     // From here on it is as quick to draw everything.
     constexpr std::size_t kManyPoints = 20000;
     constexpr std::size_t kManyParts = 16;
-    if (!geometry || geometry->segments > kManyPoints) {
+    if (!geometry || geometry->allSegments() > kManyPoints) {
         allChanged_ = true;
         return;
     }
     QRect part;
-    for (const DrawList::Line& line : geometry->lines) part |= raster_->extentOf(line);
+    for (; geometry; geometry = geometry->next.get())
+        for (const DrawList::Line& line : geometry->lines) part |= raster_->extentOf(line);
     if (part.isEmpty()) return;
     for (auto other = changed_.begin(); other != changed_.end();)
         if (other->intersects(part)) {
@@ -226,46 +250,116 @@ bool OverlayLayer::beginAhead(const Camera& camera, double pixelRatio, bool calm
     // What goes meanwhile would take the new picture with it.
     if (!calm || workedOut_ < spots_.size()) return false;
     raster_->beginKept(camera, pixelRatio, smooth);
-    for (Spot& spot : spots_) spot.drawn = -1;
-    laid_ = 0;
+    forgetLaid();
     changed_.clear();
     allChanged_ = false;
     return true;
 }
 
-bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, bool calm, Slice working) {
-    constexpr std::size_t laidInAUnit = 20;
+void OverlayLayer::forgetLaid() {
+    for (Spot& spot : spots_) spot.drawn = -1;
+    laid_ = 0;
+    stopLaying();
+}
+
+/// Draws the lines of the first chunk that is not in the raster's picture, or goes on with them. \return
+/// whether they are all there
+bool OverlayLayer::lay(ChunkGeometry& geometry, const ViewVolume& view, Slice& slice) {
+    spots_[laid_].drawn = static_cast<std::int8_t>(geometry.level);
+    if (!layingPart_) layingPart_ = &geometry;
+    for (; layingPart_; layingPart_ = layingPart_->next.get(), laidLines_ = 0) {
+        if (geometry.next && !view.mayShow(layingPart_->bounds.ball())) continue;
+        while (laidLines_ < layingPart_->lines.size())
+            if (slice.isOver(raster_->draw(layingPart_->lines[laidLines_++]))) return false;
+    }
+    ++laid_;
+    return true;
+}
+
+bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, bool calm, Slice working,
+                           const std::function<void()>& ground) {
     working_ = working;
     late_ = partial_ = false;
     if (workedOutFor_ != camera) workedOut_ = 0;
     workedOutFor_ = camera;
+    if (picture_ && !picture_->isFor(camera, pixelRatio)) picture_->forget();
     const ViewVolume view = viewWithMargin(camera);
     const DetailChoice detail(camera, pixelRatio);
     bool ahead = beginAhead(camera, pixelRatio, calm);
     if (ahead) workedOut_ = std::min(workedOut_, laid_);
     while (workedOut_ < spots_.size()) {
-        Spot& spot = spots_[workedOut_];
-        ChunkGeometry* const geometry = spot.chunk && spot.shown && (!spot.placed || view.mayShow(spot.ball))
-                                            ? prepare(spot, detail, view, false)
-                                            : nullptr;
+        ChunkGeometry* const geometry = find(spots_[workedOut_], detail, view, false);
         if (partial_) return false;
         ahead = ahead && (!geometry || geometry->hasLinesOnly());
-        if (ahead && workedOut_ >= laid_) {
-            laid_ = workedOut_ + 1;
+        if (ahead && workedOut_ == laid_) {
             if (geometry) {
-                for (const DrawList::Line& line : geometry->lines) raster_->draw(line);
-                spot.drawn = static_cast<std::int8_t>(geometry->level);
-                late_ = working_.isOver(1 + geometry->segments / laidInAUnit);
+                if (!lay(*geometry, view, working_)) return false;
+            } else {
+                stopLaying();
+                ++laid_;
             }
         }
         ++workedOut_;
-        if (ahead && late_) break;
+        if (late_) break;
     }
-    return workedOut_ == spots_.size();
+    return workedOut_ == spots_.size() && drawAhead(camera, pixelRatio, working_, ground);
+}
+
+/// Draws areas before their frame. \return whether nothing is left
+bool OverlayLayer::drawAhead(const Camera& camera, double pixelRatio, Slice& slice,
+                             const std::function<void()>& ground) {
+    if (!picture_ || !overdrawn_ || seesLinesOnly_) return true;
+    if (!picture_->isFor(camera, pixelRatio)) return !picture_->begin(camera, pixelRatio, ground);
+    if (picture_->isComplete()) {
+        std::vector<Seen> seen;
+        const ViewVolume view = viewWithMargin(camera);
+        const DetailChoice detail(camera, pixelRatio);
+        for (std::size_t i = picture_->held(); i < spots_.size(); ++i)
+            if (ChunkGeometry* const geometry = find(spots_[i], detail, view, false))
+                see(i, *geometry, view, seen);
+        const std::size_t top = topmost(seen);
+        if (top == 0) return true;
+        const std::size_t chunks = top < seen.size() ? seen[top].spot : spots_.size();
+        seen.resize(top);
+        picture_->add(chunks, drawInOrder(std::move(seen)));
+    }
+    raster_->begin(camera, pixelRatio, LineRaster::Quality::Smooth);
+    return picture_->goOn(*painter_, slice);
+}
+
+/// What a view shows of a chunk; null for nothing.
+ChunkGeometry* OverlayLayer::find(Spot& spot, const DetailChoice& detail, const ViewVolume& view,
+                                  bool moving) {
+    if (!spot.chunk || !spot.shown || (spot.placed && !view.mayShow(spot.ball))) return nullptr;
+    return prepare(spot, detail, view, moving);
+}
+
+/// Adds the parts of a chunk that are in view.
+void OverlayLayer::see(std::size_t spot, ChunkGeometry& geometry, const ViewVolume& view,
+                       std::vector<Seen>& seen) const {
+    for (ChunkGeometry* part = &geometry; part; part = part->next.get())
+        if (part == &geometry || view.mayShow(part->bounds.ball()))
+            seen.push_back({spots_[spot].id, spot, part});
+}
+
+/// What lies on top of all: the first of a few entries that are quickly drawn.
+std::size_t OverlayLayer::topmost(std::span<const Seen> seen) {
+    constexpr std::size_t kEntries = 8;
+    constexpr std::size_t kSize = 2000;
+    std::size_t first = seen.size();
+    std::size_t size = 0;
+    for (std::size_t entries = 0; first > 0 && entries < kEntries; ++entries) {
+        std::size_t begin = first;
+        for (; begin > 0 && seen[begin - 1].id == seen[first - 1].id && size <= kSize; --begin)
+            size += seen[begin - 1].part->segments + seen[begin - 1].part->triangles();
+        if (size > kSize) break;
+        first = begin;
+    }
+    return first;
 }
 
 /// Looks what the frame shows, and whether that has changed.
-void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
+void OverlayLayer::findAll(const Camera& camera, double pixelRatio, bool moving) {
     const ViewVolume view = viewWithMargin(camera);
     const DetailChoice detail(camera, pixelRatio);
     // What is quickly worked out is never left for later.
@@ -276,49 +370,62 @@ void OverlayLayer::find(const Camera& camera, double pixelRatio, bool moving) {
     seesLinesOnly_ = true;
     seenSegments_ = 0;
     widestSeen_ = 0.0;
-    laid_ = 0;
-    for (Spot& spot : spots_) {
+    for (std::size_t i = 0; i < spots_.size(); ++i) {
+        Spot& spot = spots_[i];
         if (!spot.chunk) continue;
-        ChunkGeometry* const geometry = spot.shown && (!spot.placed || view.mayShow(spot.ball))
-                                            ? prepare(spot, detail, view, rough)
-                                            : nullptr;
-        const auto drawn = static_cast<std::int8_t>(geometry ? static_cast<int>(geometry->level) : -1);
-        const auto before = std::exchange(spot.drawn, drawn);
-        if (before >= 0 && before != drawn) noteChange(spot.chunk->built(static_cast<std::size_t>(before)));
+        ChunkGeometry* const geometry = find(spot, detail, view, rough);
+        const auto now = static_cast<std::int8_t>(geometry ? static_cast<int>(geometry->level) : -1);
+        const auto before = spot.drawn;
+        if (before >= 0 && before != now) {
+            noteChange(spot.chunk->built(static_cast<std::size_t>(before)));
+            spot.drawn = now;
+            if (i == laid_) allChanged_ = allChanged_ || layingPart_;
+        }
         if (!geometry) continue;
-        seen_.push_back({&spot, geometry});
-        laid_ = static_cast<std::size_t>(&spot - spots_.data()) + 1;
+        const std::size_t first = seen_.size();
+        see(i, *geometry, view, seen_);
         if (before >= 0) {
             // What is new before it lies below it.
-            for (; kept_ + 1 < seen_.size(); ++kept_) noteChange(seen_[kept_].geometry);
-            ++kept_;
-            if (before != drawn) noteChange(geometry);
+            for (; kept_ < first; ++kept_) {
+                const Seen& below = seen_[kept_];
+                noteChange(below.part);
+                spots_[below.spot].drawn = static_cast<std::int8_t>(below.part->level);
+            }
+            kept_ = seen_.size();
+            if (before != now) noteChange(geometry);
         }
         seesLinesOnly_ = seesLinesOnly_ && geometry->hasLinesOnly();
-        seenSegments_ += geometry->segments;
-        widestSeen_ = std::max(widestSeen_, geometry->widest);
+        seenSegments_ += geometry->allSegments();
+        for (std::size_t k = first; k < seen_.size(); ++k)
+            widestSeen_ = std::max(widestSeen_, seen_[k].part->widest);
     }
 }
 
-void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Slice working) {
+void OverlayLayer::forgetGround() {
+    if (picture_) picture_->forget();
+}
+
+void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Slice working, Slice drawing,
+                        const std::function<void()>& ground) {
     working_ = working;
-    late_ = partial_ = false;
+    drawing_ = raster_ ? drawing : Slice();
+    late_ = partial_ = overdrawn_ = false;
     if (raster_ && !raster_->keepsFor(camera, pixelRatio)) allChanged_ = true;
-    find(camera, pixelRatio, moving && raster_);
-    if (!painter_->isReady()) return;
-    glEnable(GL_BLEND);
-    setBlending();
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LEQUAL);
-    if (raster_ && seesLinesOnly_ && seenSegments_ >= RasterLayer::kManySegments) {
-        drawTogether(camera, pixelRatio, moving);
+    const bool pictured = picture_ && picture_->isFor(camera, pixelRatio);
+    if (pictured) {
+        raster_->begin(camera, pixelRatio, LineRaster::Quality::Smooth);
+        picture_->goOn(*painter_, drawing_);
+        picture_->show();
     } else {
-        if (raster_) raster_->begin(camera, pixelRatio, LineRaster::Quality::Smooth);
-        drawInOrder(camera, pixelRatio);
+        if (picture_) picture_->forget();
+        ground();
     }
-    glDepthMask(GL_TRUE);
-    glDisable(GL_DEPTH_TEST);
-    glDisable(GL_BLEND);
+    findAll(camera, pixelRatio, moving && raster_);
+    if (!painter_->isReady()) return;
+    if (raster_ && !pictured && seesLinesOnly_ && seenSegments_ >= RasterLayer::kManySegments)
+        drawTogether(camera, pixelRatio, moving);
+    else
+        drawSeen(camera, pixelRatio, moving, pictured);
 }
 
 /// Lines and nothing else, in memory.
@@ -326,9 +433,11 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
     const bool rough = moving && seenSegments_ >= kRoughSegments;
     const auto quality = rough ? LineRaster::Quality::Rough : LineRaster::Quality::Smooth;
     rough_ = rough_ || rough;
-    const auto lay = [this](const Seen& seen) {
-        for (const DrawList::Line& line : seen.geometry->lines) raster_->draw(line);
+    const auto layAll = [this](const Seen& seen) {
+        for (const DrawList::Line& line : seen.part->lines) raster_->draw(line);
     };
+    glEnable(GL_BLEND);
+    setBlending();
     if (!allChanged_ && raster_->resume(camera, pixelRatio, quality)) {
         for (const QRect& part : changed_) {
             raster_->redraw(part);
@@ -339,42 +448,77 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
                 camera, {(part.left() - margin) / width, (part.top() - margin) / height,
                          (part.right() + 1 + margin) / width, (part.bottom() + 1 + margin) / height});
             for (std::size_t i = 0; i < kept_; ++i)
-                if (view.mayShow(seen_[i].spot->ball)) lay(seen_[i]);
+                if (view.mayShow(spots_[seen_[i].spot].ball)) layAll(seen_[i]);
         }
-        if (kept_ < seen_.size()) raster_->addMore();
-        for (std::size_t i = kept_; i < seen_.size(); ++i) lay(seen_[i]);
+        if (kept_ < seen_.size() || layingPart_) raster_->addMore();
     } else {
         raster_->begin(camera, pixelRatio, quality);
-        for (const Seen& seen : seen_) lay(seen);
+        forgetLaid();
+        kept_ = 0;
     }
-    raster_->composeAndKeep();
-    changed_.clear();
     allChanged_ = false;
+    changed_.clear();
+    const ViewVolume view = viewWithMargin(camera);
+    const auto layNext = [&] {
+        Spot& spot = spots_[laid_];
+        return lay(*spot.chunk->built(static_cast<std::size_t>(spot.drawn)), view, drawing_);
+    };
+    bool over = layingPart_ && !layNext();
+    for (std::size_t i = kept_; i < seen_.size() && !over; ++i) {
+        if (spots_[seen_[i].spot].drawn >= 0) continue;
+        laid_ = seen_[i].spot;
+        spots_[laid_].drawn = static_cast<std::int8_t>(seen_[i].part->level);
+        over = !layNext();
+    }
+    if (over && moving) {
+        rough_ = true;
+        for (std::size_t i = topmost(seen_); i < seen_.size(); ++i) layAll(seen_[i]);
+        allChanged_ = true;
+    }
+    partial_ = partial_ || (over && !moving);
+    if (!over) laid_ = seen_.empty() ? 0 : seen_.back().spot + 1;
+    raster_->composeAndKeep();
+    glDisable(GL_BLEND);
 }
 
-void OverlayLayer::drawInOrder(const Camera& camera, double pixelRatio) {
-    if (seen_.empty()) return;
-    painter_->begin(camera, pixelRatio);
+/// Whatever it is, above what the picture shows.
+void OverlayLayer::drawSeen(const Camera& camera, double pixelRatio, bool moving, bool pictured) {
+    if (raster_) raster_->begin(camera, pixelRatio, LineRaster::Quality::Smooth);
+    std::vector<ChunkGeometry*> bodies;
+    std::span<const Seen> seen = seen_;
+    if (pictured) {
+        bodies = picture_->bodies();
+        seen = seen.subspan(static_cast<std::size_t>(
+            std::ranges::lower_bound(seen_, picture_->held(), {}, &Seen::spot) - seen_.begin()));
+    }
+    painter_->begin(camera, pixelRatio, bodies);
+    Work drawing = drawInOrder({seen.begin(), seen.end()});
+    overdrawn_ = (pictured && !picture_->isComplete()) || !drawing.goOn(drawing_);
+    if (overdrawn_) {
+        const auto top = seen.subspan(topmost(seen));
+        drawInOrder({top.begin(), top.end()}).finish();
+        (moving ? rough_ : partial_) = true;
+    }
+    painter_->end();
+}
+
+Work OverlayLayer::drawInOrder(std::vector<Seen> seen) {
     // Entries that are nothing but lines are drawn together: there may be one for each shape.
     std::vector<ChunkGeometry*> lines;
-    const auto drawWaiting = [&] {
-        if (!lines.empty()) painter_->draw(lines);
-        lines.clear();
-    };
     std::vector<ChunkGeometry*> entry;
-    for (auto seen = seen_.begin(); seen != seen_.end();) {
+    for (std::size_t i = 0; i < seen.size();) {
         entry.clear();
-        for (const OverlayScene::Id id = seen->spot->id; seen != seen_.end() && seen->spot->id == id; ++seen)
-            entry.push_back(seen->geometry);
+        for (const OverlayScene::Id id = seen[i].id; i < seen.size() && seen[i].id == id; ++i)
+            entry.push_back(seen[i].part);
         if (std::ranges::all_of(entry, &ChunkGeometry::hasLinesOnly)) {
             lines.insert(lines.end(), entry.begin(), entry.end());
-        } else {
-            drawWaiting();
-            painter_->draw(entry);
+            continue;
         }
+        if (!lines.empty()) co_await painter_->draw(lines);
+        lines.clear();
+        co_await painter_->draw(entry);
     }
-    drawWaiting();
-    painter_->end();
+    if (!lines.empty()) co_await painter_->draw(lines);
 }
 
 }  // namespace sandbox

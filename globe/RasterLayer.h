@@ -35,9 +35,10 @@ class RasterLayer {
     /// What is drawn from now on is laid over all of the picture: after redraw(), or before the next frame.
     void addMore();
 
-    void draw(const DrawList::Line& line) {
+    /// \see LineRaster::draw
+    std::size_t draw(const DrawList::Line& line) {
         if (!begun_) start();
-        raster_->draw(line);
+        return raster_->draw(line);
     }
     /// Whether lines wait for compose().
     bool empty() const { return !begun_ || raster_->touched().isEmpty(); }
