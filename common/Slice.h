@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 
@@ -13,6 +14,10 @@ class Slice {
     Slice(std::size_t atLeast, std::chrono::milliseconds time)
         : look_(atLeast), end_(std::chrono::steady_clock::now() + time) {}
 
+    /// Ends it so long from now on, if that is later.
+    void extend(std::chrono::milliseconds time) {
+        end_ = std::max(end_, std::chrono::steady_clock::now() + time);
+    }
     /// To be asked after each piece of work. \return whether others wait
     bool isOver(std::size_t units) {
         done_ += units;

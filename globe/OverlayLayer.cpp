@@ -3,6 +3,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -20,6 +21,11 @@
 namespace sandbox {
 
 namespace {
+
+/// A frame waits so long for a shape that changes before its geometry is ready, as one does that a hand drags
+/// or a platform carries; and the frames for so long afterwards.
+constexpr std::chrono::milliseconds kHurried{50};
+constexpr std::chrono::seconds kHurry{3};
 
 /// From so many segments on a frame of a moving view may be a rough one.
 constexpr std::size_t kRoughSegments = 100000;
@@ -101,6 +107,7 @@ void OverlayLayer::remove(OverlayScene::Id id) {
         if (spot->drawn >= 0) noteChange(spot->chunk->built(static_cast<std::size_t>(spot->drawn)));
         changePicture(*spot);
         if (&*spot == spots_.data() + laid_) stopLaying();
+        if (spot->chunk->unfinished) hurriesUntil_ = std::chrono::steady_clock::now() + kHurry;
         spot->chunk = nullptr;
         ++gone_;
     }
@@ -408,6 +415,7 @@ void OverlayLayer::forgetGround() {
 void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Slice working, Slice drawing,
                         const std::function<void()>& ground) {
     working_ = working;
+    if (std::chrono::steady_clock::now() < hurriesUntil_) working_.extend(kHurried);
     drawing_ = raster_ ? drawing : Slice();
     late_ = partial_ = overdrawn_ = false;
     if (raster_ && !raster_->keepsFor(camera, pixelRatio)) allChanged_ = true;

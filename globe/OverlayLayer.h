@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRect>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -125,6 +126,7 @@ class OverlayLayer {
     std::size_t seenSegments_ = 0;
     double widestSeen_ = 0.0;
     bool rough_ = false;
+    std::chrono::steady_clock::time_point hurriesUntil_;
     Slice working_;
     Slice drawing_;
     bool late_ = false;       ///< the time for working out geometry is over

@@ -136,6 +136,16 @@ TEST_F(GlobeViewTest, FramesWaitNoLongerThanTheyMay) {
     } while (lacking > 0 && ++frames < 300);
     EXPECT_GT(frames, 20);
     EXPECT_EQ(lacking, 0);
+
+    // What changes before it is ready, as it does under a hand or on a platform, is waited for.
+    const auto carried = scene.add(shapesOf(scrawl + kMagenta));
+    const auto shown = [&] {
+        frame.working = Slice(0, {});
+        return count(picture.draw(frame), whole.rect(), isMagenta);
+    };
+    EXPECT_EQ(shown(), 0);
+    scene.replace(carried, shapesOf(scrawl + kMagenta));
+    EXPECT_GT(shown(), 100);
 }
 
 /// All that come together are drawn, however many turns they take; and those that never end are seen, too.
