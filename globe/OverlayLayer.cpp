@@ -249,7 +249,7 @@ ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, con
 /// Gets the picture ready for lines that are drawn before their frame. \return whether it can be
 bool OverlayLayer::beginAhead(const Camera& camera, double pixelRatio, bool calm) {
     constexpr auto smooth = LineRaster::Quality::Smooth;
-    if (!raster_ || !seesLinesOnly_) return false;
+    if (!raster_ || !seesLinesOnly_ || picture_->isFor(camera, pixelRatio)) return false;
     if (!allChanged_ && raster_->keepsFor(camera, pixelRatio, smooth)) {
         raster_->addMore();
         return true;
@@ -315,8 +315,9 @@ bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, bool calm, S
 /// Draws areas before their frame. \return whether nothing is left
 bool OverlayLayer::drawAhead(const Camera& camera, double pixelRatio, Slice& slice,
                              const std::function<void()>& ground) {
-    if (!picture_ || !overdrawn_ || seesLinesOnly_) return true;
-    if (!picture_->isFor(camera, pixelRatio)) return !picture_->begin(camera, pixelRatio, ground);
+    if (!picture_ || !overdrawn_) return true;
+    if (!picture_->isFor(camera, pixelRatio))
+        return seesLinesOnly_ || !picture_->begin(camera, pixelRatio, ground);
     if (picture_->isComplete()) {
         std::vector<Seen> seen;
         const ViewVolume view = viewWithMargin(camera);
@@ -324,6 +325,11 @@ bool OverlayLayer::drawAhead(const Camera& camera, double pixelRatio, Slice& sli
         for (std::size_t i = picture_->held(); i < spots_.size(); ++i)
             if (ChunkGeometry* const geometry = find(spots_[i], detail, view, false))
                 see(i, *geometry, view, seen);
+        if (partial_) {
+            // It has been laid aside since, or was hidden. What stands for it meanwhile is not to stay.
+            workedOut_ = 0;
+            return false;
+        }
         const std::size_t top = topmost(seen);
         if (top == 0) return true;
         const std::size_t chunks = top < seen.size() ? seen[top].spot : spots_.size();
@@ -429,6 +435,7 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Sl
         ground();
     }
     findAll(camera, pixelRatio, moving && raster_);
+    if (partial_) workedOut_ = 0;
     if (!painter_->isReady()) return;
     if (raster_ && !pictured && seesLinesOnly_ && seenSegments_ >= RasterLayer::kManySegments)
         drawTogether(camera, pixelRatio, moving);
