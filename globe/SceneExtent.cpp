@@ -8,6 +8,7 @@
 
 #include "geo/Ecef.h"
 #include "geo/Wgs84.h"
+#include "globe/BoundingBox.h"
 #include "globe/Camera.h"
 #include "globe/ShapeGeometry.h"
 
@@ -20,63 +21,76 @@ namespace wgs84 = halCore::wgs84;
 
 namespace {
 
-double diagonalOf(const std::vector<Ecef>& points) {
-    Ecef low = points.front();
-    Ecef high = points.front();
-    for (const Ecef& p : points) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-    }
-    return length(high - low);
+constexpr std::size_t kLookedAtInAUnit = 250;
+
+Work addTo(BoundingBox& box, std::size_t& known, const std::vector<Ecef>& points) {
+    for (Pieces some(points.size() - known, kLookedAtInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) box.add(points[known + i]);
+    known = points.size();
 }
 
-std::vector<Ecef> pointsOf(std::span<const OverlayScene::Entry* const> entries, double tolerance) {
+Work gatherPoints(const std::vector<OverlayScene::Entry>& entries, double tolerance,
+                  std::vector<Ecef>& points) {
     // Of a scene of very many points what follows may be off by a thousandth of what it is large already.
     constexpr double kShare = 1e-3;
+    constexpr std::size_t kTakenInAUnit = 250;
     std::size_t many = 200000;
-    std::vector<Ecef> points;
+    BoundingBox box;
+    std::size_t boxed = 0;
     DrawList list;
     const auto take = [&points](const auto& positions) {
         points.insert(points.end(), positions.begin(), positions.end());
     };
-    for (const OverlayScene::Entry* entry : entries) {
-        for (const auto& shape : entry->shapes) {
+    for (const OverlayScene::Entry& entry : entries) {
+        for (const auto& shape : entry.shapes) {
             if (!shape) continue;
             if (points.size() >= many) {
-                tolerance = std::max(tolerance, kShare * diagonalOf(points));
+                co_await addTo(box, boxed, points);
+                tolerance = std::max(tolerance, kShare * box.diagonal());
                 many = 2 * points.size();
             }
+            const std::size_t before = points.size();
             list = {};
             // Only the outlines of tangled areas matter here.
-            appendGeometry(*shape, entry->reference, tolerance, list, 0.0);
+            co_await workOutGeometry(*shape, entry.reference, tolerance, 0.0, list);
             for (const DrawList::Line& line : list.lines) take(line.points);
             for (const DrawList::Mesh& mesh : list.meshes)
                 if (!mesh.tangled || list.lines.empty()) take(mesh.vertices);
             for (const DrawList::Picture& picture : list.pictures) take(picture.vertices);
             for (const DrawList::Label& label : list.labels) points.push_back(label.position);
+            co_yield (points.size() - before) / kTakenInAUnit;
         }
     }
-    return points;
+}
+
+Work findFarthest(const std::vector<Ecef>& points, Ecef from, Ecef& farthest) {
+    double most = -1.0;
+    for (Pieces some(points.size(), kLookedAtInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const Ecef v = points[i] - from;
+            if (const double square = dot(v, v); square > most) {
+                most = square;
+                farthest = points[i];
+            }
+        }
 }
 
 /// Jack Ritter, "An efficient bounding sphere", Graphics Gems, 1990: at most a few per cent too large.
-SceneExtent sphereAround(std::vector<Ecef> points) {
-    const auto farthestFrom = [&points](const Ecef& from) {
-        return *std::max_element(points.begin(), points.end(), [&from](const Ecef& a, const Ecef& b) {
-            return dot(a - from, a - from) < dot(b - from, b - from);
-        });
-    };
-    const Ecef one = farthestFrom(points.front());
-    const Ecef other = farthestFrom(one);
-    SceneExtent sphere{(one + other) * 0.5, length(other - one) * 0.5, {}};
-    for (const Ecef& p : points) {
-        const double distance = length(p - sphere.middle);
-        if (distance <= sphere.radius) continue;
-        sphere.radius = 0.5 * (sphere.radius + distance);
-        sphere.middle = sphere.middle + (p - sphere.middle) * ((distance - sphere.radius) / distance);
-    }
+Work surround(std::vector<Ecef> points, SceneExtent& sphere) {
+    Ecef one = points.front();
+    Ecef other = one;
+    co_await findFarthest(points, points.front(), one);
+    co_await findFarthest(points, one, other);
+    sphere = {(one + other) * 0.5, length(other - one) * 0.5, {}};
+    for (Pieces some(points.size(), kLookedAtInAUnit); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) {
+            const Ecef& p = points[i];
+            const double distance = length(p - sphere.middle);
+            if (distance <= sphere.radius) continue;
+            sphere.radius = 0.5 * (sphere.radius + distance);
+            sphere.middle = sphere.middle + (p - sphere.middle) * ((distance - sphere.radius) / distance);
+        }
     sphere.points = std::move(points);
-    return sphere;
 }
 
 /// Turns an outlook to the middle of the rectangle that the points fill in the view, and as close as the
@@ -110,14 +124,18 @@ void fit(Outlook& outlook, const std::vector<Ecef>& points, const Camera& camera
 
 }  // namespace
 
-std::optional<SceneExtent> extentOf(std::span<const OverlayScene::Entry* const> entries) {
+Work measureExtent(std::vector<OverlayScene::Entry> entries, std::optional<SceneExtent>& extent) {
     // Coarse geometry is quick to make, but it may be all there is of a small shape.
     constexpr double kCoarse = 50.0;
-    std::vector<Ecef> points = pointsOf(entries, kCoarse);
-    if (points.empty()) return std::nullopt;
-    SceneExtent coarse = sphereAround(std::move(points));
-    if (coarse.radius > 100.0 * kCoarse) return coarse;
-    return sphereAround(pointsOf(entries, 0.0));
+    for (const double tolerance : {kCoarse, 0.0}) {
+        std::vector<Ecef> points;
+        co_await gatherPoints(entries, tolerance, points);
+        if (points.empty()) co_return;
+        SceneExtent sphere;
+        co_await surround(std::move(points), sphere);
+        extent = std::move(sphere);
+        if (extent->radius > 100.0 * kCoarse) co_return;
+    }
 }
 
 Outlook outlookOn(const SceneExtent& extent, const Camera& camera) {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "common/Vec3.h"
+#include "common/Work.h"
 #include "geo/Ecef.h"
 #include "globe/OverlayScene.h"
 
@@ -19,8 +19,8 @@ struct SceneExtent {
     std::vector<halCore::Ecef> points;  ///< what is to be seen
 };
 
-/// Nothing when nothing is drawn. Entries that are not shown count as well.
-std::optional<SceneExtent> extentOf(std::span<const OverlayScene::Entry* const> entries);
+/// Puts the extent into `extent`; nothing when nothing is drawn. Entries that are not shown count as well.
+Work measureExtent(std::vector<OverlayScene::Entry> entries, std::optional<SceneExtent>& extent);
 
 /// Where to look, and from how far, to see an extent from straight above with a margin around it.
 struct Outlook {

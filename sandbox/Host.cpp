@@ -280,7 +280,12 @@ void Host::listShapes(void* handle) {
 }
 
 void Host::selectShapeAt(double x, double y) {
-    const auto picked = pickShape(view().overlays(), view().camera(), x, y);
+    const auto picked = std::make_shared<std::optional<PickedShape>>();
+    deed_.begin(pickShape(view().overlays(), view().camera(), x, y, *picked),
+                [this, picked] { selectShape(*picked); });
+}
+
+void Host::selectShape(const std::optional<PickedShape>& picked) {
     for (const LoadedOverlay* overlay : overlays_.files())
         if (picked && overlay->sceneId == picked->overlay) {
             window_.overlayPanel().selectShape(overlay->handle(), picked->shape);
@@ -290,28 +295,37 @@ void Host::selectShapeAt(double x, double y) {
 }
 
 void Host::showOverlays(const std::vector<void*>& handles) {
-    std::vector<const OverlayScene::Entry*> entries;
+    std::vector<OverlayScene::Entry> entries;
     for (void* handle : handles)
         if (const auto* overlay = handles_.find<LoadedOverlay>(handle))
-            entries.push_back(view().overlays().find(overlay->sceneId));
-    lookAt(entries);
+            entries.push_back(*view().overlays().find(overlay->sceneId));
+    lookAt(std::move(entries));
 }
 
 void Host::showEverything() {
-    std::vector<const OverlayScene::Entry*> entries;
-    for (const auto& [id, entry] : view().overlays().entries()) entries.push_back(&entry);
-    lookAt(entries);
+    std::vector<OverlayScene::Entry> entries;
+    for (const auto& [id, entry] : view().overlays().entries()) entries.push_back(entry);
+    lookAt(std::move(entries));
 }
 
-void Host::lookAt(const std::vector<const OverlayScene::Entry*>& entries) {
-    const auto extent = extentOf(entries);
-    if (!extent) {
-        log_.add(halNotify::Notice, "host", "there is nothing to look at");
-        return;
-    }
-    const Outlook outlook = outlookOn(*extent, view().camera());
-    view().setCenter(outlook.center);
-    view().setRangeAzimuthElevation(outlook.range, 0.0, kHalfPi);
+void Host::lookAt(std::vector<OverlayScene::Entry> entries) {
+    const auto extent = std::make_shared<std::optional<SceneExtent>>();
+    // Ends a flight.
+    view().setCenter(view().camera().center());
+    const Camera before = view().camera();
+    deed_.begin(measureExtent(std::move(entries), *extent), [this, extent, before] {
+        Camera now = view().camera();
+        now.setViewport(before.width(), before.height());
+        // Whoever has turned the view meanwhile wants to look there.
+        if (!(now == before)) return;
+        if (!*extent) {
+            log_.add(halNotify::Notice, "host", "there is nothing to look at");
+            return;
+        }
+        const Outlook outlook = outlookOn(**extent, view().camera());
+        view().setCenter(outlook.center);
+        view().setRangeAzimuthElevation(outlook.range, 0.0, kHalfPi);
+    });
 }
 
 void Host::greet() {

@@ -20,6 +20,7 @@
 #include "sandbox/Settings.h"
 #include "sandbox/TrackLines.h"
 #include "sandbox/WindowPlaces.h"
+#include "sandbox/WorkInTurns.h"
 #include "sandbox/scenario/Scenario.h"
 #include "sandbox/services/PluginRegistrations.h"
 
@@ -29,6 +30,7 @@ class ClockBar;
 class FileDialogs;
 class Session;
 class UserFiles;
+struct PickedShape;
 struct ViewMouseEvent;
 
 /// The stand-in host, put together: its parts, the services over them, the plug-ins that use these, and
@@ -98,7 +100,8 @@ class Host : public QObject {
     void listShapes(void* handle);
     /// Selects the shape that is seen at a pixel of the view in the panel.
     void selectShapeAt(double x, double y);
-    void lookAt(const std::vector<const OverlayScene::Entry*>& entries);
+    void selectShape(const std::optional<PickedShape>& picked);
+    void lookAt(std::vector<OverlayScene::Entry> entries);
     void addAttachMenu(QMenu& menu, const std::vector<void*>& overlays);
     void addPlatformByUser();
     void savePictureByUser();
@@ -120,6 +123,7 @@ class Host : public QObject {
     std::unique_ptr<UserFiles> files_;
     std::unique_ptr<Session> session_;
     TrackLines tracks_;
+    WorkInTurns deed_;  ///< the user's latest one that takes long
     ClockBar* clockBar_;
     std::vector<std::unique_ptr<Plugin>> plugins_;
     QTimer overlayPanelSoon_;

@@ -279,9 +279,11 @@ Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
         camera.setRangeAzimuthElevation(job.look->range, job.look->azimuth, job.look->elevation);
         return camera;
     }
-    std::vector<const OverlayScene::Entry*> entries;
-    for (const auto& [id, entry] : scene.entries()) entries.push_back(&entry);
-    if (const std::optional<SceneExtent> extent = extentOf(entries)) {
+    std::vector<OverlayScene::Entry> entries;
+    for (const auto& [id, entry] : scene.entries()) entries.push_back(entry);
+    std::optional<SceneExtent> extent;
+    measureExtent(std::move(entries), extent).finish();
+    if (extent) {
         const Outlook outlook = outlookOn(*extent, camera);
         camera.setCenter(outlook.center);
         camera.setRange(outlook.range);

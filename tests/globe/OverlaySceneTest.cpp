@@ -105,9 +105,9 @@ TEST(SceneExtent, TheViewIsFilled) {
          {"line; ll 10 20; ll 10 24", "line; ll -30 20; ll -25 20", "line; ll 5 179; ll 5 -178",
           "line; ll 60 20; ll 60 20.01", "line; lla 0 0 90000; lla 0 3 90000", "line; ll 0 -60; ll 0 60"}) {
         const OverlayScene::Entry entry{1, {}, shapesOf(line), {}};
-        const OverlayScene::Entry* entries[] = {&entry};
         Camera camera = looking(Vec3(), 1e6);
-        const auto extent = extentOf(entries);
+        std::optional<SceneExtent> extent;
+        measureExtent({entry}, extent).finish();
         ASSERT_TRUE(extent) << line;
         const Outlook outlook = outlookOn(*extent, camera);
         camera.setCenter(outlook.center);

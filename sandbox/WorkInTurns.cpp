@@ -1,0 +1,34 @@
+#include "sandbox/WorkInTurns.h"
+
+#include <chrono>
+#include <utility>
+
+namespace sandbox {
+
+WorkInTurns::WorkInTurns() {
+    turn_.setSingleShot(true);
+    QObject::connect(&turn_, &QTimer::timeout, &turn_, [this] { goOn(); });
+}
+
+void WorkInTurns::begin(Work work, std::function<void()> done) {
+    work_.emplace(std::move(work));
+    done_ = std::move(done);
+    goOn();
+}
+
+void WorkInTurns::goOn() {
+    // What is small is done at once, whatever the clock says.
+    constexpr std::size_t atLeast = 20'000;
+    constexpr std::chrono::milliseconds atOnce{15};
+    Slice slice(atLeast, atOnce);
+    if (!work_->goOn(slice)) {
+        turn_.start(0);
+        return;
+    }
+    turn_.stop();
+    work_.reset();
+    // It may begin other work.
+    if (const auto done = std::exchange(done_, nullptr)) done();
+}
+
+}  // namespace sandbox
