@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
@@ -83,6 +84,14 @@ std::uint32_t modifiersOf(unsigned modifiers) {
            (modifiers & ViewMouseEvent::Control ? PIGUI::PIModifierControl : 0U) |
            (modifiers & ViewMouseEvent::Alt ? PIGUI::PIModifierAlt : 0U);
 }
+
+/// While it lives the mouse's shape tells that nothing else goes on.
+struct Busy {
+    Busy() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Busy() { QGuiApplication::restoreOverrideCursor(); }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+};
 
 }  // namespace
 
@@ -514,6 +523,7 @@ void Host::savePictureByUser() {
                            .startDirectory = {},
                            .filterRows = {"PNG pictures\t*.png", "SVG pictures, for print\t*.svg"}});
     if (path.isEmpty()) return;
+    const Busy busy;
     if (const QString problem = saveView(view(), dialog.look(), path); !problem.isEmpty())
         log_.add(halNotify::Error, "host", QString("picture %1 cannot be written: %2").arg(path, problem));
 }
@@ -529,6 +539,7 @@ void Host::printByUser() {
                                                 settings_.value(kTitleKey), &accepted);
     if (!accepted) return;
     settings_.setValue(kTitleKey, title);
+    const Busy busy;
     if (const QString problem = printView(view(), title, printer); !problem.isEmpty())
         log_.add(halNotify::Error, "host", QString("the view cannot be printed: %1").arg(problem));
 }
