@@ -27,13 +27,14 @@ class BoundingBox {
                                     std::max({low_.y - p.y, 0.0, p.y - high_.y}),
                                     std::max({low_.z - p.z, 0.0, p.z - high_.z})});
     }
+    halCore::Ecef middle() const { return (low_ + high_) * 0.5; }
     double diagonal() const { return length(high_ - low_); }
-    BoundingBall ball() const { return {(low_ + high_) * 0.5, diagonal() * 0.5}; }
+    BoundingBall ball() const { return {middle(), diagonal() * 0.5}; }
 
     /// Whether two boxes, each with a margin, may lie before each other as seen by an eye.
     bool meets(const BoundingBox& other, const halCore::Ecef& eye, double marginRadians) const {
-        const halCore::Ecef v = (low_ + high_) * 0.5 - eye;
-        const halCore::Ecef w = (other.low_ + other.high_) * 0.5 - eye;
+        const halCore::Ecef v = middle() - eye;
+        const halCore::Ecef w = other.middle() - eye;
         const double near = diagonal() * 0.5;
         const double far = other.diagonal() * 0.5;
         if (length(v) <= near || length(w) <= far) return true;

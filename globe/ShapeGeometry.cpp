@@ -13,6 +13,7 @@
 #include "geo/Ecef.h"
 #include "geo/GeodesicPath.h"
 #include "geo/Wgs84.h"
+#include "globe/BoundingBox.h"
 #include "globe/BoxGeometry.h"
 #include "globe/RoundGeometry.h"
 #include "globe/StyledGeometry.h"
@@ -255,6 +256,38 @@ std::optional<RoughPlace> roughPlace(const ZEL::ZelShape& shape,
     constexpr double curvature = halCore::wgs84::a / (halCore::wgs84::b * halCore::wgs84::b);
     const double higher = 1.0 + std::max(0.0, outline->center.alt()) * curvature;
     return RoughPlace{toEcef(outline->center), outline->arcs.front().longerHalf() * higher + 1.0};
+}
+
+std::optional<RoughPlace> placeByPoints(const ZEL::ZelShape& shape,
+                                        const std::optional<OverlayReference>& reference) {
+    constexpr std::size_t kMany = 10'000;
+    constexpr double kLarge = 1e6;
+    // A way between two of them is no longer than half a turn over a straight line, so no place on it is
+    // farther from the middle than 2.6 times the farthest of them. What such ways enclose lies in the cap of
+    // the earth about them, at heights between theirs, which makes it 6.4 times.
+    constexpr double kByWays = 4.0;
+    constexpr double kByAreas = 8.0;
+    double reach = 1.0;
+    const std::vector<Vec3>* points = nullptr;
+    if (const auto* path = ZEL::shapeAs<ZEL::PointBasedShape>(shape)) {
+        points = &path->points();
+        reach = shape.shapeType() == ZEL::ShapeType::Polygon ? kByAreas : kByWays;
+    } else if (const auto* dots = ZEL::shapeAs<ZEL::Points>(shape)) {
+        points = &dots->points();
+    }
+    if (!points || points->size() > kMany) return std::nullopt;
+    const Placement placement(shape, reference, 0.0);
+    if (placement.extruded()) return std::nullopt;
+    BoundingBox box;
+    bool any = false;
+    for (const Vec3& point : *points)
+        if (const std::optional<Vec3> placed = placement.place(point)) {
+            box.add(toEcef(*placed));
+            any = true;
+        }
+    const double radius = 0.5 * box.diagonal();
+    if (!any || !(radius < kLarge)) return std::nullopt;
+    return RoughPlace{box.middle(), reach * radius + 1.0};
 }
 
 std::size_t roughSize(const ZEL::ZelShape& shape) {

@@ -43,6 +43,10 @@ struct RoughPlace {
 /// Where that can be told at once: for a circle that is neither extruded nor leaning. It has no label either.
 std::optional<RoughPlace> roughPlace(const halCore::ZEL::ZelShape& shape,
                                      const std::optional<OverlayReference>& reference);
+/// The same for dots, lines and areas, neither extruded nor larger than a continent nor of very many points,
+/// after a look at each point.
+std::optional<RoughPlace> placeByPoints(const halCore::ZEL::ZelShape& shape,
+                                        const std::optional<OverlayReference>& reference);
 
 /// About how many points a shape has in its finest geometry; to share out work.
 std::size_t roughSize(const halCore::ZEL::ZelShape& shape);

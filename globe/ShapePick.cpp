@@ -83,6 +83,8 @@ Work cover(const DrawList::Mesh& mesh, const Camera& camera, Pixel p, Hit& found
             const double ab = side(a, b);
             const double bc = side(b, c);
             const double ca = side(c, a);
+            // What has no area covers nothing.
+            if (ab + bc + ca == 0.0) continue;
             if ((ab >= 0.0 && bc >= 0.0 && ca >= 0.0) || (ab <= 0.0 && bc <= 0.0 && ca <= 0.0)) {
                 found = Hit::Inside;
                 co_return;
@@ -131,20 +133,21 @@ class SightCone {
 
 Work pickAmong(std::vector<OverlayScene::Entry> entries, Camera camera, Pixel p,
                std::optional<PickedShape>& picked) {
-    constexpr std::size_t kLeftOutInAUnit = 3;
+    constexpr std::size_t kLooksInAUnit = 5;
     constexpr double kWidestLine = 255.0;
     const SightCone cone(camera, p, kReach + kWidestLine / 2.0);
     const double tolerance = camera.metersPerPixel();
     std::optional<PickedShape> inside;
-    std::size_t leftOut = 0;
+    std::size_t looks = 0;
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry)
         for (std::size_t i = entry->shapes.size(); i-- > 0;) {
             if (!entry->shapes[i]) continue;
             const ZEL::ZelShape& shape = *entry->shapes[i];
-            if (const auto place = roughPlace(shape, entry->reference); place && !cone.mayMeet(*place)) {
-                if (++leftOut % kLeftOutInAUnit == 0) co_yield 1;
-                continue;
-            }
+            auto place = roughPlace(shape, entry->reference);
+            looks += place ? 1 : roughSize(shape);
+            if (!place) place = placeByPoints(shape, entry->reference);
+            if (looks >= kLooksInAUnit) co_yield std::exchange(looks, 0) / kLooksInAUnit;
+            if (place && !cone.mayMeet(*place)) continue;
             DrawList list;
             co_await workOutGeometry(shape, entry->reference, tolerance, 1.0, list);
             Hit found = Hit::None;

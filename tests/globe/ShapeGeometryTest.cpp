@@ -514,19 +514,39 @@ TEST(ShapeGeometry, PitchAndRollLeanRoundShapes) {
         }
 }
 
-/// What is not worked out is left out of frames by that place.
-TEST(ShapeGeometry, CirclesLieWithinTheirRoughPlace) {
+/// What is not worked out is left out of frames, and of what is under the mouse, by that place.
+TEST(ShapeGeometry, ShapesLieWithinTheirRoughPlace) {
+    constexpr const char* kKinds[] = {"circle",
+                                      "circle; filled",
+                                      "polygon; filled",
+                                      "line",
+                                      "line; tessellate true; lineprojection rhumbline",
+                                      "points; outline true"};
     std::mt19937 random(7);
     std::uniform_real_distribution<double> any(-1.0, 1.0);
-    for (int i = 0; i < 500; ++i) {
+    int placed = 0;
+    for (int i = 0; i < 600; ++i) {
+        const bool round = i % 6 < 2;
         std::ostringstream text;
-        text << (i % 2 == 0 ? "circle" : "circle; filled") << "; centerlla " << 90.0 * any(random) << ' '
-             << 180.0 * any(random) << ' ' << std::max(0.0, 1e6 * any(random)) << "; radius "
-             << std::pow(10.0, 3.5 + 3.7 * any(random)) << "; scale " << 1.5 + any(random) << ' '
-             << 1.5 + any(random) << " 1";
+        text << kKinds[i % 6];
+        const double lat = 90.0 * std::cbrt(any(random));
+        const double lon = 180.0 * any(random);
+        const double high = std::max(0.0, 1e6 * any(random));
+        const double reach = std::pow(10.0, 3.5 + (round ? 3.7 : 2.6) * any(random));
+        if (round)
+            text << "; centerlla " << lat << ' ' << lon << ' ' << high << "; radius " << reach << "; scale "
+                 << 1.5 + any(random) << ' ' << 1.5 + any(random) << " 1";
+        for (int points = round ? 0 : 3 + i % 5; points > 0; --points) {
+            const double off = 1e-5 * reach;
+            text << "; lla " << std::clamp(lat + off * any(random), -90.0, 90.0) << ' '
+                 << lon + off / std::cos(lat * kRadiansPerDegree) * any(random) << ' '
+                 << high + reach * any(random);
+        }
         const auto shapes = shapesOf(text.str());
-        const auto place = roughPlace(*shapes.at(0), std::nullopt);
-        ASSERT_TRUE(place) << text.str();
+        const auto place = (round ? roughPlace : placeByPoints)(*shapes.at(0), std::nullopt);
+        ASSERT_TRUE(place || !round) << text.str();
+        if (!place) continue;
+        ++placed;
         const DrawList list = drawn(shapes);
         std::vector<Ecef> vertices = placesOf(list);
         for (const DrawList::Mesh& mesh : list.meshes)
@@ -534,6 +554,7 @@ TEST(ShapeGeometry, CirclesLieWithinTheirRoughPlace) {
         ASSERT_FALSE(vertices.empty()) << text.str();
         for (const Ecef& p : vertices) ASSERT_LE(length(p - place->center), place->radius) << text.str();
     }
+    EXPECT_GT(placed, 400);
 }
 
 TEST(ShapeGeometry, WhatIsOffOrIncompleteIsNotDrawn) {
