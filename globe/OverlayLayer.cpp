@@ -494,6 +494,11 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
     if (!over) laid_ = seen_.empty() ? 0 : seen_.back().spot + 1;
     raster_->composeAndKeep();
     glDisable(GL_BLEND);
+    if (!over || moving) return;
+    std::vector<ChunkGeometry*> bodies;
+    painter_->begin(camera, pixelRatio, bodies);
+    drawTop(seen_);
+    painter_->end();
 }
 
 /// Whatever it is, above what the picture shows.
@@ -510,11 +515,16 @@ void OverlayLayer::drawSeen(const Camera& camera, double pixelRatio, bool moving
     Work drawing = drawInOrder({seen.begin(), seen.end()});
     overdrawn_ = (pictured && !picture_->isComplete()) || !drawing.goOn(drawing_);
     if (overdrawn_) {
-        const auto top = seen.subspan(topmost(seen));
-        drawInOrder({top.begin(), top.end()}).finish();
+        drawTop(seen);
         (moving ? rough_ : partial_) = true;
     }
     painter_->end();
+}
+
+/// What people draw.
+void OverlayLayer::drawTop(std::span<const Seen> seen) {
+    const auto top = seen.subspan(topmost(seen));
+    drawInOrder({top.begin(), top.end()}).finish();
 }
 
 Work OverlayLayer::drawInOrder(std::vector<Seen> seen) {

@@ -98,6 +98,7 @@ class OverlayLayer {
     static std::size_t topmost(std::span<const Seen> seen);
     void drawTogether(const Camera& camera, double pixelRatio, bool moving);
     void drawSeen(const Camera& camera, double pixelRatio, bool moving, bool pictured);
+    void drawTop(std::span<const Seen> seen);
     Work drawInOrder(std::vector<Seen> seen);
 
     std::unique_ptr<PictureTextures> textures_;

@@ -70,6 +70,7 @@ void RasterLayer::redraw(const QRect& part) {
 void RasterLayer::addMore() {
     raster_->setClip(raster_->whole());
     sent_ = QRect();
+    begun_ = true;
 }
 
 bool RasterLayer::prepareTexture() {
@@ -133,6 +134,7 @@ void RasterLayer::composeAndKeep() {
     raster_->setClip(raster_->whole());
     redrawn_ = QRegion();
     kept_ = true;
+    begun_ = false;
 }
 
 }  // namespace sandbox

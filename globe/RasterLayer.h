@@ -45,7 +45,7 @@ class RasterLayer {
     /// Blends the lines drawn so far over the frame buffer that is bound, if there are any, and begins anew.
     /// Expects blending to be on and leaves setBlending().
     void compose();
-    /// The same with all lines of a frame.
+    /// The same with all lines of a frame, which remain; none waits for compose() then.
     void composeAndKeep();
     /// Whether there is a picture that resume() might find.
     bool keeps() const { return kept_; }

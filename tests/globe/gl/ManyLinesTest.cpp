@@ -271,6 +271,18 @@ TEST_F(DrawnAheadTest, RestsWithAllThereIs) {
 
     scene.clear();
     lines();
+    const auto ring = [](int radius) {
+        return shapesOf("circle; linewidth 4; centerll 0 0; radius " + std::to_string(radius) + kMagenta);
+    };
+    const auto edited = scene.add(ring(600000));
+    EXPECT_EQ(rest(), 0);
+    for (int i = 0; i < 5; ++i) {
+        scene.replace(edited, ring(610000 + 10000 * i));
+        const QImage drawn = draw({}, Slice(500, {}));
+        EXPECT_TRUE(painter->isPartial());
+        EXPECT_GT(count(drawn, all, isMagenta), 1000) << "what is under the hand";
+    }
+    EXPECT_EQ(rest(), 0);
     const auto above = scene.add(area);
     EXPECT_EQ(rest(), 0);
     scene.remove(above);
