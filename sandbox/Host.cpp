@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
@@ -84,14 +83,6 @@ std::uint32_t modifiersOf(unsigned modifiers) {
            (modifiers & ViewMouseEvent::Control ? PIGUI::PIModifierControl : 0U) |
            (modifiers & ViewMouseEvent::Alt ? PIGUI::PIModifierAlt : 0U);
 }
-
-/// While it lives the mouse's shape tells that nothing else goes on.
-struct Busy {
-    Busy() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~Busy() { QGuiApplication::restoreOverrideCursor(); }
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
-};
 
 }  // namespace
 
@@ -288,10 +279,19 @@ void Host::listShapes(void* handle) {
     window_.overlayPanel().setShapes(handle, rows, entry->shapes.size() - rows.size());
 }
 
+void Host::undertake(Work work, std::function<void()> done) {
+    busy_.reset();
+    deed_.begin(std::move(work), [this, done = std::move(done)] {
+        busy_.reset();
+        done();
+    });
+    if (deed_.goesOn()) busy_.emplace(Qt::BusyCursor);
+}
+
 void Host::selectShapeAt(double x, double y) {
     const auto picked = std::make_shared<std::optional<PickedShape>>();
-    deed_.begin(pickShape(view().overlays(), view().camera(), x, y, *picked),
-                [this, picked] { selectShape(*picked); });
+    undertake(pickShape(view().overlays(), view().camera(), x, y, *picked),
+              [this, picked] { selectShape(*picked); });
 }
 
 void Host::selectShape(const std::optional<PickedShape>& picked) {
@@ -322,7 +322,7 @@ void Host::lookAt(std::vector<OverlayScene::Entry> entries) {
     // Ends a flight.
     view().setCenter(view().camera().center());
     const Camera before = view().camera();
-    deed_.begin(measureExtent(std::move(entries), *extent), [this, extent, before] {
+    undertake(measureExtent(std::move(entries), *extent), [this, extent, before] {
         Camera now = view().camera();
         now.setViewport(before.width(), before.height());
         // Whoever has turned the view meanwhile wants to look there.
@@ -523,7 +523,7 @@ void Host::savePictureByUser() {
                            .startDirectory = {},
                            .filterRows = {"PNG pictures\t*.png", "SVG pictures, for print\t*.svg"}});
     if (path.isEmpty()) return;
-    const Busy busy;
+    const BusyCursor busy(Qt::WaitCursor);
     if (const QString problem = saveView(view(), dialog.look(), path); !problem.isEmpty())
         log_.add(halNotify::Error, "host", QString("picture %1 cannot be written: %2").arg(path, problem));
 }
@@ -539,7 +539,7 @@ void Host::printByUser() {
                                                 settings_.value(kTitleKey), &accepted);
     if (!accepted) return;
     settings_.setValue(kTitleKey, title);
-    const Busy busy;
+    const BusyCursor busy(Qt::WaitCursor);
     if (const QString problem = printView(view(), title, printer); !problem.isEmpty())
         log_.add(halNotify::Error, "host", QString("the view cannot be printed: %1").arg(problem));
 }

@@ -4,10 +4,12 @@
 #include <QPoint>
 #include <QTimer>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "sandbox/BusyCursor.h"
 #include "sandbox/CallTrace.h"
 #include "sandbox/FieldKeys.h"
 #include "sandbox/HandleRegistry.h"
@@ -98,6 +100,8 @@ class Host : public QObject {
     void showPlatform(std::uint64_t id);
     void refreshOverlayPanel();
     void listShapes(void* handle);
+    /// Begins what the user asks for and may take long, in the place of what was asked for before.
+    void undertake(Work work, std::function<void()> done);
     /// Selects the shape that is seen at a pixel of the view in the panel.
     void selectShapeAt(double x, double y);
     void selectShape(const std::optional<PickedShape>& picked);
@@ -124,6 +128,7 @@ class Host : public QObject {
     std::unique_ptr<Session> session_;
     TrackLines tracks_;
     WorkInTurns deed_;  ///< the user's latest one that takes long
+    std::optional<BusyCursor> busy_;
     ClockBar* clockBar_;
     std::vector<std::unique_ptr<Plugin>> plugins_;
     QTimer overlayPanelSoon_;

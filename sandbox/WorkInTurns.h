@@ -15,6 +15,7 @@ class WorkInTurns {
 
     /// Begins at once: what is small is done when this returns. Work that is not done yet is given up.
     void begin(Work work, std::function<void()> done);
+    bool goesOn() const { return work_.has_value(); }
 
   private:
     void goOn();
