@@ -47,6 +47,10 @@ function waitFor(condition, message, timeout) {
     }
 }
 
+/// How long the window's thread was kept from its events at most since the last call, which begins to watch: by the
+/// clock and at work, in milliseconds.
+function longestTurn() { return $tools.longestTurn(); }
+
 /// A key of the keyboard, such as "Ctrl+Z", as it comes to the window that is in front.
 function pressKey(key) { $tools.pressKey(key); }
 

@@ -28,6 +28,11 @@ void ScriptTools::wait(int milliseconds) {
     });
 }
 
+QVariantMap ScriptTools::longestTurn() {
+    const TurnWatch::Longest longest = turns_.take();
+    return {{"clock", longest.clock}, {"processor", longest.processor}};
+}
+
 void ScriptTools::pressKey(const QString& key) {
     step([&] {
         const QKeySequence sequence(key);

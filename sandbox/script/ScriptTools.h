@@ -5,6 +5,7 @@
 #include <QVariant>
 
 #include "sandbox/script/ScriptObject.h"
+#include "sandbox/script/TurnWatch.h"
 
 namespace sandbox {
 
@@ -16,6 +17,8 @@ class ScriptTools : public ScriptObject {
     using ScriptObject::ScriptObject;
 
     Q_INVOKABLE void wait(int milliseconds);
+    /// { clock, processor } in milliseconds. \see TurnWatch
+    Q_INVOKABLE QVariantMap longestTurn();
     /// A key of the keyboard, such as "Ctrl+Z": it goes where the focus is, or to the action that it is bound
     /// to.
     Q_INVOKABLE void pressKey(const QString& key);
@@ -46,6 +49,9 @@ class ScriptTools : public ScriptObject {
     /// Saves a picture. \param what "view", "window" (with the dialogs over it) or a dialog's title
     /// \param group title of one of the dialog's group boxes; empty for all of the dialog
     Q_INVOKABLE void picture(const QString& what, const QString& path, const QString& group);
+
+  private:
+    TurnWatch turns_;
 };
 
 }  // namespace sandbox
