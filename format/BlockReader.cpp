@@ -131,6 +131,7 @@ const char* BlockReader::readWords_(const char* p, const char* end) {
     const char* const stop = tokens_.split(p, end);
     line_ = p;
     lineFeed_ = stop;
+    if (tokens_.isCut()) error_({"line is longer than 1 MiB: its rest is not read"});
     const Keyword& keyword = insideBlock_ ? keywordOf(tokens_) : findKeyword(tokens_[0]);
     if (keyword.action == KeywordAction::Comment) {
         readComment_(p, stop);

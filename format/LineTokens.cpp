@@ -35,6 +35,7 @@ bool endsFolding(std::string_view word) {
 }  // namespace
 
 const char* LineTokens::split(const char* p, const char* end, Case letters) {
+    isCut_ = false;
     if (const char* const stop = view_(p, end, letters)) return stop;
     const auto* const stop =
         static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
@@ -89,7 +90,8 @@ const char* LineTokens::view_(const char* p, const char* end, Case letters) {
 }
 
 void LineTokens::split(std::string_view line, Case letters) {
-    line = UTILS::trimmed(line);
+    isCut_ = line.size() > kLongest;
+    line = UTILS::trimmed(line.substr(0, kLongest));
     bool fold = letters == Case::Fold;
     // Never longer than the line, so that words do not move.
     joined_.clear();

@@ -17,6 +17,9 @@ class LineTokens {
   public:
     enum class Case { Fold, Keep };
 
+    /// Of a longer line only so many bytes are split: 1 MiB.
+    static constexpr std::size_t kLongest = std::size_t{1} << 20;
+
     /// Splits the line that begins at `p` and returns its line feed, which must stand before `end`.
     const char* split(const char* p, const char* end, Case letters = Case::Fold);
     /// The same for a line without its line feed; nothing of it is viewed.
@@ -37,6 +40,8 @@ class LineTokens {
 
     /// Whether a word that is now in lower case ended in a capital S, in a line that is not all in capitals.
     bool endedInCapitalS() const { return endedInCapitalS_; }
+    /// Whether there was more of the line.
+    bool isCut() const { return isCut_; }
 
   private:
     /// More than any keyword uses; of the others only the number counts.
@@ -57,6 +62,7 @@ class LineTokens {
     std::array<const char*, kKept> ends_{};
     const char* lineEnd_ = nullptr;
     bool endedInCapitalS_ = false;
+    bool isCut_ = false;
     /// The line in lower case and joined, where the text is not.
     std::string joined_;
 };

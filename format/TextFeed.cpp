@@ -25,7 +25,11 @@ bool TextFeed::goOn(std::size_t bytes) {
     const std::size_t whole = std::max(text_.rfind('\n') + 1, done_);
     reader_.readLines(text_.substr(done_, whole - done_));
     // Only a last line without a line feed is copied, to get one.
-    if (whole != text_.size()) reader_.readLines(std::string(text_.substr(whole)) + '\n');
+    if (whole != text_.size()) {
+        std::string last;
+        last.reserve(text_.size() - whole + 1);
+        reader_.readLines(last.append(text_.substr(whole)).append(1, '\n'));
+    }
     done_ = text_.size();
     return true;
 }

@@ -162,6 +162,8 @@ TEST(BadInput, repetitionIsReadToItsEnd) {
         const Parsed result = parsed(text + "\nend\nend\n" + block("sphere"));
         ASSERT_FALSE(result.shapes.empty()) << part;
         EXPECT_EQ(result.shapes.back()->shapeType(), ShapeType::Sphere) << part;
+        const bool told = messages(result.report).find("line is longer than 1 MiB") != std::string::npos;
+        EXPECT_EQ(told, part.back() != '\n') << part;
     }
 }
 
