@@ -1,5 +1,6 @@
 #include "common/Files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
@@ -11,8 +12,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include "common/Descriptor.h"
 
 namespace UTILS {
 
@@ -91,32 +90,50 @@ constexpr const char* kTooLarge = "It is larger than 1 GiB, the most that is rea
 static_assert(kMaxFileSize == std::size_t{1} << 30);
 }  // namespace
 
-std::string readFile(const std::string& path, std::string& contents) {
+FileReading::FileReading(const std::string& path)
     // Without O_NONBLOCK opening a pipe that nobody writes to would hang.
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    : file_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
     struct stat info {};
-    if (!file.isOpen() || ::fstat(file.get(), &info) != 0) return reasonOf(errno);
-    if (S_ISDIR(info.st_mode)) return reasonOf(EISDIR);
-    if (!S_ISREG(info.st_mode)) return kNoFile;
+    if (!file_.isOpen() || ::fstat(file_.get(), &info) != 0)
+        fail(reasonOf(errno));
+    else if (S_ISDIR(info.st_mode))
+        fail(reasonOf(EISDIR));
+    else if (!S_ISREG(info.st_mode))
+        fail(kNoFile);
+    else if (static_cast<std::size_t>(info.st_size) > kMaxFileSize)
+        fail(kTooLarge);
+    else
+        contents_.reserve(static_cast<std::size_t>(info.st_size) + 1);
+}
 
-    if (static_cast<std::size_t>(info.st_size) > kMaxFileSize) return kTooLarge;
-    std::string result;
-    std::size_t size = 0;
-    result.resize(static_cast<std::size_t>(info.st_size) + 1);
-    for (;;) {
-        // It may have grown, or not have told its size.
-        if (size > kMaxFileSize) return kTooLarge;
-        if (size == result.size()) result.resize(2 * result.size());
-        const ssize_t count = ::read(file.get(), result.data() + size, result.size() - size);
-        if (count == 0) break;
-        if (count > 0)
-            size += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
-            return reasonOf(errno);
+bool FileReading::fail(std::string error) {
+    error_ = std::move(error);
+    contents_ = {};
+    return true;
+}
+
+bool FileReading::goOn(std::size_t bytes) {
+    if (!error_.empty()) return true;
+    const std::size_t before = contents_.size();
+    // It may have grown, or not have told its size.
+    constexpr std::size_t unknown = 4096;
+    const std::size_t room =
+        contents_.capacity() > before ? contents_.capacity() - before : std::max(before, unknown);
+    contents_.resize(before + std::min(bytes, room));
+    ssize_t count = 0;
+    do count = ::read(file_.get(), contents_.data() + before, contents_.size() - before);
+    while (count < 0 && errno == EINTR);
+    if (count < 0) return fail(reasonOf(errno));
+    contents_.resize(before + static_cast<std::size_t>(count));
+    return contents_.size() > kMaxFileSize ? fail(kTooLarge) : count == 0;
+}
+
+std::string readFile(const std::string& path, std::string& contents) {
+    FileReading reading(path);
+    while (!reading.goOn(kMaxFileSize)) {
     }
-    result.resize(size);
-    contents = std::move(result);
-    return {};
+    if (reading.error().empty()) contents = reading.takeContents();
+    return reading.error();
 }
 
 }  // namespace UTILS

@@ -2,7 +2,10 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "common/Descriptor.h"
 
 namespace UTILS {
 
@@ -36,6 +39,26 @@ std::vector<std::string> namesIn(const std::string& directory);
 
 /// The largest file that is read: 1 GiB. A sparse file can be of any size, and fill the memory.
 inline constexpr std::size_t kMaxFileSize = std::size_t{1} << 30;
+
+/// Reads a regular file from its beginning to its end, a part at a time.
+class FileReading {
+  public:
+    /// Opens it.
+    explicit FileReading(const std::string& path);
+    /// Reads about so many bytes. \return whether there is no more, or an error
+    bool goOn(std::size_t bytes);
+    /// Empty, or why it cannot be read, as readFile() tells it.
+    const std::string& error() const { return error_; }
+    /// What has been read.
+    std::string takeContents() { return std::move(contents_); }
+
+  private:
+    bool fail(std::string error);
+
+    Descriptor file_;
+    std::string contents_;
+    std::string error_;
+};
 
 /// Reads a whole regular file into `contents`. Returns an empty text, or why it could not be read
 /// ("it does not exist", "a directory has this name", "It is larger than ..."); then `contents` is unchanged.

@@ -107,17 +107,27 @@ LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Overlay
     return handles_.add(std::move(overlay), owner);
 }
 
-std::unique_ptr<LoadedOverlay> OverlayFiles::open(const std::string& path, std::uint64_t platform,
-                                                  bool shown) {
+std::unique_ptr<LoadedOverlay> OverlayFiles::unread(const std::string& path, std::uint64_t platform,
+                                                    bool shown) {
     auto overlay = std::make_unique<LoadedOverlay>(scene_);
     overlay->path = wholePath(path);
     overlay->platform = platform;
     overlay->shown = overlay->wanted = shown;
+    return overlay;
+}
+
+std::unique_ptr<LoadedOverlay> OverlayFiles::open(const std::string& path, std::uint64_t platform,
+                                                  bool shown) {
+    auto overlay = unread(path, platform, shown);
     const std::string error = UTILS::readFile(path, overlay->text);
     if (error.empty()) return overlay;
-    log_.add(halNotify::Error, "host",
-             QString("%1 cannot be opened: %2").arg(overlay->describe(), QString::fromStdString(error)));
+    tellUnread(*overlay, error);
     return nullptr;
+}
+
+void OverlayFiles::tellUnread(const LoadedOverlay& overlay, const std::string& error) {
+    log_.add(halNotify::Error, "host",
+             QString("%1 cannot be opened: %2").arg(overlay.describe(), QString::fromStdString(error)));
 }
 
 LoadedOverlay* OverlayFiles::addFile(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes) {
@@ -140,27 +150,34 @@ LoadedOverlay* OverlayFiles::loadFile(const std::string& path, std::uint64_t pla
 /// An overlay whose text is being read.
 class OverlayFiles::Coming final : public ComingFile {
   public:
-    Coming(OverlayFiles& files, std::unique_ptr<LoadedOverlay> with, bool again)
-        : files_(files), overlay_(std::move(with)), again_(again), text_(overlay_->text, shapes_, report_) {
-        const auto standing = files_.findAll(overlay_->path);
-        isRead_ = !standing.empty() && std::ranges::all_of(standing, [this](const LoadedOverlay* stands) {
-            return stands->text == overlay_->text;
-        });
+    Coming(OverlayFiles& files, std::unique_ptr<LoadedOverlay> with, const std::string& path, bool again)
+        : files_(files), overlay_(std::move(with)), again_(again), file_(path) {
+        if (!file_.error().empty()) files_.tellUnread(*overlay_, file_.error());
     }
+    bool isOpen() const { return file_.error().empty(); }
 
     bool goOn(Slice& slice) override {
         constexpr std::size_t bytes = std::size_t{64} << 10;
         constexpr std::size_t bytesOfAUnit = 256;
+        constexpr std::size_t copied = std::size_t{1} << 20;
+        constexpr std::size_t copiedOfAUnit = 2048;
+        if (!text_ && !isRead_) {
+            while (!file_.goOn(copied))
+                if (slice.isOver(copied / copiedOfAUnit)) return false;
+            beginText();
+        }
         while (!isRead_) {
-            isRead_ = text_.goOn(bytes);
+            isRead_ = text_->goOn(bytes);
             if (slice.isOver(bytes / bytesOfAUnit)) break;
         }
         return isRead_;
     }
     int percent() const override {
-        return static_cast<int>(100 * text_.done() / std::max<std::size_t>(overlay_->text.size(), 1));
+        const std::size_t done = text_ ? text_->done() : 0;
+        return static_cast<int>(100 * done / std::max<std::size_t>(overlay_->text.size(), 1));
     }
     bool show() override {
+        if (!isOpen()) return false;
         const auto standing = files_.findAll(overlay_->path);
         if (standing.empty()) {
             if (again_) return false;
@@ -174,19 +191,31 @@ class OverlayFiles::Coming final : public ComingFile {
     }
 
   private:
+    void beginText() {
+        overlay_->text = file_.takeContents();
+        const auto standing = files_.findAll(overlay_->path);
+        isRead_ = !isOpen() ||
+                  (!standing.empty() && std::ranges::all_of(standing, [this](const LoadedOverlay* stands) {
+                      return stands->text == overlay_->text;
+                  }));
+        if (!isOpen()) files_.tellUnread(*overlay_, file_.error());
+        if (!isRead_) text_.emplace(overlay_->text, shapes_, report_);
+    }
+
     OverlayFiles& files_;
     std::unique_ptr<LoadedOverlay> overlay_;
     bool again_;
+    UTILS::FileReading file_;
     OverlayScene::Shapes shapes_;
     halCore::ZEL::ParseReport report_;
-    halCore::ZEL::TextReading text_;
+    std::optional<halCore::ZEL::TextReading> text_;  ///< once it is in memory
     bool isRead_ = false;
 };
 
 std::unique_ptr<ComingFile> OverlayFiles::comingFile(const std::string& path, bool again) {
     if (again && !find(path)) return nullptr;
-    auto overlay = open(path, 0, true);
-    return overlay ? std::make_unique<Coming>(*this, std::move(overlay), again) : nullptr;
+    auto coming = std::make_unique<Coming>(*this, unread(path, 0, true), path, again);
+    return coming->isOpen() ? std::move(coming) : nullptr;
 }
 
 bool OverlayFiles::renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,

@@ -99,6 +99,9 @@ class OverlayFiles : public QObject {
     };
 
     class Coming;
+    /// One of a file that nobody has read yet.
+    std::unique_ptr<LoadedOverlay> unread(const std::string& path, std::uint64_t platform, bool shown);
+    void tellUnread(const LoadedOverlay& overlay, const std::string& error);
     /// Null, with a message, when the file cannot be read.
     std::unique_ptr<LoadedOverlay> open(const std::string& path, std::uint64_t platform, bool shown);
     /// Takes what reading had to say, and reports it.
