@@ -4,6 +4,7 @@
 #include <array>
 #include <filesystem>
 #include <ios>
+#include <optional>
 #include <ranges>
 #include <streambuf>
 #include <string>
@@ -61,6 +62,12 @@ std::string directoryOf(const LoadedOverlay& overlay) {
     return std::filesystem::path(overlay.path).parent_path().string();
 }
 
+std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const LoadedOverlay& overlay) {
+    std::vector<OverlayNote> notes;
+    takeNotes(shapes, directoryOf(overlay), overlay.platform != 0, notes).finish();
+    return notes;
+}
+
 }  // namespace
 
 QString LoadedOverlay::describe() const {
@@ -75,15 +82,13 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
 }
 
 void OverlayFiles::report(LoadedOverlay& overlay, halCore::ZEL::ParseReport report,
-                          const OverlayScene::Shapes& shapes) {
+                          const OverlayScene::Shapes& shapes, std::vector<OverlayNote> notes) {
     report.addUnterminatedBlock();
     overlay.messages = std::move(report.messages);
-    if (!overlay.isStream()) {
-        for (OverlayNote& note : notesOn(shapes, directoryOf(overlay), overlay.platform != 0))
-            overlay.messages.push_back({report.shapeLines[note.shape],
-                                        note.isFault ? halNotify::Warning : halNotify::Notice,
-                                        std::move(note.text)});
-    }
+    for (OverlayNote& note : notes)
+        overlay.messages.push_back({report.shapeLines[note.shape],
+                                    note.isFault ? halNotify::Warning : halNotify::Notice,
+                                    std::move(note.text)});
     const QString source = overlay.isStream() ? overlay.describe() : QString::fromStdString(overlay.path);
     FileMessages told(log_, source);
     for (const auto& message : overlay.messages) told.add(message.severity, message.line, message.text);
@@ -95,7 +100,8 @@ OverlayScene::Shapes OverlayFiles::read(LoadedOverlay& overlay) {
     halCore::ZEL::ParseReport told;
     OverlayScene::Shapes shapes;
     halCore::ZEL::Parser().parse(std::string_view(overlay.text), shapes, told);
-    report(overlay, std::move(told), shapes);
+    auto notes = overlay.isStream() ? std::vector<OverlayNote>() : notesOn(shapes, overlay);
+    report(overlay, std::move(told), shapes, std::move(notes));
     return shapes;
 }
 
@@ -168,9 +174,11 @@ class OverlayFiles::Coming final : public ComingFile {
         }
         while (!isRead_) {
             isRead_ = text_->goOn(bytes);
-            if (slice.isOver(bytes / bytesOfAUnit)) break;
+            if (isRead_)
+                noting_.emplace(takeNotes(shapes_, directoryOf(*overlay_), overlay_->platform != 0, notes_));
+            if (slice.isOver(bytes / bytesOfAUnit)) return false;
         }
-        return isRead_;
+        return !noting_ || noting_->goOn(slice);
     }
     int percent() const override {
         const std::size_t done = text_ ? text_->done() : 0;
@@ -181,10 +189,16 @@ class OverlayFiles::Coming final : public ComingFile {
         const auto standing = files_.findAll(overlay_->path);
         if (standing.empty()) {
             if (again_) return false;
-            files_.report(*overlay_, std::move(report_), shapes_);
+            if (std::exchange(overlay_->platform, 0) != 0) notes_ = notesOn(shapes_, *overlay_);
+            files_.report(*overlay_, std::move(report_), shapes_, std::move(notes_));
             return files_.addFile(std::move(overlay_), std::move(shapes_)) != nullptr;
         }
-        bool good = files_.renew(*standing.front(), *overlay_, std::move(report_), std::move(shapes_));
+        if ((overlay_->platform != 0) != (standing.front()->platform != 0)) {
+            overlay_->platform = standing.front()->platform;
+            notes_ = notesOn(shapes_, *overlay_);
+        }
+        bool good = files_.renew(*standing.front(), *overlay_, std::move(report_), std::move(shapes_),
+                                 std::move(notes_));
         for (LoadedOverlay* const other : standing | std::views::drop(1))
             good = files_.reload(*other) && good;
         return good;
@@ -199,7 +213,10 @@ class OverlayFiles::Coming final : public ComingFile {
                       return stands->text == overlay_->text;
                   }));
         if (!isOpen()) files_.tellUnread(*overlay_, file_.error());
-        if (!isRead_) text_.emplace(overlay_->text, shapes_, report_);
+        if (isRead_) return;
+        // Where it will be shown first.
+        if (!standing.empty()) overlay_->platform = standing.front()->platform;
+        text_.emplace(overlay_->text, shapes_, report_);
     }
 
     OverlayFiles& files_;
@@ -210,6 +227,8 @@ class OverlayFiles::Coming final : public ComingFile {
     halCore::ZEL::ParseReport report_;
     std::optional<halCore::ZEL::TextReading> text_;  ///< once it is in memory
     bool isRead_ = false;
+    std::vector<OverlayNote> notes_;
+    std::optional<Work> noting_;  ///< once the text is read
 };
 
 std::unique_ptr<ComingFile> OverlayFiles::comingFile(const std::string& path, bool again) {
@@ -219,10 +238,10 @@ std::unique_ptr<ComingFile> OverlayFiles::comingFile(const std::string& path, bo
 }
 
 bool OverlayFiles::renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,
-                         OverlayScene::Shapes shapes) {
+                         OverlayScene::Shapes shapes, std::vector<OverlayNote> notes) {
     if (read.text == overlay.text) return true;
     read.platform = overlay.platform;
-    this->report(read, std::move(report), shapes);
+    this->report(read, std::move(report), shapes, std::move(notes));
     if (shapes.empty()) return false;
     overlay.text = std::move(read.text);
     overlay.messages = std::move(read.messages);
@@ -238,7 +257,8 @@ bool OverlayFiles::reload(LoadedOverlay& overlay) {
     OverlayScene::Shapes shapes;
     if (fresh->text != overlay.text)
         halCore::ZEL::Parser().parse(std::string_view(fresh->text), shapes, told);
-    return renew(overlay, *fresh, std::move(told), std::move(shapes));
+    auto notes = notesOn(shapes, *fresh);
+    return renew(overlay, *fresh, std::move(told), std::move(shapes), std::move(notes));
 }
 
 LoadedOverlay* OverlayFiles::loadStream(std::istream& stream, std::uint64_t platform, Plugin* owner) {

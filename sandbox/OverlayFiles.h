@@ -19,6 +19,7 @@ namespace sandbox {
 
 class Log;
 class Scenario;
+struct OverlayNote;
 
 /// One loaded overlay: a file of the host's, or a text that a plug-in shows.
 class LoadedOverlay final : public HostObject {
@@ -105,13 +106,14 @@ class OverlayFiles : public QObject {
     /// Null, with a message, when the file cannot be read.
     std::unique_ptr<LoadedOverlay> open(const std::string& path, std::uint64_t platform, bool shown);
     /// Takes what reading had to say, and reports it.
-    void report(LoadedOverlay& overlay, halCore::ZEL::ParseReport report, const OverlayScene::Shapes& shapes);
+    void report(LoadedOverlay& overlay, halCore::ZEL::ParseReport report, const OverlayScene::Shapes& shapes,
+                std::vector<OverlayNote> notes);
     OverlayScene::Shapes read(LoadedOverlay& overlay);
     LoadedOverlay* add(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes, Plugin* owner);
     LoadedOverlay* addFile(std::unique_ptr<LoadedOverlay> overlay, OverlayScene::Shapes shapes);
     /// What was read takes the place of what an overlay was; that stands when nothing was read.
     bool renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,
-               OverlayScene::Shapes shapes);
+               OverlayScene::Shapes shapes, std::vector<OverlayNote> notes);
     void platformChanged(std::uint64_t id);
     void platformRemoved(std::uint64_t id);
     template <typename Event>

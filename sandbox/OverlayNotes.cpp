@@ -63,9 +63,11 @@ std::string_view lackOf(const ZEL::ZelShape& shape, bool attached) {
 
 }  // namespace
 
-std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::string& directory,
-                                 bool attached) {
-    std::vector<OverlayNote> notes;
+Work takeNotes(const OverlayScene::Shapes& shapes, std::string directory, bool attached,
+               std::vector<OverlayNote>& notes) {
+    constexpr std::size_t kInAUnit = 10;
+    constexpr std::size_t kUnitsOfAFile = 10;
+    std::size_t looks = 0;
     struct Lack {
         std::size_t note = 0;
         std::size_t shapes = 0;
@@ -74,6 +76,7 @@ std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::
     std::set<std::string> datums;
     std::set<std::string> pictures;
     for (std::size_t i = 0; i < shapes.size(); ++i) {
+        if (++looks % kInAUnit == 0) co_yield 1;
         if (!shapes[i]) continue;
         if (const std::string_view lack = lackOf(*shapes[i], attached); !lack.empty()) {
             Lack& known = lacks.try_emplace(lack, Lack{notes.size(), 0}).first->second;
@@ -89,13 +92,13 @@ std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::
             notes.push_back({i, true, "picture " + picture + " cannot be read"});
         else if (isTooLarge(file))
             notes.push_back({i, true, "picture " + picture + " is too large to be shown"});
+        co_yield kUnitsOfAFile;
     }
     for (const auto& [what, lack] : lacks) {
         std::string& text = notes[lack.note].text;
         text = "is not drawn: it has no " + std::string(what);
         if (lack.shapes > 1) text += " (" + std::to_string(lack.shapes) + " shapes in all)";
     }
-    return notes;
 }
 
 }  // namespace sandbox

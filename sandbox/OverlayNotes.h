@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "common/Work.h"
 #include "globe/OverlayScene.h"
 
 namespace sandbox {
@@ -19,7 +20,7 @@ struct OverlayNote {
 /// the shapes.
 /// `directory`: from which the names of picture files count. `attached`: whether there is a platform that
 /// relative positions count from.
-std::vector<OverlayNote> notesOn(const OverlayScene::Shapes& shapes, const std::string& directory,
-                                 bool attached);
+Work takeNotes(const OverlayScene::Shapes& shapes, std::string directory, bool attached,
+               std::vector<OverlayNote>& notes);
 
 }  // namespace sandbox

@@ -260,7 +260,9 @@ class Stage {
         if (report.unterminatedBlock > 0) fault(path, report.unterminatedBlock, "block without \"end\"");
         if (shapes.empty()) fault(path, 0, "holds no shape");
         const std::string directory = QFileInfo(file).absolutePath().toStdString();
-        for (const OverlayNote& note : notesOn(shapes, directory, platform != 0)) {
+        std::vector<OverlayNote> notes;
+        takeNotes(shapes, directory, platform != 0, notes).finish();
+        for (const OverlayNote& note : notes) {
             complain(path, report.shapeLines[note.shape], note.text);
             good = good && !note.isFault;
         }
