@@ -46,6 +46,15 @@ void ChunkedOverlay::spend(std::uint32_t place, double share, std::span<const Dr
     if (fillShares_.emplace(place, share).second) spent_ += fills_.spend(meshes);
 }
 
+bool OverlayChunk::isQuick() const {
+    constexpr std::size_t kFew = 4;
+    constexpr std::size_t kPoints = 2000;
+    std::size_t size = 0;
+    for (std::uint32_t i = first; count <= kFew && i < first + count; ++i)
+        size += roughSize(*overlay->entry->shapes[overlay->order[i]]);
+    return count <= kFew && size <= kPoints;
+}
+
 bool OverlayChunk::placeRoughly() {
     BoundingBox box;
     for (std::uint32_t i = first; i < first + count; ++i) {

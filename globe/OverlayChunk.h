@@ -35,6 +35,8 @@ struct OverlayChunk {
     std::vector<DrawList::Label> labels{};
 
     bool isPlaced() const { return boundsLevel != kNowhere; }
+    /// Whether its shapes are few, with few points.
+    bool isQuick() const;
     /// Finds bounds without the geometry. \return whether that can be done
     bool placeRoughly();
     /// Null when the level has not been built, or not of late.

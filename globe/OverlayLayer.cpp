@@ -383,6 +383,13 @@ void OverlayLayer::findAll(const Camera& camera, double pixelRatio, bool moving)
     seesLinesOnly_ = true;
     seenSegments_ = 0;
     widestSeen_ = 0.0;
+    // What people draw does not wait for what lies below.
+    constexpr std::size_t kFirst = 8;
+    for (std::size_t i = spots_.size(), found = 0; i > 0 && found < kFirst && !late_; --i) {
+        if (!spots_[i - 1].chunk) continue;
+        ++found;
+        if (spots_[i - 1].chunk->isQuick()) find(spots_[i - 1], detail, view, rough);
+    }
     for (std::size_t i = 0; i < spots_.size(); ++i) {
         Spot& spot = spots_[i];
         if (!spot.chunk) continue;

@@ -248,15 +248,21 @@ TEST_F(DrawnAheadTest, RestsWithAllThereIs) {
                     std::to_string(i * 59 % 1010 * 0.01 - 5);
         return shapesOf(text);
     };
-    const auto area = shapesOf("circle; filled; fillcolor hex 60ff00ff; centerll 0 0; radius 400000");
+    const auto area = shapesOf("circle; filled; fillcolor hex 60ffff00; centerll 0 0; radius 400000");
     const auto lines = [&] {
         for (int i = 0; i < 50; ++i) scene.add(scrawl("linesegs; linecolor hex 80ffffff", 600 + i));
+    };
+    const auto ring = [](int radius) {
+        return shapesOf("circle; linewidth 4; centerll 0 0; radius " + std::to_string(radius) + kMagenta);
     };
     const Camera near = camera;
     const Camera far = looking(at(0, 0), 3.0e7);
     for (int i = 0; i < 50; ++i) scene.add(area);
     const auto late = scene.add(scrawl("polygon; filled; fillcolor hex ff00ff00", 3000));
     for (int i = 0; i < 20; ++i) scene.add(area);
+    scene.add(ring(600000));
+    EXPECT_GT(count(draw(Slice(500, {}), {}), all, isMagenta), 1000) << "what is on top comes first";
+    EXPECT_TRUE(painter->isPartial());
     camera = far;
     EXPECT_EQ(rest(), 0);
     scene.setShown(late, false);
@@ -271,9 +277,6 @@ TEST_F(DrawnAheadTest, RestsWithAllThereIs) {
 
     scene.clear();
     lines();
-    const auto ring = [](int radius) {
-        return shapesOf("circle; linewidth 4; centerll 0 0; radius " + std::to_string(radius) + kMagenta);
-    };
     const auto edited = scene.add(ring(600000));
     EXPECT_EQ(rest(), 0);
     for (int i = 0; i < 5; ++i) {
