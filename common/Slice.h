@@ -14,6 +14,7 @@ class Slice {
     Slice(std::size_t atLeast, std::chrono::milliseconds time)
         : look_(atLeast), end_(std::chrono::steady_clock::now() + time) {}
 
+    bool isEndless() const { return look_ == ~std::size_t{0}; }
     /// Ends it so long from now on, if that is later.
     void extend(std::chrono::milliseconds time) {
         end_ = std::max(end_, std::chrono::steady_clock::now() + time);

@@ -22,7 +22,8 @@ bool TextFeed::goOn(std::size_t bytes) {
         return false;
     }
     reader_.expect(0);
-    const std::size_t whole = std::max(text_.rfind('\n') + 1, done_);
+    // There is no line feed behind so many bytes.
+    const std::size_t whole = std::max(text_.substr(0, done_ + std::min(bytes, rest)).rfind('\n') + 1, done_);
     reader_.readLines(text_.substr(done_, whole - done_));
     // Only a last line without a line feed is copied, to get one.
     if (whole != text_.size()) {

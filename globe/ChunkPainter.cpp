@@ -131,7 +131,7 @@ void ChunkPainter::drawMeshes(MeshBatch& batch) {
 
 /// Where the processor plays the card, what was drawn of late waits for its turn. \return the units
 std::size_t ChunkPainter::settle(std::size_t units) {
-    constexpr std::chrono::milliseconds kMost{8};
+    constexpr std::chrono::milliseconds kMost{4};
     if (raster_ && std::chrono::steady_clock::now() - settled_ > kMost) {
         glFinish();
         settled_ = std::chrono::steady_clock::now();
@@ -143,6 +143,7 @@ Work ChunkPainter::draw(std::span<ChunkGeometry* const> geometry) {
     using Others = ChunkGeometry::Others;
     // So long it takes to have a batch drawn, however small.
     constexpr std::size_t batchUnits = 5;
+    constexpr std::size_t unitsOfATriangle = 5;
     for (ChunkGeometry* part : geometry)
         if (part->has(&Others::pictures)) {
             turnTo(Task::Pictures);
@@ -161,7 +162,7 @@ Work ChunkPainter::draw(std::span<ChunkGeometry* const> geometry) {
                 drawMeshes((*part->others).*batch);
                 if (task == Task::Solids || (task == Task::RoundSolids && !part->has(&Others::solids)))
                     bodies_->push_back(part);
-                co_yield settle(batchUnits + ((*part->others).*batch).triangles());
+                co_yield settle(batchUnits + unitsOfATriangle * ((*part->others).*batch).triangles());
             }
     co_await drawLines(geometry);
 }

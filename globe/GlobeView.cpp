@@ -19,8 +19,8 @@ constexpr std::chrono::milliseconds kWorkedOut{20};
 constexpr std::size_t kWorkedOutAtLeast = 20'000;
 /// So long a frame is drawn, and so much at least; longer while the view moves, since the rest does not come
 /// then.
-constexpr std::chrono::milliseconds kDrawn{30};
-constexpr std::chrono::milliseconds kDrawnMoving{45};
+constexpr std::chrono::milliseconds kDrawn{20};
+constexpr std::chrono::milliseconds kDrawnMoving{30};
 constexpr std::size_t kDrawnAtLeast = 25'000;
 
 /// Fewer changes of overlays are drawn at once. A frame of more takes long, however many they are.

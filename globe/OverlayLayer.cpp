@@ -435,7 +435,8 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Sl
     const bool pictured = picture_ && picture_->isFor(camera, pixelRatio);
     if (pictured) {
         raster_->begin(camera, pixelRatio, LineRaster::Quality::Smooth);
-        picture_->goOn(*painter_, drawing_);
+        // Others see how far it is.
+        if (drawing_.isEndless()) picture_->goOn(*painter_, drawing_);
         picture_->show();
     } else {
         if (picture_) picture_->forget();

@@ -22,7 +22,7 @@ void FileQueue::add(const QString& path, Open open, std::function<void(bool)> th
 void FileQueue::readOn() {
     // What is small is read at once, whatever the clock says.
     constexpr std::size_t atLeast = 4000;
-    constexpr std::chrono::milliseconds atOnce{40};
+    constexpr std::chrono::milliseconds atOnce{25};
     constexpr int untoldMilliseconds = 1000;
     // Somebody may never end writing it.
     constexpr int mostOften = 5;

@@ -171,6 +171,7 @@ class OverlayFiles::Coming final : public ComingFile {
             while (!file_.goOn(copied))
                 if (slice.isOver(copied / copiedOfAUnit)) return false;
             beginText();
+            if (slice.isOver(copied / copiedOfAUnit)) return isRead_;
         }
         while (!isRead_) {
             isRead_ = text_->goOn(bytes);
