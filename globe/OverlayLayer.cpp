@@ -249,7 +249,7 @@ ChunkGeometry* OverlayLayer::prepare(Spot& spot, const DetailChoice& detail, con
 /// Gets the picture ready for lines that are drawn before their frame. \return whether it can be
 bool OverlayLayer::beginAhead(const Camera& camera, double pixelRatio, bool calm) {
     constexpr auto smooth = LineRaster::Quality::Smooth;
-    if (!raster_ || !seesLinesOnly_ || picture_->isFor(camera, pixelRatio)) return false;
+    if (!raster_ || !seesLinesOnly_ || (picture_ && picture_->isFor(camera, pixelRatio))) return false;
     if (!allChanged_ && raster_->keepsFor(camera, pixelRatio, smooth)) {
         raster_->addMore();
         return true;
@@ -316,8 +316,13 @@ bool OverlayLayer::workOut(const Camera& camera, double pixelRatio, bool calm, S
 bool OverlayLayer::drawAhead(const Camera& camera, double pixelRatio, Slice& slice,
                              const std::function<void()>& ground) {
     if (!picture_ || !overdrawn_) return true;
-    if (!picture_->isFor(camera, pixelRatio))
-        return seesLinesOnly_ || !picture_->begin(camera, pixelRatio, ground);
+    if (!picture_->isFor(camera, pixelRatio)) {
+        if (seesLinesOnly_) return true;
+        if (picture_->begin(camera, pixelRatio, ground)) return false;
+        // Where there can be none a frame draws it all.
+        picture_.reset();
+        return true;
+    }
     if (picture_->isComplete()) {
         std::vector<Seen> seen;
         const ViewVolume view = viewWithMargin(camera);
@@ -429,7 +434,7 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Sl
                         const std::function<void()>& ground) {
     working_ = working;
     if (std::chrono::steady_clock::now() < hurriesUntil_) working_.extend(kHurried);
-    drawing_ = raster_ ? drawing : Slice();
+    drawing_ = picture_ ? drawing : Slice();
     late_ = partial_ = overdrawn_ = false;
     if (raster_ && !raster_->keepsFor(camera, pixelRatio)) allChanged_ = true;
     const bool pictured = picture_ && picture_->isFor(camera, pixelRatio);
@@ -520,12 +525,15 @@ void OverlayLayer::drawSeen(const Camera& camera, double pixelRatio, bool moving
             std::ranges::lower_bound(seen_, picture_->held(), {}, &Seen::spot) - seen_.begin()));
     }
     painter_->begin(camera, pixelRatio, bodies);
-    Work drawing = drawInOrder({seen.begin(), seen.end()});
-    overdrawn_ = (pictured && !picture_->isComplete()) || !drawing.goOn(drawing_);
-    if (overdrawn_) {
-        drawTop(seen);
-        (moving ? rough_ : partial_) = true;
+    overdrawn_ = pictured && !picture_->isComplete();
+    // The few on top wait for nothing.
+    const bool areFew = topmost(seen) == 0;
+    if (!areFew && !overdrawn_) {
+        Work drawing = drawInOrder({seen.begin(), seen.end()});
+        overdrawn_ = !drawing.goOn(drawing_);
     }
+    if (areFew || overdrawn_) drawTop(seen);
+    if (overdrawn_) (moving ? rough_ : partial_) = true;
     painter_->end();
 }
 

@@ -138,7 +138,7 @@ class OverlayLayer {
     bool allChanged_ = true;
     std::unique_ptr<RasterLayer> raster_;  ///< null with a graphics card
     std::unique_ptr<ChunkPainter> painter_;
-    std::unique_ptr<OverlayPicture> picture_;  ///< null with a graphics card
+    std::unique_ptr<OverlayPicture> picture_;  ///< null with a graphics card, or without frame buffers
 };
 
 }  // namespace sandbox
