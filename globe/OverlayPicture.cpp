@@ -96,7 +96,15 @@ bool OverlayPicture::goOn(ChunkPainter& painter, Slice& slice) {
     open();
     glClear(GL_STENCIL_BUFFER_BIT);
     painter.begin(*camera_, pixelRatio_, bodies_);
-    if (drawing_->goOn(slice)) drawing_.reset();
+    try {
+        if (drawing_->goOn(slice)) drawing_.reset();
+    } catch (...) {
+        // Short of memory: what there is of it is not all.
+        forget();
+        painter.end();
+        close();
+        throw;
+    }
     painter.end();
     close();
     return isComplete();

@@ -21,12 +21,14 @@ void WorkInTurns::goOn() {
     constexpr std::size_t atLeast = 20'000;
     constexpr std::chrono::milliseconds atOnce{15};
     Slice slice(atLeast, atOnce);
-    if (!work_->goOn(slice)) {
+    turn_.stop();
+    // What throws is given up.
+    std::optional<Work> work = std::exchange(work_, std::nullopt);
+    if (!work->goOn(slice)) {
+        work_ = std::move(work);
         turn_.start(0);
         return;
     }
-    turn_.stop();
-    work_.reset();
     // It may begin other work.
     if (const auto done = std::exchange(done_, nullptr)) done();
 }
