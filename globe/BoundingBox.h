@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -29,6 +30,12 @@ class BoundingBox {
     }
     halCore::Ecef middle() const { return (low_ + high_) * 0.5; }
     double diagonal() const { return length(high_ - low_); }
+    std::array<halCore::Ecef, 8> corners() const {
+        std::array<halCore::Ecef, 8> all{};
+        for (unsigned i = 0; i < all.size(); ++i)
+            all[i] = {i & 1U ? low_.x : high_.x, i & 2U ? low_.y : high_.y, i & 4U ? low_.z : high_.z};
+        return all;
+    }
     BoundingBall ball() const { return {middle(), diagonal() * 0.5}; }
 
     /// Whether two boxes, each with a margin, may lie before each other as seen by an eye.

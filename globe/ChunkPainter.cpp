@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "globe/OverlayShaders.h"
+#include "globe/PlainSight.h"
 #include "globe/RasterLayer.h"
 #include "globe/ShaderProgram.h"
 
@@ -19,12 +20,15 @@ ChunkPainter::ChunkPainter(RasterLayer* raster)
       meshProgram_(compileProgram(std::string(kRelativeShader) + kMeshVertexShader,
                                   std::string(kSightShader) + kMeshFragmentShader,
                                   {"high", "low", "color", "normal"})),
+      plainProgram_(compileProgram(std::string(kRelativeShader) + kMeshVertexShader, kPlainMeshFragmentShader,
+                                   {"high", "low", "color", "normal"})),
       pictureProgram_(PictureBatch::compile()) {}
 
 ChunkPainter::~ChunkPainter() = default;
 
 bool ChunkPainter::isReady() const {
-    return lineProgram_->isLinked() && meshProgram_->isLinked() && pictureProgram_->isLinked();
+    return lineProgram_->isLinked() && meshProgram_->isLinked() && plainProgram_->isLinked() &&
+           pictureProgram_->isLinked();
 }
 
 void ChunkPainter::begin(const Camera& camera, double pixelRatio, Batches& bodies) {
@@ -39,6 +43,8 @@ void ChunkPainter::begin(const Camera& camera, double pixelRatio, Batches& bodie
     glDepthMask(GL_FALSE);
     meshProgram_->bind();
     setCamera(*meshProgram_, camera);
+    plainProgram_->bind();
+    setCamera(*plainProgram_, camera);
     pictureProgram_->bind();
     setCamera(*pictureProgram_, camera);
     pictureProgram_->setUniformValue("picture", 0);
@@ -62,6 +68,12 @@ void ChunkPainter::leave() {
             for (int i = 0; i < 3; ++i) pictureProgram_->disableAttributeArray(i);
             pictureProgram_->release();
             setBlending();
+            break;
+        case Task::PlainAreas:
+            glEnable(GL_DEPTH_TEST);
+            glEnable(GL_BLEND);
+            for (int i = 0; i < MeshBatch::kAttributes; ++i) plainProgram_->disableAttributeArray(i);
+            plainProgram_->release();
             break;
         case Task::Areas:
         case Task::AreasOverBodies:
@@ -98,6 +110,13 @@ void ChunkPainter::turnTo(Task task) {
         for (int i = 0; i < 3; ++i) pictureProgram_->enableAttributeArray(i);
         return;
     }
+    if (task == Task::PlainAreas) {
+        plainProgram_->bind();
+        for (int i = 0; i < MeshBatch::kAttributes; ++i) plainProgram_->enableAttributeArray(i);
+        glDisable(GL_BLEND);
+        if (bodies_->empty()) glDisable(GL_DEPTH_TEST);
+        return;
+    }
     meshProgram_->bind();
     for (int i = 0; i < MeshBatch::kAttributes; ++i) meshProgram_->enableAttributeArray(i);
     const bool solid = task == Task::Solids || task == Task::RoundSolids;
@@ -120,7 +139,7 @@ void ChunkPainter::turnTo(Task task) {
 
 void ChunkPainter::drawMeshes(MeshBatch& batch) {
     glStencilFunc(GL_ALWAYS, 0, 0xff);
-    batch.draw(*meshProgram_, [this] {
+    batch.draw(task_ == Task::PlainAreas ? *plainProgram_ : *meshProgram_, [this] {
         if (++areaMark_ > 255) {
             glClear(GL_STENCIL_BUFFER_BIT);
             areaMark_ = 1;
@@ -158,7 +177,9 @@ Work ChunkPainter::draw(std::span<ChunkGeometry* const> geometry) {
     for (const auto& [task, batch] : kMeshes)
         for (ChunkGeometry* part : geometry)
             if (part->has(batch)) {
-                turnTo(task);
+                const bool plain = task == Task::Areas && part->others->areas.isOpaque() &&
+                                   isInPlainSight(part->bounds, camera_, pixelRatio_);
+                turnTo(plain ? Task::PlainAreas : task);
                 drawMeshes((*part->others).*batch);
                 if (task == Task::Solids || (task == Task::RoundSolids && !part->has(&Others::solids)))
                     bodies_->push_back(part);

@@ -38,7 +38,7 @@ class ChunkPainter {
 
   private:
     /// What OpenGL is set up for.
-    enum class Task { None, Pictures, Areas, Solids, RoundSolids, AreasOverBodies, Lines };
+    enum class Task { None, Pictures, PlainAreas, Areas, Solids, RoundSolids, AreasOverBodies, Lines };
 
     void turnTo(Task task);
     void leave();
@@ -51,6 +51,7 @@ class ChunkPainter {
     RasterLayer* raster_;
     std::unique_ptr<QOpenGLShaderProgram> lineProgram_;
     std::unique_ptr<QOpenGLShaderProgram> meshProgram_;
+    std::unique_ptr<QOpenGLShaderProgram> plainProgram_;
     std::unique_ptr<QOpenGLShaderProgram> pictureProgram_;
     Camera camera_;
     double pixelRatio_ = 1.0;

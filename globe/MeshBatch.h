@@ -23,6 +23,9 @@ class MeshBatch {
     void upload();
     static constexpr int kAttributes = 4;
     bool empty() const { return !contents_; }
+    bool isOpaque() const {
+        return contents_ && contents_->runs.size() == 1 && !contents_->runs[0].translucent;
+    }
     std::size_t triangles() const { return contents_ ? contents_->indices / 3 : 0; }
     /// For a program with the attributes high, low, colour and normal. `beginArea` is called before each
     /// translucent mesh that is not solid.

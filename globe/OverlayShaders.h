@@ -68,6 +68,12 @@ void main() {
 }
 )";
 
+/// Of opaque areas that nobody need ask what the earth hides of: a small part of the time.
+inline constexpr const char* kPlainMeshFragmentShader = R"(#version 120
+varying vec4 tint;
+void main() { gl_FragColor = tint; }
+)";
+
 inline constexpr const char* kPictureVertexShader = R"(
 attribute vec3 high;
 attribute vec3 low;
