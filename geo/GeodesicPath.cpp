@@ -11,6 +11,7 @@
 
 #include "geo/Angles.h"
 #include "geo/Ecef.h"
+#include "geo/NearGeodesic.h"
 #include "geo/PlacesAround.h"
 #include "geo/SinCos.h"
 
@@ -106,10 +107,23 @@ void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step) 
 bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& place, PathKind kind,
                 double step) {
     constexpr int kMost = 300;
+    // Of so many pieces a near geodesic is off by a hundredth of what they are off, being straight.
+    constexpr double kFew = 22.0;
     const int next = static_cast<int>(path.points.size() - from);
     const Vec3 start = path.points[from];
-    const bool all = forPointsBetween(start, to, length(place - path.places[from]), kind, step, next, kMost,
-                                      [&path](const Vec3& p) { path.add(p, toEcef(p)); });
+    const double chord = length(place - path.places[from]);
+    const double longest = std::min(kFew * step, NearGeodesic::kFarthest);
+    bool all = true;
+    if (kind == PathKind::Geodesic && chord > step && chord < longest && start.alt() == to.alt()) {
+        NearGeodesic way(start, path.places[from], to, place);
+        const int pieces = piecesOfPath(way.meters(), step);
+        for (way.start(1.0 / pieces, 1.0 / pieces);
+             path.points.size() < from + static_cast<std::size_t>(pieces); way.next())
+            path.add(way.point(), way.place());
+    } else {
+        all = forPointsBetween(start, to, chord, kind, step, next, kMost,
+                               [&path](const Vec3& p) { path.add(p, toEcef(p)); });
+    }
     if (all) path.add(to, place);
     return all;
 }

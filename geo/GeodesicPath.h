@@ -41,7 +41,8 @@ Vec3 geodesicFrom(const Vec3& from, double azimuth, double meters);
 /// altitude changes evenly.
 void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step);
 /// Does so, or goes on with it, from one point of a path that has no others but those of this way after it;
-/// some hundred points at a time. \return whether `to` has been reached
+/// some hundred points at a time. A geodesic in a few pieces, level, may be off by a hundredth of what
+/// straight pieces are off. \return whether `to` has been reached
 bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& place, PathKind kind,
                 double step);
 

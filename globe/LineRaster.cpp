@@ -305,32 +305,29 @@ void LineRaster::fill(const Segment& segment) {
     const Vertex& a = segment.a;
     const Direction along = segment.along;
     // Of the pixels between two coordinates, those whose centres lie there.
-    const auto pixelRange = [](double low, double high, int first, int last) {
-        const double least = first;
-        const double most = last + 1;
-        return std::pair{static_cast<int>(std::ceil(std::clamp(low, least, most) - 0.5)),
-                         static_cast<int>(std::ceil(std::clamp(high, least, most) - 0.5)) - 1};
+    const auto pixelRange = [](double low, double high, double least, double most) {
+        return std::pair{static_cast<int>(std::min(std::max(low, least), most) + 0.5),
+                         static_cast<int>(std::min(std::max(high, least), most) + 0.5) - 1};
     };
-    const auto [bottom, top] = pixelRange(std::min(a.y, segment.b.y) - reach,
-                                          std::max(a.y, segment.b.y) + reach, clip_.top(), clip_.bottom());
+    const auto [bottom, top] =
+        pixelRange(std::min(a.y, segment.b.y) - reach, std::max(a.y, segment.b.y) + reach, clip_.top(),
+                   clip_.bottom() + 1);
     const double leftmost = std::min(a.x, segment.b.x) - reach;
     const double rightmost = std::max(a.x, segment.b.x) + reach;
     const bool slanted = std::abs(along.y) > 1e-6;
+    const double slope = slanted ? along.x / along.y : 0.0;
+    const double aside = slanted ? std::abs(reach / along.y) : rightmost - leftmost;
+    const double least = clip_.left();
+    const double most = clip_.right() + 1;
     const std::uint32_t full = packed(segment.color, segment.color.a);
     const bool opaque = segment.color.a == 255;
     int usedLeft = size_.width();
     int usedRight = -1;
     for (int y = bottom; y <= top; ++y) {
         const double dy = y + 0.5 - a.y;
-        double from = leftmost;
-        double to = rightmost;
-        if (slanted) {
-            const double middle = a.x + dy * along.x / along.y;
-            const double half = std::abs(reach / along.y);
-            from = std::max(from, middle - half);
-            to = std::min(to, middle + half);
-        }
-        const auto [left, right] = pixelRange(from, to, clip_.left(), clip_.right());
+        const double middle = a.x + dy * slope;
+        const auto [left, right] =
+            pixelRange(std::max(leftmost, middle - aside), std::min(rightmost, middle + aside), least, most);
         if (right < left) continue;
         usedLeft = std::min(usedLeft, left);
         usedRight = std::max(usedRight, right);
