@@ -87,11 +87,8 @@ Work takeNotes(const OverlayScene::Shapes& shapes, std::string directory, bool a
             notes.push_back({i, false, "heights above " + datum + " are shown above wgs84"});
         const std::string picture = pictureOf(*shapes[i]);
         if (picture.empty() || !pictures.insert(picture).second) continue;
-        const PictureFile file = findPicture(picture, directory);
-        if (!canReadPicture(file))
-            notes.push_back({i, true, "picture " + picture + " cannot be read"});
-        else if (isTooLarge(file))
-            notes.push_back({i, true, "picture " + picture + " is too large to be shown"});
+        if (const std::string why = whyNotShown(findPicture(picture, directory)); !why.empty())
+            notes.push_back({i, true, "picture " + picture + " " + why});
         co_yield kUnitsOfAFile;
     }
     for (const auto& [what, lack] : lacks) {

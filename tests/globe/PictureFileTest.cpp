@@ -1,0 +1,104 @@
+#include <QByteArray>
+#include <QColor>
+#include <QDateTime>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "globe/PictureFile.h"
+
+namespace sandbox {
+namespace {
+
+class PictureFiles : public ::testing::Test {
+  protected:
+    QByteArray imageAs(const char* format) {
+        QImage image(40, 40, QImage::Format_RGB32);
+        for (int i = 0; i < 1600; ++i) image.setPixel(i % 40, i / 40, static_cast<unsigned>(i * i * 7919));
+        EXPECT_TRUE(image.save(folder_.filePath("image"), format));
+        QFile file(folder_.filePath("image"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+    PictureFile holding(const QByteArray& bytes) {
+        QFile file(folder_.filePath("picture"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        return findPicture("picture", folder_.path().toStdString());
+    }
+    PictureFile drawing(const QByteArray& inside, const QByteArray& size = "8",
+                        const QByteArray& before = "") {
+        return holding(
+            before +
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
+            "viewBox=\"0 0 8 8\" width=\"" + size + "\" height=\"" + size + "\">" + inside + "</svg>");
+    }
+
+  private:
+    QTemporaryDir folder_;
+};
+
+/// Any file, a pipe or itself: what a drawing takes in is not even opened.
+TEST_F(PictureFiles, ADrawingOpensNoOtherFile) {
+    const std::string alone = "takes in other files, and is not shown";
+    const auto image = [](const QByteArray& reference, const QByteArray& name = "xlink:href") {
+        return "<g><image width=\"8\" height=\"8\" " + name + "=\"" + reference + "\"/></g>";
+    };
+    const QByteArray inner =
+        "<svg xmlns:xlink=\"http://www.w3.org/1999/xlink\">" + image("/dev/zero") + "</svg>";
+    for (const QByteArray& reference :
+         {QByteArray("/dev/zero"), QByteArray("picture"), QByteArray("data/../picture"),
+          QByteArray("data:base64,AAAA"), "data:image/svg+xml;base64," + inner.toBase64()}) {
+        EXPECT_EQ(whyNotShown(drawing(image(reference))), alone) << reference.toStdString();
+        EXPECT_TRUE(readPicture(drawing(image(reference))).isNull());
+    }
+    EXPECT_EQ(whyNotShown(drawing(image("/dev/zero", "href"))), alone);
+    const QByteArray sheet = "<?xml-stylesheet type=\"text/css\" href=\"/dev/zero\"?>";
+    EXPECT_EQ(whyNotShown(drawing("", "8", "<?xml version=\"1.0\"?>" + sheet)), alone);
+
+    const PictureFile own = drawing(image("data:image/png;base64," + imageAs("png").toBase64()));
+    EXPECT_EQ(whyNotShown(own), "");
+    EXPECT_EQ(readPicture(own).size(), QSize(8, 8));
+}
+
+/// Few bytes, much work: shapes used again and again are refused, those that fill many pixels drawn small.
+TEST_F(PictureFiles, ADrawingIsNoEndlessWork) {
+    const QByteArray shape = "<circle id=\"a\" cx=\"4\" cy=\"4\" r=\"4\" fill=\"red\"/>";
+    EXPECT_EQ(
+        whyNotShown(drawing(shape.repeated(1000) + QByteArray("<use xlink:href=\"#a\"/>").repeated(100))),
+        "is too large to be shown");
+    EXPECT_EQ(whyNotShown(drawing(QByteArray(1 << 20, ' '))), "is too large to be shown");
+    const QImage wide = readPicture(drawing(shape, "100000"));
+    EXPECT_EQ(wide.size(), QSize(2048, 2048));
+    EXPECT_EQ(wide.pixelColor(1024, 1024), QColor(Qt::red));
+    const int many = readPicture(drawing(shape.repeated(2000), "2000")).width();
+    EXPECT_TRUE(many > 650 && many < 760) << many;
+}
+
+/// Also of 1970; and what is missing at its end, a reader may show as if it were there.
+TEST_F(PictureFiles, AreNamedWhenTheyAreCut) {
+    for (const char* const format : {"png", "jpeg", "bmp"}) {
+        const QByteArray bytes = imageAs(format);
+        const std::string path = holding(bytes).path;
+        QFile file(QString::fromStdString(path));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite) &&
+                    file.setFileTime(QDateTime::fromMSecsSinceEpoch(0), QFileDevice::FileModificationTime));
+        const PictureFile whole = findPicture(path, "");
+        EXPECT_EQ(whyNotShown(whole), "") << format;
+        EXPECT_EQ(readPicture(whole).size(), QSize(40, 40)) << format;
+    }
+    for (const char* const format : {"png", "jpeg"}) {
+        const QByteArray bytes = imageAs(format);
+        for (const qsizetype left : {bytes.size() - 1, bytes.size() - 20, bytes.size() / 2})
+            EXPECT_EQ(whyNotShown(holding(bytes.first(left))), "is cut off") << format << left;
+        EXPECT_EQ(whyNotShown(holding(bytes + "behind it")), "") << format;
+    }
+    EXPECT_EQ(whyNotShown(holding("none")), "cannot be read");
+    EXPECT_EQ(whyNotShown(PictureFile{"/none"}), "cannot be read");
+}
+
+}  // namespace
+}  // namespace sandbox
