@@ -16,6 +16,7 @@
 #include <cpl_vsi.h>
 #include <gdal_priv.h>
 
+#include "common/Printable.h"
 #include "common/SaveFile.h"
 #include "gdal/Driver.h"
 #include "gdal/convert/Copy.h"
@@ -36,12 +37,16 @@ struct Console {
     static inline std::string work;
     static inline std::string out;
 
+    /// What stands in it may come from files.
+    static void print(const std::string& text) {
+        std::cerr << UTILS::printable(text, UTILS::kLongestShown) << '\n';
+    }
     static void say(const std::string& text) {
-        std::cerr << "zel: " << text << '\n';
+        print("zel: " + text);
         warned = true;
     }
     static int fail(const std::string& text) {
-        std::cerr << "zel: " << text << '\n';
+        print("zel: " + text);
         return kFailed;
     }
     static void CPL_STDCALL handle(CPLErr level, CPLErrorNum, const char* text) {
@@ -51,7 +56,7 @@ struct Console {
         while (line.ends_with('\n')) line.pop_back();
         // What is written in memory is meant for elsewhere.
         if (line.starts_with(work)) line.replace(0, work.size(), out);
-        std::cerr << line << '\n';
+        print(line);
         (level >= CE_Failure ? failed : warned) = true;
     }
 };
@@ -144,7 +149,7 @@ bool save(const std::string& out, const std::string& stem) {
     if (names.empty()) return false;
     if (out == "-") {
         for (const std::string& name : names) std::cout << contentsOf(name);
-        return std::cout.flush().good();
+        return std::cout.flush().good() || (Console::fail("the output could not be written"), false);
     }
     if (names.size() > 1 || !names.front().starts_with(stem + ".")) {
         // Their names begin with that of the target.
@@ -153,7 +158,7 @@ bool save(const std::string& out, const std::string& stem) {
         for (const std::string& name : names)
             if (name.ends_with(".shp") || (name.ends_with("_table.dbf")))
                 shapefiles.append(shapefiles.empty() ? "" : ", ").append(name);
-        std::cerr << "zel: " << out << ": written as " << shapefiles << '\n';
+        Console::print("zel: " + out + ": written as " + shapefiles);
         return true;
     }
     const std::string problem = UTILS::saveFile(out, contentsOf(names.front()));

@@ -450,6 +450,18 @@ circle,1,2,500,,#f00x,
         self.assertEqual([block[0] for block in self.blocks(self.path("out.zel"))],
                          ["points", "points", "points", "annotation Here", "circle"])
 
+    def test_messages_do_not_steer_the_terminal(self):
+        name = self.path("\x1b[31m\n\u202e")
+        for words in [name, self.path("out.zel")], [self.file(self.CIRCLE), name + ".shp"], [self.file(self.CIRCLE), name]:
+            done = subprocess.run([ZEL, "convert", *words], capture_output=True, text=True)
+            self.assertIn("\\x1b[31m\\x0a\\u202e", done.stderr)
+            self.assertNotRegex(done.stderr, "[\x1b\u202e]")
+        with open("/dev/full", "w") as full:
+            done = subprocess.run(
+                [ZEL, "convert", self.file(self.CIRCLE), "-", "--to", "csv"], stdout=full, stderr=subprocess.PIPE, text=True
+            )
+        self.assertEqual((done.returncode, done.stderr), (2, "zel: the output could not be written\n"))
+
     def test_what_is_several_files_is_saved_as_a_whole(self):
         area = self.path("a_area.shx")
         subprocess.run([ZEL, "convert", self.file(self.CIRCLE), self.path("a.shp")], capture_output=True, check=True)
