@@ -58,16 +58,16 @@ class LineCut {
 };
 
 /// Adds a line to the last part, or begins another one. \return the last part now
-ChunkGeometry* add(DrawList::Line line, ChunkGeometry* part) {
+ChunkGeometry* add(const DrawList::Line& line, ChunkGeometry* part) {
     if (part->segments >= kSegments) {
-        part->lines.shrink_to_fit();
+        part->lines.shrinkToFit();
         part->next = std::make_unique<ChunkGeometry>();
         part->next->level = part->level;
         part = part->next.get();
     }
     part->segments += line.points.size();
     part->widest = std::max(part->widest, double{line.width});
-    part->lines.push_back(std::move(line));
+    part->lines.add(line, kTolerances[part->level]);
     return part;
 }
 
@@ -99,7 +99,8 @@ Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTex
     ChunkGeometry* part = first.get();
     for (DrawList::Line& line : list.lines) {
         if (line.points.size() <= kLongest) {
-            part = add(std::move(line), part);
+            part = add(line, part);
+            line.points = {};
             co_yield 0;
             continue;
         }
@@ -108,7 +109,7 @@ Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTex
             co_yield kLongest / pointsOfAUnit;
         }
     }
-    part->lines.shrink_to_fit();
+    part->lines.shrinkToFit();
     for (part = first->next.get(); part; part = part->next.get()) {
         for (const DrawList::Line& line : part->lines)
             for (const Ecef& p : line.points) part->bounds.add(p);

@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <memory>
-#include <vector>
 
 #include "common/Work.h"
 #include "globe/BoundingBox.h"
 #include "globe/DrawList.h"
 #include "globe/LineBatch.h"
 #include "globe/MeshBatch.h"
+#include "globe/PackedLines.h"
 #include "globe/PictureLayer.h"
 
 namespace sandbox {
@@ -28,7 +28,7 @@ struct ChunkGeometry {
     };
     std::size_t level = 0;           ///< in kTolerances
     std::unique_ptr<Others> others;  ///< of the first part only
-    std::vector<DrawList::Line> lines;
+    PackedLines lines;
     std::unique_ptr<LineBatch> lineBatch;  ///< the same on the card, once they are drawn there
     std::size_t segments = 0;
     double widest = 0.0;  ///< of the lines, in widget pixels

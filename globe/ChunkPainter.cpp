@@ -224,7 +224,7 @@ Work ChunkPainter::drawLines(std::span<ChunkGeometry* const> geometry) {
 void ChunkPainter::drawOnCard(ChunkGeometry& part) {
     if (!part.lineBatch) {
         part.lineBatch = std::make_unique<LineBatch>();
-        part.lineBatch->upload(part.lines);
+        part.lineBatch->upload(std::vector(part.lines.begin(), part.lines.end()));
         if (!raster_) part.lines = {};
     }
     part.lineBatch->draw();

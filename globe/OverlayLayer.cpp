@@ -274,10 +274,11 @@ void OverlayLayer::forgetLaid() {
 bool OverlayLayer::lay(ChunkGeometry& geometry, const ViewVolume& view, Slice& slice) {
     spots_[laid_].drawn = static_cast<std::int8_t>(geometry.level);
     if (!layingPart_) layingPart_ = &geometry;
+    DrawList::Line line;
     for (; layingPart_; layingPart_ = layingPart_->next.get(), laidLines_ = 0) {
         if (geometry.next && !view.mayShow(layingPart_->bounds.ball())) continue;
         while (laidLines_ < layingPart_->lines.size())
-            if (slice.isOver(raster_->draw(layingPart_->lines[laidLines_++]))) return false;
+            if (slice.isOver(raster_->draw(layingPart_->lines.unpack(laidLines_++, line)))) return false;
     }
     ++laid_;
     return true;
