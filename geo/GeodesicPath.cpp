@@ -104,13 +104,12 @@ void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step) 
     path.push_back(to);
 }
 
-bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& place, PathKind kind,
-                double step) {
+bool appendSome(PlacedPath& path, std::size_t from, const Vec3& start, const Vec3& to, const Ecef& place,
+                PathKind kind, double step) {
     constexpr int kMost = 300;
     // Of so many pieces a near geodesic is off by a hundredth of what they are off, being straight.
     constexpr double kFew = 22.0;
-    const int next = static_cast<int>(path.points.size() - from);
-    const Vec3 start = path.points[from];
+    const int next = static_cast<int>(path.places.size() - from);
     const double chord = length(place - path.places[from]);
     const double longest = std::min(kFew * step, NearGeodesic::kFarthest);
     bool all = true;
@@ -118,8 +117,8 @@ bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& 
         NearGeodesic way(start, path.places[from], to, place);
         const int pieces = piecesOfPath(way.meters(), step);
         for (way.start(1.0 / pieces, 1.0 / pieces);
-             path.points.size() < from + static_cast<std::size_t>(pieces); way.next())
-            path.add(way.point(), way.place());
+             path.places.size() < from + static_cast<std::size_t>(pieces); way.next())
+            path.add(path.placesOnly ? Vec3() : way.point(), way.place());
     } else {
         all = forPointsBetween(start, to, chord, kind, step, next, kMost,
                                [&path](const Vec3& p) { path.add(p, toEcef(p)); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -11,15 +12,18 @@ namespace halCore {
 /// Geodetic points: latitude, longitude (radians), altitude (metres).
 using GeodeticPath = std::vector<Vec3>;
 
-/// The same with the earth-centred place of each point, which takes time to work out.
+/// The same with the earth-centred place of each point, which takes time to work out; one of both may be
+/// missing.
 struct PlacedPath {
-    GeodeticPath points;
-    std::vector<Ecef> places;
+    GeodeticPath points{};
+    std::vector<Ecef> places{};
+    bool placesOnly = false;  ///< add() leaves the points out
 
     void add(const Vec3& point, const Ecef& place) {
-        points.push_back(point);
+        if (!placesOnly) points.push_back(point);
         places.push_back(place);
     }
+    std::size_t size() const { return std::max(points.size(), places.size()); }
 };
 
 enum class PathKind { Geodesic, Rhumb };
@@ -40,11 +44,11 @@ Vec3 geodesicFrom(const Vec3& from, double azimuth, double meters);
 /// Appends the way from the last point of `path` to `to`, in pieces of at most `step` metres; the
 /// altitude changes evenly.
 void appendPath(GeodeticPath& path, const Vec3& to, PathKind kind, double step);
-/// Does so, or goes on with it, from one point of a path that has no others but those of this way after it;
-/// some hundred points at a time. A geodesic in a few pieces, level, may be off by a hundredth of what
-/// straight pieces are off. \return whether `to` has been reached
-bool appendSome(PlacedPath& path, std::size_t from, const Vec3& to, const Ecef& place, PathKind kind,
-                double step);
+/// Does so, or goes on with it, from `start`, which is that point of a path that has no others but those of
+/// this way after it; some hundred points at a time. A geodesic in a few pieces, level, may be off by a
+/// hundredth of what straight pieces are off. \return whether `to` has been reached
+bool appendSome(PlacedPath& path, std::size_t from, const Vec3& start, const Vec3& to, const Ecef& place,
+                PathKind kind, double step);
 
 /// A part of an ellipse about a centre, at its altitude: half axes to the east and to the north (metres
 /// along geodesics; equal ones make a circle), then turned clockwise by `turn`, from one azimuth over a sweep

@@ -82,8 +82,9 @@ class Sweep {
         constexpr std::size_t kTests = 10000;
         constexpr std::size_t kTestsInAUnit = 200;
         for (const Start& start : starts) {
+            const Edge edge = this->edge(start);
             for (std::size_t next = 0; next < open_.size();) {
-                next = meet(start, next, std::min(open_.size(), next + kTests));
+                next = meet(edge, next, std::min(open_.size(), next + kTests));
                 if (testsLeft_ == 0 || crossings_ > kMostCrossings) {
                     tangled = true;
                     co_return;
@@ -92,24 +93,38 @@ class Sweep {
                 co_yield (told - testsLeft_) / kTestsInAUnit;
                 told = testsLeft_;
             }
-            open_.push_back(start.edge);
+            open_.push_back(edge);
         }
     }
 
   private:
     static constexpr std::size_t kMostCrossings = 200;
 
+    /// What most tests need, side by side in memory.
+    struct Edge {
+        double low, high;            ///< along the axis
+        double lowAside, highAside;  ///< across it
+        std::uint32_t number;
+    };
+    Edge edge(const Start& start) const {
+        const std::uint32_t i = start.edge;
+        return {start.low, high(i, along_), low(i, aside_), high(i, aside_), i};
+    }
+
     /// Holds an edge against the open ones from one on, up to another. \return the next one
-    std::size_t meet(const Start& start, std::size_t next, std::size_t last) {
+    std::size_t meet(const Edge& edge, std::size_t next, std::size_t last) {
         while (next < last && testsLeft_ > 0 && crossings_ <= kMostCrossings) {
             --testsLeft_;
-            if (high(open_[next], along_) < start.low) {
+            const Edge& other = open_[next];
+            if (other.high < edge.low) {
                 open_[next] = open_.back();
                 open_.pop_back();
                 last = std::min(last, open_.size());
                 continue;
             }
-            if (cross(open_[next], start.edge)) ++crossings_;
+            if (other.lowAside <= edge.highAside && edge.lowAside <= other.highAside &&
+                cross(other.number, edge.number))
+                ++crossings_;
             ++next;
         }
         return next;
@@ -123,7 +138,6 @@ class Sweep {
     }
     /// In their midst: neighbours, which share a corner, do not.
     bool cross(std::size_t e, std::size_t f) const {
-        if (low(e, aside_) > high(f, aside_) || low(f, aside_) > high(e, aside_)) return false;
         const auto side = [](const Flat& a, const Flat& b, const Flat& c) {
             return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
         };
@@ -134,7 +148,7 @@ class Sweep {
     const FlatRing& ring_;
     double Flat::*along_ = nullptr;
     double Flat::*aside_ = nullptr;
-    std::vector<std::uint32_t> open_;
+    std::vector<Edge> open_;
     std::size_t testsLeft_ = 0;
     std::size_t crossings_ = 0;
 };

@@ -35,6 +35,9 @@ Work gatherPoints(const std::vector<OverlayScene::Entry>& entries, double tolera
     constexpr double kShare = 1e-3;
     constexpr std::size_t kTakenInAUnit = 250;
     std::size_t many = 200000;
+    // Only the outlines of tangled areas matter here.
+    constexpr double kFewestRows = 1e-9;
+    double share = kFewestRows;
     BoundingBox box;
     std::size_t boxed = 0;
     DrawList list;
@@ -48,11 +51,12 @@ Work gatherPoints(const std::vector<OverlayScene::Entry>& entries, double tolera
                 co_await addTo(box, boxed, points);
                 tolerance = std::max(tolerance, kShare * box.diagonal());
                 many = 2 * points.size();
+                // What lies within an outline that is not half the earth is within any ball about it.
+                share = box.diagonal() < wgs84::a ? 0.0 : kFewestRows;
             }
             const std::size_t before = points.size();
             list = {};
-            // Only the outlines of tangled areas matter here.
-            co_await workOutGeometry(*shape, entry.reference, tolerance, 0.0, list);
+            co_await workOutGeometry(*shape, entry.reference, tolerance, share, list);
             for (const DrawList::Line& line : list.lines) take(line.points);
             for (const DrawList::Mesh& mesh : list.meshes)
                 if (!mesh.tangled || list.lines.empty()) take(mesh.vertices);

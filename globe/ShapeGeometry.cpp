@@ -108,19 +108,22 @@ Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayRe
     constexpr double kMostPieces = 1e7;
     const std::size_t room =
         stride + (!inPairs && pieces < kMostPieces ? static_cast<std::size_t>(pieces) : 0);
+    const bool filled = style.filled && closed && (fillShare > 0.0 || !style.outlined);
     std::size_t done = 0;
     for (std::size_t first = 0; first + 1 < points.points.size(); first += stride) {
         const std::size_t end = std::min(first + stride, points.points.size());
         PlacedPath path;
-        path.points.reserve(room);
+        path.placesOnly = !placement.extruded() && !filled;
+        if (!path.placesOnly) path.points.reserve(room);
         path.places.reserve(room);
         path.add(points.points[first], points.places[first]);
         for (std::size_t i = first + 1; i < end; ++i) {
-            const std::size_t from = path.points.size() - 1;
+            const std::size_t from = path.places.size() - 1;
             for (bool arrived = false; !arrived;) {
-                const std::size_t known = path.points.size();
-                arrived = appendSome(path, from, points.points[i], points.places[i], kind, step);
-                const std::size_t more = path.points.size() - known;
+                const std::size_t known = path.places.size();
+                arrived = appendSome(path, from, points.points[i - 1], points.points[i], points.places[i],
+                                     kind, step);
+                const std::size_t more = path.places.size() - known;
                 done += more == 1 ? 1 : kOfAGeodesic + kOfItsPoint * more;
                 if (done < 100 * kInAUnit) continue;
                 co_yield done / kInAUnit;
@@ -129,10 +132,11 @@ Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayRe
         }
         done += kOfALine;
         // Most are lines and nothing else.
-        if (!placement.extruded() && !(style.filled && closed) && (style.outlined || !closed)) {
+        if (path.placesOnly && (style.outlined || !closed)) {
             addLine(std::move(path.places), closed, style, out);
         } else {
-            const RingFill fill = filledAbout(std::nullopt, placement, style, fillShare);
+            const RingFill fill =
+                filled ? filledAbout(std::nullopt, placement, style, fillShare) : RingFill();
             co_await addRing(std::move(path), closed, fill, placement, style, out);
         }
         overBodies.mark(out);

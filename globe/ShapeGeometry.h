@@ -23,7 +23,8 @@ namespace sandbox {
 /// ground; they do not lean an orbit or a box. Shapes that are not drawn ("off") or lack what they need add
 /// nothing.
 ///
-/// `fillShare`: of the rows in which an area is filled whose line crosses itself hundreds of times.
+/// `fillShare`: of the rows in which an area is filled whose line crosses itself hundreds of times. 0: what
+/// is made of points and has an outline is that outline only.
 ///
 /// The work can be laid aside wherever its cost grows with the shape's points. The shape is to stay as it is
 /// until it is done.

@@ -61,9 +61,9 @@ void addOutline(const GeodeticPath& path, bool closed, const Placement& placemen
 Work addRing(halCore::PlacedPath path, bool closed, const RingFill& fill, const Placement& placement,
              const ShapeStyle& style, DrawList& out) {
     constexpr std::size_t kInAUnit = 15;
-    const std::size_t count = path.points.size();
+    const std::size_t count = path.size();
     if (count == 0) co_return;
-    const bool filled = style.filled && closed;
+    const bool filled = style.filled && closed && fill;
     // A line is all outline: switching the outline off is meant for areas.
     const bool outlined = style.outlined || !closed;
     if (filled) {

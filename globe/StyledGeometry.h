@@ -33,7 +33,8 @@ void addOutline(const GeodeticPath& path, bool closed, const Placement& placemen
 void addStem(const halCore::Vec3& point, const Placement& placement, Rgba color, DrawList& out);
 
 /// An area or a line; when it is extruded, with its curtain, and with its other end if that is not on the
-/// ground. \param path may lack its places
+/// ground. \param path may lack its places; or its points, where it is a line on the ground \param fill none:
+/// the area stays empty
 Work addRing(halCore::PlacedPath path, bool closed, const RingFill& fill, const Placement& placement,
              const ShapeStyle& style, DrawList& out);
 /// The same at once, filled by fillRing() with its `middle`.
