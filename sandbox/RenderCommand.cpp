@@ -298,7 +298,7 @@ Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
 int runRenderCommand(const QStringList& arguments) {
     const auto read = readJob(arguments);
     if (const auto* complaint = std::get_if<Complaint>(&read)) {
-        std::fprintf(stderr, "%s\n", qPrintable(*complaint));
+        std::fprintf(stderr, "%s\n", UTILS::printable(complaint->toStdString()).c_str());
         return kNoPicture;
     }
     const RenderJob& job = std::get<RenderJob>(read);
@@ -308,7 +308,7 @@ int runRenderCommand(const QStringList& arguments) {
 
     GlobePicture picture;
     if (!picture.error().isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(picture.error()));
+        std::fprintf(stderr, "%s\n", UTILS::printable(picture.error().toStdString()).c_str());
         return kNoPicture;
     }
     picture.setEarthImage(job.earth);

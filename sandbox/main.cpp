@@ -15,6 +15,7 @@
 
 #include <unistd.h>
 
+#include "common/Printable.h"
 #include "globe/GlobeView.h"
 #include "sandbox/EndSignals.h"
 #include "sandbox/Host.h"
@@ -78,6 +79,11 @@ void prepareRendering(char** argv) {
     std::exit(2);
 }
 
+/// A word of the command line, as a terminal may show it.
+std::string shown(const QString& word) {
+    return UTILS::printable(word.toStdString());
+}
+
 /// Leaves the program with a message when the command line is wrong.
 Options readCommandLine(const QStringList& arguments) {
     QCommandLineParser parser;
@@ -111,16 +117,16 @@ Options readCommandLine(const QStringList& arguments) {
     (options.script.isEmpty() ? options.overlays : options.scriptArguments) = parser.positionalArguments();
     if (options.size.width() < 320 || options.size.height() < 240) {
         std::fprintf(stderr, "--size %s: expected WIDTHxHEIGHT, at least 320x240\n",
-                     qPrintable(parser.value(size)));
+                     shown(parser.value(size)).c_str());
         std::exit(2);
     }
     if (const QFileInfo file(options.settings); file.exists() && !file.isFile()) {
-        std::fprintf(stderr, "--settings %s: not a regular file\n", qPrintable(options.settings));
+        std::fprintf(stderr, "--settings %s: not a regular file\n", shown(options.settings).c_str());
         std::exit(2);
     }
     if (!sandbox::choosePalette(parser.value(palette))) {
         std::fprintf(stderr, "--palette %s: expected light, dark or system\n",
-                     qPrintable(parser.value(palette)));
+                     shown(parser.value(palette)).c_str());
         std::exit(2);
     }
     return options;
@@ -188,7 +194,7 @@ int main(int argc, char** argv) {
     host.log().setEcho(options.verbose);
     if (!options.trace.isEmpty()) {
         if (const QString error = host.trace().open(options.trace); !error.isEmpty()) {
-            std::fprintf(stderr, "--trace %s: %s\n", qPrintable(options.trace), qPrintable(error));
+            std::fprintf(stderr, "--trace %s: %s\n", shown(options.trace).c_str(), qPrintable(error));
             return 2;
         }
     }

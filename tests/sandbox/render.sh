@@ -56,7 +56,7 @@ for minutes in 30 60; do
     grep -q '>Ferry Kahana<' "$work/$minutes.svg" && grep -q '>10 nm<' "$work/$minutes.svg" || { echo "no ferry"; failed=1; }
 done
 cmp -s "$work/30.svg" "$work/60.svg" && { echo "the ferry stands still"; failed=1; }
-expect 2 '--time noon' "$samples/islands.csv" -o "$work/t.png" --time noon
+expect 2 '--time no\\x1bon' "$samples/islands.csv" -o "$work/t.png" --time $'no\eon'
 printf 'time,name,lat,lon\n0,A,95,1\n0,B,1,1\n' >"$work/bad.csv"
 expect 1 "$work/bad.csv:2: latitude" "$work/bad.csv" -o "$work/t.png" --view 1,1,50000
 # Texts need no screen.
