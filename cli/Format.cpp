@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/Commands.h"
 #include "cli/Input.h"
@@ -24,23 +25,27 @@ namespace {
 
 using halCore::ZEL::Parser;
 using halCore::ZEL::ParseReport;
+using halCore::ZEL::SourceText;
 
-/// All that the format can carry: the shapes with their comments, and the comments between them.
-std::string formatted(const Parser::Shapes& shapes, const ParseReport& report) {
+/// All that the format can carry: the shapes with their comments, and the comments between them. What has
+/// been written is let go, before there are more copies of it.
+std::string formatted(Parser::Shapes shapes, std::vector<halCore::ZEL::LooseComments> comments,
+                      const SourceText& lineEnds) {
     const auto buffer = OverlayEditor::TextBuffer::take();
     std::ostream& out = buffer->out();
     out.precision(UTILS::kSignificantDigits);
-    auto comments = report.looseComments.begin();
+    auto comment = comments.begin();
     for (std::size_t i = 0; i <= shapes.size(); ++i) {
-        for (; comments != report.looseComments.end() && comments->shapesBefore <= i; ++comments)
-            out << comments->lines;
+        for (; comment != comments.end() && comment->shapesBefore <= i; ++comment)
+            out << std::exchange(comment->lines, {});
         if (i == shapes.size()) break;
         // It would come back on whatever platform there is; a warning has told it.
         if (halCore::ZEL::isPlaceless(*shapes[i])) continue;
         shapes[i]->serializeToStream(out);
         out << '\n';
+        shapes[i].reset();
     }
-    return buffer->text();
+    return lineEnds.withLineEnds(buffer->text());
 }
 
 struct Formatted {
@@ -53,7 +58,7 @@ Formatted formatted(const std::string& text) {
     Formatted all;
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with(byteOrderMark)) all.text = byteOrderMark;
-    const halCore::ZEL::SourceText lineEnds(text.substr(0, text.find('\n') + 1), {}, {});
+    const SourceText lineEnds(text.substr(0, text.find('\n') + 1), {}, {});
     all.text += lineEnds.withLineEnds("version 2\n\n");
     TextView view(text);
     std::istream stream(&view);
@@ -64,8 +69,7 @@ Formatted formatted(const std::string& text) {
         part->told.report.keepsComments = true;
         Parser::Shapes shapes;
         Parser().parse(piece, shapes, part->told.report);
-        part->text = lineEnds.withLineEnds(formatted(shapes, part->told.report));
-        part->told.report.looseComments = {};
+        part->text = formatted(std::move(shapes), std::move(part->told.report.looseComments), lineEnds);
         return [&all, part] {
             all.told.append(std::move(part->told));
             all.text += part->text;
