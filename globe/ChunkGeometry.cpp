@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "globe/DetailChoice.h"
+#include "globe/FillCost.h"
 
 namespace sandbox {
 
@@ -11,8 +12,12 @@ using halCore::Ecef;
 
 namespace {
 
-/// What is longer is cut into lines of so many segments.
-constexpr std::size_t kLongest = 512;
+/// What is longer is cut into lines of so many segments: the wider they are, the longer each takes to draw.
+std::size_t longest(const DrawList::Line& line) {
+    constexpr float kOfAPixel = 1024.0F;
+    return static_cast<std::size_t>(kOfAPixel / std::clamp(line.width, 2.0F, 255.0F));
+}
+
 /// A part has so many, and what its last line adds.
 constexpr std::size_t kSegments = 4096;
 
@@ -22,11 +27,12 @@ class LineCut {
     explicit LineCut(const DrawList::Line& line)
         : line_(line),
           closed_(line.closed && line.points.size() > 2),
-          segments_(line.points.size() - (closed_ ? 0 : 1)) {}
+          segments_(line.points.size() - (closed_ ? 0 : 1)),
+          longest_(longest(line)) {}
 
     bool isOver() const { return done_ == segments_; }
     DrawList::Line next() {
-        const std::size_t end = std::min(done_ + kLongest, segments_);
+        const std::size_t end = std::min(done_ + longest_, segments_);
         DrawList::Line piece;
         piece.color = line_.color;
         piece.width = line_.width;
@@ -53,6 +59,7 @@ class LineCut {
     const DrawList::Line& line_;
     bool closed_;
     std::size_t segments_;
+    std::size_t longest_;
     std::size_t done_ = 0;
     double metres_ = 0.0;
 };
@@ -73,9 +80,19 @@ ChunkGeometry* add(const DrawList::Line& line, ChunkGeometry* part) {
 
 }  // namespace
 
+std::size_t ChunkGeometry::cost(const FillCost& cost) const {
+    std::size_t sum = 0;
+    if (others)
+        sum = others->pictures.cost(cost) + others->areas.cost(cost) + others->solids.cost(cost) +
+              others->roundSolids.cost(cost) + others->areasOverBodies.cost(cost);
+    for (const DrawList::Line& line : lines) sum += cost.of(line);
+    return sum;
+}
+
 Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTextures& textures,
                   std::unique_ptr<ChunkGeometry>& made) {
     constexpr std::size_t pointsOfAUnit = 50;
+    constexpr std::size_t verticesOfAUnit = 20;
     auto first = std::make_unique<ChunkGeometry>();
     first->level = level;
     first->bounds = box;
@@ -88,7 +105,7 @@ Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTex
                 (mesh.normals.empty() ? others.solids : others.roundSolids).add(mesh);
             else
                 (mesh.overBodies ? others.areasOverBodies : others.areas).add(mesh);
-            co_yield 1 + mesh.vertices.size() / pointsOfAUnit;
+            co_yield 1 + mesh.vertices.size() / verticesOfAUnit;
         }
         for (MeshBatch* batch :
              {&others.areas, &others.solids, &others.roundSolids, &others.areasOverBodies}) {
@@ -98,15 +115,16 @@ Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTex
     }
     ChunkGeometry* part = first.get();
     for (DrawList::Line& line : list.lines) {
-        if (line.points.size() <= kLongest) {
+        if (line.points.size() <= longest(line)) {
             part = add(line, part);
             line.points = {};
             co_yield 0;
             continue;
         }
         for (LineCut cut(line); !cut.isOver();) {
-            part = add(cut.next(), part);
-            co_yield kLongest / pointsOfAUnit;
+            const DrawList::Line piece = cut.next();
+            part = add(piece, part);
+            co_yield piece.points.size() / pointsOfAUnit;
         }
     }
     part->lines.shrinkToFit();

@@ -38,11 +38,8 @@ struct ChunkGeometry {
     bool hasLinesOnly() const { return !others; }
     bool has(auto Others::*batch) const { return others && !((*others).*batch).empty(); }
     bool hasBodies() const { return has(&Others::solids) || has(&Others::roundSolids); }
-    std::size_t triangles() const {
-        if (!others) return 0;
-        return others->areas.triangles() + others->solids.triangles() + others->roundSolids.triangles() +
-               others->areasOverBodies.triangles();
-    }
+    /// Of this part.
+    std::size_t cost(const FillCost& cost) const;
     /// Of all parts.
     std::size_t allSegments() const {
         std::size_t sum = 0;

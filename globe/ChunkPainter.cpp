@@ -49,7 +49,9 @@ void ChunkPainter::begin(const Camera& camera, double pixelRatio, Batches& bodie
     setCamera(*pictureProgram_, camera);
     pictureProgram_->setUniformValue("picture", 0);
     pictureProgram_->release();
+    cost_.emplace(camera, pixelRatio);
     settled_ = std::chrono::steady_clock::now();
+    unsettled_ = 0;
 }
 
 void ChunkPainter::end() {
@@ -137,38 +139,23 @@ void ChunkPainter::turnTo(Task task) {
     glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
 }
 
-void ChunkPainter::drawMeshes(MeshBatch& batch) {
-    glStencilFunc(GL_ALWAYS, 0, 0xff);
-    batch.draw(task_ == Task::PlainAreas ? *plainProgram_ : *meshProgram_, [this] {
-        if (++areaMark_ > 255) {
-            glClear(GL_STENCIL_BUFFER_BIT);
-            areaMark_ = 1;
-        }
-        glStencilFunc(GL_NOTEQUAL, areaMark_, 0xff);
-    });
-}
-
 /// Where the processor plays the card, what was drawn of late waits for its turn. \return the units
 std::size_t ChunkPainter::settle(std::size_t units) {
     constexpr std::chrono::milliseconds kMost{4};
-    if (raster_ && std::chrono::steady_clock::now() - settled_ > kMost) {
+    constexpr std::size_t kMostUnits = 4000;
+    unsettled_ += units;
+    if (raster_ && (unsettled_ > kMostUnits || std::chrono::steady_clock::now() - settled_ > kMost)) {
         glFinish();
         settled_ = std::chrono::steady_clock::now();
+        unsettled_ = 0;
     }
     return units;
 }
 
 Work ChunkPainter::draw(std::span<ChunkGeometry* const> geometry) {
     using Others = ChunkGeometry::Others;
-    // So long it takes to have a batch drawn, however small.
-    constexpr std::size_t batchUnits = 5;
-    constexpr std::size_t unitsOfATriangle = 5;
     for (ChunkGeometry* part : geometry)
-        if (part->has(&Others::pictures)) {
-            turnTo(Task::Pictures);
-            part->others->pictures.draw(*pictureProgram_);
-            co_yield settle(batchUnits);
-        }
+        if (part->has(&Others::pictures)) co_await drawPictures(part->others->pictures);
     static constexpr std::pair<Task, MeshBatch Others::*> kMeshes[] = {
         {Task::Areas, &Others::areas},
         {Task::Solids, &Others::solids},
@@ -179,13 +166,43 @@ Work ChunkPainter::draw(std::span<ChunkGeometry* const> geometry) {
             if (part->has(batch)) {
                 const bool plain = task == Task::Areas && part->others->areas.isOpaque() &&
                                    isInPlainSight(part->bounds, camera_, pixelRatio_);
-                turnTo(plain ? Task::PlainAreas : task);
-                drawMeshes((*part->others).*batch);
                 if (task == Task::Solids || (task == Task::RoundSolids && !part->has(&Others::solids)))
                     bodies_->push_back(part);
-                co_yield settle(batchUnits + unitsOfATriangle * ((*part->others).*batch).triangles());
+                co_await drawMeshes(plain ? Task::PlainAreas : task, (*part->others).*batch);
             }
     co_await drawLines(geometry);
+}
+
+/// So long it takes to have something drawn, however small.
+constexpr std::size_t kUnitsOfABatch = 5;
+
+Work ChunkPainter::drawPictures(PictureBatch& batch) {
+    for (std::size_t i = 0; i < batch.pieces(); ++i) {
+        turnTo(Task::Pictures);
+        co_yield settle(kUnitsOfABatch + batch.draw(*pictureProgram_, *cost_, i));
+    }
+}
+
+Work ChunkPainter::drawMeshes(Task task, MeshBatch& batch) {
+    QOpenGLShaderProgram& program = task == Task::PlainAreas ? *plainProgram_ : *meshProgram_;
+    for (std::size_t next = 0; next < batch.pieces();) {
+        turnTo(task);
+        const std::size_t units =
+            batch.draw(program, *cost_, next, [this](bool translucent) { beginMesh(translucent); });
+        co_yield settle(kUnitsOfABatch + units);
+    }
+}
+
+void ChunkPainter::beginMesh(bool translucent) {
+    if (!translucent) {
+        glStencilFunc(GL_ALWAYS, 0, 0xff);
+        return;
+    }
+    if (++areaMark_ > 255) {
+        glClear(GL_STENCIL_BUFFER_BIT);
+        areaMark_ = 1;
+    }
+    glStencilFunc(GL_NOTEQUAL, areaMark_, 0xff);
 }
 
 bool ChunkPainter::mayBeHidden(const ChunkGeometry& lines) const {
@@ -197,7 +214,6 @@ bool ChunkPainter::mayBeHidden(const ChunkGeometry& lines) const {
 }
 
 Work ChunkPainter::drawLines(std::span<ChunkGeometry* const> geometry) {
-    constexpr std::size_t segmentsOfAUnit = 2;
     std::vector<bool> free(geometry.size(), false);
     std::size_t freeSegments = 0;
     if (raster_)
@@ -215,19 +231,30 @@ Work ChunkPainter::drawLines(std::span<ChunkGeometry* const> geometry) {
             for (const DrawList::Line& line : part.lines) co_yield raster_->draw(line);
             continue;
         }
-        turnTo(Task::Lines);
-        drawOnCard(part);
-        co_yield settle(1 + part.segments / segmentsOfAUnit);
+        co_await drawOnCard(part);
     }
 }
 
-void ChunkPainter::drawOnCard(ChunkGeometry& part) {
+Work ChunkPainter::drawOnCard(ChunkGeometry& part) {
     if (!part.lineBatch) {
         part.lineBatch = std::make_unique<LineBatch>();
         part.lineBatch->upload(std::vector(part.lines.begin(), part.lines.end()));
         if (!raster_) part.lines = {};
     }
-    part.lineBatch->draw();
+    if (!raster_) {
+        turnTo(Task::Lines);
+        part.lineBatch->draw();
+        co_return;
+    }
+    constexpr std::size_t kAtOnce = 3000;
+    PackedLines::Iterator line = part.lines.begin();
+    for (std::size_t first = 0, last = 0; first < part.lines.size(); first = last) {
+        std::size_t units = kUnitsOfABatch;
+        for (; last < part.lines.size() && units < kAtOnce; ++last, ++line) units += cost_->of(*line);
+        turnTo(Task::Lines);
+        part.lineBatch->draw(first, last);
+        co_yield settle(units);
+    }
 }
 
 }  // namespace sandbox

@@ -2,12 +2,14 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "common/Work.h"
 #include "globe/Camera.h"
 #include "globe/ChunkGeometry.h"
+#include "globe/FillCost.h"
 
 class QOpenGLShaderProgram;
 
@@ -42,9 +44,11 @@ class ChunkPainter {
 
     void turnTo(Task task);
     void leave();
-    void drawMeshes(MeshBatch& batch);
-    void drawOnCard(ChunkGeometry& part);
+    Work drawPictures(PictureBatch& batch);
+    Work drawMeshes(Task task, MeshBatch& batch);
+    void beginMesh(bool translucent);
     Work drawLines(std::span<ChunkGeometry* const> geometry);
+    Work drawOnCard(ChunkGeometry& part);
     bool mayBeHidden(const ChunkGeometry& lines) const;
     std::size_t settle(std::size_t units);
 
@@ -58,7 +62,9 @@ class ChunkPainter {
     Batches* bodies_ = nullptr;
     Task task_ = Task::None;
     int areaMark_ = 0;
+    std::optional<FillCost> cost_;  ///< since begin()
     std::chrono::steady_clock::time_point settled_;
+    std::size_t unsettled_ = 0;
 };
 
 }  // namespace sandbox

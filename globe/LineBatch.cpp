@@ -92,10 +92,14 @@ void bytes(QOpenGLExtraFunctions& gl, unsigned index, GLboolean normalized, std:
 void LineBatch::upload(std::span<const DrawList::Line> lines) {
     // Each segment reads the vertex before its start and the one after its end: pad both ends.
     std::vector<LineVertex> vertices(1);
-    for (const DrawList::Line& line : lines) append(vertices, line);
+    begins_.assign(1, 0);
+    begins_.reserve(lines.size() + 1);
+    for (const DrawList::Line& line : lines) {
+        append(vertices, line);
+        begins_.push_back(static_cast<int>(vertices.size()) - 1);
+    }
     vertices.resize(vertices.size() + 2);
-    segments_ = static_cast<int>(vertices.size()) - 3;
-    if (segments_ == 0) return;
+    if (begins_.back() == 0) return;
     buffer_.emplace(QOpenGLBuffer::VertexBuffer);
     buffer_->create();
     buffer_->bind();
@@ -125,17 +129,20 @@ void LineBatch::beginDrawing(QOpenGLShaderProgram& program, const Camera& camera
     for (unsigned i = 1; i < kAttributes; ++i) gl.glVertexAttribDivisor(i, 1);
 }
 
-void LineBatch::draw() {
+void LineBatch::draw(std::size_t first, std::size_t last) {
+    const int segments = begins_[last] - begins_[first];
+    if (segments == 0) return;
     QOpenGLExtraFunctions& gl = *QOpenGLContext::currentContext()->extraFunctions();
     buffer_->bind();
+    const std::size_t start = static_cast<std::size_t>(begins_[first]) * sizeof(LineVertex);
     for (unsigned vertex = 0; vertex < 4; ++vertex) {
-        const std::size_t at = vertex * sizeof(LineVertex);
+        const std::size_t at = start + vertex * sizeof(LineVertex);
         point(gl, 1 + 2 * vertex, 4, at + offsetof(LineVertex, high));
         point(gl, 2 + 2 * vertex, 3, at + offsetof(LineVertex, low));
     }
-    bytes(gl, 9, GL_TRUE, sizeof(LineVertex) + offsetof(LineVertex, color));
-    bytes(gl, 10, GL_FALSE, sizeof(LineVertex) + offsetof(LineVertex, width));
-    gl.glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, segments_);
+    bytes(gl, 9, GL_TRUE, start + sizeof(LineVertex) + offsetof(LineVertex, color));
+    bytes(gl, 10, GL_FALSE, start + sizeof(LineVertex) + offsetof(LineVertex, width));
+    gl.glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, segments);
     buffer_->release();
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QOpenGLBuffer>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "globe/DrawList.h"
 
@@ -18,18 +20,19 @@ class Camera;
 class LineBatch {
   public:
     void upload(std::span<const DrawList::Line> lines);
-    bool empty() const { return segments_ == 0; }
-
     static std::unique_ptr<QOpenGLShaderProgram> compile();
     /// Around any number of draw(), with the program that compile() made. `pixelRatio`: device pixels a
     /// widget pixel.
     static void beginDrawing(QOpenGLShaderProgram& program, const Camera& camera, double pixelRatio);
-    void draw();
+    /// Lines from `first` to before `last`, by their numbers in the order of upload().
+    void draw(std::size_t first, std::size_t last);
+    void draw() { draw(0, begins_.size() - 1); }
+    bool empty() const { return !buffer_; }
     static void endDrawing(QOpenGLShaderProgram& program);
 
   private:
     std::optional<QOpenGLBuffer> buffer_;  ///< none while there is nothing to draw
-    int segments_ = 0;
+    std::vector<int> begins_;              ///< of each line, and behind the last one: segments before it
 };
 
 }  // namespace sandbox

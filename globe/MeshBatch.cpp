@@ -5,6 +5,8 @@
 #include <cstddef>
 
 #include "geo/Ecef.h"
+#include "globe/BoundingBox.h"
+#include "globe/FillCost.h"
 
 namespace sandbox {
 
@@ -13,7 +15,7 @@ using halCore::Ecef;
 void MeshBatch::add(const DrawList::Mesh& mesh) {
     if (mesh.triangles.empty()) return;
     if (!contents_) contents_ = std::make_unique<Contents>();
-    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles, indices] = *contents_;
+    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles] = *contents_;
     const std::size_t first = triangles.size();
     const auto base = static_cast<std::uint32_t>(vertices.size());
     const auto packed = [](double v) { return static_cast<std::int16_t>(std::lround(v * 32767.0)); };
@@ -26,17 +28,15 @@ void MeshBatch::add(const DrawList::Mesh& mesh) {
                             {packed(normal.x), packed(normal.y), packed(normal.z), 0}});
     }
     for (const std::uint32_t index : mesh.triangles) triangles.push_back(base + index);
-    const std::size_t count = triangles.size() - first;
-    const bool translucent = mesh.color.a < 255 && !mesh.solid;
-    if (!translucent && !runs.empty() && !runs.back().translucent)
-        runs.back().count += static_cast<int>(count);
-    else
-        runs.push_back({first, static_cast<int>(count), translucent});
+    BoundingBox box;
+    for (const Ecef& p : mesh.vertices) box.add(p);
+    runs.push_back(
+        {box.ball(), first, static_cast<int>(mesh.triangles.size()), mesh.color.a < 255 && !mesh.solid});
 }
 
 void MeshBatch::upload() {
     if (!contents_) return;
-    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles, indices] = *contents_;
+    auto& [vertexBuffer, indexBuffer, runs, vertices, triangles] = *contents_;
     vertexBuffer.create();
     vertexBuffer.bind();
     vertexBuffer.allocate(vertices.data(), static_cast<int>(vertices.size() * sizeof(Vertex)));
@@ -45,25 +45,52 @@ void MeshBatch::upload() {
     indexBuffer.bind();
     indexBuffer.allocate(triangles.data(), static_cast<int>(triangles.size() * sizeof(std::uint32_t)));
     indexBuffer.release();
-    indices = triangles.size();
     vertices = {};
     triangles = {};
 }
 
-void MeshBatch::draw(QOpenGLShaderProgram& program, const std::function<void()>& beginArea) {
+std::size_t MeshBatch::Run::cost(const FillCost& view) const {
+    constexpr std::size_t unitsOfATriangle = 5;
+    const std::size_t filled = view.of(ball);
+    return filled > 0 ? filled + unitsOfATriangle * static_cast<std::size_t>(count) / 3 : 0;
+}
+
+std::size_t MeshBatch::cost(const FillCost& cost) const {
+    std::size_t sum = 0;
+    if (contents_)
+        for (const Run& run : contents_->runs) sum += run.cost(cost);
+    return sum;
+}
+
+std::size_t MeshBatch::draw(QOpenGLShaderProgram& program, const FillCost& cost, std::size_t& piece,
+                            const std::function<void(bool)>& begin) {
     contents_->vertexBuffer.bind();
     contents_->indexBuffer.bind();
     program.setAttributeBuffer(0, GL_FLOAT, offsetof(Vertex, high), 3, sizeof(Vertex));
     program.setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, low), 3, sizeof(Vertex));
     program.setAttributeBuffer(2, GL_UNSIGNED_BYTE, offsetof(Vertex, color), 4, sizeof(Vertex));
     program.setAttributeBuffer(3, GL_SHORT, offsetof(Vertex, normal), 3, sizeof(Vertex));
-    for (const Run& run : contents_->runs) {
-        if (run.translucent) beginArea();
-        glDrawElements(GL_TRIANGLES, run.count, GL_UNSIGNED_INT,
+    std::size_t units = 0;
+    const std::vector<Run>& runs = contents_->runs;
+    while (piece < runs.size() && units < kAtOnce) {
+        const Run& run = runs[piece++];
+        std::size_t more = run.cost(cost);
+        if (more == 0) continue;
+        units += more;
+        int count = run.count;
+        for (; !run.translucent && piece < runs.size() && units < kAtOnce; ++piece) {
+            more = runs[piece].translucent ? 0 : runs[piece].cost(cost);
+            if (more == 0) break;
+            units += more;
+            count += runs[piece].count;
+        }
+        begin(run.translucent);
+        glDrawElements(GL_TRIANGLES, count, GL_UNSIGNED_INT,
                        reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
     }
     contents_->indexBuffer.release();
     contents_->vertexBuffer.release();
+    return units;
 }
 
 }  // namespace sandbox

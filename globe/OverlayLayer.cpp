@@ -10,6 +10,7 @@
 
 #include "globe/ChunkPainter.h"
 #include "globe/DetailChoice.h"
+#include "globe/FillCost.h"
 #include "globe/OverlayChunk.h"
 #include "globe/OverlayPicture.h"
 #include "globe/PictureLayer.h"
@@ -336,7 +337,7 @@ bool OverlayLayer::drawAhead(const Camera& camera, double pixelRatio, Slice& sli
             workedOut_ = 0;
             return false;
         }
-        const std::size_t top = topmost(seen);
+        const std::size_t top = topmost(seen, FillCost(camera, pixelRatio));
         if (top == 0) return true;
         const std::size_t chunks = top < seen.size() ? seen[top].spot : spots_.size();
         seen.resize(top);
@@ -362,16 +363,24 @@ void OverlayLayer::see(std::size_t spot, ChunkGeometry& geometry, const ViewVolu
 }
 
 /// What lies on top of all: the first of a few entries that are quickly drawn.
-std::size_t OverlayLayer::topmost(std::span<const Seen> seen) {
+std::size_t OverlayLayer::topmost(std::span<const Seen> seen, const FillCost& cost) {
     constexpr std::size_t kEntries = 8;
-    constexpr std::size_t kSize = 2000;
+    // Besides as much as fills the view twice.
+    constexpr std::size_t kUnits = 5000;
+    const std::size_t most = kUnits + 2 * cost.ofView();
+    // The raster may keep a picture of others.
+    constexpr std::size_t kSegments = RasterLayer::kManySegments / 2;
     std::size_t first = seen.size();
-    std::size_t size = 0;
+    std::size_t units = 0;
+    std::size_t segments = 0;
+    const auto areFew = [&] { return units <= most && segments <= kSegments; };
     for (std::size_t entries = 0; first > 0 && entries < kEntries; ++entries) {
         std::size_t begin = first;
-        for (; begin > 0 && seen[begin - 1].id == seen[first - 1].id && size <= kSize; --begin)
-            size += seen[begin - 1].part->segments + seen[begin - 1].part->triangles();
-        if (size > kSize) break;
+        for (; begin > 0 && seen[begin - 1].id == seen[first - 1].id && areFew(); --begin) {
+            segments += seen[begin - 1].part->segments;
+            if (areFew()) units += seen[begin - 1].part->cost(cost);
+        }
+        if (!areFew()) break;
         first = begin;
     }
     return first;
@@ -451,7 +460,12 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Sl
     findAll(camera, pixelRatio, moving && raster_);
     if (partial_) workedOut_ = 0;
     if (!painter_->isReady()) return;
-    if (raster_ && !pictured && seesLinesOnly_ && seenSegments_ >= RasterLayer::kManySegments)
+    // Few lines are many if they are as wide as areas.
+    const auto areMany = [&] {
+        return seenSegments_ >= RasterLayer::kManySegments ||
+               topmost(seen_, FillCost(camera, pixelRatio)) > 0;
+    };
+    if (raster_ && !pictured && seesLinesOnly_ && areMany())
         drawTogether(camera, pixelRatio, moving);
     else
         drawSeen(camera, pixelRatio, moving, pictured);
@@ -501,7 +515,8 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
     }
     if (over && moving) {
         rough_ = true;
-        for (std::size_t i = topmost(seen_); i < seen_.size(); ++i) layAll(seen_[i]);
+        for (std::size_t i = topmost(seen_, FillCost(camera, pixelRatio)); i < seen_.size(); ++i)
+            layAll(seen_[i]);
         allChanged_ = true;
     }
     partial_ = partial_ || (over && !moving);
@@ -511,7 +526,7 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
     if (!over || moving) return;
     std::vector<ChunkGeometry*> bodies;
     painter_->begin(camera, pixelRatio, bodies);
-    drawTop(seen_);
+    drawTop(seen_, FillCost(camera, pixelRatio));
     painter_->end();
 }
 
@@ -528,19 +543,20 @@ void OverlayLayer::drawSeen(const Camera& camera, double pixelRatio, bool moving
     painter_->begin(camera, pixelRatio, bodies);
     overdrawn_ = pictured && !picture_->isComplete();
     // The few on top wait for nothing.
-    const bool areFew = topmost(seen) == 0;
+    const FillCost cost(camera, pixelRatio);
+    const bool areFew = topmost(seen, cost) == 0;
     if (!areFew && !overdrawn_) {
         Work drawing = drawInOrder({seen.begin(), seen.end()});
         overdrawn_ = !drawing.goOn(drawing_);
     }
-    if (areFew || overdrawn_) drawTop(seen);
+    if (areFew || overdrawn_) drawTop(seen, cost);
     if (overdrawn_) (moving ? rough_ : partial_) = true;
     painter_->end();
 }
 
 /// What people draw.
-void OverlayLayer::drawTop(std::span<const Seen> seen) {
-    const auto top = seen.subspan(topmost(seen));
+void OverlayLayer::drawTop(std::span<const Seen> seen, const FillCost& cost) {
+    const auto top = seen.subspan(topmost(seen, cost));
     drawInOrder({top.begin(), top.end()}).finish();
 }
 

@@ -22,6 +22,7 @@ namespace sandbox {
 
 class ChunkPainter;
 class DetailChoice;
+class FillCost;
 class OverlayPicture;
 class PictureTextures;
 class RasterLayer;
@@ -95,10 +96,10 @@ class OverlayLayer {
     bool drawAhead(const Camera& camera, double pixelRatio, Slice& slice,
                    const std::function<void()>& ground);
     void noteChange(const ChunkGeometry* geometry);
-    static std::size_t topmost(std::span<const Seen> seen);
+    static std::size_t topmost(std::span<const Seen> seen, const FillCost& cost);
     void drawTogether(const Camera& camera, double pixelRatio, bool moving);
     void drawSeen(const Camera& camera, double pixelRatio, bool moving, bool pictured);
-    void drawTop(std::span<const Seen> seen);
+    void drawTop(std::span<const Seen> seen, const FillCost& cost);
     Work drawInOrder(std::vector<Seen> seen);
 
     std::unique_ptr<PictureTextures> textures_;

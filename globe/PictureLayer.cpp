@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "globe/BoundingBox.h"
+#include "globe/FillCost.h"
 #include "globe/OverlayShaders.h"
 #include "globe/ShaderProgram.h"
 #include "globe/SplitPosition.h"
@@ -56,11 +58,14 @@ void PictureBatch::upload(DrawList& list, PictureTextures& textures) {
             continue;
         }
         const auto base = static_cast<std::uint32_t>(vertices.size());
+        BoundingBox box;
         for (std::size_t i = 0; i < picture.vertices.size(); ++i) {
             const SplitPosition s = split(picture.vertices[i]);
             vertices.push_back({s.high, s.low, picture.places[i]});
+            box.add(picture.vertices[i]);
         }
-        runs_.push_back({std::move(texture), triangles.size(), static_cast<int>(picture.triangles.size())});
+        runs_.push_back(
+            {std::move(texture), box.ball(), triangles.size(), static_cast<int>(picture.triangles.size())});
         for (const std::uint32_t index : picture.triangles) triangles.push_back(base + index);
     }
     if (runs_.empty()) return;
@@ -76,20 +81,28 @@ void PictureBatch::upload(DrawList& list, PictureTextures& textures) {
     indexBuffer_->release();
 }
 
-void PictureBatch::draw(QOpenGLShaderProgram& program) {
+std::size_t PictureBatch::cost(const FillCost& cost) const {
+    std::size_t sum = 0;
+    for (const Run& run : runs_) sum += cost.of(run.ball);
+    return sum;
+}
+
+std::size_t PictureBatch::draw(QOpenGLShaderProgram& program, const FillCost& cost, std::size_t piece) {
+    const Run& run = runs_[piece];
+    const std::size_t units = cost.of(run.ball);
+    if (units == 0) return 0;
     vertexBuffer_->bind();
     indexBuffer_->bind();
     program.setAttributeBuffer(0, GL_FLOAT, offsetof(PictureVertex, high), 3, sizeof(PictureVertex));
     program.setAttributeBuffer(1, GL_FLOAT, offsetof(PictureVertex, low), 3, sizeof(PictureVertex));
     program.setAttributeBuffer(2, GL_FLOAT, offsetof(PictureVertex, place), 2, sizeof(PictureVertex));
-    for (const Run& run : runs_) {
-        run.texture->bind(0);
-        glDrawElements(GL_TRIANGLES, run.count, GL_UNSIGNED_INT,
-                       reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
-        run.texture->release(0);
-    }
+    run.texture->bind(0);
+    glDrawElements(GL_TRIANGLES, run.count, GL_UNSIGNED_INT,
+                   reinterpret_cast<const void*>(run.first * sizeof(std::uint32_t)));
+    run.texture->release(0);
     indexBuffer_->release();
     vertexBuffer_->release();
+    return units;
 }
 
 }  // namespace sandbox

@@ -7,11 +7,14 @@
 #include <vector>
 
 #include "globe/DrawList.h"
+#include "globe/ViewVolume.h"
 
 class QOpenGLShaderProgram;
 class QOpenGLTexture;
 
 namespace sandbox {
+
+class FillCost;
 
 /// The textures of the pictures that are in use, one a file. To be used with the context current.
 class PictureTextures {
@@ -31,11 +34,17 @@ class PictureBatch {
     /// Takes what can be drawn of the list; of the others it appends the border to `list.lines`.
     void upload(DrawList& list, PictureTextures& textures);
     bool empty() const { return runs_.empty(); }
-    void draw(QOpenGLShaderProgram& program);
+    /// How many pieces can be drawn one by one.
+    std::size_t pieces() const { return runs_.size(); }
+    /// Draws a piece. \return the cost, as that of pixels; 0 when it is not to be seen
+    std::size_t draw(QOpenGLShaderProgram& program, const FillCost& cost, std::size_t piece);
+    /// Of all pieces.
+    std::size_t cost(const FillCost& cost) const;
 
   private:
     struct Run {
         std::shared_ptr<QOpenGLTexture> texture;
+        BoundingBall ball;
         std::size_t first;
         int count;
     };

@@ -48,4 +48,17 @@ bool ViewVolume::mayShow(const BoundingBall& ball) const {
     return std::ranges::none_of(sides_, [&](const Ecef& side) { return dot(v, side) < -ball.radius_; });
 }
 
+double ViewVolume::coverage(const BoundingBall& ball) const {
+    const Ecef v = ball.center_ - eye_;
+    const auto share = [&](const Ecef& side, const Ecef& opposite) {
+        const double here = dot(v, side);
+        const double there = dot(v, opposite);
+        const double across = here + there;
+        if (!(across > ball.radius_)) return 1.0;
+        const double covered = std::min({2.0 * ball.radius_, ball.radius_ + here, ball.radius_ + there});
+        return std::clamp(covered / across, 0.0, 1.0);
+    };
+    return share(sides_[0], sides_[1]) * share(sides_[2], sides_[3]);
+}
+
 }  // namespace sandbox

@@ -37,6 +37,8 @@ class ViewVolume {
     /// False only for what is not to be seen: it is beside the volume, or the earth hides it, even one that
     /// is nowhere larger than at its poles.
     bool mayShow(const BoundingBall& ball) const;
+    /// The share of its cross-section that a ball covers at most.
+    double coverage(const BoundingBall& ball) const;
 
   private:
     /// Through the eye; what is seen is on the side of its normal, a unit vector.

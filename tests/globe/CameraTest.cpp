@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "geo/GeodesicPath.h"
 #include "globe/Camera.h"
 #include "globe/EarthDisc.h"
+#include "globe/FillCost.h"
 #include "globe/ShapeText.h"
 
 namespace sandbox {
@@ -176,6 +178,60 @@ TEST(Camera, TheEarthsDiscIsCutFromTheView) {
             }
         EXPECT_GT(found, earth / 4) << range;
     }
+}
+
+/// Each pixel in which a ball or a line is seen has been counted, and not many more.
+TEST(FillCost, IsThatOfThePixels) {
+    std::mt19937 random(7);
+    const auto between = [&](double low, double high) {
+        return low + (high - low) * static_cast<double>(random() % 10001) / 10000.0;
+    };
+    double seenInAll = 0.0;
+    double countedInAll = 0.0;
+    for (int round = 0; round < 2000; ++round) {
+        const double range = std::exp(between(5, 16));
+        const Camera camera = looking(at(between(-80, 80), 0), range, between(0, 360), between(2, 90));
+        const FillCost cost(camera, 1.0);
+        const auto somewhere = [&] {
+            const double far = std::exp(between(-3, 1)) * range;
+            return toEcef(camera.center()) + Ecef{between(-far, far), between(-far, far), between(-far, far)};
+        };
+        const auto compare = [&](std::size_t units, double seen) {
+            const auto counted = 100.0 * static_cast<double>(units);
+            EXPECT_GE(counted, 0.99 * seen) << round;
+            seenInAll += seen;
+            countedInAll += counted;
+        };
+        const Ecef middle = somewhere();
+        const double radius = between(0, 0.5) * range;
+        const Ecef v = middle - camera.eye();
+        double seen = 0.0;
+        for (int y = 5; y < 600; y += 10)
+            for (int x = 5; x < 1000; x += 10) {
+                const Ecef ray = normalized(camera.ray(x, y));
+                seen += dot(v, ray) > 0.0 && length(cross(v, ray)) < radius ? 100.0 : 0.0;
+            }
+        // What is beyond the horizon costs nothing.
+        if (const auto units = cost.of(BoundingBall(middle, radius)); units > 0) compare(units, seen);
+
+        DrawList::Line line;
+        line.points = {middle, somewhere(), somewhere()};
+        line.width = 10.0F;
+        seen = 0.0;
+        Projected before;
+        for (int i = 0; i < 2000; ++i) {
+            const Ecef* const from = &line.points[i < 1000 ? 0 : 1];
+            const Projected here = camera.project(from[0] + (from[1] - from[0]) * (i % 1000 / 1000.0));
+            const auto inView = [](const Projected& p) {
+                return p.visible && p.x > 0.0 && p.x < 1000.0 && p.y > 0.0 && p.y < 600.0;
+            };
+            if (i > 0 && inView(before) && inView(here))
+                seen += 10.0 * std::hypot(here.x - before.x, here.y - before.y);
+            before = here;
+        }
+        compare(cost.of(line), seen);
+    }
+    EXPECT_LT(countedInAll, 3.0 * seenInAll);
 }
 
 TEST(Camera, IgnoresNonsense) {

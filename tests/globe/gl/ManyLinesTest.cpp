@@ -214,6 +214,16 @@ class DrawnAheadTest : public GlobeViewTest {
         GlobePainter anew;
         return draw(anew, {}, {});
     }
+    /// How many pixels differ from those of a new painter once it has come to rest; -1 if it never does.
+    int rest() {
+        const Slice some(1500, {});
+        for (int frames = 0; frames < 200; ++frames) {
+            const QImage drawn = draw(Slice(500, {}), Slice(5000, {}));
+            if (!painter->isPartial()) return differences(drawn, drawnAnew(), 24, all);
+            for (int calls = 0; calls < 20 && !workOut(some, true);) ++calls;
+        }
+        return -1;
+    }
 
     OverlayScene scene;
     Camera camera = looking(at(0, 0), 2.0e6);
@@ -233,15 +243,6 @@ class DrawnAheadTest : public GlobeViewTest {
 /// It comes to rest, and lacks nothing then that takes many turns to work out: what was hidden when the
 /// camera came, what was laid aside for another view, lines that are more since an area has gone.
 TEST_F(DrawnAheadTest, RestsWithAllThereIs) {
-    const auto rest = [&] {
-        const Slice some(1500, {});
-        for (int frames = 0; frames < 200; ++frames) {
-            const QImage drawn = draw(Slice(500, {}), Slice(5000, {}));
-            if (!painter->isPartial()) return differences(drawn, drawnAnew(), 24, all);
-            for (int calls = 0; calls < 20 && !workOut(some, true);) ++calls;
-        }
-        return -1;
-    };
     const auto scrawl = [](std::string text, int points) {
         for (int i = 0; i < points; ++i)
             text += "; ll " + std::to_string(i * 37 % 1000 * 0.01 - 5) + " " +
@@ -293,6 +294,44 @@ TEST_F(DrawnAheadTest, RestsWithAllThereIs) {
     EXPECT_EQ(rest(), 0) << "without the area";
 }
 
+/// A few shapes that fill the view are as much work as thousands of small ones, and left off between any two.
+TEST_F(DrawnAheadTest, FewLargeShapesAreMuch) {
+    // Those that are far away make it one chunk.
+    const auto areas = [](int radius) {
+        std::string text;
+        for (int i = 0; i < 520; ++i)
+            text += (i > 0 ? "| circle; centerll 0 " : "circle; centerll 0 ") +
+                    std::string(i < 512 || i % 4 == 2 ? "100" : "0") + "; linecolor hex ff00ffff; radius " +
+                    std::to_string(i < 512 ? 1000 : radius + radius / 10 * (i - 511)) +
+                    "; filled; fillcolor hex " + (i % 4 == 0 ? "40ff0000" : "ff00ffff");
+        return shapesOf(text);
+    };
+    std::string lines = "line; linewidth 200; linecolor hex 10ffffff";
+    for (int i = 0; i < 60; ++i)
+        lines += "; ll " + std::to_string(-8 + 0.27 * i) + (i % 2 > 0 ? " -8" : " 8");
+    const std::string body = "sphere; centerll 0 0; filled; fillcolor hex ff00ffff; radius 1000";
+    for (const auto& shapes : {areas(500000), shapesOf(lines), shapesOf(body + "|" + lines)}) {
+        scene.clear();
+        scene.add(shapes);
+        const QImage begun = draw({}, Slice(6000, {}));
+        EXPECT_TRUE(painter->isPartial());
+        EXPECT_EQ(rest(), 0);
+        EXPECT_GT(differences(begun, draw({}, {}), 24, all), 3000);
+    }
+    // Each is where it belongs: the last one on top, up to its rim.
+    scene.clear();
+    scene.add(areas(50000));
+    const QImage drawn = draw({}, {});
+    // The view is higher than the picture.
+    const int above = camera.height() - drawn.height();
+    for (const double lon : {0.0, -0.4, -0.78}) {
+        const Projected place = camera.project(at(0, lon));
+        EXPECT_EQ(drawn.pixel(static_cast<int>(place.x), static_cast<int>(place.y) - above),
+                  qRgb(255, 255, 0))
+            << lon;
+    }
+}
+
 /// As long as overlays come and go, it is what one frame of all of them has: lines alone, and lines with
 /// areas and bodies.
 class DrawnAheadKindsTest : public DrawnAheadTest, public testing::WithParamInterface<bool> {};
@@ -303,11 +342,13 @@ TEST_P(DrawnAheadKindsTest, LiesWhereItBelongs) {
     const auto upTo = [&](double most) { return most * static_cast<double>(random() % 1000) / 1000.0; };
     const auto some = [&] {
         constexpr std::array looks{"linecolor hex ff00ff00", "linecolor hex 80ff0000; linewidth 5",
-                                   "linecolor blue; linestyle dashed", "linecolor white; linewidth 2"};
+                                   "linecolor blue; linestyle dashed", "linecolor white; linewidth 2",
+                                   "linecolor hex 30ffff00; linewidth 40"};
         const double lat = upTo(16) - 8;
         const double lon = upTo(16) - 8;
         const std::string place = "; centerll " + std::to_string(lat) + " " + std::to_string(lon);
-        const std::string radius = "; radius " + std::to_string(2000 + upTo(3e4)) + "; ";
+        const double most = random() % 40 ? 3e4 : 6e5;
+        const std::string radius = "; radius " + std::to_string(2000 + upTo(most)) + "; ";
         const std::string look = looks[random() % looks.size()];
         if (random() % 4 == 0) {
             std::string many = "linesegs; " + look;
