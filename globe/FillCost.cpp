@@ -58,7 +58,9 @@ std::size_t FillCost::of(const DrawList::Line& line) const {
         const double y = a && b ? std::abs(a->y - b->y) : 2.0 * top;
         const bool beside =
             a && b && ((x == 0.0 && std::abs(a->x) == right) || (y == 0.0 && std::abs(a->y) == top));
-        if (!beside) pixels += (std::sqrt(x * x + y * y) + width) * width;
+        const double length = std::sqrt(x * x + y * y);
+        // The ends of short pieces meet those of their neighbours.
+        if (!beside) pixels += (length + std::min(width, 2.0 * length + 2.0)) * width;
     };
     const auto place = [&](const Ecef& p) { return placeOf(p, 0.5 * width); };
     std::optional<Place> before = place(line.closed ? line.points.back() : line.points.front());

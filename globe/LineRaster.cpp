@@ -18,6 +18,8 @@ namespace {
 constexpr double kShortest = 1e-4;
 /// Wider lines, in device pixels, are always smoothed: their joints would gape.
 constexpr int kThin = 3;
+/// A hair of overlap, in pixels: rounding must not leave a pixel to neither of two neighbours.
+constexpr double kOverlap = 0.004;
 
 std::uint32_t packed(const Rgba& color, std::uint32_t alpha) {
     const auto share = [&](std::uint32_t v) { return (v * alpha + 127) / 255; };
@@ -304,6 +306,26 @@ void LineRaster::fill(const Segment& segment) {
     const double reach = segment.halfWidth + 0.5;
     const Vertex& a = segment.a;
     const Direction along = segment.along;
+    // On which side of a joint a pixel lies: where ahead.x * dx + ahead.y * dy is at least `from`.
+    struct Side {
+        Direction ahead;
+        double from;
+        void limit(double x, double dy, double& left, double& right) const {
+            constexpr double kSteepest = 1e-3;
+            if (std::abs(ahead.x) < kSteepest) return;
+            const double edge = x + (from - ahead.y * dy) / ahead.x;
+            if (ahead.x > 0.0)
+                left = std::max(left, edge - 1.0);
+            else
+                right = std::min(right, edge + 1.0);
+        }
+    };
+    const auto ahead = [&](const Direction& cut) {
+        return Direction{along.x * cut.x - along.y * cut.y, along.y * cut.x + along.x * cut.y};
+    };
+    const Side afterA{ahead(segment.cutA), -kOverlap};
+    const Side beforeB{ahead({-segment.cutB.x, -segment.cutB.y}),
+                       -kOverlap - segment.length * segment.cutB.x};
     // Of the pixels between two coordinates, those whose centres lie there.
     const auto pixelRange = [](double low, double high, double least, double most) {
         return std::pair{static_cast<int>(std::min(std::max(low, least), most) + 0.5),
@@ -326,8 +348,11 @@ void LineRaster::fill(const Segment& segment) {
     for (int y = bottom; y <= top; ++y) {
         const double dy = y + 0.5 - a.y;
         const double middle = a.x + dy * slope;
-        const auto [left, right] =
-            pixelRange(std::max(leftmost, middle - aside), std::min(rightmost, middle + aside), least, most);
+        double from = std::max(leftmost, middle - aside);
+        double to = std::min(rightmost, middle + aside);
+        afterA.limit(a.x, dy, from, to);
+        beforeB.limit(a.x, dy, from, to);
+        const auto [left, right] = pixelRange(from, to, least, most);
         if (right < left) continue;
         usedLeft = std::min(usedLeft, left);
         usedRight = std::max(usedRight, right);
@@ -349,8 +374,6 @@ void LineRaster::fill(const Segment& segment) {
 }
 
 double LineRaster::opacity(const Segment& segment, double along, double across) const {
-    // A hair of overlap: rounding must not leave a pixel to neither of two neighbours.
-    constexpr double kOverlap = 0.004;
     if (along * segment.cutA.x + across * segment.cutA.y < -kOverlap) return 0.0;
     if ((along - segment.length) * segment.cutB.x + across * segment.cutB.y > kOverlap) return 0.0;
     const double beyond = std::max({-along, along - segment.length, 0.0});

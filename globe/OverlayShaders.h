@@ -188,8 +188,11 @@ void main() {
 
     float halfWidth = 0.5 * style.x * pixelRatio;
     float reach = halfWidth + 1.0;
-    vec2 at = mix(pixelA - along * reach, pixelB + along * reach, corner.x) + across * (corner.y * reach);
-    place = vec4(mix(-reach, len + reach, corner.x), corner.y * reach, len, halfWidth);
+    // Where it meets another piece, no farther than the round outside of their joint.
+    float reachA = cuts.x > 0.0 ? halfWidth * abs(cuts.y) + 1.0 : reach;
+    float reachB = cuts.z > 0.0 ? halfWidth * abs(cuts.w) + 1.0 : reach;
+    vec2 at = mix(pixelA - along * reachA, pixelB + along * reachB, corner.x) + across * (corner.y * reach);
+    place = vec4(mix(-reachA, len + reachB, corner.x), corner.y * reach, len, halfWidth);
     startEye = vec4(a, clipA.w);
     endEye = vec4(b, clipB.w);
     stroke = style.yz;
