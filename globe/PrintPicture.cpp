@@ -325,35 +325,40 @@ class Printer {
             return;
         }
         QPainterPath path;
-        bool drawing = false;
         std::optional<Ecef> before;
         bool sawBefore = false;
-        const auto visit = [&](const Ecef& p) {
+        const auto look = [&](const Ecef& p) {
             const bool seesIt = sees(p);
             if (before && seesIt && !sawBefore) path.moveTo(pixel(lastSeen(p, *before, sees)));
             if (before && !seesIt && sawBefore) path.lineTo(pixel(lastSeen(*before, p, sees)));
-            if (seesIt && !before) path.moveTo(pixel(p));
-            if (seesIt && before) path.lineTo(pixel(p));
-            drawing = drawing || seesIt;
             before = p;
             sawBefore = seesIt;
         };
         const std::size_t count = line.points.size() + (line.closed ? 1 : 0);
         for (std::size_t i = 0; i < count; ++i) {
             const Ecef next = line.points[i % line.points.size()];
-            // Long pieces past a body are looked at more closely.
-            if (before && !line.overBodies) {
+            const bool starts = i == 0;
+            // Long pieces past a body, or the earth, are looked at more closely. A straight piece stays
+            // straight in the picture: of the places between only those count where sight changes.
+            if (!starts && !line.overBodies) {
                 const double pixels =
                     std::hypot(pixel(next).x() - pixel(*before).x(), pixel(next).y() - pixel(*before).y());
                 const int pieces = static_cast<int>(std::clamp(pixels / 4.0, 1.0, 400.0));
                 const Ecef start = *before;
                 for (int k = 1; k < pieces; ++k)
-                    visit(start + (next - start) * (static_cast<double>(k) / pieces));
+                    look(start + (next - start) * (static_cast<double>(k) / pieces));
             }
-            visit(next);
+            look(next);
+            if (!sawBefore) continue;
+            if (starts)
+                path.moveTo(pixel(next));
+            else
+                path.lineTo(pixel(next));
         }
-        if (!drawing || !reachesIn(path.boundingRect())) return;
-        painter_.strokePath(path, penOf(line));
+        if (path.isEmpty() || !reachesIn(path.boundingRect())) return;
+        // Equal pens in a row are written once; QPainter::strokePath would set them back each time.
+        painter_.setPen(penOf(line));
+        painter_.drawPath(path);
     }
 
     static QPen penOf(const DrawList::Line& line) {

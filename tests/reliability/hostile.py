@@ -62,6 +62,7 @@ def picture(name, data):
 
 MB = 1 << 20
 RENDER = ["halvis-sandbox", "--render", "{}", "-o", "out.png", "--size", "400x300"]
+PRINT = ["halvis-sandbox", "--render", "{}", "-o", "out.svg"]
 CHECK = ["zel", "check", "{}"]
 FORMAT = ["zel", "format", "{}"]
 EDIT = ["zel", "edit", "{}"]
@@ -94,6 +95,7 @@ KINDS = {
     "huge-radii": (lambda: block("ellipse", "filled true", "rangeunits m", "centerlla 1 2 0", "majoraxis 1e300", "minoraxis 1e9"), [RENDER]),
     "circles-shown": (lambda: "".join(block("circle", f"centerlla {place()}", "radius 50", "filled true") for _ in range(20000)), [RENDER]),
     "random-segments": (lambda: points("linesegs", 200000), [RENDER]),
+    "segments-printed": (lambda: block("linesegs", *(f"lla {random.uniform(10, 11):.6f} {random.uniform(20, 21):.6f} 0" for _ in range(10**6))), [PRINT]),
     "tall-labels": (lambda: "".join(block("annotation " + "a\\n" * 5000, f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-labels": (lambda: "".join(block("annotation Large", "fontsize 100000", f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-picture": (lambda: picture("large.png", png(30000, 30000)), [RENDER]),

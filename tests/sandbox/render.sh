@@ -50,6 +50,18 @@ xs = numbers[0::2]
 assert xs and abs(min(xs) - 259.5) < 0.3 and abs(max(xs) - 262.9) < 0.3, (min(xs), max(xs))
 assert "#00ffff" in text, "the area"
 END
+# A straight piece has no points but its ends and where a body hides it; what has one pen is in one group.
+printf 'start\nlinesegs\nlinecolor red\nll 9.99 19.98\nll 9.99 20.02\nll 10 19.98\nll 10 20.02\nend\nstart\nsphere\ncenterll 10 20\nradius 500\nfilled\nlinecolor white\nfillcolor white\nend\n' >"$work/behind.zel"
+expect 0 '' "$work/behind.zel" -o "$work/behind.svg" --view 10,20,8000 --background none --size 400x300
+python3 - "$work/behind.svg" <<'END' || failed=1
+import re, sys
+groups = [g for g in open(sys.argv[1]).read().split("<g ") if 'stroke="#ff0000"' in g and "<path" in g]
+paths = [re.findall(r"([ML])(\S+),", d) for g in groups for d in re.findall(r' d="([^"]*)"', g)]
+assert len(groups) == 1 and ["".join(kind for kind, x in path) for path in paths] == ["ML", "MLML"], paths
+xs = [float(x) for kind, x in paths[1]]
+# The ball hides asin(500 / 8000) to each side, 16.3 pixels; within two of its rim lines may be drawn.
+assert all(13 < abs(x - 200) < 16.4 for x in xs[1:3]), xs
+END
 # Platforms, where they are at a time, and what is attached to them.
 for minutes in 30 60; do
     expect 0 '' "$samples/islands.csv" -o "$work/$minutes.svg" --view 21.2,-157.6,300000 --time "2026-03-01T18:$((minutes - 1)):00Z"
