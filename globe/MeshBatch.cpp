@@ -30,8 +30,8 @@ void MeshBatch::add(const DrawList::Mesh& mesh) {
     for (const std::uint32_t index : mesh.triangles) triangles.push_back(base + index);
     BoundingBox box;
     for (const Ecef& p : mesh.vertices) box.add(p);
-    runs.push_back(
-        {box.ball(), first, static_cast<int>(mesh.triangles.size()), mesh.color.a < 255 && !mesh.solid});
+    runs.push_back({box.ball(), first, static_cast<int>(mesh.triangles.size()),
+                    mesh.color.a < 255 && !mesh.solid, mesh.solid});
 }
 
 void MeshBatch::upload() {
@@ -50,8 +50,9 @@ void MeshBatch::upload() {
 }
 
 std::size_t MeshBatch::Run::cost(const FillCost& view) const {
-    constexpr std::size_t unitsOfATriangle = 5;
     const std::size_t filled = view.of(ball);
+    // Of a body half the faces show their back.
+    const std::size_t unitsOfATriangle = solid ? 1 : 5;
     return filled > 0 ? filled + unitsOfATriangle * static_cast<std::size_t>(count) / 3 : 0;
 }
 

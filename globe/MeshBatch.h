@@ -52,6 +52,7 @@ class MeshBatch {
         std::size_t first;
         int count;
         bool translucent;
+        bool solid;
         std::size_t cost(const FillCost& view) const;
     };
 
