@@ -94,6 +94,10 @@ KINDS = {
     "huge-radius": (lambda: block("circle", "filled true", "rangeunits m", "centerlla 1 2 0", "radius 1e9"), [RENDER]),
     "huge-radii": (lambda: block("ellipse", "filled true", "rangeunits m", "centerlla 1 2 0", "majoraxis 1e300", "minoraxis 1e9"), [RENDER]),
     "circles-shown": (lambda: "".join(block("circle", f"centerlla {place()}", "radius 50", "filled true") for _ in range(20000)), [RENDER]),
+    "large-areas": (lambda: "".join(block("circle", "rangeunits m", f"centerlla {place()}", f"radius {3e6 + i}", "filled true", "fillcolor hex 400000ff") for i in range(500)), [RENDER]),
+    "large-bodies": (lambda: "".join(block("sphere", "rangeunits m", f"centerlla {place()}", "radius 3e5", "filled true") for _ in range(1000)), [RENDER]),
+    "wide-lines": (lambda: "".join((block("sphere", "rangeunits m", f"centerlla {place()}", "radius 1e5", "filled true") if i % 16 == 0 else "")
+                                   + block("line", "linewidth 255", "linecolor hex 400000ff", "lla " + place(), "lla " + place()) for i in range(1000)), [RENDER]),
     "random-segments": (lambda: points("linesegs", 200000), [RENDER]),
     "segments-printed": (lambda: block("linesegs", *(f"lla {random.uniform(10, 11):.6f} {random.uniform(20, 21):.6f} 0" for _ in range(10**6))), [PRINT]),
     "tall-labels": (lambda: "".join(block("annotation " + "a\\n" * 5000, f"lla {place()}") for _ in range(100)), [RENDER]),
