@@ -2,18 +2,22 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <ios>
+#include <memory>
 #include <optional>
 #include <ranges>
 #include <streambuf>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "common/Files.h"
 #include "common/Notify.h"
-#include "common/NumberText.h"
 #include "format/Parser.h"
+#include "format/PointBasedShape.h"
 #include "format/TextReading.h"
 #include "geo/Angles.h"
 #include "sandbox/Log.h"
@@ -24,7 +28,7 @@
 
 namespace sandbox {
 
-using halCore::kPi;
+using halCore::kHalfPi;
 
 namespace {
 
@@ -49,12 +53,6 @@ std::string readAll(std::istream& stream) {
     } catch (...) {  // whatever a plug-in's stream throws
     }
     return all;
-}
-
-OverlayScene::Shapes parse(const std::string& text) {
-    OverlayScene::Shapes shapes;
-    halCore::ZEL::Parser().parse(std::string_view(text), shapes);
-    return shapes;
 }
 
 /// From which a file counts the names of its pictures; a text without a file counts from nowhere.
@@ -356,17 +354,29 @@ void OverlayFiles::tell(const char* what, Event event) {
 
 OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
                                         int width) {
-    constexpr double degree = kPi / 180.0;
-    // The file's colours run alpha, blue, green, red.
-    const std::uint32_t abgr =
-        (rgba & 0xff) << 24 | (rgba >> 8 & 0xff) << 16 | (rgba >> 16 & 0xff) << 8 | rgba >> 24;
-    const QString color = QString("0x%1").arg(abgr, 8, 16, QChar('0'));
-    std::string text = "start\nline\naltitudeunits m\nlinewidth " + std::to_string(width) +
-                       "\nlinecolor hex " + color.toStdString() + '\n';
-    for (const PIData::PIDataPoint& place : places)
-        text += "lla " + UTILS::writeNumber(place.latRad / degree) + ' ' +
-                UTILS::writeNumber(place.lonRad / degree) + ' ' + UTILS::writeNumber(place.altMeters) + '\n';
-    return parse(text + "end\n");
+    // A long line is worked out and left out of the view in parts, each from where the one before ends.
+    constexpr std::size_t kMostOfAPart = 100000;
+    const auto byte = [rgba](int from) { return static_cast<std::uint8_t>(rgba >> from); };
+    const halCore::ZEL::Color color(byte(24), byte(16), byte(8), byte(0));
+    OverlayScene::Shapes parts;
+    for (std::size_t first = 0; first + 1 < places.size(); first += kMostOfAPart) {
+        std::vector<halCore::Vec3> points;
+        const auto those = places.subspan(first, std::min(places.size() - first, kMostOfAPart + 1));
+        points.reserve(those.size());
+        for (const PIData::PIDataPoint& place : those) {
+            // Plug-ins name some of them.
+            const bool isPlace = std::abs(place.latRad) <= kHalfPi && std::isfinite(place.lonRad) &&
+                                 std::isfinite(place.altMeters);
+            if (isPlace) points.emplace_back(place.latRad, place.lonRad, place.altMeters);
+        }
+        if (points.size() < 2) continue;
+        auto part = std::make_shared<halCore::ZEL::Line>(false);
+        part->setLineWidth(width);
+        part->setLineColor(color);
+        part->setPoints(std::move(points));
+        parts.push_back(std::move(part));
+    }
+    return parts;
 }
 
 void OverlayFiles::platformChanged(std::uint64_t id) {

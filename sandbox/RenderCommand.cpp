@@ -234,6 +234,7 @@ class Stage {
         std::string text;
         if (!read(path, text)) return;
         PlatformFile found = readPlatformFile(text, Scenario::kReferenceYear);
+        std::string().swap(text);
         for (const PlatformFile::Message& message : found.messages) fault(path, message.line, message.text);
         if (found.platforms.empty()) fault(path, 0, "holds no platform");
         std::map<std::string, std::string> overlays;

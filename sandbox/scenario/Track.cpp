@@ -102,7 +102,9 @@ PIDataPoint Track::afterEnd(double seconds) const {
 }
 
 Track::Track(std::vector<PIDataPoint> points) : points_(std::move(points)) {
-    std::ranges::stable_sort(points_, {}, &PIDataPoint::timeSeconds);
+    // Sorting takes room for half of them again.
+    if (!std::ranges::is_sorted(points_, {}, &PIDataPoint::timeSeconds))
+        std::ranges::stable_sort(points_, {}, &PIDataPoint::timeSeconds);
 }
 
 std::optional<PIDataPoint> Track::at(double seconds) const {
