@@ -85,7 +85,8 @@ std::string SourceText::with(const std::vector<Change>& changes, std::string_vie
     }
     result.append(text.substr(done, tail - done));
     if (!added.empty()) add_(result, added);
-    return result.append(text.substr(tail));
+    result.append(text.substr(tail));
+    return result;
 }
 
 std::string SourceText::withLineEnds(std::string_view lines) const {
