@@ -462,8 +462,14 @@ void OverlayLayer::draw(const Camera& camera, double pixelRatio, bool moving, Sl
     if (!painter_->isReady()) return;
     // Few lines are many if they are as wide as areas.
     const auto areMany = [&] {
+        constexpr std::size_t kUnits = 5000;
+        const FillCost cost(camera, pixelRatio);
+        std::size_t units = 0;
         return seenSegments_ >= RasterLayer::kManySegments ||
-               topmost(seen_, FillCost(camera, pixelRatio)) > 0;
+               std::ranges::any_of(seen_, [&](const Seen& seen) {
+                   units += seen.part->cost(cost);
+                   return units > kUnits;
+               });
     };
     if (raster_ && !pictured && seesLinesOnly_ && areMany())
         drawTogether(camera, pixelRatio, moving);
