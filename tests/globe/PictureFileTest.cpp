@@ -17,7 +17,8 @@ class PictureFiles : public ::testing::Test {
   protected:
     QByteArray imageAs(const char* format) {
         QImage image(40, 40, QImage::Format_RGB32);
-        for (int i = 0; i < 1600; ++i) image.setPixel(i % 40, i / 40, static_cast<unsigned>(i * i * 7919));
+        for (unsigned i = 0; i < 1600; ++i)
+            image.setPixel(static_cast<int>(i % 40), static_cast<int>(i / 40), i * i * 7919);
         EXPECT_TRUE(image.save(folder_.filePath("image"), format));
         QFile file(folder_.filePath("image"));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
