@@ -136,12 +136,17 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
             sprites.drawTextBeside(painter, x + width / 2.0 + kGap, y, text, look);
         }
     }
+    for (const auto& [platform, x, y, turn, named] : layout.platforms)
+        sprites.addSymbol(x, y, *platform, turn);
+    std::size_t symbols = 0;
     for (const auto& [platform, x, y, turn, named] : layout.platforms) {
-        sprites.drawSymbol(painter, x, y, *platform, turn);
-        if (named)
-            sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
-                             QString::fromStdString(platform->name), platformLook());
+        ++symbols;
+        if (!named) continue;
+        sprites.drawSymbols(painter, std::exchange(symbols, 0));
+        sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
+                         QString::fromStdString(platform->name), platformLook());
     }
+    sprites.drawSymbols(painter, symbols);
     draw(layout.counts);
 }
 

@@ -131,6 +131,9 @@ void Sprites::setPixelRatio(double ratio) {
     ratio_ = ratio;
     images_.clear();
     bytes_ = 0;
+    sheet_ = {};
+    onSheet_.reset();
+    shownSheet_ = {};
 }
 
 const QImage& Sprites::keep(const QString& key, QImage image) {
@@ -203,26 +206,46 @@ double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFil
     return width;
 }
 
-void Sprites::drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn) {
-    const bool cross = isCross(platform);
-    const int degrees = cross ? 0 : static_cast<int>(std::lround(turn * 180.0 / kPi)) % 360;
-    const QString key = QLatin1String(cross ? "\ncross" : "\narrow") + QString::number(degrees);
-    const auto found = images_.find(key);
-    const QImage* known = found != images_.end() ? &found->second : nullptr;
-    if (!known) {
-        constexpr double kSize = 28.0;
-        const int pixels = static_cast<int>(std::ceil(kSize * ratio_));
-        QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(ratio_);
-        image.fill(Qt::transparent);
-        QPainter symbol(&image);
+void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, double turn) {
+    constexpr double kSize = 28.0;
+    const int pixels = static_cast<int>(std::ceil(kSize * ratio_));
+    if (sheet_.isNull()) {
+        constexpr int kRows = (kSymbols + kColumns - 1) / kColumns;
+        sheet_ = QImage(kColumns * pixels, kRows * pixels, QImage::Format_ARGB32_Premultiplied);
+        sheet_.fill(Qt::transparent);
+    }
+    const int degrees = static_cast<int>(std::lround(turn * 180.0 / kPi)) % 360;
+    const int cell = isCross(platform) ? 0 : 1 + (degrees + 360) % 360;
+    const QRect area(cell % kColumns * pixels, cell / kColumns * pixels, pixels, pixels);
+    if (!onSheet_[static_cast<std::size_t>(cell)]) {
+        QPainter symbol(&sheet_);
         symbol.setRenderHint(QPainter::Antialiasing);
+        symbol.setClipRect(area);
+        symbol.translate(area.topLeft());
+        symbol.scale(ratio_, ratio_);
         symbol.translate(kSize / 2, kSize / 2);
         paintSymbol(symbol, platform, degrees);
-        symbol.end();
-        known = &keep(key, std::move(image));
+        onSheet_.set(static_cast<std::size_t>(cell));
+        shownSheet_ = {};
     }
-    put(painter, x - known->width() / ratio_ / 2.0, y - known->height() / ratio_ / 2.0, *known);
+    // At whole device pixels, with its middle named.
+    const auto middle = [&](double at) {
+        return (std::round(at * ratio_ - pixels / 2.0) + pixels / 2.0) / ratio_;
+    };
+    symbols_.push_back(
+        QPainter::PixmapFragment::create({middle(x), middle(y)}, area, 1.0 / ratio_, 1.0 / ratio_));
+}
+
+void Sprites::drawSymbols(QPainter& painter, std::size_t count) {
+    count = std::min(count, symbols_.size() - drawn_);
+    if (count > 0) {
+        if (shownSheet_.isNull()) shownSheet_ = QPixmap::fromImage(sheet_);
+        painter.drawPixmapFragments(symbols_.data() + drawn_, static_cast<int>(count), shownSheet_);
+    }
+    drawn_ += count;
+    if (drawn_ < symbols_.size()) return;
+    symbols_.clear();
+    drawn_ = 0;
 }
 
 }  // namespace sandbox

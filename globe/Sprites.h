@@ -2,14 +2,18 @@
 
 #include <QFont>
 #include <QImage>
+#include <QPainter>
+#include <QPixmap>
 #include <QString>
+#include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <unordered_map>
+#include <vector>
 
 #include "globe/DrawList.h"
 #include "globe/PlatformMarker.h"
 
-class QPainter;
 class QPointF;
 
 namespace sandbox {
@@ -51,10 +55,18 @@ class Sprites {
     void drawTextCentered(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
     /// Centred on (x, y). Returns its width in widget pixels.
     double drawIcon(QPainter& painter, double x, double y, const PictureFile& file);
-    /// Centred on (x, y); `turn` is clockwise on the screen, radians.
-    void drawSymbol(QPainter& painter, double x, double y, const PlatformMarker& platform, double turn);
+    /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. There may be very
+    /// many of them, drawn with one call where nothing comes between them: they wait for drawSymbols(), best
+    /// until all of a frame's are known.
+    void addSymbol(double x, double y, const PlatformMarker& platform, double turn);
+    /// The next ones that wait, so many at most, in the order in which they were added.
+    void drawSymbols(QPainter& painter, std::size_t count);
 
   private:
+    /// Of a sheet of symbols: a cross, then arrows for each degree.
+    static constexpr int kColumns = 19;
+    static constexpr int kSymbols = 361;
+
     const QImage& text(const QString& text, const TextLook& look);
     void put(QPainter& painter, double x, double y, const QImage& image) const;
     /// Keeps an image; older ones go when there are too many of them, or they take too much memory.
@@ -63,6 +75,11 @@ class Sprites {
     std::unordered_map<QString, QImage> images_;
     qsizetype bytes_ = 0;
     double ratio_ = 1.0;
+    QImage sheet_;
+    std::bitset<kSymbols> onSheet_;
+    QPixmap shownSheet_;  ///< what painters draw from; null when the sheet has more
+    std::vector<QPainter::PixmapFragment> symbols_;
+    std::size_t drawn_ = 0;  ///< of these
 };
 
 }  // namespace sandbox

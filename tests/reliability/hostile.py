@@ -68,6 +68,15 @@ FORMAT = ["zel", "format", "{}"]
 EDIT = ["zel", "edit", "{}"]
 circle = block("circle", "centerlla 10 20 0", "radius 500")
 
+
+def tracks(platforms, rows):
+    """Platforms that go to and fro about a degree of the earth each."""
+    def track(platform):
+        lat, lon = platform % 160 - 80, platform % 359 - 179
+        return "".join(f"{60 * i},P{platform},{lat + i * 7919 % 1000 / 1000:.5f},{lon + i * 6101 % 1000 / 1000:.5f},0\n" for i in range(rows))
+    return "time,name,lat,lon,alt\n" + "".join(track(platform) for platform in range(platforms))
+
+
 # name: (what is in the file, the commands that read it)
 KINDS = {
     "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT]),
@@ -103,6 +112,7 @@ KINDS = {
     "tall-labels": (lambda: "".join(block("annotation " + "a\\n" * 5000, f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-labels": (lambda: "".join(block("annotation Large", "fontsize 100000", f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-picture": (lambda: picture("large.png", png(30000, 30000)), [RENDER]),
+    "tracks.csv": (lambda: tracks(3200, 1000), [RENDER]),
     "slow-picture": (lambda: picture("slow.svgz", svgz()), [RENDER]),
 }
 
@@ -126,7 +136,7 @@ def run(command, file):
 
 
 def make(name):
-    file = WORK / (name + ".zel")
+    file = WORK / (name if name.endswith(".csv") else name + ".zel")
     # In a process of its own: what this one has held once would count as memory of all that it starts.
     maker = os.fork()
     if maker == 0:
