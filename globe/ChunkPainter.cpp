@@ -246,11 +246,11 @@ Work ChunkPainter::drawOnCard(ChunkGeometry& part) {
         part.lineBatch->draw();
         co_return;
     }
-    constexpr std::size_t kAtOnce = 3000;
     PackedLines::Iterator line = part.lines.begin();
     for (std::size_t first = 0, last = 0; first < part.lines.size(); first = last) {
         std::size_t units = kUnitsOfABatch;
-        for (; last < part.lines.size() && units < kAtOnce; ++last, ++line) units += cost_->of(*line);
+        for (; last < part.lines.size() && units < FillCost::kAtOnce; ++last, ++line)
+            units += cost_->of(*line);
         turnTo(Task::Lines);
         part.lineBatch->draw(first, last);
         co_yield settle(units);

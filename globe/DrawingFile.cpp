@@ -60,10 +60,10 @@ DrawingFile::DrawingFile(const QString& path) {
     if (text_.size() > qsizetype{kMostBytes})
         fault_ = kTooLarge;
     else
-        lookThrough_();
+        lookThrough();
 }
 
-void DrawingFile::lookThrough_() {
+void DrawingFile::lookThrough() {
     QXmlStreamReader xml(text_);
     xml.setNamespaceProcessing(false);
     double elements = 0.0;

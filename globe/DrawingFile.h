@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 #include <string>
@@ -18,7 +19,7 @@ class DrawingFile {
     QImage image();
 
   private:
-    void lookThrough_();
+    void lookThrough();
 
     QByteArray text_;
     std::string fault_;

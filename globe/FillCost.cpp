@@ -47,6 +47,7 @@ std::optional<FillCost::Place> FillCost::placeOf(const Ecef& position, double ma
 
 std::size_t FillCost::of(const DrawList::Line& line) const {
     constexpr std::size_t segmentsOfAUnit = 2;
+    if (line.points.empty()) return 0;
     const double width = std::clamp(line.width, 1.0F, 255.0F) * pixelRatio_;
     const double right = 0.5 * (width_ + width);
     const double top = 0.5 * (height_ + width);

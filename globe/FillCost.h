@@ -15,6 +15,9 @@ class Camera;
 /// rather too high, in units of about a microsecond.
 class FillCost {
   public:
+    /// So much is drawn before anybody asks whether others wait.
+    static constexpr std::size_t kAtOnce = 3000;
+
     /// `pixelRatio`: device pixels a widget pixel.
     FillCost(const Camera& camera, double pixelRatio);
 

@@ -73,13 +73,13 @@ std::size_t MeshBatch::draw(QOpenGLShaderProgram& program, const FillCost& cost,
     program.setAttributeBuffer(3, GL_SHORT, offsetof(Vertex, normal), 3, sizeof(Vertex));
     std::size_t units = 0;
     const std::vector<Run>& runs = contents_->runs;
-    while (piece < runs.size() && units < kAtOnce) {
+    while (piece < runs.size() && units < FillCost::kAtOnce) {
         const Run& run = runs[piece++];
         std::size_t more = run.cost(cost);
         if (more == 0) continue;
         units += more;
         int count = run.count;
-        for (; !run.translucent && piece < runs.size() && units < kAtOnce; ++piece) {
+        for (; !run.translucent && piece < runs.size() && units < FillCost::kAtOnce; ++piece) {
             more = runs[piece].translucent ? 0 : runs[piece].cost(cost);
             if (more == 0) break;
             units += more;

@@ -31,12 +31,11 @@ class MeshBatch {
     /// How many pieces can be drawn one by one.
     std::size_t pieces() const { return contents_ ? contents_->runs.size() : 0; }
     /// Draws some pieces, for a program with the attributes high, low, colour and normal: from `piece` on,
-    /// which it moves on, to where they have cost about kAtOnce, without those that are not to be seen.
-    /// `begin` is called with each one, or several together: whether it is translucent and not solid.
+    /// which it moves on, to where they have cost about FillCost::kAtOnce, without those that are not to be
+    /// seen. `begin` is called with each one, or several together: whether it is translucent and not solid.
     /// \return the cost, as that of pixels
     std::size_t draw(QOpenGLShaderProgram& program, const FillCost& cost, std::size_t& piece,
                      const std::function<void(bool translucent)>& begin);
-    static constexpr std::size_t kAtOnce = 3000;
     /// Of all pieces.
     std::size_t cost(const FillCost& cost) const;
 

@@ -512,6 +512,7 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
         Spot& spot = spots_[laid_];
         return lay(*spot.chunk->built(static_cast<std::size_t>(spot.drawn)), view, drawing_);
     };
+    const auto top = [&] { return std::span(seen_).subspan(topmost(seen_, FillCost(camera, pixelRatio))); };
     bool over = layingPart_ && !layNext();
     for (std::size_t i = kept_; i < seen_.size() && !over; ++i) {
         if (spots_[seen_[i].spot].drawn >= 0) continue;
@@ -521,8 +522,7 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
     }
     if (over && moving) {
         rough_ = true;
-        for (std::size_t i = topmost(seen_, FillCost(camera, pixelRatio)); i < seen_.size(); ++i)
-            layAll(seen_[i]);
+        for (const Seen& seen : top()) layAll(seen);
         allChanged_ = true;
     }
     partial_ = partial_ || (over && !moving);
@@ -532,7 +532,7 @@ void OverlayLayer::drawTogether(const Camera& camera, double pixelRatio, bool mo
     if (!over || moving) return;
     std::vector<ChunkGeometry*> bodies;
     painter_->begin(camera, pixelRatio, bodies);
-    drawTop(seen_, FillCost(camera, pixelRatio));
+    drawTop(top());
     painter_->end();
 }
 
@@ -549,20 +549,19 @@ void OverlayLayer::drawSeen(const Camera& camera, double pixelRatio, bool moving
     painter_->begin(camera, pixelRatio, bodies);
     overdrawn_ = pictured && !picture_->isComplete();
     // The few on top wait for nothing.
-    const FillCost cost(camera, pixelRatio);
-    const bool areFew = topmost(seen, cost) == 0;
+    const std::size_t top = topmost(seen, FillCost(camera, pixelRatio));
+    const bool areFew = top == 0;
     if (!areFew && !overdrawn_) {
         Work drawing = drawInOrder({seen.begin(), seen.end()});
         overdrawn_ = !drawing.goOn(drawing_);
     }
-    if (areFew || overdrawn_) drawTop(seen, cost);
+    if (areFew || overdrawn_) drawTop(seen.subspan(top));
     if (overdrawn_) (moving ? rough_ : partial_) = true;
     painter_->end();
 }
 
 /// What people draw.
-void OverlayLayer::drawTop(std::span<const Seen> seen, const FillCost& cost) {
-    const auto top = seen.subspan(topmost(seen, cost));
+void OverlayLayer::drawTop(std::span<const Seen> top) {
     drawInOrder({top.begin(), top.end()}).finish();
 }
 

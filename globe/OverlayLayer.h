@@ -99,7 +99,7 @@ class OverlayLayer {
     static std::size_t topmost(std::span<const Seen> seen, const FillCost& cost);
     void drawTogether(const Camera& camera, double pixelRatio, bool moving);
     void drawSeen(const Camera& camera, double pixelRatio, bool moving, bool pictured);
-    void drawTop(std::span<const Seen> seen, const FillCost& cost);
+    void drawTop(std::span<const Seen> top);
     Work drawInOrder(std::vector<Seen> seen);
 
     std::unique_ptr<PictureTextures> textures_;
