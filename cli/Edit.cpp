@@ -1,13 +1,15 @@
 #include <iostream>
-#include <utility>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "cli/Columns.h"
 #include "cli/Commands.h"
+#include "cli/EditedText.h"
 #include "cli/Input.h"
 #include "cli/Messages.h"
 #include "common/Notify.h"
 #include "common/Printable.h"
-#include "model/Document.h"
 #include "model/QuietServiceTable.h"
 
 namespace cli {
@@ -20,7 +22,6 @@ int edit(const EditOptions& options) {
         anyError = anyError || severity == halNotify::Error;
     });
     const OverlayEditor::QuietServiceTable host;
-    const OverlayEditor::Preferences preferences;
     Failures failures;
     const std::vector<std::string> files = inputFiles(options.files, options.recursive, failures);
     Progress progress(totalSize(files));
@@ -29,31 +30,19 @@ int edit(const EditOptions& options) {
     std::size_t lost = 0;
     for (const std::string& file : files) {
         Input input(file, progress);
-        std::string text = input.readAll();
-        OverlayEditor::Overlay overlay;
-        OverlayEditor::Document document(preferences, overlay);
-        document.history().keepNothing();
         said.clear();
-        auto reading = document.read(std::move(text), file);
-        OverlayEditor::Overlay::Losses losses;
-        if (reading.loaded.error.empty()) {
-            document.take(std::move(reading));
-            const bool anew = options.rewrite && !overlay.shapes().empty();
-            text = anew ? overlay.textAnew(losses) : document.text();
-        } else {
-            // What cannot be loaded is not saved either.
-            said = {reading.loaded.error};
-            text = reading.loaded.source->text();
-        }
-        progress.hide();
-        std::cout << text;
+        const Edited edited = editText(input.readAll(), file, options.rewrite, [&](std::string_view text) {
+            progress.hide();
+            std::cout << text;
+        });
+        if (!edited.error.empty()) said = {edited.error};
         for (const std::string& message : said) {
             if (!message.starts_with(file)) std::cerr << UTILS::printable(file) << ": ";
             std::cerr << UTILS::printable(message, UTILS::kLongestShown) << '\n';
         }
-        printMessages(std::cerr, file, losses);
-        shapes += overlay.shapes().size();
-        lost += losses.size();
+        printMessages(std::cerr, file, edited.lost.messages, {}, edited.lost.omittedMessages);
+        shapes += edited.shapes;
+        lost += edited.lost.messageCount();
         if (const std::string error = input.error(); !error.empty())
             failures.report(file, error);
         else

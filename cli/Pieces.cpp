@@ -232,6 +232,12 @@ bool readMore(std::istream& text, std::size_t size, std::string& buffer) {
 
 }  // namespace
 
+std::size_t firstPiece(std::string_view text, std::size_t atLeast) {
+    for (std::size_t size = std::max<std::size_t>(atLeast, 1); size < text.size(); size *= 2)
+        if (const auto cut = lastCut(text.substr(0, size), false)) return *cut;
+    return text.size();
+}
+
 void readInPieces(std::istream& text, const ReadPiece& read, const PieceLimits& limits) {
     std::string buffer;
     if (!readMore(text, limits.chunk, buffer)) {

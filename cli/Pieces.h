@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <istream>
+#include <string_view>
 
 namespace cli {
 
@@ -28,5 +29,8 @@ struct PieceLimits {
 /// order; the first one has the byte order mark, and no other begins with one. A text that is not longer than
 /// a chunk is read where the caller is. Whatever a reader throws is thrown here, in its turn.
 void readInPieces(std::istream& text, const ReadPiece& read, const PieceLimits& limits = {});
+
+/// The size of the first of such pieces, which is at least as large as asked for, or else all of the text.
+std::size_t firstPiece(std::string_view text, std::size_t atLeast);
 
 }  // namespace cli

@@ -36,12 +36,17 @@ bool isComment(std::string_view line) {
 
 }  // namespace
 
-SourceText::SourceText(std::string text, std::vector<BlockSpan> blocks, std::vector<bool> held)
+std::string_view SourceText::lineEndOf(std::string_view text) {
+    const std::size_t feed = text.find('\n');
+    return feed != std::string_view::npos && feed > 0 && text[feed - 1] == '\r' ? "\r\n" : "\n";
+}
+
+SourceText::SourceText(std::string text, std::vector<BlockSpan> blocks, std::vector<bool> held,
+                       std::string_view lineEnd)
     : text_(std::move(text)), blocks_(std::move(blocks)), held_(std::move(held)) {
     for (BlockSpan& block : blocks_) block.end = std::min(block.end, text_.size());
     held_.resize(blocks_.size());
-    const std::size_t feed = text_.find('\n');
-    lineEnd_ = feed != std::string::npos && feed > 0 && text_[feed - 1] == '\r' ? "\r\n" : "\n";
+    lineEnd_ = lineEndOf(lineEnd.empty() ? text_ : lineEnd);
 }
 
 std::optional<std::size_t> SourceText::blockOfLine(std::size_t line) const {

@@ -17,7 +17,9 @@ class SourceText {
     /// \param blocks what a reader told of exactly this text
     /// \param held for each block whether a shape of the editor stands for it; the others are kept as they
     /// are
-    SourceText(std::string text, std::vector<BlockSpan> blocks, std::vector<bool> held);
+    /// \param lineEnd empty for the text's own, or that of the one that it is a part of
+    SourceText(std::string text, std::vector<BlockSpan> blocks, std::vector<bool> held,
+               std::string_view lineEnd = {});
     /// A shape of the editor stands for this one, too.
     void hold(std::size_t block) { held_[block] = true; }
 
@@ -31,6 +33,7 @@ class SourceText {
     std::string_view blockText(std::size_t index) const;
     /// The text's first line end: "\n" or "\r\n".
     std::string_view lineEnd() const { return lineEnd_; }
+    static std::string_view lineEndOf(std::string_view text);
     /// Lines that end with "\n", with the text's own line ends.
     std::string withLineEnds(std::string_view lines) const;
 

@@ -106,6 +106,8 @@ class Document {
         bool seesReference = false;
         /// The file that holds the text; none when it is in no file.
         FileVersion version;
+        /// Whether it is but a part of a text. \see TextPart
+        bool isPart = false;
         /// Whether its file holds something else.
         bool isElsewhere = false;
         /// Whether the text was made of a file of another program.
@@ -113,7 +115,8 @@ class Document {
         std::unique_ptr<Staged> staged;
     };
     /// Begins to read a text, and touches nothing.
-    Reading begin(std::string text, const std::string& fileName, void* zel = nullptr) const;
+    Reading begin(std::string text, const std::string& fileName, void* zel = nullptr,
+                  const TextPart* part = nullptr) const;
     /// The same with a file, in place of what the host displays of it. With an error, and a message, when it
     /// cannot be read.
     Reading beginFile(const std::string& fileName) const;
@@ -127,8 +130,9 @@ class Document {
     void drop(Reading reading);
 
     /// Reads a whole text.
-    Reading read(std::string text, const std::string& fileName, void* zel = nullptr) const {
-        return readWhole_(begin(std::move(text), fileName, zel));
+    Reading read(std::string text, const std::string& fileName, void* zel = nullptr,
+                 const TextPart* part = nullptr) const {
+        return readWhole_(begin(std::move(text), fileName, zel, part));
     }
     Reading readFile(const std::string& fileName) const { return readWhole_(beginFile(fileName)); }
     Reading readOverlay(void* zel) const { return readWhole_(beginOverlay(zel)); }

@@ -50,7 +50,8 @@ bool Document::Reading::isOn(unsigned long platformId) const {
     return platformId != 0 && platformId == (staged ? staged->overlay.attachedPlatformId() : platform);
 }
 
-Document::Reading Document::begin(std::string text, const std::string& fileName, void* zel) const {
+Document::Reading Document::begin(std::string text, const std::string& fileName, void* zel,
+                                  const TextPart* part) const {
     Reading reading;
     reading.fileName = fileName;
     reading.zel = zel;
@@ -61,8 +62,9 @@ Document::Reading Document::begin(std::string text, const std::string& fileName,
     reading.seesReference = reference.has_value();
     reading.converter = std::make_unique<PointConverter>();
     reading.converter->setReferenceLla(reference.value_or(halCore::Vec3()), reading.platform);
-    reading.text =
-        std::make_unique<OverlayReading>(std::move(text), fileName, preferences_, reading.converter.get(), 0);
+    reading.text = std::make_unique<OverlayReading>(std::move(text), fileName, preferences_,
+                                                    reading.converter.get(), 0, part);
+    reading.isPart = part != nullptr;
     return reading;
 }
 
@@ -74,14 +76,7 @@ bool Document::readOn_(Reading& reading, Slice& slice) const {
     reading.text.reset();
     const std::string& fileName = reading.fileName;
     if (loaded.error.empty()) {
-        if (loaded.faultyLines > 0)
-            halNotify::notify(halNotify::Error)
-                << fileName << " is loaded without what its faulty lines say: " << loaded.faultyLines
-                << " of them. They are kept as they are";
-        if (loaded.keptBlocks > 0)
-            halNotify::notify(halNotify::Warning)
-                << fileName << ": " << loaded.kept
-                << (loaded.keptBlocks == 1 ? " is kept as it is" : " are kept as they are");
+        if (!reading.isPart) loaded.tell(fileName);
         if (reading.isElsewhere)
             halNotify::notify(halNotify::Warning)
                 << fileName

@@ -23,42 +23,10 @@ namespace {
 
 namespace ZEL = halCore::ZEL;
 
-/// What the reader says when it has no report to write to, without drowning what else is said: a file that
-/// is no overlay has something to say about each of its lines.
-void log(const halCore::ZEL::ParseReport& report, const std::string& sourceName) {
-    constexpr std::size_t most = 5;
-    const halCore::ZEL::MessageSink sink(nullptr);
-    const auto& messages = report.messages;
-    for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
-        if (messages[i].severity == halNotify::Error)
-            sink.error(messages[i].line, {messages[i].text});
-        else if (messages[i].text == halCore::ZEL::kMultipleShapes)
-            sink.warning(messages[i].line, messages[i].text);
-        else
-            halNotify::notify(halNotify::Warning)
-                << sourceName << ", line " << messages[i].line << ": " << messages[i].text;
-    }
-    if (messages.size() > most)
-        halNotify::notify(halNotify::Warning)
-            << sourceName << " has " << report.messageCount() - most
-            << (report.messageCount() - most == 1 ? " more line that is" : " more lines that are")
-            << " not understood";
-}
-
 /// Whether a shape's position is an offset. One without a position has none: it stands on the platform of an
 /// overlay that has one.
 bool isOffset(const ZEL::ZelShape& shape) {
     return shape.isRelative() && (ZEL::pointsOf(shape) || ZEL::anchorOf(shape));
-}
-
-/// Adds what a shape that can be held says about offsets.
-void noteOffsets(const ZEL::ZelShape& shape, LoadResult& result) {
-    if (!isOffset(shape) || !ZelToSerializer().whyLeftOut(shape, true).empty()) return;
-    halCore::Vec3 reference;
-    if (shape.getReferencePosition(reference) != 0)
-        result.fromNowhere = true;
-    else if (!result.reference)
-        result.reference = reference;
 }
 
 /// What a block turns into once its shape is changed.
@@ -73,33 +41,6 @@ const char* becomes(const ZEL::ZelShape& shape) {
     }
 }
 
-/// Counts things of a kind in the order in which they come.
-class Counts {
-  public:
-    void add(const std::string& one, const std::string& many) {
-        const auto known = std::ranges::find(counts_, one, &Count::one);
-        known == counts_.end() ? counts_.push_back({one, many, 1}) : void(++known->number);
-    }
-    /// "1 latlonaltbox, 2 cones and 3 blocks with errors"
-    std::string text() const {
-        std::string text;
-        for (std::size_t i = 0; i < counts_.size(); ++i) {
-            if (i > 0) text += i + 1 == counts_.size() ? " and " : ", ";
-            text.append(std::to_string(counts_[i].number)).append(" ");
-            text += counts_[i].number == 1 ? counts_[i].one : counts_[i].many;
-        }
-        return text;
-    }
-
-  private:
-    struct Count {
-        std::string one;
-        std::string many;
-        std::size_t number = 0;
-    };
-    std::vector<Count> counts_;
-};
-
 /// Lines with errors, but for those of blocks that are kept as a whole.
 std::size_t faultyLines(const ZEL::ParseReport& report, const ZEL::SourceText& source) {
     std::size_t count = 0;
@@ -111,6 +52,86 @@ std::size_t faultyLines(const ZEL::ParseReport& report, const ZEL::SourceText& s
 }
 
 }  // namespace
+
+void TextOffsets::note(const ZEL::ZelShape& shape) {
+    if (!isOffset(shape) || !ZelToSerializer().whyLeftOut(shape, true).empty()) return;
+    halCore::Vec3 named;
+    if (shape.getReferencePosition(named) != 0)
+        fromNowhere = true;
+    else if (!reference)
+        reference = named;
+}
+
+void TextOffsets::append(const TextOffsets& next) {
+    fromNowhere = fromNowhere || next.fromNowhere;
+    if (!reference) reference = next.reference;
+}
+
+void KindCounts::add(const std::string& one, const std::string& many, std::size_t number) {
+    const auto known = std::ranges::find(counts_, one, &Count::one);
+    known == counts_.end() ? counts_.push_back({one, many, number}) : void(known->number += number);
+}
+
+std::size_t KindCounts::total() const {
+    std::size_t total = 0;
+    for (const Count& count : counts_) total += count.number;
+    return total;
+}
+
+std::string KindCounts::text() const {
+    std::string text;
+    for (std::size_t i = 0; i < counts_.size(); ++i) {
+        if (i > 0) text += i + 1 == counts_.size() ? " and " : ", ";
+        text.append(std::to_string(counts_[i].number)).append(" ");
+        text += counts_[i].number == 1 ? counts_[i].one : counts_[i].many;
+    }
+    return text;
+}
+
+void LoadRemarks::append(const LoadRemarks& next) {
+    kept.add(next.kept);
+    faultyLines += next.faultyLines;
+    leftOut += next.leftOut;
+}
+
+void LoadRemarks::tellLeftOut(const std::string& sourceName) const {
+    if (const std::size_t untold = leftOut - std::min(leftOut, UTILS::kMostListed); untold > 0)
+        halNotify::notify(halNotify::Error)
+            << sourceName << ": " << untold
+            << (untold == 1 ? " more shape cannot be edited and is left out"
+                            : " more shapes cannot be edited and are left out");
+}
+
+void LoadRemarks::tell(const std::string& sourceName) const {
+    if (faultyLines > 0)
+        halNotify::notify(halNotify::Error)
+            << sourceName << " is loaded without what its faulty lines say: " << faultyLines
+            << " of them. They are kept as they are";
+    if (const std::size_t count = kept.total(); count > 0)
+        halNotify::notify(halNotify::Warning) << sourceName << ": " << kept.text()
+                                              << (count == 1 ? " is kept as it is" : " are kept as they are");
+}
+
+/// A file that is no overlay has something to say about each of its lines.
+void tellMessages(const ZEL::ParseReport& report, const std::string& sourceName) {
+    constexpr std::size_t most = 5;
+    const ZEL::MessageSink sink(nullptr);
+    const auto& messages = report.messages;
+    for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
+        if (messages[i].severity == halNotify::Error)
+            sink.error(messages[i].line, {messages[i].text});
+        else if (messages[i].text == ZEL::kMultipleShapes)
+            sink.warning(messages[i].line, messages[i].text);
+        else
+            halNotify::notify(halNotify::Warning)
+                << sourceName << ", line " << messages[i].line << ": " << messages[i].text;
+    }
+    if (messages.size() > most)
+        halNotify::notify(halNotify::Warning)
+            << sourceName << " has " << report.messageCount() - most
+            << (report.messageCount() - most == 1 ? " more line that is" : " more lines that are")
+            << " not understood";
+}
 
 bool hasLooseOffsets(std::string_view text) {
     ZEL::Parser::Shapes shapes;
@@ -125,13 +146,18 @@ bool hasLooseOffsets(std::string_view text) {
 /// One phase after the other, each with its place among what it walks over.
 struct OverlayReading::State {
     State(std::string read, std::string name, const Preferences& preferences, PointConverter* frame,
-          unsigned long id)
+          unsigned long id, const TextPart* of)
         : text(std::move(read)),
           size(text.size()),
           sourceName(std::move(name)),
           converter(frame),
           platformId(id),
           target(preferences) {
+        if (of) {
+            part = *of;
+            report.linesBefore = of->linesBefore;
+            static_cast<TextOffsets&>(result) = of->offsets;
+        }
         report.spans = &spans;
         parsing.emplace(text, shapes, report);
     }
@@ -151,6 +177,7 @@ struct OverlayReading::State {
     const std::string sourceName;
     PointConverter* const converter;
     const unsigned long platformId;
+    std::optional<TextPart> part;
     std::size_t phase = 0;
     std::size_t next = 0;
     ZEL::Parser::Shapes shapes;
@@ -160,11 +187,8 @@ struct OverlayReading::State {
     /// The text and its blocks, once they are read.
     std::shared_ptr<ZEL::SourceText> source;
     SerializeToShape target;
-    /// Shapes that are left out with a message, the first ones with one of their own.
-    std::size_t told = 0;
     /// How many of the shapes belong to blocks before the next.
     std::size_t made = 0;
-    Counts kept;
     LoadResult result;
 };
 
@@ -188,11 +212,11 @@ bool OverlayReading::State::parse(Slice& slice) {
         isThrough = parsing->goOn(kBytesAtOnce);
         // At once, while what was read is still at hand.
         const std::size_t looked = shapes.size() - next;
-        while (next < shapes.size()) noteOffsets(*shapes[next++], result);
+        while (next < shapes.size()) result.note(*shapes[next++]);
         if (!isThrough && slice.isOver(kBytesAtOnce / kBytesOfAUnit + looked)) return false;
     }
     parsing.reset();
-    log(report, sourceName);
+    if (!part) tellMessages(report, sourceName);
     begin();
     return true;
 }
@@ -201,14 +225,15 @@ void OverlayReading::State::begin() {
     // Of the others each names what it counts from, or nothing.
     const bool isPlatform = converter && converter->refPlatformId() != 0;
     target.setPointConverter(result.fromNowhere || isPlatform ? converter : nullptr);
-    const bool isEmpty = spans.empty() && report.messages.empty();
+    const bool isEmpty = part || (spans.empty() && report.messages.empty());
     const bool isNone =
         shapes.empty() && !isEmpty && ZelToSerializer().replay(target, {}, platformId, sourceName) != 0;
     if (isNone) {
-        result.error = "no valid shapes found";
+        result.error = kNoShapes;
         spans.clear();
     }
-    source = std::make_shared<ZEL::SourceText>(std::move(text), std::move(spans), std::vector<bool>());
+    source = std::make_shared<ZEL::SourceText>(std::move(text), std::move(spans), std::vector<bool>(),
+                                               part ? part->lineEnd : std::string_view());
     result.source = source;
     result.shapes.reserve(shapes.size());
 }
@@ -234,16 +259,14 @@ bool OverlayReading::State::makeShapes(Slice& slice) {
 void OverlayReading::State::make(ZEL::ZelShapePtr shape, std::size_t block) {
     // Each message may take a host longer than the shape.
     std::optional<halNotify::Silence> silence;
-    if (told >= UTILS::kMostListed &&
+    if (result.leftOut + (part ? part->leftOutBefore : 0) >= UTILS::kMostListed &&
         !ZelToSerializer().whyLeftOut(*shape, target.pointConverter() != nullptr).empty())
         silence.emplace();
     const std::string_view reason = ZelToSerializer().take(target, *shape, platformId);
     if (!reason.empty()) {
         const std::string kind(ZEL::ZelShape::shapeTypeToString(shape->shapeType()));
-        kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
-        ++result.keptBlocks;
-        result.leftOut.push_back(labelOf(*shape));
-        if (ZelToSerializer().typeOf(*shape) != Serializer::ShapeType::None) ++told;
+        result.kept.add(kind, kind.ends_with('x') ? kind : kind + 's');
+        if (ZelToSerializer().typeOf(*shape) != Serializer::ShapeType::None) ++result.leftOut;
         return;
     }
     bool drawn = true;
@@ -257,28 +280,22 @@ void OverlayReading::State::make(ZEL::ZelShapePtr shape, std::size_t block) {
 }
 
 void OverlayReading::State::keep(const ZEL::BlockSpan& block) {
-    ++result.keptBlocks;
     if (block.isEnded)
-        kept.add("block with errors", "blocks with errors");
+        result.kept.add("block with errors", "blocks with errors");
     else
-        kept.add("block without \"end\"", "");
+        result.kept.add("block without \"end\"", "");
 }
 
 void OverlayReading::State::finish() {
     shapes = {};
-    if (const std::size_t untold = told - std::min(told, UTILS::kMostListed); untold > 0)
-        halNotify::notify(halNotify::Error)
-            << sourceName << ": " << untold
-            << (untold == 1 ? " more shape cannot be edited and is left out"
-                            : " more shapes cannot be edited and are left out");
-    result.kept = kept.text();
+    if (!part) result.tellLeftOut(sourceName);
     result.faultyLines = faultyLines(report, *source);
 }
 
 OverlayReading::OverlayReading(std::string text, std::string sourceName, const Preferences& preferences,
-                               PointConverter* converter, unsigned long platformId)
+                               PointConverter* converter, unsigned long platformId, const TextPart* part)
     : state_(std::make_unique<State>(std::move(text), std::move(sourceName), preferences, converter,
-                                     platformId)) {}
+                                     platformId, part)) {}
 
 OverlayReading::~OverlayReading() = default;
 

@@ -64,23 +64,22 @@ TEST_F(OverlayFileTest, TellsWhatItCouldNotRead) {
     const std::string box = block("3d name B\nlatlonaltbox 4 3 1 2 0\n");
     const auto unknown = load(box);
     EXPECT_EQ(unknown.error, "");
-    EXPECT_EQ(unknown.kept, "1 latlonaltbox");
+    EXPECT_EQ(unknown.kept.text(), "1 latlonaltbox");
     EXPECT_EQ(host.notifications.size(), 1U);
 
     const auto mixed = load(box + block("circle\ncenterll 1 2\nradius 5\nradius\n") + block("annotation\n") +
                             "start\nline\n");
     EXPECT_EQ(mixed.error, "");
     EXPECT_EQ(mixed.shapes.size(), 1U);
-    EXPECT_THAT(mixed.leftOut, ElementsAre("latlonaltbox \"B\""));
     EXPECT_THAT(messages[0], HasSubstr("error: ZEL error: radius"));
-    EXPECT_EQ(mixed.kept, "1 latlonaltbox, 1 block with errors and 1 block without \"end\"");
+    EXPECT_EQ(mixed.kept.text(), "1 latlonaltbox, 1 block with errors and 1 block without \"end\"");
     EXPECT_EQ(mixed.faultyLines, 1U) << "those of the block with errors are told by its name";
 
     // Of very many of a kind the last ones are counted.
     messages.clear();
     std::string many;
     for (int i = 0; i < 25; ++i) many += box + block("circle\nrangeunits nm\ncenterll 1 2\nradius 50000\n");
-    EXPECT_EQ(load(many).leftOut.size(), 50U);
+    EXPECT_EQ(load(many).kept.total(), 50U);
     ASSERT_EQ(messages.size(), 21U);
     EXPECT_THAT(messages.back(), HasSubstr("test.zel: 5 more shapes cannot be edited and are left out"));
 }

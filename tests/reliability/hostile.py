@@ -79,8 +79,7 @@ def tracks(platforms, rows):
 
 # name: (what is in the file, the commands that read it)
 KINDS = {
-    "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT]),
-    "circles-edited": (lambda: repeated(circle, 20 * MB), [EDIT]),
+    "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT, EDIT]),
     "one-line-of-points": (lambda: block("line", repeated("lla 10.123456 20.123456 0\n", 100 * MB)), [CHECK, FORMAT]),
     "no-line-end": (lambda: "a" * 100 * MB, [CHECK, RENDER]),
     "nulls": (lambda: "\0" * 50 * MB, [CHECK, RENDER]),
