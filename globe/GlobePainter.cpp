@@ -136,17 +136,14 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
             sprites.drawTextBeside(painter, x + width / 2.0 + kGap, y, text, look);
         }
     }
+    sprites.setSymbolScale(layout.symbolScale);
     for (const auto& [platform, x, y, turn, named] : layout.platforms)
         sprites.addSymbol(x, y, *platform, turn);
-    std::size_t symbols = 0;
-    for (const auto& [platform, x, y, turn, named] : layout.platforms) {
-        ++symbols;
-        if (!named) continue;
-        sprites.drawSymbols(painter, std::exchange(symbols, 0));
-        sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
-                         QString::fromStdString(platform->name), platformLook());
-    }
-    sprites.drawSymbols(painter, symbols);
+    sprites.drawSymbols(painter);
+    for (const auto& [platform, x, y, turn, named] : layout.platforms)
+        if (named)
+            sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
+                             QString::fromStdString(platform->name), platformLook());
     draw(layout.counts);
 }
 

@@ -139,12 +139,16 @@ class Printer {
             drawText({x + icon.width() / 2.0 + kGap, y}, text, lookOf(*label), false);
         }
         for (const auto& [platform, x, y, turn, named] : layout.platforms) {
+            const QTransform before = painter_.transform();
             painter_.translate(x, y);
+            painter_.scale(layout.symbolScale, layout.symbolScale);
             paintSymbol(painter_, *platform, turn / halCore::kRadiansPerDegree);
-            painter_.translate(-x, -y);
+            painter_.setTransform(before);
+        }
+        const TextLook look = platformLook();
+        const double middle = TextLayout::Platform::kNameY + QFontMetricsF(look.font).lineSpacing() / 2.0;
+        for (const auto& [platform, x, y, turn, named] : layout.platforms) {
             if (!named) continue;
-            const TextLook look = platformLook();
-            const double middle = TextLayout::Platform::kNameY + QFontMetricsF(look.font).lineSpacing() / 2.0;
             drawText({x + TextLayout::Platform::kNameX, y + middle}, QString::fromStdString(platform->name),
                      look, false);
         }

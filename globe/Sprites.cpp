@@ -131,6 +131,16 @@ void Sprites::setPixelRatio(double ratio) {
     ratio_ = ratio;
     images_.clear();
     bytes_ = 0;
+    forgetSymbols();
+}
+
+void Sprites::setSymbolScale(double scale) {
+    if (scale == symbolScale_) return;
+    symbolScale_ = scale;
+    forgetSymbols();
+}
+
+void Sprites::forgetSymbols() {
     sheet_ = {};
     onSheet_.reset();
     shownSheet_ = {};
@@ -208,23 +218,25 @@ double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFil
 
 void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, double turn) {
     constexpr double kSize = 28.0;
-    const int pixels = static_cast<int>(std::ceil(kSize * ratio_));
+    const double scale = symbolScale_ * ratio_;
+    const int pixels = static_cast<int>(std::ceil(kSize * scale));
     if (sheet_.isNull()) {
         constexpr int kRows = (kSymbols + kColumns - 1) / kColumns;
         sheet_ = QImage(kColumns * pixels, kRows * pixels, QImage::Format_ARGB32_Premultiplied);
         sheet_.fill(Qt::transparent);
     }
-    const int degrees = static_cast<int>(std::lround(turn * 180.0 / kPi)) % 360;
-    const int cell = isCross(platform) ? 0 : 1 + (degrees + 360) % 360;
+    constexpr int kTurns = 360 / kDegrees;
+    const int step = static_cast<int>(std::lround(turn * kTurns / (2.0 * kPi)) % kTurns);
+    const int cell = isCross(platform) ? 0 : 1 + (step + kTurns) % kTurns;
     const QRect area(cell % kColumns * pixels, cell / kColumns * pixels, pixels, pixels);
     if (!onSheet_[static_cast<std::size_t>(cell)]) {
         QPainter symbol(&sheet_);
         symbol.setRenderHint(QPainter::Antialiasing);
         symbol.setClipRect(area);
         symbol.translate(area.topLeft());
-        symbol.scale(ratio_, ratio_);
-        symbol.translate(kSize / 2, kSize / 2);
-        paintSymbol(symbol, platform, degrees);
+        symbol.translate(pixels / 2.0, pixels / 2.0);
+        symbol.scale(scale, scale);
+        paintSymbol(symbol, platform, step * kDegrees);
         onSheet_.set(static_cast<std::size_t>(cell));
         shownSheet_ = {};
     }
@@ -236,16 +248,11 @@ void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, doub
         QPainter::PixmapFragment::create({middle(x), middle(y)}, area, 1.0 / ratio_, 1.0 / ratio_));
 }
 
-void Sprites::drawSymbols(QPainter& painter, std::size_t count) {
-    count = std::min(count, symbols_.size() - drawn_);
-    if (count > 0) {
-        if (shownSheet_.isNull()) shownSheet_ = QPixmap::fromImage(sheet_);
-        painter.drawPixmapFragments(symbols_.data() + drawn_, static_cast<int>(count), shownSheet_);
-    }
-    drawn_ += count;
-    if (drawn_ < symbols_.size()) return;
+void Sprites::drawSymbols(QPainter& painter) {
+    if (symbols_.empty()) return;
+    if (shownSheet_.isNull()) shownSheet_ = QPixmap::fromImage(sheet_);
+    painter.drawPixmapFragments(symbols_.data(), static_cast<int>(symbols_.size()), shownSheet_);
     symbols_.clear();
-    drawn_ = 0;
 }
 
 }  // namespace sandbox

@@ -55,18 +55,21 @@ class Sprites {
     void drawTextCentered(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
     /// Centred on (x, y). Returns its width in widget pixels.
     double drawIcon(QPainter& painter, double x, double y, const PictureFile& file);
-    /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. There may be very
-    /// many of them, drawn with one call where nothing comes between them: they wait for drawSymbols(), best
-    /// until all of a frame's are known.
+    /// How large symbols are from here on, of their own size. None may wait for drawSymbols().
+    void setSymbolScale(double scale);
+    /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. It waits for
+    /// drawSymbols(), as there may be very many of them.
     void addSymbol(double x, double y, const PlatformMarker& platform, double turn);
-    /// The next ones that wait, so many at most, in the order in which they were added.
-    void drawSymbols(QPainter& painter, std::size_t count);
+    /// Those that wait, in the order in which they were added.
+    void drawSymbols(QPainter& painter);
 
   private:
-    /// Of a sheet of symbols: a cross, then arrows for each degree.
-    static constexpr int kColumns = 19;
-    static constexpr int kSymbols = 361;
+    /// Of a sheet of symbols: a cross, then arrows for each third degree, a quarter of a pixel at their tips.
+    static constexpr int kDegrees = 3;
+    static constexpr int kColumns = 11;
+    static constexpr int kSymbols = 1 + 360 / kDegrees;
 
+    void forgetSymbols();
     const QImage& text(const QString& text, const TextLook& look);
     void put(QPainter& painter, double x, double y, const QImage& image) const;
     /// Keeps an image; older ones go when there are too many of them, or they take too much memory.
@@ -75,11 +78,11 @@ class Sprites {
     std::unordered_map<QString, QImage> images_;
     qsizetype bytes_ = 0;
     double ratio_ = 1.0;
+    double symbolScale_ = 1.0;
     QImage sheet_;
     std::bitset<kSymbols> onSheet_;
     QPixmap shownSheet_;  ///< what painters draw from; null when the sheet has more
     std::vector<QPainter::PixmapFragment> symbols_;
-    std::size_t drawn_ = 0;  ///< of these
 };
 
 }  // namespace sandbox

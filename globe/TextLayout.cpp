@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <numbers>
 #include <numeric>
 #include <string_view>
 #include <unordered_map>
@@ -29,7 +30,7 @@ namespace {
 /// About how large texts are: there may be thousands of them, and fonts take their time.
 class TextSizes {
   public:
-    QSizeF of(std::string_view text, const std::string& fontFile, int pixelSize) {
+    QSizeF of(std::string_view text, std::string_view fontFile, int pixelSize) {
         const Font& font = fontOf(fontFile, pixelSize);
         double width = 0.0;
         double line = 0.0;
@@ -55,10 +56,13 @@ class TextSizes {
         double lineSpacing = 0.0;
     };
 
-    const Font& fontOf(const std::string& fontFile, int pixelSize) {
-        const auto [at, isNew] = fonts_.try_emplace({fontFile, pixelSize});
+    const Font& fontOf(std::string_view fontFile, int pixelSize) {
+        if (latest_ && latest_->first.first == fontFile && latest_->first.second == pixelSize)
+            return latest_->second;
+        const auto [at, isNew] = fonts_.try_emplace({std::string(fontFile), pixelSize});
+        latest_ = &*at;
         if (isNew) {
-            const QFontMetricsF metrics(fontForFile(QString::fromStdString(fontFile), pixelSize));
+            const QFontMetricsF metrics(fontForFile(QString::fromStdString(at->first.first), pixelSize));
             for (int c = ' '; c < 127; ++c)
                 at->second.advances[static_cast<std::size_t>(c)] = metrics.horizontalAdvance(QChar(c));
             // Of what a line has above and below its letters, another one may take some.
@@ -67,7 +71,10 @@ class TextSizes {
         return at->second;
     }
 
-    std::map<std::pair<std::string, int>, Font> fonts_;
+    using Fonts = std::map<std::pair<std::string, int>, Font>;
+
+    Fonts fonts_;
+    const Fonts::value_type* latest_ = nullptr;
 };
 
 /// The room that is taken, found by the squares of the screen that it touches.
@@ -140,6 +147,16 @@ double screenTurn(const Camera& camera, const PlatformMarker& platform) {
     return std::atan2(dot(ahead, camera.right()), dot(ahead, camera.up()));
 }
 
+/// So that all of them take about as many pixels as so many in full, and none is too small to be seen.
+double symbolScale(std::size_t count) {
+    constexpr std::size_t kInFull = 2000;
+    constexpr double kLeast = 0.25;
+    double scale = 1.0;
+    for (std::size_t room = kInFull; room < count && scale > kLeast; room *= 2)
+        scale *= std::numbers::sqrt2 / 2;
+    return std::max(scale, kLeast);
+}
+
 class Layout {
   public:
     explicit Layout(const GlobeFrame& frame) : frame_(frame), camera_(frame.camera) {}
@@ -163,24 +180,25 @@ class Layout {
     }
 
     void placePlatforms() {
-        constexpr double kSymbol = 14.0;
+        const int pixelSize = platformLook().font.pixelSize();
         for (const auto& [id, platform] : frame_.platforms) {
             const Projected place = camera_.project(platform.position);
             if (!isInSight(place)) continue;
             TextLayout::Platform placed{&platform, place.x, place.y, screenTurn(camera_, platform)};
-            const QFont font = platformLook().font;
-            const QSizeF size = sizes_.of(platform.name, "arial.ttf", font.pixelSize());
+            const QSizeF size = sizes_.of(platform.name, "arial.ttf", pixelSize);
             const QPointF corner(place.x + placed.kNameX, place.y + placed.kNameY);
             placed.named = !platform.name.empty() && claim({QRectF(corner, size), platform.name, 0.0, true});
             result_.platforms.push_back(placed);
-            symbols_.push_back({place.x - kSymbol / 2, place.y - kSymbol / 2, kSymbol, kSymbol});
         }
+        result_.symbolScale = symbolScale(result_.platforms.size());
     }
 
     /// From here on nothing may meet anything.
     void placeMap(std::span<const GraticuleLabel> graticule) {
         count();
-        for (const QRectF& symbol : symbols_) room_.take({symbol, {}});
+        const double size = 14.0 * result_.symbolScale;
+        for (const TextLayout::Platform& platform : result_.platforms)
+            room_.take({{platform.x - size / 2, platform.y - size / 2, size, size}, {}});
         // Others keep clear of the scale and of the hints.
         if (frame_.map.scaleBar) room_.take({areaOfScale(frame_), {}});
         for (const auto& [id, text] : frame_.screenTexts) room_.take({areaOf(text), {}});
@@ -250,7 +268,6 @@ class Layout {
     const Camera& camera_;
     TextSizes sizes_;
     Room room_;
-    std::vector<QRectF> symbols_;
     TextLayout result_;
 };
 

@@ -48,6 +48,8 @@ struct TextLayout {
 
     std::vector<Label> labels;  ///< in drawing order
     std::vector<Platform> platforms;
+    /// How large their symbols are: smaller where there are more than can be told apart.
+    double symbolScale = 1.0;
     std::vector<Text> map;     ///< the graticule's and the countries' names
     std::vector<Text> counts;  ///< "+3" beside a label or a name that three others had to give way to
 };
