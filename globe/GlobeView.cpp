@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds kDrawn{20};
 constexpr std::chrono::milliseconds kDrawnMoving{30};
 constexpr std::size_t kDrawnAtLeast = 25'000;
 
-/// Fewer changes of overlays are drawn at once. A frame of more takes long, however many they are.
+/// Fewer changes are drawn at once. A frame of more takes long, however many they are.
 constexpr std::uint64_t kManyChanges = 1000;
 /// When no more come for so long they are all there.
 constexpr std::chrono::milliseconds kCalm{5};
@@ -86,7 +86,7 @@ GlobeView::GlobeView(QWidget* parent) : QOpenGLWidget(parent), earthImage_(defau
     setFormat(surfaceFormat());
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    overlays_.setChangeCallback([this] { overlaysChanged(); });
+    overlays_.setChangeCallback([this] { somethingChanged(); });
     calm_.setSingleShot(true);
     connect(&calm_, &QTimer::timeout, this, &GlobeView::gatherMore);
     rest_.setSingleShot(true);
@@ -185,11 +185,14 @@ void GlobeView::cameraMoved() {
 void GlobeView::setPlatform(PlatformMarker platform) {
     const std::uint64_t id = platform.id;
     platforms_.insert_or_assign(id, std::move(platform));
-    contentChanged();
+    ++platformChanges_;
+    somethingChanged();
 }
 
 void GlobeView::removePlatform(std::uint64_t id) {
-    if (platforms_.erase(id) > 0) contentChanged();
+    if (platforms_.erase(id) == 0) return;
+    ++platformChanges_;
+    somethingChanged();
 }
 
 void GlobeView::setScreenText(ScreenText text) {
@@ -233,7 +236,7 @@ void GlobeView::contentChanged() {
     if (!insideHook_) requestRedraw();
 }
 
-void GlobeView::overlaysChanged() {
+void GlobeView::somethingChanged() {
     if (insideHook_ || gathers_ || looksSoon_) return;
     looksSoon_ = true;
     QMetaObject::invokeMethod(this, &GlobeView::lookAtChanges, Qt::QueuedConnection);
@@ -241,8 +244,8 @@ void GlobeView::overlaysChanged() {
 
 void GlobeView::lookAtChanges() {
     looksSoon_ = false;
-    if (overlays_.changes() == drawn_) return;
-    if (overlays_.changes() - drawn_ >= kManyChanges)
+    if (changes() == drawn_) return;
+    if (changes() - drawn_ >= kManyChanges)
         gather();
     else
         contentChanged();
@@ -251,13 +254,13 @@ void GlobeView::lookAtChanges() {
 void GlobeView::gather() {
     gathers_ = true;
     gatherTime_.start();
-    gathered_ = overlays_.changes();
+    gathered_ = changes();
     waitsForMore_ = true;
     calm_.start(kCalm);
 }
 
 void GlobeView::gatherMore() {
-    const std::uint64_t before = std::exchange(gathered_, overlays_.changes());
+    const std::uint64_t before = std::exchange(gathered_, changes());
     const bool calm = waitsForMore_ && before == gathered_;
     waitsForMore_ = true;
     if (painter_) {
@@ -329,7 +332,7 @@ void GlobeView::paintGL() {
     }
     gathers_ = false;
     calm_.stop();
-    drawn_ = overlays_.changes();
+    drawn_ = changes();
     GlobeFrame frame = frameOf(camera, grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut));
     if (!grabs_) frame.drawing = Slice(kDrawnAtLeast, moving_ ? kDrawnMoving : kDrawn);
     painter_->draw(frame, *this);

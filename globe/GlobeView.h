@@ -22,10 +22,11 @@ namespace sandbox {
 /// The 3-D view: the earth, overlays, platforms, what a refresh hook draws, and screen texts, in this
 /// order from the back to the front.
 ///
-/// A frame is drawn only when something changed or `requestRedraw()` was called. While very many overlays
-/// come or go it waits for more of them, for some moments. Where the processor draws very many lines, those
-/// of a view that moves are rough, and another frame follows when it rests. Pixels in this interface are
-/// widget pixels with the origin at the top left corner; the device's pixel density is dealt with inside.
+/// A frame is drawn only when something changed or `requestRedraw()` was called. While very many overlays or
+/// platforms come or go it waits for more of them, for some moments. Where the processor draws very many
+/// lines, those of a view that moves are rough, and another frame follows when it rests. Pixels in this
+/// interface are widget pixels with the origin at the top left corner; the device's pixel density is dealt
+/// with inside.
 class GlobeView : public QOpenGLWidget {
     Q_OBJECT
 
@@ -90,7 +91,7 @@ class GlobeView : public QOpenGLWidget {
 
     /// Schedules one frame; any number of calls before it is drawn makes one frame.
     void requestRedraw();
-    /// Whether a frame of very many overlays waits for more of them.
+    /// Whether a frame of very many overlays or platforms waits for more of them.
     bool gathers() const { return gathers_; }
     /// Frames drawn so far.
     std::uint64_t frameCount() const { return frameCount_; }
@@ -122,7 +123,9 @@ class GlobeView : public QOpenGLWidget {
 
   private:
     void contentChanged();
-    void overlaysChanged();
+    /// Overlays or platforms: there may be very many of them.
+    void somethingChanged();
+    std::uint64_t changes() const { return overlays_.changes() + platformChanges_; }
     void lookAtChanges();
     void gather();
     void gatherMore();
@@ -142,6 +145,7 @@ class GlobeView : public QOpenGLWidget {
     QElapsedTimer flightTime_;
     OverlayScene overlays_;
     std::map<std::uint64_t, PlatformMarker> platforms_;
+    std::uint64_t platformChanges_ = 0;
     std::map<std::uint64_t, ScreenText> screenTexts_;
     std::function<bool(const ViewMouseEvent&)> mouseListener_;
     std::function<void(int, int)> refreshHook_;
@@ -166,7 +170,7 @@ class GlobeView : public QOpenGLWidget {
     /// After a rough frame, until the camera has rested for a moment, and for as long as that frame took.
     QTimer rest_;
     QElapsedTimer frameTime_;
-    /// Until nothing more comes, when very many overlays change; and since when.
+    /// Until nothing more comes, when very many of them change; and since when.
     QTimer calm_;
     QElapsedTimer gatherTime_;
     bool gathers_ = false;

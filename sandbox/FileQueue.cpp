@@ -11,51 +11,53 @@ namespace sandbox {
 
 FileQueue::FileQueue(Log& log) : log_(log) {
     turn_.setSingleShot(true);
-    connect(&turn_, &QTimer::timeout, this, &FileQueue::readOn);
+    connect(&turn_, &QTimer::timeout, this, &FileQueue::goOn);
 }
 
 void FileQueue::add(const QString& path, Open open, std::function<void(bool)> then) {
     waiting_.push_back({.path = path, .open = std::move(open), .then = std::move(then)});
-    if (waiting_.size() == 1) readOn();
+    if (waiting_.size() == 1) goOn();
 }
 
-void FileQueue::readOn() {
+void FileQueue::goOn() {
+    while (!waiting_.empty()) {
+        if (!goOnWithFirst()) {
+            constexpr int untoldMilliseconds = 1000;
+            const Waiting& first = waiting_.front();
+            if (first.begun.elapsed() > untoldMilliseconds) emit reading(first.path, first.coming->percent());
+            turn_.start(first.isRead ? 0 : first.coming->pauseMilliseconds());
+            return;
+        }
+        const Waiting done = takeFirst();
+        if (done.then) done.then(done.coming && done.coming->isShown());
+    }
+}
+
+bool FileQueue::goOnWithFirst() {
     // What is small is read at once, whatever the clock says.
     constexpr std::size_t atLeast = 4000;
     constexpr std::chrono::milliseconds atOnce{25};
-    constexpr int untoldMilliseconds = 1000;
     // Somebody may never end writing it.
     constexpr int mostOften = 5;
     const auto stampOf = [](const QString& path) {
         const QFileInfo file(path);
         return Stamp(file.lastModified(), file.size());
     };
-    while (!waiting_.empty()) {
-        Waiting& first = waiting_.front();
+    Waiting& first = waiting_.front();
+    Slice slice(atLeast, atOnce);
+    while (!first.isRead) {
         if (!first.coming) {
             first.stamp = stampOf(first.path);
             ++first.opened;
             first.coming = first.open();
-            if (!first.coming) {
-                if (const Waiting gone = takeFirst(); gone.then) gone.then(false);
-                continue;
-            }
+            if (!first.coming) return true;
             first.begun.start();
         }
-        Slice slice(atLeast, atOnce);
-        if (!first.coming->goOn(slice)) {
-            if (first.begun.elapsed() > untoldMilliseconds) emit reading(first.path, first.coming->percent());
-            turn_.start(first.coming->pauseMilliseconds());
-            return;
-        }
-        if (first.opened < mostOften && stampOf(first.path) != first.stamp) {
-            first.coming.reset();
-            continue;
-        }
-        const Waiting read = takeFirst();
-        const bool shown = read.coming->show();
-        if (read.then) read.then(shown);
+        if (!first.coming->goOn(slice)) return false;
+        first.isRead = first.opened == mostOften || stampOf(first.path) == first.stamp;
+        if (!first.isRead) first.coming.reset();
     }
+    return first.coming->show(slice);
 }
 
 FileQueue::Waiting FileQueue::takeFirst() {
@@ -68,8 +70,10 @@ FileQueue::Waiting FileQueue::takeFirst() {
 void FileQueue::cancel() {
     if (waiting_.empty()) return;
     const Waiting ended = takeFirst();
-    log_.add(halNotify::Warning, "host", QString("%1 is not opened: it was canceled").arg(ended.path));
-    if (ended.then) ended.then(false);
+    const bool shown = ended.coming && ended.coming->isShown();
+    log_.add(halNotify::Warning, "host",
+             QString("%1 is %2opened: it was canceled").arg(ended.path, shown ? "only in part " : "not "));
+    if (ended.then) ended.then(shown);
     if (!waiting_.empty()) turn_.start(0);
 }
 

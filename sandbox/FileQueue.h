@@ -48,8 +48,11 @@ class FileQueue : public QObject {
         /// What the file was when it was opened, and how often it has been.
         Stamp stamp = {};
         int opened = 0;
+        bool isRead = false;
     };
-    void readOn();
+    void goOn();
+    /// \return whether it is the first one's turn no more
+    bool goOnWithFirst();
     Waiting takeFirst();
 
     Log& log_;

@@ -24,7 +24,6 @@
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
 #include "sandbox/PictureDialog.h"
-#include "sandbox/PlatformView.h"
 #include "sandbox/Session.h"
 #include "sandbox/ShapeIcon.h"
 #include "sandbox/UserFiles.h"
@@ -89,13 +88,14 @@ std::uint32_t modifiersOf(unsigned modifiers) {
 Host::Host(const QString& settingsFile)
     : settings_(settingsFile, log_),
       services_(log_, handles_, trace_),
-      window_(log_),
+      window_(log_, scenario_),
       overlays_(window_.view().overlays(), scenario_, handles_, log_),
       actions_(window_.actionsMenu(), *window_.menuBar(), settings_),
       places_(window_, handles_, settings_),
       fileDialogs_(std::make_unique<FileDialogs>(window_, settings_)),
       files_(std::make_unique<UserFiles>(overlays_, scenario_, window_, *fileDialogs_, settings_, log_)),
       session_(std::make_unique<Session>(*files_, overlays_, scenario_, window_.view(), settings_)),
+      markers_(window_.view(), scenario_),
       tracks_(window_.view().overlays(), scenario_),
       clockBar_(new ClockBar(scenario_)) {
     living = this;
@@ -181,15 +181,10 @@ void Host::updateMouseGrab() {
 }
 
 void Host::connectScenario() {
-    connect(&scenario_, &Scenario::platformAdded, this, [this](std::uint64_t id) {
-        showPlatform(id);
-        sendEvent(PIApplicationEvents_t::PlatformAdded, &id);
-    });
-    connect(&scenario_, &Scenario::platformMoved, this, &Host::showPlatform);
-    connect(&scenario_, &Scenario::platformRemoved, this, [this](std::uint64_t id) {
-        view().removePlatform(id);
-        sendEvent(PIApplicationEvents_t::EntityRemoved, &id);
-    });
+    connect(&scenario_, &Scenario::platformAdded, this,
+            [this](std::uint64_t id) { sendEvent(PIApplicationEvents_t::PlatformAdded, &id); });
+    connect(&scenario_, &Scenario::platformRemoved, this,
+            [this](std::uint64_t id) { sendEvent(PIApplicationEvents_t::EntityRemoved, &id); });
     connect(&scenario_, &Scenario::cleared, this, [this](PIApplicationEvents_t why) { sendEvent(why); });
     connect(&scenario_, &Scenario::timeChanged, this,
             [this] { sendEvent(PIApplicationEvents_t::TimeChanged); });
@@ -198,15 +193,6 @@ void Host::connectScenario() {
 void Host::sendEvent(PIApplicationEvents_t code, const void* data) {
     for (const auto& plugin : plugins_)
         if (plugin->state() == Plugin::State::Started) plugin->event(code, data);
-}
-
-void Host::showPlatform(std::uint64_t id) {
-    const std::optional<PlatformMarker> marker = markerOf(scenario_, id);
-    if (marker.has_value() != view().platforms().contains(id)) overlayPanelSoon_.start();
-    if (marker)
-        view().setPlatform(*marker);
-    else
-        view().removePlatform(id);
 }
 
 void Host::connectWindow() {
@@ -232,7 +218,9 @@ void Host::connectWindow() {
     fillViewMenu(window_.viewMenu(), view(), settings_);
     window_.actionsMenu().addAction("&Keys...", this,
                                     [this] { (new KeysDialog(actions_, &window_))->open(); });
-    const OverlayPanel& panel = window_.overlayPanel();
+    OverlayPanel& panel = window_.overlayPanel();
+    // A platform's row says whether it is anywhere.
+    connect(&markers_, &PlatformMarkers::presenceChanged, &panel, [&panel] { panel.viewport()->update(); });
     connect(&panel, &OverlayPanel::overlayShownChanged, this, [this](void* handle, bool shown) {
         if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.show(*overlay, shown);
     });
@@ -253,17 +241,13 @@ void Host::connectWindow() {
 }
 
 void Host::refreshOverlayPanel() {
-    std::vector<OverlayPanel::PlatformRow> platforms;
-    for (const auto& [id, platform] : scenario_.platforms())
-        platforms.push_back(
-            {id, QString::fromStdString(platform.header.name), view().platforms().contains(id)});
-    std::vector<OverlayPanel::OverlayRow> overlays;
+    std::vector<OverlayRows::Overlay> overlays;
     for (const LoadedOverlay* overlay : overlays_.files()) {
         const QString path = QString::fromStdString(overlay->path);
         overlays.push_back({overlay->handle(), QFileInfo(path).fileName(), path, overlay->platform,
                             overlay->shown, static_cast<int>(overlay->messages.size())});
     }
-    window_.overlayPanel().setRows(platforms, overlays);
+    window_.overlayPanel().refresh(std::move(overlays));
 }
 
 void Host::listShapes(void* handle) {
@@ -271,12 +255,13 @@ void Host::listShapes(void* handle) {
     const auto* overlay = handles_.find<LoadedOverlay>(handle);
     const OverlayScene::Entry* entry = overlay ? view().overlays().find(overlay->sceneId) : nullptr;
     if (!entry) return;
-    std::vector<OverlayPanel::ShapeRow> rows;
+    std::vector<OverlayRows::Shape> rows;
     for (const auto& shape : entry->shapes) {
         if (rows.size() == kMost) break;
         rows.push_back({shapeTitle(*shape), shapeIcon(*shape)});
     }
-    window_.overlayPanel().setShapes(handle, rows, entry->shapes.size() - rows.size());
+    const std::size_t more = entry->shapes.size() - rows.size();
+    window_.overlayPanel().setShapes(handle, std::move(rows), more);
 }
 
 void Host::undertake(Work work, std::function<void()> done) {

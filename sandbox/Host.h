@@ -16,6 +16,7 @@
 #include "sandbox/Log.h"
 #include "sandbox/MainWindow.h"
 #include "sandbox/OverlayFiles.h"
+#include "sandbox/PlatformMarkers.h"
 #include "sandbox/Plugin.h"
 #include "sandbox/PluginActions.h"
 #include "sandbox/ServiceTable.h"
@@ -70,6 +71,8 @@ class Host : public QObject {
 
     /// The mouse's place in the view, widget pixels; nothing while it is elsewhere.
     std::optional<QPoint> cursor() const { return cursor_; }
+    /// Whether what is shown of the platforms has yet to follow the clock.
+    bool followsClock() const { return markers_.follows(); }
     UserFiles& files() { return *files_; }
     Session& session() { return *session_; }
     /// Builds and pops up the menu that a right click in the overlay panel opens.
@@ -97,7 +100,6 @@ class Host : public QObject {
     bool tellPlugins(PIGUI::PIMouseEventType_t type, const PIGUI::PIMouseEvent& event);
     void sendEvent(PIApplicationEvents_t code, const void* data = nullptr);
     QStringList dropLeftovers(Plugin& plugin);
-    void showPlatform(std::uint64_t id);
     void refreshOverlayPanel();
     void listShapes(void* handle);
     /// Begins what the user asks for and may take long, in the place of what was asked for before.
@@ -116,8 +118,8 @@ class Host : public QObject {
     HandleRegistry handles_;
     CallTrace trace_{handles_};
     ServiceTable services_;
-    MainWindow window_;
     Scenario scenario_;
+    MainWindow window_;
     OverlayFiles overlays_;
     PluginRegistrations registrations_;
     PluginActions actions_;
@@ -126,6 +128,7 @@ class Host : public QObject {
     std::unique_ptr<FileDialogs> fileDialogs_;
     std::unique_ptr<UserFiles> files_;
     std::unique_ptr<Session> session_;
+    PlatformMarkers markers_;
     TrackLines tracks_;
     WorkInTurns deed_;  ///< the user's latest one that takes long
     std::optional<BusyCursor> busy_;

@@ -23,13 +23,13 @@
 
 namespace sandbox {
 
-MainWindow::MainWindow(const Log& log) : view_(new GlobeView(this)) {
+MainWindow::MainWindow(const Log& log, const Scenario& scenario) : view_(new GlobeView(this)) {
     setWindowTitle("HALVIS Sandbox");
     setCentralWidget(view_);
     setContextMenuPolicy(Qt::NoContextMenu);
     setAcceptDrops(true);
     buildMenus();
-    buildPanels(log);
+    buildPanels(log, scenario);
 
     positionLabel_ = new QLabel;
     rangeLabel_ = new QLabel;
@@ -78,8 +78,8 @@ void MainWindow::buildMenus() {
     actionsMenu_ = menuBar()->addMenu("&Actions");
 }
 
-void MainWindow::buildPanels(const Log& log) {
-    overlayPanel_ = new OverlayPanel;
+void MainWindow::buildPanels(const Log& log, const Scenario& scenario) {
+    overlayPanel_ = new OverlayPanel(scenario);
     auto* overlays = new QDockWidget("Overlays", this);
     overlays->setObjectName("Overlays");
     overlays->setWidget(overlayPanel_);

@@ -13,6 +13,7 @@ namespace sandbox {
 class GlobeView;
 class Log;
 class OverlayPanel;
+class Scenario;
 
 /// The host's window: the globe, menus, the panels of overlays and messages, the status bar. It holds no
 /// state of its own and only says what the user asked for.
@@ -20,7 +21,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    explicit MainWindow(const Log& log);
+    MainWindow(const Log& log, const Scenario& scenario);
 
     GlobeView& view() { return *view_; }
     QMenu& pluginMenu() { return *pluginMenu_; }
@@ -59,7 +60,7 @@ class MainWindow : public QMainWindow {
 
   private:
     void buildMenus();
-    void buildPanels(const Log& log);
+    void buildPanels(const Log& log, const Scenario& scenario);
     void showCursor(bool onEarth, double latitude, double longitude);
     void showRange();
 

@@ -77,6 +77,11 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
     : scene_(scene), scenario_(scenario), handles_(handles), log_(log) {
     connect(&scenario, &Scenario::platformMoved, this, &OverlayFiles::platformChanged);
     connect(&scenario, &Scenario::platformRemoved, this, &OverlayFiles::platformRemoved);
+    connect(&scenario, &Scenario::timeChanged, this, [this] {
+        for (const LoadedOverlay* overlay : handles_.all<LoadedOverlay>())
+            if (scenario_.moves(overlay->platform))
+                scene_.setReference(overlay->sceneId, referenceOf(scenario_, overlay->platform));
+    });
 }
 
 void OverlayFiles::report(LoadedOverlay& overlay, halCore::ZEL::ParseReport report,
@@ -183,7 +188,14 @@ class OverlayFiles::Coming final : public ComingFile {
         const std::size_t done = text_ ? text_->done() : 0;
         return static_cast<int>(100 * done / std::max<std::size_t>(overlay_->text.size(), 1));
     }
-    bool show() override {
+    bool show(Slice&) override {
+        shown_ = show();
+        return true;
+    }
+    bool isShown() const override { return shown_; }
+
+  private:
+    bool show() {
         if (!isOpen()) return false;
         const auto standing = files_.findAll(overlay_->path);
         if (standing.empty()) {
@@ -203,7 +215,6 @@ class OverlayFiles::Coming final : public ComingFile {
         return good;
     }
 
-  private:
     void beginText() {
         overlay_->text = file_.takeContents();
         const auto standing = files_.findAll(overlay_->path);
@@ -226,6 +237,7 @@ class OverlayFiles::Coming final : public ComingFile {
     halCore::ZEL::ParseReport report_;
     std::optional<halCore::ZEL::TextReading> text_;  ///< once it is in memory
     bool isRead_ = false;
+    bool shown_ = false;
     std::vector<OverlayNote> notes_;
     std::optional<Work> noting_;  ///< once the text is read
 };

@@ -1,48 +1,32 @@
 #pragma once
 
-#include <QIcon>
-#include <QTreeWidget>
+#include <QTreeView>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "sandbox/OverlayRows.h"
+
 namespace sandbox {
 
-/// The tree of what is shown: every platform with the overlays that are attached to it, then the overlays
-/// that stand on the earth. It only says what the user asked for.
-class OverlayPanel : public QTreeWidget {
+/// The tree of what is shown; see OverlayRows. It only says what the user asked for.
+class OverlayPanel : public QTreeView {
     Q_OBJECT
 
   public:
-    struct PlatformRow {
-        std::uint64_t id = 0;
-        QString name;
-        bool present = true;  ///< whether it is anywhere at the clock's time
-    };
-    struct OverlayRow {
-        void* handle = nullptr;
-        QString name;
-        QString path;
-        std::uint64_t platform = 0;  ///< that it is attached to, or 0
-        bool shown = true;
-        int messages = 0;  ///< what reading it had to say
-    };
-    struct ShapeRow {
-        QString name;
-        QIcon icon;
-    };
+    /// \param scenario whose platforms are shown
+    explicit OverlayPanel(const Scenario& scenario);
+    const OverlayRows& rows() const { return rows_; }
 
-    OverlayPanel();
-
-    /// Shows these rows. What was selected or folded stays so.
-    void setRows(const std::vector<PlatformRow>& platforms, const std::vector<OverlayRow>& overlays);
+    /// Shows the scenario's platforms and these overlays. What was selected or folded stays so.
+    void refresh(std::vector<OverlayRows::Overlay> overlays);
     /// Lists an overlay's shapes below it, in their order; see shapesWanted(). `more`: so many others are not
     /// listed.
-    void setShapes(void* handle, const std::vector<ShapeRow>& shapes, std::size_t more);
+    void setShapes(void* handle, std::vector<OverlayRows::Shape> shapes, std::size_t more);
     /// Unfolds an overlay and selects one of its shapes, or nothing if `handle` is null.
     void selectShape(void* handle, std::size_t shape);
-    /// The row of an overlay's file, by its name; null when there is none or more than one.
-    QTreeWidgetItem* findOverlay(const QString& name) const;
+    /// The row of an overlay's file, by its name; invalid when there is none or more than one.
+    QModelIndex findOverlay(const QString& name) const;
 
   signals:
     void overlayShownChanged(void* handle, bool shown);
@@ -56,8 +40,8 @@ class OverlayPanel : public QTreeWidget {
 
   private:
     void openMenu(const QPoint& position);
-    void addOverlay(QTreeWidgetItem& item, const OverlayRow& row);
-    QTreeWidgetItem* itemOf(void* handle) const;
+
+    OverlayRows rows_;
 };
 
 }  // namespace sandbox

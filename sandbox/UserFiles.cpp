@@ -6,8 +6,11 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <algorithm>
-#include <map>
+#include <optional>
+#include <string>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "common/Files.h"
 #include "common/Notify.h"
@@ -28,6 +31,8 @@ const char* const kRecentKey = "Host/RecentFiles";
 /// Programs write a file in several steps, or put another in its place.
 constexpr int kSettleMilliseconds = 200;
 constexpr int kMostOfOneName = 10'000;
+/// Of attaching one.
+constexpr std::size_t kUnitsOfAnOverlay = 500;
 
 /// Those that the zel command makes overlays of; ".csv" is taken by platforms.
 bool isOfOtherProgram(const QString& path) {
@@ -81,9 +86,8 @@ bool UserFiles::open(const QString& path) {
     const auto file = coming(whole);
     if (!file) return false;
     file->finish();
-    const bool opened = file->show();
-    if (opened) remember(whole);
-    return opened;
+    if (file->isShown()) remember(whole);
+    return file->isShown();
 }
 
 void UserFiles::openSoon(const QString& path, std::function<void(bool)> then) {
@@ -107,26 +111,64 @@ void UserFiles::closeAll() {
 /// The platforms of a file, while they are read.
 class UserFiles::ComingPlatforms final : public ComingFile {
   public:
-    ComingPlatforms(UserFiles& files, const QString& path, std::string text)
-        : files_(files), path_(path), text_(std::move(text)), reading_(text_, Scenario::kReferenceYear) {}
+    ComingPlatforms(UserFiles& files, const QString& path)
+        : files_(files), path_(path), file_(path.toStdString()) {
+        tellUnread();
+    }
+    bool isOpen() const { return file_.error().empty(); }
 
     bool goOn(Slice& slice) override {
+        constexpr std::size_t copied = std::size_t{1} << 20;
+        constexpr std::size_t copiedOfAUnit = 2048;
         constexpr std::size_t bytes = std::size_t{16} << 10;
         constexpr std::size_t bytesOfAUnit = 16;
-        while (!reading_.goOn(bytes))
+        while (!reading_) {
+            if (file_.goOn(copied)) {
+                text_ = file_.takeContents();
+                tellUnread();
+                reading_.emplace(text_, Scenario::kReferenceYear);
+            }
+            if (slice.isOver(copied / copiedOfAUnit)) return false;
+        }
+        while (!reading_->goOn(bytes))
             if (slice.isOver(bytes / bytesOfAUnit)) return false;
         return true;
     }
     int percent() const override {
-        return static_cast<int>(100 - 100 * reading_.left() / std::max<std::size_t>(text_.size(), 1));
+        // To show them takes about as long as to read them.
+        const auto half = [](std::size_t done, std::size_t all) {
+            return static_cast<int>(50 * done / std::max<std::size_t>(all, 1));
+        };
+        if (!reading_) return 0;
+        return half(text_.size() - reading_->left(), text_.size()) +
+               half(shown_, platforms_.platforms.size());
     }
-    bool show() override { return files_.show(path_, reading_.take()); }
+    bool show(Slice& slice) override {
+        if (!isOpen()) return true;
+        if (!showing_) {
+            platforms_ = reading_->take();
+            showing_.emplace(files_.showing(path_, platforms_, shown_));
+        }
+        return showing_->goOn(slice);
+    }
+    bool isShown() const override { return shown_ > 0; }
 
   private:
+    void tellUnread() {
+        if (isOpen()) return;
+        files_.log_.add(halNotify::Error, "host",
+                        QString("platform file %1 cannot be opened: %2")
+                            .arg(path_, QString::fromStdString(file_.error())));
+    }
+
     UserFiles& files_;
     QString path_;
+    UTILS::FileReading file_;
     std::string text_;
-    PlatformFileReading reading_;
+    std::optional<PlatformFileReading> reading_;  ///< once it is in memory
+    PlatformFile platforms_;
+    std::optional<Work> showing_;  ///< once all is read
+    std::size_t shown_ = 0;
 };
 
 /// An overlay that the zel command makes of a file of another program.
@@ -142,7 +184,7 @@ class UserFiles::ComingConverted final : public ComingFile {
             zel_.kill();
             zel_.waitForFinished(-1);
         }
-        if (!isShown_) QFile::remove(overlay_);
+        if (!isShown()) QFile::remove(overlay_);
     }
 
     bool goOn(Slice& slice) override {
@@ -169,7 +211,8 @@ class UserFiles::ComingConverted final : public ComingFile {
     }
     int percent() const override { return made_ ? made_->percent() : 0; }
     int pauseMilliseconds() const override { return isMade_ ? 0 : kLookMilliseconds; }
-    bool show() override { return isShown_ = made_ && made_->show(); }
+    bool show(Slice& slice) override { return !made_ || made_->show(slice); }
+    bool isShown() const override { return made_ && made_->isShown(); }
 
   private:
     static constexpr int kLookMilliseconds = 20;
@@ -192,19 +235,14 @@ class UserFiles::ComingConverted final : public ComingFile {
     QString overlay_;
     QProcess zel_;
     bool isMade_ = false;
-    bool isShown_ = false;
     std::unique_ptr<ComingFile> made_;
 };
 
 std::unique_ptr<ComingFile> UserFiles::coming(const QString& path) {
     if (isOfOtherProgram(path)) return comingConverted(path);
     if (!isPlatformFile(path)) return overlays_.comingFile(path.toStdString());
-    std::string text;
-    const std::string error = UTILS::readFile(path.toStdString(), text);
-    if (error.empty()) return std::make_unique<ComingPlatforms>(*this, path, std::move(text));
-    log_.add(halNotify::Error, "host",
-             QString("platform file %1 cannot be opened: %2").arg(path, QString::fromStdString(error)));
-    return nullptr;
+    auto platforms = std::make_unique<ComingPlatforms>(*this, path);
+    return platforms->isOpen() ? std::move(platforms) : nullptr;
 }
 
 std::unique_ptr<ComingFile> UserFiles::comingConverted(const QString& path) {
@@ -228,7 +266,8 @@ std::unique_ptr<ComingFile> UserFiles::comingConverted(const QString& path) {
     return std::make_unique<ComingConverted>(*this, program, path, overlay);
 }
 
-bool UserFiles::show(const QString& path, PlatformFile file) {
+Work UserFiles::showing(const QString& path, PlatformFile& file, std::size_t& shown) {
+    const std::string name = path.toStdString();
     {
         FileMessages told(log_, path);
         for (const PlatformFile::Message& message : file.messages)
@@ -236,19 +275,29 @@ bool UserFiles::show(const QString& path, PlatformFile file) {
     }
     if (file.platforms.empty()) {
         log_.add(halNotify::Error, "host", QString("platform file %1 holds no platform").arg(path));
-        return false;
+        co_return;
     }
-    std::map<std::string, std::string> overlays;
-    for (const PlatformFile::Platform& platform : file.platforms)
-        if (!platform.overlay.empty()) overlays[platform.name] = platform.overlay;
-    scenario_.load(path.toStdString(), std::move(file.platforms));
-    for (const auto& [id, platform] : scenario_.platforms())
-        if (const auto at = overlays.find(platform.header.name);
-            at != overlays.end() && platform.file == path.toStdString())
-            attach(QFileInfo(path).dir().absoluteFilePath(QString::fromStdString(at->second)), id);
     platformFiles_.insert(path);
     watch();
-    return true;
+    co_await scenario_.loading(name, file.platforms, shown);
+    std::unordered_map<std::string, std::string> overlays;
+    for (Pieces some(file.platforms.size(), 100); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i)
+            if (PlatformFile::Platform& platform = file.platforms[i]; !platform.overlay.empty())
+                overlays[std::move(platform.name)] = std::move(platform.overlay);
+    if (overlays.empty()) co_return;
+    std::vector<std::uint64_t> ids;
+    for (const auto& [id, platform] : scenario_.platforms())
+        if (platform.file == name) ids.push_back(id);
+    const QDir directory = QFileInfo(path).dir();
+    for (const std::uint64_t id : ids) {
+        // Others may have removed it meanwhile.
+        const Scenario::Platform* platform = scenario_.find(id);
+        const auto at = platform ? overlays.find(platform->header.name) : overlays.end();
+        const bool has = at != overlays.end();
+        if (has) attach(directory.absoluteFilePath(QString::fromStdString(at->second)), id);
+        co_yield has ? kUnitsOfAnOverlay : 1;
+    }
 }
 
 void UserFiles::attach(const QString& path, std::uint64_t platform) {

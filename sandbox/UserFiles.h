@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+#include "common/Work.h"
 #include "sandbox/FileQueue.h"
 
 namespace sandbox {
@@ -49,7 +50,8 @@ class UserFiles : public QObject {
     /// Null, with a message, when it cannot be read.
     std::unique_ptr<ComingFile> coming(const QString& path);
     std::unique_ptr<ComingFile> comingConverted(const QString& path);
-    bool show(const QString& path, PlatformFile platforms);
+    /// \param file its platforms are taken \param shown counts them
+    Work showing(const QString& path, PlatformFile& file, std::size_t& shown);
     void attach(const QString& path, std::uint64_t platform);
     void ask(const QString& title, const QString& key, const QStringList& filterRows);
     void remember(const QString& path);

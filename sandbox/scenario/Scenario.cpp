@@ -1,6 +1,7 @@
 #include "sandbox/scenario/Scenario.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace sandbox {
@@ -22,8 +23,6 @@ void Scenario::tick() {
 void Scenario::setTime(double seconds) {
     if (seconds == time_) return;
     time_ = seconds;
-    for (const auto& [id, platform] : platforms_)
-        if (platform.track.moves()) emit platformMoved(id);
     emit timeChanged();
 }
 
@@ -49,39 +48,61 @@ std::uint64_t Scenario::add(const PIData::PIPlatformHeader& header, const PIData
     return id;
 }
 
-void Scenario::load(const std::string& file, std::vector<PlatformFile::Platform> loaded) {
-    std::map<std::string, std::uint64_t> known;
-    for (const auto& [id, platform] : platforms_)
-        if (platform.file == file) known[platform.header.name] = id;
-    std::vector<std::uint64_t> moved;
-    std::vector<std::uint64_t> added;
+Work Scenario::loading(const std::string& file, std::vector<PlatformFile::Platform>& loaded,
+                       std::size_t& done) {
+    // What whoever hears of a platform takes for it.
+    constexpr std::size_t kUnits = 10;
+    std::unordered_map<std::string, std::uint64_t> known;
+    const bool again = !files_.insert(file).second;
+    for (auto at = platforms_.begin(); again && at != platforms_.end();) {
+        if (at->second.file == file) known[at->second.header.name] = at->first;
+        // Others may be removed meanwhile.
+        const std::uint64_t id = at->first;
+        co_yield 1;
+        at = platforms_.upper_bound(id);
+    }
+    for (Pieces some(loaded.size(), 100); some.next(); co_yield some.units())
+        for (std::size_t i = some.first; i < some.last; ++i) include(loaded[i].track);
+    emit clockChanged();
+    const auto keepInside = [this] {
+        if (time_ < begin_ || time_ > end_) setTime(begin_);
+    };
+    keepInside();
     for (PlatformFile::Platform& platform : loaded) {
-        if (const auto at = known.find(platform.name); at != known.end()) {
-            platforms_[at->second].track = std::move(platform.track);
-            moved.push_back(at->second);
-        } else {
-            added.push_back(++lastId_);
-            platforms_[lastId_] = {{lastId_, platform.name, platform.icon}, std::move(platform.track), file};
+        const auto old = known.find(platform.name);
+        if (old == known.end()) {
+            const std::uint64_t id = ++lastId_;
+            platforms_[id] = {{id, platform.name, platform.icon}, std::move(platform.track), file};
+            emit platformAdded(id);
+        } else if (const auto at = platforms_.find(old->second); at != platforms_.end()) {
+            at->second.track = std::move(platform.track);
+            emit trackChanged(at->first);
+            emit platformMoved(at->first);
         }
+        ++done;
+        co_yield kUnits;
     }
+    if (!again) co_return;
     updateSpan();
-    if (time_ < begin_ || time_ > end_) setTime(begin_);
-    for (const std::uint64_t id : moved) {
-        emit trackChanged(id);
-        emit platformMoved(id);
-    }
-    for (const std::uint64_t id : added) emit platformAdded(id);
+    keepInside();
+}
+
+void Scenario::load(const std::string& file, std::vector<PlatformFile::Platform> loaded) {
+    std::size_t done = 0;
+    loading(file, loaded, done).finish();
+}
+
+void Scenario::include(const Track& track) {
+    begin_ = spans_ ? std::min(begin_, track.beginTime()) : track.beginTime();
+    end_ = spans_ ? std::max(end_, track.endTime()) : track.endTime();
+    spans_ = true;
 }
 
 void Scenario::updateSpan() {
-    std::vector<double> begins, ends;
-    for (const auto& [id, platform] : platforms_) {
-        if (platform.file.empty()) continue;
-        begins.push_back(platform.track.beginTime());
-        ends.push_back(platform.track.endTime());
-    }
-    begin_ = begins.empty() ? 0.0 : std::ranges::min(begins);
-    end_ = ends.empty() ? 0.0 : std::ranges::max(ends);
+    spans_ = false;
+    begin_ = end_ = 0.0;
+    for (const auto& [id, platform] : platforms_)
+        if (!platform.file.empty()) include(platform.track);
     emit clockChanged();
 }
 
@@ -97,15 +118,17 @@ bool Scenario::move(std::uint64_t id, const PIData::PIDataPoint& point) {
 bool Scenario::remove(std::uint64_t id) {
     const auto at = platforms_.find(id);
     if (at == platforms_.end()) return false;
-    const bool spans = !at->second.file.empty();
+    const Platform gone = std::move(at->second);
     platforms_.erase(at);
-    if (spans) updateSpan();
+    if (!gone.file.empty() && (gone.track.beginTime() <= begin_ || gone.track.endTime() >= end_))
+        updateSpan();
     emit platformRemoved(id);
     return true;
 }
 
 void Scenario::clear(PIApplicationEvents_t why) {
     for (const auto& [id, platform] : std::exchange(platforms_, {})) emit platformRemoved(id);
+    files_.clear();
     updateSpan();
     emit cleared(why);
 }
@@ -113,6 +136,11 @@ void Scenario::clear(PIApplicationEvents_t why) {
 const Scenario::Platform* Scenario::find(std::uint64_t id) const {
     const auto at = platforms_.find(id);
     return at == platforms_.end() ? nullptr : &at->second;
+}
+
+bool Scenario::moves(std::uint64_t id) const {
+    const Platform* platform = find(id);
+    return platform && platform->track.moves();
 }
 
 std::optional<PIData::PIDataPoint> Scenario::at(std::uint64_t id, double seconds) const {

@@ -6,8 +6,11 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
+#include "common/Work.h"
 #include "pi/HostStructures.h"
 #include "pi/PIEvents.h"
 #include "sandbox/scenario/PlatformFile.h"
@@ -52,6 +55,9 @@ class Scenario : public QObject {
     /// Adds a file's platforms. Those that were loaded from the same file under the same name get the new
     /// track and stay what overlays are attached to; the clock goes to the begin when it is outside.
     void load(const std::string& file, std::vector<PlatformFile::Platform> platforms);
+    /// The same in slices: the clock is set first, then each platform is added or changed, and told of.
+    /// \param platforms their tracks are taken \param done counts them
+    Work loading(const std::string& file, std::vector<PlatformFile::Platform>& platforms, std::size_t& done);
     /// False for an unknown id, as below.
     bool move(std::uint64_t id, const PIData::PIDataPoint& point);
     bool remove(std::uint64_t id);
@@ -61,12 +67,14 @@ class Scenario : public QObject {
     /// In the order of their creation.
     const std::map<std::uint64_t, Platform>& platforms() const { return platforms_; }
     const Platform* find(std::uint64_t id) const;
+    /// Whether time moves it.
+    bool moves(std::uint64_t id) const;
     /// A platform's place at a time, if it has one then; see Track.
     std::optional<PIData::PIDataPoint> at(std::uint64_t id, double seconds) const;
 
   signals:
     void platformAdded(std::uint64_t id);
-    /// Also sent as time passes for a platform with a speed.
+    /// It was put somewhere else; not sent as time passes.
     void platformMoved(std::uint64_t id);
     /// It was given another track.
     void trackChanged(std::uint64_t id);
@@ -78,11 +86,14 @@ class Scenario : public QObject {
 
   private:
     void tick();
+    void include(const Track& track);
     void updateSpan();
 
     std::map<std::uint64_t, Platform> platforms_;
     std::uint64_t lastId_ = 0;
     double time_ = 0.0;
+    std::set<std::string> files_;  ///< that were loaded
+    bool spans_ = false;           ///< whether any platform is of a file
     double begin_ = 0.0;
     double end_ = 0.0;
     double rate_ = 1.0;

@@ -11,7 +11,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSpinBox>
-#include <QTreeWidget>
+#include <QTreeView>
 
 #include "sandbox/script/ScriptError.h"
 #include "sandbox/widgets/Caption.h"
@@ -138,7 +138,7 @@ void chooseOption(QComboBox& menu, int index) {
     key(*list, Qt::Key_Return);
 }
 
-namespace {
+namespace {}  // namespace
 
 void clickIndex(QTreeView& list, const QModelIndex& index, Qt::KeyboardModifiers modifiers) {
     list.scrollTo(index);
@@ -148,16 +148,10 @@ void clickIndex(QTreeView& list, const QModelIndex& index, Qt::KeyboardModifiers
     click(*list.viewport(), place.center(), Qt::LeftButton, modifiers);
 }
 
-}  // namespace
-
 void clickItem(QTreeView& list, int row, Qt::KeyboardModifiers modifiers) {
     const QModelIndex index = list.model()->index(row, 0);
     if (!index.isValid()) throw ScriptError{QString("the list has no item %1").arg(row)};
     clickIndex(list, index, modifiers);
-}
-
-void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers) {
-    clickIndex(list, list.indexFromItem(&item), modifiers);
 }
 
 void enterColor(QColorDialog& dialog, const QColor& color) {

@@ -10,8 +10,6 @@
 class QColorDialog;
 class QComboBox;
 class QTreeView;
-class QTreeWidget;
-class QTreeWidgetItem;
 
 namespace sandbox::gestures {
 
@@ -37,7 +35,7 @@ void chooseFromMenuBar(QMenuBar& bar, const QStringList& path);
 void chooseFromMenu(QMenu& menu, const QStringList& path);
 void chooseOption(QComboBox& menu, int index);
 void clickItem(QTreeView& list, int row, Qt::KeyboardModifiers modifiers = {});
-void clickItem(QTreeWidget& list, QTreeWidgetItem& item, Qt::KeyboardModifiers modifiers = {});
+void clickIndex(QTreeView& list, const QModelIndex& index, Qt::KeyboardModifiers modifiers = {});
 /// Enters a colour (and its opacity, where the dialog has it) and confirms.
 void enterColor(QColorDialog& dialog, const QColor& color);
 

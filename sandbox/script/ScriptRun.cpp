@@ -81,6 +81,7 @@ void ScriptRun::interrupt() {
 void ScriptRun::settle() {
     // What has been done is in the picture.
     QCoreApplication::processEvents();
+    while (host_.followsClock()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     const GlobeView& view = host_.view();
     for (const auto frames = view.frameCount(); view.gathers() && view.frameCount() == frames;)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

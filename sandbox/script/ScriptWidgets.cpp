@@ -3,9 +3,9 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QContextMenuEvent>
+#include <QItemSelectionModel>
 #include <QMenuBar>
 #include <QScreen>
-#include <QTreeWidget>
 #include <QWheelEvent>
 
 #include "sandbox/Host.h"
@@ -62,11 +62,10 @@ QColor readColor(const QString& text) {
                   static_cast<int>(rgba >> 8 & 255), static_cast<int>(rgba & 255));
 }
 
-QTreeWidgetItem& overlayItem(const OverlayPanel& panel, const QString& name) {
-    if (QTreeWidgetItem* item = panel.findOverlay(name)) return *item;
+QModelIndex overlayRow(const OverlayPanel& panel, const QString& name) {
+    if (const QModelIndex row = panel.findOverlay(name); row.isValid()) return row;
     QStringList there;
-    for (QTreeWidgetItem* item : panel.findItems("*", Qt::MatchWildcard | Qt::MatchRecursive))
-        there << item->text(0);
+    for (const QModelIndex& row : panel.rows().overlays()) there << row.data().toString();
     throw ScriptError{
         QString("the overlay panel shows no single \"%1\", but: %2").arg(name, there.join(", "))};
 }
@@ -122,10 +121,10 @@ void ScriptWidgets::overlayMenu(const QStringList& overlays, const QStringList& 
         list.clearSelection();
         Qt::KeyboardModifiers modifiers;
         for (const QString& name : overlays) {
-            QTreeWidgetItem& item = overlayItem(list, name);
-            gestures::clickItem(list, item, modifiers);
+            const QModelIndex row = overlayRow(list, name);
+            gestures::clickIndex(list, row, modifiers);
             modifiers = Qt::ControlModifier;
-            place = list.visualItemRect(&item).center();
+            place = list.visualRect(row).center();
         }
         QContextMenuEvent event(QContextMenuEvent::Mouse, place, list.viewport()->mapToGlobal(place));
         QCoreApplication::sendEvent(list.viewport(), &event);
@@ -144,18 +143,19 @@ void ScriptWidgets::tickOverlay(const QString& overlay, bool shown) {
     step([&] {
         run().settle();
         OverlayPanel& list = host().window().overlayPanel();
-        QTreeWidgetItem& item = overlayItem(list, overlay);
-        if ((item.checkState(0) == Qt::Checked) == shown) return;
-        list.setCurrentItem(&item);
+        const QModelIndex row = overlayRow(list, overlay);
+        if ((row.data(Qt::CheckStateRole) == Qt::Checked) == shown) return;
+        list.setCurrentIndex(row);
         gestures::key(list, Qt::Key_Space);
     });
 }
 
 QString ScriptWidgets::selectedShape() {
     return step([&] {
-        const QList<QTreeWidgetItem*> items = host().window().overlayPanel().selectedItems();
-        if (items.isEmpty() || !items.first()->parent()) return QString();
-        return items.first()->parent()->text(0) + ": " + items.first()->text(0);
+        const QItemSelectionModel* selected = host().window().overlayPanel().selectionModel();
+        const QModelIndex row = selected->selectedIndexes().value(0);
+        if (!row.parent().isValid()) return QString();
+        return row.parent().data().toString() + ": " + row.data().toString();
     });
 }
 

@@ -72,11 +72,15 @@ class AnimatedLine final : public HostObject {
             if (id == from_ || id == to_) draw();
         };
         moved_ = QObject::connect(&host.scenario(), &Scenario::platformMoved, &host, update);
+        passed_ = QObject::connect(&host.scenario(), &Scenario::timeChanged, &host, [this] {
+            if (host_.scenario().moves(from_) || host_.scenario().moves(to_)) draw();
+        });
         removed_ = QObject::connect(&host.scenario(), &Scenario::platformRemoved, &host, update);
         draw();
     }
     ~AnimatedLine() override {
         QObject::disconnect(moved_);
+        QObject::disconnect(passed_);
         QObject::disconnect(removed_);
         host_.view().overlays().remove(scene_);
     }
@@ -100,6 +104,7 @@ class AnimatedLine final : public HostObject {
     std::uint32_t rgba_;
     OverlayScene::Id scene_ = 0;
     QMetaObject::Connection moved_;
+    QMetaObject::Connection passed_;
     QMetaObject::Connection removed_;
 };
 
