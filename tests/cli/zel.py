@@ -132,6 +132,13 @@ class Zel(unittest.TestCase):
         self.assertEqual(described["kinds"], {"annotation": 1, "circle": 1, "latlonaltbox": 1, "points": 1})
         self.assertEqual([s["name"] for s in described["list"]], ["Größe", "circle", "latlonaltbox", "Its_Name"])
         self.assertEqual(described["list"][3]["bounds"], None)
+        # Read in pieces, each shape is listed once and in its place.
+        names = [f"n{i}" for i in range(30000)]
+        self.file("many.zel", "".join(f"start\ncircle\n3d name {name}\ncenterll 1.5 2\nradius 3\nend\n" for name in names))
+        self.assertEqual([line.split()[1] for line in self.zel("info", "many.zel")[0].splitlines()[5:]], names)
+        (described,) = json.loads(self.zel("info", "--json", "many.zel")[0])
+        self.assertEqual([s["name"] for s in described["list"]], names)
+        self.assertEqual([described["bounds"]] * len(names), [s["bounds"] for s in described["list"]])
         self.file("bad.zel", BAD)
         self.assertIn("3 messages", self.zel("info", "bad.zel", code=1)[0])
         self.file("latin1.zel", b"start\ncircle\n3d name \xe9t\xe9\nend\n")

@@ -66,6 +66,7 @@ PRINT = ["halvis-sandbox", "--render", "{}", "-o", "out.svg"]
 CHECK = ["zel", "check", "{}"]
 FORMAT = ["zel", "format", "{}"]
 EDIT = ["zel", "edit", "{}"]
+INFO = ["zel", "info", "--json", "{}"]
 circle = block("circle", "centerlla 10 20 0", "radius 500")
 
 
@@ -79,7 +80,7 @@ def tracks(platforms, rows):
 
 # name: (what is in the file, the commands that read it)
 KINDS = {
-    "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT, EDIT]),
+    "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT, EDIT, INFO]),
     "one-line-of-points": (lambda: block("line", repeated("lla 10.123456 20.123456 0\n", 100 * MB)), [CHECK, FORMAT]),
     "no-line-end": (lambda: "a" * 100 * MB, [CHECK, RENDER]),
     "nulls": (lambda: "\0" * 50 * MB, [CHECK, RENDER]),
