@@ -68,12 +68,14 @@ LineRaster::LineRaster(const Camera& camera, double pixelRatio, std::vector<std:
       nearPlane_(camera.nearPlane()),
       eye_(toUnitSphere(camera.eye())),
       eyeExcess_(dot(eye_, eye_) - 1.0),
-      pixels_(std::move(memory)) {
+      pixels_(std::move(memory)),
+      tiles_(size_) {
     pixels_.resize(static_cast<std::size_t>(size_.width()) * static_cast<std::size_t>(size_.height()));
 }
 
 void LineRaster::clear(const QRect& part) {
     const QRect used = touched() & part;
+    tiles_.forget(used);
     for (int y = used.top(); y <= used.bottom(); ++y) {
         const auto row = pixels_.begin() + static_cast<std::ptrdiff_t>(y) * size_.width();
         std::fill(row + used.left(), row + used.right() + 1, 0U);
@@ -342,10 +344,30 @@ void LineRaster::fill(const Segment& segment) {
     const double least = clip_.left();
     const double most = clip_.right() + 1;
     const std::uint32_t full = packed(segment.color, segment.color.a);
-    const bool opaque = segment.color.a == 255;
     int usedLeft = size_.width();
     int usedRight = -1;
+    if (full != laid_) {
+        laid_ = full;
+        for (std::uint32_t before = ~(full_ = full); before != full_;) {
+            before = full_;
+            lay(full_, full);
+        }
+    }
+    // Of what is drawn roughly no tile hears.
+    int toldUpTo = quality_ == Quality::Smooth ? bottom - 1 : top;
     for (int y = bottom; y <= top; ++y) {
+        if (y > toldUpTo) {
+            toldUpTo = std::min(top, y - y % FullTiles::kSide + FullTiles::kSide - 1);
+            const double begin = a.x + (y + 0.5 - a.y) * slope;
+            const double end = a.x + (toldUpTo + 0.5 - a.y) * slope;
+            const auto [low, high] = std::minmax(begin, end);
+            const auto [left, right] =
+                pixelRange(std::max(leftmost, low - aside), std::min(rightmost, high + aside), least, most);
+            if (right < left || tiles_.enter(left, right, y, full_, pixels_)) {
+                y = toldUpTo;
+                continue;
+            }
+        }
         const double dy = y + 0.5 - a.y;
         const double middle = a.x + dy * slope;
         double from = std::max(leftmost, middle - aside);
@@ -359,8 +381,8 @@ void LineRaster::fill(const Segment& segment) {
         filled_ += static_cast<std::size_t>(right - left + 1);
         std::uint32_t* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * size_.width();
         for (int x = left; x <= right; ++x) {
-            // Where lines of one colour lie close together, most pixels have it already.
-            if (opaque && row[x] == full) continue;
+            // Where lines of one colour lie close together, most pixels are full of it already.
+            if (row[x] == full_) continue;
             const double dx = x + 0.5 - a.x;
             const double shade = opacity(segment, dx * along.x + dy * along.y, dy * along.x - dx * along.y);
             if (!(shade > 0.0)) continue;

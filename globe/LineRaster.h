@@ -9,6 +9,7 @@
 
 #include "globe/Camera.h"
 #include "globe/DrawList.h"
+#include "globe/FullTiles.h"
 
 namespace sandbox {
 
@@ -94,6 +95,9 @@ class LineRaster {
     halCore::Ecef eye_;  ///< where the earth is the unit sphere
     double eyeExcess_;
     std::vector<std::uint32_t> pixels_;
+    FullTiles tiles_;         ///< of what drawSegment() draws
+    std::uint32_t laid_ = 0;  ///< the colour that was drawn with
+    std::uint32_t full_ = 0;  ///< what a pixel comes to that it is laid over again and again
     static constexpr int kNowhere = 1 << 28;
     int touchedLeft_ = kNowhere;
     int touchedBottom_ = kNowhere;

@@ -18,8 +18,8 @@ constexpr std::size_t kChunkSize = 4000;
 
 }  // namespace
 
-ChunkedOverlay::ChunkedOverlay(const OverlayScene::Entry& shown, FillBudget& fills)
-    : entry(&shown), revision(shown.revision), order(drawingOrder(shown.shapes)), fills_(fills) {
+ChunkedOverlay::ChunkedOverlay(const OverlayScene::Entry& shown, DetailBudget& budget)
+    : entry(&shown), revision(shown.revision), order(drawingOrder(shown.shapes)), budget_(budget) {
     std::size_t total = 0;
     for (const auto& shape : entry->shapes) total += shape ? roughSize(*shape) : 0;
     const std::size_t enough = std::min(kChunkSize, total / kChunks);
@@ -36,15 +36,24 @@ ChunkedOverlay::ChunkedOverlay(const OverlayScene::Entry& shown, FillBudget& fil
     chunks.shrink_to_fit();
 }
 
-double ChunkedOverlay::fillShare(std::uint32_t place) const {
-    const auto known = fillShares_.find(place);
-    return known != fillShares_.end() ? known->second : fills_.share();
+double ChunkedOverlay::rowsOf(std::uint32_t place) const {
+    const auto known = rows_.find(place);
+    return known != rows_.end() ? known->second : shares().rows;
 }
 
-void ChunkedOverlay::spend(std::uint32_t place, double share, std::span<const DrawList::Mesh> meshes) {
-    if (std::ranges::none_of(meshes, &DrawList::Mesh::tangled)) return;
-    if (fillShares_.emplace(place, share).second) spent_ += fills_.spend(meshes);
+void ChunkedOverlay::spendRows(std::uint32_t place, double share, std::size_t triangles) {
+    if (triangles > 0 && rows_.emplace(place, share).second) spend({.triangles = triangles});
 }
+
+void ChunkedOverlay::spend(const DetailCount& more) {
+    budget_.spend(more);
+    spent_ += more;
+}
+
+OverlayChunk::Unfinished::Unfinished(const OverlayChunk& chunk, std::size_t number, PictureTextures& textures)
+    : level(number),
+      pieces(chunk.pieces == kUnknown ? static_cast<float>(chunk.overlay->shares().pieces) : chunk.pieces),
+      work(chunk.workOut(*this, textures)) {}
 
 bool OverlayChunk::isQuick() const {
     constexpr std::size_t kFew = 4;
@@ -92,10 +101,15 @@ Work OverlayChunk::workOut(Unfinished& into, PictureTextures& textures) const {
     constexpr std::size_t kPointsInAUnit = 500;
     for (std::uint32_t i = first; i < first + count; ++i) {
         const OverlayScene::Entry& entry = *overlay->entry;
-        const double share = overlay->fillShare(i);
-        const std::size_t before = list.meshes.size();
-        co_await workOutGeometry(*entry.shapes[overlay->order[i]], entry.reference, tolerance, share, list);
-        overlay->spend(i, share, std::span(list.meshes).subspan(before));
+        const halCore::ZEL::ZelShape& shape = *entry.shapes[overlay->order[i]];
+        const DetailShares shares{overlay->rowsOf(i), into.pieces};
+        const std::size_t meshes = list.meshes.size();
+        const std::size_t lines = list.lines.size();
+        co_await workOutGeometry(shape, entry.reference, tolerance, shares, list);
+        const DetailCount count =
+            detailOf(shape, std::span(list.meshes).subspan(meshes), std::span(list.lines).subspan(lines));
+        overlay->spendRows(i, shares.rows, count.triangles);
+        into.linePieces += count.pieces;
     }
     for (DrawList::Picture& picture : list.pictures) {
         picture.file = findPicture(picture.file.path, overlay->entry->directory);
@@ -127,6 +141,9 @@ void OverlayChunk::keep(Unfinished& finished) {
         if (known && (known->level + 1 < level || known->level > level + 1)) known.reset();
     levels[level % levels.size()] = std::move(finished.made);
     labels = std::move(finished.list.labels);
+    if (pieces != kUnknown) return;
+    pieces = finished.pieces;
+    overlay->spend({.pieces = finished.linePieces});
 }
 
 }  // namespace sandbox

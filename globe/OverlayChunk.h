@@ -11,9 +11,9 @@
 #include "common/Work.h"
 #include "globe/BoundingBox.h"
 #include "globe/ChunkGeometry.h"
+#include "globe/DetailBudget.h"
 #include "globe/DetailChoice.h"
 #include "globe/DrawList.h"
-#include "globe/FillBudget.h"
 #include "globe/OverlayScene.h"
 
 namespace sandbox {
@@ -30,6 +30,8 @@ struct OverlayChunk {
     static constexpr std::size_t kNowhere = kRoughly + 1;
     std::size_t boundsLevel = kNowhere;  ///< the level that the bounds are from
     BoundingBox bounds{};
+    float pieces = kUnknown;  ///< its share of them: what it was at first it is in each detail
+    static constexpr float kUnknown = -1.0F;
     /// That in use and, once it has been built, the next finer and coarser one.
     std::array<std::unique_ptr<ChunkGeometry>, 3> levels{};
     std::vector<DrawList::Label> labels{};
@@ -58,10 +60,11 @@ struct OverlayChunk {
         std::size_t level;
         DrawList list{};
         BoundingBox box{};
+        float pieces;  ///< its share
+        std::size_t linePieces = 0;
         std::unique_ptr<ChunkGeometry> made{};
         Work work;
-        Unfinished(const OverlayChunk& chunk, std::size_t number, PictureTextures& textures)
-            : level(number), work(chunk.workOut(*this, textures)) {}
+        Unfinished(const OverlayChunk& chunk, std::size_t number, PictureTextures& textures);
     };
     std::unique_ptr<Unfinished> unfinished{};
 
@@ -71,27 +74,31 @@ struct OverlayChunk {
 };
 
 /// An entry of the scene, cut into chunks of a few thousand points. It stays where it is: chunks refer to it.
-/// `fills` is to outlive it.
+/// `budget` is to outlive it.
 struct ChunkedOverlay {
     const OverlayScene::Entry* entry;
     std::uint64_t revision;          ///< of the entry, when it was cut
     std::vector<std::size_t> order;  ///< in which the entry's shapes are drawn
     std::vector<OverlayChunk> chunks;
-    ChunkedOverlay(const OverlayScene::Entry& shown, FillBudget& fills);
-    ~ChunkedOverlay() { fills_.giveBack(spent_); }
+    ChunkedOverlay(const OverlayScene::Entry& shown, DetailBudget& budget);
+    ~ChunkedOverlay() { budget_.giveBack(spent_); }
     ChunkedOverlay(const ChunkedOverlay&) = delete;
     ChunkedOverlay& operator=(const ChunkedOverlay&) = delete;
 
-    /// How finely a tangled area is filled, by its place in the order.
-    double fillShare(std::uint32_t place) const;
-    /// Counts what was filled for a shape with that share.
-    void spend(std::uint32_t place, double share, std::span<const DrawList::Mesh> meshes);
+    /// What the next shape is to have.
+    DetailShares shares() const { return budget_.shares(); }
+    /// The same of rows for the shape at a place in the order, which keeps what it had.
+    double rowsOf(std::uint32_t place) const;
+    /// Counts what was filled for it with that share.
+    void spendRows(std::uint32_t place, double share, std::size_t triangles);
+    /// Counts more of the budget.
+    void spend(const DetailCount& more);
 
   private:
-    FillBudget& fills_;
-    std::size_t spent_ = 0;
+    DetailBudget& budget_;
+    DetailCount spent_;
     /// Of tangled areas, by their place in the order: what was theirs at first is theirs in each detail.
-    std::map<std::uint32_t, double> fillShares_;
+    std::map<std::uint32_t, double> rows_;
 };
 
 }  // namespace sandbox

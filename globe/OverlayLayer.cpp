@@ -95,7 +95,7 @@ void OverlayLayer::look(const OverlayScene& scene, OverlayScene::Id id) {
         remove(id);
     }
     if (!entry || !entry->shown) return;
-    ChunkedOverlay& item = items_.try_emplace(id, *entry, fills_).first->second;
+    ChunkedOverlay& item = items_.try_emplace(id, *entry, budget_).first->second;
     // Nearly always it is the newest one.
     spotsStale_ = spotsStale_ || (!spots_.empty() && spots_.back().id >= id);
     if (spotsStale_) return;

@@ -14,8 +14,8 @@
 #include "common/Slice.h"
 #include "common/Work.h"
 #include "globe/Camera.h"
+#include "globe/DetailBudget.h"
 #include "globe/DrawList.h"
-#include "globe/FillBudget.h"
 #include "globe/OverlayScene.h"
 
 namespace sandbox {
@@ -105,7 +105,7 @@ class OverlayLayer {
     std::unique_ptr<PictureTextures> textures_;
     const OverlayScene* scene_ = nullptr;  ///< compared, never followed
     std::uint64_t changes_ = 0;            ///< of the scene, that have been looked at
-    FillBudget fills_;
+    DetailBudget budget_;
     std::map<OverlayScene::Id, ChunkedOverlay> items_;
     /// All chunks in drawing order; of items that are gone they are null until many are.
     std::vector<Spot> spots_;

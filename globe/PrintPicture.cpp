@@ -18,7 +18,7 @@
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
 #include "globe/DepthMap.h"
-#include "globe/FillBudget.h"
+#include "globe/DetailBudget.h"
 #include "globe/Graticule.h"
 #include "globe/OverlayScene.h"
 #include "globe/ScaleBar.h"
@@ -97,15 +97,17 @@ class Printer {
 
     void draw(const OverlayScene& scene) {
         const double tolerance = 0.15 * camera_.metersPerPixel();
-        FillBudget fills;
+        DetailBudget budget;
         for (const auto& [id, entry] : scene.entries()) {
             if (!entry.shown) continue;
             DrawList list;
             for (const auto& shape : entry.shapes) {
                 if (!shape) continue;
-                const std::size_t before = list.meshes.size();
-                appendGeometry(*shape, entry.reference, tolerance, list, fills.share());
-                fills.spend(std::span(list.meshes).subspan(before));
+                const std::size_t meshes = list.meshes.size();
+                const std::size_t lines = list.lines.size();
+                appendGeometry(*shape, entry.reference, tolerance, list, budget.shares());
+                budget.spend(detailOf(*shape, std::span(list.meshes).subspan(meshes),
+                                      std::span(list.lines).subspan(lines)));
             }
             draw(list);
             for (DrawList::Label& label : list.labels)

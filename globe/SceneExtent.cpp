@@ -37,7 +37,9 @@ Work gatherPoints(const std::vector<OverlayScene::Entry>& entries, double tolera
     std::size_t many = 200000;
     // Only the outlines of tangled areas matter here.
     constexpr double kFewestRows = 1e-9;
-    double share = kFewestRows;
+    double rows = kFewestRows;
+    // Nor between which points a line is straight.
+    DetailBudget budget;
     BoundingBox box;
     std::size_t boxed = 0;
     DrawList list;
@@ -52,11 +54,13 @@ Work gatherPoints(const std::vector<OverlayScene::Entry>& entries, double tolera
                 tolerance = std::max(tolerance, kShare * box.diagonal());
                 many = 2 * points.size();
                 // What lies within an outline that is not half the earth is within any ball about it.
-                share = box.diagonal() < wgs84::a ? 0.0 : kFewestRows;
+                rows = box.diagonal() < wgs84::a ? 0.0 : kFewestRows;
             }
             const std::size_t before = points.size();
             list = {};
-            co_await workOutGeometry(*shape, entry.reference, tolerance, share, list);
+            co_await workOutGeometry(*shape, entry.reference, tolerance, {rows, budget.shares().pieces},
+                                     list);
+            budget.spend({.pieces = detailOf(*shape, {}, list.lines).pieces});
             for (const DrawList::Line& line : list.lines) take(line.points);
             for (const DrawList::Mesh& mesh : list.meshes)
                 if (!mesh.tangled || list.lines.empty()) take(mesh.vertices);

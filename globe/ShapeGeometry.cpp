@@ -59,7 +59,7 @@ void reserveLines(std::size_t count, DrawList& out) {
 }
 
 Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayReference>& reference,
-                double tolerance, double fillShare, DrawList& out) {
+                double tolerance, DetailShares shares, DrawList& out) {
     constexpr std::size_t kPlacedInAUnit = 12;
     // Enough that lines of very many points lose what they can, few enough for simplify().
     constexpr std::size_t kRun = 1000;
@@ -95,7 +95,7 @@ Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayRe
     shape.getTessellation(tessellation);
     const PathKind kind =
         tessellation == ZEL::TessellationStyle::RhumbLine ? PathKind::Rhumb : PathKind::Geodesic;
-    const double step = stepFor(meters, placement.tolerance());
+    const double step = stepFor(meters, placement.tolerance()) / shares.pieces;
     const std::size_t stride = inPairs ? 2 : points.points.size();
     reserveLines(points.points.size() / stride, out);
     // What costs least is a point that is there already.
@@ -108,7 +108,7 @@ Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayRe
     constexpr double kMostPieces = 1e7;
     const std::size_t room =
         stride + (!inPairs && pieces < kMostPieces ? static_cast<std::size_t>(pieces) : 0);
-    const bool filled = style.filled && closed && (fillShare > 0.0 || !style.outlined);
+    const bool filled = style.filled && closed && (shares.rows > 0.0 || !style.outlined);
     std::size_t done = 0;
     for (std::size_t first = 0; first + 1 < points.points.size(); first += stride) {
         const std::size_t end = std::min(first + stride, points.points.size());
@@ -136,7 +136,7 @@ Work pointsWork(const ZEL::PointBasedShape& shape, const std::optional<OverlayRe
             addLine(std::move(path.places), closed, style, out);
         } else {
             const RingFill fill =
-                filled ? filledAbout(std::nullopt, placement, style, fillShare) : RingFill();
+                filled ? filledAbout(std::nullopt, placement, style, shares.rows) : RingFill();
             co_await addRing(std::move(path), closed, fill, placement, style, out);
         }
         overBodies.mark(out);
@@ -236,12 +236,12 @@ Work boundedWork(const ZEL::ZelShape& shape, const std::optional<OverlayReferenc
 }  // namespace
 
 Work workOutGeometry(const ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                     double tolerance, double fillShare, DrawList& out) {
+                     double tolerance, const DetailShares& shares, DrawList& out) {
     bool drawn = true;
     shape.getDrawn(drawn);
     if (!drawn) return nothing();
     if (const auto* points = ZEL::shapeAs<ZEL::PointBasedShape>(shape))
-        return pointsWork(*points, reference, tolerance, fillShare, out);
+        return pointsWork(*points, reference, tolerance, shares, out);
     if (const auto* dots = ZEL::shapeAs<ZEL::Points>(shape))
         return dotsWork(*dots, reference, tolerance, out);
     return boundedWork(shape, reference, tolerance, out);

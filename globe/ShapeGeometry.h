@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "common/Work.h"
+#include "globe/DetailBudget.h"
 #include "globe/DrawList.h"
 #include "globe/OverlayScene.h"
 
@@ -23,17 +24,14 @@ namespace sandbox {
 /// ground; they do not lean an orbit or a box. Shapes that are not drawn ("off") or lack what they need add
 /// nothing.
 ///
-/// `fillShare`: of the rows in which an area is filled whose line crosses itself hundreds of times. 0: what
-/// is made of points and has an outline is that outline only.
-///
 /// The work can be laid aside wherever its cost grows with the shape's points. The shape is to stay as it is
 /// until it is done.
 Work workOutGeometry(const halCore::ZEL::ZelShape& shape, const std::optional<OverlayReference>& reference,
-                     double tolerance, double fillShare, DrawList& out);
+                     double tolerance, const DetailShares& shares, DrawList& out);
 inline void appendGeometry(const halCore::ZEL::ZelShape& shape,
                            const std::optional<OverlayReference>& reference, double tolerance, DrawList& out,
-                           double fillShare = 1.0) {
-    workOutGeometry(shape, reference, tolerance, fillShare, out).finish();
+                           const DetailShares& shares = {}) {
+    workOutGeometry(shape, reference, tolerance, shares, out).finish();
 }
 
 /// A ball that holds all that appendGeometry() would ever add for a shape.

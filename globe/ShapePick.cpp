@@ -149,7 +149,7 @@ Work pickAmong(std::vector<OverlayScene::Entry> entries, Camera camera, Pixel p,
             if (looks >= kLooksInAUnit) co_yield std::exchange(looks, 0) / kLooksInAUnit;
             if (place && !cone.mayMeet(*place)) continue;
             DrawList list;
-            co_await workOutGeometry(shape, entry->reference, tolerance, 1.0, list);
+            co_await workOutGeometry(shape, entry->reference, tolerance, {}, list);
             Hit found = Hit::None;
             co_await hit(list, camera, p, found);
             const PickedShape here{entry->id, i};

@@ -14,7 +14,7 @@
 
 #include "geo/Ecef.h"
 #include "geo/Sodano.h"
-#include "globe/FillBudget.h"
+#include "globe/DetailBudget.h"
 #include "globe/ShapeGeometry.h"
 #include "globe/ShapeText.h"
 
@@ -287,17 +287,21 @@ TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
         const DrawList list = drawn(text);
         EXPECT_LT(list.meshes.at(0).triangles.size(), 200000U) << points;
         // Very many together cost little more than many.
-        FillBudget budget;
+        DetailBudget budget;
         std::size_t made[2] = {};
+        const OverlayScene::Shapes shapes = shapesOf(text);
+        const halCore::ZEL::ZelShape& shape = *shapes.front();
         for (int i = 0; i < 80; ++i) {
             DrawList more;
-            appendGeometry(*shapesOf(text).front(), std::nullopt, 1250.0, more, budget.share());
+            appendGeometry(shape, std::nullopt, 1250.0, more, budget.shares());
             EXPECT_GT(areaOf(more.meshes.at(0)), 1e8) << i;
-            made[i / 40] += budget.spend(more.meshes);
+            const DetailCount count = detailOf(shape, more.meshes, more.lines);
+            budget.spend(count);
+            made[i / 40] += count.triangles;
         }
         EXPECT_LT(10 * made[1], 9 * made[0]) << points;
-        budget.giveBack(made[0] + made[1]);
-        EXPECT_EQ(budget.share(), 1.0);
+        budget.giveBack({.triangles = made[0] + made[1]});
+        EXPECT_EQ(budget.shares().rows, 1.0);
         int inside = 0;
         constexpr int kSide = 100;
         for (int place = 0; place < kSide * kSide; ++place) {
@@ -315,6 +319,30 @@ TEST(ShapeGeometry, TangledAreasAreFilledInRows) {
         const double expected = 0.16 * degree * degree * inside / (kSide * kSide);
         EXPECT_NEAR(areaOf(list.meshes.at(0)) / expected, 1.0, 0.05) << points;
     }
+}
+
+/// Lines that leap about the earth, beyond what is spent on each: with less and less between their points.
+TEST(ShapeGeometry, VeryManyLinesSharePieces) {
+    const OverlayScene::Shapes shapes = shapesOf("line; ll 0 0; ll 10 90; ll -20 -150; ll 60 10; ll 0 0");
+    constexpr double kTolerance = 50.0;
+    const std::size_t alone = drawn(shapes, kTolerance).lines.at(0).points.size();
+    DetailBudget budget(10.0 * static_cast<double>(alone));
+    std::size_t spent = 0;
+    for (int i = 0; i < 1000; ++i) {
+        DrawList list;
+        appendGeometry(*shapes.front(), std::nullopt, kTolerance, list, budget.shares());
+        const std::vector<Ecef>& points = list.lines.at(0).points;
+        ASSERT_TRUE(i >= 10 || points.size() == alone) << i;
+        for (const Ecef& corner : {points.front(), points.back()})
+            ASSERT_LT(length(corner - halCore::toEcef({0.0, 0.0, 0.0})), 1e-3);
+        const DetailCount count = detailOf(*shapes.front(), list.meshes, list.lines);
+        ASSERT_EQ(count.pieces, points.size() - 5);
+        budget.spend(count);
+        spent += count.pieces;
+    }
+    EXPECT_LT(spent, 50 * alone);
+    budget.giveBack({.pieces = spent});
+    EXPECT_EQ(budget.shares().pieces, 1.0);
 }
 
 /// Shapes of very many points, which would take long in one piece: tangled and plain areas, on the ground and
@@ -361,7 +389,7 @@ TEST(ShapeGeometry, SlicesMakeTheSame) {
             const std::optional<OverlayReference> none;
             const DrawList whole = drawn({shape}, tolerance);
             DrawList list;
-            Work work = workOutGeometry(*shape, none, tolerance, 1.0, list);
+            Work work = workOutGeometry(*shape, none, tolerance, {}, list);
             for (bool done = false; !done;) {
                 Slice slice(random() % 400, std::chrono::milliseconds(0));
                 done = work.goOn(slice);
@@ -383,7 +411,7 @@ TEST(ShapeGeometry, LargeShapesAreDoneInManySlices) {
     for (std::size_t i = 0; i < shapes.size(); ++i) {
         DrawList list;
         const std::optional<OverlayReference> none;
-        Work work = workOutGeometry(*shapes[i], none, 0.0, 1.0, list);
+        Work work = workOutGeometry(*shapes[i], none, 0.0, {}, list);
         int slices = 0;
         for (bool done = false; !done; ++slices) {
             Slice over(0, std::chrono::milliseconds(0));
