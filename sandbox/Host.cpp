@@ -24,6 +24,7 @@
 #include "sandbox/OverlayPanel.h"
 #include "sandbox/OverlayTextWindow.h"
 #include "sandbox/PictureDialog.h"
+#include "sandbox/PlatformDialog.h"
 #include "sandbox/Session.h"
 #include "sandbox/ShapeIcon.h"
 #include "sandbox/UserFiles.h"
@@ -473,17 +474,27 @@ void Host::openOverlayMenu(const std::vector<void*>& overlays, const QPoint& glo
 void Host::addAttachMenu(QMenu& menu, const std::vector<void*>& overlays) {
     auto* attach = new QMenu("Attach To", &menu);
     keepMnemonics(*attach);
+    const auto attachTo = [this, overlays](std::uint64_t platform) {
+        for (void* handle : overlays)
+            if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.attach(*overlay, platform);
+    };
     const auto offer = [&](const QString& name, std::uint64_t platform) {
-        attach->addAction(Caption::escaped(name), this, [this, overlays, platform] {
-            for (void* handle : overlays)
-                if (auto* overlay = handles_.find<LoadedOverlay>(handle))
-                    overlays_.attach(*overlay, platform);
-        });
+        attach->addAction(Caption::escaped(name), this, [attachTo, platform] { attachTo(platform); });
     };
     offer("Nothing", 0);
     attach->addSeparator();
-    for (const auto& [id, platform] : scenario_.platforms())
-        offer(QString::fromStdString(platform.header.name), id);
+    // Of more than a screen holds one is asked for.
+    constexpr std::size_t kMostOffered = 50;
+    if (scenario_.platforms().size() > kMostOffered)
+        attach->addAction("Platform...", this, [this, attachTo] {
+            PlatformDialog dialog(scenario_, "Attach To", &window_);
+            // It may be gone by then.
+            if (dialog.exec() == QDialog::Accepted && scenario_.find(dialog.platform()))
+                attachTo(dialog.platform());
+        });
+    else
+        for (const auto& [id, platform] : scenario_.platforms())
+            offer(QString::fromStdString(platform.header.name), id);
     const QList<QAction*> items = menu.actions();
     menu.insertMenu(items.isEmpty() ? nullptr : items.last(), attach);
 }

@@ -78,9 +78,8 @@ OverlayFiles::OverlayFiles(OverlayScene& scene, const Scenario& scenario, Handle
     connect(&scenario, &Scenario::platformMoved, this, &OverlayFiles::platformChanged);
     connect(&scenario, &Scenario::platformRemoved, this, &OverlayFiles::platformRemoved);
     connect(&scenario, &Scenario::timeChanged, this, [this] {
-        for (const LoadedOverlay* overlay : handles_.all<LoadedOverlay>())
-            if (scenario_.moves(overlay->platform))
-                scene_.setReference(overlay->sceneId, referenceOf(scenario_, overlay->platform));
+        for (const auto& [platform, overlays] : carried_)
+            if (scenario_.moves(platform)) platformChanged(platform);
     });
 }
 
@@ -113,7 +112,27 @@ LoadedOverlay* OverlayFiles::add(std::unique_ptr<LoadedOverlay> overlay, Overlay
     if (shapes.empty()) return nullptr;
     overlay->sceneId = scene_.add(std::move(shapes), referenceOf(scenario_, overlay->platform),
                                   overlay->shown, directoryOf(*overlay));
-    return handles_.add(std::move(overlay), owner);
+    LoadedOverlay* added = handles_.add(std::move(overlay), owner);
+    if (added->platform != 0) noteCarried(*added);
+    return added;
+}
+
+void OverlayFiles::noteCarried(const LoadedOverlay& overlay) {
+    Carried& carried = carried_[overlay.platform];
+    if (carried.handles.size() == carried.most) {
+        std::erase_if(carried.handles,
+                      [this](void* handle) { return !handles_.find<LoadedOverlay>(handle); });
+        carried.most = std::max(carried.most, 2 * carried.handles.size());
+    }
+    carried.handles.push_back(overlay.handle());
+}
+
+std::vector<LoadedOverlay*> OverlayFiles::carriedBy(std::uint64_t platform) const {
+    std::vector<LoadedOverlay*> overlays;
+    if (const auto at = carried_.find(platform); at != carried_.end())
+        for (void* handle : at->second.handles)
+            if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays.push_back(overlay);
+    return overlays;
 }
 
 std::unique_ptr<LoadedOverlay> OverlayFiles::unread(const std::string& path, std::uint64_t platform,
@@ -392,18 +411,18 @@ OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> pla
 }
 
 void OverlayFiles::platformChanged(std::uint64_t id) {
-    for (const LoadedOverlay* overlay : handles_.all<LoadedOverlay>())
-        if (overlay->platform == id) scene_.setReference(overlay->sceneId, referenceOf(scenario_, id));
+    for (const LoadedOverlay* overlay : carriedBy(id))
+        scene_.setReference(overlay->sceneId, referenceOf(scenario_, id));
 }
 
 void OverlayFiles::platformRemoved(std::uint64_t id) {
     bool changed = false;
-    for (LoadedOverlay* overlay : handles_.all<LoadedOverlay>()) {
-        if (overlay->platform != id) continue;
+    for (LoadedOverlay* overlay : carriedBy(id)) {
         overlay->platform = 0;
         scene_.setReference(overlay->sceneId, std::nullopt);
         changed = changed || !overlay->isStream();
     }
+    carried_.erase(id);
     if (changed) emit filesChanged();
 }
 

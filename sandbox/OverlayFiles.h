@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "format/ParseReport.h"
@@ -99,6 +100,12 @@ class OverlayFiles : public QObject {
         Plugin* owner;
     };
 
+    /// The overlays on a platform, some of which may be gone: there may be as many as platforms.
+    struct Carried {
+        std::vector<void*> handles;
+        std::size_t most = 16;  ///< then those that are gone are left out
+    };
+
     class Coming;
     /// One of a file that nobody has read yet.
     std::unique_ptr<LoadedOverlay> unread(const std::string& path, std::uint64_t platform, bool shown);
@@ -114,6 +121,8 @@ class OverlayFiles : public QObject {
     /// What was read takes the place of what an overlay was; that stands when nothing was read.
     bool renew(LoadedOverlay& overlay, LoadedOverlay& read, halCore::ZEL::ParseReport report,
                OverlayScene::Shapes shapes, std::vector<OverlayNote> notes);
+    void noteCarried(const LoadedOverlay& overlay);
+    std::vector<LoadedOverlay*> carriedBy(std::uint64_t platform) const;
     void platformChanged(std::uint64_t id);
     void platformRemoved(std::uint64_t id);
     template <typename Event>
@@ -124,6 +133,7 @@ class OverlayFiles : public QObject {
     HandleRegistry& handles_;
     Log& log_;
     std::vector<Observer> observers_;
+    std::unordered_map<std::uint64_t, Carried> carried_;  ///< by their platforms
 };
 
 }  // namespace sandbox

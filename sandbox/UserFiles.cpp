@@ -68,7 +68,10 @@ UserFiles::UserFiles(OverlayFiles& overlays, Scenario& scenario, MainWindow& win
             for (const QString& path : paths)
                 if (isPlatformFile(path) == platforms) openSoon(path);
     });
-    connect(&overlays_, &OverlayFiles::filesChanged, this, &UserFiles::watch);
+    // Very many may come one by one.
+    watchSoon_.setSingleShot(true);
+    connect(&watchSoon_, &QTimer::timeout, this, &UserFiles::watch);
+    connect(&overlays_, &OverlayFiles::filesChanged, &watchSoon_, qOverload<>(&QTimer::start));
     connect(&queue_, &FileQueue::reading, &window_, &MainWindow::showReading);
     connect(&window_, &MainWindow::readingCanceled, &queue_, &FileQueue::cancel);
     connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& path) {

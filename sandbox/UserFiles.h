@@ -68,6 +68,7 @@ class UserFiles : public QObject {
     QSet<QString> platformFiles_;
     QFileSystemWatcher watcher_;
     QSet<QString> changed_;
+    QTimer watchSoon_;
     QTimer readSoon_;
     FileQueue queue_;
 };
