@@ -411,7 +411,7 @@ QStringList Host::dropLeftovers(Plugin& plugin) {
     for (const auto& [id, platform] : scenario_.platforms())
         if (platform.owner == &plugin) platforms.push_back(id);
     for (const std::uint64_t id : platforms) {
-        names << QString("platform \"%1\"").arg(QString::fromStdString(scenario_.find(id)->header.name));
+        names << QString("platform \"%1\"").arg(QString::fromStdString(scenario_.find(id)->name));
         scenario_.remove(id);
     }
 
@@ -494,7 +494,7 @@ void Host::addAttachMenu(QMenu& menu, const std::vector<void*>& overlays) {
         });
     else
         for (const auto& [id, platform] : scenario_.platforms())
-            offer(QString::fromStdString(platform.header.name), id);
+            offer(QString::fromStdString(platform.name), id);
     const QList<QAction*> items = menu.actions();
     menu.insertMenu(items.isEmpty() ? nullptr : items.last(), attach);
 }

@@ -383,22 +383,24 @@ void OverlayFiles::tell(const char* what, Event event) {
     }
 }
 
-OverlayScene::Shapes OverlayFiles::line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
-                                        int width) {
+OverlayScene::Shapes OverlayFiles::line(std::size_t count,
+                                        const std::function<PIData::PIDataPoint(std::size_t)>& place,
+                                        std::uint32_t rgba, int width) {
     // A long line is worked out and left out of the view in parts, each from where the one before ends.
     constexpr std::size_t kMostOfAPart = 100000;
     const auto byte = [rgba](int from) { return static_cast<std::uint8_t>(rgba >> from); };
     const halCore::ZEL::Color color(byte(24), byte(16), byte(8), byte(0));
     OverlayScene::Shapes parts;
-    for (std::size_t first = 0; first + 1 < places.size(); first += kMostOfAPart) {
+    for (std::size_t first = 0; first + 1 < count; first += kMostOfAPart) {
         std::vector<halCore::Vec3> points;
-        const auto those = places.subspan(first, std::min(places.size() - first, kMostOfAPart + 1));
-        points.reserve(those.size());
-        for (const PIData::PIDataPoint& place : those) {
+        const std::size_t end = std::min(count, first + kMostOfAPart + 1);
+        points.reserve(end - first);
+        for (std::size_t i = first; i < end; ++i) {
             // Plug-ins name some of them.
-            const bool isPlace = std::abs(place.latRad) <= kHalfPi && std::isfinite(place.lonRad) &&
-                                 std::isfinite(place.altMeters);
-            if (isPlace) points.emplace_back(place.latRad, place.lonRad, place.altMeters);
+            const PIData::PIDataPoint at = place(i);
+            const bool isPlace =
+                std::abs(at.latRad) <= kHalfPi && std::isfinite(at.lonRad) && std::isfinite(at.altMeters);
+            if (isPlace) points.emplace_back(at.latRad, at.lonRad, at.altMeters);
         }
         if (points.size() < 2) continue;
         auto part = std::make_shared<halCore::ZEL::Line>(false);

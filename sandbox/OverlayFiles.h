@@ -2,9 +2,9 @@
 
 #include <QObject>
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <memory>
-#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -87,8 +87,10 @@ class OverlayFiles : public QObject {
     int removeObservers(const Plugin* owner);
 
     /// A line along places on or above the ground, `width` pixels wide.
-    static OverlayScene::Shapes line(std::span<const PIData::PIDataPoint> places, std::uint32_t rgba,
-                                     int width);
+    /// \param place gives them by their numbers
+    static OverlayScene::Shapes line(std::size_t count,
+                                     const std::function<PIData::PIDataPoint(std::size_t)>& place,
+                                     std::uint32_t rgba, int width);
 
   signals:
     /// The files or what is shown of them have changed.

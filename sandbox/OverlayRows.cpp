@@ -223,7 +223,7 @@ QVariant OverlayRows::data(const QModelIndex& index, int role) const {
 QVariant OverlayRows::platformData(const QModelIndex& index, int role) const {
     const Scenario::Platform* platform = scenario_.find(whichOf(index));
     if (!platform) return {};
-    if (role == Qt::DisplayRole) return QString::fromStdString(platform->header.name);
+    if (role == Qt::DisplayRole) return QString::fromStdString(platform->name);
     if (role != Qt::ToolTipRole && role != Qt::ForegroundRole) return {};
     const bool present = platform->track.at(scenario_.time()).has_value();
     if (role == Qt::ToolTipRole) return present ? "Platform" : "Platform; not anywhere at this time";

@@ -39,7 +39,7 @@ void PlatformDialog::list() {
     names_->clear();
     bool more = false;
     for (const auto& [id, platform] : scenario_.platforms()) {
-        const QString name = QString::fromStdString(platform.header.name);
+        const QString name = QString::fromStdString(platform.name);
         if (!name.contains(part, Qt::CaseInsensitive)) continue;
         more = names_->count() == kMost;
         if (more) break;

@@ -9,10 +9,10 @@ std::optional<PlatformMarker> markerOf(const Scenario& scenario, std::uint64_t p
     const auto point = scenario.at(platform, scenario.time());
     if (!found || !point) return std::nullopt;
     return PlatformMarker{.id = platform,
-                          .name = found->header.name,
+                          .name = found->name,
                           .position = {point->latRad, point->lonRad, point->altMeters},
                           .heading = point->headingRad,
-                          .icon = found->header.icon};
+                          .icon = found->icon.text()};
 }
 
 std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint64_t platform) {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -237,15 +238,16 @@ class Stage {
         std::string().swap(text);
         for (const PlatformFile::Message& message : found.messages) fault(path, message.line, message.text);
         if (found.platforms.empty()) fault(path, 0, "holds no platform");
-        std::map<std::string, std::string> overlays;
+        std::unordered_map<std::string, SharedText> overlays;
         for (const PlatformFile::Platform& platform : found.platforms)
             if (!platform.overlay.empty()) overlays[platform.name] = platform.overlay;
         scenario.load(path, std::move(found.platforms));
+        if (overlays.empty()) return;
         for (const auto& [id, platform] : scenario.platforms())
-            if (const auto at = overlays.find(platform.header.name);
-                at != overlays.end() && platform.file == path)
-                attached_.emplace_back(QFileInfo(file).dir().filePath(QString::fromStdString(at->second)),
-                                       id);
+            if (const auto at = overlays.find(platform.name);
+                at != overlays.end() && platform.file.text() == path)
+                attached_.emplace_back(
+                    QFileInfo(file).dir().filePath(QString::fromStdString(at->second.text())), id);
     }
 
     void loadOverlay(const QString& file, std::uint64_t platform) {

@@ -26,8 +26,8 @@ QString fromBytes(const std::string& text) {
 std::uint64_t findPlatform(const Scenario& scenario, const QJsonObject& row) {
     if (!row.contains("platform")) return 0;
     for (const auto& [id, platform] : scenario.platforms())
-        if (fromBytes(platform.header.name) == row["platform"].toString() &&
-            fromBytes(platform.file) == row["platformFile"].toString())
+        if (fromBytes(platform.name) == row["platform"].toString() &&
+            fromBytes(platform.file.text()) == row["platformFile"].toString())
             return id;
     return 0;
 }
@@ -81,8 +81,8 @@ QString Session::text() const {
     for (const auto& [id, platform] : scenario_.platforms()) {
         const auto point = scenario_.at(id, scenario_.time());
         if (platform.owner || !platform.file.empty() || !point) continue;
-        platforms << QJsonObject{{"name", fromBytes(platform.header.name)},
-                                 {"icon", fromBytes(platform.header.icon)},
+        platforms << QJsonObject{{"name", fromBytes(platform.name)},
+                                 {"icon", fromBytes(platform.icon.text())},
                                  {"lat", point->latRad},
                                  {"lon", point->lonRad},
                                  {"alt", point->altMeters},
@@ -93,8 +93,8 @@ QString Session::text() const {
     for (const LoadedOverlay* overlay : overlays_.files()) {
         QJsonObject row{{"path", fromBytes(overlay->path)}, {"shown", overlay->wanted}};
         if (const Scenario::Platform* platform = scenario_.find(overlay->platform)) {
-            row["platform"] = fromBytes(platform->header.name);
-            row["platformFile"] = fromBytes(platform->file);
+            row["platform"] = fromBytes(platform->name);
+            row["platformFile"] = fromBytes(platform->file.text());
         }
         overlays << row;
     }

@@ -23,11 +23,13 @@ TrackLines::~TrackLines() {
 
 void TrackLines::update(std::uint64_t platform) {
     const Scenario::Platform* found = scenario_.find(platform);
-    if (!found || found->track.points().size() < 2) {
+    if (!found || found->track.size() < 2) {
         remove(platform);
         return;
     }
-    auto shapes = OverlayFiles::line(found->track.points(), kTrackColor, 1);
+    const Track& track = found->track;
+    auto shapes = OverlayFiles::line(
+        track.size(), [&track](std::size_t i) { return track.point(i); }, kTrackColor, 1);
     if (const auto at = lines_.find(platform); at != lines_.end())
         scene_.replace(at->second, std::move(shapes));
     else

@@ -144,7 +144,7 @@ class UserFiles::ComingPlatforms final : public ComingFile {
         };
         if (!reading_) return 0;
         return half(text_.size() - reading_->left(), text_.size()) +
-               half(shown_, platforms_.platforms.size());
+               half(shown_, shown_ + platforms_.platforms.size());
     }
     bool show(Slice& slice) override {
         if (!isOpen()) return true;
@@ -282,23 +282,23 @@ Work UserFiles::showing(const QString& path, PlatformFile& file, std::size_t& sh
     }
     platformFiles_.insert(path);
     watch();
-    co_await scenario_.loading(name, file.platforms, shown);
-    std::unordered_map<std::string, std::string> overlays;
+    std::unordered_map<std::string, SharedText> overlays;
     for (Pieces some(file.platforms.size(), 100); some.next(); co_yield some.units())
         for (std::size_t i = some.first; i < some.last; ++i)
-            if (PlatformFile::Platform& platform = file.platforms[i]; !platform.overlay.empty())
-                overlays[std::move(platform.name)] = std::move(platform.overlay);
+            if (const PlatformFile::Platform& platform = file.platforms[i]; !platform.overlay.empty())
+                overlays[platform.name] = platform.overlay;
+    co_await scenario_.loading(name, file.platforms, shown);
     if (overlays.empty()) co_return;
     std::vector<std::uint64_t> ids;
     for (const auto& [id, platform] : scenario_.platforms())
-        if (platform.file == name) ids.push_back(id);
+        if (platform.file.text() == name) ids.push_back(id);
     const QDir directory = QFileInfo(path).dir();
     for (const std::uint64_t id : ids) {
         // Others may have removed it meanwhile.
         const Scenario::Platform* platform = scenario_.find(id);
-        const auto at = platform ? overlays.find(platform->header.name) : overlays.end();
+        const auto at = platform ? overlays.find(platform->name) : overlays.end();
         const bool has = at != overlays.end();
-        if (has) attach(directory.absoluteFilePath(QString::fromStdString(at->second)), id);
+        if (has) attach(directory.absoluteFilePath(QString::fromStdString(at->second.text())), id);
         co_yield has ? kUnitsOfAnOverlay : 1;
     }
 }

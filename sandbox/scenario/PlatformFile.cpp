@@ -2,10 +2,15 @@
 
 #include <QDateTime>
 #include <QTimeZone>
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdint>
+#include <functional>
 #include <map>
+#include <numeric>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "common/NumberText.h"
@@ -114,6 +119,51 @@ class Clock {
     double beginSeconds_;
 };
 
+/// Finds platforms by their names: a table of numbers, most of them in the places that their hashes say.
+class Names {
+  public:
+    /// Of the platform with that name; one more than the last for a new one, which is to be added then.
+    std::uint32_t numberOf(std::string_view name, const std::deque<PlatformFile::Platform>& platforms) {
+        // Most rows follow one of the same platform.
+        if (latest_ < platforms.size() && platforms[latest_].name == name) return latest_;
+        if (2 * (platforms.size() + 1) > numbers_.size()) {
+            numbers_.assign(std::max(kFew, 2 * numbers_.size()), kNone);
+            for (std::uint32_t i = 0; i < platforms.size(); ++i) placeOf(platforms[i].name, platforms) = i;
+        }
+        std::uint32_t& place = placeOf(name, platforms);
+        if (place == kNone) place = static_cast<std::uint32_t>(platforms.size());
+        return latest_ = place;
+    }
+
+  private:
+    static constexpr std::uint32_t kNone = ~0U;
+    static constexpr std::size_t kFew = 16;
+
+    std::uint32_t& placeOf(std::string_view name, const std::deque<PlatformFile::Platform>& platforms) {
+        std::size_t at = std::hash<std::string_view>()(name);
+        while (numbers_[at %= numbers_.size()] != kNone && platforms[numbers_[at]].name != name) ++at;
+        return numbers_[at];
+    }
+
+    std::vector<std::uint32_t> numbers_;
+    std::uint32_t latest_ = kNone;
+};
+
+/// Shares texts with those that came last.
+class LatestTexts {
+  public:
+    SharedText share(const std::string& text) {
+        constexpr std::size_t kMany = 1000;
+        if (latest_.text() == text) return latest_;
+        if (texts_.size() > kMany) texts_.clear();
+        return latest_ = texts_.try_emplace(text, text).first->second;
+    }
+
+  private:
+    std::map<std::string, SharedText> texts_;
+    SharedText latest_;
+};
+
 }  // namespace
 
 /// Reads the rows of one file; every row is good or gives one message.
@@ -140,20 +190,28 @@ class PlatformFileReading::Reader {
     bool isReadable() const { return !hasHeader_ || !columns_.empty(); }
 
     PlatformFile finish() {
-        for (Rows& rows : rows_)
-            file_.platforms.push_back({std::move(rows.name), std::move(rows.icon), std::move(rows.overlay),
-                                       Track(std::move(rows.points))});
+        names_ = {};
+        std::vector<std::uint32_t> ends(file_.platforms.size());
+        for (const std::uint32_t platform : platformOf_) ++ends[platform];
+        std::inclusive_scan(ends.begin(), ends.end(), ends.begin());
+        // Each platform's rows, in the order of their times.
+        std::vector<std::uint32_t> from(platformOf_.size());
+        std::vector<std::uint32_t> firsts = ends;
+        for (auto row = static_cast<std::uint32_t>(from.size()); row-- > 0;)
+            from[--firsts[platformOf_[row]]] = row;
+        platformOf_ = {};
+        const auto time = [this](std::uint32_t row) { return rows_->time(row); };
+        for (std::size_t i = 0; i < ends.size(); ++i) {
+            const auto own = std::span(from).subspan(firsts[i], ends[i] - firsts[i]);
+            if (!std::ranges::is_sorted(own, {}, time)) std::ranges::stable_sort(own, {}, time);
+        }
+        if (!std::ranges::is_sorted(from)) rows_->arrange(from);
+        for (std::size_t i = 0; i < ends.size(); ++i)
+            file_.platforms[i].track = Track(rows_, firsts[i], ends[i] - firsts[i]);
         return std::move(file_);
     }
 
   private:
-    struct Rows {
-        std::string name;
-        std::string icon;
-        std::string overlay;
-        std::vector<PIDataPoint> points;
-    };
-
     std::string readHeader(const std::vector<std::string>& fields) {
         std::vector<std::optional<Column>> columns;
         std::array<bool, kColumnCount> found{};
@@ -214,12 +272,13 @@ class PlatformFileReading::Reader {
         point.lonRad = longitude * kRadiansPerDegree;
         point.headingRad = heading * kRadiansPerDegree;
 
-        const auto [at, isNew] = byName_.try_emplace(texts[Name], rows_.size());
-        if (isNew) rows_.push_back({texts[Name], {}, {}, {}});
-        Rows& rows = rows_[at->second];
-        if (!texts[Icon].empty()) rows.icon = texts[Icon];
-        if (!texts[Overlay].empty()) rows.overlay = texts[Overlay];
-        rows.points.push_back(point);
+        const std::uint32_t number = names_.numberOf(texts[Name], file_.platforms);
+        if (number == file_.platforms.size()) file_.platforms.push_back({texts[Name], {}, {}, nowhere_});
+        PlatformFile::Platform& platform = file_.platforms[number];
+        if (!texts[Icon].empty()) platform.icon = icons_.share(texts[Icon]);
+        if (!texts[Overlay].empty()) platform.overlay = overlays_.share(texts[Overlay]);
+        platformOf_.push_back(number);
+        rows_->add(point);
         return {};
     }
 
@@ -227,9 +286,13 @@ class PlatformFileReading::Reader {
     bool hasHeader_ = false;
     char separator_ = ',';
     std::vector<std::optional<Column>> columns_;
-    std::vector<Rows> rows_;
-    std::map<std::string, std::size_t> byName_;
     PlatformFile file_;
+    Names names_;
+    LatestTexts icons_;
+    LatestTexts overlays_;
+    const Track nowhere_;  ///< until all rows are there
+    std::shared_ptr<TrackRows> rows_ = std::make_shared<TrackRows>();
+    std::vector<std::uint32_t> platformOf_;  ///< of each row
 };
 
 std::optional<double> readScenarioTime(const std::string& text, int year) {

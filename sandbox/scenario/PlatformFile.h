@@ -1,11 +1,13 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "sandbox/scenario/SharedText.h"
 #include "sandbox/scenario/Track.h"
 
 namespace sandbox {
@@ -24,8 +26,8 @@ namespace sandbox {
 struct PlatformFile {
     struct Platform {
         std::string name;
-        std::string icon;
-        std::string overlay;
+        SharedText icon;
+        SharedText overlay;
         Track track;
     };
     struct Message {
@@ -33,7 +35,7 @@ struct PlatformFile {
         std::string text;
     };
 
-    std::vector<Platform> platforms;  ///< in the order of their first rows
+    std::deque<Platform> platforms;  ///< in the order of their first rows
     /// What could not be read. The rows that it names are left out, the others stand.
     std::vector<Message> messages;
 };

@@ -42,20 +42,19 @@ void Scenario::setRate(double rate) {
 std::uint64_t Scenario::add(const PIData::PIPlatformHeader& header, const PIData::PIDataPoint& point,
                             Plugin* owner) {
     const std::uint64_t id = ++lastId_;
-    Platform& platform = platforms_[id] = {header, Track(point), {}, owner};
-    platform.header.id = id;
+    platforms_[id] = {header.name, header.icon, Track(point), {}, owner};
     emit platformAdded(id);
     return id;
 }
 
-Work Scenario::loading(const std::string& file, std::vector<PlatformFile::Platform>& loaded,
+Work Scenario::loading(const std::string& file, std::deque<PlatformFile::Platform>& loaded,
                        std::size_t& done) {
     // What whoever hears of a platform takes for it.
     constexpr std::size_t kUnits = 10;
     std::unordered_map<std::string, std::uint64_t> known;
     const bool again = !files_.insert(file).second;
     for (auto at = platforms_.begin(); again && at != platforms_.end();) {
-        if (at->second.file == file) known[at->second.header.name] = at->first;
+        if (at->second.file.text() == file) known[at->second.name] = at->first;
         // Others may be removed meanwhile.
         const std::uint64_t id = at->first;
         co_yield 1;
@@ -68,11 +67,16 @@ Work Scenario::loading(const std::string& file, std::vector<PlatformFile::Platfo
         if (time_ < begin_ || time_ > end_) setTime(begin_);
     };
     keepInside();
-    for (PlatformFile::Platform& platform : loaded) {
+    const SharedText name = file;
+    while (!loaded.empty()) {
+        PlatformFile::Platform platform = std::move(loaded.front());
+        loaded.pop_front();
         const auto old = known.find(platform.name);
         if (old == known.end()) {
             const std::uint64_t id = ++lastId_;
-            platforms_[id] = {{id, platform.name, platform.icon}, std::move(platform.track), file};
+            platforms_.emplace_hint(
+                platforms_.end(), id,
+                Platform{std::move(platform.name), platform.icon, std::move(platform.track), name});
             emit platformAdded(id);
         } else if (const auto at = platforms_.find(old->second); at != platforms_.end()) {
             at->second.track = std::move(platform.track);
@@ -87,7 +91,7 @@ Work Scenario::loading(const std::string& file, std::vector<PlatformFile::Platfo
     keepInside();
 }
 
-void Scenario::load(const std::string& file, std::vector<PlatformFile::Platform> loaded) {
+void Scenario::load(const std::string& file, std::deque<PlatformFile::Platform> loaded) {
     std::size_t done = 0;
     loading(file, loaded, done).finish();
 }

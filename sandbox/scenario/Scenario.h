@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QTimer>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -27,9 +28,10 @@ class Scenario : public QObject {
 
   public:
     struct Platform {
-        PIData::PIPlatformHeader header;
+        std::string name;  ///< UTF-8
+        SharedText icon;
         Track track;
-        std::string file;         ///< that it was loaded from; empty for all others
+        SharedText file;          ///< that it was loaded from; empty for all others
         Plugin* owner = nullptr;  ///< who created it through a service
     };
 
@@ -54,10 +56,10 @@ class Scenario : public QObject {
                       Plugin* owner = nullptr);
     /// Adds a file's platforms. Those that were loaded from the same file under the same name get the new
     /// track and stay what overlays are attached to; the clock goes to the begin when it is outside.
-    void load(const std::string& file, std::vector<PlatformFile::Platform> platforms);
+    void load(const std::string& file, std::deque<PlatformFile::Platform> platforms);
     /// The same in slices: the clock is set first, then each platform is added or changed, and told of.
-    /// \param platforms their tracks are taken \param done counts them
-    Work loading(const std::string& file, std::vector<PlatformFile::Platform>& platforms, std::size_t& done);
+    /// \param platforms are taken one by one \param done counts them
+    Work loading(const std::string& file, std::deque<PlatformFile::Platform>& platforms, std::size_t& done);
     /// False for an unknown id, as below.
     bool move(std::uint64_t id, const PIData::PIDataPoint& point);
     bool remove(std::uint64_t id);

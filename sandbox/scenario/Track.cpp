@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 #include <GeographicLib/Geodesic.hpp>
 
@@ -57,19 +58,19 @@ double orElse(double value, double otherwise) {
 }  // namespace
 
 bool Track::moves() const {
-    return points_.size() > 1 || orElse(points_.back().speedMetersPerSecond, 0.0) != 0.0;
+    return size() > 1 || orElse(point(0).speedMetersPerSecond, 0.0) != 0.0;
 }
 
 double Track::arrivalCourse(std::size_t at) const {
     for (; at > 0; --at)
-        if (const Leg leg = legBetween(points_[at - 1], points_[at]); leg.metres > 0.0)
+        if (const Leg leg = legBetween(point(at - 1), point(at)); leg.metres > 0.0)
             return leg.arrival * kRadiansPerDegree;
     return 0.0;
 }
 
 PIDataPoint Track::inLeg(std::size_t from, double seconds) const {
-    const PIDataPoint& a = points_[from];
-    const PIDataPoint& b = points_[from + 1];
+    const PIDataPoint a = this->point(from);
+    const PIDataPoint b = this->point(from + 1);
     const double duration = b.timeSeconds - a.timeSeconds;
     const double fraction = (seconds - a.timeSeconds) / duration;
     const Leg leg = legBetween(a, b);
@@ -92,8 +93,8 @@ PIDataPoint Track::inLeg(std::size_t from, double seconds) const {
 }
 
 PIDataPoint Track::afterEnd(double seconds) const {
-    PIDataPoint point = points_.back();
-    if (std::isnan(point.headingRad)) point.headingRad = arrivalCourse(points_.size() - 1);
+    PIDataPoint point = this->point(size() - 1);
+    if (std::isnan(point.headingRad)) point.headingRad = arrivalCourse(size() - 1);
     point.speedMetersPerSecond = orElse(point.speedMetersPerSecond, 0.0);
     const double metres = point.speedMetersPerSecond * (seconds - point.timeSeconds);
     if (metres != 0.0)
@@ -101,18 +102,20 @@ PIDataPoint Track::afterEnd(double seconds) const {
     return point;
 }
 
-Track::Track(std::vector<PIDataPoint> points) : points_(std::move(points)) {
-    // Sorting takes room for half of them again.
-    if (!std::ranges::is_sorted(points_, {}, &PIDataPoint::timeSeconds))
-        std::ranges::stable_sort(points_, {}, &PIDataPoint::timeSeconds);
+Track::Track(std::vector<PIDataPoint> points) : count_(static_cast<std::uint32_t>(points.size())) {
+    std::ranges::stable_sort(points, {}, &PIDataPoint::timeSeconds);
+    auto rows = std::make_shared<TrackRows>();
+    for (const PIDataPoint& point : points) rows->add(point);
+    rows_ = std::move(rows);
 }
 
 std::optional<PIDataPoint> Track::at(double seconds) const {
     if (moves() && seconds < beginTime()) return std::nullopt;
-    const auto next = std::ranges::upper_bound(points_, seconds, {}, &PIDataPoint::timeSeconds);
-    PIDataPoint point = next == points_.end() || next == points_.begin()
-                            ? afterEnd(seconds)
-                            : inLeg(static_cast<std::size_t>(next - points_.begin()) - 1, seconds);
+    const auto all = std::views::iota(std::size_t{0}, size());
+    const std::size_t next = static_cast<std::size_t>(
+        std::ranges::upper_bound(all, seconds, {}, [this](std::size_t i) { return timeOf(i); }) -
+        all.begin());
+    PIDataPoint point = next == size() || next == 0 ? afterEnd(seconds) : inLeg(next - 1, seconds);
     point.timeSeconds = seconds;
     return point;
 }

@@ -77,10 +77,10 @@ QVariantList ScriptScene::platforms() {
         QVariantList result;
         for (const auto& [id, platform] : host().scenario().platforms()) {
             const auto point =
-                host().scenario().at(id, host().scenario().time()).value_or(platform.track.points().front());
+                host().scenario().at(id, host().scenario().time()).value_or(platform.track.point(0));
             result << QVariantMap{{"id", static_cast<double>(id)},
-                                  {"name", QString::fromStdString(platform.header.name)},
-                                  {"icon", QString::fromStdString(platform.header.icon)},
+                                  {"name", QString::fromStdString(platform.name)},
+                                  {"icon", QString::fromStdString(platform.icon.text())},
                                   {"lat", point.latRad / kRadiansPerDegree},
                                   {"lon", point.lonRad / kRadiansPerDegree},
                                   {"alt", point.altMeters},

@@ -57,7 +57,7 @@ void addPlatformData(Host& host) {
                                   if (!request) return call.misuse("no request");
                                   const Scenario::Platform* platform = host.scenario().find(request->id);
                                   if (!platform) return 0;
-                                  request->header = platform->header;
+                                  request->header = {request->id, platform->name, platform->icon.text()};
                                   return 1;
                               });
     table.add<PI_DATA_STRUCT>(Id::GetDataPoint, "data point",

@@ -1,6 +1,5 @@
 #include <QEvent>
 #include <QFontMetrics>
-#include <array>
 
 #include "globe/GlobeView.h"
 #include "globe/Sprites.h"
@@ -95,7 +94,8 @@ class AnimatedLine final : public HostObject {
         const double time = host_.scenario().time();
         const auto from = host_.scenario().at(from_, time);
         const auto to = host_.scenario().at(to_, time);
-        if (from && to) scene_ = scene.add(OverlayFiles::line(std::array{*from, *to}, rgba_, 2));
+        const auto end = [&](std::size_t i) { return i == 0 ? *from : *to; };
+        if (from && to) scene_ = scene.add(OverlayFiles::line(2, end, rgba_, 2));
     }
 
     Host& host_;

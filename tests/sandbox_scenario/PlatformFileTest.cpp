@@ -1,3 +1,10 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <gmock/gmock.h>
@@ -36,18 +43,48 @@ TEST(PlatformFile, ReadsColumnsInAnyOrderAndTimesOfEveryForm) {
     ASSERT_THAT(file.platforms, SizeIs(2));
     const auto& ferry = file.platforms[0];
     EXPECT_EQ(ferry.name, "Ferry, \"Kauai\"");
-    EXPECT_EQ(ferry.icon, "x2");
-    EXPECT_EQ(ferry.overlay, "rings.zel");
-    ASSERT_THAT(ferry.track.points(), SizeIs(2));
+    EXPECT_EQ(ferry.icon.text(), "x2");
+    EXPECT_EQ(ferry.overlay.text(), "rings.zel");
+    ASSERT_EQ(ferry.track.size(), 2U);
     EXPECT_DOUBLE_EQ(ferry.track.beginTime(), kDay + 6 * 3600.0);
     EXPECT_DOUBLE_EQ(ferry.track.endTime(), kDay + 7 * 3600.0);
-    const auto& start = ferry.track.points().front();
+    const auto start = ferry.track.point(0);
     EXPECT_DOUBLE_EQ(start.latRad, 21.5 * kRadiansPerDegree);
     EXPECT_DOUBLE_EQ(start.altMeters, 12.0);
     EXPECT_DOUBLE_EQ(start.headingRad, -90.0 * kRadiansPerDegree);
     EXPECT_DOUBLE_EQ(start.speedMetersPerSecond, 9.5);
-    EXPECT_DOUBLE_EQ(file.platforms[1].track.points().front().lonRad, 200.0 * kRadiansPerDegree);
+    EXPECT_DOUBLE_EQ(file.platforms[1].track.point(0).lonRad, 200.0 * kRadiansPerDegree);
     EXPECT_DOUBLE_EQ(file.platforms[1].track.beginTime(), 1.5);
+}
+
+/// However the rows of platforms are mixed, each platform has its own, in the order of their times, and those
+/// of one time as they stand in the file. A column may say something in a few of them.
+TEST(PlatformFile, SortsRows) {
+    std::mt19937 random(3);
+    std::map<std::string, std::vector<std::array<int, 3>>> expected;
+    std::string text = "time,name,lat,lon,alt,icon\n";
+    for (int row = 0; row < 2000; ++row) {
+        const std::string name = "P" + std::to_string(random() % 60);
+        const int time = static_cast<int>(random() % 50), alt = row < 1000 ? 7 : row;
+        text += std::to_string(time) + "," + name + "," + std::to_string(row * 0.01) + ",1," +
+                std::to_string(alt) + ",of " + name + "\n";
+        expected[name].push_back({time, row, alt});
+    }
+    const PlatformFile file = read(text);
+    ASSERT_EQ(file.platforms.size(), expected.size());
+    for (const PlatformFile::Platform& platform : file.platforms) {
+        auto& rows = expected[platform.name];
+        std::ranges::stable_sort(rows, {}, [](const auto& row) { return row[0]; });
+        EXPECT_EQ(platform.icon.text(), "of " + platform.name);
+        ASSERT_EQ(platform.track.size(), rows.size());
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const auto point = platform.track.point(i);
+            ASSERT_EQ(point.timeSeconds, rows[i][0]);
+            ASSERT_NEAR(point.latRad / kRadiansPerDegree, rows[i][1] * 0.01, 1e-9);
+            ASSERT_EQ(point.altMeters, rows[i][2]);
+            ASSERT_TRUE(std::isnan(point.headingRad));
+        }
+    }
 }
 
 TEST(PlatformFile, NamesEveryBadRowAndKeepsTheGood) {
@@ -72,7 +109,7 @@ TEST(PlatformFile, NamesEveryBadRowAndKeepsTheGood) {
                                       "8: latitude: expected a number between -90 and 90, found \"\"",
                                       HasSubstr("9: latitude: ")));
     ASSERT_THAT(file.platforms, SizeIs(1));
-    EXPECT_THAT(file.platforms[0].track.points(), SizeIs(1));
+    EXPECT_EQ(file.platforms[0].track.size(), 1U);
 }
 
 TEST(PlatformFile, NeedsTheNamesOfItsColumns) {

@@ -61,7 +61,7 @@ TEST(Track, IsNowhereBeforeItsBeginAndGoesOnAfterItsEnd) {
 TEST(Scenario, KeepsPlatformsOfAFileThatIsLoadedAgain) {
     Scenario scenario;
     const auto file = [](double begin, double end) {
-        return std::vector<PlatformFile::Platform>{
+        return std::deque<PlatformFile::Platform>{
             {"A", "", "", Track({point(begin, 0.0, 0.0), point(end, 0.0, 1.0)})}};
     };
     std::vector<std::uint64_t> added, moved;
