@@ -5,6 +5,7 @@
 
 #include "globe/DetailChoice.h"
 #include "globe/FillCost.h"
+#include "globe/PictureTextures.h"
 
 namespace sandbox {
 
@@ -98,7 +99,10 @@ Work makeGeometry(std::size_t level, DrawList& list, BoundingBox box, PictureTex
     first->bounds = box;
     if (!list.pictures.empty() || !list.meshes.empty()) {
         first->others = std::make_unique<ChunkGeometry::Others>();
-        first->others->pictures.upload(list, textures);
+        PictureBatch::Textures found(list.pictures.size());
+        for (std::size_t i = 0; i < found.size(); ++i)
+            co_await textures.find(list.pictures[i].file, found[i]);
+        first->others->pictures.upload(list, found);
         ChunkGeometry::Others& others = *first->others;
         for (const DrawList::Mesh& mesh : list.meshes) {
             if (mesh.solid)

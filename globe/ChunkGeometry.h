@@ -13,6 +13,8 @@
 
 namespace sandbox {
 
+class PictureTextures;
+
 /// What is drawn of a chunk of shapes in one level of detail. Meshes and pictures are in the memory of the
 /// graphics card, lines wait until they are drawn there. Very many lines are in several parts, each with the
 /// next one, of which each can be drawn in a few milliseconds. To be made and destroyed with the context

@@ -3,6 +3,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QPainter>
+#include <chrono>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -66,8 +67,11 @@ void GlobePainter::recordHook(const Camera& camera, const QSize& pixels, const s
 
 bool GlobePainter::workOut(const GlobeFrame& frame, bool calm) {
     layers_->overlays.update(frame.overlays);
-    return layers_->overlays.workOut(frame.camera, frame.pixelRatio, calm, frame.working,
-                                     [&] { drawGround(frame); });
+    if (!layers_->overlays.workOut(frame.camera, frame.pixelRatio, calm, frame.working,
+                                   [&] { drawGround(frame); }))
+        return false;
+    Slice slice = frame.working;
+    return layers_->sprites.readIcons(slice);
 }
 
 void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
@@ -83,7 +87,7 @@ void GlobePainter::draw(const GlobeFrame& frame, QPaintDevice& device) {
     drawnMap_ = frame.map;
     layers_->overlays.draw(camera, frame.pixelRatio, frame.moving, frame.working, frame.drawing,
                            [&] { drawGround(frame); });
-    layers_->sprites.setPixelRatio(frame.pixelRatio);
+    layers_->sprites.beginFrame(frame.pixelRatio);
     paintTexts(frame, device);
     if (hookRecorded_) layers_->hook.compose();
     hookRecorded_ = false;
@@ -107,7 +111,7 @@ void GlobePainter::drawGround(const GlobeFrame& frame) {
 }
 
 bool GlobePainter::isPartial() const {
-    return layers_->overlays.isPartial();
+    return layers_->overlays.isPartial() || layers_->sprites.lacksIcons();
 }
 
 bool GlobePainter::isRough() const {
@@ -123,6 +127,9 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
     const auto draw = [&](const std::vector<TextLayout::Text>& texts) {
         for (const auto& [x, y, text, look] : texts) sprites.drawTextCentered(painter, x, y, text, look);
     };
+    constexpr std::size_t kIconsAtLeast = 5'000;
+    constexpr std::chrono::milliseconds kIcons{10};
+    Slice slice = frame.working.isEndless() ? Slice() : Slice(kIconsAtLeast, kIcons);
     draw(layout.map);
     if (frame.map.scaleBar) paintScale(frame, painter);
     for (const auto& [label, x, y] : layout.labels) {
@@ -132,7 +139,7 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
             sprites.drawTextCentered(painter, x, y, text, look);
         } else {
             constexpr double kGap = 3.0;
-            const double width = sprites.drawIcon(painter, x, y, label->icon);
+            const double width = sprites.drawIcon(painter, x, y, label->icon, slice);
             sprites.drawTextBeside(painter, x + width / 2.0 + kGap, y, text, look);
         }
     }

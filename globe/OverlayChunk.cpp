@@ -84,7 +84,9 @@ bool OverlayChunk::build(std::size_t level, PictureTextures& textures, Slice& sl
         std::unique_ptr<Unfinished> building = std::move(unfinished);
         if (!building || building->level > level + 1 || building->level + 1 < level)
             building = std::make_unique<Unfinished>(*this, level, textures);
-        if (!building->work.goOn(slice)) {
+        const bool done = building->work.goOn(slice);
+        if (building->placed) place(*building);
+        if (!done) {
             unfinished = std::move(building);
             return false;
         }
@@ -128,19 +130,24 @@ Work OverlayChunk::workOut(Unfinished& into, PictureTextures& textures) const {
         for (Pieces some(line.points.size(), kPointsInAUnit); some.next(); co_yield some.units())
             for (std::size_t i = some.first; i < some.last; ++i) box.add(line.points[i]);
     box.grow(tolerance);
+    into.placed = true;
     co_await makeGeometry(into.level, list, box, textures, into.made);
+}
+
+/// What waits for a picture has its place.
+void OverlayChunk::place(Unfinished& placed) {
+    if (placed.level < boundsLevel) {
+        bounds = placed.box;  // the tighter one
+        boundsLevel = placed.level;
+    }
+    if (!placed.list.labels.empty()) labels = std::move(placed.list.labels);
 }
 
 void OverlayChunk::keep(Unfinished& finished) {
     const std::size_t level = finished.level;
-    if (level < boundsLevel) {
-        bounds = finished.box;  // the tighter one
-        boundsLevel = level;
-    }
     for (auto& known : levels)
         if (known && (known->level + 1 < level || known->level > level + 1)) known.reset();
     levels[level % levels.size()] = std::move(finished.made);
-    labels = std::move(finished.list.labels);
     if (pieces != kUnknown) return;
     pieces = finished.pieces;
     overlay->spend({.pieces = finished.linePieces});

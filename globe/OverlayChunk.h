@@ -60,7 +60,8 @@ struct OverlayChunk {
         std::size_t level;
         DrawList list{};
         BoundingBox box{};
-        float pieces;  ///< its share
+        bool placed = false;  ///< the box is known, and the labels are
+        float pieces;         ///< its share
         std::size_t linePieces = 0;
         std::unique_ptr<ChunkGeometry> made{};
         Work work;
@@ -70,6 +71,7 @@ struct OverlayChunk {
 
   private:
     Work workOut(Unfinished& into, PictureTextures& textures) const;
+    void place(Unfinished& placed);
     void keep(Unfinished& finished);
 };
 

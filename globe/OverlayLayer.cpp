@@ -13,7 +13,7 @@
 #include "globe/FillCost.h"
 #include "globe/OverlayChunk.h"
 #include "globe/OverlayPicture.h"
-#include "globe/PictureLayer.h"
+#include "globe/PictureTextures.h"
 #include "globe/RasterLayer.h"
 #include "globe/ShaderProgram.h"
 #include "globe/SoftwareRenderer.h"
@@ -67,6 +67,8 @@ OverlayLayer::OverlayLayer()
 OverlayLayer::~OverlayLayer() = default;
 
 void OverlayLayer::update(const OverlayScene& scene) {
+    // What changes keeps its picture while it is worked out anew.
+    if (!partial_) textures_->forgetUnused();
     const auto changed = scene_ == &scene ? scene.changedSince(changes_) : std::nullopt;
     if (changed) {
         for (const OverlayScene::Id id : *changed) look(scene, id);

@@ -1,12 +1,15 @@
 #pragma once
 
-#include <QImage>
 #include <compare>
 #include <cstdint>
 #include <limits>
 #include <string>
 
+#include "common/Work.h"
+
 namespace sandbox {
+
+class PictureSink;
 
 /// A picture that a shape names, in the state of a certain moment: written anew, it is another one.
 struct PictureFile {
@@ -22,11 +25,16 @@ struct PictureFile {
 /// `name` as an overlay file says it, perhaps in quotes; counted from the directory of that file.
 PictureFile findPicture(const std::string& name, const std::string& directory);
 
-/// Empty, or what is to be said behind its name: "cannot be read", "is too large to be shown" (more than 64
-/// million pixels, or 128 MiB), "is cut off", or what DrawingFile says. Reads no picture, only where its
-/// pieces lie.
-std::string whyNotShown(const PictureFile& file);
-/// Null when the file cannot be read as a picture, or is too large.
-QImage readPicture(const PictureFile& file);
+/// Whether the file is what it was.
+bool isUnchanged(const PictureFile& file);
+
+/// Finds out what is to be said behind its name: nothing, "cannot be read", "is too large to be shown" (\see
+/// the table in docs/reliability.md), "is cut off", or what DrawingFile says. Reads no pixels of PNG and
+/// JPEG, only where their pieces lie. What is given is to outlive the work.
+Work findFault(const PictureFile& file, std::string& fault);
+/// Gives all rows of a picture to the sink, in parts; those that are missing, or damaged, are clear. None at
+/// all come when the file cannot be read as a picture, or is too large, or the sink does not want them. What
+/// is given is to outlive the work.
+Work readPicture(const PictureFile& file, PictureSink& sink);
 
 }  // namespace sandbox

@@ -26,34 +26,17 @@ static_assert(sizeof(PictureVertex) == 32);
 
 }  // namespace
 
-std::shared_ptr<QOpenGLTexture> PictureTextures::find(const PictureFile& file) {
-    std::erase_if(textures_, [](const auto& entry) { return entry.second.expired(); });
-    if (auto found = textures_.find(file); found != textures_.end()) return found->second.lock();
-    QImage image = readPicture(file);
-    if (image.isNull()) return nullptr;
-    GLint most = 0;
-    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
-    if (std::max(image.width(), image.height()) > most)
-        image = image.scaled(most, most, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    auto texture = std::make_shared<QOpenGLTexture>(
-        image.convertToFormat(QImage::Format_RGBA8888_Premultiplied), QOpenGLTexture::GenerateMipMaps);
-    texture->setMinMagFilters(QOpenGLTexture::LinearMipMapLinear, QOpenGLTexture::Linear);
-    texture->setWrapMode(QOpenGLTexture::ClampToEdge);
-    textures_[file] = texture;
-    return texture;
-}
-
 std::unique_ptr<QOpenGLShaderProgram> PictureBatch::compile() {
     return compileProgram(std::string(kRelativeShader) + kPictureVertexShader,
                           std::string(kSightShader) + kPictureFragmentShader, {"high", "low", "place"});
 }
 
-void PictureBatch::upload(DrawList& list, PictureTextures& textures) {
+void PictureBatch::upload(DrawList& list, const Textures& textures) {
     std::vector<PictureVertex> vertices;
     std::vector<std::uint32_t> triangles;
-    for (DrawList::Picture& picture : list.pictures) {
-        std::shared_ptr<QOpenGLTexture> texture = textures.find(picture.file);
-        if (!texture) {
+    for (std::size_t p = 0; p < list.pictures.size(); ++p) {
+        DrawList::Picture& picture = list.pictures[p];
+        if (!textures[p]) {
             list.lines.push_back(std::move(picture.border));
             continue;
         }
@@ -65,7 +48,7 @@ void PictureBatch::upload(DrawList& list, PictureTextures& textures) {
             box.add(picture.vertices[i]);
         }
         runs_.push_back(
-            {std::move(texture), box.ball(), triangles.size(), static_cast<int>(picture.triangles.size())});
+            {textures[p], box.ball(), triangles.size(), static_cast<int>(picture.triangles.size())});
         for (const std::uint32_t index : picture.triangles) triangles.push_back(base + index);
     }
     if (runs_.empty()) return;

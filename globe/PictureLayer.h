@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QOpenGLBuffer>
-#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -16,23 +15,15 @@ namespace sandbox {
 
 class FillCost;
 
-/// The textures of the pictures that are in use, one a file. To be used with the context current.
-class PictureTextures {
-  public:
-    /// Null when the file cannot be read.
-    std::shared_ptr<QOpenGLTexture> find(const PictureFile& file);
-
-  private:
-    std::map<PictureFile, std::weak_ptr<QOpenGLTexture>> textures_;
-};
-
 /// Pictures on the ground, in the order of their shapes.
 class PictureBatch {
   public:
     static std::unique_ptr<QOpenGLShaderProgram> compile();
 
-    /// Takes what can be drawn of the list; of the others it appends the border to `list.lines`.
-    void upload(DrawList& list, PictureTextures& textures);
+    using Textures = std::vector<std::shared_ptr<QOpenGLTexture>>;
+    /// Takes the pictures of the list that have a texture; of the others it appends the border to
+    /// `list.lines`.
+    void upload(DrawList& list, const Textures& textures);
     bool empty() const { return runs_.empty(); }
     /// How many pieces can be drawn one by one.
     std::size_t pieces() const { return runs_.size(); }

@@ -20,6 +20,7 @@
 #include "globe/DepthMap.h"
 #include "globe/DetailBudget.h"
 #include "globe/Graticule.h"
+#include "globe/IconReading.h"
 #include "globe/OverlayScene.h"
 #include "globe/ScaleBar.h"
 #include "globe/ShapeGeometry.h"
@@ -136,7 +137,8 @@ class Printer {
                 continue;
             }
             constexpr double kGap = 3.0;
-            const QImage icon = iconImage(label->icon, 1.0);
+            QImage icon;
+            readIcon(label->icon, 1.0, icon).finish();
             painter_.drawImage(QPointF(x - icon.width() / 2.0, y - icon.height() / 2.0), icon);
             drawText({x + icon.width() / 2.0 + kGap, y}, text, lookOf(*label), false);
         }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "geo/Angles.h"
+#include "globe/IconReading.h"
 
 namespace sandbox {
 
@@ -17,6 +18,7 @@ using halCore::kPi;
 namespace {
 
 constexpr int kMostSprites = 20000;
+constexpr std::size_t kMostIcons = 4000;
 constexpr qsizetype kMostBytes = qsizetype{256} << 20;
 constexpr int kMostPixels = 2048;
 constexpr int kLargestFont = 1000;
@@ -67,28 +69,6 @@ QFont fontForFile(const QString& fileName, int pixelSize) {
     return font;
 }
 
-QImage iconImage(const PictureFile& file, double ratio) {
-    constexpr int kLargest = 64;
-    constexpr int kFrame = 20;
-    QImage image = readPicture(file);
-    if (image.isNull()) {
-        image = QImage(QSize(kFrame, kFrame) * ratio, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        QPainter frame(&image);
-        frame.setPen(QPen(Qt::red, std::round(2.0 * ratio)));
-        frame.drawRect(image.rect().adjusted(2, 2, -3, -3));
-    } else {
-        QSizeF size = image.size();
-        if (std::max(size.width(), size.height()) > kLargest)
-            size.scale(kLargest, kLargest, Qt::KeepAspectRatio);
-        image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-                    .scaled((size * ratio).toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
-                            Qt::SmoothTransformation);
-    }
-    image.setDevicePixelRatio(ratio);
-    return image;
-}
-
 void paintTextLine(QPainter& painter, const QPointF& start, const QString& line, const TextLook& look) {
     if (look.outlineWidth > 0) {
         QPainterPath path;
@@ -126,9 +106,12 @@ void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degre
     painter.restore();
 }
 
-void Sprites::setPixelRatio(double ratio) {
+void Sprites::beginFrame(double ratio) {
+    ++frame_;
     if (ratio == ratio_) return;
     ratio_ = ratio;
+    icons_.clear();
+    comingIcons_.clear();
     images_.clear();
     bytes_ = 0;
     forgetSymbols();
@@ -206,14 +189,46 @@ void Sprites::drawTextBeside(QPainter& painter, double x, double y, const QStrin
     put(painter, x - marginOf(look), y - image.height() / ratio_ / 2.0, image);
 }
 
-double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFile& file) {
-    const QString key =
-        QLatin1String("\nicon") + QString::number(file.modified) + QString::fromStdString(file.path);
-    const auto found = images_.find(key);
-    const QImage& image = found != images_.end() ? found->second : keep(key, iconImage(file, ratio_));
-    const double width = image.width() / ratio_;
-    put(painter, x - width / 2.0, y - image.height() / ratio_ / 2.0, image);
+double Sprites::drawIcon(QPainter& painter, double x, double y, const PictureFile& file, Slice& slice) {
+    if (icons_.size() >= kMostIcons && !icons_.contains(file)) forgetIcons();
+    Icon& icon = icons_[file];
+    icon.frame = frame_;
+    if (icon.image.isNull()) {
+        comingIcons_.insert(file);
+        if (slice.isOver(0) || !read(file, icon, slice)) return 0.0;
+        comingIcons_.erase(file);
+    }
+    const double width = icon.image.width() / ratio_;
+    put(painter, x - width / 2.0, y - icon.image.height() / ratio_ / 2.0, icon.image);
     return width;
+}
+
+bool Sprites::read(const PictureFile& file, Icon& icon, Slice& slice) {
+    // What throws is begun anew.
+    std::unique_ptr<Work> reading =
+        icon.reading ? std::move(icon.reading) : std::make_unique<Work>(readIcon(file, ratio_, icon.image));
+    const bool done = reading->goOn(slice);
+    if (!done) icon.reading = std::move(reading);
+    return done;
+}
+
+bool Sprites::readIcons(Slice& slice) {
+    while (!comingIcons_.empty()) {
+        const auto next = icons_.find(*comingIcons_.begin());
+        if (next != icons_.end() && next->second.frame != frame_)
+            icons_.erase(next);
+        else if (next != icons_.end() && !read(next->first, next->second, slice))
+            return false;
+        comingIcons_.erase(comingIcons_.begin());
+        if (slice.isOver(0)) return comingIcons_.empty();
+    }
+    return true;
+}
+
+/// Those that the frame has not shown.
+void Sprites::forgetIcons() {
+    std::erase_if(icons_, [this](const auto& icon) { return icon.second.frame + 1 < frame_; });
+    std::erase_if(comingIcons_, [this](const PictureFile& file) { return !icons_.contains(file); });
 }
 
 void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, double turn) {

@@ -8,9 +8,14 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
+#include "common/Slice.h"
+#include "common/Work.h"
 #include "globe/DrawList.h"
 #include "globe/PlatformMarker.h"
 
@@ -30,10 +35,6 @@ struct TextLook {
 /// and Courier, DejaVu else.
 QFont fontForFile(const QString& fileName, int pixelSize);
 
-/// An icon for a label, in its own size if that is not more than 64 pixels; a frame when it cannot be read.
-/// `ratio`: device pixels a widget pixel, which the image's own ratio is then.
-QImage iconImage(const PictureFile& file, double ratio);
-
 /// Draws one line of a text, its baseline beginning at `start`.
 void paintTextLine(QPainter& painter, const QPointF& start, const QString& line, const TextLook& look);
 
@@ -42,19 +43,23 @@ void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degre
 
 /// Small pictures that stand upright on the screen: texts and platform symbols, rendered once each by Qt's
 /// raster engine and then drawn at whole device pixels, so that they stay crisp. A text is cut at 2048 device
-/// pixels in width and height; all together take 256 MiB at most.
+/// pixels in width and height; all together take 256 MiB at most. Icons come when they have been read.
 class Sprites {
   public:
-    /// Forgets everything when the pixel density changes. Call before the others.
-    void setPixelRatio(double ratio);
+    /// Before what a frame draws. Forgets everything when the pixel density changes.
+    void beginFrame(double ratio);
     /// With the text's top left corner at (x, y) in widget pixels.
     void drawText(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
     /// Starting at x, with the middle of its height at y.
     void drawTextBeside(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
     /// Centred on (x, y).
     void drawTextCentered(QPainter& painter, double x, double y, const QString& text, const TextLook& look);
-    /// Centred on (x, y). Returns its width in widget pixels.
-    double drawIcon(QPainter& painter, double x, double y, const PictureFile& file);
+    /// Centred on (x, y). Returns its width in widget pixels. One that has not been read yet, nor is when the
+    /// slice is over, is not drawn and has none.
+    double drawIcon(QPainter& painter, double x, double y, const PictureFile& file, Slice& slice);
+    /// Reads those that the last frame lacks. \return whether it lacks none any more
+    bool readIcons(Slice& slice);
+    bool lacksIcons() const { return !comingIcons_.empty(); }
     /// How large symbols are from here on, of their own size. None may wait for drawSymbols().
     void setSymbolScale(double scale);
     /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. It waits for
@@ -75,8 +80,21 @@ class Sprites {
     /// Keeps an image; older ones go when there are too many of them, or they take too much memory.
     const QImage& keep(const QString& key, QImage image);
 
+    struct Icon {
+        QImage image;  ///< null until it has been read
+        std::unique_ptr<Work> reading;
+        std::uint64_t frame = 0;  ///< the last one that it was to be seen in
+    };
+
+    bool read(const PictureFile& file, Icon& icon, Slice& slice);
+    void forgetIcons();
+
     std::unordered_map<QString, QImage> images_;
     qsizetype bytes_ = 0;
+    std::map<PictureFile, Icon> icons_;
+    /// Those that have not been read.
+    std::set<PictureFile> comingIcons_;
+    std::uint64_t frame_ = 0;
     double ratio_ = 1.0;
     double symbolScale_ = 1.0;
     QImage sheet_;

@@ -87,8 +87,10 @@ Work takeNotes(const OverlayScene::Shapes& shapes, std::string directory, bool a
             notes.push_back({i, false, "heights above " + datum + " are shown above wgs84"});
         const std::string picture = pictureOf(*shapes[i]);
         if (picture.empty() || !pictures.insert(picture).second) continue;
-        if (const std::string why = whyNotShown(findPicture(picture, directory)); !why.empty())
-            notes.push_back({i, true, "picture " + picture + " " + why});
+        const PictureFile file = findPicture(picture, directory);
+        std::string fault;
+        co_await findFault(file, fault);
+        if (!fault.empty()) notes.push_back({i, true, "picture " + picture + " " + fault});
         co_yield kUnitsOfAFile;
     }
     for (const auto& [what, lack] : lacks) {

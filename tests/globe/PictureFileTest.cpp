@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "globe/PictureFile.h"
+#include "globe/TakenPicture.h"
 
 namespace sandbox {
 namespace {
@@ -39,6 +40,12 @@ class PictureFiles : public ::testing::Test {
     QTemporaryDir folder_;
 };
 
+std::string whyNotShown(const PictureFile& file) {
+    std::string fault;
+    findFault(file, fault).finish();
+    return fault;
+}
+
 /// Any file, a pipe or itself: what a drawing takes in is not even opened.
 TEST_F(PictureFiles, ADrawingOpensNoOtherFile) {
     const auto image = [](const QByteArray& reference, const QByteArray& name = "xlink:href") {
@@ -51,11 +58,11 @@ TEST_F(PictureFiles, ADrawingOpensNoOtherFile) {
           QByteArray("<?xml-stylesheet type='text/css' href='/dev/zero'?>")}) {
         EXPECT_EQ(whyNotShown(drawing(inside)), "takes in other files, and is not shown")
             << inside.toStdString();
-        EXPECT_TRUE(readPicture(drawing(inside)).isNull());
+        EXPECT_TRUE(taken(drawing(inside)).isNull());
     }
     const PictureFile own = drawing(image("data:image/png;base64," + imageAs("png").toBase64()));
     EXPECT_EQ(whyNotShown(own), "");
-    EXPECT_EQ(readPicture(own).size(), QSize(8, 8));
+    EXPECT_EQ(taken(own).size(), QSize(8, 8));
 }
 
 /// Few bytes, much work: shapes used again and again are refused, those that fill many pixels drawn small.
@@ -65,10 +72,10 @@ TEST_F(PictureFiles, ADrawingIsNoEndlessWork) {
         whyNotShown(drawing(shape.repeated(1000) + QByteArray("<use xlink:href=\"#a\"/>").repeated(100))),
         "is too large to be shown");
     EXPECT_EQ(whyNotShown(drawing(QByteArray(1 << 20, ' '))), "is too large to be shown");
-    const QImage wide = readPicture(drawing(shape, "100000"));
+    const QImage wide = taken(drawing(shape, "100000"));
     EXPECT_EQ(wide.size(), QSize(2048, 2048));
     EXPECT_EQ(wide.pixelColor(1024, 1024), QColor(Qt::red));
-    const int many = readPicture(drawing(shape.repeated(2000), "2000")).width();
+    const int many = taken(drawing(shape.repeated(2000), "2000")).width();
     EXPECT_TRUE(many > 650 && many < 760) << many;
 }
 
@@ -84,7 +91,7 @@ TEST_F(PictureFiles, AreNamedWhenTheyAreCut) {
                     file.setFileTime(QDateTime::fromMSecsSinceEpoch(0), QFileDevice::FileModificationTime));
         whole = findPicture(whole.path, "");
         EXPECT_EQ(whyNotShown(whole), "") << format;
-        EXPECT_EQ(readPicture(whole).size(), QSize(40, 40)) << format;
+        EXPECT_EQ(taken(whole).size(), QSize(40, 40)) << format;
     }
     EXPECT_EQ(whyNotShown(PictureFile{"/none"}), "cannot be read");
 }

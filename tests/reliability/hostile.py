@@ -40,14 +40,37 @@ def points(keyword, count, filled=False):
     return block(keyword, *(["filled true"] if filled else []), *("lla " + place() for _ in range(count)))
 
 
-def png(width, height):
-    """A picture of one colour: a few bytes for each row."""
+def png(width, height, kind=0, row=None):
+    """A picture of one colour, a few bytes for each row; or of rows that begin with their filter."""
     def chunk(name, data):
         return struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data))
-    packer = zlib.compressobj(9)
-    rows = b"".join(packer.compress(bytes(1 + width)) for _ in range(height)) + packer.flush()
-    head = struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)
+    packer = zlib.compressobj(9 if row is None else 1)
+    rows = b"".join(packer.compress(bytes(1 + width) if row is None else row(y)) for y in range(height)) + packer.flush()
+    head = struct.pack(">IIBBBBB", width, height, 8, kind, 0, 0, 0)
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", rows) + chunk(b"IEND", b"")
+
+
+def noisy_png(width, height):
+    """Of colours, like a photograph's: half of each number is noise."""
+    noise = bytes(i & 0x8f for i in random.randbytes(1 << 16)) * (1 + 3 * width // (1 << 16))
+    noise += noise[:1 << 16]
+    return png(width, height, 2, lambda y: b"\1" + noise[y * 7919 % (1 << 16):][:3 * width])
+
+
+def noisy_jpeg(width, height, progressive=False):
+    """Of grey noise: any bits mean something."""
+    def segment(mark, data):
+        return struct.pack(">BBH", 0xff, mark, 2 + len(data)) + data
+    def scan(first, last):
+        bits = random.randbytes(width * height // 8).replace(b"\xff", b"\xfe")
+        return segment(0xda, bytes([1, 1, 0, first, last, 0])) + bits
+    # Seven differences of the mean, then fourteen pairs of zeros and a number, and the end.
+    tables = segment(0xdb, bytes([0] + [16] * 64))
+    tables += segment(0xc4, bytes([0x00, 0, 0, 7] + [0] * 13 + list(range(7))))
+    tables += segment(0xc4, bytes([0x10, 0, 0, 0, 15] + [0] * 12 + [0x00, *(16 * zeros + number for zeros in range(7) for number in (1, 3))]))
+    head = segment(0xc2 if progressive else 0xc0, struct.pack(">BHHBBBB", 8, height, width, 1, 1, 0x11, 0))
+    scans = scan(0, 0) + scan(1, 5) + scan(6, 63) if progressive else scan(0, 63)
+    return b"\xff\xd8" + tables + head + scans + b"\xff\xd9"
 
 
 def svgz():
@@ -57,7 +80,13 @@ def svgz():
 
 def picture(name, data):
     (WORK / name).write_bytes(data)
-    return block(f"imageoverlay {name}", "latlonaltbox 4 3 1 2 0")
+    return block("# kml_groundoverlay", f"# kml_icon {name}", "# kml_latlonbox 40 -30 60 -40 0")
+
+
+def icons(count):
+    for i in range(count):
+        (WORK / f"icon{i}.png").write_bytes(noisy_png(100 + i, 200))
+        yield f"icon{i}.png"
 
 
 MB = 1 << 20
@@ -112,6 +141,10 @@ KINDS = {
     "tall-labels": (lambda: "".join(block("annotation " + "a\\n" * 5000, f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-labels": (lambda: "".join(block("annotation Large", "fontsize 100000", f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-picture": (lambda: picture("large.png", png(30000, 30000)), [RENDER]),
+    "picture-png": (lambda: picture("noisy.png", noisy_png(5000, 5000)), [RENDER]),
+    "picture-jpeg": (lambda: picture("noisy.jpeg", noisy_jpeg(5000, 5000)), [RENDER]),
+    "picture-jpeg-in-scans": (lambda: picture("scans.jpeg", noisy_jpeg(5000, 5000, True)), [RENDER]),
+    "icons": (lambda: "".join(block("annotation Here", f"# kml_icon {name}", f"lla {place()}") for name in icons(400)), [RENDER]),
     "tracks.csv": (lambda: tracks(3200, 1000), [RENDER]),
     "slow-picture": (lambda: picture("slow.svgz", svgz()), [RENDER]),
 }
