@@ -101,9 +101,11 @@ int swapIn(TemporaryFile& file, const std::string& target, std::string& replaced
     return EBUSY;
 }
 
+using Write = std::function<int(TemporaryFile&)>;
+
 /// \param like whose owner, permissions and attributes the new file gets; empty for those of a new one
 /// \param replaced null, or gets what had the name
-std::string writeAndPlace(const std::string& target, std::string_view contents, IfThere ifThere,
+std::string writeAndPlace(const std::string& target, const Write& write, IfThere ifThere,
                           const std::string& like, std::string* replaced, Rights rights) {
     const std::string directory = directoryOf(target);
     // Nobody else sees the contents of a private file before it has its mode.
@@ -118,7 +120,7 @@ std::string writeAndPlace(const std::string& target, std::string_view contents, 
                 return "no file can be made in " + directory + ": " + reasonOf(error);
             continue;
         }
-        error = file->write(contents);
+        error = write(*file);
         if (error == 0 && !like.empty()) takeOver(like, file->descriptor());
         if (error == 0) error = file->flush();
         if (error == 0)
@@ -145,9 +147,8 @@ std::string refusalOf(const std::string& target, bool& there) {
     return ::access(target.c_str(), W_OK) != 0 ? reasonOf(errno) : std::string();
 }
 
-std::string saveAt(const std::string& path, std::string_view contents, IfThere ifThere, std::string like,
+std::string saveAt(const std::string& path, const Write& write, IfThere ifThere, std::string like,
                    std::string* replaced = nullptr, Rights rights = Rights::Usual) {
-    if (contents.empty()) return "Nothing to write";
     if (path.empty()) return reasonOf(ENOENT);
     std::string target = path;
     struct stat link {};
@@ -159,7 +160,14 @@ std::string saveAt(const std::string& path, std::string_view contents, IfThere i
     const std::string refusal = refusalOf(target, there);
     if (!refusal.empty()) return refusal;
     if (there && like.empty()) like = target;
-    return writeAndPlace(target, contents, ifThere, like, replaced, rights);
+    return writeAndPlace(target, write, ifThere, like, replaced, rights);
+}
+
+std::string saveAt(const std::string& path, std::string_view contents, IfThere ifThere, std::string like,
+                   std::string* replaced = nullptr, Rights rights = Rights::Usual) {
+    if (contents.empty()) return "Nothing to write";
+    const Write write = [contents](TemporaryFile& file) { return file.write(contents); };
+    return saveAt(path, write, ifThere, std::move(like), replaced, rights);
 }
 
 /// Saves under the first free name.
@@ -186,6 +194,10 @@ std::string whyNotReplaced(const std::string& path) {
 
 std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced) {
     return saveAt(path, contents, IfThere::Replace, {}, replaced);
+}
+
+std::string saveFile(const std::string& path, const Write& write) {
+    return saveAt(path, write, IfThere::Replace, {});
 }
 
 std::string saveNewFile(const Names& names, std::string_view contents, std::string& path, Rights rights) {

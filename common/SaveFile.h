@@ -6,6 +6,8 @@
 
 namespace UTILS {
 
+class TemporaryFile;
+
 /// The one way a file of the user's is saved: all of it is written to a temporary file in the same directory
 /// and flushed to disk before it takes the name, and then the directory is flushed. Whatever happens
 /// meanwhile, the disk holds the old file or the new one, whole. A symbolic link stays, and what it points to
@@ -19,6 +21,11 @@ namespace UTILS {
 ///        and it may not be what the caller has read before. Empty when nothing stood there, or where the
 ///        file system cannot tell.
 std::string saveFile(const std::string& path, std::string_view contents, std::string* replaced = nullptr);
+/// The same with contents that are written as they are made.
+/// \param write has all of them written to the temporary file, perhaps a second time to another one; returns
+/// 0
+///        or errno
+std::string saveFile(const std::string& path, const std::function<int(TemporaryFile&)>& write);
 
 /// Why a file that stands there may not be replaced, in saveFile's words; empty when it may, or there is
 /// none.

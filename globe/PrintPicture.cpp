@@ -2,7 +2,6 @@
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QSvgGenerator>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -25,6 +24,7 @@
 #include "globe/ScaleBar.h"
 #include "globe/ShapeGeometry.h"
 #include "globe/Sprites.h"
+#include "globe/SvgDevice.h"
 #include "globe/TextLayout.h"
 
 namespace sandbox {
@@ -418,14 +418,9 @@ OverlayScene picturesOf(const OverlayScene& scene) {
 
 bool printPicture(const GlobeFrame& frame, const QImage& ground, QIODevice& device) {
     const Camera& camera = frame.camera;
-    QSvgGenerator generator;
-    generator.setOutputDevice(&device);
-    generator.setSize(QSize(camera.width(), camera.height()));
-    generator.setViewBox(QRect(0, 0, camera.width(), camera.height()));
-    generator.setResolution(96);
-    generator.setTitle(QStringLiteral("Overlays"));
+    SvgDevice drawing(device, QSize(camera.width(), camera.height()), QStringLiteral("Overlays"));
     QPainter painter;
-    if (!painter.begin(&generator)) return false;
+    if (!painter.begin(&drawing)) return false;
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF all(0, 0, camera.width(), camera.height());
     if (!frame.backdrop.earth && frame.backdrop.color.alpha() > 0)

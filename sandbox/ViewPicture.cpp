@@ -1,6 +1,5 @@
 #include "sandbox/ViewPicture.h"
 
-#include <QBuffer>
 #include <QDateTime>
 #include <QPainter>
 #include <QPrinter>
@@ -61,10 +60,7 @@ QString saveFrame(const GlobeFrame& frame, GlobePicture& picture, const QString&
                                .overlays = pictures,
                                .platforms = frame.platforms,
                                .screenTexts = frame.screenTexts});
-    QByteArray bytes;
-    QBuffer output(&bytes);
-    output.open(QIODevice::WriteOnly);
-    return printPicture(frame, ground, output) ? savePicture(bytes, file) : QString("it could not be drawn");
+    return savePicture([&](QIODevice& device) { return printPicture(frame, ground, device); }, file);
 }
 
 QString saveView(const GlobeView& view, const PictureLook& look, const QString& file) {
