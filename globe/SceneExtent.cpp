@@ -132,11 +132,12 @@ void fit(Outlook& outlook, const std::vector<Ecef>& points, const Camera& camera
 
 }  // namespace
 
-Work measureExtent(std::vector<OverlayScene::Entry> entries, std::optional<SceneExtent>& extent) {
+Work measureExtent(std::vector<OverlayScene::Entry> entries, std::vector<Ecef> places,
+                   std::optional<SceneExtent>& extent) {
     // Coarse geometry is quick to make, but it may be all there is of a small shape.
     constexpr double kCoarse = 50.0;
     for (const double tolerance : {kCoarse, 0.0}) {
-        std::vector<Ecef> points;
+        std::vector<Ecef> points = places;
         co_await gatherPoints(entries, tolerance, points);
         if (points.empty()) co_return;
         SceneExtent sphere;

@@ -12,15 +12,16 @@ namespace sandbox {
 
 class Camera;
 
-/// A sphere around everything that overlays draw, about the smallest.
+/// A sphere around everything that overlays draw, and around places, about the smallest.
 struct SceneExtent {
     halCore::Ecef middle;
     double radius = 0.0;                ///< metres
     std::vector<halCore::Ecef> points;  ///< what is to be seen
 };
 
-/// Puts the extent into `extent`; nothing when nothing is drawn. Entries that are not shown count as well.
-Work measureExtent(std::vector<OverlayScene::Entry> entries, std::optional<SceneExtent>& extent);
+/// Puts the extent into `extent`; nothing when there is none. Entries that are not shown count as well.
+Work measureExtent(std::vector<OverlayScene::Entry> entries, std::vector<halCore::Ecef> places,
+                   std::optional<SceneExtent>& extent);
 
 /// Where to look, and from how far, to see an extent from straight above with a margin around it.
 struct Outlook {

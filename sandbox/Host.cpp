@@ -25,6 +25,7 @@
 #include "sandbox/OverlayTextWindow.h"
 #include "sandbox/PictureDialog.h"
 #include "sandbox/PlatformDialog.h"
+#include "sandbox/PlatformView.h"
 #include "sandbox/Session.h"
 #include "sandbox/ShapeIcon.h"
 #include "sandbox/UserFiles.h"
@@ -294,21 +295,21 @@ void Host::showOverlays(const std::vector<void*>& handles) {
     for (void* handle : handles)
         if (const auto* overlay = handles_.find<LoadedOverlay>(handle))
             entries.push_back(*view().overlays().find(overlay->sceneId));
-    lookAt(std::move(entries));
+    lookAt(std::move(entries), {});
 }
 
 void Host::showEverything() {
     std::vector<OverlayScene::Entry> entries;
     for (const auto& [id, entry] : view().overlays().entries()) entries.push_back(entry);
-    lookAt(std::move(entries));
+    lookAt(std::move(entries), placesOf(scenario_));
 }
 
-void Host::lookAt(std::vector<OverlayScene::Entry> entries) {
+void Host::lookAt(std::vector<OverlayScene::Entry> entries, std::vector<halCore::Ecef> places) {
     const auto extent = std::make_shared<std::optional<SceneExtent>>();
     // Ends a flight.
     view().setCenter(view().camera().center());
     const Camera before = view().camera();
-    undertake(measureExtent(std::move(entries), *extent), [this, extent, before] {
+    undertake(measureExtent(std::move(entries), std::move(places), *extent), [this, extent, before] {
         Camera now = view().camera();
         now.setViewport(before.width(), before.height());
         // Whoever has turned the view meanwhile wants to look there.

@@ -107,7 +107,7 @@ class Host : public QObject {
     /// Selects the shape that is seen at a pixel of the view in the panel.
     void selectShapeAt(double x, double y);
     void selectShape(const std::optional<PickedShape>& picked);
-    void lookAt(std::vector<OverlayScene::Entry> entries);
+    void lookAt(std::vector<OverlayScene::Entry> entries, std::vector<halCore::Ecef> places);
     void addAttachMenu(QMenu& menu, const std::vector<void*>& overlays);
     void addPlatformByUser();
     void savePictureByUser();

@@ -22,4 +22,12 @@ std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint6
         {point->latRad, point->lonRad, point->altMeters}, point->headingRad, point->pitchRad, point->rollRad};
 }
 
+std::vector<halCore::Ecef> placesOf(const Scenario& scenario) {
+    std::vector<halCore::Ecef> places;
+    for (const auto& [id, platform] : scenario.platforms())
+        if (const auto point = scenario.at(id, scenario.time()))
+            places.push_back(halCore::toEcef({point->latRad, point->lonRad, point->altMeters}));
+    return places;
+}
+
 }  // namespace sandbox

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
+#include "geo/Ecef.h"
 #include "globe/OverlayScene.h"
 #include "globe/PlatformMarker.h"
 
@@ -14,5 +16,8 @@ class Scenario;
 std::optional<PlatformMarker> markerOf(const Scenario& scenario, std::uint64_t platform);
 /// What the offsets of overlays on it count from, at that time.
 std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint64_t platform);
+
+/// Where all platforms are at that time, those that are anywhere.
+std::vector<halCore::Ecef> placesOf(const Scenario& scenario);
 
 }  // namespace sandbox

@@ -276,7 +276,7 @@ class Stage {
     const TrackLines tracks_{scene, scenario};
 };
 
-Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
+Camera cameraFor(const RenderJob& job, const OverlayScene& scene, const Scenario& scenario) {
     Camera camera;
     camera.setViewport(job.size.width(), job.size.height());
     if (job.look) {
@@ -287,7 +287,7 @@ Camera cameraFor(const RenderJob& job, const OverlayScene& scene) {
     std::vector<OverlayScene::Entry> entries;
     for (const auto& [id, entry] : scene.entries()) entries.push_back(entry);
     std::optional<SceneExtent> extent;
-    measureExtent(std::move(entries), extent).finish();
+    measureExtent(std::move(entries), placesOf(scenario), extent).finish();
     if (extent) {
         const Outlook outlook = outlookOn(*extent, camera);
         camera.setCenter(outlook.center);
@@ -315,7 +315,7 @@ int runRenderCommand(const QStringList& arguments) {
         return kNoPicture;
     }
     picture.setEarthImage(job.earth);
-    const Camera camera = cameraFor(job, stage.scene);
+    const Camera camera = cameraFor(job, stage.scene, stage.scenario);
     const std::map<std::uint64_t, PlatformMarker> platforms = stage.markers();
     const GlobeFrame frame{.camera = camera,
                            .pixelRatio = job.density,

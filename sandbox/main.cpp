@@ -138,17 +138,19 @@ void openFiles(sandbox::Host& host, QStringList files) {
     if (files.isEmpty()) return;
     const bool platformsFirst = sandbox::UserFiles::isPlatformFile(files.front());
     const auto others = std::ranges::stable_partition(files, sandbox::UserFiles::isPlatformFile);
-    bool turned = false;
-    for (auto file = files.begin(); file != others.begin(); ++file)
-        turned = host.files().open(*file) || turned;
-    turned = turned && platformsFirst;
-    if (turned) host.showEverything();
-    const auto left = std::make_shared<qsizetype>(others.size());
-    for (const QString& file : others)
-        host.files().openSoon(file, [&host, turned, left](bool) {
-            if (--*left == 0 && !turned) host.showEverything();
+    struct Coming {
+        std::ptrdiff_t platforms;
+        std::ptrdiff_t files;
+        bool turned = false;
+    };
+    const auto coming = std::make_shared<Coming>(Coming{others.begin() - files.begin(), files.size()});
+    for (const QString& file : files)
+        host.files().openSoon(file, [&host, platformsFirst, coming](bool shown) {
+            coming->turned = coming->turned || (platformsFirst && coming->platforms > 0 && shown);
+            const bool areAll = --coming->files == 0;
+            if (--coming->platforms == 0 ? coming->turned || areAll : areAll && !coming->turned)
+                host.showEverything();
         });
-    if (others.empty() && !turned) host.showEverything();
 }
 
 }  // namespace

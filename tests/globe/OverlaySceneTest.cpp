@@ -107,7 +107,7 @@ TEST(SceneExtent, TheViewIsFilled) {
         const OverlayScene::Entry entry{1, {}, shapesOf(line), {}};
         Camera camera = looking(Vec3(), 1e6);
         std::optional<SceneExtent> extent;
-        measureExtent({entry}, extent).finish();
+        measureExtent({entry}, {}, extent).finish();
         ASSERT_TRUE(extent) << line;
         const Outlook outlook = outlookOn(*extent, camera);
         camera.setCenter(outlook.center);

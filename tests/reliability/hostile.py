@@ -146,6 +146,7 @@ KINDS = {
     "picture-jpeg-in-scans": (lambda: picture("scans.jpeg", noisy_jpeg(5000, 5000, True)), [RENDER]),
     "icons": (lambda: "".join(block("annotation Here", f"# kml_icon {name}", f"lla {place()}") for name in icons(400)), [RENDER]),
     "tracks.csv": (lambda: tracks(3200, 1000), [RENDER]),
+    "platforms.csv": (lambda: tracks(100000, 3), [RENDER]),
     "slow-picture": (lambda: picture("slow.svgz", svgz()), [RENDER]),
 }
 

@@ -1,4 +1,4 @@
-// Opens a file by hand, moves the view, closes the file, and says how long each kept the window from its events.
+// Opens a file by hand, moves the view and the clock, closes the file, and says how long each kept the window from its events.
 function rest() {
     let frames;
     waitFor(() => { frames = view.frameCount; wait(500); return view.frameCount === frames; }, "a view at rest", 120000);
@@ -16,6 +16,7 @@ rest();
 menu("File", "Close All");
 rest();
 answerFileDialog(args[0]);
-turn(() => menu("File", "Open Overlay..."));
+turn(() => menu("File", args[0].endsWith(".csv") ? "Open Platforms..." : "Open Overlay..."));
 turn(() => view.camera = { lat: 20, lon: 30, range: 1.2e7 });
+turn(() => setTime(time() + 90));
 turn(() => menu("File", "Close All"));
