@@ -1,9 +1,11 @@
 #include "format/LostLines.h"
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "common/NumberText.h"
 #include "common/Strings.h"
@@ -52,6 +54,39 @@ int topicOf(const BlockLines::Line& line) {
     }
 }
 
+/// A text's first line, without the blanks at its ends; the text loses it.
+std::string_view takeLine(std::string_view& text) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    return UTILS::trimmed(line);
+}
+
+/// Whether lines stand in a text, most of them asked for in its order.
+class StandingLines {
+  public:
+    explicit StandingLines(std::string_view text) : text_(text), rest_(text) {}
+
+    bool contains(std::string_view line) {
+        std::string_view rest = rest_;
+        if (takeLine(rest) == line) {
+            rest_ = rest;
+            return true;
+        }
+        if (sorted_.empty()) {
+            for (rest = text_; !rest.empty();) sorted_.push_back(takeLine(rest));
+            std::ranges::sort(sorted_);
+        }
+        return std::ranges::binary_search(sorted_, line);
+    }
+
+  private:
+    std::string_view text_;
+    /// What may come next.
+    std::string_view rest_;
+    /// All of them, once they are asked for.
+    std::vector<std::string_view> sorted_;
+};
+
 /// What a reader makes of a block, as text. Points stand for themselves: few of them are enough.
 class Probe {
   public:
@@ -98,22 +133,28 @@ ParseMessage lostLine(std::size_t number, std::string_view line) {
         std::string("\"").append(UTILS::excerpt(UTILS::trimmed(line))).append("\" is not in the new block")};
 }
 
+bool hasAllLines(std::string_view anew, std::string_view block) {
+    StandingLines standing(anew);
+    while (!block.empty())
+        if (const std::string_view line = takeLine(block); !line.empty() && !standing.contains(line))
+            return false;
+    return true;
+}
+
 std::vector<ParseMessage> lostLines(std::string_view block, const ZelShape& read, std::string_view anew,
                                     const ZelShape& written) {
     const BlockLines now(anew, written);
     std::set<int> topics;
-    std::set<std::string_view> texts;
-    for (const BlockLines::Line& line : now.lines()) {
-        texts.insert(UTILS::trimmed(line.text));
+    StandingLines standing(anew);
+    for (const BlockLines::Line& line : now.lines())
         if (line.keyword) topics.insert(topicOf(line));
-    }
     std::vector<ParseMessage> lost;
     const BlockLines old(block, read);
     Probe probe(old);
     for (std::size_t i = 0; i < old.lines().size(); ++i) {
         const BlockLines::Line& line = old.lines()[i];
         const std::string_view text = UTILS::trimmed(line.text);
-        if (text.empty() || texts.contains(text)) continue;
+        if (text.empty() || standing.contains(text)) continue;
         const int topic = line.keyword ? topicOf(line) : int(kNoSlot);
         const bool isPoint = topic == kPointSlot;
         if (topic != kNoSlot && topics.contains(topic) && (isPoint || probe.counts(i))) continue;

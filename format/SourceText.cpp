@@ -94,8 +94,8 @@ std::string SourceText::with(const std::vector<Change>& changes, std::string_vie
     return result;
 }
 
-std::string SourceText::withLineEnds(std::string_view lines) const {
-    if (lineEnd_ == "\n") return std::string(lines);
+std::string SourceText::withLineEnds(std::string lines) const {
+    if (lineEnd_ == "\n") return lines;
     std::string text;
     for (const char c : lines)
         if (c == '\n')
@@ -111,7 +111,7 @@ void SourceText::add_(std::string& text, std::string_view added) const {
     const bool leavesBlank = text.empty() || isBlankLine(lastLine(text));
     if (!endsLine) text += lineEnd_;
     if (!leavesBlank) text += lineEnd_;
-    text += withLineEnds(added);
+    text += withLineEnds(std::string(added));
     // As the text ended before, so it ends now.
     if (isLast && !leavesBlank) text.resize(text.size() - lineEnd_.size());
     if (isLast && !endsLine) text.resize(text.size() - lineEnd_.size());

@@ -35,7 +35,7 @@ class SourceText {
     std::string_view lineEnd() const { return lineEnd_; }
     static std::string_view lineEndOf(std::string_view text);
     /// Lines that end with "\n", with the text's own line ends.
-    std::string withLineEnds(std::string_view lines) const;
+    std::string withLineEnds(std::string lines) const;
 
     /// What takes a block's place.
     struct Change {

@@ -151,11 +151,15 @@ BlockRewriter::Rewritten BlockRewriter::rewrite(const ZEL::SourceText& source, s
     frame_ = isPlaceless ? nullptr : &anywhere_;
     std::optional<Rewritten> rewritten;
     if (!anew || isPlaceless) rewritten = patched_(old, after, preferences);
-    const auto read = rewritten && rewritten->lost.empty() ? ZEL::Parser::Shapes() : read_(old);
+    ZEL::Parser::Shapes read;
     if (!rewritten) {
-        const std::string written = blockOf(after);
-        rewritten = {.lines = source.withLineEnds(written), .lost = {}};
+        std::string written = blockOf(after);
+        rewritten.emplace();
+        if (!ZEL::hasAllLines(written, old)) read = read_(old);
         if (read.size() == 1) rewritten->lost = ZEL::lostLines(old, *read.front(), written, after);
+        rewritten->lines = source.withLineEnds(std::move(written));
+    } else if (!rewritten->lost.empty()) {
+        read = read_(old);
     }
     for (auto& line : rewritten->lost) {
         line.line += source.block(block).line;
