@@ -144,13 +144,14 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
         }
     }
     sprites.setSymbolScale(layout.symbolScale);
-    for (const auto& [platform, x, y, turn, named] : layout.platforms)
-        sprites.addSymbol(x, y, *platform, turn);
+    for (const auto& [x, y, turn, isCross] : layout.platforms)
+        sprites.addSymbol(painter, x, y, isCross, turn);
     sprites.drawSymbols(painter);
-    for (const auto& [platform, x, y, turn, named] : layout.platforms)
-        if (named)
-            sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
-                             QString::fromStdString(platform->name), platformLook());
+    for (const auto& [number, name] : layout.names) {
+        const TextLayout::Platform& platform = layout.platforms[number];
+        sprites.drawText(painter, platform.x + platform.kNameX, platform.y + platform.kNameY,
+                         QString::fromStdString(name), platformLook());
+    }
     draw(layout.counts);
 }
 

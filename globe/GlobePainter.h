@@ -34,7 +34,7 @@ struct GlobeFrame {
     Backdrop backdrop;
     MapOptions map;
     const OverlayScene& overlays;
-    const std::map<std::uint64_t, PlatformMarker>& platforms;
+    EachPlatform platforms;
     const std::map<std::uint64_t, ScreenText>& screenTexts;
     /// How long geometry is worked out before the frame is drawn with what is ready; whole at first.
     Slice working{};

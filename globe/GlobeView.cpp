@@ -310,7 +310,7 @@ GlobeFrame GlobeView::frameOf(const Camera& camera, Slice working) const {
             .backdrop = {},
             .map = mapOptions_,
             .overlays = overlays_,
-            .platforms = platforms_,
+            .platforms = eachOf(platforms_),
             .screenTexts = screenTexts_,
             .working = working,
             .moving = moving_};

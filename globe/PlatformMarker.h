@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 
 #include "common/Vec3.h"
@@ -15,5 +17,16 @@ struct PlatformMarker {
     double heading = 0.0;    ///< radians clockwise from north
     std::string icon;        ///< "x2" is a diagonal cross; anything else an arrowhead along the heading
 };
+
+/// Hands over one platform after the other, in the order in which they are drawn: a view has them, a picture
+/// need not hold millions. Without one there are none.
+using EachPlatform = std::function<void(const std::function<void(const PlatformMarker&)>&)>;
+
+/// \param platforms to outlive the result
+inline EachPlatform eachOf(const std::map<std::uint64_t, PlatformMarker>& platforms) {
+    return [&platforms](const auto& take) {
+        for (const auto& [id, platform] : platforms) take(platform);
+    };
+}
 
 }  // namespace sandbox

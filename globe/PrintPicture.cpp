@@ -142,19 +142,19 @@ class Printer {
             painter_.drawImage(QPointF(x - icon.width() / 2.0, y - icon.height() / 2.0), icon);
             drawText({x + icon.width() / 2.0 + kGap, y}, text, lookOf(*label), false);
         }
-        for (const auto& [platform, x, y, turn, named] : layout.platforms) {
+        for (const auto& [x, y, turn, isCross] : layout.platforms) {
             const QTransform before = painter_.transform();
             painter_.translate(x, y);
             painter_.scale(layout.symbolScale, layout.symbolScale);
-            paintSymbol(painter_, *platform, turn / halCore::kRadiansPerDegree);
+            paintSymbol(painter_, isCross, turn / halCore::kRadiansPerDegree);
             painter_.setTransform(before);
         }
         const TextLook look = platformLook();
         const double middle = TextLayout::Platform::kNameY + QFontMetricsF(look.font).lineSpacing() / 2.0;
-        for (const auto& [platform, x, y, turn, named] : layout.platforms) {
-            if (!named) continue;
-            drawText({x + TextLayout::Platform::kNameX, y + middle}, QString::fromStdString(platform->name),
-                     look, false);
+        for (const auto& [number, name] : layout.names) {
+            const TextLayout::Platform& platform = layout.platforms[number];
+            drawText({platform.x + platform.kNameX, platform.y + middle}, QString::fromStdString(name), look,
+                     false);
         }
         drawTexts(layout.counts);
     }

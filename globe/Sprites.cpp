@@ -1,6 +1,8 @@
 #include "globe/Sprites.h"
 
 #include <QFontMetricsF>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStringList>
@@ -26,10 +28,6 @@ constexpr int kLargestFont = 1000;
 /// Room around a text for its outline and for strokes that stick out of their boxes.
 double marginOf(const TextLook& look) {
     return look.outlineWidth + 2.0;
-}
-
-bool isCross(const PlatformMarker& platform) {
-    return platform.icon == "x2";
 }
 
 }  // namespace
@@ -81,11 +79,11 @@ void paintTextLine(QPainter& painter, const QPointF& start, const QString& line,
     painter.drawText(start, line);
 }
 
-void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degrees) {
+void paintSymbol(QPainter& painter, bool isCross, double degrees) {
     const QColor yellow(255, 214, 64);
     const QColor rim(0, 0, 0, 190);
     QPainterPath path;
-    if (isCross(platform)) {
+    if (isCross) {
         path.moveTo(-5.5, -5.5);
         path.lineTo(5.5, 5.5);
         path.moveTo(-5.5, 5.5);
@@ -231,7 +229,7 @@ void Sprites::forgetIcons() {
     std::erase_if(comingIcons_, [this](const PictureFile& file) { return !icons_.contains(file); });
 }
 
-void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, double turn) {
+void Sprites::addSymbol(QPainter& painter, double x, double y, bool isCross, double turn) {
     constexpr double kSize = 28.0;
     const double scale = symbolScale_ * ratio_;
     const int pixels = static_cast<int>(std::ceil(kSize * scale));
@@ -242,7 +240,7 @@ void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, doub
     }
     constexpr int kTurns = 360 / kDegrees;
     const int step = static_cast<int>(std::lround(turn * kTurns / (2.0 * kPi)) % kTurns);
-    const int cell = isCross(platform) ? 0 : 1 + (step + kTurns) % kTurns;
+    const int cell = isCross ? 0 : 1 + (step + kTurns) % kTurns;
     const QRect area(cell % kColumns * pixels, cell / kColumns * pixels, pixels, pixels);
     if (!onSheet_[static_cast<std::size_t>(cell)]) {
         QPainter symbol(&sheet_);
@@ -251,7 +249,7 @@ void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, doub
         symbol.translate(area.topLeft());
         symbol.translate(pixels / 2.0, pixels / 2.0);
         symbol.scale(scale, scale);
-        paintSymbol(symbol, platform, step * kDegrees);
+        paintSymbol(symbol, isCross, step * kDegrees);
         onSheet_.set(static_cast<std::size_t>(cell));
         shownSheet_ = {};
     }
@@ -261,11 +259,19 @@ void Sprites::addSymbol(double x, double y, const PlatformMarker& platform, doub
     };
     symbols_.push_back(
         QPainter::PixmapFragment::create({middle(x), middle(y)}, area, 1.0 / ratio_, 1.0 / ratio_));
+    constexpr std::size_t kTogether = 20000;
+    if (symbols_.size() < kTogether) return;
+    drawSymbols(painter);
+    // The driver would hold them all.
+    QOpenGLContext::currentContext()->functions()->glFinish();
 }
 
 void Sprites::drawSymbols(QPainter& painter) {
     if (symbols_.empty()) return;
     if (shownSheet_.isNull()) shownSheet_ = QPixmap::fromImage(sheet_);
+    // Where nothing else is drawn in between, OpenGL's painter draws the first ones again.
+    painter.beginNativePainting();
+    painter.endNativePainting();
     painter.drawPixmapFragments(symbols_.data(), static_cast<int>(symbols_.size()), shownSheet_);
     symbols_.clear();
 }

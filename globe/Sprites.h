@@ -17,7 +17,6 @@
 #include "common/Slice.h"
 #include "common/Work.h"
 #include "globe/DrawList.h"
-#include "globe/PlatformMarker.h"
 
 class QPointF;
 
@@ -39,7 +38,7 @@ QFont fontForFile(const QString& fileName, int pixelSize);
 void paintTextLine(QPainter& painter, const QPointF& start, const QString& line, const TextLook& look);
 
 /// Draws a platform's symbol about the painter's origin, `degrees` clockwise.
-void paintSymbol(QPainter& painter, const PlatformMarker& platform, double degrees);
+void paintSymbol(QPainter& painter, bool isCross, double degrees);
 
 /// Small pictures that stand upright on the screen: texts and platform symbols, rendered once each by Qt's
 /// raster engine and then drawn at whole device pixels, so that they stay crisp. A text is cut at 2048 device
@@ -62,9 +61,9 @@ class Sprites {
     bool lacksIcons() const { return !comingIcons_.empty(); }
     /// How large symbols are from here on, of their own size. None may wait for drawSymbols().
     void setSymbolScale(double scale);
-    /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. It waits for
-    /// drawSymbols(), as there may be very many of them.
-    void addSymbol(double x, double y, const PlatformMarker& platform, double turn);
+    /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. Some thousands
+    /// wait for others, or for drawSymbols(), to be drawn together.
+    void addSymbol(QPainter& painter, double x, double y, bool isCross, double turn);
     /// Those that wait, in the order in which they were added.
     void drawSymbols(QPainter& painter);
 

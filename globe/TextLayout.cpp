@@ -9,6 +9,7 @@
 #include <map>
 #include <numbers>
 #include <numeric>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -82,7 +83,7 @@ class Room {
   public:
     struct Holder {
         QRectF box;
-        std::string_view text;
+        std::string text;
         double priority = 0.0;
         bool counts = false;  ///< what gives way to it
         int others = 0;       ///< that did
@@ -172,8 +173,7 @@ class Layout {
                                  [&](std::size_t i) { return placed[i].label->priority; });
         for (const std::size_t i : order) {
             const DrawList::Label& label = *placed[i].label;
-            if (!claim({boxOf(placed[i], sizes_), label.text, label.priority, true}))
-                placed[i].label = nullptr;
+            if (!claim(boxOf(placed[i], sizes_), label.text, label.priority)) placed[i].label = nullptr;
         }
         std::erase_if(placed, [](const TextLayout::Label& p) { return !p.label; });
         result_.labels = std::move(placed);
@@ -181,21 +181,25 @@ class Layout {
 
     void placePlatforms() {
         const int pixelSize = platformLook().font.pixelSize();
-        for (const auto& [id, platform] : frame_.platforms) {
+        const auto take = [&](const PlatformMarker& platform) {
             const Projected place = camera_.project(platform.position);
-            if (!isInSight(place)) continue;
-            TextLayout::Platform placed{&platform, place.x, place.y, screenTurn(camera_, platform)};
+            if (!isInSight(place)) return;
+            const TextLayout::Platform placed{
+                place.x, place.y, static_cast<float>(screenTurn(camera_, platform)), platform.icon == "x2"};
             const QSizeF size = sizes_.of(platform.name, "arial.ttf", pixelSize);
             const QPointF corner(place.x + placed.kNameX, place.y + placed.kNameY);
-            placed.named = !platform.name.empty() && claim({QRectF(corner, size), platform.name, 0.0, true});
+            if (!platform.name.empty() && claim(QRectF(corner, size), platform.name, 0.0))
+                result_.names.push_back({result_.platforms.size(), platform.name});
             result_.platforms.push_back(placed);
-        }
+        };
+        if (frame_.platforms) frame_.platforms(take);
         result_.symbolScale = symbolScale(result_.platforms.size());
     }
 
     /// From here on nothing may meet anything.
     void placeMap(std::span<const GraticuleLabel> graticule) {
         count();
+        if (graticule.empty() && !frame_.map.names) return;
         const double size = 14.0 * result_.symbolScale;
         for (const TextLayout::Platform& platform : result_.platforms)
             room_.take({{platform.x - size / 2, platform.y - size / 2, size, size}, {}});
@@ -228,17 +232,17 @@ class Layout {
                place.y > -kMargin && place.y < camera_.height() + kMargin;
     }
 
-    bool claim(Room::Holder text) {
-        if (text.box.isEmpty()) return true;
-        Room::Holder* holder = room_.meets(text.box, [&](const Room::Holder& other) {
-            return other.priority == text.priority && standsBeside(other.box, text.box);
+    bool claim(const QRectF& box, std::string_view text, double priority) {
+        if (box.isEmpty()) return true;
+        Room::Holder* holder = room_.meets(box, [&](const Room::Holder& other) {
+            return other.priority == priority && standsBeside(other.box, box);
         });
         if (!holder) {
-            room_.take(std::move(text));
+            room_.take({box, std::string(text), priority, true});
             return true;
         }
         // A text on itself is one that is being dragged.
-        if (holder->text != text.text) ++holder->others;
+        if (holder->text != text) ++holder->others;
         return false;
     }
 

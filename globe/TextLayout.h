@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "globe/DrawList.h"
@@ -29,14 +31,17 @@ struct TextLayout {
         double y = 0.0;
     };
     struct Platform {
-        const PlatformMarker* platform = nullptr;
         double x = 0.0;
         double y = 0.0;
-        double turn = 0.0;  ///< of its heading on the screen, radians clockwise from up
-        bool named = false;
+        float turn = 0.0F;  ///< of its heading on the screen, radians clockwise from up
+        bool isCross = false;
         /// Of its name's upper left corner, from its place.
         static constexpr double kNameX = 12.0;
         static constexpr double kNameY = -8.0;
+    };
+    struct Name {
+        std::size_t platform = 0;
+        std::string text;
     };
     /// Its middle is at its place.
     struct Text {
@@ -48,6 +53,7 @@ struct TextLayout {
 
     std::vector<Label> labels;  ///< in drawing order
     std::vector<Platform> platforms;
+    std::vector<Name> names;  ///< of those that have room for it
     /// How large their symbols are: smaller where there are more than can be told apart.
     double symbolScale = 1.0;
     std::vector<Text> map;     ///< the graticule's and the countries' names

@@ -6,13 +6,17 @@ namespace sandbox {
 
 std::optional<PlatformMarker> markerOf(const Scenario& scenario, std::uint64_t platform) {
     const Scenario::Platform* found = scenario.find(platform);
-    const auto point = scenario.at(platform, scenario.time());
-    if (!found || !point) return std::nullopt;
-    return PlatformMarker{.id = platform,
-                          .name = found->name,
+    return found ? markerOf(platform, *found, scenario.time()) : std::nullopt;
+}
+
+std::optional<PlatformMarker> markerOf(std::uint64_t id, const Scenario::Platform& platform, double seconds) {
+    const auto point = platform.track.at(seconds);
+    if (!point) return std::nullopt;
+    return PlatformMarker{.id = id,
+                          .name = platform.name,
                           .position = {point->latRad, point->lonRad, point->altMeters},
                           .heading = point->headingRad,
-                          .icon = found->icon.text()};
+                          .icon = platform.icon.text()};
 }
 
 std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint64_t platform) {

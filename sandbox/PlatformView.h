@@ -7,13 +7,13 @@
 #include "geo/Ecef.h"
 #include "globe/OverlayScene.h"
 #include "globe/PlatformMarker.h"
+#include "sandbox/scenario/Scenario.h"
 
 namespace sandbox {
 
-class Scenario;
-
 /// What a view shows of a platform at the scenario's time; nothing while it is nowhere.
 std::optional<PlatformMarker> markerOf(const Scenario& scenario, std::uint64_t platform);
+std::optional<PlatformMarker> markerOf(std::uint64_t id, const Scenario::Platform& platform, double seconds);
 /// What the offsets of overlays on it count from, at that time.
 std::optional<OverlayReference> referenceOf(const Scenario& scenario, std::uint64_t platform);
 

@@ -210,11 +210,11 @@ class Stage {
             if (!UserFiles::isPlatformFile(file)) loadOverlay(file, 0);
     }
 
-    std::map<std::uint64_t, PlatformMarker> markers() const {
-        std::map<std::uint64_t, PlatformMarker> found;
-        for (const auto& [id, platform] : scenario.platforms())
-            if (auto marker = markerOf(scenario, id)) found[id] = *std::move(marker);
-        return found;
+    EachPlatform platforms() const {
+        return [this](const auto& take) {
+            for (const auto& [id, platform] : scenario.platforms())
+                if (const auto marker = markerOf(id, platform, scenario.time())) take(*marker);
+        };
     }
 
   private:
@@ -316,13 +316,12 @@ int runRenderCommand(const QStringList& arguments) {
     }
     picture.setEarthImage(job.earth);
     const Camera camera = cameraFor(job, stage.scene, stage.scenario);
-    const std::map<std::uint64_t, PlatformMarker> platforms = stage.markers();
     const GlobeFrame frame{.camera = camera,
                            .pixelRatio = job.density,
                            .backdrop = job.backdrop,
                            .map = job.map,
                            .overlays = stage.scene,
-                           .platforms = platforms,
+                           .platforms = stage.platforms(),
                            .screenTexts = {}};
     const QString problem = saveFrame(frame, picture, job.output);
     if (!problem.isEmpty()) {

@@ -31,7 +31,7 @@ struct ViewFrame {
                 .backdrop = backdrop,
                 .map = view.mapOptions(),
                 .overlays = view.overlays(),
-                .platforms = view.platforms(),
+                .platforms = eachOf(view.platforms()),
                 .screenTexts = kNoTexts} {}
     ViewFrame(const ViewFrame&) = delete;
     ViewFrame& operator=(const ViewFrame&) = delete;

@@ -126,26 +126,35 @@ class Names {
     std::uint32_t numberOf(std::string_view name, const std::deque<PlatformFile::Platform>& platforms) {
         // Most rows follow one of the same platform.
         if (latest_ < platforms.size() && platforms[latest_].name == name) return latest_;
-        if (2 * (platforms.size() + 1) > numbers_.size()) {
-            numbers_.assign(std::max(kFew, 2 * numbers_.size()), kNone);
-            for (std::uint32_t i = 0; i < platforms.size(); ++i) placeOf(platforms[i].name, platforms) = i;
-        }
-        std::uint32_t& place = placeOf(name, platforms);
-        if (place == kNone) place = static_cast<std::uint32_t>(platforms.size());
-        return latest_ = place;
+        if (2 * (platforms.size() + 1) > places_.size()) grow();
+        const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
+        Place& place = find(hash, [&](std::uint32_t number) { return platforms[number].name == name; });
+        if (place.number == kNone) place = {hash, static_cast<std::uint32_t>(platforms.size())};
+        return latest_ = place.number;
     }
 
   private:
     static constexpr std::uint32_t kNone = ~0U;
-    static constexpr std::size_t kFew = 16;
+    struct Place {
+        std::uint32_t hash = 0;
+        std::uint32_t number = kNone;
+    };
 
-    std::uint32_t& placeOf(std::string_view name, const std::deque<PlatformFile::Platform>& platforms) {
-        std::size_t at = std::hash<std::string_view>()(name);
-        while (numbers_[at %= numbers_.size()] != kNone && platforms[numbers_[at]].name != name) ++at;
-        return numbers_[at];
+    Place& find(std::uint32_t hash, auto&& is) {
+        std::size_t at = hash % places_.size();
+        while (places_[at].number != kNone && (places_[at].hash != hash || !is(places_[at].number)))
+            at = (at + 1) % places_.size();
+        return places_[at];
+    }
+    void grow() {
+        constexpr std::size_t kFew = 16;
+        const std::vector<Place> before =
+            std::exchange(places_, std::vector<Place>(std::max(kFew, 2 * places_.size())));
+        for (const Place& place : before)
+            if (place.number != kNone) find(place.hash, [](std::uint32_t) { return false; }) = place;
     }
 
-    std::vector<std::uint32_t> numbers_;
+    std::vector<Place> places_;
     std::uint32_t latest_ = kNone;
 };
 

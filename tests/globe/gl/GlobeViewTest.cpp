@@ -264,7 +264,7 @@ TEST_F(GlobeViewTest, DenseScreensShowTheSame) {
         scene.add(shapesOf(all), std::nullopt, true, folder.path().toStdString());
         const Camera camera = looking(at(0, 0), range);
         const MapOptions map{.graticule = true, .scaleBar = true};
-        GlobeFrame frame{camera, 2.0, {}, map, scene, platforms, texts};
+        GlobeFrame frame{camera, 2.0, {}, map, scene, eachOf(platforms), texts};
         const QImage dense = picture.draw(frame);
         ASSERT_EQ(dense.size(), QSize(2000, 1200)) << picture.error().toStdString();
         frame.pixelRatio = 1.0;
@@ -281,6 +281,26 @@ TEST_F(GlobeViewTest, DenseScreensShowTheSame) {
 }
 
 /// A flight ends where it should, or at a touch; then nothing is drawn until somebody asks for it.
+/// They are drawn some at a time.
+TEST_F(GlobeViewTest, VeryManyPlatformsAreAllThere) {
+    GlobePicture picture;
+    const OverlayScene scene;
+    const Camera camera = looking(at(0, 0), 2.0e6);
+    constexpr int kPlaces = 6;
+    const auto placeOf = [](int number) { return at(number - 3, number - 3); };
+    const auto each = [&](const auto& take) {
+        for (int i = 0; i < 60000; ++i)
+            take({static_cast<std::uint64_t>(i) + 1, "", placeOf(i * kPlaces / 60000), 0.0, ""});
+    };
+    const QImage image = picture.draw({camera, 1.0, {}, {}, scene, each, {}});
+    for (int place = 0; place < kPlaces; ++place) {
+        const Projected p = camera.project(placeOf(place));
+        const QPoint middle(static_cast<int>(p.x), static_cast<int>(p.y));
+        const auto isYellow = [](QRgb c) { return qRed(c) > 200 && qGreen(c) > 160 && qBlue(c) < 120; };
+        EXPECT_GT(count(image, {middle - QPoint(3, 3), middle + QPoint(3, 3)}, isYellow), 0) << place;
+    }
+}
+
 TEST_F(GlobeViewTest, FliesArrivesAndRests) {
     look(at(0, 0), 1.0e6, 40);
     Camera target = view.camera();

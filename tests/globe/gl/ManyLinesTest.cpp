@@ -201,7 +201,7 @@ class DrawnAheadTest : public GlobeViewTest {
         view.doneCurrent();
     }
     GlobeFrame frame(Slice working, Slice drawing) const {
-        return {camera, 1.0, {}, {}, scene, view.platforms(), view.screenTexts(), working, drawing};
+        return {camera, 1.0, {}, {}, scene, eachOf(view.platforms()), view.screenTexts(), working, drawing};
     }
     bool workOut(Slice slice, bool calm) {
         target_->bind();
