@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <deque>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -101,31 +102,28 @@ class Printer {
         DetailBudget budget;
         for (const auto& [id, entry] : scene.entries()) {
             if (!entry.shown) continue;
-            DrawList list;
+            Upper upper;
             for (const auto& shape : entry.shapes) {
                 if (!shape) continue;
-                const std::size_t meshes = list.meshes.size();
-                const std::size_t lines = list.lines.size();
+                DrawList list;
                 appendGeometry(*shape, entry.reference, tolerance, list, budget.shares());
-                budget.spend(detailOf(*shape, std::span(list.meshes).subspan(meshes),
-                                      std::span(list.lines).subspan(lines)));
+                budget.spend(detailOf(*shape, list.meshes, list.lines));
+                drawLowest(list, upper);
+                for (DrawList::Label& label : list.labels) {
+                    if (!camera_.project(label.position).visible) continue;
+                    if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);
+                    labels_.push_back(std::move(label));
+                }
             }
-            draw(list);
-            for (DrawList::Label& label : list.labels)
-                if (!label.icon.path.empty()) label.icon = findPicture(label.icon.path, entry.directory);
-            labels_.insert(labels_.end(), std::make_move_iterator(list.labels.begin()),
-                           std::make_move_iterator(list.labels.end()));
+            draw(upper);
         }
     }
-    void draw(const DrawList& list) {
-        for (const DrawList::Mesh& mesh : list.meshes)
-            if (!mesh.solid && !mesh.overBodies) drawArea(mesh);
-        drawBodies(list);
-        for (const DrawList::Mesh& mesh : list.meshes)
-            if (!mesh.solid && mesh.overBodies) drawArea(mesh);
-        for (const DrawList::Line& line : list.lines) drawLine(line);
+    void draw(DrawList list) {
+        Upper upper;
+        drawLowest(list, upper);
+        draw(upper);
     }
-    const std::vector<DrawList::Label>& labels() const { return labels_; }
+    const std::deque<DrawList::Label>& labels() const { return labels_; }
     void drawTexts(const std::vector<TextLayout::Text>& texts) {
         for (const auto& [x, y, text, look] : texts) drawText({x, y}, text, look);
     }
@@ -173,6 +171,33 @@ class Printer {
     }
 
   private:
+    /// What lies on top of all areas that bodies hide, and waits until these are drawn.
+    struct Upper {
+        std::deque<DrawList::Mesh> meshes;
+        std::deque<DrawList::Line> lines;
+    };
+
+    void drawLowest(DrawList& list, Upper& upper) {
+        for (DrawList::Mesh& mesh : list.meshes)
+            if (mesh.solid || mesh.overBodies)
+                upper.meshes.push_back(std::move(mesh));
+            else
+                drawArea(mesh);
+        // What the earth hides of its far half is convex: nothing between points there is seen.
+        const Ecef up = toUnitSphere(camera_.eye());
+        const auto isHidden = [&](const Ecef& p) {
+            return dot(toUnitSphere(p), up) < 0.0 && isHiddenByEarth(camera_.eye(), p);
+        };
+        for (DrawList::Line& line : list.lines)
+            if (!std::ranges::all_of(line.points, isHidden)) upper.lines.push_back(std::move(line));
+    }
+    void draw(const Upper& upper) {
+        drawBodies(upper.meshes);
+        for (const DrawList::Mesh& mesh : upper.meshes)
+            if (!mesh.solid) drawArea(mesh);
+        for (const DrawList::Line& line : upper.lines) drawLine(line);
+    }
+
     bool isSeen(const Ecef& p) const {
         return dot(p - camera_.eye(), camera_.back()) < 0.0 && !isHiddenByEarth(camera_.eye(), p);
     }
@@ -293,9 +318,9 @@ class Printer {
     }
 
     /// The farthest first.
-    void drawBodies(const DrawList& list) {
+    void drawBodies(const std::deque<DrawList::Mesh>& meshes) {
         std::vector<Face> faces;
-        for (const DrawList::Mesh& mesh : list.meshes) {
+        for (const DrawList::Mesh& mesh : meshes) {
             if (!mesh.solid || mesh.vertices.empty()) continue;
             bodies_.add(mesh);
             Shades shades = shadesOf(mesh);
@@ -386,7 +411,7 @@ class Printer {
     const Camera& camera_;
     QPainter& painter_;
     DepthMap bodies_;
-    std::vector<DrawList::Label> labels_;
+    std::deque<DrawList::Label> labels_;
 };
 
 void printScaleBar(const Camera& camera, Printer& printer, QPainter& painter) {
@@ -430,13 +455,13 @@ bool printPicture(const GlobeFrame& frame, const QImage& ground, QIODevice& devi
     Printer printer(camera, painter);
     DrawList map;
     map.lines = BaseMap::lines(camera, frame.map);
-    printer.draw(map);
+    printer.draw(std::move(map));
     std::vector<GraticuleLabel> graticule;
     if (frame.map.graticule) {
         const GraticuleGrid grid = graticuleGrid(camera);
         DrawList lines;
         lines.lines = graticuleLines(grid);
-        printer.draw(lines);
+        printer.draw(std::move(lines));
         graticule = graticuleLabels(grid, camera);
     }
     printer.draw(frame.overlays);

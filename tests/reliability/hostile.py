@@ -40,6 +40,12 @@ def points(keyword, count, filled=False):
     return block(keyword, *(["filled true"] if filled else []), *("lla " + place() for _ in range(count)))
 
 
+def area():
+    """A filled house of a tenth of a degree."""
+    lat, lon = random.uniform(-80, 80), random.uniform(-179, 178)
+    return block("polygon", "filled true", *(f"lla {lat + x:.4f} {lon + y:.4f} 0" for x, y in ((0, 0), (0, 0.1), (0.1, 0.15), (0.2, 0.1), (0.2, 0))))
+
+
 def png(width, height, kind=0, row=None):
     """A picture of one colour, a few bytes for each row; or of rows that begin with their filter."""
     def chunk(name, data):
@@ -138,6 +144,8 @@ KINDS = {
                                    + block("line", "linewidth 255", "linecolor hex 400000ff", "lla " + place(), "lla " + place()) for i in range(1000)), [RENDER]),
     "random-segments": (lambda: points("linesegs", 200000), [RENDER]),
     "segments-printed": (lambda: block("linesegs", *(f"lla {random.uniform(10, 11):.6f} {random.uniform(20, 21):.6f} 0" for _ in range(10**6))), [PRINT]),
+    "lines-printed": (lambda: "".join(block("line", f"lla {random.uniform(10, 11):.6f} {random.uniform(20, 21):.6f} 0", f"lla {random.uniform(10, 11):.6f} {random.uniform(20, 21):.6f} 0") for _ in range(800000)), [PRINT]),
+    "areas": (lambda: "".join(area() for _ in range(500000)), [RENDER, PRINT]),
     "tall-labels": (lambda: "".join(block("annotation " + "a\\n" * 5000, f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-labels": (lambda: "".join(block("annotation Large", "fontsize 100000", f"lla {place()}") for _ in range(100)), [RENDER]),
     "large-picture": (lambda: picture("large.png", png(30000, 30000)), [RENDER]),
