@@ -16,36 +16,48 @@ bool isNear(std::uint32_t pixel, std::uint32_t wanted) {
            areNear(pixel >> 8 & 0x00ff00ff, wanted >> 8 & 0x00ff00ff);
 }
 
+constexpr std::uint32_t kAll = ~0U;
+
+std::uint32_t bitsOf(int first, int last) {
+    return kAll >> (FullTiles::kSide - 1 - last) & kAll << first;
+}
+
 }  // namespace
 
-bool FullTiles::enter(int left, int right, int y, std::uint32_t color,
+bool FullTiles::enter(int left, int right, int bottom, int top, std::uint32_t color,
                       const std::vector<std::uint32_t>& pixels) {
     // A line covers a thirtieth of a tile.
     constexpr int kOften = 64;
+    const int row = bottom / kSide;
+    const std::uint32_t rows = bitsOf(bottom - row * kSide, top - row * kSide);
     bool areFull = true;
     for (int column = left / kSide; column <= right / kSide; ++column) {
-        Tile& tile = at(column, y / kSide);
+        Tile& tile = at(column, row);
         if (tile.color != color) tile = {.color = color};
-        if (!tile.full && ++tile.entered == kOften) {
+        if (tile.columns != kAll && ++tile.entered == kOften) {
             tile.entered = 0;
-            tile.full = isFull(column, y / kSide, color, pixels);
+            look(tile, column, row, pixels);
         }
-        areFull = areFull && tile.full;
+        const std::uint32_t columns =
+            bitsOf(std::max(left - column * kSide, 0), std::min(right - column * kSide, kSide - 1));
+        areFull = areFull && ((columns & ~tile.columns) == 0 || (rows & ~tile.rows) == 0);
     }
     return areFull;
 }
 
-bool FullTiles::isFull(int column, int row, std::uint32_t color,
-                       const std::vector<std::uint32_t>& pixels) const {
-    const int right = std::min((column + 1) * kSide, picture_.width());
-    const int top = std::min((row + 1) * kSide, picture_.height());
-    for (int y = row * kSide; y < top; ++y) {
-        const auto line = pixels.begin() + static_cast<std::ptrdiff_t>(y) * picture_.width();
-        if (!std::all_of(line + column * kSide, line + right,
-                         [color](std::uint32_t pixel) { return isNear(pixel, color); }))
-            return false;
+void FullTiles::look(Tile& tile, int column, int row, const std::vector<std::uint32_t>& pixels) const {
+    const int width = std::min(kSide, picture_.width() - column * kSide);
+    const int height = std::min(kSide, picture_.height() - row * kSide);
+    tile.columns = tile.rows = kAll;
+    for (int y = 0; y < height; ++y) {
+        const auto line =
+            pixels.begin() + static_cast<std::ptrdiff_t>(row * kSide + y) * picture_.width() + column * kSide;
+        std::uint32_t empty = 0;
+        for (int x = 0; x < width; ++x)
+            empty |= static_cast<std::uint32_t>(!isNear(line[x], tile.color)) << x;
+        tile.columns &= ~empty;
+        if (empty != 0) tile.rows &= ~bitsOf(y, y);
     }
-    return true;
 }
 
 void FullTiles::forget(const QRect& part) {

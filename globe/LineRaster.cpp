@@ -52,11 +52,16 @@ struct LineRaster::Segment {
     bool horizon;         ///< whether the earth may hide some of it
     double period = 1.0;  ///< of dashes or dots, in metres along the line
     double periodPixels = 1.0;
+    double begin = -1e9;  ///< along it, what may be seen
+    double end = 1e9;
 
     /// Equal steps on screen are not equal steps in space.
     double share(double at) const {
         const double t = std::clamp(at / std::max(length, kShortest), 0.0, 1.0);
         return t * a.depth / std::lerp(b.depth, a.depth, t);
+    }
+    double pixelsTo(double share) const {
+        return length * share * b.depth / std::lerp(a.depth, b.depth, share);
     }
 };
 
@@ -115,11 +120,15 @@ LineRaster::Vertex LineRaster::vertex(const Ecef& fromEye) const {
     result.x = 0.5 * camera_.width() * pixelRatio_ + dot(fromEye, camera_.right()) * scale;
     result.y = 0.5 * camera_.height() * pixelRatio_ + dot(fromEye, camera_.up()) * scale;
     result.fromEye = toUnitSphere(fromEye);
-    const double a = dot(result.fromEye, result.fromEye);
-    const double b = dot(eye_, result.fromEye);
-    result.past = a + b;
-    result.overEarth = b < 0.0 && b * b > a * eyeExcess_;
+    lookPast(result);
     return result;
+}
+
+void LineRaster::lookPast(Vertex& vertex) const {
+    const double a = dot(vertex.fromEye, vertex.fromEye);
+    const double b = dot(eye_, vertex.fromEye);
+    vertex.past = a + b;
+    vertex.overEarth = b < 0.0 && b * b > a * eyeExcess_;
 }
 
 LineRaster::Vertex LineRaster::atNearPlane(const Vertex& behind, const Vertex& ahead) const {
@@ -141,6 +150,32 @@ LineRaster::Sight LineRaster::sightOf(const Vertex& a, const Vertex& b) const {
     if (!a.overEarth || !b.overEarth || std::min(a.past, b.past) <= soft) return Sight::Some;
     const double deepest = bend > 0.0 ? std::clamp(-slope / (2.0 * bend), 0.0, 1.0) : 0.0;
     return a.past + deepest * (slope + deepest * bend) > soft ? Sight::None : Sight::Some;
+}
+
+bool LineRaster::leaveHiddenEnds(Segment& segment) const {
+    constexpr double kLong = 32.0;
+    constexpr int kParts = 8;
+    if (segment.length < kLong) return true;
+    int first = kParts;
+    int last = 0;
+    segment.horizon = false;
+    Vertex from = segment.a;
+    for (int i = 0; i < kParts; ++i) {
+        Vertex to = segment.b;
+        if (i + 1 < kParts) {
+            to.fromEye = segment.a.fromEye + (segment.b.fromEye - segment.a.fromEye) * ((i + 1.0) / kParts);
+            lookPast(to);
+        }
+        if (const Sight seen = sightOf(from, to); seen != Sight::None) {
+            first = std::min(first, i);
+            last = i + 1;
+            segment.horizon = segment.horizon || seen == Sight::Some;
+        }
+        from = to;
+    }
+    if (first > 0) segment.begin = segment.pixelsTo(static_cast<double>(first) / kParts);
+    if (last < kParts) segment.end = segment.pixelsTo(static_cast<double>(last) / kParts);
+    return first < last;
 }
 
 std::size_t LineRaster::draw(const DrawList::Line& line) {
@@ -272,6 +307,7 @@ void LineRaster::drawSegment(const DrawList::Line& line, std::size_t start, std:
     const Direction span{segment.b.x - segment.a.x, segment.b.y - segment.a.y};
     segment.length = std::sqrt(span.x * span.x + span.y * span.y);
     if (segment.length > kShortest) segment.along = {span.x / segment.length, span.y / segment.length};
+    if (segment.horizon && !segment.solid && !leaveHiddenEnds(segment)) return;
     const Direction& along = segment.along;
     // The line on which this piece meets one from `v` to `w`, as its normal along the line of travel.
     const auto joint = [&](const Vertex& v, const Vertex& w) {
@@ -328,14 +364,17 @@ void LineRaster::fill(const Segment& segment) {
     const Side afterA{ahead(segment.cutA), -kOverlap};
     const Side beforeB{ahead({-segment.cutB.x, -segment.cutB.y}),
                        -kOverlap - segment.length * segment.cutB.x};
+    const Side afterBegin{along, segment.begin};
+    const Side beforeEnd{{-along.x, -along.y}, -segment.end};
     // Of the pixels between two coordinates, those whose centres lie there.
     const auto pixelRange = [](double low, double high, double least, double most) {
         return std::pair{static_cast<int>(std::min(std::max(low, least), most) + 0.5),
                          static_cast<int>(std::min(std::max(high, least), most) + 0.5) - 1};
     };
-    const auto [bottom, top] =
-        pixelRange(std::min(a.y, segment.b.y) - reach, std::max(a.y, segment.b.y) + reach, clip_.top(),
-                   clip_.bottom() + 1);
+    const double startY = a.y + std::max(segment.begin, 0.0) * along.y;
+    const double endY = a.y + std::min(segment.end, segment.length) * along.y;
+    const auto [bottom, top] = pixelRange(std::min(startY, endY) - reach, std::max(startY, endY) + reach,
+                                          clip_.top(), clip_.bottom() + 1);
     const double leftmost = std::min(a.x, segment.b.x) - reach;
     const double rightmost = std::max(a.x, segment.b.x) + reach;
     const bool slanted = std::abs(along.y) > 1e-6;
@@ -363,7 +402,7 @@ void LineRaster::fill(const Segment& segment) {
             const auto [low, high] = std::minmax(begin, end);
             const auto [left, right] =
                 pixelRange(std::max(leftmost, low - aside), std::min(rightmost, high + aside), least, most);
-            if (right < left || tiles_.enter(left, right, y, full_, pixels_)) {
+            if (right < left || tiles_.enter(left, right, y, toldUpTo, full_, pixels_)) {
                 y = toldUpTo;
                 continue;
             }
@@ -374,6 +413,8 @@ void LineRaster::fill(const Segment& segment) {
         double to = std::min(rightmost, middle + aside);
         afterA.limit(a.x, dy, from, to);
         beforeB.limit(a.x, dy, from, to);
+        afterBegin.limit(a.x, dy, from, to);
+        beforeEnd.limit(a.x, dy, from, to);
         const auto [left, right] = pixelRange(from, to, least, most);
         if (right < left) continue;
         usedLeft = std::min(usedLeft, left);

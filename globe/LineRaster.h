@@ -71,10 +71,13 @@ class LineRaster {
     enum class Sight { All, None, Some };
 
     Vertex vertex(const halCore::Ecef& fromEye) const;
+    void lookPast(Vertex& vertex) const;
     /// Where a line crosses the near plane on its way from a point behind it.
     Vertex atNearPlane(const Vertex& behind, const Vertex& ahead) const;
     bool isBehind(const Vertex& vertex) const { return vertex.depth < nearPlane_; }
     Sight sightOf(const Vertex& a, const Vertex& b) const;
+    /// Finds what of a long segment the earth may leave to be seen. \return false for nothing
+    bool leaveHiddenEnds(Segment& segment) const;
     void drawSegment(const DrawList::Line& line, std::size_t start, std::size_t end);
     void drawRoughly(const DrawList::Line& line, int width);
     /// A piece in full view, without the pixel at its end.
