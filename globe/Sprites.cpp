@@ -157,9 +157,12 @@ const QImage& Sprites::text(const QString& text, const TextLook& look) {
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     double baseline = margin + metrics.ascent();
+    // Letters are wider than a fifth of their size; those that have no place would cost as much as the
+    // others.
+    const int most = 5 * kMostPixels / std::max(look.font.pixelSize(), 1) + 1;
     for (const QString& line : lines) {
         if ((baseline - metrics.ascent()) * ratio_ > kMostPixels) break;
-        paintTextLine(painter, {margin, baseline}, line, look);
+        paintTextLine(painter, {margin, baseline}, line.left(most), look);
         baseline += metrics.lineSpacing();
     }
     painter.end();
