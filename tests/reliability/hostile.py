@@ -113,6 +113,12 @@ def tracks(platforms, rows):
     return "time,name,lat,lon,alt\n" + "".join(track(platform) for platform in range(platforms))
 
 
+def leaps(platforms, rows, lats, lons):
+    """Platforms that are somewhere else in each row."""
+    return "time,name,lat,lon\n" + "".join(f"{row},P{platform},{random.uniform(*lats):.6f},{random.uniform(*lons):.6f}\n"
+                                           for row in range(rows) for platform in range(platforms))
+
+
 # name: (what is in the file, the commands that read it)
 KINDS = {
     "circles": (lambda: repeated(circle, 100 * MB), [CHECK, FORMAT, EDIT, INFO]),
@@ -155,6 +161,11 @@ KINDS = {
     "icons": (lambda: "".join(block("annotation Here", f"# kml_icon {name}", f"lla {place()}") for name in icons(400)), [RENDER]),
     "tracks.csv": (lambda: tracks(3200, 1000), [RENDER]),
     "platforms.csv": (lambda: tracks(100000, 3), [RENDER]),
+    "leaps.csv": (lambda: leaps(1000, 1000, (-90, 90), (-180, 180)), [RENDER, PRINT]),
+    "far-side.csv": (lambda: leaps(1000, 1000, (-80, 80), (179.8, 180.2)), [RENDER]),
+    "zigzag.csv": (lambda: leaps(1, 3300000, (20, 21), (30, 31)), [RENDER]),
+    "one-row-each.csv": (lambda: leaps(1200000, 1, (-80, 80), (-180, 180)), [RENDER]),
+    "long-names.csv": (lambda: "time,name,lat,lon\n" + "".join(f"0,{i}{'x' * 9970},{random.uniform(-80, 80):.4f},{random.uniform(-180, 180):.4f}\n" for i in range(7000)), [RENDER]),
     "slow-picture": (lambda: picture("slow.svgz", svgz()), [RENDER]),
 }
 
