@@ -3,23 +3,33 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <cmath>
 
 #include <zlib.h>
 
+#include "globe/DrawingRecord.h"
+
 namespace sandbox {
 
 namespace {
 
 constexpr unsigned kMostBytes = 1U << 20;
-constexpr double kMostShapes = 100'000;
+constexpr double kMostShapes = 50'000;
+/// Of one shape: numbers, mostly.
+constexpr qsizetype kMostLetters = qsizetype{1} << 18;
+/// Each is laid out.
+constexpr double kMostTexts = 1000;
 /// Of the pictures that stand in a drawing.
 constexpr double kMostPixels = 16.0e6;
 /// How often the shapes of a drawing may fill a pixel, all together.
 constexpr double kMostFilled = 1.0e9;
 constexpr int kMostPixelsEachWay = 2048;
+/// Each way, as small as a drawing gets.
+constexpr int kFewPixels = 64;
 
 constexpr const char* kUnreadable = "cannot be read";
 constexpr const char* kTooLarge = "is too large to be shown";
@@ -68,6 +78,7 @@ void DrawingFile::lookThrough() {
     xml.setNamespaceProcessing(false);
     double elements = 0.0;
     double uses = 0.0;
+    double texts = 0.0;
     double pixels = 0.0;
     while (!xml.atEnd() && fault_.empty()) {
         xml.readNext();
@@ -78,6 +89,9 @@ void DrawingFile::lookThrough() {
         ++elements;
         const QStringView name = bare(xml.name());
         if (name == QLatin1String("use")) ++uses;
+        if (name.startsWith(QLatin1String("text")) || name == QLatin1String("tspan")) ++texts;
+        for (const QXmlStreamAttribute& attribute : xml.attributes())
+            if (name != QLatin1String("image") && attribute.value().size() > kMostLetters) fault_ = kTooLarge;
         if (name != QLatin1String("image")) continue;
         for (const QXmlStreamAttribute& attribute : xml.attributes()) {
             if (bare(attribute.qualifiedName()) != QLatin1String("href")) continue;
@@ -87,21 +101,36 @@ void DrawingFile::lookThrough() {
         }
     }
     shapes_ = elements * (1.0 + uses);
-    if (fault_.empty() && (pixels > kMostPixels || shapes_ > kMostShapes)) fault_ = kTooLarge;
+    if (fault_.empty() &&
+        (pixels > kMostPixels || shapes_ > kMostShapes || texts * (1.0 + uses) > kMostTexts))
+        fault_ = kTooLarge;
     if (fault_.empty() && xml.hasError()) fault_ = kUnreadable;
 }
 
-QImage DrawingFile::image() {
-    if (!fault_.empty()) return {};
-    QBuffer buffer(&text_);
-    QImageReader reader(&buffer, "svg");
-    const QSizeF size = reader.size();
-    if (size.isEmpty()) return {};
+Work DrawingFile::draw(QImage& image) {
+    constexpr std::size_t kMoment = 30'000;
+    if (!fault_.empty()) co_return;
+    QSvgRenderer drawing(text_);
+    co_yield kMoment;
+    const QSizeF size = drawing.defaultSize();
+    if (!drawing.isValid() || size.isEmpty()) co_return;
     const double filled = size.width() * size.height() * shapes_;
-    const double scale = std::min(
+    double scale = std::min(
         {1.0, kMostPixelsEachWay / std::max(size.width(), size.height()), std::sqrt(kMostFilled / filled)});
-    if (scale < 1.0) reader.setScaledSize((size * scale).toSize().expandedTo(QSize(1, 1)));
-    return reader.read();
+    const QSize shown = (size * scale).toSize().expandedTo(QSize(1, 1));
+    DrawingRecord record(shown);
+    {
+        QPainter painter(&record);
+        drawing.render(&painter, QRectF(QPointF(), shown));
+    }
+    co_yield kMoment;
+    scale = 1.0;
+    while (scale * std::max(shown.width(), shown.height()) > kFewPixels &&
+           record.hardestStroke(scale) > kMoment)
+        scale *= 0.75;
+    image = QImage((shown * scale).expandedTo(QSize(1, 1)), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    co_await record.paint(image, scale);
 }
 
 }  // namespace sandbox

@@ -5,6 +5,8 @@
 #include <QString>
 #include <string>
 
+#include "common/Work.h"
+
 namespace sandbox {
 
 /// A drawing (SVG, packed or not), which is text that can do more than show itself: it may take in any other
@@ -15,8 +17,9 @@ class DrawingFile {
     explicit DrawingFile(const QString& path);
     /// Empty, or what is to be said behind its name; then there is no image.
     const std::string& fault() const { return fault_; }
-    /// Drawn at its own size, or smaller where that would take more than a second or so.
-    QImage image();
+    /// Draws it at its own size, or smaller where that would take more than a second or so, or more than a
+    /// moment for one of its shapes. `image` is to outlive the work, and this is, too.
+    Work draw(QImage& image);
 
   private:
     void lookThrough();

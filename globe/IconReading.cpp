@@ -67,10 +67,19 @@ QImage unreadable(double ratio) {
 }  // namespace
 
 Work readIcon(PictureFile file, double ratio, QImage& icon) {
-    IconSink sink(ratio);
-    co_await readPicture(file, sink);
-    // Of two states of the file there may be something in it.
-    icon = isUnchanged(file) ? sink.image() : QImage();
+    // A file that somebody is writing is waited for, but not for ever.
+    constexpr int kTimes = 3;
+    for (int i = 0; i < kTimes; ++i) {
+        IconSink sink(ratio);
+        co_await readPicture(file, sink);
+        // Of two states of the file there may be something in it.
+        const bool unchanged = isUnchanged(file);
+        if (unchanged) {
+            icon = sink.image();
+            break;
+        }
+        file = findPicture(file.path, {});
+    }
     if (icon.isNull()) icon = unreadable(ratio);
     icon.setDevicePixelRatio(ratio);
 }

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QIODevice>
 #include <QImageReader>
+#include <algorithm>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdio>
@@ -24,7 +25,7 @@ class JpegDecoder {
   public:
     enum class Answer { Done, NeedsMore, Failed };
 
-    explicit JpegDecoder(QIODevice& file) : file_(file), bytes_(kBytesAtATime) {
+    explicit JpegDecoder(QIODevice& file) : file_(file), bytes_(kBytes) {
         info_.err = jpeg_std_error(&errors_);
         errors_.error_exit = [](j_common_ptr info) { std::longjmp(self(info).jump_, 1); };
         errors_.output_message = [](j_common_ptr) {};
@@ -33,7 +34,9 @@ class JpegDecoder {
         source_.term_source = [](j_decompress_ptr) {};
         source_.fill_input_buffer = [](j_decompress_ptr info) -> boolean {
             // Arithmetic decoding cannot stop here.
-            return info->arith_code && self(reinterpret_cast<j_common_ptr>(info)).refill();
+            if (!info->arith_code) return FALSE;
+            info->src->bytes_in_buffer = 0;  // whatever it says
+            return self(reinterpret_cast<j_common_ptr>(info)).refill();
         };
         source_.skip_input_data = [](j_decompress_ptr info, long count) {
             if (count > 0) self(reinterpret_cast<j_common_ptr>(info)).skip(static_cast<std::size_t>(count));
@@ -85,7 +88,7 @@ class JpegDecoder {
         if (skipped_ > 0 && !file_.seek(file_.pos() + static_cast<qint64>(skipped_))) return false;
         skipped_ = 0;
         qint64 more = file_.read(reinterpret_cast<char*>(bytes_.data() + left),
-                                 static_cast<qint64>(bytes_.size() - left));
+                                 static_cast<qint64>(std::min(bytes_.size() - left, kBytesAtATime)));
         if (more <= 0) {
             // The mark of the end, for what is cut.
             if (left + 2 > bytes_.size()) return false;
@@ -117,7 +120,8 @@ class JpegDecoder {
 
   private:
     /// Twice the longest marker, of which libjpeg wants some in one piece.
-    static constexpr std::size_t kBytesAtATime = std::size_t{1} << 17;
+    static constexpr std::size_t kBytes = std::size_t{1} << 17;
+    static constexpr std::size_t kBytesAtATime = std::size_t{1} << 14;
 
     static JpegDecoder& self(j_common_ptr info) { return *static_cast<JpegDecoder*>(info->client_data); }
     void skip(std::size_t count) {

@@ -43,6 +43,7 @@ class LimitedSink final : public PictureSink {
         sink_->take(rows);
     }
 
+    void refuse() { isTooLarge_ = true; }
     bool isTooLarge() const { return isTooLarge_; }
     bool isReadable() const { return !size_.isEmpty(); }
     /// So many of what is missing behind what has come, if that was anything.
@@ -85,9 +86,29 @@ Work giveRows(QImage image, PictureSink& sink) {
     }
 }
 
+/// So large that it takes less than 60 ms to read, which is done in one go.
+bool isQuick(QFile& file, QImageReader& reader) {
+    constexpr qint64 kMostPixels = 4'000'000;
+    constexpr qint64 kMostPlainPixels = 4 * kMostPixels;
+    constexpr qint64 kMostCodedBytes = qint64{8} << 20;
+    constexpr qint64 kMostBytesOfText = qint64{2} << 20;
+    const QByteArray start = file.peek(32);
+    const QByteArray format = reader.format();
+    const bool isPlain = (format == "bmp" && start.size() == 32 && (start[30] == 0 || start[30] == 3)) ||
+                         (start.size() > 1 && start[0] == 'P' && start[1] >= '4' && start[1] <= '6');
+    const qint64 bytes = format == "xpm" ? kMostBytesOfText : isPlain ? kMostBytes : kMostCodedBytes;
+    if (file.size() > bytes) return false;
+    const QSize size = reader.size();
+    return qint64{size.width()} * size.height() <= (isPlain ? kMostPlainPixels : kMostPixels);
+}
+
 /// Whatever Qt knows, in one go.
-Work readOther(QFile& file, PictureSink& sink) {
+Work readOther(QFile& file, LimitedSink& sink) {
     QImageReader reader(&file);
+    if (!isQuick(file, reader)) {
+        sink.refuse();
+        co_return;
+    }
     QSize size = reader.size();
     QImage image;
     if (!size.isValid()) size = (image = reader.read()).size();
@@ -108,7 +129,10 @@ Work readKind(Kind kind, QFile& file, LimitedSink& sink) {
     } else if (kind == Kind::Other) {
         co_await readOther(file, sink);
     } else if (kind == Kind::Drawing) {
-        QImage image = DrawingFile(file.fileName()).image();
+        DrawingFile drawing(file.fileName());
+        co_yield kUnitsOfALook;
+        QImage image;
+        co_await drawing.draw(image);
         if (!image.isNull() && sink.begin(image.size(), 32, {})) co_await giveRows(std::move(image), sink);
     }
 }

@@ -5,12 +5,15 @@
 #include <QOpenGLPixelTransferOptions>
 #include <QOpenGLTexture>
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <optional>
 #include <vector>
 
 #include "common/Slice.h"
 #include "globe/PictureSink.h"
 #include "globe/RowReducer.h"
+#include "globe/SoftwareRenderer.h"
 
 namespace sandbox {
 
@@ -22,6 +25,20 @@ QPoint placeOf(const QImage& rows, int first, const QSize& size, PictureSink::Tu
     const int top = upsideDown ? size.height() - first - rows.height() : first;
     if (!(turn & QImageIOHandler::TransformationRotate90)) return {0, top};
     return {size.height() - top - rows.height(), 0};
+}
+
+/// Of a texture for a picture of that size.
+QSize largest(const QSize& size) {
+    // The software renderer clears a texture in one go.
+    constexpr double kMostPixels = 25.0e6;
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
+    QSizeF fitting = size;
+    if (std::max(size.width(), size.height()) > most) fitting.scale(most, most, Qt::KeepAspectRatio);
+    if (const double pixels = fitting.width() * fitting.height();
+        isSoftwareRenderer() && pixels > kMostPixels)
+        fitting *= std::sqrt(kMostPixels / pixels);
+    return fitting.toSize().expandedTo(QSize(1, 1)).boundedTo(size);
 }
 
 }  // namespace
@@ -46,13 +63,8 @@ class PictureTextures::Coming final : public PictureSink {
     const std::shared_ptr<QOpenGLTexture>& texture() const { return texture_; }
 
     bool begin(const QSize& size, int /*bits*/, Turn turn) override {
-        GLint most = 0;
-        glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
-        QSize next = size;
-        if (std::max(size.width(), size.height()) > most) {
-            next = size.scaled(most, most, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-            shrink_.emplace(size, next);
-        }
+        QSize next = largest(size);
+        if (next != size) shrink_.emplace(size, next);
         turn_ = turn;
         auto texture = std::make_shared<QOpenGLTexture>(QOpenGLTexture::Target2D);
         texture->setFormat(QOpenGLTexture::RGBA8_UNorm);

@@ -71,7 +71,9 @@ TEST_F(PictureFiles, ADrawingIsNoEndlessWork) {
     EXPECT_EQ(
         whyNotShown(drawing(shape.repeated(1000) + QByteArray("<use xlink:href=\"#a\"/>").repeated(100))),
         "is too large to be shown");
-    EXPECT_EQ(whyNotShown(drawing(QByteArray(1 << 20, ' '))), "is too large to be shown");
+    for (const QByteArray& inside : {QByteArray(1 << 20, ' '), QByteArray("<text>a</text>").repeated(1001),
+                                     "<path d='" + QByteArray("1 1 ").repeated(70000) + "'/>"})
+        EXPECT_EQ(whyNotShown(drawing(inside)), "is too large to be shown");
     const QImage wide = taken(drawing(shape, "100000"));
     EXPECT_EQ(wide.size(), QSize(2048, 2048));
     EXPECT_EQ(wide.pixelColor(1024, 1024), QColor(Qt::red));
@@ -94,6 +96,8 @@ TEST_F(PictureFiles, AreNamedWhenTheyAreCut) {
         EXPECT_EQ(taken(whole).size(), QSize(40, 40)) << format;
     }
     EXPECT_EQ(whyNotShown(PictureFile{"/none"}), "cannot be read");
+    // What is not read row by row.
+    EXPECT_EQ(whyNotShown(holding("P3 3000 3000 255 ")), "is too large to be shown");
 }
 
 }  // namespace

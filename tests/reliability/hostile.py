@@ -79,9 +79,16 @@ def noisy_jpeg(width, height, progressive=False):
     return b"\xff\xd8" + tables + head + scans + b"\xff\xd9"
 
 
-def svgz():
-    boxes = "".join(f'<circle cx="{i % 1000}" cy="{i // 1000}" r="400" opacity="0.01"/>' for i in range(100000))
-    return gzip.compress(f'<svg xmlns="http://www.w3.org/2000/svg" width="3000" height="3000">{boxes}</svg>'.encode())
+def with_bombs(picture):
+    """Before its pixels: texts of 4 GB, packed."""
+    text = b"Comment\0\0" + zlib.compress(bytes(8 << 20), 9)
+    chunk = struct.pack(">I", len(text)) + b"zTXt" + text + struct.pack(">I", zlib.crc32(b"zTXt" + text))
+    return picture[:33] + 500 * chunk + picture[33:]
+
+
+def svg(circles, size):
+    boxes = "".join(f'<circle cx="{i % 1000}" cy="{i // 1000}" r="400" opacity="0.01"/>' for i in range(circles))
+    return f'<svg xmlns="http://www.w3.org/2000/svg" width="{size}" height="{size}">{boxes}</svg>'.encode()
 
 
 def picture(name, data):
@@ -158,6 +165,9 @@ KINDS = {
     "picture-png": (lambda: picture("noisy.png", noisy_png(5000, 5000)), [RENDER]),
     "picture-jpeg": (lambda: picture("noisy.jpeg", noisy_jpeg(5000, 5000)), [RENDER]),
     "picture-jpeg-in-scans": (lambda: picture("scans.jpeg", noisy_jpeg(5000, 5000, True)), [RENDER]),
+    "picture-with-bombs": (lambda: picture("bombs.png", with_bombs(noisy_png(500, 500))), [RENDER]),
+    "largest-picture": (lambda: picture("largest.jpeg", noisy_jpeg(8000, 8000)), [RENDER]),
+    "drawing": (lambda: picture("drawing.svg", svg(12000, 2000)), [RENDER]),
     "icons": (lambda: "".join(block("annotation Here", f"# kml_icon {name}", f"lla {place()}") for name in icons(400)), [RENDER]),
     "tracks.csv": (lambda: tracks(3200, 1000), [RENDER]),
     "platforms.csv": (lambda: tracks(100000, 3), [RENDER]),
@@ -166,7 +176,7 @@ KINDS = {
     "zigzag.csv": (lambda: leaps(1, 3300000, (20, 21), (30, 31)), [RENDER]),
     "one-row-each.csv": (lambda: leaps(1200000, 1, (-80, 80), (-180, 180)), [RENDER]),
     "long-names.csv": (lambda: "time,name,lat,lon\n" + "".join(f"0,{i}{'x' * 9970},{random.uniform(-80, 80):.4f},{random.uniform(-180, 180):.4f}\n" for i in range(7000)), [RENDER]),
-    "slow-picture": (lambda: picture("slow.svgz", svgz()), [RENDER]),
+    "slow-picture": (lambda: picture("slow.svgz", gzip.compress(svg(100000, 3000))), [RENDER]),
 }
 
 
