@@ -147,11 +147,9 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
     for (const auto& [x, y, turn, isCross] : layout.platforms)
         sprites.addSymbol(painter, x, y, isCross, turn);
     sprites.drawSymbols(painter);
-    for (const auto& [number, name] : layout.names) {
-        const TextLayout::Platform& platform = layout.platforms[number];
-        sprites.drawText(painter, platform.x + platform.kNameX, platform.y + platform.kNameY,
+    for (const auto& [x, y, name] : layout.names)
+        sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
                          QString::fromStdString(name), platformLook());
-    }
     draw(layout.counts);
 }
 

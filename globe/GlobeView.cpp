@@ -29,6 +29,7 @@ constexpr std::uint64_t kManyChanges = 1000;
 constexpr std::chrono::milliseconds kCalm{5};
 /// Their geometry is worked out for so long at a time.
 constexpr std::chrono::milliseconds kWorkedOutBetween{15};
+constexpr std::chrono::milliseconds kWorkedOutYet{2};
 /// Otherwise what has come is shown after so long, or after twice the time that a frame takes.
 constexpr std::chrono::milliseconds kGatheredAtLeast{100};
 constexpr std::chrono::milliseconds kGatheredAtMost{500};
@@ -269,8 +270,10 @@ void GlobeView::gatherMore() {
         doneCurrent();
     }
     const auto most = std::clamp(2 * lastFrame_, kGatheredAtLeast, kGatheredAtMost);
-    if ((calm && waitsForMore_) || gatherTime_.hasExpired(most.count())) {
+    const bool isAll = calm && waitsForMore_;
+    if (isAll || gatherTime_.hasExpired(most.count())) {
         gathers_ = false;
+        moreComes_ = !isAll;
         requestRedraw();
     } else {
         calm_.start(waitsForMore_ ? kCalm : std::chrono::milliseconds(0));
@@ -316,6 +319,12 @@ GlobeFrame GlobeView::frameOf(const Camera& camera, Slice working) const {
             .moving = moving_};
 }
 
+Slice GlobeView::besidePlatforms(std::size_t atLeast, std::chrono::milliseconds time) const {
+    constexpr std::size_t kPlatformsInAUnit = 4;
+    const std::size_t taken = std::min(platforms_.size() / kPlatformsInAUnit, atLeast * 3 / 4);
+    return {atLeast - taken, time * (atLeast - taken) / atLeast};
+}
+
 void GlobeView::paintGL() {
     ++frameCount_;
     frameTime_.start();
@@ -333,8 +342,11 @@ void GlobeView::paintGL() {
     gathers_ = false;
     calm_.stop();
     drawn_ = changes();
-    GlobeFrame frame = frameOf(camera, grabs_ ? Slice() : Slice(kWorkedOutAtLeast, kWorkedOut));
-    if (!grabs_) frame.drawing = Slice(kDrawnAtLeast, moving_ ? kDrawnMoving : kDrawn);
+    // While more comes it is worked out between the frames.
+    const Slice working = std::exchange(moreComes_, false) ? Slice(0, kWorkedOutYet)
+                                                           : besidePlatforms(kWorkedOutAtLeast, kWorkedOut);
+    GlobeFrame frame = frameOf(camera, grabs_ ? Slice() : working);
+    if (!grabs_) frame.drawing = besidePlatforms(kDrawnAtLeast, moving_ ? kDrawnMoving : kDrawn);
     painter_->draw(frame, *this);
     if (painter_->isPartial()) gather();
     if (!painter_->isRough()) moving_ = false;

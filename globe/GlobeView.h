@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 
 #include "globe/Camera.h"
@@ -63,7 +64,7 @@ class GlobeView : public QOpenGLWidget {
     /// Adds the platform, or replaces the one with its id.
     void setPlatform(PlatformMarker platform);
     void removePlatform(std::uint64_t id);
-    const std::map<std::uint64_t, PlatformMarker>& platforms() const { return platforms_; }
+    const MarkerMap& platforms() const { return platforms_; }
     /// The platform whose symbol is under the pixel, the nearest one when there are several.
     std::optional<std::uint64_t> platformAt(double x, double y) const;
 
@@ -130,6 +131,8 @@ class GlobeView : public QOpenGLWidget {
     void gather();
     void gatherMore();
     GlobeFrame frameOf(const Camera& camera, Slice working) const;
+    /// What is left of a slice for overlays where very many platforms take their time, too.
+    Slice besidePlatforms(std::size_t atLeast, std::chrono::milliseconds time) const;
     void cameraMoved();
     void reportCursor(double x, double y);
     bool listenerTakes(const ViewMouseEvent& event);
@@ -144,7 +147,9 @@ class GlobeView : public QOpenGLWidget {
     std::optional<Flight> flight_;
     QElapsedTimer flightTime_;
     OverlayScene overlays_;
-    std::map<std::uint64_t, PlatformMarker> platforms_;
+    /// Their markers lie beside each other: each frame goes through all of them.
+    std::pmr::unsynchronized_pool_resource markerMemory_;
+    MarkerMap platforms_{&markerMemory_};
     std::uint64_t platformChanges_ = 0;
     std::map<std::uint64_t, ScreenText> screenTexts_;
     std::function<bool(const ViewMouseEvent&)> mouseListener_;
@@ -175,6 +180,7 @@ class GlobeView : public QOpenGLWidget {
     QElapsedTimer gatherTime_;
     bool gathers_ = false;
     bool waitsForMore_ = false;  ///< since nothing is left to work out
+    bool moreComes_ = false;     ///< but what there is was to be shown
     /// Somebody looks at what has changed when the event is over.
     bool looksSoon_ = false;
     /// The scene's changes at the last look, and those that are drawn.

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory_resource>
 #include <string>
 
 #include "common/Vec3.h"
@@ -22,8 +23,11 @@ struct PlatformMarker {
 /// need not hold millions. Without one there are none.
 using EachPlatform = std::function<void(const std::function<void(const PlatformMarker&)>&)>;
 
+/// Markers by the platforms' numbers, in whose order they are drawn.
+using MarkerMap = std::pmr::map<std::uint64_t, PlatformMarker>;
+
 /// \param platforms to outlive the result
-inline EachPlatform eachOf(const std::map<std::uint64_t, PlatformMarker>& platforms) {
+inline EachPlatform eachOf(const MarkerMap& platforms) {
     return [&platforms](const auto& take) {
         for (const auto& [id, platform] : platforms) take(platform);
     };

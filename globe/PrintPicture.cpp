@@ -149,11 +149,9 @@ class Printer {
         }
         const TextLook look = platformLook();
         const double middle = TextLayout::Platform::kNameY + QFontMetricsF(look.font).lineSpacing() / 2.0;
-        for (const auto& [number, name] : layout.names) {
-            const TextLayout::Platform& platform = layout.platforms[number];
-            drawText({platform.x + platform.kNameX, platform.y + middle}, QString::fromStdString(name), look,
+        for (const auto& [x, y, name] : layout.names)
+            drawText({x + TextLayout::Platform::kNameX, y + middle}, QString::fromStdString(name), look,
                      false);
-        }
         drawTexts(layout.counts);
     }
     void drawText(const QPointF& place, const QString& text, const TextLook& look, bool centered = true) {

@@ -242,7 +242,9 @@ void Sprites::addSymbol(QPainter& painter, double x, double y, bool isCross, dou
         sheet_.fill(Qt::transparent);
     }
     constexpr int kTurns = 360 / kDegrees;
-    const int step = static_cast<int>(std::lround(turn * kTurns / (2.0 * kPi)) % kTurns);
+    // Of a small one a third of them is enough.
+    const int apart = symbolScale_ < 0.6 ? 3 : 1;
+    const int step = static_cast<int>(std::lround(turn * kTurns / (2.0 * kPi * apart)) * apart % kTurns);
     const int cell = isCross ? 0 : 1 + (step + kTurns) % kTurns;
     const QRect area(cell % kColumns * pixels, cell / kColumns * pixels, pixels, pixels);
     if (!onSheet_[static_cast<std::size_t>(cell)]) {

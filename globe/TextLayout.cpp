@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
-#include <numbers>
 #include <numeric>
 #include <string>
 #include <string_view>
@@ -151,11 +150,10 @@ double screenTurn(const Camera& camera, const PlatformMarker& platform) {
 /// So that all of them take about as many pixels as so many in full, and none is too small to be seen.
 double symbolScale(std::size_t count) {
     constexpr std::size_t kInFull = 2000;
-    constexpr double kLeast = 0.25;
-    double scale = 1.0;
-    for (std::size_t room = kInFull; room < count && scale > kLeast; room *= 2)
-        scale *= std::numbers::sqrt2 / 2;
-    return std::max(scale, kLeast);
+    constexpr int kMostHalvings = 4;  // of their area
+    int halvings = 0;
+    for (std::size_t room = kInFull; room < count && halvings < kMostHalvings; room *= 2) ++halvings;
+    return std::exp2(-0.5 * halvings);
 }
 
 class Layout {
@@ -189,11 +187,13 @@ class Layout {
             const QSizeF size = sizes_.of(platform.name, "arial.ttf", pixelSize);
             const QPointF corner(place.x + placed.kNameX, place.y + placed.kNameY);
             if (!platform.name.empty() && claim(QRectF(corner, size), platform.name, 0.0))
-                result_.names.push_back({result_.platforms.size(), platform.name});
+                result_.names.push_back({place.x, place.y, platform.name});
             result_.platforms.push_back(placed);
         };
         if (frame_.platforms) frame_.platforms(take);
         result_.symbolScale = symbolScale(result_.platforms.size());
+        constexpr double kSmall = 0.4;
+        if (result_.symbolScale < kSmall) leaveOutCovered();
     }
 
     /// From here on nothing may meet anything.
@@ -225,9 +225,28 @@ class Layout {
     TextLayout take() { return std::move(result_); }
 
   private:
+    // Room for what reaches into the view from outside.
+    static constexpr double kMargin = 500.0;
+
+    /// Of small symbols that stand in one spot the one that is drawn last is enough.
+    void leaveOutCovered() {
+        const double spot = 12.0 * result_.symbolScale;
+        const auto spots = [spot](double pixels) {
+            return static_cast<std::size_t>((pixels + kMargin) / spot);
+        };
+        const std::size_t inARow = spots(camera_.width() + kMargin) + 1;
+        std::vector<bool> taken(inARow * (spots(camera_.height() + kMargin) + 1));
+        const auto isCovered = [&](const TextLayout::Platform& platform) {
+            const std::size_t at = spots(platform.y) * inARow + spots(platform.x);
+            const bool covered = taken[at];
+            taken[at] = true;
+            return covered;
+        };
+        auto& all = result_.platforms;
+        all.erase(all.begin(), std::remove_if(all.rbegin(), all.rend(), isCovered).base());
+    }
+
     bool isInSight(const Projected& place) const {
-        // Room for what reaches into the view from outside.
-        constexpr double kMargin = 500.0;
         return place.visible && place.x > -kMargin && place.x < camera_.width() + kMargin &&
                place.y > -kMargin && place.y < camera_.height() + kMargin;
     }

@@ -40,7 +40,8 @@ struct TextLayout {
         static constexpr double kNameY = -8.0;
     };
     struct Name {
-        std::size_t platform = 0;
+        double x = 0.0;  ///< its platform's place
+        double y = 0.0;
         std::string text;
     };
     /// Its middle is at its place.
@@ -51,9 +52,9 @@ struct TextLayout {
         TextLook look;
     };
 
-    std::vector<Label> labels;  ///< in drawing order
-    std::vector<Platform> platforms;
-    std::vector<Name> names;  ///< of those that have room for it
+    std::vector<Label> labels;        ///< in drawing order
+    std::vector<Platform> platforms;  ///< of very many in one spot the last
+    std::vector<Name> names;          ///< of those that have room for it
     /// How large their symbols are: smaller where there are more than can be told apart.
     double symbolScale = 1.0;
     std::vector<Text> map;     ///< the graticule's and the countries' names

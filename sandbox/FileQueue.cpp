@@ -36,7 +36,7 @@ void FileQueue::goOn() {
 bool FileQueue::goOnWithFirst() {
     // What is small is read at once, whatever the clock says.
     constexpr std::size_t atLeast = 4000;
-    constexpr std::chrono::milliseconds atOnce{25};
+    constexpr std::chrono::milliseconds atOnce{15};
     // Somebody may never end writing it.
     constexpr int mostOften = 5;
     const auto stampOf = [](const QString& path) {

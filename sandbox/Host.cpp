@@ -201,7 +201,9 @@ void Host::connectWindow() {
     overlayPanelSoon_.setSingleShot(true);
     overlayPanelSoon_.setInterval(0);
     connect(&overlayPanelSoon_, &QTimer::timeout, this, &Host::refreshOverlayPanel);
-    const auto refreshSoon = [this] { overlayPanelSoon_.start(); };
+    const auto refreshSoon = [this] {
+        if (!overlayPanelSoon_.isActive()) overlayPanelSoon_.start();
+    };
     connect(&overlays_, &OverlayFiles::filesChanged, this, refreshSoon);
     connect(&scenario_, &Scenario::platformAdded, this, refreshSoon);
     connect(&scenario_, &Scenario::platformRemoved, this, refreshSoon);

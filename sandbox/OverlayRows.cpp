@@ -38,16 +38,32 @@ std::size_t OverlayRows::unlisted() const {
     return allPlatforms_ - platforms_.size();
 }
 
+OverlayRows::OverlayRows(const Scenario& scenario) : scenario_(scenario) {
+    connect(&scenario, &Scenario::platformAdded, this, [this](std::uint64_t id) { added_.push_back(id); });
+    connect(&scenario, &Scenario::platformRemoved, this, [this] { removed_ = true; });
+}
+
+void OverlayRows::takePlatforms() {
+    const auto add = [this](std::uint64_t id) {
+        if (platforms_.size() < kMostPlatforms) platforms_.push_back(id);
+    };
+    const std::vector<std::uint64_t> added = std::exchange(added_, {});
+    if (!std::exchange(removed_, false)) {
+        std::ranges::for_each(added, add);
+        return;
+    }
+    platforms_.clear();
+    for (auto at = scenario_.platforms().begin();
+         at != scenario_.platforms().end() && platforms_.size() < kMostPlatforms; ++at)
+        add(at->first);
+}
+
 QModelIndexList OverlayRows::update(std::vector<Overlay> overlays) {
     emit layoutAboutToBeChanged();
     const QModelIndexList before = persistentIndexList();
 
     allPlatforms_ = scenario_.platforms().size();
-    platforms_.clear();
-    for (const auto& [id, platform] : scenario_.platforms()) {
-        if (platforms_.size() == kMostPlatforms) break;
-        platforms_.push_back(id);
-    }
+    takePlatforms();
     auto shapesBefore = std::exchange(overlays_, {});
     const auto belowBefore = std::exchange(below_, {});
     for (Overlay& overlay : overlays) {

@@ -33,7 +33,7 @@ class OverlayRows final : public QAbstractItemModel {
     };
     static constexpr std::size_t kMostPlatforms = 100'000;
 
-    explicit OverlayRows(const Scenario& scenario) : scenario_(scenario) {}
+    explicit OverlayRows(const Scenario& scenario);
 
     /// Takes the scenario's platforms and these overlays. What was selected or folded stays so; shapes go
     /// with their overlay.
@@ -82,7 +82,12 @@ class OverlayRows final : public QAbstractItemModel {
     QVariant overlayData(const Overlay& overlay, int role) const;
     std::size_t unlisted() const;
 
+    void takePlatforms();
+
     const Scenario& scenario_;
+    /// Since the last update: many may come, each of them last.
+    std::vector<std::uint64_t> added_;
+    bool removed_ = false;
     std::vector<std::uint64_t> platforms_;  ///< that have a row, by their numbers
     std::size_t allPlatforms_ = 0;
     std::map<std::uintptr_t, Entry> overlays_;  ///< by their handles

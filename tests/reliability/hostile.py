@@ -170,7 +170,7 @@ KINDS = {
     "drawing": (lambda: picture("drawing.svg", svg(12000, 2000)), [RENDER]),
     "icons": (lambda: "".join(block("annotation Here", f"# kml_icon {name}", f"lla {place()}") for name in icons(400)), [RENDER]),
     "tracks.csv": (lambda: tracks(3200, 1000), [RENDER]),
-    "platforms.csv": (lambda: tracks(100000, 3), [RENDER]),
+    "platforms.csv": (lambda: tracks(50000, 3), [RENDER]),
     "leaps.csv": (lambda: leaps(1000, 1000, (-90, 90), (-180, 180)), [RENDER, PRINT]),
     "far-side.csv": (lambda: leaps(1000, 1000, (-80, 80), (179.8, 180.2)), [RENDER]),
     "zigzag.csv": (lambda: leaps(1, 3300000, (20, 21), (30, 31)), [RENDER]),

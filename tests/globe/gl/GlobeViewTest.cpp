@@ -253,7 +253,7 @@ TEST_F(GlobeViewTest, DenseScreensShowTheSame) {
         "line; ll -4 -8; ll -3.5 -3; linewidth 7; linestyle dashed | line; ll -3 -8; ll -2.5 -3; linewidth 7"
         "; linestyle dotted | points; ll 4 -7; ll 4 -5; pointsize 21 | polygon; ll 1 -7; ll 3 -7; ll 2 -3"
         "; filled | annotation Here; ll 0 0; fontsize 40; # kml_icon icon.png";
-    const std::map<std::uint64_t, PlatformMarker> platforms{{1, {1, "Ship", at(3, 2), 0.5, "ship"}}};
+    const MarkerMap platforms{{1, {1, "Ship", at(3, 2), 0.5, "ship"}}};
     const std::map<std::uint64_t, ScreenText> texts{{1, {1, "Text", 20.0, 20.0, 0xffffffff, 40}}};
     GlobePicture picture;
     for (const auto& [range, inMemory] : {std::pair{1.75e6, false}, {4.0e6, true}}) {
