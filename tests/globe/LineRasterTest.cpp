@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstdlib>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -45,6 +47,44 @@ TEST(LineRaster, WhatIsFullIsNotDrawnAgain) {
             }
     }
     EXPECT_LT(10 * cost[1], 9 * cost[0]);
+}
+
+/// What the earth hides of a long piece is hidden of short ones in its place.
+TEST(LineRaster, LongPiecesAreHiddenAsShortOnes) {
+    std::mt19937 random(9);
+    std::uniform_real_distribution<double> any(-1.0, 1.0);
+    int drawn = 0;
+    for (int i = 0; i < 300; ++i) {
+        Camera camera;
+        camera.setViewport(300, 200);
+        camera.setCenter({any(random), 3.0 * any(random), 0.0});
+        camera.setRange(2e7);
+        const halCore::Ecef from = halCore::toEcef({1.5 * any(random), 3.1 * any(random), 0.0});
+        const halCore::Ecef to =
+            halCore::toEcef({1.5 * any(random), 3.1 * any(random), 2e6 * std::max(any(random), 0.0)});
+        DrawList::Line line;
+        line.width = 4.0F;
+        line.points = {from, to};
+        LineRaster whole(camera, 1.0);
+        whole.draw(line);
+        line.points.clear();
+        constexpr int kPieces = 60;
+        for (int k = 0; k <= kPieces; ++k)
+            line.points.push_back(from + (to - from) * (static_cast<double>(k) / kPieces));
+        LineRaster pieces(camera, 1.0);
+        pieces.draw(line);
+        int differing = 0;
+        for (std::size_t p = 0; p < whole.pixels().size(); ++p) {
+            const auto alpha = [p](const LineRaster& raster) {
+                return static_cast<int>(raster.pixels()[p] >> 24);
+            };
+            drawn += alpha(whole) > 0 ? 1 : 0;
+            differing += std::abs(alpha(whole) - alpha(pieces)) > 30 ? 1 : 0;
+        }
+        // The seam is soft.
+        ASSERT_LE(differing, 12) << i;
+    }
+    EXPECT_GT(drawn, 10000);
 }
 
 }  // namespace
