@@ -176,9 +176,9 @@ constexpr std::size_t kLongestStart = 16;
         }
         *out++ = ' ';
         const std::size_t z = exponentOf(three.z());
-        if (char* const end = writeSmall(out, three.z()))
-            out = end;
-        else if (makeTexts(three.z(), 0.0, z, kOfOne, two))
+        if (char* const end = writeSmall(out, three.z())) out = end;
+        // Twice, as valgrind does not know the move that clears the other half.
+        else if (makeTexts(three.z(), three.z(), z, z, two))
             out = putText(out, three.z(), z, _mm256_castsi256_si128(two.text), two.notZero);
         else
             out = writeNumber(out, three.z(), kDigits);
