@@ -111,7 +111,7 @@ void GlobePainter::drawGround(const GlobeFrame& frame) {
 }
 
 bool GlobePainter::isPartial() const {
-    return layers_->overlays.isPartial() || layers_->sprites.lacksIcons();
+    return layers_->overlays.isPartial() || layers_->sprites.lacksIcons() || layers_->sprites.lacksTexts();
 }
 
 bool GlobePainter::isRough() const {
@@ -147,9 +147,12 @@ void GlobePainter::paintTexts(const GlobeFrame& frame, QPaintDevice& device) {
     for (const auto& [x, y, turn, isCross] : layout.platforms)
         sprites.addSymbol(painter, x, y, isCross, turn);
     sprites.drawSymbols(painter);
+    constexpr std::size_t kNamesAtLeast = 10'000;
+    constexpr std::chrono::milliseconds kNames{15};
+    Slice names = frame.working.isEndless() ? Slice() : Slice(kNamesAtLeast, kNames);
     for (const auto& [x, y, name] : layout.names)
-        sprites.drawText(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
-                         QString::fromStdString(name), platformLook());
+        sprites.drawTextOrLater(painter, x + TextLayout::Platform::kNameX, y + TextLayout::Platform::kNameY,
+                                QString::fromStdString(name), platformLook(), names);
     draw(layout.counts);
 }
 

@@ -106,6 +106,7 @@ void paintSymbol(QPainter& painter, bool isCross, double degrees) {
 
 void Sprites::beginFrame(double ratio) {
     ++frame_;
+    lacksTexts_ = false;
     if (ratio == ratio_) return;
     ratio_ = ratio;
     icons_.clear();
@@ -136,10 +137,14 @@ const QImage& Sprites::keep(const QString& key, QImage image) {
     return images_.emplace(key, std::move(image)).first->second;
 }
 
+QString Sprites::keyOf(const QString& text, const TextLook& look) {
+    return look.font.key() + QLatin1Char('|') + QString::number(look.color, 16) + QLatin1Char('|') +
+           QString::number(look.outlineColor, 16) + QLatin1Char('|') + QString::number(look.outlineWidth) +
+           QLatin1Char('|') + text;
+}
+
 const QImage& Sprites::text(const QString& text, const TextLook& look) {
-    const QString key = look.font.key() + QLatin1Char('|') + QString::number(look.color, 16) +
-                        QLatin1Char('|') + QString::number(look.outlineColor, 16) + QLatin1Char('|') +
-                        QString::number(look.outlineWidth) + QLatin1Char('|') + text;
+    const QString key = keyOf(text, look);
     const auto found = images_.find(key);
     if (found != images_.end()) return found->second;
 
@@ -176,6 +181,17 @@ void Sprites::put(QPainter& painter, double x, double y, const QImage& image) co
 void Sprites::drawText(QPainter& painter, double x, double y, const QString& text, const TextLook& look) {
     const double margin = marginOf(look);
     put(painter, x - margin, y - margin, this->text(text, look));
+}
+
+void Sprites::drawTextOrLater(QPainter& painter, double x, double y, const QString& text,
+                              const TextLook& look, Slice& slice) {
+    constexpr std::size_t kUnitsOfALetter = 10;
+    if (!images_.contains(keyOf(text, look))) {
+        lacksTexts_ = slice.isOver(0);
+        if (lacksTexts_) return;
+        slice.isOver(kUnitsOfALetter * static_cast<std::size_t>(text.size()));
+    }
+    drawText(painter, x, y, text, look);
 }
 
 void Sprites::drawTextCentered(QPainter& painter, double x, double y, const QString& text,

@@ -59,6 +59,12 @@ class Sprites {
     /// Reads those that the last frame lacks. \return whether it lacks none any more
     bool readIcons(Slice& slice);
     bool lacksIcons() const { return !comingIcons_.empty(); }
+    /// The same as drawText(), but what is over the slice is not rendered for the first time: see
+    /// lacksTexts().
+    void drawTextOrLater(QPainter& painter, double x, double y, const QString& text, const TextLook& look,
+                         Slice& slice);
+    /// Whether the frame lacks a text that comes with the next one.
+    bool lacksTexts() const { return lacksTexts_; }
     /// How large symbols are from here on, of their own size. None may wait for drawSymbols().
     void setSymbolScale(double scale);
     /// A platform's symbol, centred on (x, y); `turn` is clockwise on the screen, radians. Some thousands
@@ -74,6 +80,7 @@ class Sprites {
     static constexpr int kSymbols = 1 + 360 / kDegrees;
 
     void forgetSymbols();
+    static QString keyOf(const QString& text, const TextLook& look);
     const QImage& text(const QString& text, const TextLook& look);
     void put(QPainter& painter, double x, double y, const QImage& image) const;
     /// Keeps an image; older ones go when there are too many of them, or they take too much memory.
@@ -93,6 +100,7 @@ class Sprites {
     std::map<PictureFile, Icon> icons_;
     /// Those that have not been read.
     std::set<PictureFile> comingIcons_;
+    bool lacksTexts_ = false;
     std::uint64_t frame_ = 0;
     double ratio_ = 1.0;
     double symbolScale_ = 1.0;

@@ -482,7 +482,10 @@ void Host::addAttachMenu(QMenu& menu, const std::vector<void*>& overlays) {
             if (auto* overlay = handles_.find<LoadedOverlay>(handle)) overlays_.attach(*overlay, platform);
     };
     const auto offer = [&](const QString& name, std::uint64_t platform) {
-        attach->addAction(Caption::escaped(name), this, [attachTo, platform] { attachTo(platform); });
+        constexpr int kWidest = 400;
+        const QString shown =
+            attach->fontMetrics().elidedText(Caption::inOneLine(name), Qt::ElideMiddle, kWidest);
+        attach->addAction(Caption::escaped(shown), this, [attachTo, platform] { attachTo(platform); });
     };
     offer("Nothing", 0);
     attach->addSeparator();

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "sandbox/scenario/Scenario.h"
+#include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
 
@@ -239,7 +240,7 @@ QVariant OverlayRows::data(const QModelIndex& index, int role) const {
 QVariant OverlayRows::platformData(const QModelIndex& index, int role) const {
     const Scenario::Platform* platform = scenario_.find(whichOf(index));
     if (!platform) return {};
-    if (role == Qt::DisplayRole) return QString::fromStdString(platform->name);
+    if (role == Qt::DisplayRole) return Caption::inOneLine(QString::fromStdString(platform->name));
     if (role != Qt::ToolTipRole && role != Qt::ForegroundRole) return {};
     const bool present = platform->track.at(scenario_.time()).has_value();
     if (role == Qt::ToolTipRole) return present ? "Platform" : "Platform; not anywhere at this time";

@@ -1,6 +1,8 @@
 #include "sandbox/PlatformDialog.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -8,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "sandbox/scenario/Scenario.h"
+#include "sandbox/widgets/Caption.h"
 
 namespace sandbox {
 
@@ -26,11 +29,23 @@ PlatformDialog::PlatformDialog(const Scenario& scenario, const QString& title, Q
     for (QWidget* part : {static_cast<QWidget*>(part_), static_cast<QWidget*>(names_),
                           static_cast<QWidget*>(others_), static_cast<QWidget*>(buttons)})
         layout->addWidget(part);
+    part_->installEventFilter(this);
     connect(part_, &QLineEdit::textChanged, this, &PlatformDialog::list);
     connect(names_, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     list();
+}
+
+bool PlatformDialog::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == part_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
+            QCoreApplication::sendEvent(names_, event);
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void PlatformDialog::list() {
@@ -43,7 +58,7 @@ void PlatformDialog::list() {
         if (!name.contains(part, Qt::CaseInsensitive)) continue;
         more = names_->count() == kMost;
         if (more) break;
-        auto* item = new QListWidgetItem(name, names_);
+        auto* item = new QListWidgetItem(Caption::inOneLine(name), names_);
         item->setData(Qt::UserRole, QVariant::fromValue<qulonglong>(id));
     }
     names_->setCurrentRow(0);

@@ -23,6 +23,10 @@ class PlatformDialog : public QDialog {
     /// What was chosen, once the dialog was accepted.
     std::uint64_t platform() const;
 
+  protected:
+    /// The arrows of the field go through the list.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void list();
 

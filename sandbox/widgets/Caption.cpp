@@ -9,6 +9,12 @@ Caption Caption::parse(const std::string& caption) {
     return {whole.left(tab), whole.mid(tab + 1)};
 }
 
+QString Caption::inOneLine(QString name) {
+    for (QChar& c : name)
+        if (c.category() == QChar::Other_Control || c.isSpace()) c = ' ';
+    return name;
+}
+
 QString Caption::escapedText() const {
     return escaped(text);
 }

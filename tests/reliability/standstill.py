@@ -16,7 +16,9 @@ SCRIPT = pathlib.Path(__file__).with_name("standstill.js")
 failed = []
 os.environ["HOME"] = str(hostile.WORK)
 print(f"{'file':22} {'opened':>15} {'moved':>15} {'clock':>15} {'closed':>15}")
-for name in sys.argv[3:] or [kind for kind, (_, commands) in hostile.KINDS.items() if hostile.RENDER in commands]:
+# Millions of places of platforms, and names of 10,000 letters, are beyond what is promised of the window.
+BEYOND = ["zigzag.csv", "one-row-each.csv", "long-names.csv"]
+for name in sys.argv[3:] or [kind for kind, (_, commands) in hostile.KINDS.items() if hostile.RENDER in commands and kind not in BEYOND]:
     file = hostile.make(name)
     command = [hostile.BIN / "halvis-sandbox", "--plugin", "none", "--settings", hostile.WORK / "settings.ini",
                "--size", "1280x800", "--script", SCRIPT, file]
