@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "common/Strings.h"
 #include "geo/Ecef.h"
 #include "globe/BaseMap.h"
 #include "globe/Camera.h"
@@ -147,15 +148,6 @@ double screenTurn(const Camera& camera, const PlatformMarker& platform) {
     return std::atan2(dot(ahead, camera.right()), dot(ahead, camera.up()));
 }
 
-/// As much of a name, not within a UTF-8 character, as may stand in the view.
-std::string_view beginOf(std::string_view name) {
-    constexpr std::size_t kMostBytes = 40;
-    if (name.size() <= kMostBytes) return name;
-    std::size_t end = kMostBytes;
-    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xc0U) == 0x80U) --end;
-    return name.substr(0, end);
-}
-
 /// So that all of them take about as many pixels as so many in full, and none is too small to be seen.
 double symbolScale(std::size_t count) {
     constexpr std::size_t kInFull = 2000;
@@ -193,13 +185,11 @@ class Layout {
             if (!isInSight(place)) return;
             const TextLayout::Platform placed{
                 place.x, place.y, static_cast<float>(screenTurn(camera_, platform)), platform.icon == "x2"};
-            const std::string_view name = beginOf(platform.name);
+            std::string name = UTILS::excerpt(platform.name);
             const QSizeF size = sizes_.of(name, "arial.ttf", pixelSize);
             const QPointF corner(place.x + placed.kNameX, place.y + placed.kNameY);
             if (!name.empty() && claim(QRectF(corner, size), name, 0.0))
-                result_.names.push_back(
-                    {place.x, place.y,
-                     std::string(name) + (name.size() < platform.name.size() ? "..." : "")});
+                result_.names.push_back({place.x, place.y, std::move(name)});
             result_.platforms.push_back(placed);
         };
         if (frame_.platforms) frame_.platforms(take);

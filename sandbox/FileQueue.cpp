@@ -22,10 +22,12 @@ void FileQueue::add(const QString& path, Open open, std::function<void(bool)> th
 void FileQueue::goOn() {
     while (!waiting_.empty()) {
         if (!goOnWithFirst()) {
+            if (waiting_.empty()) return;
             constexpr int untoldMilliseconds = 1000;
             const Waiting& first = waiting_.front();
-            if (first.begun.elapsed() > untoldMilliseconds) emit reading(first.path, first.coming->percent());
-            turn_.start(first.isRead ? 0 : first.coming->pauseMilliseconds());
+            if (first.coming && first.begun.elapsed() > untoldMilliseconds)
+                emit reading(first.path, first.coming->percent());
+            turn_.start(first.isRead || !first.coming ? 0 : first.coming->pauseMilliseconds());
             return;
         }
         const Waiting done = takeFirst();
@@ -57,7 +59,10 @@ bool FileQueue::goOnWithFirst() {
         first.isRead = first.opened == mostOften || stampOf(first.path) == first.stamp;
         if (!first.isRead) first.coming.reset();
     }
-    return first.coming->show(slice);
+    // Who hears of what is shown may cancel it.
+    const std::shared_ptr<ComingFile> coming = first.coming;
+    const bool isAll = coming->show(slice);
+    return isAll && !waiting_.empty() && waiting_.front().coming == coming;
 }
 
 FileQueue::Waiting FileQueue::takeFirst() {

@@ -43,7 +43,7 @@ class FileQueue : public QObject {
         QString path;
         Open open;
         std::function<void(bool shown)> then;
-        std::unique_ptr<ComingFile> coming = nullptr;  ///< until it is its turn
+        std::shared_ptr<ComingFile> coming = nullptr;  ///< until it is its turn
         QElapsedTimer begun = {};
         /// What the file was when it was opened, and how often it has been.
         Stamp stamp = {};
